@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QString>
+
+class QWidget;
+
+/// The one message box of the system: every question and every error of the setup window goes through it.
+class OrbDlgQuestion
+{
+public:
+    /// Shows \a text modally above \a parent (or on its own without one) and returns the button pressed; the
+    /// escape button when the box was closed by other means.
+    ///
+    /// \a defaultButton may be QMessageBox::NoButton. With \a doNotAskAgain the box has a check box "Do not ask
+    /// again" that shows and receives its value; when it is already true, the box is not shown and the
+    /// default button is returned.
+    static QMessageBox::StandardButton Do(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                                          const QString &text, QMessageBox::StandardButtons buttons,
+                                          QMessageBox::StandardButton defaultButton,
+                                          bool *doNotAskAgain = nullptr);
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+/// A pie that fills clockwise from the top, with the percentage in its middle.
+class OrbProgressPie : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit OrbProgressPie(QWidget *parent = nullptr);
+
+    /// 0 to 100.
+    int progress() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+public Q_SLOTS:
+    /// Values beyond 0 to 100 are clamped.
+    void setProgress(int percent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int m_progress = 0;
+};

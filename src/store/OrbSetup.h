@@ -1,0 +1,98 @@
+#pragma once
+
+#include "ParavueSetupExport.h"
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <map>
+#include <memory>
+
+class OrbSettings;
+class QIODevice;
+
+/// The configuration store of a setup session: local copies of a recorder's configuration files, read and
+/// written one value at a time through configuration addresses.
+///
+/// A configuration address is "file/section/key", optionally followed by "/rest". The rest may itself hold
+/// "/"; it is the default value when an address is read and the new value when it is written. Keys of files
+/// without section lines live in the section "untitled".
+///
+/// Edits stay in memory until flush() or destruction. Failures are never thrown: they are reported through
+/// pseudothrow() with a translated text, and the call returns an empty result. Used from one thread only.
+///
+/// The base class is a purely local store; OrbNetSetup adds the link to a recorder.
+class PARAVUE_EXPORT OrbSetup : public QObject
+{
+    Q_OBJECT
+
+public:
+    OrbSetup();
+    explicit OrbSetup(const QString &address);
+    ~OrbSetup() override;
+
+    /// Brings all files in. Ends with loadDone(). The base version has nothing to fetch.
+    virtual void load();
+    /// Sends all files out. Ends with storeDone(). The base version has nobody to send them to.
+    virtual void store();
+    /// Runs the function \a name; the base version knows "save_settings" (which calls store()) and answers
+    /// any other name with progress(100).
+    virtual void function(const QString &name, const QString &arg);
+
+    void setAddress(const QString &address);
+    /// The device that this store serves; OrbNetSetup documents the form.
+    QString address() const;
+
+    void setFilePath(const QString &name, const QString &path);
+    /// The local path of the file \a name; reports "File ... does not exist" and returns "" without one.
+    QString filePath(const QString &name);
+    /// True when \a name has a local path. Never reports anything.
+    bool fileExists(const QString &name);
+
+    /// The first three parts of \a address.
+    static QString path(const QString &address);
+    /// What follows the third part of \a address; a null string when there is nothing.
+    static QString defValue(const QString &address);
+
+    QString value(const QString &address);
+    /// \a address carries the new value behind its third "/".
+    void setValue(const QString &address);
+    /// Section and key of \a address are regular expressions; the result lists every match as
+    /// "file/section/key/value", in key order.
+    QStringList regexp_values(const QString &address);
+
+    /// Writes every file that was read or edited so far to the disk and reads it again.
+    void flush();
+
+    /// What the store is doing at the moment, in words for the user (which file is being fetched, for
+    /// example); empty while it is idle. Up to date whenever progress() is emitted.
+    QString activity() const;
+
+Q_SIGNALS:
+    void loadDone();
+    void storeDone();
+    /// \a prc is a percentage, 0 to 100.
+    void progress(int prc);
+    /// \a s is a translated error message for the user.
+    void pseudothrow(QString s);
+
+protected:
+    /// The local file \a name, created on first use and kept for the life of the store.
+    OrbSettings &settings(const QString &name);
+    void setActivity(const QString &text);
+
+    /// A settings-format reader and writer for a flat map of "section/key" to value, for derived classes and
+    /// hosts. The device must be open; both switch it to text mode. They always return true.
+    static bool myReadFunc(QIODevice &device, QMap<QString, QVariant> &map);
+    static bool myWriteFunc(QIODevice &device, const QMap<QString, QVariant> &map);
+
+    QMap<QString, QString> m_filePaths;
+    std::map<QString, std::unique_ptr<OrbSettings>> m_settings;
+    QString m_address;
+
+private:
+    QString m_activity;
+};
