@@ -10,10 +10,15 @@ class OrbDlgQuestion
 {
 public:
     /// Shows \a text modally above \a parent (or on its own without one) and returns the button pressed; the
-    /// escape button when the box was closed by other means.
+    /// escape button when the box was closed by other means, and NoButton when \a parent was destroyed
+    /// meanwhile.
     ///
-    /// \a defaultButton may be QMessageBox::NoButton. With \a doNotAskAgain the box has a check box "Do not ask
-    /// again" that shows and receives its value; when it is already true, the box is not shown and the
+    /// \a text is shown as plain text that can be selected; "<br>" in it is a line break and other markup
+    /// stays visible, since a part of the text may come from a recorder. A text that would make the box
+    /// larger than a screen is shortened; the box then offers the whole of it under "Show Details...".
+    ///
+    /// \a defaultButton may be QMessageBox::NoButton. With \a doNotAskAgain the box has a check box "Do not
+    /// ask again" that shows and receives its value; when it is already true, the box is not shown and the
     /// default button is returned.
     static QMessageBox::StandardButton Do(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                                           const QString &text, QMessageBox::StandardButtons buttons,

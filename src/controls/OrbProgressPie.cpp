@@ -1,0 +1,175 @@
+#include "controls/OrbProgressPie.h"
+
+#include "controls/ReadableColors.h"
+
+#include <QAccessibleWidget>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int MinimumDiameter = 16;
+constexpr int SmallestReadableText = 8;
+// Of the diameter, so that "100%" stays well inside the pie.
+constexpr double TextHeightShare = 0.24;
+
+QString percentText(int percent)
+{
+    return OrbProgressPie::tr("%1%").arg(percent);
+}
+
+class AccessiblePie : public QAccessibleWidget, public QAccessibleValueInterface
+{
+public:
+    explicit AccessiblePie(OrbProgressPie *pie) : QAccessibleWidget(pie, QAccessible::ProgressBar) {}
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.readOnly = true;
+        return state;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? percentText(pie()->progress()) : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return pie()->progress(); }
+    void setCurrentValue(const QVariant &) override {}
+    QVariant maximumValue() const override { return 100; }
+    QVariant minimumValue() const override { return 0; }
+    QVariant minimumStepSize() const override { return 1; }
+
+private:
+    const OrbProgressPie *pie() const { return static_cast<const OrbProgressPie *>(widget()); }
+};
+
+QAccessibleInterface *createAccessiblePie(const QString &, QObject *object)
+{
+    auto *pie = qobject_cast<OrbProgressPie *>(object);
+    return pie ? new AccessiblePie(pie) : nullptr;
+}
+
+void installAccessiblePie()
+{
+    static const bool installed = [] {
+        QAccessible::installFactory(createAccessiblePie);
+        return true;
+    }();
+    Q_UNUSED(installed);
+}
+
+QRectF pieRect(const QSize &size)
+{
+    const double diameter = std::min(size.width(), size.height()) - 1.0;
+    return QRectF((size.width() - diameter) / 2, (size.height() - diameter) / 2, diameter, diameter);
+}
+
+/// The part of the pie that \a percent fills, clockwise from the top.
+QPainterPath filledPart(const QRectF &rect, int percent)
+{
+    QPainterPath path;
+    if (percent >= 100) {
+        path.addEllipse(rect);
+    } else if (percent > 0) {
+        path.moveTo(rect.center());
+        path.arcTo(rect, 90, -3.6 * percent);
+        path.closeSubpath();
+    }
+    return path;
+}
+
+QFont fittingFont(QFont font, double diameter)
+{
+    font.setPixelSize(std::max(1, qRound(diameter * TextHeightShare)));
+    font.setWeight(QFont::DemiBold);
+    return font;
+}
+
+} // namespace
+
+OrbProgressPie::OrbProgressPie(QWidget *parent) : QWidget(parent)
+{
+    installAccessiblePie();
+}
+
+int OrbProgressPie::progress() const
+{
+    return m_progress;
+}
+
+QSize OrbProgressPie::sizeHint() const
+{
+    // The percentage then has the size of the text around the pie.
+    const int diameter = std::max(MinimumDiameter, qRound(fontInfo().pixelSize() / TextHeightShare));
+    return {diameter, diameter};
+}
+
+QSize OrbProgressPie::minimumSizeHint() const
+{
+    return {MinimumDiameter, MinimumDiameter};
+}
+
+void OrbProgressPie::setProgress(int percent)
+{
+    const int clamped = std::clamp(percent, 0, 100);
+    if (clamped == m_progress) {
+        return;
+    }
+    m_progress = clamped;
+    update();
+    QAccessibleValueChangeEvent event(this, m_progress);
+    QAccessible::updateAccessibility(&event);
+}
+
+void OrbProgressPie::paintEvent(QPaintEvent *)
+{
+    const QRectF rect = pieRect(size());
+    if (rect.width() < 1) {
+        return;
+    }
+    // Of a disabled widget these are the colours of the disabled group; its highlight is not dimmed by every
+    // palette, so it is mixed into the ground here.
+    const QColor ground = palette().color(QPalette::Window);
+    const QColor ink = palette().color(QPalette::WindowText);
+    const QColor highlight = palette().color(QPalette::Highlight);
+    const QColor restColor = paravue::mixedColor(ground, ink, 0.12);
+    const QColor filledColor = isEnabled() ? highlight : paravue::mixedColor(ground, highlight, 0.4);
+
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPainterPath filled = filledPart(rect, m_progress);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(restColor);
+    painter.drawEllipse(rect);
+    painter.setBrush(filledColor);
+    painter.drawPath(filled);
+    painter.setPen(paravue::mixedColor(ground, ink, 0.4));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(rect);
+
+    painter.setFont(fittingFont(font(), rect.width()));
+    if (painter.fontInfo().pixelSize() < SmallestReadableText) {
+        return;
+    }
+    // The border of the filled part runs through the digits: each side of it gets the ink that reads there.
+    QPainterPath whole;
+    whole.addEllipse(rect);
+    const auto drawText = [&](const QPainterPath &part, const QColor &color) {
+        painter.setClipPath(part);
+        painter.setPen(color);
+        painter.drawText(rect, Qt::AlignCenter, percentText(m_progress));
+    };
+    drawText(whole.subtracted(filled), paravue::readableTextOn(restColor));
+    drawText(filled, paravue::readableTextOn(filledColor));
+}
