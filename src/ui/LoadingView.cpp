@@ -1,0 +1,112 @@
+#include "ui/LoadingView.h"
+
+#include "controls/MessageText.h"
+#include "ui/WindowLook.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr int ColumnWidth = 480;
+
+QLabel *addText(QVBoxLayout &column)
+{
+    auto *label = new QLabel;
+    // Names and messages may come from the recorder.
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    label->setWordWrap(true);
+    column.addWidget(label);
+    return label;
+}
+
+} // namespace
+
+LoadingView::LoadingView(QWidget *parent) : QWidget(parent), m_bar(new QProgressBar)
+{
+    auto *page = new QHBoxLayout(this);
+    page->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    auto *column = new QVBoxLayout;
+    column->setSpacing(GridSpacing);
+    page->addStretch(1);
+    page->addLayout(column, 8);
+    page->addStretch(1);
+
+    column->addStretch(2);
+    m_headline = addText(*column);
+    column->addWidget(m_bar);
+    m_detail = addText(*column);
+    m_advice = addText(*column);
+    column->addStretch(3);
+
+    m_headline->setMaximumWidth(ColumnWidth);
+    m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_advice->setText(tr("You can close this window and try again."));
+    m_advice->hide();
+    m_bar->setRange(0, 100);
+    m_bar->setMinimumWidth(ColumnWidth / 2);
+    m_bar->setMaximumWidth(ColumnWidth);
+    applyFont();
+    showHeadline();
+}
+
+void LoadingView::setRecorder(const QString &name)
+{
+    m_recorder = name;
+    showHeadline();
+}
+
+void LoadingView::setProgress(int percent, const QString &activity)
+{
+    m_failed = false;
+    m_bar->setValue(std::clamp(percent, 0, 100));
+    m_bar->show();
+    m_advice->hide();
+    m_detail->setText(activity);
+    showHeadline();
+}
+
+void LoadingView::showFailure(const QString &message)
+{
+    m_failed = true;
+    m_bar->hide();
+    m_advice->show();
+    m_detail->setText(plainMessage(message));
+    showHeadline();
+}
+
+void LoadingView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange) {
+        applyFont();
+    }
+    QWidget::changeEvent(event);
+}
+
+void LoadingView::applyFont()
+{
+    m_headline->setFont(headerFont(font()));
+}
+
+void LoadingView::showHeadline()
+{
+    if (m_failed) {
+        m_headline->setText(m_recorder.isEmpty()
+                                ? tr("The settings could not be loaded")
+                                : tr("The settings of %1 could not be loaded").arg(m_recorder));
+    } else {
+        m_headline->setText(m_recorder.isEmpty() ? tr("Connecting to the recorder")
+                                                 : tr("Connecting to %1").arg(m_recorder));
+    }
+}
+
+} // namespace paravue

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "controls/ReadableColors.h"
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+#include <QString>
+
+class QPushButton;
+
+/// How the setup window looks: distances, fonts and colours. Every colour is derived from palette roles, so
+/// light, dark and high-contrast desktops need no second set. Nothing here uses a style sheet: one on the
+/// window would make each of its controls several times slower to build.
+namespace paravue
+{
+
+/// Distances are multiples of this, in device-independent pixels (the toolkit scales them with the screen).
+constexpr int SpacingStep = 4;
+constexpr int GridSpacing = 2 * SpacingStep;
+constexpr int PageMargin = 3 * SpacingStep;
+
+/// For the line that names the recorder: 1.2 times the size of \a base, semi-bold.
+QFont headerFont(const QFont &base);
+
+/// Lines around the window and between its parts.
+QColor borderColor(const QPalette &palette);
+/// The strip behind the header text, a shade apart from the window.
+QColor headerBackground(const QPalette &palette);
+/// Text on headerBackground().
+QColor headerText(const QPalette &palette);
+/// For text that only explains, such as the activity under a progress bar; readable on the window.
+QColor secondaryText(const QPalette &palette);
+/// For marks that should stand out, such as the focus or the progress.
+QColor accentColor(const QPalette &palette);
+
+/// Gives \a button the fixed colour that a description names: "green", "blue", "darkCyan" or "red" become its
+/// palette's button brush (Qt::green and so on), with a text colour that reads on what the style makes of it.
+/// A disabled button is washed out. Other words change nothing.
+void colourButton(QPushButton &button, const QString &word);
+
+/// Makes the window's pictures (":/resources/ok.png" and so on) available, as often as it is called. Needed
+/// because a static library does not do so by itself.
+void registerPictures();
+
+} // namespace paravue
