@@ -1,0 +1,148 @@
+#include "store/OrbSetup.h"
+
+#include "store/ConfigAddress.h"
+#include "store/IniMapCodec.h"
+#include "store/OrbSettings.h"
+
+using paravue::ConfigAddress;
+
+OrbSetup::OrbSetup() : OrbSetup(QString()) {}
+
+OrbSetup::OrbSetup(const QString &address) : m_address(address) {}
+
+OrbSetup::~OrbSetup() = default;
+
+void OrbSetup::load()
+{
+    Q_EMIT progress(100);
+    Q_EMIT loadDone();
+}
+
+void OrbSetup::store()
+{
+    Q_EMIT progress(100);
+    Q_EMIT storeDone();
+}
+
+void OrbSetup::function(const QString &name, const QString &)
+{
+    if (name == u"save_settings")
+        store();
+    else
+        Q_EMIT progress(100);
+}
+
+void OrbSetup::setAddress(const QString &address)
+{
+    m_address = address;
+}
+
+QString OrbSetup::address() const
+{
+    return m_address;
+}
+
+void OrbSetup::setFilePath(const QString &name, const QString &path)
+{
+    m_filePaths[name] = path;
+    // A name that was used before it had a path starts over with the file.
+    const auto settings = m_settings.find(name);
+    if (settings != m_settings.end() && settings->second->path().isEmpty())
+        settings->second->setPath(path);
+}
+
+QString OrbSetup::filePath(const QString &name)
+{
+    const QString path = m_filePaths[name];
+    if (path.isEmpty()) {
+        Q_EMIT pseudothrow(tr("File \"%1\" does not exist").arg(name));
+        return QLatin1String("");
+    }
+    return path;
+}
+
+bool OrbSetup::fileExists(const QString &name)
+{
+    return !m_filePaths[name].isEmpty();
+}
+
+QString OrbSetup::path(const QString &address)
+{
+    return ConfigAddress(address).path().toString();
+}
+
+QString OrbSetup::defValue(const QString &address)
+{
+    const ConfigAddress parts(address);
+    return parts.hasRest() ? parts.rest().toString() : QString();
+}
+
+QString OrbSetup::value(const QString &address)
+{
+    const ConfigAddress parts(address);
+    if (!parts.hasKey()) {
+        Q_EMIT pseudothrow(tr("Wrong key \"%1\"").arg(address));
+        return QLatin1String("");
+    }
+    return settings(parts.file().toString())
+        .value(parts.entry().toString(), parts.rest().toString())
+        .toString();
+}
+
+void OrbSetup::setValue(const QString &address)
+{
+    const ConfigAddress parts(address);
+    if (!parts.hasRest()) {
+        Q_EMIT pseudothrow(tr("Wrong value \"%1\"").arg(address));
+        return;
+    }
+    settings(parts.file().toString()).setValue(parts.entry().toString(), parts.rest().toString());
+}
+
+QStringList OrbSetup::regexp_values(const QString &address)
+{
+    const ConfigAddress parts(address);
+    if (!parts.hasKey()) {
+        Q_EMIT pseudothrow(tr("Wrong regexp_key \"%1\"").arg(address));
+        return {};
+    }
+    const QString file = parts.file().toString();
+    QStringList values = settings(file).matching(parts.entry().toString());
+    for (QString &value : values)
+        value.prepend(file + u'/');
+    return values;
+}
+
+void OrbSetup::flush()
+{
+    for (const auto &[name, settings] : m_settings)
+        settings->flush();
+}
+
+QString OrbSetup::activity() const
+{
+    return m_activity;
+}
+
+void OrbSetup::setActivity(const QString &text)
+{
+    m_activity = text;
+}
+
+OrbSettings &OrbSetup::settings(const QString &name)
+{
+    auto found = m_settings.find(name);
+    if (found == m_settings.end())
+        found = m_settings.emplace(name, std::make_unique<OrbSettings>(filePath(name))).first;
+    return *found->second;
+}
+
+bool OrbSetup::myReadFunc(QIODevice &device, QMap<QString, QVariant> &map)
+{
+    return paravue::readIniMap(device, map);
+}
+
+bool OrbSetup::myWriteFunc(QIODevice &device, const QMap<QString, QVariant> &map)
+{
+    return paravue::writeIniMap(device, map);
+}

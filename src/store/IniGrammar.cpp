@@ -1,0 +1,197 @@
+#include "store/IniGrammar.h"
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+char16_t codeAt(QStringView text, qsizetype i)
+{
+    return text.utf16()[i];
+}
+char16_t codeAt(QLatin1StringView text, qsizetype i)
+{
+    return uchar(text.data()[i]);
+}
+
+template <typename View>
+bool isSpaceAt(View text, qsizetype i)
+{
+    return QChar::isSpace(codeAt(text, i));
+}
+
+template <typename View>
+qsizetype skipSpace(View text, qsizetype from)
+{
+    while (from < text.size() && isSpaceAt(text, from))
+        ++from;
+    return from;
+}
+
+/// What the end of a line allows as values. A value reaches up to the last character of the line, so whether
+/// it is well formed depends on nothing but where it starts: found once, this answers for every "=" of the
+/// line.
+template <typename View>
+class ValueEnd
+{
+public:
+    explicit ValueEnd(View line) : m_line(line), m_end(line.size() - 1)
+    {
+        if (m_end < 1 || !isSpaceAt(line, m_end)) {
+            m_possible = false;
+            return;
+        }
+        m_spaceBeforeEnd = isSpaceAt(line, m_end - 1);
+        const char16_t last = codeAt(line, m_end - 1);
+        m_quoted = last == u'"' || last == u'\'';
+        if (m_spaceBeforeEnd)
+            return; // only an empty value is possible
+        for (m_border = m_end - (m_quoted ? 2 : 1); m_border >= 0; --m_border) {
+            const char16_t code = codeAt(line, m_border);
+            if (code == u'\n' || (m_quoted ? code == last : (code == u'"' || code == u'\'')))
+                break;
+        }
+    }
+
+    bool possible() const { return m_possible; }
+
+    /// Reads the value behind the "=" at \a equals into \a value.
+    bool read(qsizetype equals, EmptyValue emptyValue, View &value) const
+    {
+        const qsizetype start = std::min(skipSpace(m_line, equals + 1), m_end);
+        if (start == m_end) {
+            value = m_line.mid(m_end, 0);
+            return emptyValue == EmptyValue::IsKey;
+        }
+        if (m_spaceBeforeEnd)
+            return false;
+        if (m_quoted) {
+            if (start != m_border || codeAt(m_line, start) == u'\n')
+                return false;
+            value = m_line.mid(start + 1, m_end - start - 2);
+            return true;
+        }
+        value = m_line.mid(start, m_end - start);
+        return start > m_border;
+    }
+
+private:
+    View m_line;
+    qsizetype m_end; ///< of the value, and where the one white space behind it stands
+    /// The opening quote of a value that ends in a quote; else the last character that no bare value may
+    /// hold.
+    qsizetype m_border = -1;
+    bool m_possible = true;
+    bool m_spaceBeforeEnd = false;
+    bool m_quoted = false;
+};
+
+template <typename View>
+bool readKeyLine(View line, qsizetype start, EmptyValue emptyValue, IniLine<View> &result)
+{
+    const ValueEnd<View> valueEnd(line);
+    if (!valueEnd.possible())
+        return false;
+
+    qsizetype runEnd = start;
+    while (runEnd < line.size() && !isSpaceAt(line, runEnd) && codeAt(line, runEnd) != u';')
+        ++runEnd;
+
+    // The name is as long as possible: all of the run when a "=" follows it, else up to the last "=" inside
+    // the run that has a value behind it.
+    const qsizetype behind = skipSpace(line, runEnd);
+    if (runEnd > start && behind < line.size() && codeAt(line, behind) == u'=' &&
+        valueEnd.read(behind, emptyValue, result.value)) {
+        result.name = line.mid(start, runEnd - start);
+        return true;
+    }
+    for (qsizetype equals = runEnd - 1; equals > start; --equals) {
+        if (codeAt(line, equals) == u'=' && valueEnd.read(equals, emptyValue, result.value)) {
+            result.name = line.mid(start, equals - start);
+            return true;
+        }
+    }
+    return false;
+}
+
+template <typename View>
+bool readSectionLine(View line, qsizetype start, IniLine<View> &result)
+{
+    if (start >= line.size() || codeAt(line, start) != u'[')
+        return false;
+    const qsizetype nameStart = skipSpace(line, start + 1);
+    qsizetype nameEnd = nameStart;
+    while (nameEnd < line.size() && !isSpaceAt(line, nameEnd))
+        ++nameEnd;
+
+    // The name is as long as possible: all of the run when a bracket follows it, else up to the last bracket
+    // inside the run.
+    const qsizetype behind = skipSpace(line, nameEnd);
+    const bool closedBehind = behind < line.size() && codeAt(line, behind) == u']';
+    if (!closedBehind) {
+        do
+            --nameEnd;
+        while (nameEnd > nameStart && codeAt(line, nameEnd) != u']');
+    }
+    if (nameEnd <= nameStart)
+        return false;
+    result.name = line.mid(nameStart, nameEnd - nameStart);
+    return true;
+}
+
+template <typename View>
+IniLine<View> scan(View line, EmptyValue emptyValue)
+{
+    IniLine<View> result;
+    const qsizetype start = skipSpace(line, 0);
+    if (readKeyLine(line, start, emptyValue, result))
+        result.kind = IniLine<View>::Key;
+    else if (readSectionLine(line, start, result))
+        result.kind = IniLine<View>::Section;
+    return result;
+}
+
+} // namespace
+
+IniLine<QStringView> scanIniLine(QStringView line, EmptyValue emptyValue)
+{
+    return scan(line, emptyValue);
+}
+
+IniLine<QLatin1StringView> scanIniLine(QLatin1StringView line, EmptyValue emptyValue)
+{
+    return scan(line, emptyValue);
+}
+
+bool isPlainInteger(QStringView value)
+{
+    constexpr qsizetype longestInteger = 11; // -2147483648
+    if (value.isEmpty() || value.size() > longestInteger)
+        return false;
+    return value == QString::number(value.toInt());
+}
+
+QString iniKeyLine(QStringView name, QStringView value, EmptyValue emptyValue)
+{
+    const bool bare = value.isEmpty() ? emptyValue == EmptyValue::IsKey : isPlainInteger(value);
+    const QStringView quote = bare ? QStringView() : QStringView(u"'");
+    QString line;
+    line.reserve(name.size() + value.size() + 6);
+    line += name;
+    line += QLatin1StringView(" = ");
+    line += quote;
+    line += value;
+    line += quote;
+    line += u'\n';
+    return line;
+}
+
+QString iniSectionLine(QStringView name)
+{
+    return QLatin1StringView("[ ") + name.toString() + QLatin1StringView(" ]\n");
+}
+
+} // namespace paravue

@@ -1,0 +1,172 @@
+#include "store/TextPattern.h"
+
+#include <QLoggingCategory>
+
+namespace paravue
+{
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(patternLog, "paravue.pattern")
+
+/// What one match may cost, in steps of the engine, and all matches of one pattern together.
+constexpr QStringView StepLimit = u"(*LIMIT_MATCH=1000000)";
+constexpr std::chrono::seconds TimeLimit(5);
+
+bool isHexDigit(QChar c)
+{
+    return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+}
+
+/// Copies the escape sequence at \a i (a backslash and what belongs to it) and returns where it ends.
+qsizetype copyEscape(const QString &pattern, qsizetype i, QString &result)
+{
+    qsizetype end = i + 2;
+    if (end > pattern.size() || pattern.at(i + 1) != u'x') {
+        result += QStringView(pattern).sliced(i, qMin<qsizetype>(2, pattern.size() - i));
+        return end;
+    }
+    while (end < pattern.size() && end < i + 6 && isHexDigit(pattern.at(end)))
+        ++end;
+    result += u"\\x{";
+    result += QStringView(pattern).sliced(i + 2, end - i - 2);
+    result += u'}';
+    return end;
+}
+
+/// Writes what the older engine means differently in today's syntax.
+QString translated(const QString &pattern)
+{
+    QString result;
+    result.reserve(pattern.size() + 16);
+    bool inClass = false;
+    for (qsizetype i = 0; i < pattern.size();) {
+        const QChar c = pattern.at(i);
+        if (c == u'\\') {
+            i = copyEscape(pattern, i, result);
+            continue;
+        }
+        if (c == u'[' && !inClass) {
+            inClass = true;
+            result += c;
+            ++i;
+            // A bracket that comes first, also behind "^", is a member of the class.
+            for (const QChar first : {u'^', u']'}) {
+                if (i < pattern.size() && pattern.at(i) == first) {
+                    result += first;
+                    ++i;
+                }
+            }
+            continue;
+        }
+        if (c == u']')
+            inClass = false;
+        if (!inClass && c == u'$')
+            result += u"\\z";
+        else if (!inClass && c == u'{' && i + 1 < pattern.size() && pattern.at(i + 1) == u',')
+            result += u"{0";
+        else
+            result += c;
+        ++i;
+    }
+    return result;
+}
+
+} // namespace
+
+TextPattern::TextPattern(const QString &pattern, Greed greed) : m_pattern(pattern)
+{
+    QRegularExpression::PatternOptions options =
+        QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption;
+    if (greed == Greed::Minimal)
+        options |= QRegularExpression::InvertedGreedinessOption;
+
+    const QString text = translated(pattern);
+    m_search = QRegularExpression(StepLimit.toString() + text, options);
+    // Judged before it is anchored: "a)|(b" becomes valid inside the anchoring group.
+    if (m_search.isValid())
+        m_whole =
+            QRegularExpression(StepLimit.toString() + QRegularExpression::anchoredPattern(text), options);
+    if (!m_search.isValid())
+        giveUp(m_search.errorString());
+    else if (!m_whole.isValid())
+        giveUp(m_whole.errorString());
+}
+
+void TextPattern::giveUp(const QString &why) const
+{
+    m_usable = false;
+    qCWarning(patternLog).noquote() << "The pattern" << m_pattern.left(200) << "matches nothing:" << why;
+}
+
+QRegularExpressionMatch TextPattern::run(const QRegularExpression &expression, const QString &text,
+                                         qsizetype from, QRegularExpression::MatchOptions options) const
+{
+    if (!m_usable || from < 0 || from > text.size())
+        return {};
+    if (from > 0 && from < text.size() && text.at(from).isLowSurrogate() &&
+        text.at(from - 1).isHighSurrogate())
+        ++from; // the engine refuses to start inside a character
+    const auto start = std::chrono::steady_clock::now();
+    QRegularExpressionMatch match = expression.match(text, from, QRegularExpression::NormalMatch, options);
+    m_spent += std::chrono::steady_clock::now() - start;
+    const bool refused = !match.isValid() && text.isValidUtf16();
+    if (refused || m_spent > TimeLimit)
+        giveUp(QStringLiteral("it is too expensive"));
+    return m_usable ? match : QRegularExpressionMatch();
+}
+
+std::optional<TextPattern::Match> TextPattern::toMatch(const QRegularExpressionMatch &match) const
+{
+    if (!match.hasMatch())
+        return {};
+    Match result{match.capturedStart(), match.capturedLength(), match.capturedTexts()};
+    result.captures.resize(m_search.captureCount() + 1);
+    return result;
+}
+
+bool TextPattern::matchesWhole(const QString &text) const
+{
+    return run(m_whole, text, 0).hasMatch();
+}
+
+std::optional<TextPattern::Match> TextPattern::matchWhole(const QString &text) const
+{
+    return toMatch(run(m_whole, text, 0));
+}
+
+std::optional<TextPattern::Match> TextPattern::find(const QString &text, qsizetype from) const
+{
+    return toMatch(run(m_search, text, from));
+}
+
+std::optional<QString> TextPattern::replaceAll(const QString &text, const QString &replacement,
+                                               qsizetype maximumSize) const
+{
+    QString result;
+    qsizetype copied = 0;
+    QRegularExpressionMatch match = run(m_search, text, 0);
+    while (match.hasMatch()) {
+        result += QStringView(text).sliced(copied, match.capturedStart() - copied);
+        result += replacement;
+        if (result.size() > maximumSize)
+            return {};
+        copied = match.capturedEnd();
+        // A match of nothing must not be found again. The text is known to be well formed by now.
+        match = run(m_search, text, match.capturedLength() > 0 ? copied : copied + 1,
+                    QRegularExpression::DontCheckSubjectStringMatchOption);
+    }
+    // A pattern that was given up on the way matches nothing, not a part of the text.
+    if (!m_usable)
+        return text;
+    result += QStringView(text).sliced(copied);
+    return result.size() <= maximumSize ? std::optional(result) : std::nullopt;
+}
+
+QRegularExpression TextPattern::expression() const
+{
+    return m_usable ? m_search : QRegularExpression(QStringLiteral("(?!)"));
+}
+
+} // namespace paravue
