@@ -10,8 +10,8 @@ class OrbDlgQuestion
 {
 public:
     /// Shows \a text modally above \a parent (or on its own without one) and returns the button pressed; the
-    /// escape button when the box was closed by other means, and NoButton when \a parent was destroyed
-    /// meanwhile.
+    /// escape button when the user closed it by other means, and NoButton when nobody answered (\a parent was
+    /// destroyed meanwhile, or the application quits).
     ///
     /// \a text is shown as plain text that can be selected; "<br>" in it is a line break and other markup
     /// stays visible, since a part of the text may come from a recorder. A text that would make the box

@@ -89,6 +89,38 @@ QPainterPath filledPart(const QRectF &rect, int percent)
     return path;
 }
 
+struct PieColors {
+    QColor rest;
+    QColor filled;
+    QColor outline;
+    QColor text;
+};
+
+/// The border of the filled part runs through the digits, so both parts are made to suit one text colour.
+PieColors pieColors(const QPalette &palette, bool enabled)
+{
+    const QColor ground = palette.color(QPalette::Window);
+    const QColor ink = palette.color(QPalette::WindowText);
+    PieColors colors;
+    colors.rest = paravue::mixedColor(ground, ink, 0.12);
+    colors.text = paravue::readableTextOn(colors.rest);
+    const QColor farFromText = colors.text == Qt::black ? Qt::white : Qt::black;
+    colors.filled = palette.color(QPalette::Highlight);
+    for (int step = 0; step < 10; ++step) {
+        if (paravue::contrastRatio(colors.filled, colors.text) >= paravue::ReadableContrast) {
+            break;
+        }
+        colors.filled = paravue::mixedColor(colors.filled, farFromText, 0.1);
+    }
+    colors.outline = paravue::mixedColor(ground, ink, 0.4);
+    if (!enabled) {
+        // Not every palette dims the highlight of its disabled group.
+        colors.filled = paravue::mixedColor(colors.rest, colors.filled, 0.4);
+        colors.text = paravue::mixedColor(colors.rest, colors.text, 0.6);
+    }
+    return colors;
+}
+
 QFont fittingFont(QFont font, double diameter)
 {
     font.setPixelSize(std::max(1, qRound(diameter * TextHeightShare)));
@@ -138,38 +170,21 @@ void OrbProgressPie::paintEvent(QPaintEvent *)
     if (rect.width() < 1) {
         return;
     }
-    // Of a disabled widget these are the colours of the disabled group; its highlight is not dimmed by every
-    // palette, so it is mixed into the ground here.
-    const QColor ground = palette().color(QPalette::Window);
-    const QColor ink = palette().color(QPalette::WindowText);
-    const QColor highlight = palette().color(QPalette::Highlight);
-    const QColor restColor = paravue::mixedColor(ground, ink, 0.12);
-    const QColor filledColor = isEnabled() ? highlight : paravue::mixedColor(ground, highlight, 0.4);
-
+    const PieColors colors = pieColors(palette(), isEnabled());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath filled = filledPart(rect, m_progress);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(restColor);
+    painter.setBrush(colors.rest);
     painter.drawEllipse(rect);
-    painter.setBrush(filledColor);
-    painter.drawPath(filled);
-    painter.setPen(paravue::mixedColor(ground, ink, 0.4));
+    painter.setBrush(colors.filled);
+    painter.drawPath(filledPart(rect, m_progress));
+    painter.setPen(colors.outline);
     painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(rect);
 
     painter.setFont(fittingFont(font(), rect.width()));
-    if (painter.fontInfo().pixelSize() < SmallestReadableText) {
-        return;
-    }
-    // The border of the filled part runs through the digits: each side of it gets the ink that reads there.
-    QPainterPath whole;
-    whole.addEllipse(rect);
-    const auto drawText = [&](const QPainterPath &part, const QColor &color) {
-        painter.setClipPath(part);
-        painter.setPen(color);
+    if (painter.fontInfo().pixelSize() >= SmallestReadableText) {
+        painter.setPen(colors.text);
         painter.drawText(rect, Qt::AlignCenter, percentText(m_progress));
-    };
-    drawText(whole.subtracted(filled), paravue::readableTextOn(restColor));
-    drawText(filled, paravue::readableTextOn(filledColor));
+    }
 }

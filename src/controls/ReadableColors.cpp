@@ -35,6 +35,18 @@ QColor readableTextOn(const QColor &background)
     return contrastRatio(black, background) >= contrastRatio(white, background) ? black : white;
 }
 
+QColor readableVersion(const QColor &preferred, const QColor &background)
+{
+    const QColor strongest = readableTextOn(background);
+    for (double share = 0; share < 1; share += 0.1) {
+        const QColor candidate = mixedColor(preferred, strongest, share);
+        if (contrastRatio(candidate, background) >= ReadableContrast) {
+            return candidate;
+        }
+    }
+    return strongest;
+}
+
 QColor mixedColor(const QColor &base, const QColor &over, double share)
 {
     const auto mix = [share](int from, int to) { return qRound(from + (to - from) * share); };

@@ -4,6 +4,7 @@
 #include "ui/WindowLook.h"
 
 #include <QEvent>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
 #include <QVBoxLayout>
@@ -49,7 +50,7 @@ LoadingView::LoadingView(QWidget *parent) : QWidget(parent), m_bar(new QProgress
     column->addStretch(3);
 
     m_headline->setMaximumWidth(ColumnWidth);
-    m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_advice->setText(tr("You can close this window and try again."));
     m_advice->hide();
     m_bar->setRange(0, 100);
@@ -61,7 +62,7 @@ LoadingView::LoadingView(QWidget *parent) : QWidget(parent), m_bar(new QProgress
 
 void LoadingView::setRecorder(const QString &name)
 {
-    m_recorder = name;
+    m_recorder = shortenedMessage(name.simplified());
     showHeadline();
 }
 
@@ -71,7 +72,7 @@ void LoadingView::setProgress(int percent, const QString &activity)
     m_bar->setValue(std::clamp(percent, 0, 100));
     m_bar->show();
     m_advice->hide();
-    m_detail->setText(activity);
+    m_detail->setText(shortenedMessage(activity));
     showHeadline();
 }
 
@@ -80,7 +81,7 @@ void LoadingView::showFailure(const QString &message)
     m_failed = true;
     m_bar->hide();
     m_advice->show();
-    m_detail->setText(plainMessage(message));
+    m_detail->setText(shortenedMessage(plainMessage(message)));
     showHeadline();
 }
 

@@ -19,6 +19,7 @@ namespace
 
 constexpr int PictureSize = 24;
 constexpr int CloseButtonSize = 28;
+constexpr int LongestLine = 1000;
 
 /// Paints the picture afresh each time: sharp on every screen that the window is moved to.
 class HeaderPicture : public QWidget
@@ -59,19 +60,22 @@ public:
     }
     QSize sizeHint() const override
     {
-        return {fontMetrics().horizontalAdvance(text()), fontMetrics().height()};
+        return {fontMetrics().horizontalAdvance(line()), fontMetrics().height()};
     }
 
 protected:
     void paintEvent(QPaintEvent *) override
     {
-        const QString line = text().simplified();
-        const QString shown = fontMetrics().elidedText(line, Qt::ElideRight, width());
-        setToolTip(shown == line ? QString() : literalToolTip(text()));
+        const QString shown = fontMetrics().elidedText(line(), Qt::ElideRight, width());
+        setToolTip(shown == text() ? QString() : literalToolTip(shortenedMessage(text())));
         QPainter painter(this);
         style()->drawItemText(&painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()),
                               palette(), isEnabled(), shown, foregroundRole());
     }
+
+private:
+    // Measuring a text costs by its length, and no screen shows more than this.
+    QString line() const { return text().left(LongestLine).simplified(); }
 };
 
 /// A cross in the colour of the header text; the platform's own close picture is dark on dark desktops.

@@ -6,7 +6,6 @@
 #include <QStyle>
 #include <QStyleOptionButton>
 
-#include <algorithm>
 #include <optional>
 
 // Must stand outside of every namespace.
@@ -20,8 +19,6 @@ namespace paravue
 
 namespace
 {
-
-constexpr double ReadableContrast = 4.5;
 
 QColor ground(const QPalette &palette)
 {
@@ -67,19 +64,6 @@ QColor paintedGround(const QPushButton &button, QStyle::State state)
     button.style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, &button);
     painter.end();
     return image.pixelColor(rect.center());
-}
-
-/// \a text, moved from \a preferred towards black or white as far as \a background asks for.
-QColor readableVersion(const QColor &preferred, const QColor &background)
-{
-    const QColor strongest = readableTextOn(background);
-    for (double share = 0; share < 1; share += 0.1) {
-        const QColor candidate = mixedColor(preferred, strongest, share);
-        if (contrastRatio(candidate, background) >= ReadableContrast) {
-            return candidate;
-        }
-    }
-    return strongest;
 }
 
 } // namespace

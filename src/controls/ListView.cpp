@@ -1,0 +1,66 @@
+#include "controls/ListView.h"
+
+#include <QHeaderView>
+#include <QPainter>
+
+#include <memory>
+
+ListView::ListView(QWidget *parent) : QTreeWidget(parent)
+{
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+}
+
+void ListView::setColumns(const QStringList &headers, const QList<int> &widths)
+{
+    setColumnCount(qMax(1, int(headers.size())));
+    setHeaderLabels(headers);
+    setHeaderHidden(headers.isEmpty());
+    for (int column = 0; column < widths.size(); ++column) {
+        if (widths[column] > 0)
+            setColumnWidth(column, widths[column]);
+    }
+}
+
+void ListView::setPlaceholder(const QString &text)
+{
+    m_placeholder = text;
+    viewport()->update();
+}
+
+bool ListView::setRows(const QList<QStringList> &rows)
+{
+    bool changed = false;
+    while (topLevelItemCount() > rows.size()) {
+        const std::unique_ptr<QTreeWidgetItem> removed(takeTopLevelItem(topLevelItemCount() - 1));
+        changed = true;
+    }
+    for (int row = 0; row < topLevelItemCount(); ++row) {
+        QTreeWidgetItem *item = topLevelItem(row);
+        for (int column = 0; column < columnCount(); ++column) {
+            const QString text = rows[row].value(column);
+            if (item->text(column) == text)
+                continue;
+            item->setText(column, text);
+            changed = true;
+        }
+    }
+    QList<QTreeWidgetItem *> added;
+    for (int row = topLevelItemCount(); row < rows.size(); ++row)
+        added.append(new QTreeWidgetItem(rows[row].mid(0, columnCount())));
+    addTopLevelItems(added);
+    return changed || !added.isEmpty();
+}
+
+void ListView::paintEvent(QPaintEvent *event)
+{
+    QTreeWidget::paintEvent(event);
+    if (topLevelItemCount() > 0 || m_placeholder.isEmpty())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,
+                     m_placeholder);
+}
