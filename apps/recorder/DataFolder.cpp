@@ -1,0 +1,84 @@
+#include "DataFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+
+// Outside of every namespace: the macro declares a function of the resource's own.
+static void initShippedModel()
+{
+    Q_INIT_RESOURCE(recorder_model);
+}
+
+namespace recorder
+{
+
+namespace
+{
+
+const QString ShippedModel = QStringLiteral(":/recorder/model");
+
+QString fileName(const QString &name)
+{
+    return name == QLatin1String("interface") ? QStringLiteral("interface.xml") : name;
+}
+
+std::optional<QByteArray> readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return file.readAll();
+}
+
+/// The files hold passwords, so they are readable by their owner only.
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    return file.write(content) == content.size() && file.commit();
+}
+
+} // namespace
+
+DataFolder::DataFolder(const QString &path) : m_path(path) {}
+
+bool DataFolder::prepare(QString &error) const
+{
+    const QDir folder(m_path);
+    if (!folder.mkpath(QStringLiteral("."))) {
+        error = QStringLiteral("cannot create the folder %1").arg(m_path);
+        return false;
+    }
+    if (!folder.isEmpty())
+        return true;
+    initShippedModel();
+    const QStringList names = QDir(ShippedModel).entryList(QDir::Files);
+    for (const QString &name : names) {
+        const std::optional<QByteArray> content = readFile(ShippedModel + '/' + name);
+        if (!content || !writeFile(folder.filePath(name), *content)) {
+            error = QStringLiteral("cannot write %1").arg(folder.filePath(name));
+            return false;
+        }
+    }
+    return true;
+}
+
+QString DataFolder::filePath(const QString &name) const
+{
+    return QDir(m_path).filePath(fileName(name));
+}
+
+std::optional<QByteArray> DataFolder::read(const QString &name) const
+{
+    return readFile(filePath(name));
+}
+
+bool DataFolder::replace(const QString &name, const QByteArray &content) const
+{
+    return writeFile(filePath(name), content);
+}
+
+} // namespace recorder

@@ -1,0 +1,152 @@
+#include "RecorderServer.h"
+
+#include "ConfigService.h"
+#include "Connection.h"
+
+#include <QTcpSocket>
+
+namespace recorder
+{
+
+namespace
+{
+
+constexpr int MaxClients = 32;
+
+} // namespace
+
+RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
+    : QObject(parent), m_service(std::make_unique<ConfigService>(dataDir))
+{
+    m_service->folder().prepare(m_error);
+    connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
+}
+
+RecorderServer::~RecorderServer()
+{
+    close();
+}
+
+bool RecorderServer::listen(quint16 port)
+{
+    return listen(QHostAddress::LocalHost, port);
+}
+
+bool RecorderServer::listen(const QHostAddress &address, quint16 port)
+{
+    m_error.clear();
+    if (!m_service->folder().prepare(m_error))
+        return false;
+    if (m_server.listen(address, port))
+        return true;
+    m_error = m_server.errorString();
+    return false;
+}
+
+void RecorderServer::close()
+{
+    m_server.close();
+    const QList<Connection *> clients = std::exchange(m_clients, {}).values();
+    for (Connection *client : clients) {
+        client->disconnect(this);
+        client->close();
+        client->deleteLater();
+    }
+}
+
+quint16 RecorderServer::port() const
+{
+    return m_server.serverPort();
+}
+
+QHostAddress RecorderServer::address() const
+{
+    return m_server.serverAddress();
+}
+
+QString RecorderServer::errorString() const
+{
+    return m_error;
+}
+
+void RecorderServer::setReplyDelay(int milliseconds)
+{
+    m_timing.replyDelay = std::max(0, milliseconds);
+    applyTiming();
+}
+
+int RecorderServer::replyDelay() const
+{
+    return m_timing.replyDelay;
+}
+
+void RecorderServer::setBodyTimeout(int milliseconds)
+{
+    m_timing.bodyTimeout = std::max(0, milliseconds);
+    applyTiming();
+}
+
+int RecorderServer::bodyTimeout() const
+{
+    return m_timing.bodyTimeout;
+}
+
+void RecorderServer::applyTiming()
+{
+    for (Connection *client : std::as_const(m_clients))
+        client->setTiming(m_timing);
+}
+
+QString RecorderServer::filePath(const QString &name) const
+{
+    return m_service->folder().filePath(name);
+}
+
+int RecorderServer::clientCount() const
+{
+    return int(m_clients.size());
+}
+
+QStringList RecorderServer::loggedInUsers() const
+{
+    QStringList names;
+    for (const Connection *client : m_clients) {
+        if (client->account())
+            names.append(QString::fromUtf8(client->account()->name));
+    }
+    return names;
+}
+
+void RecorderServer::acceptClients()
+{
+    while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+        if (m_clients.size() >= MaxClients) {
+            Q_EMIT logged(QStringLiteral("a client was turned away: there are %1 already").arg(MaxClients));
+            socket->abort();
+            socket->deleteLater();
+            continue;
+        }
+        addClient(socket);
+    }
+}
+
+void RecorderServer::addClient(QTcpSocket *socket)
+{
+    const int number = m_nextClient++;
+    auto *client = new Connection(socket, *m_service, m_timing, this);
+    m_clients.insert(number, client);
+    const auto log = [this, number](const QString &line) {
+        Q_EMIT logged(QStringLiteral("#%1 %2").arg(QString::number(number), line));
+    };
+    log(QStringLiteral("connected"));
+    connect(client, &Connection::logged, this, log);
+    connect(client, &Connection::fileReceived, this, &RecorderServer::fileReceived);
+    connect(client, &Connection::closed, this, [this, number, client, log] {
+        if (m_clients.remove(number) > 0) {
+            log(QStringLiteral("disconnected"));
+            client->deleteLater();
+        }
+    });
+}
+
+} // namespace recorder

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "ConnectionTiming.h"
+
+#include <QHash>
+#include <QHostAddress>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTcpServer>
+
+#include <memory>
+
+namespace recorder
+{
+
+class Connection;
+class ConfigService;
+
+/// A network video recorder without cameras: it speaks the configuration protocol over TCP and keeps its
+/// configuration files in a folder.
+///
+/// A missing or empty folder is filled with the files of the shipped model ("interface.xml" and the files
+/// "streams", "net", "time", "timers", "soft", "disk", "users" and "state"). What a client sends replaces a
+/// file whole, byte for byte, or not at all. Files may be changed on disk while the server runs; the next
+/// request sees them.
+///
+/// Everything runs in the thread of the event loop; a server never blocks it, so tests can use one in
+/// process.
+class RecorderServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit RecorderServer(const QString &dataDir, QObject *parent = nullptr);
+    ~RecorderServer() override;
+
+    /// Listens on the loopback interface; port 0 picks a free one. False, with errorString() set, when the
+    /// port is taken or the data folder cannot be used.
+    bool listen(quint16 port = 0);
+    bool listen(const QHostAddress &address, quint16 port);
+    /// Stops listening and drops every client.
+    void close();
+
+    quint16 port() const;
+    QHostAddress address() const;
+    QString errorString() const;
+
+    /// Every answer, the one to a login included, is sent this much later (milliseconds, 0 for at once).
+    void setReplyDelay(int milliseconds);
+    int replyDelay() const;
+    /// How long a PUT may wait for its length line before it counts as one without a body (default 2000 ms).
+    void setBodyTimeout(int milliseconds);
+    int bodyTimeout() const;
+
+    /// Path of a configuration file by its protocol name, for example "streams" ("interface" is
+    /// interface.xml).
+    QString filePath(const QString &name) const;
+
+    int clientCount() const;
+    /// Login names of the clients that are logged in now, in no particular order.
+    QStringList loggedInUsers() const;
+
+Q_SIGNALS:
+    /// One readable line for each request and each answer. Passwords and file contents are not in it.
+    void logged(const QString &line);
+    /// A client sent a file that was accepted and is now kept.
+    void fileReceived(const QString &name, const QByteArray &body);
+
+private:
+    void acceptClients();
+    void addClient(QTcpSocket *socket);
+    void applyTiming();
+
+    std::unique_ptr<ConfigService> m_service;
+    QTcpServer m_server;
+    QHash<int, Connection *> m_clients; // children of the server
+    QString m_error;
+    int m_nextClient = 1;
+    ConnectionTiming m_timing;
+};
+
+} // namespace recorder

@@ -1,0 +1,143 @@
+#include "RecorderServer.h"
+#include "StopSignal.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTime>
+
+#include <limits>
+#include <optional>
+
+namespace
+{
+
+constexpr int UsageError = 2;
+constexpr int CannotStart = 1;
+
+struct Options {
+    quint16 port = 0;
+    int delay = 0;
+    QHostAddress address = QHostAddress::LocalHost;
+    QString dataDir;
+    bool log = false;
+};
+
+void printError(const QString &text)
+{
+    QTextStream(stderr) << "paravue-recorder: " << text << Qt::endl;
+}
+
+std::optional<int> numberOption(const QCommandLineParser &parser, const QString &name, int most)
+{
+    bool isNumber = false;
+    const int number = parser.value(name).toInt(&isNumber);
+    if (isNumber && number >= 0 && number <= most)
+        return number;
+    printError(QStringLiteral("--%1 takes a number from 0 to %2, not \"%3\"")
+                   .arg(name, QString::number(most), parser.value(name)));
+    return std::nullopt;
+}
+
+void addOptions(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(
+        QStringLiteral("Behaves like a network video recorder: answers the configuration protocol and keeps "
+                       "its files in a folder."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({
+        {QStringLiteral("port"),
+         QStringLiteral("Listen on this TCP port; 0 picks a free one (default 5049)."), QStringLiteral("N"),
+         QStringLiteral("5049")},
+        {QStringLiteral("address"),
+         QStringLiteral("Listen on this address of the computer (default 127.0.0.1: local clients only)."),
+         QStringLiteral("IP"), QStringLiteral("127.0.0.1")},
+        {QStringLiteral("data"),
+         QStringLiteral(
+             "Folder of the configuration files, filled with the shipped model when it is missing or "
+             "empty (default: a temporary folder, removed at the end)."),
+         QStringLiteral("DIR")},
+        {QStringLiteral("delay"),
+         QStringLiteral("Send every answer this many milliseconds later (default 0)."), QStringLiteral("MS"),
+         QStringLiteral("0")},
+        {QStringLiteral("log"), QStringLiteral("Print every request and answer. Passwords are not shown.")},
+    });
+}
+
+std::optional<Options> readOptions(const QCommandLineParser &parser)
+{
+    Options options;
+    if (!parser.positionalArguments().isEmpty()) {
+        printError(
+            QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().constFirst()));
+        return std::nullopt;
+    }
+    const auto port = numberOption(parser, QStringLiteral("port"), std::numeric_limits<quint16>::max());
+    const auto delay = numberOption(parser, QStringLiteral("delay"), 60 * 60 * 1000);
+    if (!port || !delay)
+        return std::nullopt;
+    if (!options.address.setAddress(parser.value(QStringLiteral("address")))) {
+        printError(QStringLiteral("--address takes an IP address, not \"%1\"")
+                       .arg(parser.value(QStringLiteral("address"))));
+        return std::nullopt;
+    }
+    if (parser.isSet(QStringLiteral("data")) && parser.value(QStringLiteral("data")).isEmpty()) {
+        printError(QStringLiteral("--data takes a folder"));
+        return std::nullopt;
+    }
+    options.port = quint16(*port);
+    options.delay = *delay;
+    options.dataDir = parser.value(QStringLiteral("data"));
+    options.log = parser.isSet(QStringLiteral("log"));
+    return options;
+}
+
+int run(const Options &options)
+{
+    QTemporaryDir temporary;
+    const QString dataDir = options.dataDir.isEmpty() ? temporary.path() : options.dataDir;
+    recorder::RecorderServer server(dataDir);
+    server.setReplyDelay(options.delay);
+    QTextStream out(stdout);
+    if (options.log) {
+        QObject::connect(&server, &recorder::RecorderServer::logged, &server, [&out](const QString &line) {
+            out << QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz ")) << line << Qt::endl;
+        });
+    }
+    if (!server.errorString().isEmpty()) {
+        printError(server.errorString());
+        return CannotStart;
+    }
+    if (!server.listen(options.address, options.port)) {
+        const QString port = QString::number(options.port);
+        printError(QStringLiteral("cannot listen on port %1: %2").arg(port, server.errorString()));
+        return CannotStart;
+    }
+    // Programs that start this one read the port from this line.
+    out << "Listening on " << server.address().toString() << ':' << server.port() << Qt::endl;
+    recorder::quitOnStopSignal();
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("paravue-recorder"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PARAVUE_VERSION));
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(QCoreApplication::arguments())) {
+        printError(parser.errorText());
+        return UsageError;
+    }
+    if (parser.isSet(QStringLiteral("help")))
+        parser.showHelp();
+    if (parser.isSet(QStringLiteral("version")))
+        parser.showVersion();
+    const std::optional<Options> options = readOptions(parser);
+    return options ? run(*options) : UsageError;
+}
