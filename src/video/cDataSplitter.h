@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+
+/// Reads little-endian fields from a byte stream that arrives in pieces.
+///
+/// The buffer holds the input that is not consumed yet. Readers work at a position that the caller owns,
+/// counted from the first byte of the buffer; they move it behind what they read and remove nothing, so a
+/// record of which a part is still missing can be read again from its start when more has come. Only
+/// consume() removes.
+///
+/// A reader that needs bytes which are not there throws an empty QByteArray and leaves position and buffer as
+/// they are. That is the signal for "need more data"; has() and cStringSize() tell it without a throw, which
+/// is far cheaper when a stream comes in many small pieces.
+class cDataSplitter
+{
+public:
+    cDataSplitter() = default;
+    virtual ~cDataSplitter() = default;
+
+    void append(const QByteArray &bytes);
+    /// Removes the first \a n bytes; throws when there are fewer.
+    void consume(int n);
+
+    /// The number of bytes that are not consumed.
+    qsizetype size() const { return m_buffer.size(); }
+    /// True when \a n bytes can be read at \a position.
+    bool has(int position, int n) const;
+    /// The size of the C-string at \a position with its zero byte, or 0 while that byte is not there.
+    int cStringSize(int position) const;
+
+    quint8 readU8(int &position) const;
+    quint16 readU16(int &position) const;
+    quint32 readU32(int &position) const;
+    QByteArray readBytes(int &position, int n) const;
+    /// The bytes up to and including the first zero byte.
+    QByteArray readCString(int &position) const;
+
+private:
+    const char *take(int &position, int n) const;
+
+    QByteArray m_buffer;
+};
