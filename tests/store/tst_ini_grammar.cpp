@@ -1,0 +1,189 @@
+#include "store/IniGrammar.h"
+
+#include <QRandomGenerator>
+#include <QRegExp>
+#include <QTest>
+
+using namespace paravue;
+
+namespace
+{
+
+/// What the patterns of the recorder's own tools say about a line, asked from the engine they are written
+/// for.
+class PatternOracle
+{
+public:
+    explicit PatternOracle(EmptyValue emptyValue) : m_key(keyPattern(emptyValue)) {}
+
+    QString describe(const QString &line)
+    {
+        if (m_key.exactMatch(line))
+            return describeKey(m_key.cap(1), m_key.cap(4) + m_key.cap(6) + m_key.cap(8) + m_key.cap(9));
+        if (m_section.exactMatch(line))
+            return describeSection(m_section.cap(1));
+        return QStringLiteral("other");
+    }
+
+    static QString describeKey(const QString &name, const QString &value)
+    {
+        return QStringLiteral("key <") + name + QStringLiteral("> value <") + value + u'>';
+    }
+    static QString describeSection(const QString &name) { return QStringLiteral("section <") + name + u'>'; }
+
+private:
+    static QString keyPattern(EmptyValue emptyValue)
+    {
+        return QStringLiteral(R"re(^\s*([^;\s]+)\s*=\s*)re"
+                              R"re(((([^\s\n"']%1))|('([^\n']*)')|("([^\n"]*)")|)re"
+                              R"re(([^\s\n"'][^\n"']*[^\s\n"']))\s)re")
+            .arg(emptyValue == EmptyValue::IsKey ? QChar(u'*') : QChar(u'+'));
+    }
+
+    QRegExp m_key;
+    QRegExp m_section{QStringLiteral(R"(^\s*\[\s*([^\s]+)\s*\].*$)")};
+};
+
+template <typename View>
+QString describe(const IniLine<View> &line)
+{
+    switch (line.kind) {
+    case IniLine<View>::Key:
+        return PatternOracle::describeKey(line.name.toString(), line.value.toString());
+    case IniLine<View>::Section:
+        return PatternOracle::describeSection(line.name.toString());
+    case IniLine<View>::Other:
+        break;
+    }
+    return QStringLiteral("other");
+}
+
+QString randomLine(QRandomGenerator &random)
+{
+    // Mostly what decides about a line, now and then a white space that only Unicode knows.
+    static const QString common = QStringLiteral("ab=='\"[]; \t\n7");
+    static const QString rare =
+        QString::fromUtf16(u"\r\v\f\u0085\u00a0\u2003\u2028\u3000\u180e\u200b\u0416\u0000", 12);
+    QString line;
+    const int size = random.bounded(14);
+    for (int i = 0; i < size; ++i) {
+        const QString &set = random.bounded(12) == 0 ? rare : common;
+        line += set.at(random.bounded(int(set.size())));
+    }
+    if (random.bounded(8) != 0)
+        line += u'\n';
+    return line;
+}
+
+} // namespace
+
+class tst_IniGrammar : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lines_data();
+    void lines();
+    void agreesWithThePatterns();
+    void anyLineIsLinear();
+    void writtenValues_data();
+    void writtenValues();
+};
+
+void tst_IniGrammar::lines_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("expected");
+    const auto key = PatternOracle::describeKey;
+    const auto section = PatternOracle::describeSection;
+    const QString other = QStringLiteral("other");
+
+    QTest::newRow("bare value") << "k = v\n" << key("k", "v");
+    QTest::newRow("inner blanks") << "  k=a b\n" << key("k", "a b");
+    QTest::newRow("no line feed") << "k = v" << other;
+    QTest::newRow("trailing blank") << "k = v \n" << other;
+    QTest::newRow("trailing blank is the one white space") << "k = v " << key("k", "v");
+    QTest::newRow("no value") << "k =\n" << key("k", "");
+    QTest::newRow("single quotes") << "k = ' a \"b\" '\n" << key("k", " a \"b\" ");
+    QTest::newRow("double quotes") << "k = \"it's\"\n" << key("k", "it's");
+    QTest::newRow("a quote inside its own kind") << "k = 'it's'\n" << other;
+    QTest::newRow("note behind a bare value") << "a = b ; c\n" << key("a", "b ; c");
+    QTest::newRow("note behind a quoted value") << "a = 'b' ; c\n" << other;
+    QTest::newRow("comment") << "; a = b\n" << other;
+    QTest::newRow("longest name") << "a=b=c\n" << key("a=b", "c");
+    QTest::newRow("longest name with a quoted value") << "a=b='x=y'\n" << key("a=b", "x=y");
+    QTest::newRow("section") << "[ net ]\n" << section("net");
+    QTest::newRow("section without a line feed") << "[net] anything = 'goes" << section("net");
+    QTest::newRow("section with a blank") << "[ two words ]\n" << other;
+    QTest::newRow("section with brackets") << "[a]b]c\n" << section("a]b");
+    QTest::newRow("key that looks like a section") << "[net] = 1\n" << key("[net]", "1");
+}
+
+void tst_IniGrammar::lines()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, expected);
+    QCOMPARE(describe(scanIniLine(QStringView(line), EmptyValue::IsKey)), expected);
+    QCOMPARE(PatternOracle(EmptyValue::IsKey).describe(line), expected);
+}
+
+void tst_IniGrammar::agreesWithThePatterns()
+{
+    for (const EmptyValue emptyValue : {EmptyValue::IsKey, EmptyValue::IsIgnored}) {
+        PatternOracle oracle(emptyValue);
+        QRandomGenerator random(20240611);
+        int keys = 0;
+        int sections = 0;
+        for (int i = 0; i < 150'000; ++i) {
+            const QString line = randomLine(random);
+            const QString expected = oracle.describe(line);
+            keys += expected.startsWith(u'k');
+            sections += expected.startsWith(u's');
+            const QString found = describe(scanIniLine(QStringView(line), emptyValue));
+            QVERIFY2(found == expected,
+                     qPrintable(
+                         QStringLiteral("%1: %2 instead of %3")
+                             .arg(QString::fromLatin1(line.toUtf8().toPercentEncoding()), found, expected)));
+            const QByteArray bytes = line.toUtf8();
+            if (bytes.size() == line.size())
+                QCOMPARE(describe(scanIniLine(QLatin1StringView(bytes), emptyValue)), expected);
+        }
+        // The lines are worth something only when all kinds occur often.
+        QVERIFY(keys > 5'000);
+        QVERIFY(sections > 500);
+    }
+}
+
+void tst_IniGrammar::anyLineIsLinear()
+{
+    // Every "=" is a candidate for the end of the name here, and none fits. A scanner that reads the value
+    // anew for each of them would not come back.
+    const QString line = QString(4'000'000, u'=') + QStringLiteral("'\n");
+    QCOMPARE(describe(scanIniLine(QStringView(line), EmptyValue::IsKey)), QStringLiteral("other"));
+    const QString brackets = QString(4'000'000, u'[') + u'\n';
+    QCOMPARE(describe(scanIniLine(QStringView(brackets), EmptyValue::IsKey)), QStringLiteral("other"));
+}
+
+void tst_IniGrammar::writtenValues_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("text");
+    for (const char *number : {"0", "42", "-7", "2147483647", "-2147483648"})
+        QTest::newRow(number) << number << number;
+    for (const char *text :
+         {"007", "+5", " 5", "5 ", "1.5", "abc", "-0", "2147483648", "99999999999", "it's"})
+        QTest::newRow(text) << text << QStringLiteral("'%1'").arg(QLatin1StringView(text));
+}
+
+void tst_IniGrammar::writtenValues()
+{
+    QFETCH(QString, value);
+    QFETCH(QString, text);
+    for (const EmptyValue emptyValue : {EmptyValue::IsKey, EmptyValue::IsIgnored})
+        QCOMPARE(iniKeyLine(u"k", value, emptyValue), QStringLiteral("k = ") + text + u'\n');
+    QCOMPARE(iniKeyLine(u"k", u"", EmptyValue::IsKey), QStringLiteral("k = \n"));
+    QCOMPARE(iniKeyLine(u"k", u"", EmptyValue::IsIgnored), QStringLiteral("k = ''\n"));
+}
+
+QTEST_APPLESS_MAIN(tst_IniGrammar)
+#include "tst_ini_grammar.moc"
