@@ -1,0 +1,285 @@
+#include "device/OrbNetSetup.h"
+
+#include "device/DeviceAddress.h"
+#include "device/Limits.h"
+#include "device/LocalFile.h"
+#include "device/LoginFrames.h"
+#include "device/ReplyFrame.h"
+#include "store/OrbSettings.h"
+
+#include <QScopeGuard>
+#include <QSignalBlocker>
+#include <QTcpSocket>
+
+using namespace paravue;
+
+OrbNetSetup::OrbNetSetup(const QString &address)
+    : OrbSetup(address), m_socket(new QTcpSocket(this)), m_reply(std::make_unique<ReplyFrame>())
+{
+    m_socket->setReadBufferSize(MaxUnreadBytes);
+    connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);
+    connect(m_socket, &QTcpSocket::errorOccurred, this, &OrbNetSetup::error);
+    connect(m_socket, &QTcpSocket::readyRead, this, &OrbNetSetup::readyRead);
+    connect(m_socket, &QTcpSocket::disconnected, this, &OrbNetSetup::disconnected);
+}
+
+OrbNetSetup::~OrbNetSetup()
+{
+    m_socket->disconnect(this);
+    // They write their files once more, which the local copies must outlive.
+    m_settings.clear();
+}
+
+void OrbNetSetup::setCredentialsSource(std::unique_ptr<CredentialsSource> source)
+{
+    m_credentialsSource = std::move(source);
+}
+
+void OrbNetSetup::commandNext()
+{
+    ++m_state;
+}
+
+OrbNetSetup::compcommand &OrbNetSetup::commandCurrent()
+{
+    return *m_cmdlist.at(static_cast<size_t>(m_state - FirstCommand));
+}
+
+bool OrbNetSetup::commandIsDone()
+{
+    return m_state - FirstCommand >= commandCount();
+}
+
+int OrbNetSetup::commandCount()
+{
+    return static_cast<int>(m_cmdlist.size());
+}
+
+void OrbNetSetup::_connect()
+{
+    if (m_state != Idle) {
+        reportWrongState("OrbNetSetup::_connect");
+        return;
+    }
+    const auto device = DeviceAddress::parse(address());
+    if (!device) {
+        Q_EMIT pseudothrow(tr("Wrong network address \"%1\"<br>Correct one is login:password@address[:port]")
+                               .arg(address()));
+        return;
+    }
+    abortLeftovers();
+    if (!fileExists(QStringLiteral("general")))
+        _push_file(QStringLiteral("general"), QByteArray());
+    setValue(QStringLiteral("general/network/login/") + device->login);
+    setValue(QStringLiteral("general/network/password/") + device->password);
+    setValue(QStringLiteral("general/network/url/") + device->url);
+    m_state = Connecting;
+    setActivity(tr("Connecting"));
+    m_socket->connectToHost(device->host, device->port, QIODevice::ReadWrite);
+}
+
+/// A faulty exchange leaves its connection open and bytes in the buffer. Both would spoil the next exchange:
+/// a connected socket refuses to connect, and old bytes hide the login reply.
+void OrbNetSetup::abortLeftovers()
+{
+    const QSignalBlocker quiet(m_socket);
+    m_socket->abort();
+    m_buffer.clear();
+    m_reply->reset();
+    m_received = 0;
+    m_stopped = false;
+}
+
+void OrbNetSetup::connected()
+{
+    if (m_state != Connecting) {
+        reportWrongState("OrbNetSetup::connected");
+        return;
+    }
+    // Requests are small and each one waits for its reply: a delay to gather more bytes would be paid by all.
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    const QByteArray request = loginRequest(value(QStringLiteral("general/network/login")),
+                                            value(QStringLiteral("general/network/password")));
+    m_state = LoginSent;
+    setActivity(tr("Logging in"));
+    m_socket->write(request);
+}
+
+void OrbNetSetup::readyRead()
+{
+    receive();
+    // The toolkit does not announce what arrives while a receiver of our signals runs an event loop of its
+    // own.
+    const auto readOn = qScopeGuard([this] {
+        if (m_socket->bytesAvailable() > 0)
+            QMetaObject::invokeMethod(this, &OrbNetSetup::readyRead, Qt::QueuedConnection);
+    });
+    if (m_state == LoginSent && !acceptLogin())
+        return;
+    if (m_stopped || m_state < LoggedIn || commandIsDone())
+        return;
+    // Right behind the login there is no reply to wait for.
+    if (m_state != LoggedIn && !_isDataReady())
+        return;
+    keepReply();
+    _transfer();
+    Q_EMIT progress(commandCount() == 0 ? 100 : (m_state - FirstCommand) * 100 / commandCount());
+    if (commandIsDone())
+        m_socket->disconnectFromHost();
+}
+
+/// Takes what has arrived. Bytes that nobody waits for are dropped.
+void OrbNetSetup::receive()
+{
+    const QByteArray bytes = m_socket->readAll();
+    if (m_stopped || m_state < LoginSent || commandIsDone())
+        return;
+    m_buffer += bytes;
+    m_received += bytes.size();
+    // One byte too many says as much as a million.
+    if (m_state == LoginSent)
+        m_buffer.truncate(longestLoginReply() + 1);
+    else if (m_received > MaxExchangeBytes)
+        stopExchange(tr("Wrong device answer"));
+}
+
+/// False while the login is not accepted.
+bool OrbNetSetup::acceptLogin()
+{
+    switch (loginReply(m_buffer)) {
+    case LoginReply::Accepted:
+        m_buffer.clear();
+        m_state = LoggedIn;
+        return true;
+    case LoginReply::Refused:
+        retryLogin();
+        return false;
+    case LoginReply::Incomplete:
+        break;
+    }
+    return false;
+}
+
+bool OrbNetSetup::_isDataReady()
+{
+    switch (m_reply->read(m_buffer)) {
+    case ReplyFrame::Progress::Incomplete:
+        return false;
+    case ReplyFrame::Progress::TooLong:
+        stopExchange(tr("Wrong device answer"));
+        return false;
+    case ReplyFrame::Progress::Complete:
+        break;
+    }
+    m_buffer.remove(0, m_reply->headerSize());
+    m_reply->reset();
+    const ReplyContent content = takeAnswer(m_buffer);
+    switch (content.answer) {
+    case ReplyContent::Answer::Ok:
+        return true;
+    case ReplyContent::Answer::Missing:
+        stopExchange(tr("Wrong device answer"));
+        break;
+    case ReplyContent::Answer::Unrecognized:
+        stopExchange(tr("Unrecognized device error \"%1\"").arg(content.text));
+        break;
+    case ReplyContent::Answer::Error:
+        stopExchange(tr("Device error \"%1\"").arg(content.text));
+        break;
+    }
+    return false;
+}
+
+/// Hands the reply to the handler of the command that it belongs to.
+void OrbNetSetup::keepReply()
+{
+    // Taken out first: the handler may replace the list that the command stands in.
+    const QByteArray body = std::exchange(m_buffer, {});
+    if (m_state < FirstCommand || m_operation != Fetch)
+        return;
+    const PushHandler push = commandCurrent().push;
+    const QString name = QString::fromUtf8(commandCurrent().name);
+    if (push)
+        (this->*push)(name, body);
+}
+
+void OrbNetSetup::disconnected()
+{
+    // Deliberate: an exchange that did not run to its end is reported and nothing is reset.
+    if (!commandIsDone()) {
+        reportWrongState("OrbNetSetup::disconnected");
+        return;
+    }
+    setActivity(QString());
+    // Deliberate: the end is announced before the link is idle, so a receiver cannot start the next exchange
+    // from within.
+    switch (m_operation) {
+    case Fetch:
+        Q_EMIT loadDone();
+        break;
+    case Send:
+        Q_EMIT storeDone();
+        break;
+    default:
+        Q_EMIT pseudothrow(
+            tr("%1 in wrong operation %2")
+                .arg(QStringLiteral("OrbNetSetup::disconnected"), QString::number(m_operation)));
+    }
+    m_state = Idle;
+    m_operation = NoOperation;
+    m_cmdlist.clear();
+}
+
+void OrbNetSetup::error(QAbstractSocket::SocketError e)
+{
+    // Deliberate: the state stays, so that later attempts report it.
+    setActivity(QString());
+    Q_EMIT pseudothrow(tr("Network error %1").arg(static_cast<int>(e)));
+}
+
+void OrbNetSetup::retryLogin()
+{
+    {
+        // The refused connection ends without a report.
+        const QSignalBlocker quiet(m_socket);
+        m_socket->disconnectFromHost();
+        m_socket->abort();
+    }
+    m_buffer.clear();
+    m_state = Idle;
+    m_operation = NoOperation;
+    setActivity(QString());
+    // The source may open a dialog, which must not run within a signal of the socket that is needed next.
+    QMetaObject::invokeMethod(this, &OrbNetSetup::askForLogin, Qt::QueuedConnection);
+}
+
+void OrbNetSetup::askForLogin()
+{
+    Credentials record;
+    const QString url = value(QStringLiteral("general/network/url"));
+    record.url = url.toLocal8Bit();
+    if (!m_credentialsSource || !m_credentialsSource->ask(record)) {
+        Q_EMIT pseudothrow(tr("Authorization failed"));
+        return;
+    }
+    if (record.remember)
+        m_credentialsSource->save(record);
+    setAddress(QStringLiteral("%1:%2@%3")
+                   .arg(QString::fromLocal8Bit(record.login), QString::fromLocal8Bit(record.password), url));
+    // Deliberate: also when files were to be sent. Behind a new login everything is fetched afresh.
+    load();
+}
+
+void OrbNetSetup::reportWrongState(const char *where)
+{
+    Q_EMIT pseudothrow(tr("%1 in wrong state %2").arg(QLatin1StringView(where), QString::number(m_state)));
+}
+
+/// Deliberate: the exchange stays where it is, connected and with the remains of the reply; only what comes
+/// later is dropped.
+void OrbNetSetup::stopExchange(const QString &reason)
+{
+    m_stopped = true;
+    setActivity(QString());
+    Q_EMIT pseudothrow(reason);
+}

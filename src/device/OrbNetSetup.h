@@ -1,0 +1,148 @@
+#pragma once
+
+#include "device/Credentials.h"
+#include "store/OrbSetup.h"
+
+#include <QAbstractSocket>
+#include <QByteArray>
+
+#include <memory>
+#include <vector>
+
+class QTcpSocket;
+
+namespace paravue
+{
+class LocalFile;
+class ReplyFrame;
+struct ListedFile;
+} // namespace paravue
+
+/// The configuration store of one recorder, which it is fetched from and sent back to over TCP.
+///
+/// The address has the form login:password\@address[:port]; the port is 5049 when it is left out. load()
+/// fetches the interface description and every configuration file into local copies, each with a pristine
+/// copy under its name and ".original"; store() sends the files back. Either is one exchange: connect, log
+/// in, one command after the other, disconnect. It ends with loadDone() or storeDone(); progress() tells how
+/// far it is. The store is busy until after the receivers of these signals have returned: they start the next
+/// exchange through the event loop.
+///
+/// What goes wrong is reported through pseudothrow(). An exchange that failed stays where it is: no further
+/// command is sent, nothing is reset, and another load() reports a wrong state; store() starts over in any
+/// state. There is no time-out.
+///
+/// The local copies are readable by their owner only and are removed with the store. The store must not be
+/// deleted in a receiver of its own signals (deleteLater() is fine).
+class PARAVUE_EXPORT OrbNetSetup : public OrbSetup
+{
+    Q_OBJECT
+
+public:
+    explicit OrbNetSetup(const QString &address);
+    ~OrbNetSetup() override;
+
+    void load() override;
+    void store() override;
+    void function(const QString &name, const QString &arg) override;
+
+    /// Who is asked for another login when the recorder refuses the one of the address. With nobody, which is
+    /// the default, a refused login reports "Authorization failed".
+    void setCredentialsSource(std::unique_ptr<CredentialsSource> source);
+
+protected:
+    struct compcommand;
+
+    /// Moves the cursor of the command list.
+    virtual void commandNext();
+    /// The command that the recorder is working on; to be called within the list only.
+    virtual compcommand &commandCurrent();
+    /// Did the list run to its end?
+    virtual bool commandIsDone();
+    virtual int commandCount();
+
+protected Q_SLOTS:
+    void connected();
+    void readyRead();
+    void disconnected();
+    void error(QAbstractSocket::SocketError e);
+
+protected:
+    using PushHandler = void (OrbNetSetup::*)(const QString &name, const QByteArray &data);
+
+    /// A configuration file of the recorder, as built in.
+    struct commands {
+        const char *get_command; ///< request that fetches it
+        const char *put_command; ///< request that sends it; null when the recorder does not accept it
+        const char *name;        ///< of the local copy
+        PushHandler push;        ///< what is done with the fetched content
+    };
+    static const commands mCommands[9];
+
+    /// A command of the running exchange.
+    struct compcommand {
+        QByteArray get; ///< empty: nothing to fetch
+        QByteArray put; ///< empty: nothing to send
+        QByteArray name;
+        PushHandler push = nullptr;
+    };
+
+    /// Starts an exchange; the command list and the operation are set by the caller.
+    void _connect();
+    /// True when the buffer holds a complete reply whose answer is OK; the buffer then holds its body only.
+    bool _isDataReady();
+    static QByteArray _to_cmdstring(const QString &text);
+    /// Sends the next command that has something to send.
+    void _transfer();
+
+    void _push_file(const QString &name, const QByteArray &data);
+    void _push_inifile(const QString &name, const QByteArray &data);
+    void _push_gzfile(const QString &name, const QByteArray &data);
+    void _push_statefile(const QString &name, const QByteArray &data);
+    void _push_interfacefile(const QString &name, const QByteArray &data);
+
+    /// Applies the directives of the state file \a name to its local copy. False when that goes beyond the
+    /// limits; the file is then better not sent at all.
+    bool _compile_state(const QString &name);
+    /// Replaces the command list when the interface description \a name has one.
+    void _overwrite_cmdlist(const QString &name);
+    /// Deliberate: every file counts as changed, so that all of them are sent back.
+    bool _isFileChanged(const QString &name) const;
+
+    /// Runs one command with \a body, sent (\a send) or as the local file "tmp" that receives the reply.
+    void _do_command(const QByteArray &command, const QByteArray &body, bool send);
+    void _do_command(const QString &command, const QString &body, bool send);
+
+    /// The link is Idle, then goes through the others; from FirstCommand on it is the cursor of the command
+    /// list too.
+    enum State { Idle, Connecting, LoginSent, LoggedIn, FirstCommand };
+    enum Operation { NoOperation, Fetch, Send };
+
+    int m_state = Idle;
+    int m_operation = NoOperation;
+    QTcpSocket *m_socket;
+    std::vector<std::unique_ptr<paravue::LocalFile>> m_temporaries;
+    QByteArray m_buffer;
+    std::vector<std::unique_ptr<compcommand>> m_cmdlist;
+
+private:
+    void receive();
+    bool acceptLogin();
+    void keepReply();
+    void retryLogin();
+    void askForLogin();
+    void reportWrongState(const char *where);
+    void stopExchange(const QString &reason);
+    void abortLeftovers();
+
+    void fillCommandList();
+    QByteArray requestOf(const compcommand &command) const;
+    void sendRequest(const compcommand &command);
+    std::unique_ptr<compcommand> compiled(const paravue::ListedFile &file) const;
+    bool keepLocalCopy(const QString &name, const QByteArray &data);
+    void forgetValues(const QString &name);
+
+    std::unique_ptr<paravue::ReplyFrame> m_reply;
+    std::unique_ptr<CredentialsSource> m_credentialsSource;
+    qsizetype m_received = 0; ///< bytes of the running exchange
+    bool m_stopped = false;   ///< the running exchange has failed
+};

@@ -1,0 +1,3 @@
+#include "device/Credentials.h"
+
+CredentialsSource::~CredentialsSource() = default;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace paravue
+{
+
+// What a recorder sends is never trusted. These are far above what any recorder sends; they keep a broken or
+// hostile one from filling the memory or the disk. The limits on the description's XML are in
+// store/XmlLimits.h.
+
+/// One reply, and everything that is received while a reply is awaited.
+inline constexpr qsizetype MaxReplyBytes = 48 * 1024 * 1024;
+/// All replies of one exchange.
+inline constexpr qsizetype MaxExchangeBytes = 512 * 1024 * 1024;
+/// What the operating system's buffer passes on while nobody reads (a message is on the screen, for example).
+inline constexpr qsizetype MaxUnreadBytes = 4 * 1024 * 1024;
+/// An answer text that is quoted to the user.
+inline constexpr qsizetype MaxQuotedAnswer = 4096;
+
+/// The interface description after unpacking.
+inline constexpr qsizetype MaxDescriptionBytes = 16 * 1024 * 1024;
+/// Files that a description may list for transfer.
+inline constexpr qsizetype MaxListedFiles = 1000;
+
+/// By how much the directives of a state file may lengthen it, in characters.
+inline constexpr qsizetype MaxStateGrowth = 16 * 1024 * 1024;
+/// What the directives of a state file may read through, in characters, all passes over the text together.
+inline constexpr qsizetype MaxStateWork = 256 * 1024 * 1024;
+/// What the directives of a state file may take, in milliseconds.
+inline constexpr int MaxStateTime = 10'000;
+
+} // namespace paravue

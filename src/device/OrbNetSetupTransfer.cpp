@@ -1,0 +1,269 @@
+#include "device/OrbNetSetup.h"
+
+#include "device/DescriptionFileList.h"
+#include "device/GzText.h"
+#include "device/Limits.h"
+#include "device/LocalFile.h"
+#include "device/ReplyFrame.h"
+#include "device/StateTemplate.h"
+#include "device/WireBody.h"
+#include "store/OrbSettings.h"
+
+#include <QFile>
+#include <QTcpSocket>
+
+using namespace paravue;
+
+// The interface description comes first: it may replace the rest of the list.
+const OrbNetSetup::commands OrbNetSetup::mCommands[9] = {
+    {"GET SETUP\r\n", nullptr, "interface", &OrbNetSetup::_push_interfacefile},
+    {"GET CONFIG\r\n", "PUT CONFIG\r\n", "streams", &OrbNetSetup::_push_file},
+    {"GET NET CONFIG\r\n", "PUT NET CONFIG\r\n", "net", &OrbNetSetup::_push_inifile},
+    {"GET TIME CONFIG\r\n", "PUT TIME CONFIG\r\n", "time", &OrbNetSetup::_push_inifile},
+    {"GET TIMER CONFIG\r\n", "PUT TIMER CONFIG\r\n", "timers", &OrbNetSetup::_push_file},
+    {"GET SOFT CONFIG\r\n", nullptr, "soft", &OrbNetSetup::_push_inifile},
+    {"GET DISK CONFIG\r\n", "PUT DISK CONFIG\r\n", "disk", &OrbNetSetup::_push_inifile},
+    {"GET USER CONFIG\r\n", "PUT USER CONFIG\r\n", "users", &OrbNetSetup::_push_inifile},
+    {"GET STATE CONFIG\r\n", "PUT STATE CONFIG\r\n", "state", &OrbNetSetup::_push_statefile},
+};
+
+namespace
+{
+
+/// A file that cannot be opened counts as empty.
+QByteArray readLocalFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+void OrbNetSetup::fillCommandList()
+{
+    m_cmdlist.clear();
+    for (const commands &entry : mCommands) {
+        m_cmdlist.push_back(std::make_unique<compcommand>(
+            compcommand{entry.get_command, entry.put_command, entry.name, entry.push}));
+    }
+}
+
+void OrbNetSetup::load()
+{
+    m_buffer.clear();
+    m_reply->reset();
+    fillCommandList();
+    m_operation = Fetch;
+    _connect();
+}
+
+void OrbNetSetup::store()
+{
+    // Deliberate: a time file that is sent back must not set the recorder's clock to the hour of its fetch.
+    if (fileExists(QStringLiteral("time")))
+        setValue(QStringLiteral("time/untitled/YYYYMMDDHHMMSS/"));
+    fillCommandList();
+    m_operation = Send;
+    _overwrite_cmdlist(QStringLiteral("interface"));
+    for (const auto &command : m_cmdlist) {
+        const QString name = QString::fromUtf8(command->name);
+        if (command->push == &OrbNetSetup::_push_statefile && !command->put.isEmpty() &&
+            !_compile_state(name))
+            command->put.clear();
+    }
+    flush();
+    m_state = Idle;
+    _connect();
+}
+
+void OrbNetSetup::function(const QString &name, const QString &arg)
+{
+    OrbSetup::function(name, arg);
+}
+
+void OrbNetSetup::_transfer()
+{
+    do {
+        commandNext();
+        if (commandIsDone()) {
+            setActivity(QString());
+            return;
+        }
+    } while (requestOf(commandCurrent()).isEmpty());
+    sendRequest(commandCurrent());
+}
+
+/// What the running operation has to say about \a command; nothing when it has no use for it.
+QByteArray OrbNetSetup::requestOf(const compcommand &command) const
+{
+    switch (m_operation) {
+    case Fetch:
+        return command.get;
+    case Send:
+        return _isFileChanged(QString::fromUtf8(command.name)) ? command.put : QByteArray();
+    default:
+        return {};
+    }
+}
+
+void OrbNetSetup::sendRequest(const compcommand &command)
+{
+    const QByteArray request = requestOf(command);
+    const QString name = QString::fromUtf8(command.name);
+    setActivity(m_operation == Send ? tr("Sending \"%1\"").arg(name) : tr("Fetching \"%1\"").arg(name));
+    // Before the request is written: looking for the file may report something, and whoever shows the report
+    // may run an event loop, which would send the request without its body.
+    const QByteArray body = m_operation == Send ? wireBody(readLocalFile(filePath(name))) : QByteArray();
+    m_socket->write(request);
+    if (!body.isEmpty())
+        m_socket->write(body);
+}
+
+bool OrbNetSetup::_isFileChanged(const QString &) const
+{
+    return true;
+}
+
+QByteArray OrbNetSetup::_to_cmdstring(const QString &text)
+{
+    return text.isEmpty() ? QByteArray() : (text + QLatin1StringView("\r\n")).toLocal8Bit();
+}
+
+bool OrbNetSetup::keepLocalCopy(const QString &name, const QByteArray &data)
+{
+    auto file = LocalFile::create(data);
+    if (!file) {
+        Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
+        return false;
+    }
+    setFilePath(name, file->path());
+    m_temporaries.push_back(std::move(file));
+    return true;
+}
+
+/// Values that were read from an earlier copy of the file \a name, and edits of it, are dropped: what is
+/// shown, edited and sent is the copy that is registered now.
+void OrbNetSetup::forgetValues(const QString &name)
+{
+    const auto settings = m_settings.find(name);
+    if (settings != m_settings.end())
+        settings->second->setPath(filePath(name));
+}
+
+void OrbNetSetup::_push_file(const QString &name, const QByteArray &data)
+{
+    const QString original = name + QLatin1StringView(".original");
+    if (!keepLocalCopy(name, data))
+        return;
+    forgetValues(name);
+    if (keepLocalCopy(original, data))
+        forgetValues(original);
+}
+
+void OrbNetSetup::_push_inifile(const QString &name, const QByteArray &data)
+{
+    _push_file(name, UntitledHeader.toByteArray() + data);
+}
+
+void OrbNetSetup::_push_statefile(const QString &name, const QByteArray &data)
+{
+    _push_file(name, data);
+}
+
+void OrbNetSetup::_push_gzfile(const QString &name, const QByteArray &data)
+{
+    const auto packed = LocalFile::create(data);
+    if (!packed) {
+        Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
+        return;
+    }
+    const auto content = readGzFile(packed->path(), MaxDescriptionBytes);
+    if (!content) {
+        Q_EMIT pseudothrow(tr("File \"%1\" is too large").arg(name));
+        return;
+    }
+    _push_file(name, *content);
+}
+
+void OrbNetSetup::_push_interfacefile(const QString &name, const QByteArray &data)
+{
+    _push_gzfile(name, data);
+    _overwrite_cmdlist(name);
+}
+
+void OrbNetSetup::_overwrite_cmdlist(const QString &name)
+{
+    if (!fileExists(name))
+        return;
+    const auto files = readDescriptionFileList(readLocalFile(filePath(name)));
+    if (!files)
+        return;
+    if (files->size() > MaxListedFiles) {
+        Q_EMIT pseudothrow(tr("File \"%1\" is too large").arg(name));
+        return;
+    }
+    // Deliberate: the position in the list stays. The first file of a list stands for the description itself,
+    // which has just been fetched.
+    m_cmdlist.clear();
+    for (const ListedFile &file : *files)
+        m_cmdlist.push_back(compiled(file));
+}
+
+std::unique_ptr<OrbNetSetup::compcommand> OrbNetSetup::compiled(const ListedFile &file) const
+{
+    const auto handlerOf = [](ListedFile::Kind kind) -> PushHandler {
+        switch (kind) {
+        case ListedFile::Kind::Sectionless:
+            return &OrbNetSetup::_push_inifile;
+        case ListedFile::Kind::State:
+            return &OrbNetSetup::_push_statefile;
+        case ListedFile::Kind::AsItComes:
+            break;
+        }
+        return &OrbNetSetup::_push_file;
+    };
+    return std::make_unique<compcommand>(compcommand{_to_cmdstring(file.getCommand),
+                                                     _to_cmdstring(file.putCommand), file.name.toUtf8(),
+                                                     handlerOf(file.kind)});
+}
+
+/// False when the file must not be sent.
+bool OrbNetSetup::_compile_state(const QString &name)
+{
+    if (!fileExists(name))
+        return true;
+    const QString path = filePath(name);
+    // Edits go to the disk first and what was read is read again afterwards; or else the next flush would put
+    // the text of before back. Looking up a value below may be what reads the file.
+    if (const auto edited = m_settings.find(name); edited != m_settings.end())
+        edited->second->write();
+    const QString text = QString::fromUtf8(readLocalFile(path));
+    const auto compiledText =
+        applyStateDirectives(text, [this](const QString &address) { return value(address); });
+    if (!compiledText) {
+        Q_EMIT pseudothrow(tr("The directives of file \"%1\" make it too large").arg(name));
+        return false;
+    }
+    if (*compiledText != text) {
+        QFile file(path);
+        const QByteArray bytes = compiledText->toUtf8();
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+            Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
+    }
+    forgetValues(name);
+    return true;
+}
+
+void OrbNetSetup::_do_command(const QByteArray &command, const QByteArray &body, bool send)
+{
+    _push_file(QStringLiteral("tmp"), body);
+    m_cmdlist.push_back(std::make_unique<compcommand>(
+        compcommand{command, command, QByteArrayLiteral("tmp"), &OrbNetSetup::_push_file}));
+    m_operation = send ? Send : Fetch;
+    _connect();
+}
+
+void OrbNetSetup::_do_command(const QString &command, const QString &body, bool send)
+{
+    _do_command(command.toUtf8(), body.toUtf8(), send);
+}

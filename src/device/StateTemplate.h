@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace paravue
+{
+
+/// The value of a configuration address.
+using ValueLookup = std::function<QString(const QString &address)>;
+
+/// Applies the directives of a state file and returns the text that goes to the recorder.
+///
+/// A directive is a line "#!s/pattern/prefix{address}suffix/": every match of the pattern, anywhere in the
+/// text, becomes prefix, value of the address, suffix. Repetitions in the pattern take as little as they can;
+/// what is put in is taken literally. Directives run in the order of the text, each one on what the ones
+/// before it made of it, and stay in the text. The parts end at the first "/", "{", "}" and the first "/" at
+/// the end of a line that follow, wherever these stand, also in later lines.
+///
+/// Nothing when the text would grow, or the work would become, too large (see Limits.h).
+std::optional<QString> applyStateDirectives(QString text, const ValueLookup &valueOf);
+
+} // namespace paravue
