@@ -1,0 +1,429 @@
+#include "ui/CWinMain.h"
+
+#include "controls/OrbDlgQuestion.h"
+#include "store/OrbSetup.h"
+#include "ui/LoadingView.h"
+#include "ui/PageArea.h"
+#include "ui/SafeText.h"
+#include "ui/SetupSession.h"
+#include "ui/UiLimits.h"
+#include "ui/WindowDrag.h"
+#include "ui/WindowHeader.h"
+#include "ui/WindowLook.h"
+
+#include <QApplication>
+#include <QCryptographicHash>
+#include <QEventLoop>
+#include <QFile>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QPainter>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QSizeGrip>
+#include <QStyle>
+#include <QTabWidget>
+#include <QToolButton>
+
+#include <utility>
+
+using namespace paravue;
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(log, "paravue.window")
+
+const QString descriptionFile = QStringLiteral("interface");
+const QString progressFile = QStringLiteral("general");
+const QString progressAddress = QStringLiteral("general/progress_dialog/progress");
+const QString progressTag = QStringLiteral("progress_dialog");
+
+/// The address of a store as it may be shown: without login and password.
+QString recorderName(const QString &address)
+{
+    return address.mid(address.lastIndexOf(u'@') + 1);
+}
+
+QByteArray digest(const QByteArray &bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
+}
+
+/// Enter presses the button that has the focus; in any other place it is left to the default button.
+bool pressFocusedButton(const QKeyEvent &event)
+{
+    if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
+        return false;
+    auto *button = qobject_cast<QPushButton *>(QApplication::focusWidget());
+    if (!button)
+        return false;
+    button->click();
+    return true;
+}
+
+} // namespace
+
+CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
+    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(setup)
+{
+    registerPictures();
+    setWindowTitle(tr("Paravue Setup"));
+    setWindowModality(Qt::ApplicationModal);
+    m_session = std::make_unique<SetupSession>(
+        *setup, *this, [this](const QString &message) { Q_EMIT pseudothrow(message); });
+    createWidgets();
+    arrangeWidgets();
+    wire();
+    new WindowDrag(this, m_header->label());
+    show();
+    m_setup->load();
+}
+
+CWinMain::~CWinMain() = default;
+
+void CWinMain::createWidgets()
+{
+    const QString recorder = recorderName(m_setup->address());
+    m_headerBase = (recorder.isEmpty() ? windowTitle() : recorder) + u' ';
+    m_header = new WindowHeader(this);
+    m_header->label()->setText(m_headerBase);
+    m_loading = new LoadingView(this);
+    m_loading->setRecorder(recorder);
+    m_tabs = new QTabWidget(this);
+    m_tabs->hide();
+    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), tr("OK"), this);
+    m_ok->setDefault(true);
+    m_ok->setEnabled(false); // what it does comes with the description
+    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), tr("Cancel"), this);
+    for (QPushButton *button : {m_ok, m_cancel}) {
+        button->setAutoDefault(false);
+        button->setMinimumWidth(20 * SpacingStep);
+    }
+}
+
+void CWinMain::arrangeWidgets()
+{
+    auto *buttons = new QGridLayout;
+    buttons->setContentsMargins(PageMargin, 0, PageMargin, PageMargin);
+    buttons->setHorizontalSpacing(GridSpacing);
+    buttons->setColumnStretch(0, 1);
+    buttons->addWidget(m_ok, 0, 1);
+    buttons->addWidget(m_cancel, 0, 2);
+    m_grip = new QSizeGrip(this);
+
+    auto *pages = new QGridLayout;
+    pages->setContentsMargins(PageMargin, 0, PageMargin, 0);
+    pages->addWidget(m_loading, 0, 0);
+    pages->addWidget(m_tabs, 0, 0);
+
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins(1, 1, 1, 1); // the window's own border
+    layout->setVerticalSpacing(PageMargin);
+    layout->addWidget(m_header, 0, 0);
+    layout->addLayout(pages, 1, 0);
+    layout->addLayout(buttons, 2, 0);
+    layout->setRowStretch(1, 1);
+
+    const QScreen *ground = parentWidget() ? parentWidget()->screen() : screen();
+    resize(QSize(840, 600).boundedTo(ground->availableSize()));
+    const QRect around =
+        parentWidget() ? parentWidget()->window()->frameGeometry() : ground->availableGeometry();
+    move(around.center() - rect().center());
+}
+
+void CWinMain::wire()
+{
+    connect(m_ok, &QPushButton::clicked, this, &CWinMain::saveSettings);
+    connect(m_cancel, &QPushButton::clicked, this, &CWinMain::reject);
+    connect(m_header, &WindowHeader::closeRequested, this, &CWinMain::reject);
+    connect(m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
+    connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
+    connect(m_setup, &OrbSetup::loadDone, this, &CWinMain::onLoadDone);
+    connect(m_setup, &OrbSetup::progress, this, qOverload<int>(&CWinMain::onSetupProgress));
+}
+
+int CWinMain::exec()
+{
+    // Not the toolkit's own: a text that is thrown through that leaves its loop behind, and closing the
+    // window afterwards would use it.
+    setResult(Rejected);
+    show();
+    QEventLoop loop;
+    const auto closed = connect(this, &CWinMain::closed, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::DialogExec);
+    disconnect(closed);
+    return result();
+}
+
+void CWinMain::endSession()
+{
+    disconnect(m_setup, nullptr, this, nullptr);
+    m_session->dialogs.closeAll();
+}
+
+void CWinMain::operate(const std::function<void()> &work)
+{
+    {
+        const QScopedValueRollback depth(m_operations, m_operations + 1);
+        work();
+    }
+    if (m_operations == 0 && !m_deferredError.isEmpty())
+        showError(std::exchange(m_deferredError, QString()));
+}
+
+void CWinMain::onSetupProgress(int percent)
+{
+    operate([&] {
+        if (!isBuilt())
+            m_loading->setProgress(percent, m_setup->activity());
+        // A purely local store may have no such file.
+        if (m_setup->fileExists(progressFile))
+            m_session->bindings.write(progressAddress + u'/' + QString::number(percent));
+        onSetupProgress();
+    });
+}
+
+void CWinMain::onSetupProgress()
+{
+    operate([this] {
+        if (!m_setup->fileExists(progressFile))
+            return;
+        if (m_setup->value(progressAddress).toInt() < 100)
+            m_session->dialogs.show(progressTag);
+        else
+            m_session->dialogs.close(progressTag);
+    });
+}
+
+void CWinMain::onCtrlChanged(int)
+{
+    onCtrlChanged();
+}
+
+void CWinMain::onCtrlChanged(const QDateTime &)
+{
+    onCtrlChanged();
+}
+
+void CWinMain::onCtrlChanged(const QString &)
+{
+    onCtrlChanged();
+}
+
+void CWinMain::onCtrlChanged()
+{
+    auto *control = qobject_cast<QWidget *>(sender());
+    operate([&] { m_session->bindings.changed(control); });
+}
+
+void CWinMain::onLoadDone()
+{
+    operate([this] { readDescription(); });
+}
+
+void CWinMain::showDialog(const QString &tag)
+{
+    operate([&] {
+        m_session->dialogs.run(tag, [this](QDialog &dialog) {
+            // While the user is in the dialog nothing is half done, so errors need not wait.
+            const QScopedValueRollback depth(m_operations, 0);
+            operate([] {});
+            dialog.exec();
+        });
+    });
+}
+
+void CWinMain::setValue(const QString &assignment)
+{
+    operate([&] { m_session->bindings.write(assignment); });
+}
+
+void CWinMain::saveSettings()
+{
+    operate([this] {
+        m_session->actions.runCalls(m_session->document.root().firstChildElement(QStringLiteral("buttonOK")));
+    });
+}
+
+void CWinMain::slot_onpseudothrow(const QString &s)
+{
+    if (!isBuilt())
+        m_loading->showFailure(s);
+    m_session->dialogs.close(progressTag);
+    if (m_errorOnScreen || (m_operations > 0 && !m_deferredError.isEmpty()))
+        qCWarning(log).noquote() << "not shown, another message came first:" << s;
+    else if (m_operations > 0)
+        m_deferredError = s;
+    else
+        showError(s);
+}
+
+void CWinMain::showError(const QString &message)
+{
+    const QScopedValueRollback guard(m_errorOnScreen, true);
+    OrbDlgQuestion::Do(this, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
+                       QMessageBox::NoButton);
+}
+
+void CWinMain::readDescription()
+{
+    const QString path = m_setup->filePath(descriptionFile);
+    if (path.isEmpty())
+        return; // the store has said so
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        Q_EMIT pseudothrow(tr("Cannot read file %1").arg(path));
+        return;
+    }
+    const QByteArray description = file.readAll();
+    // What was loaded may be something else, a report for example.
+    if (path == m_builtFrom && digest(description) == m_builtDigest)
+        m_session->bindings.reload();
+    else
+        build(description, path);
+}
+
+void CWinMain::build(const QByteArray &description, const QString &path)
+{
+    InterfaceDocument document;
+    if (const QString fault = document.load(description, path); !fault.isEmpty()) {
+        Q_EMIT pseudothrow(fault);
+        return;
+    }
+    m_session->dialogs.closeAll();
+    m_session->table.clear();
+    m_session->document = document;
+
+    const bool isFirst = !isBuilt();
+    const int shownPage = isFirst ? -1 : m_tabs->currentIndex();
+    m_builtFrom = path;
+    m_builtDigest = digest(description);
+    setUpdatesEnabled(false);
+    applyDescription();
+    buildPages(shownPage);
+    applySize();
+    m_loading->hide();
+    m_tabs->show();
+    m_ok->setEnabled(true);
+    m_session->bindings.loadNew(m_session->table.numbersSince(0));
+    chainTabOrder();
+    setUpdatesEnabled(true);
+    if (isFirst)
+        m_tabs->setFocus();
+}
+
+void CWinMain::applyDescription()
+{
+    const QDomElement window = m_session->document.root().firstChildElement(QStringLiteral("window"));
+    if (!window.isNull())
+        m_session->builder.adoptWindow(window, this);
+    const QString title = window.firstChildElement(QStringLiteral("title")).text();
+    m_header->label()->setText(m_headerBase + m_session->context.text(title));
+    applyButtons();
+}
+
+void CWinMain::applyButtons()
+{
+    const QDomElement root = m_session->document.root();
+    const QDomElement ok = root.firstChildElement(QStringLiteral("buttonOK"));
+    const QDomElement cancel = root.firstChildElement(QStringLiteral("buttonCancel"));
+    // Deliberate: Cancel has the tool tip that stands under buttonOK.
+    const QString toolTip = ok.firstChildElement(QStringLiteral("tooltip")).text();
+    const auto apply = [&](QPushButton *button, const QDomElement &element) {
+        if (element.isNull())
+            return;
+        const QDomElement text = element.firstChildElement(QStringLiteral("text"));
+        if (!text.isNull())
+            button->setText(m_session->context.text(text.text()));
+        button->setToolTip(safeRichText(m_session->context.text(toolTip)));
+    };
+    apply(m_ok, ok);
+    apply(m_cancel, cancel);
+}
+
+void CWinMain::buildPages(int shownPage)
+{
+    while (m_tabs->count() > 0) {
+        // Later: a button of the page may have started the load that now replaces it.
+        m_tabs->widget(0)->deleteLater();
+        m_tabs->removeTab(0);
+    }
+    const QDomElement tabs = m_session->document.root().firstChildElement(QStringLiteral("tabwidget"));
+    const QString position = tabs.firstChildElement(QStringLiteral("tabposition")).text();
+    if (position == QLatin1String("South"))
+        m_tabs->setTabPosition(QTabWidget::South);
+    else if (position == QLatin1String("West"))
+        m_tabs->setTabPosition(QTabWidget::West);
+    else if (position == QLatin1String("East"))
+        m_tabs->setTabPosition(QTabWidget::East);
+    else
+        m_tabs->setTabPosition(QTabWidget::North);
+    m_session->builder.buildTabs(tabs, m_tabs, PageBuilder::Scrolling);
+    const int selection = tabs.firstChildElement(QStringLiteral("selection")).text().toInt();
+    m_tabs->setCurrentIndex(shownPage >= 0 && shownPage < m_tabs->count() ? shownPage : selection);
+}
+
+void CWinMain::applySize()
+{
+    const QDomElement window = m_session->document.root().firstChildElement(QStringLiteral("window"));
+    const int width = window.firstChildElement(QStringLiteral("width")).text().toInt();
+    const int height = window.firstChildElement(QStringLiteral("height")).text().toInt();
+    if (width == 0 || height == 0)
+        return;
+    const QPoint middle = geometry().center();
+    resize(QSize(width, height).boundedTo(QSize(limits::Pixels, limits::Pixels)));
+    move(middle - rect().center());
+}
+
+void CWinMain::chainTabOrder()
+{
+    QWidget *last = m_tabs;
+    const QList<int> numbers = m_session->table.numbersSince(0);
+    if (!numbers.isEmpty() && m_session->table.find(numbers.last())->type)
+        last = m_session->table.find(numbers.last())->widget;
+    for (QWidget *next : {static_cast<QWidget *>(m_ok), static_cast<QWidget *>(m_cancel),
+                          static_cast<QWidget *>(m_header->closeButton())}) {
+        setTabOrder(last, next);
+        last = next;
+    }
+}
+
+bool CWinMain::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && pressFocusedButton(*static_cast<QKeyEvent *>(event)))
+        return true;
+    return QDialog::eventFilter(watched, event);
+}
+
+void CWinMain::keyPressEvent(QKeyEvent *event)
+{
+    if (!pressFocusedButton(*event))
+        QDialog::keyPressEvent(event);
+}
+
+void CWinMain::paintEvent(QPaintEvent *event)
+{
+    QDialog::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(borderColor(palette()));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void CWinMain::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    const QRect corner = QStyle::alignedRect(layoutDirection(), Qt::AlignRight | Qt::AlignBottom,
+                                             m_grip->sizeHint(), rect().adjusted(1, 1, -1, -1));
+    m_grip->setGeometry(corner);
+}
+
+void CWinMain::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        Q_EMIT closed();
+}

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QDateTime>
+#include <QDialog>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class OrbSetup;
+class QPushButton;
+class QSizeGrip;
+class QTabWidget;
+
+namespace paravue
+{
+class LoadingView;
+class SetupSession;
+class WindowHeader;
+} // namespace paravue
+
+/// The setup window of one recorder: a header, one page per tab of the recorder's interface description, OK
+/// and Cancel. It wires the store, the description and the widgets to each other and leaves the work to them.
+///
+/// The constructor shows the window and starts the first load, so exec() should follow at once. The window
+/// is application modal. A description reaches its public slots by name; those with a QString argument take
+/// several fields separated by ",".
+class CWinMain : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// \a setup stays the caller's and must outlive the window.
+    CWinMain(OrbSetup *setup, QWidget *parent);
+    ~CWinMain() override;
+
+    /// Runs the window in an event loop of its own until it is closed; returns its result. A text thrown
+    /// meanwhile passes through.
+    int exec() override;
+    /// Closes what the window has opened and lets go of the store. May throw, unlike the destructor.
+    void endSession();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    /// \a s is a translated error message, of the window or of its store.
+    void pseudothrow(const QString &s);
+    /// The window is no longer on the screen, whoever hid it.
+    void closed();
+
+public Q_SLOTS:
+    void onSetupProgress(int percent);
+    void onSetupProgress();
+    void onCtrlChanged(int);
+    void onCtrlChanged();
+    void onCtrlChanged(const QDateTime &);
+    void onCtrlChanged(const QString &);
+    void onLoadDone();
+    void showDialog(const QString &tag);
+    void setValue(const QString &assignment);
+    void saveSettings();
+    void slot_onpseudothrow(const QString &s);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void createWidgets();
+    void arrangeWidgets();
+    void wire();
+    /// Runs a piece of work during which errors wait, so that a burst of them becomes one message, and no
+    /// message box lets other events in while the work is half done.
+    void operate(const std::function<void()> &work);
+
+    void readDescription();
+    void build(const QByteArray &description, const QString &path);
+    void applyDescription();
+    void applyButtons();
+    void buildPages(int shownPage);
+    void applySize();
+    void chainTabOrder();
+    bool isBuilt() const { return !m_builtFrom.isEmpty(); }
+    void showError(const QString &message);
+
+    OrbSetup *m_setup;
+    paravue::WindowHeader *m_header = nullptr;
+    paravue::LoadingView *m_loading = nullptr;
+    QTabWidget *m_tabs = nullptr;
+    QPushButton *m_ok = nullptr;
+    QPushButton *m_cancel = nullptr;
+    QSizeGrip *m_grip = nullptr;
+    QString m_headerBase;
+    QString m_builtFrom;      ///< path of the description that the pages were built from
+    QByteArray m_builtDigest; ///< and a digest of its bytes
+    QString m_deferredError;  ///< the first message of the operation that runs
+    int m_operations = 0;     ///< operations that run, one inside the other
+    bool m_errorOnScreen = false;
+    std::unique_ptr<paravue::SetupSession> m_session;
+};

@@ -1,0 +1,165 @@
+#include "ui/ActionRunner.h"
+
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/ControlType.h"
+#include "ui/InterfaceDocument.h"
+#include "ui/UiLimits.h"
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QMetaMethod>
+
+namespace paravue
+{
+namespace
+{
+
+Q_LOGGING_CATEGORY(log, "paravue.actions")
+
+bool isCall(const QDomElement &action)
+{
+    return action.attribute("type") == QLatin1String("call");
+}
+
+QList<QDomElement> actionsOf(const QDomElement &owner)
+{
+    // A copy: an action may change the document, or replace it.
+    QList<QDomElement> actions;
+    for (QDomElement action = owner.firstChildElement("action"); !action.isNull();
+         action = action.nextSiblingElement("action"))
+        actions.append(action);
+    return actions;
+}
+
+/// The public slot of \a target with this signature; what every object inherits is not for a description.
+QMetaMethod callableSlot(const QObject &target, const QString &signature)
+{
+    const QMetaObject *meta = target.metaObject();
+    const int index = meta->indexOfSlot(QMetaObject::normalizedSignature(signature.toLatin1().constData()));
+    if (index < QObject::staticMetaObject.methodCount())
+        return {};
+    const QMetaMethod method = meta->method(index);
+    return method.access() == QMetaMethod::Public ? method : QMetaMethod();
+}
+
+} // namespace
+
+ActionRunner::ActionRunner(const InterfaceDocument &document, ControlTable &table, ControlContext &context)
+    : m_document(document), m_table(table), m_context(context)
+{
+}
+
+void ActionRunner::reactToChange(const Control &control)
+{
+    const QString state = control.type->actionState(control);
+    const bool runsCalls = control.type->runsCalls();
+    for (const QDomElement &action : actionsOf(control.element)) {
+        const bool asksForState = action.hasAttribute("state");
+        if (asksForState && (state.isEmpty() || action.attribute("state") != state))
+            continue;
+        if (isCall(action)) {
+            if (asksForState || runsCalls)
+                call(action);
+        } else if (asksForState) {
+            setEnabled(action, action.attribute("type") == QLatin1String("enable"));
+        }
+    }
+}
+
+void ActionRunner::reactToState(const Control &control)
+{
+    const QString state = control.type ? control.type->actionState(control) : QString();
+    if (state.isEmpty())
+        return;
+    for (QDomElement action = control.element.firstChildElement("action"); !action.isNull();
+         action = action.nextSiblingElement("action")) {
+        if (!isCall(action) && action.attribute("state") == state)
+            setEnabled(action, action.attribute("type") == QLatin1String("enable"));
+    }
+}
+
+void ActionRunner::runCalls(const QDomElement &owner)
+{
+    for (const QDomElement &action : actionsOf(owner)) {
+        if (isCall(action))
+            call(action);
+    }
+}
+
+QList<QWidget *> ActionRunner::targets(const QString &tag) const
+{
+    QList<QWidget *> widgets;
+    for (const QDomElement &element : m_document.elements(tag)) {
+        const Control *control = m_table.of(element.parentNode().toElement());
+        if (control && control->widget)
+            widgets.append(control->widget);
+    }
+    return widgets;
+}
+
+void ActionRunner::setEnabled(const QDomElement &action, bool enabled)
+{
+    if (!enabled && action.attribute("type") != QLatin1String("disable"))
+        return;
+    for (QWidget *widget : targets(action.text().trimmed())) {
+        // A disabled window could not be closed any more.
+        if (!widget->isWindow() && widget->testAttribute(Qt::WA_ForceDisabled) == enabled)
+            widget->setEnabled(enabled);
+    }
+}
+
+void ActionRunner::call(const QDomElement &action)
+{
+    if (!enter())
+        return;
+    QList<QPointer<QWidget>> widgets;
+    for (QWidget *widget : targets(action.text().trimmed()))
+        widgets.append(widget);
+    if (widgets.isEmpty())
+        qCWarning(log) << "no control has the tag" << action.text();
+    for (const QPointer<QWidget> &widget : widgets) {
+        if (widget)
+            invoke(widget, action);
+    }
+    leave();
+}
+
+void ActionRunner::invoke(QWidget *target, const QDomElement &action)
+{
+    const QString slot = action.attribute("slot", QStringLiteral("setText"));
+    const bool hasParam = action.hasAttribute("param");
+    const QMetaMethod method = callableSlot(*target, slot + (hasParam ? "(QString)" : "()"));
+    if (!method.isValid()) {
+        qCWarning(log) << target->metaObject()->className() << "has no slot" << slot
+                       << (hasParam ? "with a text" : "without an argument");
+        return;
+    }
+    if (hasParam)
+        method.invoke(target, Qt::DirectConnection,
+                      Q_ARG(QString, m_context.text(action.attribute("param"))));
+    else
+        method.invoke(target, Qt::DirectConnection);
+}
+
+bool ActionRunner::enter()
+{
+    if (m_unwinding)
+        return false;
+    if (m_depth >= limits::ActionDepth) {
+        m_unwinding = true;
+        m_context.report(QCoreApplication::translate(
+            "CWinMain", "The actions of the interface description call each other without end"));
+        return false;
+    }
+    ++m_depth;
+    return true;
+}
+
+void ActionRunner::leave()
+{
+    if (--m_depth == 0)
+        m_unwinding = false;
+}
+
+} // namespace paravue

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDomElement>
+#include <QString>
+
+class QWidget;
+
+namespace paravue
+{
+
+class ControlContext;
+class ControlTable;
+class InterfaceDocument;
+struct Control;
+
+/// Runs the "action" elements of the description.
+///
+/// An action names a tag; its targets are the widgets of the elements that have a child with this tag. A
+/// state action enables or disables them while the control is in the action's state, a call action invokes a
+/// public slot on each of them, with the translated "param" as its one argument when there is one.
+class ActionRunner
+{
+public:
+    ActionRunner(const InterfaceDocument &document, ControlTable &table, ControlContext &context);
+
+    /// What a change by the user means: the state actions that fit, and the calls.
+    void reactToChange(const Control &control);
+    /// What a loaded value means: the enabling and disabling only. Opening a window must not press buttons.
+    void reactToState(const Control &control);
+    /// The call actions of an element that is no control: a button of the window, a dialog.
+    void runCalls(const QDomElement &owner);
+
+private:
+    QList<QWidget *> targets(const QString &tag) const;
+    void setEnabled(const QDomElement &action, bool enabled);
+    void call(const QDomElement &action);
+    void invoke(QWidget *target, const QDomElement &action);
+    bool enter();
+    void leave();
+
+    const InterfaceDocument &m_document;
+    ControlTable &m_table;
+    ControlContext &m_context;
+    int m_depth = 0;
+    bool m_unwinding = false; ///< an endless chain was cut, and nothing more runs until it has ended
+};
+
+} // namespace paravue

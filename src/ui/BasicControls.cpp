@@ -1,0 +1,191 @@
+#include "ui/BasicControls.h"
+
+#include "store/OrbSetup.h"
+#include "store/TextPattern.h"
+#include "ui/Alignment.h"
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/InterfaceDocument.h"
+#include "ui/SafeText.h"
+#include "ui/WindowLook.h"
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QSignalBlocker>
+
+namespace paravue
+{
+namespace
+{
+
+QString caption(ControlContext &context, const Control &control)
+{
+    return context.text(control, control.element.firstChildElement("text").text());
+}
+
+/// For every key of the control: its address with \a value.
+QStringList assignmentsToKeys(const Control &control, const QString &value)
+{
+    QStringList result;
+    for (const QString &key : childAddresses(control.element))
+        result.append(OrbSetup::path(key) + u'/' + value);
+    return result;
+}
+
+QString firstKey(const Control &control)
+{
+    return addressText(control.element.firstChildElement("key"));
+}
+
+} // namespace
+
+QWidget *LabelControl::create(ControlContext &, const Control &control, QWidget *parent) const
+{
+    auto *label = new QLabel(parent);
+    label->setAlignment(horizontalAlignment(control.element.attribute("alignment")) |
+                        verticalAlignment(control.element.attribute("valign")));
+    return label;
+}
+
+bool LabelControl::load(ControlContext &context, const Control &control) const
+{
+    auto *label = qobject_cast<QLabel *>(control.widget);
+    const QString text = caption(context, control);
+    if (label->text() == text)
+        return false;
+    label->setTextFormat(safeTextFormat(text));
+    label->setText(text);
+    return true;
+}
+
+QWidget *EditControl::create(ControlContext &, const Control &control, QWidget *parent) const
+{
+    auto *edit = new QLineEdit(parent);
+    const QDomElement &element = control.element;
+    if (element.hasAttribute("validator")) {
+        const TextPattern pattern(element.attribute("validator"));
+        edit->setValidator(new QRegularExpressionValidator(pattern.expression(), edit));
+    }
+    if (element.hasAttribute("inputMask"))
+        edit->setInputMask(element.attribute("inputMask"));
+    if (element.attribute("password") == QLatin1String("on"))
+        edit->setEchoMode(QLineEdit::Password);
+    return edit;
+}
+
+ChangeSignal EditControl::changeSignal() const
+{
+    return {SIGNAL(textChanged(QString)), SLOT(onCtrlChanged(QString))};
+}
+
+bool EditControl::load(ControlContext &context, const Control &control) const
+{
+    auto *edit = qobject_cast<QLineEdit *>(control.widget);
+    const QStringList keys = childAddresses(control.element);
+    if (keys.isEmpty())
+        return false;
+    const QString before = edit->text();
+    if (const QString value = context.value(control, keys.first()); before != value) {
+        const QSignalBlocker silent(edit);
+        edit->setText(value);
+    }
+    return edit->text() != before;
+}
+
+QStringList EditControl::assignments(ControlContext &, const Control &control) const
+{
+    return assignmentsToKeys(control, qobject_cast<QLineEdit *>(control.widget)->text());
+}
+
+QString EditControl::actionState(const Control &control) const
+{
+    const auto *edit = qobject_cast<QLineEdit *>(control.widget);
+    return edit->text().isEmpty() ? QStringLiteral("empty") : QStringLiteral("filled");
+}
+
+QWidget *CheckBoxControl::create(ControlContext &context, const Control &control, QWidget *parent) const
+{
+    return new QCheckBox(caption(context, control), parent);
+}
+
+ChangeSignal CheckBoxControl::changeSignal() const
+{
+    return {SIGNAL(stateChanged(int)), SLOT(onCtrlChanged(int))};
+}
+
+bool CheckBoxControl::load(ControlContext &context, const Control &control) const
+{
+    auto *box = qobject_cast<QCheckBox *>(control.widget);
+    bool changed = false;
+    if (const QString text = caption(context, control); box->text() != text) {
+        box->setText(text);
+        changed = true;
+    }
+    const QString key = firstKey(control);
+    if (key.isEmpty())
+        return changed;
+    const QString value = context.value(control, key);
+    const bool offByDefault = control.element.attribute("default") == QLatin1String("off");
+    const bool checked = offByDefault ? value == QLatin1String("on") : value != QLatin1String("off");
+    if (box->isChecked() == checked)
+        return changed;
+    const QSignalBlocker silent(box);
+    box->setChecked(checked);
+    return true;
+}
+
+QStringList CheckBoxControl::assignments(ControlContext &, const Control &control) const
+{
+    return assignmentsToKeys(control, actionState(control));
+}
+
+QString CheckBoxControl::actionState(const Control &control) const
+{
+    const auto *box = qobject_cast<QCheckBox *>(control.widget);
+    return box->isChecked() ? QStringLiteral("on") : QStringLiteral("off");
+}
+
+QWidget *PushButtonControl::create(ControlContext &context, const Control &control, QWidget *parent) const
+{
+    auto *button = new QPushButton(caption(context, control), parent);
+    // A button that becomes the default by itself would be pressed by Enter in any field of its page.
+    button->setAutoDefault(false);
+    button->setCheckable(control.element.attribute("checkable") == QLatin1String("true"));
+    colourButton(*button, control.element.attribute("color"));
+    return button;
+}
+
+ChangeSignal PushButtonControl::changeSignal() const
+{
+    return {SIGNAL(clicked()), SLOT(onCtrlChanged())};
+}
+
+bool PushButtonControl::load(ControlContext &context, const Control &control) const
+{
+    auto *button = qobject_cast<QPushButton *>(control.widget);
+    const QString text = caption(context, control);
+    if (button->text() == text)
+        return false;
+    button->setText(text);
+    return true;
+}
+
+QWidget *SeparatorControl::create(ControlContext &, const Control &control, QWidget *parent) const
+{
+    auto *line = new QFrame(parent);
+    const bool horizontal = fills(control.element) == Qt::Horizontal;
+    line->setFrameShape(horizontal ? QFrame::HLine : QFrame::VLine);
+    line->setFrameShadow(QFrame::Sunken);
+    return line;
+}
+
+Qt::Orientations SeparatorControl::fills(const QDomElement &item) const
+{
+    return item.attribute("orientation") == QLatin1String("horizontal") ? Qt::Horizontal : Qt::Vertical;
+}
+
+} // namespace paravue

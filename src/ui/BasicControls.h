@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/ControlType.h"
+
+/// Texts, fields, boxes, buttons and lines.
+namespace paravue
+{
+
+class LabelControl : public ControlType
+{
+public:
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    bool load(ControlContext &, const Control &) const override;
+};
+
+class EditControl : public ControlType
+{
+public:
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    ChangeSignal changeSignal() const override;
+    bool load(ControlContext &, const Control &) const override;
+    QStringList assignments(ControlContext &, const Control &) const override;
+    QString actionState(const Control &) const override;
+};
+
+class CheckBoxControl : public ControlType
+{
+public:
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    ChangeSignal changeSignal() const override;
+    bool load(ControlContext &, const Control &) const override;
+    QStringList assignments(ControlContext &, const Control &) const override;
+    QString actionState(const Control &) const override;
+    bool runsCalls() const override { return true; }
+};
+
+class PushButtonControl : public ControlType
+{
+public:
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    ChangeSignal changeSignal() const override;
+    bool load(ControlContext &, const Control &) const override;
+    bool runsCalls() const override { return true; }
+};
+
+class SeparatorControl : public ControlType
+{
+public:
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    Qt::Orientations fills(const QDomElement &) const override;
+};
+
+} // namespace paravue

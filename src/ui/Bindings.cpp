@@ -1,0 +1,78 @@
+#include "ui/Bindings.h"
+
+#include "store/OrbSetup.h"
+#include "ui/ActionRunner.h"
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/ControlType.h"
+#include "ui/PageBuilder.h"
+
+#include <QCoreApplication>
+
+namespace paravue
+{
+
+Bindings::Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions)
+    : m_context(context), m_table(table), m_actions(actions)
+{
+}
+
+void Bindings::loadNew(const QList<int> &numbers)
+{
+    for (const int number : numbers) {
+        Control *control = m_table.find(number);
+        if (!control || !control->type || !control->widget)
+            continue;
+        control->type->load(m_context, *control);
+        control->loaded = true;
+        m_actions.reactToState(*control);
+    }
+}
+
+void Bindings::reload()
+{
+    for (const int number : m_table.numbersSince(0)) {
+        if (Control *control = m_table.find(number))
+            reload(*control);
+    }
+}
+
+void Bindings::reload(Control &control)
+{
+    if (!control.widget)
+        return;
+    loadToolTip(m_context, control);
+    if (control.type && control.type->load(m_context, control))
+        m_actions.reactToState(control);
+}
+
+void Bindings::changed(QWidget *sender)
+{
+    Control *control = m_table.of(sender);
+    if (!control)
+        return;
+    if (!control->type) {
+        m_context.report(QCoreApplication::translate("CWinMain", "Unknown control type action \"%1\"")
+                             .arg(control->element.attribute("type")));
+        return;
+    }
+    const int number = control->number;
+    const QStringList assignments = control->type->assignments(m_context, *control);
+    for (const QString &assignment : assignments)
+        write(assignment);
+    // A write can lead anywhere, even to a new description.
+    control = m_table.find(number);
+    if (control && control->widget == sender)
+        m_actions.reactToChange(*control);
+}
+
+void Bindings::write(const QString &assignment)
+{
+    m_context.store().setValue(assignment);
+    for (const QString &name : m_table.dependants(OrbSetup::path(assignment))) {
+        if (Control *control = m_table.find(name))
+            reload(*control);
+    }
+}
+
+} // namespace paravue

@@ -1,0 +1,121 @@
+#include "ui/ControlTable.h"
+
+#include "store/OrbSetup.h"
+#include "ui/InterfaceDocument.h"
+
+namespace paravue
+{
+namespace
+{
+
+const QString namePrefix = QStringLiteral("link");
+const QString widgetTag = QStringLiteral("controlWidget");
+
+} // namespace
+
+ControlTable::ControlTable(InterfaceDocument &document) : m_document(document) {}
+
+Control &ControlTable::add(const QDomElement &element, const ControlType *type)
+{
+    const int number = m_next++;
+    Control &control = m_controls[number];
+    control.number = number;
+    control.name = namePrefix + QString::number(number);
+    control.element = element;
+    control.type = type;
+    return control;
+}
+
+void ControlTable::attach(Control &control, QWidget *widget)
+{
+    control.widget = widget;
+    widget->setAccessibleName(control.name);
+    m_document.append(control.element, control.name);
+    QDomElement decoration = m_document.append(control.element, widgetTag);
+    decoration.setAttribute("address", control.number);
+    decoration.setAttribute("id", control.name);
+}
+
+Control *ControlTable::find(int number)
+{
+    const auto found = m_controls.find(number);
+    return found == m_controls.end() ? nullptr : &found->second;
+}
+
+Control *ControlTable::find(const QString &name)
+{
+    if (!name.startsWith(namePrefix))
+        return nullptr;
+    Control *control = find(QStringView(name).mid(namePrefix.size()).toInt());
+    return control && control->name == name ? control : nullptr;
+}
+
+Control *ControlTable::of(const QWidget *widget)
+{
+    Control *control = widget ? find(widget->accessibleName()) : nullptr;
+    return control && control->widget == widget ? control : nullptr;
+}
+
+Control *ControlTable::of(const QDomElement &element)
+{
+    // Comparing the element keeps a description that brings a "controlWidget" of its own from pointing
+    // anywhere.
+    const QDomElement decoration = element.lastChildElement(widgetTag);
+    if (decoration.isNull())
+        return nullptr;
+    Control *control = find(decoration.attribute("address").toInt());
+    return control && control->element == element ? control : nullptr;
+}
+
+QList<int> ControlTable::numbersSince(int first) const
+{
+    QList<int> numbers;
+    for (auto entry = m_controls.lower_bound(first); entry != m_controls.end(); ++entry)
+        numbers.append(entry->first);
+    return numbers;
+}
+
+void ControlTable::addDependency(const Control &control, const QString &address)
+{
+    const QString path = OrbSetup::path(address);
+    QSet<QString> &known = m_addresses[control.name];
+    if (known.contains(path))
+        return;
+    known.insert(path);
+    m_dependants[path].append(control.name);
+}
+
+void ControlTable::remove(const QList<int> &numbers)
+{
+    for (const int number : numbers) {
+        const auto found = m_controls.find(number);
+        if (found == m_controls.end())
+            continue;
+        removeDecorations(found->second);
+        const QSet<QString> addresses = m_addresses.take(found->second.name);
+        for (const QString &path : addresses) {
+            QStringList &names = m_dependants[path];
+            names.removeOne(found->second.name);
+            if (names.isEmpty())
+                m_dependants.remove(path);
+        }
+        m_controls.erase(found);
+    }
+}
+
+void ControlTable::clear()
+{
+    m_controls.clear();
+    m_dependants.clear();
+    m_addresses.clear();
+}
+
+void ControlTable::removeDecorations(const Control &control)
+{
+    if (!control.widget && control.element.lastChildElement(control.name).isNull())
+        return;
+    m_document.remove(control.element.lastChildElement(control.name));
+    m_document.remove(control.element.lastChildElement(widgetTag));
+}
+
+} // namespace paravue

@@ -1,0 +1,65 @@
+#include "ui/ControlType.h"
+
+#include "ui/BasicControls.h"
+#include "ui/ChoiceControls.h"
+#include "ui/GaugeControls.h"
+#include "ui/PageBuilder.h"
+#include "ui/ViewControls.h"
+
+#include <QHash>
+
+#include <memory>
+#include <unordered_map>
+
+namespace paravue
+{
+namespace
+{
+
+using Types = std::unordered_map<QString, std::unique_ptr<const GridItemType>>;
+
+template <typename Type>
+void add(Types &types, const char *name)
+{
+    types.emplace(QString::fromLatin1(name), std::make_unique<Type>());
+}
+
+Types makeTypes()
+{
+    Types types;
+    add<LabelControl>(types, "label");
+    add<EditControl>(types, "edit");
+    add<DropDownControl>(types, "dropdown");
+    add<CheckBoxControl>(types, "checkbox");
+    add<ScrollControl>(types, "scroll");
+    add<SeparatorControl>(types, "separator");
+    add<NestedGrid>(types, "gridlayout");
+    add<Spacer>(types, "spacer");
+    add<TabWidgetControl>(types, "tabwidget");
+    add<DateTimeControl>(types, "datetime");
+    add<PushButtonControl>(types, "pushbutton");
+    add<ListControl>(types, "list");
+    add<ProgressPieControl>(types, "orbpie");
+    add<ProgressBarControl>(types, "progressbar");
+    add<SetupControl>(types, "setup");
+    return types;
+}
+
+} // namespace
+
+GridItemType::~GridItemType() = default;
+
+void ControlType::addTo(PageBuilder &builder, QGridLayout &grid, const GridCell &cell,
+                        const QDomElement &item) const
+{
+    builder.addControl(*this, grid, cell, item);
+}
+
+const GridItemType *gridItemType(const QString &name)
+{
+    static const Types types = makeTypes();
+    const auto found = types.find(name);
+    return found == types.end() ? nullptr : found->second.get();
+}
+
+} // namespace paravue

@@ -1,0 +1,115 @@
+#include "ui/DescribedDialogs.h"
+
+#include "ui/ActionRunner.h"
+#include "ui/Bindings.h"
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/InterfaceDocument.h"
+#include "ui/PageArea.h"
+#include "ui/PageBuilder.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace paravue
+{
+
+DescribedDialogs::DescribedDialogs(QWidget &window, const Parts &parts) : m_window(window), m_parts(parts) {}
+
+void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog &)> &runModal)
+{
+    const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
+    if (element.isNull()) {
+        m_parts.context.report(QCoreApplication::translate("CWinMain", "Unknown dialog tag \"%1\"").arg(tag));
+        return;
+    }
+    if (find(element))
+        return;
+    QPointer<QDialog> dialog = open(element);
+    if (dialog)
+        runModal(*dialog);
+    if (dialog)
+        closed(dialog);
+}
+
+void DescribedDialogs::show(const QString &tag)
+{
+    const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
+    if (element.isNull() || find(element))
+        return;
+    QDialog *dialog = open(element);
+    QObject::connect(dialog, &QDialog::finished, &m_window, [this, dialog] { closed(dialog); });
+    dialog->show();
+}
+
+void DescribedDialogs::close(const QString &tag)
+{
+    OpenDialog *open = find(m_parts.document.first(tag).parentNode().toElement());
+    if (open && open->dialog)
+        open->dialog->accept();
+}
+
+void DescribedDialogs::closeAll()
+{
+    // The dialogs that run modally come back to run(), which then finds nothing left to do.
+    const std::vector<OpenDialog> open = std::exchange(m_open, {});
+    for (const OpenDialog &entry : open) {
+        m_parts.table.remove(entry.controls);
+        if (entry.dialog) {
+            entry.dialog->disconnect(&m_window);
+            entry.dialog->reject();
+            entry.dialog->deleteLater();
+        }
+    }
+}
+
+QDialog *DescribedDialogs::open(const QDomElement &element)
+{
+    auto *dialog = new QDialog(&m_window);
+    dialog->setWindowTitle(title(element));
+    const int first = m_parts.table.nextNumber();
+    m_parts.builder.adoptWindow(element, dialog);
+    auto *page = new QWidget;
+    auto *layout = new QVBoxLayout(dialog);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new PageArea(page));
+    m_parts.builder.buildPage(element, page);
+    const QList<int> controls = m_parts.table.numbersSince(first);
+    m_open.push_back({element, dialog, controls});
+    m_parts.bindings.loadNew(controls);
+    m_parts.actions.runCalls(element);
+    dialog->installEventFilter(&m_window);
+    return dialog;
+}
+
+DescribedDialogs::OpenDialog *DescribedDialogs::find(const QDomElement &element)
+{
+    const auto found = std::find_if(m_open.begin(), m_open.end(),
+                                    [&](const OpenDialog &open) { return open.element == element; });
+    return found == m_open.end() || element.isNull() ? nullptr : &*found;
+}
+
+void DescribedDialogs::closed(QDialog *dialog)
+{
+    const auto found = std::find_if(m_open.begin(), m_open.end(),
+                                    [&](const OpenDialog &open) { return open.dialog == dialog; });
+    if (found == m_open.end())
+        return;
+    m_parts.table.remove(found->controls);
+    m_open.erase(found);
+    dialog->hide();
+    // Later: the dialog may be closing in the middle of an action of one of its own buttons.
+    dialog->deleteLater();
+}
+
+QString DescribedDialogs::title(const QDomElement &element) const
+{
+    const QDomElement title = element.firstChildElement("title");
+    return title.isNull() ? m_window.windowTitle() : m_parts.context.text(title.text());
+}
+
+} // namespace paravue

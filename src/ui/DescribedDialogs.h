@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDomElement>
+#include <QHash>
+#include <QList>
+#include <QPointer>
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+class QDialog;
+class QWidget;
+
+namespace paravue
+{
+
+class ActionRunner;
+class Bindings;
+class ControlContext;
+class ControlTable;
+class InterfaceDocument;
+class PageBuilder;
+
+/// The dialogs of the description. A dialog is found by the tag of any child of its element; it is built when
+/// it opens and leaves no trace in the document when it closes, so that it opens the same way again.
+class DescribedDialogs
+{
+public:
+    struct Parts {
+        const InterfaceDocument &document;
+        ControlTable &table;
+        ControlContext &context;
+        PageBuilder &builder;
+        Bindings &bindings;
+        ActionRunner &actions;
+    };
+
+    /// \a window owns the dialogs and is their event filter.
+    DescribedDialogs(QWidget &window, const Parts &parts);
+
+    /// Runs the dialog until it is closed. \a runModal is what runs it; reports an unknown tag. A dialog that
+    /// is open already stays as it is.
+    void run(const QString &tag, const std::function<void(QDialog &)> &runModal);
+    /// Opens the dialog beside the window, or leaves it open.
+    void show(const QString &tag);
+    /// Closes what show() has opened.
+    void close(const QString &tag);
+    void closeAll();
+
+private:
+    struct OpenDialog {
+        QDomElement element;
+        QPointer<QDialog> dialog;
+        QList<int> controls;
+    };
+
+    QDialog *open(const QDomElement &element);
+    OpenDialog *find(const QDomElement &element);
+    void closed(QDialog *dialog);
+    QString title(const QDomElement &element) const;
+
+    QWidget &m_window;
+    Parts m_parts;
+    std::vector<OpenDialog> m_open;
+};
+
+} // namespace paravue

@@ -1,0 +1,93 @@
+#include "ui/GaugeControls.h"
+
+#include "controls/OrbProgressPie.h"
+#include "store/TextPattern.h"
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/InterfaceDocument.h"
+
+#include <QProgressBar>
+
+#include <algorithm>
+#include <limits>
+
+namespace paravue
+{
+namespace
+{
+
+qint64 unitFactor(const QString &unit)
+{
+    static const QString units = QStringLiteral("KMGT");
+    qint64 factor = 1;
+    for (qsizetype power = unit.isEmpty() ? -1 : units.indexOf(unit); power >= 0; --power)
+        factor *= 1024;
+    return factor;
+}
+
+int percentUsed(qint64 used, qint64 size)
+{
+    if (size <= 0)
+        return 0;
+    // Beyond this the product leaves 64 bits, and a percentage is exact enough from the quotient.
+    const bool fits = used <= std::numeric_limits<qint64>::max() / 100;
+    const qint64 percent = fits ? used * 100 / size : used / std::max<qint64>(1, size / 100);
+    return int(std::clamp<qint64>(percent, 0, 100));
+}
+
+} // namespace
+
+QWidget *ProgressBarControl::create(ControlContext &, const Control &control, QWidget *parent) const
+{
+    auto *bar = new QProgressBar(parent);
+    bar->setRange(intAttribute(control.element, "minvalue"), intAttribute(control.element, "maxvalue"));
+    bar->setValue(intAttribute(control.element, "value"));
+    return bar;
+}
+
+bool ProgressBarControl::load(ControlContext &context, const Control &control) const
+{
+    auto *bar = qobject_cast<QProgressBar *>(control.widget);
+    const QDomElement key = control.element.firstChildElement("key");
+    if (key.isNull())
+        return false;
+    const int before = bar->value();
+    bar->setValue(context.value(control, addressText(key)).toInt());
+    return bar->value() != before;
+}
+
+QWidget *ProgressPieControl::create(ControlContext &, const Control &control, QWidget *parent) const
+{
+    auto *pie = new OrbProgressPie(parent);
+    if (control.element.hasAttribute("value"))
+        pie->setProgress(intAttribute(control.element, "value"));
+    return pie;
+}
+
+bool ProgressPieControl::load(ControlContext &context, const Control &control) const
+{
+    auto *pie = qobject_cast<OrbProgressPie *>(control.widget);
+    const int before = pie->progress();
+    const QDomElement size = control.element.firstChildElement("size");
+    const QDomElement key = control.element.firstChildElement("key");
+    if (!size.isNull()) {
+        const QString used = context.text(control, control.element.firstChildElement("used").text());
+        pie->setProgress(percentUsed(parseSize(used), parseSize(context.text(control, size.text()))));
+    } else if (!key.isNull()) {
+        pie->setProgress(context.value(control, addressText(key)).toInt());
+    }
+    return pie->progress() != before;
+}
+
+qint64 parseSize(const QString &text)
+{
+    static const TextPattern pattern(QStringLiteral(R"(\s*([0-9]+(?:\.[0-9]*)?)\s*([TGMK]?).*)"));
+    const auto match = pattern.matchWhole(text);
+    if (!match)
+        return 0;
+    const double bytes = match->captures[1].toDouble() * double(unitFactor(match->captures[2]));
+    const auto largest = double(std::numeric_limits<qint64>::max());
+    return bytes >= largest ? std::numeric_limits<qint64>::max() : qint64(bytes);
+}
+
+} // namespace paravue

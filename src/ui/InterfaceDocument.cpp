@@ -1,0 +1,153 @@
+#include "ui/InterfaceDocument.h"
+
+#include "store/XmlLimits.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+namespace paravue
+{
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CWinMain", text);
+}
+
+QString validate(const QDomDocument &document, const QString &path)
+{
+    const QDomElement root = document.documentElement();
+    if (root.tagName() != QLatin1String("pvsetup"))
+        return tr("%1 is not an Paravue Setup config file.").arg(path);
+    if (root.hasAttribute("version") && root.attribute("version") != QLatin1String("1.0"))
+        return tr("%1 file version is not 1.0").arg(path);
+    return {};
+}
+
+} // namespace
+
+QString InterfaceDocument::load(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return tr("Cannot read file %1").arg(path);
+    return load(file.readAll(), path);
+}
+
+QString InterfaceDocument::load(const QByteArray &text, const QString &path)
+{
+    // A streaming look comes first: entities and deep nesting can make the reader of the whole document
+    // need gigabytes or minutes.
+    if (const auto violation = xmlLimitViolation(text))
+        return QStringLiteral("%1: %2").arg(path, *violation);
+
+    QDomDocument document;
+    QString error;
+    int line = 0;
+    int column = 0;
+    if (!document.setContent(text, false, &error, &line, &column))
+        return tr("%1:%2.%3\n%4").arg(path, QString::number(line), QString::number(column), error);
+    if (const QString fault = validate(document, path); !fault.isEmpty())
+        return fault;
+
+    m_document = document;
+    m_elements.clear();
+    m_translations.clear();
+    index(m_document.documentElement());
+    return {};
+}
+
+QString InterfaceDocument::translation(const QString &language, const QString &id) const
+{
+    const auto texts = m_translations.constFind(language);
+    return texts == m_translations.constEnd() ? QString() : texts->value(id);
+}
+
+QDomElement InterfaceDocument::append(QDomElement parent, const QString &tag)
+{
+    QDomElement element = m_document.createElement(tag);
+    parent.appendChild(element);
+    m_elements[tag].append(element);
+    return element;
+}
+
+void InterfaceDocument::remove(QDomElement element)
+{
+    const auto found = m_elements.find(element.tagName());
+    if (found != m_elements.end()) {
+        found->removeOne(element);
+        if (found->isEmpty())
+            m_elements.erase(found);
+    }
+    element.parentNode().removeChild(element);
+}
+
+void InterfaceDocument::index(const QDomElement &element)
+{
+    m_elements[element.tagName()].append(element);
+    const bool isRoot = element == m_document.documentElement();
+    for (QDomElement child = element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        if (isRoot && child.tagName() == QLatin1String("translations"))
+            indexTranslations(child);
+        else
+            index(child);
+    }
+}
+
+void InterfaceDocument::indexTranslations(const QDomElement &translations)
+{
+    for (QDomElement language = translations.firstChildElement(); !language.isNull();
+         language = language.nextSiblingElement()) {
+        auto &texts = m_translations[language.tagName()];
+        for (QDomElement text = language.firstChildElement(); !text.isNull();
+             text = text.nextSiblingElement()) {
+            if (!texts.contains(text.tagName()))
+                texts.insert(text.tagName(), text.text());
+        }
+    }
+}
+
+QString ownText(const QDomElement &element)
+{
+    QString text;
+    bool hasElements = false;
+    for (QDomNode node = element.firstChild(); !node.isNull(); node = node.nextSibling()) {
+        if (node.isText() || node.isCDATASection())
+            text += node.nodeValue();
+        hasElements = hasElements || node.isElement();
+    }
+    return hasElements ? text.trimmed() : text;
+}
+
+QString addressText(const QDomElement &element)
+{
+    const QString text = element.text();
+    return text.contains(u'\n') ? text.trimmed() : text;
+}
+
+QStringList childTexts(const QDomElement &element, const QString &tag)
+{
+    QStringList texts;
+    for (QDomElement child = element.firstChildElement(tag); !child.isNull();
+         child = child.nextSiblingElement(tag))
+        texts.append(child.text());
+    return texts;
+}
+
+QStringList childAddresses(const QDomElement &element, const QString &tag)
+{
+    QStringList addresses;
+    for (QDomElement child = element.firstChildElement(tag); !child.isNull();
+         child = child.nextSiblingElement(tag))
+        addresses.append(addressText(child));
+    return addresses;
+}
+
+int intAttribute(const QDomElement &element, const QString &name)
+{
+    return element.attribute(name).toInt();
+}
+
+} // namespace paravue

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QDomDocument>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+namespace paravue
+{
+
+/// The interface description: an XML document with the root element "pvsetup", read whole and kept for the
+/// life of the window that is built from it.
+///
+/// Elements are found by tag through an index, never by a search of the document: a search at every event
+/// would make the cost of one edit grow with the size of the description. The translation table has an index
+/// of its own and is not part of the tag index, as a text is never the target of an action.
+class InterfaceDocument
+{
+public:
+    /// Reads and validates the file. Returns an empty string, or a translated message; the document keeps
+    /// what it held before in that case.
+    QString load(const QString &path);
+    QString load(const QByteArray &text, const QString &path);
+
+    QDomElement root() const { return m_document.documentElement(); }
+
+    /// Every element with this tag, in document order.
+    QList<QDomElement> elements(const QString &tag) const { return m_elements.value(tag); }
+    /// The first of them; a null element when there is none.
+    QDomElement first(const QString &tag) const { return m_elements.value(tag).value(0); }
+
+    /// The text \a id in \a language; empty when there is none.
+    QString translation(const QString &language, const QString &id) const;
+
+    /// Adds an empty child element that can be found by its tag.
+    QDomElement append(QDomElement parent, const QString &tag);
+    /// Takes an element that append() made out of the document again.
+    void remove(QDomElement element);
+
+private:
+    void index(const QDomElement &element);
+    void indexTranslations(const QDomElement &translations);
+
+    QDomDocument m_document;
+    QHash<QString, QList<QDomElement>> m_elements;
+    QHash<QString, QHash<QString, QString>> m_translations;
+};
+
+/// The text nodes directly below \a element, without those of its children.
+QString ownText(const QDomElement &element);
+
+/// The text of an element that holds an address: as written, but for an address that an XML editor has put on
+/// a line of its own, which loses the white space around it.
+QString addressText(const QDomElement &element);
+
+/// The texts of all children with this tag.
+QStringList childTexts(const QDomElement &element, const QString &tag);
+QStringList childAddresses(const QDomElement &element, const QString &tag = QStringLiteral("key"));
+
+/// A decimal integer; 0 when it is absent or malformed.
+int intAttribute(const QDomElement &element, const QString &name);
+
+} // namespace paravue

@@ -1,0 +1,245 @@
+#include "ui/PageBuilder.h"
+
+#include "ui/Alignment.h"
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/GridFillItem.h"
+#include "ui/InterfaceDocument.h"
+#include "ui/PageArea.h"
+#include "ui/SafeText.h"
+#include "ui/UiLimits.h"
+#include "ui/WindowLook.h"
+
+#include <QCoreApplication>
+#include <QGridLayout>
+#include <QScopedValueRollback>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <map>
+
+namespace paravue
+{
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CWinMain", text);
+}
+
+Qt::Alignment cellAlignment(const QDomElement &item)
+{
+    return horizontalAlignment(item.attribute("alignment")) | verticalAlignment(item.attribute("valign"));
+}
+
+GridCell readCell(const QDomElement &item)
+{
+    const auto span = [&](const QString &name) {
+        const int value = intAttribute(item, name);
+        return value == 0 ? 1 : value;
+    };
+    return {intAttribute(item, "row"), intAttribute(item, "column"), span("rowSpan"), span("columnSpan"),
+            cellAlignment(item)};
+}
+
+bool isWithinGrid(int index, int span)
+{
+    return index >= 0 && index < limits::GridIndex && span >= 1 && span <= limits::GridIndex - index;
+}
+
+bool isWithinGrid(const GridCell &cell)
+{
+    return isWithinGrid(cell.row, cell.rowSpan) && isWithinGrid(cell.column, cell.columnSpan);
+}
+
+void applyStretch(QGridLayout &grid, const QDomElement &stretch)
+{
+    const bool isColumn = stretch.hasAttribute("column");
+    if (!isColumn && !stretch.hasAttribute("row"))
+        return;
+    const int index = intAttribute(stretch, isColumn ? "column" : "row");
+    if (!isWithinGrid(index, 1))
+        return;
+    const int factor = std::clamp(stretch.text().toInt(), 0, limits::Stretch);
+    if (isColumn)
+        grid.setColumnStretch(index, factor);
+    else
+        grid.setRowStretch(index, factor);
+}
+
+/// Forms stay together at the top left of a page; what grows by nature or has a stretch gets the room.
+void keepTogether(QBoxLayout &layout)
+{
+    const Qt::Orientation along =
+        layout.direction() == QBoxLayout::TopToBottom ? Qt::Vertical : Qt::Horizontal;
+    if (!layout.expandingDirections().testFlag(along))
+        layout.addStretch();
+}
+
+} // namespace
+
+PageBuilder::PageBuilder(ControlContext &context, ControlTable &table, QWidget &window)
+    : m_context(context), m_table(table), m_window(window)
+{
+}
+
+void PageBuilder::buildPage(const QDomElement &container, QWidget *page)
+{
+    if (m_widgets) { // a page of a tab widget inside a page: its widgets belong to the outer order
+        buildGrids(container, page);
+        return;
+    }
+    QList<QWidget *> ordered;
+    QScopedValueRollback widgets(m_widgets, &ordered);
+    m_created.clear();
+    buildGrids(container, page);
+    // A new widget is the last in the tab order anyway, so there is nothing to do for most pages.
+    if (ordered != m_created) {
+        for (qsizetype i = 1; i < ordered.size(); ++i)
+            QWidget::setTabOrder(ordered[i - 1], ordered[i]);
+    }
+}
+
+void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
+{
+    QScopedValueRollback parent(m_page, page);
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    layout->setSpacing(GridSpacing);
+    for (QDomElement item = container.firstChildElement("item"); !item.isNull();
+         item = item.nextSiblingElement("item")) {
+        const QString type = item.attribute("type");
+        if (type != QLatin1String("gridlayout")) {
+            m_context.report(tr("Unknown node type \"%1\"").arg(type));
+            continue;
+        }
+        auto *row = new QHBoxLayout;
+        auto *grid = new QGridLayout;
+        layout->addLayout(row);
+        row->addLayout(grid);
+        fillGrid(*grid, item);
+        keepTogether(*row);
+    }
+    keepTogether(*layout);
+}
+
+void PageBuilder::buildTabs(const QDomElement &container, QTabWidget *tabs, TabPages pages)
+{
+    for (QDomElement tab = container.firstChildElement("tab"); !tab.isNull();
+         tab = tab.nextSiblingElement("tab")) {
+        auto *page = new QWidget;
+        QWidget *holder = pages == Scrolling ? new PageArea(page) : page;
+        tabs->addTab(holder, m_context.text(tab.firstChildElement("name").text()));
+        buildPage(tab, page);
+    }
+}
+
+void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
+{
+    grid.setSpacing(GridSpacing);
+    std::multimap<std::pair<int, int>, QList<QWidget *>> cells;
+    for (QDomElement child = item.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
+        if (child.tagName() == QLatin1String("stretch")) {
+            applyStretch(grid, child);
+        } else if (child.tagName() == QLatin1String("item")) {
+            const GridCell cell = readCell(child);
+            QList<QWidget *> widgets;
+            QScopedValueRollback receiver(m_widgets, &widgets);
+            addCell(grid, cell, child);
+            cells.emplace(std::pair(cell.row, cell.column), widgets);
+        }
+    }
+    for (const auto &[position, widgets] : cells)
+        m_widgets->append(widgets);
+}
+
+void PageBuilder::addCell(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
+{
+    const QString name = item.attribute("type");
+    const GridItemType *type = gridItemType(name);
+    if (!type) {
+        m_context.report(tr("Unknown control type \"%1\"").arg(name));
+        return;
+    }
+    if (!isWithinGrid(cell)) {
+        m_context.report(tr("A control at row %1, column %2 is beyond the limits of a grid and was left out")
+                             .arg(QString::number(cell.row), QString::number(cell.column)));
+        return;
+    }
+    type->addTo(*this, grid, cell, item);
+}
+
+void PageBuilder::addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
+{
+    auto *inner = new QGridLayout;
+    grid.addLayout(inner, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
+    fillGrid(*inner, item);
+}
+
+void PageBuilder::addControl(const ControlType &type, QGridLayout &grid, const GridCell &cell,
+                             const QDomElement &item)
+{
+    Control &control = m_table.add(item, &type);
+    QWidget *widget = type.create(m_context, control, m_page);
+    m_table.attach(control, widget);
+    applyLook(control, widget);
+    if (item.attribute("enabled") == QLatin1String("no"))
+        widget->setEnabled(false);
+    if (item.attribute("visible") == QLatin1String("no"))
+        widget->hide();
+    connectChange(type, widget);
+
+    if (const Qt::Orientations fills = type.fills(item)) {
+        auto *fillItem = new GridFillItem(widget, fills);
+        grid.addItem(fillItem, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
+    } else {
+        grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
+    }
+    m_widgets->append(widget);
+    m_created.append(widget);
+    type.addPages(*this, control);
+}
+
+Control &PageBuilder::adoptWindow(const QDomElement &element, QWidget *window)
+{
+    Control &control = m_table.add(element, nullptr);
+    m_table.attach(control, window);
+    applyLook(control, window);
+    return control;
+}
+
+void PageBuilder::applyLook(const Control &control, QWidget *widget)
+{
+    const QDomElement &element = control.element;
+    loadToolTip(m_context, control);
+    if (const int width = intAttribute(element, "width"); width > 0)
+        widget->setMinimumWidth(std::min(width, limits::Pixels));
+    if (const int height = intAttribute(element, "height"); height > 0)
+        widget->setMinimumHeight(std::min(height, limits::Pixels));
+    if (element.attribute("textside") == QLatin1String("left"))
+        widget->setLayoutDirection(Qt::RightToLeft);
+}
+
+void PageBuilder::connectChange(const ControlType &type, QWidget *widget)
+{
+    // By name: the window's slots have one overload per kind of signal, and a type says which fits its own.
+    const ChangeSignal change = type.changeSignal();
+    if (change.signal)
+        QObject::connect(widget, change.signal, &m_window, change.slot);
+}
+
+bool loadToolTip(ControlContext &context, const Control &control)
+{
+    const QDomElement toolTip = control.element.firstChildElement("tooltip");
+    if (toolTip.isNull())
+        return false;
+    const QString text = safeRichText(context.text(control, toolTip.text()));
+    if (control.widget->toolTip() == text)
+        return false;
+    control.widget->setToolTip(text);
+    return true;
+}
+
+} // namespace paravue

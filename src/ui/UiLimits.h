@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// How large a description may make things. A recorder is never trusted: a grid row of 20,000,000 takes a
+/// gigabyte and the largest integer crashes the layout. No real window comes near these bounds.
+namespace paravue::limits
+{
+
+inline constexpr int GridIndex = 1000;                ///< rows and columns of a grid are below this
+inline constexpr int Stretch = 10'000;                ///< stretch factor of a row or column
+inline constexpr int Pixels = 16'384;                 ///< any width or height
+inline constexpr int ListRows = 10'000;               ///< rows of a list
+inline constexpr int ListColumns = 64;                ///< columns of a list
+inline constexpr qsizetype TextReplacements = 10'000; ///< references in one visible text
+inline constexpr qsizetype TextLength = 1024 * 1024;  ///< characters of one visible text
+inline constexpr int ActionDepth = 16;                ///< actions that call actions
+
+} // namespace paravue::limits

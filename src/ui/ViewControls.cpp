@@ -1,0 +1,131 @@
+#include "ui/ViewControls.h"
+
+#include "controls/ListView.h"
+#include "entry/cSetupWidget.h"
+#include "ui/ControlContext.h"
+#include "ui/ControlTable.h"
+#include "ui/InterfaceDocument.h"
+#include "ui/PageBuilder.h"
+#include "ui/UiLimits.h"
+
+#include <QCoreApplication>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QTabWidget>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CWinMain", text);
+}
+
+using Rows = QList<QStringList>;
+
+Rows fixedRows(ControlContext &context, const Control &control)
+{
+    Rows rows;
+    for (const QString &text : childTexts(control.element, "text"))
+        rows.append({context.text(control, text)});
+    return rows;
+}
+
+int storedRowCount(ControlContext &context, const Control &control)
+{
+    const QDomElement count = control.element.firstChildElement("row_count");
+    if (count.isNull())
+        return 0;
+    const int rows = context.value(control, addressText(count)).toInt();
+    if (rows > limits::ListRows)
+        context.report(tr("A list has %1 rows; only the first %2 are shown")
+                           .arg(QString::number(rows), QString::number(limits::ListRows)));
+    return std::clamp(rows, 0, limits::ListRows);
+}
+
+Rows storedRows(ControlContext &context, const Control &control)
+{
+    const QStringList templates =
+        childAddresses(control.element, "column_source").mid(0, limits::ListColumns);
+    const int count = storedRowCount(context, control);
+    Rows rows;
+    rows.reserve(count);
+    for (int row = 0; row < count; ++row) {
+        QStringList cells;
+        for (const QString &address : templates)
+            cells.append(context.value(control, address + QString::number(row)));
+        rows.append(cells);
+    }
+    return rows;
+}
+
+} // namespace
+
+QWidget *TabWidgetControl::create(ControlContext &, const Control &, QWidget *parent) const
+{
+    return new QTabWidget(parent);
+}
+
+void TabWidgetControl::addPages(PageBuilder &builder, const Control &control) const
+{
+    builder.buildTabs(control.element, qobject_cast<QTabWidget *>(control.widget));
+}
+
+bool TabWidgetControl::load(ControlContext &, const Control &control) const
+{
+    // The page that the user has opened meanwhile is not taken away by a reload.
+    const QDomElement selection = control.element.firstChildElement("selection");
+    if (!control.loaded && !selection.isNull())
+        qobject_cast<QTabWidget *>(control.widget)->setCurrentIndex(selection.text().toInt());
+    return false;
+}
+
+QWidget *ListControl::create(ControlContext &context, const Control &control, QWidget *parent) const
+{
+    auto *list = new ListView(parent);
+    QStringList headers;
+    QList<int> widths;
+    for (QDomElement column = control.element.firstChildElement("column");
+         !column.isNull() && headers.size() < limits::ListColumns;
+         column = column.nextSiblingElement("column")) {
+        headers.append(context.text(control, column.text()));
+        widths.append(std::min(intAttribute(column, "width"), limits::Pixels));
+    }
+    list->setColumns(headers, widths);
+    list->setPlaceholder(tr("No entries"));
+    return list;
+}
+
+bool ListControl::load(ControlContext &context, const Control &control) const
+{
+    return qobject_cast<ListView *>(control.widget)
+        ->setRows(fixedRows(context, control) + storedRows(context, control));
+}
+
+QWidget *SetupControl::create(ControlContext &context, const Control &, QWidget *parent) const
+{
+    auto *setup = new cSetupWidget(&context.store());
+    setup->setParent(parent);
+    return setup;
+}
+
+void NestedGrid::addTo(PageBuilder &builder, QGridLayout &grid, const GridCell &cell,
+                       const QDomElement &item) const
+{
+    builder.addGrid(grid, cell, item);
+}
+
+void Spacer::addTo(PageBuilder &, QGridLayout &grid, const GridCell &cell, const QDomElement &item) const
+{
+    const bool horizontal = item.attribute("orientation") == QLatin1String("horizontal");
+    const auto across = QSizePolicy::Minimum;
+    const auto along = QSizePolicy::Expanding;
+    auto *spacer = horizontal ? new QSpacerItem(0, 0, along, across) : new QSpacerItem(0, 0, across, along);
+    grid.addItem(spacer, cell.row, cell.column, cell.rowSpan, cell.columnSpan);
+}
+
+} // namespace paravue
