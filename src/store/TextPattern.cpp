@@ -101,7 +101,8 @@ void TextPattern::giveUp(const QString &why) const
 }
 
 QRegularExpressionMatch TextPattern::run(const QRegularExpression &expression, const QString &text,
-                                         qsizetype from, QRegularExpression::MatchOptions options) const
+                                         qsizetype from, QRegularExpression::MatchOptions options,
+                                         QRegularExpression::MatchType type) const
 {
     if (!m_usable || from < 0 || from > text.size())
         return {};
@@ -109,7 +110,7 @@ QRegularExpressionMatch TextPattern::run(const QRegularExpression &expression, c
         text.at(from - 1).isHighSurrogate())
         ++from; // the engine refuses to start inside a character
     const auto start = std::chrono::steady_clock::now();
-    QRegularExpressionMatch match = expression.match(text, from, QRegularExpression::NormalMatch, options);
+    QRegularExpressionMatch match = expression.match(text, from, type, options);
     m_spent += std::chrono::steady_clock::now() - start;
     const bool refused = !match.isValid() && text.isValidUtf16();
     if (refused || m_spent > TimeLimit)
@@ -164,9 +165,11 @@ std::optional<QString> TextPattern::replaceAll(const QString &text, const QStrin
     return result.size() <= maximumSize ? std::optional(result) : std::nullopt;
 }
 
-QRegularExpression TextPattern::expression() const
+bool TextPattern::matchesBeginning(const QString &text) const
 {
-    return m_usable ? m_search : QRegularExpression(QStringLiteral("(?!)"));
+    const QRegularExpressionMatch match = run(m_whole, text, 0, QRegularExpression::NoMatchOption,
+                                              QRegularExpression::PartialPreferCompleteMatch);
+    return match.hasMatch() || match.hasPartialMatch();
 }
 
 } // namespace paravue

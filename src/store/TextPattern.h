@@ -50,14 +50,13 @@ public:
     std::optional<QString> replaceAll(const QString &text, const QString &replacement,
                                       qsizetype maximumSize) const;
 
-    /// For a QRegularExpressionValidator, which anchors it by itself. Matches nothing when the pattern is not
-    /// usable.
-    QRegularExpression expression() const;
+    /// Could \a text, or what a user makes of it by typing on, match as a whole?
+    bool matchesBeginning(const QString &text) const;
 
 private:
-    QRegularExpressionMatch
-    run(const QRegularExpression &expression, const QString &text, qsizetype from,
-        QRegularExpression::MatchOptions options = QRegularExpression::NoMatchOption) const;
+    QRegularExpressionMatch run(const QRegularExpression &expression, const QString &text, qsizetype from,
+                                QRegularExpression::MatchOptions options = QRegularExpression::NoMatchOption,
+                                QRegularExpression::MatchType type = QRegularExpression::NormalMatch) const;
     std::optional<Match> toMatch(const QRegularExpressionMatch &match) const;
     void giveUp(const QString &why) const;
 

@@ -1,11 +1,11 @@
 #include "ui/BasicControls.h"
 
 #include "store/OrbSetup.h"
-#include "store/TextPattern.h"
 #include "ui/Alignment.h"
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/PatternValidator.h"
 #include "ui/SafeText.h"
 #include "ui/WindowLook.h"
 
@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 
 namespace paravue
@@ -66,10 +65,8 @@ QWidget *EditControl::create(ControlContext &, const Control &control, QWidget *
 {
     auto *edit = new QLineEdit(parent);
     const QDomElement &element = control.element;
-    if (element.hasAttribute("validator")) {
-        const TextPattern pattern(element.attribute("validator"));
-        edit->setValidator(new QRegularExpressionValidator(pattern.expression(), edit));
-    }
+    if (element.hasAttribute("validator"))
+        edit->setValidator(new PatternValidator(element.attribute("validator"), edit));
     if (element.hasAttribute("inputMask"))
         edit->setInputMask(element.attribute("inputMask"));
     if (element.attribute("password") == QLatin1String("on"))
