@@ -1,0 +1,72 @@
+# What an installation holds: the shared library with its public headers, the package configuration for
+# find_package(ParavueSetup), the programs, the documents, and the archive that `cpack` makes of them.
+
+include(CMakePackageConfigHelpers)
+
+set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
+
+# paravue_install_program(TARGET): a program that finds the shared library of its own installation, wherever
+# that was moved to.
+function(paravue_install_program target)
+    if(NOT PARAVUE_INSTALL)
+        return()
+    endif()
+    if(UNIX AND NOT APPLE)
+        file(RELATIVE_PATH to_libraries
+            ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+        set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+    endif()
+    install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+endfunction()
+
+# paravue_install_library(): the library and its public headers. The headers keep their folders, so that hosts
+# include them under the same names as the library itself does.
+function(paravue_install_library)
+    install(TARGETS ParavueSetup EXPORT ParavueSetupTargets
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+
+    set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/ParavueSetup)
+    install(FILES ${PARAVUE_GENERATED_DIR}/ParavueSetupExport.h
+        DESTINATION ${include_dir} COMPONENT development)
+    foreach(header IN ITEMS
+            store/OrbSetup.h device/Credentials.h device/OrbNetSetup.h entry/DoParavueSetup.h entry/cSetupWidget.h)
+        cmake_path(GET header PARENT_PATH folder)
+        install(FILES ${PARAVUE_SOURCE_DIR}/${header}
+            DESTINATION ${include_dir}/${folder} COMPONENT development)
+    endforeach()
+endfunction()
+
+function(paravue_install_package)
+    install(EXPORT ParavueSetupTargets
+        NAMESPACE ParavueSetup::
+        DESTINATION ${PARAVUE_PACKAGE_DIR} COMPONENT development)
+    configure_package_config_file(cmake/ParavueSetupConfig.cmake.in
+        ${PARAVUE_GENERATED_DIR}/ParavueSetupConfig.cmake
+        INSTALL_DESTINATION ${PARAVUE_PACKAGE_DIR})
+    # Before 1.0 every minor version may change the interface.
+    write_basic_package_version_file(${PARAVUE_GENERATED_DIR}/ParavueSetupConfigVersion.cmake
+        COMPATIBILITY SameMinorVersion)
+    install(FILES
+        ${PARAVUE_GENERATED_DIR}/ParavueSetupConfig.cmake
+        ${PARAVUE_GENERATED_DIR}/ParavueSetupConfigVersion.cmake
+        DESTINATION ${PARAVUE_PACKAGE_DIR} COMPONENT development)
+    install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
+    install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT library)
+endfunction()
+
+# Only a project of its own makes archives; as a part of another one it would take over that one's.
+if(PROJECT_IS_TOP_LEVEL)
+    set(CPACK_PACKAGE_VENDOR "Paravue Setup")
+    set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+    set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE)
+    if(WIN32)
+        set(CPACK_GENERATOR ZIP)
+    else()
+        set(CPACK_GENERATOR TGZ)
+    endif()
+    set(CPACK_STRIP_FILES ON)
+    set(CPACK_VERBATIM_VARIABLES ON)
+    include(CPack)
+endif()
