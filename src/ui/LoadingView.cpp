@@ -36,12 +36,15 @@ LoadingView::LoadingView(QWidget *parent) : QWidget(parent), m_bar(new QProgress
 {
     auto *page = new QHBoxLayout(this);
     page->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    auto *column = new QVBoxLayout;
-    column->setSpacing(GridSpacing);
+    auto *texts = new QWidget;
+    texts->setMaximumWidth(ColumnWidth);
     page->addStretch(1);
-    page->addLayout(column, 8);
+    page->addWidget(texts, 8);
     page->addStretch(1);
 
+    auto *column = new QVBoxLayout(texts);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(GridSpacing);
     column->addStretch(2);
     m_headline = addText(*column);
     column->addWidget(m_bar);
@@ -49,13 +52,11 @@ LoadingView::LoadingView(QWidget *parent) : QWidget(parent), m_bar(new QProgress
     m_advice = addText(*column);
     column->addStretch(3);
 
-    m_headline->setMaximumWidth(ColumnWidth);
     m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_advice->setText(tr("You can close this window and try again."));
     m_advice->hide();
     m_bar->setRange(0, 100);
     m_bar->setMinimumWidth(ColumnWidth / 2);
-    m_bar->setMaximumWidth(ColumnWidth);
     applyFont();
     showHeadline();
 }

@@ -1,13 +1,5 @@
 #include "ui/WindowLook.h"
 
-#include <QImage>
-#include <QPainter>
-#include <QPushButton>
-#include <QStyle>
-#include <QStyleOptionButton>
-
-#include <optional>
-
 // Must stand outside of every namespace.
 static void initPictures()
 {
@@ -28,42 +20,6 @@ QColor ground(const QPalette &palette)
 QColor ink(const QPalette &palette)
 {
     return palette.color(QPalette::WindowText);
-}
-
-std::optional<QColor> namedButtonColor(const QString &word)
-{
-    if (word == QLatin1String("green")) {
-        return QColor(Qt::green);
-    }
-    if (word == QLatin1String("blue")) {
-        return QColor(Qt::blue);
-    }
-    if (word == QLatin1String("darkCyan")) {
-        return QColor(Qt::darkCyan);
-    }
-    if (word == QLatin1String("red")) {
-        return QColor(Qt::red);
-    }
-    return std::nullopt;
-}
-
-/// The colour in the middle of \a button as its style paints it in the present palette. Styles lighten the
-/// button brush, or (a native one) ignore it, so the brush itself does not tell what a text must read on.
-QColor paintedGround(const QPushButton &button, QStyle::State state)
-{
-    const QRect rect(0, 0, 48, 24);
-    QImage image(rect.size(), QImage::Format_RGB32);
-    image.fill(button.palette().color(QPalette::Window));
-    QStyleOptionButton option;
-    option.initFrom(&button);
-    option.rect = rect;
-    option.state = state | QStyle::State_Raised;
-    option.palette.setCurrentColorGroup(state & QStyle::State_Enabled ? QPalette::Active
-                                                                      : QPalette::Disabled);
-    QPainter painter(&image);
-    button.style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, &button);
-    painter.end();
-    return image.pixelColor(rect.center());
 }
 
 } // namespace
@@ -103,25 +59,6 @@ QColor secondaryText(const QPalette &palette)
 QColor accentColor(const QPalette &palette)
 {
     return palette.color(QPalette::Highlight);
-}
-
-void colourButton(QPushButton &button, const QString &word)
-{
-    const std::optional<QColor> color = namedButtonColor(word);
-    if (!color) {
-        return;
-    }
-    QPalette palette = button.palette();
-    palette.setBrush(QPalette::Button, *color);
-    palette.setColor(QPalette::Disabled, QPalette::Button, mixedColor(ground(palette), *color, 0.3));
-    button.setPalette(palette);
-
-    palette.setColor(QPalette::ButtonText, readableTextOn(paintedGround(button, QStyle::State_Enabled)));
-    const QColor disabledGround = paintedGround(button, QStyle::State_None);
-    palette.setColor(
-        QPalette::Disabled, QPalette::ButtonText,
-        readableVersion(mixedColor(disabledGround, readableTextOn(disabledGround), 0.5), disabledGround));
-    button.setPalette(palette);
 }
 
 void registerPictures()

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "controls/ReadableColors.h"
+#include "ui/ColouredButton.h"
 
 #include <QColor>
 #include <QFont>
 #include <QPalette>
-#include <QString>
-
-class QPushButton;
 
 /// How the setup window looks: distances, fonts and colours. Every colour is derived from palette roles, so
 /// light, dark and high-contrast desktops need no second set. Nothing here uses a style sheet: one on the
@@ -33,11 +31,6 @@ QColor headerText(const QPalette &palette);
 QColor secondaryText(const QPalette &palette);
 /// For marks that should stand out, such as the focus or the progress.
 QColor accentColor(const QPalette &palette);
-
-/// Gives \a button the fixed colour that a description names: "green", "blue", "darkCyan" or "red" become its
-/// palette's button brush (Qt::green and so on), with a text colour that reads on what the style makes of it.
-/// A disabled button is washed out. Other words change nothing.
-void colourButton(QPushButton &button, const QString &word);
 
 /// Makes the window's pictures (":/resources/ok.png" and so on) available, as often as it is called. Needed
 /// because a static library does not do so by itself.

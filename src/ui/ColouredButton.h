@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+class QPushButton;
+
+namespace paravue
+{
+
+/// Gives \a button the fixed colour that a description names: "green", "blue", "darkCyan" or "red" become its
+/// palette's button brush (Qt::green and so on), with black or white text, whichever reads better. Other
+/// words change nothing.
+///
+/// Such a button is painted flat in just that colour, as styles would lighten it (its text would then read on
+/// neither ground) or, a native one, ignore it. A disabled one is washed out but stays readable.
+void colourButton(QPushButton &button, const QString &word);
+
+} // namespace paravue
