@@ -79,9 +79,7 @@ QRectF pieRect(const QSize &size)
 QPainterPath filledPart(const QRectF &rect, int percent)
 {
     QPainterPath path;
-    if (percent >= 100) {
-        path.addEllipse(rect);
-    } else if (percent > 0) {
+    if (percent > 0) {
         path.moveTo(rect.center());
         path.arcTo(rect, 90, -3.6 * percent);
         path.closeSubpath();

@@ -172,6 +172,7 @@ void TestQuestion::textCanBeSelected()
     onNextBox([&](QMessageBox &box) {
         QLabel *label = textLabel(box);
         QVERIFY(label);
+        QVERIFY(label->textInteractionFlags() & Qt::TextSelectableByKeyboard);
         label->setFocus();
         QTest::keyClick(label, Qt::Key_A, Qt::ControlModifier);
         selected = label->selectedText();
