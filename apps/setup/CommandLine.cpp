@@ -1,0 +1,122 @@
+#include "CommandLine.h"
+
+#include "RecorderAddress.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace paravue
+{
+
+namespace
+{
+
+const char ExitCodes[] =
+    QT_TRANSLATE_NOOP("CommandLine", "\nExit code:\n"
+                                     "  0  the window was accepted, or all pictures were saved\n"
+                                     "  1  the window was rejected\n"
+                                     "  2  the command line was wrong\n"
+                                     "  3  something failed: the recorder could not be saved to or its\n"
+                                     "     simulator not started, or pictures could not be taken\n");
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CommandLine", text);
+}
+
+CommandLine shown(const QString &text)
+{
+    CommandLine line;
+    line.task = CommandLine::Task::ShowText;
+    line.text = text;
+    return line;
+}
+
+CommandLine refused(const QString &problem)
+{
+    CommandLine line;
+    line.task = CommandLine::Task::RefuseUsage;
+    line.text = problem;
+    return line;
+}
+
+/// Options of the toolkit itself, which it reads when the application is created. They are known here so that
+/// they are not refused, and left out of the help.
+void acceptToolkitOptions(QCommandLineParser &parser)
+{
+    for (const char *name : {"platform", "style", "display"}) {
+        QCommandLineOption option(QString::fromLatin1(name), {}, "value");
+        option.setFlags(QCommandLineOption::HiddenFromHelp);
+        parser.addOption(option);
+    }
+}
+
+} // namespace
+
+CommandLine CommandLine::parse(const QStringList &words)
+{
+    const QCommandLineOption help({"h", "help"}, tr("Show this help."));
+    const QCommandLineOption version({"v", "version"}, tr("Show the version."));
+    const QCommandLineOption digest("digest",
+                                    tr("The password in ADDRESS is the one that a user types: send its "
+                                       "digest. Otherwise it is sent as it stands."));
+    const QCommandLineOption demo("demo", tr("Start the recorder simulator and set that up."));
+    const QCommandLineOption demoData("demo-data", tr("Keep the simulator's files in DIR (with --demo)."),
+                                      "DIR");
+    const QCommandLineOption screenshot(
+        "screenshot", tr("Save a picture of every tab in DIR once all is loaded, and end."), "DIR");
+    const QCommandLineOption language(
+        "language",
+        tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
+           "en or ru). It counts as an edit, so saving keeps it."),
+        "LANGUAGE");
+
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.setApplicationDescription(tr("Shows the setup window of a network video recorder."));
+    parser.addOptions({help, version, digest, demo, demoData, screenshot, language});
+    acceptToolkitOptions(parser);
+    parser.addPositionalArgument("ADDRESS", tr("The recorder: login:password@host[:port]"), "[ADDRESS]");
+
+    const bool isParsed = parser.parse(words);
+    if (parser.isSet(help))
+        return shown(parser.helpText() + tr(ExitCodes));
+    if (parser.isSet(version))
+        return shown(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() +
+                     '\n');
+    if (!isParsed)
+        return refused(parser.errorText());
+
+    CommandLine line;
+    line.demo = parser.isSet(demo);
+    line.demoDataFolder = parser.value(demoData);
+    line.screenshotFolder = parser.value(screenshot);
+    line.language = parser.value(language);
+
+    const QStringList addresses = parser.positionalArguments();
+    if (line.demo && !addresses.isEmpty())
+        return refused(tr("--demo brings its own recorder and takes no address"));
+    if (!line.demo && addresses.size() != 1)
+        return refused(addresses.isEmpty() ? tr("no address was given")
+                                           : tr("more than one address was given"));
+    if (!line.demo && parser.isSet(demoData))
+        return refused(tr("--demo-data needs --demo"));
+    for (const QCommandLineOption &option : {demoData, screenshot, language}) {
+        if (parser.isSet(option) && parser.value(option).isEmpty())
+            return refused(tr("--%1 needs a value").arg(option.names().first()));
+    }
+    if (line.language.contains('/') || line.language.contains('\''))
+        return refused(tr("a language is a name such as en"));
+    if (line.demo)
+        return line;
+
+    const auto password =
+        parser.isSet(digest) ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent;
+    const RecorderAddress recorder = RecorderAddress::fromText(addresses.first(), password);
+    if (!recorder.problem.isEmpty())
+        return refused(recorder.problem);
+    line.address = recorder.address;
+    return line;
+}
+
+} // namespace paravue

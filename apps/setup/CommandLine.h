@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace paravue
+{
+
+/// What the user asked the program to do.
+struct CommandLine {
+    enum class Task { RunSession, ShowText, RefuseUsage };
+
+    Task task = Task::RunSession;
+    QString text; ///< what to show: the help, the version, or what is wrong with the command line
+
+    QString address;          ///< of the recorder, in the form that OrbNetSetup takes; empty with demo
+    bool demo = false;        ///< start the recorder simulator and connect to that
+    QString demoDataFolder;   ///< where the simulator keeps its files; empty: in a temporary folder
+    QString screenshotFolder; ///< not empty: save a picture of every tab there and end
+    QString language;         ///< not empty: show the window in this language
+
+    /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
+    static CommandLine parse(const QStringList &words);
+};
+
+} // namespace paravue

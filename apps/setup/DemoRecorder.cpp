@@ -1,0 +1,141 @@
+#include "DemoRecorder.h"
+
+#include "RecorderAddress.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QMap>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTcpServer>
+
+#ifdef Q_OS_LINUX
+#include <csignal>
+#include <sys/prctl.h>
+#endif
+
+namespace paravue
+{
+
+namespace
+{
+
+const char ProgramName[] = "paravue-recorder";
+constexpr int StartLimitMs = 20'000;
+constexpr int EndLimitMs = 3'000;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("DemoRecorder", text);
+}
+
+/// Beside this program (installed), in the neighbouring folder (a build tree), or wherever programs are.
+QString findProgram()
+{
+    const QString here = QCoreApplication::applicationDirPath();
+    const QString beside = QStandardPaths::findExecutable(ProgramName, {here, here + "/../recorder"});
+    return beside.isEmpty() ? QStandardPaths::findExecutable(ProgramName) : beside;
+}
+
+/// A port that reads the same as a signed 16-bit number, which is how the library takes it and the window
+/// shows it. The system's own choice is mostly a higher one; it is asked for, with 0, only when nothing else
+/// is found.
+quint16 freePort()
+{
+    constexpr int Lowest = 20'000;
+    constexpr int Highest = 32'767;
+    constexpr int Attempts = 50;
+    QTcpServer probe;
+    for (int i = 0; i < Attempts; ++i) {
+        const int port = QRandomGenerator::global()->bounded(Lowest, Highest + 1);
+        if (probe.listen(QHostAddress::LocalHost, static_cast<quint16>(port)))
+            return probe.serverPort();
+    }
+    return 0;
+}
+
+/// login:password of the account with the highest level. The file is read, as somebody may have changed the
+/// password in an earlier session on the same folder.
+QString accountIn(const QString &usersFile)
+{
+    QFile file(usersFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return ":";
+    static const QRegularExpression line("^(NAME|PASSWD|LEVEL)(\\d+)\\s*=\\s*['\"]?(.*?)['\"]?\\s*$");
+    QMap<QString, QMap<QString, QString>> accounts;
+    while (!file.atEnd()) {
+        const auto match = line.match(QString::fromUtf8(file.readLine()));
+        if (match.hasMatch())
+            accounts[match.captured(2)][match.captured(1)] = match.captured(3);
+    }
+    QMap<QString, QString> highest;
+    for (const auto &account : accounts) {
+        if (highest.isEmpty() || account["LEVEL"].toInt() > highest["LEVEL"].toInt())
+            highest = account;
+    }
+    return highest["NAME"] + ':' + highest["PASSWD"];
+}
+
+} // namespace
+
+DemoRecorder::~DemoRecorder()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.terminate();
+    if (!m_process.waitForFinished(EndLimitMs)) {
+        // A console program of Windows cannot be asked.
+        m_process.kill();
+        m_process.waitForFinished(EndLimitMs);
+    }
+}
+
+QString DemoRecorder::start(const QString &dataFolder)
+{
+    const QString program = findProgram();
+    if (program.isEmpty())
+        return tr("The program %1 was not found beside this one or in the search path.").arg(ProgramName);
+    if (dataFolder.isEmpty() && !m_temporaryFolder.isValid())
+        return tr("No temporary folder could be made: %1").arg(m_temporaryFolder.errorString());
+
+    m_dataFolder = dataFolder.isEmpty() ? m_temporaryFolder.path() : dataFolder;
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+#ifdef Q_OS_LINUX
+    // The simulator must not outlive us even when we are killed.
+    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+#endif
+    m_process.start(program, {"--port", QString::number(freePort()), "--data", m_dataFolder});
+    if (!m_process.waitForStarted(StartLimitMs))
+        return tr("%1 could not be started: %2").arg(program, m_process.errorString());
+
+    const QString problem = readPort();
+    if (problem.isEmpty()) {
+        // Nobody reads what it says from here on.
+        m_process.closeReadChannel(QProcess::StandardOutput);
+    }
+    return problem;
+}
+
+QString DemoRecorder::address() const
+{
+    return accountIn(m_dataFolder + "/users") + "@127.0.0.1:" + RecorderAddress::portText(m_port);
+}
+
+QString DemoRecorder::readPort()
+{
+    const QDeadlineTimer limit(StartLimitMs);
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead(static_cast<int>(limit.remainingTime())))
+            return tr("%1 ended or did not say on which port it listens.").arg(ProgramName);
+    }
+    static const QRegularExpression announcement("^Listening on 127\\.0\\.0\\.1:(\\d+)\\s*$");
+    const auto match = announcement.match(QString::fromUtf8(m_process.readLine()));
+    m_port = match.captured(1).toUShort();
+    if (m_port == 0)
+        return tr("%1 did not say on which port it listens.").arg(ProgramName);
+    return {};
+}
+
+} // namespace paravue

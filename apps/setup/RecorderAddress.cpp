@@ -1,0 +1,66 @@
+#include "RecorderAddress.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QStringList>
+
+namespace paravue
+{
+
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("RecorderAddress", text);
+}
+
+RecorderAddress refused(const QString &problem)
+{
+    return {{}, problem};
+}
+
+QString digestOf(const QString &typed)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(typed.toUtf8(), QCryptographicHash::Md5).toHex());
+}
+
+} // namespace
+
+RecorderAddress RecorderAddress::fromText(const QString &text, Password password)
+{
+    // The library splits at the last "@", and the login from the password at the last ":" before it.
+    const qsizetype at = text.lastIndexOf('@');
+    const QString account = text.left(at);
+    const qsizetype colon = account.lastIndexOf(':');
+    if (at < 0 || colon < 0)
+        return refused(tr("an address has the form login:password@host[:port]"));
+
+    const QStringList hostParts = text.mid(at + 1).split(':');
+    const QString host = hostParts.first();
+    if (hostParts.size() > 2)
+        return refused(tr("an IPv6 address cannot be given, use the host's name"));
+    if (host.isEmpty())
+        return refused(tr("the address names no host"));
+
+    QString url = host;
+    if (hostParts.size() == 2) {
+        bool isNumber = false;
+        const ushort port = hostParts.last().toUShort(&isNumber);
+        if (!isNumber || port == 0)
+            return refused(tr("the port must be a number from 1 to 65535"));
+        url += ':' + portText(port);
+    }
+
+    QString sent = account.mid(colon + 1);
+    if (password == Password::AsTyped)
+        sent = digestOf(sent);
+    return {account.left(colon) + ':' + sent + '@' + url, {}};
+}
+
+QString RecorderAddress::portText(quint16 port)
+{
+    return QString::number(static_cast<qint16>(port));
+}
+
+} // namespace paravue

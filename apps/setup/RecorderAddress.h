@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+namespace paravue
+{
+
+/// A recorder's address as users write it, login:password@host[:port], checked and brought into the form that
+/// OrbNetSetup takes.
+struct RecorderAddress {
+    enum class Password {
+        AsSent, ///< the text holds what is sent to the recorder
+        AsTyped ///< the text holds what a user types; its MD5 digest is sent
+    };
+
+    QString address;
+    QString
+        problem; ///< not empty: why the text is no address; never repeats the text, which holds a password
+
+    static RecorderAddress fromText(const QString &text, Password password);
+
+    /// \a port as the library reads it: a signed 16-bit number, so that 40000 is written -25536.
+    static QString portText(quint16 port);
+};
+
+} // namespace paravue

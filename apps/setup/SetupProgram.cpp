@@ -1,0 +1,75 @@
+#include "SetupProgram.h"
+
+#include "CommandLine.h"
+#include "DemoRecorder.h"
+#include "SaveWatch.h"
+#include "ScreenshotTour.h"
+
+#include "device/OrbNetSetup.h"
+#include "entry/DoParavueSetup.h"
+
+#include <QMessageBox>
+#include <QTextStream>
+
+namespace paravue
+{
+
+namespace
+{
+
+/// A user who started the program from a desktop sees no terminal.
+ExitCode failed(const QString &problem, bool isUserWatching)
+{
+    QTextStream(stderr) << "paravue-setup: " << problem << Qt::endl;
+    if (isUserWatching)
+        QMessageBox::critical(nullptr, "Paravue Setup", problem);
+    return Failed;
+}
+
+/// The language is set before the window, which connects later, reads it.
+void chooseLanguage(OrbSetup &store, const QString &language)
+{
+    const auto connection = static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection);
+    QObject::connect(
+        &store, &OrbSetup::loadDone, &store,
+        [&store, language] { store.setValue("streams/common/language/" + language); }, connection);
+}
+
+ExitCode runForUser(OrbSetup &store)
+{
+    SaveWatch save(store);
+    const bool isAccepted = DoParavueSetup(&store) == 1;
+    const QString problem = save.finish();
+    if (!problem.isEmpty())
+        return failed(problem, true);
+    return isAccepted ? Accepted : Rejected;
+}
+
+ExitCode runForPictures(OrbSetup &store, const QString &folder)
+{
+    const ScreenshotTour tour(store, folder);
+    DoParavueSetup(&store);
+    return tour.problem().isEmpty() ? Accepted : failed(tour.problem(), false);
+}
+
+} // namespace
+
+ExitCode runSession(const CommandLine &commandLine)
+{
+    const bool isUserWatching = commandLine.screenshotFolder.isEmpty();
+    DemoRecorder demo;
+    QString address = commandLine.address;
+    if (commandLine.demo) {
+        const QString problem = demo.start(commandLine.demoDataFolder);
+        if (!problem.isEmpty())
+            return failed(problem, isUserWatching);
+        address = demo.address();
+    }
+
+    OrbNetSetup store(address);
+    if (!commandLine.language.isEmpty())
+        chooseLanguage(store, commandLine.language);
+    return isUserWatching ? runForUser(store) : runForPictures(store, commandLine.screenshotFolder);
+}
+
+} // namespace paravue

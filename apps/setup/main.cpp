@@ -1,0 +1,45 @@
+// paravue-setup: shows the setup window of one recorder. A host of the library like any other: it uses the
+// public headers only.
+
+#include "CommandLine.h"
+#include "SetupProgram.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+using namespace paravue;
+
+namespace
+{
+
+/// Reads the command line without a screen, so that help and usage errors reach every terminal.
+CommandLine readCommandLine(int argc, char **argv)
+{
+    const QCoreApplication terminalOnly(argc, argv);
+    return CommandLine::parse(QCoreApplication::arguments());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setApplicationName("paravue-setup");
+    QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
+
+    const CommandLine commandLine = readCommandLine(argc, argv);
+    switch (commandLine.task) {
+    case CommandLine::Task::ShowText:
+        QTextStream(stdout) << commandLine.text;
+        return Accepted;
+    case CommandLine::Task::RefuseUsage:
+        QTextStream(stderr) << "paravue-setup: " << commandLine.text << "\nTry paravue-setup --help.\n";
+        return WrongUsage;
+    case CommandLine::Task::RunSession:
+        break;
+    }
+
+    const QApplication application(argc, argv);
+    // The window closing is not the end: a save may still run behind it.
+    QApplication::setQuitOnLastWindowClosed(false);
+    return runSession(commandLine);
+}

@@ -1,0 +1,288 @@
+#include "recorder/RecorderServer.h"
+#include "setup/CommandLine.h"
+#include "setup/RecorderAddress.h"
+#include "setup/SetupProgram.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+using namespace paravue;
+
+namespace
+{
+
+struct Run {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+Run runProgram(const QStringList &arguments, const QString &platform = "offscreen")
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", platform);
+    process.setProcessEnvironment(environment);
+    QEventLoop loop; // keeps a recorder of this process answering
+    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+    process.start(SETUP_PROGRAM, arguments);
+    QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (process.state() != QProcess::NotRunning)
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QString addressOf(const recorder::RecorderServer &recorder, const QString &account)
+{
+    return account + "@127.0.0.1:" + QString::number(recorder.port());
+}
+
+/// Acts as the user of a session: does \a act to the topmost window whenever there is one.
+class User
+{
+public:
+    explicit User(const std::function<void(QWidget &)> &act)
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, [act] {
+            if (QWidget *top = QApplication::activeModalWidget())
+                act(*top);
+        });
+        m_timer.start(20);
+    }
+
+private:
+    QTimer m_timer;
+};
+
+} // namespace
+
+class TestSetupProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void readsAddresses_data();
+    void readsAddresses();
+    void showsTextWithoutAScreen();
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+
+    void takesPicturesOfTheDemo();
+    void failsInsteadOfHanging_data();
+    void failsInsteadOfHanging();
+
+    void finishesTheSaveOfAnAcceptedWindow();
+    void endsWithOneWhenCancelled();
+    void tellsWhenTheSaveFails();
+
+private:
+    ExitCode runSessionAs(const std::function<void(QWidget &)> &user);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+    QStringList m_received;
+};
+
+void TestSetupProgram::initTestCase()
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void TestSetupProgram::init()
+{
+    m_received.clear();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"));
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+            [this](const QString &name) { m_received += name; });
+}
+
+void TestSetupProgram::readsAddresses_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("typed");
+    QTest::addColumn<QString>("address");
+
+    QTest::newRow("no port") << "a:b@host" << false << "a:b@host";
+    QTest::newRow("port") << "a:b@host:32767" << false << "a:b@host:32767";
+    QTest::newRow("port beyond 15 bits") << "a:b@host:32768" << false << "a:b@host:-32768";
+    QTest::newRow("last port") << "a:b@host:65535" << false << "a:b@host:-1";
+    QTest::newRow("separators in login and password") << "a:b:c@d@host" << false << "a:b:c@d@host";
+    QTest::newRow("typed password") << "admin:admin@host" << true
+                                    << "admin:21232f297a57a5a743894a0e4a801fc3@host";
+}
+
+void TestSetupProgram::readsAddresses()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, typed);
+    const auto password = typed ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent;
+    const RecorderAddress read = RecorderAddress::fromText(text, password);
+    QCOMPARE(read.problem, QString());
+    QTEST(read.address, "address");
+}
+
+void TestSetupProgram::showsTextWithoutAScreen()
+{
+    const Run help = runProgram({"--help"}, "nosuchplatform");
+    QCOMPARE(help.exitCode, 0);
+    QVERIFY2(help.out.contains("--screenshot") && help.out.contains("Exit code"), qPrintable(help.out));
+    const Run version = runProgram({"--version"}, "nosuchplatform");
+    QCOMPARE(version.exitCode, 0);
+    QCOMPARE(version.out.trimmed(), "paravue-setup " PARAVUE_VERSION);
+}
+
+void TestSetupProgram::refusesWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("reason");
+
+    const QString address = "admin:s3cret@host";
+    QTest::newRow("nothing") << QStringList() << "no address";
+    QTest::newRow("two addresses") << QStringList{address, address} << "more than one address";
+    QTest::newRow("unknown option") << QStringList{address, "--nonsense"} << "nonsense";
+    QTest::newRow("no login") << QStringList{"s3cret@host"} << "login:password@host[:port]";
+    QTest::newRow("no host") << QStringList{"admin:s3cret@"} << "names no host";
+    QTest::newRow("port 0") << QStringList{address + ":0"} << "port must be";
+    QTest::newRow("port too large") << QStringList{address + ":65536"} << "port must be";
+    QTest::newRow("port is a word") << QStringList{address + ":http"} << "port must be";
+    QTest::newRow("IPv6") << QStringList{"admin:s3cret@::1"} << "IPv6";
+    QTest::newRow("demo and address") << QStringList{"--demo", address} << "takes no address";
+    QTest::newRow("demo data without demo") << QStringList{"--demo-data", "x", address} << "needs --demo";
+    QTest::newRow("no folder for pictures") << QStringList{address, "--screenshot", ""} << "needs a value";
+    QTest::newRow("language with a value") << QStringList{address, "--language", "en/x"} << "a language is";
+}
+
+void TestSetupProgram::refusesWrongUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, reason);
+    const Run run = runProgram(arguments, "nosuchplatform");
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(run.out, QString());
+    QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+    QVERIFY2(!run.err.contains("s3cret"), qPrintable(run.err));
+}
+
+void TestSetupProgram::takesPicturesOfTheDemo()
+{
+    const QDir pictures(m_folder->filePath("pictures"));
+    const QString data = m_folder->filePath("demo");
+    const Run run =
+        runProgram({"--demo", "--demo-data", data, "--language", "en", "--screenshot", pictures.path()});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QVERIFY(QFile::exists(data + "/streams"));
+
+    const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
+    QVERIFY2(names.size() >= 8, qPrintable(names.join(' ')));
+    QCOMPARE(run.out.split('\n', Qt::SkipEmptyParts).size(), names.size());
+    QCOMPARE(names.first(), "01-overview.png");
+    QList<QImage> seen;
+    for (const QString &name : names) {
+        const QImage picture(pictures.filePath(name));
+        QVERIFY(picture.width() > 300 && picture.height() > 200);
+        QVERIFY2(!seen.contains(picture), qPrintable(name + " shows the same as another one"));
+        seen += picture;
+    }
+}
+
+void TestSetupProgram::failsInsteadOfHanging_data()
+{
+    QTest::addColumn<QString>("account");
+    QTest::addColumn<bool>("isListening");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("wrong password") << "admin:s3cret" << true << "Authorization failed";
+    QTest::newRow("nobody listens") << "admin:s3cret" << false << "Network error";
+    QTest::newRow("description is no XML") << "admin:admin" << true << ":1.9";
+}
+
+void TestSetupProgram::failsInsteadOfHanging()
+{
+    QFETCH(QString, account);
+    QFETCH(bool, isListening);
+    QFETCH(QString, reason);
+    const QString address = addressOf(*m_recorder, account);
+    if (!isListening)
+        m_recorder->close();
+    QFile description(m_recorder->filePath("interface"));
+    QVERIFY(description.open(QIODevice::WriteOnly));
+    description.write("<pvsetup>");
+    description.close();
+
+    const Run run = runProgram({address, "--screenshot", m_folder->filePath("pictures")});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(!run.err.contains("s3cret"), qPrintable(run.err));
+    QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+}
+
+ExitCode TestSetupProgram::runSessionAs(const std::function<void(QWidget &)> &user)
+{
+    CommandLine commandLine;
+    const auto address =
+        RecorderAddress::fromText(addressOf(*m_recorder, "admin:admin"), RecorderAddress::Password::AsSent);
+    commandLine.address = address.address;
+    commandLine.language = "en";
+    const User acting(user);
+    return runSession(commandLine);
+}
+
+void TestSetupProgram::finishesTheSaveOfAnAcceptedWindow()
+{
+    m_recorder->setReplyDelay(30); // the save is still running when the window has closed
+    const ExitCode code = runSessionAs([](QWidget &top) {
+        for (QPushButton *button : top.findChildren<QPushButton *>()) {
+            if (button->text() == "Save")
+                button->click();
+        }
+    });
+    QCOMPARE(code, Accepted);
+    QCOMPARE(m_received, QStringList({"streams", "net", "time", "timers", "disk", "users", "state"}));
+}
+
+void TestSetupProgram::endsWithOneWhenCancelled()
+{
+    const ExitCode code = runSessionAs([](QWidget &top) { QTest::keyClick(&top, Qt::Key_Escape); });
+    QCOMPARE(code, Rejected);
+    QCOMPARE(m_received, QStringList());
+}
+
+void TestSetupProgram::tellsWhenTheSaveFails()
+{
+    QString message;
+    const ExitCode code = runSessionAs([&](QWidget &top) {
+        if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+            message = box->text();
+            box->accept();
+            return;
+        }
+        for (QPushButton *button : top.findChildren<QPushButton *>()) {
+            if (button->text() != "Save")
+                continue;
+            button->click();
+            m_recorder->close();
+        }
+    });
+    QCOMPARE(code, Failed);
+    QVERIFY(!message.isEmpty());
+    QVERIFY(m_received.size() < 7);
+}
+
+QTEST_MAIN(TestSetupProgram)
+#include "tst_setup_program.moc"
