@@ -22,7 +22,7 @@ constexpr int LoginPatience = 30 * 1000;
 constexpr int TransferPatience = 30 * 1000;
 constexpr int IdlePatience = 10 * 60 * 1000;
 
-constexpr int DrainPatience = 2 * 1000;
+constexpr int DrainPatience = 1000;
 
 const QByteArray LengthPrefix = QByteArrayLiteral("LENGTH=");
 const QString HiddenPassword = QStringLiteral("PASS=***");
