@@ -46,16 +46,6 @@ QColor headerBackground(const QPalette &palette)
     return mixedColor(ground(palette), ink(palette), 0.08);
 }
 
-QColor headerText(const QPalette &palette)
-{
-    return readableVersion(ink(palette), headerBackground(palette));
-}
-
-QColor secondaryText(const QPalette &palette)
-{
-    return readableVersion(mixedColor(ink(palette), ground(palette), 0.35), ground(palette));
-}
-
 QColor accentColor(const QPalette &palette)
 {
     return palette.color(QPalette::Highlight);

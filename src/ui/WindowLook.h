@@ -25,10 +25,6 @@ QFont headerFont(const QFont &base);
 QColor borderColor(const QPalette &palette);
 /// The strip behind the header text, a shade apart from the window.
 QColor headerBackground(const QPalette &palette);
-/// Text on headerBackground().
-QColor headerText(const QPalette &palette);
-/// For text that only explains, such as the activity under a progress bar; readable on the window.
-QColor secondaryText(const QPalette &palette);
 /// For marks that should stand out, such as the focus or the progress.
 QColor accentColor(const QPalette &palette);
 
