@@ -151,9 +151,9 @@ void FakeRecorder::play(int index)
         ++m_connections[index].nextStep;
         if (!sends)
             continue;
-        // What comes next is another piece; the client shall see this one alone.
+        // What comes next may be another piece; the client, in the same event loop, shall see this one alone.
         connection.socket->flush();
-        QTimer::singleShot(0, this, [this, index] { play(index); });
+        QTimer::singleShot(1, this, [this, index] { play(index); });
         return;
     }
 }

@@ -30,7 +30,7 @@ public:
     FakeRecorder &startConnection();
     FakeRecorder &expect(const QByteArray &bytes);
     FakeRecorder &send(const QByteArray &bytes);
-    /// Each piece in a turn of the event loop of its own.
+    /// Each piece arrives alone, as what several send() pass on does.
     FakeRecorder &sendInPieces(const QByteArray &bytes, qsizetype size);
     FakeRecorder &close();
     /// Waits until the client has closed the connection.
@@ -72,10 +72,10 @@ private:
     bool playStep(int index);
     void fail(int index, const QString &what);
 
-    QTcpServer m_server;
     QList<Connection> m_connections;
     int m_accepted = 0;
     QString m_problem;
+    QTcpServer m_server; // goes first: its sockets report their end
 };
 
 } // namespace paravue::test

@@ -6,7 +6,8 @@
 namespace paravue::test
 {
 
-ModalWatcher::ModalWatcher(Action action) : m_action(std::move(action))
+ModalWatcher::ModalWatcher(Action action, const QByteArray &className)
+    : m_action(std::move(action)), m_className(className)
 {
     connect(&m_timer, &QTimer::timeout, this, &ModalWatcher::look);
     m_timer.start(1);
@@ -15,17 +16,17 @@ ModalWatcher::ModalWatcher(Action action) : m_action(std::move(action))
 void ModalWatcher::look()
 {
     const QPointer<QWidget> window = QApplication::activeModalWidget();
-    if (!window || !window->isVisible())
+    if (!window || window == m_last || !window->isVisible() || window->metaObject()->className() != m_className)
         return;
-    m_timer.stop();
-    m_seen = true;
-    m_title = window->windowTitle();
-    QStringList texts;
+    m_last = window;
+    if (m_texts.isEmpty())
+        m_title = window->windowTitle();
+    QStringList lines;
     for (const QLabel *label : window->findChildren<QLabel *>()) {
         if (!label->text().isEmpty())
-            texts << label->text();
+            lines << label->text();
     }
-    m_text = texts.join(u'\n');
+    m_texts << lines.join(u'\n');
     if (m_action)
         m_action(*window);
     if (window && window->isVisible())
