@@ -30,11 +30,11 @@ const OrbNetSetup::commands OrbNetSetup::mCommands[9] = {
 namespace
 {
 
-/// A file that cannot be opened counts as empty.
+/// A file that cannot be opened, or has no path, counts as empty.
 QByteArray readLocalFile(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -1,24 +1,23 @@
 #include "FakeRecorder.h"
-#include "device/OrbNetSetup.h"
+#include "NotedStore.h"
+#include "device/Limits.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <zlib.h>
 
-using paravue::test::FakeRecorder;
+using namespace paravue::test;
 
 namespace
 {
 
 QByteArray gzipped(const QByteArray &text)
 {
+    constexpr int GzipFormat = 15 + 16;
     z_stream stream{};
-    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
+    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, GzipFormat, 8, Z_DEFAULT_STRATEGY);
     QByteArray result(qsizetype(deflateBound(&stream, uLong(text.size()))), '\0');
     stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.data()));
     stream.avail_in = uInt(text.size());
@@ -30,56 +29,7 @@ QByteArray gzipped(const QByteArray &text)
     return result;
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be opened");
-}
-
-/// A store with everything that it says noted down.
-class Store : public OrbNetSetup
-{
-public:
-    explicit Store(const QString &address) : OrbNetSetup(address)
-    {
-        connect(this, &OrbSetup::pseudothrow, this, [this](const QString &text) { errors << text; });
-        connect(this, &OrbSetup::progress, this, [this](int percent) {
-            percents << percent;
-            activities << activity();
-        });
-    }
-
-    bool fetch()
-    {
-        QSignalSpy done(this, &OrbSetup::loadDone);
-        load();
-        return done.wait() && settled();
-    }
-    bool send()
-    {
-        QSignalSpy done(this, &OrbSetup::storeDone);
-        store();
-        return done.wait() && settled();
-    }
-    /// The end is announced before the link is idle.
-    bool settled()
-    {
-        return QTest::qWaitFor([this] { return m_state == 0; });
-    }
-    bool runCommand(const QByteArray &command, const QByteArray &body, bool sends)
-    {
-        QSignalSpy done(this, sends ? &OrbSetup::storeDone : &OrbSetup::loadDone);
-        _do_command(command, body, sends);
-        return done.wait() && settled();
-    }
-    QByteArray content(const QString &name) { return contentOf(filePath(name)); }
-
-    QStringList errors;
-    QStringList activities;
-    QList<int> percents;
-};
-
-const QMap<QString, QByteArray> &files()
+const QMap<QString, QByteArray> &recorderFiles()
 {
     static const QMap<QString, QByteArray> bodies{
         {"interface", gzipped("<pvsetup version=\"1.0\"/>")},
@@ -88,11 +38,22 @@ const QMap<QString, QByteArray> &files()
         {"time", "YYYYMMDDHHMMSS=20260101120000\nTIME_ZONE='UTC-3'\n"},
         {"timers", "[ Timer1 ]\r\nfrom = 10\r\n"},
         {"soft", "PACKAGE_NAME_0=core\n"},
-        {"disk", "DISC=ok\n"},
-        {"users", "NAME0=admin\n"},
+        {"disk", ""},
+        {"users", "NAME0='admin'\n"},
         {"state", "ID=old\n"},
     };
     return bodies;
+}
+
+/// What a list of "difile" elements makes of a fetch.
+QByteArray listing(const QByteArray &files)
+{
+    return "<pvsetup version=\"1.0\"><other><di><difile/></di></other><di>" + files + "</di></pvsetup>";
+}
+
+qsizetype openDescriptors()
+{
+    return QDir("/proc/self/fd").entryList(QDir::Files | QDir::System).size();
 }
 
 } // namespace
@@ -104,45 +65,388 @@ class TransferTest : public QObject
 private Q_SLOTS:
     void fetchesTheWholeTable();
     void sendsWhatTheRecorderTakes();
+    void sendsAnEditedFile();
+    void sendsFilesAsTheyAre_data();
+    void sendsFilesAsTheyAre();
+    void doesNotInventATimeFile();
+    void showsAndSendsTheFileLastFetched();
+
+    void followsTheListOfTheDescription();
+    void keepsTheBuiltInList_data();
+    void keepsTheBuiltInList();
+    void endsWhenTheDescriptionListsNothing();
+    void unpacksDescriptions_data();
+    void unpacksDescriptions();
+    void refusesAHugeDescription();
+
+    void appliesDirectivesToWhatWasEdited();
+    void appliesDirectivesThatReadTheirOwnFile();
+    void leavesOutAStateFileThatExplodes();
+
+    void runsASingleCommand();
+    void passesUnknownFunctionsOn();
+    void leavesNothingBehind();
+    void survivesHundredsOfCommands();
 };
 
 void TransferTest::fetchesTheWholeTable()
 {
     FakeRecorder recorder;
-    recorder.login().fetchOf(files()).expectClosed();
-    Store store(recorder.address());
-    const bool fetched = store.fetch();
-    qDebug() << store.errors << recorder.problem() << recorder.received();
-    QVERIFY(fetched);
+    recorder.login().fetchOf(recorderFiles()).expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
 
+    QTRY_COMPARE(recorder.problem(), QString());
     QCOMPARE(store.errors, QStringList());
-    QCOMPARE(recorder.problem(), QString());
     QCOMPARE(store.percents, QList<int>({0, 11, 22, 33, 44, 55, 66, 77, 88, 100}));
-    QCOMPARE(store.activities.first(), QString("Fetching \"interface\""));
+    QCOMPARE(store.activities.first(), "Fetching \"interface\"");
+    QCOMPARE(store.activities.at(8), "Fetching \"state\"");
     QCOMPARE(store.activities.last(), QString());
     QCOMPARE(store.content("interface"), "<pvsetup version=\"1.0\"/>");
     QCOMPARE(store.content("net"), "[ untitled ]\r\nA=1\nB=2\n");
     QCOMPARE(store.content("timers"), "[ Timer1 ]\r\nfrom = 10\r\n");
+    QCOMPARE(store.content("disk"), "[ untitled ]\r\n");
     QCOMPARE(store.content("state"), "ID=old\n");
+    const QStringList names = recorderFiles().keys();
+    for (const QString &name : names)
+        QCOMPARE(store.content(name + ".original"), store.content(name));
     QCOMPARE(store.value("net/untitled/A"), "1");
     QCOMPARE(store.value("streams/stream_0/brightness"), "50");
-    for (const QString &name : files().keys())
-        QCOMPARE(store.content(name + ".original"), store.content(name));
 }
 
 void TransferTest::sendsWhatTheRecorderTakes()
 {
     FakeRecorder recorder;
-    recorder.login().fetchOf(files()).expectClosed();
+    recorder.login().fetchOf(recorderFiles()).expectClosed();
+    // Neither "interface" nor "soft", whatever was edited in them. The clock is emptied.
     recorder.startConnection().login();
-    recorder.reply("PUT CONFIG\r\nLENGTH=30\r\n[ stream_0 ]\nbrightness = '7'\n");
-    Store store(recorder.address());
-    const bool fetched = store.fetch();
-    qDebug() << store.errors << recorder.problem() << recorder.received();
-    QVERIFY(fetched);
-    store.setValue("streams/stream_0/brightness/60");
-    store.send();
-    qDebug() << recorder.problem();
+    recorder.reply("PUT CONFIG\r\nLENGTH=29\r\n[ stream_0 ]\nbrightness = 50\n");
+    recorder.reply("PUT NET CONFIG\r\nLENGTH=8\r\nA=1\nB=2\n");
+    recorder.reply("PUT TIME CONFIG\r\nLENGTH=38\r\nYYYYMMDDHHMMSS = \nTIME_ZONE = 'UTC-3'\n");
+    recorder.reply("PUT TIMER CONFIG\r\nLENGTH=21\r\n[ Timer1 ]\nfrom = 10\n");
+    recorder.reply("PUT DISK CONFIG\r\nLENGTH=0\r\n");
+    recorder.reply("PUT USER CONFIG\r\nLENGTH=14\r\nNAME0='admin'\n");
+    recorder.reply("PUT STATE CONFIG\r\nLENGTH=7\r\nID=old\n").expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    store.setValue("soft/untitled/PACKAGE_NAME_0/x");
+    store.setValue("interface/untitled/x/y");
+    store.percents.clear();
+    store.activities.clear();
+    QVERIFY(store.sendAll());
+
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store.percents, QList<int>({11, 22, 33, 44, 66, 77, 88, 100}));
+    QCOMPARE(store.activities.first(), "Sending \"streams\"");
+    QCOMPARE(store.content("net.original"), "[ untitled ]\r\nA=1\nB=2\n");
+}
+
+void TransferTest::sendsAnEditedFile()
+{
+    FakeRecorder recorder;
+    recorder.login().reply("GET SETUP\r\n", listing("<difile/><difile name='net' type='sectionless'"
+                                                    " get_command='GET NET' put_command='PUT NET'/>"));
+    recorder.reply("GET NET\r\n", "# comment\nA=1\nB='two words'\n").expectClosed();
+    recorder.startConnection().login();
+    recorder.reply(
+        "PUT NET\r\nLENGTH=52\r\n# comment\nA = 7\nB = 'two words'\nNAME = '\xd0\xb4\xd0\xb0 or no'\n");
+    recorder.expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    store.setValue("net/untitled/A/7");
+    store.setValue("net/untitled/NAME/да or no");
+    QVERIFY(store.sendAll());
+    QTRY_COMPARE(recorder.problem(), QString());
+}
+
+void TransferTest::sendsFilesAsTheyAre_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("body");
+    const auto row = [](const char *name, const QByteArray &file, const QByteArray &body) {
+        QTest::newRow(name) << file << body;
+    };
+    row("nothing: the line goes alone", "", "");
+    row("untitled header alone", "[ untitled ]\r\n", "LENGTH=0\r\n");
+    row("untitled header of another form", "[ untitled ]\nA=1\n", "LENGTH=17\r\n[ untitled ]\nA=1\n");
+    row("untitled header later", "A=1\r\n[ untitled ]\r\n", "LENGTH=17\r\nA=1\n[ untitled ]\n");
+    row("only one untitled header", "[ untitled ]\r\n[ untitled ]\r\n", "LENGTH=13\r\n[ untitled ]\n");
+    row("line ends", "a\r\n\r\nb\r\r\nc\rd\n", "LENGTH=10\r\na\n\nb\r\nc\rd\n");
+    row("any bytes", QByteArray("\0\xff\r\n\x04", 5), QByteArray("LENGTH=4\r\n\0\xff\n\x04", 14));
+}
+
+void TransferTest::sendsFilesAsTheyAre()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, body);
+    FakeRecorder recorder;
+    recorder.login().reply("PUT X\r\n" + body).expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.runCommand("PUT X\r\n", file, true));
+    QTRY_COMPARE(recorder.problem(), QString());
+}
+
+void TransferTest::doesNotInventATimeFile()
+{
+    FakeRecorder recorder;
+    recorder.login();
+    for (const char *what : {"", "NET ", "TIME ", "TIMER ", "DISK ", "USER ", "STATE "})
+        recorder.reply(QByteArray("PUT ") + what + "CONFIG\r\n");
+    recorder.expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.sendAll());
+    QTRY_COMPARE(recorder.problem(), QString());
+    QVERIFY(!store.fileExists("time"));
+    // Each of the seven has nothing to send.
+    QCOMPARE(store.errors.size(), 7);
+    QCOMPARE(store.errors.first(), "File \"streams\" does not exist");
+}
+
+void TransferTest::showsAndSendsTheFileLastFetched()
+{
+    const QByteArray list =
+        listing("<difile/><difile name='n' type='sectionless' get_command='G' put_command='P'/>");
+    FakeRecorder recorder;
+    recorder.login().reply("GET SETUP\r\n", list).reply("G\r\n", "A=1\nB=1\n").expectClosed();
+    recorder.startConnection()
+        .login()
+        .reply("GET SETUP\r\n", list)
+        .reply("G\r\n", "A=2\nC=2\n")
+        .expectClosed();
+    recorder.startConnection().login().reply("P\r\nLENGTH=12\r\nA = 3\nC = 2\n").expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    store.setValue("n/untitled/B/9");
+    QVERIFY(store.fetch());
+    QCOMPARE(store.value("n/untitled/A"), "2");
+    QCOMPARE(store.value("n/untitled/B"), "");
+    store.setValue("n/untitled/A/3");
+    QVERIFY(store.sendAll());
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.content("n.original"), "[ untitled ]\r\nA=2\nC=2\n");
+}
+
+void TransferTest::followsTheListOfTheDescription()
+{
+    const QByteArray list =
+        listing("<difile name='interface' get_command='GET SETUP'/>"
+                "<difile name='a' get_command='GET A' type='sectionless' put_command='PUT A'/>"
+                "<skipped name='x' get_command='GET X'/>"
+                "<difile name='b' put_command='PUT B'/>"
+                "<difile name='c' get_command='GET C' type='inifile'/>"
+                "<difile name='\xd0\xb4' get_command='GET D' put_command='PUT D' type='state'/>");
+    FakeRecorder recorder;
+    recorder.login().reply("GET SETUP\r\n", gzipped(list));
+    recorder.reply("GET A\r\n", "A=1\n")
+        .reply("GET C\r\n", "C=1\n")
+        .reply("GET D\r\n", "k\n#!s/k/v{a/untitled/A}/\n");
+    recorder.expectClosed();
+    recorder.startConnection().login();
+    recorder.reply("PUT A\r\nLENGTH=6\r\nA = 1\n").reply("PUT B\r\n");
+    recorder.reply("PUT D\r\nLENGTH=27\r\nv1\n#!s/v1/v{a/untitled/A}/\n");
+    recorder.expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    QCOMPARE(store.percents, QList<int>({0, 20, 60, 80, 100}));
+    QCOMPARE(store.content("a"), "[ untitled ]\r\nA=1\n");
+    QCOMPARE(store.content("c"), "C=1\n");
+    QVERIFY(!store.fileExists("streams"));
+    QCOMPARE(store.errors, QStringList());
+    QVERIFY(store.sendAll());
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.errors, QStringList("File \"b\" does not exist"));
+}
+
+void TransferTest::keepsTheBuiltInList_data()
+{
+    QTest::addColumn<QByteArray>("description");
+    QTest::newRow("no list") << QByteArray("<a><b><di><difile/></di></b></a>");
+    QTest::newRow("not well-formed behind the list") << QByteArray("<a><di/></b>");
+    QTest::newRow("cut") << QByteArray("<a><di><difile/></di>");
+    QTest::newRow("two documents") << QByteArray("<a><di/></a><a/>");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no XML") << QByteArray("<di");
+    QTest::newRow("entities") << QByteArray("<!DOCTYPE a [<!ENTITY e 'x'>]><a><di/></a>");
+    QTest::newRow("nested too deep") << "<a><di/>" + QByteArray("<b>").repeated(100) +
+                                            QByteArray("</b>").repeated(100) + "</a>";
+}
+
+void TransferTest::keepsTheBuiltInList()
+{
+    QFETCH(QByteArray, description);
+    QMap<QString, QByteArray> files = recorderFiles();
+    files["interface"] = description;
+    FakeRecorder recorder;
+    recorder.login().fetchOf(files).expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.content("interface"), description);
+    QCOMPARE(store.errors, QStringList());
+}
+
+void TransferTest::endsWhenTheDescriptionListsNothing()
+{
+    FakeRecorder recorder;
+    recorder.login().reply("GET SETUP\r\n", listing("")).expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.percents, QList<int>({0, 100}));
+    QCOMPARE(store.errors, QStringList());
+}
+
+void TransferTest::unpacksDescriptions_data()
+{
+    QTest::addColumn<QByteArray>("packed");
+    QTest::addColumn<QByteArray>("content");
+    const QByteArray text = QByteArray("<a>text</a>\n").repeated(20'000);
+    const QByteArray gzip = gzipped(text);
+    QTest::newRow("gzip") << gzip << text;
+    QTest::newRow("plain text passes through") << text << text;
+    QTest::newRow("two members") << gzip + gzipped("end") << text + "end";
+    QTest::newRow("bytes behind are dropped") << gzip + "rubbish" << text;
+    QTest::newRow("empty") << QByteArray() << QByteArray();
+    QTest::newRow("first byte of a gzip header only") << QByteArray("\x1f") << QByteArray("\x1f");
+}
+
+void TransferTest::unpacksDescriptions()
+{
+    QFETCH(QByteArray, packed);
+    QFETCH(QByteArray, content);
+    NotedStore store(":@");
+    store._push_gzfile("x", packed);
+    QCOMPARE(store.content("x"), content);
+    QCOMPARE(store.content("x.original"), content);
+
+    // What was unpacked before damage is kept, and no damage does harm.
+    for (const qsizetype size : {packed.size() / 2, packed.size() / 3, packed.size() - 1}) {
+        if (size <= 0)
+            continue;
+        store._push_gzfile("y", packed.first(size));
+        QVERIFY(content.startsWith(store.content("y")) || packed.startsWith(store.content("y")));
+    }
+}
+
+void TransferTest::refusesAHugeDescription()
+{
+    const QByteArray bomb = gzipped(QByteArray(paravue::MaxDescriptionBytes + 1, ' '));
+    QMap<QString, QByteArray> files = recorderFiles();
+    files["interface"] = bomb;
+    FakeRecorder recorder;
+    recorder.login().fetchOf(files).expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.fetch());
+    QCOMPARE(store.errors, QStringList("File \"interface\" is too large"));
+    QVERIFY(!store.fileExists("interface"));
+
+    store._push_gzfile("x", gzipped(QByteArray(paravue::MaxDescriptionBytes, ' ')));
+    QVERIFY(store.fileExists("x"));
+}
+
+void TransferTest::appliesDirectivesToWhatWasEdited()
+{
+    NotedStore store(":@");
+    store._push_file("net", "[ a ]\r\nip = '10.0.0.5'\r\n");
+    store._push_statefile("state", "\n[ s ]\nID=old\nNAME=x\n#!s/'old'/'{net/a/ip}'/\n");
+    store.setValue("state/s/NAME/edited");
+    QVERIFY(store._compile_state("state"));
+    const QByteArray expected =
+        "\r\n[ s ]\r\nID = '10.0.0.5'\r\nNAME = 'edited'\r\n#!s/'10.0.0.5'/'{net/a/ip}'/\r\n";
+    QCOMPARE(store.content("state"), expected);
+    QCOMPARE(store.value("state/s/ID"), "10.0.0.5");
+    store.flush();
+    QCOMPARE(store.content("state"), expected);
+}
+
+void TransferTest::appliesDirectivesThatReadTheirOwnFile()
+{
+    NotedStore store(":@");
+    store._push_statefile("state", "\n[ s ]\nip old\nB = 2\n#!s/ip old/ip {state/s/B}/\n");
+    QVERIFY(store._compile_state("state"));
+    const QByteArray applied = "\n[ s ]\nip 2\nB = 2\n#!s/ip 2/ip {state/s/B}/\n";
+    QCOMPARE(store.content("state"), applied);
+    store.flush();
+    QCOMPARE(store.content("state").replace("\r\n", "\n"), applied);
+}
+
+void TransferTest::leavesOutAStateFileThatExplodes()
+{
+    const QByteArray state = "a\n#!s/\\x61/aa{x/y/z/1}/\n";
+    FakeRecorder recorder;
+    recorder.login().reply("PUT N\r\n").expectClosed();
+    NotedStore store(recorder.address());
+    store._push_file("n", "");
+    store._push_file("x", "");
+    store._push_statefile("s", state);
+    store._push_file("interface", listing("<difile name='s' type='state' put_command='PUT S'/>"
+                                          "<difile name='n' put_command='PUT N'/>"));
+    QVERIFY(store.sendAll());
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.errors, QStringList("The directives of file \"s\" make it too large"));
+    QCOMPARE(store.content("s"), state);
+}
+
+void TransferTest::runsASingleCommand()
+{
+    FakeRecorder recorder;
+    recorder.login().reply("GET REPORT\r\n", "all is well\n").expectClosed();
+    recorder.startConnection().login().reply("DO X\r\nLENGTH=4\r\nK=1\n").expectClosed();
+    NotedStore store(recorder.address());
+    QVERIFY(store.runCommand("GET REPORT\r\n", "", false));
+    QCOMPARE(store.content("tmp"), "all is well\n");
+    QVERIFY(store.runCommand("DO X\r\n", "K=1\r\n", true));
+    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.content("tmp.original"), "K=1\r\n");
+    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store._to_cmdstring("GET X"), "GET X\r\n");
+    QCOMPARE(store._to_cmdstring(""), "");
+}
+
+void TransferTest::passesUnknownFunctionsOn()
+{
+    NotedStore store(":@");
+    store.function("no such function", "x");
+    QCOMPARE(store.percents, QList<int>{100});
+    QCOMPARE(store.m_state, 0);
+    store.function("save_settings", "");
+    QCOMPARE(store.m_operation, 2);
+}
+
+void TransferTest::leavesNothingBehind()
+{
+    QTemporaryDir folder;
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", folder.path().toLocal8Bit());
+    const auto restore = qScopeGuard([&before] { qputenv("TMPDIR", before); });
+    const auto filesLeft = [&folder] {
+        return QDir(folder.path()).entryInfoList(QDir::Files | QDir::Hidden);
+    };
+    {
+        FakeRecorder recorder;
+        recorder.login().fetchOf(recorderFiles()).expectClosed();
+        NotedStore store(recorder.address());
+        QVERIFY(store.fetch());
+        // Nine files and "general", each with its copy; what was unpacked is gone already.
+        QCOMPARE(filesLeft().size(), 20);
+        const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        for (const QFileInfo &file : filesLeft())
+            QCOMPARE(file.permissions(), ownerOnly);
+        store.setValue("net/untitled/A/secret");
+    }
+    QCOMPARE(filesLeft().size(), 0);
+}
+
+void TransferTest::survivesHundredsOfCommands()
+{
+    if (!QFileInfo::exists("/proc/self/fd"))
+        QSKIP("Open descriptors cannot be counted here");
+    NotedStore store(":@");
+    const qsizetype before = openDescriptors();
+    for (int i = 0; i < 300; ++i)
+        store._push_file("tmp", "x");
+    QVERIFY(openDescriptors() <= before + 2);
 }
 
 QTEST_GUILESS_MAIN(TransferTest)
