@@ -19,15 +19,15 @@ Q_LOGGING_CATEGORY(log, "paravue.actions")
 
 bool isCall(const QDomElement &action)
 {
-    return action.attribute("type") == QLatin1String("call");
+    return action.attribute(QStringLiteral("type")) == QLatin1String("call");
 }
 
 QList<QDomElement> actionsOf(const QDomElement &owner)
 {
     // A copy: an action may change the document, or replace it.
     QList<QDomElement> actions;
-    for (QDomElement action = owner.firstChildElement("action"); !action.isNull();
-         action = action.nextSiblingElement("action"))
+    for (QDomElement action = owner.firstChildElement(QStringLiteral("action")); !action.isNull();
+         action = action.nextSiblingElement(QStringLiteral("action")))
         actions.append(action);
     return actions;
 }
@@ -55,14 +55,14 @@ void ActionRunner::reactToChange(const Control &control)
     const QString state = control.type->actionState(control);
     const bool runsCalls = control.type->runsCalls();
     for (const QDomElement &action : actionsOf(control.element)) {
-        const bool asksForState = action.hasAttribute("state");
-        if (asksForState && (state.isEmpty() || action.attribute("state") != state))
+        const bool asksForState = action.hasAttribute(QStringLiteral("state"));
+        if (asksForState && (state.isEmpty() || action.attribute(QStringLiteral("state")) != state))
             continue;
         if (isCall(action)) {
             if (asksForState || runsCalls)
                 call(action);
         } else if (asksForState) {
-            setEnabled(action, action.attribute("type") == QLatin1String("enable"));
+            setEnabled(action, action.attribute(QStringLiteral("type")) == QLatin1String("enable"));
         }
     }
 }
@@ -72,10 +72,10 @@ void ActionRunner::reactToState(const Control &control)
     const QString state = control.type ? control.type->actionState(control) : QString();
     if (state.isEmpty())
         return;
-    for (QDomElement action = control.element.firstChildElement("action"); !action.isNull();
-         action = action.nextSiblingElement("action")) {
-        if (!isCall(action) && action.attribute("state") == state)
-            setEnabled(action, action.attribute("type") == QLatin1String("enable"));
+    for (QDomElement action = control.element.firstChildElement(QStringLiteral("action")); !action.isNull();
+         action = action.nextSiblingElement(QStringLiteral("action"))) {
+        if (!isCall(action) && action.attribute(QStringLiteral("state")) == state)
+            setEnabled(action, action.attribute(QStringLiteral("type")) == QLatin1String("enable"));
     }
 }
 
@@ -100,7 +100,7 @@ QList<QWidget *> ActionRunner::targets(const QString &tag) const
 
 void ActionRunner::setEnabled(const QDomElement &action, bool enabled)
 {
-    if (!enabled && action.attribute("type") != QLatin1String("disable"))
+    if (!enabled && action.attribute(QStringLiteral("type")) != QLatin1String("disable"))
         return;
     for (QWidget *widget : targets(action.text().trimmed())) {
         // A disabled window could not be closed any more.
@@ -127,8 +127,8 @@ void ActionRunner::call(const QDomElement &action)
 
 void ActionRunner::invoke(QWidget *target, const QDomElement &action)
 {
-    const QString slot = action.attribute("slot", QStringLiteral("setText"));
-    const bool hasParam = action.hasAttribute("param");
+    const QString slot = action.attribute(QStringLiteral("slot"), QStringLiteral("setText"));
+    const bool hasParam = action.hasAttribute(QStringLiteral("param"));
     const QMetaMethod method = callableSlot(*target, slot + (hasParam ? "(QString)" : "()"));
     if (!method.isValid()) {
         qCWarning(log) << target->metaObject()->className() << "has no slot" << slot
@@ -137,7 +137,7 @@ void ActionRunner::invoke(QWidget *target, const QDomElement &action)
     }
     if (hasParam)
         method.invoke(target, Qt::DirectConnection,
-                      Q_ARG(QString, m_context.text(action.attribute("param"))));
+                      Q_ARG(QString, m_context.text(action.attribute(QStringLiteral("param")))));
     else
         method.invoke(target, Qt::DirectConnection);
 }

@@ -23,7 +23,7 @@ namespace
 
 QString caption(ControlContext &context, const Control &control)
 {
-    return context.text(control, control.element.firstChildElement("text").text());
+    return context.text(control, control.element.firstChildElement(QStringLiteral("text")).text());
 }
 
 /// For every key of the control: its address with \a value.
@@ -37,7 +37,7 @@ QStringList assignmentsToKeys(const Control &control, const QString &value)
 
 QString firstKey(const Control &control)
 {
-    return addressText(control.element.firstChildElement("key"));
+    return addressText(control.element.firstChildElement(QStringLiteral("key")));
 }
 
 } // namespace
@@ -45,8 +45,8 @@ QString firstKey(const Control &control)
 QWidget *LabelControl::create(ControlContext &, const Control &control, QWidget *parent) const
 {
     auto *label = new QLabel(parent);
-    label->setAlignment(horizontalAlignment(control.element.attribute("alignment")) |
-                        verticalAlignment(control.element.attribute("valign")));
+    label->setAlignment(horizontalAlignment(control.element.attribute(QStringLiteral("alignment"))) |
+                        verticalAlignment(control.element.attribute(QStringLiteral("valign"))));
     return label;
 }
 
@@ -65,11 +65,11 @@ QWidget *EditControl::create(ControlContext &, const Control &control, QWidget *
 {
     auto *edit = new QLineEdit(parent);
     const QDomElement &element = control.element;
-    if (element.hasAttribute("validator"))
-        edit->setValidator(new PatternValidator(element.attribute("validator"), edit));
-    if (element.hasAttribute("inputMask"))
-        edit->setInputMask(element.attribute("inputMask"));
-    if (element.attribute("password") == QLatin1String("on"))
+    if (element.hasAttribute(QStringLiteral("validator")))
+        edit->setValidator(new PatternValidator(element.attribute(QStringLiteral("validator")), edit));
+    if (element.hasAttribute(QStringLiteral("inputMask")))
+        edit->setInputMask(element.attribute(QStringLiteral("inputMask")));
+    if (element.attribute(QStringLiteral("password")) == QLatin1String("on"))
         edit->setEchoMode(QLineEdit::Password);
     return edit;
 }
@@ -126,7 +126,7 @@ bool CheckBoxControl::load(ControlContext &context, const Control &control) cons
     if (key.isEmpty())
         return changed;
     const QString value = context.value(control, key);
-    const bool offByDefault = control.element.attribute("default") == QLatin1String("off");
+    const bool offByDefault = control.element.attribute(QStringLiteral("default")) == QLatin1String("off");
     const bool checked = offByDefault ? value == QLatin1String("on") : value != QLatin1String("off");
     if (box->isChecked() == checked)
         return changed;
@@ -151,8 +151,8 @@ QWidget *PushButtonControl::create(ControlContext &context, const Control &contr
     auto *button = new QPushButton(caption(context, control), parent);
     // A button that becomes the default by itself would be pressed by Enter in any field of its page.
     button->setAutoDefault(false);
-    button->setCheckable(control.element.attribute("checkable") == QLatin1String("true"));
-    colourButton(*button, control.element.attribute("color"));
+    button->setCheckable(control.element.attribute(QStringLiteral("checkable")) == QLatin1String("true"));
+    colourButton(*button, control.element.attribute(QStringLiteral("color")));
     return button;
 }
 
@@ -182,7 +182,8 @@ QWidget *SeparatorControl::create(ControlContext &, const Control &control, QWid
 
 Qt::Orientations SeparatorControl::fills(const QDomElement &item) const
 {
-    return item.attribute("orientation") == QLatin1String("horizontal") ? Qt::Horizontal : Qt::Vertical;
+    return item.attribute(QStringLiteral("orientation")) == QLatin1String("horizontal") ? Qt::Horizontal
+                                                                                        : Qt::Vertical;
 }
 
 } // namespace paravue

@@ -26,9 +26,9 @@ QList<Choice> choices(const QDomElement &element)
 {
     const QStringList keys = childAddresses(element);
     QList<Choice> result;
-    for (QDomElement text = element.firstChildElement("text"); !text.isNull();
-         text = text.nextSiblingElement("text")) {
-        const QDomElement inner = text.firstChildElement("key");
+    for (QDomElement text = element.firstChildElement(QStringLiteral("text")); !text.isNull();
+         text = text.nextSiblingElement(QStringLiteral("text"))) {
+        const QDomElement inner = text.firstChildElement(QStringLiteral("key"));
         const QString key = inner.isNull() ? keys.value(result.size()) : addressText(inner);
         result.append({ownText(text), key});
     }
@@ -37,9 +37,9 @@ QList<Choice> choices(const QDomElement &element)
 
 QStringList keySet(const QDomElement &element, int index)
 {
-    QDomElement set = element.firstChildElement("keyset");
+    QDomElement set = element.firstChildElement(QStringLiteral("keyset"));
     for (; index > 0 && !set.isNull(); --index)
-        set = set.nextSiblingElement("keyset");
+        set = set.nextSiblingElement(QStringLiteral("keyset"));
     QStringList result;
     if (!set.isNull()) {
         for (const QString &assignment : set.text().split(u','))
@@ -109,10 +109,11 @@ QWidget *ScrollControl::create(ControlContext &, const Control &control, QWidget
 {
     const QDomElement &element = control.element;
     auto *bar = new QScrollBar(fills(element) == Qt::Horizontal ? Qt::Horizontal : Qt::Vertical, parent);
-    bar->setRange(intAttribute(element, "minvalue"), intAttribute(element, "maxvalue"));
+    bar->setRange(intAttribute(element, QStringLiteral("minvalue")),
+                  intAttribute(element, QStringLiteral("maxvalue")));
     bar->setSingleStep(1);
     bar->setPageStep(qMax(1, int((qint64(bar->maximum()) - bar->minimum()) / 10)));
-    bar->setValue(intAttribute(element, "value"));
+    bar->setValue(intAttribute(element, QStringLiteral("value")));
     bar->setFocusPolicy(Qt::StrongFocus);
     return bar;
 }
@@ -124,13 +125,14 @@ ChangeSignal ScrollControl::changeSignal() const
 
 Qt::Orientations ScrollControl::fills(const QDomElement &item) const
 {
-    return item.attribute("orientation") == QLatin1String("horizontal") ? Qt::Horizontal : Qt::Vertical;
+    return item.attribute(QStringLiteral("orientation")) == QLatin1String("horizontal") ? Qt::Horizontal
+                                                                                        : Qt::Vertical;
 }
 
 bool ScrollControl::load(ControlContext &context, const Control &control) const
 {
     auto *bar = qobject_cast<QScrollBar *>(control.widget);
-    const QDomElement key = control.element.firstChildElement("key");
+    const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
     if (key.isNull())
         return false;
     const int before = bar->value();
@@ -141,7 +143,7 @@ bool ScrollControl::load(ControlContext &context, const Control &control) const
 
 QStringList ScrollControl::assignments(ControlContext &, const Control &control) const
 {
-    const QDomElement key = control.element.firstChildElement("key");
+    const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
     if (key.isNull())
         return {};
     const int position = qobject_cast<QScrollBar *>(control.widget)->value();
@@ -151,8 +153,10 @@ QStringList ScrollControl::assignments(ControlContext &, const Control &control)
 QWidget *DateTimeControl::create(ControlContext &, const Control &control, QWidget *parent) const
 {
     auto *edit = new QDateTimeEdit(parent);
-    edit->setCalendarPopup(control.element.attribute("calendarPopup") == QLatin1String("on"));
-    if (const QString format = control.element.attribute("format"); !format.isEmpty())
+    // The recorder's clock is not this computer's: an hour that the local time zone skips exists there.
+    edit->setTimeSpec(Qt::UTC);
+    edit->setCalendarPopup(control.element.attribute(QStringLiteral("calendarPopup")) == QLatin1String("on"));
+    if (const QString format = control.element.attribute(QStringLiteral("format")); !format.isEmpty())
         edit->setDisplayFormat(format);
     return edit;
 }
@@ -165,10 +169,11 @@ ChangeSignal DateTimeControl::changeSignal() const
 bool DateTimeControl::load(ControlContext &context, const Control &control) const
 {
     auto *edit = qobject_cast<QDateTimeEdit *>(control.widget);
-    const QDomElement key = control.element.firstChildElement("key");
+    const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
     if (key.isNull())
         return false;
-    const QDateTime time = QDateTime::fromString(context.value(control, addressText(key)), storedFormat);
+    const QDateTime stored = QDateTime::fromString(context.value(control, addressText(key)), storedFormat);
+    const QDateTime time(stored.date(), stored.time(), Qt::UTC);
     if (!time.isValid() || time == edit->dateTime())
         return false;
     const QSignalBlocker silent(edit);
@@ -178,7 +183,7 @@ bool DateTimeControl::load(ControlContext &context, const Control &control) cons
 
 QStringList DateTimeControl::assignments(ControlContext &, const Control &control) const
 {
-    const QDomElement key = control.element.firstChildElement("key");
+    const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
     if (key.isNull())
         return {};
     const QDateTime time = qobject_cast<QDateTimeEdit *>(control.widget)->dateTime();

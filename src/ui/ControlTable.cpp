@@ -32,8 +32,8 @@ void ControlTable::attach(Control &control, QWidget *widget)
     widget->setAccessibleName(control.name);
     m_document.append(control.element, control.name);
     QDomElement decoration = m_document.append(control.element, widgetTag);
-    decoration.setAttribute("address", control.number);
-    decoration.setAttribute("id", control.name);
+    decoration.setAttribute(QStringLiteral("address"), control.number);
+    decoration.setAttribute(QStringLiteral("id"), control.name);
 }
 
 Control *ControlTable::find(int number)
@@ -63,7 +63,7 @@ Control *ControlTable::of(const QDomElement &element)
     const QDomElement decoration = element.lastChildElement(widgetTag);
     if (decoration.isNull())
         return nullptr;
-    Control *control = find(decoration.attribute("address").toInt());
+    Control *control = find(decoration.attribute(QStringLiteral("address")).toInt());
     return control && control->element == element ? control : nullptr;
 }
 

@@ -76,7 +76,7 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
     auto *page = new QWidget;
     auto *layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(new PageArea(page));
+    layout->addWidget(new PageArea(page, PageArea::OfThePage));
     m_parts.builder.buildPage(element, page);
     const QList<int> controls = m_parts.table.numbersSince(first);
     m_open.push_back({element, dialog, controls});
@@ -108,7 +108,7 @@ void DescribedDialogs::closed(QDialog *dialog)
 
 QString DescribedDialogs::title(const QDomElement &element) const
 {
-    const QDomElement title = element.firstChildElement("title");
+    const QDomElement title = element.firstChildElement(QStringLiteral("title"));
     return title.isNull() ? m_window.windowTitle() : m_parts.context.text(title.text());
 }
 

@@ -40,15 +40,16 @@ int percentUsed(qint64 used, qint64 size)
 QWidget *ProgressBarControl::create(ControlContext &, const Control &control, QWidget *parent) const
 {
     auto *bar = new QProgressBar(parent);
-    bar->setRange(intAttribute(control.element, "minvalue"), intAttribute(control.element, "maxvalue"));
-    bar->setValue(intAttribute(control.element, "value"));
+    bar->setRange(intAttribute(control.element, QStringLiteral("minvalue")),
+                  intAttribute(control.element, QStringLiteral("maxvalue")));
+    bar->setValue(intAttribute(control.element, QStringLiteral("value")));
     return bar;
 }
 
 bool ProgressBarControl::load(ControlContext &context, const Control &control) const
 {
     auto *bar = qobject_cast<QProgressBar *>(control.widget);
-    const QDomElement key = control.element.firstChildElement("key");
+    const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
     if (key.isNull())
         return false;
     const int before = bar->value();
@@ -59,8 +60,8 @@ bool ProgressBarControl::load(ControlContext &context, const Control &control) c
 QWidget *ProgressPieControl::create(ControlContext &, const Control &control, QWidget *parent) const
 {
     auto *pie = new OrbProgressPie(parent);
-    if (control.element.hasAttribute("value"))
-        pie->setProgress(intAttribute(control.element, "value"));
+    if (control.element.hasAttribute(QStringLiteral("value")))
+        pie->setProgress(intAttribute(control.element, QStringLiteral("value")));
     return pie;
 }
 
@@ -68,10 +69,11 @@ bool ProgressPieControl::load(ControlContext &context, const Control &control) c
 {
     auto *pie = qobject_cast<OrbProgressPie *>(control.widget);
     const int before = pie->progress();
-    const QDomElement size = control.element.firstChildElement("size");
-    const QDomElement key = control.element.firstChildElement("key");
+    const QDomElement size = control.element.firstChildElement(QStringLiteral("size"));
+    const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
     if (!size.isNull()) {
-        const QString used = context.text(control, control.element.firstChildElement("used").text());
+        const QString used =
+            context.text(control, control.element.firstChildElement(QStringLiteral("used")).text());
         pie->setProgress(percentUsed(parseSize(used), parseSize(context.text(control, size.text()))));
     } else if (!key.isNull()) {
         pie->setProgress(context.value(control, addressText(key)).toInt());

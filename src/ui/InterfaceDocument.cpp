@@ -20,7 +20,8 @@ QString validate(const QDomDocument &document, const QString &path)
     const QDomElement root = document.documentElement();
     if (root.tagName() != QLatin1String("pvsetup"))
         return tr("%1 is not an Paravue Setup config file.").arg(path);
-    if (root.hasAttribute("version") && root.attribute("version") != QLatin1String("1.0"))
+    if (root.hasAttribute(QStringLiteral("version")) &&
+        root.attribute(QStringLiteral("version")) != QLatin1String("1.0"))
         return tr("%1 file version is not 1.0").arg(path);
     return {};
 }

@@ -5,26 +5,32 @@
 namespace paravue
 {
 
-PageArea::PageArea(QWidget *page)
+PageArea::PageArea(QWidget *page, Size size) : m_size(size)
 {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
+    setFocusPolicy(Qt::NoFocus);
+    setWidget(page);
     // The page shows the ground of the tab or dialog that holds it.
     viewport()->setAutoFillBackground(false);
-    setWidget(page);
     page->setAutoFillBackground(false);
-    setFocusPolicy(Qt::NoFocus);
 }
 
 QSize PageArea::sizeHint() const
 {
+    if (m_size == OfTheWindow)
+        return smallest();
     return widget()->sizeHint().expandedTo(minimumSizeHint()).boundedTo(screen()->availableSize() * 4 / 5);
 }
 
 QSize PageArea::minimumSizeHint() const
 {
-    const QSize small(20 * fontMetrics().averageCharWidth(), 4 * fontMetrics().height());
-    return widget()->minimumSizeHint().boundedTo(small);
+    return m_size == OfTheWindow ? smallest() : widget()->minimumSizeHint().boundedTo(smallest());
+}
+
+QSize PageArea::smallest() const
+{
+    return {20 * fontMetrics().averageCharWidth(), 4 * fontMetrics().height()};
 }
 
 } // namespace paravue

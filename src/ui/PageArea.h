@@ -5,15 +5,25 @@
 namespace paravue
 {
 
-/// Holds a page: as large as the page wants to be, but never larger than the screen has room for; beyond that
-/// it scrolls. So no description can force a window that does not fit, or that the system cannot allocate.
+/// Holds a page and scrolls when there is no room for it. So no description can force a window that does not
+/// fit the screen, or that the system cannot allocate.
 class PageArea : public QScrollArea
 {
 public:
-    explicit PageArea(QWidget *page);
+    enum Size {
+        OfThePage,  ///< wants to be as large as its page, up to most of the screen
+        OfTheWindow ///< takes what the window gives; the pages behind the shown one need not be measured
+    };
+
+    PageArea(QWidget *page, Size size);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+private:
+    QSize smallest() const;
+
+    Size m_size;
 };
 
 } // namespace paravue

@@ -29,24 +29,27 @@ QString tr(const char *text)
     return QCoreApplication::translate("CWinMain", text);
 }
 
+constexpr int ToTheEdge = -1; ///< a span up to the last row or column of the grid
+
 Qt::Alignment cellAlignment(const QDomElement &item)
 {
-    return horizontalAlignment(item.attribute("alignment")) | verticalAlignment(item.attribute("valign"));
+    return horizontalAlignment(item.attribute(QStringLiteral("alignment"))) |
+           verticalAlignment(item.attribute(QStringLiteral("valign")));
 }
 
 GridCell readCell(const QDomElement &item)
 {
     const auto span = [&](const QString &name) {
         const int value = intAttribute(item, name);
-        return value == 0 ? 1 : value;
+        return value == 0 ? 1 : std::max(value, ToTheEdge);
     };
-    return {intAttribute(item, "row"), intAttribute(item, "column"), span("rowSpan"), span("columnSpan"),
-            cellAlignment(item)};
+    return {intAttribute(item, QStringLiteral("row")), intAttribute(item, QStringLiteral("column")),
+            span(QStringLiteral("rowSpan")), span(QStringLiteral("columnSpan")), cellAlignment(item)};
 }
 
 bool isWithinGrid(int index, int span)
 {
-    return index >= 0 && index < limits::GridIndex && span >= 1 && span <= limits::GridIndex - index;
+    return index >= 0 && index < limits::GridIndex && span <= limits::GridIndex - index;
 }
 
 bool isWithinGrid(const GridCell &cell)
@@ -54,28 +57,23 @@ bool isWithinGrid(const GridCell &cell)
     return isWithinGrid(cell.row, cell.rowSpan) && isWithinGrid(cell.column, cell.columnSpan);
 }
 
-void applyStretch(QGridLayout &grid, const QDomElement &stretch)
+/// Returns the direction in which the grid now wants to grow.
+Qt::Orientations applyStretch(QGridLayout &grid, const QDomElement &stretch)
 {
-    const bool isColumn = stretch.hasAttribute("column");
-    if (!isColumn && !stretch.hasAttribute("row"))
-        return;
-    const int index = intAttribute(stretch, isColumn ? "column" : "row");
+    const bool isColumn = stretch.hasAttribute(QStringLiteral("column"));
+    if (!isColumn && !stretch.hasAttribute(QStringLiteral("row")))
+        return {};
+    const int index = intAttribute(stretch, isColumn ? QStringLiteral("column") : QStringLiteral("row"));
     if (!isWithinGrid(index, 1))
-        return;
+        return {};
     const int factor = std::clamp(stretch.text().toInt(), 0, limits::Stretch);
     if (isColumn)
         grid.setColumnStretch(index, factor);
     else
         grid.setRowStretch(index, factor);
-}
-
-/// Forms stay together at the top left of a page; what grows by nature or has a stretch gets the room.
-void keepTogether(QBoxLayout &layout)
-{
-    const Qt::Orientation along =
-        layout.direction() == QBoxLayout::TopToBottom ? Qt::Vertical : Qt::Horizontal;
-    if (!layout.expandingDirections().testFlag(along))
-        layout.addStretch();
+    if (factor == 0)
+        return {};
+    return isColumn ? Qt::Horizontal : Qt::Vertical;
 }
 
 } // namespace
@@ -108,9 +106,11 @@ void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
     layout->setSpacing(GridSpacing);
-    for (QDomElement item = container.firstChildElement("item"); !item.isNull();
-         item = item.nextSiblingElement("item")) {
-        const QString type = item.attribute("type");
+    // Forms stay together at the top left of a page; what grows by nature or has a stretch gets the room.
+    Qt::Orientations pageGrows;
+    for (QDomElement item = container.firstChildElement(QStringLiteral("item")); !item.isNull();
+         item = item.nextSiblingElement(QStringLiteral("item"))) {
+        const QString type = item.attribute(QStringLiteral("type"));
         if (type != QLatin1String("gridlayout")) {
             m_context.report(tr("Unknown node type \"%1\"").arg(type));
             continue;
@@ -119,19 +119,23 @@ void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
         auto *grid = new QGridLayout;
         layout->addLayout(row);
         row->addLayout(grid);
+        QScopedValueRollback grows(m_grows, Qt::Orientations());
         fillGrid(*grid, item);
-        keepTogether(*row);
+        pageGrows |= m_grows;
+        if (!m_grows.testFlag(Qt::Horizontal))
+            row->addStretch();
     }
-    keepTogether(*layout);
+    if (!pageGrows.testFlag(Qt::Vertical))
+        layout->addStretch();
 }
 
 void PageBuilder::buildTabs(const QDomElement &container, QTabWidget *tabs, TabPages pages)
 {
-    for (QDomElement tab = container.firstChildElement("tab"); !tab.isNull();
-         tab = tab.nextSiblingElement("tab")) {
+    for (QDomElement tab = container.firstChildElement(QStringLiteral("tab")); !tab.isNull();
+         tab = tab.nextSiblingElement(QStringLiteral("tab"))) {
         auto *page = new QWidget;
-        QWidget *holder = pages == Scrolling ? new PageArea(page) : page;
-        tabs->addTab(holder, m_context.text(tab.firstChildElement("name").text()));
+        QWidget *holder = pages == Scrolling ? new PageArea(page, PageArea::OfTheWindow) : page;
+        tabs->addTab(holder, m_context.text(tab.firstChildElement(QStringLiteral("name")).text()));
         buildPage(tab, page);
     }
 }
@@ -142,7 +146,7 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
     std::multimap<std::pair<int, int>, QList<QWidget *>> cells;
     for (QDomElement child = item.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("stretch")) {
-            applyStretch(grid, child);
+            m_grows |= applyStretch(grid, child);
         } else if (child.tagName() == QLatin1String("item")) {
             const GridCell cell = readCell(child);
             QList<QWidget *> widgets;
@@ -157,7 +161,7 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
 
 void PageBuilder::addCell(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
 {
-    const QString name = item.attribute("type");
+    const QString name = item.attribute(QStringLiteral("type"));
     const GridItemType *type = gridItemType(name);
     if (!type) {
         m_context.report(tr("Unknown control type \"%1\"").arg(name));
@@ -178,6 +182,16 @@ void PageBuilder::addGrid(QGridLayout &grid, const GridCell &cell, const QDomEle
     fillGrid(*inner, item);
 }
 
+void PageBuilder::addSpacer(Qt::Orientation orientation, QGridLayout &grid, const GridCell &cell)
+{
+    const auto along = QSizePolicy::Expanding;
+    const auto across = QSizePolicy::Minimum;
+    auto *spacer = orientation == Qt::Horizontal ? new QSpacerItem(0, 0, along, across)
+                                                 : new QSpacerItem(0, 0, across, along);
+    grid.addItem(spacer, cell.row, cell.column, cell.rowSpan, cell.columnSpan);
+    m_grows |= orientation;
+}
+
 void PageBuilder::addControl(const ControlType &type, QGridLayout &grid, const GridCell &cell,
                              const QDomElement &item)
 {
@@ -185,14 +199,15 @@ void PageBuilder::addControl(const ControlType &type, QGridLayout &grid, const G
     QWidget *widget = type.create(m_context, control, m_page);
     m_table.attach(control, widget);
     applyLook(control, widget);
-    if (item.attribute("enabled") == QLatin1String("no"))
+    if (item.attribute(QStringLiteral("enabled")) == QLatin1String("no"))
         widget->setEnabled(false);
-    if (item.attribute("visible") == QLatin1String("no"))
+    if (item.attribute(QStringLiteral("visible")) == QLatin1String("no"))
         widget->hide();
     connectChange(type, widget);
 
     if (const Qt::Orientations fills = type.fills(item)) {
         auto *fillItem = new GridFillItem(widget, fills);
+        m_grows |= fillItem->expandingDirections();
         grid.addItem(fillItem, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
     } else {
         grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
@@ -214,11 +229,11 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
 {
     const QDomElement &element = control.element;
     loadToolTip(m_context, control);
-    if (const int width = intAttribute(element, "width"); width > 0)
+    if (const int width = intAttribute(element, QStringLiteral("width")); width > 0)
         widget->setMinimumWidth(std::min(width, limits::Pixels));
-    if (const int height = intAttribute(element, "height"); height > 0)
+    if (const int height = intAttribute(element, QStringLiteral("height")); height > 0)
         widget->setMinimumHeight(std::min(height, limits::Pixels));
-    if (element.attribute("textside") == QLatin1String("left"))
+    if (element.attribute(QStringLiteral("textside")) == QLatin1String("left"))
         widget->setLayoutDirection(Qt::RightToLeft);
 }
 
@@ -232,7 +247,7 @@ void PageBuilder::connectChange(const ControlType &type, QWidget *widget)
 
 bool loadToolTip(ControlContext &context, const Control &control)
 {
-    const QDomElement toolTip = control.element.firstChildElement("tooltip");
+    const QDomElement toolTip = control.element.firstChildElement(QStringLiteral("tooltip"));
     if (toolTip.isNull())
         return false;
     const QString text = safeRichText(context.text(control, toolTip.text()));

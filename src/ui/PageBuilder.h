@@ -31,6 +31,7 @@ public:
     void buildTabs(const QDomElement &container, QTabWidget *tabs, TabPages pages = Plain);
 
     void addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
+    void addSpacer(Qt::Orientation orientation, QGridLayout &grid, const GridCell &cell);
     void addControl(const ControlType &type, QGridLayout &grid, const GridCell &cell,
                     const QDomElement &item);
 
@@ -50,6 +51,7 @@ private:
     QWidget &m_window;
     QWidget *m_page = nullptr;             ///< parent of the widgets that are being built
     QList<QWidget *> *m_widgets = nullptr; ///< receives the widgets of the cell that is being built
+    Qt::Orientations m_grows;              ///< directions in which the grid that is being built takes room
     QList<QWidget *> m_created;            ///< the widgets of the page in the order of the description
 };
 

@@ -9,7 +9,6 @@
 #include "ui/UiLimits.h"
 
 #include <QCoreApplication>
-#include <QGridLayout>
 #include <QHeaderView>
 #include <QTabWidget>
 
@@ -37,7 +36,7 @@ Rows fixedRows(ControlContext &context, const Control &control)
 
 int storedRowCount(ControlContext &context, const Control &control)
 {
-    const QDomElement count = control.element.firstChildElement("row_count");
+    const QDomElement count = control.element.firstChildElement(QStringLiteral("row_count"));
     if (count.isNull())
         return 0;
     const int rows = context.value(control, addressText(count)).toInt();
@@ -78,7 +77,7 @@ void TabWidgetControl::addPages(PageBuilder &builder, const Control &control) co
 bool TabWidgetControl::load(ControlContext &, const Control &control) const
 {
     // The page that the user has opened meanwhile is not taken away by a reload.
-    const QDomElement selection = control.element.firstChildElement("selection");
+    const QDomElement selection = control.element.firstChildElement(QStringLiteral("selection"));
     if (!control.loaded && !selection.isNull())
         qobject_cast<QTabWidget *>(control.widget)->setCurrentIndex(selection.text().toInt());
     return false;
@@ -89,11 +88,11 @@ QWidget *ListControl::create(ControlContext &context, const Control &control, QW
     auto *list = new ListView(parent);
     QStringList headers;
     QList<int> widths;
-    for (QDomElement column = control.element.firstChildElement("column");
+    for (QDomElement column = control.element.firstChildElement(QStringLiteral("column"));
          !column.isNull() && headers.size() < limits::ListColumns;
-         column = column.nextSiblingElement("column")) {
+         column = column.nextSiblingElement(QStringLiteral("column"))) {
         headers.append(context.text(control, column.text()));
-        widths.append(std::min(intAttribute(column, "width"), limits::Pixels));
+        widths.append(std::min(intAttribute(column, QStringLiteral("width")), limits::Pixels));
     }
     list->setColumns(headers, widths);
     list->setPlaceholder(tr("No entries"));
@@ -119,13 +118,11 @@ void NestedGrid::addTo(PageBuilder &builder, QGridLayout &grid, const GridCell &
     builder.addGrid(grid, cell, item);
 }
 
-void Spacer::addTo(PageBuilder &, QGridLayout &grid, const GridCell &cell, const QDomElement &item) const
+void Spacer::addTo(PageBuilder &builder, QGridLayout &grid, const GridCell &cell,
+                   const QDomElement &item) const
 {
-    const bool horizontal = item.attribute("orientation") == QLatin1String("horizontal");
-    const auto across = QSizePolicy::Minimum;
-    const auto along = QSizePolicy::Expanding;
-    auto *spacer = horizontal ? new QSpacerItem(0, 0, along, across) : new QSpacerItem(0, 0, across, along);
-    grid.addItem(spacer, cell.row, cell.column, cell.rowSpan, cell.columnSpan);
+    const bool horizontal = item.attribute(QStringLiteral("orientation")) == QLatin1String("horizontal");
+    builder.addSpacer(horizontal ? Qt::Horizontal : Qt::Vertical, grid, cell);
 }
 
 } // namespace paravue

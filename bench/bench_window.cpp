@@ -1,0 +1,168 @@
+// From the description file to the loaded, bound and shown window, beside code that creates the same widgets
+// by hand and beside the toolkit's own loader of designer files.
+
+#include "GeneratedForm.h"
+#include "HandWrittenForm.h"
+#include "PairedRatio.h"
+
+#include "store/OrbSetup.h"
+#include "ui/CWinMain.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QUiLoader>
+#include <QWindow>
+
+#include <memory>
+#include <stdexcept>
+
+namespace
+{
+
+using paravue::bench::Seconds;
+
+/// The files of one form on the disk.
+class FormFiles
+{
+public:
+    explicit FormFiles(int controls) : form(controls)
+    {
+        write("interface", form.description());
+        write("values", form.values());
+        write("form.ui", form.designerFile());
+    }
+
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    const GeneratedForm form;
+
+private:
+    void write(const QString &name, const QByteArray &text)
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            throw std::runtime_error("cannot write the form's files");
+    }
+
+    QTemporaryDir m_folder;
+};
+
+void waitUntilShown(QWidget &window)
+{
+    while (!window.windowHandle() || !window.windowHandle()->isExposed())
+        QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+}
+
+/// A setup window on a local store.
+struct SetupForm {
+    explicit SetupForm(const FormFiles &files)
+    {
+        store.setFilePath("interface", files.path("interface"));
+        store.setFilePath("values", files.path("values"));
+        window = std::make_unique<CWinMain>(&store, nullptr);
+        waitUntilShown(*window);
+    }
+
+    OrbSetup store;
+    std::unique_ptr<CWinMain> window;
+};
+
+template <typename Make>
+Seconds timeToShow(Make make)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const auto shown = make();
+    const Seconds elapsed = std::chrono::steady_clock::now() - start;
+    return elapsed; // taken down outside the measured time
+}
+
+Seconds showSetupForm(const FormFiles &files)
+{
+    return timeToShow([&] { return std::make_unique<SetupForm>(files); });
+}
+
+Seconds showHandWrittenForm(const FormFiles &files)
+{
+    return timeToShow([&] {
+        auto form = std::make_unique<HandWrittenForm>(files.form);
+        form->resize(840, 600);
+        form->show();
+        waitUntilShown(*form);
+        return form;
+    });
+}
+
+Seconds showDesignerForm(const FormFiles &files)
+{
+    return timeToShow([&] {
+        QFile file(files.path("form.ui"));
+        file.open(QIODevice::ReadOnly);
+        std::unique_ptr<QWidget> form(QUiLoader().load(&file));
+        form->resize(840, 600);
+        form->show();
+        waitUntilShown(*form);
+        return form;
+    });
+}
+
+void besideHandWrittenCode(benchmark::State &state)
+{
+    const FormFiles files(int(state.range(0)));
+    paravue::bench::pairedRatio(
+        state, [&] { return showSetupForm(files); }, [&] { return showHandWrittenForm(files); },
+        {.limit = 1.4});
+}
+BENCHMARK(besideHandWrittenCode)->Arg(100)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
+
+void besideTheDesignerLoader(benchmark::State &state)
+{
+    const FormFiles files(int(state.range(0)));
+    paravue::bench::pairedRatio(
+        state, [&] { return showSetupForm(files); }, [&] { return showDesignerForm(files); },
+        {.limit = state.range(0) >= 1000 ? 0.9 : 0});
+}
+BENCHMARK(besideTheDesignerLoader)->Arg(100)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
+
+/// 10,000 controls beside 1,000, per control.
+void growthPerControl(benchmark::State &state)
+{
+    const FormFiles large(10'000);
+    const FormFiles small(1000);
+    paravue::bench::pairedRatio(
+        state, [&] { return showSetupForm(large); }, [&] { return showSetupForm(small); },
+        {.limit = 1.3, .ourUnits = 10'000, .peerUnits = 1000});
+}
+BENCHMARK(growthPerControl)->Apply(paravue::bench::applyPaired);
+
+/// An edit writes its value and reloads the label that shows it.
+void editOften(SetupForm &form)
+{
+    auto *edit = form.window->findChild<QLineEdit *>();
+    for (int i = 0; i < 1000; ++i)
+        edit->setText(QString::number(i));
+}
+
+void editInALargeWindow(benchmark::State &state)
+{
+    const FormFiles largeFiles(int(state.range(0)));
+    const FormFiles smallFiles(100);
+    SetupForm large(largeFiles);
+    SetupForm small(smallFiles);
+    paravue::bench::pairedRatio(
+        state, [&] { editOften(large); }, [&] { editOften(small); }, {.limit = 1.3});
+}
+BENCHMARK(editInALargeWindow)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
