@@ -16,7 +16,8 @@ ModalWatcher::ModalWatcher(Action action, const QByteArray &className)
 void ModalWatcher::look()
 {
     const QPointer<QWidget> window = QApplication::activeModalWidget();
-    if (!window || window == m_last || !window->isVisible() || window->metaObject()->className() != m_className)
+    if (!window || window == m_last || !window->isVisible() ||
+        window->metaObject()->className() != m_className)
         return;
     m_last = window;
     if (m_texts.isEmpty())

@@ -1,0 +1,491 @@
+#include "DescribedWindow.h"
+#include "controls/OrbProgressPie.h"
+#include "entry/cSetupWidget.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTreeWidget>
+
+using namespace paravue::test;
+
+namespace
+{
+
+/// What the control that carries the number \a number shows, in words.
+QString shown(const DescribedWindow &window, int number = 1)
+{
+    QWidget *widget = nullptr;
+    for (QWidget *candidate : window.page()->findChildren<QWidget *>()) {
+        if (candidate->accessibleName() == QStringLiteral("link%1").arg(number))
+            widget = candidate;
+    }
+    if (auto *label = qobject_cast<QLabel *>(widget))
+        return label->text();
+    if (auto *edit = qobject_cast<QLineEdit *>(widget))
+        return edit->text();
+    if (auto *box = qobject_cast<QCheckBox *>(widget))
+        return (box->isChecked() ? "[x] " : "[ ] ") + box->text();
+    if (auto *button = qobject_cast<QPushButton *>(widget))
+        return button->text();
+    if (auto *box = qobject_cast<QComboBox *>(widget))
+        return box->currentText();
+    if (auto *bar = qobject_cast<QScrollBar *>(widget))
+        return QString::number(bar->value());
+    if (auto *edit = qobject_cast<QDateTimeEdit *>(widget))
+        return edit->text();
+    if (auto *bar = qobject_cast<QProgressBar *>(widget))
+        return QString::number(bar->value());
+    if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
+        return QString::number(pie->progress());
+    if (auto *tabs = qobject_cast<QTabWidget *>(widget))
+        return tabs->tabText(tabs->currentIndex());
+    QStringList rows;
+    if (auto *list = qobject_cast<QTreeWidget *>(widget)) {
+        for (int row = 0; row < list->topLevelItemCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < list->columnCount(); ++column)
+                cells << list->topLevelItem(row)->text(column);
+            rows << cells.join(u'|');
+        }
+    }
+    return rows.join(u'/');
+}
+
+const QByteArray Net = "MODE=b\nNAME='Gate 1'\nON=on\nOFF=off\nLEVEL=7\nTIME=20240331023000\nROWS=2\n"
+                       "USER0=ann\nUSER1=bob\nSIZE=2G\nUSED='0.5 G'\nMASKED=12345\n";
+
+const QByteArray Modes =
+    "<text>Low<key>net/untitled/MODE/a</key></text><text>High<key>net/untitled/MODE/b</key></text>";
+
+} // namespace
+
+class TestControls : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void load_data();
+    void load();
+    void write_data();
+    void write();
+    void appliesAttributes();
+    void placesCells();
+    void enablesAndDisables();
+    void callsInStates();
+    void rejectsWhatTheValidatorRejects();
+    void choosesWithKeysBesideTheTexts();
+    void writesKeysetsInTheActiveWindowOnly();
+    void staysQuietWhileLoading();
+    void passesCommandsToTheStore();
+};
+
+void TestControls::initTestCase()
+{
+    // An hour that is missing here when the clocks change; the recorder's clock may well show it.
+    qputenv("TZ", "Europe/Berlin");
+}
+
+void TestControls::load_data()
+{
+    QTest::addColumn<QByteArray>("cell");
+    QTest::addColumn<QString>("loaded");
+    QTest::addColumn<QString>("assignment");
+    QTest::addColumn<QString>("reloaded");
+
+    const auto row = [](const char *name, const QByteArray &cell, const QString &loaded,
+                        const QString &assignment = {}, const QString &reloaded = {}) {
+        QTest::newRow(name) << cell << loaded << assignment << reloaded;
+    };
+    row("label", "type='label'><text>Name: {net/untitled/NAME}</text>", "Name: Gate 1",
+        "net/untitled/NAME/x/y", "Name: x/y");
+    row("edit", "type='edit'><key>net/untitled/NAME</key><key>net/untitled/MODE</key>", "Gate 1",
+        "net/untitled/NAME/New", "New");
+    row("edit, missing key with a default", "type='edit'><key>net/untitled/NONE/none</key>", "none",
+        "net/untitled/NONE/", "");
+    row("edit with a mask", "type='edit' inputMask='999-99;_'><key>net/untitled/MASKED</key>", "123-45",
+        "net/untitled/MASKED/9", "9-");
+    row("edit with a value that its validator rejects",
+        "type='edit' validator='[0-9]+'><key>net/untitled/NAME</key>", "Gate 1");
+    row("drop-down", "type='dropdown'>" + Modes, "High", "net/untitled/MODE/a", "Low");
+    row("drop-down, value not among the choices", "type='dropdown'>" + Modes, "High", "net/untitled/MODE/c",
+        "High");
+    row("drop-down, the last that fits",
+        "type='dropdown'>" + Modes + "<text>Also<key>net/untitled/LEVEL/7</key></text>", "Also");
+    row("drop-down that shows a value", "type='dropdown'><text>{net/untitled/NAME}</text>", "Gate 1",
+        "net/untitled/NAME/New", "New");
+    row("check box", "type='checkbox'><text>{net/untitled/MODE}</text><key>net/untitled/ON</key>", "[x] b",
+        "net/untitled/ON/off", "[ ] b");
+    row("check box, missing value", "type='checkbox'><key>net/untitled/NONE</key>", "[x] ",
+        "net/untitled/NONE/0", "[x] ");
+    row("check box, off by default", "type='checkbox' default='off'><key>net/untitled/NONE</key>", "[ ] ",
+        "net/untitled/NONE/on", "[x] ");
+    row("check box, off by default, other word",
+        "type='checkbox' default='off'><key>net/untitled/LEVEL</key>", "[ ] ");
+    row("scroll", "type='scroll' minvalue='2' maxvalue='9' value='3'><key>net/untitled/LEVEL</key>", "7",
+        "net/untitled/LEVEL/100", "9");
+    row("scroll without a key", "type='scroll' minvalue='2' maxvalue='9' value='3'>", "3");
+    row("date and time", "type='datetime' format='dd.MM.yyyy HH:mm:ss'><key>net/untitled/TIME</key>",
+        "31.03.2024 02:30:00", "net/untitled/TIME/20231231235959", "31.12.2023 23:59:59");
+    row("date and time, no time", "type='datetime' format='yyyy'><key>net/untitled/TIME</key>", "2024",
+        "net/untitled/TIME/soon", "2024");
+    row("button", "type='pushbutton'><text>{net/untitled/NAME}</text>", "Gate 1", "net/untitled/NAME/x", "x");
+    row("tabs",
+        "type='tabwidget'><tab><name>A</name></tab><tab><name>B "
+        "{net/untitled/MODE}</name></tab><selection>1</selection>",
+        "B b");
+    row("progress bar",
+        "type='progressbar' minvalue='0' maxvalue='10' value='3'><key>net/untitled/LEVEL</key>", "7",
+        "net/untitled/LEVEL/9", "9");
+    row("progress bar without a key", "type='progressbar' maxvalue='10' value='3'>", "3");
+    row("pie",
+        "type='orbpie' "
+        "value='5'><size>{net/untitled/SIZE}</size><used>{net/untitled/USED}</used><limit>3G</limit>",
+        "25", "net/untitled/USED/1536M", "75");
+    row("pie of nothing", "type='orbpie'><size>{net/untitled/NONE}</size><used>{net/untitled/USED}</used>",
+        "0");
+    row("pie without a size", "type='orbpie' value='5'>", "5");
+    row("pie in the largest sizes", "type='orbpie'><size>8000000T</size><used>4000000T</used>", "50");
+    row("list",
+        "type='list'><column "
+        "width='90'>User</column><column>Number</column><row_count>net/untitled/ROWS</row_count>"
+        "<column_source>net/untitled/USER</column_source><column_source>net/untitled/NR</column_source>"
+        "<text>All {net/untitled/MODE}</text>",
+        "All b|/ann|/bob|", "net/untitled/USER1/eve", "All b|/ann|/eve|");
+    row("list that shrinks",
+        "type='list'><column/><row_count>net/untitled/ROWS</row_count><column_source>net/untitled/USER</"
+        "column_source>",
+        "ann/bob", "net/untitled/ROWS/1", "ann");
+}
+
+void TestControls::load()
+{
+    QFETCH(QByteArray, cell);
+    QFETCH(QString, loaded);
+    QFETCH(QString, assignment);
+    QFETCH(QString, reloaded);
+    DescribedWindow window(describePage("<item " + cell + "</item>"), {{"net", Net}});
+    QCOMPARE(shown(window), loaded);
+    if (!assignment.isEmpty()) {
+        window.window->setValue(assignment);
+        QCOMPARE(shown(window), reloaded);
+    }
+    QCOMPARE(window.messages.texts(), QStringList());
+}
+
+void TestControls::write_data()
+{
+    QTest::addColumn<QByteArray>("cell");
+    QTest::addColumn<QString>("keys"); // typed into the control; "+" is the space bar, "^" the key Up
+    QTest::addColumn<QStringList>("values");
+
+    const auto row = [](const char *name, const QByteArray &cell, const QString &keys,
+                        const QStringList &values) { QTest::newRow(name) << cell << keys << values; };
+    row("edit", "type='edit'><key>net/untitled/NAME</key>", "a/b", {"net/untitled/NAME/Gate 1a/b"});
+    row("edit with two keys", "type='edit'><key>net/untitled/NAME</key><key>net/untitled/NEW/default</key>",
+        "!", {"net/untitled/NAME/Gate 1!", "net/untitled/NEW/Gate 1!"});
+    row("edit without a key", "type='edit'>", "a", {});
+    row("check box", "type='checkbox'><key>net/untitled/ON</key><key>net/untitled/NEW</key>", "+",
+        {"net/untitled/ON/off", "net/untitled/NEW/off"});
+    row("check box, back", "type='checkbox'><key>net/untitled/OFF</key>", "+", {"net/untitled/OFF/on"});
+    row("scroll", "type='scroll' maxvalue='9'><key>net/untitled/LEVEL</key><key>net/untitled/NEW</key>", "^",
+        {"net/untitled/LEVEL/6", "net/untitled/NEW/"});
+    row("drop-down", "type='dropdown'>" + Modes, "^", {"net/untitled/MODE/a"});
+    row("drop-down, choice without a key",
+        "type='dropdown'><text>None</text><text>High<key>net/untitled/MODE/b</key></text>", "^",
+        {"net/untitled/MODE/b"});
+    row("date and time", "type='datetime' format='HH:mm'><key>net/untitled/TIME</key>", "^",
+        {"net/untitled/TIME/20240331033000"});
+    row("date and time in the afternoon", "type='datetime' format='HH'><key>net/untitled/TIME</key>", "15",
+        {"net/untitled/TIME/20240331153000"});
+    row("button", "type='pushbutton'><key>net/untitled/NAME</key>", "+", {"net/untitled/NAME/Gate 1"});
+}
+
+void TestControls::write()
+{
+    QFETCH(QByteArray, cell);
+    QFETCH(QString, keys);
+    QFETCH(QStringList, values);
+    const QByteArray reader =
+        "<item type='label' row='1'><text>{net/untitled/NAME}{net/untitled/ON}</text></item>";
+    DescribedWindow window(describePage("<item " + cell + "</item>" + reader), {{"net", Net}});
+    QWidget *control = nullptr;
+    for (QWidget *widget : window.page()->findChildren<QWidget *>()) {
+        if (widget->accessibleName() == QStringLiteral("link1"))
+            control = widget;
+    }
+    QVERIFY(control);
+    control->setFocus();
+    for (const QChar key : keys) {
+        if (key == u'^')
+            QTest::keyClick(control, Qt::Key_Up);
+        else
+            QTest::keyClick(control, key == u'+' ? ' ' : key.toLatin1());
+    }
+    for (const QString &value : values)
+        QCOMPARE(window.value(OrbSetup::path(value)), OrbSetup::defValue(value));
+    QCOMPARE(shown(window, 2), window.value("net/untitled/NAME") + window.value("net/untitled/ON"));
+    QCOMPARE(window.messages.texts(), QStringList());
+}
+
+void TestControls::appliesAttributes()
+{
+    DescribedWindow window(
+        describePage("<item type='edit' password='on' width='300' height='40' textside='left' enabled='no'>"
+                     "<tooltip>Now {net/untitled/MODE}</tooltip></item>"
+                     "<item type='edit' row='1' visible='no'/>"
+                     "<item type='scroll' row='2' orientation='horizontal' maxvalue='5'/>"
+                     "<item type='scroll' row='3' orientation='Horizontal'/>"
+                     "<item type='separator' row='4' orientation='horizontal'/>"
+                     "<item type='separator' row='5'/>"
+                     "<item type='datetime' row='6' calendarPopup='on'/>"
+                     "<item type='pushbutton' row='7' checkable='true' color='red'/>"
+                     "<item type='list' row='8'><column width='77'>One</column><column>Two</column></item>"
+                     "<item type='label' row='9' alignment='right' valign='top'><text>&lt;img "
+                     "src=x&gt;</text></item>"),
+        {{"net", Net}});
+    const auto *edit = window.widget<QLineEdit>();
+    QCOMPARE(edit->echoMode(), QLineEdit::Password);
+    QCOMPARE(edit->minimumSize(), QSize(300, 40));
+    QCOMPARE(edit->layoutDirection(), Qt::RightToLeft);
+    QVERIFY(!edit->isEnabled());
+    QCOMPARE(edit->toolTip(), "Now b");
+    window.window->setValue("net/untitled/MODE/c");
+    QCOMPARE(edit->toolTip(), "Now c");
+    QVERIFY(!window.widget<QLineEdit>(1)->isVisible());
+    QCOMPARE(window.widget<QScrollBar>(0)->orientation(), Qt::Horizontal);
+    QCOMPARE(window.widget<QScrollBar>(1)->orientation(), Qt::Vertical);
+    QList<QFrame::Shape> lines;
+    for (const QFrame *frame : window.page()->findChildren<QFrame *>()) {
+        if (frame->metaObject()->className() == QByteArray("QFrame"))
+            lines << frame->frameShape();
+    }
+    QCOMPARE(lines, (QList<QFrame::Shape>{QFrame::HLine, QFrame::VLine}));
+    QVERIFY(window.widget<QDateTimeEdit>()->calendarPopup());
+    QVERIFY(window.widget<QPushButton>()->isCheckable());
+    QCOMPARE(window.widget<QPushButton>()->palette().color(QPalette::Button), QColor(Qt::red));
+    auto *list = window.widget<QTreeWidget>();
+    QCOMPARE(list->headerItem()->text(1), "Two");
+    QCOMPARE(list->columnWidth(0), 77);
+    for (const QLabel *label : window.page()->findChildren<QLabel *>()) {
+        if (!label->text().startsWith(u'<'))
+            continue;
+        QCOMPARE(label->alignment(), Qt::AlignRight | Qt::AlignTop);
+        QCOMPARE(label->textFormat(), Qt::PlainText); // a recorder's text loads nothing
+    }
+}
+
+void TestControls::placesCells()
+{
+    DescribedWindow window(
+        describePage("<item type='label' row='1' column='2' rowSpan='0' alignment='center'/>"
+                     "<item type='label' row='2' rowSpan='2' columnSpan='x' valign='bottom'/>"
+                     "<item type='label' row='4' columnSpan='-1' alignment='right' valign='top'/>"
+                     "<item type='gridlayout' row='5' column='1'><item type='label' row='3'/></item>"
+                     "<stretch column='1' row='3'>4</stretch><stretch row='2'>5</stretch>"));
+    const auto *label = window.widget<QLabel>();
+    QGridLayout *grid = nullptr;
+    for (QGridLayout *candidate : label->parentWidget()->findChildren<QGridLayout *>()) {
+        if (candidate->indexOf(label) >= 0)
+            grid = candidate;
+    }
+    QVERIFY(grid);
+    struct {
+        int row, column, rowSpan, columnSpan;
+        Qt::Alignment alignment;
+    } const cells[] = {{1, 2, 1, 1, Qt::AlignHCenter | Qt::AlignVCenter},
+                       {2, 0, 2, 1, Qt::AlignLeft | Qt::AlignBottom},
+                       {4, 0, 1, 3, Qt::AlignRight | Qt::AlignTop},
+                       {5, 1, 1, 1, Qt::AlignLeft | Qt::AlignVCenter}};
+    QCOMPARE(grid->count(), 4);
+    for (int i = 0; i < 4; ++i) {
+        int row = 0, column = 0, rowSpan = 0, columnSpan = 0;
+        grid->getItemPosition(i, &row, &column, &rowSpan, &columnSpan);
+        QCOMPARE(QList({row, column, rowSpan, columnSpan}),
+                 QList({cells[i].row, cells[i].column, cells[i].rowSpan, cells[i].columnSpan}));
+        QCOMPARE(grid->itemAt(i)->alignment(), cells[i].alignment);
+    }
+    QVERIFY(grid->itemAt(3)->layout());
+    QCOMPARE(grid->columnStretch(0), 0);
+    QCOMPARE(grid->columnStretch(1), 4);
+    QCOMPARE(grid->rowStretch(2), 5);
+    QCOMPARE(grid->rowStretch(3), 0);
+}
+
+void TestControls::enablesAndDisables()
+{
+    DescribedWindow window(
+        describePage(
+            "<item type='checkbox'><key>net/untitled/ON</key>"
+            "<action state='on' type='enable'>field</action><action state='off' type='disable'>field</action>"
+            "</item>"
+            "<item type='edit' row='1' enabled='no'><key>net/untitled/NAME</key><field/>"
+            "<action state='filled' type='enable'>button</action>"
+            "<action state='empty' type='disable'>button</action><action state='empty' "
+            "type='hide'>field</action>"
+            "</item>"
+            "<item type='pushbutton' row='2' enabled='no'><button/></item>"
+            "<item type='edit' row='3' enabled='no'/>"),
+        {{"net", Net}});
+    auto *box = window.widget<QCheckBox>();
+    auto *field = window.widget<QLineEdit>();
+    const auto *button = window.widget<QPushButton>();
+    // What was loaded has enabled both already.
+    QVERIFY(field->isEnabled());
+    QVERIFY(button->isEnabled());
+    QTest::keyClick(box, Qt::Key_Space);
+    QVERIFY(!field->isEnabled());
+    QTest::keyClick(box, Qt::Key_Space);
+    QVERIFY(field->isEnabled());
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QVERIFY(!button->isEnabled());
+    QVERIFY(field->isVisible());
+    QTest::keyClicks(field, "x");
+    QVERIFY(button->isEnabled());
+    // A value that comes from elsewhere counts as well.
+    window.window->setValue("net/untitled/NAME/");
+    QVERIFY(!button->isEnabled());
+    QVERIFY(!window.widget<QLineEdit>(1)->isEnabled());
+}
+
+void TestControls::callsInStates()
+{
+    DescribedWindow window(
+        describePage(
+            "<item type='checkbox'><key>net/untitled/ON</key><action type='call' param='any'>a</action>"
+            "<action state='off' type='call' param='off'>b</action></item>"
+            "<item type='edit' row='1'><key>net/untitled/NAME</key><action type='call' param='any'>c</action>"
+            "<action state='filled' type='call' param='{net/untitled/NAME}'>d</action></item>"
+            "<item type='scroll' row='2' maxvalue='9'><action type='call' param='@name'>e</action></item>"
+            "<item type='dropdown' row='3'>" +
+                Modes +
+                "<action type='call' param='any'>f</action></item>"
+                "<item type='datetime' row='4'><action type='call' param='any'>g</action></item>"
+                "<item type='label' row='5'><a/></item><item type='label' row='6'><b/></item>"
+                "<item type='label' row='7'><c/></item><item type='label' row='8'><d/></item>"
+                "<item type='label' row='9'><e/></item><item type='label' row='10'><f/></item>"
+                "<item type='label' row='11'><g/></item><item type='edit' row='12'><a/></item>",
+            "<translations><ru><name>Имя</name></ru></translations>"),
+        {{"net", Net}});
+    const auto labels = [&] {
+        QStringList texts;
+        for (int number = 6; number <= 12; ++number)
+            texts << shown(window, number);
+        return texts.join(u'|');
+    };
+    QCOMPARE(labels(), "||||||"); // opening the window calls nothing
+    QTest::keyClick(window.widget<QCheckBox>(), Qt::Key_Space);
+    QCOMPARE(labels(), "any|off|||||");
+    QCOMPARE(window.widget<QLineEdit>(window.page()->findChildren<QLineEdit *>().size() - 1)->text(), "any");
+    QTest::keyClick(window.widget<QCheckBox>(), Qt::Key_Space);
+    QTest::keyClicks(window.widget<QLineEdit>(), "!");
+    QTest::keyClick(window.widget<QScrollBar>(), Qt::Key_Down);
+    QTest::keyClick(window.widget<QComboBox>(), Qt::Key_Up);
+    QTest::keyClick(window.widget<QDateTimeEdit>(), Qt::Key_Up);
+    QCOMPARE(labels(), "any|off||Gate 1!|Имя|any|");
+}
+
+void TestControls::rejectsWhatTheValidatorRejects()
+{
+    DescribedWindow window(
+        describePage("<item type='edit' validator='[0-9]{1,3}'><key>net/untitled/NEW</key></item>"),
+        {{"net", Net}});
+    auto *field = window.widget<QLineEdit>();
+    QTest::keyClicks(field, "1x2y34");
+    QCOMPARE(field->text(), "123");
+    QCOMPARE(window.value("net/untitled/NEW"), "123");
+}
+
+void TestControls::choosesWithKeysBesideTheTexts()
+{
+    DescribedWindow window(
+        describePage("<item type='dropdown'><text>Low</text><key>net/untitled/MODE/a</key>"
+                     "<text>High</text><key>net/untitled/MODE/b</key><text>None</text></item>"),
+        {{"net", Net}});
+    auto *box = window.widget<QComboBox>();
+    QCOMPARE(box->currentText(), "High");
+    box->showPopup();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(window.value("net/untitled/MODE"), "a");
+    box->showPopup();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(box->currentText(), "None");
+    QCOMPARE(window.value("net/untitled/MODE"), "a");
+    QVERIFY(window.window->isVisible());
+}
+
+void TestControls::writesKeysetsInTheActiveWindowOnly()
+{
+    DescribedWindow window(describePage("<item type='dropdown'>" + Modes +
+                                        "<keyset>net/untitled/X/1 , net/untitled/Y/a b</keyset>"
+                                        "<keyset>net/untitled/X/2,net/untitled/NAME/New</keyset></item>"
+                                        "<item type='edit' row='1'><key>net/untitled/NAME</key></item>"),
+                           {{"net", Net}});
+    auto *box = window.widget<QComboBox>();
+    QTest::keyClick(box, Qt::Key_Up);
+    QCOMPARE(window.value("net/untitled/X"), "1");
+    QCOMPARE(window.value("net/untitled/Y"), "a b");
+
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!window.window->isActiveWindow());
+    QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(window.value("net/untitled/MODE"), "b");
+    QCOMPARE(window.value("net/untitled/X"), "1");
+    other.close();
+    window.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window.window.get()));
+    QTest::keyClick(box, Qt::Key_Up);
+    QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(window.value("net/untitled/X"), "2");
+    QCOMPARE(window.widget<QLineEdit>()->text(), "New");
+}
+
+void TestControls::staysQuietWhileLoading()
+{
+    // Every value is one that its control shows differently: a pass that wrote would leave a trace.
+    DescribedWindow window(
+        describePage("<item type='edit' inputMask='99;_'><key>net/untitled/NAME</key></item>"
+                     "<item type='checkbox' row='1'><key>net/untitled/MODE</key></item>"
+                     "<item type='scroll' row='2' maxvalue='3'><key>net/untitled/LEVEL</key></item>"
+                     "<item type='datetime' row='3'><key>net/untitled/MODE</key></item>"
+                     "<item type='dropdown' row='4'><text>A<key>net/untitled/MODE/a</key></text>"
+                     "<keyset>net/untitled/X/1</keyset></item>"),
+        {{"net", Net}});
+    window.window->onLoadDone(); // the same description: the controls are loaded again
+    for (const char *value : {"NAME/Gate 1", "MODE/b", "LEVEL/7", "X/"}) {
+        const QString address = QStringLiteral("net/untitled/") + value;
+        QCOMPARE(window.value(OrbSetup::path(address)), OrbSetup::defValue(address));
+    }
+}
+
+void TestControls::passesCommandsToTheStore()
+{
+    DescribedWindow window(
+        describePage("<item type='setup'><device/></item><item type='pushbutton' row='1'>"
+                     "<action type='call' slot='callSetup' param='save_settings'>device</action>"
+                     "<action type='call' slot='nothing' param='x'>device</action>"
+                     "<action type='call'>nobody</action></item>"));
+    QVERIFY(window.widget<cSetupWidget>());
+    QSignalSpy stored(&window.fixture.store(), &OrbSetup::storeDone);
+    QTest::mouseClick(window.widget<QPushButton>(), Qt::LeftButton);
+    QCOMPARE(stored.size(), 1);
+    QCOMPARE(window.messages.texts(), QStringList());
+}
+
+QTEST_MAIN(TestControls)
+#include "tst_controls.moc"
