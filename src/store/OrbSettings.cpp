@@ -1,11 +1,36 @@
 #include "store/OrbSettings.h"
 
 #include "store/IniGrammar.h"
+#include "store/IniMerge.h"
 #include "store/TextPattern.h"
+#include "store/WholeFile.h"
 
 #include <QFile>
+#include <QLoggingCategory>
+
+#include <algorithm>
 
 using namespace paravue;
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(settingsLog, "paravue.settings")
+
+/// Up to this size the repeated lines of a file without keys are written. A session that asks such a file for
+/// a value twice a second must not fill the disk.
+constexpr qsizetype RepeatLimit = 16 << 20;
+
+void appendUtf8(QString &text, QByteArrayView bytes)
+{
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return uchar(c) < 0x80; });
+    if (ascii)
+        text += QLatin1StringView(bytes);
+    else
+        text += QString::fromUtf8(bytes);
+}
+
+} // namespace
 
 OrbSettings::OrbSettings(const QString &path) : m_path(path) {}
 
@@ -19,138 +44,138 @@ void OrbSettings::setPath(const QString &path)
     m_path = path;
     m_sectioned = false;
     m_loaded = false;
-    m_lines.clear();
+    m_text = {};
     m_entries.clear();
+    m_lastContent.clear();
+    m_repeats = 0;
 }
 
 bool OrbSettings::read()
 {
-    m_sectioned = false;
     QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (m_path.isEmpty() || !file.open(QIODevice::ReadOnly))
         return false;
-    while (!file.atEnd()) {
-        QByteArray line = file.readLine();
-        if (line.endsWith("\r\n"))
-            line.replace(line.size() - 2, 2, "\n");
-        m_lines.append(QString::fromUtf8(line));
+    if (file.size() > IniText::SizeLimit) {
+        qCWarning(settingsLog) << m_path << "is too large for a configuration file";
+        return false;
+    }
+    const QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return false;
+
+    if (m_entries.isEmpty() && !m_text.bytes().isEmpty() && content == m_lastContent) {
+        ++m_repeats;
+    } else {
+        appendRepeats();
+        m_text.append(content);
     }
     m_loaded = true;
-    QString section = DefaultSection.toString();
-    for (const QString &text : std::as_const(m_lines)) {
-        const auto line = scanIniLine(QStringView(text), EmptyValue::IsKey);
-        if (line.kind == line.Key) {
-            m_entries[section + u'/' + line.name.toString()] = {line.value.toString(), true};
-        } else if (line.kind == line.Section) {
-            m_sectioned = true;
-            section = line.name.toString();
-        }
-    }
+    takeKeys();
+    m_lastContent = m_entries.isEmpty() ? content : QByteArray();
     return true;
 }
 
-void OrbSettings::ensureRead()
+void OrbSettings::takeKeys()
+{
+    m_sectioned = false;
+    if (m_entries.isEmpty())
+        m_entries.reserve(qsizetype(m_text.marks().size()));
+    QString key = DefaultSection.toString() + u'/'; // its section part stays, name by name is put behind
+    qsizetype sectionSize = key.size();
+    for (const IniText::Mark &mark : m_text.marks()) {
+        if (mark.isSection) {
+            m_sectioned = true;
+            key.truncate(0);
+            appendUtf8(key, m_text.name(mark));
+            key += u'/';
+            sectionSize = key.size();
+            continue;
+        }
+        key.truncate(sectionSize);
+        appendUtf8(key, m_text.name(mark));
+        IniEntries::Entry &entry = m_entries.at(key);
+        entry.value = QString::fromUtf8(m_text.value(mark));
+        entry.inFile = true;
+    }
+}
+
+void OrbSettings::appendRepeats()
+{
+    for (; m_repeats > 0; --m_repeats) {
+        if (m_text.bytes().size() + m_lastContent.size() > RepeatLimit) {
+            qCWarning(settingsLog) << m_path << "holds no keys; repeats of its lines are left out";
+            m_repeats = 0;
+            return;
+        }
+        m_text.append(m_lastContent);
+    }
+}
+
+void OrbSettings::readIfEmpty()
 {
     if (m_entries.isEmpty())
         read();
 }
 
-void OrbSettings::merge(const QString &section, const QString &name, const Entry &entry)
-{
-    const QString keyLine = iniKeyLine(name, entry.value, EmptyValue::IsKey);
-    const auto scanned = [this](qsizetype i) {
-        return scanIniLine(QStringView(m_lines.at(i)), EmptyValue::IsKey);
-    };
-    const auto isKey = [&](qsizetype i) { return scanned(i).kind == IniLine<QStringView>::Key; };
-    const auto isSection = [&](qsizetype i) { return scanned(i).kind == IniLine<QStringView>::Section; };
-    const auto isOurs = [&](qsizetype i) { return isKey(i) && scanned(i).name == name; };
-
-    const auto replaceFirst = [&](qsizetype from) {
-        for (qsizetype i = from; i < m_lines.size(); ++i) {
-            if (isOurs(i)) {
-                m_lines[i] = keyLine;
-                return;
-            }
-        }
-    };
-    if (!m_sectioned) {
-        if (entry.inFile)
-            replaceFirst(0);
-        else
-            m_lines.append(keyLine);
-        return;
-    }
-    bool inserted = false;
-    for (qsizetype i = 0; i < m_lines.size(); ++i) {
-        if (!isSection(i) || scanned(i).name != section)
-            continue;
-        if (entry.inFile) {
-            replaceFirst(i + 1);
-            continue;
-        }
-        for (qsizetype j = i + 1; j < m_lines.size() && !inserted; ++j) {
-            if (isSection(j)) {
-                for (qsizetype k = j - 1; k > i && !inserted; --k) {
-                    if (isKey(k)) {
-                        m_lines.insert(k + 1, keyLine);
-                        inserted = true;
-                    }
-                }
-            }
-            if (!inserted && j == m_lines.size() - 1) {
-                m_lines.append(keyLine);
-                inserted = true;
-            }
-        }
-    }
-    if (!entry.inFile && !inserted)
-        m_lines << iniSectionLine(section) << keyLine;
-}
-
 bool OrbSettings::write()
 {
-    // An object that has seen nothing of its file yet must not empty it.
+    if (m_path.isEmpty())
+        return false; // of a name that never got a file
+    // An object that has not seen its file yet must not empty it.
     if (!m_loaded && m_entries.isEmpty() && !read() && QFile::exists(m_path))
         return false;
-    QFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate, QFile::ReadOwner | QFile::WriteOwner))
+
+    appendRepeats();
+    IniMerge merge(m_text, m_sectioned);
+    for (const IniEntries::Entry *entry : m_entries.sorted())
+        merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
+    IniText text = merge.result();
+    QString error;
+    if (!writeWholeFile(m_path, text.bytes(), &error)) {
+        qCWarning(settingsLog) << "cannot write" << m_path << error;
         return false;
-    for (auto entry = m_entries.cbegin(); entry != m_entries.cend(); ++entry)
-        merge(entry.key().section(u'/', 0, 0), entry.key().section(u'/', 1), entry.value());
-    for (const QString &line : std::as_const(m_lines))
-        file.write(line.toUtf8().replace("\n", "\r\n"));
-    return file.flush();
+    }
+    m_text = std::move(text);
+    return true;
 }
 
 bool OrbSettings::flush()
 {
-    write();
-    m_lines.clear();
-    read();
+    if (!write())
+        return true;
+    IniText written = std::exchange(m_text, {});
+    if (!read())
+        m_text = std::move(written);
     return true;
+}
+
+const QString *OrbSettings::find(QStringView key)
+{
+    readIfEmpty();
+    const IniEntries::Entry *entry = m_entries.find(key);
+    return entry ? &entry->value : nullptr;
 }
 
 QVariant OrbSettings::value(const QString &key, const QVariant &defaultValue)
 {
-    ensureRead();
-    const auto entry = m_entries.constFind(key);
-    return entry == m_entries.cend() ? defaultValue : QVariant(entry->value);
+    const QString *found = find(key);
+    return found ? QVariant(*found) : defaultValue;
 }
 
 void OrbSettings::setValue(const QString &key, const QVariant &value)
 {
-    ensureRead();
-    m_entries[key].value = value.toString();
+    readIfEmpty();
+    m_entries.at(key).value = value.toString();
 }
 
 QStringList OrbSettings::matching(const QString &pattern)
 {
-    ensureRead();
+    readIfEmpty();
     const TextPattern keyPattern(pattern);
     QStringList result;
-    for (auto entry = m_entries.cbegin(); entry != m_entries.cend(); ++entry) {
-        if (keyPattern.matchesWhole(entry.key()))
-            result << entry.key() + u'/' + entry->value;
+    for (const IniEntries::Entry *entry : m_entries.sorted()) {
+        if (keyPattern.matchesWhole(entry->key))
+            result << entry->key + u'/' + entry->value;
     }
     return result;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
-#include <QMap>
+#include "store/IniEntries.h"
+#include "store/IniText.h"
+
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -9,14 +12,14 @@
 ///
 /// The file is UTF-8 with CR LF line ends. Keys are addressed as "section/key"; keys before the first section
 /// line live in the section "untitled". Writing changes only the lines of keys, and puts new keys next to
-/// their section: comments, unknown lines and the order of lines survive. See store/IniGrammar.h for the
-/// lines.
+/// their section: comments, unknown lines and the order of lines survive. store/IniGrammar.h describes the
+/// lines, store/IniMerge.h what writing does.
 class OrbSettings
 {
 public:
     /// Does not touch the file.
     explicit OrbSettings(const QString &path);
-    /// Writes the file, whether or not anything was changed.
+    /// Writes the file, whether or not anything was changed: its keys get their usual form.
     ~OrbSettings();
     Q_DISABLE_COPY_MOVE(OrbSettings)
 
@@ -25,32 +28,42 @@ public:
     /// same path: the file is then read afresh). Writes nothing.
     void setPath(const QString &path);
 
-    /// Adds the lines of the file to those that are held, and reads the keys of them all. False when the file
-    /// cannot be opened.
+    /// Adds the lines of the file to those that are held, and takes the keys of them all. False when the file
+    /// cannot be read.
     bool read();
-    /// Merges all values into the lines and writes them. False when the file cannot be written.
+    /// Puts all values into the lines and writes these. False when the file cannot be written, and then
+    /// nothing is changed in memory either. Until they are read again, new keys stay new: a second write puts
+    /// them into the file once more.
     bool write();
-    /// Writes, and reads what was written. Always true.
+    /// Writes, and reads what was written in place of the lines that were held. Always true. Values of keys
+    /// that the file does not hold stay known. A file that cannot be written keeps its edits in memory.
     bool flush();
 
-    /// The value of "section/key" as a string, or \a defaultValue. Here and in the next two, a file of which
-    /// no key is known is read first.
+    /// The value of "section/key" as a string, or \a defaultValue. Here and in the following functions, a
+    /// file of which no key is known is read first.
     QVariant value(const QString &key, const QVariant &defaultValue = QVariant());
+    /// Keeps \a value, as a string, until the next write.
     void setValue(const QString &key, const QVariant &value);
-    /// All "section/key/value" whose "section/key" matches \a pattern as a whole, in the order of keys.
+    /// All "section/key/value" whose "section/key" matches the regular expression \a pattern as a whole, in
+    /// the order of keys.
     QStringList matching(const QString &pattern);
 
+    /// The value of "section/key", or null. Valid until the next call.
+    const QString *find(QStringView key);
+
 private:
-    struct Entry {
-        QString value;
-        bool inFile = false; ///< the key has a line
-    };
-    void ensureRead();
-    void merge(const QString &section, const QString &name, const Entry &entry);
+    void readIfEmpty();
+    void takeKeys();
+    void appendRepeats();
 
     QString m_path;
-    bool m_sectioned = false;
-    bool m_loaded = false; ///< read since the path was set
-    QStringList m_lines;
-    QMap<QString, Entry> m_entries;
+    bool m_sectioned = false; ///< the last read met a section line
+    bool m_loaded = false;    ///< read since the path was set
+    paravue::IniText m_text;
+    paravue::IniEntries m_entries;
+
+    /// A file without any key is read again at each access, and its lines are added each time. The content
+    /// that was read last, and how many more times it stands behind the text.
+    QByteArray m_lastContent;
+    qint64 m_repeats = 0;
 };

@@ -84,9 +84,8 @@ QString OrbSetup::value(const QString &address)
         Q_EMIT pseudothrow(tr("Wrong key \"%1\"").arg(address));
         return QLatin1String("");
     }
-    return settings(parts.file().toString())
-        .value(parts.entry().toString(), parts.rest().toString())
-        .toString();
+    const QString *found = settings(parts.file().toString()).find(parts.entry());
+    return found ? *found : parts.rest().toString();
 }
 
 void OrbSetup::setValue(const QString &address)

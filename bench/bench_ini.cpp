@@ -1,0 +1,244 @@
+#include "PairedRatio.h"
+
+#include "store/OrbSettings.h"
+#include "store/OrbSetup.h"
+
+#include <QFile>
+#include <QHash>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <map>
+
+// The configuration store beside the toolkit's own settings class, on the same files.
+
+namespace
+{
+
+using paravue::bench::applyPaired;
+using paravue::bench::pairedRatio;
+using paravue::bench::Seconds;
+
+constexpr int KeysPerSection = 20;
+constexpr int Edits = 100;
+
+/// A recorder's configuration file of about a given size.
+struct SampleFile {
+    QByteArray text;
+    QStringList keys; ///< "section/key"
+    int lines = 0;
+};
+
+SampleFile makeSample(qsizetype size)
+{
+    static const QByteArray words[] = {"'Camera at the north gate'", "enabled", "'192.168.0.64'", "1920x1080",
+                                       "'rtsp://10.0.0.7/live'"};
+    SampleFile sample;
+    QRandomGenerator random(7);
+    QByteArray section;
+    for (int i = 0; sample.text.size() < size; ++i) {
+        if (i % KeysPerSection == 0) {
+            section = "Channel" + QByteArray::number(i / KeysPerSection);
+            sample.text += "; settings of one channel\r\n[ " + section + " ]\r\n";
+            sample.lines += 2;
+        }
+        const QByteArray name = "PARAMETER_" + QByteArray::number(i % KeysPerSection);
+        const QByteArray value =
+            i % 2 == 0 ? QByteArray::number(random.bounded(100'000)) : words[random.bounded(5)];
+        sample.text += name + " = " + value + "\r\n";
+        sample.keys << QString::fromLatin1(section + '/' + name);
+        ++sample.lines;
+    }
+    return sample;
+}
+
+const SampleFile &sampleOf(qsizetype size)
+{
+    static std::map<qsizetype, SampleFile> samples;
+    auto found = samples.find(size);
+    if (found == samples.end())
+        found = samples.emplace(size, makeSample(size)).first;
+    return found->second;
+}
+
+/// Gives every run a file of its own: the toolkit keeps what it has parsed for a path it has seen before.
+class FreshFiles
+{
+public:
+    explicit FreshFiles(const QByteArray &text) : m_text(text) {}
+
+    QString next()
+    {
+        if (!m_path.isEmpty())
+            QFile::remove(m_path);
+        m_path = m_folder.filePath(QStringLiteral("sample%1.ini").arg(++m_count));
+        QFile file(m_path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(m_text) != m_text.size())
+            qFatal("cannot write the sample file");
+        return m_path;
+    }
+
+private:
+    QTemporaryDir m_folder;
+    QByteArray m_text;
+    QString m_path;
+    int m_count = 0;
+};
+
+template <typename Work>
+Seconds measured(Work work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::steady_clock::now() - start;
+}
+
+Seconds parseOurs(FreshFiles &files, const SampleFile &sample)
+{
+    OrbSettings settings(files.next());
+    const Seconds time = measured([&] {
+        settings.read();
+        benchmark::DoNotOptimize(settings.value(sample.keys.constLast()));
+    });
+    settings.setPath(QString()); // its destruction writes nothing now
+    return time;
+}
+
+Seconds parsePeer(FreshFiles &files, const SampleFile &sample)
+{
+    const QString path = files.next();
+    return measured([&] {
+        QSettings settings(path, QSettings::IniFormat);
+        settings.childKeys(); // makes it parse every section, not just the one that is asked for
+        benchmark::DoNotOptimize(settings.value(sample.keys.constLast()));
+    });
+}
+
+/// Parses, changes keys all over the file, and writes it by destruction.
+template <typename Settings>
+void edit(Settings &settings, const SampleFile &sample)
+{
+    const qsizetype step = qMax<qsizetype>(1, sample.keys.size() / Edits);
+    for (int i = 0; i < Edits; ++i)
+        settings.setValue(sample.keys.at(i * step % sample.keys.size()), i);
+}
+
+Seconds editOurs(FreshFiles &files, const SampleFile &sample)
+{
+    const QString path = files.next();
+    return measured([&] {
+        OrbSettings settings(path);
+        edit(settings, sample);
+    });
+}
+
+Seconds editPeer(FreshFiles &files, const SampleFile &sample)
+{
+    const QString path = files.next();
+    return measured([&] {
+        QSettings settings(path, QSettings::IniFormat);
+        settings.childKeys();
+        edit(settings, sample);
+    });
+}
+
+void parse(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0));
+    FreshFiles files(sample.text);
+    pairedRatio(
+        state, [&] { return parseOurs(files, sample); }, [&] { return parsePeer(files, sample); },
+        {.limit = 0.6});
+}
+
+void parseEditWrite(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0));
+    FreshFiles files(sample.text);
+    pairedRatio(
+        state, [&] { return editOurs(files, sample); }, [&] { return editPeer(files, sample); },
+        {.limit = 0.25});
+}
+
+constexpr qsizetype Small = 4 << 10;
+constexpr qsizetype Medium = 64 << 10;
+constexpr qsizetype Large = 8 << 20;
+
+/// The time per line in a large file beside that in a medium one: cache misses, nothing quadratic.
+template <auto work>
+void perLine(benchmark::State &state)
+{
+    const SampleFile &large = sampleOf(Large);
+    const SampleFile &medium = sampleOf(Medium);
+    FreshFiles largeFiles(large.text);
+    FreshFiles mediumFiles(medium.text);
+    pairedRatio(
+        state, [&] { return work(largeFiles, large); }, [&] { return work(mediumFiles, medium); },
+        {.limit = 3, .ourUnits = double(large.lines), .peerUnits = double(medium.lines)});
+}
+
+/// New keys in a large file: what one costs must not depend on how many there are.
+void newKeys(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(Large);
+    FreshFiles files(sample.text);
+    const auto add = [&](int count) {
+        OrbSettings settings(files.next());
+        settings.read();
+        return measured([&] {
+            for (int i = 0; i < count; ++i)
+                settings.setValue(QStringLiteral("Channel7/NEW_%1").arg(i), QStringLiteral("it's new"));
+            settings.write();
+        });
+    };
+    pairedRatio(
+        state, [&] { return add(100'000); }, [&] { return add(1'000); }, {.limit = 3});
+}
+
+/// One value by its whole address, beside a hash of whole addresses.
+void lookUp(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0));
+    FreshFiles files(sample.text);
+    OrbSetup store;
+    // A session has some twenty files.
+    for (int i = 0; i < 20; ++i)
+        store.setFilePath(QStringLiteral("file%1").arg(i), i == 11 ? files.next() : QString());
+    QHash<QString, QString> hash;
+    QStringList addresses;
+    for (const QString &key : sample.keys) {
+        addresses << QStringLiteral("file11/") + key;
+        hash[addresses.constLast()] = store.value(addresses.constLast());
+    }
+    for (int i = 0; i < 20; ++i)
+        store.value(QStringLiteral("file%1/a/b").arg(i));
+
+    // Strings of their own, as a caller's are: the hash must not get its own keys to compare with.
+    for (QString &address : addresses)
+        address = QString(address.constData(), address.size());
+    QRandomGenerator random(11);
+    std::shuffle(addresses.begin(), addresses.end(), random);
+    addresses.resize(qMin<qsizetype>(addresses.size(), 20'000));
+    const qsizetype rounds = 20'000 / addresses.size();
+    const auto all = [&](auto look) {
+        for (qsizetype round = 0; round < rounds; ++round) {
+            for (const QString &address : std::as_const(addresses))
+                benchmark::DoNotOptimize(look(address));
+        }
+    };
+    pairedRatio(
+        state, [&] { all([&](const QString &address) { return store.value(address); }); },
+        [&] { all([&](const QString &address) { return hash.value(address); }); }, {.limit = 3});
+}
+
+BENCHMARK(parse)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(parseEditWrite)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(perLine<parseOurs>)->Apply(applyPaired);
+BENCHMARK(perLine<editOurs>)->Apply(applyPaired);
+BENCHMARK(newKeys)->Apply(applyPaired);
+BENCHMARK(lookUp)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,64 @@
+#include "store/IniEntries.h"
+
+#include <algorithm>
+
+namespace paravue
+{
+
+QStringView IniEntries::Entry::section() const
+{
+    const qsizetype slash = key.indexOf(u'/');
+    return slash < 0 ? QStringView(key) : QStringView(key).first(slash);
+}
+
+QStringView IniEntries::Entry::name() const
+{
+    const qsizetype slash = key.indexOf(u'/');
+    return slash < 0 ? QStringView() : QStringView(key).sliced(slash + 1);
+}
+
+void IniEntries::clear()
+{
+    m_sorted.clear();
+    m_index.clear();
+    m_entries.clear();
+}
+
+void IniEntries::reserve(qsizetype count)
+{
+    m_entries.reserve(size_t(count));
+    m_index.reserve(count);
+}
+
+const IniEntries::Entry *IniEntries::find(QStringView key) const
+{
+    const auto found = m_index.constFind(key);
+    return found == m_index.cend() ? nullptr : &m_entries[*found];
+}
+
+IniEntries::Entry &IniEntries::at(QStringView key)
+{
+    const auto found = m_index.constFind(key);
+    if (found != m_index.cend())
+        return m_entries[*found];
+    m_sorted.clear();
+    m_entries.push_back({key.toString(), QString(), false});
+    // The characters of a string stay where they are when the vector moves the string.
+    m_index.insert(m_entries.back().key, quint32(m_entries.size() - 1));
+    return m_entries.back();
+}
+
+const std::vector<const IniEntries::Entry *> &IniEntries::sorted() const
+{
+    if (m_sorted.size() != m_entries.size()) {
+        m_sorted.clear();
+        m_sorted.reserve(m_entries.size());
+        for (const Entry &entry : m_entries)
+            m_sorted.push_back(&entry);
+        std::sort(m_sorted.begin(), m_sorted.end(),
+                  [](const Entry *a, const Entry *b) { return a->key < b->key; });
+    }
+    return m_sorted;
+}
+
+} // namespace paravue

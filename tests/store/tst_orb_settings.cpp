@@ -1,0 +1,411 @@
+#include "LiteralSettings.h"
+
+#include "store/OrbSettings.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+
+class tst_OrbSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void values_data();
+    void values();
+    void merging_data();
+    void merging();
+    void untouchedLinesSurviveToTheByte();
+    void aFileThatWasNotReadIsNotEmptied();
+    void quotedQuoteVanishesFromTheValues();
+    void aFileWithoutKeysGathersItsLines();
+    void gatheredLinesAreBounded();
+    void aMissingFileIsReadOnceItIsThere();
+    void setPathForgetsEverything();
+    void flushKeepsValuesThatTheFileLost();
+    void anUnwritableFileKeepsItsEdits();
+    void newFilesArePrivate();
+    void matchingGivesKeysInOrder();
+    void agreesWithTheLiteralRules();
+    void manyQuotedValuesStayLinear();
+
+private:
+    QByteArray content() const;
+    void setContent(const QByteArray &bytes) const;
+
+    std::optional<QTemporaryDir> m_folder;
+    QString m_path;
+};
+
+void tst_OrbSettings::init()
+{
+    m_folder.emplace();
+    m_path = m_folder->filePath(QStringLiteral("general"));
+}
+
+QByteArray tst_OrbSettings::content() const
+{
+    QFile file(m_path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+}
+
+void tst_OrbSettings::setContent(const QByteArray &bytes) const
+{
+    QFile file(m_path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+void tst_OrbSettings::values_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("before the first section") << QByteArray("a = 1\n") << "untitled/a"
+                                              << "1";
+    QTest::newRow("in a section") << QByteArray("[ s ]\r\na = 1\r\n") << "s/a"
+                                  << "1";
+    QTest::newRow("later duplicate") << QByteArray("a = 1\na = 2\n") << "untitled/a"
+                                     << "2";
+    QTest::newRow("section comes again") << QByteArray("[s]\na=1\n[t]\n[s]\nb=2\n") << "s/b"
+                                         << "2";
+    QTest::newRow("section without an end of line") << QByteArray("a=1\n[s]") << "untitled/a"
+                                                    << "1";
+    QTest::newRow("last line unfinished") << QByteArray("a=1\nb=2") << "untitled/b"
+                                          << "(none)";
+    QTest::newRow("absent") << QByteArray("a=1\n") << "untitled/A"
+                            << "(none)";
+    QTest::newRow("empty") << QByteArray("a=\n") << "untitled/a"
+                           << "";
+    QTest::newRow("two CR") << QByteArray("a=1\r\r\n") << "untitled/a"
+                            << "(none)";
+    QTest::newRow("not ASCII") << QByteArray("ключ = 'два слова'\r\n") << "untitled/ключ"
+                               << "два слова";
+    QTest::newRow("no-break space in a value") << QByteArray("a=x\u00a0y\n") << "untitled/a"
+                                               << "x\u00a0y";
+    QTest::newRow("broken UTF-8") << QByteArray("a=x\xffy\n") << "untitled/a"
+                                  << "x\ufffdy";
+    QTest::newRow("byte-order mark") << QByteArray("\xef\xbb\xbf"
+                                                   "a=1\n")
+                                     << "untitled/a"
+                                     << "1";
+}
+
+void tst_OrbSettings::values()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, key);
+    setContent(file);
+    OrbSettings settings(m_path);
+    QTEST(settings.value(key, QStringLiteral("(none)")).toString(), "value");
+}
+
+void tst_OrbSettings::merging_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QByteArray>("after");
+    const auto row = [](const char *name, const char *before, const char *key, const char *value,
+                        const char *after) {
+        QTest::newRow(name) << QByteArray(before) << QString::fromUtf8(key) << QString::fromUtf8(value)
+                            << QByteArray(after);
+    };
+    row("usual form", "[s]\n a=\"x\"\n", "s/a", "12", "[s]\r\na = 12\r\n");
+    row("other keys get it too", "[s]\r\na=007\r\nb=\n;c\r\n", "s/b", "",
+        "[s]\r\na = '007'\r\nb = \r\n;c\r\n");
+    row("new key behind the last one of its section", "[s]\na = 1\n\n[t]\nb = 2\n", "s/n", "x",
+        "[s]\r\na = 1\r\nn = 'x'\r\n\r\n[t]\r\nb = 2\r\n");
+    row("new key of the last section comes last", "[s]\na = 1\n; end\n", "s/n", "3",
+        "[s]\r\na = 1\r\n; end\r\nn = 3\r\n");
+    // Deliberate: a section without keys hands its new key on to the next one.
+    row("new key of a section without keys", "[s]\n\n[t]\nb = 2\n[u]\nc = 3\n", "s/n", "4",
+        "[s]\r\n\r\n[t]\r\nb = 2\r\nn = 4\r\n[u]\r\nc = 3\r\n");
+    row("new section", "[s]\na = 1\n", "t/n", "5", "[s]\r\na = 1\r\n[ t ]\r\nn = 5\r\n");
+    row("header in the last line", "a = 1\n[s]\n", "s/n", "6", "a = 1\r\n[s]\r\n[ s ]\r\nn = 6\r\n");
+    row("file without sections drops the section", "a = 1\n", "s/n", "7", "a = 1\r\nn = 7\r\n");
+    // Deliberate: a key is looked for behind each of its headers, up to the end of the file.
+    row("section in two pieces", "[s]\na = 1\n[t]\na = 2\n[s]\n[u]\na = 3\n", "s/a", "8",
+        "[s]\r\na = 8\r\n[t]\r\na = 2\r\n[s]\r\n[u]\r\na = 3\r\n");
+    row("key before the first section has no header", "a = 1\n[s]\nb = 2\n", "untitled/a", "9",
+        "a = 1\r\n[s]\r\nb = 2\r\n");
+    row("every line feed becomes CR LF", "a = 1\n", "untitled/a", "x\ny\r\n", "a = 'x\r\ny\r\r\n'\r\n");
+    row("empty file", "", "s/n", "10", "n = 10\r\n");
+}
+
+void tst_OrbSettings::merging()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QString, key);
+    QFETCH(QString, value);
+    setContent(before);
+    {
+        OrbSettings settings(m_path);
+        settings.setValue(key, value);
+        QCOMPARE(settings.value(key).toString(), value);
+        QCOMPARE(content(), before); // nothing is written before it is asked for
+    }
+    QTEST(content(), "after");
+}
+
+void tst_OrbSettings::untouchedLinesSurviveToTheByte()
+{
+    const QByteArray odd = "; \xc0\xff caf\xe9\r\n\xef\xbb\xbf;\r\nlone\rcarriage\r\n\tk = v \r\n";
+    setContent(odd + "a = 1\r\n" + odd + "end");
+    OrbSettings(m_path).value(QStringLiteral("untitled/a"));
+    QCOMPARE(content(), odd + "a = 1\r\n" + odd + "end");
+}
+
+void tst_OrbSettings::aFileThatWasNotReadIsNotEmptied()
+{
+    setContent("a=1\n");
+    {
+        OrbSettings settings(m_path);
+    }
+    QCOMPARE(content(), "a = 1\r\n");
+    setContent("a=2\n");
+    OrbSettings settings(m_path);
+    QVERIFY(settings.flush());
+    QCOMPARE(settings.value(QStringLiteral("untitled/a")).toString(), QStringLiteral("2"));
+}
+
+void tst_OrbSettings::quotedQuoteVanishesFromTheValues()
+{
+    // Deliberate: there is no escape for a quote, and the line is no key line when it is read again.
+    setContent("a = \"it's\"\r\nb = 1\r\n");
+    {
+        OrbSettings settings(m_path);
+        QCOMPARE(settings.value(QStringLiteral("untitled/a")).toString(), QStringLiteral("it's"));
+    }
+    QCOMPARE(content(), "a = 'it's'\r\nb = 1\r\n");
+    OrbSettings settings(m_path);
+    QVERIFY(!settings.value(QStringLiteral("untitled/a")).isValid());
+    QCOMPARE(settings.value(QStringLiteral("untitled/b")).toString(), QStringLiteral("1"));
+}
+
+void tst_OrbSettings::aFileWithoutKeysGathersItsLines()
+{
+    // Deliberate: such a file is read at each access, and what is read is added to what is held.
+    setContent("; note\n[s]\n");
+    {
+        OrbSettings settings(m_path);
+        settings.value(QStringLiteral("s/a"));
+        settings.value(QStringLiteral("s/a"));
+        QVERIFY(settings.flush());
+        QCOMPARE(content(), "; note\r\n[s]\r\n; note\r\n[s]\r\n");
+        settings.setValue(QStringLiteral("s/a"), 1);
+    }
+    // Read by flush() and by setValue(): twice the four lines. The key comes behind them.
+    const QByteArray twice = "; note\r\n[s]\r\n; note\r\n[s]\r\n";
+    QCOMPARE(content(), twice + twice + "a = 1\r\n");
+}
+
+void tst_OrbSettings::gatheredLinesAreBounded()
+{
+    const QByteArray note = '#' + QByteArray(1'000'000, '-') + "\r\n";
+    setContent(note);
+    {
+        OrbSettings settings(m_path);
+        for (int i = 0; i < 100; ++i)
+            settings.value(QStringLiteral("s/a"));
+    }
+    QVERIFY(content().size() > 10 * note.size());
+    QVERIFY(content().size() <= 16 << 20);
+    QCOMPARE(content().last(note.size()), note);
+}
+
+void tst_OrbSettings::aMissingFileIsReadOnceItIsThere()
+{
+    OrbSettings settings(m_path);
+    QVERIFY(!settings.read());
+    QCOMPARE(settings.value(QStringLiteral("s/a"), 7).toInt(), 7);
+    setContent("[s]\na=8\n");
+    QCOMPARE(settings.value(QStringLiteral("s/a"), 7).toInt(), 8);
+}
+
+void tst_OrbSettings::setPathForgetsEverything()
+{
+    setContent("a=1\n");
+    const QString other = m_folder->filePath(QStringLiteral("other"));
+    OrbSettings settings(other);
+    settings.setValue(QStringLiteral("untitled/a"), 5);
+    settings.setPath(m_path);
+    QVERIFY(!QFile::exists(other));
+    QVERIFY(settings.flush()); // before anything was read from the new path
+    QCOMPARE(content(), "a = 1\r\n");
+
+    // The same path again: the file is read afresh.
+    setContent("b=2\n");
+    settings.setPath(m_path);
+    QCOMPARE(settings.matching(QStringLiteral(".*")), QStringList(QStringLiteral("untitled/b/2")));
+}
+
+void tst_OrbSettings::flushKeepsValuesThatTheFileLost()
+{
+    setContent("[s]\na=1\n");
+    OrbSettings settings(m_path);
+    settings.setValue(QStringLiteral("s/a"), QStringLiteral("it's"));
+    QVERIFY(settings.flush());
+    QCOMPARE(settings.value(QStringLiteral("s/a")).toString(), QStringLiteral("it's"));
+    settings.setValue(QStringLiteral("s/b"), 2);
+    QVERIFY(settings.flush());
+    QVERIFY(settings.flush());
+    QCOMPARE(content(), "[s]\r\na = 'it's'\r\nb = 2\r\n");
+}
+
+void tst_OrbSettings::anUnwritableFileKeepsItsEdits()
+{
+    OrbSettings settings(m_folder->filePath(QStringLiteral("missing/general")));
+    settings.setValue(QStringLiteral("s/a"), 1);
+    QVERIFY(!settings.write());
+    QVERIFY(settings.flush());
+    QCOMPARE(settings.value(QStringLiteral("s/a")).toInt(), 1);
+    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("missing")));
+    QVERIFY(settings.write());
+    QVERIFY(QFile::exists(settings.path()));
+}
+
+void tst_OrbSettings::newFilesArePrivate()
+{
+    {
+        OrbSettings settings(m_path);
+        settings.setValue(QStringLiteral("s/a"), 1);
+    }
+    const QFile::Permissions others =
+        QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    QVERIFY(!(QFileInfo(m_path).permissions() & others));
+}
+
+void tst_OrbSettings::matchingGivesKeysInOrder()
+{
+    setContent("[Users]\nuser2=b\nuser10=c\nuser1=a/b\nadmin=d\n[Users2]\nuser1=e\n");
+    OrbSettings settings(m_path);
+    settings.setValue(QStringLiteral("Users/user3"), QStringLiteral("new"));
+    const QStringList expected{QStringLiteral("Users/user1/a/b"), QStringLiteral("Users/user10/c"),
+                               QStringLiteral("Users/user2/b"), QStringLiteral("Users/user3/new")};
+    QCOMPARE(settings.matching(QStringLiteral("Users/user[0-9]+")), expected);
+    QCOMPARE(settings.matching(QStringLiteral("users/.*")), QStringList());
+}
+
+namespace
+{
+
+QByteArray pick(QRandomGenerator &random, std::initializer_list<const char *> choices)
+{
+    return choices.begin()[random.bounded(int(choices.size()))];
+}
+
+QByteArray randomSection(QRandomGenerator &random)
+{
+    return pick(random, {"s", "t", "u", "untitled"});
+}
+
+QByteArray randomName(QRandomGenerator &random)
+{
+    return pick(random, {"a", "b", "c", "[s]", "a=b", "[t", "n'"});
+}
+
+QByteArray randomFile(QRandomGenerator &random)
+{
+    QByteArray file;
+    const int lines = random.bounded(14);
+    for (int i = 0; i < lines; ++i) {
+        switch (random.bounded(5)) {
+        case 0:
+            file += "[ " + randomSection(random) + pick(random, {" ]", "]", " ] note"});
+            break;
+        case 1:
+            file += pick(random, {"", "; note", "two words", " ", "k = 'it's'", "[ two words ]"});
+            break;
+        default:
+            file += randomName(random) + pick(random, {"=", " = "}) +
+                    pick(random, {"", "1", "007", "x y", "'x'", "\"it's\"", "\"it's\"", "б", "'"});
+        }
+        file += pick(random, {"\n", "\r\n", "\r\n", "\r\n"});
+    }
+    return random.bounded(5) == 0 ? file.chopped(file.endsWith("\r\n") ? 2 : file.isEmpty() ? 0 : 1) : file;
+}
+
+} // namespace
+
+void tst_OrbSettings::agreesWithTheLiteralRules()
+{
+    QRandomGenerator random(19);
+    int changed = 0;
+    for (int round = 0; round < 1'500; ++round) {
+        const QByteArray file = randomFile(random);
+        setContent(file);
+        OrbSettings settings(m_path);
+        LiteralSettings literal(file);
+        QByteArray story = file;
+        const auto agree = [&] {
+            const QString told = QString::fromUtf8(story.toPercentEncoding(" =[];'\""));
+            const QStringList found = settings.matching(QStringLiteral(".*"));
+            QVERIFY2(found == literal.keysAndValues(), qPrintable(told));
+        };
+        agree();
+        const int steps = random.bounded(1, 12);
+        for (int step = 0; step < steps; ++step) {
+            const int action = random.bounded(10);
+            if (action < 7) {
+                const QByteArray key =
+                    randomSection(random) + '/' +
+                    (random.bounded(4) ? randomName(random)
+                                       : pick(random, {"new", "x y", "[s] y", "a\nb", "]"}));
+                const QByteArray value =
+                    pick(random, {"", "5", "07", "x y", "it's", "\"", "x\ny", "\r", "б"});
+                settings.setValue(QString::fromUtf8(key), QString::fromUtf8(value));
+                literal.setValue(QString::fromUtf8(key), QString::fromUtf8(value));
+                story += " set " + key + " to " + value;
+            } else if (action == 7) {
+                settings.write();
+                literal.write();
+                story += " write";
+            } else if (action == 8) {
+                settings.flush();
+                literal.flush();
+                story += " flush";
+            } else {
+                settings.read();
+                literal.read();
+                story += " read";
+            }
+            agree();
+            if (QTest::currentTestFailed())
+                return;
+        }
+        settings.write();
+        literal.write();
+        QVERIFY2(content() == literal.file(), "after " + story.toPercentEncoding(" =[];'\"") + "\nfound    " +
+                                                  content().toPercentEncoding(" =[];'\"") + "\nexpected " +
+                                                  literal.file().toPercentEncoding(" =[];'\""));
+        changed += literal.file() != file;
+        settings.setPath({}); // its destruction need not write once more
+    }
+    QVERIFY(changed > 1'000);
+}
+
+void tst_OrbSettings::manyQuotedValuesStayLinear()
+{
+    // All lines of one name, all of them cease to be keys when they are written, and new keys go into one
+    // place.
+    QByteArray file;
+    for (int i = 0; i < 50'000; ++i)
+        file += "[s" + QByteArray::number(i) + "]\na = \"it's\"\n";
+    setContent(file);
+    OrbSettings settings(m_path);
+    for (int i = 0; i < 50'000; ++i)
+        settings.setValue(QStringLiteral("s7/new%1").arg(i),
+                          i % 2 ? QStringLiteral("it's") : QStringLiteral("its"));
+    QVERIFY(settings.write());
+    QCOMPARE(content().count("\r\na = 'it's'\r\n"), 50'000);
+    QCOMPARE(content().count("\r\nnew"), 50'000);
+}
+
+QTEST_APPLESS_MAIN(tst_OrbSettings)
+#include "tst_orb_settings.moc"
