@@ -110,9 +110,8 @@ QByteArray ConfigService::mergedTime(const QByteArray &body) const
 
 void ConfigService::setClock(const QByteArray &timeFile)
 {
-    const QByteArray digits = iniValues(timeFile).value(ClockKey);
-    if (!digits.isEmpty())
-        m_clock.set(digits);
+    // An empty value, as clients send it that save everything, is no time and sets nothing.
+    m_clock.set(iniValues(timeFile).value(ClockKey));
 }
 
 } // namespace recorder

@@ -2,7 +2,11 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <filesystem>
+#include <system_error>
 
 // Outside of every namespace: the macro declares a function of the resource's own.
 static void initShippedModel()
@@ -31,14 +35,20 @@ std::optional<QByteArray> readFile(const QString &path)
     return file.readAll();
 }
 
-/// The files hold passwords, so they are readable by their owner only.
+/// A file beside the old one that then takes its place: a reader sees one of them whole. It is not forced to
+/// the medium as QSaveFile would do, which takes longer than everything else that a request needs. Temporary
+/// files are readable by their owner only, and the files hold passwords, so they stay that way.
 bool writeFile(const QString &path, const QByteArray &content)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
+    if (!file.open() || file.write(content) != content.size() || !file.flush())
         return false;
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    return file.write(content) == content.size() && file.commit();
+    file.close();
+    std::error_code failure;
+    std::filesystem::rename(QFileInfo(file.fileName()).filesystemFilePath(),
+                            QFileInfo(path).filesystemFilePath(), failure);
+    file.setAutoRemove(bool(failure));
+    return !failure;
 }
 
 } // namespace

@@ -1,0 +1,416 @@
+#include "recorder/RecorderServer.h"
+
+#include <QDomDocument>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+const QStringList Languages = {"en", "ru"};
+const QStringList Files = {"streams", "net", "time", "timers", "soft", "disk", "users", "state"};
+/// Files whose keys stand before any section line; a client calls that section "untitled".
+const QStringList Sectionless = {"net", "time", "soft", "disk", "users"};
+/// What a client itself keeps while it works.
+const QSet<QString> ClientAddresses = {"general/progress_dialog/progress", "general/network/login"};
+
+const QSet<QString> ControlTypes = {"label",     "edit",        "dropdown", "checkbox",   "scroll",
+                                    "separator", "tabwidget",   "datetime", "pushbutton", "list",
+                                    "orbpie",    "progressbar", "setup"};
+const QSet<QString> LayoutTypes = {"gridlayout", "spacer"};
+/// Types that show a value.
+const QStringList ValueTypes = {"label",    "edit", "dropdown", "checkbox",   "scroll",
+                                "datetime", "list", "orbpie",   "progressbar"};
+
+QList<QDomElement> descendants(const QDomElement &element)
+{
+    QList<QDomElement> found;
+    for (QDomElement child = element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        found.append(child);
+        found.append(descendants(child));
+    }
+    return found;
+}
+
+QString addressOf(const QString &assignment)
+{
+    return assignment.section('/', 0, 2);
+}
+
+/// A text without that of its children.
+QString ownText(const QDomElement &element)
+{
+    QString text;
+    for (QDomNode node = element.firstChild(); !node.isNull(); node = node.nextSibling())
+        text += node.isText() ? node.nodeValue() : QString();
+    return text;
+}
+
+QStringList matches(const QString &pattern, const QString &text)
+{
+    QStringList found;
+    const QRegularExpression expression(pattern);
+    for (auto match = expression.globalMatch(text); match.hasNext();)
+        found.append(match.next().captured(1));
+    return found;
+}
+
+QString describe(const QDomElement &element)
+{
+    return QStringLiteral("%1 %2, line %3")
+        .arg(element.tagName(), element.attribute("type"))
+        .arg(element.lineNumber());
+}
+
+} // namespace
+
+/// The shipped model must hold together: nothing that it refers to may be missing.
+class TestRecorderModel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void hasTheExpectedFrame();
+    void usesEveryControlTypeAndNoOther();
+    void bindsOnlyAddressesThatExist();
+    void offersTheStoredChoice();
+    void fillsEveryListCell();
+    void translatesEveryTextIntoBothLanguages();
+    void namesOnlyTargetsThatExist();
+    void keepsCellsApart();
+    void showsEveryTypeOfValueTwice();
+    void marksStateDirectives();
+
+private:
+    void readValues(const QString &file);
+    QList<QDomElement> items() const;
+    QList<QDomElement> pages() const;
+    QStringList addressesIn(const QString &text) const;
+    QStringList addressesOf(const QDomElement &item) const;
+
+    QTemporaryDir m_folder;
+    QDomDocument m_document;
+    QDomElement m_root;
+    QHash<QString, QString> m_values;                // by file/section/key
+    QHash<QString, QHash<QString, QString>> m_texts; // by language and id
+};
+
+void TestRecorderModel::initTestCase()
+{
+    const recorder::RecorderServer server(m_folder.path());
+    QVERIFY2(server.errorString().isEmpty(), qPrintable(server.errorString()));
+    for (const QString &file : Files)
+        readValues(file);
+
+    QFile description(server.filePath("interface"));
+    QVERIFY(description.open(QIODevice::ReadOnly));
+    QString error;
+    int line = 0;
+    QVERIFY2(m_document.setContent(&description, &error, &line), qPrintable(error + QString::number(line)));
+    m_root = m_document.documentElement();
+    for (const QString &language : Languages) {
+        for (const QDomElement &text :
+             descendants(m_root.firstChildElement("translations").firstChildElement(language)))
+            m_texts[language].insert(text.tagName(), text.text());
+    }
+}
+
+void TestRecorderModel::readValues(const QString &name)
+{
+    QFile file(m_folder.filePath(name));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray content = file.readAll();
+    QVERIFY2(content.endsWith('\n'), qPrintable(name));
+    QVERIFY(!content.contains('\r'));
+    const QRegularExpression sectionLine("^\\[ (\\S+) \\]$");
+    const QRegularExpression keyLine("^([^;#=\\s]+) ?= ?(?:(-?\\d+)|'([^'\"]*)')$");
+    QString section = "untitled";
+    for (const QString &line : QString::fromUtf8(content).split('\n')) {
+        if (const auto match = sectionLine.match(line); match.hasMatch()) {
+            section = match.captured(1);
+        } else if (const auto match = keyLine.match(line); match.hasMatch()) {
+            const QString address = QStringList({name, section, match.captured(1)}).join('/');
+            QVERIFY2(!m_values.contains(address), qPrintable(address));
+            m_values.insert(address, match.captured(2) + match.captured(3));
+            QCOMPARE(section == "untitled", Sectionless.contains(name));
+        } else {
+            QVERIFY2(line.isEmpty() || line.startsWith('#') || line.startsWith(';'),
+                     qPrintable(name + ": " + line));
+        }
+    }
+}
+
+QList<QDomElement> TestRecorderModel::items() const
+{
+    QList<QDomElement> found;
+    for (const QDomElement &element : descendants(m_root)) {
+        if (element.tagName() == "item")
+            found.append(element);
+    }
+    return found;
+}
+
+/// Every element whose own items are the grids of a page: tabs, and the elements around a dialog's tag.
+QList<QDomElement> TestRecorderModel::pages() const
+{
+    QList<QDomElement> found;
+    for (const QDomElement &element : descendants(m_root)) {
+        if (element.tagName() != "item" && !element.firstChildElement("item").isNull())
+            found.append(element);
+    }
+    return found;
+}
+
+QStringList TestRecorderModel::addressesIn(const QString &text) const
+{
+    QString resolved = text;
+    for (const QString &id : matches("@([^ .@\r\n\t]+)", text))
+        resolved += m_texts.value("en").value(id) + m_texts.value("ru").value(id);
+    QStringList addresses;
+    for (const QString &address : matches("\\{\\s*([^{}]+)\\s*\\}", resolved))
+        addresses.append(addressOf(address));
+    return addresses;
+}
+
+/// The addresses whose values an item shows.
+QStringList TestRecorderModel::addressesOf(const QDomElement &item) const
+{
+    QStringList addresses;
+    for (QDomElement child = item.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
+        const QString tag = child.tagName();
+        if (tag == "key" || tag == "row_count")
+            addresses.append(addressOf(child.text()));
+        else if (tag == "text" && !child.firstChildElement("key").isNull())
+            addresses.append(addressOf(child.firstChildElement("key").text()));
+        if (QStringList({"text", "tooltip", "size", "used", "limit"}).contains(tag))
+            addresses.append(addressesIn(ownText(child)));
+    }
+    return addresses;
+}
+
+void TestRecorderModel::hasTheExpectedFrame()
+{
+    QCOMPARE(m_root.tagName(), QString("pvsetup"));
+    QCOMPARE(m_root.attribute("version"), QString("1.0"));
+    int tabs = 0;
+    const QDomElement main = m_root.firstChildElement("tabwidget");
+    for (QDomElement tab = main.firstChildElement("tab"); !tab.isNull(); tab = tab.nextSiblingElement("tab"))
+        ++tabs;
+    QVERIFY2(tabs >= 8, qPrintable(QString::number(tabs)));
+    int bound = 0;
+    for (const QDomElement &item : items())
+        bound += item.elementsByTagName("key").isEmpty() || item.attribute("type") == "gridlayout" ? 0 : 1;
+    QVERIFY2(bound >= 120, qPrintable(QString::number(bound)));
+    for (const QDomElement &page : pages()) {
+        if (page.attribute("type") == "tabwidget")
+            continue;
+        for (QDomElement item = page.firstChildElement("item"); !item.isNull();
+             item = item.nextSiblingElement("item"))
+            QVERIFY2(item.attribute("type") == "gridlayout", qPrintable(describe(item)));
+    }
+}
+
+void TestRecorderModel::usesEveryControlTypeAndNoOther()
+{
+    QSet<QString> used;
+    for (const QDomElement &item : items())
+        used.insert(item.attribute("type"));
+    QCOMPARE(used, ControlTypes + LayoutTypes);
+}
+
+void TestRecorderModel::bindsOnlyAddressesThatExist()
+{
+    const auto exists = [&](const QString &address) {
+        return m_values.contains(address) || ClientAddresses.contains(address);
+    };
+    for (const QDomElement &element : descendants(m_root)) {
+        QStringList addresses = addressesIn(ownText(element)) + addressesIn(element.attribute("param"));
+        if (element.tagName() == "key" || element.tagName() == "row_count")
+            addresses.append(addressOf(element.text()));
+        if (element.tagName() == "keyset") {
+            for (const QString &assignment : element.text().split(','))
+                addresses.append(addressOf(assignment.trimmed()));
+        }
+        if (element.attribute("slot") == "setValue")
+            addresses.append(addressOf(element.attribute("param")));
+        for (const QString &address : addresses)
+            QVERIFY2(exists(address), qPrintable(address + " in " + describe(element)));
+    }
+    const QSet<QString> withoutKey = {"label", "separator", "tabwidget", "pushbutton",
+                                      "list",  "orbpie",    "setup"};
+    for (const QDomElement &item : items()) {
+        if ((ControlTypes - withoutKey).contains(item.attribute("type")))
+            QVERIFY2(!addressesOf(item).isEmpty(), qPrintable(describe(item)));
+    }
+}
+
+void TestRecorderModel::offersTheStoredChoice()
+{
+    for (const QDomElement &item : items()) {
+        if (item.attribute("type") != "dropdown")
+            continue;
+        int texts = 0;
+        QStringList choices;
+        for (const QDomElement &child : descendants(item)) {
+            texts += child.tagName() == "text" ? 1 : 0;
+            if (child.tagName() == "key")
+                choices.append(child.text());
+        }
+        QCOMPARE(choices.size(), texts);
+        const QString address = addressOf(choices.value(0));
+        for (const QString &choice : choices)
+            QVERIFY2(addressOf(choice) == address, qPrintable(choice));
+        QVERIFY2(choices.contains(address + '/' + m_values.value(address)), qPrintable(describe(item)));
+    }
+}
+
+void TestRecorderModel::fillsEveryListCell()
+{
+    for (const QDomElement &item : items()) {
+        if (item.attribute("type") != "list")
+            continue;
+        const int rows = m_values.value(item.firstChildElement("row_count").text()).toInt();
+        QVERIFY(rows > 0);
+        const QDomNodeList sources = item.elementsByTagName("column_source");
+        QCOMPARE(sources.size(), item.elementsByTagName("column").size());
+        for (int column = 0; column < sources.size(); ++column) {
+            const QString source = sources.at(column).toElement().text();
+            for (int row = 0; row < rows; ++row)
+                QVERIFY2(!m_values.value(source + QString::number(row)).isEmpty(), qPrintable(source));
+            QVERIFY2(!m_values.contains(source + QString::number(rows)), qPrintable(source));
+        }
+    }
+}
+
+void TestRecorderModel::translatesEveryTextIntoBothLanguages()
+{
+    QSet<QString> used;
+    for (const QDomElement &element : descendants(m_root)) {
+        const QString texts = ownText(element) + ' ' + element.attribute("param");
+        for (const QString &id : matches("@([^ .@\r\n\t]+)", texts)) {
+            used.insert(id);
+            for (const QString &language : Languages)
+                QVERIFY2(!m_texts.value(language).value(id).isEmpty(), qPrintable(language + " " + id));
+        }
+        // Letters that a user sees must come from the translations.
+        const bool isShown =
+            QStringList({"text", "tooltip", "name", "title", "column"}).contains(element.tagName());
+        QString rest = ownText(element);
+        rest.remove(QRegularExpression("@[^ .@]+|\\{[^}]*\\}"));
+        if (isShown)
+            QVERIFY2(!rest.contains(QRegularExpression("[a-zA-Zа-яА-Я]{2}")),
+                     qPrintable(describe(element) + rest));
+    }
+    for (const QString &language : Languages) {
+        const QStringList ids = m_texts.value(language).keys();
+        QCOMPARE(QSet<QString>(ids.begin(), ids.end()), used);
+    }
+    QSet<QString> differing;
+    for (const QString &id : used) {
+        if (m_texts.value("en").value(id) != m_texts.value("ru").value(id))
+            differing.insert(id);
+    }
+    QVERIFY(differing.size() > used.size() * 3 / 4);
+}
+
+void TestRecorderModel::namesOnlyTargetsThatExist()
+{
+    QHash<QString, int> tags;
+    for (const QDomElement &element : descendants(m_root))
+        ++tags[element.tagName()];
+    const auto marks = [&](const QString &tag) { return !tag.isEmpty() && tags.value(tag) == 1; };
+    for (const QDomElement &element : descendants(m_root)) {
+        static const QRegularExpression reserved("^(link[0-9]+|controlWidget)$");
+        QVERIFY2(!element.tagName().contains(reserved), qPrintable(element.tagName()));
+        if (element.tagName() != "action")
+            continue;
+        // A tag is looked for in the whole document, so it must not be the tag of anything else.
+        QVERIFY2(marks(element.text()), qPrintable(element.text()));
+        const QString type = element.attribute("type");
+        QVERIFY(QStringList({"call", "enable", "disable"}).contains(type));
+        QVERIFY2(type == "call" || element.hasAttribute("state"), qPrintable(describe(element)));
+        if (element.attribute("slot") == "showDialog")
+            QVERIFY2(marks(element.attribute("param")), qPrintable(element.attribute("param")));
+    }
+    QVERIFY(marks("progress_dialog"));
+    const QDomElement save = m_root.firstChildElement("buttonOK").firstChildElement("action");
+    QCOMPARE(save.attribute("slot") + ' ' + save.attribute("param"), QString("callSetup save_settings"));
+    QCOMPARE(m_root.elementsByTagName(save.text()).at(0).parentNode().toElement().attribute("type"),
+             QString("setup"));
+    QCOMPARE(save.nextSiblingElement("action").attribute("slot"), QString("accept"));
+}
+
+void TestRecorderModel::keepsCellsApart()
+{
+    for (const QDomElement &grid : items()) {
+        if (grid.attribute("type") != "gridlayout")
+            continue;
+        QSet<std::pair<int, int>> taken;
+        for (QDomElement item = grid.firstChildElement("item"); !item.isNull();
+             item = item.nextSiblingElement("item")) {
+            const auto number = [&](const char *name, const char *fallback) {
+                return item.attribute(name, fallback).toInt();
+            };
+            for (int row = 0; row < number("rowSpan", "1"); ++row) {
+                for (int column = 0; column < number("columnSpan", "1"); ++column) {
+                    const std::pair cell(number("row", "-1") + row, number("column", "-1") + column);
+                    QVERIFY2(cell.first >= 0 && cell.second >= 0 && !taken.contains(cell),
+                             qPrintable(describe(item)));
+                    taken.insert(cell);
+                }
+            }
+        }
+    }
+}
+
+void TestRecorderModel::showsEveryTypeOfValueTwice()
+{
+    QHash<QString, int> shown;
+    for (const QDomElement &item : items()) {
+        const QStringList addresses = addressesOf(item);
+        for (const QString &address : QSet<QString>(addresses.begin(), addresses.end()))
+            ++shown[address];
+    }
+    QSet<QString> seen;
+    for (const QDomElement &item : items()) {
+        for (const QString &address : addressesOf(item)) {
+            if (shown.value(address) >= 2)
+                seen.insert(item.attribute("type"));
+        }
+    }
+    for (const QString &type : ValueTypes)
+        QVERIFY2(seen.contains(type), qPrintable(type));
+}
+
+void TestRecorderModel::marksStateDirectives()
+{
+    QFile file(m_folder.filePath("state"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    const QRegularExpression directive(
+        "(?<=[\r\n])#! s/([^/\n]*)/([^{\n]*)\\{([^}\n]*)\\}([^/\n]*)/(?=[\r\n])");
+    int count = 0;
+    for (auto match = directive.globalMatch(text); match.hasNext(); ++count) {
+        const auto found = match.next();
+        QVERIFY2(m_values.contains(found.captured(3)) || ClientAddresses.contains(found.captured(3)),
+                 qPrintable(found.captured(3)));
+        // It must find the one line that it fills in and leave the directives alone, itself included.
+        const QRegularExpression pattern(found.captured(1), QRegularExpression::InvertedGreedinessOption);
+        QString filled = text;
+        filled.replace(pattern, found.captured(2) + "new" + found.captured(4));
+        const QString expected = found.captured(2) + "new" + found.captured(4);
+        QCOMPARE(filled.count('\n'), text.count('\n'));
+        QCOMPARE(filled.count(expected), 1);
+        QCOMPARE(filled.count("\n#!"), text.count("\n#!"));
+        QVERIFY(filled.contains(found.captured(0)));
+    }
+    QVERIFY(count >= 1);
+}
+
+QTEST_GUILESS_MAIN(TestRecorderModel)
+#include "tst_recorder_model.moc"

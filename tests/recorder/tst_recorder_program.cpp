@@ -1,0 +1,78 @@
+#include "RawClient.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestRecorderProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void explainsUsage_data();
+    void explainsUsage();
+    void servesUntilItIsStopped();
+};
+
+void TestRecorderProgram::explainsUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("says");
+    QTest::newRow("help") << QStringList("--help") << 0 << "--data <DIR>";
+    QTest::newRow("version") << QStringList("--version") << 0 << "paravue-recorder ";
+    QTest::newRow("unknown option") << QStringList("--speed=3") << 2 << "Unknown option 'speed'";
+    QTest::newRow("port is no number") << QStringList("--port=http") << 2 << "--port takes a number";
+    QTest::newRow("port too large") << QStringList("--port=65536") << 2 << "--port takes a number";
+    QTest::newRow("negative delay") << QStringList("--delay=-1") << 2 << "--delay takes a number";
+    QTest::newRow("port without value") << QStringList("--port") << 2 << "--port";
+    QTest::newRow("empty folder name") << QStringList("--data=") << 2 << "--data takes a folder";
+    QTest::newRow("surplus word") << QStringList("5049") << 2 << "unexpected argument \"5049\"";
+    QTest::newRow("no such address") << QStringList("--address=here") << 2 << "--address takes an IP address";
+}
+
+void TestRecorderProgram::explainsUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, says);
+    QProcess program;
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.start(RECORDER_PROGRAM, arguments);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), exitCode);
+    const QString output = QString::fromUtf8(program.readAll());
+    QVERIFY2(output.contains(says), qPrintable(output));
+}
+
+void TestRecorderProgram::servesUntilItIsStopped()
+{
+    QTemporaryDir folder;
+    const QString data = folder.filePath("new/data");
+    QProcess program;
+    program.start(RECORDER_PROGRAM, {"--port", "0", "--log", "--data", data});
+    QVERIFY(QTest::qWaitFor([&] { return program.canReadLine(); }));
+    const QString line = QString::fromUtf8(program.readLine());
+    const auto match = QRegularExpression("^Listening on 127\\.0\\.0\\.1:(\\d+)\n$").match(line);
+    QVERIFY2(match.hasMatch(), qPrintable(line));
+
+    RawClient client(match.captured(1).toUShort());
+    QVERIFY(client.logIn());
+    const QByteArray ok = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
+    QCOMPARE(client.ask("PUT NET CONFIG\r\nLENGTH=4\r\nA=1\n", ok), ok);
+    QFile net(data + "/net");
+    QVERIFY(net.open(QIODevice::ReadOnly));
+    QCOMPARE(net.readAll(), QByteArray("A=1\n"));
+    QTRY_VERIFY(program.peek(100000).contains("#1 < PUT NET CONFIG"));
+
+    program.terminate();
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QCOMPARE(QDir(data).entryList(QDir::Files).size(), 9);
+}
+
+QTEST_GUILESS_MAIN(TestRecorderProgram)
+#include "tst_recorder_program.moc"
