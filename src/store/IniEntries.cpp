@@ -36,16 +36,22 @@ const IniEntries::Entry *IniEntries::find(QStringView key) const
     return found == m_index.cend() ? nullptr : &m_entries[*found];
 }
 
-IniEntries::Entry &IniEntries::at(QStringView key)
+quint32 IniEntries::numberOf(QStringView key)
 {
     const auto found = m_index.constFind(key);
     if (found != m_index.cend())
-        return m_entries[*found];
+        return *found;
     m_sorted.clear();
-    m_entries.push_back({key.toString(), QString(), false});
+    const quint32 number = quint32(m_entries.size());
+    m_entries.push_back({key.toString(), QString()});
     // The characters of a string stay where they are when the vector moves the string.
-    m_index.insert(m_entries.back().key, quint32(m_entries.size() - 1));
-    return m_entries.back();
+    m_index.insert(m_entries.back().key, number);
+    return number;
+}
+
+void IniEntries::sort(std::vector<const Entry *> &entries)
+{
+    std::sort(entries.begin(), entries.end(), [](const Entry *a, const Entry *b) { return a->key < b->key; });
 }
 
 const std::vector<const IniEntries::Entry *> &IniEntries::sorted() const
@@ -55,8 +61,7 @@ const std::vector<const IniEntries::Entry *> &IniEntries::sorted() const
         m_sorted.reserve(m_entries.size());
         for (const Entry &entry : m_entries)
             m_sorted.push_back(&entry);
-        std::sort(m_sorted.begin(), m_sorted.end(),
-                  [](const Entry *a, const Entry *b) { return a->key < b->key; });
+        sort(m_sorted);
     }
     return m_sorted;
 }

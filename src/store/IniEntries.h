@@ -18,6 +18,8 @@ public:
         QString key;
         QString value;
         bool inFile = false; ///< the key was found in the file
+        bool edited = false; ///< the value is not that of the file
+        bool met = false;    ///< by the reading that is under way
 
         /// The part of the key before its first "/".
         QStringView section() const;
@@ -31,11 +33,17 @@ public:
     void reserve(qsizetype count);
 
     const Entry *find(QStringView key) const;
-    /// The entry of \a key, which is a new one when there is none. Valid until the next call.
-    Entry &at(QStringView key);
+    /// The number of the entry of \a key, which is a new one when there is none.
+    quint32 numberOf(QStringView key);
+    Entry &operator[](quint32 number) { return m_entries[number]; }
+    const Entry &operator[](quint32 number) const { return m_entries[number]; }
 
-    /// All entries in the order of their keys. Valid until the next change.
+    /// All entries in the order of their numbers: the oldest comes first.
+    std::vector<Entry> &all() { return m_entries; }
+    const std::vector<Entry> &all() const { return m_entries; }
+    /// All entries in the order of their keys. Valid until there is a new one.
     const std::vector<const Entry *> &sorted() const;
+    static void sort(std::vector<const Entry *> &entries);
 
 private:
     std::vector<Entry> m_entries;

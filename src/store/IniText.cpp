@@ -1,6 +1,7 @@
 #include "store/IniText.h"
 
 #include "store/IniGrammar.h"
+#include "store/PiecewiseCopy.h"
 
 #include <cstring>
 
@@ -17,34 +18,6 @@ bool isAscii(QByteArrayView bytes)
         all |= uchar(c);
     return all < 0x80;
 }
-
-/// Copies a text, but for the pieces that are put differently. Costs nothing when there are none.
-class PiecewiseCopy
-{
-public:
-    explicit PiecewiseCopy(const QByteArray &source) : m_source(source) {}
-
-    void replace(qsizetype begin, qsizetype end, QByteArrayView replacement)
-    {
-        m_result.append(m_source.constData() + m_copied, begin - m_copied);
-        m_result.append(replacement);
-        m_copied = end;
-    }
-    /// Where the copy of the source's position \a position stands, when nothing is replaced behind that.
-    qsizetype position(qsizetype position) const { return m_result.size() + position - m_copied; }
-
-    QByteArray result()
-    {
-        if (m_copied == 0)
-            return m_source; // shared
-        return m_result.append(m_source.constData() + m_copied, m_source.size() - m_copied);
-    }
-
-private:
-    const QByteArray &m_source;
-    QByteArray m_result;
-    qsizetype m_copied = 0;
-};
 
 /// Fills in where name and value of a scanned line stand; \a bytesOf tells how many bytes its first
 /// characters take. False for a line that is not marked.

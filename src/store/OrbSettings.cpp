@@ -2,6 +2,7 @@
 
 #include "store/IniGrammar.h"
 #include "store/IniMerge.h"
+#include "store/IniOwnLines.h"
 #include "store/TextPattern.h"
 #include "store/WholeFile.h"
 
@@ -9,6 +10,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <optional>
 
 using namespace paravue;
 
@@ -46,6 +48,8 @@ void OrbSettings::setPath(const QString &path)
     m_loaded = false;
     m_text = {};
     m_entries.clear();
+    m_entriesOfLines.clear();
+    m_linesKnown = false;
     m_lastContent.clear();
     m_repeats = 0;
 }
@@ -78,24 +82,32 @@ bool OrbSettings::read()
 void OrbSettings::takeKeys()
 {
     m_sectioned = false;
+    m_linesKnown = true;
+    m_entriesOfLines.assign(m_text.marks().size(), 0);
     if (m_entries.isEmpty())
         m_entries.reserve(qsizetype(m_text.marks().size()));
+    for (IniEntries::Entry &entry : m_entries.all())
+        entry.met = false;
+
     QString key = DefaultSection.toString() + u'/'; // its section part stays, name by name is put behind
     qsizetype sectionSize = key.size();
-    for (const IniText::Mark &mark : m_text.marks()) {
+    for (size_t line = 0; line < m_text.marks().size(); ++line) {
+        const IniText::Mark &mark = m_text.marks()[line];
+        key.truncate(mark.isSection ? 0 : sectionSize);
+        appendUtf8(key, m_text.name(mark));
         if (mark.isSection) {
             m_sectioned = true;
-            key.truncate(0);
-            appendUtf8(key, m_text.name(mark));
             key += u'/';
             sectionSize = key.size();
             continue;
         }
-        key.truncate(sectionSize);
-        appendUtf8(key, m_text.name(mark));
-        IniEntries::Entry &entry = m_entries.at(key);
+        m_entriesOfLines[line] = m_entries.numberOf(key);
+        IniEntries::Entry &entry = m_entries[m_entriesOfLines[line]];
+        m_linesKnown &= !entry.met;
         entry.value = QString::fromUtf8(m_text.value(mark));
         entry.inFile = true;
+        entry.edited = false;
+        entry.met = true;
     }
 }
 
@@ -117,6 +129,30 @@ void OrbSettings::readIfEmpty()
         read();
 }
 
+IniText OrbSettings::merged()
+{
+    std::vector<const IniEntries::Entry *> newEntries;
+    for (const IniEntries::Entry &entry : m_entries.all()) {
+        if (!entry.inFile)
+            newEntries.push_back(&entry);
+    }
+    const qsizetype keysInFile = qsizetype(m_entries.all().size() - newEntries.size());
+    std::optional<IniText> text;
+    if (m_linesKnown && everyKeyOwnsOneLine(m_text, keysInFile, m_sectioned) &&
+        std::none_of(newEntries.cbegin(), newEntries.cend(), [](auto entry) { return mayDisturb(*entry); }))
+        text = rewriteOwnLines(m_text, m_entriesOfLines, m_entries);
+    if (text && newEntries.empty())
+        return *text;
+
+    m_linesKnown = false;
+    IniMerge merge(text ? *text : m_text, m_sectioned);
+    if (text)
+        IniEntries::sort(newEntries);
+    for (const IniEntries::Entry *entry : text ? newEntries : m_entries.sorted())
+        merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
+    return merge.result();
+}
+
 bool OrbSettings::write()
 {
     if (m_path.isEmpty())
@@ -126,10 +162,7 @@ bool OrbSettings::write()
         return false;
 
     appendRepeats();
-    IniMerge merge(m_text, m_sectioned);
-    for (const IniEntries::Entry *entry : m_entries.sorted())
-        merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
-    IniText text = merge.result();
+    IniText text = merged();
     QString error;
     if (!writeWholeFile(m_path, text.bytes(), &error)) {
         qCWarning(settingsLog) << "cannot write" << m_path << error;
@@ -165,7 +198,9 @@ QVariant OrbSettings::value(const QString &key, const QVariant &defaultValue)
 void OrbSettings::setValue(const QString &key, const QVariant &value)
 {
     readIfEmpty();
-    m_entries.at(key).value = value.toString();
+    IniEntries::Entry &entry = m_entries[m_entries.numberOf(key)];
+    entry.value = value.toString();
+    entry.edited = true;
 }
 
 QStringList OrbSettings::matching(const QString &pattern)

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <vector>
+
 /// One local configuration file: ini text that is kept line by line.
 ///
 /// The file is UTF-8 with CR LF line ends. Keys are addressed as "section/key"; keys before the first section
@@ -55,12 +57,15 @@ private:
     void readIfEmpty();
     void takeKeys();
     void appendRepeats();
+    paravue::IniText merged();
 
     QString m_path;
     bool m_sectioned = false; ///< the last read met a section line
     bool m_loaded = false;    ///< read since the path was set
     paravue::IniText m_text;
     paravue::IniEntries m_entries;
+    std::vector<quint32> m_entriesOfLines; ///< for each marked line its entry, while m_linesKnown
+    bool m_linesKnown = false;             ///< no two lines have the same entry
 
     /// A file without any key is read again at each access, and its lines are added each time. The content
     /// that was read last, and how many more times it stands behind the text.
