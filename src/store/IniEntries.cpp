@@ -1,5 +1,7 @@
 #include "store/IniEntries.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace paravue
@@ -27,25 +29,30 @@ void IniEntries::clear()
 void IniEntries::reserve(qsizetype count)
 {
     m_entries.reserve(size_t(count));
-    m_index.reserve(count);
+    m_index.reserve(size_t(count));
+}
+
+quint32 IniEntries::find(QStringView key, size_t hash) const
+{
+    return m_index.find(hash, [&](quint32 number) { return m_entries[number].key == key; });
 }
 
 const IniEntries::Entry *IniEntries::find(QStringView key) const
 {
-    const auto found = m_index.constFind(key);
-    return found == m_index.cend() ? nullptr : &m_entries[*found];
+    const quint32 number = find(key, qHash(key, QHashSeed::globalSeed()));
+    return number == KeyIndex::None ? nullptr : &m_entries[number];
 }
 
 quint32 IniEntries::numberOf(QStringView key)
 {
-    const auto found = m_index.constFind(key);
-    if (found != m_index.cend())
-        return *found;
+    const size_t hash = qHash(key, QHashSeed::globalSeed());
+    const quint32 found = find(key, hash);
+    if (found != KeyIndex::None)
+        return found;
     m_sorted.clear();
     const quint32 number = quint32(m_entries.size());
     m_entries.push_back({key.toString(), QString()});
-    // The characters of a string stay where they are when the vector moves the string.
-    m_index.insert(m_entries.back().key, number);
+    m_index.insert(hash, number);
     return number;
 }
 

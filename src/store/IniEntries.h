@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "store/KeyIndex.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -46,8 +47,10 @@ public:
     static void sort(std::vector<const Entry *> &entries);
 
 private:
+    quint32 find(QStringView key, size_t hash) const;
+
     std::vector<Entry> m_entries;
-    QHash<QStringView, quint32> m_index; ///< its keys are views of those in m_entries
+    KeyIndex m_index;
     mutable std::vector<const Entry *> m_sorted;
 };
 

@@ -84,7 +84,7 @@ QString OrbSetup::value(const QString &address)
         Q_EMIT pseudothrow(tr("Wrong key \"%1\"").arg(address));
         return QLatin1String("");
     }
-    const QString *found = settings(parts.file().toString()).find(parts.entry());
+    const QString *found = settingsOf(parts.file()).find(parts.entry());
     return found ? *found : parts.rest().toString();
 }
 
@@ -95,7 +95,7 @@ void OrbSetup::setValue(const QString &address)
         Q_EMIT pseudothrow(tr("Wrong value \"%1\"").arg(address));
         return;
     }
-    settings(parts.file().toString()).setValue(parts.entry().toString(), parts.rest().toString());
+    settingsOf(parts.file()).setValue(parts.entry().toString(), parts.rest().toString());
 }
 
 QStringList OrbSetup::regexp_values(const QString &address)
@@ -130,10 +130,18 @@ void OrbSetup::setActivity(const QString &text)
 
 OrbSettings &OrbSetup::settings(const QString &name)
 {
-    auto found = m_settings.find(name);
-    if (found == m_settings.end())
-        found = m_settings.emplace(name, std::make_unique<OrbSettings>(filePath(name))).first;
-    return *found->second;
+    return settingsOf(name);
+}
+
+OrbSettings &OrbSetup::settingsOf(QStringView name)
+{
+    const auto found = m_settings.find(name);
+    if (found != m_settings.end())
+        return *found->second;
+    const QString file = name.toString();
+    const QString path = filePath(file);
+    // Whoever was told that the file does not exist may have used it already.
+    return *m_settings.try_emplace(file, std::make_unique<OrbSettings>(path)).first->second;
 }
 
 bool OrbSetup::myReadFunc(QIODevice &device, QMap<QString, QVariant> &map)

@@ -2,14 +2,17 @@
 
 #include "ParavueSetupExport.h"
 
+#include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 #include <QVariant>
 
-#include <map>
+#include <functional>
 #include <memory>
+#include <unordered_map>
 
 class OrbSettings;
 class QIODevice;
@@ -89,10 +92,19 @@ protected:
     static bool myReadFunc(QIODevice &device, QMap<QString, QVariant> &map);
     static bool myWriteFunc(QIODevice &device, const QMap<QString, QVariant> &map);
 
+    /// Lets a file be found by a part of an address, without a copy of its name.
+    struct FileNameHash {
+        using is_transparent = void;
+        size_t operator()(QStringView name) const noexcept { return qHash(name); }
+    };
+
     QMap<QString, QString> m_filePaths;
-    std::map<QString, std::unique_ptr<OrbSettings>> m_settings;
+    /// By file name. A derived class may drop one (or all) early: it is then written, as at the end.
+    std::unordered_map<QString, std::unique_ptr<OrbSettings>, FileNameHash, std::equal_to<>> m_settings;
     QString m_address;
 
 private:
+    OrbSettings &settingsOf(QStringView name);
+
     QString m_activity;
 };
