@@ -2,7 +2,7 @@
 
 #include "device/DeviceAddress.h"
 #include "device/Limits.h"
-#include "device/LocalFile.h"
+#include "device/LocalFiles.h"
 #include "device/LoginFrames.h"
 #include "device/ReplyFrame.h"
 #include "store/OrbSettings.h"
@@ -14,7 +14,8 @@
 using namespace paravue;
 
 OrbNetSetup::OrbNetSetup(const QString &address)
-    : OrbSetup(address), m_socket(new QTcpSocket(this)), m_reply(std::make_unique<ReplyFrame>())
+    : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
+      m_reply(std::make_unique<ReplyFrame>())
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);

@@ -7,13 +7,14 @@
 #include <QByteArray>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QTcpSocket;
 
 namespace paravue
 {
-class LocalFile;
+class LocalFiles;
 class ReplyFrame;
 struct ListedFile;
 } // namespace paravue
@@ -120,7 +121,7 @@ protected:
     int m_state = Idle;
     int m_operation = NoOperation;
     QTcpSocket *m_socket;
-    std::vector<std::unique_ptr<paravue::LocalFile>> m_temporaries;
+    std::unique_ptr<paravue::LocalFiles> m_temporaries;
     QByteArray m_buffer;
     std::vector<std::unique_ptr<compcommand>> m_cmdlist;
 
@@ -138,6 +139,8 @@ private:
     QByteArray requestOf(const compcommand &command) const;
     void sendRequest(const compcommand &command);
     std::unique_ptr<compcommand> compiled(const paravue::ListedFile &file) const;
+    void replaceCommandList(const QByteArray &description);
+    std::optional<QByteArray> unpacked(const QByteArray &packed, const QString &name);
     bool keepLocalCopy(const QString &name, const QByteArray &data);
     void forgetValues(const QString &name);
 

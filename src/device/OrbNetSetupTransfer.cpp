@@ -3,7 +3,7 @@
 #include "device/DescriptionFileList.h"
 #include "device/GzText.h"
 #include "device/Limits.h"
-#include "device/LocalFile.h"
+#include "device/LocalFiles.h"
 #include "device/ReplyFrame.h"
 #include "device/StateTemplate.h"
 #include "device/WireBody.h"
@@ -131,13 +131,12 @@ QByteArray OrbNetSetup::_to_cmdstring(const QString &text)
 
 bool OrbNetSetup::keepLocalCopy(const QString &name, const QByteArray &data)
 {
-    auto file = LocalFile::create(data);
-    if (!file) {
+    const QString path = m_temporaries->add(data);
+    if (path.isEmpty()) {
         Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
         return false;
     }
-    setFilePath(name, file->path());
-    m_temporaries.push_back(std::move(file));
+    setFilePath(name, path);
     return true;
 }
 
@@ -170,36 +169,43 @@ void OrbNetSetup::_push_statefile(const QString &name, const QByteArray &data)
     _push_file(name, data);
 }
 
+/// Nothing, with a report, when \a packed unpacks to more than a description may be.
+std::optional<QByteArray> OrbNetSetup::unpacked(const QByteArray &packed, const QString &name)
+{
+    auto content = gunzipped(packed, MaxDescriptionBytes);
+    if (!content)
+        Q_EMIT pseudothrow(tr("File \"%1\" is too large").arg(name));
+    return content;
+}
+
 void OrbNetSetup::_push_gzfile(const QString &name, const QByteArray &data)
 {
-    const auto packed = LocalFile::create(data);
-    if (!packed) {
-        Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
-        return;
-    }
-    const auto content = readGzFile(packed->path(), MaxDescriptionBytes);
-    if (!content) {
-        Q_EMIT pseudothrow(tr("File \"%1\" is too large").arg(name));
-        return;
-    }
-    _push_file(name, *content);
+    if (const auto content = unpacked(data, name))
+        _push_file(name, *content);
 }
 
 void OrbNetSetup::_push_interfacefile(const QString &name, const QByteArray &data)
 {
-    _push_gzfile(name, data);
-    _overwrite_cmdlist(name);
+    const auto content = unpacked(data, name);
+    if (!content)
+        return;
+    _push_file(name, *content);
+    replaceCommandList(*content);
 }
 
 void OrbNetSetup::_overwrite_cmdlist(const QString &name)
 {
-    if (!fileExists(name))
-        return;
-    const auto files = readDescriptionFileList(readLocalFile(filePath(name)));
+    if (fileExists(name))
+        replaceCommandList(readLocalFile(filePath(name)));
+}
+
+void OrbNetSetup::replaceCommandList(const QByteArray &description)
+{
+    const auto files = readDescriptionFileList(description);
     if (!files)
         return;
     if (files->size() > MaxListedFiles) {
-        Q_EMIT pseudothrow(tr("File \"%1\" is too large").arg(name));
+        Q_EMIT pseudothrow(tr("The interface description lists more than %1 files").arg(MaxListedFiles));
         return;
     }
     // Deliberate: the position in the list stays. The first file of a list stands for the description itself,
