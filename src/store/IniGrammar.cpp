@@ -1,6 +1,7 @@
 #include "store/IniGrammar.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace paravue
 {
@@ -154,6 +155,27 @@ IniLine<View> scan(View line, EmptyValue emptyValue)
     return result;
 }
 
+template <typename View>
+bool readsBackAsInteger(View value)
+{
+    constexpr qsizetype longestInteger = 11; // -2147483648
+    if (value.isEmpty() || value.size() > longestInteger)
+        return false;
+    const bool negative = codeAt(value, 0) == u'-';
+    const View digits = value.mid(negative ? 1 : 0);
+    // Neither leading zeros nor -0.
+    if (digits.isEmpty() || (codeAt(digits, 0) == u'0' && (negative || digits.size() > 1)))
+        return false;
+    qint64 number = 0;
+    for (qsizetype i = 0; i < digits.size(); ++i) {
+        const int digit = codeAt(digits, i) - u'0';
+        if (digit < 0 || digit > 9)
+            return false;
+        number = 10 * number + digit;
+    }
+    return number <= std::numeric_limits<int>::max() + qint64(negative ? 1 : 0);
+}
+
 } // namespace
 
 IniLine<QStringView> scanIniLine(QStringView line, EmptyValue emptyValue)
@@ -168,10 +190,12 @@ IniLine<QLatin1StringView> scanIniLine(QLatin1StringView line, EmptyValue emptyV
 
 bool isPlainInteger(QStringView value)
 {
-    constexpr qsizetype longestInteger = 11; // -2147483648
-    if (value.isEmpty() || value.size() > longestInteger)
-        return false;
-    return value == QString::number(value.toInt());
+    return readsBackAsInteger(value);
+}
+
+bool isPlainInteger(QByteArrayView value)
+{
+    return readsBackAsInteger(QLatin1StringView(value));
 }
 
 QString iniKeyLine(QStringView name, QStringView value, EmptyValue emptyValue)

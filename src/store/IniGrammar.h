@@ -43,6 +43,8 @@ IniLine<QLatin1StringView> scanIniLine(QLatin1StringView line, EmptyValue emptyV
 /// True when \a value reads as the integer that it was written from, and so stands without quotes: 0, 42 and
 /// -7 do; 007, +5, 1.5 and numbers beyond 32 bits do not.
 bool isPlainInteger(QStringView value);
+/// The same for UTF-8.
+bool isPlainInteger(QByteArrayView value);
 
 /// "name = value" and a line feed. The value is quoted with ' unless it is a plain integer, or empty where
 /// that is a key. Nothing is escaped: a value that holds a single quote is written all the same, but the line

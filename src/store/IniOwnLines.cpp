@@ -13,26 +13,20 @@ namespace paravue
 namespace
 {
 
-/// The same question as isPlainInteger() for UTF-8.
-bool isPlainInteger(QByteArrayView value)
+/// Writes the line of a key whose name comes from a file, so that nothing but its value can spoil it, behind
+/// \a bytes and gives its positions.
+IniText::Mark appendKeyLine(QByteArray &bytes, QByteArrayView name, QByteArrayView value, bool bare)
 {
-    return paravue::isPlainInteger(QString::fromLatin1(value.first(std::min<qsizetype>(value.size(), 12))));
-}
-
-/// Is the line in the form that it would be written in, with the value that it has?
-bool hasUsualForm(const IniText &text, const IniText::Mark &mark)
-{
-    const QByteArrayView line = text.slice(mark.begin, mark.end);
-    const QByteArrayView value = text.value(mark);
-    const bool digit = !value.isEmpty() && uchar(value.back() - '0') < 10;
-    const bool bare = value.isEmpty() || (digit && isPlainInteger(value));
-    if (!bare && value.contains('\''))
-        return false; // it ceases to be a key line
-    const qsizetype quote = bare ? 0 : 1;
-    const qsizetype nameSize = mark.nameEnd - mark.nameBegin;
-    const QByteArrayView behindName = line.sliced(mark.nameEnd - mark.begin);
-    return mark.nameBegin == mark.begin && line.size() == nameSize + 3 + value.size() + 2 * quote + 2 &&
-           behindName.startsWith(bare ? " = " : " = '") && line.endsWith(bare ? "\r\n" : "'\r\n");
+    IniText::Mark mark;
+    bytes.append(name);
+    mark.nameEnd = quint32(bytes.size());
+    bytes.append(bare ? QByteArrayView(" = ") : QByteArrayView(" = '"));
+    mark.valueBegin = quint32(bytes.size());
+    bytes.append(value);
+    mark.valueEnd = quint32(bytes.size());
+    bytes.append(bare ? QByteArrayView("\r\n") : QByteArrayView("'\r\n"));
+    mark.end = quint32(bytes.size());
+    return mark;
 }
 
 } // namespace
@@ -63,27 +57,28 @@ std::optional<IniText> rewriteOwnLines(const IniText &text, const EntriesOfLines
 {
     PiecewiseCopy copy(text.bytes());
     std::vector<IniText::Mark> marks = text.marks();
-    for (size_t line = 0; line < marks.size(); ++line) {
-        const IniText::Mark old = marks[line];
+    QByteArray line;
+    QByteArray edited;
+    for (size_t i = 0; i < marks.size(); ++i) {
+        const IniText::Mark old = marks[i];
         const qsizetype begin = copy.position(old.begin);
-        if (old.isSection || (!entries[entriesOfLines[line]].edited && hasUsualForm(text, old))) {
-            marks[line].moveBy(begin - qsizetype(old.begin));
+        marks[i].moveBy(begin - qsizetype(old.begin));
+        if (old.isSection)
             continue;
-        }
-        const IniEntries::Entry &entry = entries[entriesOfLines[line]];
-        const QString keyLine = iniKeyLine(entry.name(), entry.value, EmptyValue::IsKey);
-        const QByteArray bytes = IniText::fileForm(keyLine);
-        IniText::Mark &mark = marks[line];
-        if (!IniText::mark(keyLine, mark) || mark.isSection)
+        const IniEntries::Entry &entry = entries[entriesOfLines[i]];
+        QByteArrayView value = text.value(old);
+        if (entry.edited)
+            value = edited = entry.value.toUtf8();
+        const bool bare = value.isEmpty() || isPlainInteger(value);
+        if (!bare && (value.contains('\'') || value.contains('\n')))
             return {};
-        const QByteArrayView name =
-            QByteArrayView(bytes).sliced(mark.nameBegin, mark.nameEnd - mark.nameBegin);
-        if (name != text.name(old))
-            return {};
-        copy.replace(old.begin, old.end, bytes);
+        line.resize(0);
+        IniText::Mark mark = appendKeyLine(line, text.name(old), value, bare);
+        if (line == text.slice(old.begin, old.end))
+            continue;
         mark.moveBy(begin);
-        mark.begin = quint32(begin);
-        mark.end = quint32(copy.position(old.end));
+        marks[i] = mark;
+        copy.replace(old.begin, old.end, line);
     }
     return IniText(copy.result(), std::move(marks));
 }
