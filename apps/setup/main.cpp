@@ -3,9 +3,11 @@
 
 #include "CommandLine.h"
 #include "SetupProgram.h"
+#include "recorder/StopSignal.h"
 
 #include <QApplication>
 #include <QTextStream>
+#include <QTimer>
 
 using namespace paravue;
 
@@ -41,5 +43,14 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     // The window closing is not the end: a save may still run behind it.
     QApplication::setQuitOnLastWindowClosed(false);
-    return runSession(commandLine);
+    // Ctrl+C cancels the window, so that the local copies of the recorder's files are removed.
+    recorder::quitOnStopSignal();
+
+    ExitCode exitCode = Failed;
+    QTimer::singleShot(0, [&] {
+        exitCode = runSession(commandLine);
+        QCoreApplication::quit();
+    });
+    QApplication::exec();
+    return exitCode;
 }

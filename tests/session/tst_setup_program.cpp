@@ -87,6 +87,7 @@ private Q_SLOTS:
     void failsInsteadOfHanging_data();
     void failsInsteadOfHanging();
 
+    void leavesNoFilesWhenInterrupted();
     void finishesTheSaveOfAnAcceptedWindow();
     void endsWithOneWhenCancelled();
     void tellsWhenTheSaveFails();
@@ -230,6 +231,27 @@ void TestSetupProgram::failsInsteadOfHanging()
     QCOMPARE(run.exitCode, 3);
     QVERIFY2(!run.err.contains("s3cret"), qPrintable(run.err));
     QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+}
+
+void TestSetupProgram::leavesNoFilesWhenInterrupted()
+{
+#ifdef Q_OS_WIN
+    QSKIP("A process of another console cannot be interrupted.");
+#endif
+    QVERIFY(QDir(m_folder->path()).mkdir("local"));
+    const QDir local(m_folder->filePath("local"));
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", local.path());
+    process.setProcessEnvironment(environment);
+    process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
+    const int bothCopiesOfAllFiles = 18;
+    QTRY_VERIFY_WITH_TIMEOUT(local.entryList(QDir::Files).size() >= bothCopiesOfAllFiles, 20'000);
+    process.terminate();
+    QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 20'000);
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(local.entryList(QDir::Files), QStringList());
 }
 
 ExitCode TestSetupProgram::runSessionAs(const std::function<void(QWidget &)> &user)
