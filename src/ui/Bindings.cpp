@@ -69,8 +69,8 @@ void Bindings::changed(QWidget *sender)
 void Bindings::write(const QString &assignment)
 {
     m_context.store().setValue(assignment);
-    for (const QString &name : m_table.dependants(OrbSetup::path(assignment))) {
-        if (Control *control = m_table.find(name))
+    for (const int number : m_table.dependants(OrbSetup::path(assignment))) {
+        if (Control *control = m_table.find(number))
             reload(*control);
     }
 }

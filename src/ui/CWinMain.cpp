@@ -12,7 +12,6 @@
 #include "ui/WindowLook.h"
 
 #include <QApplication>
-#include <QCryptographicHash>
 #include <QEventLoop>
 #include <QFile>
 #include <QGridLayout>
@@ -42,15 +41,11 @@ const QString progressFile = QStringLiteral("general");
 const QString progressAddress = QStringLiteral("general/progress_dialog/progress");
 const QString progressTag = QStringLiteral("progress_dialog");
 
-/// The address of a store as it may be shown: without login and password.
+/// The host out of a store's address. Login and password are not for the screen, and a port may stand there
+/// in a form that only the link understands.
 QString recorderName(const QString &address)
 {
-    return address.mid(address.lastIndexOf(u'@') + 1);
-}
-
-QByteArray digest(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
+    return address.mid(address.lastIndexOf(u'@') + 1).section(u':', 0, 0);
 }
 
 /// Enter presses the button that has the focus; in any other place it is left to the default button.
@@ -58,10 +53,10 @@ bool pressFocusedButton(const QKeyEvent &event)
 {
     if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
         return false;
-    auto *button = qobject_cast<QPushButton *>(QApplication::focusWidget());
-    if (!button)
+    QWidget *focus = QApplication::focusWidget();
+    if (!qobject_cast<QPushButton *>(focus) && !qobject_cast<QToolButton *>(focus))
         return false;
-    button->click();
+    static_cast<QAbstractButton *>(focus)->click();
     return true;
 }
 
@@ -80,7 +75,9 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     wire();
     new WindowDrag(this, m_header->label());
     show();
-    m_setup->load();
+    operate([this] { m_setup->load(); });
+    if (!isBuilt())
+        loadingView();
 }
 
 CWinMain::~CWinMain() = default;
@@ -91,18 +88,29 @@ void CWinMain::createWidgets()
     m_headerBase = (recorder.isEmpty() ? windowTitle() : recorder) + u' ';
     m_header = new WindowHeader(this);
     m_header->label()->setText(m_headerBase);
-    m_loading = new LoadingView(this);
-    m_loading->setRecorder(recorder);
     m_tabs = new QTabWidget(this);
     m_tabs->hide();
-    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), tr("OK"), this);
+    m_okText = tr("OK");
+    m_cancelText = tr("Cancel");
+    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), m_okText, this);
     m_ok->setDefault(true);
     m_ok->setEnabled(false); // what it does comes with the description
-    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), tr("Cancel"), this);
+    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), m_cancelText, this);
     for (QPushButton *button : {m_ok, m_cancel}) {
         button->setAutoDefault(false);
         button->setMinimumWidth(20 * SpacingStep);
     }
+}
+
+LoadingView &CWinMain::loadingView()
+{
+    // A local store has loaded before there is anything to see of it.
+    if (!m_loading) {
+        m_loading = new LoadingView(this);
+        m_loading->setRecorder(recorderName(m_setup->address()));
+        m_pages->addWidget(m_loading, 0, 0);
+    }
+    return *m_loading;
 }
 
 void CWinMain::arrangeWidgets()
@@ -115,16 +123,15 @@ void CWinMain::arrangeWidgets()
     buttons->addWidget(m_cancel, 0, 2);
     m_grip = new QSizeGrip(this);
 
-    auto *pages = new QGridLayout;
-    pages->setContentsMargins(PageMargin, 0, PageMargin, 0);
-    pages->addWidget(m_loading, 0, 0);
-    pages->addWidget(m_tabs, 0, 0);
+    m_pages = new QGridLayout;
+    m_pages->setContentsMargins(PageMargin, 0, PageMargin, 0);
+    m_pages->addWidget(m_tabs, 0, 0);
 
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(1, 1, 1, 1); // the window's own border
     layout->setVerticalSpacing(PageMargin);
     layout->addWidget(m_header, 0, 0);
-    layout->addLayout(pages, 1, 0);
+    layout->addLayout(m_pages, 1, 0);
     layout->addLayout(buttons, 2, 0);
     layout->setRowStretch(1, 1);
 
@@ -150,6 +157,9 @@ int CWinMain::exec()
 {
     // Not the toolkit's own: a text that is thrown through that leaves its loop behind, and closing the
     // window afterwards would use it.
+    if (m_isRunning)
+        return result();
+    const QScopedValueRollback running(m_isRunning, true);
     setResult(Rejected);
     show();
     QEventLoop loop;
@@ -178,8 +188,8 @@ void CWinMain::operate(const std::function<void()> &work)
 void CWinMain::onSetupProgress(int percent)
 {
     operate([&] {
-        if (!isBuilt())
-            m_loading->setProgress(percent, m_setup->activity());
+        if (!isBuilt() && percent < 100)
+            loadingView().setProgress(percent, m_setup->activity());
         // A purely local store may have no such file.
         if (m_setup->fileExists(progressFile))
             m_session->bindings.write(progressAddress + u'/' + QString::number(percent));
@@ -252,7 +262,7 @@ void CWinMain::saveSettings()
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
     if (!isBuilt())
-        m_loading->showFailure(s);
+        loadingView().showFailure(s);
     m_session->dialogs.close(progressTag);
     if (m_errorOnScreen || (m_operations > 0 && !m_deferredError.isEmpty()))
         qCWarning(log).noquote() << "not shown, another message came first:" << s;
@@ -264,9 +274,12 @@ void CWinMain::slot_onpseudothrow(const QString &s)
 
 void CWinMain::showError(const QString &message)
 {
-    const QScopedValueRollback guard(m_errorOnScreen, true);
+    m_errorOnScreen = true;
     OrbDlgQuestion::Do(this, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
                        QMessageBox::NoButton);
+    // Whoever reported this may go on to report what follows from it before the event loop runs again.
+    QMetaObject::invokeMethod(
+        this, [this] { m_errorOnScreen = false; }, Qt::QueuedConnection);
 }
 
 void CWinMain::readDescription()
@@ -281,7 +294,7 @@ void CWinMain::readDescription()
     }
     const QByteArray description = file.readAll();
     // What was loaded may be something else, a report for example.
-    if (path == m_builtFrom && digest(description) == m_builtDigest)
+    if (path == m_builtFrom && description == m_builtText)
         m_session->bindings.reload();
     else
         build(description, path);
@@ -301,16 +314,18 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     const bool isFirst = !isBuilt();
     const int shownPage = isFirst ? -1 : m_tabs->currentIndex();
     m_builtFrom = path;
-    m_builtDigest = digest(description);
+    m_builtText = description;
     setUpdatesEnabled(false);
     applyDescription();
     buildPages(shownPage);
     applySize();
-    m_loading->hide();
-    m_tabs->show();
-    m_ok->setEnabled(true);
     m_session->bindings.loadNew(m_session->table.numbersSince(0));
     chainTabOrder();
+    // Shown when the values are in: each of them would make a visible page arrange itself anew.
+    if (m_loading)
+        m_loading->hide();
+    m_tabs->show();
+    m_ok->setEnabled(true);
     setUpdatesEnabled(true);
     if (isFirst)
         m_tabs->setFocus();
@@ -333,16 +348,13 @@ void CWinMain::applyButtons()
     const QDomElement cancel = root.firstChildElement(QStringLiteral("buttonCancel"));
     // Deliberate: Cancel has the tool tip that stands under buttonOK.
     const QString toolTip = ok.firstChildElement(QStringLiteral("tooltip")).text();
-    const auto apply = [&](QPushButton *button, const QDomElement &element) {
-        if (element.isNull())
-            return;
+    const auto apply = [&](QPushButton *button, const QDomElement &element, const QString &ownText) {
         const QDomElement text = element.firstChildElement(QStringLiteral("text"));
-        if (!text.isNull())
-            button->setText(m_session->context.text(text.text()));
-        button->setToolTip(safeRichText(m_session->context.text(toolTip)));
+        button->setText(text.isNull() ? ownText : m_session->context.text(text.text()));
+        button->setToolTip(element.isNull() ? QString() : safeRichText(m_session->context.text(toolTip)));
     };
-    apply(m_ok, ok);
-    apply(m_cancel, cancel);
+    apply(m_ok, ok, m_okText);
+    apply(m_cancel, cancel, m_cancelText);
 }
 
 void CWinMain::buildPages(int shownPage)
@@ -381,14 +393,11 @@ void CWinMain::applySize()
 
 void CWinMain::chainTabOrder()
 {
-    QWidget *last = m_tabs;
-    const QList<int> numbers = m_session->table.numbersSince(0);
-    if (!numbers.isEmpty() && m_session->table.find(numbers.last())->type)
-        last = m_session->table.find(numbers.last())->widget;
     for (QWidget *next : {static_cast<QWidget *>(m_ok), static_cast<QWidget *>(m_cancel),
                           static_cast<QWidget *>(m_header->closeButton())}) {
-        setTabOrder(last, next);
-        last = next;
+        // The order is a ring that begins and ends at the window.
+        if (QWidget *last = previousInFocusChain(); last != next)
+            setTabOrder(last, next);
     }
 }
 

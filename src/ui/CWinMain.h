@@ -8,6 +8,7 @@
 #include <memory>
 
 class OrbSetup;
+class QGridLayout;
 class QPushButton;
 class QSizeGrip;
 class QTabWidget;
@@ -35,7 +36,7 @@ public:
     ~CWinMain() override;
 
     /// Runs the window in an event loop of its own until it is closed; returns its result. A text thrown
-    /// meanwhile passes through.
+    /// meanwhile passes through. A window that runs already is left alone.
     int exec() override;
     /// Closes what the window has opened and lets go of the store. May throw, unlike the destructor.
     void endSession();
@@ -70,6 +71,7 @@ protected:
 private:
     void createWidgets();
     void arrangeWidgets();
+    paravue::LoadingView &loadingView();
     void wire();
     /// Runs a piece of work during which errors wait, so that a burst of them becomes one message, and no
     /// message box lets other events in while the work is half done.
@@ -87,16 +89,20 @@ private:
 
     OrbSetup *m_setup;
     paravue::WindowHeader *m_header = nullptr;
-    paravue::LoadingView *m_loading = nullptr;
+    QGridLayout *m_pages = nullptr;
+    paravue::LoadingView *m_loading = nullptr; ///< made when a load takes its time
     QTabWidget *m_tabs = nullptr;
     QPushButton *m_ok = nullptr;
     QPushButton *m_cancel = nullptr;
     QSizeGrip *m_grip = nullptr;
     QString m_headerBase;
-    QString m_builtFrom;      ///< path of the description that the pages were built from
-    QByteArray m_builtDigest; ///< and a digest of its bytes
-    QString m_deferredError;  ///< the first message of the operation that runs
-    int m_operations = 0;     ///< operations that run, one inside the other
+    QString m_okText; ///< captions without a description
+    QString m_cancelText;
+    QString m_builtFrom;     ///< path of the description that the pages were built from
+    QByteArray m_builtText;  ///< and its bytes
+    QString m_deferredError; ///< the first message of the operation that runs
+    int m_operations = 0;    ///< operations that run, one inside the other
     bool m_errorOnScreen = false;
+    bool m_isRunning = false;
     std::unique_ptr<paravue::SetupSession> m_session;
 };

@@ -78,11 +78,12 @@ QList<int> ControlTable::numbersSince(int first) const
 void ControlTable::addDependency(const Control &control, const QString &address)
 {
     const QString path = OrbSetup::path(address);
-    QSet<QString> &known = m_addresses[control.name];
-    if (known.contains(path))
+    const auto known = m_dependencies.size();
+    m_dependencies.insert({control.number, path});
+    if (m_dependencies.size() == known)
         return;
-    known.insert(path);
-    m_dependants[path].append(control.name);
+    m_dependants[path].append(control.number);
+    m_controls.at(control.number).watched.append(path);
 }
 
 void ControlTable::remove(const QList<int> &numbers)
@@ -92,11 +93,11 @@ void ControlTable::remove(const QList<int> &numbers)
         if (found == m_controls.end())
             continue;
         removeDecorations(found->second);
-        const QSet<QString> addresses = m_addresses.take(found->second.name);
-        for (const QString &path : addresses) {
-            QStringList &names = m_dependants[path];
-            names.removeOne(found->second.name);
-            if (names.isEmpty())
+        for (const QString &path : std::as_const(found->second.watched)) {
+            m_dependencies.remove({number, path});
+            QList<int> &numbersThere = m_dependants[path];
+            numbersThere.removeOne(number);
+            if (numbersThere.isEmpty())
                 m_dependants.remove(path);
         }
         m_controls.erase(found);
@@ -107,15 +108,14 @@ void ControlTable::clear()
 {
     m_controls.clear();
     m_dependants.clear();
-    m_addresses.clear();
+    m_dependencies.clear();
 }
 
 void ControlTable::removeDecorations(const Control &control)
 {
-    if (!control.widget && control.element.lastChildElement(control.name).isNull())
-        return;
-    m_document.remove(control.element.lastChildElement(control.name));
-    m_document.remove(control.element.lastChildElement(widgetTag));
+    QDomElement element = control.element;
+    element.removeChild(element.lastChildElement(control.name));
+    element.removeChild(element.lastChildElement(widgetTag));
 }
 
 } // namespace paravue

@@ -6,9 +6,11 @@
 #include <QPointer>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <map>
+#include <utility>
 
 namespace paravue
 {
@@ -24,6 +26,7 @@ struct Control {
     QPointer<QWidget> widget;
     const ControlType *type = nullptr; ///< null for windows, which show no value
     bool loaded = false;               ///< the first load is over
+    QStringList watched;               ///< file/section/key of every value that it shows
 };
 
 /// Who belongs to whom: elements of the description, their widgets, and the configuration addresses whose
@@ -53,9 +56,8 @@ public:
 
     /// The control shows the value at \a address from now on.
     void addDependency(const Control &control, const QString &address);
-    /// The names of the controls that show a value from \a path (file/section/key), in the order in which
-    /// they came.
-    QStringList dependants(const QString &path) const { return m_dependants.value(path); }
+    /// The controls that show a value from \a path (file/section/key), in the order in which they came.
+    QList<int> dependants(const QString &path) const { return m_dependants.value(path); }
 
     /// Forgets these controls and takes their decorations out of the document.
     void remove(const QList<int> &numbers);
@@ -66,8 +68,8 @@ private:
 
     InterfaceDocument &m_document;
     std::map<int, Control> m_controls;
-    QHash<QString, QStringList> m_dependants;
-    QHash<QString, QSet<QString>> m_addresses; ///< by unique name: the keys of m_dependants that hold it
+    QHash<QString, QList<int>> m_dependants;      ///< by file/section/key
+    QSet<std::pair<int, QString>> m_dependencies; ///< the same, to know what is there already
     int m_next = 0;
 };
 

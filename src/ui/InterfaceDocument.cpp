@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <algorithm>
+
 namespace paravue
 {
 namespace
@@ -13,6 +15,18 @@ namespace
 QString tr(const char *text)
 {
     return QCoreApplication::translate("CWinMain", text);
+}
+
+const QString translationsTag = QStringLiteral("translations");
+
+/// Tags that mark what a window was built from; a description does not use them itself.
+bool isDecoration(const QString &tag)
+{
+    if (tag == QLatin1String("controlWidget"))
+        return true;
+    const QStringView number = QStringView(tag).mid(4);
+    return tag.startsWith(QLatin1String("link")) && !number.isEmpty() &&
+           std::all_of(number.begin(), number.end(), [](QChar c) { return c.isDigit(); });
 }
 
 QString validate(const QDomDocument &document, const QString &path)
@@ -55,7 +69,9 @@ QString InterfaceDocument::load(const QByteArray &text, const QString &path)
     m_document = document;
     m_elements.clear();
     m_translations.clear();
-    index(m_document.documentElement());
+    for (QDomElement table = root().firstChildElement(translationsTag); !table.isNull();
+         table = table.nextSiblingElement(translationsTag))
+        indexTranslations(table);
     return {};
 }
 
@@ -65,34 +81,28 @@ QString InterfaceDocument::translation(const QString &language, const QString &i
     return texts == m_translations.constEnd() ? QString() : texts->value(id);
 }
 
+QList<QDomElement> InterfaceDocument::elements(const QString &tag) const
+{
+    if (m_elements.isEmpty() && !root().isNull())
+        index(root());
+    return m_elements.value(tag);
+}
+
 QDomElement InterfaceDocument::append(QDomElement parent, const QString &tag)
 {
     QDomElement element = m_document.createElement(tag);
     parent.appendChild(element);
-    m_elements[tag].append(element);
     return element;
 }
 
-void InterfaceDocument::remove(QDomElement element)
-{
-    const auto found = m_elements.find(element.tagName());
-    if (found != m_elements.end()) {
-        found->removeOne(element);
-        if (found->isEmpty())
-            m_elements.erase(found);
-    }
-    element.parentNode().removeChild(element);
-}
-
-void InterfaceDocument::index(const QDomElement &element)
+void InterfaceDocument::index(const QDomElement &element) const
 {
     m_elements[element.tagName()].append(element);
-    const bool isRoot = element == m_document.documentElement();
+    const bool isRoot = element == root();
     for (QDomElement child = element.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
-        if (isRoot && child.tagName() == QLatin1String("translations"))
-            indexTranslations(child);
-        else
+        const bool isTranslations = isRoot && child.tagName() == translationsTag;
+        if (!isTranslations && !isDecoration(child.tagName()))
             index(child);
     }
 }

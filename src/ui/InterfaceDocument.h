@@ -11,9 +11,10 @@ namespace paravue
 /// The interface description: an XML document with the root element "pvsetup", read whole and kept for the
 /// life of the window that is built from it.
 ///
-/// Elements are found by tag through an index, never by a search of the document: a search at every event
-/// would make the cost of one edit grow with the size of the description. The translation table has an index
-/// of its own and is not part of the tag index, as a text is never the target of an action.
+/// Elements are found by tag through an index, made at the first look-up, never by a search of the document:
+/// a search at every event would make the cost of one edit grow with the size of the description. The
+/// translation table has an index of its own and is not part of the tag index, as a text is never the target
+/// of an action; neither are the elements that append() adds.
 class InterfaceDocument
 {
 public:
@@ -25,24 +26,22 @@ public:
     QDomElement root() const { return m_document.documentElement(); }
 
     /// Every element with this tag, in document order.
-    QList<QDomElement> elements(const QString &tag) const { return m_elements.value(tag); }
+    QList<QDomElement> elements(const QString &tag) const;
     /// The first of them; a null element when there is none.
-    QDomElement first(const QString &tag) const { return m_elements.value(tag).value(0); }
+    QDomElement first(const QString &tag) const { return elements(tag).value(0); }
 
     /// The text \a id in \a language; empty when there is none.
     QString translation(const QString &language, const QString &id) const;
 
-    /// Adds an empty child element that can be found by its tag.
+    /// Adds an empty child element behind the others.
     QDomElement append(QDomElement parent, const QString &tag);
-    /// Takes an element that append() made out of the document again.
-    void remove(QDomElement element);
 
 private:
-    void index(const QDomElement &element);
+    void index(const QDomElement &element) const;
     void indexTranslations(const QDomElement &translations);
 
     QDomDocument m_document;
-    QHash<QString, QList<QDomElement>> m_elements;
+    mutable QHash<QString, QList<QDomElement>> m_elements; ///< empty until the first look-up
     QHash<QString, QHash<QString, QString>> m_translations;
 };
 
