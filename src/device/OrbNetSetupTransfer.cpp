@@ -65,11 +65,12 @@ void OrbNetSetup::store()
     fillCommandList();
     m_operation = Send;
     _overwrite_cmdlist(QStringLiteral("interface"));
-    for (const auto &command : m_cmdlist) {
-        const QString name = QString::fromUtf8(command->name);
-        if (command->push == &OrbNetSetup::_push_statefile && !command->put.isEmpty() &&
-            !_compile_state(name))
-            command->put.clear();
+    // By index: a report on the way may run an event loop, and with it whatever else uses the list.
+    for (size_t i = 0; i < m_cmdlist.size(); ++i) {
+        const QString name = QString::fromUtf8(m_cmdlist[i]->name);
+        const bool isState = m_cmdlist[i]->push == &OrbNetSetup::_push_statefile;
+        if (isState && !m_cmdlist[i]->put.isEmpty() && !_compile_state(name) && i < m_cmdlist.size())
+            m_cmdlist[i]->put.clear();
     }
     flush();
     m_state = Idle;
