@@ -1,7 +1,5 @@
 #include "store/IniEntries.h"
 
-#include <QHash>
-
 #include <algorithm>
 
 namespace paravue
@@ -32,20 +30,9 @@ void IniEntries::reserve(qsizetype count)
     m_index.reserve(size_t(count));
 }
 
-quint32 IniEntries::find(QStringView key, size_t hash) const
-{
-    return m_index.find(hash, [&](quint32 number) { return m_entries[number].key == key; });
-}
-
-const IniEntries::Entry *IniEntries::find(QStringView key) const
-{
-    const quint32 number = find(key, qHash(key, QHashSeed::globalSeed()));
-    return number == KeyIndex::None ? nullptr : &m_entries[number];
-}
-
 quint32 IniEntries::numberOf(QStringView key)
 {
-    const size_t hash = qHash(key, QHashSeed::globalSeed());
+    const size_t hash = qHash(key, m_seed);
     const quint32 found = find(key, hash);
     if (found != KeyIndex::None)
         return found;

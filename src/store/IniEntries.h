@@ -2,9 +2,11 @@
 
 #include "store/KeyIndex.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringView>
 
+#include <cstring>
 #include <vector>
 
 namespace paravue
@@ -33,7 +35,11 @@ public:
     /// Makes room for \a count entries in all.
     void reserve(qsizetype count);
 
-    const Entry *find(QStringView key) const;
+    const Entry *find(QStringView key) const
+    {
+        const quint32 number = find(key, qHash(key, m_seed));
+        return number == KeyIndex::None ? nullptr : &m_entries[number];
+    }
     /// The number of the entry of \a key, which is a new one when there is none.
     quint32 numberOf(QStringView key);
     Entry &operator[](quint32 number) { return m_entries[number]; }
@@ -47,8 +53,16 @@ public:
     static void sort(std::vector<const Entry *> &entries);
 
 private:
-    quint32 find(QStringView key, size_t hash) const;
+    quint32 find(QStringView key, size_t hash) const
+    {
+        return m_index.find(hash, [&](quint32 number) {
+            const QString &found = m_entries[number].key;
+            return found.size() == key.size() &&
+                   std::memcmp(found.utf16(), key.utf16(), size_t(key.size()) * sizeof(char16_t)) == 0;
+        });
+    }
 
+    size_t m_seed = QHashSeed::globalSeed();
     std::vector<Entry> m_entries;
     KeyIndex m_index;
     mutable std::vector<const Entry *> m_sorted;

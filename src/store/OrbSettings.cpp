@@ -123,12 +123,6 @@ void OrbSettings::appendRepeats()
     }
 }
 
-void OrbSettings::readIfEmpty()
-{
-    if (m_entries.isEmpty())
-        read();
-}
-
 IniText OrbSettings::merged()
 {
     std::vector<const IniEntries::Entry *> newEntries;
@@ -180,13 +174,6 @@ bool OrbSettings::flush()
     if (!read())
         m_text = std::move(written);
     return true;
-}
-
-const QString *OrbSettings::find(QStringView key)
-{
-    readIfEmpty();
-    const IniEntries::Entry *entry = m_entries.find(key);
-    return entry ? &entry->value : nullptr;
 }
 
 QVariant OrbSettings::value(const QString &key, const QVariant &defaultValue)

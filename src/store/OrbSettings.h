@@ -51,10 +51,19 @@ public:
     QStringList matching(const QString &pattern);
 
     /// The value of "section/key", or null. Valid until the next call.
-    const QString *find(QStringView key);
+    const QString *find(QStringView key)
+    {
+        readIfEmpty();
+        const paravue::IniEntries::Entry *entry = m_entries.find(key);
+        return entry ? &entry->value : nullptr;
+    }
 
 private:
-    void readIfEmpty();
+    void readIfEmpty()
+    {
+        if (m_entries.isEmpty())
+            read();
+    }
     void takeKeys();
     void appendRepeats();
     paravue::IniText merged();

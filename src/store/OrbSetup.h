@@ -10,7 +10,6 @@
 #include <QStringView>
 #include <QVariant>
 
-#include <functional>
 #include <memory>
 #include <unordered_map>
 
@@ -97,10 +96,14 @@ protected:
         using is_transparent = void;
         size_t operator()(QStringView name) const noexcept { return qHash(name); }
     };
+    struct FileNameEqual {
+        using is_transparent = void;
+        bool operator()(QStringView a, QStringView b) const noexcept { return a == b; }
+    };
 
     QMap<QString, QString> m_filePaths;
     /// By file name. A derived class may drop one (or all) early: it is then written, as at the end.
-    std::unordered_map<QString, std::unique_ptr<OrbSettings>, FileNameHash, std::equal_to<>> m_settings;
+    std::unordered_map<QString, std::unique_ptr<OrbSettings>, FileNameHash, FileNameEqual> m_settings;
     QString m_address;
 
 private:

@@ -310,6 +310,7 @@ QByteArray randomName(QRandomGenerator &random)
     return pick(random, {"a", "b", "c", "[s]", "a=b", "[t", "n'"});
 }
 
+/// Anything that may stand in such a file.
 QByteArray randomFile(QRandomGenerator &random)
 {
     QByteArray file;
@@ -331,6 +332,24 @@ QByteArray randomFile(QRandomGenerator &random)
     return random.bounded(5) == 0 ? file.chopped(file.endsWith("\r\n") ? 2 : file.isEmpty() ? 0 : 1) : file;
 }
 
+/// What recorders send: every section and every key once.
+QByteArray randomTidyFile(QRandomGenerator &random)
+{
+    QByteArray file;
+    for (const char *section : {"t", "s", "untitled"}) {
+        if (random.bounded(4) == 0)
+            continue;
+        file += "[ " + QByteArray(section) + " ]\r\n";
+        for (const char *name : {"c", "a", "[s]", "n'"}) {
+            if (random.bounded(2) == 0)
+                file += name +
+                        pick(random, {"=1\n", " = 'x y'\r\n", " = 007\r\n;\r\n", " = \r\n", "=\"it's\"\n"});
+        }
+        file += pick(random, {"", "\r\n", "; note\r\n"});
+    }
+    return file;
+}
+
 } // namespace
 
 void tst_OrbSettings::agreesWithTheLiteralRules()
@@ -338,7 +357,7 @@ void tst_OrbSettings::agreesWithTheLiteralRules()
     QRandomGenerator random(19);
     int changed = 0;
     for (int round = 0; round < 1'500; ++round) {
-        const QByteArray file = randomFile(random);
+        const QByteArray file = round % 2 ? randomFile(random) : randomTidyFile(random);
         setContent(file);
         OrbSettings settings(m_path);
         LiteralSettings literal(file);
