@@ -10,8 +10,8 @@ class OrbSetup;
 #define PARAVUE_CALL
 #endif
 
-/// Runs a whole setup session on \a setup as a modal window and returns 1 when the user accepted it, 0 when it
-/// was rejected or could not be run (the reason has then been shown).
+/// Runs a whole setup session on \a setup as a modal window and returns 1 when the user accepted it, 0 when
+/// it was rejected or could not be run (the reason has then been shown).
 ///
 /// The caller keeps \a setup and needs a running QApplication. A save that the window started may still be
 /// under way when the call returns: OrbSetup::storeDone() tells when it is done.
