@@ -372,10 +372,11 @@ void tst_OrbSettings::agreesWithTheLiteralRules()
         for (int step = 0; step < steps; ++step) {
             const int action = random.bounded(10);
             if (action < 7) {
+                const QByteArray section = random.bounded(10) ? randomSection(random) : QByteArray(" t] y");
                 const QByteArray key =
-                    randomSection(random) + '/' +
+                    section + '/' +
                     (random.bounded(4) ? randomName(random)
-                                       : pick(random, {"new", "x y", "[s] y", "a\nb", "]"}));
+                                       : pick(random, {"new", "x y", "[t] y", "[s] y", "a\nb"}));
                 const QByteArray value =
                     pick(random, {"", "5", "07", "x y", "it's", "\"", "x\ny", "\r", "б"});
                 settings.setValue(QString::fromUtf8(key), QString::fromUtf8(value));
