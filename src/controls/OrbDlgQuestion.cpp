@@ -1,5 +1,6 @@
 #include "controls/OrbDlgQuestion.h"
 
+#include "controls/DialogLoop.h"
 #include "controls/MessageText.h"
 
 #include <QCheckBox>
@@ -43,7 +44,7 @@ QMessageBox::StandardButton OrbDlgQuestion::Do(QWidget *parent, QMessageBox::Ico
 
     // The nested event loop may destroy the parent, and the box with it.
     const QPointer<QMessageBox> alive(box.get());
-    box->exec();
+    paravue::DialogLoop::run(*box);
     if (!alive) {
         static_cast<void>(box.release());
         return QMessageBox::NoButton;

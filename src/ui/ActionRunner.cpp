@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QMetaMethod>
+#include <QScopedValueRollback>
 
 namespace paravue
 {
@@ -113,16 +114,26 @@ void ActionRunner::call(const QDomElement &action)
 {
     if (!enter())
         return;
+    const QString tag = action.text().trimmed();
+    m_work += 1 + m_document.elements(tag).size();
     QList<QPointer<QWidget>> widgets;
-    for (QWidget *widget : targets(action.text().trimmed()))
+    for (QWidget *widget : targets(tag))
         widgets.append(widget);
     if (widgets.isEmpty())
         qCWarning(log) << "no control has the tag" << action.text();
     for (const QPointer<QWidget> &widget : widgets) {
-        if (widget)
+        if (widget && !m_unwinding)
             invoke(widget, action);
     }
     leave();
+}
+
+void ActionRunner::suspend(const std::function<void()> &wait)
+{
+    const QScopedValueRollback depth(m_depth, 0);
+    const QScopedValueRollback work(m_work, qsizetype(0));
+    const QScopedValueRollback unwinding(m_unwinding, false);
+    wait();
 }
 
 void ActionRunner::invoke(QWidget *target, const QDomElement &action)
@@ -146,7 +157,10 @@ bool ActionRunner::enter()
 {
     if (m_unwinding)
         return false;
-    if (m_depth >= limits::ActionDepth) {
+    if (m_depth == 0)
+        m_work = 0;
+    // A chain need not be endless: ten actions that call ten actions each, and so on, never end either.
+    if (m_depth >= limits::ActionDepth || m_work >= limits::ActionWork) {
         m_unwinding = true;
         m_context.report(QCoreApplication::translate(
             "CWinMain", "The actions of the interface description call each other without end"));

@@ -3,6 +3,8 @@
 #include <QDomElement>
 #include <QString>
 
+#include <functional>
+
 class QWidget;
 
 namespace paravue
@@ -29,6 +31,8 @@ public:
     void reactToState(const Control &control);
     /// The call actions of an element that is no control: a button of the window, a dialog.
     void runCalls(const QDomElement &owner);
+    /// Runs \a wait, in which the user acts on: what happens there is no part of the actions that led to it.
+    void suspend(const std::function<void()> &wait);
 
 private:
     QList<QWidget *> targets(const QString &tag) const;
@@ -42,6 +46,7 @@ private:
     ControlTable &m_table;
     ControlContext &m_context;
     int m_depth = 0;
+    qsizetype m_work = 0;     ///< elements that actions have looked at since the outermost one began
     bool m_unwinding = false; ///< an endless chain was cut, and nothing more runs until it has ended
 };
 

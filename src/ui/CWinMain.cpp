@@ -1,5 +1,6 @@
 #include "ui/CWinMain.h"
 
+#include "controls/DialogLoop.h"
 #include "controls/OrbDlgQuestion.h"
 #include "store/OrbSetup.h"
 #include "ui/LoadingView.h"
@@ -12,7 +13,6 @@
 #include "ui/WindowLook.h"
 
 #include <QApplication>
-#include <QEventLoop>
 #include <QFile>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -155,17 +155,11 @@ void CWinMain::wire()
 
 int CWinMain::exec()
 {
-    // Not the toolkit's own: a text that is thrown through that leaves its loop behind, and closing the
-    // window afterwards would use it.
     if (m_isRunning)
         return result();
     const QScopedValueRollback running(m_isRunning, true);
     setResult(Rejected);
-    show();
-    QEventLoop loop;
-    const auto closed = connect(this, &CWinMain::closed, &loop, &QEventLoop::quit);
-    loop.exec(QEventLoop::DialogExec);
-    disconnect(closed);
+    DialogLoop::run(*this);
     return result();
 }
 
@@ -242,7 +236,7 @@ void CWinMain::showDialog(const QString &tag)
             // While the user is in the dialog nothing is half done, so errors need not wait.
             const QScopedValueRollback depth(m_operations, 0);
             operate([] {});
-            dialog.exec();
+            m_session->actions.suspend([&] { DialogLoop::run(dialog); });
         });
     });
 }
@@ -433,6 +427,7 @@ void CWinMain::resizeEvent(QResizeEvent *event)
 void CWinMain::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
+    // A dialog may have closed the window, and would stay on the screen alone.
     if (!event->spontaneous())
-        Q_EMIT closed();
+        m_session->dialogs.closeAll();
 }

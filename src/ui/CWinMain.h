@@ -46,8 +46,6 @@ public:
 Q_SIGNALS:
     /// \a s is a translated error message, of the window or of its store.
     void pseudothrow(const QString &s);
-    /// The window is no longer on the screen, whoever hid it.
-    void closed();
 
 public Q_SLOTS:
     void onSetupProgress(int percent);

@@ -58,10 +58,11 @@ Control *ControlTable::of(const QWidget *widget)
 
 Control *ControlTable::of(const QDomElement &element)
 {
+    // A decoration is the last child: an element without one is not searched, however many children it has.
     // Comparing the element keeps a description that brings a "controlWidget" of its own from pointing
     // anywhere.
-    const QDomElement decoration = element.lastChildElement(widgetTag);
-    if (decoration.isNull())
+    const QDomElement decoration = element.lastChild().toElement();
+    if (decoration.tagName() != widgetTag)
         return nullptr;
     Control *control = find(decoration.attribute(QStringLiteral("address")).toInt());
     return control && control->element == element ? control : nullptr;
@@ -115,7 +116,11 @@ void ControlTable::removeDecorations(const Control &control)
 {
     QDomElement element = control.element;
     element.removeChild(element.lastChildElement(control.name));
-    element.removeChild(element.lastChildElement(widgetTag));
+    // A dialog may show elements of the page behind it, and have decorated them too.
+    QDomElement decoration = element.lastChildElement(widgetTag);
+    while (!decoration.isNull() && decoration.attribute(QStringLiteral("id")) != control.name)
+        decoration = decoration.previousSiblingElement(widgetTag);
+    element.removeChild(decoration);
 }
 
 } // namespace paravue

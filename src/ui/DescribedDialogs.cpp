@@ -29,7 +29,7 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
     }
     if (find(element))
         return;
-    QPointer<QDialog> dialog = open(element);
+    const QPointer<QDialog> dialog = open(element);
     if (dialog)
         runModal(*dialog);
     if (dialog)
@@ -42,6 +42,8 @@ void DescribedDialogs::show(const QString &tag)
     if (element.isNull() || find(element))
         return;
     QDialog *dialog = open(element);
+    if (!dialog)
+        return;
     QObject::connect(dialog, &QDialog::finished, &m_window, [this, dialog] { closed(dialog); });
     dialog->show();
 }
@@ -83,7 +85,8 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
     m_parts.bindings.loadNew(controls);
     m_parts.actions.runCalls(element);
     dialog->installEventFilter(&m_window);
-    return dialog;
+    // Its own actions may have brought a new description.
+    return find(element) ? dialog : nullptr;
 }
 
 DescribedDialogs::OpenDialog *DescribedDialogs::find(const QDomElement &element)

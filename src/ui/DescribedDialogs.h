@@ -55,6 +55,7 @@ private:
         QList<int> controls;
     };
 
+    /// Null when the dialog was closed while it was being opened.
     QDialog *open(const QDomElement &element);
     OpenDialog *find(const QDomElement &element);
     void closed(QDialog *dialog);

@@ -57,25 +57,6 @@ bool isWithinGrid(const GridCell &cell)
     return isWithinGrid(cell.row, cell.rowSpan) && isWithinGrid(cell.column, cell.columnSpan);
 }
 
-/// Returns the direction in which the grid now wants to grow.
-Qt::Orientations applyStretch(QGridLayout &grid, const QDomElement &stretch)
-{
-    const bool isColumn = stretch.hasAttribute(QStringLiteral("column"));
-    if (!isColumn && !stretch.hasAttribute(QStringLiteral("row")))
-        return {};
-    const int index = intAttribute(stretch, isColumn ? QStringLiteral("column") : QStringLiteral("row"));
-    if (!isWithinGrid(index, 1))
-        return {};
-    const int factor = std::clamp(stretch.text().toInt(), 0, limits::Stretch);
-    if (isColumn)
-        grid.setColumnStretch(index, factor);
-    else
-        grid.setRowStretch(index, factor);
-    if (factor == 0)
-        return {};
-    return isColumn ? Qt::Horizontal : Qt::Vertical;
-}
-
 } // namespace
 
 PageBuilder::PageBuilder(ControlContext &context, ControlTable &table, QWidget &window)
@@ -157,6 +138,27 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
     }
     for (const auto &[position, widgets] : cells)
         m_widgets->append(widgets);
+}
+
+Qt::Orientations PageBuilder::applyStretch(QGridLayout &grid, const QDomElement &stretch)
+{
+    const bool isColumn = stretch.hasAttribute(QStringLiteral("column"));
+    if (!isColumn && !stretch.hasAttribute(QStringLiteral("row")))
+        return {};
+    const int index = intAttribute(stretch, isColumn ? QStringLiteral("column") : QStringLiteral("row"));
+    if (!isWithinGrid(index, 1)) {
+        m_context.report(tr("A stretch of row or column %1 is beyond the limits of a grid and was left out")
+                             .arg(QString::number(index)));
+        return {};
+    }
+    const int factor = std::clamp(stretch.text().toInt(), 0, limits::Stretch);
+    if (isColumn)
+        grid.setColumnStretch(index, factor);
+    else
+        grid.setRowStretch(index, factor);
+    if (factor == 0)
+        return {};
+    return isColumn ? Qt::Horizontal : Qt::Vertical;
 }
 
 void PageBuilder::addCell(QGridLayout &grid, const GridCell &cell, const QDomElement &item)

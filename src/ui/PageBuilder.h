@@ -41,6 +41,8 @@ public:
 
 private:
     void fillGrid(QGridLayout &grid, const QDomElement &item);
+    /// Returns the direction in which the grid now wants to grow.
+    Qt::Orientations applyStretch(QGridLayout &grid, const QDomElement &stretch);
     void addCell(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
     void buildGrids(const QDomElement &container, QWidget *page);
     void applyLook(const Control &control, QWidget *widget);

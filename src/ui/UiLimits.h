@@ -15,5 +15,6 @@ inline constexpr int ListColumns = 64;                ///< columns of a list
 inline constexpr qsizetype TextReplacements = 10'000; ///< references in one visible text
 inline constexpr qsizetype TextLength = 1024 * 1024;  ///< characters of one visible text
 inline constexpr int ActionDepth = 16;                ///< actions that call actions
+inline constexpr qsizetype ActionWork = 20'000;       ///< elements that one press of a button acts on
 
 } // namespace paravue::limits

@@ -1,7 +1,12 @@
 #include "ui/WindowDrag.h"
 
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QAbstractSlider>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QSizeGrip>
+#include <QTabWidget>
 #include <QWindow>
 
 #ifdef Q_OS_WIN
@@ -68,6 +73,23 @@ struct NativeWindowDrag {
 
 #endif
 
+namespace
+{
+
+/// A control, as opposed to a label, a line or the ground of a page.
+bool takesPresses(const QWidget *widget)
+{
+    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget->parentWidget());
+    if (area && area->viewport() == widget)
+        widget = area;
+    if (qobject_cast<const QTabWidget *>(widget)) // can have the focus, but for its tabs only
+        return false;
+    return widget->focusPolicy() != Qt::NoFocus || qobject_cast<const QAbstractButton *>(widget) ||
+           qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QSizeGrip *>(widget);
+}
+
+} // namespace
+
 WindowDrag::WindowDrag(QWidget *window, QLabel *header) : QObject(window), m_window(window), m_header(header)
 {
     NativeWindowDrag::install(this);
@@ -81,7 +103,7 @@ WindowDrag::~WindowDrag()
 bool WindowDrag::isHandle(const QPoint &windowPosition) const
 {
     const QWidget *child = m_window->childAt(windowPosition);
-    return !child || child == m_header || child == m_header->parentWidget();
+    return !child || !takesPresses(child);
 }
 
 bool WindowDrag::eventFilter(QObject *, QEvent *event)

@@ -16,7 +16,7 @@ ModalWatcher::ModalWatcher(Action action, const QByteArray &className)
 void ModalWatcher::look()
 {
     const QPointer<QWidget> window = QApplication::activeModalWidget();
-    if (!window || window == m_last || !window->isVisible() ||
+    if (!window || window == m_last || window != QApplication::activeWindow() ||
         window->metaObject()->className() != m_className)
         return;
     m_last = window;

@@ -87,11 +87,9 @@ void TestInterfaceDocument::findsElementsByTag()
     QCOMPARE(document.translation("ru", "mark"), "first");
     QCOMPARE(document.translation("en", "mark"), QString());
 
-    const QDomElement added = document.append(document.first("page"), "link0");
-    QCOMPARE(document.first("link0").parentNode().toElement().attribute("n"), "1");
-    document.remove(added);
-    QVERIFY(document.first("link0").isNull());
-    QVERIFY(document.first("page").firstChildElement("link0").isNull());
+    document.append(document.first("page"), "link0");
+    QCOMPARE(document.first("page").lastChildElement().tagName(), "link0");
+    QVERIFY(document.first("link0").isNull()); // nor is a decoration
 }
 
 void TestInterfaceDocument::readsTexts_data()

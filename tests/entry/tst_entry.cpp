@@ -1,0 +1,222 @@
+#include "ModalWatcher.h"
+#include "StoreFixture.h"
+#include "entry/DoParavueSetup.h"
+#include "entry/cSetupWidget.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+using namespace paravue::test;
+
+namespace
+{
+
+/// Throws where it is told to; its window has buttons that call it.
+class ThrowingStore : public OrbSetup
+{
+public:
+    void load() override
+    {
+        if (throwsInLoad)
+            throw QString("load failed");
+        OrbSetup::load();
+    }
+    void function(const QString &name, const QString &arg) override
+    {
+        calls << name + '(' + arg + ')';
+        if (name == "throw")
+            throw QString(arg);
+        if (name == "throw_number")
+            throw 7;
+    }
+
+    bool throwsInLoad = false;
+    QStringList calls;
+};
+
+const QByteArray Description = R"(<pvsetup><window><self/></window><tabwidget><tab><item type="gridlayout">
+  <item type="setup"><store/></item>
+  <item type="pushbutton" row="1"><text>Throw</text>
+    <action type="call" slot="callSetup" param="throw,run failed">store</action></item>
+  <item type="pushbutton" row="2"><text>Number</text>
+    <action type="call" slot="callSetup" param="throw_number">store</action></item>
+  <item type="pushbutton" row="3"><text>Open</text>
+    <action type="call" slot="showDialog" param="box">self</action></item>
+</item></tab></tabwidget>
+<buttonOK><action type="call" slot="accept">self</action></buttonOK>
+<x><box/><item type="gridlayout"><item type="pushbutton"><text>Inside</text>
+  <action type="call" slot="callSetup" param="throw,dialog failed">store</action></item></item></x></pvsetup>)";
+
+void press(const QWidget &window, const QString &text)
+{
+    for (QPushButton *button : window.findChildren<QPushButton *>()) {
+        if (button->text() == text) {
+            // From the event loop of the window itself: the watcher's own timer must be over by then.
+            QTimer::singleShot(0, button, &QPushButton::click);
+        }
+    }
+}
+
+bool windowIsLeft()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    for (const QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->inherits("CWinMain"))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+class TestEntry : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void returnsTheResult_data();
+    void returnsTheResult();
+    void showsWhatWasThrown_data();
+    void showsWhatWasThrown();
+    void letsOtherExceptionsThrough();
+    void splitsCommands_data();
+    void splitsCommands();
+};
+
+void TestEntry::returnsTheResult_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<int>("result");
+    QTest::newRow("accepted") << "OK" << 1;
+    QTest::newRow("rejected") << "Cancel" << 0;
+    QTest::newRow("closed") << "" << 0;
+}
+
+void TestEntry::returnsTheResult()
+{
+    QFETCH(QString, button);
+    QFETCH(int, result);
+    StoreFixture fixture({{"interface", Description}});
+    const ModalWatcher messages;
+    const ModalWatcher windows(
+        [&](QWidget &window) {
+            QCOMPARE(window.parentWidget(), nullptr);
+            QVERIFY(window.windowFlags().testFlags(Qt::Tool | Qt::FramelessWindowHint));
+            for (QPushButton *candidate : window.findChildren<QPushButton *>()) {
+                if (candidate->text() == button)
+                    candidate->click();
+            }
+        },
+        "CWinMain");
+    QCOMPARE(DoParavueSetup(&fixture.store()), result);
+    QCOMPARE(windows.count(), 1);
+    QVERIFY(!windowIsLeft());
+    QVERIFY(!messages.hasSeen());
+    Q_EMIT fixture.store().progress(5); // nobody listens any more
+}
+
+void TestEntry::showsWhatWasThrown_data()
+{
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("while the window is constructed") << "load"
+                                                     << "load failed";
+    QTest::newRow("while it runs") << "Throw"
+                                   << "run failed";
+    QTest::newRow("in a dialog") << "Inside"
+                                 << "dialog failed";
+    QTest::newRow("while a message is shown") << "message"
+                                              << "message failed";
+}
+
+void TestEntry::showsWhatWasThrown()
+{
+    QFETCH(QString, where);
+    QFETCH(QString, message);
+    const StoreFixture files({{"interface", Description}});
+    ThrowingStore store;
+    store.setFilePath("interface", const_cast<StoreFixture &>(files).store().filePath("interface"));
+    store.throwsInLoad = where == "load";
+    bool windowWasVisible = false;
+    const ModalWatcher messages([&](QWidget &box) {
+        QVERIFY(!box.parentWidget());
+        QCOMPARE(box.findChildren<QPushButton *>().size(), 1);
+        for (const QWidget *widget : QApplication::topLevelWidgets())
+            windowWasVisible = windowWasVisible || (widget != &box && widget->isVisible());
+    });
+    QTimer::singleShot(0, &store, [&] {
+        if (where == "message") {
+            QTimer::singleShot(0, &store, [] { throw QString("message failed"); });
+            Q_EMIT store.pseudothrow("first");
+        }
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->inherits("CWinMain"))
+                press(*window, where == "Inside" ? "Open" : where);
+        }
+    });
+    QTimer opened;
+    connect(&opened, &QTimer::timeout, &opened, [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog || dialog->metaObject()->className() != QByteArray("QDialog"))
+            return;
+        opened.stop();
+        press(*dialog, "Inside");
+    });
+    opened.start(1);
+    QCOMPARE(DoParavueSetup(&store), 0);
+    QCOMPARE(messages.title(), "Paravue Setup");
+    QCOMPARE(messages.count(), 1);
+    QVERIFY(messages.texts().first().contains(message));
+    QVERIFY(!windowWasVisible);
+    QVERIFY(!windowIsLeft());
+}
+
+void TestEntry::letsOtherExceptionsThrough()
+{
+    const StoreFixture files({{"interface", Description}});
+    ThrowingStore store;
+    store.setFilePath("interface", const_cast<StoreFixture &>(files).store().filePath("interface"));
+    const ModalWatcher messages;
+    QTimer::singleShot(0, &store, [] { press(*QApplication::activeModalWidget(), "Number"); });
+    int caught = 0;
+    try {
+        DoParavueSetup(&store);
+    } catch (int number) {
+        caught = number;
+    }
+    QCOMPARE(caught, 7);
+    QVERIFY(!messages.hasSeen());
+    QVERIFY(!windowIsLeft());
+}
+
+void TestEntry::splitsCommands_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("call");
+    QTest::newRow("name only") << "save_settings"
+                               << "save_settings()";
+    QTest::newRow("argument with a comma") << "a,b,c"
+                                           << "a(b,c)";
+    QTest::newRow("empty parts") << "a,,b,"
+                                 << "a(,b,)";
+    QTest::newRow("no name") << ",b"
+                             << "(b)";
+    QTest::newRow("nothing") << ""
+                             << "()";
+}
+
+void TestEntry::splitsCommands()
+{
+    QFETCH(QString, command);
+    ThrowingStore store;
+    cSetupWidget widget(&store);
+    QVERIFY(widget.isWindow());
+    QVERIFY(QMetaObject::invokeMethod(&widget, "callSetup", Q_ARG(QString, command)));
+    QTEST(store.calls.join(u'|'), "call");
+}
+
+QTEST_MAIN(TestEntry)
+#include "tst_entry.moc"

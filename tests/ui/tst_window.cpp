@@ -1,0 +1,440 @@
+#include "DescribedWindow.h"
+#include "ui/LoadingView.h"
+#include "ui/WindowHeader.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QSizeGrip>
+#include <QTabWidget>
+#include <QToolButton>
+
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray TwoPages =
+    "<tabwidget><tab><name>One</name><item type='gridlayout'>"
+    "<item type='edit'><key>net/untitled/NAME</key></item></item></tab>"
+    "<tab><name>@two</name><item type='gridlayout'><item type='label'><text>{net/untitled/NAME}</text></item>"
+    "</item></tab><selection>1</selection></tabwidget><translations><ru><two>Два</two></ru></translations>";
+
+const QByteArray ProgressDialog =
+    "<dialog><progress_dialog/><item type='gridlayout'><item type='progressbar' "
+    "maxvalue='100'><key>general/progress_dialog/progress</key></item></item></dialog>";
+
+QLabel *header(const DescribedWindow &window)
+{
+    return window.window->findChild<paravue::WindowHeader *>()->label();
+}
+
+QTabWidget *tabs(const DescribedWindow &window)
+{
+    return window.window->findChild<QTabWidget *>();
+}
+
+QList<QDialog *> dialogs(const DescribedWindow &window)
+{
+    QList<QDialog *> visible;
+    for (QDialog *dialog : window.window->findChildren<QDialog *>()) {
+        if (dialog->isVisible())
+            visible << dialog;
+    }
+    return visible;
+}
+
+} // namespace
+
+class TestWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void explainsWhatCannotBeLoaded_data();
+    void explainsWhatCannotBeLoaded();
+    void leavesOutUnknownTypes();
+    void showsOneBoxForOneBuild();
+    void showsTheFrameOfTheDescription();
+    void placesTabs_data();
+    void placesTabs();
+    void keepsItsOwnSizeWithoutBothNumbers_data();
+    void keepsItsOwnSizeWithoutBothNumbers();
+    void rebuildsForANewDescription();
+    void reloadsForOtherFiles();
+    void keepsTheOldPagesWhenTheNewOnesAreBad();
+    void showsProgressInTheDialog();
+    void writesNoProgressWithoutAFile();
+    void showsTheFirstErrorOfABurst();
+    void pressesButtonsByKey_data();
+    void pressesButtonsByKey();
+    void walksThroughTheGridByTab();
+    void followsTheMouse();
+    void runsUntilClosed();
+};
+
+void TestWindow::explainsWhatCannotBeLoaded_data()
+{
+    QTest::addColumn<QByteArray>("description");
+    QTest::addColumn<QString>("message"); // a pattern
+    QTest::newRow("no file") << QByteArray() << "File \"interface\" does not exist";
+    QTest::newRow("unreadable") << QByteArray("/") << "Cannot read file .*/nowhere";
+    QTest::newRow("broken") << QByteArray("<pvsetup>\n<a>") << ".*/interface:2\\.\\d+\n.+";
+    QTest::newRow("other root") << QByteArray("<html/>")
+                                << ".*/interface is not an Paravue Setup config file\\.";
+    QTest::newRow("other version") << QByteArray("<pvsetup version='2'/>")
+                                   << ".*/interface file version is not 1\\.0";
+}
+
+void TestWindow::explainsWhatCannotBeLoaded()
+{
+    QFETCH(QByteArray, description);
+    QFETCH(QString, message);
+    StoreFixture fixture({{"net", ""}});
+    if (description == "/")
+        fixture.store().setFilePath("interface", "/nowhere");
+    else if (!description.isEmpty())
+        fixture.setFile("interface", description);
+    ModalWatcher messages;
+    CWinMain window(&fixture.store(), nullptr);
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.title(), "Paravue Setup");
+    // The box shortens long paths; the window shows the same.
+    const QString shown = messages.texts().first();
+    QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(message)).match(shown).hasMatch() ||
+                 shown.contains(QChar(0x2026)),
+             qPrintable(shown));
+    auto *view = window.findChild<paravue::LoadingView *>();
+    QVERIFY(view->isVisible());
+    QVERIFY(!view->findChild<QProgressBar *>()->isVisible());
+
+    // Once the file has come after all, the window is as if nothing had happened.
+    fixture.setFile("interface", describe(TwoPages));
+    fixture.store().load();
+    QVERIFY(!view->isVisible());
+    QCOMPARE(window.findChild<QTabWidget *>()->count(), 2);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QVERIFY(!window.isVisible());
+    QCOMPARE(messages.count(), 1);
+}
+
+void TestWindow::leavesOutUnknownTypes()
+{
+    const DescribedWindow window(describe(
+        "<tabwidget><tab><item type='edit'/><item type='gridlayout'><item type='edit'/><item type='knob' "
+        "row='1'/><item type='Edit' row='2'/><item type='label' row='3'><text>Last</text></item></item></tab>"
+        "</tabwidget>"));
+    QCOMPARE(window.messages.texts(), QStringList("Unknown node type \"edit\""));
+    QVERIFY(window.widget<QLineEdit>(0));
+    QVERIFY(!window.widget<QLineEdit>(1));
+    QCOMPARE(window.widget<QLabel>()->text(), "Last");
+}
+
+void TestWindow::showsOneBoxForOneBuild()
+{
+    const DescribedWindow window(describePage("<item type='knob'/><item type='dial' row='1'/>"));
+    QCOMPARE(window.messages.texts(), QStringList("Unknown control type \"knob\""));
+}
+
+void TestWindow::showsTheFrameOfTheDescription()
+{
+    DescribedWindow window(
+        describe("<window width='500' textside='left'><title>@t {net/untitled/NAME}</title><width>700</width>"
+                 "<height>610</height><tooltip>Tip</tooltip></window>"
+                 "<buttonOK><text>@t</text><tooltip>Sends {net/untitled/NAME}</tooltip></buttonOK>"
+                 "<buttonCancel><text>Away</text><tooltip>not this</tooltip></buttonCancel>" +
+                 TwoPages + "<translations><ru><t>Titel</t></ru></translations>"),
+        {{"net", "NAME=Gate\n"}});
+    QCOMPARE(window.window->windowTitle(), "Paravue Setup");
+    QVERIFY2(header(window)->text().endsWith(" Titel Gate"), qPrintable(header(window)->text()));
+    QCOMPARE(window.window->size(), QSize(700, 610));
+    QCOMPARE(window.window->minimumWidth(), 500);
+    QCOMPARE(window.window->toolTip(), "Tip");
+    QCOMPARE(window.window->layoutDirection(), Qt::RightToLeft);
+    QVERIFY(window.button<QPushButton>("Titel"));
+    QCOMPARE(window.button<QPushButton>("Titel")->toolTip(), "Sends Gate");
+    QCOMPARE(window.button<QPushButton>("Away")->toolTip(), "Sends Gate");
+    QCOMPARE(tabs(window)->tabText(1), "Два");
+    QCOMPARE(tabs(window)->currentIndex(), 1);
+
+    DescribedWindow bare(describe(TwoPages));
+    QVERIFY(bare.button<QPushButton>("OK"));
+    QVERIFY(bare.button<QPushButton>("Cancel"));
+}
+
+void TestWindow::placesTabs_data()
+{
+    QTest::addColumn<QByteArray>("position");
+    QTest::addColumn<QTabWidget::TabPosition>("expected");
+    QTest::newRow("South") << QByteArray("South") << QTabWidget::South;
+    QTest::newRow("West") << QByteArray("West") << QTabWidget::West;
+    QTest::newRow("East") << QByteArray("East") << QTabWidget::East;
+    QTest::newRow("lower case") << QByteArray("south") << QTabWidget::North;
+    QTest::newRow("other word") << QByteArray("Left") << QTabWidget::North;
+}
+
+void TestWindow::placesTabs()
+{
+    QFETCH(QByteArray, position);
+    DescribedWindow window(describe("<tabwidget><tabposition>" + position + "</tabposition></tabwidget>"));
+    QTEST(tabs(window)->tabPosition(), "expected");
+}
+
+void TestWindow::keepsItsOwnSizeWithoutBothNumbers_data()
+{
+    QTest::addColumn<QByteArray>("size");
+    QTest::newRow("width 0") << QByteArray("<width>0</width><height>700</height>");
+    QTest::newRow("no height") << QByteArray("<width>700</width>");
+    QTest::newRow("no number") << QByteArray("<width>700</width><height>tall</height>");
+}
+
+void TestWindow::keepsItsOwnSizeWithoutBothNumbers()
+{
+    QFETCH(QByteArray, size);
+    const DescribedWindow plain(describe("<window/>"));
+    const DescribedWindow window(describe("<window>" + size + "</window>"));
+    QCOMPARE(window.window->size(), plain.window->size());
+}
+
+void TestWindow::rebuildsForANewDescription()
+{
+    DescribedWindow window(
+        describe("<window><title>First</title></window><buttonCancel><text>Leave</text></buttonCancel>" +
+                 TwoPages + ProgressDialog),
+        {{"net", "NAME=Gate\n"}, {"general", ""}});
+    Q_EMIT window.fixture.store().progress(50);
+    QCOMPARE(dialogs(window).size(), 1);
+    window.fixture.setFile(
+        "interface",
+        describe(
+            "<window><title>Second</title></window><tabwidget><tab/><tab><name>New</name>"
+            "<item type='gridlayout'><item type='edit'><key>net/untitled/NAME</key></item></item></tab><tab/>"
+            "</tabwidget>"));
+    window.window->onLoadDone();
+    QCOMPARE(dialogs(window).size(), 0);
+    window.settle();
+    QVERIFY(header(window)->text().endsWith("Second"));
+    QVERIFY(!header(window)->text().contains("First"));
+    QVERIFY(window.button<QPushButton>("Cancel"));
+    QCOMPARE(tabs(window)->count(), 3);
+    QCOMPARE(tabs(window)->currentIndex(), 1);
+    QVERIFY(!window.widget<QLabel>());
+    QVERIFY(!window.widget<QLineEdit>(1));
+    QTest::keyClicks(window.widget<QLineEdit>(), "!");
+    QCOMPARE(window.value("net/untitled/NAME"), "Gate!");
+    QCOMPARE(window.messages.texts(), QStringList());
+}
+
+void TestWindow::reloadsForOtherFiles()
+{
+    DescribedWindow window(describe(TwoPages), {{"net", "NAME=Gate\n"}});
+    tabs(window)->setCurrentIndex(0);
+    const QPointer<QLineEdit> field = window.widget<QLineEdit>();
+    window.fixture.store().setValue("net/untitled/NAME/New");
+    window.fixture.store().load();
+    QCOMPARE(field->text(), "New");
+    window.settle();
+    QVERIFY(field); // the window is not built again
+    QCOMPARE(window.widget<QLabel>()->text(), "New");
+    QCOMPARE(tabs(window)->currentIndex(), 0);
+}
+
+void TestWindow::keepsTheOldPagesWhenTheNewOnesAreBad()
+{
+    DescribedWindow window(describe(TwoPages), {{"net", "NAME=Gate\n"}});
+    window.fixture.setFile("interface", "<pvsetup><tabwidget>");
+    window.window->onLoadDone();
+    QCOMPARE(window.messages.count(), 1);
+    window.settle();
+    QCOMPARE(tabs(window)->count(), 2);
+    QTest::keyClicks(window.widget<QLineEdit>(), "!");
+    QCOMPARE(window.value("net/untitled/NAME"), "Gate!");
+    QCOMPARE(window.widget<QLabel>()->text(), "Gate!");
+}
+
+void TestWindow::showsProgressInTheDialog()
+{
+    DescribedWindow window(describe(TwoPages + ProgressDialog), {{"net", ""}, {"general", ""}});
+    OrbSetup &store = window.fixture.store();
+    for (int round = 0; round < 2; ++round) {
+        QCOMPARE(dialogs(window).size(), 0);
+        Q_EMIT store.progress(30);
+        Q_EMIT store.progress(99);
+        QCOMPARE(dialogs(window).size(), 1);
+        QVERIFY(!dialogs(window).first()->isModal());
+        QCOMPARE(dialogs(window).first()->findChild<QProgressBar *>()->value(), 99);
+        QCOMPARE(window.value("general/progress_dialog/progress"), "99");
+        Q_EMIT store.progress(100);
+    }
+    QCOMPARE(dialogs(window).size(), 0);
+    // After a fault nothing would close it any more.
+    Q_EMIT store.progress(10);
+    Q_EMIT store.pseudothrow("Connection lost");
+    QCOMPARE(dialogs(window).size(), 0);
+    QCOMPARE(window.messages.texts(), QStringList("Connection lost"));
+}
+
+void TestWindow::writesNoProgressWithoutAFile()
+{
+    DescribedWindow window(describe(TwoPages + ProgressDialog), {{"net", ""}});
+    Q_EMIT window.fixture.store().progress(30);
+    QCOMPARE(dialogs(window).size(), 0);
+    DescribedWindow other(describe(TwoPages), {{"net", ""}, {"general", ""}});
+    Q_EMIT other.fixture.store().progress(30);
+    QCOMPARE(other.value("general/progress_dialog/progress"), "30");
+    QCOMPARE(window.messages.count() + other.messages.count(), 0);
+}
+
+void TestWindow::showsTheFirstErrorOfABurst()
+{
+    DescribedWindow window(describe(TwoPages), {{"net", ""}});
+    OrbSetup &store = window.fixture.store();
+    Q_EMIT store.pseudothrow("one");
+    Q_EMIT store.pseudothrow("two");
+    QCOMPARE(window.messages.texts(), QStringList("one"));
+    QCOMPARE(window.messages.title(), "Paravue Setup");
+    window.settle();
+    // One that comes while the box is on the screen is dropped as well; afterwards there is a new one.
+    QTimer::singleShot(0, &store, [&] { Q_EMIT store.pseudothrow("four"); });
+    Q_EMIT store.pseudothrow("three");
+    window.settle();
+    window.window->setValue("net/untitled");
+    QCOMPARE(window.messages.texts(), (QStringList{"one", "three", "Wrong value \"net/untitled\""}));
+    QVERIFY(window.window->isVisible());
+}
+
+void TestWindow::pressesButtonsByKey_data()
+{
+    QTest::addColumn<QString>("focus");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("outcome"); // the last word that a button wrote, or how the window was closed
+    QTest::newRow("Enter in a field") << "edit" << int(Qt::Key_Return) << "ok";
+    QTest::newRow("Enter in a check box") << "check" << int(Qt::Key_Enter) << "ok";
+    QTest::newRow("Enter in a list of choices") << "choice" << int(Qt::Key_Return) << "ok";
+    QTest::newRow("Enter on a button of the page") << "button" << int(Qt::Key_Return) << "format";
+    QTest::newRow("space on a button of the page") << "button" << int(Qt::Key_Space) << "format";
+    QTest::newRow("Enter on Cancel") << "cancel" << int(Qt::Key_Return) << "rejected";
+    QTest::newRow("Enter on the close button") << "close" << int(Qt::Key_Return) << "rejected";
+    QTest::newRow("Escape in a field") << "edit" << int(Qt::Key_Escape) << "rejected";
+}
+
+void TestWindow::pressesButtonsByKey()
+{
+    QFETCH(QString, focus);
+    QFETCH(int, key);
+    DescribedWindow window(
+        describePage(
+            "<item type='pushbutton'><text>Format</text>"
+            "<action type='call' slot='setValue' param='net/untitled/DONE/format'>self</action></item>"
+            "<item type='edit' row='1'/><item type='checkbox' row='2'/><item type='dropdown' row='3'/>",
+            "<buttonOK><action type='call' slot='setValue' param='net/untitled/DONE/ok'>self</action>"
+            "<action type='enable'>self</action></buttonOK>"),
+        {{"net", ""}});
+    const QMap<QString, QWidget *> targets{
+        {"edit", window.widget<QLineEdit>()},
+        {"check", window.widget<QCheckBox>()},
+        {"choice", window.widget<QComboBox>()},
+        {"button", window.widget<QPushButton>()},
+        {"cancel", window.button<QPushButton>("Cancel")},
+        {"close", window.window->findChild<paravue::WindowHeader *>()->closeButton()}};
+    QSignalSpy rejected(window.window.get(), &QDialog::rejected);
+    targets[focus]->setFocus();
+    QTest::keyClick(targets[focus], Qt::Key(key));
+    QString outcome = window.value("net/untitled/DONE");
+    if (!window.window->isVisible() && rejected.size() == 1)
+        outcome += "rejected";
+    QTEST(outcome, "outcome");
+}
+
+void TestWindow::walksThroughTheGridByTab()
+{
+    // Written from the bottom to the top, with a nested grid and a nested tab widget.
+    const QByteArray page =
+        "<tab><name>P</name><item type='gridlayout'><item type='edit' row='3'><e/></item>"
+        "<item type='tabwidget' row='2'><tab><name>I</name><item type='gridlayout'><item type='edit' "
+        "row='1'/>"
+        "<item type='edit' row='0'/></item></tab></item>"
+        "<item type='gridlayout' row='1'><item type='edit' column='1'/><item type='edit' column='0'/></item>"
+        "<item type='label' row='0' column='0'/><item type='edit' row='0' column='1'/></item></tab>";
+    const QByteArray plain = "<tab><name>Q</name><item type='gridlayout'><item type='edit'/>"
+                             "<item type='edit' row='1'/></item></tab>";
+    const auto walk = [](DescribedWindow &window, int steps) {
+        QStringList names;
+        tabs(window)->setFocus();
+        for (int step = 0; step < steps; ++step) {
+            QTest::keyClick(window.window.get(), Qt::Key_Tab);
+            QWidget *focus = QApplication::focusWidget();
+            auto *button = qobject_cast<QPushButton *>(focus);
+            names << (button                           ? button->text()
+                      : qobject_cast<QTabBar *>(focus) ? "tabs"
+                                                       : focus->accessibleName());
+        }
+        return names.join(u' ');
+    };
+    DescribedWindow window(describe("<tabwidget>" + page + plain + "</tabwidget>"));
+    QCOMPARE(walk(window, 11), "link7 link5 link4 tabs link3 link2 link0 OK Cancel Close tabs");
+    tabs(window)->setCurrentIndex(1);
+    QCOMPARE(walk(window, 6), "link8 link9 OK Cancel Close tabs");
+    window.fixture.setFile("interface", describe("<tabwidget>" + plain + page + "</tabwidget>"));
+    window.window->onLoadDone();
+    window.settle();
+    QCOMPARE(walk(window, 11), "link19 link17 link16 tabs link15 link14 link12 OK Cancel Close tabs");
+}
+
+void TestWindow::followsTheMouse()
+{
+    DescribedWindow window(
+        describePage("<item type='label'><text>Text</text></item><item type='edit' row='1'/>"
+                     "<item type='scroll' row='2' maxvalue='9'/>"));
+    QWidget *strip = window.window->findChild<paravue::WindowHeader *>();
+    const auto movesBy = [&](QWidget *grip, const QPoint &position) {
+        const QPoint before = window.window->pos();
+        QTest::mousePress(grip, Qt::LeftButton, {}, position);
+        QTest::mouseMove(grip, position + QPoint(20, 10));
+        QTest::mouseRelease(grip, Qt::LeftButton, {}, position);
+        return window.window->pos() - before;
+    };
+    const QPoint middle(3, 3);
+    for (QWidget *handle :
+         {static_cast<QWidget *>(window.window.get()), strip, static_cast<QWidget *>(header(window)),
+          static_cast<QWidget *>(window.widget<QLabel>()), tabs(window)->currentWidget()})
+        QCOMPARE(movesBy(handle, middle), QPoint(20, 10));
+    for (QWidget *control : {static_cast<QWidget *>(window.widget<QLineEdit>()),
+                             static_cast<QWidget *>(window.widget<QScrollBar>()),
+                             static_cast<QWidget *>(window.window->findChild<QSizeGrip *>()),
+                             static_cast<QWidget *>(window.button<QPushButton>("OK"))})
+        QCOMPARE(movesBy(control, middle), QPoint());
+}
+
+void TestWindow::runsUntilClosed()
+{
+    DescribedWindow window(
+        describePage("<item type='pushbutton'><action type='call' slot='accept'>self</action>"
+                     "</item><item type='pushbutton' row='1'><action type='call' slot='exec'>self"
+                     "</action></item>"));
+    QTimer::singleShot(0, window.window.get(), [&] {
+        QTest::mouseClick(window.widget<QPushButton>(1), Qt::LeftButton); // it runs already
+        QTest::mouseClick(window.widget<QPushButton>(0), Qt::LeftButton);
+    });
+    QCOMPARE(window.window->exec(), int(QDialog::Accepted));
+    QVERIFY(!window.window->isVisible());
+    for (const bool byHeader : {false, true}) {
+        QTimer::singleShot(0, window.window.get(), [&] {
+            if (byHeader)
+                window.window->findChild<paravue::WindowHeader *>()->closeButton()->click();
+            else
+                window.window->close();
+        });
+        QCOMPARE(window.window->exec(), int(QDialog::Rejected));
+    }
+}
+
+QTEST_MAIN(TestWindow)
+#include "tst_window.moc"
