@@ -3,6 +3,7 @@
 #include "controls/DialogLoop.h"
 #include "controls/OrbDlgQuestion.h"
 #include "store/OrbSetup.h"
+#include "ui/ControlAccessibility.h"
 #include "ui/LoadingView.h"
 #include "ui/PageArea.h"
 #include "ui/SafeText.h"
@@ -74,6 +75,7 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     arrangeWidgets();
     wire();
     new WindowDrag(this, m_header->label());
+    describeToAssistiveTools(this);
     show();
     operate([this] { m_setup->load(); });
     if (!isBuilt())

@@ -1,6 +1,7 @@
 #include "ui/ControlTable.h"
 
 #include "store/OrbSetup.h"
+#include "ui/ControlAccessibility.h"
 #include "ui/InterfaceDocument.h"
 
 namespace paravue
@@ -29,6 +30,7 @@ Control &ControlTable::add(const QDomElement &element, const ControlType *type)
 void ControlTable::attach(Control &control, QWidget *widget)
 {
     control.widget = widget;
+    describeToAssistiveTools(widget);
     widget->setAccessibleName(control.name);
     m_document.append(control.element, control.name);
     QDomElement decoration = m_document.append(control.element, widgetTag);

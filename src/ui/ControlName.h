@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace paravue
+{
+
+/// What the user would call \a control, as plain text: its own caption (of a window: the title), else the
+/// text of the label whose buddy it is, of the one directly left of it in its grid, or of the one above it,
+/// else its tool tip; empty without any of them.
+QString controlName(const QWidget &control);
+
+QString plainToolTip(const QWidget &control);
+
+/// The labels of a page are collected when the first name is asked for. This forgets them, for a page whose
+/// grids change.
+void forgetLabels(QWidget &page);
+
+} // namespace paravue
