@@ -193,7 +193,8 @@ void newKeys(benchmark::State &state)
         });
     };
     pairedRatio(
-        state, [&] { return add(100'000); }, [&] { return add(1'000); }, {.limit = 3});
+        state, [&] { return add(100'000); }, [&] { return add(10'000); },
+        {.limit = 1.5, .ourUnits = 100'000, .peerUnits = 10'000});
 }
 
 /// One value by its whole address, beside a hash of whole addresses.

@@ -1,5 +1,7 @@
 #include "store/IniEntries.h"
 
+#include "store/IniGrammar.h"
+
 #include <algorithm>
 
 namespace paravue
@@ -8,13 +10,12 @@ namespace paravue
 QStringView IniEntries::Entry::section() const
 {
     const qsizetype slash = key.indexOf(u'/');
-    return slash < 0 ? QStringView(key) : QStringView(key).first(slash);
+    return slash < 0 ? DefaultSection : key.first(slash);
 }
 
 QStringView IniEntries::Entry::name() const
 {
-    const qsizetype slash = key.indexOf(u'/');
-    return slash < 0 ? QStringView() : QStringView(key).sliced(slash + 1);
+    return key.sliced(key.indexOf(u'/') + 1);
 }
 
 void IniEntries::clear()
@@ -22,6 +23,7 @@ void IniEntries::clear()
     m_sorted.clear();
     m_index.clear();
     m_entries.clear();
+    m_keys = {};
 }
 
 void IniEntries::reserve(qsizetype count)
@@ -38,7 +40,7 @@ quint32 IniEntries::numberOf(QStringView key)
         return found;
     m_sorted.clear();
     const quint32 number = quint32(m_entries.size());
-    m_entries.push_back({key.toString(), QString()});
+    m_entries.push_back({m_keys.keep(key), QString()});
     m_index.insert(hash, number);
     return number;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/KeyIndex.h"
+#include "store/TextArena.h"
 
 #include <QHash>
 #include <QString>
@@ -18,13 +19,13 @@ class IniEntries
 {
 public:
     struct Entry {
-        QString key;
+        QStringView key; ///< kept by the IniEntries
         QString value;
         bool inFile = false; ///< the key was found in the file
         bool edited = false; ///< the value is not that of the file
         bool met = false;    ///< by the reading that is under way
 
-        /// The part of the key before its first "/".
+        /// The part of the key before its first "/"; the default section when there is none.
         QStringView section() const;
         /// The part of the key behind its first "/".
         QStringView name() const;
@@ -56,13 +57,14 @@ private:
     quint32 find(QStringView key, size_t hash) const
     {
         return m_index.find(hash, [&](quint32 number) {
-            const QString &found = m_entries[number].key;
+            const QStringView found = m_entries[number].key;
             return found.size() == key.size() &&
                    std::memcmp(found.utf16(), key.utf16(), size_t(key.size()) * sizeof(char16_t)) == 0;
         });
     }
 
     size_t m_seed = QHashSeed::globalSeed();
+    TextArena m_keys;
     std::vector<Entry> m_entries;
     KeyIndex m_index;
     mutable std::vector<const Entry *> m_sorted;

@@ -196,8 +196,9 @@ QStringList OrbSettings::matching(const QString &pattern)
     const TextPattern keyPattern(pattern);
     QStringList result;
     for (const IniEntries::Entry *entry : m_entries.sorted()) {
-        if (keyPattern.matchesWhole(entry->key))
-            result << entry->key + u'/' + entry->value;
+        const QString key = entry->key.toString();
+        if (keyPattern.matchesWhole(key))
+            result << key + u'/' + entry->value;
     }
     return result;
 }
