@@ -339,8 +339,6 @@ void describeToAssistiveTools(QWidget *widget)
     installFactory(widget);
     if (widget->parentWidget())
         forgetLabels(*widget->parentWidget()); // the page is growing
-    if (widget->property(controlMark).isValid())
-        return;
     widget->setProperty(controlMark, true);
     // The toolkit keeps an interface from its first event, and a caption that is set is one already.
     QAccessibleInterface *early = QAccessible::queryAccessibleInterface(widget);

@@ -47,7 +47,16 @@ QString labelText(const QLabel &label)
 class PageLabels
 {
 public:
-    explicit PageLabels(const QWidget &page) { read(page.layout()); }
+    explicit PageLabels(const QWidget &page)
+    {
+        ++count;
+        read(page.layout());
+    }
+    ~PageLabels() { --count; }
+    Q_DISABLE_COPY_MOVE(PageLabels)
+
+    /// Pages are built without a look at their properties as long as nobody has asked for a name.
+    static bool exist() { return count > 0; }
 
     QString textFor(const QWidget *widget) const
     {
@@ -108,6 +117,8 @@ private:
         }
     }
 
+    static inline int count = 0;
+
     Labels m_buddies;
     Labels m_left;
     Labels m_above;
@@ -161,7 +172,7 @@ QString plainToolTip(const QWidget &control)
 
 void forgetLabels(QWidget &page)
 {
-    if (page.property(labelsProperty).isValid())
+    if (PageLabels::exist() && page.property(labelsProperty).isValid())
         page.setProperty(labelsProperty, QVariant());
 }
 
