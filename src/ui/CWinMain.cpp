@@ -173,6 +173,8 @@ void CWinMain::endSession()
 
 void CWinMain::operate(const std::function<void()> &work)
 {
+    if (m_operations == 0)
+        m_session->context.startOver();
     {
         const QScopedValueRollback depth(m_operations, m_operations + 1);
         work();

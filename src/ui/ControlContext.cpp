@@ -3,6 +3,7 @@
 #include "store/OrbSetup.h"
 #include "ui/ControlTable.h"
 #include "ui/TextResolver.h"
+#include "ui/UiLimits.h"
 
 #include <QCoreApplication>
 
@@ -15,20 +16,38 @@ ControlContext::ControlContext(OrbSetup &store, TextResolver &texts, ControlTabl
                                std::function<void(const QString &)> report)
     : m_store(store), m_texts(texts), m_table(table), m_report(std::move(report))
 {
+    startOver();
+}
+
+template <class Resolve>
+QString ControlContext::resolved(const QString &raw, Resolve resolve)
+{
+    constexpr qsizetype Excerpt = 60;
+    if (!take(Characters, raw.size()))
+        return raw.left(Excerpt);
+    const ResolvedText resolved = resolve();
+    if (!resolved.withinLimits) {
+        report(QCoreApplication::translate("CWinMain",
+                                           "A text of the interface description is too large: \"%1\"")
+                   .arg(raw.left(Excerpt)));
+        return raw.left(Excerpt);
+    }
+    return take(Characters, resolved.text.size()) ? resolved.text : raw.left(Excerpt);
 }
 
 QString ControlContext::text(const Control &control, const QString &raw)
 {
-    const ResolvedText resolved = m_texts.resolve(raw);
-    for (const QString &address : resolved.addresses)
-        m_table.addDependency(control, address);
-    return withinLimits(resolved.text, resolved.withinLimits);
+    return resolved(raw, [&] {
+        ResolvedText resolved = m_texts.resolve(raw);
+        for (const QString &address : std::as_const(resolved.addresses))
+            m_table.addDependency(control, address);
+        return resolved;
+    });
 }
 
 QString ControlContext::text(const QString &raw)
 {
-    const ResolvedText resolved = m_texts.resolve(raw);
-    return withinLimits(resolved.text, resolved.withinLimits);
+    return resolved(raw, [&] { return m_texts.resolve(raw); });
 }
 
 QString ControlContext::value(const Control &control, const QString &address)
@@ -42,13 +61,24 @@ void ControlContext::watch(const Control &control, const QString &address)
     m_table.addDependency(control, address);
 }
 
-QString ControlContext::withinLimits(const QString &text, bool withinLimits)
+bool ControlContext::take(Resource resource, qsizetype amount)
 {
-    if (withinLimits)
-        return text;
-    report(QCoreApplication::translate("CWinMain", "A text of the interface description is too large: \"%1\"")
-               .arg(text.left(60)));
-    return text.left(60);
+    if (amount <= m_left[resource]) {
+        m_left[resource] -= amount;
+        return true;
+    }
+    // What is left would only make the rest cost the time of trying.
+    m_left[resource] = 0;
+    if (!std::exchange(m_isExhausted, true))
+        report(QCoreApplication::translate(
+            "CWinMain", "The interface description is too large; a part of it is not shown"));
+    return false;
+}
+
+void ControlContext::startOver()
+{
+    m_left = {limits::TotalText, limits::TotalListCells, limits::TotalGridLines};
+    m_isExhausted = false;
 }
 
 } // namespace paravue

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <functional>
 
 class OrbSetup;
@@ -34,13 +35,23 @@ public:
 
     void report(const QString &message) { m_report(message); }
 
+    enum Resource { Characters, ListCells, GridLines };
+    /// Takes \a amount from what the present operation may make. False, with one message to the user for the
+    /// whole operation, when it is used up.
+    bool take(Resource resource, qsizetype amount);
+    /// A new operation begins.
+    void startOver();
+
 private:
-    QString withinLimits(const QString &text, bool withinLimits);
+    template <class Resolve>
+    QString resolved(const QString &raw, Resolve resolve);
 
     OrbSetup &m_store;
     TextResolver &m_texts;
     ControlTable &m_table;
     std::function<void(const QString &)> m_report;
+    std::array<qsizetype, 3> m_left{}; ///< by resource
+    bool m_isExhausted = false;
 };
 
 } // namespace paravue

@@ -151,6 +151,9 @@ Qt::Orientations PageBuilder::applyStretch(QGridLayout &grid, const QDomElement 
                              .arg(QString::number(index)));
         return {};
     }
+    const int newLines = index + 1 - (isColumn ? grid.columnCount() : grid.rowCount());
+    if (!m_context.take(ControlContext::GridLines, std::max(newLines, 0)))
+        return {};
     const int factor = std::clamp(stretch.text().toInt(), 0, limits::Stretch);
     if (isColumn)
         grid.setColumnStretch(index, factor);
@@ -174,7 +177,10 @@ void PageBuilder::addCell(QGridLayout &grid, const GridCell &cell, const QDomEle
                              .arg(QString::number(cell.row), QString::number(cell.column)));
         return;
     }
-    type->addTo(*this, grid, cell, item);
+    const int newRows = cell.row + std::max(cell.rowSpan, 1) - grid.rowCount();
+    const int newColumns = cell.column + std::max(cell.columnSpan, 1) - grid.columnCount();
+    if (m_context.take(ControlContext::GridLines, std::max(newRows, 0) + std::max(newColumns, 0)))
+        type->addTo(*this, grid, cell, item);
 }
 
 void PageBuilder::addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item)

@@ -14,7 +14,13 @@ inline constexpr int ListRows = 10'000;               ///< rows of a list
 inline constexpr int ListColumns = 64;                ///< columns of a list
 inline constexpr qsizetype TextReplacements = 10'000; ///< references in one visible text
 inline constexpr qsizetype TextLength = 1024 * 1024;  ///< characters of one visible text
-inline constexpr int ActionDepth = 16;                ///< actions that call actions
-inline constexpr qsizetype ActionWork = 20'000;       ///< elements that one press of a button acts on
+// Of everything that one operation shows, a build or a change: many things within the limits above are too
+// much together.
+inline constexpr qsizetype TotalText = 4 * 1024 * 1024; ///< characters
+inline constexpr qsizetype TotalListCells = 200'000;
+inline constexpr qsizetype TotalGridLines = 400'000; ///< rows and columns of grids
+
+inline constexpr int ActionDepth = 16;          ///< actions that call actions
+inline constexpr qsizetype ActionWork = 20'000; ///< elements that one press of a button acts on
 
 } // namespace paravue::limits

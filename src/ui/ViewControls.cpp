@@ -54,6 +54,8 @@ Rows storedRows(ControlContext &context, const Control &control)
     Rows rows;
     rows.reserve(count);
     for (int row = 0; row < count; ++row) {
+        if (!context.take(ControlContext::ListCells, qMax(1, templates.size())))
+            break;
         QStringList cells;
         for (const QString &address : templates)
             cells.append(context.value(control, address + QString::number(row)));

@@ -34,6 +34,8 @@ class TestHostileDescription : public QObject
 private Q_SLOTS:
     void staysUsable_data();
     void staysUsable();
+    void boundsTheWholeDescription_data();
+    void boundsTheWholeDescription();
 };
 
 void TestHostileDescription::staysUsable_data()
@@ -140,6 +142,31 @@ void TestHostileDescription::staysUsable()
     window.fixture.store().load();
     QTest::keyClick(window.window.get(), Qt::Key_Escape);
     QVERIFY(!window.window->isVisible());
+}
+
+void TestHostileDescription::boundsTheWholeDescription_data()
+{
+    QTest::addColumn<QByteArray>("cells");
+    // Each of these is within the limits; all of them together are not.
+    QTest::newRow("lists") << QByteArray("<item type='list'><column/><row_count>net/untitled/ROWS</row_count>"
+                                         "<column_source>net/untitled/A</column_source></item>")
+                                  .repeated(500);
+    QTest::newRow("texts") << QByteArray("<item type='label'><text>@long</text></item>").repeated(5000);
+    QTest::newRow("grids")
+        << QByteArray("<item type='gridlayout'><item type='spacer' row='999' column='999'/></item>")
+               .repeated(20'000);
+}
+
+void TestHostileDescription::boundsTheWholeDescription()
+{
+    QFETCH(QByteArray, cells);
+    DescribedWindow window(
+        describePage("<item type='edit'><key>net/untitled/NAME</key></item>" + cells,
+                     "<translations><ru><long>" + QByteArray(1'000'000, 'x') + "</long></ru></translations>"),
+        {{"net", "ROWS=10000\n"}});
+    QCOMPARE(window.messages.count(), 1);
+    QTest::keyClicks(window.widget<QLineEdit>(), "ok");
+    QCOMPARE(window.value("net/untitled/NAME"), "ok");
 }
 
 QTEST_MAIN(TestHostileDescription)
