@@ -12,7 +12,9 @@ function(paravue_target_defaults target)
         VISIBILITY_INLINES_HIDDEN ON
         POSITION_INDEPENDENT_CODE ON
         AUTOMOC ON
-        AUTORCC ON)
+        AUTORCC ON
+        # A Qt without zstd, such as one cross-built for Windows, cannot read resources packed with it.
+        AUTORCC_OPTIONS --no-zstd)
     target_compile_options(${target} PRIVATE -Wall -Wextra
         $<$<BOOL:${PARAVUE_WARNINGS_AS_ERRORS}>:-Werror>)
 endfunction()
