@@ -75,7 +75,7 @@ void PageBuilder::buildPage(const QDomElement &container, QWidget *page)
     m_created.clear();
     buildGrids(container, page);
     // A new widget is the last in the tab order anyway, so there is nothing to do for most pages.
-    if (ordered != m_created) {
+    if (!ordered.isEmpty() && ordered != m_created) {
         for (qsizetype i = 1; i < ordered.size(); ++i)
             QWidget::setTabOrder(ordered[i - 1], ordered[i]);
     }
