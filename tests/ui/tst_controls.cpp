@@ -459,12 +459,19 @@ void TestControls::staysQuietWhileLoading()
 {
     // Every value is one that its control shows differently: a pass that wrote would leave a trace.
     DescribedWindow window(
-        describePage("<item type='edit' inputMask='99;_'><key>net/untitled/NAME</key></item>"
-                     "<item type='checkbox' row='1'><key>net/untitled/MODE</key></item>"
-                     "<item type='scroll' row='2' maxvalue='3'><key>net/untitled/LEVEL</key></item>"
-                     "<item type='datetime' row='3'><key>net/untitled/MODE</key></item>"
-                     "<item type='dropdown' row='4'><text>A<key>net/untitled/MODE/a</key></text>"
-                     "<keyset>net/untitled/X/1</keyset></item>"),
+        describePage(
+            "<item type='edit' inputMask='99;_'><key>net/untitled/NAME</key></item>"
+            "<item type='checkbox' row='1'><key>net/untitled/MODE</key></item>"
+            "<item type='scroll' row='2' maxvalue='3'><key>net/untitled/LEVEL</key></item>"
+            "<item type='datetime' row='3'><key>net/untitled/MODE</key></item>"
+            "<item type='dropdown' row='4'><text>A<key>net/untitled/MODE/a</key></text>"
+            "<keyset>net/untitled/X/1</keyset>"
+            "<action type='call' slot='setValue' param='net/untitled/X/2'>self</action></item>"
+            "<item type='checkbox' row='5'><key>net/untitled/ON</key>"
+            "<action type='call' slot='setValue' param='net/untitled/X/3'>self</action>"
+            "<action state='on' type='call' slot='setValue' param='net/untitled/X/4'>self</action></item>"
+            "<item type='pushbutton' row='6'>"
+            "<action type='call' slot='setValue' param='net/untitled/X/5'>self</action></item>"),
         {{"net", Net}});
     window.window->onLoadDone(); // the same description: the controls are loaded again
     for (const char *value : {"NAME/Gate 1", "MODE/b", "LEVEL/7", "X/"}) {

@@ -217,8 +217,11 @@ void TestWindow::rebuildsForANewDescription()
             "<window><title>Second</title></window><tabwidget><tab/><tab><name>New</name>"
             "<item type='gridlayout'><item type='edit'><key>net/untitled/NAME</key></item></item></tab><tab/>"
             "</tabwidget>"));
+    QLineEdit *oldField = window.widget<QLineEdit>();
     window.window->onLoadDone();
     QCOMPARE(dialogs(window).size(), 0);
+    oldField->setText("old"); // still there, but no control any more
+    QCOMPARE(window.value("net/untitled/NAME"), "Gate");
     window.settle();
     QVERIFY(header(window)->text().endsWith("Second"));
     QVERIFY(!header(window)->text().contains("First"));
