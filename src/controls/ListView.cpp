@@ -24,6 +24,18 @@ void ListView::setColumns(const QStringList &headers, const QList<int> &widths)
     }
 }
 
+bool ListView::setHeaders(const QStringList &headers)
+{
+    bool changed = false;
+    for (int column = 0; column < qMin(columnCount(), int(headers.size())); ++column) {
+        if (headerItem()->text(column) == headers[column])
+            continue;
+        headerItem()->setText(column, headers[column]);
+        changed = true;
+    }
+    return changed;
+}
+
 void ListView::setPlaceholder(const QString &text)
 {
     m_placeholder = text;

@@ -13,6 +13,8 @@ public:
 
     /// One column per header; a width of 0 or less leaves a column to the toolkit.
     void setColumns(const QStringList &headers, const QList<int> &widths);
+    /// Other texts for the same columns. Returns false when they are shown already.
+    bool setHeaders(const QStringList &headers);
     /// The text that an empty list shows.
     void setPlaceholder(const QString &text);
 

@@ -10,8 +10,8 @@ namespace
 
 constexpr qsizetype MaxLines = 12;
 constexpr qsizetype MaxCharacters = 800;
-// A label is at least as wide as its longest word.
-constexpr qsizetype MaxWordLength = 40;
+// A label is at least as wide as its longest word, and a path is one word.
+constexpr qsizetype MaxWordLength = 80;
 
 const QChar Ellipsis(0x2026);
 

@@ -26,6 +26,9 @@ void abandon(std::unique_ptr<CWinMain> window)
         return;
     try {
         window->close();
+    } catch (...) {
+    }
+    try {
         window->endSession();
     } catch (...) {
     }

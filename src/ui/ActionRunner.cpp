@@ -4,9 +4,12 @@
 #include "ui/ControlTable.h"
 #include "ui/ControlType.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/SafeText.h"
 #include "ui/UiLimits.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
+#include <QLabel>
 #include <QLoggingCategory>
 #include <QMetaMethod>
 #include <QScopedValueRollback>
@@ -36,6 +39,9 @@ QList<QDomElement> actionsOf(const QDomElement &owner)
 /// The public slot of \a target with this signature; what every object inherits is not for a description.
 QMetaMethod callableSlot(const QObject &target, const QString &signature)
 {
+    // A style sheet can name files and servers.
+    if (signature.startsWith(QLatin1String("setStyleSheet(")))
+        return {};
     const QMetaObject *meta = target.metaObject();
     const int index = meta->indexOfSlot(QMetaObject::normalizedSignature(signature.toLatin1().constData()));
     if (index < QObject::staticMetaObject.methodCount())
@@ -140,6 +146,8 @@ void ActionRunner::invoke(QWidget *target, const QDomElement &action)
 {
     const QString slot = action.attribute(QStringLiteral("slot"), QStringLiteral("setText"));
     const bool hasParam = action.hasAttribute(QStringLiteral("param"));
+    if (hasParam && slot == QLatin1String("setText") && setCaption(*target, action))
+        return;
     const QMetaMethod method = callableSlot(*target, slot + (hasParam ? "(QString)" : "()"));
     if (!method.isValid()) {
         qCWarning(log) << target->metaObject()->className() << "has no slot" << slot
@@ -153,6 +161,24 @@ void ActionRunner::invoke(QWidget *target, const QDomElement &action)
         method.invoke(target, Qt::DirectConnection);
 }
 
+/// Gives labels and buttons a new text. A label must not take it for rich text that refers outside, and the
+/// toolkit's buttons have no slot for it.
+bool ActionRunner::setCaption(QWidget &target, const QDomElement &action)
+{
+    auto *label = qobject_cast<QLabel *>(&target);
+    auto *button = qobject_cast<QAbstractButton *>(&target);
+    if (!label && !button)
+        return false;
+    const QString text = m_context.text(action.attribute(QStringLiteral("param")));
+    if (button) {
+        button->setText(text);
+    } else {
+        label->setTextFormat(safeTextFormat(text));
+        label->setText(text);
+    }
+    return true;
+}
+
 bool ActionRunner::enter()
 {
     if (m_unwinding)
@@ -163,7 +189,7 @@ bool ActionRunner::enter()
     if (m_depth >= limits::ActionDepth || m_work >= limits::ActionWork) {
         m_unwinding = true;
         m_context.report(QCoreApplication::translate(
-            "CWinMain", "The actions of the interface description call each other without end"));
+            "CWinMain", "The actions of the interface description do not come to an end"));
         return false;
     }
     ++m_depth;

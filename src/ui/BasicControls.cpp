@@ -123,9 +123,10 @@ bool CheckBoxControl::load(ControlContext &context, const Control &control) cons
         changed = true;
     }
     const QString key = firstKey(control);
-    if (key.isEmpty())
+    // Without a key the box begins like one whose value is missing, and then is the user's.
+    if (key.isEmpty() && control.loaded)
         return changed;
-    const QString value = context.value(control, key);
+    const QString value = key.isEmpty() ? QString() : context.value(control, key);
     const bool offByDefault = control.element.attribute(QStringLiteral("default")) == QLatin1String("off");
     const bool checked = offByDefault ? value == QLatin1String("on") : value != QLatin1String("off");
     if (box->isChecked() == checked)

@@ -64,7 +64,7 @@ bool pressFocusedButton(const QKeyEvent &event)
 } // namespace
 
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
-    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(setup)
+    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(setup), m_retiredPages(new QWidget)
 {
     registerPictures();
     setWindowTitle(tr("Paravue Setup"));
@@ -90,7 +90,9 @@ void CWinMain::createWidgets()
     m_headerBase = (recorder.isEmpty() ? windowTitle() : recorder) + u' ';
     m_header = new WindowHeader(this);
     m_header->label()->setText(m_headerBase);
+    m_header->label()->setObjectName(QStringLiteral("labelHeader"));
     m_tabs = new QTabWidget(this);
+    m_tabs->setObjectName(QStringLiteral("tabWidget"));
     m_tabs->hide();
     m_okText = tr("OK");
     m_cancelText = tr("Cancel");
@@ -98,6 +100,8 @@ void CWinMain::createWidgets()
     m_ok->setDefault(true);
     m_ok->setEnabled(false); // what it does comes with the description
     m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), m_cancelText, this);
+    m_ok->setObjectName(QStringLiteral("buttonOK"));
+    m_cancel->setObjectName(QStringLiteral("buttonCancel"));
     for (QPushButton *button : {m_ok, m_cancel}) {
         button->setAutoDefault(false);
         button->setMinimumWidth(20 * SpacingStep);
@@ -259,12 +263,14 @@ void CWinMain::saveSettings()
 
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
+    m_session->dialogs.close(progressTag);
+    if (m_errorOnScreen || (m_operations > 0 && !m_deferredError.isEmpty())) {
+        qCWarning(log).noquote() << "not shown, another message came first:" << s;
+        return;
+    }
     if (!isBuilt())
         loadingView().showFailure(s);
-    m_session->dialogs.close(progressTag);
-    if (m_errorOnScreen || (m_operations > 0 && !m_deferredError.isEmpty()))
-        qCWarning(log).noquote() << "not shown, another message came first:" << s;
-    else if (m_operations > 0)
+    if (m_operations > 0)
         m_deferredError = s;
     else
         showError(s);
@@ -292,10 +298,12 @@ void CWinMain::readDescription()
     }
     const QByteArray description = file.readAll();
     // What was loaded may be something else, a report for example.
-    if (path == m_builtFrom && description == m_builtText)
-        m_session->bindings.reload();
-    else
+    if (path != m_builtFrom || description != m_builtText) {
         build(description, path);
+        return;
+    }
+    m_session->bindings.reload();
+    showTexts();
 }
 
 void CWinMain::build(const QByteArray &description, const QString &path)
@@ -320,8 +328,11 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_session->bindings.loadNew(m_session->table.numbersSince(0));
     chainTabOrder();
     // Shown when the values are in: each of them would make a visible page arrange itself anew.
-    if (m_loading)
+    if (m_loading) {
         m_loading->hide();
+        m_loading->deleteLater();
+        m_loading = nullptr;
+    }
     m_tabs->show();
     m_ok->setEnabled(true);
     setUpdatesEnabled(true);
@@ -332,11 +343,24 @@ void CWinMain::build(const QByteArray &description, const QString &path)
 void CWinMain::applyDescription()
 {
     const QDomElement window = m_session->document.root().firstChildElement(QStringLiteral("window"));
+    // A description that says nothing of these does not keep what the last one said.
+    setMinimumSize(0, 0);
+    unsetLayoutDirection();
+    setToolTip(QString());
     if (!window.isNull())
         m_session->builder.adoptWindow(window, this);
+    showTexts();
+}
+
+void CWinMain::showTexts()
+{
+    const QDomElement root = m_session->document.root();
+    const QDomElement window = root.firstChildElement(QStringLiteral("window"));
     const QString title = window.firstChildElement(QStringLiteral("title")).text();
     m_header->label()->setText(m_headerBase + m_session->context.text(title));
     applyButtons();
+    showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_tabs,
+                    [this](const QString &raw) { return m_session->context.text(raw); });
 }
 
 void CWinMain::applyButtons()
@@ -358,9 +382,11 @@ void CWinMain::applyButtons()
 void CWinMain::buildPages(int shownPage)
 {
     while (m_tabs->count() > 0) {
-        // Later: a button of the page may have started the load that now replaces it.
-        m_tabs->widget(0)->deleteLater();
+        QWidget *page = m_tabs->widget(0);
         m_tabs->removeTab(0);
+        // Deleted later: a button of the page may have started the load that now replaces it.
+        page->setParent(m_retiredPages.get());
+        page->deleteLater();
     }
     const QDomElement tabs = m_session->document.root().firstChildElement(QStringLiteral("tabwidget"));
     const QString position = tabs.firstChildElement(QStringLiteral("tabposition")).text();

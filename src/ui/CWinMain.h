@@ -79,6 +79,8 @@ private:
     void build(const QByteArray &description, const QString &path);
     void applyDescription();
     void applyButtons();
+    /// Everything of the description that is no control; again when values were fetched anew.
+    void showTexts();
     void buildPages(int shownPage);
     void applySize();
     void chainTabOrder();
@@ -90,6 +92,7 @@ private:
     QGridLayout *m_pages = nullptr;
     paravue::LoadingView *m_loading = nullptr; ///< made when a load takes its time
     QTabWidget *m_tabs = nullptr;
+    std::unique_ptr<QWidget> m_retiredPages; ///< pages of the last description on their way out
     QPushButton *m_ok = nullptr;
     QPushButton *m_cancel = nullptr;
     QSizeGrip *m_grip = nullptr;

@@ -53,7 +53,8 @@ bool ProgressBarControl::load(ControlContext &context, const Control &control) c
     if (key.isNull())
         return false;
     const int before = bar->value();
-    bar->setValue(context.value(control, addressText(key)).toInt());
+    // The toolkit ignores a value outside the range, and would go on showing the last one.
+    bar->setValue(qBound(bar->minimum(), context.value(control, addressText(key)).toInt(), bar->maximum()));
     return bar->value() != before;
 }
 

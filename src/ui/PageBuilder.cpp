@@ -253,6 +253,22 @@ void PageBuilder::connectChange(const ControlType &type, QWidget *widget)
         QObject::connect(widget, change.signal, &m_window, change.slot);
 }
 
+bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
+                     const std::function<QString(const QString &)> &visible)
+{
+    bool changed = false;
+    int page = 0;
+    for (QDomElement tab = container.firstChildElement(QStringLiteral("tab"));
+         !tab.isNull() && page < tabs.count(); tab = tab.nextSiblingElement(QStringLiteral("tab")), ++page) {
+        const QString text = visible(tab.firstChildElement(QStringLiteral("name")).text());
+        if (tabs.tabText(page) == text)
+            continue;
+        tabs.setTabText(page, text);
+        changed = true;
+    }
+    return changed;
+}
+
 bool loadToolTip(ControlContext &context, const Control &control)
 {
     const QDomElement toolTip = control.element.firstChildElement(QStringLiteral("tooltip"));

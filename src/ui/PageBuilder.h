@@ -5,6 +5,8 @@
 #include <QDomElement>
 #include <QList>
 
+#include <functional>
+
 class QTabWidget;
 
 namespace paravue
@@ -56,6 +58,11 @@ private:
     Qt::Orientations m_grows;              ///< directions in which the grid that is being built takes room
     QList<QWidget *> m_created;            ///< the widgets of the page in the order of the description
 };
+
+/// Gives the pages that were built from the "tab" children of \a container their captions; \a visible turns a
+/// caption into what the user sees. Returns true when one has changed.
+bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
+                     const std::function<QString(const QString &)> &visible);
 
 /// Shows what every control shows besides its value. Returns true when it has changed.
 bool loadToolTip(ControlContext &context, const Control &control);

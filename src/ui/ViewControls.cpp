@@ -26,6 +26,15 @@ QString tr(const char *text)
 
 using Rows = QList<QStringList>;
 
+QStringList columnHeaders(ControlContext &context, const Control &control)
+{
+    QStringList headers;
+    for (const QString &text :
+         childTexts(control.element, QStringLiteral("column")).mid(0, limits::ListColumns))
+        headers.append(context.text(control, text));
+    return headers;
+}
+
 Rows fixedRows(ControlContext &context, const Control &control)
 {
     Rows rows;
@@ -76,35 +85,36 @@ void TabWidgetControl::addPages(PageBuilder &builder, const Control &control) co
     builder.buildTabs(control.element, qobject_cast<QTabWidget *>(control.widget));
 }
 
-bool TabWidgetControl::load(ControlContext &, const Control &control) const
+bool TabWidgetControl::load(ControlContext &context, const Control &control) const
 {
+    auto *tabs = qobject_cast<QTabWidget *>(control.widget);
+    const bool changed = showTabCaptions(control.element, *tabs,
+                                         [&](const QString &raw) { return context.text(control, raw); });
     // The page that the user has opened meanwhile is not taken away by a reload.
     const QDomElement selection = control.element.firstChildElement(QStringLiteral("selection"));
     if (!control.loaded && !selection.isNull())
-        qobject_cast<QTabWidget *>(control.widget)->setCurrentIndex(selection.text().toInt());
-    return false;
+        tabs->setCurrentIndex(selection.text().toInt());
+    return changed;
 }
 
 QWidget *ListControl::create(ControlContext &context, const Control &control, QWidget *parent) const
 {
     auto *list = new ListView(parent);
-    QStringList headers;
     QList<int> widths;
     for (QDomElement column = control.element.firstChildElement(QStringLiteral("column"));
-         !column.isNull() && headers.size() < limits::ListColumns;
-         column = column.nextSiblingElement(QStringLiteral("column"))) {
-        headers.append(context.text(control, column.text()));
+         !column.isNull() && widths.size() < limits::ListColumns;
+         column = column.nextSiblingElement(QStringLiteral("column")))
         widths.append(std::min(intAttribute(column, QStringLiteral("width")), limits::Pixels));
-    }
-    list->setColumns(headers, widths);
+    list->setColumns(columnHeaders(context, control), widths);
     list->setPlaceholder(tr("No entries"));
     return list;
 }
 
 bool ListControl::load(ControlContext &context, const Control &control) const
 {
-    return qobject_cast<ListView *>(control.widget)
-        ->setRows(fixedRows(context, control) + storedRows(context, control));
+    auto *list = qobject_cast<ListView *>(control.widget);
+    const bool newHeaders = list->setHeaders(columnHeaders(context, control));
+    return list->setRows(fixedRows(context, control) + storedRows(context, control)) || newHeaders;
 }
 
 QWidget *SetupControl::create(ControlContext &context, const Control &, QWidget *parent) const

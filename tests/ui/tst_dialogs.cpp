@@ -264,7 +264,7 @@ void TestDialogs::staysUsableAfterAnEndlessChain()
     QTest::mouseClick(window.widget<QPushButton>(), Qt::LeftButton);
     QCOMPARE(dialogs.count(), 1);
     QCOMPARE(window.messages.texts(),
-             QStringList("The actions of the interface description call each other without end"));
+             QStringList("The actions of the interface description do not come to an end"));
 }
 
 void TestDialogs::showsErrorsWhileItIsOpen()

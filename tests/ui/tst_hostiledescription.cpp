@@ -9,7 +9,7 @@ using namespace paravue::test;
 namespace
 {
 
-const QString Endless = "The actions of the interface description call each other without end";
+const QString Endless = "The actions of the interface description do not come to an end";
 const QString BeyondGrid =
     "A control at row -?\\d+, column -?\\d+ is beyond the limits of a grid and was left out";
 
