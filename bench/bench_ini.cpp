@@ -100,13 +100,13 @@ Seconds measured(Work work)
 
 Seconds parseOurs(FreshFiles &files, const SampleFile &sample)
 {
-    OrbSettings settings(files.next());
-    const Seconds time = measured([&] {
+    const QString path = files.next();
+    return measured([&] {
+        OrbSettings settings(path);
         settings.read();
         benchmark::DoNotOptimize(settings.value(sample.keys.constLast()));
+        settings.setPath(QString()); // its destruction writes nothing now
     });
-    settings.setPath(QString()); // its destruction writes nothing now
-    return time;
 }
 
 Seconds parsePeer(FreshFiles &files, const SampleFile &sample)

@@ -4,6 +4,8 @@
 #include <QCryptographicHash>
 #include <QStringList>
 
+#include <limits>
+
 namespace paravue
 {
 
@@ -46,10 +48,12 @@ RecorderAddress RecorderAddress::fromText(const QString &text, Password password
     QString url = host;
     if (hostParts.size() == 2) {
         bool isNumber = false;
-        const ushort port = hostParts.last().toUShort(&isNumber);
-        if (!isNumber || port == 0)
+        const int port = hostParts.last().toInt(&isNumber);
+        // Negative numbers are how the library itself writes ports above 32767.
+        if (!isNumber || port == 0 || port < std::numeric_limits<qint16>::min() ||
+            port > std::numeric_limits<quint16>::max())
             return refused(tr("the port must be a number from 1 to 65535"));
-        url += ':' + portText(port);
+        url += ':' + portText(static_cast<quint16>(port));
     }
 
     QString sent = account.mid(colon + 1);

@@ -44,6 +44,8 @@ ReplyContent judge(QByteArrayView answer)
 
 ReplyFrame::Progress ReplyFrame::read(const QByteArray &buffer)
 {
+    if (buffer.size() < m_read)
+        reset(); // another reply than the one that was looked at
     while (m_expected != Expected::Body && m_read < buffer.size())
         readHeaderByte(buffer.at(m_read++));
     if (m_expected != Expected::Body)
