@@ -1,12 +1,13 @@
+#include "StoreFixture.h"
 #include "store/OrbSettings.h"
 #include "store/OrbSetup.h"
 #include "store/PasswordDigest.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
+
+using paravue::test::StoreFixture;
 
 namespace
 {
@@ -29,7 +30,6 @@ class tst_OrbSetup : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void addressParts_data();
     void addressParts();
     void reads_data();
@@ -37,69 +37,33 @@ private Q_SLOTS:
     void writes();
     void wrongAddresses();
     void unknownFile();
-    void unknownFileThatGetsAPath();
     void patternsOverKeys();
-    void flushWritesEveryFile();
     void filesAreWrittenWhenReleased();
     void baseOperations();
     void flatMapReads();
     void flatMapWrites();
     void passwordDigest();
-
-private:
-    QString makeFile(const QString &name, const QByteArray &content);
-    static QByteArray contentOf(const QString &path);
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
-
-void tst_OrbSetup::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-}
-
-QString tst_OrbSetup::makeFile(const QString &name, const QByteArray &content)
-{
-    QFile file(m_folder->filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write a test file");
-    return file.fileName();
-}
-
-QByteArray tst_OrbSetup::contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-}
 
 void tst_OrbSetup::addressParts_data()
 {
-    QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("rest");
-    QTest::newRow("rest with slashes") << "a/b/c/d/e"
-                                       << "a/b/c"
-                                       << "d/e";
-    QTest::newRow("no rest") << "a/b/c"
-                             << "a/b/c" << QString();
-    QTest::newRow("empty rest") << "a/b/c/"
-                                << "a/b/c"
-                                << "";
-    QTest::newRow("empty parts") << "///"
-                                 << "//"
-                                 << "";
-    QTest::newRow("empty parts and a rest") << "////x"
-                                            << "//"
-                                            << "/x";
-    QTest::newRow("two parts") << "a/b"
-                               << "a/b" << QString();
-    QTest::newRow("nothing") << ""
-                             << "" << QString();
+    const auto row = [](const char *address, const char *path, const QString &rest) {
+        QTest::newRow(address) << QString(path) << rest;
+    };
+    row("a/b/c/d/e", "a/b/c", "d/e");
+    row("a/b/c", "a/b/c", QString());
+    row("a/b/c/", "a/b/c", "");
+    row("///", "//", "");
+    row("////x", "//", "/x");
+    row("a/b", "a/b", QString());
+    row("", "", QString());
 }
 
 void tst_OrbSetup::addressParts()
 {
-    QFETCH(QString, address);
+    const QString address = QTest::currentDataTag();
     QFETCH(QString, rest);
     QTEST(OrbSetup::path(address), "path");
     QCOMPARE(OrbSetup::defValue(address), rest);
@@ -108,138 +72,108 @@ void tst_OrbSetup::addressParts()
 
 void tst_OrbSetup::reads_data()
 {
-    QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("value");
-    QTest::newRow("stored") << "net/Eth0/Name/none"
-                            << "lan 1";
-    QTest::newRow("stored and empty") << "net/Eth0/Empty/none"
-                                      << "";
-    QTest::newRow("default") << "net/Eth0/Ip/0.0.0.0"
-                             << "0.0.0.0";
-    QTest::newRow("default with slashes") << "net/Eth0/Path/a/b"
-                                          << "a/b";
-    QTest::newRow("no default") << "net/Eth0/Ip"
-                                << "";
-    QTest::newRow("no such section") << "net/Eth1/Name/none"
-                                     << "none";
-    QTest::newRow("empty parts") << "net///none"
-                                 << "none";
+    const auto row = [](const char *address, const char *value) { QTest::newRow(address) << QString(value); };
+    row("net/Eth0/Name/none", "lan 1");
+    row("net/Eth0/Empty/none", "");
+    row("net/Eth0/Ip/0.0.0.0", "0.0.0.0");
+    row("net/Eth0/Path/a/b", "a/b");
+    row("net/Eth0/Ip", "");
+    row("net/Eth1/Name/none", "none");
+    row("net///none", "none");
 }
 
 void tst_OrbSetup::reads()
 {
-    QFETCH(QString, address);
-    OrbSetup store;
-    QSignalSpy errors(&store, &OrbSetup::pseudothrow);
-    store.setFilePath(QStringLiteral("net"),
-                      makeFile(QStringLiteral("net"), "[Eth0]\nName='lan 1'\nEmpty=\n"));
-    QTEST(store.value(address), "value");
-    QCOMPARE(errors.count(), 0);
+    StoreFixture fixture({{"net", "[Eth0]\nName='lan 1'\nEmpty=\n"}});
+    QTEST(fixture.store().value(QTest::currentDataTag()), "value");
+    QCOMPARE(fixture.takeErrors(), QStringList());
 }
 
 void tst_OrbSetup::writes()
 {
-    OrbSetup store;
-    store.setFilePath(QStringLiteral("net"), makeFile(QStringLiteral("net"), "[Eth0]\nIp=10.0.0.1\n"));
-    store.setValue(QStringLiteral("net/Eth0/Path/a/b"));
-    store.setValue(QStringLiteral("net/Eth0/Ip/"));
-    QCOMPARE(store.value(QStringLiteral("net/Eth0/Path")), QStringLiteral("a/b"));
-    QCOMPARE(store.value(QStringLiteral("net/Eth0/Ip/none")), QString());
+    StoreFixture fixture({{"net", "[Eth0]\nIp=10.0.0.1\n"}, {"other", "k=07\n"}});
+    OrbSetup &store = fixture.store();
+    store.setValue("net/Eth0/Path/a/b");
+    store.setValue("net/Eth0/Ip/");
+    QCOMPARE(store.value("net/Eth0/Path"), "a/b");
+    QCOMPARE(store.value("net/Eth0/Ip/none"), "");
     store.flush();
-    QCOMPARE(contentOf(store.filePath(QStringLiteral("net"))), "[Eth0]\r\nIp = \r\nPath = 'a/b'\r\n");
+    QCOMPARE(fixture.content("net"), "[Eth0]\r\nIp = \r\nPath = 'a/b'\r\n");
+    QCOMPARE(fixture.content("other"), "k=07\n"); // nobody asked for it
+    store.value("other/untitled/k");
+    store.flush();
+    QCOMPARE(fixture.content("other"), "k = '07'\r\n");
 }
 
 void tst_OrbSetup::wrongAddresses()
 {
-    OrbSetup store;
-    QSignalSpy errors(&store, &OrbSetup::pseudothrow);
-    store.setFilePath(QStringLiteral("net"), makeFile(QStringLiteral("net"), "[Eth0]\nIp=10.0.0.1\n"));
-    store.setValue(QStringLiteral("net/Eth0/Ip"));
-    QCOMPARE(store.value(QStringLiteral("net/Eth0")), QString());
-    QCOMPARE(store.regexp_values(QStringLiteral("net")), QStringList());
-    QCOMPARE(errors.count(), 3);
-    QCOMPARE(errors[0][0].toString(), QStringLiteral("Wrong value \"net/Eth0/Ip\""));
-    QCOMPARE(errors[1][0].toString(), QStringLiteral("Wrong key \"net/Eth0\""));
-    QCOMPARE(errors[2][0].toString(), QStringLiteral("Wrong regexp_key \"net\""));
-    QCOMPARE(store.value(QStringLiteral("net/Eth0/Ip")), QStringLiteral("10.0.0.1"));
+    StoreFixture fixture({{"net", "[Eth0]\nIp=10.0.0.1\n"}});
+    OrbSetup &store = fixture.store();
+    store.setValue("net/Eth0/Ip");
+    QCOMPARE(store.value("net/Eth0"), "");
+    QCOMPARE(store.regexp_values("net"), QStringList());
+    QCOMPARE(fixture.takeErrors(), QStringList({"Wrong value \"net/Eth0/Ip\"", "Wrong key \"net/Eth0\"",
+                                                "Wrong regexp_key \"net\""}));
+    QCOMPARE(store.value("net/Eth0/Ip"), "10.0.0.1");
 }
 
 void tst_OrbSetup::unknownFile()
 {
-    OrbSetup store;
-    QSignalSpy errors(&store, &OrbSetup::pseudothrow);
-    QVERIFY(!store.fileExists(QStringLiteral("net")));
-    QCOMPARE(errors.count(), 0);
-    QCOMPARE(store.value(QStringLiteral("net/a/b/default")), QStringLiteral("default"));
-    store.setValue(QStringLiteral("net/a/b/kept"));
-    QCOMPARE(store.value(QStringLiteral("net/a/b/default")), QStringLiteral("kept"));
-    QCOMPARE(store.regexp_values(QStringLiteral("net/a/.*")), QStringList(QStringLiteral("net/a/b/kept")));
-    QCOMPARE(errors.count(), 1); // once, not at each access
-    QCOMPARE(errors[0][0].toString(), QStringLiteral("File \"net\" does not exist"));
-    QCOMPARE(store.filePath(QStringLiteral("net")), QString());
-    QCOMPARE(errors.count(), 2);
-}
+    StoreFixture fixture({});
+    OrbSetup &store = fixture.store();
+    QVERIFY(!store.fileExists("net"));
+    QCOMPARE(fixture.takeErrors(), QStringList());
+    QCOMPARE(store.value("net/a/b/default"), "default");
+    store.setValue("net/a/b/kept");
+    QCOMPARE(store.value("net/a/b/default"), "kept");
+    QCOMPARE(store.regexp_values("net/a/.*"), QStringList("net/a/b/kept"));
+    const QStringList missing("File \"net\" does not exist");
+    QCOMPARE(fixture.takeErrors(), missing); // once, not at each access
+    QCOMPARE(store.filePath("net"), "");
+    QCOMPARE(fixture.takeErrors(), missing);
 
-void tst_OrbSetup::unknownFileThatGetsAPath()
-{
-    OrbSetup store;
-    QCOMPARE(store.value(QStringLiteral("net/a/b/default")), QStringLiteral("default"));
-    store.setFilePath(QStringLiteral("net"), makeFile(QStringLiteral("net"), "[a]\nb=1\n"));
-    QCOMPARE(store.value(QStringLiteral("net/a/b/default")), QStringLiteral("1"));
+    QCOMPARE(store.value("late/a/b/default"), "default");
+    fixture.setFile("late", "[a]\nb=1\n");
+    QCOMPARE(store.value("late/a/b/default"), "1");
 }
 
 void tst_OrbSetup::patternsOverKeys()
 {
-    OrbSetup store;
-    store.setFilePath(
-        QStringLiteral("users"),
-        makeFile(QStringLiteral("users"), "[Users]\nuser2=b\nuser1=a\nuserx=c\n[Old]\nuser1=d\n"));
-    QCOMPARE(store.regexp_values(QStringLiteral("users/Users/user[0-9]+")),
-             QStringList({QStringLiteral("users/Users/user1/a"), QStringLiteral("users/Users/user2/b")}));
-    QCOMPARE(store.regexp_values(QStringLiteral("users/[UO].*/user1/ignored")),
-             QStringList({QStringLiteral("users/Old/user1/d"), QStringLiteral("users/Users/user1/a")}));
-}
-
-void tst_OrbSetup::flushWritesEveryFile()
-{
-    OrbSetup store;
-    const QString touched = makeFile(QStringLiteral("a"), "k=07\n");
-    const QString untouched = makeFile(QStringLiteral("b"), "k=07\n");
-    store.setFilePath(QStringLiteral("a"), touched);
-    store.setFilePath(QStringLiteral("b"), untouched);
-    store.value(QStringLiteral("a/untitled/k"));
-    store.flush();
-    QCOMPARE(contentOf(touched), "k = '07'\r\n");
-    QCOMPARE(contentOf(untouched), "k=07\n"); // nobody asked for it
+    StoreFixture fixture({{"users", "[Users]\nuser2=b\nuser1=a\nuserx=c\n[Old]\nuser1=d\n"}});
+    QCOMPARE(fixture.store().regexp_values("users/Users/user[0-9]+"),
+             QStringList({"users/Users/user1/a", "users/Users/user2/b"}));
+    QCOMPARE(fixture.store().regexp_values("users/[UO].*/user1/ignored"),
+             QStringList({"users/Old/user1/d", "users/Users/user1/a"}));
 }
 
 void tst_OrbSetup::filesAreWrittenWhenReleased()
 {
-    const QString path = makeFile(QStringLiteral("net"), "[a]\nb=1\n");
+    StoreFixture fixture({{"net", "[a]\nb=1\n"}});
     {
         OpenStore store;
-        store.setFilePath(QStringLiteral("net"), path);
-        store.setValue(QStringLiteral("net/a/b/2"));
+        store.setFilePath("net", fixture.store().filePath("net"));
+        store.setValue("net/a/b/2");
         store.m_settings.clear();
-        QCOMPARE(contentOf(path), "[a]\r\nb = 2\r\n");
-        store.setValue(QStringLiteral("net/a/b/3"));
-        QCOMPARE(store.settings(QStringLiteral("net")).path(), path);
+        QCOMPARE(fixture.content("net"), "[a]\r\nb = 2\r\n");
+        store.setValue("net/a/b/3");
+        QCOMPARE(store.settings("net").path(), store.filePath("net"));
     }
-    QCOMPARE(contentOf(path), "[a]\r\nb = 3\r\n");
+    QCOMPARE(fixture.content("net"), "[a]\r\nb = 3\r\n");
 }
 
 void tst_OrbSetup::baseOperations()
 {
-    OrbSetup store(QStringLiteral("admin:1@10.0.0.1"));
-    QCOMPARE(store.address(), QStringLiteral("admin:1@10.0.0.1"));
+    OrbSetup store("admin:1@10.0.0.1");
+    QCOMPARE(store.address(), "admin:1@10.0.0.1");
     QSignalSpy progress(&store, &OrbSetup::progress);
     QSignalSpy loaded(&store, &OrbSetup::loadDone);
     QSignalSpy stored(&store, &OrbSetup::storeDone);
     store.load();
     QCOMPARE(loaded.count(), 1);
-    store.function(QStringLiteral("save_settings"), QStringLiteral("ignored"));
+    store.function("save_settings", "ignored");
     QCOMPARE(stored.count(), 1);
-    store.function(QStringLiteral("reboot"), QString());
+    store.function("reboot", QString());
     QCOMPARE(stored.count(), 1);
     QCOMPARE(progress.count(), 3);
     QCOMPARE(progress[2][0].toInt(), 100);
@@ -254,21 +188,15 @@ void tst_OrbSetup::flatMapReads()
     device.seek(10); // it is read from its start all the same
     QMap<QString, QVariant> map;
     QVERIFY(OpenStore::myReadFunc(device, map));
-    const QMap<QString, QVariant> expected{{QStringLiteral("untitled/a"), QStringLiteral("1")},
-                                           {QStringLiteral("untitled/quoted"), QString()},
-                                           {QStringLiteral("s/b"), QStringLiteral("it's")},
-                                           {QStringLiteral("s/c"), QStringLiteral("x y")},
-                                           {QStringLiteral("s/d"), QStringLiteral("1")}};
+    const QMap<QString, QVariant> expected{
+        {"untitled/a", "1"}, {"untitled/quoted", QString()}, {"s/b", "it's"}, {"s/c", "x y"}, {"s/d", "1"}};
     QCOMPARE(map, expected);
     QVERIFY(device.isTextModeEnabled());
 }
 
 void tst_OrbSetup::flatMapWrites()
 {
-    const QMap<QString, QVariant> map{{QStringLiteral("a/k"), 12},
-                                      {QStringLiteral("a/e"), QString()},
-                                      {QStringLiteral("b/t"), QStringLiteral("x y")},
-                                      {QStringLiteral("b/z"), QStringLiteral("007")}};
+    const QMap<QString, QVariant> map{{"a/k", 12}, {"a/e", QString()}, {"b/t", "x y"}, {"b/z", "007"}};
     QBuffer device;
     device.setData(QByteArray(100, '?'));
     QVERIFY(device.open(QIODevice::ReadWrite));
@@ -278,7 +206,7 @@ void tst_OrbSetup::flatMapWrites()
 
     QMap<QString, QVariant> again;
     QVERIFY(OpenStore::myReadFunc(device, again));
-    QCOMPARE(again.value(QStringLiteral("b/z")).toString(), QStringLiteral("007"));
+    QCOMPARE(again.value("b/z").toString(), "007");
     QCOMPARE(again.size(), 4);
 }
 
