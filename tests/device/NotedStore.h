@@ -51,6 +51,13 @@ public:
     {
         return QTest::qWaitFor([this] { return !errors.isEmpty(); }) ? errors.takeFirst() : QString();
     }
+    /// What went wrong, once \a recorder has nothing left to play: its problem and what the store reported.
+    template <typename Recorder>
+    QStringList faultsWith(const Recorder &recorder)
+    {
+        const bool done = QTest::qWaitFor([&] { return recorder.problem().isEmpty(); });
+        return done ? errors : errors + QStringList(recorder.problem());
+    }
     QByteArray content(const QString &name) { return contentOf(filePath(name)); }
 
     using OrbNetSetup::_compile_state;

@@ -9,7 +9,10 @@ namespace
 {
 
 const QByteArray Ok = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
+const QByteArray Login = "\x04LOGIN=guest\r\nPASS=secret\r\n";
 const QByteArray Refusal = "LENGTH=19\r\nVORN_ANSWER=ERROR\r\n";
+const QByteArray CutReply = "LENGTH=20\r\nabcdVORN_A";
+const char *const OperatorPassword = "0cc175b9c0f1b6a831c399e269772661";
 /// The description of a recorder that has nothing else to fetch.
 const QByteArray NoFiles = "<pvsetup><di/></pvsetup>";
 
@@ -20,17 +23,25 @@ struct Answers : public CredentialsSource {
         url = record.url;
         record.remember = remember;
         record.login = "operator";
-        record.password = "0cc175b9c0f1b6a831c399e269772661";
+        record.password = OperatorPassword;
         return accept;
     }
     void save(const Credentials &record) override { saved << record.login + '@' + record.url; }
 
     bool accept = true;
-    bool remember = false;
+    bool remember = true;
     int asked = 0;
     QByteArray url;
     QList<QByteArray> saved;
 };
+
+Answers *answersFor(OrbNetSetup &store)
+{
+    auto source = std::make_unique<Answers>();
+    Answers *answers = source.get();
+    store.setCredentialsSource(std::move(source));
+    return answers;
+}
 
 } // namespace
 
@@ -41,47 +52,38 @@ class LinkTest : public QObject
 private Q_SLOTS:
     void logsInWithTheAddress_data();
     void logsInWithTheAddress();
-    void acceptsALoginReplyInPieces();
-    void acceptsNothingButTheLoginFrames_data();
-    void acceptsNothingButTheLoginFrames();
     void readsRepliesByteByByte();
-    void waitsForTheRestOfAReply();
     void stopsAtAWrongReply_data();
     void stopsAtAWrongReply();
     void startsOverAfterAFault();
 
     void reportsAWrongAddress();
     void reportsAnUnreachableRecorder();
-    void reportsASecondLoad();
-    void reportsAConnectionNobodyAskedFor();
-    void reportsAConnectionClosedInMidList();
-    void reportsAnOperationNobodyAskedFor();
-    void endsAnEmptyListAfterLogin();
-    void announcesTheEndBeforeItIsIdle();
+    void reportsAConnectionThatTheRecorderCloses_data();
+    void reportsAConnectionThatTheRecorderCloses();
+    void reportsWhatNobodyAskedFor();
+    void refusesToLoadBeforeItIsIdle();
     void survivesAnEventLoopInAReceiver();
 
-    void reportsARefusedLoginWithNobodyToAsk();
-    void reportsACancelledLogin();
+    void reportsARefusedLogin_data();
+    void reportsARefusedLogin();
+    void asksForAnotherLogin_data();
     void asksForAnotherLogin();
-    void fetchesAfterARefusedSend();
 };
 
 void LinkTest::logsInWithTheAddress_data()
 {
     QTest::addColumn<QString>("login");
     QTest::addColumn<QString>("password");
-    QTest::newRow("plain") << "guest"
-                           << "secret";
-    QTest::newRow("colon in the login") << "a:b"
-                                        << "c";
-    QTest::newRow("at in the password") << "a"
-                                        << "p@x";
-    QTest::newRow("slashes") << "a/b"
-                             << "c/d/";
-    QTest::newRow("not only Latin letters") << "иван"
-                                            << "пароль";
-    QTest::newRow("empty") << ""
-                           << "";
+    const auto row = [](const char *name, const char *login, const char *password) {
+        QTest::newRow(name) << QString(login) << QString(password);
+    };
+    row("plain", "guest", "secret");
+    row("colon in the login", "a:b", "c");
+    row("at in the password", "a", "p@x");
+    row("slashes", "a/b", "c/d/");
+    row("not only Latin letters", "иван", "пароль");
+    row("empty", "", "");
 }
 
 void LinkTest::logsInWithTheAddress()
@@ -90,72 +92,30 @@ void LinkTest::logsInWithTheAddress()
     QFETCH(QString, password);
     FakeRecorder recorder;
     recorder.login(login, password).reply("GET SETUP\r\n", NoFiles).expectClosed();
+    recorder.startConnection().login(login, password).expectClosed();
     NotedStore store(recorder.address(login, password));
     QVERIFY(store.fetch());
-    QTRY_COMPARE(recorder.problem(), QString());
+    QVERIFY(store.sendAll());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
     QCOMPARE(store.value("general/network/login"), login);
     QCOMPARE(store.value("general/network/password"), password);
     QCOMPARE(store.value("general/network/url"), recorder.address("", "").mid(2));
-    QCOMPARE(store.errors, QStringList());
-}
-
-void LinkTest::acceptsALoginReplyInPieces()
-{
-    FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").send("LENGTH=16\r\n").send("VORN_ANSWER=OK\r\n");
-    recorder.reply("GET SETUP\r\n", NoFiles).expectClosed();
-    NotedStore store(recorder.address());
-    QVERIFY(store.fetch());
-    QTRY_COMPARE(recorder.problem(), QString());
-}
-
-void LinkTest::acceptsNothingButTheLoginFrames_data()
-{
-    QTest::addColumn<QByteArray>("reply");
-    QTest::newRow("bytes behind the frame") << Ok + "x";
-    QTest::newRow("refusal with a text") << QByteArray("LENGTH=24\r\nVORN_ANSWER=ERROR:busy\r\n");
-    QTest::newRow("another frame first") << Refusal + Ok;
-    QTest::newRow("an endless one") << QByteArray(3'000'000, 'x');
-}
-
-void LinkTest::acceptsNothingButTheLoginFrames()
-{
-    QFETCH(QByteArray, reply);
-    FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").send(reply).close();
-    NotedStore store(recorder.address());
-    store.load();
-    QCOMPARE(store.awaitError(), "Network error 1");
-    QCOMPARE(store.awaitError(), "OrbNetSetup::disconnected in wrong state 2");
-    QCOMPARE(recorder.problem(), QString());
-    QVERIFY(store.m_buffer.size() < 64);
+    // There is nothing to fetch but the description, and nothing to send.
+    QCOMPARE(store.percents, QList<int>({0, 100, 100}));
 }
 
 void LinkTest::readsRepliesByteByByte()
 {
     FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").sendInPieces(Ok, 1).expect("GET SETUP\r\n");
+    recorder.expect(Login).sendInPieces(Ok, 1).expect("GET SETUP\r\n");
     recorder.sendInPieces(
         FakeRecorder::frame("<a><di><difile/><difile name='f' get_command='GET F'/></di></a>"), 1);
     recorder.expect("GET F\r\n").sendInPieces(FakeRecorder::frame("LENGTH=3\r\nVORN_ANSWER=OK\r\nx"), 1);
     recorder.expectClosed();
     NotedStore store(recorder.address());
     QVERIFY(store.fetch());
-    QTRY_COMPARE(recorder.problem(), QString());
     QCOMPARE(store.content("f"), "LENGTH=3\r\nVORN_ANSWER=OK\r\nx");
-    QCOMPARE(store.errors, QStringList());
-}
-
-void LinkTest::waitsForTheRestOfAReply()
-{
-    FakeRecorder recorder;
-    recorder.login().expect("GET SETUP\r\n").send("LENGTH=20\r\nabcdVORN_A").close();
-    NotedStore store(recorder.address());
-    store.load();
-    QCOMPARE(store.awaitError(), "Network error 1");
-    QCOMPARE(store.awaitError(), "OrbNetSetup::disconnected in wrong state 4");
-    QCOMPARE(store.m_buffer, "LENGTH=20\r\nabcdVORN_A");
-    QVERIFY(!store.fileExists("interface"));
+    QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
 void LinkTest::stopsAtAWrongReply_data()
@@ -194,8 +154,7 @@ void LinkTest::stopsAtAWrongReply()
     QCOMPARE(store.m_buffer, remains);
     QTRY_COMPARE(recorder.problem(), QString());
     QTest::qWait(20);
-    QCOMPARE(recorder.problem(), QString());
-    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
     QCOMPARE(store.m_state, 4);
     QCOMPARE(store.loads, 0);
     QCOMPARE(store.m_buffer, remains);
@@ -215,8 +174,7 @@ void LinkTest::startsOverAfterAFault()
     store.setFilePath("interface", store.filePath("general"));
     store._push_file("interface", "<a><di><difile name='general.original' put_command='PUT X'/></di></a>");
     QVERIFY(store.sendAll());
-    QTRY_COMPARE(recorder.problem(), QString());
-    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
 void LinkTest::reportsAWrongAddress()
@@ -245,71 +203,71 @@ void LinkTest::reportsAnUnreachableRecorder()
     QCOMPARE(store.loads, 0);
 }
 
-void LinkTest::reportsASecondLoad()
+void LinkTest::reportsAConnectionThatTheRecorderCloses_data()
 {
-    FakeRecorder recorder;
-    recorder.login().fetchOf({}).expectClosed();
-    NotedStore store(recorder.address());
-    store.load();
-    store.load();
-    QCOMPARE(store.awaitError(), "OrbNetSetup::_connect in wrong state 1");
-    QTRY_COMPARE(store.loads, 1);
+    QTest::addColumn<QList<QByteArray>>("replies");
+    QTest::addColumn<int>("state");
+    const auto row = [](const char *name, const QList<QByteArray> &replies, int state) {
+        QTest::newRow(name) << replies << state;
+    };
+    // Nothing but the two login frames is a reply to a login.
+    row("bytes behind the login frame", {Ok + "x"}, 2);
+    row("refusal with a text", {"LENGTH=24\r\nVORN_ANSWER=ERROR:busy\r\n"}, 2);
+    row("another login frame first", {Refusal + Ok}, 2);
+    row("endless login frame", {QByteArray(3'000'000, 'x')}, 2);
+    row("reply cut", {Ok, CutReply}, 4);
+    row("mid-list", {Ok, FakeRecorder::frame("<a/>"), ""}, 5);
 }
 
-void LinkTest::reportsAConnectionNobodyAskedFor()
+void LinkTest::reportsAConnectionThatTheRecorderCloses()
 {
+    QFETCH(QList<QByteArray>, replies);
+    QFETCH(int, state);
+    const QList<QByteArray> requests{Login, "GET SETUP\r\n", "GET CONFIG\r\n"};
     FakeRecorder recorder;
-    NotedStore store(recorder.address());
-    store.load();
-    store.m_state = 0;
-    QCOMPARE(store.awaitError(), "OrbNetSetup::connected in wrong state 0");
-}
-
-void LinkTest::reportsAConnectionClosedInMidList()
-{
-    FakeRecorder recorder;
-    recorder.login().reply("GET SETUP\r\n", "<a/>").expect("GET CONFIG\r\n").close();
+    for (qsizetype i = 0; i < replies.size(); ++i)
+        recorder.expect(requests.at(i)).send(replies.at(i));
+    recorder.close();
     NotedStore store(recorder.address());
     store.load();
     QCOMPARE(store.awaitError(), "Network error 1");
-    QCOMPARE(store.awaitError(), "OrbNetSetup::disconnected in wrong state 5");
+    QCOMPARE(store.awaitError(), QString("OrbNetSetup::disconnected in wrong state %1").arg(state));
+    QCOMPARE(recorder.problem(), QString());
     QCOMPARE(store.loads, 0);
-    QCOMPARE(store.m_state, 5);
-    QCOMPARE(store.commandCount(), 9);
+    QCOMPARE(store.m_state, state);
+    QCOMPARE(store.fileExists("interface"), state == 5);
+    QVERIFY(store.m_buffer.size() < 64);
+    QVERIFY(state != 4 || store.m_buffer == CutReply);
+    QVERIFY(state != 5 || store.commandCount() == 9);
 }
 
-void LinkTest::reportsAnOperationNobodyAskedFor()
+void LinkTest::reportsWhatNobodyAskedFor()
 {
     FakeRecorder recorder;
     recorder.login().expectClosed();
+    recorder.startConnection();
     NotedStore store(recorder.address());
     store.load();
     store.m_operation = 0;
     QCOMPARE(store.awaitError(), "OrbNetSetup::disconnected in wrong operation 0");
     QTRY_COMPARE(store.m_state, 0);
     QCOMPARE(store.loads + store.stores, 0);
+    store.load();
+    store.m_state = 0;
+    QCOMPARE(store.awaitError(), "OrbNetSetup::connected in wrong state 0");
 }
 
-void LinkTest::endsAnEmptyListAfterLogin()
-{
-    FakeRecorder recorder;
-    recorder.login().expectClosed();
-    NotedStore store(recorder.address());
-    store._push_file("interface", NoFiles);
-    QVERIFY(store.sendAll());
-    QTRY_COMPARE(recorder.problem(), QString());
-    QCOMPARE(store.percents, QList<int>{100});
-    QCOMPARE(store.errors, QStringList());
-}
-
-void LinkTest::announcesTheEndBeforeItIsIdle()
+void LinkTest::refusesToLoadBeforeItIsIdle()
 {
     FakeRecorder recorder;
     recorder.login().fetchOf({}).expectClosed();
     NotedStore store(recorder.address());
     QObject::connect(&store, &OrbSetup::loadDone, &store, [&store] { store.load(); });
+    store.load();
     QVERIFY(store.fetch());
-    QCOMPARE(store.errors, QStringList("OrbNetSetup::_connect in wrong state 13"));
+    QCOMPARE(store.faultsWith(recorder), QStringList({"OrbNetSetup::_connect in wrong state 1",
+                                                      "OrbNetSetup::_connect in wrong state 13"}));
+    QCOMPARE(store.loads, 1);
     QCOMPARE(store.commandCount(), 0);
     QCOMPARE(store.m_operation, 0);
 }
@@ -323,73 +281,66 @@ void LinkTest::survivesAnEventLoopInAReceiver()
     QObject::connect(&store, &OrbSetup::progress, &store, [] { QTest::qWait(20); });
     QVERIFY(store.fetch());
     QCOMPARE(store.value("net/untitled/A"), "1");
-    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void LinkTest::reportsARefusedLoginWithNobodyToAsk()
+void LinkTest::reportsARefusedLogin_data()
 {
-    FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").send(Refusal).expectClosed();
-    NotedStore store(recorder.address());
-    store.load();
-    QCOMPARE(store.awaitError(), "Authorization failed");
-    QTRY_COMPARE(recorder.problem(), QString());
-    QCOMPARE(store.errors, QStringList());
-    QCOMPARE(store.m_state, 0);
-    QCOMPARE(store.m_operation, 0);
-    QCOMPARE(recorder.connectionCount(), 1);
+    QTest::addColumn<bool>("asks");
+    QTest::newRow("nobody to ask") << false;
+    QTest::newRow("cancelled") << true;
 }
 
-void LinkTest::reportsACancelledLogin()
+void LinkTest::reportsARefusedLogin()
 {
+    QFETCH(bool, asks);
     FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").send(Refusal).expectClosed();
+    recorder.expect(Login).send(Refusal).expectClosed();
     recorder.startConnection().login().fetchOf({}).expectClosed();
     NotedStore store(recorder.address());
-    auto source = std::make_unique<Answers>();
-    Answers *answers = source.get();
-    answers->accept = false;
-    answers->remember = true;
-    store.setCredentialsSource(std::move(source));
+    Answers *answers = asks ? answersFor(store) : nullptr;
+    if (answers)
+        answers->accept = false;
     store.load();
     QCOMPARE(store.awaitError(), "Authorization failed");
-    QCOMPARE(answers->asked, 1);
-    QCOMPARE(answers->url, recorder.address("", "").mid(2).toLatin1());
-    QCOMPARE(answers->saved, QList<QByteArray>());
+    QTRY_COMPARE(store.m_state, 0);
+    QCOMPARE(store.m_operation, 0);
+    QCOMPARE(recorder.connectionCount(), 1);
+    if (answers) {
+        QCOMPARE(answers->asked, 1);
+        QCOMPARE(answers->url, recorder.address("", "").mid(2).toLatin1());
+        QCOMPARE(answers->saved, QList<QByteArray>());
+    }
     // The user may try again.
     QVERIFY(store.fetch());
-    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void LinkTest::asksForAnotherLogin_data()
+{
+    QTest::addColumn<bool>("sends");
+    QTest::addColumn<bool>("remember");
+    QTest::newRow("to fetch") << false << true;
+    // A send that is refused ends in a fetch with the new login.
+    QTest::newRow("to send") << true << false;
 }
 
 void LinkTest::asksForAnotherLogin()
 {
+    QFETCH(bool, sends);
+    QFETCH(bool, remember);
     FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").sendInPieces(Refusal, 20).expectClosed();
-    recorder.startConnection().login("operator", "0cc175b9c0f1b6a831c399e269772661").fetchOf({});
+    recorder.expect(Login).sendInPieces(Refusal, 20).expectClosed();
+    recorder.startConnection().login("operator", OperatorPassword).fetchOf({});
     NotedStore store(recorder.address());
-    auto source = std::make_unique<Answers>();
-    Answers *answers = source.get();
-    answers->remember = true;
-    store.setCredentialsSource(std::move(source));
-    QVERIFY(store.fetch());
-    QTRY_COMPARE(recorder.problem(), QString());
-    QCOMPARE(store.errors, QStringList());
-    QCOMPARE(store.address(), recorder.address("operator", "0cc175b9c0f1b6a831c399e269772661"));
-    QCOMPARE(answers->saved, QList<QByteArray>{"operator@" + answers->url});
-}
-
-void LinkTest::fetchesAfterARefusedSend()
-{
-    FakeRecorder recorder;
-    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n").send(Refusal).expectClosed();
-    recorder.startConnection().login("operator", "0cc175b9c0f1b6a831c399e269772661").fetchOf({});
-    NotedStore store(recorder.address());
-    store.setCredentialsSource(std::make_unique<Answers>());
-    store.store();
+    Answers *answers = answersFor(store);
+    answers->remember = remember;
+    sends ? store.store() : store.load();
     QTRY_COMPARE(store.loads, 1);
-    QTRY_COMPARE(recorder.problem(), QString());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
     QCOMPARE(store.stores, 0);
-    QCOMPARE(store.errors, QStringList());
+    QCOMPARE(store.address(), recorder.address("operator", OperatorPassword));
+    QCOMPARE(answers->saved, remember ? QList{"operator@" + answers->url} : QList<QByteArray>());
 }
 
 QTEST_GUILESS_MAIN(LinkTest)
