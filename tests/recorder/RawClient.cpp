@@ -1,6 +1,7 @@
 #include "RawClient.h"
 
-#include <QTest>
+#include <QCoreApplication>
+#include <QTimer>
 
 RawClient::RawClient(quint16 port)
 {
@@ -25,40 +26,37 @@ void RawClient::sendByteByByte(const QByteArray &bytes)
 
 QByteArray RawClient::receive(qsizetype count)
 {
-    [[maybe_unused]] const bool enough =
-        QTest::qWaitFor([&] { return m_socket.bytesAvailable() >= count; }, 5000);
+    waitUntil([&] { return m_socket.bytesAvailable() >= count; });
     QCoreApplication::processEvents();
     return m_socket.readAll();
 }
 
-QByteArray RawClient::ask(const QByteArray &request, const QByteArray &expected)
+QByteArray RawClient::ask(const QByteArray &request)
 {
     send(request);
-    return receive(expected.size());
-}
-
-QByteArray RawClient::receiveFrame()
-{
-    QByteArray header;
-    const auto headerIsWhole = [&] {
-        while (!header.endsWith('\n') && m_socket.bytesAvailable() > 0)
-            header += m_socket.read(1);
-        return header.endsWith('\n');
-    };
-    if (!QTest::qWaitFor(headerIsWhole, 5000))
-        return header;
+    waitUntil([&] { return m_socket.canReadLine(); });
+    const QByteArray header = m_socket.readLine();
     return header + receive(header.mid(7).trimmed().toInt());
 }
 
 QByteArray RawClient::receiveUntilClosed()
 {
-    const bool closed =
-        QTest::qWaitFor([&] { return m_socket.state() == QAbstractSocket::UnconnectedState; }, 10000);
-    return closed ? m_socket.readAll() : QByteArray();
+    return waitUntil([&] { return !isConnected(); }) ? m_socket.readAll() : "still open";
 }
 
 bool RawClient::logIn(const QByteArray &name, const QByteArray &password)
 {
     const QByteArray accepted = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
-    return ask("\x04LOGIN=" + name + "\r\nPASS=" + password + "\r\n", accepted) == accepted;
+    return ask("\x04LOGIN=" + name + "\r\nPASS=" + password + "\r\n") == accepted;
+}
+
+/// Unlike QTest::qWaitFor() this does not sleep between two looks.
+bool RawClient::waitUntil(const std::function<bool()> &isTrue)
+{
+    QTimer patience;
+    patience.setSingleShot(true);
+    patience.start(5000);
+    while (!isTrue() && patience.isActive())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return isTrue();
 }

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QTcpSocket>
 
+#include <functional>
+
 /// A client made of nothing but bytes: it knows neither the login nor the frames.
 class RawClient
 {
@@ -15,11 +17,9 @@ public:
 
     /// Waits for that many bytes and returns everything that is there, so that a surplus shows too.
     QByteArray receive(qsizetype count);
-    /// Sends and receives as much as the expected answer has.
-    QByteArray ask(const QByteArray &request, const QByteArray &expected);
-    /// Reads a whole "LENGTH=n" frame.
-    QByteArray receiveFrame();
-    /// Everything that arrives until the server closes; nothing when it does not.
+    /// Sends and receives the "LENGTH=n" frame that answers, with whatever follows it too early.
+    QByteArray ask(const QByteArray &request);
+    /// Everything that arrives until the server closes; "still open" when it does not.
     QByteArray receiveUntilClosed();
 
     bool logIn(const QByteArray &name = "admin", const QByteArray &password = "admin");
@@ -29,5 +29,7 @@ public:
     void abort() { m_socket.abort(); }
 
 private:
+    bool waitUntil(const std::function<bool()> &isTrue);
+
     QTcpSocket m_socket;
 };

@@ -61,7 +61,7 @@ void TestRecorderProgram::servesUntilItIsStopped()
     RawClient client(match.captured(1).toUShort());
     QVERIFY(client.logIn());
     const QByteArray ok = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
-    QCOMPARE(client.ask("PUT NET CONFIG\r\nLENGTH=4\r\nA=1\n", ok), ok);
+    QCOMPARE(client.ask("PUT NET CONFIG\r\nLENGTH=4\r\nA=1\n"), ok);
     QFile net(data + "/net");
     QVERIFY(net.open(QIODevice::ReadOnly));
     QCOMPARE(net.readAll(), QByteArray("A=1\n"));
