@@ -4,11 +4,9 @@
 #include "controls/OrbDlgQuestion.h"
 #include "store/OrbSetup.h"
 #include "ui/ControlAccessibility.h"
+#include "ui/DescribedFrame.h"
 #include "ui/LoadingView.h"
-#include "ui/PageArea.h"
-#include "ui/SafeText.h"
 #include "ui/SetupSession.h"
-#include "ui/UiLimits.h"
 #include "ui/WindowDrag.h"
 #include "ui/WindowHeader.h"
 #include "ui/WindowLook.h"
@@ -64,7 +62,7 @@ bool pressFocusedButton(const QKeyEvent &event)
 } // namespace
 
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
-    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(setup), m_retiredPages(new QWidget)
+    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(setup)
 {
     registerPictures();
     setWindowTitle(tr("Paravue Setup"));
@@ -73,6 +71,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
         *setup, *this, [this](const QString &message) { Q_EMIT pseudothrow(message); });
     createWidgets();
     arrangeWidgets();
+    m_frame = std::make_unique<DescribedFrame>(
+        DescribedFrame::Widgets{this, m_header->label(), m_tabs, m_ok, m_cancel}, *m_session);
     wire();
     new WindowDrag(this, m_header->label());
     describeToAssistiveTools(this);
@@ -87,19 +87,17 @@ CWinMain::~CWinMain() = default;
 void CWinMain::createWidgets()
 {
     const QString recorder = recorderName(m_setup->address());
-    m_headerBase = (recorder.isEmpty() ? windowTitle() : recorder) + u' ';
     m_header = new WindowHeader(this);
-    m_header->label()->setText(m_headerBase);
+    // The title of a description is put directly behind it.
+    m_header->label()->setText((recorder.isEmpty() ? windowTitle() : recorder) + u' ');
     m_header->label()->setObjectName(QStringLiteral("labelHeader"));
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
     m_tabs->hide();
-    m_okText = tr("OK");
-    m_cancelText = tr("Cancel");
-    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), m_okText, this);
+    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), tr("OK"), this);
     m_ok->setDefault(true);
     m_ok->setEnabled(false); // what it does comes with the description
-    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), m_cancelText, this);
+    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), tr("Cancel"), this);
     m_ok->setObjectName(QStringLiteral("buttonOK"));
     m_cancel->setObjectName(QStringLiteral("buttonCancel"));
     for (QPushButton *button : {m_ok, m_cancel}) {
@@ -303,7 +301,7 @@ void CWinMain::readDescription()
         return;
     }
     m_session->bindings.reload();
-    showTexts();
+    m_frame->showTexts();
 }
 
 void CWinMain::build(const QByteArray &description, const QString &path)
@@ -322,9 +320,7 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_builtFrom = path;
     m_builtText = description;
     setUpdatesEnabled(false);
-    applyDescription();
-    buildPages(shownPage);
-    applySize();
+    m_frame->build(shownPage);
     m_session->bindings.loadNew(m_session->table.numbersSince(0));
     chainTabOrder();
     // Shown when the values are in: each of them would make a visible page arrange itself anew.
@@ -338,81 +334,6 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     setUpdatesEnabled(true);
     if (isFirst)
         m_tabs->setFocus();
-}
-
-void CWinMain::applyDescription()
-{
-    const QDomElement window = m_session->document.root().firstChildElement(QStringLiteral("window"));
-    // A description that says nothing of these does not keep what the last one said.
-    setMinimumSize(0, 0);
-    unsetLayoutDirection();
-    setToolTip(QString());
-    if (!window.isNull())
-        m_session->builder.adoptWindow(window, this);
-    showTexts();
-}
-
-void CWinMain::showTexts()
-{
-    const QDomElement root = m_session->document.root();
-    const QDomElement window = root.firstChildElement(QStringLiteral("window"));
-    const QString title = window.firstChildElement(QStringLiteral("title")).text();
-    m_header->label()->setText(m_headerBase + m_session->context.text(title));
-    applyButtons();
-    showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_tabs,
-                    [this](const QString &raw) { return m_session->context.text(raw); });
-}
-
-void CWinMain::applyButtons()
-{
-    const QDomElement root = m_session->document.root();
-    const QDomElement ok = root.firstChildElement(QStringLiteral("buttonOK"));
-    const QDomElement cancel = root.firstChildElement(QStringLiteral("buttonCancel"));
-    // Deliberate: Cancel has the tool tip that stands under buttonOK.
-    const QString toolTip = ok.firstChildElement(QStringLiteral("tooltip")).text();
-    const auto apply = [&](QPushButton *button, const QDomElement &element, const QString &ownText) {
-        const QDomElement text = element.firstChildElement(QStringLiteral("text"));
-        button->setText(text.isNull() ? ownText : m_session->context.text(text.text()));
-        button->setToolTip(element.isNull() ? QString() : safeRichText(m_session->context.text(toolTip)));
-    };
-    apply(m_ok, ok, m_okText);
-    apply(m_cancel, cancel, m_cancelText);
-}
-
-void CWinMain::buildPages(int shownPage)
-{
-    while (m_tabs->count() > 0) {
-        QWidget *page = m_tabs->widget(0);
-        m_tabs->removeTab(0);
-        // Deleted later: a button of the page may have started the load that now replaces it.
-        page->setParent(m_retiredPages.get());
-        page->deleteLater();
-    }
-    const QDomElement tabs = m_session->document.root().firstChildElement(QStringLiteral("tabwidget"));
-    const QString position = tabs.firstChildElement(QStringLiteral("tabposition")).text();
-    if (position == QLatin1String("South"))
-        m_tabs->setTabPosition(QTabWidget::South);
-    else if (position == QLatin1String("West"))
-        m_tabs->setTabPosition(QTabWidget::West);
-    else if (position == QLatin1String("East"))
-        m_tabs->setTabPosition(QTabWidget::East);
-    else
-        m_tabs->setTabPosition(QTabWidget::North);
-    m_session->builder.buildTabs(tabs, m_tabs, PageBuilder::Scrolling);
-    const int selection = tabs.firstChildElement(QStringLiteral("selection")).text().toInt();
-    m_tabs->setCurrentIndex(shownPage >= 0 && shownPage < m_tabs->count() ? shownPage : selection);
-}
-
-void CWinMain::applySize()
-{
-    const QDomElement window = m_session->document.root().firstChildElement(QStringLiteral("window"));
-    const int width = window.firstChildElement(QStringLiteral("width")).text().toInt();
-    const int height = window.firstChildElement(QStringLiteral("height")).text().toInt();
-    if (width == 0 || height == 0)
-        return;
-    const QPoint middle = geometry().center();
-    resize(QSize(width, height).boundedTo(QSize(limits::Pixels, limits::Pixels)));
-    move(middle - rect().center());
 }
 
 void CWinMain::chainTabOrder()

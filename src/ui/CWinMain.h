@@ -15,6 +15,7 @@ class QTabWidget;
 
 namespace paravue
 {
+class DescribedFrame;
 class LoadingView;
 class SetupSession;
 class WindowHeader;
@@ -77,12 +78,6 @@ private:
 
     void readDescription();
     void build(const QByteArray &description, const QString &path);
-    void applyDescription();
-    void applyButtons();
-    /// Everything of the description that is no control; again when values were fetched anew.
-    void showTexts();
-    void buildPages(int shownPage);
-    void applySize();
     void chainTabOrder();
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
     void showError(const QString &message);
@@ -92,13 +87,9 @@ private:
     QGridLayout *m_pages = nullptr;
     paravue::LoadingView *m_loading = nullptr; ///< made when a load takes its time
     QTabWidget *m_tabs = nullptr;
-    std::unique_ptr<QWidget> m_retiredPages; ///< pages of the last description on their way out
     QPushButton *m_ok = nullptr;
     QPushButton *m_cancel = nullptr;
     QSizeGrip *m_grip = nullptr;
-    QString m_headerBase;
-    QString m_okText; ///< captions without a description
-    QString m_cancelText;
     QString m_builtFrom;     ///< path of the description that the pages were built from
     QByteArray m_builtText;  ///< and its bytes
     QString m_deferredError; ///< the first message of the operation that runs
@@ -106,4 +97,5 @@ private:
     bool m_errorOnScreen = false;
     bool m_isRunning = false;
     std::unique_ptr<paravue::SetupSession> m_session;
+    std::unique_ptr<paravue::DescribedFrame> m_frame;
 };

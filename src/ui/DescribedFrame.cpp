@@ -1,0 +1,113 @@
+#include "ui/DescribedFrame.h"
+
+#include "ui/SafeText.h"
+#include "ui/SetupSession.h"
+#include "ui/UiLimits.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace paravue
+{
+namespace
+{
+
+QString childText(const QDomElement &element, const QString &tag)
+{
+    return element.firstChildElement(tag).text();
+}
+
+QTabWidget::TabPosition tabPosition(const QString &word)
+{
+    if (word == QLatin1String("South"))
+        return QTabWidget::South;
+    if (word == QLatin1String("West"))
+        return QTabWidget::West;
+    return word == QLatin1String("East") ? QTabWidget::East : QTabWidget::North;
+}
+
+} // namespace
+
+DescribedFrame::DescribedFrame(const Widgets &widgets, SetupSession &session)
+    : m_widgets(widgets), m_session(session), m_headerBase(widgets.header->text()),
+      m_okText(widgets.ok->text()), m_cancelText(widgets.cancel->text()), m_retiredPages(new QWidget)
+{
+}
+
+DescribedFrame::~DescribedFrame() = default;
+
+void DescribedFrame::build(int shownPage)
+{
+    adoptWindow();
+    showTexts();
+    buildPages(shownPage);
+    applySize();
+}
+
+void DescribedFrame::adoptWindow()
+{
+    m_widgets.window->setMinimumSize(0, 0);
+    m_widgets.window->unsetLayoutDirection();
+    m_widgets.window->setToolTip(QString());
+    const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
+    if (!window.isNull())
+        m_session.builder.adoptWindow(window, m_widgets.window);
+}
+
+void DescribedFrame::showTexts()
+{
+    const auto visible = [this](const QString &raw) { return m_session.context.text(raw); };
+    const QDomElement root = m_session.document.root();
+    const QDomElement window = root.firstChildElement(QStringLiteral("window"));
+    m_widgets.header->setText(m_headerBase + visible(childText(window, QStringLiteral("title"))));
+    showButtons();
+    showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_widgets.tabs, visible);
+}
+
+void DescribedFrame::showButtons()
+{
+    const QDomElement root = m_session.document.root();
+    const QDomElement ok = root.firstChildElement(QStringLiteral("buttonOK"));
+    // Deliberate: Cancel has the tool tip that stands under buttonOK.
+    const QString toolTip = childText(ok, QStringLiteral("tooltip"));
+    const auto show = [&](QPushButton *button, const QDomElement &element, const QString &ownText) {
+        const QDomElement text = element.firstChildElement(QStringLiteral("text"));
+        button->setText(text.isNull() ? ownText : m_session.context.text(text.text()));
+        button->setToolTip(element.isNull() ? QString() : safeRichText(m_session.context.text(toolTip)));
+    };
+    show(m_widgets.ok, ok, m_okText);
+    show(m_widgets.cancel, root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
+}
+
+void DescribedFrame::buildPages(int shownPage)
+{
+    QTabWidget *tabs = m_widgets.tabs;
+    while (tabs->count() > 0) {
+        QWidget *page = tabs->widget(0);
+        tabs->removeTab(0);
+        // Deleted later: a button of the page may have started the load that now replaces it.
+        page->setParent(m_retiredPages.get());
+        page->deleteLater();
+    }
+    const QDomElement element = m_session.document.root().firstChildElement(QStringLiteral("tabwidget"));
+    tabs->setTabPosition(tabPosition(childText(element, QStringLiteral("tabposition"))));
+    m_session.builder.buildTabs(element, tabs, PageBuilder::Scrolling);
+    const int selection = childText(element, QStringLiteral("selection")).toInt();
+    tabs->setCurrentIndex(shownPage >= 0 && shownPage < tabs->count() ? shownPage : selection);
+}
+
+void DescribedFrame::applySize()
+{
+    const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
+    const int width = childText(window, QStringLiteral("width")).toInt();
+    const int height = childText(window, QStringLiteral("height")).toInt();
+    if (width == 0 || height == 0)
+        return;
+    const QPoint middle = m_widgets.window->geometry().center();
+    m_widgets.window->resize(QSize(width, height).boundedTo(QSize(limits::Pixels, limits::Pixels)));
+    m_widgets.window->move(middle - m_widgets.window->rect().center());
+}
+
+} // namespace paravue
