@@ -17,7 +17,8 @@ namespace paravue
 namespace
 {
 
-constexpr int ColumnWidth = 480;
+// Room for the longest word that a message keeps whole.
+constexpr int ColumnWidth = 640;
 
 QLabel *addText(QVBoxLayout &column)
 {
