@@ -1,6 +1,5 @@
 #include "device/DeviceAddress.h"
 #include "device/Limits.h"
-#include "device/LoginFrames.h"
 #include "device/ReplyFrame.h"
 #include "store/TextPattern.h"
 
@@ -35,64 +34,49 @@ class ReplyFrameTest : public QObject
 private Q_SLOTS:
     void readsAddresses_data();
     void readsAddresses();
-    void refusesAddresses_data();
-    void refusesAddresses();
     void framesReplies_data();
     void framesReplies();
     void findsTheHeaderThatThePatternFinds();
-    void waitsForAHeaderWithinLimits();
     void judgesAnswers_data();
     void judgesAnswers();
     void agreesWithTheAnswerPattern();
-    void cutsAnEndlessAnswer();
 };
 
 void ReplyFrameTest::readsAddresses_data()
 {
-    QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("parts");
-    QTest::addColumn<quint16>("port");
-
-    const auto row = [](const char *name, const char *text, const QStringList &parts, quint16 port) {
-        QTest::newRow(name) << QString(text) << parts << port;
+    QTest::addColumn<int>("port");
+    const auto row = [](const char *text, const QStringList &parts, int port) {
+        QTest::newRow(text) << parts << port;
     };
-    row("default port", "a:b@host", {"a", "b", "host", "host"}, 5049);
-    row("port", "a:b@host:80", {"a", "b", "host:80", "host"}, 80);
-    row("login ends at the last colon", "a:b:c@host", {"a:b", "c", "host", "host"}, 5049);
-    row("password ends at the last at", "a:p@x@host", {"a", "p@x", "host", "host"}, 5049);
-    row("colon behind the at belongs to the port", "a:b@c:d@h:1", {"a:b@c", "d", "h:1", "h"}, 1);
-    row("everything empty", ":@", {"", "", "", ""}, 5049);
-    row("port beyond 16 bits", "a:b@host:70000", {"a", "b", "host:70000", "host"}, 0);
-    row("port is a signed number", "a:b@host:40000", {"a", "b", "host:40000", "host"}, 0);
-    row("largest signed port", "a:b@host:32767", {"a", "b", "host:32767", "host"}, 32767);
-    row("negative port wraps around", "a:b@host:-1", {"a", "b", "host:-1", "host"}, 65535);
-    row("port is no number", "a:b@host:x", {"a", "b", "host:x", "host"}, 0);
-    row("empty port", "a:b@host:", {"a", "b", "host:", "host"}, 0);
-    row("second colon ends the port", "a:b@host:80:90", {"a", "b", "host:80:90", "host"}, 80);
+    row("a:b@host", {"a", "b", "host", "host"}, 5049);
+    row("a:b@host:80", {"a", "b", "host:80", "host"}, 80);
+    // The login ends at the last colon before the last at.
+    row("a:b:c@host", {"a:b", "c", "host", "host"}, 5049);
+    row("a:p@x@host", {"a", "p@x", "host", "host"}, 5049);
+    row("a:b@c:d@h:1", {"a:b@c", "d", "h:1", "h"}, 1);
+    row(":@", {"", "", "", ""}, 5049);
+    // The port is a signed 16-bit number, and what does not fit is 0.
+    row("a:b@host:70000", {"a", "b", "host:70000", "host"}, 0);
+    row("a:b@host:40000", {"a", "b", "host:40000", "host"}, 0);
+    row("a:b@host:32767", {"a", "b", "host:32767", "host"}, 32767);
+    row("a:b@host:-1", {"a", "b", "host:-1", "host"}, 65535);
+    row("a:b@host:x", {"a", "b", "host:x", "host"}, 0);
+    row("a:b@host:", {"a", "b", "host:", "host"}, 0);
+    row("a:b@host:80:90", {"a", "b", "host:80:90", "host"}, 80);
+    for (const char *text : {"", "host", "host:80", "a@host", "@", "@a:b", ":", "a@b:c"})
+        row(text, {}, 0);
 }
 
 void ReplyFrameTest::readsAddresses()
 {
-    QFETCH(QString, text);
     QFETCH(QStringList, parts);
-    QFETCH(quint16, port);
-    const auto address = DeviceAddress::parse(text);
-    QVERIFY(address);
+    const auto address = DeviceAddress::parse(QTest::currentDataTag());
+    QCOMPARE(address.has_value(), !parts.isEmpty());
+    if (!address)
+        return;
     QCOMPARE(QStringList({address->login, address->password, address->url, address->host}), parts);
-    QCOMPARE(address->port, port);
-}
-
-void ReplyFrameTest::refusesAddresses_data()
-{
-    QTest::addColumn<QString>("text");
-    for (const char *text : {"", "host", "host:80", "a@host", "@", "@a:b", ":", "a@b:c"})
-        QTest::newRow(*text ? text : "empty") << QString(text);
-}
-
-void ReplyFrameTest::refusesAddresses()
-{
-    QFETCH(QString, text);
-    QVERIFY(!DeviceAddress::parse(text));
+    QTEST(int(address->port), "port");
 }
 
 void ReplyFrameTest::framesReplies_data()
@@ -124,6 +108,8 @@ void ReplyFrameTest::framesReplies_data()
     row("beyond the limit", "LENGTH=" + QByteArray::number(MaxReplyBytes + 1) + "\r\n", Progress::TooLong);
     row("beyond 32 bits", "LENGTH=4294967296\r\n", Progress::TooLong);
     row("beyond 64 bits", "LENGTH=18446744073709551617\r\n", Progress::TooLong);
+    row("longest noise", QByteArray(MaxReplyBytes, 'x'), Progress::Incomplete);
+    row("endless noise", QByteArray(MaxReplyBytes + 1, 'x'), Progress::TooLong);
     row("thousand digits", "LENGTH=" + QByteArray(1000, '9') + "\r\n", Progress::TooLong);
 }
 
@@ -140,8 +126,9 @@ void ReplyFrameTest::framesReplies()
 
     ReplyFrame piecewise;
     Progress last = Progress::Incomplete;
-    for (qsizetype size = 1; size <= bytes.size() && last == Progress::Incomplete; ++size)
-        last = piecewise.read(bytes.first(size));
+    const qsizetype step = bytes.size() > 5'000 ? bytes.size() / 3 : 1;
+    for (qsizetype size = 1; size < bytes.size() + step && last == Progress::Incomplete; size += step)
+        last = piecewise.read(bytes.first(std::min(size, bytes.size())));
     QCOMPARE(last, progress);
 }
 
@@ -165,15 +152,6 @@ void ReplyFrameTest::findsTheHeaderThatThePatternFinds()
     QVERIFY(found > 500);
 }
 
-void ReplyFrameTest::waitsForAHeaderWithinLimits()
-{
-    QByteArray noise(MaxReplyBytes, 'x');
-    ReplyFrame frame;
-    QCOMPARE(frame.read(noise), Progress::Incomplete);
-    noise += 'x';
-    QCOMPARE(frame.read(noise), Progress::TooLong);
-}
-
 void ReplyFrameTest::judgesAnswers_data()
 {
     QTest::addColumn<QByteArray>("reply");
@@ -193,6 +171,8 @@ void ReplyFrameTest::judgesAnswers_data()
     row("error with an empty text", "VORN_ANSWER=ERROR:\r\n", Answer::Error, "", "");
     row("error text of two lines", "VORN_ANSWER=ERROR:a\r\nb\r\n", Answer::Error, "a\r\nb", "");
     row("error text is UTF-8", "VORN_ANSWER=ERROR:\xd0\xb4\xd0\xb0\r\n", Answer::Error, "да", "");
+    row("endless error text", "VORN_ANSWER=ERROR:" + QByteArray(1'000'000, 'x') + "\r\n", Answer::Error,
+        QString(MaxQuotedAnswer, 'x') + u'\u2026', "");
     row("other word", "VORN_ANSWER=MAYBE\r\n", Answer::Unrecognized, "VORN_ANSWER=MAYBE\r\n", "");
     row("no colon", "VORN_ANSWER=OKAY\r\n", Answer::Unrecognized, "VORN_ANSWER=OKAY\r\n", "");
     row("line feed only", "abVORN_ANSWER=ERROR\n", Answer::Unrecognized, "VORN_ANSWER=ERROR\n", "ab");
@@ -233,14 +213,6 @@ void ReplyFrameTest::agreesWithTheAnswerPattern()
         if (content.answer == Answer::Error)
             QCOMPARE(content.text, match->captures.value(3));
     }
-}
-
-void ReplyFrameTest::cutsAnEndlessAnswer()
-{
-    QByteArray reply = "VORN_ANSWER=ERROR:" + QByteArray(1'000'000, 'x') + "\r\n";
-    const ReplyContent content = takeAnswer(reply);
-    QCOMPARE(content.answer, Answer::Error);
-    QCOMPARE(content.text.size(), MaxQuotedAnswer + 1);
 }
 
 QTEST_GUILESS_MAIN(ReplyFrameTest)

@@ -349,6 +349,11 @@ void tst_OrbSettings::agreesWithTheLiteralRules()
         const int steps = random.bounded(1, 12);
         for (int step = 0; step < steps; ++step) {
             const int action = random.bounded(10);
+            const auto both = [&](const QByteArray &told, const auto &act) {
+                act(settings);
+                act(literal);
+                story += told;
+            };
             if (action < 7) {
                 const QByteArray section = random.bounded(10) ? randomSection(random) : QByteArray(" t] y");
                 const QByteArray key =
@@ -357,21 +362,14 @@ void tst_OrbSettings::agreesWithTheLiteralRules()
                                        : pick(random, {"new", "x y", "[t] y", "[s] y", "a\nb"}));
                 const QByteArray value =
                     pick(random, {"", "5", "07", "x y", "it's", "\"", "x\ny", "\r", "б"});
-                settings.setValue(QString::fromUtf8(key), QString::fromUtf8(value));
-                literal.setValue(QString::fromUtf8(key), QString::fromUtf8(value));
-                story += " set " + key + " to " + value;
+                both(" set " + key + " to " + value,
+                     [&](auto &it) { it.setValue(QString::fromUtf8(key), QString::fromUtf8(value)); });
             } else if (action == 7) {
-                settings.write();
-                literal.write();
-                story += " write";
+                both(" write", [](auto &it) { it.write(); });
             } else if (action == 8) {
-                settings.flush();
-                literal.flush();
-                story += " flush";
+                both(" flush", [](auto &it) { it.flush(); });
             } else {
-                settings.read();
-                literal.read();
-                story += " read";
+                both(" read", [](auto &it) { it.read(); });
             }
             agree();
             if (QTest::currentTestFailed())

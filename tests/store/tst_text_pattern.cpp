@@ -16,9 +16,7 @@ private Q_SLOTS:
     void wholeMatch();
     void capturesOfAWholeMatch();
     void searchFromAPosition();
-    void minimalSearch();
     void replacementIsLiteral();
-    void replacementOfNothingEnds();
     void replacementIsBounded();
     void brokenPatternMatchesNothing();
     void expensivePatternIsGivenUp();
@@ -60,18 +58,17 @@ void tst_TextPattern::wholeMatch()
 
 void tst_TextPattern::capturesOfAWholeMatch()
 {
-    const auto match = TextPattern(QStringLiteral("(a)(x)?(b)?(y)?")).matchWhole(QStringLiteral("ab"));
+    const auto match = TextPattern("(a)(x)?(b)?(y)?").matchWhole("ab");
     QVERIFY(match);
-    const QStringList expected{QStringLiteral("ab"), QStringLiteral("a"), QString(), QStringLiteral("b"),
-                               QString()};
+    const QStringList expected{"ab", "a", QString(), "b", QString()};
     QCOMPARE(match->captures, expected);
-    QVERIFY(!TextPattern(QStringLiteral("a")).matchWhole(QStringLiteral("ab")));
+    QVERIFY(!TextPattern("a").matchWhole("ab"));
 }
 
 void tst_TextPattern::searchFromAPosition()
 {
-    const TextPattern pattern(QStringLiteral("a+"));
-    const QString text = QStringLiteral("xaaxa");
+    const TextPattern pattern("a+");
+    const QString text = "xaaxa";
     const auto match = pattern.find(text, 2);
     QVERIFY(match);
     QCOMPARE(match->start, 2);
@@ -79,61 +76,50 @@ void tst_TextPattern::searchFromAPosition()
     QCOMPARE(pattern.find(text, 3)->start, 4);
     QVERIFY(!pattern.find(text, 5));
     QVERIFY(!pattern.find(text, 6));
+    QCOMPARE(TextPattern("<.*>").find("<a><b>")->length, 6);
+    QCOMPARE(TextPattern("<.*>", TextPattern::Greed::Minimal).find("<a><b>")->length, 3);
     // A position inside a character of two code units.
-    QCOMPARE(TextPattern(QStringLiteral(".")).find(QStringLiteral("\U0001F600b"), 1)->start, 2);
-}
-
-void tst_TextPattern::minimalSearch()
-{
-    const QString text = QStringLiteral("<a><b>");
-    QCOMPARE(TextPattern(QStringLiteral("<.*>")).find(text)->length, 6);
-    QCOMPARE(TextPattern(QStringLiteral("<.*>"), TextPattern::Greed::Minimal).find(text)->length, 3);
+    QCOMPARE(TextPattern(".").find("\U0001F600b", 1)->start, 2);
 }
 
 void tst_TextPattern::replacementIsLiteral()
 {
-    const TextPattern pattern(QStringLiteral("(b+)"));
-    QCOMPARE(*pattern.replaceAll(QStringLiteral("abbcb"), QStringLiteral("\\1$1"), 100),
-             QStringLiteral("a\\1$1c\\1$1"));
-    QCOMPARE(*pattern.replaceAll(QStringLiteral("none"), QStringLiteral("x"), 100), QStringLiteral("none"));
-}
-
-void tst_TextPattern::replacementOfNothingEnds()
-{
-    const TextPattern pattern(QStringLiteral("x*"));
-    const QString text = QStringLiteral("ab\U0001F600");
-    QCOMPARE(*pattern.replaceAll(text, QStringLiteral("-"), 100), QStringLiteral("-a-b-\U0001F600-"));
+    const TextPattern pattern("(b+)");
+    QCOMPARE(*pattern.replaceAll("abbcb", "\\1$1", 100), "a\\1$1c\\1$1");
+    QCOMPARE(*pattern.replaceAll("none", "x", 100), "none");
+    // Empty matches come to an end, and split no character.
+    QCOMPARE(*TextPattern("x*").replaceAll("ab\U0001F600", "-", 100), "-a-b-\U0001F600-");
 }
 
 void tst_TextPattern::replacementIsBounded()
 {
-    const TextPattern pattern(QStringLiteral("a"));
+    const TextPattern pattern("a");
     const QString text(1000, u'a');
     QVERIFY(!pattern.replaceAll(text, QString(1000, u'b'), 500'000));
-    QCOMPARE(pattern.replaceAll(text, QStringLiteral("bc"), 2'000)->size(), 2'000);
-    QVERIFY(!pattern.replaceAll(text, QStringLiteral("bc"), 1'999));
+    QCOMPARE(pattern.replaceAll(text, "bc", 2'000)->size(), 2'000);
+    QVERIFY(!pattern.replaceAll(text, "bc", 1'999));
 }
 
 void tst_TextPattern::brokenPatternMatchesNothing()
 {
     for (const char *broken : {"a(", "a)|(b", "[", "*", "\\"}) {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("matches nothing")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("matches nothing"));
         const TextPattern pattern(QString::fromLatin1(broken));
         QVERIFY(!pattern.isUsable());
-        QVERIFY(!pattern.matchesWhole(QStringLiteral("a")));
-        QVERIFY(!pattern.find(QStringLiteral("ab")));
-        QCOMPARE(*pattern.replaceAll(QStringLiteral("ab"), QStringLiteral("x"), 100), QStringLiteral("ab"));
+        QVERIFY(!pattern.matchesWhole("a"));
+        QVERIFY(!pattern.find("ab"));
+        QCOMPARE(*pattern.replaceAll("ab", "x", 100), "ab");
     }
 }
 
 void tst_TextPattern::expensivePatternIsGivenUp()
 {
-    const TextPattern pattern(QStringLiteral("(a+)+b"));
-    QVERIFY(pattern.matchesWhole(QStringLiteral("aab")));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("too expensive")));
-    QVERIFY(!pattern.matchesWhole(QString(100, u'a') + QStringLiteral("cb")));
+    const TextPattern pattern("(a+)+b");
+    QVERIFY(pattern.matchesWhole("aab"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("too expensive"));
+    QVERIFY(!pattern.matchesWhole(QString(100, u'a') + "cb"));
     QVERIFY(!pattern.isUsable());
-    QVERIFY(!pattern.matchesWhole(QStringLiteral("aab")));
+    QVERIFY(!pattern.matchesWhole("aab"));
 }
 
 QTEST_APPLESS_MAIN(tst_TextPattern)
