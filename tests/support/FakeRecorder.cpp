@@ -47,15 +47,9 @@ FakeRecorder &FakeRecorder::startConnection()
     return *this;
 }
 
-FakeRecorder &FakeRecorder::expect(const QByteArray &bytes)
+FakeRecorder &FakeRecorder::add(const Step &step)
 {
-    m_connections.last().steps.append(Step{Step::Expect, bytes});
-    return *this;
-}
-
-FakeRecorder &FakeRecorder::send(const QByteArray &bytes)
-{
-    m_connections.last().steps.append(Step{Step::Send, bytes});
+    m_connections.last().steps.append(step);
     return *this;
 }
 
@@ -63,18 +57,6 @@ FakeRecorder &FakeRecorder::sendInPieces(const QByteArray &bytes, qsizetype size
 {
     for (qsizetype i = 0; i < bytes.size(); i += size)
         send(bytes.mid(i, size));
-    return *this;
-}
-
-FakeRecorder &FakeRecorder::close()
-{
-    m_connections.last().steps.append(Step{Step::Close, {}});
-    return *this;
-}
-
-FakeRecorder &FakeRecorder::expectClosed()
-{
-    m_connections.last().steps.append(Step{Step::ExpectClosed, {}});
     return *this;
 }
 

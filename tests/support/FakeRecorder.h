@@ -28,13 +28,13 @@ public:
     QString address(const QString &login = "guest", const QString &password = "secret") const;
 
     FakeRecorder &startConnection();
-    FakeRecorder &expect(const QByteArray &bytes);
-    FakeRecorder &send(const QByteArray &bytes);
+    FakeRecorder &expect(const QByteArray &bytes) { return add({Step::Expect, bytes}); }
+    FakeRecorder &send(const QByteArray &bytes) { return add({Step::Send, bytes}); }
     /// Each piece arrives alone, as what several send() pass on does.
     FakeRecorder &sendInPieces(const QByteArray &bytes, qsizetype size);
-    FakeRecorder &close();
+    FakeRecorder &close() { return add({Step::Close, {}}); }
     /// Waits until the client has closed the connection.
-    FakeRecorder &expectClosed();
+    FakeRecorder &expectClosed() { return add({Step::ExpectClosed, {}}); }
 
     /// The login of address() and its success frame.
     FakeRecorder &login(const QString &login = "guest", const QString &password = "secret");
@@ -67,6 +67,7 @@ private:
         bool closed = false;
     };
 
+    FakeRecorder &add(const Step &step);
     void accept();
     void play(int index);
     bool playStep(int index);
