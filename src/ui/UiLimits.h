@@ -20,7 +20,7 @@ inline constexpr qsizetype TotalText = 4 * 1024 * 1024; ///< characters
 inline constexpr qsizetype TotalListCells = 200'000;
 inline constexpr qsizetype TotalGridLines = 400'000; ///< rows and columns of grids
 
-inline constexpr int ActionDepth = 16;           ///< actions that call actions
+inline constexpr int ActionDepth = 16;          ///< actions that call actions
 inline constexpr qsizetype ActionWork = 20'000; ///< elements that one press of a button acts on
 
 } // namespace paravue::limits
