@@ -1,5 +1,6 @@
 #include "ui/ActionRunner.h"
 
+#include "ui/CallableSlot.h"
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/ControlType.h"
@@ -11,7 +12,6 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QLoggingCategory>
-#include <QMetaMethod>
 #include <QScopedValueRollback>
 
 namespace paravue
@@ -34,20 +34,6 @@ QList<QDomElement> actionsOf(const QDomElement &owner)
          action = action.nextSiblingElement(QStringLiteral("action")))
         actions.append(action);
     return actions;
-}
-
-/// The public slot of \a target with this signature; what every object inherits is not for a description.
-QMetaMethod callableSlot(const QObject &target, const QString &signature)
-{
-    // A style sheet can name files and servers.
-    if (signature.startsWith(QLatin1String("setStyleSheet(")))
-        return {};
-    const QMetaObject *meta = target.metaObject();
-    const int index = meta->indexOfSlot(QMetaObject::normalizedSignature(signature.toLatin1().constData()));
-    if (index < QObject::staticMetaObject.methodCount())
-        return {};
-    const QMetaMethod method = meta->method(index);
-    return method.access() == QMetaMethod::Public ? method : QMetaMethod();
 }
 
 } // namespace
@@ -146,11 +132,14 @@ void ActionRunner::invoke(QWidget *target, const QDomElement &action)
 {
     const QString slot = action.attribute(QStringLiteral("slot"), QStringLiteral("setText"));
     const bool hasParam = action.hasAttribute(QStringLiteral("param"));
-    if (hasParam && slot == QLatin1String("setText") && setCaption(*target, action))
+    const QMetaObject &widgetClass = *target->metaObject();
+    if (setsCaption(widgetClass, slot, hasParam)) {
+        setCaption(*target, action);
         return;
-    const QMetaMethod method = callableSlot(*target, slot + (hasParam ? "(QString)" : "()"));
+    }
+    const QMetaMethod method = callableSlot(widgetClass, slot, hasParam);
     if (!method.isValid()) {
-        qCWarning(log) << target->metaObject()->className() << "has no slot" << slot
+        qCWarning(log) << widgetClass.className() << "has no slot" << slot
                        << (hasParam ? "with a text" : "without an argument");
         return;
     }
@@ -161,22 +150,15 @@ void ActionRunner::invoke(QWidget *target, const QDomElement &action)
         method.invoke(target, Qt::DirectConnection);
 }
 
-/// Gives labels and buttons a new text. A label must not take it for rich text that refers outside, and the
-/// toolkit's buttons have no slot for it.
-bool ActionRunner::setCaption(QWidget &target, const QDomElement &action)
+void ActionRunner::setCaption(QWidget &target, const QDomElement &action)
 {
-    auto *label = qobject_cast<QLabel *>(&target);
-    auto *button = qobject_cast<QAbstractButton *>(&target);
-    if (!label && !button)
-        return false;
     const QString text = m_context.text(action.attribute(QStringLiteral("param")));
-    if (button) {
+    if (auto *button = qobject_cast<QAbstractButton *>(&target)) {
         button->setText(text);
-    } else {
+    } else if (auto *label = qobject_cast<QLabel *>(&target)) {
         label->setTextFormat(safeTextFormat(text));
         label->setText(text);
     }
-    return true;
 }
 
 bool ActionRunner::enter()

@@ -39,7 +39,7 @@ private:
     void setEnabled(const QDomElement &action, bool enabled);
     void call(const QDomElement &action);
     void invoke(QWidget *target, const QDomElement &action);
-    bool setCaption(QWidget &target, const QDomElement &action);
+    void setCaption(QWidget &target, const QDomElement &action);
     bool enter();
     void leave();
 

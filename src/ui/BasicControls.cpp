@@ -50,6 +50,11 @@ QWidget *LabelControl::create(ControlContext &, const Control &control, QWidget 
     return label;
 }
 
+const QMetaObject &LabelControl::widgetClass() const
+{
+    return QLabel::staticMetaObject;
+}
+
 bool LabelControl::load(ControlContext &context, const Control &control) const
 {
     auto *label = qobject_cast<QLabel *>(control.widget);
@@ -72,6 +77,11 @@ QWidget *EditControl::create(ControlContext &, const Control &control, QWidget *
     if (element.attribute(QStringLiteral("password")) == QLatin1String("on"))
         edit->setEchoMode(QLineEdit::Password);
     return edit;
+}
+
+const QMetaObject &EditControl::widgetClass() const
+{
+    return QLineEdit::staticMetaObject;
 }
 
 ChangeSignal EditControl::changeSignal() const
@@ -107,6 +117,11 @@ QString EditControl::actionState(const Control &control) const
 QWidget *CheckBoxControl::create(ControlContext &context, const Control &control, QWidget *parent) const
 {
     return new QCheckBox(caption(context, control), parent);
+}
+
+const QMetaObject &CheckBoxControl::widgetClass() const
+{
+    return QCheckBox::staticMetaObject;
 }
 
 ChangeSignal CheckBoxControl::changeSignal() const
@@ -157,6 +172,11 @@ QWidget *PushButtonControl::create(ControlContext &context, const Control &contr
     return button;
 }
 
+const QMetaObject &PushButtonControl::widgetClass() const
+{
+    return QPushButton::staticMetaObject;
+}
+
 ChangeSignal PushButtonControl::changeSignal() const
 {
     return {SIGNAL(clicked()), SLOT(onCtrlChanged())};
@@ -179,6 +199,11 @@ QWidget *SeparatorControl::create(ControlContext &, const Control &control, QWid
     line->setFrameShape(horizontal ? QFrame::HLine : QFrame::VLine);
     line->setFrameShadow(QFrame::Sunken);
     return line;
+}
+
+const QMetaObject &SeparatorControl::widgetClass() const
+{
+    return QFrame::staticMetaObject;
 }
 
 Qt::Orientations SeparatorControl::fills(const QDomElement &item) const

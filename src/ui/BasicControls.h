@@ -10,6 +10,7 @@ class LabelControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     bool load(ControlContext &, const Control &) const override;
 };
 
@@ -17,20 +18,24 @@ class EditControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;
     QString actionState(const Control &) const override;
+    QStringList actionStates() const override { return {QStringLiteral("empty"), QStringLiteral("filled")}; }
 };
 
 class CheckBoxControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;
     QString actionState(const Control &) const override;
+    QStringList actionStates() const override { return {QStringLiteral("on"), QStringLiteral("off")}; }
     bool runsCalls() const override { return true; }
 };
 
@@ -38,6 +43,7 @@ class PushButtonControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
     bool load(ControlContext &, const Control &) const override;
     bool runsCalls() const override { return true; }
@@ -47,6 +53,7 @@ class SeparatorControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     Qt::Orientations fills(const QDomElement &) const override;
 };
 

@@ -63,6 +63,11 @@ QWidget *DropDownControl::create(ControlContext &context, const Control &control
     return box;
 }
 
+const QMetaObject &DropDownControl::widgetClass() const
+{
+    return QComboBox::staticMetaObject;
+}
+
 ChangeSignal DropDownControl::changeSignal() const
 {
     return {SIGNAL(activated(int)), SLOT(onCtrlChanged(int))};
@@ -118,6 +123,11 @@ QWidget *ScrollControl::create(ControlContext &, const Control &control, QWidget
     return bar;
 }
 
+const QMetaObject &ScrollControl::widgetClass() const
+{
+    return QScrollBar::staticMetaObject;
+}
+
 ChangeSignal ScrollControl::changeSignal() const
 {
     return {SIGNAL(valueChanged(int)), SLOT(onCtrlChanged(int))};
@@ -159,6 +169,11 @@ QWidget *DateTimeControl::create(ControlContext &, const Control &control, QWidg
     if (const QString format = control.element.attribute(QStringLiteral("format")); !format.isEmpty())
         edit->setDisplayFormat(format);
     return edit;
+}
+
+const QMetaObject &DateTimeControl::widgetClass() const
+{
+    return QDateTimeEdit::staticMetaObject;
 }
 
 ChangeSignal DateTimeControl::changeSignal() const

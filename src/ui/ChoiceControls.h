@@ -10,7 +10,9 @@ class DropDownControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
+    KeyForm keyForm() const override { return KeyForm::Assignment; }
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;
     bool runsCalls() const override { return true; }
@@ -20,6 +22,7 @@ class ScrollControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
     Qt::Orientations fills(const QDomElement &) const override;
     bool load(ControlContext &, const Control &) const override;
@@ -31,6 +34,7 @@ class DateTimeControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;

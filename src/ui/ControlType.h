@@ -8,6 +8,8 @@ class QDomElement;
 class QGridLayout;
 class QWidget;
 
+struct QMetaObject;
+
 namespace paravue
 {
 
@@ -42,6 +44,13 @@ struct ChangeSignal {
     const char *slot = nullptr;
 };
 
+/// What the "key" children of a control hold.
+enum class KeyForm {
+    Value,      ///< the address of a value: file/section/key
+    Assignment, ///< an address with the value that is written to it: file/section/key/value
+    Group,      ///< what the addresses of several values begin with: file/section
+};
+
 /// A grid item that is a widget: how it is made, how it shows its configuration values, and what a change by
 /// the user means. A type keeps no state: all of it lives in the widget and the description.
 class ControlType : public GridItemType
@@ -52,7 +61,11 @@ public:
 
     /// Makes the widget. Its values come later, with load().
     virtual QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const = 0;
+    /// The class of the widget that create() makes: its public slots are what call actions reach.
+    virtual const QMetaObject &widgetClass() const = 0;
     virtual ChangeSignal changeSignal() const { return {}; }
+
+    virtual KeyForm keyForm() const { return KeyForm::Value; }
 
     /// The directions in which the widget takes all the room of its cell, whatever the cell's alignment.
     virtual Qt::Orientations fills(const QDomElement &) const { return {}; }
@@ -67,6 +80,8 @@ public:
     virtual QStringList assignments(ControlContext &, const Control &) const { return {}; }
     /// The state that the actions of the control may ask for ("on", "empty", ...); empty without states.
     virtual QString actionState(const Control &) const { return {}; }
+    /// All states that actionState() can give.
+    virtual QStringList actionStates() const { return {}; }
     /// True when a change also runs the call actions that ask for no state.
     virtual bool runsCalls() const { return false; }
 };

@@ -46,6 +46,11 @@ QWidget *ProgressBarControl::create(ControlContext &, const Control &control, QW
     return bar;
 }
 
+const QMetaObject &ProgressBarControl::widgetClass() const
+{
+    return QProgressBar::staticMetaObject;
+}
+
 bool ProgressBarControl::load(ControlContext &context, const Control &control) const
 {
     auto *bar = qobject_cast<QProgressBar *>(control.widget);
@@ -64,6 +69,11 @@ QWidget *ProgressPieControl::create(ControlContext &, const Control &control, QW
     if (control.element.hasAttribute(QStringLiteral("value")))
         pie->setProgress(intAttribute(control.element, QStringLiteral("value")));
     return pie;
+}
+
+const QMetaObject &ProgressPieControl::widgetClass() const
+{
+    return OrbProgressPie::staticMetaObject;
 }
 
 bool ProgressPieControl::load(ControlContext &context, const Control &control) const

@@ -10,6 +10,7 @@ class ProgressBarControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal; }
     bool load(ControlContext &, const Control &) const override;
 };
@@ -20,6 +21,7 @@ class ProgressPieControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     bool load(ControlContext &, const Control &) const override;
 };
 

@@ -19,16 +19,6 @@ QString tr(const char *text)
 
 const QString translationsTag = QStringLiteral("translations");
 
-/// Tags that mark what a window was built from; a description does not use them itself.
-bool isDecoration(const QString &tag)
-{
-    if (tag == QLatin1String("controlWidget"))
-        return true;
-    const QStringView number = QStringView(tag).mid(4);
-    return tag.startsWith(QLatin1String("link")) && !number.isEmpty() &&
-           std::all_of(number.begin(), number.end(), [](QChar c) { return c.isDigit(); });
-}
-
 QString validate(const QDomDocument &document, const QString &path)
 {
     const QDomElement root = document.documentElement();
@@ -118,6 +108,15 @@ void InterfaceDocument::indexTranslations(const QDomElement &translations)
                 texts.insert(text.tagName(), text.text());
         }
     }
+}
+
+bool isDecoration(const QString &tag)
+{
+    if (tag == QLatin1String("controlWidget"))
+        return true;
+    const QStringView number = QStringView(tag).mid(4);
+    return tag.startsWith(QLatin1String("link")) && !number.isEmpty() &&
+           std::all_of(number.begin(), number.end(), [](QChar c) { return c.isDigit(); });
 }
 
 QString ownText(const QDomElement &element)

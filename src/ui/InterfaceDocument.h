@@ -45,6 +45,10 @@ private:
     QHash<QString, QHash<QString, QString>> m_translations;
 };
 
+/// Tags that mark what a window was built from, "controlWidget" and "link" with a number; a description does
+/// not use them itself.
+bool isDecoration(const QString &tag);
+
 /// The text nodes directly below \a element, without those of its children.
 QString ownText(const QDomElement &element);
 

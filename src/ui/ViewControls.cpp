@@ -80,6 +80,11 @@ QWidget *TabWidgetControl::create(ControlContext &, const Control &, QWidget *pa
     return new QTabWidget(parent);
 }
 
+const QMetaObject &TabWidgetControl::widgetClass() const
+{
+    return QTabWidget::staticMetaObject;
+}
+
 void TabWidgetControl::addPages(PageBuilder &builder, const Control &control) const
 {
     builder.buildTabs(control.element, qobject_cast<QTabWidget *>(control.widget));
@@ -110,6 +115,11 @@ QWidget *ListControl::create(ControlContext &context, const Control &control, QW
     return list;
 }
 
+const QMetaObject &ListControl::widgetClass() const
+{
+    return ListView::staticMetaObject;
+}
+
 bool ListControl::load(ControlContext &context, const Control &control) const
 {
     auto *list = qobject_cast<ListView *>(control.widget);
@@ -122,6 +132,11 @@ QWidget *SetupControl::create(ControlContext &context, const Control &, QWidget 
     auto *setup = new cSetupWidget(&context.store());
     setup->setParent(parent);
     return setup;
+}
+
+const QMetaObject &SetupControl::widgetClass() const
+{
+    return cSetupWidget::staticMetaObject;
 }
 
 void NestedGrid::addTo(PageBuilder &builder, QGridLayout &grid, const GridCell &cell,

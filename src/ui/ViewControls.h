@@ -10,6 +10,7 @@ class TabWidgetControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }
     void addPages(PageBuilder &, const Control &) const override;
     bool load(ControlContext &, const Control &) const override;
@@ -21,6 +22,7 @@ class ListControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }
     bool load(ControlContext &, const Control &) const override;
 };
@@ -30,6 +32,7 @@ class SetupControl : public ControlType
 {
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
+    const QMetaObject &widgetClass() const override;
 };
 
 class NestedGrid : public GridItemType
