@@ -5,6 +5,7 @@
 
 #include <QAbstractSocket>
 #include <QByteArray>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -45,6 +46,10 @@ public:
     void load() override;
     void store() override;
     void function(const QString &name, const QString &arg) override;
+
+    /// The names of the configuration files that a session with this interface description fetches, the
+    /// description's own name included: its own list when it has one, otherwise the built-in list.
+    static QStringList fileNames(const QByteArray &description = {});
 
     /// Who is asked for another login when the recorder refuses the one of the address. With nobody, which is
     /// the default, a refused login reports "Authorization failed".

@@ -39,6 +39,19 @@ QByteArray readLocalFile(const QString &path)
 
 } // namespace
 
+QStringList OrbNetSetup::fileNames(const QByteArray &description)
+{
+    QStringList names;
+    if (const auto files = readDescriptionFileList(description)) {
+        for (const ListedFile &file : *files)
+            names.append(file.name);
+    } else {
+        for (const commands &entry : mCommands)
+            names.append(QString::fromLatin1(entry.name));
+    }
+    return names;
+}
+
 void OrbNetSetup::fillCommandList()
 {
     m_cmdlist.clear();
