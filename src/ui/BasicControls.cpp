@@ -164,17 +164,23 @@ QString CheckBoxControl::actionState(const Control &control) const
 
 QWidget *PushButtonControl::create(ControlContext &context, const Control &control, QWidget *parent) const
 {
-    auto *button = new QPushButton(caption(context, control), parent);
-    // A button that becomes the default by itself would be pressed by Enter in any field of its page.
-    button->setAutoDefault(false);
-    button->setCheckable(control.element.attribute(QStringLiteral("checkable")) == QLatin1String("true"));
-    colourButton(*button, control.element.attribute(QStringLiteral("color")));
+    auto *button = new QPushButton(parent);
+    prepare(*button, context, control);
     return button;
 }
 
 const QMetaObject &PushButtonControl::widgetClass() const
 {
     return QPushButton::staticMetaObject;
+}
+
+void PushButtonControl::prepare(QPushButton &button, ControlContext &context, const Control &control)
+{
+    button.setText(caption(context, control));
+    // A button that becomes the default by itself would be pressed by Enter in any field of its page.
+    button.setAutoDefault(false);
+    button.setCheckable(control.element.attribute(QStringLiteral("checkable")) == QLatin1String("true"));
+    colourButton(button, control.element.attribute(QStringLiteral("color")));
 }
 
 ChangeSignal PushButtonControl::changeSignal() const

@@ -2,6 +2,8 @@
 
 #include "ui/ControlType.h"
 
+class QPushButton;
+
 /// Texts, fields, boxes, buttons and lines.
 namespace paravue
 {
@@ -47,6 +49,10 @@ public:
     ChangeSignal changeSignal() const override;
     bool load(ControlContext &, const Control &) const override;
     bool runsCalls() const override { return true; }
+
+protected:
+    /// Gives a new \a button what every button takes from its description.
+    static void prepare(QPushButton &button, ControlContext &context, const Control &control);
 };
 
 class SeparatorControl : public ControlType

@@ -1,5 +1,6 @@
 #include "ui/ControlAccessibility.h"
 
+#include "controls/K9mButton.h"
 #include "controls/OrbProgressPie.h"
 #include "ui/ControlName.h"
 #include "ui/EditedText.h"
@@ -73,8 +74,13 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Accelerator ? m_button->shortcut().toString(QKeySequence::NativeText)
-                                                : AccessibleControl::text(kind);
+        if (kind == QAccessible::Accelerator)
+            return m_button->shortcut().toString(QKeySequence::NativeText);
+        // Whoever cannot switch it has no other way to learn its state.
+        const auto *lamp = qobject_cast<const K9mButton *>(m_button);
+        if (kind == QAccessible::Value && lamp && !lamp->isCheckable())
+            return lamp->isOn() ? K9mButton::tr("On") : K9mButton::tr("Off");
+        return AccessibleControl::text(kind);
     }
 
     QStringList actionNames() const override
@@ -279,6 +285,23 @@ private:
     Widget *m_range;
 };
 
+/// A label for a picture; while there is none its text says why.
+class AccessiblePicture : public AccessibleControl
+{
+public:
+    explicit AccessiblePicture(QLabel *label) : AccessibleControl(label, QAccessible::Graphic), m_label(label)
+    {
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? m_label->text() : AccessibleControl::text(kind);
+    }
+
+private:
+    QLabel *m_label;
+};
+
 /// The toolkit's table has more to say about a list than this window could, so the list keeps it and gets
 /// its label as a description: not from here, as that would ask for the interface that is being made.
 void describeList(QTreeView *list)
@@ -318,6 +341,8 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
         return new AccessibleRange<QProgressBar>(bar, QAccessible::ProgressBar);
     if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
         return new AccessibleRange<OrbProgressPie>(pie, QAccessible::ProgressBar);
+    if (auto *label = qobject_cast<QLabel *>(widget); label && label->hasScaledContents())
+        return new AccessiblePicture(label);
     auto *line = qobject_cast<QAbstractSpinBox *>(widget) ? widget->findChild<QLineEdit *>() : nullptr;
     if (line)
         return new AccessibleField(widget, line, QAccessible::SpinBox);

@@ -36,6 +36,11 @@ QString withoutAccessKey(const QString &caption)
     return text.simplified();
 }
 
+bool isPicture(const QLabel &label)
+{
+    return label.hasScaledContents();
+}
+
 QString labelText(const QLabel &label)
 {
     const QString text = plainText(label.text(), label.textFormat());
@@ -99,7 +104,7 @@ private:
         Places below;
         for (int i = 0; i < grid.count(); ++i) {
             auto *label = qobject_cast<QLabel *>(grid.itemAt(i)->widget());
-            if (!label)
+            if (!label || isPicture(*label))
                 continue;
             const Cell cell = cellOf(grid, i);
             rightOf.insert({cell.row, cell.column + cell.columns}, label);
@@ -146,13 +151,14 @@ QString captionOf(const QWidget &widget)
     if (const auto *button = qobject_cast<const QAbstractButton *>(&widget))
         return withoutAccessKey(button->text());
     const auto *label = qobject_cast<const QLabel *>(&widget);
-    return label ? labelText(*label) : QString();
+    return label && !isPicture(*label) ? labelText(*label) : QString();
 }
 
-/// A text or a line beside a label is not what the label is about.
+/// A text or a line beside a label is not what the label is about; a picture is.
 bool isLabelled(const QWidget &widget)
 {
-    return !qobject_cast<const QLabel *>(&widget) && widget.metaObject() != &QFrame::staticMetaObject;
+    const auto *label = qobject_cast<const QLabel *>(&widget);
+    return (!label || isPicture(*label)) && widget.metaObject() != &QFrame::staticMetaObject;
 }
 
 } // namespace

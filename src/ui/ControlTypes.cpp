@@ -2,6 +2,7 @@
 
 #include "ui/BasicControls.h"
 #include "ui/ChoiceControls.h"
+#include "ui/DeviceControls.h"
 #include "ui/GaugeControls.h"
 #include "ui/PageBuilder.h"
 #include "ui/ViewControls.h"
@@ -42,6 +43,9 @@ Types makeTypes()
     add<ProgressPieControl>(types, "orbpie");
     add<ProgressBarControl>(types, "progressbar");
     add<SetupControl>(types, "setup");
+    add<DiskFitnessControl>(types, "diskfitness");
+    add<K9mButtonControl>(types, "k9m_button");
+    add<OnlineControl>(types, "online");
     return types;
 }
 
