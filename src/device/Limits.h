@@ -18,6 +18,9 @@ inline constexpr qsizetype MaxUnreadBytes = 4 * 1024 * 1024;
 /// An answer text that is quoted to the user.
 inline constexpr qsizetype MaxQuotedAnswer = 4096;
 
+/// A package file that is sent for installation; it is held in memory.
+inline constexpr qint64 MaxPackageBytes = 256 * 1024 * 1024;
+
 /// The interface description after unpacking.
 inline constexpr qsizetype MaxDescriptionBytes = 16 * 1024 * 1024;
 /// Files that a description may list for transfer.

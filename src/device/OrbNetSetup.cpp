@@ -10,18 +10,33 @@
 #include <QScopeGuard>
 #include <QSignalBlocker>
 #include <QTcpSocket>
+#include <QTimer>
+
+#include <chrono>
 
 using namespace paravue;
 
+namespace
+{
+
+/// A slider that is dragged adjusts the picture many times a second; one request behind the last is enough.
+constexpr std::chrono::milliseconds AdjustmentPause(1000);
+
+} // namespace
+
 OrbNetSetup::OrbNetSetup(const QString &address)
     : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
-      m_reply(std::make_unique<ReplyFrame>())
+      m_bcshTimer(new QTimer(this)), m_reply(std::make_unique<ReplyFrame>())
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);
     connect(m_socket, &QTcpSocket::errorOccurred, this, &OrbNetSetup::error);
     connect(m_socket, &QTcpSocket::readyRead, this, &OrbNetSetup::readyRead);
     connect(m_socket, &QTcpSocket::disconnected, this, &OrbNetSetup::disconnected);
+    m_bcshTimer->setSingleShot(true);
+    m_bcshTimer->setInterval(AdjustmentPause);
+    m_bcshTimer->setTimerType(Qt::PreciseTimer);
+    connect(m_bcshTimer, &QTimer::timeout, this, &OrbNetSetup::bcshTimer);
 }
 
 OrbNetSetup::~OrbNetSetup()

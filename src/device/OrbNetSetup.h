@@ -7,14 +7,17 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 class QTcpSocket;
+class QTimer;
 
 namespace paravue
 {
+struct DeviceCommand;
 class LocalFiles;
 class ReplyFrame;
 struct ListedFile;
@@ -71,6 +74,8 @@ protected Q_SLOTS:
     void readyRead();
     void disconnected();
     void error(QAbstractSocket::SocketError e);
+    /// Sends the picture adjustments once the link is idle.
+    void bcshTimer();
 
 protected:
     using PushHandler = void (OrbNetSetup::*)(const QString &name, const QByteArray &data);
@@ -129,6 +134,7 @@ protected:
     std::unique_ptr<paravue::LocalFiles> m_temporaries;
     QByteArray m_buffer;
     std::vector<std::unique_ptr<compcommand>> m_cmdlist;
+    QTimer *m_bcshTimer; ///< runs while the user adjusts the picture, and until the link is idle
 
 private:
     void receive();
@@ -139,6 +145,10 @@ private:
     void reportWrongState(const char *where);
     void stopExchange(const QString &reason);
     void abortLeftovers();
+
+    void runCommand(const paravue::DeviceCommand &command,
+                    const std::function<QString(const QString &)> &valueOf);
+    void installPackage(const paravue::DeviceCommand &command, const QString &address);
 
     void fillCommandList();
     QByteArray requestOf(const compcommand &command) const;

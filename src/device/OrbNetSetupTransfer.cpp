@@ -90,11 +90,6 @@ void OrbNetSetup::store()
     _connect();
 }
 
-void OrbNetSetup::function(const QString &name, const QString &arg)
-{
-    OrbSetup::function(name, arg);
-}
-
 void OrbNetSetup::_transfer()
 {
     do {
@@ -277,6 +272,10 @@ bool OrbNetSetup::_compile_state(const QString &name)
 void OrbNetSetup::_do_command(const QByteArray &command, const QByteArray &body, bool send)
 {
     _push_file(QStringLiteral("tmp"), body);
+    // An exchange that never began, for want of a login for example, leaves its list behind. A format that
+    // was given up must not go out together with the next command.
+    if (m_state == Idle)
+        m_cmdlist.clear();
     m_cmdlist.push_back(std::make_unique<compcommand>(
         compcommand{command, command, QByteArrayLiteral("tmp"), &OrbNetSetup::_push_file}));
     m_operation = send ? Send : Fetch;
