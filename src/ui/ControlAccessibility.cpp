@@ -2,19 +2,18 @@
 
 #include "controls/K9mButton.h"
 #include "controls/OrbProgressPie.h"
+#include "ui/AccessibleControl.h"
+#include "ui/AccessibleList.h"
 #include "ui/ControlName.h"
 #include "ui/EditedText.h"
 
 #include <QAbstractButton>
-#include <QAbstractItemView>
 #include <QAbstractSpinBox>
-#include <QAccessibleWidget>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTreeView>
 
@@ -26,27 +25,6 @@ namespace
 {
 
 const char *const controlMark = "paravueControl";
-
-bool isUniqueName(const QString &name)
-{
-    static const QRegularExpression pattern(QStringLiteral("\\Alink[0-9]+\\z"));
-    return pattern.match(name).hasMatch();
-}
-
-class AccessibleControl : public QAccessibleWidget
-{
-public:
-    using QAccessibleWidget::QAccessibleWidget;
-
-    QString text(QAccessible::Text kind) const override
-    {
-        if (kind == QAccessible::Name && isUniqueName(widget()->accessibleName()))
-            return controlName(*widget());
-        if (kind == QAccessible::Description && widget()->accessibleDescription().isEmpty())
-            return plainToolTip(*widget());
-        return QAccessibleWidget::text(kind);
-    }
-};
 
 class AccessibleButton : public AccessibleControl
 {
@@ -302,14 +280,6 @@ private:
     QLabel *m_label;
 };
 
-/// The toolkit's table has more to say about a list than this window could, so the list keeps it and gets
-/// its label as a description: not from here, as that would ask for the interface that is being made.
-void describeList(QTreeView *list)
-{
-    QMetaObject::invokeMethod(
-        list, [list] { list->setAccessibleDescription(controlName(*list)); }, Qt::QueuedConnection);
-}
-
 QAccessible::Role plainRole(const QWidget *widget)
 {
     if (widget->isWindow())
@@ -324,11 +294,8 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
     auto *widget = qobject_cast<QWidget *>(object);
     if (!widget || !widget->property(controlMark).isValid())
         return nullptr;
-    if (auto *list = qobject_cast<QTreeView *>(widget)) {
-        if (list->accessibleDescription().isEmpty())
-            describeList(list);
-        return nullptr;
-    }
+    if (auto *list = qobject_cast<QTreeView *>(widget))
+        return new AccessibleList(list);
     if (auto *button = qobject_cast<QAbstractButton *>(widget))
         return new AccessibleButton(button);
     if (auto *edit = qobject_cast<QLineEdit *>(widget))

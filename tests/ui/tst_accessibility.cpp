@@ -49,6 +49,7 @@ private Q_SLOTS:
     void saysWhatAControlIs();
     void namesWindows();
     void followsItsLabel();
+    void readsLists();
     void readsAndWritesText();
     void keepsPasswordsHidden();
     void pressesAndToggles();
@@ -135,17 +136,7 @@ void TestAccessibility::namesWindows()
 
 void TestAccessibility::followsItsLabel()
 {
-    DescribedWindow window(
-        describePage(
-            beside("type='edit'") +
-            "<item row='1' type='label'><text>Users</text></item><item row='1' column='1' type='list'>"
-            "<row_count>net/untitled/ROWS</row_count><column/>"
-            "<column_source>net/untitled/USER</column_source></item>"),
-        Files);
-    QAccessibleInterface *list = heard(window, 4); // a table has a description instead of a name
-    QTRY_COMPARE(list->text(QAccessible::Description), "Users");
-    QCOMPARE(list->tableInterface()->cellAt(0, 0)->text(QAccessible::Name), "ann");
-
+    DescribedWindow window(describePage(beside("type='edit'")), Files);
     QAccessibleInterface *edit = heard(window, 2);
     QPointer<QLabel> label = window.widget<QLabel>();
     label->setText("Changed");
@@ -154,6 +145,43 @@ void TestAccessibility::followsItsLabel()
     QCOMPARE(edit->text(QAccessible::Name), QString());
     window.widget<QLineEdit>()->setAccessibleName("linking"); // given by somebody else
     QCOMPARE(edit->text(QAccessible::Name), "linking");
+}
+
+void TestAccessibility::readsLists()
+{
+    DescribedWindow window(
+        describePage(beside("type='list'", "<row_count>net/untitled/ROWS</row_count><column>User</column>"
+                                           "<column>Right</column>"
+                                           "<column_source>net/untitled/USER</column_source>"
+                                           "<column_source>net/untitled/RIGHT</column_source>")),
+        {{"net", "ROWS=2\nUSER0=ann\nRIGHT0=1\nUSER1=bob\nRIGHT1=2\n"}});
+    QAccessibleInterface *list = heard(window, 2);
+    QCOMPARE(list->text(QAccessible::Name), "Left label");
+    QCOMPARE(list->role(), QAccessible::Table);
+
+    QStringList heardInOrder;
+    for (int i = 0; i < list->childCount(); ++i) {
+        QAccessibleInterface *cell = list->child(i);
+        heardInOrder.append(cell->text(QAccessible::Name));
+        QCOMPARE(list->indexOfChild(cell), i);
+        QCOMPARE(list->childAt(cell->rect().center().x(), cell->rect().center().y()), cell);
+    }
+    QCOMPARE(heardInOrder, (QStringList{"User", "Right", "ann", "1", "bob", "2"}));
+
+    QAccessibleInterface *cell = list->tableInterface()->cellAt(1, 1);
+    QCOMPARE(cell->tableCellInterface()->columnHeaderCells().value(0), list->child(1));
+    QVERIFY(!cell->state().selected);
+    cell->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QVERIFY(cell->state().selected);
+    QCOMPARE(list->tableInterface()->selectedRows(), QList<int>{1});
+
+    const QAccessible::Id held = QAccessible::uniqueId(cell);
+    window.window->setValue("net/untitled/ROWS/1"); // a row less, while a tool holds its cell
+    QCOMPARE(list->childCount(), 4);
+    if (QAccessibleInterface *gone = QAccessible::accessibleInterface(held)) {
+        QVERIFY(!gone->isValid() && !gone->state().selected);
+        QCOMPARE(gone->text(QAccessible::Name), QString());
+    }
 }
 
 void TestAccessibility::readsAndWritesText()
