@@ -87,6 +87,14 @@ QPainterPath filledPart(const QRectF &rect, int percent)
     return path;
 }
 
+/// A line across the rim at \a percent, clear of the digits in the middle.
+QLineF limitMark(const QRectF &rect, int percent)
+{
+    QLineF line = QLineF::fromPolar(rect.width() / 2, 90 - 3.6 * percent).translated(rect.center());
+    line.setP1(line.pointAt(0.7));
+    return line;
+}
+
 struct PieColors {
     QColor rest;
     QColor filled;
@@ -138,6 +146,11 @@ int OrbProgressPie::progress() const
     return m_progress;
 }
 
+int OrbProgressPie::limit() const
+{
+    return m_limit;
+}
+
 QSize OrbProgressPie::sizeHint() const
 {
     // The percentage then has the size of the text around the pie.
@@ -162,6 +175,15 @@ void OrbProgressPie::setProgress(int percent)
     QAccessible::updateAccessibility(&event);
 }
 
+void OrbProgressPie::setLimit(int percent)
+{
+    const int clamped = std::clamp(percent, 0, 100);
+    if (clamped == m_limit)
+        return;
+    m_limit = clamped;
+    update();
+}
+
 void OrbProgressPie::paintEvent(QPaintEvent *)
 {
     const QRectF rect = pieRect(size());
@@ -179,6 +201,10 @@ void OrbProgressPie::paintEvent(QPaintEvent *)
     painter.setPen(colors.outline);
     painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(rect);
+    if (m_limit > 0 && m_limit < 100) {
+        painter.setPen(QPen(colors.text, std::max(2.0, rect.width() / 40)));
+        painter.drawLine(limitMark(rect, m_limit));
+    }
 
     painter.setFont(fittingFont(font(), rect.width()));
     if (painter.fontInfo().pixelSize() >= SmallestReadableText) {

@@ -14,6 +14,8 @@ public:
 
     /// 0 to 100.
     int progress() const;
+    /// 0 to 100; 0 without a limit.
+    int limit() const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -21,10 +23,14 @@ public:
 public Q_SLOTS:
     /// Values beyond 0 to 100 are clamped.
     void setProgress(int percent);
+    /// Draws a mark across the rim at \a percent, such as the share of a disk that may be filled. Nothing is
+    /// drawn at 0 and 100; values beyond are clamped.
+    void setLimit(int percent);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     int m_progress = 0;
+    int m_limit = 0;
 };

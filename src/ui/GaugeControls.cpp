@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace paravue
 {
@@ -25,13 +26,13 @@ qint64 unitFactor(const QString &unit)
     return factor;
 }
 
-int percentUsed(qint64 used, qint64 size)
+int percentOf(qint64 part, qint64 size)
 {
     if (size <= 0)
         return 0;
     // Beyond this the product leaves 64 bits, and a percentage is exact enough from the quotient.
-    const bool fits = used <= std::numeric_limits<qint64>::max() / 100;
-    const qint64 percent = fits ? used * 100 / size : used / std::max<qint64>(1, size / 100);
+    const bool fits = part <= std::numeric_limits<qint64>::max() / 100;
+    const qint64 percent = fits ? part * 100 / size : part / std::max<qint64>(1, size / 100);
     return int(std::clamp<qint64>(percent, 0, 100));
 }
 
@@ -79,17 +80,19 @@ const QMetaObject &ProgressPieControl::widgetClass() const
 bool ProgressPieControl::load(ControlContext &context, const Control &control) const
 {
     auto *pie = qobject_cast<OrbProgressPie *>(control.widget);
-    const int before = pie->progress();
-    const QDomElement size = control.element.firstChildElement(QStringLiteral("size"));
+    const std::pair before(pie->progress(), pie->limit());
     const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
-    if (!size.isNull()) {
-        const QString used =
-            context.text(control, control.element.firstChildElement(QStringLiteral("used")).text());
-        pie->setProgress(percentUsed(parseSize(used), parseSize(context.text(control, size.text()))));
+    const auto sizeIn = [&](const QString &tag) {
+        return parseSize(context.text(control, control.element.firstChildElement(tag).text()));
+    };
+    if (!control.element.firstChildElement(QStringLiteral("size")).isNull()) {
+        const qint64 size = sizeIn(QStringLiteral("size"));
+        pie->setProgress(percentOf(sizeIn(QStringLiteral("used")), size));
+        pie->setLimit(percentOf(sizeIn(QStringLiteral("limit")), size));
     } else if (!key.isNull()) {
         pie->setProgress(context.value(control, addressText(key)).toInt());
     }
-    return pie->progress() != before;
+    return before != std::pair(pie->progress(), pie->limit());
 }
 
 qint64 parseSize(const QString &text)

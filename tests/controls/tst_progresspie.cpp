@@ -55,6 +55,7 @@ private Q_SLOTS:
     void fillsItsShare_data();
     void fillsItsShare();
     void clamps();
+    void marksItsLimit();
     void looksDisabled();
     void paintsAtAnySize();
 };
@@ -117,6 +118,19 @@ void TestProgressPie::clamps()
     QCOMPARE(pie.progress(), 0);
     QVERIFY(QMetaObject::invokeMethod(&pie, "setProgress", Q_ARG(int, 42)));
     QCOMPARE(pie.progress(), 42);
+}
+
+void TestProgressPie::marksItsLimit()
+{
+    OrbProgressPie pie;
+    pie.resize(200, 200);
+    const QImage without = render(pie);
+    pie.setLimit(75);
+    const QImage image = render(pie);
+    QVERIFY(paravue::contrastRatio(colorAt(image, 0.75), colorAt(without, 0.75)) >= 4.5);
+    QCOMPARE(colorAt(image, 0.7), colorAt(without, 0.7));
+    pie.setLimit(1000); // the whole, which needs no mark
+    QCOMPARE(render(pie), without);
 }
 
 void TestProgressPie::looksDisabled()

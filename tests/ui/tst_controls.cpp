@@ -36,7 +36,8 @@ QString shown(const DescribedWindow &window, int number = 1)
     if (auto *box = qobject_cast<QCheckBox *>(widget))
         return (box->isChecked() ? "[x] " : "[ ] ") + box->text();
     if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
-        return QString::number(pie->progress());
+        return QString::number(pie->progress()) +
+               (pie->limit() % 100 ? QStringLiteral(" of %1").arg(pie->limit()) : QString());
     if (auto *tabs = qobject_cast<QTabWidget *>(widget))
         return tabs->tabText(tabs->currentIndex());
     QStringList rows;
@@ -154,6 +155,8 @@ void TestControls::load_data()
         "type='orbpie' "
         "value='5'><size>{net/untitled/SIZE}</size><used>{net/untitled/USED}</used><limit>3G</limit>",
         "25", "net/untitled/USED/1536M", "75");
+    row("pie with a limit", "type='orbpie'><size>4G</size><used>1G</used><limit>{net/untitled/LIMIT}</limit>",
+        "25", "net/untitled/LIMIT/3G", "25 of 75");
     row("pie of nothing", "type='orbpie'><size>{net/untitled/NONE}</size><used>{net/untitled/USED}</used>",
         "0");
     row("pie without a size", "type='orbpie' value='5'>", "5");
