@@ -153,9 +153,8 @@ bool OrbNetSetup::keepLocalCopy(const QString &name, const QByteArray &data)
 /// shown, edited and sent is the copy that is registered now.
 void OrbNetSetup::forgetValues(const QString &name)
 {
-    const auto settings = m_settings.find(name);
-    if (settings != m_settings.end())
-        settings->second->setPath(filePath(name));
+    if (OrbSettings *settings = m_settings.find(name))
+        settings->setPath(filePath(name));
 }
 
 void OrbNetSetup::_push_file(const QString &name, const QByteArray &data)
@@ -250,8 +249,8 @@ bool OrbNetSetup::_compile_state(const QString &name)
     const QString path = filePath(name);
     // Edits go to the disk first and what was read is read again afterwards; or else the next flush would put
     // the text of before back. Looking up a value below may be what reads the file.
-    if (const auto edited = m_settings.find(name); edited != m_settings.end())
-        edited->second->write();
+    if (OrbSettings *edited = m_settings.find(name))
+        edited->write();
     const QString text = QString::fromUtf8(readLocalFile(path));
     const auto compiledText =
         applyStateDirectives(text, [this](const QString &address) { return value(address); });

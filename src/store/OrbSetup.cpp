@@ -4,6 +4,8 @@
 #include "store/IniMapCodec.h"
 #include "store/OrbSettings.h"
 
+#include <utility>
+
 using paravue::ConfigAddress;
 
 OrbSetup::OrbSetup() : OrbSetup(QString()) {}
@@ -46,9 +48,9 @@ void OrbSetup::setFilePath(const QString &name, const QString &path)
 {
     m_filePaths[name] = path;
     // A name that was used before it had a path starts over with the file.
-    const auto settings = m_settings.find(name);
-    if (settings != m_settings.end() && settings->second->path().isEmpty())
-        settings->second->setPath(path);
+    OrbSettings *settings = m_settings.find(name);
+    if (settings && settings->path().isEmpty())
+        settings->setPath(path);
 }
 
 QString OrbSetup::filePath(const QString &name)
@@ -114,8 +116,7 @@ QStringList OrbSetup::regexp_values(const QString &address)
 
 void OrbSetup::flush()
 {
-    for (const auto &[name, settings] : m_settings)
-        settings->flush();
+    m_settings.flush();
 }
 
 QString OrbSetup::activity() const
@@ -135,13 +136,44 @@ OrbSettings &OrbSetup::settings(const QString &name)
 
 OrbSettings &OrbSetup::settingsOf(QStringView name)
 {
-    const auto found = m_settings.find(name);
-    if (found != m_settings.end())
-        return *found->second;
+    if (OrbSettings *used = m_settings.find(name))
+        return *used;
     const QString file = name.toString();
     const QString path = filePath(file);
     // Whoever was told that the file does not exist may have used it already.
-    return *m_settings.try_emplace(file, std::make_unique<OrbSettings>(path)).first->second;
+    OrbSettings *used = m_settings.find(file);
+    return used ? *used : m_settings.add(file, std::make_unique<OrbSettings>(path));
+}
+
+OrbSetup::UsedFiles::UsedFiles() = default;
+OrbSetup::UsedFiles::~UsedFiles() = default;
+
+OrbSettings *OrbSetup::UsedFiles::find(QStringView name)
+{
+    if (m_last && m_last->first == name)
+        return m_last->second.get();
+    const auto found = m_files.find(name);
+    if (found == m_files.end())
+        return nullptr;
+    m_last = &*found;
+    return found->second.get();
+}
+
+OrbSettings &OrbSetup::UsedFiles::add(const QString &name, std::unique_ptr<OrbSettings> settings)
+{
+    return *m_files.try_emplace(name, std::move(settings)).first->second;
+}
+
+void OrbSetup::UsedFiles::flush()
+{
+    for (const auto &[name, settings] : m_files)
+        settings->flush();
+}
+
+void OrbSetup::UsedFiles::clear()
+{
+    m_last = nullptr;
+    m_files.clear();
 }
 
 bool OrbSetup::myReadFunc(QIODevice &device, QMap<QString, QVariant> &map)

@@ -91,19 +91,40 @@ protected:
     static bool myReadFunc(QIODevice &device, QMap<QString, QVariant> &map);
     static bool myWriteFunc(QIODevice &device, const QMap<QString, QVariant> &map);
 
-    /// Lets a file be found by a part of an address, without a copy of its name.
-    struct FileNameHash {
-        using is_transparent = void;
-        size_t operator()(QStringView name) const noexcept { return qHash(name); }
-    };
-    struct FileNameEqual {
-        using is_transparent = void;
-        bool operator()(QStringView a, QStringView b) const noexcept { return a == b; }
+    /// The files that were used so far, by name. Addresses come in runs of one file, so the file that was
+    /// asked for last is found at once.
+    class UsedFiles
+    {
+    public:
+        UsedFiles();
+        ~UsedFiles();
+        Q_DISABLE_COPY_MOVE(UsedFiles)
+
+        /// Null when \a name was not used yet.
+        OrbSettings *find(QStringView name);
+        OrbSettings &add(const QString &name, std::unique_ptr<OrbSettings> settings);
+        void flush();
+        /// Writes and drops them all.
+        void clear();
+
+    private:
+        /// Lets a file be found by a part of an address, without a copy of its name.
+        struct NameHash {
+            using is_transparent = void;
+            size_t operator()(QStringView name) const noexcept { return qHash(name); }
+        };
+        struct SameName {
+            using is_transparent = void;
+            bool operator()(QStringView a, QStringView b) const noexcept { return a == b; }
+        };
+        using Files = std::unordered_map<QString, std::unique_ptr<OrbSettings>, NameHash, SameName>;
+
+        Files m_files;
+        const Files::value_type *m_last = nullptr;
     };
 
     QMap<QString, QString> m_filePaths;
-    /// By file name. A derived class may drop one (or all) early: it is then written, as at the end.
-    std::unordered_map<QString, std::unique_ptr<OrbSettings>, FileNameHash, FileNameEqual> m_settings;
+    UsedFiles m_settings;
     QString m_address;
 
 private:
