@@ -1,0 +1,354 @@
+#include "controls/CellGridEditor.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr double SmallestLinedCell = 4;
+
+bool isShiftOnly(Qt::KeyboardModifiers modifiers)
+{
+    return (modifiers & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+}
+
+} // namespace
+
+CellGridEditor::CellGridEditor(const QSize &size, QWidget *parent)
+    : PictureView(parent), m_cells(size.expandedTo({1, 1})), m_strip(*this)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+bool CellGridEditor::setRows(const QStringList &rows)
+{
+    if (!m_cells.setTexts(rows))
+        return false;
+    stateChanged();
+    return true;
+}
+
+bool CellGridEditor::setKinds(const QStringList &names)
+{
+    const QStringList fitting = names.mid(0, MostKinds);
+    if (fitting.isEmpty() || fitting == m_strip.texts())
+        return false;
+    m_strip.setTexts(fitting);
+    m_kind = std::min(m_kind, int(fitting.size()));
+    updateGeometry();
+    stateChanged();
+    return true;
+}
+
+QString CellGridEditor::valueText() const
+{
+    const QRect cells = selection();
+    const QString place =
+        cells.size() == QSize(1, 1)
+            ? tr("column %1, row %2").arg(QString::number(cells.left() + 1), QString::number(cells.top() + 1))
+            : tr("columns %1 to %2, rows %3 to %4")
+                  .arg(QString::number(cells.left() + 1), QString::number(cells.right() + 1),
+                       QString::number(cells.top() + 1), QString::number(cells.bottom() + 1));
+    const int mark = m_cells.mark(m_current);
+    const QString state = mark == 0 ? tr("not marked") : markName(mark);
+    const QString text = tr("%1: %2").arg(place, state);
+    return kinds().size() > 1 ? tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1)) : text;
+}
+
+void CellGridEditor::slot_Set_all()
+{
+    applyTo(Brush::Paint, QRect(QPoint(), gridSize()));
+}
+
+void CellGridEditor::slot_Clear_all()
+{
+    applyTo(Brush::TakeAny, QRect(QPoint(), gridSize()));
+}
+
+void CellGridEditor::slot_Choose_kind(const QString &number)
+{
+    choose(number.trimmed().toInt());
+}
+
+void CellGridEditor::choose(int kind)
+{
+    if (kind < 1 || kind > kinds().size() || kind == m_kind)
+        return;
+    m_kind = kind;
+    stateChanged();
+}
+
+void CellGridEditor::select(const QPoint &current, bool stretch)
+{
+    m_current = QPoint(std::clamp(current.x(), 0, gridSize().width() - 1),
+                       std::clamp(current.y(), 0, gridSize().height() - 1));
+    if (!stretch)
+        m_anchor = m_current;
+    stateChanged();
+}
+
+QRect CellGridEditor::selection() const
+{
+    const auto [left, right] = std::minmax(m_anchor.x(), m_current.x());
+    const auto [top, bottom] = std::minmax(m_anchor.y(), m_current.y());
+    return {QPoint(left, top), QPoint(right, bottom)};
+}
+
+CellGridEditor::Brush CellGridEditor::brushFor(const QPoint &cell) const
+{
+    return isOfKind(m_cells.mark(cell), m_kind) ? Brush::TakeKind : Brush::Paint;
+}
+
+bool CellGridEditor::apply(Brush brush, const QPoint &cell)
+{
+    const bool hasKind = isOfKind(m_cells.mark(cell), m_kind);
+    if (brush == Brush::Paint)
+        return !hasKind && m_cells.setMark(cell, m_kind);
+    return (hasKind || brush == Brush::TakeAny) && m_cells.setMark(cell, 0);
+}
+
+void CellGridEditor::applyTo(Brush brush, const QRect &cells)
+{
+    bool changed = false;
+    for (int y = cells.top(); y <= cells.bottom(); ++y) {
+        for (int x = cells.left(); x <= cells.right(); ++x)
+            changed |= apply(brush, {x, y});
+    }
+    if (!changed)
+        return;
+    stateChanged();
+    Q_EMIT valueChanged();
+}
+
+/// A quick hand moves over many cells between two events: none of them is left out.
+void CellGridEditor::applyAlong(const QPoint &end)
+{
+    const QPoint start = m_stroke->last;
+    const QPoint way = end - start;
+    const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
+    bool changed = false;
+    for (int step = 0; step <= steps; ++step)
+        changed |= apply(m_stroke->brush, start + QPoint(qRound(double(way.x()) * step / steps),
+                                                         qRound(double(way.y()) * step / steps)));
+    m_stroke->last = end;
+    select(end, false);
+    if (changed)
+        Q_EMIT valueChanged();
+}
+
+/// Positions outside of the picture count as just outside of it, so that an edge can be painted with a swing.
+QPoint CellGridEditor::cellAt(const QPoint &position) const
+{
+    const QPointF fraction = fractionAt(QPointF(position) + QPointF(0.5, 0.5));
+    const auto line = [](double share, int count) {
+        return int(std::floor(std::clamp(share * count, -1.0, double(count))));
+    };
+    return {line(fraction.x(), gridSize().width()), line(fraction.y(), gridSize().height())};
+}
+
+QRectF CellGridEditor::place(const QPoint &cell) const
+{
+    // Borders on whole pixels keep the lines sharp.
+    const auto corner = [this](int column, int row) {
+        const QPointF position =
+            positionOf({double(column) / gridSize().width(), double(row) / gridSize().height()});
+        return QPointF(qRound(position.x()), qRound(position.y()));
+    };
+    return {corner(cell.x(), cell.y()), corner(cell.x() + 1, cell.y() + 1)};
+}
+
+void CellGridEditor::mousePressEvent(QMouseEvent *event)
+{
+    const bool isLeft = event->button() == Qt::LeftButton;
+    if (m_stroke || (!isLeft && event->button() != Qt::RightButton))
+        return;
+    const QPoint position = event->position().toPoint();
+    if (isLeft)
+        choose(m_strip.at(position, footerRect()) + 1);
+    if (!pictureRect().contains(position))
+        return;
+    const QPoint cell = cellAt(position);
+    m_stroke = Stroke{event->button(), isLeft ? brushFor(cell) : Brush::TakeAny, cell, rows()};
+    applyAlong(cell);
+}
+
+void CellGridEditor::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_stroke)
+        return;
+    if (event->buttons() & m_stroke->button)
+        applyAlong(cellAt(event->position().toPoint()));
+    else
+        m_stroke.reset(); // released where nobody heard of it
+}
+
+void CellGridEditor::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (m_stroke && event->button() == m_stroke->button)
+        m_stroke.reset();
+}
+
+bool CellGridEditor::selectByKey(const QKeyEvent &event)
+{
+    const QPoint last(gridSize().width() - 1, gridSize().height() - 1);
+    const bool stretch = event.modifiers() & Qt::ShiftModifier;
+    if (event.modifiers() & Qt::ControlModifier) {
+        if (event.key() == Qt::Key_Home || event.key() == Qt::Key_End)
+            select(event.key() == Qt::Key_Home ? QPoint() : last, stretch);
+        else
+            return false;
+        return true;
+    }
+    QPoint cell = m_current;
+    switch (event.key()) {
+    case Qt::Key_Left:
+        --cell.rx();
+        break;
+    case Qt::Key_Right:
+        ++cell.rx();
+        break;
+    case Qt::Key_Up:
+        --cell.ry();
+        break;
+    case Qt::Key_Down:
+        ++cell.ry();
+        break;
+    case Qt::Key_Home:
+        cell.setX(0);
+        break;
+    case Qt::Key_End:
+        cell.setX(last.x());
+        break;
+    case Qt::Key_PageUp:
+        cell.setY(0);
+        break;
+    case Qt::Key_PageDown:
+        cell.setY(last.y());
+        break;
+    default:
+        return false;
+    }
+    select(cell, stretch);
+    return true;
+}
+
+void CellGridEditor::keyPressEvent(QKeyEvent *event)
+{
+    if (m_stroke) {
+        if (event->key() != Qt::Key_Escape)
+            return;
+        const bool changed = setRows(m_stroke->before);
+        m_stroke.reset();
+        if (changed)
+            Q_EMIT valueChanged();
+    } else if (event->matches(QKeySequence::SelectAll)) {
+        m_anchor = QPoint();
+        select({gridSize().width() - 1, gridSize().height() - 1}, true);
+    } else if (selectByKey(*event)) {
+        return;
+    } else if (!isShiftOnly(event->modifiers())) {
+        PictureView::keyPressEvent(event);
+    } else if (event->key() == Qt::Key_Space) {
+        applyTo(brushFor(m_anchor), selection());
+    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+        applyTo(Brush::TakeAny, selection());
+    } else if (event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
+        choose(event->key() - Qt::Key_0);
+    } else {
+        PictureView::keyPressEvent(event);
+    }
+}
+
+void CellGridEditor::focusInEvent(QFocusEvent *event)
+{
+    PictureView::focusInEvent(event);
+    stateChanged();
+}
+
+void CellGridEditor::focusOutEvent(QFocusEvent *event)
+{
+    PictureView::focusOutEvent(event);
+    m_stroke.reset();
+}
+
+int CellGridEditor::footerHeight(int width) const
+{
+    return m_strip.height(width);
+}
+
+void CellGridEditor::paintFooter(QPainter &painter)
+{
+    m_strip.paint(painter, footerRect(), kinds().size() > 1 ? m_kind - 1 : -1,
+                  [&](const QRect &place, int chip) { paintCell(painter, place, look(chip + 1)); });
+}
+
+void CellGridEditor::paintLines(QPainter &painter, const QRect &dirty)
+{
+    const QRect picture = pictureRect();
+    QList<QRect> dark;
+    QList<QRect> bright;
+    // A line of two tones is seen on bright and on dark ground.
+    for (int column = 1; column < gridSize().width(); ++column) {
+        const int x = qRound(place({column, 0}).left());
+        bright.append(QRect(x - 1, picture.top(), 1, picture.height()));
+        dark.append(QRect(x, picture.top(), 1, picture.height()));
+    }
+    for (int row = 1; row < gridSize().height(); ++row) {
+        const int y = qRound(place({0, row}).top());
+        bright.append(QRect(picture.left(), y - 1, picture.width(), 1));
+        dark.append(QRect(picture.left(), y, picture.width(), 1));
+    }
+    for (const QRect &line : bright)
+        painter.fillRect(line & dirty, QColor(255, 255, 255, 90));
+    for (const QRect &line : dark)
+        painter.fillRect(line & dirty, QColor(0, 0, 0, 90));
+}
+
+void CellGridEditor::paintSelection(QPainter &painter)
+{
+    const QRect cells = selection();
+    const QRectF frame = place(cells.topLeft()) | place(cells.bottomRight());
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Qt::black, 4, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(frame.adjusted(2, 2, -2, -2));
+    painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(frame.adjusted(2, 2, -2, -2));
+}
+
+void CellGridEditor::paintOver(QPainter &painter, const QRect &dirty)
+{
+    const QRectF first = place({0, 0});
+    if (std::min(first.width(), first.height()) >= SmallestLinedCell)
+        paintLines(painter, dirty);
+    painter.setRenderHint(QPainter::Antialiasing);
+    // Cells differ by a pixel; all of them have a sign or none.
+    const bool hasSigns = hasRoomForSign(painter, first.size() - QSizeF(1, 1));
+    for (int y = 0; y < gridSize().height(); ++y) {
+        for (int x = 0; x < gridSize().width(); ++x) {
+            const int mark = m_cells.mark({x, y});
+            if (mark == 0)
+                continue;
+            const QRectF cell = place({x, y});
+            if (!cell.intersects(dirty))
+                continue;
+            CellLook seen = look(mark);
+            if (!hasSigns)
+                seen.sign.clear();
+            paintCell(painter, cell, seen);
+        }
+    }
+    paintPlaceholder(painter);
+    if (hasFocus())
+        paintSelection(painter);
+}
+
+} // namespace paravue

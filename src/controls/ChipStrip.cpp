@@ -1,0 +1,79 @@
+#include "controls/ChipStrip.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int Gap = 4;
+
+} // namespace
+
+QList<QRect> ChipStrip::places(const QRect &area) const
+{
+    const QFontMetrics metrics = m_owner.fontMetrics();
+    const int height = metrics.height() + 2 * Gap;
+    QList<QRect> result;
+    QPoint next(0, Gap);
+    for (const QString &text : m_texts) {
+        const int wanted = metrics.height() + metrics.horizontalAdvance(text) + 6 * Gap;
+        const int width = std::max(1, std::min(wanted, area.width()));
+        if (next.x() > 0 && next.x() + width > area.width())
+            next = QPoint(0, next.y() + height + Gap);
+        const QRect place(area.topLeft() + next, QSize(width, height));
+        result.append(QStyle::visualRect(m_owner.layoutDirection(), area, place));
+        next.rx() += width + Gap;
+    }
+    return result;
+}
+
+int ChipStrip::height(int width) const
+{
+    if (m_texts.isEmpty())
+        return 0;
+    return places(QRect(0, 0, width, 1)).constLast().bottom() + 1;
+}
+
+int ChipStrip::at(const QPoint &position, const QRect &area) const
+{
+    const QList<QRect> all = places(area);
+    const auto hit =
+        std::find_if(all.cbegin(), all.cend(), [&](const QRect &place) { return place.contains(position); });
+    return hit == all.cend() ? -1 : int(hit - all.cbegin());
+}
+
+void ChipStrip::paint(QPainter &painter, const QRect &area, int chosen,
+                      const std::function<void(const QRect &, int)> &swatch) const
+{
+    const QFontMetrics metrics = m_owner.fontMetrics();
+    const Qt::LayoutDirection direction = m_owner.layoutDirection();
+    const QList<QRect> all = places(area);
+    for (int chip = 0; chip < all.size(); ++chip) {
+        const QRect &place = all[chip];
+        const bool isChosen = chip == chosen;
+        const QPalette &palette = m_owner.palette();
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette.brush(QPalette::Highlight));
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (isChosen)
+            painter.drawRoundedRect(place, Gap, Gap);
+        const QRect inside = place.adjusted(Gap, Gap, -Gap, -Gap);
+        const QRect swatchPlace(inside.topLeft(), QSize(inside.height(), inside.height()));
+        const QRect shownSwatch = QStyle::visualRect(direction, inside, swatchPlace);
+        painter.fillRect(shownSwatch, palette.brush(QPalette::Base));
+        swatch(shownSwatch, chip);
+        const QRect textPlace = inside.adjusted(inside.height() + 2 * Gap, 0, 0, 0);
+        painter.setPen(palette.color(isChosen ? QPalette::HighlightedText : QPalette::WindowText));
+        painter.drawText(QStyle::visualRect(direction, inside, textPlace),
+                         QStyle::visualAlignment(direction, Qt::AlignLeft | Qt::AlignVCenter),
+                         metrics.elidedText(m_texts[chip], Qt::ElideRight, textPlace.width()));
+    }
+}
+
+} // namespace paravue

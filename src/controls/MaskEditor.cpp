@@ -1,0 +1,28 @@
+#include "controls/MaskEditor.h"
+
+namespace paravue
+{
+
+MaskEditor::MaskEditor(const QSize &size, Purpose purpose, QWidget *parent)
+    : CellGridEditor(size, parent), m_purpose(purpose)
+{
+    setKinds({tr("Masked")});
+}
+
+bool MaskEditor::isOfKind(int mark, int) const
+{
+    return mark != 0;
+}
+
+CellLook MaskEditor::look(int) const
+{
+    const QColor tint = m_purpose == Privacy ? QColor(24, 24, 24, 245) : QColor(232, 96, 0, 110);
+    return {tint, CellLook::Rising, {}};
+}
+
+QString MaskEditor::markName(int) const
+{
+    return kinds().value(0);
+}
+
+} // namespace paravue

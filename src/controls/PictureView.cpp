@@ -1,0 +1,180 @@
+#include "controls/PictureView.h"
+
+#include "controls/ReadableColors.h"
+
+#include <QAccessible>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QStyle>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int FrameWidth = 3; // room for the focus ring
+constexpr QSize UsualSize(320, 240);
+constexpr QSize SmallestSize(96, 72);
+
+} // namespace
+
+PictureView::PictureView(QWidget *parent) : QWidget(parent), m_preferred(UsualSize) {}
+
+void PictureView::setPreferredSize(const QSize &size)
+{
+    m_preferred = QSize(size.width() > 0 ? size.width() : UsualSize.width(),
+                        size.height() > 0 ? size.height() : UsualSize.height());
+    updateGeometry();
+    update();
+}
+
+QString PictureView::valueText() const
+{
+    if (!m_pixmap.isNull())
+        return tr("%1 × %2 pixels")
+            .arg(QString::number(m_pixmap.width()), QString::number(m_pixmap.height()));
+    return m_reason.isEmpty() ? tr("No picture from the camera yet") : m_reason;
+}
+
+QSize PictureView::sizeHint() const
+{
+    const QSize picture = m_preferred + QSize(2 * FrameWidth, 2 * FrameWidth);
+    return picture + QSize(0, footerHeight(picture.width()));
+}
+
+QSize PictureView::minimumSizeHint() const
+{
+    const QSize picture = SmallestSize.boundedTo(m_preferred);
+    return picture + QSize(2 * FrameWidth, 2 * FrameWidth + footerHeight(picture.width()));
+}
+
+void PictureView::setPixmap(const QPixmap &pixmap)
+{
+    const bool sameSize = pixmap.size() == m_pixmap.size();
+    m_pixmap = pixmap;
+    // A live picture comes many times a second: only another size is worth telling.
+    sameSize ? update() : stateChanged();
+}
+
+void PictureView::setText(const QString &reason)
+{
+    m_reason = reason;
+    stateChanged();
+}
+
+QRect PictureView::pictureArea() const
+{
+    const QRect inside = rect().adjusted(FrameWidth, FrameWidth, -FrameWidth, -FrameWidth);
+    return inside.adjusted(0, 0, 0, -footerHeight(inside.width()));
+}
+
+QRect PictureView::pictureRect() const
+{
+    const QRect area = pictureArea();
+    if (area.isEmpty())
+        return {};
+    const QSize shape = m_pixmap.isNull() ? m_preferred : m_pixmap.size();
+    const QSize size = shape.scaled(area.size(), Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    return QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignTop, size, area);
+}
+
+QRect PictureView::footerRect() const
+{
+    const QRect area = pictureArea();
+    return {area.left(), pictureRect().bottom() + 1 + FrameWidth, area.width(), footerHeight(area.width())};
+}
+
+QPointF PictureView::fractionAt(const QPointF &position) const
+{
+    const QRectF picture = pictureRect();
+    if (picture.isEmpty())
+        return {};
+    return {(position.x() - picture.left()) / picture.width(),
+            (position.y() - picture.top()) / picture.height()};
+}
+
+QPointF PictureView::positionOf(const QPointF &fraction) const
+{
+    const QRectF picture = pictureRect();
+    return picture.topLeft() + QPointF(fraction.x() * picture.width(), fraction.y() * picture.height());
+}
+
+void PictureView::paintOver(QPainter &painter, const QRect &)
+{
+    paintPlaceholder(painter);
+}
+
+int PictureView::footerHeight(int) const
+{
+    return 0;
+}
+
+void PictureView::paintFooter(QPainter &) {}
+
+void PictureView::paintPlaceholder(QPainter &painter)
+{
+    if (!m_pixmap.isNull())
+        return;
+    const QRect room = pictureRect().adjusted(8, 8, -8, -8);
+    const int flags = Qt::AlignCenter | Qt::TextWordWrap;
+    const QString reason = m_reason.isEmpty() ? tr("No picture from the camera yet") : m_reason;
+    const QRect place = painter.boundingRect(room, flags, reason).adjusted(-6, -4, 6, 4);
+    QColor ground = palette().color(QPalette::Window);
+    ground.setAlphaF(0.8F); // a little of what is under it
+    painter.fillRect(place & pictureRect(), ground);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(room, flags, reason);
+}
+
+void PictureView::stateChanged()
+{
+    update();
+    QAccessibleValueChangeEvent event(this, valueText());
+    QAccessible::updateAccessibility(&event);
+}
+
+void PictureView::paintEvent(QPaintEvent *event)
+{
+    const QRect picture = pictureRect();
+    if (picture.isEmpty())
+        return;
+    QPainter painter(this);
+    const QColor ground = palette().color(QPalette::Window);
+    const QColor ink = palette().color(QPalette::WindowText);
+    if (m_pixmap.isNull()) {
+        painter.fillRect(picture, mixedColor(ground, ink, 0.1));
+    } else {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(picture, m_pixmap);
+    }
+    painter.save();
+    painter.setClipRect(picture);
+    paintOver(painter, event->rect());
+    if (!isEnabled()) {
+        QColor veil = ground;
+        veil.setAlphaF(0.6F);
+        painter.fillRect(picture, veil);
+    }
+    painter.restore();
+    painter.save();
+    painter.setOpacity(isEnabled() ? 1 : 0.6);
+    paintFooter(painter);
+    painter.restore();
+    const bool ring = hasFocus();
+    const double width = ring ? FrameWidth - 1 : 1;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(ring ? palette().color(QPalette::Highlight) : mixedColor(ground, ink, 0.4), width));
+    const double out = width / 2;
+    painter.drawRect(QRectF(picture).adjusted(-out, -out, out, out));
+}
+
+void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width)
+{
+    painter.setPen(QPen(Qt::black, width + 2, Qt::SolidLine, Qt::SquareCap));
+    painter.drawLines(lines);
+    painter.setPen(QPen(Qt::white, width, Qt::SolidLine, Qt::SquareCap));
+    painter.drawLines(lines);
+}
+
+} // namespace paravue

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+namespace paravue
+{
+
+/// A picture of the recorder, as large as the widget allows with its proportions kept, and a text in its
+/// place while there is none. What is drawn over it, and a footer below it, come from derived classes.
+///
+/// Assistive tools see a graphic whose value is valueText().
+class PictureView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PictureView(QWidget *parent = nullptr);
+
+    QPixmap pixmap() const { return m_pixmap; }
+    /// The size that the view likes to show pictures in, in device-independent pixels; its proportions are
+    /// those of the place that waits for one. 320 x 240 unless told otherwise.
+    void setPreferredSize(const QSize &size);
+
+    /// Where in the widget the picture is, or would be. Empty while the widget is too small for one.
+    QRect pictureRect() const;
+    /// The state of the view in words.
+    virtual QString valueText() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+public Q_SLOTS:
+    /// A null pixmap takes the picture away.
+    void setPixmap(const QPixmap &pixmap);
+    /// Says why there is no picture, in plain text. An empty text brings the usual one back.
+    void setText(const QString &reason);
+
+protected:
+    QRect footerRect() const;
+    /// A fraction of the picture (0 to 1 in both directions) for a position in the widget, and back.
+    QPointF fractionAt(const QPointF &position) const;
+    QPointF positionOf(const QPointF &fraction) const;
+
+    /// Draws what belongs over the picture. Only what lies in \a dirty need be drawn.
+    virtual void paintOver(QPainter &painter, const QRect &dirty);
+    virtual int footerHeight(int width) const;
+    virtual void paintFooter(QPainter &painter);
+    /// The text that says why there is no picture; nothing when there is one.
+    void paintPlaceholder(QPainter &painter);
+    /// Tells assistive tools about another valueText(), and paints all again.
+    void stateChanged();
+
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QRect pictureArea() const;
+
+    QPixmap m_pixmap;
+    QString m_reason;
+    QSize m_preferred;
+};
+
+/// Lines that are seen on bright and dark pictures alike: white with a black rim.
+void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width);
+
+} // namespace paravue
