@@ -2,6 +2,7 @@
 
 #include "controls/K9mButton.h"
 #include "controls/OrbProgressPie.h"
+#include "controls/PictureView.h"
 #include "ui/AccessibleControl.h"
 #include "ui/AccessibleList.h"
 #include "ui/ControlName.h"
@@ -17,7 +18,9 @@
 #include <QScrollBar>
 #include <QTreeView>
 
+#include <functional>
 #include <type_traits>
+#include <utility>
 
 namespace paravue
 {
@@ -263,21 +266,22 @@ private:
     Widget *m_range;
 };
 
-/// A label for a picture; while there is none its text says why.
+/// A picture, and what there is to say of it.
 class AccessiblePicture : public AccessibleControl
 {
 public:
-    explicit AccessiblePicture(QLabel *label) : AccessibleControl(label, QAccessible::Graphic), m_label(label)
+    AccessiblePicture(QWidget *widget, std::function<QString()> value)
+        : AccessibleControl(widget, QAccessible::Graphic), m_value(std::move(value))
     {
     }
 
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Value ? m_label->text() : AccessibleControl::text(kind);
+        return kind == QAccessible::Value ? m_value() : AccessibleControl::text(kind);
     }
 
 private:
-    QLabel *m_label;
+    std::function<QString()> m_value;
 };
 
 QAccessible::Role plainRole(const QWidget *widget)
@@ -309,7 +313,9 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
     if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
         return new AccessibleRange<OrbProgressPie>(pie, QAccessible::ProgressBar);
     if (auto *label = qobject_cast<QLabel *>(widget); label && label->hasScaledContents())
-        return new AccessiblePicture(label);
+        return new AccessiblePicture(label, [label] { return label->text(); });
+    if (auto *view = qobject_cast<PictureView *>(widget))
+        return new AccessiblePicture(view, [view] { return view->valueText(); });
     auto *line = qobject_cast<QAbstractSpinBox *>(widget) ? widget->findChild<QLineEdit *>() : nullptr;
     if (line)
         return new AccessibleField(widget, line, QAccessible::SpinBox);

@@ -1,6 +1,7 @@
 #include "ui/ControlType.h"
 
 #include "ui/BasicControls.h"
+#include "ui/CellGridControls.h"
 #include "ui/ChoiceControls.h"
 #include "ui/DeviceControls.h"
 #include "ui/GaugeControls.h"
@@ -46,6 +47,8 @@ Types makeTypes()
     add<DiskFitnessControl>(types, "diskfitness");
     add<K9mButtonControl>(types, "k9m_button");
     add<OnlineControl>(types, "online");
+    add<MaskControl>(types, "maskctrl");
+    add<AlarmZoneControl>(types, "PTZAlarm");
     return types;
 }
 

@@ -1,0 +1,241 @@
+#include "DescribedWindow.h"
+#include "controls/CellGridEditor.h"
+
+#include <QAccessible>
+#include <QPixmap>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Grid = " ctrlColumns='4' ctrlRows='3'><key>motion/cam0/MASK</key>";
+const QByteArray Mask = "type='maskctrl'" + Grid;
+const QByteArray Zones = "type='PTZAlarm'" + Grid;
+
+QByteArray page(const QByteArray &control)
+{
+    return describePage("<item type='label'><text>Yard</text></item><item row='1' " + control + "</item>");
+}
+
+/// The file of a recorder that knows more of masks than we do; rows are joined by "/", "-" is one that it has
+/// not stored.
+QByteArray storedRows(const QByteArray &rows)
+{
+    QByteArray file = "; set at the factory\r\n[ cam0 ]\r\nSENSITIVITY = 'a lot'\r\n";
+    const QList<QByteArray> each = rows.split('/');
+    for (qsizetype row = 0; row < each.size(); ++row) {
+        if (each[row] != "-")
+            file += "MASK" + QByteArray::number(row) + " = '" + each[row] + "'\r\n";
+    }
+    return file + "MASK3 = 'xyz'\r\n# MASK0\r\n";
+}
+
+QPoint centreOf(const CellGridEditor &editor, int column, int row)
+{
+    const QRectF picture = editor.pictureRect();
+    return QPointF(picture.left() + (column + 0.5) * picture.width() / 4,
+                   picture.top() + (row + 0.5) * picture.height() / 3)
+        .toPoint();
+}
+
+/// Does what each word says: "L1,2" and "R1,2" press a button in a cell, "M1,2" moves the mouse there, "U"
+/// lets the button go, anything else is a key.
+void perform(CellGridEditor &editor, const QString &gestures)
+{
+    static const QRegularExpression mouse("^([LRM])(-?\\d+),(-?\\d+)$");
+    Qt::MouseButton held = Qt::NoButton;
+    for (const QString &word : gestures.split(u' ', Qt::SkipEmptyParts)) {
+        const auto match = mouse.match(word);
+        const QPoint cell = centreOf(editor, match.captured(2).toInt(), match.captured(3).toInt());
+        if (match.captured(1) == "M") {
+            QTest::mouseMove(&editor, cell);
+        } else if (match.hasMatch()) {
+            held = match.captured(1) == "L" ? Qt::LeftButton : Qt::RightButton;
+            QTest::mousePress(&editor, held, {}, cell);
+        } else if (word == "U") {
+            QTest::mouseRelease(&editor, held, {}, cell);
+        } else {
+            const QKeyCombination key = QKeySequence::fromString(word)[0];
+            QTest::keyClick(&editor, key.key(), key.keyboardModifiers());
+        }
+    }
+}
+
+} // namespace
+
+class TestCellGrids : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void paints_data();
+    void paints();
+    void choosesZonesInTheStrip();
+    void boundsItsSize();
+    void showsPicturesUnderItsCells();
+    void tellsAssistiveTools();
+};
+
+void TestCellGrids::paints_data()
+{
+    QTest::addColumn<QByteArray>("control");
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QString>("gestures");
+    QTest::addColumn<QByteArray>("painted");
+
+    const auto row = [](const char *name, const QByteArray &control, const QByteArray &rows,
+                        const QString &gestures, const QByteArray &painted) {
+        QTest::newRow(name) << control << rows << gestures << painted;
+    };
+    const QByteArray none = "0000/0000/0000";
+    row("nothing", Mask, "0110/?/", "", "0110/?/");
+    row("press", Mask, none, "L1,1 U", "0000/0100/0000");
+    row("drag", Mask, none, "L0,1 M1,1 M1,2 U M3,2", "0000/1100/0100");
+    row("quick drag", Mask, none, "L0,0 M3,0 U", "1111/0000/0000");
+    row("drag over the edge", Mask, none, "L1,1 M9,1 M9,9 U", "0000/0111/0000");
+    row("drag that begins outside", Mask, none, "L-1,1 M2,1 U", none);
+    row("drag from a masked cell", Mask, "0110/0000/0000", "L1,0 M3,0 M3,1 U", none);
+    row("right button", Mask, "1111/0000/0000", "R3,0 M1,0 U", "1000/0000/0000");
+    row("right button while the left is held", Mask, none, "L0,0 R1,0 M2,0 U", "1110/0000/0000");
+    row("escape in a drag", Mask, "0010/0000/0000", "L0,0 M3,0 Esc M3,2 U", "0010/0000/0000");
+    row("space", Mask, none, "Right Down Space Down Space Up Space", "0000/0000/0100");
+    row("clear a cell", Mask, "0110/0000/0000", "Right Del Right Backspace", none);
+    row("to the edges", Mask, none, "Left Up Space End Space PgDown Space Home Space PgUp", "1001/0000/1001");
+    row("to the corners", Mask, none, "Ctrl+End Right Down Space Ctrl+Home Space", "1000/0000/0001");
+    row("rectangle", Mask, none, "Right Shift+Right Shift+Down Space", "0110/0110/0000");
+    row("rectangle backwards", Mask, none, "Ctrl+End Shift+Left Shift+Up Space", "0000/0011/0011");
+    row("rectangle to an edge", Mask, none, "Down Shift+End Shift+PgUp Space", "1111/1111/0000");
+    row("rectangle that begins on a masked cell", Mask, "1010/0110/0000", "Shift+Right Shift+Down Space",
+        "0010/0010/0000");
+    row("all", Mask, none, "Ctrl+A Space", "1111/1111/1111");
+    row("clear all", Mask, "0110/1111/0001", "Ctrl+A Del", none);
+
+    row("zone", Zones, none, "2 L0,0 M1,0 U 3 Down Space", "2200/0300/0000");
+    row("zone that does not exist", Zones, none, "5 Space", "1000/0000/0000");
+    row("take a zone away", Zones, "1221/0000/0000", "L0,0 M3,0 U", "0220/0000/0000");
+    row("take any zone away", Zones, "1221/0000/0000", "R0,0 M2,0 U", "0001/0000/0000");
+    row("paint over another zone", Zones, "0220/0000/0000", "L0,0 M3,0 U", "1111/0000/0000");
+    row("zones of their own", "type='PTZAlarm'" + Grid + "<text>Gate</text><text>Wall</text>", none,
+        "2 Space 3 Right Space", "2200/0000/0000");
+
+    row("long row", Mask, "0000zz/0000/0000", "L3,0 U", "0001zz/0000/0000");
+    row("short rows", Mask, "1//00", "L2,0 M2,2 U", "101/001/001");
+    row("missing rows", Mask, "0000/-/-", "L0,0 U", "1000/-/-");
+    row("unknown marks", Mask, "x0y2/0000/0000", "L1,0 M3,0 U", "x112/0000/0000");
+    row("cleared unknown marks", Mask, "x0y2/0000/0000", "Ctrl+A Del", "x0y0/0000/0000");
+    row("zone of a newer recorder", Zones, "9000/0000/0000", "L1,0 U", "9100/0000/0000");
+}
+
+void TestCellGrids::paints()
+{
+    QFETCH(QByteArray, control);
+    QFETCH(QByteArray, rows);
+    QFETCH(QString, gestures);
+    QFETCH(QByteArray, painted);
+    // Quotes are left out for empty texts and whole numbers when a value is written.
+    const auto normal = [](QByteArray file) {
+        return QString(file).replace(QRegularExpression("'([1-9]\\d{0,9}|0|)'"), "\\1").toUtf8();
+    };
+    DescribedWindow window(page(control), {{"motion", storedRows(rows)}});
+    auto *editor = window.widget<CellGridEditor>();
+    editor->setFocus();
+    perform(*editor, gestures);
+    window.fixture.store().flush();
+    QCOMPARE(window.fixture.content("motion"), normal(storedRows(painted)));
+    QCOMPARE(editor->rows().join(u'/'), QString(painted).remove(u'-'));
+    QCOMPARE(window.messages.texts(), QStringList());
+    QVERIFY(window.window->isVisible()); // Escape is not for the window while something is painted
+}
+
+void TestCellGrids::choosesZonesInTheStrip()
+{
+    DescribedWindow window(page(Zones), {{"motion", storedRows("//")}});
+    auto *editor = window.widget<CellGridEditor>();
+    QList<int> chosen;
+    for (int x = 0; x < editor->width(); x += 8) {
+        QTest::mouseClick(editor, Qt::LeftButton, {}, {x, editor->pictureRect().bottom() + 20});
+        if (chosen.value(chosen.size() - 1) != editor->chosenKind())
+            chosen.append(editor->chosenKind());
+    }
+    QCOMPARE(chosen, QList<int>({1, 2, 3, 4}));
+
+    // A description's buttons can do it as well.
+    QVERIFY(QMetaObject::invokeMethod(editor, "slot_Choose_kind", Q_ARG(QString, "2")));
+    QVERIFY(QMetaObject::invokeMethod(editor, "slot_Set_all"));
+    QCOMPARE(window.value("motion/cam0/MASK2"), "2222");
+    QVERIFY(QMetaObject::invokeMethod(editor, "slot_Clear_all"));
+    QCOMPARE(window.value("motion/cam0/MASK2"), "0000");
+}
+
+void TestCellGrids::boundsItsSize()
+{
+    DescribedWindow window(
+        describePage(
+            "<item type='maskctrl' ctrlColumns='2000000000' ctrlRows='-5'/>"
+            "<item row='1' type='PTZAlarm' ctrlColumns='0x7' ctrlRows='99999999999'/>"
+            "<item row='2' type='maskctrl' ctrlColumns='1' ctrlRows='1'><key>motion/cam0</key></item>"),
+        {{"motion", "[ cam0 ]\r\nROW0 = 1\r\n"}});
+    const int rows[] = {12, 12, 1};
+    const int columns[] = {128, 16, 1};
+    for (int i = 0; i < 3; ++i) {
+        auto *editor = window.widget<CellGridEditor>(i);
+        editor->slot_Set_all();
+        QCOMPARE(editor->rows(), QStringList(rows[i], QString(columns[i], u'1')));
+    }
+}
+
+void TestCellGrids::showsPicturesUnderItsCells()
+{
+    const QByteArray covering = "type='maskctrl' mask='privacy'" + Grid;
+    for (const QByteArray &control : {Mask, covering, Zones}) {
+        for (const QColor &shade : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::gray)}) {
+            DescribedWindow window(page(control), {{"motion", storedRows("1000//")}});
+            auto *editor = window.widget<CellGridEditor>();
+            QPixmap picture(400, 300);
+            picture.fill(shade);
+            QVERIFY(QMetaObject::invokeMethod(editor, "setPixmap", Q_ARG(QPixmap, picture)));
+            const QImage seen = editor->grab().toImage().convertToFormat(QImage::Format_Grayscale8);
+            const auto shades = [&](int column, int row) {
+                QList<int> found;
+                QRect cell(0, 0, 41, 41);
+                cell.moveCenter(centreOf(*editor, column, row));
+                for (int x = cell.left(); x <= cell.right(); ++x)
+                    found.append(seen.pixelColor(x, cell.center().y()).red());
+                const auto [low, high] = std::minmax_element(found.cbegin(), found.cend());
+                return QPair<int, int>(*low, *high);
+            };
+            // Without any colour, too, a marked cell has a pattern and an unmarked one shows the picture.
+            QCOMPARE(shades(1, 1).first, shade.red());
+            QCOMPARE(shades(1, 1).second, shade.red());
+            QVERIFY(shades(0, 0).second - shades(0, 0).first > 60);
+        }
+    }
+}
+
+void TestCellGrids::tellsAssistiveTools()
+{
+    DescribedWindow window(page(Zones + "<text>Gate {motion/cam0/SENSITIVITY}</text><text>Wall</text>"),
+                           {{"motion", storedRows("1300//")}});
+    auto *editor = window.widget<CellGridEditor>();
+    QAccessibleInterface *heard = QAccessible::queryAccessibleInterface(editor);
+    QCOMPARE(heard->role(), QAccessible::Graphic);
+    QCOMPARE(heard->text(QAccessible::Name), "Yard");
+    const QPair<QString, QString> steps[] = {
+        {"", "column 1, row 1: Gate a lot; painting with Gate a lot"},
+        {"Right 2", "column 2, row 1: Zone 3; painting with Wall"},
+        {"Shift+Down", "columns 2 to 2, rows 1 to 2: not marked; painting with Wall"}};
+    for (const auto &[gestures, value] : steps) {
+        perform(*editor, gestures);
+        QCOMPARE(heard->text(QAccessible::Value), value);
+    }
+    window.window->setValue("motion/cam0/SENSITIVITY/closed");
+    QVERIFY(!heard->text(QAccessible::Value).contains("a lot"));
+}
+
+QTEST_MAIN(TestCellGrids)
+#include "tst_cellgrids.moc"
