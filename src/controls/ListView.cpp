@@ -1,7 +1,10 @@
 #include "controls/ListView.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
 
 #include <memory>
 
@@ -64,6 +67,20 @@ bool ListView::setRows(const QList<QStringList> &rows)
         added.append(new QTreeWidgetItem(rows[row].mid(0, columnCount())));
     addTopLevelItems(added);
     return changed || !added.isEmpty();
+}
+
+bool ListView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        const QModelIndex cell = indexAt(help->pos());
+        if (cell.isValid() && sizeHintForIndex(cell).width() > visualRect(cell).width()) {
+            QToolTip::showText(help->globalPos(), Qt::convertFromPlainText(cell.data().toString()),
+                               viewport());
+            return true;
+        }
+    }
+    return QTreeWidget::viewportEvent(event);
 }
 
 void ListView::paintEvent(QPaintEvent *event)

@@ -3,7 +3,8 @@
 #include <QStringList>
 #include <QTreeWidget>
 
-/// A read-only list with columns that says so when it has nothing to show.
+/// A read-only list with columns that says so when it has nothing to show. A text that is cut off is shown
+/// whole as a tool tip.
 class ListView : public QTreeWidget
 {
     Q_OBJECT
@@ -20,9 +21,10 @@ public:
 
     /// Shows these rows and keeps the selection and the scroll position where it can. Rows may be shorter
     /// than the list is wide. Returns false, and touches nothing, when they are shown already.
-    bool setRows(const QList<QStringList> &rows);
+    virtual bool setRows(const QList<QStringList> &rows);
 
 protected:
+    bool viewportEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

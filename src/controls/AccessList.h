@@ -1,0 +1,55 @@
+#pragma once
+
+#include "controls/RowListView.h"
+
+#include <QMap>
+
+/// One user of a recorder. The password is what the recorder keeps, clear text or its digest; the level is a
+/// decimal number, a higher one means more rights, kept as it was written.
+struct AccessUser {
+    QString name;
+    QString password;
+    QString level;
+
+    bool operator==(const AccessUser &) const = default;
+};
+
+/// The users of a recorder, one per row: name and access level. A password is never shown.
+///
+/// It shows these keys below one prefix, file/section, of the configuration:
+///
+///     CNT        the number of users, decimal
+///     NAMEi      the login name of user i
+///     PASSWDi    the password: clear text, or the lower-case hexadecimal MD5 digest
+///     LEVELi     the access level, a decimal number
+///
+/// i counts from 0 when NAME0 has a value and from 1 otherwise. The list itself does not touch them: whoever
+/// listens to valueChanged() writes users() back when lastChange() is Edited.
+class AccessList : public RowListView
+{
+    Q_OBJECT
+
+public:
+    explicit AccessList(QWidget *parent = nullptr);
+
+    /// What stands for a level in the second column; a level without a caption is shown as its number. Seen
+    /// with the next setUsers().
+    void setLevelCaptions(const QMap<int, QString> &captions) { m_captions = captions; }
+    /// Shows these users and emits nothing. Returns false when they are shown already.
+    bool setUsers(const QList<AccessUser> &users);
+    const QList<AccessUser> &users() const { return m_users; }
+
+    /// These edit the list and pick the user concerned, or the next one to a removed user.
+    void addUser(const AccessUser &user);
+    void replaceUser(int row, const AccessUser &user);
+    void removeUser(int row);
+
+protected:
+    QVariant sortKey(int row, int column) const override;
+
+private:
+    QList<QStringList> rows() const;
+
+    QList<AccessUser> m_users;
+    QMap<int, QString> m_captions;
+};
