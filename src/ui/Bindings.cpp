@@ -8,6 +8,7 @@
 #include "ui/PageBuilder.h"
 
 #include <QCoreApplication>
+#include <QSet>
 
 namespace paravue
 {
@@ -57,9 +58,7 @@ void Bindings::changed(QWidget *sender)
         return;
     }
     const int number = control->number;
-    const QStringList assignments = control->type->assignments(m_context, *control);
-    for (const QString &assignment : assignments)
-        write(assignment);
+    write(control->type->assignments(m_context, *control));
     // A write can lead anywhere, even to a new description.
     control = m_table.find(number);
     if (control && control->widget == sender)
@@ -68,8 +67,24 @@ void Bindings::changed(QWidget *sender)
 
 void Bindings::write(const QString &assignment)
 {
-    m_context.store().setValue(assignment);
-    for (const int number : m_table.dependants(OrbSetup::path(assignment))) {
+    write(QStringList(assignment));
+}
+
+void Bindings::write(const QStringList &assignments)
+{
+    // A list shows thousands of addresses and writes all of them: whoever shows several is reloaded once.
+    QList<int> dependants;
+    QSet<int> known;
+    for (const QString &assignment : assignments) {
+        m_context.store().setValue(assignment);
+        for (const int number : m_table.dependants(OrbSetup::path(assignment))) {
+            if (known.contains(number))
+                continue;
+            known.insert(number);
+            dependants.append(number);
+        }
+    }
+    for (const int number : dependants) {
         if (Control *control = m_table.find(number))
             reload(*control);
     }

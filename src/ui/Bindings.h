@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -28,6 +29,8 @@ public:
     void changed(QWidget *sender);
     /// Writes "file/section/key/value" into the store and reloads every control that shows this address.
     void write(const QString &assignment);
+    /// Writes all of them and then reloads each control that shows any of the addresses.
+    void write(const QStringList &assignments);
 
 private:
     void reload(Control &control);
