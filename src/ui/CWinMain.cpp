@@ -68,7 +68,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     setWindowTitle(tr("Paravue Setup"));
     setWindowModality(Qt::ApplicationModal);
     m_session = std::make_unique<SetupSession>(
-        *setup, *this, [this](const QString &message) { Q_EMIT pseudothrow(message); });
+        *setup, *this, [this](const QString &message) { Q_EMIT pseudothrow(message); },
+        [this](const QString &tag) { showDialog(tag); });
     createWidgets();
     arrangeWidgets();
     m_frame = std::make_unique<DescribedFrame>(
@@ -244,7 +245,18 @@ void CWinMain::showDialog(const QString &tag)
             operate([] {});
             m_session->actions.suspend([&] { DialogLoop::run(dialog); });
         });
+        m_session->users.dialogClosed(tag);
     });
+}
+
+void CWinMain::accessListSlot(const QString &tag)
+{
+    operate([&] { m_session->users.run(tag); });
+}
+
+void CWinMain::softListSlot(const QString &tag)
+{
+    operate([&] { m_session->packages.run(tag); });
 }
 
 void CWinMain::setValue(const QString &assignment)

@@ -57,6 +57,8 @@ public Q_SLOTS:
     void onCtrlChanged(const QString &);
     void onLoadDone();
     void showDialog(const QString &tag);
+    void accessListSlot(const QString &tag);
+    void softListSlot(const QString &tag);
     void setValue(const QString &assignment);
     void saveSettings();
     void slot_onpseudothrow(const QString &s);

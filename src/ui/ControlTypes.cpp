@@ -5,6 +5,7 @@
 #include "ui/ChoiceControls.h"
 #include "ui/DeviceControls.h"
 #include "ui/GaugeControls.h"
+#include "ui/ListControls.h"
 #include "ui/PageBuilder.h"
 #include "ui/ViewControls.h"
 
@@ -41,6 +42,8 @@ Types makeTypes()
     add<DateTimeControl>(types, "datetime");
     add<PushButtonControl>(types, "pushbutton");
     add<ListControl>(types, "list");
+    add<AccessListControl>(types, "accesslist");
+    add<SoftListControl>(types, "softlist");
     add<ProgressPieControl>(types, "orbpie");
     add<ProgressBarControl>(types, "progressbar");
     add<SetupControl>(types, "setup");

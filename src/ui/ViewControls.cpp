@@ -5,6 +5,7 @@
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/ListControls.h"
 #include "ui/PageBuilder.h"
 #include "ui/UiLimits.h"
 
@@ -48,11 +49,7 @@ int storedRowCount(ControlContext &context, const Control &control)
     const QDomElement count = control.element.firstChildElement(QStringLiteral("row_count"));
     if (count.isNull())
         return 0;
-    const int rows = context.value(control, addressText(count)).toInt();
-    if (rows > limits::ListRows)
-        context.report(tr("A list has %1 rows; only the first %2 are shown")
-                           .arg(QString::number(rows), QString::number(limits::ListRows)));
-    return std::clamp(rows, 0, limits::ListRows);
+    return shownRows(context, context.value(control, addressText(count)).toInt());
 }
 
 Rows storedRows(ControlContext &context, const Control &control)

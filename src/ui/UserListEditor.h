@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class AccessList;
+
+namespace paravue
+{
+
+class Bindings;
+class ControlContext;
+class ControlTable;
+class DescribedDialogs;
+class InterfaceDocument;
+
+/// Adds, changes and removes users of the "accesslist" that an element with the tag "accesslist" marks.
+///
+/// The user's name, level and password are typed in a dialog of the description with the tag "accessdlg",
+/// whose controls are bound to addresses of this computer only: general/access/name, pass1, pass2, level, and
+/// edit, which is 1 while an existing user is edited and 0 for a new one. What is not allowed is said by
+/// dialogs of the description as well; their tags begin with "accessdlgerr_".
+class UserListEditor
+{
+public:
+    struct Parts {
+        const InterfaceDocument &document;
+        ControlTable &table;
+        ControlContext &context;
+        Bindings &bindings;
+        DescribedDialogs &dialogs;
+    };
+
+    /// \a showDialog opens the dialog of a tag and comes back when it is closed.
+    UserListEditor(const Parts &parts, std::function<void(const QString &tag)> showDialog);
+
+    /// \a tag is one of:
+    /// - "edit" puts the picked user, "new" an empty one, into the dialog's addresses;
+    /// - "newok" checks what was typed there, changes the list and closes the dialog;
+    /// - "remove" removes the picked user.
+    void run(const QString &tag);
+
+    /// Must be told that the dialog of this tag has closed: typed passwords are not kept.
+    void dialogClosed(const QString &tag);
+
+private:
+    AccessList *list() const;
+    bool isEditable(const AccessList &list) const;
+    void edit();
+    void beginNew();
+    void acceptTyped();
+    void removeSelected();
+
+    QString refusal(const AccessList &list, int row) const;
+    QString currentUser() const;
+    QString typed(const QString &field) const;
+    void write(const QStringList &fields);
+    void clearPasswords();
+
+    Parts m_parts;
+    std::function<void(const QString &)> m_showDialog;
+    QString m_login;   ///< the session's login, when its user was renamed
+    QString m_newName; ///< and the name that the user has now
+};
+
+} // namespace paravue

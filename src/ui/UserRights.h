@@ -1,0 +1,34 @@
+#pragma once
+
+#include "controls/AccessList.h"
+
+namespace paravue
+{
+
+/// What the current user may do to the users of a recorder. A higher level means more rights.
+///
+/// - Users of up to one's own level may be edited and removed, and nobody be raised above it.
+/// - Level 0 changes its own password and nothing else.
+/// - Nobody removes himself or the last user of the highest level.
+/// - A login that is not in the list may do everything; the recorder has the last word.
+class UserRights
+{
+public:
+    UserRights(const QList<AccessUser> &users, const QString &login);
+
+    bool mayAdd(const AccessUser &user) const;
+    bool mayReplace(int row, const AccessUser &user) const;
+    bool mayRemove(int row) const;
+
+    /// The row of the current user, or -1.
+    int self() const { return m_self; }
+
+private:
+    int level(int row) const { return m_users[row].level.toInt(); }
+    bool isLastOfHighestLevel(int row) const;
+
+    QList<AccessUser> m_users;
+    int m_self = -1;
+};
+
+} // namespace paravue
