@@ -14,6 +14,8 @@ struct Answer {
     QByteArray bytes;
     QString logText;
     bool accepted = false;
+    /// The recorder restarts once this answer is out.
+    bool restarts = false;
 };
 
 Answer okAnswer(const QByteArray &body = {});

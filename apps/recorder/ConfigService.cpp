@@ -1,5 +1,6 @@
 #include "ConfigService.h"
 
+#include "Facts.h"
 #include "Gzip.h"
 #include "IniText.h"
 
@@ -11,12 +12,22 @@ namespace recorder
 namespace
 {
 
-constexpr char ClockName[] = "YYYYMMDDHHMMSS";
 constexpr char ClockKey[] = "/YYYYMMDDHHMMSS";
+constexpr char ZoneKey[] = "/TIME_ZONE";
+
+/// The zone of a time file; one that cannot be read counts as the recorder's own.
+ZoneRule zoneOf(const QByteArray &timeFile)
+{
+    const std::optional<ZoneRule> zone = ZoneRule::parse(iniValues(timeFile).value(ZoneKey));
+    return zone ? *zone : ZoneRule::parse({}).value_or(ZoneRule());
+}
 
 } // namespace
 
-ConfigService::ConfigService(const QString &dataDir) : m_folder(dataDir) {}
+ConfigService::ConfigService(const QString &dataDir)
+    : m_folder(dataDir), m_clock(m_folder), m_functions(m_folder)
+{
+}
 
 std::optional<Account> ConfigService::login(const QByteArray &name, const QByteArray &password) const
 {
@@ -40,11 +51,22 @@ Answer ConfigService::put(const QString &file, const QByteArray &body, const Acc
     if (!reason.isEmpty())
         return errorAnswer(reason);
     const bool isTime = file == QLatin1String("time");
-    if (!m_folder.replace(file, isTime ? mergedTime(body) : body))
+    const QByteArray content =
+        isTime ? mergedTime(body) : withOwnFacts(file, body, m_folder.read(file).value_or(QByteArray()));
+    if (!m_folder.replace(file, content))
         return errorAnswer(QStringLiteral("the file %1 cannot be written").arg(file));
     if (isTime)
-        setClock(body);
+        setClock(body, content);
     return okAnswer();
+}
+
+Answer ConfigService::run(const Command &command, const QByteArray &body, const Account &account) const
+{
+    if (account.level < command.level)
+        return errorAnswer(
+            QStringLiteral("the user %1 may not do that").arg(QString::fromUtf8(account.name)));
+    const QByteArray timeFile = m_folder.read(QStringLiteral("time")).value_or(QByteArray());
+    return m_functions.run(command.function, body, m_clock.reading(zoneOf(timeFile)));
 }
 
 QByteArray ConfigService::packedInterface(const QByteArray &plain)
@@ -61,7 +83,7 @@ QByteArray ConfigService::withClock(const QByteArray &timeFile) const
 {
     if (!iniValues(timeFile).contains(ClockKey))
         return timeFile;
-    return withIniValues(timeFile, {{ClockName, m_clock.digits()}});
+    return withIniValues(timeFile, {{ClockKey, m_clock.digits(zoneOf(timeFile))}});
 }
 
 QString ConfigService::fault(const QString &file, const QByteArray &body, const Account &account) const
@@ -72,11 +94,8 @@ QString ConfigService::fault(const QString &file, const QByteArray &body, const 
         return reason;
     if (file == QLatin1String("users"))
         return usersFault(body, account);
-    if (file == QLatin1String("time")) {
-        const QByteArray digits = iniValues(body).value(ClockKey);
-        if (!digits.isEmpty() && !RecorderClock::isValid(digits))
-            return QStringLiteral("wrong date or time");
-    }
+    if (file == QLatin1String("time"))
+        return timeFault(body);
     return {};
 }
 
@@ -92,6 +111,20 @@ QString ConfigService::usersFault(const QByteArray &body, const Account &account
                : QStringLiteral("only an administrator may change users");
 }
 
+QString ConfigService::timeFault(const QByteArray &body) const
+{
+    const QMap<QByteArray, QByteArray> sent = iniValues(body);
+    const QByteArray digits = sent.value(ClockKey);
+    if (!digits.isEmpty() && !RecorderClock::isValid(digits))
+        return QStringLiteral("wrong date or time");
+    if (!ZoneRule::parse(sent.value(ZoneKey)))
+        return QStringLiteral("wrong time zone");
+    // Who saves everything may have no server yet; who asks for the time of one must name it.
+    const bool asksForTime = sent.value("/NTP_SYNC") == "1" && !sent.contains(ClockKey);
+    return asksForTime && sent.value("/TIME_SERVER").isEmpty() ? QStringLiteral("there is no time server")
+                                                               : QString();
+}
+
 /// A client may send some values of the time file only, to set the clock for example; the others stay.
 QByteArray ConfigService::mergedTime(const QByteArray &body) const
 {
@@ -102,16 +135,16 @@ QByteArray ConfigService::mergedTime(const QByteArray &body) const
                                       [&](const QByteArray &key) { return sent.contains(key); });
     if (complete)
         return body;
-    QMap<QByteArray, QByteArray> named;
-    for (auto value = sent.cbegin(); value != sent.cend(); ++value)
-        named.insert(value.key().mid(value.key().indexOf('/') + 1), value.value());
-    return withIniValues(kept, named);
+    return withIniValues(kept, sent);
 }
 
-void ConfigService::setClock(const QByteArray &timeFile)
+void ConfigService::setClock(const QByteArray &sent, const QByteArray &timeFile) const
 {
+    const QMap<QByteArray, QByteArray> values = iniValues(sent);
     // An empty value, as clients send it that save everything, is no time and sets nothing.
-    m_clock.set(iniValues(timeFile).value(ClockKey));
+    if (!m_clock.set(values.value(ClockKey), zoneOf(timeFile)) && values.value("/USENTP") == "1" &&
+        !values.value("/TIME_SERVER").isEmpty())
+        m_clock.synchronise();
 }
 
 } // namespace recorder

@@ -2,10 +2,10 @@
 
 #include "Accounts.h"
 #include "Answers.h"
+#include "CommandTable.h"
 #include "DataFolder.h"
+#include "DeviceFunctions.h"
 #include "RecorderClock.h"
-
-#include <QHash>
 
 namespace recorder
 {
@@ -23,6 +23,8 @@ public:
     Answer get(const QString &file);
     /// Keeps the body, or says why not.
     Answer put(const QString &file, const QByteArray &body, const Account &account);
+    /// Does what the command asks for, or says why not.
+    Answer run(const Command &command, const QByteArray &body, const Account &account) const;
 
 private:
     struct Packed {
@@ -34,11 +36,13 @@ private:
     QByteArray withClock(const QByteArray &timeFile) const;
     QString fault(const QString &file, const QByteArray &body, const Account &account) const;
     QString usersFault(const QByteArray &body, const Account &account) const;
+    QString timeFault(const QByteArray &body) const;
     QByteArray mergedTime(const QByteArray &body) const;
-    void setClock(const QByteArray &timeFile);
+    void setClock(const QByteArray &sent, const QByteArray &timeFile) const;
 
     DataFolder m_folder;
     RecorderClock m_clock;
+    DeviceFunctions m_functions;
     Packed m_interface; // the last description sent, so that it is packed once
 };
 

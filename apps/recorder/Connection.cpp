@@ -37,6 +37,12 @@ std::optional<quint64> decimal(const QByteArray &digits)
     return isNumber ? std::optional(digits.toULongLong()) : std::nullopt;
 }
 
+qsizetype mostBytes(const Command &command)
+{
+    const bool isPackage = command.kind == Command::Kind::Run && command.function == Function::InstallPackage;
+    return isPackage ? Connection::MaxPackage : Connection::MaxBody;
+}
+
 } // namespace
 
 Connection::Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
@@ -116,10 +122,12 @@ bool Connection::takeBody()
         return false;
     }
     const QByteArray body = std::exchange(m_body, {});
-    const Answer result = m_service.put(m_command.file, body, *m_account);
+    const bool isFile = m_command.kind == Command::Kind::Put;
+    const Answer result =
+        isFile ? m_service.put(m_command.file, body, *m_account) : m_service.run(m_command, body, *m_account);
     enter(State::Ready);
     answer(result);
-    if (result.accepted)
+    if (isFile && result.accepted)
         Q_EMIT fileReceived(m_command.file, body);
     return true;
 }
@@ -192,7 +200,7 @@ void Connection::handleCommand(const QByteArray &line)
 {
     const bool bodyIsMissing = m_state == State::AwaitLength;
     if (bodyIsMissing)
-        refuse(QStringLiteral("the file %1 came without a length").arg(m_command.file), State::Ready);
+        refuse(QStringLiteral("%1 came without a length").arg(m_command.label()), State::Ready);
     const Command command = parseCommand(line);
     if (command.kind == Command::Kind::Unknown)
         refuse(QStringLiteral("unknown command"), State::Refused);
@@ -205,7 +213,10 @@ void Connection::runCommand(const Command &command)
     if (command.kind == Command::Kind::Get) {
         enter(State::Ready);
         answer(m_service.get(command.file));
-    } else if (!command.writable) {
+    } else if (command.kind == Command::Kind::Run && !command.takesBody) {
+        enter(State::Ready);
+        answer(m_service.run(command, {}, *m_account));
+    } else if (command.kind == Command::Kind::Put && !command.writable) {
         refuse(QStringLiteral("the file %1 is read-only").arg(command.file), State::Refused);
     } else {
         m_command = command;
@@ -225,9 +236,9 @@ void Connection::handleLength(const QByteArray &digits)
     else if (before == State::Ready)
         refuse(QStringLiteral("a length without a command"), State::Skip);
     else if (*length == 0)
-        refuse(QStringLiteral("the file %1 is empty").arg(m_command.file), State::Skip);
-    else if (*length > quint64(MaxBody))
-        refuse(QStringLiteral("the file %1 is too large").arg(m_command.file), State::Skip);
+        refuse(QStringLiteral("%1 is empty").arg(m_command.label()), State::Skip);
+    else if (*length > quint64(mostBytes(m_command)))
+        refuse(QStringLiteral("%1 is too large").arg(m_command.label()), State::Skip);
     else
         enter(State::Body);
 }
@@ -242,6 +253,7 @@ void Connection::answer(const Answer &answer)
 {
     Q_EMIT logged(QStringLiteral("> ") + answer.logText);
     m_pending += answer.bytes;
+    m_restarts = m_restarts || answer.restarts;
     if (m_timing.replyDelay > 0)
         m_delay.start(m_timing.replyDelay);
     else
@@ -253,6 +265,8 @@ void Connection::send()
     const QByteArray bytes = std::exchange(m_pending, {});
     if (m_socket->state() == QAbstractSocket::ConnectedState)
         m_socket->write(bytes);
+    if (std::exchange(m_restarts, false))
+        Q_EMIT restartRequested();
 }
 
 void Connection::sendLate()
@@ -289,7 +303,7 @@ void Connection::enter(State state)
 void Connection::expired()
 {
     if (m_state == State::AwaitLength) {
-        refuse(QStringLiteral("the file %1 came without a body").arg(m_command.file), State::Refused);
+        refuse(QStringLiteral("%1 came without a body").arg(m_command.label()), State::Refused);
         return;
     }
     if (m_state != State::Drain)

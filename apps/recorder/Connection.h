@@ -18,8 +18,8 @@ class ConfigService;
 
 /// One client: reads its requests one after the other and answers each before it looks at the next.
 ///
-/// What is kept in memory is bounded: a line, one body up to MaxBody and the answers not yet taken. While a
-/// client does not read its answers nothing more is read from it.
+/// What is kept in memory is bounded: a line, one body up to MaxBody (a package: MaxPackage) and the answers
+/// not yet taken. While a client does not read its answers nothing more is read from it.
 class Connection : public QObject
 {
     Q_OBJECT
@@ -28,6 +28,7 @@ public:
     /// The longest request line, and the largest file that is accepted.
     static constexpr qsizetype MaxLine = 1024;
     static constexpr qsizetype MaxBody = 8 * 1024 * 1024;
+    static constexpr qsizetype MaxPackage = 64 * 1024 * 1024;
 
     /// The socket becomes a child of the connection.
     Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing, QObject *parent);
@@ -41,6 +42,8 @@ public:
 Q_SIGNALS:
     void logged(const QString &line);
     void fileReceived(const QString &name, const QByteArray &body);
+    /// The answer to a command that restarts the recorder is out.
+    void restartRequested();
     /// The client is gone.
     void closed();
 
@@ -49,9 +52,9 @@ private:
         AwaitLogin,    // the line that names the user
         AwaitPassword, // the line after it
         Ready,         // a request line
-        AwaitLength,   // the length line of a PUT that is welcome
+        AwaitLength,   // the length line of a body that is welcome
         Refused,       // like Ready, but a length line belongs to the request just refused
-        Body,          // the bytes of a file
+        Body,          // its bytes
         Skip,          // the bytes of a body that nobody wants
         Drain,         // the answer was the last one; what still comes is thrown away until the client leaves
     };
@@ -87,11 +90,12 @@ private:
     InputBuffer m_input;
     QByteArray m_loginName;
     std::optional<Account> m_account;
-    Command m_command;    // the PUT whose body is awaited
+    Command m_command;    // the one whose body is awaited
     QByteArray m_body;    // what arrived of it
     quint64 m_wanted = 0; // bytes of the body still to come
     QByteArray m_pending; // an answer that is held back for the reply delay
-    int m_refusals = 0;   // while nobody is logged in
+    bool m_restarts = false;
+    int m_refusals = 0; // while nobody is logged in
 };
 
 } // namespace recorder

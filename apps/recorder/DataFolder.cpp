@@ -86,6 +86,12 @@ std::optional<QByteArray> DataFolder::read(const QString &name) const
     return readFile(filePath(name));
 }
 
+std::optional<QByteArray> DataFolder::shipped(const QString &name)
+{
+    initShippedModel();
+    return readFile(ShippedModel + '/' + fileName(name));
+}
+
 bool DataFolder::replace(const QString &name, const QByteArray &content) const
 {
     return writeFile(filePath(name), content);

@@ -20,6 +20,8 @@ public:
 
     QString filePath(const QString &name) const;
     std::optional<QByteArray> read(const QString &name) const;
+    /// The file as it is shipped.
+    static std::optional<QByteArray> shipped(const QString &name);
     /// Replaces the file whole; when this fails the old one stays as it was.
     bool replace(const QString &name, const QByteArray &content) const;
 

@@ -39,6 +39,12 @@ void forEachLine(const QByteArray &text, const std::function<void(QByteArrayView
     }
 }
 
+QByteArray quotedLine(const QByteArray &name, const QByteArray &value)
+{
+    const char quote = value.contains('\'') ? '"' : '\'';
+    return name + '=' + quote + value + quote;
+}
+
 bool isText(const QByteArray &text)
 {
     for (const char c : text) {
@@ -104,20 +110,33 @@ QByteArray withIniValues(const QByteArray &text, const QMap<QByteArray, QByteArr
 {
     QByteArray result;
     QMap<QByteArray, QByteArray> missing = values;
+    IniValue current;
+    const auto addMissing = [&](const QByteArray &section) {
+        for (auto value = missing.begin(); value != missing.end();) {
+            const bool isHere = value.key().left(value.key().indexOf('/')) == section;
+            if (isHere && !result.isEmpty() && !result.endsWith('\n'))
+                result += '\n';
+            if (isHere)
+                result += quotedLine(value.key().mid(section.size() + 1), value.value()) + '\n';
+            value = isHere ? missing.erase(value) : std::next(value);
+        }
+    };
     forEachLine(text, [&](QByteArrayView line) {
-        IniValue current;
-        if (!parseIniLine(line, current) || !values.contains(current.name)) {
+        if (const QByteArray section = sectionName(line.trimmed()); !section.isEmpty()) {
+            addMissing(current.section);
+            current.section = section;
+        }
+        const bool isValue = parseIniLine(line, current);
+        const QByteArray key = current.section + '/' + current.name;
+        if (!isValue || !values.contains(key)) {
             result += line;
             return;
         }
-        missing.remove(current.name);
-        result += current.name + "='" + values.value(current.name) + '\'';
+        missing.remove(key);
+        result += quotedLine(current.name, values.value(key));
         result += line.sliced(line.endsWith("\r\n") ? line.size() - 2 : line.size() - line.endsWith('\n'));
     });
-    if (!missing.isEmpty() && !result.isEmpty() && !result.endsWith('\n'))
-        result += '\n';
-    for (auto value = missing.cbegin(); value != missing.cend(); ++value)
-        result += value.key() + "='" + value.value() + "'\n";
+    addMissing(current.section);
     return result;
 }
 

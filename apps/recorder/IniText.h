@@ -27,8 +27,9 @@ QMap<QByteArray, QByteArray> iniValues(const QByteArray &text);
 /// Why a text cannot be a configuration file, for the client to read; empty when it can.
 QString iniFault(const QByteArray &text);
 
-/// The text with the line of each named value replaced (lines of its own at the end for names that it lacks).
-/// Line ends, comments and all other lines stay as they are. For texts without sections.
+/// The text with the line of each value replaced that is named by "section/name"; values that the text lacks
+/// get lines of their own, at the end of their section. Line ends, comments and all other lines stay as they
+/// are.
 QByteArray withIniValues(const QByteArray &text, const QMap<QByteArray, QByteArray> &values);
 
 } // namespace recorder

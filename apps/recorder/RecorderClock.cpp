@@ -1,5 +1,10 @@
 #include "RecorderClock.h"
 
+#include "DataFolder.h"
+#include "IniText.h"
+
+#include <QDateTime>
+
 namespace recorder
 {
 
@@ -7,13 +12,8 @@ namespace
 {
 
 const QString DigitsFormat = QStringLiteral("yyyyMMddHHmmss");
-
-/// The wall-clock reading, kept as if it were UTC so that its digits follow no daylight-saving rule.
-QDateTime hostClock()
-{
-    const QDateTime now = QDateTime::currentDateTime();
-    return QDateTime(now.date(), now.time(), Qt::UTC);
-}
+const QString ClockFile = QStringLiteral("clock");
+constexpr char OffsetKey[] = "/SECONDS_AHEAD";
 
 QDateTime parsed(const QByteArray &digits)
 {
@@ -24,17 +24,40 @@ QDateTime parsed(const QByteArray &digits)
 
 } // namespace
 
-QByteArray RecorderClock::digits() const
+qint64 RecorderClock::localNow(const ZoneRule &zone) const
 {
-    return hostClock().addMSecs(m_offsetMilliseconds).toString(DigitsFormat).toLatin1();
+    const QByteArray kept = m_folder.read(ClockFile).value_or(QByteArray());
+    return zone.localOf(QDateTime::currentSecsSinceEpoch() + iniValues(kept).value(OffsetKey).toLongLong());
 }
 
-bool RecorderClock::set(const QByteArray &digits)
+QByteArray RecorderClock::digits(const ZoneRule &zone) const
+{
+    return QDateTime::fromSecsSinceEpoch(localNow(zone), Qt::UTC).toString(DigitsFormat).toLatin1();
+}
+
+QByteArray RecorderClock::reading(const ZoneRule &zone) const
+{
+    const QString format = QStringLiteral("yyyy-MM-dd HH:mm:ss");
+    return QDateTime::fromSecsSinceEpoch(localNow(zone), Qt::UTC).toString(format).toLatin1();
+}
+
+bool RecorderClock::set(const QByteArray &digits, const ZoneRule &zone) const
 {
     if (!isValid(digits))
         return false;
-    m_offsetMilliseconds = hostClock().msecsTo(parsed(digits));
+    keepOffset(zone.utcOf(parsed(digits).toSecsSinceEpoch()) - QDateTime::currentSecsSinceEpoch());
     return true;
+}
+
+void RecorderClock::synchronise() const
+{
+    keepOffset(0);
+}
+
+void RecorderClock::keepOffset(qint64 seconds) const
+{
+    m_folder.replace(ClockFile, "# By how much the clock is ahead of this computer's\nSECONDS_AHEAD=" +
+                                    QByteArray::number(seconds) + '\n');
 }
 
 bool RecorderClock::isValid(const QByteArray &digits)

@@ -12,6 +12,9 @@ namespace
 {
 
 constexpr int MaxClients = 32;
+/// Time for the client to read the answer and to leave.
+constexpr int RestartNotice = 100;
+constexpr int RetryToListen = 500;
 
 } // namespace
 
@@ -20,6 +23,10 @@ RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
 {
     m_service->folder().prepare(m_error);
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
+    m_goingDown.setSingleShot(true);
+    m_comingBack.setSingleShot(true);
+    connect(&m_goingDown, &QTimer::timeout, this, &RecorderServer::goDown);
+    connect(&m_comingBack, &QTimer::timeout, this, &RecorderServer::comeBack);
 }
 
 RecorderServer::~RecorderServer()
@@ -45,7 +52,41 @@ bool RecorderServer::listen(const QHostAddress &address, quint16 port)
 
 void RecorderServer::close()
 {
+    m_goingDown.stop();
+    m_comingBack.stop();
     m_server.close();
+    dropClients();
+}
+
+void RecorderServer::beginRestart()
+{
+    if (!m_goingDown.isActive() && m_server.isListening())
+        m_goingDown.start(RestartNotice);
+}
+
+void RecorderServer::goDown()
+{
+    m_address = m_server.serverAddress();
+    m_port = m_server.serverPort();
+    close();
+    Q_EMIT logged(QStringLiteral("restarting"));
+    m_comingBack.start(m_rebootTime);
+    Q_EMIT wentDown();
+}
+
+void RecorderServer::comeBack()
+{
+    if (!m_server.listen(m_address, m_port)) {
+        Q_EMIT logged(QStringLiteral("cannot come back: %1").arg(m_server.errorString()));
+        m_comingBack.start(RetryToListen);
+        return;
+    }
+    Q_EMIT logged(QStringLiteral("started again"));
+    Q_EMIT cameBack();
+}
+
+void RecorderServer::dropClients()
+{
     const QList<Connection *> clients = std::exchange(m_clients, {}).values();
     for (Connection *client : clients) {
         client->disconnect(this);
@@ -141,6 +182,7 @@ void RecorderServer::addClient(QTcpSocket *socket)
     log(QStringLiteral("connected"));
     connect(client, &Connection::logged, this, log);
     connect(client, &Connection::fileReceived, this, &RecorderServer::fileReceived);
+    connect(client, &Connection::restartRequested, this, &RecorderServer::beginRestart);
     connect(client, &Connection::closed, this, [this, number, client, log] {
         if (m_clients.remove(number) > 0) {
             log(QStringLiteral("disconnected"));

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTcpServer>
+#include <QTimer>
 
 #include <memory>
 
@@ -18,12 +19,13 @@ class Connection;
 class ConfigService;
 
 /// A network video recorder without cameras: it speaks the configuration protocol over TCP and keeps its
-/// configuration files in a folder.
+/// configuration files in a folder. Commands have their effect there: a formatted disk is empty, an installed
+/// package is in the list, a clock that was set goes on.
 ///
-/// A missing or empty folder is filled with the files of the shipped model ("interface.xml" and the files
-/// "streams", "net", "time", "timers", "soft", "disk", "users" and "state"). What a client sends replaces a
-/// file whole, byte for byte, or not at all. Files may be changed on disk while the server runs; the next
-/// request sees them.
+/// A missing or empty folder is filled with the files of the shipped model ("interface.xml", the files
+/// "streams", "net", "time", "timers", "soft", "disk", "users" and "state", and the stored "emails"). What a
+/// client sends replaces a file whole, byte for byte, or not at all. Files may be changed on disk while the
+/// server runs; the next request sees them.
 ///
 /// Everything runs in the thread of the event loop; a server never blocks it, so tests can use one in
 /// process.
@@ -53,6 +55,9 @@ public:
     void setBodyTimeout(int milliseconds);
     int bodyTimeout() const;
 
+    /// How long the recorder is gone when a client restarts it (default 3000 ms).
+    void setRebootTime(int milliseconds) { m_rebootTime = milliseconds; }
+
     /// Path of a configuration file by its protocol name, for example "streams" ("interface" is
     /// interface.xml).
     QString filePath(const QString &name) const;
@@ -66,8 +71,15 @@ Q_SIGNALS:
     void logged(const QString &line);
     /// A client sent a file that was accepted and is now kept.
     void fileReceived(const QString &name, const QByteArray &body);
+    /// A restart: every client was dropped and none is accepted, until the recorder is back on its port.
+    void wentDown();
+    void cameBack();
 
 private:
+    void beginRestart();
+    void goDown();
+    void comeBack();
+    void dropClients();
     void acceptClients();
     void addClient(QTcpSocket *socket);
     void applyTiming();
@@ -78,6 +90,11 @@ private:
     QString m_error;
     int m_nextClient = 1;
     ConnectionTiming m_timing;
+    QTimer m_goingDown;
+    QTimer m_comingBack;
+    int m_rebootTime = 3000;
+    QHostAddress m_address; // to come back to
+    quint16 m_port = 0;
 };
 
 } // namespace recorder

@@ -19,6 +19,7 @@ constexpr int CannotStart = 1;
 struct Options {
     quint16 port = 0;
     int delay = 0;
+    int rebootTime = 0;
     QHostAddress address = QHostAddress::LocalHost;
     QString dataDir;
     bool log = false;
@@ -62,6 +63,9 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("delay"),
          QStringLiteral("Send every answer this many milliseconds later (default 0)."), QStringLiteral("MS"),
          QStringLiteral("0")},
+        {QStringLiteral("reboot-time"),
+         QStringLiteral("Be gone for this long when a client restarts the recorder (default 3000)."),
+         QStringLiteral("MS"), QStringLiteral("3000")},
         {QStringLiteral("log"), QStringLiteral("Print every request and answer. Passwords are not shown.")},
     });
 }
@@ -76,7 +80,8 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     }
     const auto port = numberOption(parser, QStringLiteral("port"), std::numeric_limits<quint16>::max());
     const auto delay = numberOption(parser, QStringLiteral("delay"), 60 * 60 * 1000);
-    if (!port || !delay)
+    const auto rebootTime = numberOption(parser, QStringLiteral("reboot-time"), 60 * 60 * 1000);
+    if (!port || !delay || !rebootTime)
         return std::nullopt;
     if (!options.address.setAddress(parser.value(QStringLiteral("address")))) {
         printError(QStringLiteral("--address takes an IP address, not \"%1\"")
@@ -89,6 +94,7 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     }
     options.port = quint16(*port);
     options.delay = *delay;
+    options.rebootTime = *rebootTime;
     options.dataDir = parser.value(QStringLiteral("data"));
     options.log = parser.isSet(QStringLiteral("log"));
     return options;
@@ -100,6 +106,7 @@ int run(const Options &options)
     const QString dataDir = options.dataDir.isEmpty() ? temporary.path() : options.dataDir;
     recorder::RecorderServer server(dataDir);
     server.setReplyDelay(options.delay);
+    server.setRebootTime(options.rebootTime);
     QTextStream out(stdout);
     if (options.log) {
         QObject::connect(&server, &recorder::RecorderServer::logged, &server, [&out](const QString &line) {

@@ -71,7 +71,7 @@ void TestRecorderProgram::servesUntilItIsStopped()
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
-    QCOMPARE(QDir(data).entryList(QDir::Files).size(), 9);
+    QCOMPARE(QDir(data).entryList(QDir::Files).size(), 10);
 }
 
 QTEST_GUILESS_MAIN(TestRecorderProgram)
