@@ -94,6 +94,12 @@ TextPattern::TextPattern(const QString &pattern, Greed greed) : m_pattern(patter
         giveUp(m_whole.errorString());
 }
 
+QString TextPattern::fault(const QString &pattern)
+{
+    const QRegularExpression compiled(translated(pattern));
+    return compiled.isValid() ? QString() : compiled.errorString();
+}
+
 void TextPattern::giveUp(const QString &why) const
 {
     m_usable = false;

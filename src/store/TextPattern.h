@@ -38,6 +38,9 @@ public:
 
     bool isUsable() const { return m_usable; }
 
+    /// Why \a pattern does not compile, in words; empty when it does. Logs nothing.
+    static QString fault(const QString &pattern);
+
     /// Does the pattern match the whole of \a text?
     bool matchesWhole(const QString &text) const;
     /// The captures of a match of the whole of \a text.

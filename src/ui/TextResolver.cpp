@@ -2,6 +2,7 @@
 
 #include "store/OrbSetup.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/TextReferences.h"
 #include "ui/UiLimits.h"
 
 #include <algorithm>
@@ -10,11 +11,6 @@ namespace paravue
 {
 namespace
 {
-
-bool endsReference(QChar c)
-{
-    return c == u' ' || c == u'.' || c == u'@' || c == u'\r' || c == u'\n' || c == u'\t';
-}
 
 /// The text that is still to be searched, last character first: taking from its front and putting a
 /// replacement there cost what is taken and put, not the length of the whole text.
@@ -46,12 +42,6 @@ public:
 private:
     QString m_reversed;
 };
-
-/// Blanks around an address are not part of it; those of a default value are.
-QString trimmedAddress(const QString &address)
-{
-    return address.count(u'/') <= 2 ? address.trimmed() : address;
-}
 
 } // namespace
 
@@ -114,26 +104,13 @@ bool TextResolver::insertValues(ResolvedText &result) const
     const QString &text = result.text;
     QString done;
     qsizetype position = 0;
-    qsizetype opening = text.indexOf(u'{');
-    while (opening >= 0) {
-        // The innermost pair counts: an address holds no braces.
-        const qsizetype closing = text.indexOf(u'}', opening);
-        if (closing < 0)
-            break;
-        opening = text.lastIndexOf(u'{', closing);
-        QStringView inside = QStringView(text).mid(opening + 1, closing - opening - 1);
-        while (inside.size() > 1 && inside.front().isSpace())
-            inside = inside.mid(1);
-        if (!inside.isEmpty()) {
-            const QString address = trimmedAddress(inside.toString());
-            result.addresses.append(address);
-            done += QStringView(text).mid(position, opening - position);
-            done += m_store.value(address);
-            position = closing + 1;
-            if (result.addresses.size() > limits::TextReplacements || done.size() > limits::TextLength)
-                return false;
-        }
-        opening = text.indexOf(u'{', closing + 1);
+    while (const auto braces = findBracedAddress(text, position)) {
+        result.addresses.append(braces->address);
+        done += QStringView(text).mid(position, braces->begin - position);
+        done += m_store.value(braces->address);
+        position = braces->end;
+        if (result.addresses.size() > limits::TextReplacements || done.size() > limits::TextLength)
+            return false;
     }
     done += QStringView(text).mid(position);
     result.text = done;
