@@ -32,7 +32,7 @@ function(paravue_install_library)
         DESTINATION ${include_dir} COMPONENT development)
     foreach(header IN ITEMS
             store/OrbSetup.h device/Credentials.h device/OrbNetSetup.h device/TimeZoneTable.h
-            entry/DoParavueSetup.h entry/cSetupWidget.h)
+            entry/DoParavueSetup.h entry/cSetupWidget.h check/DescriptionCheck.h)
         cmake_path(GET header PARENT_PATH folder)
         install(FILES ${PARAVUE_SOURCE_DIR}/${header}
             DESTINATION ${include_dir}/${folder} COMPONENT development)

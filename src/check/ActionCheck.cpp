@@ -1,0 +1,155 @@
+#include "check/ActionCheck.h"
+
+#include "check/ProblemList.h"
+#include "check/SlotParams.h"
+#include "entry/cSetupWidget.h"
+#include "ui/CallableSlot.h"
+#include "ui/ControlType.h"
+#include "ui/InterfaceDocument.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("DescriptionCheck", text);
+}
+
+const QString typeName = QStringLiteral("type");
+const QString stateName = QStringLiteral("state");
+const QString paramName = QStringLiteral("param");
+
+bool isCallable(const ActionTarget &target, const QString &slot, bool hasParam)
+{
+    return setsCaption(*target.widgetClass, slot, hasParam) ||
+           callableSlot(*target.widgetClass, slot, hasParam).isValid();
+}
+
+QString missingSlot(const ActionTarget &target, const QString &slot, bool hasParam)
+{
+    if (!isCallable(target, slot, !hasParam))
+        return tr("%1 has no slot \"%2\"").arg(target.name, slot);
+    return hasParam ? tr("The slot \"%1\" takes no param").arg(slot)
+                    : tr("The slot \"%1\" needs a param").arg(slot);
+}
+
+} // namespace
+
+ActionCheck::ActionCheck(const InterfaceDocument &document, const DescribedParts &parts, SlotParams &params,
+                         ProblemList &problems)
+    : m_document(document), m_parts(parts), m_params(params), m_problems(problems)
+{
+}
+
+void ActionCheck::action(const QDomElement &action)
+{
+    const QString type = action.attribute(typeName);
+    const bool isCall = type == QLatin1String("call");
+    if (!isCall && type != QLatin1String("enable") && type != QLatin1String("disable")) {
+        m_problems.error(action, tr("Unknown action type \"%1\"").arg(type));
+        return;
+    }
+    whetherItRuns(action, isCall);
+    if (isCall)
+        call(action);
+    else
+        targets(action, action.text().trimmed());
+}
+
+void ActionCheck::whetherItRuns(const QDomElement &action, bool isCall)
+{
+    const QDomElement owner = action.parentNode().toElement();
+    const ActionTarget part = m_parts.of(owner);
+    const bool isButton =
+        owner.tagName() == QLatin1String("buttonOK") && owner.parentNode() == m_document.root();
+    if (isButton || part.kind == ActionTarget::Kind::Dialog) {
+        if (!isCall)
+            m_problems.warning(action, tr("Only calls run here"));
+        return;
+    }
+    if (!part.type) {
+        m_problems.warning(action, tr("Nothing runs this action: it stands in no control"));
+        return;
+    }
+    const bool asksForState = action.hasAttribute(stateName);
+    const QStringList states = part.type->actionStates();
+    if (asksForState && states.isEmpty())
+        m_problems.warning(action, tr("%1 has no states, so this action never runs").arg(part.name));
+    else if (asksForState && !states.contains(action.attribute(stateName)))
+        m_problems.warning(action, tr("Unknown state \"%1\"; known are %2")
+                                       .arg(action.attribute(stateName), states.join(QStringLiteral(", "))));
+    else if (!asksForState && !isCall)
+        m_problems.warning(action, tr("Without a state this action never runs"));
+    else if (!asksForState && !part.type->runsCalls())
+        m_problems.warning(action, tr("%1 runs no calls, so this action never runs").arg(part.name));
+}
+
+void ActionCheck::call(const QDomElement &action)
+{
+    const QString slot = action.attribute(QStringLiteral("slot"), QStringLiteral("setText"));
+    const bool hasParam = action.hasAttribute(paramName);
+    for (const ActionTarget &target : targets(action, action.text().trimmed())) {
+        if (!isCallable(target, slot, hasParam))
+            m_problems.error(action, missingSlot(target, slot, hasParam));
+        else if (target.kind == ActionTarget::Kind::Window && hasParam)
+            m_params.check(action, slot, action.attribute(paramName));
+        else if (target.widgetClass == &cSetupWidget::staticMetaObject && slot == QLatin1String("callSetup"))
+            m_params.checkFunction(action, action.attribute(paramName));
+    }
+}
+
+QList<ActionTarget> ActionCheck::targets(const QDomElement &at, const QString &tag)
+{
+    // A tag may mark many controls, and many actions may name it.
+    auto found = m_targets.find(tag);
+    if (found == m_targets.end()) {
+        found = m_targets.insert(tag, {});
+        for (const QDomElement &element : m_document.elements(tag)) {
+            const ActionTarget target = m_parts.of(element.parentNode().toElement());
+            const bool isKnown = std::any_of(found->cbegin(), found->cend(), [&](const ActionTarget &other) {
+                return other.widgetClass == target.widgetClass;
+            });
+            if (target.widgetClass && !isKnown)
+                found->append(target);
+        }
+    }
+    if (found->isEmpty())
+        m_problems.error(at, m_document.first(tag).isNull()
+                                 ? tr("There is no tag \"%1\"").arg(tag)
+                                 : tr("The tag \"%1\" stands in no control").arg(tag));
+    return *found;
+}
+
+void ActionCheck::timeTask(const QDomElement &task)
+{
+    const ActionTarget::Kind owner = m_parts.of(task.parentNode().toElement()).kind;
+    if (owner != ActionTarget::Kind::Window && owner != ActionTarget::Kind::Dialog)
+        m_problems.warning(task,
+                           tr("Nothing runs this task: it stands neither in \"window\" nor in a dialog"));
+    const QString type = task.attribute(typeName);
+    if (type == QLatin1String("call"))
+        call(task);
+    else if (type == QLatin1String("v3getjpeg") || type == QLatin1String("startVideoOnline"))
+        picture(task);
+    else
+        m_problems.error(task, tr("Unknown time task \"%1\"").arg(type));
+}
+
+void ActionCheck::picture(const QDomElement &task)
+{
+    if (task.firstChildElement(QStringLiteral("url")).text().trimmed().isEmpty())
+        m_problems.error(task, tr("A task that fetches pictures needs a \"url\""));
+    for (const ActionTarget &target :
+         targets(task, task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
+        if (target.widgetClass->indexOfSlot("setPixmap(QPixmap)") < 0)
+            m_problems.error(task, tr("%1 shows no pictures").arg(target.name));
+    }
+}
+
+} // namespace paravue

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "check/DescribedParts.h"
+
+#include <QHash>
+#include <QList>
+
+namespace paravue
+{
+
+class InterfaceDocument;
+class ProblemList;
+class SlotParams;
+
+/// Judges actions and time tasks: whether anything runs them, whether their tag leads to a widget, and
+/// whether that has the slot.
+class ActionCheck
+{
+public:
+    ActionCheck(const InterfaceDocument &document, const DescribedParts &parts, SlotParams &params,
+                ProblemList &problems);
+
+    void action(const QDomElement &action);
+    void timeTask(const QDomElement &task);
+
+private:
+    void whetherItRuns(const QDomElement &action, bool isCall);
+    void call(const QDomElement &action);
+    void picture(const QDomElement &task);
+    /// One target of each class that \a tag leads to; reports at \a at when there is none.
+    QList<ActionTarget> targets(const QDomElement &at, const QString &tag);
+
+    const InterfaceDocument &m_document;
+    const DescribedParts &m_parts;
+    SlotParams &m_params;
+    ProblemList &m_problems;
+    QHash<QString, QList<ActionTarget>> m_targets; ///< by tag
+};
+
+} // namespace paravue

@@ -1,0 +1,123 @@
+#include "check/ControlCheck.h"
+
+#include "check/AddressCheck.h"
+#include "check/ProblemList.h"
+#include "store/TextPattern.h"
+#include "ui/ControlType.h"
+#include "ui/InterfaceDocument.h"
+
+#include <QCoreApplication>
+
+namespace paravue
+{
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("DescriptionCheck", text);
+}
+
+QList<QDomElement> children(const QDomElement &element, const QString &tag)
+{
+    QList<QDomElement> found;
+    for (QDomElement child = element.firstChildElement(tag); !child.isNull();
+         child = child.nextSiblingElement(tag))
+        found.append(child);
+    return found;
+}
+
+const QString keyTag = QStringLiteral("key");
+
+void checkAssignment(const QDomElement &key, AddressCheck &addresses)
+{
+    // An entry without an assignment is one that writes nothing.
+    if (const QString text = addressText(key); !text.isEmpty())
+        addresses.assignment(key, text);
+}
+
+/// A list of choices: the n-th text goes with the key inside it, or with the n-th key beside the texts.
+void checkChoices(const QDomElement &element, AddressCheck &addresses, ProblemList &problems)
+{
+    const QList<QDomElement> texts = children(element, QStringLiteral("text"));
+    const QList<QDomElement> keys = children(element, keyTag);
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        const QDomElement inner = texts.at(i).firstChildElement(keyTag);
+        if (!inner.isNull())
+            checkAssignment(inner, addresses);
+        if (inner.isNull() && i >= keys.size())
+            problems.warning(texts.at(i), tr("This entry has no key, so choosing it writes nothing"));
+        if (!inner.isNull() && i < keys.size())
+            problems.warning(keys.at(i), tr("This key is not used: the entry has one inside its text"));
+    }
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        checkAssignment(keys.at(i), addresses);
+        if (i >= texts.size())
+            problems.warning(keys.at(i), tr("There is no entry for this key"));
+    }
+    const QList<QDomElement> sets = children(element, QStringLiteral("keyset"));
+    for (qsizetype i = 0; i < sets.size(); ++i) {
+        if (i >= texts.size())
+            problems.warning(sets.at(i), tr("There is no entry for this keyset"));
+        for (const QString &assignment : sets.at(i).text().split(u',')) {
+            if (const QString trimmed = assignment.trimmed(); !trimmed.isEmpty())
+                addresses.assignment(sets.at(i), trimmed);
+        }
+    }
+}
+
+void checkList(const QDomElement &element, AddressCheck &addresses, ProblemList &problems)
+{
+    const QList<QDomElement> columns = children(element, QStringLiteral("column"));
+    const QList<QDomElement> sources = children(element, QStringLiteral("column_source"));
+    const QDomElement count = element.firstChildElement(QStringLiteral("row_count"));
+    for (qsizetype i = 0; i < sources.size(); ++i) {
+        addresses.rows(sources.at(i), addressText(sources.at(i)), addressText(count));
+        if (i >= columns.size())
+            problems.warning(sources.at(i), tr("There is no column for this source"));
+    }
+    if (!count.isNull())
+        addresses.value(count, addressText(count));
+    else if (!sources.isEmpty())
+        problems.warning(element, tr("Without a row_count the list shows nothing of its sources"));
+}
+
+void checkKeys(const QDomElement &element, KeyForm form, AddressCheck &addresses)
+{
+    for (const QDomElement &key : children(element, keyTag)) {
+        if (form == KeyForm::Group)
+            addresses.group(key, addressText(key));
+        else
+            addresses.value(key, addressText(key));
+    }
+}
+
+void checkRange(const QDomElement &element, ProblemList &problems)
+{
+    const QString least = QStringLiteral("minvalue");
+    const QString most = QStringLiteral("maxvalue");
+    if (intAttribute(element, least) > intAttribute(element, most))
+        problems.warning(element, tr("minvalue is greater than maxvalue"));
+}
+
+} // namespace
+
+void checkControl(const DescribedParts::Control &control, AddressCheck &addresses, ProblemList &problems)
+{
+    const QDomElement &element = control.element;
+    if (control.type->keyForm() == KeyForm::Assignment) {
+        checkChoices(element, addresses, problems);
+    } else {
+        checkKeys(element, control.type->keyForm(), addresses);
+        for (const QDomElement &set : children(element, QStringLiteral("keyset")))
+            problems.warning(set, tr("Only a list of choices has keysets"));
+    }
+    if (element.attribute(QStringLiteral("type")) == QLatin1String("list"))
+        checkList(element, addresses, problems);
+    const QString validator = element.attribute(QStringLiteral("validator"));
+    if (const QString fault = TextPattern::fault(validator); !fault.isEmpty())
+        problems.error(element, tr("The regular expression \"%1\" is invalid: %2").arg(validator, fault));
+    checkRange(element, problems);
+}
+
+} // namespace paravue

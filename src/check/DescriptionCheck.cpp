@@ -1,0 +1,133 @@
+#include "check/DescriptionCheck.h"
+
+#include "check/ActionCheck.h"
+#include "check/AddressCheck.h"
+#include "check/ControlCheck.h"
+#include "check/DescribedParts.h"
+#include "check/ProblemList.h"
+#include "check/SlotParams.h"
+#include "check/TextCheck.h"
+#include "check/WordCheck.h"
+#include "device/Limits.h"
+#include "store/XmlLimits.h"
+#include "ui/InterfaceDocument.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSet>
+
+namespace paravue
+{
+namespace
+{
+
+/// What the window's own reader says about a text that it does not read, at the place that this is about.
+DescriptionProblem unreadable(const QByteArray &text, const QString &message)
+{
+    DescriptionProblem problem;
+    problem.text = message;
+    if (xmlLimitViolation(text))
+        return problem;
+    QDomDocument document;
+    if (!document.setContent(text, false, &problem.text, &problem.line, &problem.column))
+        return problem;
+    const QDomElement root = document.documentElement();
+    const SourcePosition position = SourcePositions(text, root).of(root);
+    return {DescriptionProblem::Severity::Error, position.line, position.column, message};
+}
+
+/// One walk over a whole description.
+class DescriptionChecker
+{
+public:
+    DescriptionChecker(const InterfaceDocument &document, const QString &filesFolder, ProblemList &problems)
+        : m_problems(problems), m_parts(findParts(document.root(), problems)),
+          m_addresses(document.root(), filesFolder, problems),
+          m_texts(document.root(), m_addresses, problems),
+          m_params(document, m_parts, m_addresses, m_texts, problems),
+          m_actions(document, m_parts, m_params, problems)
+    {
+    }
+
+    void check(const QDomElement &root)
+    {
+        for (QDomElement child = root.firstChildElement(); !child.isNull();
+             child = child.nextSiblingElement())
+            visit(child,
+                  child.tagName() != QLatin1String("translations") && child.tagName() != QLatin1String("di"));
+        for (const DescribedParts::Control &control : m_parts.controls)
+            checkControl(control, m_addresses, m_problems);
+        m_params.finish();
+        m_texts.finish();
+    }
+
+private:
+    void visit(const QDomElement &element, bool isOfTheWindow)
+    {
+        checkWords(element, m_problems);
+        if (isOfTheWindow)
+            judge(element);
+        for (QDomElement child = element.firstChildElement(); !child.isNull();
+             child = child.nextSiblingElement())
+            visit(child, isOfTheWindow);
+    }
+
+    void judge(const QDomElement &element)
+    {
+        const QString tag = element.tagName();
+        if (tag == QLatin1String("action"))
+            m_actions.action(element);
+        else if (tag == QLatin1String("timetask"))
+            m_actions.timeTask(element);
+        else if (tag == QLatin1String("regexp_key"))
+            m_addresses.pattern(element, addressText(element));
+        else if (tag == QLatin1String("key") && !isOfAControl(element))
+            m_addresses.value(element, addressText(element));
+        else if (isText(tag))
+            m_texts.visible(element, ownText(element));
+        m_texts.visible(element, element.attribute(QStringLiteral("param")));
+    }
+
+    bool isOfAControl(const QDomElement &key) const
+    {
+        const QDomElement parent = key.parentNode().toElement();
+        return m_parts.of(parent).type || m_parts.of(parent.parentNode().toElement()).type;
+    }
+
+    /// Addresses are no texts for the user: what looks like a reference there is none.
+    static bool isText(const QString &tag)
+    {
+        static const QSet<QString> others{"key", "keyset", "column_source", "row_count", "target"};
+        return !others.contains(tag);
+    }
+
+    ProblemList &m_problems;
+    DescribedParts m_parts;
+    AddressCheck m_addresses;
+    TextCheck m_texts;
+    SlotParams m_params;
+    ActionCheck m_actions;
+};
+
+} // namespace
+
+QList<DescriptionProblem> checkDescription(const QString &path, const QString &filesFolder)
+{
+    InterfaceDocument document;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {{DescriptionProblem::Severity::Error, 0, 0, document.load(path)}};
+    if (file.size() > MaxDescriptionBytes)
+        return {{DescriptionProblem::Severity::Error, 0, 0,
+                 QCoreApplication::translate("OrbNetSetup", "File \"%1\" is too large").arg(path)}};
+    const QByteArray text = file.readAll();
+    if (const QString fault = document.load(text, path); !fault.isEmpty())
+        return {unreadable(text, fault)};
+
+    const SourcePositions positions(text, document.root());
+    ProblemList problems(positions);
+    DescriptionChecker(document, filesFolder, problems).check(document.root());
+    return problems.sorted();
+}
+
+} // namespace paravue

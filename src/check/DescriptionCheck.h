@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ParavueSetupExport.h"
+
+#include <QList>
+#include <QString>
+
+namespace paravue
+{
+
+/// Something in an interface description that does not work, or hardly does what its author wants.
+struct DescriptionProblem {
+    enum class Severity {
+        Error,   ///< the window reports it, shows something wrong, or a part of the description does nothing
+        Warning, ///< the window works, but something in the description is probably a mistake
+    };
+
+    Severity severity = Severity::Error;
+    /// Where the element begins that the problem is with: both count from 1, columns in characters (a tab is
+    /// one). 0 for problems with the file as a whole.
+    int line = 0;
+    int column = 0;
+    QString text; ///< one line, translated
+};
+
+/// Reads the interface description in \a file, without a recorder and without a window, and lists its
+/// problems in the order of their places. The list is empty when there is nothing to say. A description that
+/// the window would not read at all has one problem, that of the window's own message.
+///
+/// With \a filesFolder every address is also looked up in the configuration files there. They have the names
+/// that the recorder's files have in a session ("streams", "net"), with or without a section line in front,
+/// and are only read.
+///
+/// Takes time in proportion to the size of the description. Needs no QApplication.
+PARAVUE_EXPORT QList<DescriptionProblem> checkDescription(const QString &file,
+                                                          const QString &filesFolder = {});
+
+} // namespace paravue

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "check/DescriptionCheck.h"
+#include "check/SourcePositions.h"
+
+namespace paravue
+{
+
+/// Gathers what is found in a description.
+class ProblemList
+{
+public:
+    explicit ProblemList(const SourcePositions &positions) : m_positions(positions) {}
+
+    void error(const QDomElement &at, const QString &text);
+    void warning(const QDomElement &at, const QString &text);
+
+    /// All of them in the order of their places, errors before warnings.
+    QList<DescriptionProblem> sorted() const;
+
+private:
+    void add(DescriptionProblem::Severity severity, const QDomElement &at, const QString &text);
+
+    const SourcePositions &m_positions;
+    QList<DescriptionProblem> m_problems;
+};
+
+} // namespace paravue

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QDomElement>
+#include <QHash>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <map>
+
+namespace paravue
+{
+
+class AddressCheck;
+class ProblemList;
+
+/// Judges the visible texts of a description and its translations.
+class TextCheck
+{
+public:
+    TextCheck(const QDomElement &root, AddressCheck &addresses, ProblemList &problems);
+
+    /// A text that the window shows in the language of the recorder.
+    void visible(const QDomElement &at, const QString &text);
+    /// What can be said only when all texts were seen: the translations that are missing.
+    void finish();
+
+    bool hasLanguage(const QString &language) const { return m_texts.contains(language); }
+
+private:
+    struct Reference {
+        QString id;
+        qsizetype position = 0;
+    };
+    using Texts = QMap<QString, QDomElement>;
+
+    void readLanguage(const QDomElement &language);
+    void use(const QString &id, const QDomElement &at);
+    void translation(const QString &language, const QDomElement &element);
+    void values(const QDomElement &at, const QString &text);
+    void endless(const QString &language, const Texts &texts);
+    QList<Reference> references(const QString &text) const;
+    bool isTranslated(const QString &language, const QString &id) const;
+    QString advice(const QString &id) const;
+
+    AddressCheck &m_addresses;
+    ProblemList &m_problems;
+    QDomElement m_table;                ///< the first of them
+    std::map<QString, Texts> m_texts;   ///< by language, then by id
+    QStringList m_languages;            ///< in the order of the document
+    QHash<QString, int> m_known;        ///< in how many languages an id has a text
+    QHash<QString, QDomElement> m_used; ///< where an id is used first
+};
+
+} // namespace paravue

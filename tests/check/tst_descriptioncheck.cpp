@@ -1,0 +1,280 @@
+#include "check/DescriptionCheck.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QStringConverter>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace paravue;
+
+namespace
+{
+
+/// A description with these cells in the second line and \a rest, which stands beside the tabs, in the
+/// fourth.
+QByteArray description(const QByteArray &cells, const QByteArray &rest = {})
+{
+    return "<pvsetup><window><main/></window><tabwidget><tab><item type='gridlayout'>\n" + cells +
+           "\n</item></tab></tabwidget>\n" + rest + "\n</pvsetup>\n";
+}
+
+QByteArray button(const QByteArray &actions)
+{
+    return "<item type='pushbutton'>" + actions + "</item>";
+}
+
+QByteArray call(const QByteArray &slot, const QByteArray &param, const QByteArray &target = "main")
+{
+    return "<action type='call' slot='" + slot + "' param='" + param + "'>" + target + "</action>";
+}
+
+QString line(const DescriptionProblem &problem)
+{
+    const bool isError = problem.severity == DescriptionProblem::Severity::Error;
+    return QString("%1:%2 %3: %4")
+        .arg(problem.line)
+        .arg(problem.column)
+        .arg(isError ? "error" : "warning", problem.text);
+}
+
+} // namespace
+
+class TestDescriptionCheck : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsProblems_data();
+    void findsProblems();
+    void looksIntoFiles();
+    void leavesModelsAlone_data();
+    void leavesModelsAlone();
+
+private:
+    QStringList check(const QByteArray &text, const QString &files = {});
+
+    QTemporaryDir m_folder;
+};
+
+QStringList TestDescriptionCheck::check(const QByteArray &text, const QString &files)
+{
+    QFile file(m_folder.filePath("described.xml"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        return {"cannot write"};
+    file.close();
+    QStringList lines;
+    for (const DescriptionProblem &problem : checkDescription(file.fileName(), files))
+        lines += line(problem).replace(file.fileName(), "FILE");
+    return lines;
+}
+
+void TestDescriptionCheck::findsProblems_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("problems");
+    const auto row = [](const char *name, const QByteArray &text, const QStringList &problems) {
+        QTest::newRow(name) << text << problems;
+    };
+
+    row("nothing wrong", description(button(call("setValue", "net/untitled/IP/1"))), {});
+
+    // Texts that the window does not read at all.
+    row("not well-formed", "<pvsetup>\n  <a></b>", {"2:9 error: Opening and ending tag mismatch."});
+    row("other root", "\n <setup/>", {"2:2 error: FILE is not an Paravue Setup config file."});
+    row("other version", "<pvsetup version='2'/>", {"1:1 error: FILE file version is not 1.0"});
+    row("entities", "<!DOCTYPE p [<!ENTITY a 'b'>]><pvsetup/>", {"0:0 error: FILE: it declares entities"});
+
+    // Places.
+    const QByteArray blink = "<timetask type='blink'/>";
+    const QString unknown = " error: Unknown time task \"blink\"";
+    const auto window = [](const QByteArray &inside) {
+        return "<pvsetup><window>" + inside + "</window></pvsetup>";
+    };
+    row("start tag of several lines", window("\n\t<timetask\n type='blink'\n/>"), {"2:2" + unknown});
+    row("behind other markup", window("<!-- <a>\n<b> --><?x <c>?><![CDATA[<d>]]>" + blink),
+        {"2:32" + unknown});
+    row("carriage returns", window("\r\n\r\n  " + blink), {"3:3" + unknown});
+    row("letters of several bytes", window("<title>\xD0\x96\xF0\x9F\x98\x80</title>" + blink),
+        {"1:35" + unknown});
+    const QString wide = QChar(0xFEFF) + QString::fromLatin1(window("\n " + blink));
+    row("UTF-16", QByteArray(reinterpret_cast<const char *>(wide.utf16()), wide.size() * 2),
+        {"2:2" + unknown});
+    row("several problems", description("<item type='b'/>\n<item type='a'/>", "<link3/>"),
+        {"2:1 error: Unknown control type \"b\"", "3:1 error: Unknown control type \"a\"",
+         "5:1 error: The window uses the tag \"link3\" itself"});
+
+    // What is built.
+    row("type on a page", "<pvsetup><tabwidget><tab><item type='edit'/></tab></tabwidget></pvsetup>",
+        {"1:26 error: Unknown node type \"edit\": a page holds grids, and a control stands in one of them"});
+    row("inner tabs",
+        description("<item type='tabwidget'><tab><item type='gridlayout'><item type='x'/></item>"
+                    "</tab><selection>1</selection></item>"),
+        {"2:53 error: Unknown control type \"x\"",
+         "2:82 warning: There is no page 1; the first one has the number 0"});
+    row("beyond the grid",
+        description("<item type='edit' row='999' rowSpan='2'/><stretch column='1000'>1</stretch>"),
+        {"2:1 error: This row or column is beyond the limits of a grid",
+         "2:42 error: This row or column is beyond the limits of a grid"});
+    row("decoration", description("<item type='edit'><controlWidget/></item>"),
+        {"2:19 error: The window uses the tag \"controlWidget\" itself"});
+    row("words", description("<item type='label' row='x' alignment='centre' enabled='false'/>"),
+        {"2:1 warning: Unknown word in alignment=\"centre\"; known are left, center, right",
+         "2:1 warning: Unknown word in enabled=\"false\"; known are yes, no",
+         "2:1 warning: row=\"x\" is no number and counts as 0"});
+    row("validator", description("<item type='edit' validator='[0-9'/>"),
+        {"2:1 error: The regular expression \"[0-9\" is invalid: missing terminating ] for character class"});
+
+    // Actions.
+    row("no such tag", description(button("<action type='call'>x</action>")),
+        {"2:25 error: There is no tag \"x\""});
+    row("tag in no control", description(button("<action type='call'>x</action>"), "<a><x/></a>"),
+        {"2:25 error: The tag \"x\" stands in no control"});
+    row("no such slot", description(button("<action type='call' slot='wink'>x</action><x/>")),
+        {"2:25 error: A control of the type \"pushbutton\" has no slot \"wink\""});
+    row("caption of a label",
+        description("<item type='label'><x/></item>" + button(call("setText", "1", "x"))), {});
+    row("slot of every object", description(button("<action type='call' slot='deleteLater'>main</action>")),
+        {"2:25 error: The window has no slot \"deleteLater\""});
+    row("too many arguments", description(button(call("accept", "1"))),
+        {"2:25 error: The slot \"accept\" takes no param"});
+    row("too few arguments", description(button("<action type='call' slot='setValue'>main</action>")),
+        {"2:25 error: The slot \"setValue\" needs a param"});
+    row("actions that never run",
+        description("<item type='checkbox'><x/><action type='enable' state='empty'>x</action>"
+                    "<action type='enable'>x</action></item>\n"
+                    "<item type='edit'><action type='call' slot='clear'>y</action><y/></item>",
+                    "<buttonCancel><action type='call' slot='reject'>main</action></buttonCancel>"),
+        {"2:27 warning: Unknown state \"empty\"; known are on, off",
+         "2:73 warning: Without a state this action never runs",
+         "3:19 warning: A control of the type \"edit\" runs no calls, so this action never runs",
+         "5:15 warning: Nothing runs this action: it stands in no control"});
+    row("action type", description(button("<action type='hide'>main</action>")),
+        {"2:25 error: Unknown action type \"hide\""});
+    row("function",
+        description(button(call("callSetup", "soft_rebot,", "s")) + "\n<item type='setup'><s/></item>"),
+        {"2:25 error: There is no function \"soft_rebot\""});
+    row("picture task", window("<timetask type='v3getjpeg'><target>main</target></timetask><main/>"),
+        {"1:18 error: A task that fetches pictures needs a \"url\"",
+         "1:18 error: The window shows no pictures"});
+
+    // Parameters of the window's slots.
+    row("no value", description(button(call("setValue", "net/untitled/IP"))),
+        {"2:25 error: \"net/untitled/IP\" has no value to write; that would be file/section/key/value"});
+    row("values as parameters", description(button(call("setValue", "{net/untitled/A}/x"))), {});
+    row("no such dialog", description(button(call("showDialog", "d"))),
+        {"2:25 error: Unknown dialog tag \"d\""});
+    row("dialog without a page", description(button(call("showDialog", "d")), "<a><d/></a>"),
+        {"2:25 error: The first tag \"d\" stands in no dialog"});
+    row("dialogs",
+        description(button(call("showDialog", "d")),
+                    "<one><d/><item type='gridlayout'/></one><two><e/><item type='gridlayout'/></two>"),
+        {"4:41 warning: Nothing opens the dialog \"two\""});
+
+    // Addresses.
+    row("addresses",
+        description("<item type='edit'><key>net/IP</key><key>nett/untitled/IP</key></item>"
+                    "\n<item type='label'><text>{a} {general/a/b/c/d}</text></item>"),
+        {"2:19 error: \"net/IP\" is no address; that would be file/section/key",
+         "2:36 error: No recorder sends a file \"nett\", and the description does not list it",
+         "3:20 error: \"a\" is no address; that would be file/section/key"});
+    row("own list of files",
+        description(
+            "<item type='edit'><key>lens/a/b</key><key>lens.original/a/b</key><key>net/a/b</key></item>",
+            "<di><difile name='interface'/><difile name='lens' type='ini'/></di>"),
+        {"2:66 warning: The file \"net\" is not in the list of files of the description, so it is not "
+         "fetched",
+         "4:31 warning: Unknown file type \"ini\" counts as \"inifile\""});
+    row("pattern of keys", description("", "<s><regexp_key>net/untitled/a)|(b</regexp_key></s>"),
+        {"4:4 error: The regular expression \"untitled/a)|(b\" is invalid: unmatched closing parenthesis"});
+    row("choices",
+        description("<item type='dropdown'><text>a</text>\n<text>b</text><text>c<key>net/u/k/3</key></text>"
+                    "\n<key>net/u/k/1</key><keyset>net/u/a/1, net/u/b</keyset><keyset/><keyset/>"
+                    "\n<keyset/></item>"),
+        {"3:1 warning: This entry has no key, so choosing it writes nothing",
+         "4:21 error: \"net/u/b\" has no value to write; that would be file/section/key/value",
+         "5:1 warning: There is no entry for this keyset"});
+    row("keys without entries",
+        description("<item type='dropdown'><text>a</text><key>net/u/k/1</key>"
+                    "<key>net/u/k/2</key></item>"),
+        {"2:57 warning: There is no entry for this key"});
+    row("list", description("<item type='list'><column_source>net/u/a</column_source></item>"),
+        {"2:1 warning: Without a row_count the list shows nothing of its sources",
+         "2:19 warning: There is no column for this source"});
+
+    // Texts.
+    const auto label = [](const QByteArray &text) {
+        return "<item type='label'><text>" + text + "</text></item>";
+    };
+    row("missing translations",
+        description(label("@a @b: me@b.org") + "\n" + label("@c"),
+                    "<translations><ru><a>1</a><b>1</b></ru><en><b>2</b><c/></en></translations>"),
+        {"2:20 error: The text \"@a\" has no translation into en",
+         "2:20 error: The text \"@b:\" has no translation (an id ends at a blank; \"@b\" would have one)",
+         "3:20 error: The text \"@c\" has no translation"});
+    row("translations of translations",
+        description("",
+                    "<translations><ru><a>@b</a><b>x @c</b><c>x @b {net}</c><d>@@e</d></ru></translations>"),
+        {"4:19 error: \"@b\" begins a translation and is shown as it is written there",
+         "4:39 error: \"net\" is no address; that would be file/section/key",
+         "4:39 error: The translation of \"@b\" into ru refers to itself",
+         "4:56 error: The text \"@e\" has no translation into ru"});
+    row("unknown language",
+        description(button(call("setValue", "streams/common/language/de")),
+                    "<translations><en/></translations>"),
+        {"2:25 warning: There are no translations into \"de\"",
+         "4:1 warning: There is no translation into \"ru\", which is the language as long as the recorder "
+         "names "
+         "none"});
+}
+
+void TestDescriptionCheck::findsProblems()
+{
+    QFETCH(QByteArray, text);
+    QTEST(check(text), "problems");
+}
+
+void TestDescriptionCheck::looksIntoFiles()
+{
+    const QDir files(m_folder.filePath("files"));
+    QVERIFY(files.mkpath("."));
+    const QByteArray content = "IP=1\nROWS=2\nNAME0=a\n[ other ]\nPORT = 5\n";
+    QFile net(files.filePath("net"));
+    QVERIFY(net.open(QIODevice::WriteOnly) && net.write(content) == content.size());
+    net.close();
+
+    const QByteArray text = description(
+        "<item type='label'><text>{net/untitled/IP} {net/other/PORT} {net/untitled/PORT}</text></item>\n"
+        "<item type='edit'><key>net/untitled/GATE/0.0.0.0</key><key>time/untitled/A</key>"
+        "<key>general/a/b</key></item>\n"
+        "<item type='list'><column/><column/><column_source>net/untitled/NAME</column_source>"
+        "<column_source>net/untitled/SIZE</column_source><row_count>net/untitled/ROWS</row_count></item>");
+    const QStringList expected{"2:20 warning: The file \"net\" has no key \"untitled/PORT\"",
+                               "3:55 warning: The folder of files has no \"time\"",
+                               "4:85 warning: The file \"net\" has no key \"untitled/SIZE0\""};
+    QCOMPARE(check(text, files.path()), expected);
+    QVERIFY(net.open(QIODevice::ReadOnly));
+    QCOMPARE(net.readAll(), content);
+}
+
+void TestDescriptionCheck::leavesModelsAlone_data()
+{
+    QTest::addColumn<QString>("path");
+    QDirIterator models(RECORDER_MODELS, {"interface*.xml"}, QDir::Files, QDirIterator::Subdirectories);
+    while (models.hasNext()) {
+        const QString path = models.next();
+        QTest::newRow(qPrintable(path)) << path;
+    }
+}
+
+void TestDescriptionCheck::leavesModelsAlone()
+{
+    QFETCH(QString, path);
+    QStringList problems;
+    for (const DescriptionProblem &problem : checkDescription(path, QFileInfo(path).path()))
+        problems += line(problem);
+    QCOMPARE(problems, QStringList());
+}
+
+QTEST_APPLESS_MAIN(TestDescriptionCheck)
+#include "tst_descriptioncheck.moc"
