@@ -11,13 +11,14 @@ namespace paravue
 namespace
 {
 
-const char ExitCodes[] =
-    QT_TRANSLATE_NOOP("CommandLine", "\nExit code:\n"
-                                     "  0  the window was accepted, or all pictures were saved\n"
-                                     "  1  the window was rejected\n"
-                                     "  2  the command line was wrong\n"
-                                     "  3  something failed: the recorder could not be saved to or its\n"
-                                     "     simulator not started, or pictures could not be taken\n");
+const char ExitCodes[] = QT_TRANSLATE_NOOP(
+    "CommandLine", "\nExit code:\n"
+                   "  0  the window was accepted, all pictures were saved, or the\n"
+                   "     checked description has no errors\n"
+                   "  1  the window was rejected, or the checked description has errors\n"
+                   "  2  the command line was wrong\n"
+                   "  3  something failed: a file could not be read, the recorder not be\n"
+                   "     saved to or its simulator not started, or pictures not be taken\n");
 
 QString tr(const char *text)
 {
@@ -70,11 +71,23 @@ CommandLine CommandLine::parse(const QStringList &words)
         tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
            "en or ru). It counts as an edit, so saving keeps it."),
         "LANGUAGE");
+    const QCommandLineOption check(
+        "check", tr("List the problems of the interface description FILE, without a recorder."), "FILE");
+    const QCommandLineOption json("json", tr("Print them for other programs (with --check)."));
+    const QCommandLineOption preview(
+        "preview",
+        tr("Show the window that the interface description FILE describes, on copies of local files: "
+           "nothing is sent anywhere, and no file is changed."),
+        "FILE");
+    const QCommandLineOption files(
+        "files", tr("Take the configuration files that go with FILE from DIR (with --check or --preview)."),
+        "DIR");
 
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(tr("Shows the setup window of a network video recorder."));
-    parser.addOptions({help, version, digest, demo, demoData, screenshot, language});
+    parser.addOptions(
+        {help, version, digest, demo, demoData, screenshot, language, check, json, preview, files});
     acceptToolkitOptions(parser);
     parser.addPositionalArgument("ADDRESS", tr("The recorder: login:password@host[:port]"), "[ADDRESS]");
 
@@ -92,22 +105,38 @@ CommandLine CommandLine::parse(const QStringList &words)
     line.demoDataFolder = parser.value(demoData);
     line.screenshotFolder = parser.value(screenshot);
     line.language = parser.value(language);
+    line.description = parser.value(parser.isSet(check) ? check : preview);
+    line.filesFolder = parser.value(files);
+    line.json = parser.isSet(json);
+    if (parser.isSet(check))
+        line.task = Task::CheckDescription;
+    const bool isLocal = parser.isSet(check) || parser.isSet(preview);
 
+    for (const QCommandLineOption &option : {demoData, screenshot, language, check, preview, files}) {
+        if (parser.isSet(option) && parser.value(option).isEmpty())
+            return refused(tr("--%1 needs a value").arg(option.names().first()));
+    }
     const QStringList addresses = parser.positionalArguments();
+    if (parser.isSet(check) && parser.isSet(preview))
+        return refused(tr("--check and --preview exclude each other"));
+    if (isLocal && (line.demo || !addresses.isEmpty()))
+        return refused(tr("--check and --preview read a file and take no recorder"));
+    if (parser.isSet(check) && (parser.isSet(screenshot) || parser.isSet(language)))
+        return refused(tr("--check opens no window; use --preview"));
+    if (!isLocal && parser.isSet(files))
+        return refused(tr("--files needs --check or --preview"));
+    if (!parser.isSet(check) && line.json)
+        return refused(tr("--json needs --check"));
     if (line.demo && !addresses.isEmpty())
         return refused(tr("--demo brings its own recorder and takes no address"));
-    if (!line.demo && addresses.size() != 1)
+    if (!line.demo && !isLocal && addresses.size() != 1)
         return refused(addresses.isEmpty() ? tr("no address was given")
                                            : tr("more than one address was given"));
     if (!line.demo && parser.isSet(demoData))
         return refused(tr("--demo-data needs --demo"));
-    for (const QCommandLineOption &option : {demoData, screenshot, language}) {
-        if (parser.isSet(option) && parser.value(option).isEmpty())
-            return refused(tr("--%1 needs a value").arg(option.names().first()));
-    }
     if (line.language.contains('/') || line.language.contains('\''))
         return refused(tr("a language is a name such as en"));
-    if (line.demo)
+    if (line.demo || isLocal)
         return line;
 
     const auto password =

@@ -8,14 +8,17 @@ namespace paravue
 
 /// What the user asked the program to do.
 struct CommandLine {
-    enum class Task { RunSession, ShowText, RefuseUsage };
+    enum class Task { RunSession, CheckDescription, ShowText, RefuseUsage };
 
     Task task = Task::RunSession;
     QString text; ///< what to show: the help, the version, or what is wrong with the command line
 
-    QString address;          ///< of the recorder, in the form that OrbNetSetup takes; empty with demo
-    bool demo = false;        ///< start the recorder simulator and connect to that
-    QString demoDataFolder;   ///< where the simulator keeps its files; empty: in a temporary folder
+    QString address;        ///< of the recorder, in the form that OrbNetSetup takes; empty with demo
+    bool demo = false;      ///< start the recorder simulator and connect to that
+    QString demoDataFolder; ///< where the simulator keeps its files; empty: in a temporary folder
+    QString description;    ///< not empty: the interface description to check, or to show without a recorder
+    QString filesFolder;    ///< the configuration files that go with it; empty: none
+    bool json = false;      ///< print the result of the check for other programs
     QString screenshotFolder; ///< not empty: save a picture of every tab there and end
     QString language;         ///< not empty: show the window in this language
 

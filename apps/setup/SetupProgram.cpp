@@ -2,12 +2,14 @@
 
 #include "CommandLine.h"
 #include "DemoRecorder.h"
+#include "PreviewFiles.h"
 #include "SaveWatch.h"
 #include "ScreenshotTour.h"
 
 #include "device/OrbNetSetup.h"
 #include "entry/DoParavueSetup.h"
 
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QTextStream>
 
@@ -52,24 +54,40 @@ ExitCode runForPictures(OrbSetup &store, const QString &folder)
     return tour.problem().isEmpty() ? Accepted : failed(tour.problem(), false);
 }
 
+ExitCode runWith(OrbSetup &store, const CommandLine &commandLine)
+{
+    if (!commandLine.language.isEmpty())
+        chooseLanguage(store, commandLine.language);
+    return commandLine.screenshotFolder.isEmpty() ? runForUser(store)
+                                                  : runForPictures(store, commandLine.screenshotFolder);
+}
+
+ExitCode runPreview(const CommandLine &commandLine)
+{
+    PreviewFiles files; // outlives the store, which writes its files at its end
+    OrbSetup store(QFileInfo(commandLine.description).fileName());
+    const QString problem = files.copyTo(store, commandLine.description, commandLine.filesFolder);
+    if (!problem.isEmpty())
+        return failed(problem, commandLine.screenshotFolder.isEmpty());
+    return runWith(store, commandLine);
+}
+
 } // namespace
 
 ExitCode runSession(const CommandLine &commandLine)
 {
-    const bool isUserWatching = commandLine.screenshotFolder.isEmpty();
+    if (!commandLine.description.isEmpty())
+        return runPreview(commandLine);
     DemoRecorder demo;
     QString address = commandLine.address;
     if (commandLine.demo) {
         const QString problem = demo.start(commandLine.demoDataFolder);
         if (!problem.isEmpty())
-            return failed(problem, isUserWatching);
+            return failed(problem, commandLine.screenshotFolder.isEmpty());
         address = demo.address();
     }
-
     OrbNetSetup store(address);
-    if (!commandLine.language.isEmpty())
-        chooseLanguage(store, commandLine.language);
-    return isUserWatching ? runForUser(store) : runForPictures(store, commandLine.screenshotFolder);
+    return runWith(store, commandLine);
 }
 
 } // namespace paravue

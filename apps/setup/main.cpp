@@ -1,6 +1,7 @@
 // paravue-setup: shows the setup window of one recorder. A host of the library like any other: it uses the
 // public headers only.
 
+#include "CheckReport.h"
 #include "CommandLine.h"
 #include "SetupProgram.h"
 #include "recorder/StopSignal.h"
@@ -36,6 +37,8 @@ int main(int argc, char **argv)
     case CommandLine::Task::RefuseUsage:
         QTextStream(stderr) << "paravue-setup: " << commandLine.text << "\nTry paravue-setup --help.\n";
         return WrongUsage;
+    case CommandLine::Task::CheckDescription:
+        return runCheck(commandLine);
     case CommandLine::Task::RunSession:
         break;
     }

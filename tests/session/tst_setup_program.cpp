@@ -6,7 +6,9 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QJsonDocument>
 #include <QLineEdit>
+#include <QMap>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -83,6 +85,10 @@ private Q_SLOTS:
     void refusesWrongUsage_data();
     void refusesWrongUsage();
 
+    void checksDescriptions_data();
+    void checksDescriptions();
+    void previewsOnCopies();
+    void takesPicturesOfAPreview();
     void takesPicturesOfTheDemo();
     void failsInsteadOfHanging_data();
     void failsInsteadOfHanging();
@@ -93,6 +99,8 @@ private Q_SLOTS:
     void tellsWhenTheSaveFails();
 
 private:
+    CommandLine sessionWithTheRecorder() const;
+    ExitCode runSessionAs(const CommandLine &commandLine, const std::function<void(QWidget &)> &user);
     ExitCode runSessionAs(const std::function<void(QWidget &)> &user);
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -168,6 +176,13 @@ void TestSetupProgram::refusesWrongUsage_data()
     QTest::newRow("demo and address") << QStringList{"--demo", address} << "takes no address";
     QTest::newRow("demo data without demo") << QStringList{"--demo-data", "x", address} << "needs --demo";
     QTest::newRow("no folder for pictures") << QStringList{address, "--screenshot", ""} << "needs a value";
+    QTest::newRow("check nothing") << QStringList{"--check", ""} << "--check needs a value";
+    QTest::newRow("check and address") << QStringList{"--check", "x", address} << "take no recorder";
+    QTest::newRow("preview and demo") << QStringList{"--preview", "x", "--demo"} << "take no recorder";
+    QTest::newRow("check and preview") << QStringList{"--check", "x", "--preview", "x"} << "exclude";
+    QTest::newRow("pictures of a check") << QStringList{"--check", "x", "--screenshot", "x"} << "no window";
+    QTest::newRow("files of a recorder") << QStringList{address, "--files", "x"} << "--files needs";
+    QTest::newRow("preview for programs") << QStringList{"--preview", "x", "--json"} << "--json needs";
     QTest::newRow("language with a value") << QStringList{address, "--language", "en/x"} << "a language is";
 }
 
@@ -180,6 +195,94 @@ void TestSetupProgram::refusesWrongUsage()
     QCOMPARE(run.out, QString());
     QVERIFY2(run.err.contains(reason), qPrintable(run.err));
     QVERIFY2(!run.err.contains("s3cret"), qPrintable(run.err));
+}
+
+void TestSetupProgram::checksDescriptions_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("out"); // %1: the file
+
+    const QByteArray broken("<pvsetup>\n <window><timetask type='x'/><width>y</width></window>\n</pvsetup>");
+    QTest::newRow("clean") << QByteArray("<pvsetup/>") << QStringList() << 0
+                           << "%1: errors: 0, warnings: 0\n";
+    QTest::newRow("warning") << QByteArray("<pvsetup><window><width>y</width></window></pvsetup>")
+                             << QStringList() << 0
+                             << "%1:1:18: warning: \"y\" is no number and counts as 0\n"
+                                "%1: errors: 0, warnings: 1\n";
+    QTest::newRow("error") << broken << QStringList() << 1
+                           << "%1:2:10: error: Unknown time task \"x\"\n"
+                              "%1:2:30: warning: \"y\" is no number and counts as 0\n"
+                              "%1: errors: 1, warnings: 1\n";
+    QTest::newRow("for programs") << broken << QStringList{"--json"} << 1
+                                  << R"({"errors":1,"file":"%1","problems":[{"column":10,"line":2,)"
+                                     R"("severity":"error","text":"Unknown time task \"x\""},{"column":30,)"
+                                     R"("line":2,"severity":"warning","text":"\"y\" is no number and )"
+                                     R"(counts as 0"}],"warnings":1})";
+    QTest::newRow("no such folder") << broken << QStringList{"--files", "nosuch"} << 3 << "";
+}
+
+void TestSetupProgram::checksDescriptions()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QStringList, options);
+    QFETCH(QString, out);
+    QFile file(m_folder->filePath("described"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+    file.close();
+    const Run run = runProgram(QStringList{"--check", file.fileName()} + options, "nosuchplatform");
+    QTEST(run.exitCode, "exitCode");
+    const QJsonDocument json = QJsonDocument::fromJson(run.out.toUtf8());
+    QCOMPARE(json.isNull() ? run.out : QString(json.toJson(QJsonDocument::Compact)),
+             out.replace("%1", file.fileName()));
+}
+
+void TestSetupProgram::previewsOnCopies()
+{
+    // The simulator has just put its files there: the description and all the others.
+    const QDir folder(m_folder->filePath("data"));
+    const auto contents = [&folder] {
+        QMap<QString, QByteArray> contents;
+        for (const QFileInfo &info : folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+            QFile file(info.filePath());
+            if (file.open(QIODevice::ReadOnly))
+                contents.insert(info.fileName(), file.readAll() + info.lastModified().toString().toUtf8());
+        }
+        return contents;
+    };
+    const auto before = contents();
+    QVERIFY(before.size() >= 9);
+
+    CommandLine commandLine;
+    commandLine.description = m_recorder->filePath("interface");
+    commandLine.filesFolder = folder.path();
+    commandLine.language = "en";
+    QString shown;
+    const ExitCode code = runSessionAs(commandLine, [&shown](QWidget &top) {
+        auto *name = top.findChild<QLineEdit *>();
+        shown = name->text();
+        name->setText("changed");
+        for (QPushButton *button : top.findChildren<QPushButton *>()) {
+            if (button->text() == "Save")
+                button->click();
+        }
+    });
+    QCOMPARE(code, Accepted);
+    QVERIFY2(!shown.isEmpty() && before.value("streams").contains(shown.toUtf8()), qPrintable(shown));
+    QCOMPARE(contents(), before);
+    QCOMPARE(m_received, QStringList());
+}
+
+void TestSetupProgram::takesPicturesOfAPreview()
+{
+    const QDir pictures(m_folder->filePath("pictures"));
+    const Run run = runProgram({"--preview", m_recorder->filePath("interface"), "--language", "en",
+                                "--screenshot", pictures.path()});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
+    QCOMPARE(names.value(0), "01-overview.png");
+    QCOMPARE(runProgram({"--preview", "nosuch", "--screenshot", pictures.path()}).exitCode, 3);
 }
 
 void TestSetupProgram::takesPicturesOfTheDemo()
@@ -254,13 +357,24 @@ void TestSetupProgram::leavesNoFilesWhenInterrupted()
     QCOMPARE(local.entryList(QDir::Files), QStringList());
 }
 
-ExitCode TestSetupProgram::runSessionAs(const std::function<void(QWidget &)> &user)
+CommandLine TestSetupProgram::sessionWithTheRecorder() const
 {
     CommandLine commandLine;
     const auto address =
         RecorderAddress::fromText(addressOf(*m_recorder, "admin:admin"), RecorderAddress::Password::AsSent);
     commandLine.address = address.address;
     commandLine.language = "en";
+    return commandLine;
+}
+
+ExitCode TestSetupProgram::runSessionAs(const std::function<void(QWidget &)> &user)
+{
+    return runSessionAs(sessionWithTheRecorder(), user);
+}
+
+ExitCode TestSetupProgram::runSessionAs(const CommandLine &commandLine,
+                                        const std::function<void(QWidget &)> &user)
+{
     const User acting(user);
     return runSession(commandLine);
 }

@@ -1,0 +1,91 @@
+#include "CheckReport.h"
+
+#include "CommandLine.h"
+
+#include "check/DescriptionCheck.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextStream>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CheckReport", text);
+}
+
+/// The words of the output are for other programs too, and are not translated.
+QString wordFor(DescriptionProblem::Severity severity)
+{
+    return severity == DescriptionProblem::Severity::Error ? QStringLiteral("error")
+                                                           : QStringLiteral("warning");
+}
+
+qsizetype countOf(const QList<DescriptionProblem> &problems, DescriptionProblem::Severity severity)
+{
+    return std::count_if(problems.cbegin(), problems.cend(), [severity](const DescriptionProblem &problem) {
+        return problem.severity == severity;
+    });
+}
+
+/// One line for each problem, in the form in which compilers report theirs.
+void printLines(QTextStream &out, const QString &file, const QList<DescriptionProblem> &problems)
+{
+    for (const DescriptionProblem &problem : problems) {
+        out << file << ':';
+        if (problem.line > 0)
+            out << problem.line << ':' << problem.column << ':';
+        out << ' ' << wordFor(problem.severity) << ": " << problem.text.simplified() << '\n';
+    }
+    out << file << ": "
+        << tr("errors: %1, warnings: %2")
+               .arg(countOf(problems, DescriptionProblem::Severity::Error))
+               .arg(countOf(problems, DescriptionProblem::Severity::Warning))
+        << '\n';
+}
+
+void printJson(QTextStream &out, const QString &file, const QList<DescriptionProblem> &problems)
+{
+    QJsonArray list;
+    for (const DescriptionProblem &problem : problems)
+        list.append(QJsonObject{{"severity", wordFor(problem.severity)},
+                                {"line", problem.line},
+                                {"column", problem.column},
+                                {"text", problem.text}});
+    const QJsonObject report{{"file", file},
+                             {"errors", countOf(problems, DescriptionProblem::Severity::Error)},
+                             {"warnings", countOf(problems, DescriptionProblem::Severity::Warning)},
+                             {"problems", list}};
+    out << QJsonDocument(report).toJson();
+}
+
+} // namespace
+
+ExitCode runCheck(const CommandLine &commandLine)
+{
+    const QString folder = commandLine.filesFolder;
+    if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
+        QTextStream(stderr) << "paravue-setup: " << tr("%1 is no folder").arg(folder) << '\n';
+        return Failed;
+    }
+    const QList<DescriptionProblem> problems = checkDescription(commandLine.description, folder);
+    QTextStream out(stdout);
+    if (commandLine.json)
+        printJson(out, commandLine.description, problems);
+    else
+        printLines(out, commandLine.description, problems);
+    const bool isClean = countOf(problems, DescriptionProblem::Severity::Error) == 0;
+    return isClean ? Accepted : Rejected;
+}
+
+} // namespace paravue

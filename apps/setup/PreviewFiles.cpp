@@ -1,0 +1,73 @@
+#include "PreviewFiles.h"
+
+#include "device/OrbNetSetup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <optional>
+
+namespace paravue
+{
+
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("PreviewFiles", text);
+}
+
+const QString descriptionName = QStringLiteral("interface");
+
+std::optional<QByteArray> contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+}
+
+} // namespace
+
+QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const QString &folder)
+{
+    const auto interface = contentOf(description);
+    if (!interface)
+        return tr("The file %1 cannot be read.").arg(description);
+    if (!folder.isEmpty() && !QDir(folder).exists())
+        return tr("%1 is no folder.").arg(folder);
+    if (const QString problem = copy(store, descriptionName, *interface); !problem.isEmpty())
+        return problem;
+
+    // What the user enters and what functions answer is kept in files that no recorder sends.
+    QStringList names{QStringLiteral("general"), QStringLiteral("tmp")};
+    names += OrbNetSetup::fileNames();
+    names += OrbNetSetup::fileNames(*interface);
+    const QStringList given = folder.isEmpty() ? QStringList() : QDir(folder).entryList(QDir::Files);
+    names += given;
+    for (const QString &name : names) {
+        if (store.fileExists(name) || name.contains(u'/') || name.isEmpty())
+            continue;
+        const auto content =
+            given.contains(name) ? contentOf(QDir(folder).filePath(name)) : std::optional(QByteArray());
+        if (!content)
+            return tr("The file %1 cannot be read.").arg(QDir(folder).filePath(name));
+        if (const QString problem = copy(store, name, *content); !problem.isEmpty())
+            return problem;
+    }
+    return {};
+}
+
+/// Like a store that fetches files, this keeps a second copy of each, as it came.
+QString PreviewFiles::copy(OrbSetup &store, const QString &name, const QByteArray &content)
+{
+    for (const QString &copied : {name, name + QStringLiteral(".original")}) {
+        QFile file(m_copies.filePath(copied));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
+            return tr("A copy of the file %1 cannot be made.").arg(name);
+        store.setFilePath(copied, file.fileName());
+    }
+    return {};
+}
+
+} // namespace paravue
