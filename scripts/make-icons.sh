@@ -11,8 +11,8 @@ if ! command -v rsvg-convert >/dev/null; then
     exit 1
 fi
 
-cd "$(dirname "$0")/../src/ui/resources"
-for source in *.svg; do
+cd "$(dirname "$0")/../src"
+for source in */resources/*.svg; do
     name=${source%.svg}
     rsvg-convert --zoom 1 --output "$name.png" "$source"
     rsvg-convert --zoom 2 --output "$name@2x.png" "$source"

@@ -1,5 +1,7 @@
 #include "ui/WindowLook.h"
 
+#include "controls/SharedPictures.h"
+
 // Must stand outside of every namespace.
 static void initPictures()
 {
@@ -54,6 +56,7 @@ QColor accentColor(const QPalette &palette)
 void registerPictures()
 {
     initPictures();
+    registerSharedPictures();
 }
 
 } // namespace paravue
