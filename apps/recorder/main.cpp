@@ -1,8 +1,11 @@
+#include "Companion.h"
+#include "IniText.h"
 #include "RecorderServer.h"
 #include "StopSignal.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTime>
@@ -22,6 +25,7 @@ struct Options {
     int rebootTime = 0;
     QHostAddress address = QHostAddress::LocalHost;
     QString dataDir;
+    bool companion = false;
     bool log = false;
 };
 
@@ -66,6 +70,10 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("reboot-time"),
          QStringLiteral("Be gone for this long when a client restarts the recorder (default 3000)."),
          QStringLiteral("MS"), QStringLiteral("3000")},
+        {QStringLiteral("companion"),
+         QStringLiteral(
+             "Tell setup programs of this user the recorder's name, which the file \"streams\" holds as "
+             "common/name.")},
         {QStringLiteral("log"), QStringLiteral("Print every request and answer. Passwords are not shown.")},
     });
 }
@@ -96,9 +104,41 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     options.delay = *delay;
     options.rebootTime = *rebootTime;
     options.dataDir = parser.value(QStringLiteral("data"));
+    options.companion = parser.isSet(QStringLiteral("companion"));
     options.log = parser.isSet(QStringLiteral("log"));
     return options;
 }
+
+/// Names the recorder to setup programs, again whenever it is sent another name.
+class Announcement
+{
+public:
+    explicit Announcement(recorder::RecorderServer &server) : m_server(server)
+    {
+        QObject::connect(&server, &recorder::RecorderServer::fileReceived, &m_companion, [this] { tell(); });
+    }
+
+    void start()
+    {
+        if (!m_companion.listen())
+            printError(QStringLiteral("the name is not announced: %1").arg(m_companion.errorString()));
+        tell();
+    }
+
+private:
+    void tell()
+    {
+        QFile file(m_server.filePath(QStringLiteral("streams")));
+        const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        const QString name = QString::fromUtf8(recorder::iniValues(text).value("common/name"));
+        const bool isEverywhere = m_server.address() == QHostAddress::Any;
+        const QHostAddress host = isEverywhere ? QHostAddress(QHostAddress::LocalHost) : m_server.address();
+        m_companion.setRecorders({{host.toString() + u':' + QString::number(m_server.port()), name}});
+    }
+
+    recorder::RecorderServer &m_server;
+    recorder::Companion m_companion;
+};
 
 int run(const Options &options)
 {
@@ -122,6 +162,9 @@ int run(const Options &options)
         printError(QStringLiteral("cannot listen on port %1: %2").arg(port, server.errorString()));
         return CannotStart;
     }
+    Announcement announcement(server);
+    if (options.companion)
+        announcement.start();
     // Programs that start this one read the port from this line.
     out << "Listening on " << server.address().toString() << ':' << server.port() << Qt::endl;
     recorder::quitOnStopSignal();
