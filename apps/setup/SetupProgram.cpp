@@ -87,6 +87,8 @@ ExitCode runSession(const CommandLine &commandLine)
         address = demo.address();
     }
     OrbNetSetup store(address);
+    if (!commandLine.screenshotFolder.isEmpty())
+        store.setCredentialsSource(nullptr); // nobody is there to ask
     return runWith(store, commandLine);
 }
 

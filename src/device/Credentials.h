@@ -8,7 +8,7 @@
 struct Credentials {
     bool remember = false; ///< the user wants this record to be kept
     QByteArray url;        ///< the recorder's address, host[:port], in the local 8-bit encoding
-    QByteArray name;       ///< display name of the recorder
+    QByteArray name;       ///< display name of the recorder, UTF-8
     int level = 0;         ///< access level; above 0 the default login is the administrator's
     QByteArray login;      ///< in the local 8-bit encoding
     QByteArray password;   ///< as it is sent: the lower-case hexadecimal MD5 digest of the typed text

@@ -34,4 +34,11 @@ std::optional<DeviceAddress> DeviceAddress::parse(const QString &text)
     return result;
 }
 
+QString comparableUrl(const QString &url)
+{
+    const QStringList parts = url.trimmed().split(u':');
+    const QString port = parts.value(1).isEmpty() ? QString::number(DeviceAddress::DefaultPort) : parts.at(1);
+    return parts.first().toLower() + u':' + QString::number(static_cast<quint16>(port.toInt()));
+}
+
 } // namespace paravue

@@ -24,4 +24,8 @@ struct DeviceAddress {
     static std::optional<DeviceAddress> parse(const QString &text);
 };
 
+/// Equal for two ways to write the same address[:port]: the host without case, the port filled in when it is
+/// left out. Ports above 32767 are the same in their negative form, which is how links are given them.
+QString comparableUrl(const QString &url);
+
 } // namespace paravue

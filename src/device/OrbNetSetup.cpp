@@ -1,5 +1,6 @@
 #include "device/OrbNetSetup.h"
 
+#include "device/Authorization.h"
 #include "device/DeviceAddress.h"
 #include "device/Limits.h"
 #include "device/LocalFiles.h"
@@ -7,6 +8,7 @@
 #include "device/ReplyFrame.h"
 #include "store/OrbSettings.h"
 
+#include <QPointer>
 #include <QScopeGuard>
 #include <QSignalBlocker>
 #include <QTcpSocket>
@@ -26,7 +28,8 @@ constexpr std::chrono::milliseconds AdjustmentPause(1000);
 
 OrbNetSetup::OrbNetSetup(const QString &address)
     : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
-      m_bcshTimer(new QTimer(this)), m_reply(std::make_unique<ReplyFrame>())
+      m_bcshTimer(new QTimer(this)), m_reply(std::make_unique<ReplyFrame>()),
+      m_credentialsSource(std::make_shared<CredentialsDialogs>())
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);
@@ -49,6 +52,11 @@ OrbNetSetup::~OrbNetSetup()
 void OrbNetSetup::setCredentialsSource(std::unique_ptr<CredentialsSource> source)
 {
     m_credentialsSource = std::move(source);
+}
+
+bool OrbNetSetup::lookUpCredentials(Credentials &record)
+{
+    return Authorize(record, false);
 }
 
 void OrbNetSetup::commandNext()
@@ -271,15 +279,32 @@ void OrbNetSetup::retryLogin()
 
 void OrbNetSetup::askForLogin()
 {
+    // The answer to the question that is open will do for an exchange that was refused meanwhile, too.
+    if (m_isAsking)
+        return;
     Credentials record;
     const QString url = value(QStringLiteral("general/network/url"));
     record.url = url.toLocal8Bit();
-    if (!m_credentialsSource || !m_credentialsSource->ask(record)) {
+    // The host may replace the source, or delete this store, while it asks.
+    const std::shared_ptr<CredentialsSource> source = m_credentialsSource;
+    const QPointer<OrbNetSetup> alive(this);
+    bool isAnswered = false;
+    {
+        m_isAsking = true;
+        const auto asked = qScopeGuard([&alive] {
+            if (alive)
+                alive->m_isAsking = false;
+        });
+        isAnswered = source && source->ask(record);
+    }
+    if (!alive)
+        return;
+    if (!isAnswered) {
         Q_EMIT pseudothrow(tr("Authorization failed"));
         return;
     }
     if (record.remember)
-        m_credentialsSource->save(record);
+        source->save(record);
     setAddress(QStringLiteral("%1:%2@%3")
                    .arg(QString::fromLocal8Bit(record.login), QString::fromLocal8Bit(record.password), url));
     // Deliberate: also when files were to be sent. Behind a new login everything is fetched afresh.

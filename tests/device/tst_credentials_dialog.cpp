@@ -1,0 +1,166 @@
+#include "OwnUserFolders.h"
+#include "device/SettingsFile.h"
+#include "device/cDlg.h"
+#include "device/cODAdaptor.h"
+#include "recorder/Companion.h"
+#include "store/PasswordDigest.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QLocalServer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace paravue;
+using namespace paravue::test;
+
+class TestCredentialsDialog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void isFilledInWithKeys_data();
+    void isFilledInWithKeys();
+    void hasTheNamesOfItsParts();
+    void showsWhatTheCompanionCallsTheRecorder();
+    void doesWithoutABadCompanion_data();
+    void doesWithoutABadCompanion();
+
+private:
+    std::unique_ptr<OwnUserFolders> m_user;
+};
+
+void TestCredentialsDialog::init()
+{
+    m_user = std::make_unique<OwnUserFolders>();
+}
+
+void TestCredentialsDialog::isFilledInWithKeys_data()
+{
+    QTest::addColumn<QByteArray>("login");
+    QTest::addColumn<QList<int>>("keys"); ///< 0 types the password
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QByteArray>("remember");
+    const auto row = [](const char *name, const QByteArray &login, const QList<int> &keys,
+                        const QByteArray &answer, const QByteArray &remember) {
+        QTest::newRow(name) << login << keys << answer << remember;
+    };
+    const QByteArray digest = "4ac6430a17d0215b3052b15c879d48bc"; // of "pass word"
+    row("login and password", "", {Qt::Key_I, Qt::Key_Tab, 0, Qt::Key_Return}, "i " + digest, "true");
+    row("password for a known login", "иван", {0, Qt::Key_Enter}, "иван " + digest, "true");
+    row("no password", "a", {Qt::Key_Return}, "a d41d8cd98f00b204e9800998ecf8427e", "true");
+    row("not to be remembered", "a", {0, Qt::Key_Tab, Qt::Key_Space, Qt::Key_Tab, Qt::Key_Space},
+        "a " + digest, "false");
+    row("nothing without a login", "a",
+        {0, Qt::Key_Backtab, Qt::Key_Delete, Qt::Key_Return, Qt::Key_B, Qt::Key_Return}, "b " + digest,
+        "true");
+    row("cancelled", "a", {0, Qt::Key_Tab, Qt::Key_Space, Qt::Key_Escape}, "", "false");
+}
+
+void TestCredentialsDialog::isFilledInWithKeys()
+{
+    QFETCH(QByteArray, login);
+    QFETCH(QList<int>, keys);
+    QFETCH(QByteArray, answer);
+    QFETCH(QByteArray, remember);
+    Credentials record{false, "host", "", 0, login, ""};
+    {
+        cDlg dialog(record, nullptr, nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        for (const int key : keys) {
+            QVERIFY(dialog.isVisible());
+            key ? QTest::keyClick(dialog.focusWidget(), Qt::Key(key))
+                : QTest::keyClicks(dialog.focusWidget(), "pass word");
+        }
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.result(), answer.isEmpty() ? 0 : 1);
+    }
+    QCOMPARE(record.password.isEmpty() ? "" : record.login + ' ' + record.password, answer);
+    QCOMPARE(record.remember, !answer.isEmpty() && remember == "true");
+    QCOMPARE(SettingsFile::shared()->value("authorization/remember"), remember);
+    cDlg next(record, nullptr, nullptr);
+    QCOMPARE(next.findChild<QCheckBox *>("checkBoxRemember")->isChecked(), remember == "true");
+}
+
+void TestCredentialsDialog::hasTheNamesOfItsParts()
+{
+    Credentials record{false, "host:1", "", 0, "", ""};
+    cDlg dialog(record, nullptr, nullptr);
+    QCOMPARE(dialog.windowTitle(), "Dialog");
+    const auto labelText = [&](const char *name) { return dialog.findChild<QLabel *>(name)->text(); };
+    QCOMPARE(labelText("labelTitle"), "Please enter authorization information for host:1");
+    QCOMPARE(labelText("labelLogin") + ' ' + labelText("labelPassword"), "Login Password");
+    QVERIFY(!dialog.findChild<QLabel *>("labelIcon")->pixmap(Qt::ReturnByValue).isNull());
+    QCOMPARE(dialog.findChild<QLineEdit *>("lineEditPassword")->echoMode(), QLineEdit::Password);
+    QCOMPARE(dialog.findChild<QCheckBox *>("checkBoxRemember")->text(), "Remember password");
+    QVERIFY(!dialog.findChild<QDialogButtonBox *>("buttonBox")->button(QDialogButtonBox::Ok)->isEnabled());
+    for (const char *name :
+         {"vboxLayout", "hboxLayout", "hboxLayout1", "hboxLayout2", "hboxLayout3", "hboxLayout4"})
+        QVERIFY2(dialog.findChild<QLayout *>(name), name);
+}
+
+void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
+{
+    const QString name = "Ворота, <b>" + QString("long ").repeated(10);
+    cODAdaptor adaptor;
+    Credentials record{false, "HOST:-25536", "", 0, "", ""};
+    cDlg dialog(record, &adaptor, nullptr);
+    dialog.tellRefusal();
+    dialog.show();
+    const auto *title = dialog.findChild<QLabel *>("labelTitle");
+    QSignalSpy updates(&adaptor, &cODAdaptor::update);
+    auto companion = std::make_unique<recorder::Companion>();
+    QVERIFY2(companion->listen(), qPrintable(companion->errorString()));
+    companion->setRecorders({{"host:40000", name + "\n"}, {"other", "b"}});
+    QTRY_VERIFY(title->text().endsWith(" for HOST:-25536 (" + name.trimmed() + ')'));
+    QCOMPARE(QString::fromUtf8(record.name), name.trimmed());
+    QTRY_VERIFY(title->height() >= title->heightForWidth(title->width()));
+    QCOMPARE(adaptor.name("OTHER:5049"), "b");
+
+    companion->setRecorders({{"host:40000", "gate"}});
+    QTRY_VERIFY(title->text().endsWith(" (gate)"));
+    QCOMPARE(adaptor.name("other"), "");
+    // What the other one has left behind is in nobody's way, but a living one is.
+    recorder::Companion second;
+    QVERIFY(!second.listen());
+    companion.reset();
+    QTRY_COMPARE(adaptor.name("host:40000"), "");
+    QCOMPARE(updates.size(), 3);
+    QVERIFY(second.listen());
+}
+
+void TestCredentialsDialog::doesWithoutABadCompanion_data()
+{
+    QTest::addColumn<QByteArray>("says");
+    QTest::newRow("endless line") << QByteArray(200'000, 'x');
+    QTest::newRow("too many recorders") << QByteArray("a\tb\n").repeated(3) + [] {
+        QByteArray lines;
+        for (int i = 0; i < 10'001; ++i)
+            lines += QByteArray::number(i) + "\tb\n";
+        return lines;
+    }();
+}
+
+void TestCredentialsDialog::doesWithoutABadCompanion()
+{
+    QFETCH(QByteArray, says);
+    QLocalServer companion;
+    QVERIFY(companion.listen(cODAdaptor::companionServer()));
+    cODAdaptor adaptor;
+    QTRY_VERIFY(companion.hasPendingConnections());
+    QLocalSocket *client = companion.nextPendingConnection();
+    QTRY_VERIFY(client->canReadLine());
+    QCOMPARE(client->readAll(), "LIST\n");
+    client->write("host\tgate\n\nrubbish\nhost\t \n" + says);
+    QTRY_COMPARE(client->state(), QLocalSocket::UnconnectedState);
+    QCOMPARE(adaptor.name("host"), "");
+}
+
+QTEST_MAIN(TestCredentialsDialog)
+#include "tst_credentials_dialog.moc"

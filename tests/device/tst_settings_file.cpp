@@ -1,0 +1,247 @@
+#include "NotedStore.h"
+#include "OwnUserFolders.h"
+#include "device/Authorization.h"
+#include "device/SavedCredentials.h"
+#include "device/SettingsFile.h"
+#include "store/PasswordDigest.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryFile>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+constexpr int Programs = 4;
+constexpr int SavedByEach = 40;
+
+Credentials record(const QByteArray &url, const QByteArray &login, int level = 0)
+{
+    return {true, url, "Gate", level, login, passwordDigest(login)};
+}
+
+QString logins(const SettingsMap &settings)
+{
+    QStringList found;
+    const int count = settings.value("authorization/count").toInt();
+    for (int i = 0; i < count; ++i) {
+        const QString number = QString::number(i);
+        found << settings.value("authorization/login" + number) + '@' +
+                     settings.value("authorization/url" + number);
+    }
+    return found.join(' ');
+}
+
+} // namespace
+
+class TestSettingsFile : public QObject
+{
+    Q_OBJECT
+
+public:
+    static int actAs(const QString &role);
+
+private Q_SLOTS:
+    void init();
+    void findsItsFile_data();
+    void findsItsFile();
+    void worksWithoutAFolder();
+    void giveUpWhenNothingIsInstalled();
+    void keepsWhatSeveralProgramsSave();
+    void savesOneRecordForEachRecorder_data();
+    void savesOneRecordForEachRecorder();
+    void fillsInWithoutAsking();
+
+private:
+    std::unique_ptr<OwnUserFolders> m_user;
+};
+
+/// What this program does when a test starts it again.
+int TestSettingsFile::actAs(const QString &role)
+{
+    if (role == "nothing installed") {
+        auto places = SettingsFile::Places::standard();
+        places.shippedFile = "/nowhere/settings.ini";
+        places.builtInFile.clear();
+        const SettingsFile file(places);
+        return 0;
+    }
+    for (int i = 0; i < SavedByEach; ++i)
+        Save(record((role + QString::number(i)).toUtf8(), "admin"));
+    return 0;
+}
+
+void TestSettingsFile::init()
+{
+    m_user = std::make_unique<OwnUserFolders>();
+}
+
+void TestSettingsFile::findsItsFile_data()
+{
+    QTest::addColumn<QByteArray>("user");
+    QTest::addColumn<QByteArray>("shipped");
+    QTest::addColumn<QByteArray>("remember");
+    QTest::addColumn<bool>("isDamaged");
+    const auto row = [](const char *name, const QByteArray &user, const QByteArray &shipped,
+                        const QByteArray &remember, bool isDamaged = false) {
+        QTest::newRow(name) << user << shipped << remember << isDamaged;
+    };
+    const QByteArray no = "[authorization]\nremember=6e6f\n"; // "no"
+    const QByteArray off = "[default]\r\nauthorization/remember=6f6666\r\n";
+    row("none", "", "", "true");
+    row("none, a default beside the program", "", off, "off");
+    row("none, a damaged default beside the program", "", "\1\2", "true");
+    row("its own value before the default", off + no, "", "no");
+    row("as the toolkit writes it", "; x\n[default]\nauthorization\\remember=6F6666\n[a]\nb=\n", no, "off");
+    row("no line of settings", no + "rubbish\n", off, "off", true);
+    row("value without its last digit", "[authorization]\nremember=6e6", "", "true", true);
+    row("value in plain text", "[authorization]\nremember=yes\n", "", "true", true);
+    row("far too large", "; " + QByteArray(5'000'000, 'x'), "", "true", true);
+}
+
+void TestSettingsFile::findsItsFile()
+{
+    QFETCH(QByteArray, user);
+    QFETCH(QByteArray, shipped);
+    QFETCH(QByteArray, remember);
+    QFETCH(bool, isDamaged);
+    auto places = SettingsFile::Places::standard();
+    QTemporaryDir program;
+    places.shippedFile = program.filePath("settings.ini");
+    const auto write = [](const QString &path, const QByteArray &text) {
+        QFile file(path);
+        if (!text.isEmpty())
+            QVERIFY(QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+                    file.write(text) > 0);
+    };
+    write(places.shippedFile, shipped);
+    write(m_user->settingsPath(), user);
+    if (isDamaged)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("settings.ini was damaged; it is kept as"));
+
+    const QByteArray anyBytes("a\0\n='\xff", 6);
+    {
+        SettingsFile file(places);
+        QCOMPARE(file.value("authorization/remember"), remember);
+        QCOMPARE(QFile(m_user->settingsPath()).permissions() & QFile::Permissions(0x0fff),
+                 QFile::Permissions(0x0600));
+        file.setValue("new/key", anyBytes);
+    }
+    QCOMPARE(SettingsFile(places).value("authorization/remember"), remember);
+    QCOMPARE(SettingsFile(places).value("new/key"), anyBytes);
+    const QString notice = SettingsFile::takeNotice();
+    QCOMPARE(!notice.isEmpty(), isDamaged);
+    const QDir folder = QFileInfo(m_user->settingsPath()).dir();
+    const QStringList aside = folder.entryList({"settings.ini.damaged*"});
+    QCOMPARE(aside.size(), isDamaged ? 1 : 0);
+    QVERIFY(!isDamaged ||
+            (notice.contains(aside.first()) && contentOf(folder.filePath(aside.first())) == user));
+}
+
+void TestSettingsFile::worksWithoutAFolder()
+{
+    auto places = SettingsFile::Places::standard();
+    QTemporaryFile inTheWay;
+    QVERIFY(inTheWay.open());
+    places.folder = inTheWay.fileName() + "/Paravue";
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("nothing will be remembered"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("nothing is remembered"));
+    SettingsFile file(places);
+    file.setValue("authorization/remember", "false");
+    file.sync();
+    QCOMPARE(file.value("authorization/remember"), "false");
+}
+
+void TestSettingsFile::giveUpWhenNothingIsInstalled()
+{
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(), {"--act-as", "nothing installed"});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+    QVERIFY(program.readAllStandardError().contains(
+        "File /nowhere/settings.ini not found. Please reinstall the application."));
+}
+
+void TestSettingsFile::keepsWhatSeveralProgramsSave()
+{
+    QProcess programs[Programs];
+    for (int i = 0; i < Programs; ++i)
+        programs[i].start(QCoreApplication::applicationFilePath(), {"--act-as", QString("host%1-").arg(i)});
+    for (QProcess &program : programs) {
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 0);
+    }
+    const SettingsFile file;
+    QCOMPARE(file.value("authorization/count").toInt(), Programs * SavedByEach);
+    for (int i = 0; i < Programs * SavedByEach; ++i) {
+        const QString url = QString("host%1-%2").arg(i % Programs).arg(i / Programs);
+        QVERIFY2(savedCredentials(file.all(), url.toUtf8()), qPrintable(url));
+    }
+}
+
+void TestSettingsFile::savesOneRecordForEachRecorder_data()
+{
+    QTest::addColumn<QByteArray>("url");
+    QTest::addColumn<bool>("remember");
+    QTest::addColumn<QString>("kept");
+    QTest::newRow("another") << QByteArray("c") << true << "a@Host b@host:7000 c@c";
+    QTest::newRow("same, in other letters") << QByteArray("hOST") << true << "b@host:7000 c@hOST";
+    QTest::newRow("same, with the usual port")
+        << QByteArray("host:5049") << true << "b@host:7000 c@host:5049";
+    QTest::newRow("port beyond 15 bits")
+        << QByteArray("host:-25536") << true << "a@Host b@host:7000 c@host:-25536";
+    QTest::newRow("to be forgotten") << QByteArray("HOST:7000") << false << "a@Host";
+}
+
+void TestSettingsFile::savesOneRecordForEachRecorder()
+{
+    QFETCH(QByteArray, url);
+    QFETCH(bool, remember);
+    // Number 1 is missing, and the last one is left over from a longer list.
+    SettingsMap settings{{"authorization/count", "2"},       {"authorization/url0", "Host"},
+                         {"authorization/login0", "a"},      {"authorization/url2", "host:7000"},
+                         {"authorization/login2", "b"},      {"authorization/url3", "old"},
+                         {"authorization/remember", "false"}};
+    Credentials added = record(url, "c", 2);
+    added.remember = remember;
+    saveCredentials(settings, added);
+    QTEST(logins(settings), "kept");
+    QVERIFY(!settings.contains("authorization/url3") && !settings.contains("authorization/login3"));
+    QCOMPARE(settings.value("authorization/remember"), "false");
+    const auto found = savedCredentials(settings, url.toLower());
+    QCOMPARE(found.has_value(), remember);
+    QVERIFY(!found || (found->password == passwordDigest("c") && found->level == 2 && found->name == "Gate"));
+}
+
+void TestSettingsFile::fillsInWithoutAsking()
+{
+    Save(record("Host", "operator", 1));
+    // The bytes are on the disk, and no value stands there as it is.
+    QVERIFY(contentOf(m_user->settingsPath()).contains("url0=486f7374\r\n"));
+    Credentials known{false, "host:5049", "", 0, "", ""};
+    QVERIFY(OrbNetSetup::lookUpCredentials(known));
+    QCOMPARE(known.login + ' ' + known.password + ' ' + QByteArray::number(known.level),
+             "operator " + passwordDigest("operator") + " 1");
+    for (const int level : {0, 1}) {
+        Credentials unknown{false, "other", "", level, "", ""};
+        QVERIFY(OrbNetSetup::lookUpCredentials(unknown));
+        QCOMPARE(unknown.login, level == 0 ? "guest" : "admin");
+        QCOMPARE(unknown.password, "d41d8cd98f00b204e9800998ecf8427e");
+    }
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--act-as")
+        return TestSettingsFile::actAs(arguments.value(2));
+    TestSettingsFile test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_settings_file.moc"

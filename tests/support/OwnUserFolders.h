@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QStandardPaths>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace paravue::test
+{
+
+/// While it lives, what programs keep for the user goes to a temporary folder: settings, and the sockets of a
+/// companion. Programs that a test starts inherit that.
+class OwnUserFolders
+{
+public:
+    OwnUserFolders()
+    {
+#ifdef Q_OS_WIN
+        QStandardPaths::setTestModeEnabled(true);
+#else
+        for (const char *variable : {"XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+            qputenv(variable, m_folder.path().toLocal8Bit());
+#endif
+    }
+
+    QString settingsPath() const
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+               "/Paravue/settings.ini";
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+} // namespace paravue::test
