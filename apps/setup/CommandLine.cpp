@@ -89,7 +89,10 @@ CommandLine CommandLine::parse(const QStringList &words)
     parser.addOptions(
         {help, version, digest, demo, demoData, screenshot, language, check, json, preview, files});
     acceptToolkitOptions(parser);
-    parser.addPositionalArgument("ADDRESS", tr("The recorder: login:password@host[:port]"), "[ADDRESS]");
+    parser.addPositionalArgument("ADDRESS",
+                                 tr("The recorder: [login:password@]host[:port]. Without a login the "
+                                    "remembered one is used."),
+                                 "[ADDRESS]");
 
     const bool isParsed = parser.parse(words);
     if (parser.isSet(help))

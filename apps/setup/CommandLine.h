@@ -13,7 +13,7 @@ struct CommandLine {
     Task task = Task::RunSession;
     QString text; ///< what to show: the help, the version, or what is wrong with the command line
 
-    QString address;        ///< of the recorder, in the form that OrbNetSetup takes; empty with demo
+    QString address;        ///< of the recorder, possibly without a login; empty with demo
     bool demo = false;      ///< start the recorder simulator and connect to that
     QString demoDataFolder; ///< where the simulator keeps its files; empty: in a temporary folder
     QString description;    ///< not empty: the interface description to check, or to show without a recorder

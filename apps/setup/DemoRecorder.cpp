@@ -106,7 +106,7 @@ QString DemoRecorder::start(const QString &dataFolder)
     // The simulator must not outlive us even when we are killed.
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
 #endif
-    m_process.start(program, {"--port", QString::number(freePort()), "--data", m_dataFolder});
+    m_process.start(program, {"--port", QString::number(freePort()), "--data", m_dataFolder, "--companion"});
     if (!m_process.waitForStarted(StartLimitMs))
         return tr("%1 could not be started: %2").arg(program, m_process.errorString());
 

@@ -1,9 +1,12 @@
 #include "RecorderAddress.h"
 
+#include "device/OrbNetSetup.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QStringList>
 
+#include <algorithm>
 #include <limits>
 
 namespace paravue
@@ -33,10 +36,10 @@ RecorderAddress RecorderAddress::fromText(const QString &text, Password password
 {
     // The library splits at the last "@", and the login from the password at the last ":" before it.
     const qsizetype at = text.lastIndexOf('@');
-    const QString account = text.left(at);
+    const QString account = text.left(std::max<qsizetype>(at, 0));
     const qsizetype colon = account.lastIndexOf(':');
-    if (at < 0 || colon < 0)
-        return refused(tr("an address has the form login:password@host[:port]"));
+    if (at >= 0 && colon < 0)
+        return refused(tr("an address has the form [login:password@]host[:port]"));
 
     const QStringList hostParts = text.mid(at + 1).split(':');
     const QString host = hostParts.first();
@@ -56,10 +59,24 @@ RecorderAddress RecorderAddress::fromText(const QString &text, Password password
         url += ':' + portText(static_cast<quint16>(port));
     }
 
+    if (at < 0)
+        return {url, {}};
     QString sent = account.mid(colon + 1);
     if (password == Password::AsTyped)
         sent = digestOf(sent);
     return {account.left(colon) + ':' + sent + '@' + url, {}};
+}
+
+QString RecorderAddress::withLogin(const QString &address)
+{
+    if (address.contains('@'))
+        return address;
+    Credentials record;
+    record.url = address.toLocal8Bit();
+    record.level = 1; // setting up is an administrator's work
+    OrbNetSetup::lookUpCredentials(record);
+    return QString("%1:%2@%3")
+        .arg(QString::fromLocal8Bit(record.login), QString::fromLocal8Bit(record.password), address);
 }
 
 QString RecorderAddress::portText(quint16 port)

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "DemoRecorder.h"
 #include "PreviewFiles.h"
+#include "RecorderAddress.h"
 #include "SaveWatch.h"
 #include "ScreenshotTour.h"
 
@@ -79,12 +80,14 @@ ExitCode runSession(const CommandLine &commandLine)
     if (!commandLine.description.isEmpty())
         return runPreview(commandLine);
     DemoRecorder demo;
-    QString address = commandLine.address;
+    QString address;
     if (commandLine.demo) {
         const QString problem = demo.start(commandLine.demoDataFolder);
         if (!problem.isEmpty())
             return failed(problem, commandLine.screenshotFolder.isEmpty());
         address = demo.address();
+    } else {
+        address = RecorderAddress::withLogin(commandLine.address);
     }
     OrbNetSetup store(address);
     if (!commandLine.screenshotFolder.isEmpty())

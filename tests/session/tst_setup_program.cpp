@@ -1,12 +1,15 @@
+#include "OwnUserFolders.h"
 #include "recorder/RecorderServer.h"
 #include "setup/CommandLine.h"
 #include "setup/RecorderAddress.h"
 #include "setup/SetupProgram.h"
 
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QDialog>
 #include <QDir>
 #include <QJsonDocument>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMap>
 #include <QMessageBox>
@@ -50,6 +53,15 @@ Run runProgram(const QStringList &arguments, const QString &platform = "offscree
 QString addressOf(const recorder::RecorderServer &recorder, const QString &account)
 {
     return account + "@127.0.0.1:" + QString::number(recorder.port());
+}
+
+QPushButton *buttonWithText(const QWidget &window, const QString &text)
+{
+    for (QPushButton *button : window.findChildren<QPushButton *>()) {
+        if (button->text() == text)
+            return button;
+    }
+    return nullptr;
 }
 
 /// Acts as the user of a session: does \a act to the topmost window whenever there is one.
@@ -97,12 +109,14 @@ private Q_SLOTS:
     void finishesTheSaveOfAnAcceptedWindow();
     void endsWithOneWhenCancelled();
     void tellsWhenTheSaveFails();
+    void asksForALoginOnce();
 
 private:
-    CommandLine sessionWithTheRecorder() const;
+    CommandLine sessionWithTheRecorder(const QString &account = "admin:admin@") const;
     ExitCode runSessionAs(const CommandLine &commandLine, const std::function<void(QWidget &)> &user);
     ExitCode runSessionAs(const std::function<void(QWidget &)> &user);
 
+    test::OwnUserFolders m_user;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
     QStringList m_received;
@@ -133,6 +147,7 @@ void TestSetupProgram::readsAddresses_data()
     QTest::newRow("port") << "a:b@host:32767" << false << "a:b@host:32767";
     QTest::newRow("port beyond 15 bits") << "a:b@host:32768" << false << "a:b@host:-32768";
     QTest::newRow("last port") << "a:b@host:65535" << false << "a:b@host:-1";
+    QTest::newRow("no login") << "host:40000" << true << "host:-25536";
     QTest::newRow("separators in login and password") << "a:b:c@d@host" << false << "a:b:c@d@host";
     QTest::newRow("typed password") << "admin:admin@host" << true
                                     << "admin:21232f297a57a5a743894a0e4a801fc3@host";
@@ -167,7 +182,7 @@ void TestSetupProgram::refusesWrongUsage_data()
     QTest::newRow("nothing") << QStringList() << "no address";
     QTest::newRow("two addresses") << QStringList{address, address} << "more than one address";
     QTest::newRow("unknown option") << QStringList{address, "--nonsense"} << "nonsense";
-    QTest::newRow("no login") << QStringList{"s3cret@host"} << "login:password@host[:port]";
+    QTest::newRow("no login") << QStringList{"s3cret@host"} << "[login:password@]host[:port]";
     QTest::newRow("no host") << QStringList{"admin:s3cret@"} << "names no host";
     QTest::newRow("port 0") << QStringList{address + ":0"} << "port must be";
     QTest::newRow("port too large") << QStringList{address + ":65536"} << "port must be";
@@ -357,12 +372,11 @@ void TestSetupProgram::leavesNoFilesWhenInterrupted()
     QCOMPARE(local.entryList(QDir::Files), QStringList());
 }
 
-CommandLine TestSetupProgram::sessionWithTheRecorder() const
+CommandLine TestSetupProgram::sessionWithTheRecorder(const QString &account) const
 {
     CommandLine commandLine;
-    const auto address =
-        RecorderAddress::fromText(addressOf(*m_recorder, "admin:admin"), RecorderAddress::Password::AsSent);
-    commandLine.address = address.address;
+    const QString url = addressOf(*m_recorder, {}).mid(1);
+    commandLine.address = RecorderAddress::fromText(account + url, RecorderAddress::Password::AsSent).address;
     commandLine.language = "en";
     return commandLine;
 }
@@ -383,10 +397,8 @@ void TestSetupProgram::finishesTheSaveOfAnAcceptedWindow()
 {
     m_recorder->setReplyDelay(30); // the save is still running when the window has closed
     const ExitCode code = runSessionAs([](QWidget &top) {
-        for (QPushButton *button : top.findChildren<QPushButton *>()) {
-            if (button->text() == "Save")
-                button->click();
-        }
+        if (QPushButton *save = buttonWithText(top, "Save"))
+            save->click();
     });
     QCOMPARE(code, Accepted);
     QCOMPARE(m_received, QStringList({"streams", "net", "time", "timers", "disk", "users", "state"}));
@@ -408,16 +420,52 @@ void TestSetupProgram::tellsWhenTheSaveFails()
             box->accept();
             return;
         }
-        for (QPushButton *button : top.findChildren<QPushButton *>()) {
-            if (button->text() != "Save")
-                continue;
-            button->click();
+        if (QPushButton *save = buttonWithText(top, "Save")) {
+            save->click();
             m_recorder->close();
         }
     });
     QCOMPARE(code, Failed);
     QVERIFY(!message.isEmpty());
     QVERIFY(m_received.size() < 7);
+}
+
+void TestSetupProgram::asksForALoginOnce()
+{
+    QFile accounts(m_recorder->filePath("users"));
+    QVERIFY(accounts.open(QIODevice::WriteOnly));
+    accounts.write("CNT=1\nNAME0=admin\nPASSWD0=s3cret\nLEVEL0=2\n");
+    accounts.close();
+    QStringList passwords{"s3cre", "s3cret"};
+    QStringList events;
+    const auto user = [&](QWidget &top) {
+        if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+            events += box->text();
+            box->accept();
+        } else if (auto *password = top.findChild<QLineEdit *>("lineEditPassword")) {
+            events += top.findChild<QLabel *>("labelRefusal")->text();
+            // The login is typed once.
+            if (passwords.size() == 2)
+                QTest::keyClicks(top.focusWidget(), "admin");
+            QTest::keyClicks(password, passwords.takeFirst());
+            QTest::keyClick(password, Qt::Key_Return);
+        } else if (buttonWithText(top, "Save")) {
+            events += "loaded";
+            QTest::keyClick(&top, Qt::Key_Escape);
+        }
+    };
+    const QString refused = "The recorder has refused the login.";
+    QCOMPARE(runSessionAs(sessionWithTheRecorder("admin:wrong@"), user), Rejected);
+    QCOMPARE(events, QStringList({refused, refused, "loaded"}));
+    QCOMPARE(runSessionAs(sessionWithTheRecorder(""), user), Rejected);
+    QCOMPARE(events, QStringList({refused, refused, "loaded", "loaded"}));
+
+    QFile settings(m_user.settingsPath());
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    const QByteArray text = settings.readAll();
+    const QByteArray digest = QCryptographicHash::hash("s3cret", QCryptographicHash::Md5).toHex();
+    QVERIFY(text.contains("password0=" + digest.toHex()));
+    QVERIFY(!text.contains(QByteArray("s3cret").toHex()) && !text.contains("password1="));
 }
 
 QTEST_MAIN(TestSetupProgram)
