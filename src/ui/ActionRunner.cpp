@@ -53,7 +53,7 @@ void ActionRunner::reactToChange(const Control &control)
             continue;
         if (isCall(action)) {
             if (asksForState || runsCalls)
-                call(action);
+                runCall(action);
         } else if (asksForState) {
             setEnabled(action, action.attribute(QStringLiteral("type")) == QLatin1String("enable"));
         }
@@ -76,7 +76,7 @@ void ActionRunner::runCalls(const QDomElement &owner)
 {
     for (const QDomElement &action : actionsOf(owner)) {
         if (isCall(action))
-            call(action);
+            runCall(action);
     }
 }
 
@@ -102,7 +102,7 @@ void ActionRunner::setEnabled(const QDomElement &action, bool enabled)
     }
 }
 
-void ActionRunner::call(const QDomElement &action)
+void ActionRunner::runCall(const QDomElement &action)
 {
     if (!enter())
         return;
@@ -128,7 +128,7 @@ void ActionRunner::suspend(const std::function<void()> &wait)
     wait();
 }
 
-void ActionRunner::invoke(QWidget *target, const QDomElement &action)
+void ActionRunner::invoke(const QPointer<QWidget> &target, const QDomElement &action)
 {
     const QString slot = action.attribute(QStringLiteral("slot"), QStringLiteral("setText"));
     const bool hasParam = action.hasAttribute(QStringLiteral("param"));
@@ -143,11 +143,14 @@ void ActionRunner::invoke(QWidget *target, const QDomElement &action)
                        << (hasParam ? "with a text" : "without an argument");
         return;
     }
-    if (hasParam)
-        method.invoke(target, Qt::DirectConnection,
-                      Q_ARG(QString, m_context.text(action.attribute(QStringLiteral("param")))));
-    else
+    if (!hasParam) {
         method.invoke(target, Qt::DirectConnection);
+        return;
+    }
+    const QString param = m_context.text(action.attribute(QStringLiteral("param")));
+    const bool isPermitted = !m_permit || m_permit(*target, slot, param);
+    if (isPermitted && target)
+        method.invoke(target, Qt::DirectConnection, Q_ARG(QString, param));
 }
 
 void ActionRunner::setCaption(QWidget &target, const QDomElement &action)

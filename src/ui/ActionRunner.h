@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDomElement>
+#include <QList>
+#include <QPointer>
 #include <QString>
 
 #include <functional>
@@ -31,14 +33,21 @@ public:
     void reactToState(const Control &control);
     /// The call actions of an element that is no control: a button of the window, a dialog.
     void runCalls(const QDomElement &owner);
+    /// One call action, whatever element it stands in: a time task is one too.
+    void runCall(const QDomElement &action);
+    /// True while actions act rather than the user.
+    bool isRunning() const { return m_depth > 0; }
+    /// The widgets of the elements that have a child with this tag.
+    QList<QWidget *> targets(const QString &tag) const;
+    /// \a permit decides about each call before it is made; it may wait for the user.
+    using Permit = std::function<bool(const QWidget &target, const QString &slot, const QString &param)>;
+    void setPermit(const Permit &permit) { m_permit = permit; }
     /// Runs \a wait, in which the user acts on: what happens there is no part of the actions that led to it.
     void suspend(const std::function<void()> &wait);
 
 private:
-    QList<QWidget *> targets(const QString &tag) const;
     void setEnabled(const QDomElement &action, bool enabled);
-    void call(const QDomElement &action);
-    void invoke(QWidget *target, const QDomElement &action);
+    void invoke(const QPointer<QWidget> &target, const QDomElement &action);
     void setCaption(QWidget &target, const QDomElement &action);
     bool enter();
     void leave();
@@ -46,6 +55,7 @@ private:
     const InterfaceDocument &m_document;
     ControlTable &m_table;
     ControlContext &m_context;
+    Permit m_permit;
     int m_depth = 0;
     qsizetype m_work = 0;     ///< elements that actions have looked at since the outermost one began
     bool m_unwinding = false; ///< an endless chain was cut, and nothing more runs until it has ended

@@ -108,6 +108,11 @@ QStringList EditControl::assignments(ControlContext &, const Control &control) c
     return assignmentsToKeys(control, qobject_cast<QLineEdit *>(control.widget)->text());
 }
 
+bool EditControl::isTyped(const Control &control) const
+{
+    return qobject_cast<QLineEdit *>(control.widget)->isModified();
+}
+
 QString EditControl::actionState(const Control &control) const
 {
     const auto *edit = qobject_cast<QLineEdit *>(control.widget);

@@ -24,6 +24,7 @@ public:
     ChangeSignal changeSignal() const override;
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;
+    bool isTyped(const Control &) const override;
     QString actionState(const Control &) const override;
     QStringList actionStates() const override { return {QStringLiteral("empty"), QStringLiteral("filled")}; }
 };

@@ -13,8 +13,8 @@
 namespace paravue
 {
 
-Bindings::Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions)
-    : m_context(context), m_table(table), m_actions(actions)
+Bindings::Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions, LocalPaths &paths)
+    : m_context(context), m_table(table), m_actions(actions), m_paths(paths)
 {
 }
 
@@ -58,25 +58,28 @@ void Bindings::changed(QWidget *sender)
         return;
     }
     const int number = control->number;
-    write(control->type->assignments(m_context, *control));
+    const bool isTyped = control->type->isTyped(*control) && !m_actions.isRunning();
+    write(control->type->assignments(m_context, *control),
+          isTyped ? ValueOrigin::Person : ValueOrigin::Description);
     // A write can lead anywhere, even to a new description.
     control = m_table.find(number);
     if (control && control->widget == sender)
         m_actions.reactToChange(*control);
 }
 
-void Bindings::write(const QString &assignment)
+void Bindings::write(const QString &assignment, ValueOrigin origin)
 {
-    write(QStringList(assignment));
+    write(QStringList(assignment), origin);
 }
 
-void Bindings::write(const QStringList &assignments)
+void Bindings::write(const QStringList &assignments, ValueOrigin origin)
 {
     // A list shows thousands of addresses and writes all of them: whoever shows several is reloaded once.
     QList<int> dependants;
     QSet<int> known;
     for (const QString &assignment : assignments) {
         m_context.store().setValue(assignment);
+        m_paths.written(assignment, origin);
         for (const int number : m_table.dependants(OrbSetup::path(assignment))) {
             if (known.contains(number))
                 continue;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/LocalPaths.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -18,7 +20,7 @@ struct Control;
 class Bindings
 {
 public:
-    Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions);
+    Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions, LocalPaths &paths);
 
     /// The first pass over controls that were just built: each shows its value, then enables and disables
     /// what depends on it. Writes nothing and calls nothing.
@@ -28,9 +30,9 @@ public:
     /// The user has changed the value of \a sender.
     void changed(QWidget *sender);
     /// Writes "file/section/key/value" into the store and reloads every control that shows this address.
-    void write(const QString &assignment);
+    void write(const QString &assignment, ValueOrigin origin = ValueOrigin::Description);
     /// Writes all of them and then reloads each control that shows any of the addresses.
-    void write(const QStringList &assignments);
+    void write(const QStringList &assignments, ValueOrigin origin = ValueOrigin::Description);
 
 private:
     void reload(Control &control);
@@ -38,6 +40,7 @@ private:
     ControlContext &m_context;
     ControlTable &m_table;
     ActionRunner &m_actions;
+    LocalPaths &m_paths;
 };
 
 } // namespace paravue

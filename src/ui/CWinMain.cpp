@@ -5,6 +5,7 @@
 #include "store/OrbSetup.h"
 #include "ui/ControlAccessibility.h"
 #include "ui/DescribedFrame.h"
+#include "ui/ErrorDisplay.h"
 #include "ui/LoadingView.h"
 #include "ui/SetupSession.h"
 #include "ui/WindowDrag.h"
@@ -16,7 +17,6 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -24,20 +24,18 @@
 #include <QSizeGrip>
 #include <QStyle>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
-
-#include <utility>
 
 using namespace paravue;
 
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "paravue.window")
-
 const QString descriptionFile = QStringLiteral("interface");
 const QString progressFile = QStringLiteral("general");
 const QString progressAddress = QStringLiteral("general/progress_dialog/progress");
+constexpr int TaskTick = 500; // milliseconds
 const QString progressTag = QStringLiteral("progress_dialog");
 
 /// The host out of a store's address. Login and password are not for the screen, and a port may stand there
@@ -67,9 +65,16 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     registerPictures();
     setWindowTitle(tr("Paravue Setup"));
     setWindowModality(Qt::ApplicationModal);
+    m_errors = std::make_unique<ErrorDisplay>(*this, [this](const QString &message) {
+        if (!isBuilt())
+            loadingView().showFailure(message);
+    });
     m_session = std::make_unique<SetupSession>(
-        *setup, *this, [this](const QString &message) { Q_EMIT pseudothrow(message); },
-        [this](const QString &tag) { showDialog(tag); });
+        *setup, *this,
+        WindowServices{[this](const QString &message) { Q_EMIT pseudothrow(message); },
+                       [this](const QString &tag) { showDialog(tag); },
+                       [this](const auto &wait) { letUserAct(wait); },
+                       [this](const QString &path, PathUse use) { return askAboutPath(path, use); }});
     createWidgets();
     arrangeWidgets();
     m_frame = std::make_unique<DescribedFrame>(
@@ -127,6 +132,8 @@ void CWinMain::arrangeWidgets()
     buttons->addWidget(m_ok, 0, 1);
     buttons->addWidget(m_cancel, 0, 2);
     m_grip = new QSizeGrip(this);
+    m_taskTimer = new QTimer(this);
+    m_taskTimer->setInterval(TaskTick);
 
     m_pages = new QGridLayout;
     m_pages->setContentsMargins(PageMargin, 0, PageMargin, 0);
@@ -152,6 +159,7 @@ void CWinMain::wire()
     connect(m_ok, &QPushButton::clicked, this, &CWinMain::saveSettings);
     connect(m_cancel, &QPushButton::clicked, this, &CWinMain::reject);
     connect(m_header, &WindowHeader::closeRequested, this, &CWinMain::reject);
+    connect(m_taskTimer, &QTimer::timeout, this, &CWinMain::timeout);
     connect(m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
     connect(m_setup, &OrbSetup::loadDone, this, &CWinMain::onLoadDone);
@@ -171,19 +179,49 @@ int CWinMain::exec()
 void CWinMain::endSession()
 {
     disconnect(m_setup, nullptr, this, nullptr);
+    m_taskTimer->stop();
+    m_session->tasks.clear();
+    m_session->files.closeDialog();
     m_session->dialogs.closeAll();
+}
+
+void CWinMain::setTaskClock(const std::function<quint32()> &clock)
+{
+    m_session->tasks.setClock(clock);
+}
+
+void CWinMain::setPathQuestion(const PathQuestion &ask)
+{
+    m_session->paths.setQuestion(ask);
 }
 
 void CWinMain::operate(const std::function<void()> &work)
 {
-    if (m_operations == 0)
+    if (!m_errors->isOperating())
         m_session->context.startOver();
-    {
-        const QScopedValueRollback depth(m_operations, m_operations + 1);
-        work();
-    }
-    if (m_operations == 0 && !m_deferredError.isEmpty())
-        showError(std::exchange(m_deferredError, QString()));
+    m_errors->operate(work);
+}
+
+void CWinMain::letUserAct(const std::function<void()> &wait)
+{
+    const QScopedValueRollback unattended(m_session->context.unattended(), false);
+    m_errors->suspend([&] { m_session->actions.suspend(wait); });
+}
+
+bool CWinMain::askAboutPath(const QString &path, PathUse use)
+{
+    const QString text =
+        use == PathUse::Write
+            ? tr("The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? What the file "
+                 "holds now will be lost.")
+            : tr("The recorder wants to read this file of your computer:\n\n%1\n\nAllow it? Its content may "
+                 "be sent to the recorder.");
+    QMessageBox::StandardButton answer = QMessageBox::No;
+    letUserAct([&] {
+        answer = OrbDlgQuestion::Do(this, QMessageBox::Warning, windowTitle(), text.arg(path),
+                                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    });
+    return answer == QMessageBox::Yes;
 }
 
 void CWinMain::onSetupProgress(int percent)
@@ -203,10 +241,15 @@ void CWinMain::onSetupProgress()
     operate([this] {
         if (!m_setup->fileExists(progressFile))
             return;
-        if (m_setup->value(progressAddress).toInt() < 100)
-            m_session->dialogs.show(progressTag);
-        else
+        const int percent = m_setup->value(progressAddress).toInt();
+        const bool isDone = percent >= 100;
+        if (isDone || percent < m_progress)
+            m_progressShown = false;
+        m_progress = percent;
+        if (isDone)
             m_session->dialogs.close(progressTag);
+        else if (!m_progressShown)
+            m_progressShown = m_session->dialogs.show(progressTag);
     });
 }
 
@@ -231,6 +274,12 @@ void CWinMain::onCtrlChanged()
     operate([&] { m_session->bindings.changed(control); });
 }
 
+void CWinMain::timeout()
+{
+    if (isVisible())
+        operate([this] { m_session->tasks.tick(); });
+}
+
 void CWinMain::onLoadDone()
 {
     operate([this] { readDescription(); });
@@ -239,12 +288,8 @@ void CWinMain::onLoadDone()
 void CWinMain::showDialog(const QString &tag)
 {
     operate([&] {
-        m_session->dialogs.run(tag, [this](QDialog &dialog) {
-            // While the user is in the dialog nothing is half done, so errors need not wait.
-            const QScopedValueRollback depth(m_operations, 0);
-            operate([] {});
-            m_session->actions.suspend([&] { DialogLoop::run(dialog); });
-        });
+        m_session->dialogs.run(tag,
+                               [this](QDialog &dialog) { letUserAct([&] { DialogLoop::run(dialog); }); });
         m_session->users.dialogClosed(tag);
     });
 }
@@ -259,9 +304,26 @@ void CWinMain::softListSlot(const QString &tag)
     operate([&] { m_session->packages.run(tag); });
 }
 
+void CWinMain::fileDialog(const QString &param)
+{
+    operate([&] { m_session->files.chooseFile(param); });
+}
+
+void CWinMain::settingsSlot(const QString &param)
+{
+    operate([&] { m_session->files.transferSettings(param); });
+}
+
+void CWinMain::saveFileAs(const QString &param)
+{
+    operate([&] { m_session->files.copyConfigurationFile(param); });
+}
+
 void CWinMain::setValue(const QString &assignment)
 {
-    operate([&] { m_session->bindings.write(assignment); });
+    // Without an action it is the host that calls.
+    const auto origin = m_session->actions.isRunning() ? ValueOrigin::Description : ValueOrigin::Person;
+    operate([&] { m_session->bindings.write(assignment, origin); });
 }
 
 void CWinMain::saveSettings()
@@ -274,26 +336,9 @@ void CWinMain::saveSettings()
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
     m_session->dialogs.close(progressTag);
-    if (m_errorOnScreen || (m_operations > 0 && !m_deferredError.isEmpty())) {
-        qCWarning(log).noquote() << "not shown, another message came first:" << s;
-        return;
-    }
-    if (!isBuilt())
-        loadingView().showFailure(s);
-    if (m_operations > 0)
-        m_deferredError = s;
-    else
-        showError(s);
-}
-
-void CWinMain::showError(const QString &message)
-{
-    m_errorOnScreen = true;
-    OrbDlgQuestion::Do(this, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
-                       QMessageBox::NoButton);
-    // Whoever reported this may go on to report what follows from it before the event loop runs again.
-    QMetaObject::invokeMethod(
-        this, [this] { m_errorOnScreen = false; }, Qt::QueuedConnection);
+    m_progressShown = false;
+    m_errors->show(s, m_session->context.unattended() ? ErrorDisplay::Repeats::Logged
+                                                      : ErrorDisplay::Repeats::Allowed);
 }
 
 void CWinMain::readDescription()
@@ -324,7 +369,10 @@ void CWinMain::build(const QByteArray &description, const QString &path)
         return;
     }
     m_session->dialogs.closeAll();
+    m_session->tasks.clear();
     m_session->table.clear();
+    m_session->context.startDescription();
+    m_errors->startOver();
     m_session->document = document;
 
     const bool isFirst = !isBuilt();
@@ -335,6 +383,8 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_frame->build(shownPage);
     m_session->bindings.loadNew(m_session->table.numbersSince(0));
     chainTabOrder();
+    m_session->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
+    m_taskTimer->start();
     // Shown when the values are in: each of them would make a visible page arrange itself anew.
     if (m_loading) {
         m_loading->hide();
@@ -391,6 +441,8 @@ void CWinMain::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
     // A dialog may have closed the window, and would stay on the screen alone.
-    if (!event->spontaneous())
+    if (!event->spontaneous()) {
+        m_session->files.closeDialog();
         m_session->dialogs.closeAll();
+    }
 }

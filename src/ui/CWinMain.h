@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/LocalPaths.h"
+
 #include <QDateTime>
 #include <QDialog>
 #include <QString>
@@ -12,10 +14,12 @@ class QGridLayout;
 class QPushButton;
 class QSizeGrip;
 class QTabWidget;
+class QTimer;
 
 namespace paravue
 {
 class DescribedFrame;
+class ErrorDisplay;
 class LoadingView;
 class SetupSession;
 class WindowHeader;
@@ -42,6 +46,13 @@ public:
     /// Closes what the window has opened and lets go of the store. May throw, unlike the destructor.
     void endSession();
 
+    /// The millisecond clock of the time tasks; it may begin anywhere and wraps around. Without a call it is
+    /// a steady one.
+    void setTaskClock(const std::function<quint32()> &clock);
+    /// Who answers for the user when the description wants a file of this computer. Without a call it is the
+    /// user, in a message box.
+    void setPathQuestion(const paravue::PathQuestion &ask);
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
@@ -55,12 +66,16 @@ public Q_SLOTS:
     void onCtrlChanged();
     void onCtrlChanged(const QDateTime &);
     void onCtrlChanged(const QString &);
+    void timeout();
     void onLoadDone();
     void showDialog(const QString &tag);
     void accessListSlot(const QString &tag);
     void softListSlot(const QString &tag);
+    void fileDialog(const QString &param);
+    void settingsSlot(const QString &param);
     void setValue(const QString &assignment);
     void saveSettings();
+    void saveFileAs(const QString &param);
     void slot_onpseudothrow(const QString &s);
 
 protected:
@@ -74,15 +89,17 @@ private:
     void arrangeWidgets();
     paravue::LoadingView &loadingView();
     void wire();
-    /// Runs a piece of work during which errors wait, so that a burst of them becomes one message, and no
-    /// message box lets other events in while the work is half done.
+    /// Runs what the user, the store or a time task has started.
     void operate(const std::function<void()> &work);
+
+    /// Runs \a wait, an event loop in which the user acts.
+    void letUserAct(const std::function<void()> &wait);
+    bool askAboutPath(const QString &path, paravue::PathUse use);
 
     void readDescription();
     void build(const QByteArray &description, const QString &path);
     void chainTabOrder();
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
-    void showError(const QString &message);
 
     OrbSetup *m_setup;
     paravue::WindowHeader *m_header = nullptr;
@@ -92,12 +109,13 @@ private:
     QPushButton *m_ok = nullptr;
     QPushButton *m_cancel = nullptr;
     QSizeGrip *m_grip = nullptr;
-    QString m_builtFrom;     ///< path of the description that the pages were built from
-    QByteArray m_builtText;  ///< and its bytes
-    QString m_deferredError; ///< the first message of the operation that runs
-    int m_operations = 0;    ///< operations that run, one inside the other
-    bool m_errorOnScreen = false;
+    QTimer *m_taskTimer = nullptr;
+    QString m_builtFrom;    ///< path of the description that the pages were built from
+    QByteArray m_builtText; ///< and its bytes
+    int m_progress = 0;
+    bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
+    std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::SetupSession> m_session;
     std::unique_ptr<paravue::DescribedFrame> m_frame;
 };

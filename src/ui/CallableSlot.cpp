@@ -8,16 +8,16 @@ namespace paravue
 
 QMetaMethod callableSlot(const QMetaObject &widgetClass, const QString &slot, bool hasParam)
 {
-    // A style sheet can name files and servers.
-    if (slot == QLatin1String("setStyleSheet"))
-        return {};
     const QString signature = slot + (hasParam ? QStringLiteral("(QString)") : QStringLiteral("()"));
     const int index =
         widgetClass.indexOfSlot(QMetaObject::normalizedSignature(signature.toLatin1().constData()));
     if (index < QObject::staticMetaObject.methodCount())
         return {};
     const QMetaMethod method = widgetClass.method(index);
-    return method.access() == QMetaMethod::Public ? method : QMetaMethod();
+    // A style sheet can name files and servers; a dialog runs in an event loop of our own, or not at all. By
+    // the name of what was found, as the one asked for may have blanks around it.
+    const bool isHarmful = method.name() == "setStyleSheet" || method.name() == "exec";
+    return method.access() == QMetaMethod::Public && !isHarmful ? method : QMetaMethod();
 }
 
 bool setsCaption(const QMetaObject &widgetClass, const QString &slot, bool hasParam)

@@ -27,9 +27,9 @@ QString ControlContext::resolved(const QString &raw, Resolve resolve)
         return raw.left(Excerpt);
     const ResolvedText resolved = resolve();
     if (!resolved.withinLimits) {
-        report(QCoreApplication::translate("CWinMain",
-                                           "A text of the interface description is too large: \"%1\"")
-                   .arg(raw.left(Excerpt)));
+        reportOnce(QCoreApplication::translate("CWinMain",
+                                               "A text of the interface description is too large: \"%1\"")
+                       .arg(raw.left(Excerpt)));
         return raw.left(Excerpt);
     }
     return take(Characters, resolved.text.size()) ? resolved.text : raw.left(Excerpt);
@@ -61,6 +61,14 @@ void ControlContext::watch(const Control &control, const QString &address)
     m_table.addDependency(control, address);
 }
 
+void ControlContext::reportOnce(const QString &message)
+{
+    const auto known = m_reported.size();
+    m_reported.insert(message);
+    if (m_reported.size() > known)
+        m_report(message);
+}
+
 bool ControlContext::take(Resource resource, qsizetype amount)
 {
     if (amount <= m_left[resource]) {
@@ -70,7 +78,7 @@ bool ControlContext::take(Resource resource, qsizetype amount)
     // What is left would only make the rest cost the time of trying.
     m_left[resource] = 0;
     if (!std::exchange(m_isExhausted, true))
-        report(QCoreApplication::translate(
+        reportOnce(QCoreApplication::translate(
             "CWinMain", "The interface description is too large; a part of it is not shown"));
     return false;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -34,6 +35,11 @@ public:
     void watch(const Control &control, const QString &address);
 
     void report(const QString &message) { m_report(message); }
+    /// For what would come up again at every change: says it once for each description.
+    void reportOnce(const QString &message);
+
+    /// True while a time task acts rather than the user.
+    bool &unattended() { return m_unattended; }
 
     enum Resource { Characters, ListCells, GridLines };
     /// Takes \a amount from what the present operation may make. False, with one message to the user for the
@@ -41,6 +47,8 @@ public:
     bool take(Resource resource, qsizetype amount);
     /// A new operation begins.
     void startOver();
+    /// Another description begins.
+    void startDescription() { m_reported.clear(); }
 
 private:
     template <class Resolve>
@@ -52,6 +60,8 @@ private:
     std::function<void(const QString &)> m_report;
     std::array<qsizetype, 3> m_left{}; ///< by resource
     bool m_isExhausted = false;
+    bool m_unattended = false;
+    QSet<QString> m_reported;
 };
 
 } // namespace paravue

@@ -78,6 +78,8 @@ public:
 
     /// What a change writes, as address/value texts in their order. Empty: nothing.
     virtual QStringList assignments(ControlContext &, const Control &) const { return {}; }
+    /// True when the shown value was typed in, as opposed to chosen from what the description offers.
+    virtual bool isTyped(const Control &) const { return false; }
     /// The state that the actions of the control may ask for ("on", "empty", ...); empty without states.
     virtual QString actionState(const Control &) const { return {}; }
     /// All states that actionState() can give.

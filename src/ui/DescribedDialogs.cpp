@@ -7,6 +7,8 @@
 #include "ui/InterfaceDocument.h"
 #include "ui/PageArea.h"
 #include "ui/PageBuilder.h"
+#include "ui/TimeTasks.h"
+#include "ui/UiLimits.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -36,16 +38,19 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
         closed(dialog);
 }
 
-void DescribedDialogs::show(const QString &tag)
+bool DescribedDialogs::show(const QString &tag)
 {
     const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
-    if (element.isNull() || find(element))
-        return;
+    if (element.isNull())
+        return false;
+    if (find(element))
+        return true;
     QDialog *dialog = open(element);
     if (!dialog)
-        return;
+        return false;
     QObject::connect(dialog, &QDialog::finished, &m_window, [this, dialog] { closed(dialog); });
     dialog->show();
+    return true;
 }
 
 void DescribedDialogs::close(const QString &tag)
@@ -60,7 +65,7 @@ void DescribedDialogs::closeAll()
     // The dialogs that run modally come back to run(), which then finds nothing left to do.
     const std::vector<OpenDialog> open = std::exchange(m_open, {});
     for (const OpenDialog &entry : open) {
-        m_parts.table.remove(entry.controls);
+        release(entry);
         if (entry.dialog) {
             entry.dialog->disconnect(&m_window);
             entry.dialog->reject();
@@ -71,6 +76,12 @@ void DescribedDialogs::closeAll()
 
 QDialog *DescribedDialogs::open(const QDomElement &element)
 {
+    // Each modal one runs an event loop inside that of the one before.
+    if (m_open.size() >= limits::OpenDialogs) {
+        m_parts.context.report(
+            QCoreApplication::translate("CWinMain", "Too many dialogs are open at the same time"));
+        return nullptr;
+    }
     auto *dialog = new QDialog(&m_window);
     dialog->setWindowTitle(title(element));
     const int first = m_parts.table.nextNumber();
@@ -83,6 +94,7 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
     const QList<int> controls = m_parts.table.numbersSince(first);
     m_open.push_back({element, dialog, controls});
     m_parts.bindings.loadNew(controls);
+    m_parts.tasks.add(element);
     m_parts.actions.runCalls(element);
     dialog->installEventFilter(&m_window);
     // Its own actions may have brought a new description.
@@ -102,11 +114,18 @@ void DescribedDialogs::closed(QDialog *dialog)
                                     [&](const OpenDialog &open) { return open.dialog == dialog; });
     if (found == m_open.end())
         return;
-    m_parts.table.remove(found->controls);
+    const OpenDialog open = *found;
     m_open.erase(found);
+    release(open);
     dialog->hide();
     // Later: the dialog may be closing in the middle of an action of one of its own buttons.
     dialog->deleteLater();
+}
+
+void DescribedDialogs::release(const OpenDialog &open)
+{
+    m_parts.tasks.remove(open.element);
+    m_parts.table.remove(open.controls);
 }
 
 QString DescribedDialogs::title(const QDomElement &element) const

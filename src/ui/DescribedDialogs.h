@@ -21,6 +21,7 @@ class ControlContext;
 class ControlTable;
 class InterfaceDocument;
 class PageBuilder;
+class TimeTasks;
 
 /// The dialogs of the description. A dialog is found by the tag of any child of its element; it is built when
 /// it opens and leaves no trace in the document when it closes, so that it opens the same way again.
@@ -34,6 +35,7 @@ public:
         PageBuilder &builder;
         Bindings &bindings;
         ActionRunner &actions;
+        TimeTasks &tasks;
     };
 
     /// \a window owns the dialogs and is their event filter.
@@ -42,8 +44,8 @@ public:
     /// Runs the dialog until it is closed. \a runModal is what runs it; reports an unknown tag. A dialog that
     /// is open already stays as it is.
     void run(const QString &tag, const std::function<void(QDialog &)> &runModal);
-    /// Opens the dialog beside the window, or leaves it open.
-    void show(const QString &tag);
+    /// Opens the dialog beside the window, or leaves it open. False when there is no such dialog.
+    bool show(const QString &tag);
     /// Closes what show() has opened.
     void close(const QString &tag);
     void closeAll();
@@ -55,10 +57,12 @@ private:
         QList<int> controls;
     };
 
-    /// Null when the dialog was closed while it was being opened.
+    /// Null when the dialog was closed while it was being opened, or when too many are open.
     QDialog *open(const QDomElement &element);
     OpenDialog *find(const QDomElement &element);
     void closed(QDialog *dialog);
+    /// Drops what the dialog has put into the tables and the document.
+    void release(const OpenDialog &open);
     QString title(const QDomElement &element) const;
 
     QWidget &m_window;

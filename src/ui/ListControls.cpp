@@ -132,8 +132,8 @@ QString stateOf(const Control &control)
 int shownRows(ControlContext &context, int stored)
 {
     if (stored > limits::ListRows)
-        context.report(tr("A list has %1 rows; only the first %2 are shown")
-                           .arg(QString::number(stored), QString::number(limits::ListRows)));
+        context.reportOnce(tr("A list has %1 rows; only the first %2 are shown")
+                               .arg(QString::number(stored), QString::number(limits::ListRows)));
     return std::clamp(stored, 0, limits::ListRows);
 }
 

@@ -5,42 +5,52 @@
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/DescribedDialogs.h"
+#include "ui/FileCommands.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/LocalPaths.h"
 #include "ui/PackageListEditor.h"
 #include "ui/PageBuilder.h"
 #include "ui/TextResolver.h"
+#include "ui/TimeTasks.h"
 #include "ui/UserListEditor.h"
+#include "ui/WindowServices.h"
 
-#include <functional>
+#include <utility>
 
 namespace paravue
 {
 
 /// The parts that turn a description into a living window, each made of those above it.
 struct SetupSession {
-    using TextSink = std::function<void(const QString &)>;
-
-    /// \a report receives messages for the user; \a showDialog opens the dialog of a tag until it is closed.
-    SetupSession(OrbSetup &store, QWidget &window, const TextSink &report, const TextSink &showDialog)
-        : table(document), texts(document, store), context(store, texts, table, report),
-          actions(document, table, context), bindings(context, table, actions),
-          builder(context, table, window),
-          dialogs(window, {document, table, context, builder, bindings, actions}),
-          users({document, table, context, bindings, dialogs}, showDialog),
-          packages({document, table, context, bindings}, showDialog)
+    SetupSession(OrbSetup &store, QWidget &window, WindowServices windowServices)
+        : services(std::move(windowServices)), table(document), texts(document, store),
+          context(store, texts, table, services.report), paths(context, services.askAboutPath),
+          actions(document, table, context), bindings(context, table, actions, paths),
+          builder(context, table, window), tasks(context, actions),
+          dialogs(window, {document, table, context, builder, bindings, actions, tasks}),
+          users({document, table, context, bindings, dialogs}, services.showDialog),
+          packages({document, table, context, bindings}, services.showDialog),
+          files(window, {document, context, bindings, paths, services})
     {
+        actions.setPermit([this](const QWidget &target, const QString &slot, const QString &param) {
+            return paths.permitsCall(target, slot, param);
+        });
     }
 
+    const WindowServices services;
     InterfaceDocument document;
     ControlTable table;
     TextResolver texts;
     ControlContext context;
+    LocalPaths paths;
     ActionRunner actions;
     Bindings bindings;
     PageBuilder builder;
+    TimeTasks tasks;
     DescribedDialogs dialogs;
     UserListEditor users;
     PackageListEditor packages;
+    FileCommands files;
 };
 
 } // namespace paravue

@@ -82,6 +82,9 @@ void TestHostileDescription::staysUsable_data()
         "<buttonOK>" + call("click", "a") + "</buttonOK>");
     row("dialog that opens itself", caller(call("onCtrlChanged", "self") + call("showDialog", "self", "d")),
         Endless, "<x><d/>" + call("showDialog", "self", "d") + "</x>");
+    row("many time tasks", caller(call("showDialog", "self", "d")),
+        "The interface description has more than 1000 time tasks",
+        "<x><d/>" + QByteArray("<timetask period='1'/>").repeated(1001) + "</x>");
     QByteArray fan;
     for (char level = 'a'; level < 'm'; ++level)
         fan += caller(QByteArray("<") + level + "/>" + call("click", QByteArray(1, level + 1)).repeated(10));
@@ -164,6 +167,8 @@ void TestHostileDescription::boundsTheWholeDescription()
         describePage("<item type='edit'><key>net/untitled/NAME</key></item>" + cells,
                      "<translations><ru><long>" + QByteArray(1'000'000, 'x') + "</long></ru></translations>"),
         {{"net", "ROWS=10000\n"}});
+    QCOMPARE(window.messages.count(), 1);
+    window.fixture.store().load();
     QCOMPARE(window.messages.count(), 1);
     QTest::keyClicks(window.widget<QLineEdit>(), "ok");
     QCOMPARE(window.value("net/untitled/NAME"), "ok");

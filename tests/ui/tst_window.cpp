@@ -281,6 +281,14 @@ void TestWindow::showsProgressInTheDialog()
         Q_EMIT store.progress(100);
     }
     QCOMPARE(dialogs(window).size(), 0);
+    // One that the user has closed stays away until the next exchange.
+    Q_EMIT store.progress(20);
+    dialogs(window).first()->close();
+    Q_EMIT store.progress(40);
+    QCOMPARE(dialogs(window).size(), 0);
+    Q_EMIT store.progress(0);
+    QCOMPARE(dialogs(window).size(), 1);
+    Q_EMIT store.progress(100);
     // After a fault nothing would close it any more.
     Q_EMIT store.progress(10);
     Q_EMIT store.pseudothrow("Connection lost");

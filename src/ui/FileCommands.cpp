@@ -1,0 +1,195 @@
+#include "ui/FileCommands.h"
+
+#include "controls/DialogLoop.h"
+#include "store/OrbSetup.h"
+#include "store/TextPattern.h"
+#include "store/WholeFile.h"
+#include "ui/Bindings.h"
+#include "ui/ControlContext.h"
+#include "ui/InterfaceDocument.h"
+#include "ui/LocalPaths.h"
+#include "ui/SettingsFile.h"
+#include "ui/UiLimits.h"
+#include "ui/WindowServices.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileDialog>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CWinMain", text);
+}
+
+QString wrongParam(const QString &slot, const QString &param)
+{
+    return tr("Wrong %0 param \"%1\"").arg(slot, param);
+}
+
+QString wrongAction(const QString &slot, const QString &action)
+{
+    return tr("Wrong %0 action \"%1\"").arg(slot, action);
+}
+
+QString cannotOpen(const QString &path)
+{
+    return tr("Can't open file\"%1\"").arg(path);
+}
+
+enum FileDialogField { Action, Title, FirstOfFilter };
+
+} // namespace
+
+FileCommands::FileCommands(QWidget &window, const Parts &parts) : m_window(window), m_parts(parts) {}
+
+void FileCommands::chooseFile(const QString &param)
+{
+    const QString slot = QStringLiteral("CWinMain::fileDialog");
+    const QStringList fields = param.split(u',');
+    if (fields.size() < FirstOfFilter + 2) {
+        m_parts.context.report(wrongParam(slot, param));
+        return;
+    }
+    const QString action = fields[Action].trimmed();
+    const bool isSave = action == QLatin1String("save");
+    if (!isSave && action != QLatin1String("open")) {
+        m_parts.context.report(wrongAction(slot, action));
+        return;
+    }
+    const QString address = fields.constLast().trimmed();
+    const QString path = chosenPath(isSave, fields);
+    if (!path.isEmpty())
+        m_parts.bindings.write(address + u'/' + path, ValueOrigin::Person);
+}
+
+QString FileCommands::chosenPath(bool isSave, const QStringList &fields)
+{
+    // A time task may come again while the dialog is open.
+    if (m_dialog)
+        return {};
+    const QString filter = fields.mid(FirstOfFilter, fields.size() - FirstOfFilter - 1).join(u',');
+    auto dialog = std::make_unique<QFileDialog>(&m_window, m_parts.context.text(fields[Title]));
+    m_dialog = dialog.get();
+    dialog->setAcceptMode(isSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog->setFileMode(isSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog->setNameFilter(filter);
+    dialog->setDefaultSuffix(defaultSuffix(filter));
+    if (const QString folder = startFolder(fields.constLast().trimmed()); !folder.isEmpty())
+        dialog->setDirectory(folder);
+    m_parts.services.letUserAct([&] { DialogLoop::run(*dialog); });
+    return dialog->result() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
+}
+
+/// The folder of the path that stands at the address now.
+QString FileCommands::startFolder(const QString &address) const
+{
+    const QString path = m_parts.context.store().value(address);
+    // A folder of another computer would be asked for with the user's credentials.
+    const bool isRemote = path.startsWith(QLatin1String("//")) || path.startsWith(QLatin1String("\\\\"));
+    if (isRemote && !m_parts.paths.isTrusted(address))
+        return {};
+    return path.left(path.lastIndexOf(u'/') + 1);
+}
+
+void FileCommands::closeDialog()
+{
+    if (m_dialog)
+        m_dialog->reject();
+}
+
+void FileCommands::transferSettings(const QString &param)
+{
+    const QString slot = QStringLiteral("CWinMain::settingsSlot");
+    QStringList fields = param.split(u',');
+    for (QString &field : fields)
+        field = field.trimmed();
+    const bool isWrite = fields.constFirst() == QLatin1String("write");
+    if (!isWrite && fields.constFirst() != QLatin1String("read"))
+        m_parts.context.report(wrongAction(slot, fields.constFirst()));
+    else if (fields.size() < 3 || m_parts.document.first(fields[2]).isNull())
+        m_parts.context.report(wrongParam(slot, param));
+    else if (isWrite)
+        writeSettings(fields[1], fields[2]);
+    else
+        readSettings(fields[1], fields[2]);
+}
+
+void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
+{
+    const auto path = m_parts.paths.permitted(pathAddress, PathUse::Write);
+    if (!path)
+        return;
+    QString text;
+    QStringList leftOut;
+    const SettingsSection section(m_parts.document.first(tag));
+    for (const QString &assignment : section.values(m_parts.context.store())) {
+        if (const auto line = settingsLine(assignment))
+            text += *line;
+        else
+            leftOut.append(OrbSetup::path(assignment));
+    }
+    if (!writeWholeFile(*path, text.toUtf8())) {
+        m_parts.services.showDialog(QStringLiteral("filewriteerror"));
+        return;
+    }
+    if (!leftOut.isEmpty())
+        m_parts.context.report(
+            tr("These settings hold characters that the file cannot hold, and are not in it: %1")
+                .arg(leftOut.join(QStringLiteral(", "))));
+}
+
+void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
+{
+    const auto path = m_parts.paths.permitted(pathAddress, PathUse::Read);
+    if (!path)
+        return;
+    QFile file(*path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_parts.context.report(cannotOpen(*path));
+        return;
+    }
+    const QByteArray text = file.read(limits::SettingsFile + 1);
+    if (text.size() > limits::SettingsFile) {
+        m_parts.context.report(tr("File \"%1\" is too large").arg(*path));
+        return;
+    }
+    const SettingsSection section(m_parts.document.first(tag));
+    for (const QString &assignment : section.listed(readSettingsLines(text)))
+        m_parts.bindings.write(assignment);
+    m_parts.bindings.reload();
+}
+
+void FileCommands::copyConfigurationFile(const QString &param)
+{
+    const QStringList fields = param.split(u',');
+    if (fields.size() != 2) {
+        m_parts.context.report(
+            tr("Wrong arguments %1(%2)").arg(QStringLiteral("CWinMain::saveFileAs"), param));
+        return;
+    }
+    QFile source(m_parts.context.store().filePath(fields[0].trimmed()));
+    if (!source.open(QIODevice::ReadOnly)) {
+        m_parts.context.report(cannotOpen(source.fileName()));
+        return;
+    }
+    const auto destination = m_parts.paths.permitted(fields[1].trimmed(), PathUse::Write);
+    if (destination && !writeWholeFile(*destination, source.readAll()))
+        m_parts.context.report(cannotOpen(*destination));
+}
+
+QString defaultSuffix(const QString &filter)
+{
+    static const TextPattern extension(QStringLiteral("\\(\\*\\.([^\\)\\,]*)\\)|\\,"));
+    const auto match = extension.find(filter);
+    // Extensions of one filter may also be separated by blanks.
+    return match ? match->captures.value(1).section(u' ', 0, 0) : QString();
+}
+
+} // namespace paravue

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class QFileDialog;
+class QWidget;
+
+namespace paravue
+{
+
+class Bindings;
+class ControlContext;
+class InterfaceDocument;
+class LocalPaths;
+struct WindowServices;
+
+/// The slots of the window that have to do with files of this computer. Each takes one text with fields
+/// separated by ",".
+class FileCommands
+{
+public:
+    struct Parts {
+        const InterfaceDocument &document;
+        ControlContext &context;
+        Bindings &bindings;
+        LocalPaths &paths;
+        const WindowServices &services;
+    };
+
+    /// All must outlive the object. \a window owns the file dialogs.
+    FileCommands(QWidget &window, const Parts &parts);
+
+    /// "open" or "save", title, filter, address: lets the user choose a file and writes its path to the
+    /// address. The filter may hold commas.
+    void chooseFile(const QString &param);
+    /// "write" or "read", address of a path, tag of an element that lists addresses: writes their values to
+    /// the file, or takes them from there.
+    void transferSettings(const QString &param);
+    /// Name of a configuration file, address of a path: copies the store's local file there.
+    void copyConfigurationFile(const QString &param);
+
+    /// Closes the file dialog, if one is open.
+    void closeDialog();
+
+private:
+    /// The path that the user has chosen; empty without one.
+    QString chosenPath(bool isSave, const QStringList &fields);
+    void writeSettings(const QString &pathAddress, const QString &tag);
+    void readSettings(const QString &pathAddress, const QString &tag);
+    QString startFolder(const QString &address) const;
+
+    QWidget &m_window;
+    Parts m_parts;
+    QPointer<QFileDialog> m_dialog;
+};
+
+/// The first extension in the filter of a file dialog ("Text (*.txt);;All (*)" gives "txt"); may be empty.
+QString defaultSuffix(const QString &filter);
+
+} // namespace paravue

@@ -1,0 +1,134 @@
+#include "ui/TimeTasks.h"
+
+#include "ui/ActionRunner.h"
+#include "ui/ControlContext.h"
+#include "ui/UiLimits.h"
+
+#include <QCoreApplication>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
+namespace paravue
+{
+namespace
+{
+
+const QString taskTag = QStringLiteral("timetask");
+const QString lastRunAttribute = QStringLiteral("ms");
+const QString periodAttribute = QStringLiteral("period");
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CWinMain", text);
+}
+
+// Not the processor time of the C library's clock(), which hardly moves while a window waits.
+quint32 steadyMilliseconds()
+{
+    using namespace std::chrono;
+    return quint32(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+/// Deliberate: unsigned, so a negative period practically never ends.
+quint32 period(const QDomElement &element)
+{
+    const qlonglong written = element.attribute(periodAttribute).toLongLong();
+    return quint32(std::min<qlonglong>(written, std::numeric_limits<quint32>::max()));
+}
+
+} // namespace
+
+TimeTasks::TimeTasks(ControlContext &context, ActionRunner &actions)
+    : m_context(context), m_actions(actions), m_clock(steadyMilliseconds)
+{
+}
+
+void TimeTasks::setClock(const Clock &clock)
+{
+    m_clock = clock;
+    for (const Task &task : m_tasks)
+        start(task.element);
+}
+
+void TimeTasks::add(const QDomElement &owner)
+{
+    for (QDomElement element = owner.firstChildElement(taskTag); !element.isNull();
+         element = element.nextSiblingElement(taskTag)) {
+        if (m_tasks.size() >= limits::TimeTasks) {
+            m_context.reportOnce(tr("The interface description has more than %1 time tasks")
+                                     .arg(QString::number(limits::TimeTasks)));
+            return;
+        }
+        start(element);
+        m_tasks.push_back({element, {}});
+    }
+}
+
+void TimeTasks::remove(const QDomElement &owner)
+{
+    std::erase_if(m_tasks, [&](const Task &task) {
+        const bool isOwned = task.element.parentNode() == owner;
+        if (isOwned)
+            VideoTask::forget(task.element);
+        return isOwned;
+    });
+}
+
+void TimeTasks::clear()
+{
+    m_tasks.clear();
+}
+
+void TimeTasks::tick()
+{
+    QList<QDomElement> due;
+    for (const Task &task : m_tasks) {
+        if (isDue(task.element))
+            due.append(task.element);
+    }
+    for (const QDomElement &element : std::as_const(due)) {
+        // Looked up again: what runs before it may drop the task, or tick for as long as a dialog is open.
+        Task *task = find(element);
+        if (!task || !isDue(element))
+            continue;
+        start(element);
+        const QScopedValueRollback unattended(m_context.unattended(), true);
+        run(*task);
+    }
+}
+
+void TimeTasks::start(QDomElement element) const
+{
+    element.setAttribute(lastRunAttribute, m_clock());
+}
+
+bool TimeTasks::isDue(const QDomElement &element) const
+{
+    const quint32 elapsed = m_clock() - element.attribute(lastRunAttribute).toUInt();
+    return elapsed > period(element);
+}
+
+TimeTasks::Task *TimeTasks::find(const QDomElement &element)
+{
+    const auto found = std::find_if(m_tasks.begin(), m_tasks.end(),
+                                    [&](const Task &task) { return task.element == element; });
+    return found == m_tasks.end() ? nullptr : &*found;
+}
+
+void TimeTasks::run(Task &task)
+{
+    const QString type = task.element.attribute(QStringLiteral("type"));
+    if (type == QLatin1String("call"))
+        m_actions.runCall(task.element);
+    else if (type == QLatin1String("v3getjpeg"))
+        task.video.run(PictureKind::Still, task.element, m_makeReceiver, m_context, m_actions);
+    else if (type == QLatin1String("startVideoOnline"))
+        task.video.run(PictureKind::Live, task.element, m_makeReceiver, m_context, m_actions);
+    else
+        m_context.report(tr("Unknown time task \"%1\"").arg(type));
+}
+
+} // namespace paravue

@@ -1,0 +1,240 @@
+#include "DescribedWindow.h"
+#include "ui/SetupSession.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+/// A description whose window has these tasks and whose page shows the label "line".
+QByteArray describeTasks(const QByteArray &tasks, const QByteArray &cells = {}, const QByteArray &rest = {})
+{
+    return describe("<window><self/>" + tasks + "</window><tabwidget><tab><item type='gridlayout'>" +
+                    "<item type='label'><line/></item>" + cells + "</item></tab></tabwidget>" + rest);
+}
+
+QByteArray marker(const QByteArray &period, const QByteArray &mark = "x")
+{
+    return "<timetask type='call' param='" + mark + "'" + period + ">line</timetask>";
+}
+
+/// A window whose tasks live in a time that the test lets pass.
+struct Ticking : DescribedWindow {
+    explicit Ticking(const QByteArray &description,
+                     quint32 start = 0xFFFFFF00) // before the numbers wrap around
+        : DescribedWindow(description, {{"net", ""}}), now(start)
+    {
+        window->setTaskClock([this] { return now; });
+    }
+
+    /// What the tasks have written on the label at one tick.
+    QString tickAfter(quint32 milliseconds)
+    {
+        now += milliseconds;
+        auto *line = widget<QLabel>();
+        line->clear();
+        window->timeout();
+        return line->text();
+    }
+
+    quint32 now;
+};
+
+class FakeReceiver : public PictureReceiver
+{
+public:
+    bool isActive() const override { return active; }
+    bool active = true;
+};
+
+} // namespace
+
+class TestTimeTasks : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void runsWhenItsPeriodIsOver_data();
+    void runsWhenItsPeriodIsOver();
+    void startsWithTheWindow();
+    void belongsToItsDialog();
+    void mayWaitForTheUser();
+    void opensDialogsUpToALimit();
+    void showsAnErrorOnce();
+    void fetchesPictures();
+};
+
+void TestTimeTasks::runsWhenItsPeriodIsOver_data()
+{
+    QTest::addColumn<QByteArray>("period");
+    QTest::addColumn<QString>("runs"); // at each tick of 500 ms
+    QTest::newRow("a second") << QByteArray(" period='1000'") << "..x..x..x";
+    QTest::newRow("a little less") << QByteArray(" period='999'") << ".x.x.x.x.";
+    QTest::newRow("none") << QByteArray() << "xxxxxxxxx";
+    QTest::newRow("no number") << QByteArray(" period='often'") << "xxxxxxxxx";
+    QTest::newRow("negative") << QByteArray(" period='-1'") << ".........";
+    QTest::newRow("weeks") << QByteArray(" period='3000000000'") << ".........";
+}
+
+void TestTimeTasks::runsWhenItsPeriodIsOver()
+{
+    QFETCH(QByteArray, period);
+    QFETCH(QString, runs);
+    Ticking window(describeTasks(marker(period)));
+    QString seen;
+    for (qsizetype tick = 0; tick < runs.size(); ++tick)
+        seen += window.tickAfter(500).isEmpty() ? '.' : 'x';
+    QCOMPARE(seen, runs);
+}
+
+void TestTimeTasks::startsWithTheWindow()
+{
+    DescribedWindow window(describeTasks(marker({}, "old")), {{"net", ""}});
+    QTRY_COMPARE(window.widget<QLabel>()->text(), "old");
+    window.fixture.setFile("interface", describeTasks(marker({}, "new")));
+    window.fixture.store().load();
+    window.settle();
+    QTRY_COMPARE(window.widget<QLabel>()->text(), "new");
+}
+
+void TestTimeTasks::belongsToItsDialog()
+{
+    Ticking window(describeTasks({},
+                                 "<item type='pushbutton'><action type='call' slot='showDialog' "
+                                 "param='box'>self</action></item>",
+                                 "<d><box/>" + marker(" period='700'") + "</d>"));
+    QStringList seen;
+    const ModalWatcher dialogs(
+        [&](QWidget &) { seen << window.tickAfter(500) << window.tickAfter(500) << window.tickAfter(500); },
+        "QDialog");
+    for (int round = 0; round < 2; ++round) {
+        QTest::mouseClick(window.widget<QPushButton>(), Qt::LeftButton);
+        seen << window.tickAfter(5000);
+    }
+    const QStringList once{"", "x", "", ""};
+    QCOMPARE(seen, once + once);
+}
+
+void TestTimeTasks::mayWaitForTheUser()
+{
+    // The first task opens a dialog, in which the others go on; when it closes nothing is made up for.
+    Ticking window(
+        describeTasks("<timetask type='call' slot='showDialog' param='box' period='999'>self</timetask>" +
+                          marker(" period='999'"),
+                      {}, "<d><box/></d>"));
+    QStringList seen;
+    const ModalWatcher dialogs(
+        [&](QWidget &) {
+            seen << window.tickAfter(100) << window.tickAfter(1000);
+            window.widget<QLabel>()->setText("kept");
+        },
+        "QDialog");
+    seen << window.tickAfter(1000);
+    QCOMPARE(seen, (QStringList{"x", "x", "kept"}));
+    QCOMPARE(dialogs.count(), 1);
+}
+
+void TestTimeTasks::opensDialogsUpToALimit()
+{
+    // Each dialog has a task that opens the next one, in an event loop inside its own.
+    const auto opener = [](int next) {
+        return "<timetask type='call' slot='showDialog' param='d" + QByteArray::number(next) +
+               "'>self</timetask>";
+    };
+    QByteArray dialogs;
+    for (int i = 0; i < 30; ++i)
+        dialogs += "<x><d" + QByteArray::number(i) + "/>" + opener(i + 1) + "</x>";
+    Ticking window(describeTasks(opener(0), {}, dialogs));
+    int ticks = 0;
+    int open = 0;
+    const std::function<void()> tick = [&] {
+        if (++ticks == 30) {
+            open = int(window.window->findChildren<QDialog *>().size());
+            window.window->close();
+            return;
+        }
+        QTimer::singleShot(0, tick);
+        window.tickAfter(500);
+    };
+    tick();
+    QCOMPARE(open, 16);
+    QCOMPARE(window.messages.texts(), QStringList("Too many dialogs are open at the same time"));
+}
+
+void TestTimeTasks::showsAnErrorOnce()
+{
+    Ticking window(describeTasks("<timetask type='often'/>"));
+    QCOMPARE(window.messages.texts(), QStringList()); // said when it is to run
+    QSignalSpy reports(window.window.get(), &CWinMain::pseudothrow);
+    for (int tick = 0; tick < 3; ++tick) {
+        window.tickAfter(500);
+        window.settle();
+    }
+    QCOMPARE(reports.size(), 3);
+    QCOMPARE(window.messages.texts(), QStringList("Unknown time task \"often\""));
+}
+
+void TestTimeTasks::fetchesPictures()
+{
+    StoreFixture fixture({{"net", "HOST=camera\n"}, {"general", ""}});
+    fixture.store().setValue("general/network/login/guest");
+    fixture.store().setValue("general/network/password/secret");
+    QWidget window;
+    SetupSession session(fixture.store(), window, WindowServices{});
+    QCOMPARE(session.document.load(
+                 describe("<window><timetask type='startVideoOnline'><url>{net/untitled/HOST}:1</url>"
+                          "<target>view</target></timetask><timetask type='v3getjpeg'><url>still</url>"
+                          "<login>@me</login><password/></timetask></window>"
+                          "<page><item type='gridlayout'><item type='label'><view/></item></item></page>"
+                          "<translations><ru><me>I</me></ru></translations>"),
+                 "description"),
+             QString());
+    session.builder.buildPage(session.document.first("page"), &window);
+
+    QStringList sources; // of the receivers that were made
+    QList<QPointer<FakeReceiver>> receivers;
+    session.tasks.setReceiverFactory([&](PictureKind kind, const QDomElement &task) {
+        const QDomElement url = task.firstChildElement("url");
+        sources << QStringList{kind == PictureKind::Live ? "live" : "still", url.attribute("parsed"),
+                               url.attribute("login"), url.attribute("password")}
+                       .join(' ');
+        auto receiver = std::make_unique<FakeReceiver>();
+        receivers << receiver.get();
+        return receiver;
+    });
+    quint32 now = 0;
+    session.tasks.setClock([&] { return now += 1000; });
+    session.tasks.add(session.document.first("window"));
+    const QString live = "live camera:1 guest secret";
+    const QString still = "still still I ";
+    session.tasks.tick();
+    session.tasks.tick();
+    QCOMPARE(sources, (QStringList{live, still}));
+
+    QPixmap picture(3, 2);
+    picture.fill(Qt::red);
+    Q_EMIT receivers[0]->pixmapReady(picture);
+    QCOMPARE(window.findChild<QLabel *>()->pixmap().toImage(), picture.toImage());
+
+    // The next one still goes to the host of before; that of a window that is opened again does not.
+    fixture.store().setValue("net/untitled/HOST/other");
+    receivers[0]->active = false;
+    session.tasks.tick();
+    QCOMPARE(sources, (QStringList{live, still, live}));
+    session.tasks.remove(session.document.first("window"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!receivers[0] && !receivers[1] && !receivers[2]);
+    session.tasks.add(session.document.first("window"));
+    session.tasks.tick();
+    QCOMPARE(sources.value(3), "live other:1 guest secret");
+    session.tasks.clear();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QTEST_MAIN(TestTimeTasks)
+#include "tst_timetasks.moc"
