@@ -14,12 +14,24 @@ const QStringList Languages = {"en", "ru"};
 const QStringList Files = {"streams", "net", "time", "timers", "soft", "disk", "users", "state"};
 /// Files whose keys stand before any section line; a client calls that section "untitled".
 const QStringList Sectionless = {"net", "time", "soft", "disk", "users"};
-/// What a client itself keeps while it works.
-const QStringList ClientAddresses = {"general/progress_dialog/progress", "general/network/login"};
+/// What a client itself keeps while it works; the level is that of a user who is being added.
+const QHash<QString, QString> ClientValues = {{"general/progress_dialog/progress", {}},
+                                              {"general/network/login", {}},
+                                              {"general/access/name", {}},
+                                              {"general/access/pass1", {}},
+                                              {"general/access/pass2", {}},
+                                              {"general/access/level", "1"},
+                                              {"general/remove_package/name", {}}};
+/// The dialogs that a client opens by itself.
+const QStringList ClientDialogs = {"progress_dialog",         "accessdlg",         "accessdlgerr_namedouble",
+                                   "accessdlgerr_editrights", "accessdlgerr_name", "accessdlgerr_pass",
+                                   "accessdlgerr_lastuser",   "softcantdelete",    "softdodelete"};
+/// Where the rows of a list are counted that has the beginning of its addresses as its key.
+const QMap<QString, QString> RowCounts = {{"accesslist", "/CNT"}, {"softlist", "/PACKAGES"}};
 
 /// Types that show a value, and those that show none.
-const QSet<QString> ValueTypes = {"label",    "edit", "dropdown", "checkbox",   "scroll",
-                                  "datetime", "list", "orbpie",   "progressbar"};
+const QSet<QString> ValueTypes = {"label", "edit",   "dropdown",    "checkbox",   "scroll",  "datetime",
+                                  "list",  "orbpie", "progressbar", "accesslist", "softlist"};
 const QSet<QString> OtherTypes = {"separator", "tabwidget", "pushbutton", "setup", "gridlayout", "spacer"};
 
 QList<QDomElement> elementsIn(const QDomElement &element, const QString &tag = {})
@@ -41,6 +53,11 @@ QList<QDomElement> descendants(const QDomElement &element)
 QString addressOf(const QString &assignment)
 {
     return assignment.section('/', 0, 2);
+}
+
+QString addressOf(const QDomElement &key)
+{
+    return addressOf(key.text() + RowCounts.value(key.parentNode().toElement().attribute("type")));
 }
 
 /// A text without that of its children.
@@ -107,8 +124,7 @@ void TestRecorderModel::initTestCase()
     QVERIFY2(server.errorString().isEmpty(), qPrintable(server.errorString()));
     for (const QString &file : Files)
         readValues(file);
-    for (const QString &address : ClientAddresses)
-        m_values.insert(address, {});
+    m_values.insert(ClientValues);
 
     QFile description(server.filePath("interface"));
     QVERIFY(description.open(QIODevice::ReadOnly));
@@ -172,7 +188,7 @@ QStringList TestRecorderModel::addressesOf(const QDomElement &item) const
     for (const QDomElement &child : elementsIn(item)) {
         const QString tag = child.tagName();
         if (tag == "key" || tag == "row_count")
-            addresses.append(addressOf(child.text()));
+            addresses.append(addressOf(child));
         else if (tag == "text" && !child.firstChildElement("key").isNull())
             addresses.append(addressOf(child.firstChildElement("key").text()));
         if (QStringList({"text", "tooltip", "size", "used", "limit"}).contains(tag))
@@ -226,7 +242,7 @@ void TestRecorderModel::bindsOnlyAddressesThatExist()
     for (const QDomElement &element : m_elements) {
         QStringList addresses = addressesIn(ownText(element)) + addressesIn(element.attribute("param"));
         if (element.tagName() == "key" || element.tagName() == "row_count")
-            addresses.append(addressOf(element.text()));
+            addresses.append(addressOf(element));
         if (element.tagName() == "keyset") {
             for (const QString &assignment : element.text().split(','))
                 addresses.append(addressOf(assignment.trimmed()));
@@ -318,7 +334,8 @@ void TestRecorderModel::namesOnlyTargetsThatExist()
         if (element.attribute("slot") == "showDialog")
             QVERIFY2(marks(element.attribute("param")), qPrintable(element.attribute("param")));
     }
-    QVERIFY(marks("progress_dialog"));
+    for (const QString &tag : ClientDialogs)
+        QVERIFY2(marks(tag), qPrintable(tag));
     const QDomElement save = m_root.firstChildElement("buttonOK").firstChildElement("action");
     QCOMPARE(save.attribute("slot") + ' ' + save.attribute("param"), QString("callSetup save_settings"));
     QCOMPARE(m_root.elementsByTagName(save.text()).at(0).parentNode().toElement().attribute("type"),
