@@ -1,17 +1,16 @@
-#include "device/OrbNetSetup.h"
+#include "SetupRun.h"
 #include "recorder/RecorderServer.h"
-#include "ui/CWinMain.h"
 
 #include <QCheckBox>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
+
+using namespace paravue::test;
 
 namespace
 {
@@ -118,36 +117,6 @@ const char SavedFiles[] = "\004LOGIN=admin\r\nPASS=admin\r\n"
                           "[ identity ]\n#! s/PLACE=\\w+(?=\\s)/PLACE={streams/common/place}/\n"
                           "PLACE=Loading dock\n";
 
-/// One setup session: a store with its window, loaded.
-class Session
-{
-public:
-    explicit Session(const QString &address) : store(address), errors(&store, &OrbSetup::pseudothrow)
-    {
-        QSignalSpy loaded(&store, &OrbSetup::loadDone);
-        window = std::make_unique<CWinMain>(&store, nullptr);
-        m_isLoaded = !loaded.isEmpty() || loaded.wait(20'000);
-    }
-
-    bool isFine() const { return m_isLoaded && errors.isEmpty(); }
-
-    QLineEdit *field(const QString &text) const
-    {
-        for (QLineEdit *edit : window->findChildren<QLineEdit *>()) {
-            if (edit->text() == text)
-                return edit;
-        }
-        return nullptr;
-    }
-
-    OrbNetSetup store;
-    QSignalSpy errors;
-    std::unique_ptr<CWinMain> window;
-
-private:
-    bool m_isLoaded = false;
-};
-
 /// The bytes of a conversation, cut before each command.
 QList<QByteArray> pieces(const QByteArray &bytes)
 {
@@ -159,22 +128,6 @@ QList<QByteArray> pieces(const QByteArray &bytes)
         start = end;
     }
     return result;
-}
-
-template <class Button>
-Button *buttonWithText(const QWidget &window, const QString &text)
-{
-    for (Button *button : window.findChildren<Button *>()) {
-        if (button->text() == text)
-            return button;
-    }
-    return nullptr;
-}
-
-void replaceText(QLineEdit &field, const QString &text)
-{
-    field.selectAll();
-    QTest::keyClicks(&field, text);
 }
 
 } // namespace
