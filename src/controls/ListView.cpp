@@ -3,13 +3,32 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QPainter>
+#include <QStyledItemDelegate>
 #include <QTextDocument>
 #include <QToolTip>
 
 #include <memory>
 
+namespace
+{
+
+/// Rows with room above and below their text.
+class RoomyDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 8);
+    }
+};
+
+} // namespace
+
 ListView::ListView(QWidget *parent) : QTreeWidget(parent)
 {
+    setItemDelegate(new RoomyDelegate(this));
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
