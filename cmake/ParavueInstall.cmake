@@ -27,6 +27,12 @@ function(paravue_install_library)
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
+    # Beside the programs, where an administrator may change what users begin with. The library has a copy.
+    if(WIN32)
+        install(FILES ${PARAVUE_SOURCE_DIR}/device/resources/settings.ini
+            DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
+    endif()
+
     set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/ParavueSetup)
     install(FILES ${PARAVUE_GENERATED_DIR}/ParavueSetupExport.h
         DESTINATION ${include_dir} COMPONENT development)

@@ -13,6 +13,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -201,6 +202,15 @@ void cDlg::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange)
         applyPalette();
     QDialog::changeEvent(event);
+}
+
+/// A line around the dialog sets it apart from the window below it where no window manager does.
+void cDlg::paintEvent(QPaintEvent *event)
+{
+    QDialog::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(mixedColor(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.3));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 /// The refusal stands out, on light and on dark grounds.

@@ -1,10 +1,12 @@
 #include "OwnUserFolders.h"
+#include "device/Authorization.h"
 #include "device/SettingsFile.h"
 #include "device/cDlg.h"
 #include "device/cODAdaptor.h"
 #include "recorder/Companion.h"
 #include "store/PasswordDigest.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -14,6 +16,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -27,6 +30,8 @@ private Q_SLOTS:
     void isFilledInWithKeys_data();
     void isFilledInWithKeys();
     void hasTheNamesOfItsParts();
+    void endsWithWhatEndsItsLoop_data();
+    void endsWithWhatEndsItsLoop();
     void showsWhatTheCompanionCallsTheRecorder();
     void doesWithoutABadCompanion_data();
     void doesWithoutABadCompanion();
@@ -103,6 +108,37 @@ void TestCredentialsDialog::hasTheNamesOfItsParts()
     for (const char *name :
          {"vboxLayout", "hboxLayout", "hboxLayout1", "hboxLayout2", "hboxLayout3", "hboxLayout4"})
         QVERIFY2(dialog.findChild<QLayout *>(name), name);
+}
+
+void TestCredentialsDialog::endsWithWhatEndsItsLoop_data()
+{
+    QTest::addColumn<bool>("isThrown");
+    QTest::newRow("a text is thrown through it") << true;
+    QTest::newRow("its window is destroyed") << false;
+}
+
+void TestCredentialsDialog::endsWithWhatEndsItsLoop()
+{
+    QFETCH(bool, isThrown);
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    bool wasOpen = false;
+    QTimer::singleShot(0, this, [&] {
+        wasOpen = QApplication::activeModalWidget() && QApplication::activeModalWidget()->inherits("cDlg");
+        isThrown ? throw QString("thrown") : window.reset();
+    });
+    Credentials record{false, "host", "", 0, "", ""};
+    QString caught;
+    bool isAnswered = false;
+    try {
+        isAnswered = Authorize(record, true);
+    } catch (const QString &text) {
+        caught = text;
+    }
+    QVERIFY(wasOpen && !isAnswered);
+    QCOMPARE(caught, isThrown ? "thrown" : "");
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
