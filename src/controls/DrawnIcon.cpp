@@ -11,18 +11,16 @@ namespace paravue
 namespace
 {
 
-using Paint = std::function<void(QPainter &, const QRectF &, QIcon::Mode)>;
-
 class DrawnIconEngine : public QIconEngine
 {
 public:
-    explicit DrawnIconEngine(Paint paint) : m_paint(std::move(paint)) {}
+    explicit DrawnIconEngine(PaintIcon paint) : m_paint(std::move(paint)) {}
 
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        m_paint(*painter, rect, mode);
+        m_paint(*painter, rect, mode, state);
         painter->restore();
     }
 
@@ -38,12 +36,12 @@ public:
     QIconEngine *clone() const override { return new DrawnIconEngine(m_paint); }
 
 private:
-    Paint m_paint;
+    PaintIcon m_paint;
 };
 
 } // namespace
 
-QIcon drawnIcon(Paint paint)
+QIcon drawnIcon(PaintIcon paint)
 {
     return QIcon(new DrawnIconEngine(std::move(paint)));
 }

@@ -45,7 +45,8 @@ void K9mButton::showLamp()
 {
     const bool lit = isOn() || (isDown() && !isCheckable());
     const QPalette colors = palette();
-    setIcon(paravue::drawnIcon([lit, colors](QPainter &painter, const QRectF &rect, QIcon::Mode mode) {
+    setIcon(paravue::drawnIcon([lit, colors](QPainter &painter, const QRectF &rect, QIcon::Mode mode,
+                                             QIcon::State) {
         const QPalette::ColorGroup group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const QColor color = colors.color(group, QPalette::ButtonText);
         const double line = rect.width() / 9;

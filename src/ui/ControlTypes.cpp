@@ -7,6 +7,7 @@
 #include "ui/GaugeControls.h"
 #include "ui/ListControls.h"
 #include "ui/PageBuilder.h"
+#include "ui/ScheduleControl.h"
 #include "ui/ViewControls.h"
 
 #include <QHash>
@@ -52,6 +53,7 @@ Types makeTypes()
     add<OnlineControl>(types, "online");
     add<MaskControl>(types, "maskctrl");
     add<AlarmZoneControl>(types, "PTZAlarm");
+    add<ScheduleControl>(types, "vornschedule");
     return types;
 }
 

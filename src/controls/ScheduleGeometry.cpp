@@ -1,0 +1,106 @@
+#include "controls/ScheduleGeometry.h"
+
+#include <QFontMetrics>
+
+#include <algorithm>
+#include <numeric>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int Margin = 4; // between a text and the edge of its cell
+
+} // namespace
+
+void ScheduleGeometry::measure(const QFontMetrics &metrics, const QStringList &days, const QStringList &hours,
+                               const QList<int> &widths)
+{
+    m_namesWidth = 0;
+    for (const QString &day : days)
+        m_namesWidth = std::max(m_namesWidth, metrics.horizontalAdvance(day) + 2 * Margin);
+    m_captionHeight = metrics.height() + Margin;
+    m_leastRowHeight = metrics.height() + 2 * Margin;
+    const int usual = metrics.horizontalAdvance(QStringLiteral("00")) + 2 * Margin;
+    for (int hour = 0; hour < WeekPlan::Hours; ++hour) {
+        const int needed = std::max(usual, metrics.horizontalAdvance(hours.value(hour)) + Margin);
+        const int asked = widths.value(hour);
+        m_leastWidths[hour] = asked > 0 ? asked : needed;
+    }
+}
+
+QSize ScheduleGeometry::leastSize() const
+{
+    // A line closes the grid at the far edges.
+    return {m_namesWidth + std::accumulate(m_leastWidths.begin(), m_leastWidths.end(), 0) + 1,
+            m_captionHeight + WeekPlan::Days * m_leastRowHeight + 1};
+}
+
+void ScheduleGeometry::fit(const QSize &size, Qt::LayoutDirection direction)
+{
+    m_size = size;
+    m_isMirrored = direction == Qt::RightToLeft;
+    m_rowHeight = std::max(m_leastRowHeight, (size.height() - m_captionHeight - 1) / WeekPlan::Days);
+    const qint64 least = std::max(1, leastSize().width() - m_namesWidth - 1);
+    const qint64 room = std::max<qint64>(least, size.width() - m_namesWidth - 1);
+    qint64 before = 0;
+    for (int hour = 0; hour <= WeekPlan::Hours; ++hour) {
+        m_edges[hour] = m_namesWidth + int(before * room / least);
+        before += hour < WeekPlan::Hours ? m_leastWidths[hour] : 0;
+    }
+}
+
+QRect ScheduleGeometry::mirrored(const QRect &rect) const
+{
+    return m_isMirrored ? QRect(m_size.width() - rect.right() - 1, rect.top(), rect.width(), rect.height())
+                        : rect;
+}
+
+int ScheduleGeometry::leading(const QPoint &position) const
+{
+    return m_isMirrored ? m_size.width() - 1 - position.x() : position.x();
+}
+
+QRect ScheduleGeometry::rect(const PlanRange &range) const
+{
+    const int left = m_edges[range.first.hour];
+    const int top = m_captionHeight + range.first.day * m_rowHeight;
+    return mirrored({left, top, m_edges[range.last.hour + 1] - left,
+                     (range.last.day - range.first.day + 1) * m_rowHeight});
+}
+
+QRect ScheduleGeometry::dayName(int day) const
+{
+    return mirrored({0, m_captionHeight + day * m_rowHeight, m_namesWidth, m_rowHeight});
+}
+
+QRect ScheduleGeometry::hourCaption(int hour) const
+{
+    return mirrored({m_edges[hour], 0, m_edges[hour + 1] - m_edges[hour], m_captionHeight});
+}
+
+PlanRange ScheduleGeometry::rangeAt(const QPoint &position) const
+{
+    const PlanCell cell = nearestCell(position);
+    PlanRange range{cell, cell};
+    if (leading(position) < m_namesWidth) {
+        range.first.hour = 0;
+        range.last.hour = WeekPlan::Hours - 1;
+    }
+    if (position.y() < m_captionHeight) {
+        range.first.day = 0;
+        range.last.day = WeekPlan::Days - 1;
+    }
+    return range;
+}
+
+PlanCell ScheduleGeometry::nearestCell(const QPoint &position) const
+{
+    const auto edge = std::upper_bound(m_edges.begin(), m_edges.end(), leading(position));
+    const int hour = int(edge - m_edges.begin()) - 1;
+    const int day = (position.y() - m_captionHeight) / std::max(1, m_rowHeight);
+    return {std::clamp(day, 0, WeekPlan::Days - 1), std::clamp(hour, 0, WeekPlan::Hours - 1)};
+}
+
+} // namespace paravue

@@ -1,0 +1,83 @@
+#include "controls/ScheduleKinds.h"
+
+#include "controls/DrawnIcon.h"
+#include "controls/ReadableColors.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+
+#include <array>
+
+namespace paravue
+{
+namespace
+{
+
+// The palette of M. Okabe and K. Ito ("Color Universal Design", 2008), made to be told apart by colour-blind
+// people too. Nothing planned has the colour of the page.
+constexpr std::array<QRgb, MostScheduleKinds - 1> KindColors{0xff0072b2, 0xffe69f00, 0xffcc79a7, 0xff009e73,
+                                                             0xffd55e00, 0xff56b4e9, 0xfff0e442};
+
+constexpr double DisabledShare = 0.4;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("WeekSchedule", text);
+}
+
+QColor groundColor(int number, const QPalette &palette, QPalette::ColorGroup group)
+{
+    const QColor page = palette.color(group, QPalette::Base);
+    if (number < 1 || number >= MostScheduleKinds)
+        return page;
+    const QColor color(KindColors[number - 1]);
+    return group == QPalette::Disabled ? mixedColor(page, color, DisabledShare) : color;
+}
+
+} // namespace
+
+ScheduleKinds usualScheduleKinds()
+{
+    return {{U'0', tr("Off")}, {U'1', tr("Continuous")}, {U'2', tr("On motion")}, {U'3', tr("On alarm")}};
+}
+
+int kindNumber(const ScheduleKinds &kinds, char32_t value)
+{
+    for (int number = 0; number < kinds.size(); ++number) {
+        if (kinds[number].value == value)
+            return number;
+    }
+    return UnknownKind;
+}
+
+QColor paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
+                 QPalette::ColorGroup group)
+{
+    const QColor ground = groundColor(number, palette, group);
+    painter.fillRect(rect, ground);
+    if (number == UnknownKind)
+        painter.fillRect(rect, QBrush(mixedColor(ground, readableTextOn(ground), 0.3), Qt::BDiagPattern));
+    return readableTextOn(ground);
+}
+
+QIcon kindIcon(int number, const QPalette &palette)
+{
+    return drawnIcon([number, palette](QPainter &painter, const QRectF &rect, QIcon::Mode mode,
+                                       QIcon::State state) {
+        const QPalette::ColorGroup group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        const QRectF sample = rect.adjusted(0.5, 0.5, -0.5, -0.5);
+        painter.setPen(paintKind(painter, sample, number, palette, group));
+        QFont font = painter.font();
+        font.setPixelSize(qMax(1, qRound(rect.height() * 0.7)));
+        painter.setFont(font);
+        painter.drawText(sample, Qt::AlignCenter, QString::number(number));
+        // A frame shows which one is chosen where the style hardly does.
+        const bool isChosen = state == QIcon::On;
+        painter.setPen(QPen(mixedColor(palette.color(group, QPalette::Button),
+                                       palette.color(group, QPalette::ButtonText), isChosen ? 1 : 0.5),
+                            isChosen ? 3 : 1));
+        painter.drawRect(sample);
+    });
+}
+
+} // namespace paravue

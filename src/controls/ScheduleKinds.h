@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QIcon>
+#include <QList>
+#include <QPalette>
+#include <QString>
+
+class QPainter;
+class QRectF;
+
+namespace paravue
+{
+
+/// Something that can be planned for an hour.
+struct ScheduleKind {
+    char32_t value = 0; ///< the character that stands for it in a stored plan
+    QString name;
+    bool operator==(const ScheduleKind &) const = default;
+};
+
+/// The first means that nothing is planned. Each has a number, its place in the list, which is its key on the
+/// keyboard and its mark on the screen: colours alone tell too few people what they look at.
+using ScheduleKinds = QList<ScheduleKind>;
+
+/// Kinds that have a colour of their own.
+constexpr qsizetype MostScheduleKinds = 8;
+/// The number of an entry that no kind has.
+constexpr int UnknownKind = -1;
+
+/// Nothing, continuously, on motion and on alarm, stored as 0 to 3.
+ScheduleKinds usualScheduleKinds();
+int kindNumber(const ScheduleKinds &kinds, char32_t value);
+
+/// Paints the ground of an hour of this kind, and gives the colour in which its mark is readable there.
+QColor paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
+                 QPalette::ColorGroup group);
+/// A sample of it for a legend.
+QIcon kindIcon(int number, const QPalette &palette);
+
+} // namespace paravue
