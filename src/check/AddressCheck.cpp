@@ -63,6 +63,8 @@ void AddressCheck::ownFile(const QDomElement &file, bool isFirst)
                                      .arg(name));
     const bool isKnown = type.isEmpty() || type == QLatin1String("inifile") ||
                          type == QLatin1String("sectionless") || type == QLatin1String("state");
+    if (!isFirst && file.attribute(QStringLiteral("get_command")).isEmpty())
+        m_problems.warning(file, tr("Without a get_command the file \"%1\" is not fetched").arg(name));
     if (!isKnown)
         m_problems.warning(file, tr("Unknown file type \"%1\" counts as \"inifile\"").arg(type));
     m_own->insert(name);
@@ -110,13 +112,16 @@ void AddressCheck::assignment(const QDomElement &at, const QString &text)
         key(at, address);
 }
 
-void AddressCheck::group(const QDomElement &at, const QString &prefix)
+void AddressCheck::group(const QDomElement &at, const QString &prefix, const QString &member)
 {
     if (prefix.count(u'/') != 1) {
         m_problems.error(at, tr("\"%1\" is no group of values; that would be file/section").arg(prefix));
         return;
     }
-    file(at, ConfigAddress(prefix).file().toString());
+    const QString path = prefix + member;
+    const ConfigAddress address(path);
+    if (file(at, address.file().toString()) && !member.isEmpty())
+        key(at, address);
 }
 
 void AddressCheck::pattern(const QDomElement &at, const QString &text)

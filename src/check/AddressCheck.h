@@ -27,12 +27,13 @@ public:
     void value(const QDomElement &at, const QString &address);
     /// An address that is written: file/section/key/value.
     void assignment(const QDomElement &at, const QString &address);
-    /// What the addresses of several values begin with: file/section.
-    void group(const QDomElement &at, const QString &prefix);
+    /// What the addresses of several values begin with: file/section. One of them, unless it is empty, is the
+    /// prefix with \a member behind it.
+    void group(const QDomElement &at, const QString &prefix, const QString &member = {});
     /// An address whose section and key are regular expressions.
     void pattern(const QDomElement &at, const QString &address);
     /// An address that gets the numbers of rows put behind it, from 0 to as many as the value at \a count.
-    void rows(const QDomElement &at, const QString &address, const QString &count);
+    void rows(const QDomElement &at, const QString &address, const QString &count = {});
 
 private:
     void readOwnFiles(const QDomElement &list);

@@ -82,14 +82,36 @@ void checkList(const QDomElement &element, AddressCheck &addresses, ProblemList 
         problems.warning(element, tr("Without a row_count the list shows nothing of its sources"));
 }
 
+/// Behind the key of a list of its own kind, where the number of its rows stands.
+QString countOf(const QDomElement &element)
+{
+    const QString type = element.attribute(QStringLiteral("type"));
+    if (type == QLatin1String("accesslist"))
+        return QStringLiteral("/CNT");
+    return type == QLatin1String("softlist") ? QStringLiteral("/PACKAGES") : QString();
+}
+
 void checkKeys(const QDomElement &element, KeyForm form, AddressCheck &addresses)
 {
     for (const QDomElement &key : children(element, keyTag)) {
+        const QString address = addressText(key);
         if (form == KeyForm::Group)
-            addresses.group(key, addressText(key));
+            addresses.group(key, address, countOf(element));
+        else if (form == KeyForm::Rows && address.count(u'/') == 1)
+            addresses.group(key, address);
+        else if (form == KeyForm::Rows)
+            addresses.rows(key, address);
         else
-            addresses.value(key, addressText(key));
+            addresses.value(key, address);
     }
+}
+
+void checkValidator(const QDomElement &element, ProblemList &problems)
+{
+    const QString validator = element.attribute(QStringLiteral("validator"));
+    const QString fault = validator.isEmpty() ? QString() : TextPattern::fault(validator);
+    if (!fault.isEmpty())
+        problems.error(element, tr("The regular expression \"%1\" is invalid: %2").arg(validator, fault));
 }
 
 void checkRange(const QDomElement &element, ProblemList &problems)
@@ -114,9 +136,7 @@ void checkControl(const DescribedParts::Control &control, AddressCheck &addresse
     }
     if (element.attribute(QStringLiteral("type")) == QLatin1String("list"))
         checkList(element, addresses, problems);
-    const QString validator = element.attribute(QStringLiteral("validator"));
-    if (const QString fault = TextPattern::fault(validator); !fault.isEmpty())
-        problems.error(element, tr("The regular expression \"%1\" is invalid: %2").arg(validator, fault));
+    checkValidator(element, problems);
     checkRange(element, problems);
 }
 

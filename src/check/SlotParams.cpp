@@ -10,7 +10,7 @@
 
 #include <QCoreApplication>
 
-#include <utility>
+#include <algorithm>
 
 namespace paravue
 {
@@ -152,17 +152,25 @@ void SlotParams::address(const QDomElement &action, const QString &address)
 
 void SlotParams::needDialogs(const QDomElement &action, const QStringList &tags)
 {
+    QStringList missing;
     for (const QString &tag : tags) {
         open(tag);
         if (!isDialog(tag))
-            m_problems.error(action, tr("The dialog \"%1\" that this call may show is missing").arg(tag));
+            missing.append(tag);
     }
+    if (!missing.isEmpty())
+        m_problems.error(
+            action,
+            tr("This call may show dialogs that are missing: %1").arg(missing.join(QStringLiteral(", "))));
 }
 
 void SlotParams::needList(const QDomElement &action, const QString &type)
 {
-    const QDomElement control = m_document.first(type).parentNode().toElement();
-    if (control.isNull() || control.attribute(QStringLiteral("type")) != type)
+    const QList<QDomElement> marks = m_document.elements(type);
+    const bool isThere = std::any_of(marks.cbegin(), marks.cend(), [&](const QDomElement &mark) {
+        return mark.parentNode().toElement().attribute(QStringLiteral("type")) == type;
+    });
+    if (!isThere)
         m_problems.error(action,
                          tr("This call works on the control with the tag \"%1\", and there is none of "
                             "that type")

@@ -28,6 +28,7 @@ const Words &numbers()
           "ctrlColumns", "ctrlRows"}},
         {"window", {"width", "height"}},
         {"column", {"width"}},
+        {"accesslevel", {"level"}},
         {"stretch", {"row", "column"}},
         {"timetask", {"period"}},
     };

@@ -22,7 +22,7 @@ class CellGridControl : public ControlType
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
     ChangeSignal changeSignal() const override;
-    KeyForm keyForm() const override { return KeyForm::Group; }
+    KeyForm keyForm() const override { return KeyForm::Rows; }
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;

@@ -49,6 +49,7 @@ enum class KeyForm {
     Value,      ///< the address of a value: file/section/key
     Assignment, ///< an address with the value that is written to it: file/section/key/value
     Group,      ///< what the addresses of several values begin with: file/section
+    Rows,       ///< the same, or file/section/key: the number of a row is put behind it
 };
 
 /// A grid item that is a widget: how it is made, how it shows its configuration values, and what a change by

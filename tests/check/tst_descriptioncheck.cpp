@@ -171,6 +171,16 @@ void TestDescriptionCheck::findsProblems_data()
                     "<one><d/><item type='gridlayout'/></one><two><e/><item type='gridlayout'/></two>"),
         {"4:41 warning: Nothing opens the dialog \"two\""});
 
+    row("users",
+        description("<item type='accesslist'><key>users/untitled/x</key></item>" +
+                    button(call("accessListSlot", "newok") + call("accessListSlot", "del"))),
+        {"2:25 error: \"users/untitled/x\" is no group of values; that would be file/section",
+         "2:83 error: This call may show dialogs that are missing: accessdlgerr_namedouble, "
+         "accessdlgerr_editrights, accessdlgerr_name, accessdlgerr_pass",
+         "2:83 error: This call works on the control with the tag \"accesslist\", and there is none of that "
+         "type",
+         "2:152 error: Unknown word \"del\" in the parameter; known are edit, new, newok, remove"});
+
     // Addresses.
     row("addresses",
         description("<item type='edit'><key>net/IP</key><key>nett/untitled/IP</key></item>"
@@ -181,10 +191,12 @@ void TestDescriptionCheck::findsProblems_data()
     row("own list of files",
         description(
             "<item type='edit'><key>lens/a/b</key><key>lens.original/a/b</key><key>net/a/b</key></item>",
-            "<di><difile name='interface'/><difile name='lens' type='ini'/></di>"),
+            "<di><difile name='interface'/><difile name='lens' type='ini' get_command='x'/><difile "
+            "name='map'/></di>"),
         {"2:66 warning: The file \"net\" is not in the list of files of the description, so it is not "
          "fetched",
-         "4:31 warning: Unknown file type \"ini\" counts as \"inifile\""});
+         "4:31 warning: Unknown file type \"ini\" counts as \"inifile\"",
+         "4:79 warning: Without a get_command the file \"map\" is not fetched"});
     row("pattern of keys", description("", "<s><regexp_key>net/untitled/a)|(b</regexp_key></s>"),
         {"4:4 error: The regular expression \"untitled/a)|(b\" is invalid: unmatched closing parenthesis"});
     row("choices",
