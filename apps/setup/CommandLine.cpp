@@ -52,6 +52,22 @@ void acceptToolkitOptions(QCommandLineParser &parser)
     }
 }
 
+/// What is wrong with the options for work on local files; empty when nothing is.
+QString localProblem(const QCommandLineParser &parser)
+{
+    const bool checks = parser.isSet("check");
+    const bool previews = parser.isSet("preview");
+    if (checks && previews)
+        return tr("--check and --preview exclude each other");
+    if ((checks || previews) && (parser.isSet("demo") || !parser.positionalArguments().isEmpty()))
+        return tr("--check and --preview read a file and take no recorder");
+    if (checks && (parser.isSet("screenshot") || parser.isSet("language")))
+        return tr("--check opens no window; use --preview");
+    if (!checks && !previews && parser.isSet("files"))
+        return tr("--files needs --check or --preview");
+    return !checks && parser.isSet("json") ? tr("--json needs --check") : QString();
+}
+
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList &words)
@@ -119,17 +135,9 @@ CommandLine CommandLine::parse(const QStringList &words)
         if (parser.isSet(option) && parser.value(option).isEmpty())
             return refused(tr("--%1 needs a value").arg(option.names().first()));
     }
+    if (const QString problem = localProblem(parser); !problem.isEmpty())
+        return refused(problem);
     const QStringList addresses = parser.positionalArguments();
-    if (parser.isSet(check) && parser.isSet(preview))
-        return refused(tr("--check and --preview exclude each other"));
-    if (isLocal && (line.demo || !addresses.isEmpty()))
-        return refused(tr("--check and --preview read a file and take no recorder"));
-    if (parser.isSet(check) && (parser.isSet(screenshot) || parser.isSet(language)))
-        return refused(tr("--check opens no window; use --preview"));
-    if (!isLocal && parser.isSet(files))
-        return refused(tr("--files needs --check or --preview"));
-    if (!parser.isSet(check) && line.json)
-        return refused(tr("--json needs --check"));
     if (line.demo && !addresses.isEmpty())
         return refused(tr("--demo brings its own recorder and takes no address"));
     if (!line.demo && !isLocal && addresses.size() != 1)

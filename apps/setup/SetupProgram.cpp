@@ -12,6 +12,7 @@
 
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QNetworkProxy>
 #include <QTextStream>
 
 namespace paravue
@@ -63,8 +64,25 @@ ExitCode runWith(OrbSetup &store, const CommandLine &commandLine)
                                                   : runForPictures(store, commandLine.screenshotFolder);
 }
 
+/// Leads every connection of the program nowhere: a description may name the source of a picture.
+class NoNetwork
+{
+public:
+    NoNetwork()
+    {
+        QNetworkProxy::setApplicationProxy(
+            QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), 0));
+    }
+    ~NoNetwork() { QNetworkProxy::setApplicationProxy(m_before); }
+    Q_DISABLE_COPY_MOVE(NoNetwork)
+
+private:
+    const QNetworkProxy m_before = QNetworkProxy::applicationProxy();
+};
+
 ExitCode runPreview(const CommandLine &commandLine)
 {
+    const NoNetwork noNetwork;
     PreviewFiles files; // outlives the store, which writes its files at its end
     OrbSetup store(QFileInfo(commandLine.description).fileName());
     const QString problem = files.copyTo(store, commandLine.description, commandLine.filesFolder);

@@ -85,7 +85,20 @@ private:
             m_addresses.value(element, addressText(element));
         else if (isText(tag))
             m_texts.visible(element, ownText(element));
-        m_texts.visible(element, element.attribute(QStringLiteral("param")));
+        judgeParam(element);
+    }
+
+    void judgeParam(const QDomElement &element)
+    {
+        QString param = element.attribute(QStringLiteral("param"));
+        // The title of a file dialog is translated by itself too: an id does not end at a comma.
+        if (element.attribute(QStringLiteral("slot")) == QLatin1String("fileDialog")) {
+            QStringList fields = param.split(u',');
+            if (fields.size() > 1)
+                m_texts.visible(element, fields.takeAt(1));
+            param = fields.join(u',');
+        }
+        m_texts.visible(element, param);
     }
 
     bool isOfAControl(const QDomElement &key) const

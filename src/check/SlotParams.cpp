@@ -28,6 +28,14 @@ bool isVariable(const QString &text)
     return text.contains(u'@') || text.contains(u'{');
 }
 
+QStringList fieldsOf(const QString &param)
+{
+    QStringList fields = param.split(u',');
+    for (QString &field : fields)
+        field = field.trimmed();
+    return fields;
+}
+
 const QString languagePath = QStringLiteral("streams/common/language");
 
 } // namespace
@@ -89,7 +97,7 @@ void SlotParams::showDialog(const QDomElement &action, const QString &tag)
 
 void SlotParams::fileDialog(const QDomElement &action, const QString &param)
 {
-    const QStringList fields = param.split(u',');
+    const QStringList fields = fieldsOf(param);
     if (fields.size() < 4)
         return wrongParam(action, QStringLiteral("action,title,filter,address"));
     if (!isVariable(fields.first()) && fields.first() != QLatin1String("open") &&
@@ -100,7 +108,7 @@ void SlotParams::fileDialog(const QDomElement &action, const QString &param)
 
 void SlotParams::settings(const QDomElement &action, const QString &param)
 {
-    const QStringList fields = param.split(u',');
+    const QStringList fields = fieldsOf(param);
     if (fields.size() != 3)
         return wrongParam(action, QStringLiteral("action,address,tag"));
     if (fields.first() == QLatin1String("write"))
@@ -108,17 +116,17 @@ void SlotParams::settings(const QDomElement &action, const QString &param)
     else if (fields.first() != QLatin1String("read") && !isVariable(fields.first()))
         wrongField(action, fields.first(), QStringLiteral("write, read"));
     address(action, fields.at(1));
-    if (const QString tag = fields.at(2).trimmed(); !isVariable(tag) && m_document.first(tag).isNull())
-        m_problems.error(action, tr("There is no section \"%1\" that lists what to write").arg(tag));
+    if (!isVariable(fields.at(2)) && m_document.first(fields.at(2)).isNull())
+        m_problems.error(action, tr("There is no section \"%1\" that lists what to write").arg(fields.at(2)));
 }
 
 void SlotParams::saveFileAs(const QDomElement &action, const QString &param)
 {
-    const QStringList fields = param.split(u',');
+    const QStringList fields = fieldsOf(param);
     if (fields.size() != 2)
         return wrongParam(action, QStringLiteral("file,address"));
-    if (const QString file = fields.first().trimmed(); !isVariable(file))
-        m_addresses.file(action, file);
+    if (!isVariable(fields.first()))
+        m_addresses.file(action, fields.first());
     address(action, fields.last());
 }
 
@@ -147,7 +155,7 @@ void SlotParams::softList(const QDomElement &action, const QString &tag)
 void SlotParams::address(const QDomElement &action, const QString &address)
 {
     if (!isVariable(address))
-        m_addresses.value(action, address.trimmed());
+        m_addresses.value(action, address);
 }
 
 void SlotParams::needDialogs(const QDomElement &action, const QStringList &tags)

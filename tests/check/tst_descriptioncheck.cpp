@@ -181,6 +181,19 @@ void TestDescriptionCheck::findsProblems_data()
          "type",
          "2:152 error: Unknown word \"del\" in the parameter; known are edit, new, newok, remove"});
 
+    row("files",
+        description(button(call("fileDialog", "open,@t,All (*),general/a/b") + "\n" +
+                           call("fileDialog", "load,t,net") + "\n" + call("fileDialog", "load,t,*,net") +
+                           "\n" + call("saveFileAs", "nett,general/a/b") + "\n" +
+                           call("settingsSlot", "write,general/a/b,s")),
+                    "<translations><ru><t>t</t></ru></translations>"),
+        {"3:1 error: The parameter has the wrong number of fields; it must be action,title,filter,address",
+         "4:1 error: \"net\" is no address; that would be file/section/key",
+         "4:1 error: Unknown word \"load\" in the parameter; known are open, save",
+         "5:1 error: No recorder sends a file \"nett\", and the description does not list it",
+         "6:1 error: There is no section \"s\" that lists what to write",
+         "6:1 error: This call may show dialogs that are missing: filewriteerror"});
+
     // Addresses.
     row("addresses",
         description("<item type='edit'><key>net/IP</key><key>nett/untitled/IP</key></item>"

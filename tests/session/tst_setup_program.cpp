@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QMap>
 #include <QMessageBox>
+#include <QNetworkProxy>
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -274,7 +275,11 @@ void TestSetupProgram::previewsOnCopies()
     commandLine.filesFolder = folder.path();
     commandLine.language = "en";
     QString shown;
-    const ExitCode code = runSessionAs(commandLine, [&shown](QWidget &top) {
+    const auto proxy = [] { return QNetworkProxy::applicationProxy(); };
+    const QNetworkProxy usual = proxy();
+    QNetworkProxy meanwhile;
+    const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
+        meanwhile = proxy();
         auto *name = top.findChild<QLineEdit *>();
         shown = name->text();
         name->setText("changed");
@@ -284,6 +289,8 @@ void TestSetupProgram::previewsOnCopies()
         }
     });
     QCOMPARE(code, Accepted);
+    QVERIFY(meanwhile.type() == QNetworkProxy::HttpProxy && meanwhile.port() == 0); // leads nowhere
+    QCOMPARE(proxy(), usual);
     QVERIFY2(!shown.isEmpty() && before.value("streams").contains(shown.toUtf8()), qPrintable(shown));
     QCOMPARE(contents(), before);
     QCOMPARE(m_received, QStringList());
