@@ -120,6 +120,8 @@ QWidget *ScrollControl::create(ControlContext &, const Control &control, QWidget
     bar->setPageStep(qMax(1, int((qint64(bar->maximum()) - bar->minimum()) / 10)));
     bar->setValue(intAttribute(element, QStringLiteral("value")));
     bar->setFocusPolicy(Qt::StrongFocus);
+    // The toolkit means the direction in which a page moves: its right arrow would make a value smaller.
+    bar->setInvertedControls(bar->orientation() == Qt::Vertical);
     return bar;
 }
 
