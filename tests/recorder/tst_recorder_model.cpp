@@ -1,3 +1,5 @@
+#include "RawClient.h"
+
 #include "recorder/RecorderServer.h"
 
 #include <QDomDocument>
@@ -21,7 +23,13 @@ const QHash<QString, QString> ClientValues = {{"general/progress_dialog/progress
                                               {"general/access/pass1", {}},
                                               {"general/access/pass2", {}},
                                               {"general/access/level", "1"},
-                                              {"general/remove_package/name", {}}};
+                                              {"general/remove_package/name", {}},
+                                              {"general/confirm/question", {}},
+                                              {"general/confirm/hint", {}},
+                                              {"general/confirm/action", {}},
+                                              {"general/confirm/function", {}},
+                                              {"general/install_packet/path", {}},
+                                              {"general/report/path", {}}};
 /// The dialogs that a client opens by itself.
 const QStringList ClientDialogs = {"progress_dialog",         "accessdlg",         "accessdlgerr_namedouble",
                                    "accessdlgerr_editrights", "accessdlgerr_name", "accessdlgerr_pass",
@@ -120,10 +128,19 @@ private:
 
 void TestRecorderModel::initTestCase()
 {
-    const recorder::RecorderServer server(m_folder.path());
-    QVERIFY2(server.errorString().isEmpty(), qPrintable(server.errorString()));
+    recorder::RecorderServer server(m_folder.path());
+    QVERIFY2(server.listen(), qPrintable(server.errorString()));
     for (const QString &file : Files)
         readValues(file);
+    // Clients keep a report under this name.
+    RawClient client(server.port());
+    QVERIFY(client.logIn());
+    const QByteArray report = client.ask("GET REPORT\r\n");
+    QFile kept(m_folder.filePath("tmp"));
+    QVERIFY(kept.open(QIODevice::WriteOnly));
+    kept.write(report.mid(report.indexOf("\r\n") + 2).chopped(16));
+    kept.close();
+    readValues("tmp");
     m_values.insert(ClientValues);
 
     QFile description(server.filePath("interface"));

@@ -1,0 +1,327 @@
+#include "DebFile.h"
+#include "ModalWatcher.h"
+
+#include "device/CTimeZoner.h"
+#include "device/OrbNetSetup.h"
+#include "device/TimeZoneTable.h"
+#include "recorder/RecorderServer.h"
+#include "recorder/ZoneRule.h"
+#include "ui/CWinMain.h"
+
+#include <QDomDocument>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace paravue;
+using paravue::test::ModalWatcher;
+
+namespace
+{
+
+template <class Widget>
+Widget *find(const QWidget &window, const QString &text, int index = 0)
+{
+    for (Widget *widget : window.findChildren<Widget *>()) {
+        if (widget->text() == text && index-- == 0)
+            return widget;
+    }
+    return nullptr;
+}
+
+/// Brings the pages to the front that the widget is on.
+void reveal(QWidget &widget)
+{
+    for (QWidget *page = &widget; page; page = page->parentWidget()) {
+        for (QWidget *above = page->parentWidget(); above; above = above->parentWidget()) {
+            if (auto *tabs = qobject_cast<QTabWidget *>(above); tabs && tabs->indexOf(page) >= 0)
+                tabs->setCurrentWidget(page);
+        }
+    }
+}
+
+/// A window of the shipped description, loaded over a connection of its own.
+class Session
+{
+public:
+    explicit Session(const recorder::RecorderServer &recorder)
+        : store("admin:admin@127.0.0.1:" + QString::number(qint16(recorder.port()))),
+          errors(&store, &OrbSetup::pseudothrow), loaded(&store, &OrbSetup::loadDone),
+          stored(&store, &OrbSetup::storeDone)
+    {
+        window = std::make_unique<CWinMain>(&store, nullptr);
+        m_isLoaded = !loaded.isEmpty() || loaded.wait(20'000);
+    }
+
+    bool isFine() const { return m_isLoaded && errors.isEmpty(); }
+
+    /// Presses a button, and the one with the text \a answer of the question that then comes, if any.
+    bool press(const QString &text, int index = 0, const QString &answer = {})
+    {
+        auto *button = find<QPushButton>(*window, text, index);
+        if (!button)
+            return false;
+        const ModalWatcher watcher(
+            [&](QWidget &dialog) {
+                if (auto *yes = find<QPushButton>(dialog, answer))
+                    QTest::mouseClick(yes, Qt::LeftButton);
+            },
+            "QDialog");
+        reveal(*button);
+        QTest::mouseClick(button, Qt::LeftButton);
+        return watcher.hasSeen() == !answer.isEmpty();
+    }
+
+    OrbNetSetup store;
+    QSignalSpy errors;
+    QSignalSpy loaded;
+    QSignalSpy stored;
+    std::unique_ptr<CWinMain> window;
+
+private:
+    bool m_isLoaded = false;
+};
+
+} // namespace
+
+/// The functions of the recorder from the buttons of its window. Their effects are fetched by another
+/// session.
+class TestSessionFunctions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void hasItsEffect_data();
+    void hasItsEffect();
+    void asksBeforeItDestroys();
+    void setsTheClockInAnyZone_data();
+    void setsTheClockInAnyZone();
+    void adjustsThePictureOnce();
+    void showsTheReport();
+    void tellsWhyTheRecorderRefuses();
+    void offersEveryTimeZone();
+    void bothSidesReadTheRulesAlike();
+
+private:
+    QString fetched(const QString &address);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+};
+
+void TestSessionFunctions::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"));
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    m_recorder->setRebootTime(1);
+}
+
+/// The value that a new store finds, in a report when the address begins with "tmp".
+QString TestSessionFunctions::fetched(const QString &address)
+{
+    OrbNetSetup store("admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port())));
+    QSignalSpy loaded(&store, &OrbSetup::loadDone);
+    address.startsWith("tmp/") ? store.function("get_report", "") : store.load();
+    return loaded.wait(20'000) ? store.value(address) : QString("nothing");
+}
+
+void TestSessionFunctions::hasItsEffect_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, const char *button, int index, const char *answer,
+                        const char *address, const char *expected) {
+        QTest::newRow(name) << QString(button) << index << QString(answer) << QString(address)
+                            << QString(expected);
+    };
+    row("format disk 1", "Format", 0, "Format", "disk/untitled/DISC1_USED", "0G");
+    row("format disk 2", "Format", 1, "Format", "disk/untitled/DISC2_USED", "0G");
+    row("format the USB disk", "Format", 2, "Format", "disk/untitled/USB_USED", "0G");
+    row("clear e-mails 1", "Delete stored e-mails", 0, "Delete", "tmp/emails/DISC1", "0");
+    row("clear e-mails 2", "Delete stored e-mails", 1, "Delete", "tmp/emails/DISC2", "0");
+    row("clear e-mails USB", "Delete stored e-mails", 2, "Delete", "tmp/emails/USB", "0");
+    row("test e-mail", "Send a test e-mail", 0, "", "tmp/emails/DISC1", "4");
+    row("restart", "Restart", 0, "Restart", "state/health/UPTIME_DAYS", "0");
+    row("reset", "Reset the settings", 0, "Reset", "net/untitled/HOSTNAME", "paravue-r4");
+    row("time server", "Ask the server now", 0, "", "time/untitled/NTP_SYNC", "1");
+    row("install", "Install", 0, "Install", "soft/untitled/PACKAGE_NAME_6", "thermo-probe");
+}
+
+void TestSessionFunctions::hasItsEffect()
+{
+    QFETCH(QString, button);
+    QFETCH(int, index);
+    QFETCH(QString, answer);
+    QFETCH(QString, address);
+    QFETCH(QString, expected);
+    QFile net(m_recorder->filePath("net"));
+    QVERIFY(net.open(QIODevice::Append) && net.write("HOSTNAME='other'\n") > 0);
+    net.close();
+    QFile package(m_folder->filePath("probe.deb"));
+    QVERIFY(package.open(QIODevice::WriteOnly));
+    package.write(test::debFile("Package: thermo-probe\nVersion: 1.0\n"));
+    package.close();
+
+    QVERIFY(fetched(address) != expected);
+    Session session(*m_recorder);
+    session.window->setValue("general/install_packet/path/" + package.fileName());
+    QSignalSpy back(m_recorder.get(), &recorder::RecorderServer::cameBack);
+    QVERIFY(session.press(button, index, answer));
+    QTRY_COMPARE(session.stored.count(), 1);
+    QVERIFY2(session.isFine(), qPrintable(session.errors.value(0).value(0).toString()));
+    QVERIFY(button != "Restart" || back.wait());
+    QCOMPARE(fetched(address), expected);
+}
+
+void TestSessionFunctions::asksBeforeItDestroys()
+{
+    Session session(*m_recorder);
+    for (const char *button : {"Format", "Delete stored e-mails", "Restart", "Reset the settings"}) {
+        QVERIFY(session.press(button, 0, "Cancel"));
+        QVERIFY(session.stored.isEmpty());
+        QVERIFY(session.store.activity().isEmpty());
+    }
+}
+
+void TestSessionFunctions::setsTheClockInAnyZone_data()
+{
+    QTest::addColumn<QString>("zone");
+    for (const TimeZoneRow &row : timeZoneTable()) {
+        if (row.offsetMinutes % 240 == 0)
+            QTest::newRow(row.rule) << QString(row.rule);
+    }
+}
+
+void TestSessionFunctions::setsTheClockInAnyZone()
+{
+    QFETCH(QString, zone);
+    const auto secondsOff = [this, zone](QDateTime expected) {
+        const QString digits = fetched("time/untitled/YYYYMMDDHHMMSS");
+        QDateTime shown = QDateTime::fromString(digits, "yyyyMMddHHmmss");
+        shown.setTimeSpec(Qt::UTC);
+        return qAbs(shown.secsTo(expected));
+    };
+    Session session(*m_recorder);
+    session.window->setValue("time/untitled/TIME_ZONE/" + zone);
+    session.window->setValue("time/untitled/YYYYMMDDHHMMSS/20300715120000");
+    QVERIFY(session.press("Set this time"));
+    QTRY_COMPARE(session.stored.count(), 1);
+    QVERIFY(secondsOff(QDateTime(QDate(2030, 7, 15), QTime(12, 0), Qt::UTC)) < 30);
+    QCOMPARE(fetched("time/untitled/TIME_ZONE"), zone);
+
+    QVERIFY(session.press("Set to this computer's time"));
+    QTRY_COMPARE(session.stored.count(), 2);
+    const qint64 local = CTimeZoner(zone.toLatin1()).toLocal(QDateTime::currentSecsSinceEpoch());
+    QVERIFY(secondsOff(QDateTime::fromSecsSinceEpoch(local, Qt::UTC)) < 30);
+    QVERIFY(session.isFine());
+}
+
+void TestSessionFunctions::adjustsThePictureOnce()
+{
+    int requests = 0;
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, this,
+            [&](const QString &line) { requests += line.endsWith("< ADJUST VIDEO") ? 1 : 0; });
+    Session session(*m_recorder);
+    session.window->setValue("streams/stream_0/brightness/33");
+    const auto bars = session.window->findChildren<QScrollBar *>();
+    const auto first = std::find_if(bars.begin(), bars.end(), [](auto *bar) { return bar->value() == 33; });
+    QVERIFY(first != bars.end());
+    QScrollBar *brightness = *first;
+    reveal(*brightness);
+    for (int step = 0; step < 10; ++step)
+        QTest::keyClick(brightness, Qt::Key_Right);
+    const QString expected = QString::number(brightness->value());
+    QVERIFY(brightness->value() > 33);
+    QTRY_COMPARE(session.stored.count(), 1);
+    QVERIFY(session.isFine());
+    QCOMPARE(requests, 1);
+    QCOMPARE(fetched("streams/stream_0/brightness"), expected);
+}
+
+void TestSessionFunctions::showsTheReport()
+{
+    Session session(*m_recorder);
+    bool isShown = false;
+    const ModalWatcher watcher(
+        [&](QWidget &dialog) {
+            isShown = QTest::qWaitFor([&] { return find<QLabel>(dialog, "R4-0017-2281"); });
+        },
+        "QDialog");
+    auto *button = find<QPushButton>(*session.window, "Get the report");
+    reveal(*button);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(isShown);
+    QVERIFY(watcher.texts().value(0).contains("is being fetched")); // at first
+    QVERIFY(session.isFine());
+}
+
+void TestSessionFunctions::tellsWhyTheRecorderRefuses()
+{
+    QFile package(m_folder->filePath("letter.txt"));
+    QVERIFY(package.open(QIODevice::WriteOnly) && package.write("Dear recorder") > 0);
+    package.close();
+    Session session(*m_recorder);
+    session.window->setValue("general/install_packet/path/" + package.fileName());
+    const ModalWatcher message;
+    QVERIFY(session.press("Install", 0, "Install"));
+    QTRY_VERIFY(message.hasSeen());
+    QVERIFY(message.texts().constFirst().contains("Device error \"this is no package\""));
+    // The window goes on: a save starts over.
+    session.store.function("save_settings", "");
+    QTRY_COMPARE(session.stored.count(), 1);
+}
+
+void TestSessionFunctions::offersEveryTimeZone()
+{
+    QFile file(m_recorder->filePath("interface"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QDomDocument description;
+    QVERIFY(description.setContent(&file));
+    const QDomElement translations = description.documentElement().firstChildElement("translations");
+    QStringList offered;
+    const QDomNodeList texts = description.elementsByTagName("text");
+    for (int i = 0; i < texts.size(); ++i) {
+        const QDomElement text = texts.at(i).toElement();
+        const QString key = text.firstChildElement("key").text();
+        const QString id = text.firstChild().nodeValue().mid(1);
+        if (key.startsWith("time/untitled/TIME_ZONE/"))
+            offered << QStringList{key.section('/', 3),
+                                   translations.firstChildElement("en").firstChildElement(id).text(),
+                                   translations.firstChildElement("ru").firstChildElement(id).text()}
+                           .join('|');
+    }
+    QStringList expected;
+    for (const TimeZoneRow &row : timeZoneTable())
+        expected << QStringList{row.rule, timeZoneCaption(row, "en"), timeZoneCaption(row, "ru")}.join('|');
+    QCOMPARE(offered, expected);
+}
+
+void TestSessionFunctions::bothSidesReadTheRulesAlike()
+{
+    QList<QByteArray> rules = {"", "UTC+0UTC+0", "UTC-3UTC-4"};
+    for (const TimeZoneRow &row : timeZoneTable())
+        rules << row.rule;
+    const qint64 start = QDateTime(QDate(2026, 1, 1), QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
+    for (const QByteArray &rule : rules) {
+        const CTimeZoner ours(rule);
+        const auto theirs = recorder::ZoneRule::parse(rule);
+        QVERIFY2(theirs, rule);
+        for (qint64 time = start; time < start + 2 * 365 * 86400; time += 3600)
+            QVERIFY2(ours.toLocal(time) == theirs->localOf(time), rule + ' ' + QByteArray::number(time));
+    }
+}
+
+QTEST_MAIN(TestSessionFunctions)
+#include "tst_session_functions.moc"
