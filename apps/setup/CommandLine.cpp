@@ -2,6 +2,8 @@
 
 #include "RecorderAddress.h"
 
+#include "device/TimeZoneTable.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -39,6 +41,16 @@ CommandLine refused(const QString &problem)
     line.task = CommandLine::Task::RefuseUsage;
     line.text = problem;
     return line;
+}
+
+QString timeZoneList(const QString &language)
+{
+    constexpr int RuleWidth = 44;
+    QString list;
+    for (const TimeZoneRow &row : timeZoneTable())
+        list +=
+            QString::fromLatin1(row.rule).leftJustified(RuleWidth) + timeZoneCaption(row, language) + '\n';
+    return list;
 }
 
 /// Options of the toolkit itself, which it reads when the application is created. They are known here so that
@@ -99,11 +111,15 @@ CommandLine CommandLine::parse(const QStringList &words)
         "files", tr("Take the configuration files that go with FILE from DIR (with --check or --preview)."),
         "DIR");
 
+    const QCommandLineOption timeZones(
+        "time-zones", tr("List the time zones of the world with the rules that recorders take for them (in "
+                         "Russian with --language ru)."));
+
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(tr("Shows the setup window of a network video recorder."));
-    parser.addOptions(
-        {help, version, digest, demo, demoData, screenshot, language, check, json, preview, files});
+    parser.addOptions({help, version, digest, demo, demoData, screenshot, language, check, json, preview,
+                       files, timeZones});
     acceptToolkitOptions(parser);
     parser.addPositionalArgument("ADDRESS",
                                  tr("The recorder: [login:password@]host[:port]. Without a login the "
@@ -118,6 +134,8 @@ CommandLine CommandLine::parse(const QStringList &words)
                      '\n');
     if (!isParsed)
         return refused(parser.errorText());
+    if (parser.isSet(timeZones))
+        return shown(timeZoneList(parser.value(language)));
 
     CommandLine line;
     line.demo = parser.isSet(demo);

@@ -10,6 +10,7 @@
 
 #include <QDomDocument>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -253,10 +254,13 @@ void TestSessionFunctions::adjustsThePictureOnce()
 void TestSessionFunctions::showsTheReport()
 {
     Session session(*m_recorder);
+    const QString path = m_folder->filePath("report.txt");
     bool isShown = false;
     const ModalWatcher watcher(
         [&](QWidget &dialog) {
             isShown = QTest::qWaitFor([&] { return find<QLabel>(dialog, "R4-0017-2281"); });
+            QTest::keyClicks(dialog.findChild<QLineEdit *>(), path);
+            QTest::mouseClick(find<QPushButton>(dialog, "Save"), Qt::LeftButton);
         },
         "QDialog");
     auto *button = find<QPushButton>(*session.window, "Get the report");
@@ -264,6 +268,9 @@ void TestSessionFunctions::showsTheReport()
     QTest::mouseClick(button, Qt::LeftButton);
     QVERIFY(isShown);
     QVERIFY(watcher.texts().value(0).contains("is being fetched")); // at first
+    QFile saved(path);
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    QVERIFY(saved.readAll().startsWith("[ report ]\nCREATED = '20"));
     QVERIFY(session.isFine());
 }
 

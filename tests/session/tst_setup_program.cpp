@@ -172,6 +172,10 @@ void TestSetupProgram::showsTextWithoutAScreen()
     const Run version = runProgram({"--version"}, "nosuchplatform");
     QCOMPARE(version.exitCode, 0);
     QCOMPARE(version.out.trimmed(), "paravue-setup " PARAVUE_VERSION);
+    const Run zones = runProgram({"--time-zones", "--language", "ru"}, "nosuchplatform");
+    QCOMPARE(zones.exitCode, 0);
+    QVERIFY(zones.out.split('\n').contains(QString("UTC-3").leftJustified(44) +
+                                           "UTC+3, Москва, Минск, Стамбул, Эр-Рияд"));
 }
 
 void TestSetupProgram::refusesWrongUsage_data()
