@@ -1,24 +1,18 @@
 #include "DebFile.h"
 #include "ModalWatcher.h"
+#include "SetupRun.h"
 
 #include "device/CTimeZoner.h"
-#include "device/OrbNetSetup.h"
 #include "device/TimeZoneTable.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/ZoneRule.h"
-#include "ui/CWinMain.h"
 
 #include <QDomDocument>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QTest>
-
-#include <memory>
 
 using namespace paravue;
 using paravue::test::ModalWatcher;
@@ -36,6 +30,11 @@ Widget *find(const QWidget &window, const QString &text, int index = 0)
     return nullptr;
 }
 
+QString addressOf(const recorder::RecorderServer &recorder)
+{
+    return "admin:admin@127.0.0.1:" + QString::number(qint16(recorder.port()));
+}
+
 /// Brings the pages to the front that the widget is on.
 void reveal(QWidget &widget)
 {
@@ -47,20 +46,14 @@ void reveal(QWidget &widget)
     }
 }
 
-/// A window of the shipped description, loaded over a connection of its own.
-class Session
+/// A session with the shipped description whose buttons are pressed.
+class Session : public test::Session
 {
 public:
     explicit Session(const recorder::RecorderServer &recorder)
-        : store("admin:admin@127.0.0.1:" + QString::number(qint16(recorder.port()))),
-          errors(&store, &OrbSetup::pseudothrow), loaded(&store, &OrbSetup::loadDone),
-          stored(&store, &OrbSetup::storeDone)
+        : test::Session(addressOf(recorder)), stored(&store, &OrbSetup::storeDone)
     {
-        window = std::make_unique<CWinMain>(&store, nullptr);
-        m_isLoaded = !loaded.isEmpty() || loaded.wait(20'000);
     }
-
-    bool isFine() const { return m_isLoaded && errors.isEmpty(); }
 
     /// Presses a button, and the one with the text \a answer of the question that then comes, if any.
     bool press(const QString &text, int index = 0, const QString &answer = {})
@@ -79,14 +72,7 @@ public:
         return watcher.hasSeen() == !answer.isEmpty();
     }
 
-    OrbNetSetup store;
-    QSignalSpy errors;
-    QSignalSpy loaded;
     QSignalSpy stored;
-    std::unique_ptr<CWinMain> window;
-
-private:
-    bool m_isLoaded = false;
 };
 
 } // namespace
@@ -129,7 +115,7 @@ void TestSessionFunctions::init()
 /// The value that a new store finds, in a report when the address begins with "tmp".
 QString TestSessionFunctions::fetched(const QString &address)
 {
-    OrbNetSetup store("admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port())));
+    OrbNetSetup store(addressOf(*m_recorder));
     QSignalSpy loaded(&store, &OrbSetup::loadDone);
     address.startsWith("tmp/") ? store.function("get_report", "") : store.load();
     return loaded.wait(20'000) ? store.value(address) : QString("nothing");

@@ -284,9 +284,12 @@ void TestSetupProgram::previewsOnCopies()
     QNetworkProxy meanwhile;
     const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
         meanwhile = proxy();
-        auto *name = top.findChild<QLineEdit *>();
-        shown = name->text();
-        name->setText("changed");
+        for (QLineEdit *name : top.findChildren<QLineEdit *>()) {
+            if (name->text() != "Warehouse recorder")
+                continue;
+            shown = name->text();
+            name->setText("changed");
+        }
         for (QPushButton *button : top.findChildren<QPushButton *>()) {
             if (button->text() == "Save")
                 button->click();
