@@ -69,11 +69,11 @@ bool loadHeaders(RowListView &list, ControlContext &context, const Control &cont
     return list.setHeaders(headers);
 }
 
-/// Reads the rows of a list, each made by \a read from the address in front of its keys and its number. The
-/// list knows afterwards whether these are all.
+/// Reads the rows of a list, each of them by \a read with \a fields values at most. The list knows afterwards
+/// whether these are all.
 template <class Entry, class Read>
 QList<Entry> storedRows(RowListView &list, ControlContext &context, const Control &control,
-                        const Numbering &numbering, Read read)
+                        const Numbering &numbering, int fields, Read read)
 {
     list.setComplete(!numbering.prefix.isEmpty());
     if (numbering.prefix.isEmpty())
@@ -86,7 +86,7 @@ QList<Entry> storedRows(RowListView &list, ControlContext &context, const Contro
     QList<Entry> rows;
     rows.reserve(count);
     for (int row = 0; row < count; ++row) {
-        if (!context.take(ControlContext::ListCells, list.columnCount())) {
+        if (!context.take(ControlContext::ListCells, std::max(fields, list.columnCount()))) {
             list.setComplete(false);
             break;
         }
@@ -160,7 +160,7 @@ bool AccessListControl::load(ControlContext &context, const Control &control) co
     const bool newHeaders = loadHeaders(*list, context, control);
     list->setLevelCaptions(levelCaptions(context, control));
     const QList<AccessUser> users = storedRows<AccessUser>(
-        *list, context, control, Numbering::ofUsers(control), [](const auto &value, const QString &i) {
+        *list, context, control, Numbering::ofUsers(control), 3, [](const auto &value, const QString &i) {
             return AccessUser{value("/NAME" + i), value("/PASSWD" + i), value("/LEVEL" + i)};
         });
     return list->setUsers(users) || newHeaders;
@@ -225,7 +225,7 @@ bool SoftListControl::load(ControlContext &context, const Control &control) cons
     auto *list = qobject_cast<SoftList *>(control.widget);
     const bool newHeaders = loadHeaders(*list, context, control);
     const QList<SoftPackage> packages = storedRows<SoftPackage>(
-        *list, context, control, Numbering::ofPackages(control), [](const auto &value, const QString &i) {
+        *list, context, control, Numbering::ofPackages(control), 4, [](const auto &value, const QString &i) {
             return SoftPackage{value("/PACKAGE_NAME_" + i), value("/PACKAGE_VER_" + i),
                                value("/PACKAGE_DESC_" + i), value("/PACKAGE_PRIORITY_" + i)};
         });

@@ -137,6 +137,7 @@ class TestLists : public QObject
 private Q_SLOTS:
     void changesUsers_data();
     void changesUsers();
+    void staysWhoHeIsWhenHeIsRenamed();
     void leavesNothingOfARemovedUser();
     void editsInTheDialog();
     void movesByKeysAndSorts();
@@ -208,6 +209,20 @@ void TestLists::changesUsers()
     QCOMPARE(storedUsers(window), withLines(Users + changed));
     QCOMPARE(window.value("general/access/pass1"), refusal.isEmpty() ? "" : fields.value(1));
     QCOMPARE(window.messages.texts(), QStringList());
+}
+
+void TestLists::staysWhoHeIsWhenHeIsRenamed()
+{
+    DescribedWindow window(userPage(), {{"users", Users}, {"general", general("ann")}});
+    const ModalWatcher dialogs({}, "QDialog");
+    for (const QStringList &typed : {QStringList{"ann", "name/anna"}, QStringList{"bob", "level/2"}}) {
+        click(list(window), typed[0]);
+        window.window->accessListSlot("edit");
+        window.window->setValue("general/access/" + typed[1]);
+        press(window, "OK");
+    }
+    QCOMPARE(rows(list(window)), "carl|Chief/anna|1/bob|Guest");
+    QCOMPARE(dialogs.title(), "accessdlgerr_editrights");
 }
 
 void TestLists::leavesNothingOfARemovedUser()
