@@ -19,7 +19,7 @@ public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
     const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
-    KeyForm keyForm() const override { return KeyForm::Group; }
+    KeyForm keyForm() const override { return KeyForm::Rows; }
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal; }
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;
