@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <optional>
 
@@ -40,18 +41,16 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
         return problem;
 
     // What the user enters and what functions answer is kept in files that no recorder sends.
-    QStringList names{QStringLiteral("general"), QStringLiteral("tmp")};
-    names += OrbNetSetup::fileNames();
-    names += OrbNetSetup::fileNames(*interface);
-    const QStringList given = folder.isEmpty() ? QStringList() : QDir(folder).entryList(QDir::Files);
-    names += given;
+    const QStringList names = QStringList{QStringLiteral("general"), QStringLiteral("tmp")} +
+                              OrbNetSetup::fileNames() + OrbNetSetup::fileNames(*interface);
     for (const QString &name : names) {
         if (store.fileExists(name) || name.contains(u'/') || name.isEmpty())
             continue;
-        const auto content =
-            given.contains(name) ? contentOf(QDir(folder).filePath(name)) : std::optional(QByteArray());
+        const QString path = QDir(folder).filePath(name);
+        const bool isGiven = !folder.isEmpty() && QFileInfo(path).isFile();
+        const auto content = isGiven ? contentOf(path) : std::optional(QByteArray());
         if (!content)
-            return tr("The file %1 cannot be read.").arg(QDir(folder).filePath(name));
+            return tr("The file %1 cannot be read.").arg(path);
         if (const QString problem = copy(store, name, *content); !problem.isEmpty())
             return problem;
     }

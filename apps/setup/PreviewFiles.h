@@ -13,9 +13,9 @@ namespace paravue
 class PreviewFiles
 {
 public:
-    /// Gives \a store copies of \a description and of the files in \a folder (which may be empty), and empty
-    /// files in place of those that a session with this description would have besides. Returns what went
-    /// wrong, or an empty text.
+    /// Gives \a store copies of \a description and of every file in \a folder (which may be empty) that a
+    /// session with this description has. Those that are not there begin empty. Returns what went wrong, or
+    /// an empty text.
     QString copyTo(OrbSetup &store, const QString &description, const QString &folder);
 
 private:

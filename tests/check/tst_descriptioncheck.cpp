@@ -92,8 +92,8 @@ void TestDescriptionCheck::findsProblems_data()
         return "<pvsetup><window>" + inside + "</window></pvsetup>";
     };
     row("start tag of several lines", window("\n\t<timetask\n type='blink'\n/>"), {"2:2" + unknown});
-    row("behind other markup", window("<!-- <a>\n<b> --><?x <c>?><![CDATA[<d>]]>" + blink),
-        {"2:32" + unknown});
+    row("behind other markup", window("<!-- <a>\n<b> --><?x <c>?><![CDATA[><d>]]>" + blink),
+        {"2:33" + unknown});
     row("carriage returns", window("\r\n\r\n  " + blink), {"3:3" + unknown});
     row("letters of several bytes", window("<title>\xD0\x96\xF0\x9F\x98\x80</title>" + blink),
         {"1:35" + unknown});
