@@ -30,6 +30,9 @@ const OrbNetSetup::commands OrbNetSetup::mCommands[9] = {
 namespace
 {
 
+/// What a one-off command sends, and what it fetches.
+const QString CommandFile = QStringLiteral("tmp");
+
 /// A file that cannot be opened, or has no path, counts as empty.
 QByteArray readLocalFile(const QString &path)
 {
@@ -119,7 +122,10 @@ void OrbNetSetup::sendRequest(const compcommand &command)
 {
     const QByteArray request = requestOf(command);
     const QString name = QString::fromUtf8(command.name);
-    setActivity(m_operation == Send ? tr("Sending \"%1\"").arg(name) : tr("Fetching \"%1\"").arg(name));
+    if (name == CommandFile)
+        setActivity(tr("Waiting for the recorder"));
+    else
+        setActivity(m_operation == Send ? tr("Sending \"%1\"").arg(name) : tr("Fetching \"%1\"").arg(name));
     // Before the request is written: looking for the file may report something, and whoever shows the report
     // may run an event loop, which would send the request without its body.
     const QByteArray body = m_operation == Send ? wireBody(readLocalFile(filePath(name))) : QByteArray();
@@ -270,13 +276,13 @@ bool OrbNetSetup::_compile_state(const QString &name)
 
 void OrbNetSetup::_do_command(const QByteArray &command, const QByteArray &body, bool send)
 {
-    _push_file(QStringLiteral("tmp"), body);
+    _push_file(CommandFile, body);
     // An exchange that never began, for want of a login for example, leaves its list behind. A format that
     // was given up must not go out together with the next command.
     if (m_state == Idle)
         m_cmdlist.clear();
     m_cmdlist.push_back(std::make_unique<compcommand>(
-        compcommand{command, command, QByteArrayLiteral("tmp"), &OrbNetSetup::_push_file}));
+        compcommand{command, command, CommandFile.toUtf8(), &OrbNetSetup::_push_file}));
     m_operation = send ? Send : Fetch;
     _connect();
 }

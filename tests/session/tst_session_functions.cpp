@@ -13,6 +13,7 @@
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 using namespace paravue;
 using paravue::test::ModalWatcher;
@@ -143,6 +144,7 @@ void TestSessionFunctions::hasItsEffect_data()
     row("restart", "Restart", 0, "Restart", "state/health/UPTIME_DAYS", "0");
     row("reset", "Reset the settings", 0, "Reset", "net/untitled/HOSTNAME", "paravue-r4");
     row("time server", "Ask the server now", 0, "", "time/untitled/NTP_SYNC", "1");
+    row("remove a package", "Remove…", 0, "Remove", "soft/untitled/PACKAGES", "5");
     row("install", "Install", 0, "Install", "soft/untitled/PACKAGE_NAME_6", "thermo-probe");
 }
 
@@ -164,6 +166,8 @@ void TestSessionFunctions::hasItsEffect()
     QVERIFY(fetched(address) != expected);
     Session session(*m_recorder);
     session.window->setValue("general/install_packet/path/" + package.fileName());
+    for (QTreeWidget *list : session.window->findChildren<QTreeWidget *>())
+        list->setCurrentItem(list->findItems("usb-backup", Qt::MatchExactly).value(0));
     QSignalSpy back(m_recorder.get(), &recorder::RecorderServer::cameBack);
     QVERIFY(session.press(button, index, answer));
     QTRY_COMPARE(session.stored.count(), 1);
