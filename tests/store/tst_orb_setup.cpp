@@ -2,12 +2,12 @@
 #include "store/OrbSettings.h"
 #include "store/OrbSetup.h"
 #include "store/PasswordDigest.h"
+#include "support/TestTable.h"
 
 #include <QBuffer>
 #include <QSignalSpy>
-#include <QTest>
 
-using paravue::test::StoreFixture;
+using namespace paravue::test;
 
 namespace
 {
@@ -47,11 +47,7 @@ private Q_SLOTS:
 
 void tst_OrbSetup::addressParts_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("rest");
-    const auto row = [](const char *address, const char *path, const QString &rest) {
-        QTest::newRow(address) << QString(path) << rest;
-    };
+    const TestTable<QString, QString> row("path", "rest");
     row("a/b/c/d/e", "a/b/c", "d/e");
     row("a/b/c", "a/b/c", QString());
     row("a/b/c/", "a/b/c", "");
@@ -72,8 +68,7 @@ void tst_OrbSetup::addressParts()
 
 void tst_OrbSetup::reads_data()
 {
-    QTest::addColumn<QString>("value");
-    const auto row = [](const char *address, const char *value) { QTest::newRow(address) << QString(value); };
+    const TestTable<QString> row("value");
     row("net/Eth0/Name/none", "lan 1");
     row("net/Eth0/Empty/none", "");
     row("net/Eth0/Ip/0.0.0.0", "0.0.0.0");

@@ -1,9 +1,10 @@
+#include "support/TestTable.h"
 #include "video/cDataSplitter.h"
-
-#include <QTest>
 
 #include <functional>
 #include <limits>
+
+using paravue::test::TestTable;
 
 namespace
 {
@@ -61,8 +62,6 @@ void TestDataSplitter::readsFieldsInOrder()
 
 void TestDataSplitter::shortInputChangesNothing_data()
 {
-    QTest::addColumn<int>("position");
-    QTest::addColumn<Read>("read");
 
     const Read u8 = [](cDataSplitter &splitter, int &position) { splitter.readU8(position); };
     const Read u16 = [](cDataSplitter &splitter, int &position) { splitter.readU16(position); };
@@ -74,9 +73,7 @@ void TestDataSplitter::shortInputChangesNothing_data()
     const auto consume = [](int n) -> Read {
         return [n](cDataSplitter &splitter, int &) { splitter.consume(n); };
     };
-    const auto row = [](const char *name, int position, const Read &read) {
-        QTest::newRow(name) << position << read;
-    };
+    const TestTable<int, Read> row("position", "read");
     // The buffer is five bytes, a zero and four letters.
     row("u8 at the end", 5, u8);
     row("u16 cut", 4, u16);
