@@ -2,11 +2,11 @@
 #include "NotedStore.h"
 #include "device/GzText.h"
 #include "device/Limits.h"
+#include "support/TestTable.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 
 #include <zlib.h>
 
@@ -47,21 +47,6 @@ const QMap<QString, QByteArray> &recorderFiles()
     return bodies;
 }
 
-/// What zlib's reader of gzip files makes of \a data.
-QByteArray readAsGzFile(const QByteArray &data)
-{
-    QTemporaryFile file;
-    if (!file.open() || file.write(data) != data.size() || !file.flush())
-        return "cannot be written";
-    QByteArray content;
-    char block[1024];
-    gzFile reader = gzopen(QFile::encodeName(file.fileName()).constData(), "rb");
-    for (int size = gzread(reader, block, sizeof block); size > 0; size = gzread(reader, block, sizeof block))
-        content.append(block, size);
-    gzclose(reader);
-    return content;
-}
-
 /// What a list of "difile" elements makes of a fetch.
 QByteArray listing(const QByteArray &files)
 {
@@ -98,7 +83,6 @@ private Q_SLOTS:
     void leavesOutAStateFileThatExplodes();
 
     void runsASingleCommand();
-    void passesUnknownFunctionsOn();
     void leavesNothingBehind();
     void survivesHundredsOfCommands();
 };
@@ -144,11 +128,7 @@ void TransferTest::fetchesAndSendsTheWholeTable()
 
 void TransferTest::sendsFilesAsTheyAre_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QByteArray>("body");
-    const auto row = [](const char *name, const QByteArray &file, const QByteArray &body) {
-        QTest::newRow(name) << file << body;
-    };
+    const TestTable<QByteArray, QByteArray> row("file", "body");
     row("nothing: the line goes alone", "", "");
     row("untitled header alone", "[ untitled ]\r\n", "LENGTH=0\r\n");
     row("untitled header of another form", "[ untitled ]\nA=1\n", "LENGTH=17\r\n[ untitled ]\nA=1\n");
@@ -239,8 +219,7 @@ void TransferTest::followsTheListOfTheDescription()
 
 void TransferTest::keepsTheBuiltInList_data()
 {
-    QTest::addColumn<QByteArray>("description");
-    const auto row = [](const char *name, const QByteArray &text) { QTest::newRow(name) << text; };
+    const TestTable<QByteArray> row("description");
     row("no list", "<a><b><di><difile/></di></b></a>");
     row("not well-formed behind the list", "<a><di/></b>");
     row("cut", "<a><di><difile/></di>");
@@ -267,16 +246,15 @@ void TransferTest::keepsTheBuiltInList()
 
 void TransferTest::unpacksDescriptions_data()
 {
-    QTest::addColumn<QByteArray>("packed");
-    QTest::addColumn<QByteArray>("content");
+    const TestTable<QByteArray, QByteArray> row("packed", "content");
     const QByteArray text = QByteArray("<a>text</a>\n").repeated(20'000);
     const QByteArray gzip = gzipped(text);
-    QTest::newRow("gzip") << gzip << text;
-    QTest::newRow("plain text passes through") << text << text;
-    QTest::newRow("two members") << gzip + gzipped("end") << text + "end";
-    QTest::newRow("bytes behind are dropped") << gzip + "rubbish" << text;
-    QTest::newRow("empty") << QByteArray() << QByteArray();
-    QTest::newRow("first byte of a gzip header only") << QByteArray("\x1f") << QByteArray("\x1f");
+    row("gzip", gzip, text);
+    row("plain text passes through", text, text);
+    row("two members", gzip + gzipped("end"), text + "end");
+    row("bytes behind are dropped", gzip + "rubbish", text);
+    row("empty", "", "");
+    row("first byte of a gzip header only", "\x1f", "\x1f");
 }
 
 void TransferTest::unpacksDescriptions()
@@ -287,16 +265,9 @@ void TransferTest::unpacksDescriptions()
     store._push_gzfile("x", packed);
     QCOMPARE(store.content("x"), content);
     QCOMPARE(store.content("x.original"), content);
-
-    QCOMPARE(paravue::gunzipped(packed, paravue::MaxDescriptionBytes), readAsGzFile(packed));
-
-    // What is there of a cut one is kept. The reader leaves the last few bytes in the decoder at times.
-    for (qsizetype size = packed.size() - 1; size > 0; size -= 1 + size / 20) {
-        const QByteArray cut = packed.first(size);
-        const QByteArray unpacked = paravue::gunzipped(cut, paravue::MaxDescriptionBytes).value_or("none");
-        const QByteArray read = readAsGzFile(cut);
-        QVERIFY(unpacked.startsWith(read) && unpacked.size() < read.size() + 1024);
-    }
+    // What is there of a cut one is kept.
+    const auto half = paravue::gunzipped(packed.first(packed.size() / 2), paravue::MaxDescriptionBytes);
+    QVERIFY(half && content.startsWith(*half) && half->size() >= content.size() / 4);
 }
 
 void TransferTest::doesNotTakeADamagedDescriptionForWhole()
@@ -379,16 +350,6 @@ void TransferTest::runsASingleCommand()
     QCOMPARE(store.faultsWith(recorder), QStringList());
     QCOMPARE(store._to_cmdstring("GET X"), "GET X\r\n");
     QCOMPARE(store._to_cmdstring(""), "");
-}
-
-void TransferTest::passesUnknownFunctionsOn()
-{
-    NotedStore store(":@");
-    store.function("no such function", "x");
-    QCOMPARE(store.percents, QList<int>{100});
-    QCOMPARE(store.m_state, 0);
-    store.function("save_settings", "");
-    QCOMPARE(store.m_operation, 2);
 }
 
 void TransferTest::leavesNothingBehind()
