@@ -77,50 +77,11 @@ class tst_IniGrammar : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lines_data();
-    void lines();
     void agreesWithThePatterns();
     void anyLineIsLinear();
     void writtenValues_data();
     void writtenValues();
 };
-
-void tst_IniGrammar::lines_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("expected");
-    const auto key = PatternOracle::describeKey;
-    const auto section = PatternOracle::describeSection;
-    const QString other = "other";
-
-    QTest::newRow("bare value") << "k = v\n" << key("k", "v");
-    QTest::newRow("inner blanks") << "  k=a b\n" << key("k", "a b");
-    QTest::newRow("no line feed") << "k = v" << other;
-    QTest::newRow("trailing blank") << "k = v \n" << other;
-    QTest::newRow("trailing blank is the one white space") << "k = v " << key("k", "v");
-    QTest::newRow("no value") << "k =\n" << key("k", "");
-    QTest::newRow("single quotes") << "k = ' a \"b\" '\n" << key("k", " a \"b\" ");
-    QTest::newRow("double quotes") << "k = \"it's\"\n" << key("k", "it's");
-    QTest::newRow("a quote inside its own kind") << "k = 'it's'\n" << other;
-    QTest::newRow("note behind a bare value") << "a = b ; c\n" << key("a", "b ; c");
-    QTest::newRow("note behind a quoted value") << "a = 'b' ; c\n" << other;
-    QTest::newRow("comment") << "; a = b\n" << other;
-    QTest::newRow("longest name") << "a=b=c\n" << key("a=b", "c");
-    QTest::newRow("longest name with a quoted value") << "a=b='x=y'\n" << key("a=b", "x=y");
-    QTest::newRow("section") << "[ net ]\n" << section("net");
-    QTest::newRow("section without a line feed") << "[net] anything = 'goes" << section("net");
-    QTest::newRow("section with a blank") << "[ two words ]\n" << other;
-    QTest::newRow("section with brackets") << "[a]b]c\n" << section("a]b");
-    QTest::newRow("key that looks like a section") << "[net] = 1\n" << key("[net]", "1");
-}
-
-void tst_IniGrammar::lines()
-{
-    QFETCH(QString, line);
-    QFETCH(QString, expected);
-    QCOMPARE(describe(scanIniLine(QStringView(line), EmptyValue::IsKey)), expected);
-    QCOMPARE(PatternOracle(EmptyValue::IsKey).describe(line), expected);
-}
 
 void tst_IniGrammar::agreesWithThePatterns()
 {
