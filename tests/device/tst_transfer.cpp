@@ -50,7 +50,7 @@ const QMap<QString, QByteArray> &recorderFiles()
 /// What a list of "difile" elements makes of a fetch.
 QByteArray listing(const QByteArray &files)
 {
-    return "<pvsetup version=\"1.0\"><other><di><difile/></di></other><di>" + files + "</di></pvsetup>";
+    return "<pvsetup version=\"1.0\"><other><di><difile/></di></other><di>" + files + "</di><di/></pvsetup>";
 }
 
 qsizetype openDescriptors()
@@ -77,7 +77,8 @@ private Q_SLOTS:
     void unpacksDescriptions_data();
     void unpacksDescriptions();
     void doesNotTakeADamagedDescriptionForWhole();
-    void refusesAHugeDescription();
+    void refusesHugeDescriptions_data();
+    void refusesHugeDescriptions();
 
     void appliesDirectives();
     void leavesOutAStateFileThatExplodes();
@@ -253,6 +254,8 @@ void TransferTest::unpacksDescriptions_data()
     row("plain text passes through", text, text);
     row("two members", gzip + gzipped("end"), text + "end");
     row("bytes behind are dropped", gzip + "rubbish", text);
+    const QByteArray largest(paravue::MaxDescriptionBytes, ' ');
+    row("largest", gzipped(largest), largest);
     row("empty", "", "");
     row("first byte of a gzip header only", "\x1f", "\x1f");
 }
@@ -283,20 +286,26 @@ void TransferTest::doesNotTakeADamagedDescriptionForWhole()
     }
 }
 
-void TransferTest::refusesAHugeDescription()
+void TransferTest::refusesHugeDescriptions_data()
 {
-    const QByteArray bomb = gzipped(QByteArray(paravue::MaxDescriptionBytes + 1, ' '));
+    const TestTable<QByteArray, QString> row("description", "error");
+    row("text", gzipped(QByteArray(paravue::MaxDescriptionBytes + 1, ' ')),
+        "File \"interface\" is too large");
+    row("files", listing(QByteArray("<difile/>").repeated(1001)),
+        "The interface description lists more than 1000 files");
+}
+
+void TransferTest::refusesHugeDescriptions()
+{
+    QFETCH(QByteArray, description);
+    QFETCH(QString, error);
     QMap<QString, QByteArray> files = recorderFiles();
-    files["interface"] = bomb;
+    files["interface"] = description;
     FakeRecorder recorder;
     recorder.login().fetchOf(files).expectClosed();
     NotedStore store(recorder.address());
     QVERIFY(store.fetch());
-    QCOMPARE(store.errors, QStringList("File \"interface\" is too large"));
-    QVERIFY(!store.fileExists("interface"));
-
-    store._push_gzfile("x", gzipped(QByteArray(paravue::MaxDescriptionBytes, ' ')));
-    QVERIFY(store.fileExists("x"));
+    QCOMPARE(store.faultsWith(recorder), QStringList(error));
 }
 
 void TransferTest::appliesDirectives()
