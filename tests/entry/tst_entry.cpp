@@ -2,6 +2,7 @@
 #include "StoreFixture.h"
 #include "entry/DoParavueSetup.h"
 #include "entry/cSetupWidget.h"
+#include "support/TestTable.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -18,10 +19,24 @@ using namespace paravue::test;
 namespace
 {
 
+const QByteArray Description = R"(<pvsetup><window><self/></window><tabwidget><tab><item type="gridlayout">
+  <item type="setup"><store/></item>
+  <item type="pushbutton" row="1"><text>Throw</text>
+    <action type="call" slot="callSetup" param="throw,run failed">store</action></item>
+  <item type="pushbutton" row="2"><text>Number</text>
+    <action type="call" slot="callSetup" param="throw_number">store</action></item>
+  <item type="pushbutton" row="3"><text>Open</text>
+    <action type="call" slot="showDialog" param="box">self</action></item>
+</item></tab></tabwidget>
+<buttonOK><action type="call" slot="accept">self</action></buttonOK>
+<x><box/><item type="gridlayout"><item type="pushbutton"><text>Inside</text>
+  <action type="call" slot="callSetup" param="throw,dialog failed">store</action></item></item></x></pvsetup>)";
+
 /// Throws where it is told to; its window has buttons that call it.
 class ThrowingStore : public OrbSetup
 {
 public:
+    ThrowingStore() { setFilePath("interface", m_files.store().filePath("interface")); }
     void load() override
     {
         if (throwsInLoad)
@@ -39,20 +54,10 @@ public:
 
     bool throwsInLoad = false;
     QStringList calls;
-};
 
-const QByteArray Description = R"(<pvsetup><window><self/></window><tabwidget><tab><item type="gridlayout">
-  <item type="setup"><store/></item>
-  <item type="pushbutton" row="1"><text>Throw</text>
-    <action type="call" slot="callSetup" param="throw,run failed">store</action></item>
-  <item type="pushbutton" row="2"><text>Number</text>
-    <action type="call" slot="callSetup" param="throw_number">store</action></item>
-  <item type="pushbutton" row="3"><text>Open</text>
-    <action type="call" slot="showDialog" param="box">self</action></item>
-</item></tab></tabwidget>
-<buttonOK><action type="call" slot="accept">self</action></buttonOK>
-<x><box/><item type="gridlayout"><item type="pushbutton"><text>Inside</text>
-  <action type="call" slot="callSetup" param="throw,dialog failed">store</action></item></item></x></pvsetup>)";
+private:
+    StoreFixture m_files{{{"interface", Description}}};
+};
 
 /// The toolkit's own event handling does not clean up behind an exception that passes through it.
 class ToleratedLeaks
@@ -100,11 +105,10 @@ private Q_SLOTS:
 
 void TestEntry::returnsTheResult_data()
 {
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("result");
-    QTest::newRow("accepted") << "OK" << 1;
-    QTest::newRow("rejected") << "Cancel" << 0;
-    QTest::newRow("closed") << "" << 0;
+    const TestTable<QString, int> row("button", "result");
+    row("accepted", "OK", 1);
+    row("rejected", "Cancel", 0);
+    row("closed", "", 0);
 }
 
 void TestEntry::returnsTheResult()
@@ -132,25 +136,18 @@ void TestEntry::returnsTheResult()
 
 void TestEntry::showsWhatWasThrown_data()
 {
-    QTest::addColumn<QString>("where");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("while the window is constructed") << "load"
-                                                     << "load failed";
-    QTest::newRow("while it runs") << "Throw"
-                                   << "run failed";
-    QTest::newRow("in a dialog") << "Inside"
-                                 << "dialog failed";
-    QTest::newRow("while a message is shown") << "message"
-                                              << "message failed";
+    const TestTable<QString, QString> row("where", "message");
+    row("while the window is constructed", "load", "load failed");
+    row("while it runs", "Throw", "run failed");
+    row("in a dialog", "Inside", "dialog failed");
+    row("while a message is shown", "message", "message failed");
 }
 
 void TestEntry::showsWhatWasThrown()
 {
     QFETCH(QString, where);
     QFETCH(QString, message);
-    const StoreFixture files({{"interface", Description}});
     ThrowingStore store;
-    store.setFilePath("interface", const_cast<StoreFixture &>(files).store().filePath("interface"));
     store.throwsInLoad = where == "load";
     bool windowWasVisible = false;
     const ModalWatcher messages([&](QWidget &box) {
@@ -191,9 +188,7 @@ void TestEntry::showsWhatWasThrown()
 
 void TestEntry::letsOtherExceptionsThrough()
 {
-    const StoreFixture files({{"interface", Description}});
     ThrowingStore store;
-    store.setFilePath("interface", const_cast<StoreFixture &>(files).store().filePath("interface"));
     const ModalWatcher messages;
     QTimer::singleShot(0, &store, [] { press(*QApplication::activeModalWidget(), "Number"); });
     int caught = 0;
@@ -210,18 +205,12 @@ void TestEntry::letsOtherExceptionsThrough()
 
 void TestEntry::splitsCommands_data()
 {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("call");
-    QTest::newRow("name only") << "save_settings"
-                               << "save_settings()";
-    QTest::newRow("argument with a comma") << "a,b,c"
-                                           << "a(b,c)";
-    QTest::newRow("empty parts") << "a,,b,"
-                                 << "a(,b,)";
-    QTest::newRow("no name") << ",b"
-                             << "(b)";
-    QTest::newRow("nothing") << ""
-                             << "()";
+    const TestTable<QString, QString> row("command", "call");
+    row("name only", "save_settings", "save_settings()");
+    row("argument with a comma", "a,b,c", "a(b,c)");
+    row("empty parts", "a,,b,", "a(,b,)");
+    row("no name", ",b", "(b)");
+    row("nothing", "", "()");
 }
 
 void TestEntry::splitsCommands()

@@ -3,6 +3,7 @@
 #include "setup/CommandLine.h"
 #include "setup/RecorderAddress.h"
 #include "setup/SetupProgram.h"
+#include "support/TestTable.h"
 
 #include <QApplication>
 #include <QCryptographicHash>
@@ -140,27 +141,21 @@ void TestSetupProgram::init()
 
 void TestSetupProgram::readsAddresses_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("typed");
-    QTest::addColumn<QString>("address");
-
-    QTest::newRow("no port") << "a:b@host" << false << "a:b@host";
-    QTest::newRow("port") << "a:b@host:32767" << false << "a:b@host:32767";
-    QTest::newRow("port beyond 15 bits") << "a:b@host:32768" << false << "a:b@host:-32768";
-    QTest::newRow("last port") << "a:b@host:65535" << false << "a:b@host:-1";
-    QTest::newRow("no login") << "host:40000" << true << "host:-25536";
-    QTest::newRow("separators in login and password") << "a:b:c@d@host" << false << "a:b:c@d@host";
-    QTest::newRow("typed password") << "admin:admin@host" << true
-                                    << "admin:21232f297a57a5a743894a0e4a801fc3@host";
+    const test::TestTable<QStringList, QString> row("arguments", "address");
+    row("no port", {"a:b@host"}, "a:b@host");
+    row("port", {"a:b@host:32767"}, "a:b@host:32767");
+    row("port beyond 15 bits", {"a:b@host:32768"}, "a:b@host:-32768");
+    row("last port", {"a:b@host:65535"}, "a:b@host:-1");
+    row("no login", {"host:40000", "--digest"}, "host:-25536");
+    row("separators in login and password", {"a:b:c@d@host"}, "a:b:c@d@host");
+    row("typed password", {"admin:admin@host", "--digest"}, "admin:21232f297a57a5a743894a0e4a801fc3@host");
 }
 
 void TestSetupProgram::readsAddresses()
 {
-    QFETCH(QString, text);
-    QFETCH(bool, typed);
-    const auto password = typed ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent;
-    const RecorderAddress read = RecorderAddress::fromText(text, password);
-    QCOMPARE(read.problem, QString());
+    QFETCH(QStringList, arguments);
+    const CommandLine read = CommandLine::parse(QStringList("paravue-setup") + arguments);
+    QCOMPARE(read.text, QString());
     QTEST(read.address, "address");
 }
 
@@ -180,30 +175,28 @@ void TestSetupProgram::showsTextWithoutAScreen()
 
 void TestSetupProgram::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
-
+    const test::TestTable<QStringList, QString> row("arguments", "reason");
     const QString address = "admin:s3cret@host";
-    QTest::newRow("nothing") << QStringList() << "no address";
-    QTest::newRow("two addresses") << QStringList{address, address} << "more than one address";
-    QTest::newRow("unknown option") << QStringList{address, "--nonsense"} << "nonsense";
-    QTest::newRow("no login") << QStringList{"s3cret@host"} << "[login:password@]host[:port]";
-    QTest::newRow("no host") << QStringList{"admin:s3cret@"} << "names no host";
-    QTest::newRow("port 0") << QStringList{address + ":0"} << "port must be";
-    QTest::newRow("port too large") << QStringList{address + ":65536"} << "port must be";
-    QTest::newRow("port is a word") << QStringList{address + ":http"} << "port must be";
-    QTest::newRow("IPv6") << QStringList{"admin:s3cret@::1"} << "IPv6";
-    QTest::newRow("demo and address") << QStringList{"--demo", address} << "takes no address";
-    QTest::newRow("demo data without demo") << QStringList{"--demo-data", "x", address} << "needs --demo";
-    QTest::newRow("no folder for pictures") << QStringList{address, "--screenshot", ""} << "needs a value";
-    QTest::newRow("check nothing") << QStringList{"--check", ""} << "--check needs a value";
-    QTest::newRow("check and address") << QStringList{"--check", "x", address} << "take no recorder";
-    QTest::newRow("preview and demo") << QStringList{"--preview", "x", "--demo"} << "take no recorder";
-    QTest::newRow("check and preview") << QStringList{"--check", "x", "--preview", "x"} << "exclude";
-    QTest::newRow("pictures of a check") << QStringList{"--check", "x", "--screenshot", "x"} << "no window";
-    QTest::newRow("files of a recorder") << QStringList{address, "--files", "x"} << "--files needs";
-    QTest::newRow("preview for programs") << QStringList{"--preview", "x", "--json"} << "--json needs";
-    QTest::newRow("language with a value") << QStringList{address, "--language", "en/x"} << "a language is";
+    row("nothing", {}, "no address");
+    row("two addresses", {address, address}, "more than one address");
+    row("unknown option", {address, "--nonsense"}, "nonsense");
+    row("no login", {"s3cret@host"}, "[login:password@]host[:port]");
+    row("no host", {"admin:s3cret@"}, "names no host");
+    row("port 0", {address + ":0"}, "port must be");
+    row("port too large", {address + ":65536"}, "port must be");
+    row("port is a word", {address + ":http"}, "port must be");
+    row("IPv6", {"admin:s3cret@::1"}, "IPv6");
+    row("demo and address", {"--demo", address}, "takes no address");
+    row("demo data without demo", {"--demo-data", "x", address}, "needs --demo");
+    row("no folder for pictures", {address, "--screenshot", ""}, "needs a value");
+    row("check nothing", {"--check", ""}, "--check needs a value");
+    row("check and address", {"--check", "x", address}, "take no recorder");
+    row("preview and demo", {"--preview", "x", "--demo"}, "take no recorder");
+    row("check and preview", {"--check", "x", "--preview", "x"}, "exclude");
+    row("pictures of a check", {"--check", "x", "--screenshot", "x"}, "no window");
+    row("files of a recorder", {address, "--files", "x"}, "--files needs");
+    row("preview for programs", {"--preview", "x", "--json"}, "--json needs");
+    row("language with a value", {address, "--language", "en/x"}, "a language is");
 }
 
 void TestSetupProgram::refusesWrongUsage()
@@ -219,28 +212,23 @@ void TestSetupProgram::refusesWrongUsage()
 
 void TestSetupProgram::checksDescriptions_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("out"); // %1: the file
-
+    // %1: the file
+    const test::TestTable<QByteArray, QStringList, int, QString> row("text", "options", "exitCode", "out");
     const QByteArray broken("<pvsetup>\n <window><timetask type='x'/><width>y</width></window>\n</pvsetup>");
-    QTest::newRow("clean") << QByteArray("<pvsetup/>") << QStringList() << 0
-                           << "%1: errors: 0, warnings: 0\n";
-    QTest::newRow("warning") << QByteArray("<pvsetup><window><width>y</width></window></pvsetup>")
-                             << QStringList() << 0
-                             << "%1:1:18: warning: \"y\" is no number and counts as 0\n"
-                                "%1: errors: 0, warnings: 1\n";
-    QTest::newRow("error") << broken << QStringList() << 1
-                           << "%1:2:10: error: Unknown time task \"x\"\n"
-                              "%1:2:30: warning: \"y\" is no number and counts as 0\n"
-                              "%1: errors: 1, warnings: 1\n";
-    QTest::newRow("for programs") << broken << QStringList{"--json"} << 1
-                                  << R"({"errors":1,"file":"%1","problems":[{"column":10,"line":2,)"
-                                     R"("severity":"error","text":"Unknown time task \"x\""},{"column":30,)"
-                                     R"("line":2,"severity":"warning","text":"\"y\" is no number and )"
-                                     R"(counts as 0"}],"warnings":1})";
-    QTest::newRow("no such folder") << broken << QStringList{"--files", "nosuch"} << 3 << "";
+    row("clean", "<pvsetup/>", {}, 0, "%1: errors: 0, warnings: 0\n");
+    row("warning", "<pvsetup><window><width>y</width></window></pvsetup>", {}, 0,
+        "%1:1:18: warning: \"y\" is no number and counts as 0\n"
+        "%1: errors: 0, warnings: 1\n");
+    row("error", broken, {}, 1,
+        "%1:2:10: error: Unknown time task \"x\"\n"
+        "%1:2:30: warning: \"y\" is no number and counts as 0\n"
+        "%1: errors: 1, warnings: 1\n");
+    row("for programs", broken, {"--json"}, 1,
+        R"({"errors":1,"file":"%1","problems":[{"column":10,"line":2,)"
+        R"("severity":"error","text":"Unknown time task \"x\""},{"column":30,)"
+        R"("line":2,"severity":"warning","text":"\"y\" is no number and )"
+        R"(counts as 0"}],"warnings":1})");
+    row("no such folder", broken, {"--files", "nosuch"}, 3, "");
 }
 
 void TestSetupProgram::checksDescriptions()
@@ -290,10 +278,8 @@ void TestSetupProgram::previewsOnCopies()
             shown = name->text();
             name->setText("changed");
         }
-        for (QPushButton *button : top.findChildren<QPushButton *>()) {
-            if (button->text() == "Save")
-                button->click();
-        }
+        if (QPushButton *save = buttonWithText(top, "Save"))
+            save->click();
     });
     QCOMPARE(code, Accepted);
     QVERIFY(meanwhile.type() == QNetworkProxy::HttpProxy && meanwhile.port() == 0); // leads nowhere
@@ -338,12 +324,10 @@ void TestSetupProgram::takesPicturesOfTheDemo()
 
 void TestSetupProgram::failsInsteadOfHanging_data()
 {
-    QTest::addColumn<QString>("account");
-    QTest::addColumn<bool>("isListening");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("wrong password") << "admin:s3cret" << true << "Authorization failed";
-    QTest::newRow("nobody listens") << "admin:s3cret" << false << "Network error";
-    QTest::newRow("description is no XML") << "admin:admin" << true << ":1.9";
+    const test::TestTable<QString, bool, QString> row("account", "isListening", "reason");
+    row("wrong password", "admin:s3cret", true, "Authorization failed");
+    row("nobody listens", "admin:s3cret", false, "Network error");
+    row("description is no XML", "admin:admin", true, ":1.9");
 }
 
 void TestSetupProgram::failsInsteadOfHanging()
