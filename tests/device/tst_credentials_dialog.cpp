@@ -5,6 +5,7 @@
 #include "device/cODAdaptor.h"
 #include "recorder/Companion.h"
 #include "store/PasswordDigest.h"
+#include "support/TestTable.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -47,14 +48,9 @@ void TestCredentialsDialog::init()
 
 void TestCredentialsDialog::isFilledInWithKeys_data()
 {
-    QTest::addColumn<QByteArray>("login");
-    QTest::addColumn<QList<int>>("keys"); ///< 0 types the password
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<QByteArray>("remember");
-    const auto row = [](const char *name, const QByteArray &login, const QList<int> &keys,
-                        const QByteArray &answer, const QByteArray &remember) {
-        QTest::newRow(name) << login << keys << answer << remember;
-    };
+    // Key 0 types the password.
+    const TestTable<QByteArray, QList<int>, QByteArray, QByteArray> row("login", "keys", "answer",
+                                                                        "remember");
     const QByteArray digest = "4ac6430a17d0215b3052b15c879d48bc"; // of "pass word"
     row("login and password", "", {Qt::Key_I, Qt::Key_Tab, 0, Qt::Key_Return}, "i " + digest, "true");
     row("password for a known login", "иван", {0, Qt::Key_Enter}, "иван " + digest, "true");

@@ -4,6 +4,7 @@
 #include "device/SavedCredentials.h"
 #include "device/SettingsFile.h"
 #include "store/PasswordDigest.h"
+#include "support/TestTable.h"
 
 #include <QDir>
 #include <QProcess>
@@ -82,21 +83,15 @@ void TestSettingsFile::init()
 
 void TestSettingsFile::findsItsFile_data()
 {
-    QTest::addColumn<QByteArray>("user");
-    QTest::addColumn<QByteArray>("shipped");
-    QTest::addColumn<QByteArray>("remember");
-    QTest::addColumn<bool>("isDamaged");
-    const auto row = [](const char *name, const QByteArray &user, const QByteArray &shipped,
-                        const QByteArray &remember, bool isDamaged = false) {
-        QTest::newRow(name) << user << shipped << remember << isDamaged;
-    };
+    const TestTable<QByteArray, QByteArray, QByteArray, bool> row("user", "shipped", "remember", "isDamaged");
     const QByteArray no = "[authorization]\nremember=6e6f\n"; // "no"
     const QByteArray off = "[default]\r\nauthorization/remember=6f6666\r\n";
-    row("none", "", "", "true");
-    row("none, a default beside the program", "", off, "off");
-    row("none, a damaged default beside the program", "", "\1\2", "true");
-    row("its own value before the default", off + no, "", "no");
-    row("as the toolkit writes it", "; x\n[default]\nauthorization\\remember=6F6666\n[a]\nb=\n", no, "off");
+    row("none", "", "", "true", false);
+    row("none, a default beside the program", "", off, "off", false);
+    row("none, a damaged default beside the program", "", "\1\2", "true", false);
+    row("its own value before the default", off + no, "", "no", false);
+    row("as the toolkit writes it", "; x\n[default]\nauthorization\\remember=6F6666\n[a]\nb=\n", no, "off",
+        false);
     row("no line of settings", no + "rubbish\n", off, "off", true);
     row("value without its last digit", "[authorization]\nremember=6e6", "", "true", true);
     row("value in plain text", "[authorization]\nremember=yes\n", "", "true", true);
@@ -185,16 +180,12 @@ void TestSettingsFile::keepsWhatSeveralProgramsSave()
 
 void TestSettingsFile::savesOneRecordForEachRecorder_data()
 {
-    QTest::addColumn<QByteArray>("url");
-    QTest::addColumn<bool>("remember");
-    QTest::addColumn<QString>("kept");
-    QTest::newRow("another") << QByteArray("c") << true << "a@Host b@host:7000 c@c";
-    QTest::newRow("same, in other letters") << QByteArray("hOST") << true << "b@host:7000 c@hOST";
-    QTest::newRow("same, with the usual port")
-        << QByteArray("host:5049") << true << "b@host:7000 c@host:5049";
-    QTest::newRow("port beyond 15 bits")
-        << QByteArray("host:-25536") << true << "a@Host b@host:7000 c@host:-25536";
-    QTest::newRow("to be forgotten") << QByteArray("HOST:7000") << false << "a@Host";
+    const TestTable<QByteArray, bool, QString> row("url", "remember", "kept");
+    row("another", "c", true, "a@Host b@host:7000 c@c");
+    row("same, in other letters", "hOST", true, "b@host:7000 c@hOST");
+    row("same, with the usual port", "host:5049", true, "b@host:7000 c@host:5049");
+    row("port beyond 15 bits", "host:-25536", true, "a@Host b@host:7000 c@host:-25536");
+    row("to be forgotten", "HOST:7000", false, "a@Host");
 }
 
 void TestSettingsFile::savesOneRecordForEachRecorder()

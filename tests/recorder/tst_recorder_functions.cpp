@@ -2,6 +2,7 @@
 #include "RawClient.h"
 
 #include "recorder/RecorderServer.h"
+#include "support/TestTable.h"
 
 #include <QDateTime>
 #include <QSignalSpy>
@@ -94,15 +95,8 @@ QByteArray TestRecorderFunctions::ask(const QByteArray &request, const QByteArra
 
 void TestRecorderFunctions::hasItsEffect_data()
 {
-    QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<QByteArray>("look");
-    QTest::addColumn<QByteArray>("before"); // in the answer to that
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *name, const QByteArray &request, const char *look, const char *before,
-                        const char *after) {
-        QTest::newRow(name) << request << look + QByteArray("\r\n") << QByteArray(before)
-                            << QByteArray(after);
-    };
+    // "before" and "after" are parts of the answer to "look".
+    const TestTable<QByteArray, QByteArray, QByteArray, QByteArray> row("request", "look", "before", "after");
     const char *disk = "GET DISK CONFIG";
     row("format", format("DISC1"), disk, "DISC1_USED='2310.5G'\n", "DISC1_USED='0G'\n");
     row("format the other", format("DISC2"), disk, "DISC2_USED='412G'\n", "DISC2_USED='0G'\n");
@@ -139,6 +133,7 @@ void TestRecorderFunctions::hasItsEffect()
     QFETCH(QByteArray, look);
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, after);
+    look += "\r\n";
     QByteArray answer = ask(look);
     QVERIFY2(answer.contains(before) && !answer.contains(after), answer);
     QCOMPARE(ask(request), Ok);
@@ -149,11 +144,7 @@ void TestRecorderFunctions::hasItsEffect()
 
 void TestRecorderFunctions::refuses_data()
 {
-    QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<QByteArray>("reason");
-    const auto row = [](const char *name, const QByteArray &request, const char *reason) {
-        QTest::newRow(name) << request << QByteArray(reason);
-    };
+    const TestTable<QByteArray, QByteArray> row("request", "reason");
     row("no such disk", format("DISC3"), "there is no disk DISC3");
     row("no disk", withBody("DO FORMAT", "all of them\n"), "there is no disk ");
     row("empty body", withBody("DO FORMAT", ""), "the command DO FORMAT is empty");
@@ -263,12 +254,7 @@ void TestRecorderFunctions::resetsSettings()
 
 void TestRecorderFunctions::keepsTheClockGoing_data()
 {
-    QTest::addColumn<QByteArray>("zone");
-    QTest::addColumn<QByteArray>("set");
-    QTest::addColumn<QByteArray>("later");
-    const auto row = [](const char *name, const char *zone, const char *set, const char *later) {
-        QTest::newRow(name) << QByteArray(zone) << QByteArray(set) << QByteArray(later);
-    };
+    const TestTable<QByteArray, QByteArray, QByteArray> row("zone", "set", "later");
     const char *berlin = "UTC-1UTC-2,M3.5.0/2,M10.5.0/3";
     row("no summer time", "UTC-5:30", "20260329015959", "20260329020001");
     row("spring", berlin, "20260329015959", "20260329030001");
