@@ -27,6 +27,7 @@ private Q_SLOTS:
     void quotedQuoteVanishesFromTheValues();
     void aFileWithoutKeysGathersItsLines();
     void gatheredLinesAreBounded();
+    void linksAndPermissionsStay();
     void aMissingFileIsReadOnceItIsThere();
     void setPathForgetsEverything();
     void flushKeepsValuesThatTheFileLost();
@@ -193,6 +194,22 @@ void tst_OrbSettings::gatheredLinesAreBounded()
     QVERIFY(content().size() > 10 * note.size());
     QVERIFY(content().size() <= 16 << 20);
     QCOMPARE(content().last(note.size()), note);
+}
+
+void tst_OrbSettings::linksAndPermissionsStay()
+{
+#ifdef Q_OS_WIN
+    QSKIP("A shortcut is no link, and permissions are inherited.");
+#endif
+    setContent("a=1\n");
+    const QFile::Permissions shared = QFile::permissions(m_path) | QFile::WriteGroup;
+    QVERIFY(QFile::setPermissions(m_path, shared));
+    const QString link = m_folder->filePath("link");
+    QVERIFY(QFile::link(m_path, link));
+    QVERIFY(OrbSettings(link).write());
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(content(), "a = 1\r\n");
+    QCOMPARE(QFile::permissions(m_path), shared);
 }
 
 void tst_OrbSettings::aMissingFileIsReadOnceItIsThere()
