@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <deque>
+
 #include <zlib.h>
 
 using paravue::test::TestTable;
@@ -81,6 +83,7 @@ private Q_SLOTS:
     void understandsSinglePieces();
     void outlivesGarbage();
     void servesTwoClientsAtOnce();
+    void turnsSurplusClientsAway();
     void forgetsAHalfSentFile();
     void stopsReadingFromAClientThatDoesNotListen();
     void setsTheClock();
@@ -134,22 +137,21 @@ QMap<QString, QByteArray> TestRecorderServer::contents() const
 
 void TestRecorderServer::logsInWith_data()
 {
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("password");
-    QTest::addColumn<bool>("accepted");
+    const TestTable<QByteArray, QByteArray, bool> row("name", "password", "accepted");
     const QByteArray admin = "21232f297a57a5a743894a0e4a801fc3";     // md5 of "admin"
     const QByteArray operatorD = "4b583376b2767b923c3e1da60d10de59"; // md5 of "operator"
     const QByteArray nothing = "d41d8cd98f00b204e9800998ecf8427e";   // md5 of ""
-    QTest::newRow("clear text, stored clear") << QByteArray("admin") << QByteArray("admin") << true;
-    QTest::newRow("digest, stored clear") << QByteArray("admin") << admin << true;
-    QTest::newRow("digest, stored digest") << QByteArray("operator") << operatorD << true;
-    QTest::newRow("clear text, stored digest") << QByteArray("operator") << QByteArray("operator") << true;
-    QTest::newRow("digest of nothing") << QByteArray("guest") << nothing << true;
-    QTest::newRow("empty password") << QByteArray("guest") << QByteArray() << true;
-    QTest::newRow("wrong password") << QByteArray("admin") << QByteArray("Admin") << false;
-    QTest::newRow("password of another user") << QByteArray("admin") << operatorD << false;
-    QTest::newRow("unknown user") << QByteArray("root") << QByteArray("admin") << false;
-    QTest::newRow("no user") << QByteArray() << QByteArray() << false;
+    row("clear text, stored clear", "admin", "admin", true);
+    row("digest, stored clear", "admin", admin, true);
+    row("digest in capitals", "admin", admin.toUpper(), true);
+    row("digest, stored digest", "operator", operatorD, true);
+    row("clear text, stored digest", "operator", "operator", true);
+    row("digest of nothing", "guest", nothing, true);
+    row("empty password", "guest", {}, true);
+    row("wrong password", "admin", "Admin", false);
+    row("password of another user", "admin", operatorD, false);
+    row("unknown user", "root", "admin", false);
+    row("no user", {}, {}, false);
 }
 
 void TestRecorderServer::logsInWith()
@@ -254,11 +256,13 @@ void TestRecorderServer::refuses()
     QFETCH(QByteArray, reason);
     const auto before = contents();
     QCOMPARE(before.size(), 10);
+    const QSignalSpy received(m_server.get(), &RecorderServer::fileReceived);
     RawClient client(m_server->port());
     QCOMPARE(client.ask("GET CONFIG\r\n"), QByteArray("LENGTH=32\r\nVORN_ANSWER=ERROR:log in first\r\n"));
     QVERIFY(client.logIn());
     QCOMPARE(client.ask(request), error(reason));
     QCOMPARE(contents(), before);
+    QCOMPARE(received.count(), 0);
     // The conversation goes on where the refused request ended.
     QCOMPARE(client.ask("GET SOFT CONFIG\r\n"), answerTo(read("soft")));
 }
@@ -279,6 +283,9 @@ void TestRecorderServer::limitsOperatorsAndGuests()
     QVERIFY(guest.logIn("guest", ""));
     QCOMPARE(guest.ask(put("NET", "A=2\n")), error("the user guest may not change settings"));
     QCOMPARE(guest.ask("GET NET CONFIG\r\n"), answerTo("A=1\n"));
+    // A login ends the one before, also when it is refused.
+    QCOMPARE(guest.ask("\x04LOGIN=admin\r\nPASS=guess\r\n"), LoginRefused);
+    QCOMPARE(guest.ask("GET NET CONFIG\r\n"), error("log in first"));
 }
 
 void TestRecorderServer::refusesAPutWithoutABody()
@@ -375,6 +382,17 @@ void TestRecorderServer::servesTwoClientsAtOnce()
     QCOMPARE(second.ask("GET NET CONFIG\r\n"), before);
     QCOMPARE(first.ask("\nB=2\n"), Ok);
     QCOMPARE(second.ask("GET NET CONFIG\r\n"), answerTo("A=1\nB=2\n"));
+}
+
+void TestRecorderServer::turnsSurplusClientsAway()
+{
+    constexpr int Most = 32;
+    std::deque<RawClient> clients;
+    for (int i = 0; i < Most; ++i)
+        clients.emplace_back(m_server->port());
+    QTRY_COMPARE(m_server->clientCount(), Most);
+    QCOMPARE(RawClient(m_server->port()).receiveUntilClosed(), QByteArray());
+    QVERIFY(clients.back().logIn());
 }
 
 void TestRecorderServer::forgetsAHalfSentFile()
