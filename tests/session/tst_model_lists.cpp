@@ -1,6 +1,7 @@
 #include "ModalWatcher.h"
 #include "SetupRun.h"
 #include "controls/AccessList.h"
+#include "controls/SoftList.h"
 #include "recorder/RecorderServer.h"
 
 #include <QCryptographicHash>
@@ -25,16 +26,35 @@ void press(const QWidget &window, const QString &caption)
     QTest::mouseClick(buttonWithText<QPushButton>(window, caption), Qt::LeftButton);
 }
 
+/// The list, on the tab that is shown.
+template <class List>
+List *shown(const QWidget &window)
+{
+    auto *list = window.findChild<List *>();
+    auto *tabs = window.findChild<QTabWidget *>("tabWidget");
+    while (!list->isVisible() && tabs->currentIndex() < tabs->count() - 1)
+        tabs->setCurrentIndex(tabs->currentIndex() + 1);
+    return list;
+}
+
+void pressDelete(RowListView &list, const QString &name)
+{
+    QTreeWidgetItem *row = list.findItems(name, Qt::MatchExactly).first();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(row).center());
+    QTest::keyClick(&list, Qt::Key_Delete);
+}
+
 } // namespace
 
-/// Edits the users of the simulated recorder in its own window, then logs in as each of them.
-class TestUsers : public QObject
+/// Edits the lists of the shipped model in its own window, then asks the simulated recorder what it knows.
+class TestModelLists : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init();
     void letsInWhomItLists();
+    void removesThePackageThatIsPicked();
 
 private:
     /// What a session with this login ends with: nothing, or an error.
@@ -48,14 +68,14 @@ private:
     std::unique_ptr<recorder::RecorderServer> m_recorder;
 };
 
-void TestUsers::init()
+void TestModelLists::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path());
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
 }
 
-QString TestUsers::sessionAs(const QString &login, const QString &password) const
+QString TestModelLists::sessionAs(const QString &login, const QString &password) const
 {
     const QByteArray digest = QCryptographicHash::hash(password.toUtf8(), QCryptographicHash::Md5).toHex();
     OrbNetSetup store(address(login + ':' + digest));
@@ -68,17 +88,14 @@ QString TestUsers::sessionAs(const QString &login, const QString &password) cons
     return errors.isEmpty() ? QString() : errors.first().first().toString();
 }
 
-void TestUsers::letsInWhomItLists()
+void TestModelLists::letsInWhomItLists()
 {
     QCOMPARE(sessionAs("operator", "operator"), "");
     QCOMPARE(sessionAs("ann", "sesame"), "Authorization failed");
     {
         Session session(address("admin:admin"));
         QVERIFY(session.isFine());
-        auto *users = session.window->findChild<AccessList *>();
-        auto *tabs = session.window->findChild<QTabWidget *>("tabWidget");
-        while (!users->isVisible() && tabs->currentIndex() < tabs->count() - 1)
-            tabs->setCurrentIndex(tabs->currentIndex() + 1);
+        auto *users = shown<AccessList>(*session.window);
         const ModalWatcher dialogs(
             [&](QWidget &dialog) {
                 const auto fields = dialog.findChildren<QLineEdit *>();
@@ -94,9 +111,7 @@ void TestUsers::letsInWhomItLists()
             },
             "QDialog");
         press(*session.window, "Add…");
-        QTreeWidgetItem *gone = users->findItems("operator", Qt::MatchExactly).first();
-        QTest::mouseClick(users->viewport(), Qt::LeftButton, {}, users->visualItemRect(gone).center());
-        QTest::keyClick(users, Qt::Key_Delete);
+        pressDelete(*users, "operator");
         QCOMPARE(dialogs.count(), 2);
         QSignalSpy saved(&session.store, &OrbSetup::storeDone);
         press(*session.window, "Save");
@@ -112,5 +127,30 @@ void TestUsers::letsInWhomItLists()
     QVERIFY2(!users.contains("operator") && !users.contains("sesame"), users.constData());
 }
 
-QTEST_MAIN(TestUsers)
-#include "tst_users.moc"
+void TestModelLists::removesThePackageThatIsPicked()
+{
+    const auto packages = [](const Session &session) {
+        QStringList names;
+        for (const SoftPackage &package : session.window->findChild<SoftList *>()->packages())
+            names << package.name;
+        return names;
+    };
+    QStringList expected;
+    {
+        Session session(address("admin:admin"));
+        QVERIFY(session.isFine());
+        expected = packages(session);
+        QVERIFY(expected.removeOne("mail-notifier"));
+        const ModalWatcher dialogs([](QWidget &dialog) { press(dialog, "Remove"); }, "QDialog");
+        QSignalSpy done(&session.store, &OrbSetup::storeDone);
+        pressDelete(*shown<SoftList>(*session.window), "mail-notifier");
+        QVERIFY(dialogs.texts().value(0).contains("mail-notifier"));
+        QVERIFY(!done.isEmpty() || done.wait(20'000));
+        QVERIFY(session.isFine());
+    }
+    const Session next(address("admin:admin"));
+    QCOMPARE(packages(next), expected);
+}
+
+QTEST_MAIN(TestModelLists)
+#include "tst_model_lists.moc"
