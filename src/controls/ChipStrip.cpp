@@ -66,8 +66,10 @@ void ChipStrip::paint(QPainter &painter, const QRect &area, int chosen,
         const QRect inside = place.adjusted(Gap, Gap, -Gap, -Gap);
         const QRect swatchPlace(inside.topLeft(), QSize(inside.height(), inside.height()));
         const QRect shownSwatch = QStyle::visualRect(direction, inside, swatchPlace);
+        painter.setOpacity(m_owner.isEnabled() ? 1 : 0.6); // the palette dims the text only
         painter.fillRect(shownSwatch, palette.brush(QPalette::Base));
         swatch(shownSwatch, chip);
+        painter.setOpacity(1);
         const QRect textPlace = inside.adjusted(inside.height() + 2 * Gap, 0, 0, 0);
         painter.setPen(palette.color(isChosen ? QPalette::HighlightedText : QPalette::WindowText));
         painter.drawText(QStyle::visualRect(direction, inside, textPlace),

@@ -54,6 +54,7 @@ void PictureView::setPixmap(const QPixmap &pixmap)
     m_pixmap = pixmap;
     // A live picture comes many times a second: only another size is worth telling.
     sameSize ? update() : stateChanged();
+    Q_EMIT pictureChanged();
 }
 
 void PictureView::setText(const QString &reason)
@@ -119,11 +120,14 @@ void PictureView::paintPlaceholder(QPainter &painter)
     const int flags = Qt::AlignCenter | Qt::TextWordWrap;
     const QString reason = m_reason.isEmpty() ? tr("No picture from the camera yet") : m_reason;
     const QRect place = painter.boundingRect(room, flags, reason).adjusted(-6, -4, 6, 4);
+    painter.save();
+    painter.setOpacity(1); // a disabled palette dims the text by itself
     QColor ground = palette().color(QPalette::Window);
     ground.setAlphaF(0.8F); // a little of what is under it
     painter.fillRect(place & pictureRect(), ground);
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(room, flags, reason);
+    painter.restore();
 }
 
 void PictureView::stateChanged()
@@ -147,19 +151,17 @@ void PictureView::paintEvent(QPaintEvent *event)
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(picture, m_pixmap);
     }
-    painter.save();
-    painter.setClipRect(picture);
-    paintOver(painter, event->rect());
     if (!isEnabled()) {
         QColor veil = ground;
         veil.setAlphaF(0.6F);
         painter.fillRect(picture, veil);
     }
-    painter.restore();
     painter.save();
     painter.setOpacity(isEnabled() ? 1 : 0.6);
-    paintFooter(painter);
+    painter.setClipRect(picture);
+    paintOver(painter, event->rect());
     painter.restore();
+    paintFooter(painter);
     const bool ring = hasFocus();
     const double width = ring ? FrameWidth - 1 : 1;
     painter.setRenderHint(QPainter::Antialiasing);
@@ -169,11 +171,11 @@ void PictureView::paintEvent(QPaintEvent *event)
     painter.drawRect(QRectF(picture).adjusted(-out, -out, out, out));
 }
 
-void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width)
+void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width, Qt::PenStyle style)
 {
     painter.setPen(QPen(Qt::black, width + 2, Qt::SolidLine, Qt::SquareCap));
     painter.drawLines(lines);
-    painter.setPen(QPen(Qt::white, width, Qt::SolidLine, Qt::SquareCap));
+    painter.setPen(QPen(Qt::white, width, style, Qt::SquareCap));
     painter.drawLines(lines);
 }
 

@@ -36,6 +36,9 @@ public Q_SLOTS:
     /// Says why there is no picture, in plain text. An empty text brings the usual one back.
     void setText(const QString &reason);
 
+Q_SIGNALS:
+    void pictureChanged();
+
 protected:
     QRect footerRect() const;
     /// A fraction of the picture (0 to 1 in both directions) for a position in the widget, and back.
@@ -62,6 +65,7 @@ private:
 };
 
 /// Lines that are seen on bright and dark pictures alike: white with a black rim.
-void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width);
+void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width,
+                   Qt::PenStyle style = Qt::SolidLine);
 
 } // namespace paravue

@@ -1,0 +1,46 @@
+#include "controls/CalibrationPoint.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+QString decimal(double number)
+{
+    return QString::number(number, 'g', 6);
+}
+
+} // namespace
+
+std::optional<QPointF> placeOfPoint(const QString &text)
+{
+    const QStringList fields = text.split(u',');
+    const auto x = parseDecimal(fields.value(0));
+    const auto y = parseDecimal(fields.value(1));
+    if (!x || !y)
+        return {};
+    return QPointF(std::clamp(*x, 0.0, 1.0), std::clamp(*y, 0.0, 1.0));
+}
+
+QString placedPoint(const QString &text, const QPointF &place, const std::optional<PtzPosition> &camera)
+{
+    QStringList fields = placeOfPoint(text) ? text.split(u',') : QStringList{{}, {}};
+    fields[0] = QString::number(place.x(), 'f', 4);
+    fields[1] = QString::number(place.y(), 'f', 4);
+    if (!camera)
+        return fields.join(u',');
+    fields.resize(std::max<qsizetype>(fields.size(), 5));
+    fields[2] = decimal(camera->pan);
+    fields[3] = decimal(camera->tilt);
+    if (camera->zoom)
+        fields[4] = decimal(*camera->zoom);
+    else if (fields[4].isEmpty())
+        fields[4] = decimal(0);
+    return fields.join(u',');
+}
+
+} // namespace paravue

@@ -1,0 +1,337 @@
+#include "controls/PtzCalibrator.h"
+
+#include "controls/CalibrationPoint.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr double ArmLength = 9;
+constexpr double Reach = 10; // how near to a point a press counts as on it
+constexpr double Step = 0.01;
+constexpr double FineStep = 0.001;
+
+QPointF intoPicture(const QPointF &fraction)
+{
+    return {std::clamp(fraction.x(), 0.0, 1.0), std::clamp(fraction.y(), 0.0, 1.0)};
+}
+
+QList<QLineF> armsAround(const QPointF &position, double length)
+{
+    const QPointF across(length, 0);
+    const QPointF down(0, length);
+    return {{position - across, position + across}, {position - down, position + down}};
+}
+
+} // namespace
+
+PtzCalibrator::PtzCalibrator(int points, QWidget *parent) : PtzView(parent), m_strip(*this)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    m_points.resize(std::max(points, 1));
+    QStringList numbers;
+    for (int number = 1; number <= m_points.size(); ++number)
+        numbers.append(QString::number(number));
+    m_strip.setTexts(numbers);
+}
+
+bool PtzCalibrator::setPoints(const QStringList &points)
+{
+    QStringList fitting = points.mid(0, m_points.size());
+    fitting.resize(m_points.size());
+    if (fitting == m_points)
+        return false;
+    m_points = fitting;
+    stateChanged();
+    return true;
+}
+
+bool PtzCalibrator::setGotoPoint(int number)
+{
+    const int fitting = number >= 1 && number <= m_points.size() ? number : 0;
+    if (fitting == m_goto)
+        return false;
+    m_goto = fitting;
+    stateChanged();
+    return true;
+}
+
+std::optional<QPointF> PtzCalibrator::placeOf(int number) const
+{
+    return m_drag && number == m_current ? m_drag->place : placeOfPoint(m_points.value(number - 1));
+}
+
+QString PtzCalibrator::valueText() const
+{
+    const QString point =
+        tr("Point %1 of %2").arg(QString::number(m_current), QString::number(m_points.size()));
+    const auto place = placeOf(m_current);
+    const auto percent = [this](double share) { return locale().toString(100 * share, 'f', 1); };
+    const QString state =
+        place ? tr("%1% from the left, %2% from the top").arg(percent(place->x()), percent(place->y()))
+              : tr("not set");
+    const QString text = tr("%1: %2. %3").arg(point, state, PtzView::valueText());
+    return m_goto == 0 ? text : tr("%1. Gone to point %2").arg(text, QString::number(m_goto));
+}
+
+void PtzCalibrator::choose(int number)
+{
+    if (number < 1 || number > m_points.size() || number == m_current)
+        return;
+    m_current = number;
+    stateChanged();
+}
+
+void PtzCalibrator::chooseNextUnset()
+{
+    for (int step = 1; step < m_points.size(); ++step) {
+        const int number = int((m_current - 1 + step) % m_points.size()) + 1;
+        if (!placeOf(number))
+            return choose(number);
+    }
+}
+
+bool PtzCalibrator::place(const QPointF &fraction)
+{
+    QString &point = m_points[m_current - 1];
+    const QString before = std::exchange(point, placedPoint(point, intoPicture(fraction), position()));
+    stateChanged();
+    return point != before;
+}
+
+void PtzCalibrator::set(const QPointF &fraction)
+{
+    if (place(fraction))
+        Q_EMIT signal_Point_calibrated(m_current);
+}
+
+void PtzCalibrator::remove(int number)
+{
+    if (!placeOf(number))
+        return;
+    m_points[number - 1].clear();
+    stateChanged();
+    Q_EMIT signal_Point_calibrated(number);
+}
+
+void PtzCalibrator::goTo(int number)
+{
+    if (!placeOf(number))
+        return;
+    m_goto = number;
+    stateChanged();
+    Q_EMIT signal_Goto_point_selected(number);
+}
+
+QRectF PtzCalibrator::badgeOf(const QPointF &position) const
+{
+    const QSizeF size(fontMetrics().horizontalAdvance(QStringLiteral("00")) + 4, fontMetrics().height());
+    QRectF badge(position + QPointF(5, -5 - size.height()), size);
+    const QRectF picture = pictureRect();
+    if (badge.right() > picture.right())
+        badge.moveRight(position.x() - 5);
+    if (badge.top() < picture.top())
+        badge.moveTop(position.y() + 5);
+    return badge;
+}
+
+int PtzCalibrator::pointAt(const QPointF &position) const
+{
+    int nearest = 0;
+    double least = Reach;
+    for (int number = 1; number <= m_points.size(); ++number) {
+        const auto place = placeOf(number);
+        if (!place)
+            continue;
+        const QPointF point = positionOf(*place);
+        const double distance = badgeOf(point).contains(position) ? Reach : QLineF(point, position).length();
+        // Of two that are equally near, the one that is drawn on top.
+        if (distance < least || (distance <= least && (nearest == 0 || number == m_current))) {
+            least = distance;
+            nearest = number;
+        }
+    }
+    return nearest;
+}
+
+QRect PtzCalibrator::stripRect() const
+{
+    return footerRect().adjusted(0, PtzView::footerHeight(footerRect().width()), 0, 0);
+}
+
+int PtzCalibrator::pointInStrip(const QPoint &position) const
+{
+    return m_strip.at(position, stripRect()) + 1;
+}
+
+void PtzCalibrator::mousePressEvent(QMouseEvent *event)
+{
+    const QPointF position = event->position();
+    const bool isInPicture = pictureRect().contains(position.toPoint());
+    const int hit = isInPicture ? pointAt(position) : 0;
+    if (event->button() == Qt::RightButton && !m_drag) {
+        remove(hit);
+    } else if (event->button() == Qt::LeftButton && isInPicture) {
+        choose(hit);
+        const QPointF offset = hit > 0 ? positionOf(*placeOf(hit)) - position : QPointF();
+        m_drag = Drag{position, offset, intoPicture(fractionAt(position + offset)), hit == 0};
+        stateChanged();
+    } else if (event->button() == Qt::LeftButton) {
+        choose(pointInStrip(position.toPoint()));
+    }
+}
+
+void PtzCalibrator::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_drag)
+        return;
+    if (!(event->buttons() & Qt::LeftButton)) { // released where nobody heard of it
+        m_drag.reset();
+    } else if (m_drag->moved ||
+               (event->position() - m_drag->start).manhattanLength() >= QApplication::startDragDistance()) {
+        m_drag->moved = true;
+        m_drag->place = intoPicture(fractionAt(event->position() + m_drag->offset));
+    }
+    stateChanged();
+}
+
+void PtzCalibrator::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_drag || event->button() != Qt::LeftButton)
+        return;
+    const Drag drag = *std::exchange(m_drag, {});
+    stateChanged();
+    if (!drag.moved)
+        return;
+    const int number = m_current;
+    const bool isNew = !placeOf(number);
+    const bool hasChanged = place(drag.place);
+    if (isNew)
+        chooseNextUnset();
+    if (hasChanged)
+        Q_EMIT signal_Point_calibrated(number);
+}
+
+void PtzCalibrator::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const QPoint position = event->position().toPoint();
+    const int number = pictureRect().contains(position) ? pointAt(event->position()) : pointInStrip(position);
+    choose(number);
+    goTo(number);
+}
+
+bool PtzCalibrator::moveByKey(const QKeyEvent &event)
+{
+    QPointF direction;
+    switch (event.key()) {
+    case Qt::Key_Left:
+        direction.setX(-1);
+        break;
+    case Qt::Key_Right:
+        direction.setX(1);
+        break;
+    case Qt::Key_Up:
+        direction.setY(-1);
+        break;
+    case Qt::Key_Down:
+        direction.setY(1);
+        break;
+    default:
+        return false;
+    }
+    if (const auto place = placeOf(m_current))
+        set(*place + direction * (event.modifiers() & Qt::ShiftModifier ? FineStep : Step));
+    return true;
+}
+
+void PtzCalibrator::keyPressEvent(QKeyEvent *event)
+{
+    const int key = event->key();
+    if (m_drag) {
+        if (key == Qt::Key_Escape)
+            m_drag.reset();
+        stateChanged();
+    } else if (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) {
+        PtzView::keyPressEvent(event);
+    } else if (moveByKey(*event)) {
+        return;
+    } else if (key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
+        choose(m_current + (key == Qt::Key_PageUp ? -1 : 1));
+    } else if (key >= Qt::Key_1 && key <= Qt::Key_9) {
+        choose(key - Qt::Key_0);
+    } else if (key == Qt::Key_Space) {
+        set(placeOf(m_current).value_or(QPointF(0.5, 0.5)));
+    } else if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        goTo(m_current);
+    } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
+        remove(m_current);
+    } else {
+        PtzView::keyPressEvent(event);
+    }
+}
+
+void PtzCalibrator::focusOutEvent(QFocusEvent *event)
+{
+    PtzView::focusOutEvent(event);
+    m_drag.reset();
+}
+
+int PtzCalibrator::footerHeight(int width) const
+{
+    return PtzView::footerHeight(width) + m_strip.height(width);
+}
+
+void PtzCalibrator::paintFooter(QPainter &painter)
+{
+    PtzView::paintFooter(painter);
+    m_strip.paint(painter, stripRect(), m_current - 1, [&](const QRect &place, int chip) {
+        painter.fillRect(place, Qt::gray);
+        if (placeOf(chip + 1))
+            drawOnPicture(painter, armsAround(QRectF(place).center(), place.width() / 2.0 - 3), 1);
+    });
+}
+
+void PtzCalibrator::paintPoint(QPainter &painter, int number, const QPointF &position)
+{
+    const bool isCurrent = number == m_current;
+    drawOnPicture(painter, armsAround(position, ArmLength), isCurrent ? 2 : 1);
+    if (number == m_goto) {
+        painter.setBrush(Qt::NoBrush);
+        for (const auto &[color, width] : {std::pair(Qt::black, 3), std::pair(Qt::white, 1)}) {
+            painter.setPen(QPen(color, width));
+            painter.drawEllipse(position, ArmLength, ArmLength);
+        }
+    }
+    const QRectF badge = badgeOf(position);
+    painter.setPen(Qt::white);
+    painter.setBrush(isCurrent ? palette().color(QPalette::Highlight) : QColor(Qt::black));
+    painter.drawRoundedRect(badge, 3, 3);
+    painter.setPen(isCurrent ? palette().color(QPalette::HighlightedText) : QColor(Qt::white));
+    painter.drawText(badge, Qt::AlignCenter, QString::number(number));
+}
+
+void PtzCalibrator::paintOver(QPainter &painter, const QRect &dirty)
+{
+    PtzView::paintOver(painter, dirty);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (int number = 1; number <= m_points.size(); ++number) {
+        const auto place = placeOf(number);
+        if (place && number != m_current)
+            paintPoint(painter, number, positionOf(*place));
+    }
+    if (const auto place = placeOf(m_current))
+        paintPoint(painter, m_current, positionOf(*place));
+}
+
+} // namespace paravue

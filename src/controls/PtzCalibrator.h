@@ -1,0 +1,88 @@
+#pragma once
+
+#include "controls/ChipStrip.h"
+#include "controls/PtzView.h"
+
+#include <optional>
+
+namespace paravue
+{
+
+/// A picture with numbered calibration points, each of which ties a place in the picture to where the camera
+/// looked when it was set. Points count from 1; one of them is the current one.
+///
+/// Mouse: a press in the picture sets the current point there, and the next one that is not set becomes the
+/// current one; a press on a point makes it the current one, and a drag moves it; a double click goes to it;
+/// the right button removes it. In the strip below the picture a press chooses a point, a double click goes
+/// to it. Keys: Page Up and Page Down, or 1 to 9, choose a point; Space sets it with the present position of
+/// the camera, in the middle if it has no place yet; arrows move it by a hundredth of the picture, with Shift
+/// by a thousandth; Enter goes to it; Delete and Backspace remove it; Escape takes back a drag.
+class PtzCalibrator : public PtzView
+{
+    Q_OBJECT
+
+public:
+    explicit PtzCalibrator(int points, QWidget *parent = nullptr);
+
+    /// The points in the form that CalibrationPoint.h documents, as many as there are; empty: not set.
+    QStringList points() const { return m_points; }
+    /// Emits nothing. False, and nothing is touched, when they are shown already.
+    bool setPoints(const QStringList &points);
+    int currentPoint() const { return m_current; }
+
+    /// The point that was gone to last; 0 for none.
+    int gotoPoint() const { return m_goto; }
+    bool setGotoPoint(int number);
+
+    QString valueText() const override;
+
+Q_SIGNALS:
+    /// The user has set, moved or removed a point.
+    void signal_Point_calibrated(int number);
+    /// The camera shall turn to a point.
+    void signal_Goto_point_selected(int number);
+
+protected:
+    void paintOver(QPainter &painter, const QRect &dirty) override;
+    int footerHeight(int width) const override;
+    void paintFooter(QPainter &painter) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    /// A point that is held by the mouse.
+    struct Drag {
+        QPointF start;  ///< where the button was pressed
+        QPointF offset; ///< from there to the point
+        QPointF place;  ///< where in the picture the point is meanwhile
+        bool moved;
+    };
+
+    std::optional<QPointF> placeOf(int number) const;
+    QRectF badgeOf(const QPointF &position) const;
+    int pointAt(const QPointF &position) const;
+    int pointInStrip(const QPoint &position) const;
+    QRect stripRect() const;
+
+    void choose(int number);
+    /// Gives the current point another place. False when nothing changes.
+    bool place(const QPointF &fraction);
+    void set(const QPointF &fraction);
+    void remove(int number);
+    void goTo(int number);
+    void chooseNextUnset();
+    bool moveByKey(const QKeyEvent &event);
+    void paintPoint(QPainter &painter, int number, const QPointF &position);
+
+    QStringList m_points;
+    ChipStrip m_strip;
+    int m_current = 1;
+    int m_goto = 0;
+    std::optional<Drag> m_drag;
+};
+
+} // namespace paravue

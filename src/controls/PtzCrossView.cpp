@@ -1,0 +1,42 @@
+#include "controls/PtzCrossView.h"
+
+#include <QPainter>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr double Gap = 6; // what the camera looks at stays free
+constexpr double Ring = 14;
+
+} // namespace
+
+PtzCrossView::PtzCrossView(QWidget *parent) : PtzView(parent) {}
+
+void PtzCrossView::paintOver(QPainter &painter, const QRect &dirty)
+{
+    PtzView::paintOver(painter, dirty);
+    const PtzPosition looksAt = position().value_or(PtzPosition());
+    const QPointF centre = positionOf({(looksAt.pan + 1) / 2, (1 - looksAt.tilt) / 2});
+    const QRectF picture = pictureRect();
+    const QList<QLineF> hairs{
+        {picture.left(), centre.y(), centre.x() - Gap, centre.y()},
+        {centre.x() + Gap, centre.y(), picture.right(), centre.y()},
+        {centre.x(), picture.top(), centre.x(), centre.y() - Gap},
+        {centre.x(), centre.y() + Gap, centre.x(), picture.bottom()},
+    };
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!position()) {
+        drawOnPicture(painter, hairs, 1, Qt::DashLine);
+        return;
+    }
+    drawOnPicture(painter, hairs, 1);
+    painter.setBrush(Qt::NoBrush);
+    for (const auto &[color, width] : {std::pair(Qt::black, 4), std::pair(Qt::white, 2)}) {
+        painter.setPen(QPen(color, width));
+        painter.drawEllipse(centre, Ring, Ring);
+    }
+}
+
+} // namespace paravue

@@ -1,0 +1,32 @@
+#include "controls/PtzPosition.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+
+namespace paravue
+{
+
+std::optional<double> parseDecimal(const QString &text)
+{
+    bool isNumber = false;
+    const double number = text.trimmed().toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<PtzPosition> parsePtzPosition(const QString &text)
+{
+    const QStringList fields = text.split(u',');
+    const auto field = [&](qsizetype index, double least) -> std::optional<double> {
+        const auto number = parseDecimal(fields.value(index));
+        return number ? std::optional(std::clamp(*number, least, 1.0)) : std::nullopt;
+    };
+    const auto pan = field(0, -1);
+    const auto tilt = field(1, -1);
+    if (!pan || !tilt)
+        return {};
+    return PtzPosition{*pan, *tilt, field(2, 0)};
+}
+
+} // namespace paravue

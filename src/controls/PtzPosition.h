@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace paravue
+{
+
+/// Where a camera with pan, tilt and zoom looks, in the generic spaces that ONVIF defines for all makes: pan
+/// from -1 (left end) to 1, tilt from -1 (lower end) to 1, zoom from 0 (wide) to 1.
+struct PtzPosition {
+    double pan = 0;
+    double tilt = 0;
+    std::optional<double> zoom;
+};
+
+/// "pan,tilt" or "pan,tilt,zoom" with decimal points, such as "0.25,-0.4,0.1"; further fields are ignored and
+/// numbers beyond the ranges cut. Nothing when pan or tilt is no number.
+std::optional<PtzPosition> parsePtzPosition(const QString &text);
+
+/// A decimal number as it stands in such texts; nothing for what is none, or not finite.
+std::optional<double> parseDecimal(const QString &text);
+
+} // namespace paravue

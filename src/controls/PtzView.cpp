@@ -1,0 +1,69 @@
+#include "controls/PtzView.h"
+
+#include <QLocale>
+#include <QPainter>
+#include <QStyle>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int LineGap = 4;
+
+} // namespace
+
+PtzView::PtzView(QWidget *parent) : PictureView(parent) {}
+
+QString PtzView::valueText() const
+{
+    return positionText();
+}
+
+void PtzView::slot_Set_PTZ_pos(const QString &position)
+{
+    setPosition(parsePtzPosition(position));
+}
+
+void PtzView::slot_Set_PTZ_pos(double pan, double tilt, double zoom)
+{
+    const QString text = QStringLiteral("%1,%2,%3");
+    setPosition(parsePtzPosition(text.arg(pan).arg(tilt).arg(zoom)));
+}
+
+void PtzView::setPosition(const std::optional<PtzPosition> &position)
+{
+    m_position = position;
+    stateChanged();
+}
+
+QString PtzView::positionText() const
+{
+    if (!m_position)
+        return tr("Camera position not known");
+    const auto number = [this](double value) { return locale().toString(value, 'f', 2); };
+    const QString direction = tr("Pan %1, tilt %2").arg(number(m_position->pan), number(m_position->tilt));
+    return m_position->zoom ? tr("%1, zoom %2").arg(direction, number(*m_position->zoom)) : direction;
+}
+
+int PtzView::footerHeight(int width) const
+{
+    const int flags = Qt::TextWordWrap;
+    // The longest text decides, so that the picture does not jump when the position becomes known.
+    const QString longest = tr("%1, zoom %2").arg(tr("Pan %1, tilt %2").arg("-0.00", "-0.00"), "0.00");
+    const QRect room(0, 0, width, 1000);
+    const int known = fontMetrics().boundingRect(room, flags, longest).height();
+    const int unknown = fontMetrics().boundingRect(room, flags, tr("Camera position not known")).height();
+    return LineGap + std::max(known, unknown);
+}
+
+void PtzView::paintFooter(QPainter &painter)
+{
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(footerRect().adjusted(0, LineGap, 0, 0),
+                     int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignTop)) |
+                         Qt::TextWordWrap,
+                     positionText());
+}
+
+} // namespace paravue
