@@ -2,11 +2,11 @@
 
 #include "controls/AlarmZoneEditor.h"
 #include "controls/MaskEditor.h"
-#include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/NumberedAddresses.h"
 #include "ui/UiLimits.h"
 
 #include <algorithm>
@@ -24,20 +24,10 @@ int lineCount(const QDomElement &element, const QString &attribute, int usual)
     return count > 0 ? std::min(count, limits::CellGridLines) : usual;
 }
 
-/// Where the rows stand, with the default of the key behind each; empty without a key.
 QStringList rowAddresses(const QDomElement &element, int rows)
 {
-    const QDomElement key = element.firstChildElement(QStringLiteral("key"));
-    if (key.isNull())
-        return {};
-    const QString text = addressText(key);
-    const ConfigAddress address(text);
-    const QString first = address.path().toString() + (address.hasKey() ? "" : "/ROW");
-    const QString rest = address.hasRest() ? u'/' + address.rest().toString() : QString();
-    QStringList addresses;
-    for (int row = 0; row < rows; ++row)
-        addresses.append(first + QString::number(row) + rest);
-    return addresses;
+    return numberedAddresses(element.firstChildElement(QStringLiteral("key")), QStringLiteral("ROW"), 0,
+                             rows);
 }
 
 } // namespace

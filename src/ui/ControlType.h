@@ -65,6 +65,8 @@ public:
     /// The class of the widget that create() makes: its public slots are what call actions reach.
     virtual const QMetaObject &widgetClass() const = 0;
     virtual ChangeSignal changeSignal() const { return {}; }
+    /// For a widget that tells of two kinds of changes.
+    virtual ChangeSignal secondChangeSignal() const { return {}; }
 
     virtual KeyForm keyForm() const { return KeyForm::Value; }
 

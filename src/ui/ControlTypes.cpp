@@ -7,6 +7,7 @@
 #include "ui/GaugeControls.h"
 #include "ui/ListControls.h"
 #include "ui/PageBuilder.h"
+#include "ui/PtzControls.h"
 #include "ui/ScheduleControl.h"
 #include "ui/ViewControls.h"
 
@@ -54,6 +55,9 @@ Types makeTypes()
     add<MaskControl>(types, "maskctrl");
     add<AlarmZoneControl>(types, "PTZAlarm");
     add<ScheduleControl>(types, "vornschedule");
+    add<PtzVideoInputControl>(types, "PTZvideoin");
+    add<PtzCalibratorControl>(types, "PTZCalibrator");
+    add<PtzCrossViewControl>(types, "PTZcrossView");
     return types;
 }
 

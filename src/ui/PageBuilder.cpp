@@ -248,9 +248,10 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
 void PageBuilder::connectChange(const ControlType &type, QWidget *widget)
 {
     // By name: the window's slots have one overload per kind of signal, and a type says which fits its own.
-    const ChangeSignal change = type.changeSignal();
-    if (change.signal)
-        QObject::connect(widget, change.signal, &m_window, change.slot);
+    for (const ChangeSignal &change : {type.changeSignal(), type.secondChangeSignal()}) {
+        if (change.signal)
+            QObject::connect(widget, change.signal, &m_window, change.slot);
+    }
 }
 
 bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,

@@ -15,6 +15,7 @@ inline constexpr int ListColumns = 64;                ///< columns of a list
 inline constexpr qsizetype TextReplacements = 10'000; ///< references in one visible text
 inline constexpr qsizetype TextLength = 1024 * 1024;  ///< characters of one visible text
 inline constexpr int CellGridLines = 128;             ///< columns or rows of cells over a picture
+inline constexpr int CalibrationPoints = 64;          ///< of one control
 // Of everything that one operation shows, a build or a change: many things within the limits above are too
 // much together.
 inline constexpr qsizetype TotalText = 4 * 1024 * 1024; ///< characters

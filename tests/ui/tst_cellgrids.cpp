@@ -1,4 +1,5 @@
 #include "DescribedWindow.h"
+#include "Gestures.h"
 #include "controls/CellGridEditor.h"
 
 #include <QAccessible>
@@ -43,27 +44,10 @@ QPoint centreOf(const CellGridEditor &editor, int column, int row)
         .toPoint();
 }
 
-/// Does what each word says: "L1,2" and "R1,2" press a button in a cell, "M1,2" moves the mouse there, "U"
-/// lets the button go, anything else is a key.
 void perform(CellGridEditor &editor, const QString &gestures)
 {
-    static const QRegularExpression mouse("^([LRM])(-?\\d+),(-?\\d+)$");
-    Qt::MouseButton held = Qt::NoButton;
-    for (const QString &word : gestures.split(u' ', Qt::SkipEmptyParts)) {
-        const auto match = mouse.match(word);
-        const QPoint cell = centreOf(editor, match.captured(2).toInt(), match.captured(3).toInt());
-        if (match.captured(1) == "M") {
-            QTest::mouseMove(&editor, cell);
-        } else if (match.hasMatch()) {
-            held = match.captured(1) == "L" ? Qt::LeftButton : Qt::RightButton;
-            QTest::mousePress(&editor, held, {}, cell);
-        } else if (word == "U") {
-            QTest::mouseRelease(&editor, held, {}, cell);
-        } else {
-            const QKeyCombination key = QKeySequence::fromString(word)[0];
-            QTest::keyClick(&editor, key.key(), key.keyboardModifiers());
-        }
-    }
+    test::perform(editor, gestures,
+                  [&](const QPointF &cell) { return centreOf(editor, int(cell.x()), int(cell.y())); });
 }
 
 } // namespace

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <functional>
+
+namespace paravue::test
+{
+
+/// Does to \a widget what each word says, at places that \a position finds in it: "L1,2" and "R1,2" press a
+/// button, "M1,2" moves the mouse, "U" lets the button go, "D1,2" clicks twice; anything else is a key.
+inline void perform(QWidget &widget, const QString &gestures,
+                    const std::function<QPoint(const QPointF &)> &position)
+{
+    static const QRegularExpression mouse("^([LRMD])(-?[\\d.]+),(-?[\\d.]+)$");
+    Qt::MouseButton held = Qt::NoButton;
+    QPoint place;
+    for (const QString &word : gestures.split(u' ', Qt::SkipEmptyParts)) {
+        const auto match = mouse.match(word);
+        if (match.hasMatch())
+            place = position({match.captured(2).toDouble(), match.captured(3).toDouble()});
+        const QString kind = match.captured(1);
+        if (kind == "M") {
+            QTest::mouseMove(&widget, place);
+        } else if (kind == "D") {
+            QTest::mouseClick(&widget, Qt::LeftButton, {}, place);
+            QTest::mouseDClick(&widget, Qt::LeftButton, {}, place);
+        } else if (match.hasMatch()) {
+            held = kind == "L" ? Qt::LeftButton : Qt::RightButton;
+            QTest::mousePress(&widget, held, {}, place);
+        } else if (word == "U") {
+            QTest::mouseRelease(&widget, held, {}, place);
+        } else {
+            const QKeyCombination key = QKeySequence::fromString(word)[0];
+            QTest::keyClick(&widget, key.key(), key.keyboardModifiers());
+        }
+    }
+}
+
+} // namespace paravue::test

@@ -1,0 +1,240 @@
+#include "DescribedWindow.h"
+#include "Gestures.h"
+#include "controls/PtzCalibrator.h"
+#include "controls/PtzCrossView.h"
+#include "controls/PtzVideoInput.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QPixmap>
+#include <QPushButton>
+#include <QSignalSpy>
+
+#include <cmath>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Calibrator = "<item type='PTZCalibrator' row='1' width='320' height='240'>"
+                              "<key>ptz/cam0/POINT</key><key>ptz/cam0/GOTO</key></item>";
+
+/// The file of a recorder with five points, of which the window shows four; points are joined by "/".
+QByteArray storedPoints(const QByteArray &points, const QByteArray &gone)
+{
+    QByteArray file = "[ cam0 ]\r\nPOINT0 = 'a b'\r\n";
+    const QList<QByteArray> each = points.split('/');
+    for (qsizetype point = 0; point < each.size(); ++point)
+        file += "POINT" + QByteArray::number(point + 1) + (each[point].isEmpty() ? " = " : " = '") +
+                each[point] + (each[point].isEmpty() ? "\r\n" : "'\r\n");
+    return file + "POINT5 = '0.5,0.5'\r\nGOTO = " + gone + "\r\n; end\r\n";
+}
+
+QPoint placeIn(const PictureView &view, const QPointF &fraction)
+{
+    const QRect picture = view.pictureRect();
+    return picture.topLeft() +
+           QPoint(qRound(fraction.x() * picture.width()), qRound(fraction.y() * picture.height()));
+}
+
+} // namespace
+
+class TestPtzControls : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void calibrates_data();
+    void calibrates();
+    void choosesPointsInTheStrip();
+    void pointsTheCross_data();
+    void pointsTheCross();
+    void passesPicturesOn();
+    void boundsItsSizes();
+};
+
+void TestPtzControls::calibrates_data()
+{
+    QTest::addColumn<QByteArray>("points");
+    QTest::addColumn<QString>("camera");
+    QTest::addColumn<QString>("gestures");
+    QTest::addColumn<QByteArray>("calibrated");
+    QTest::addColumn<QString>("told"); // "c" and a number: calibrated; "g" and a number: gone to
+
+    const auto row = [](const char *name, const QByteArray &points, const QString &camera,
+                        const QString &gestures, const QByteArray &calibrated, const QString &told) {
+        QTest::newRow(name) << points << camera << gestures << calibrated << told;
+    };
+    const QByteArray none = "///";
+    row("nothing", "0.1,.2, 3/off/nan,1/1e999,0", "", "Return", "0.1,.2, 3/off/nan,1/1e999,0", "g1");
+    row("click", none, "", "L.25,.5 U", "0.2500,0.5000///", "c1");
+    row("clicks that set one after the other", "/0.1,0.1//", "", "L.25,.5 U L.75,.5 U L.5,.5 U",
+        "0.2500,0.5000/0.1,0.1/0.7500,0.5000/0.5000,0.5000", "c1 c3 c4");
+    row("click with a known camera", none, "0.3, -0.25, 0.5", "L.25,.5 U", "0.2500,0.5000,0.3,-0.25,0.5///",
+        "c1");
+    row("click with a camera without zoom", none, "-2,0.125", "L.25,.5 U", "0.2500,0.5000,-1,0.125,0///",
+        "c1");
+    row("press that is dragged", none, "", "L.25,.5 M.5,.25 M.75,.75 U", "0.7500,0.7500///", "c1");
+    row("drag of a point", "0.25,0.5,1,2,3,mine/0.75,0.75//", "", "L.25,.5 M.5,.25 U",
+        "0.5000,0.2500,1,2,3,mine/0.75,0.75//", "c1");
+    row("drag of another point", "0.25,0.5/0.75,0.75//", "", "L.75,.75 M.5,.5 U", "0.25,0.5/0.5000,0.5000//",
+        "c2");
+    row("drag by the number", "0.25,0.5///", "", "L.2875,.45 M.5375,.45 U", "0.5000,0.5000///", "c1");
+    row("drag over the edge", "0.25,0.5///", "", "L.25,.5 M5,-5 U", "1.0000,0.0000///", "c1");
+    row("press on a point", "0.25,0.5///", "0,0", "L.25,.5 U", "0.25,0.5///", "");
+    row("escape in a drag", "0.25,0.5///", "", "L.25,.5 M.5,.5 Esc M.75,.5 U", "0.25,0.5///", "");
+    row("right button on a point", "0.25,0.5/0.75,0.75//", "", "R.75,.75 U R.5,.5 U", "0.25,0.5///", "c2");
+    row("double click on a point", "0.25,0.5/0.75,0.75//", "", "D.75,.75", "0.25,0.5/0.75,0.75//", "g2");
+    row("double click beside the points", none, "", "D.25,.5", "0.2500,0.5000///", "c1 g1");
+    row("space", none, "", "Space PgDown PgDown Space PgUp Space",
+        "0.5000,0.5000/0.5000,0.5000/0.5000,0.5000/", "c1 c3 c2");
+    row("space on a set point", "0.25,0.5,0.9,0.9,0.9,x///", "0.1,0.2", "Space",
+        "0.2500,0.5000,0.1,0.2,0.9,x///", "c1");
+    row("space on what is no point", "off///", "", "Space", "0.5000,0.5000///", "c1");
+    row("arrows", "0.5,0.5///0.1,0.1", "", "Right Right Up Shift+Down Shift+Left 4 Left Down",
+        "0.5190,0.4910///0.0900,0.1100", "c1 c1 c1 c1 c1 c4 c4");
+    row("arrows at the edge", "3,-1///", "", "Up", "1.0000,0.0000///", "c1");
+    row("arrows without a point", none, "", "Right 9", none, "");
+    row("enter", "/0.1,0.1//", "", "Return 2 Enter", "/0.1,0.1//", "g2");
+    row("remove", "0.25,0.5/0.1,0.1/0.2,0.2/", "", "Del 2 Backspace 4 Del", "//0.2,0.2/", "c1 c2");
+}
+
+void TestPtzControls::calibrates()
+{
+    QFETCH(QByteArray, points);
+    QFETCH(QString, camera);
+    QFETCH(QString, gestures);
+    QFETCH(QByteArray, calibrated);
+    QFETCH(QString, told);
+    DescribedWindow window(describePage(Calibrator), {{"ptz", storedPoints(points, "99")}});
+    window.window->resize(500, 500);
+    auto *calibrator = window.widget<PtzCalibrator>();
+    QTRY_COMPARE(calibrator->pictureRect().size(), QSize(320, 240));
+    QStringList heard;
+    connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this,
+            [&](int number) { heard << QString("c%1").arg(number); });
+    connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this,
+            [&](int number) { heard << QString("g%1").arg(number); });
+
+    calibrator->setFocus();
+    QVERIFY(QMetaObject::invokeMethod(calibrator, "slot_Set_PTZ_pos", Q_ARG(QString, camera)));
+    perform(*calibrator, gestures, [&](const QPointF &place) { return placeIn(*calibrator, place); });
+    QCOMPARE(heard.join(u' '), told);
+    window.fixture.store().flush();
+    const QString gone = heard.isEmpty() ? QString() : heard.constLast();
+    QCOMPARE(window.fixture.content("ptz"),
+             storedPoints(calibrated, gone.startsWith('g') ? gone.mid(1).toUtf8() : QByteArray("99")));
+    QVERIFY(window.window->isVisible()); // neither Enter nor Escape reaches the window
+}
+
+void TestPtzControls::choosesPointsInTheStrip()
+{
+    DescribedWindow window(describePage("<item type='label'><text>Points</text></item>" + Calibrator),
+                           {{"ptz", storedPoints("0.1,0.1/0.2,0.25//", "2")}});
+    auto *calibrator = window.widget<PtzCalibrator>();
+    QSignalSpy gone(calibrator, &PtzCalibrator::signal_Goto_point_selected);
+    QList<int> chosen;
+    for (int x = 0; x < calibrator->width(); x += 8) {
+        const QPoint chip(x, calibrator->height() - 12);
+        QTest::mouseClick(calibrator, Qt::LeftButton, {}, chip);
+        if (chosen.value(chosen.size() - 1) != calibrator->currentPoint()) {
+            chosen.append(calibrator->currentPoint());
+            QTest::mouseDClick(calibrator, Qt::LeftButton, {}, chip);
+        }
+    }
+    QCOMPARE(chosen, QList<int>({1, 2, 3, 4}));
+    QCOMPARE(gone.size(), 1); // point 1 was current before its first press, 3 and 4 are not set
+    QCOMPARE(gone[0][0].toInt(), 2);
+
+    QAccessibleInterface *heard = QAccessible::queryAccessibleInterface(calibrator);
+    QCOMPARE(heard->role(), QAccessible::Graphic);
+    QCOMPARE(heard->text(QAccessible::Name), "Points");
+    QCOMPARE(heard->text(QAccessible::Value),
+             "Point 4 of 4: not set. Camera position not known. Gone to point 2");
+    QTest::keyClick(calibrator, Qt::Key_2);
+    calibrator->slot_Set_PTZ_pos(0.5, 0, 0);
+    QCOMPARE(heard->text(QAccessible::Value), "Point 2 of 4: 20.0% from the left, 25.0% from the top. "
+                                              "Pan 0.50, tilt 0.00, zoom 0.00. Gone to point 2");
+}
+
+void TestPtzControls::pointsTheCross_data()
+{
+    QTest::addColumn<QString>("position");
+    QTest::addColumn<QPointF>("cross");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("position") << "0.5,-0.5,0.25" << QPointF(0.75, 0.75) << "Pan 0.50, tilt -0.50, zoom 0.25";
+    QTest::newRow("no zoom") << " -0.5 , 0.5" << QPointF(0.25, 0.25) << "Pan -0.50, tilt 0.50";
+    QTest::newRow("beyond the ranges") << "-7,7,7,x" << QPointF(0, 0) << "Pan -1.00, tilt 1.00, zoom 1.00";
+    for (const char *text : {"", ",", "0.5", "nan,0", "0.5;0.5", "inf,inf,inf"})
+        QTest::addRow("not known: \"%s\"", text) << text << QPointF(0.5, 0.5) << "Camera position not known";
+}
+
+void TestPtzControls::pointsTheCross()
+{
+    QFETCH(QString, position);
+    QFETCH(QPointF, cross);
+    QFETCH(QString, value);
+    DescribedWindow window(
+        describePage("<item type='PTZcrossView' width='200' height='100'><cross/></item>"
+                     "<item row='1' type='pushbutton'><text>Go</text><action type='call' "
+                     "slot='slot_Set_PTZ_pos' param='{ptz/cam0/POS}'>cross</action></item>"),
+        {{"ptz", "[ cam0 ]\r\nPOS = 'x'\r\n"}});
+    window.window->setValue("ptz/cam0/POS/" + position);
+    QTest::mouseClick(window.button<QPushButton>("Go"), Qt::LeftButton);
+    auto *view = window.widget<PtzCrossView>();
+    QPixmap picture(200, 100);
+    picture.fill(Qt::red);
+    view->setPixmap(picture);
+    QCOMPARE(view->valueText(), value);
+    // The hairs run from edge to edge; they are looked for far from where they meet.
+    const QImage seen = view->grab().toImage();
+    const auto distance = [&](const QPointF &along, const QPointF &step, double expected) {
+        for (int i = 0; i < 100; ++i) {
+            if (seen.pixelColor(placeIn(*view, along + step * i)) != QColor(Qt::red))
+                return std::abs(i / 100.0 - expected);
+        }
+        return 1.0;
+    };
+    QVERIFY(distance({0, cross.y() < 0.4 ? 0.9 : 0.1}, {0.01, 0}, cross.x()) < 0.03);
+    QVERIFY(distance({cross.x() < 0.4 ? 0.9 : 0.1, 0}, {0, 0.01}, cross.y()) < 0.03);
+}
+
+void TestPtzControls::passesPicturesOn()
+{
+    DescribedWindow window(describePage("<item type='PTZvideoin'><key>ptz/cam0/SIZE</key></item>"
+                                        "<item type='PTZvideoin' row='2'/>"
+                                        "<item row='1' type='label'><text>{ptz/cam0/SIZE}</text></item>"),
+                           {{"ptz", "[ cam0 ]\r\nSIZE = '704x576'\r\n"}});
+    auto *input = window.widget<PtzVideoInput>();
+    QSignalSpy ready(input, &PtzVideoInput::signal_Pixmap_ready);
+    const QString waiting = input->valueText();
+    for (const QSize &size : {QSize(), QSize(704, 576), QSize(64, 48)}) {
+        QVERIFY(QMetaObject::invokeMethod(input, "setPixmap", Q_ARG(QPixmap, QPixmap(size))));
+        const QString text =
+            size.isEmpty() ? "704x576" : QString("%1x%2").arg(size.width()).arg(size.height());
+        QCOMPARE(window.widget<QLabel>()->text(), text);
+    }
+    QCOMPARE(ready.size(), 2);
+    QCOMPARE(input->valueText(), "64 × 48 pixels");
+    QVERIFY(QMetaObject::invokeMethod(input, "setText", Q_ARG(QString, "Connection lost")));
+    QCOMPARE(input->valueText(), "64 × 48 pixels");
+    input->setPixmap(QPixmap());
+    QCOMPARE(input->valueText(), "Connection lost");
+    input->setText(QString());
+    QCOMPARE(input->valueText(), waiting);
+}
+
+void TestPtzControls::boundsItsSizes()
+{
+    DescribedWindow window(
+        describePage("<item type='PTZCalibrator' points='2000000000' width='2000000000' height='-1'/>"
+                     "<item type='PTZCalibrator' points='-3' row='1'/>"));
+    QCOMPARE(window.widget<PtzCalibrator>(0)->points().size(), 64);
+    QCOMPARE(window.widget<PtzCalibrator>(1)->points().size(), 4);
+    QVERIFY(window.widget<PtzCalibrator>(0)->sizeHint().width() < 20'000);
+}
+
+QTEST_MAIN(TestPtzControls)
+#include "tst_ptzcontrols.moc"
