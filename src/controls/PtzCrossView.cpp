@@ -16,9 +16,15 @@ PtzCrossView::PtzCrossView(QWidget *parent) : PtzView(parent) {}
 
 void PtzCrossView::paintOver(QPainter &painter, const QRect &dirty)
 {
-    PtzView::paintOver(painter, dirty);
+    paintCross(painter);
+    PtzView::paintOver(painter, dirty); // a text that stands in for the picture is not crossed out
+}
+
+void PtzCrossView::paintCross(QPainter &painter) const
+{
     const PtzPosition looksAt = position().value_or(PtzPosition());
-    const QPointF centre = positionOf({(looksAt.pan + 1) / 2, (1 - looksAt.tilt) / 2});
+    const QPoint place = positionOf({(looksAt.pan + 1) / 2, (1 - looksAt.tilt) / 2}).toPoint();
+    const QPointF centre = place + QPointF(0.5, 0.5); // on whole pixels the hairs are sharp
     const QRectF picture = pictureRect();
     const QList<QLineF> hairs{
         {picture.left(), centre.y(), centre.x() - Gap, centre.y()},

@@ -17,6 +17,9 @@ public:
 
 protected:
     void paintOver(QPainter &painter, const QRect &dirty) override;
+
+private:
+    void paintCross(QPainter &painter) const;
 };
 
 } // namespace paravue
