@@ -29,7 +29,7 @@ public:
     const QMetaObject &widgetClass() const override;
     ChangeSignal changeSignal() const override;
     ChangeSignal secondChangeSignal() const override;
-    KeyForm keyForm() const override { return KeyForm::Group; }
+    KeyForm keyForm() const override { return KeyForm::Rows; }
     bool load(ControlContext &, const Control &) const override;
     QStringList assignments(ControlContext &, const Control &) const override;
 };
