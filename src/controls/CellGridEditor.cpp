@@ -12,7 +12,7 @@ namespace paravue
 namespace
 {
 
-constexpr double SmallestLinedCell = 4;
+constexpr int SmallestLinedCell = 4;
 
 bool isShiftOnly(Qt::KeyboardModifiers modifiers)
 {
@@ -155,15 +155,16 @@ QPoint CellGridEditor::cellAt(const QPoint &position) const
     return {line(fraction.x(), gridSize().width()), line(fraction.y(), gridSize().height())};
 }
 
-QRectF CellGridEditor::place(const QPoint &cell) const
+CellGridEditor::Borders CellGridEditor::borders() const
 {
     // Borders on whole pixels keep the lines sharp.
-    const auto corner = [this](int column, int row) {
-        const QPointF position =
-            positionOf({double(column) / gridSize().width(), double(row) / gridSize().height()});
-        return QPointF(qRound(position.x()), qRound(position.y()));
-    };
-    return {corner(cell.x(), cell.y()), corner(cell.x() + 1, cell.y() + 1)};
+    const QRect picture = pictureRect();
+    Borders borders;
+    for (int column = 0; column <= gridSize().width(); ++column)
+        borders.x.append(picture.left() + qRound(double(picture.width()) * column / gridSize().width()));
+    for (int row = 0; row <= gridSize().height(); ++row)
+        borders.y.append(picture.top() + qRound(double(picture.height()) * row / gridSize().height()));
+    return borders;
 }
 
 void CellGridEditor::mousePressEvent(QMouseEvent *event)
@@ -291,64 +292,65 @@ void CellGridEditor::paintFooter(QPainter &painter)
                   [&](const QRect &place, int chip) { paintCell(painter, place, look(chip + 1)); });
 }
 
-void CellGridEditor::paintLines(QPainter &painter, const QRect &dirty)
+void CellGridEditor::paintLines(QPainter &painter, const Borders &borders)
 {
     const QRect picture = pictureRect();
-    QList<QRect> dark;
-    QList<QRect> bright;
     // A line of two tones is seen on bright and on dark ground.
-    for (int column = 1; column < gridSize().width(); ++column) {
-        const int x = qRound(place({column, 0}).left());
-        bright.append(QRect(x - 1, picture.top(), 1, picture.height()));
-        dark.append(QRect(x, picture.top(), 1, picture.height()));
+    const QColor bright(255, 255, 255, 90);
+    const QColor dark(0, 0, 0, 90);
+    for (const int x : borders.x.mid(1, gridSize().width() - 1)) {
+        painter.fillRect(x - 1, picture.top(), 1, picture.height(), bright);
+        painter.fillRect(x, picture.top(), 1, picture.height(), dark);
     }
-    for (int row = 1; row < gridSize().height(); ++row) {
-        const int y = qRound(place({0, row}).top());
-        bright.append(QRect(picture.left(), y - 1, picture.width(), 1));
-        dark.append(QRect(picture.left(), y, picture.width(), 1));
+    for (const int y : borders.y.mid(1, gridSize().height() - 1)) {
+        painter.fillRect(picture.left(), y - 1, picture.width(), 1, bright);
+        painter.fillRect(picture.left(), y, picture.width(), 1, dark);
     }
-    for (const QRect &line : bright)
-        painter.fillRect(line & dirty, QColor(255, 255, 255, 90));
-    for (const QRect &line : dark)
-        painter.fillRect(line & dirty, QColor(0, 0, 0, 90));
 }
 
-void CellGridEditor::paintSelection(QPainter &painter)
+void CellGridEditor::paintMarks(QPainter &painter, const Borders &borders, const QRect &dirty)
 {
-    const QRect cells = selection();
-    const QRectF frame = place(cells.topLeft()) | place(cells.bottomRight());
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(Qt::black, 4, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    painter.drawRect(frame.adjusted(2, 2, -2, -2));
-    painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    painter.drawRect(frame.adjusted(2, 2, -2, -2));
-}
-
-void CellGridEditor::paintOver(QPainter &painter, const QRect &dirty)
-{
-    const QRectF first = place({0, 0});
-    if (std::min(first.width(), first.height()) >= SmallestLinedCell)
-        paintLines(painter, dirty);
-    painter.setRenderHint(QPainter::Antialiasing);
     // Cells differ by a pixel; all of them have a sign or none.
-    const bool hasSigns = hasRoomForSign(painter, first.size() - QSizeF(1, 1));
+    const QSizeF least(pictureRect().width() / gridSize().width(),
+                       pictureRect().height() / gridSize().height());
+    const bool hasSigns = hasRoomForSign(painter, least);
+    CellStamps stamps(painter);
     for (int y = 0; y < gridSize().height(); ++y) {
         for (int x = 0; x < gridSize().width(); ++x) {
             const int mark = m_cells.mark({x, y});
-            if (mark == 0)
-                continue;
-            const QRectF cell = place({x, y});
-            if (!cell.intersects(dirty))
+            const QRect cell = borders.place({x, y, 1, 1});
+            if (mark == 0 || !cell.intersects(dirty))
                 continue;
             CellLook seen = look(mark);
             if (!hasSigns)
                 seen.sign.clear();
-            paintCell(painter, cell, seen);
+            stamps.paint(cell, mark, seen);
         }
     }
+}
+
+void CellGridEditor::paintSelection(QPainter &painter, const Borders &borders)
+{
+    const QRectF frame = QRectF(borders.place(selection())).adjusted(2, 2, -2, -2);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Qt::black, 4, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(frame);
+    painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(frame);
+}
+
+void CellGridEditor::paintOver(QPainter &painter, const QRect &dirty)
+{
+    const Borders all = borders();
+    const QRect picture = pictureRect();
+    if (picture.width() >= SmallestLinedCell * gridSize().width() &&
+        picture.height() >= SmallestLinedCell * gridSize().height())
+        paintLines(painter, all);
+    paintMarks(painter, all, dirty);
     paintPlaceholder(painter);
+    painter.setRenderHint(QPainter::Antialiasing);
     if (hasFocus())
-        paintSelection(painter);
+        paintSelection(painter, all);
 }
 
 } // namespace paravue

@@ -77,10 +77,22 @@ private:
         QStringList before;
     };
 
+    /// Where in the widget the cells begin; the last ones end where there would be another.
+    struct Borders {
+        QList<int> x;
+        QList<int> y;
+
+        QRect place(const QRect &cells) const
+        {
+            return QRect(QPoint(x[cells.left()], y[cells.top()]),
+                         QPoint(x[cells.right() + 1] - 1, y[cells.bottom() + 1] - 1));
+        }
+    };
+
     QSize gridSize() const { return m_cells.size(); }
     QRect selection() const;
     QPoint cellAt(const QPoint &position) const;
-    QRectF place(const QPoint &cell) const;
+    Borders borders() const;
 
     void choose(int kind);
     void select(const QPoint &current, bool stretch);
@@ -89,8 +101,9 @@ private:
     bool apply(Brush brush, const QPoint &cell);
     void applyTo(Brush brush, const QRect &cells);
     void applyAlong(const QPoint &end);
-    void paintLines(QPainter &painter, const QRect &dirty);
-    void paintSelection(QPainter &painter);
+    void paintLines(QPainter &painter, const Borders &borders);
+    void paintMarks(QPainter &painter, const Borders &borders, const QRect &dirty);
+    void paintSelection(QPainter &painter, const Borders &borders);
 
     CellRows m_cells;
     ChipStrip m_strip;

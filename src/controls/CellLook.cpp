@@ -64,4 +64,20 @@ void paintCell(QPainter &painter, const QRectF &cell, const CellLook &look)
         paintSign(painter, cell, look.sign);
 }
 
+void CellStamps::paint(const QRect &cell, int mark, const CellLook &look)
+{
+    QPixmap &stamp = m_stamps[{mark, cell.width(), cell.height()}];
+    if (stamp.isNull()) {
+        const double ratio = m_painter.device()->devicePixelRatioF();
+        stamp = QPixmap(cell.size() * ratio);
+        stamp.setDevicePixelRatio(ratio);
+        stamp.fill(Qt::transparent);
+        QPainter painter(&stamp);
+        painter.setFont(m_painter.font());
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintCell(painter, QRect(QPoint(), cell.size()), look);
+    }
+    m_painter.drawPixmap(cell, stamp);
+}
+
 } // namespace paravue

@@ -2,8 +2,12 @@
 
 #include <QColor>
 #include <QFlags>
+#include <QPixmap>
 #include <QRectF>
 #include <QString>
+
+#include <map>
+#include <tuple>
 
 class QPainter;
 
@@ -24,5 +28,20 @@ struct CellLook {
 bool hasRoomForSign(const QPainter &painter, const QSizeF &cell);
 
 void paintCell(QPainter &painter, const QRectF &cell, const CellLook &look);
+
+/// Paints many cells: each look is drawn once for each size of a cell and copied from then on, since grids
+/// may have thousands of cells under a live picture.
+class CellStamps
+{
+public:
+    explicit CellStamps(QPainter &painter) : m_painter(painter) {}
+
+    /// \a mark tells the looks apart. \a cell stands on whole pixels.
+    void paint(const QRect &cell, int mark, const CellLook &look);
+
+private:
+    QPainter &m_painter;
+    std::map<std::tuple<int, int, int>, QPixmap> m_stamps; ///< by mark, width and height
+};
 
 } // namespace paravue
