@@ -58,6 +58,7 @@ void TimeZonesTest::tellsLocalTime_data()
     row("no transitions", "UTC-3UTC-4,", summer, "2026-07-01T15:00:00Z");
     row("one transition", "UTC-3UTC-4,M3.5.0/2", summer, "2026-07-01T15:00:00Z");
     row("no such month", "UTC-3UTC-4,M13.5.0/2,M10.5.0/2", summer, "2026-07-01T15:00:00Z");
+    row("no hours", "UTC-3UTC-4,M3.5.0,M10.5.0", "2026-03-28T23:00:00Z", "2026-03-29T03:00:00Z");
     row("endless number", "UTC-3UTC-4,M3.5.0/99999999999999,M10.5.0/2", summer, "2026-07-01T15:00:00Z");
     row("offset beyond a day", "UTC-99999999999999", summer, summer);
     row("other letters", "nonsense", summer, summer);

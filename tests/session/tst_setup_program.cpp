@@ -313,6 +313,7 @@ void TestSetupProgram::takesPicturesOfTheDemo()
     QVERIFY2(names.size() >= 8, qPrintable(names.join(' ')));
     QCOMPARE(run.out.split('\n', Qt::SkipEmptyParts).size(), names.size());
     QCOMPARE(names.first(), "01-overview.png");
+    QVERIFY2(names.contains("02-cameras-02-camera-2.png"), qPrintable(names.join(' ')));
     QList<QImage> seen;
     for (const QString &name : names) {
         const QImage picture(pictures.filePath(name));

@@ -109,6 +109,8 @@ void tst_OrbSettings::merging_data()
     // Deliberate: a key is looked for behind each of its headers, up to the end of the file.
     row("section in two pieces", "[s]\na = 1\n[t]\na = 2\n[s]\n[u]\na = 3\n", "s/a", "8",
         "[s]\r\na = 8\r\n[t]\r\na = 2\r\n[s]\r\n[u]\r\na = 3\r\n");
+    row("section in two pieces reaches into the next one", "[s]\na = 1\n[s]\n[b]\na = 3\n", "s/a", "8",
+        "[s]\r\na = 8\r\n[s]\r\n[b]\r\na = 8\r\n");
     row("key before the first section has no header", "a = 1\n[s]\nb = 2\n", "untitled/a", "9",
         "a = 1\r\n[s]\r\nb = 2\r\n");
     row("every line feed becomes CR LF", "a = 1\n", "untitled/a", "x\ny\r\n", "a = 'x\r\ny\r\r\n'\r\n");

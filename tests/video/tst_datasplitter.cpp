@@ -117,6 +117,7 @@ void TestDataSplitter::cStringWaitsForItsZero()
     QVERIFY(needsMore([&] { splitter.readCString(position); }));
     splitter.append(QByteArray("s\0rest", 6));
     QCOMPARE(splitter.cStringSize(position), 6);
+    QCOMPARE(splitter.cStringSize(-7), 0);
     QCOMPARE(splitter.readCString(position), QByteArray("names\0", 6));
     QCOMPARE(position, 7);
 }
