@@ -46,7 +46,7 @@ QByteArray renamedControl(const QByteArray &name)
 
 } // namespace
 
-/// What commands do is looked for over a new connection.
+/// What commands do is looked for over a new connection. The plain effects are tested from the window.
 class TestRecorderFunctions : public QObject
 {
     Q_OBJECT
@@ -97,34 +97,20 @@ void TestRecorderFunctions::hasItsEffect_data()
 {
     // "before" and "after" are parts of the answer to "look".
     const TestTable<QByteArray, QByteArray, QByteArray, QByteArray> row("request", "look", "before", "after");
-    const char *disk = "GET DISK CONFIG";
-    row("format", format("DISC1"), disk, "DISC1_USED='2310.5G'\n", "DISC1_USED='0G'\n");
-    row("format the other", format("DISC2"), disk, "DISC2_USED='412G'\n", "DISC2_USED='0G'\n");
-    row("format USB", format("USB"), disk, "USB_USED='51200M'\n", "USB_USED='0G'\n");
     row("format e-mails too", format("DISC1"), "GET REPORT", "DISC1 = '3'\n", "DISC1 = '0'\n");
-    row("clear e-mails", withBody("DO CLEAR EMAILS", "DISC='DISC2'\n"), "GET REPORT", "DISC2 = '1'\n",
-        "DISC2 = '0'\n");
-    row("test e-mail", "SEND TEST EMAIL\r\n", "GET REPORT", "DISC1 = '3'\n", "DISC1 = '4'\n");
-    row("test e-mail, told", "SEND TEST EMAIL\r\n", "GET REPORT", "to guard@example.net: Motion",
+    row("test e-mail", "SEND TEST EMAIL\r\n", "GET REPORT", "to guard@example.net: Motion",
         "to guard@example.net: test, Warehouse recorder");
     row("adjust", withBody("ADJUST VIDEO", "[ stream_0 ]\nbrightness=0\nhue=100\n"), "GET CONFIG",
         "brightness=50\ncontrast=50\nsaturation=50\nhue=50\nsharpness=40\n\n[ stream_1 ]",
         "brightness='0'\ncontrast=50\nsaturation=50\nhue='100'\nsharpness=40\n\n[ stream_1 ]");
-    row("remove", withBody("PUT SOFT CONFIG", "PACKAGE_DELETE=mail-notifier\n"), "GET SOFT CONFIG",
-        "PACKAGE_NAME_4='mail-notifier'\n", "PACKAGES=5\nPACKAGE_NAME_0='base-system'\n");
-    row("remove, the rest", withBody("PUT SOFT CONFIG", "PACKAGE_DELETE='mail-notifier'\n"),
-        "GET SOFT CONFIG", "PACKAGE_NAME_5='usb-backup'\n",
-        "PACKAGE_NAME_4='usb-backup'\nPACKAGE_VER_4='1.3'\n");
+    row("remove", withBody("PUT SOFT CONFIG", "PACKAGE_DELETE='mail-notifier'\n"), "GET SOFT CONFIG",
+        "PACKAGE_NAME_5='usb-backup'\n", "PACKAGE_NAME_4='usb-backup'\nPACKAGE_VER_4='1.3'\n");
     row("install", withBody("INSTALL DEB", debFile(Control)), "GET SOFT CONFIG", "PACKAGES=6\n",
         "PACKAGE_NAME_6='thermo-probe'\nPACKAGE_VER_6='0.9-2'\nPACKAGE_DESC_6='Reads the owners probes'\n"
         "PACKAGE_PRIORITY_6='optional'\n");
     row("install a newer one",
         withBody("INSTALL DEB", debFile("Package: usb-backup\nVersion: 2.0\nPriority: extra\n")),
         "GET REPORT", "PACKAGE_5 = 'usb-backup 1.3'\n", "PACKAGE_5 = 'usb-backup 2.0'\n");
-    row("time server",
-        withBody("PUT TIME CONFIG", "USENTP=1\nTIME_SERVER=t.example\nNTP_SYNC=1\nTIME_ZONE=UTC-5\n"),
-        "GET TIME CONFIG", "USENTP=0\n", "USENTP='1'\nTIME_SERVER='t.example'\nNTP_SYNC='1'\n");
-    row("restart", "DO REBOOT\r\n", "GET REPORT", "UPTIME_DAYS = '41'\n", "UPTIME_DAYS = '0'\n");
 }
 
 void TestRecorderFunctions::hasItsEffect()
@@ -256,11 +242,11 @@ void TestRecorderFunctions::keepsTheClockGoing_data()
 {
     const TestTable<QByteArray, QByteArray, QByteArray> row("zone", "set", "later");
     const char *berlin = "UTC-1UTC-2,M3.5.0/2,M10.5.0/3";
-    row("no summer time", "UTC-5:30", "20260329015959", "20260329020001");
-    row("spring", berlin, "20260329015959", "20260329030001");
-    row("autumn, the first reading", berlin, "20261025025959", "20261025020001");
-    row("southern spring", "UTC-10UTC-11,M10.1.0/2,M4.1.0/3", "20261004015959", "20261004030001");
-    row("no rule at all", "", "20260329015959", "20260329030001");
+    row("no summer time", "UTC-5:30", "20260329015959", "20260329020000");
+    row("spring", berlin, "20260329015959", "20260329030000");
+    row("autumn, the first reading", berlin, "20261025025959", "20261025020000");
+    row("southern spring", "UTC-10UTC-11,M10.1.0/2,M4.1.0/3", "20261004015959", "20261004030000");
+    row("no rule at all", "", "20260329015959", "20260329030000");
 }
 
 void TestRecorderFunctions::keepsTheClockGoing()
