@@ -45,6 +45,16 @@ QString recorderName(const QString &address)
     return address.mid(address.lastIndexOf(u'@') + 1).section(u':', 0, 0);
 }
 
+/// A path with marks in place of what could make it look like another one.
+QString printable(QString path)
+{
+    for (QChar &c : path) {
+        if (!c.isPrint() && !c.isSurrogate())
+            c = QChar::ReplacementCharacter;
+    }
+    return path;
+}
+
 /// Enter presses the button that has the focus; in any other place it is left to the default button.
 bool pressFocusedButton(const QKeyEvent &event)
 {
@@ -212,13 +222,13 @@ bool CWinMain::askAboutPath(const QString &path, PathUse use)
 {
     const QString text =
         use == PathUse::Write
-            ? tr("The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? What the file "
-                 "holds now will be lost.")
+            ? tr("The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? A file that is "
+                 "there already will be replaced.")
             : tr("The recorder wants to read this file of your computer:\n\n%1\n\nAllow it? Its content may "
                  "be sent to the recorder.");
     QMessageBox::StandardButton answer = QMessageBox::No;
     letUserAct([&] {
-        answer = OrbDlgQuestion::Do(this, QMessageBox::Warning, windowTitle(), text.arg(path),
+        answer = OrbDlgQuestion::Do(this, QMessageBox::Warning, windowTitle(), text.arg(printable(path)),
                                     QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     });
     return answer == QMessageBox::Yes;

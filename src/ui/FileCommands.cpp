@@ -43,6 +43,14 @@ QString cannotOpen(const QString &path)
     return tr("Can't open file\"%1\"").arg(path);
 }
 
+QStringList trimmedFields(const QString &param)
+{
+    QStringList fields = param.split(u',');
+    for (QString &field : fields)
+        field = field.trimmed();
+    return fields;
+}
+
 enum FileDialogField { Action, Title, FirstOfFilter };
 
 } // namespace
@@ -52,36 +60,36 @@ FileCommands::FileCommands(QWidget &window, const Parts &parts) : m_window(windo
 void FileCommands::chooseFile(const QString &param)
 {
     const QString slot = QStringLiteral("CWinMain::fileDialog");
-    const QStringList fields = param.split(u',');
+    const QStringList fields = trimmedFields(param);
     if (fields.size() < FirstOfFilter + 2) {
         m_parts.context.report(wrongParam(slot, param));
         return;
     }
-    const QString action = fields[Action].trimmed();
+    const QString &action = fields[Action];
     const bool isSave = action == QLatin1String("save");
     if (!isSave && action != QLatin1String("open")) {
         m_parts.context.report(wrongAction(slot, action));
         return;
     }
-    const QString address = fields.constLast().trimmed();
-    const QString path = chosenPath(isSave, fields);
+    const QString address = OrbSetup::path(fields.constLast());
+    const QString path = chosenPath(isSave, fields[Title], param.section(u',', FirstOfFilter, -2), address);
     if (!path.isEmpty())
         m_parts.bindings.write(address + u'/' + path, ValueOrigin::Person);
 }
 
-QString FileCommands::chosenPath(bool isSave, const QStringList &fields)
+QString FileCommands::chosenPath(bool isSave, const QString &title, const QString &filter,
+                                 const QString &address)
 {
     // A time task may come again while the dialog is open.
     if (m_dialog)
         return {};
-    const QString filter = fields.mid(FirstOfFilter, fields.size() - FirstOfFilter - 1).join(u',');
-    auto dialog = std::make_unique<QFileDialog>(&m_window, m_parts.context.text(fields[Title]));
+    auto dialog = std::make_unique<QFileDialog>(&m_window, m_parts.context.text(title));
     m_dialog = dialog.get();
     dialog->setAcceptMode(isSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(isSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog->setNameFilter(filter);
     dialog->setDefaultSuffix(defaultSuffix(filter));
-    if (const QString folder = startFolder(fields.constLast().trimmed()); !folder.isEmpty())
+    if (const QString folder = startFolder(address); !folder.isEmpty())
         dialog->setDirectory(folder);
     m_parts.services.letUserAct([&] { DialogLoop::run(*dialog); });
     return dialog->result() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
@@ -107,9 +115,7 @@ void FileCommands::closeDialog()
 void FileCommands::transferSettings(const QString &param)
 {
     const QString slot = QStringLiteral("CWinMain::settingsSlot");
-    QStringList fields = param.split(u',');
-    for (QString &field : fields)
-        field = field.trimmed();
+    const QStringList fields = trimmedFields(param);
     const bool isWrite = fields.constFirst() == QLatin1String("write");
     if (!isWrite && fields.constFirst() != QLatin1String("read"))
         m_parts.context.report(wrongAction(slot, fields.constFirst()));
@@ -161,25 +167,23 @@ void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
         return;
     }
     const SettingsSection section(m_parts.document.first(tag));
-    for (const QString &assignment : section.listed(readSettingsLines(text)))
-        m_parts.bindings.write(assignment);
-    m_parts.bindings.reload();
+    m_parts.bindings.write(section.listed(readSettingsLines(text)));
 }
 
 void FileCommands::copyConfigurationFile(const QString &param)
 {
-    const QStringList fields = param.split(u',');
+    const QStringList fields = trimmedFields(param);
     if (fields.size() != 2) {
         m_parts.context.report(
             tr("Wrong arguments %1(%2)").arg(QStringLiteral("CWinMain::saveFileAs"), param));
         return;
     }
-    QFile source(m_parts.context.store().filePath(fields[0].trimmed()));
+    QFile source(m_parts.context.store().filePath(fields[0]));
     if (!source.open(QIODevice::ReadOnly)) {
         m_parts.context.report(cannotOpen(source.fileName()));
         return;
     }
-    const auto destination = m_parts.paths.permitted(fields[1].trimmed(), PathUse::Write);
+    const auto destination = m_parts.paths.permitted(fields[1], PathUse::Write);
     if (destination && !writeWholeFile(*destination, source.readAll()))
         m_parts.context.report(cannotOpen(*destination));
 }

@@ -2,7 +2,6 @@
 
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 
 class QFileDialog;
 class QWidget;
@@ -46,7 +45,7 @@ public:
 
 private:
     /// The path that the user has chosen; empty without one.
-    QString chosenPath(bool isSave, const QStringList &fields);
+    QString chosenPath(bool isSave, const QString &title, const QString &filter, const QString &address);
     void writeSettings(const QString &pathAddress, const QString &tag);
     void readSettings(const QString &pathAddress, const QString &tag);
     QString startFolder(const QString &address) const;

@@ -3,6 +3,8 @@
 #include "ui/FileCommands.h"
 #include "ui/LocalPaths.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -20,6 +22,7 @@ const QByteArray Page =
     "<item type='edit' row='1'><key>tmp/untitled/PATH</key><typed/></item>"
     "<item type='pushbutton' row='2'><text>Type</text><action type='call' "
     "param='/nowhere/described'>typed</action></item>"
+    "<item type='pushbutton' row='7'><text>Paste</text><action type='call' slot='paste'>typed</action></item>"
     "<item type='pushbutton' row='3'><text>Write</text><action type='call' slot='setValue' "
     "param='tmp/untitled/PATH//nowhere/described'>self</action></item>"
     "<item type='dropdown' row='4'><text>one<key>tmp/untitled/PATH//a</key></text>"
@@ -223,6 +226,7 @@ void TestFileCommands::asksAboutPathsOfTheRecorder_data()
     QTest::newRow("the host, through the window") << "window" << false;
     QTest::newRow("typed") << "typed" << false;
     QTest::newRow("a field filled by an action") << "Type" << true;
+    QTest::newRow("pasted by an action") << "Paste" << true;
     QTest::newRow("written by an action") << "Write" << true;
     QTest::newRow("entry of a list") << "dropdown" << true;
     QTest::newRow("fetched") << "fetched" << true;
@@ -237,6 +241,7 @@ void TestFileCommands::asksAboutPathsOfTheRecorder()
     if (source == "fetched")
         files["tmp"] = files["tmp.original"] = "PATH='/nowhere/described'\r\n";
     FileWindow window(files);
+    QApplication::clipboard()->setText("/nowhere/described");
     if (source == "host")
         window.setPath("/nowhere/described");
     else if (source == "window")
