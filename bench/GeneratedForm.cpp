@@ -139,6 +139,21 @@ QByteArray GeneratedForm::description() const
     return xml.finished();
 }
 
+QByteArray GeneratedForm::dialog(const QString &tag) const
+{
+    XmlText xml;
+    xml.open("dialog");
+    xml.open(tag);
+    xml.close();
+    xml.open("item", {{"type", "gridlayout"}});
+    for (int row = 0; row < m_rows; ++row)
+        describeRow(xml, row, row);
+    xml.close();
+    xml.close();
+    const QByteArray text = xml.finished();
+    return text.mid(text.indexOf("<dialog"));
+}
+
 QByteArray GeneratedForm::values() const
 {
     QString result;

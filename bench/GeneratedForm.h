@@ -30,6 +30,8 @@ public:
     static QString controlName(int number) { return QStringLiteral("link%1").arg(number); }
 
     QByteArray description() const;
+    /// The rows as a dialog that the tag \a tag opens, without the XML declaration.
+    QByteArray dialog(const QString &tag) const;
     QByteArray values() const; ///< the configuration file that the description refers to
     QByteArray designerFile() const;
 
