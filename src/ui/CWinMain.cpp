@@ -1,12 +1,12 @@
 #include "ui/CWinMain.h"
 
 #include "controls/DialogLoop.h"
-#include "controls/OrbDlgQuestion.h"
 #include "store/OrbSetup.h"
 #include "ui/ControlAccessibility.h"
 #include "ui/DescribedFrame.h"
 #include "ui/ErrorDisplay.h"
 #include "ui/LoadingView.h"
+#include "ui/PathBox.h"
 #include "ui/SetupSession.h"
 #include "ui/WindowDrag.h"
 #include "ui/WindowHeader.h"
@@ -45,16 +45,6 @@ QString recorderName(const QString &address)
     return address.mid(address.lastIndexOf(u'@') + 1).section(u':', 0, 0);
 }
 
-/// A path with marks in place of what could make it look like another one.
-QString printable(QString path)
-{
-    for (QChar &c : path) {
-        if (!c.isPrint() && !c.isSurrogate())
-            c = QChar::ReplacementCharacter;
-    }
-    return path;
-}
-
 /// Enter presses the button that has the focus; in any other place it is left to the default button.
 bool pressFocusedButton(const QKeyEvent &event)
 {
@@ -84,7 +74,11 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
         WindowServices{[this](const QString &message) { Q_EMIT pseudothrow(message); },
                        [this](const QString &tag) { showDialog(tag); },
                        [this](const auto &wait) { letUserAct(wait); },
-                       [this](const QString &path, PathUse use) { return askAboutPath(path, use); }});
+                       [this](const QString &path, PathUse use) {
+                           bool allowed = false;
+                           letUserAct([&] { allowed = askAboutPath(this, path, use); });
+                           return allowed;
+                       }});
     createWidgets();
     arrangeWidgets();
     m_frame = std::make_unique<DescribedFrame>(
@@ -216,22 +210,6 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
 {
     const QScopedValueRollback unattended(m_session->context.unattended(), false);
     m_errors->suspend([&] { m_session->actions.suspend(wait); });
-}
-
-bool CWinMain::askAboutPath(const QString &path, PathUse use)
-{
-    const QString text =
-        use == PathUse::Write
-            ? tr("The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? A file that is "
-                 "there already will be replaced.")
-            : tr("The recorder wants to read this file of your computer:\n\n%1\n\nAllow it? Its content may "
-                 "be sent to the recorder.");
-    QMessageBox::StandardButton answer = QMessageBox::No;
-    letUserAct([&] {
-        answer = OrbDlgQuestion::Do(this, QMessageBox::Warning, windowTitle(), text.arg(printable(path)),
-                                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    });
-    return answer == QMessageBox::Yes;
 }
 
 void CWinMain::onSetupProgress(int percent)

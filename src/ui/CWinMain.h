@@ -94,7 +94,6 @@ private:
 
     /// Runs \a wait, an event loop in which the user acts.
     void letUserAct(const std::function<void()> &wait);
-    bool askAboutPath(const QString &path, paravue::PathUse use);
 
     void readDescription();
     void build(const QByteArray &description, const QString &path);

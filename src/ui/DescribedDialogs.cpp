@@ -92,9 +92,8 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
     layout->addWidget(new PageArea(page, PageArea::OfThePage));
     m_parts.builder.buildPage(element, page);
     const QList<int> controls = m_parts.table.numbersSince(first);
-    m_open.push_back({element, dialog, controls});
     m_parts.bindings.loadNew(controls);
-    m_parts.tasks.add(element);
+    m_open.push_back({element, dialog, controls, m_parts.tasks.add(element)});
     m_parts.actions.runCalls(element);
     dialog->installEventFilter(&m_window);
     // Its own actions may have brought a new description.
@@ -124,7 +123,7 @@ void DescribedDialogs::closed(QDialog *dialog)
 
 void DescribedDialogs::release(const OpenDialog &open)
 {
-    m_parts.tasks.remove(open.element);
+    m_parts.tasks.remove(open.tasks);
     m_parts.table.remove(open.controls);
 }
 

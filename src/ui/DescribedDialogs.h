@@ -55,6 +55,7 @@ private:
         QDomElement element;
         QPointer<QDialog> dialog;
         QList<int> controls;
+        QList<QDomElement> tasks;
     };
 
     /// Null when the dialog was closed while it was being opened, or when too many are open.

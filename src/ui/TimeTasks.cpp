@@ -53,28 +53,31 @@ void TimeTasks::setClock(const Clock &clock)
         start(task.element);
 }
 
-void TimeTasks::add(const QDomElement &owner)
+QList<QDomElement> TimeTasks::add(const QDomElement &owner)
 {
+    QList<QDomElement> added;
     for (QDomElement element = owner.firstChildElement(taskTag); !element.isNull();
          element = element.nextSiblingElement(taskTag)) {
+        if (find(element))
+            continue;
         if (m_tasks.size() >= limits::TimeTasks) {
             m_context.reportOnce(tr("The interface description has more than %1 time tasks")
                                      .arg(QString::number(limits::TimeTasks)));
-            return;
+            break;
         }
         start(element);
         m_tasks.push_back({element, {}});
+        added.append(element);
     }
+    return added;
 }
 
-void TimeTasks::remove(const QDomElement &owner)
+void TimeTasks::remove(const QList<QDomElement> &elements)
 {
-    std::erase_if(m_tasks, [&](const Task &task) {
-        const bool isOwned = task.element.parentNode() == owner;
-        if (isOwned)
-            VideoTask::forget(task.element);
-        return isOwned;
-    });
+    for (const QDomElement &element : elements) {
+        VideoTask::forget(element);
+        std::erase_if(m_tasks, [&](const Task &task) { return task.element == element; });
+    }
 }
 
 void TimeTasks::clear()
@@ -96,7 +99,7 @@ void TimeTasks::tick()
             continue;
         start(element);
         const QScopedValueRollback unattended(m_context.unattended(), true);
-        run(*task);
+        run(element, task->video);
     }
 }
 
@@ -118,15 +121,16 @@ TimeTasks::Task *TimeTasks::find(const QDomElement &element)
     return found == m_tasks.end() ? nullptr : &*found;
 }
 
-void TimeTasks::run(Task &task)
+/// \a element is not that of the list, which the task may clear.
+void TimeTasks::run(const QDomElement &element, VideoTask &video)
 {
-    const QString type = task.element.attribute(QStringLiteral("type"));
+    const QString type = element.attribute(QStringLiteral("type"));
     if (type == QLatin1String("call"))
-        m_actions.runCall(task.element);
+        m_actions.runCall(element);
     else if (type == QLatin1String("v3getjpeg"))
-        task.video.run(PictureKind::Still, task.element, m_makeReceiver, m_context, m_actions);
+        video.run(PictureKind::Still, element, m_makeReceiver, m_context, m_actions);
     else if (type == QLatin1String("startVideoOnline"))
-        task.video.run(PictureKind::Live, task.element, m_makeReceiver, m_context, m_actions);
+        video.run(PictureKind::Live, element, m_makeReceiver, m_context, m_actions);
     else
         m_context.report(tr("Unknown time task \"%1\"").arg(type));
 }

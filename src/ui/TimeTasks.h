@@ -3,6 +3,7 @@
 #include "ui/VideoTask.h"
 
 #include <QDomElement>
+#include <QList>
 
 #include <functional>
 #include <vector>
@@ -30,9 +31,10 @@ public:
     void setClock(const Clock &clock);
     void setReceiverFactory(const ReceiverFactory &factory) { m_makeReceiver = factory; }
 
-    /// Registers the tasks of a window or dialog.
-    void add(const QDomElement &owner);
-    void remove(const QDomElement &owner);
+    /// Registers the tasks of a window or dialog and returns those that were not registered yet: it is theirs
+    /// to remove.
+    QList<QDomElement> add(const QDomElement &owner);
+    void remove(const QList<QDomElement> &elements);
     void clear();
 
     /// Runs the tasks whose time has come. A task may open a dialog, in which further ticks happen.
@@ -47,7 +49,7 @@ private:
     void start(QDomElement element) const;
     bool isDue(const QDomElement &element) const;
     Task *find(const QDomElement &element);
-    void run(Task &task);
+    void run(const QDomElement &element, VideoTask &video);
 
     ControlContext &m_context;
     ActionRunner &m_actions;

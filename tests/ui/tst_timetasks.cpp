@@ -209,7 +209,7 @@ void TestTimeTasks::fetchesPictures()
     });
     quint32 now = 0;
     session.tasks.setClock([&] { return now += 1000; });
-    session.tasks.add(session.document.first("window"));
+    const auto added = session.tasks.add(session.document.first("window"));
     const QString live = "live camera:1 guest secret";
     const QString still = "still still I ";
     session.tasks.tick();
@@ -226,7 +226,8 @@ void TestTimeTasks::fetchesPictures()
     receivers[0]->active = false;
     session.tasks.tick();
     QCOMPARE(sources, (QStringList{live, still, live}));
-    session.tasks.remove(session.document.first("window"));
+    QVERIFY(session.tasks.add(session.document.first("window")).isEmpty());
+    session.tasks.remove(added);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!receivers[0] && !receivers[1] && !receivers[2]);
     session.tasks.add(session.document.first("window"));
