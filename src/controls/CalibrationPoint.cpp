@@ -18,9 +18,14 @@ QString decimal(double number)
 
 std::optional<QPointF> placeOfPoint(const QString &text)
 {
-    const QStringList fields = text.split(u',');
-    const auto x = parseDecimal(fields.value(0));
-    const auto y = parseDecimal(fields.value(1));
+    // Only the first two fields: what stands behind them may be long, and a point is asked for its place
+    // often.
+    const qsizetype comma = text.indexOf(u',');
+    if (comma < 0)
+        return {};
+    const qsizetype end = text.indexOf(u',', comma + 1);
+    const auto x = parseDecimal(text.left(comma));
+    const auto y = parseDecimal(text.mid(comma + 1, end < 0 ? -1 : end - comma - 1));
     if (!x || !y)
         return {};
     return QPointF(std::clamp(*x, 0.0, 1.0), std::clamp(*y, 0.0, 1.0));

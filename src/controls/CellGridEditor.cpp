@@ -12,6 +12,7 @@ namespace paravue
 namespace
 {
 
+constexpr int LongestName = 100; // beyond what a line has room for
 constexpr int SmallestLinedCell = 4;
 
 bool isShiftOnly(Qt::KeyboardModifiers modifiers)
@@ -39,7 +40,9 @@ bool CellGridEditor::setRows(const QStringList &rows)
 
 bool CellGridEditor::setKinds(const QStringList &names)
 {
-    const QStringList fitting = names.mid(0, MostKinds);
+    QStringList fitting = names.mid(0, MostKinds);
+    for (QString &name : fitting)
+        name = name.left(LongestName).simplified();
     if (fitting.isEmpty() || fitting == m_strip.texts())
         return false;
     m_strip.setTexts(fitting);

@@ -1,5 +1,6 @@
 #include "controls/PictureView.h"
 
+#include "controls/MessageText.h"
 #include "controls/ReadableColors.h"
 
 #include <QAccessible>
@@ -59,7 +60,7 @@ void PictureView::setPixmap(const QPixmap &pixmap)
 
 void PictureView::setText(const QString &reason)
 {
-    m_reason = reason;
+    m_reason = shortenedMessage(reason);
     stateChanged();
 }
 

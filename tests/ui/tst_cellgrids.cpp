@@ -164,6 +164,10 @@ void TestCellGrids::boundsItsSize()
             "<item row='1' type='PTZAlarm' ctrlColumns='0x7' ctrlRows='99999999999'/>"
             "<item row='2' type='maskctrl' ctrlColumns='1' ctrlRows='1'><key>motion/cam0</key></item>"),
         {{"motion", "[ cam0 ]\r\nROW0 = 1\r\n"}});
+    window.widget<CellGridEditor>()->setKinds({QString(500'000, u'x')});
+    window.widget<CellGridEditor>()->slot_Set_all();
+    QVERIFY(window.widget<CellGridEditor>()->valueText().size() < 1000);
+    window.widget<CellGridEditor>()->slot_Clear_all();
     const int rows[] = {12, 12, 1};
     const int columns[] = {128, 16, 1};
     for (int i = 0; i < 3; ++i) {

@@ -234,6 +234,9 @@ void TestPtzControls::boundsItsSizes()
     QCOMPARE(window.widget<PtzCalibrator>(0)->points().size(), 64);
     QCOMPARE(window.widget<PtzCalibrator>(1)->points().size(), 4);
     QVERIFY(window.widget<PtzCalibrator>(0)->sizeHint().width() < 20'000);
+    PictureView view;
+    view.setText(QString(500'000, u'x'));
+    QVERIFY(view.valueText().size() < 5000);
 }
 
 QTEST_MAIN(TestPtzControls)
