@@ -24,8 +24,8 @@ ZoneRule zoneOf(const QByteArray &timeFile)
 
 } // namespace
 
-ConfigService::ConfigService(const QString &dataDir)
-    : m_folder(dataDir), m_clock(m_folder), m_functions(m_folder)
+ConfigService::ConfigService(const QString &dataDir, const QString &model)
+    : m_folder(dataDir, model), m_clock(m_folder), m_functions(m_folder)
 {
 }
 

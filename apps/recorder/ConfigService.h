@@ -15,7 +15,7 @@ namespace recorder
 class ConfigService
 {
 public:
-    explicit ConfigService(const QString &dataDir);
+    ConfigService(const QString &dataDir, const QString &model);
 
     const DataFolder &folder() const { return m_folder; }
 

@@ -20,7 +20,8 @@ namespace recorder
 namespace
 {
 
-const QString ShippedModel = QStringLiteral(":/recorder/model");
+const QString UsualModel = QStringLiteral("standard");
+const QString ShippedModels = QStringLiteral(":/recorder/model");
 
 QString fileName(const QString &name)
 {
@@ -53,7 +54,13 @@ bool writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-DataFolder::DataFolder(const QString &path) : m_path(path) {}
+DataFolder::DataFolder(const QString &path, const QString &model) : m_path(path), m_model(model) {}
+
+QStringList DataFolder::models()
+{
+    initShippedModel();
+    return QStringList{UsualModel} + QDir(ShippedModels).entryList(QDir::Dirs);
+}
 
 bool DataFolder::prepare(QString &error) const
 {
@@ -65,9 +72,9 @@ bool DataFolder::prepare(QString &error) const
     if (!folder.isEmpty())
         return true;
     initShippedModel();
-    const QStringList names = QDir(ShippedModel).entryList(QDir::Files);
+    const QStringList names = QDir(ShippedModels).entryList(QDir::Files);
     for (const QString &name : names) {
-        const std::optional<QByteArray> content = readFile(ShippedModel + '/' + name);
+        const std::optional<QByteArray> content = readFile(shippedPath(name));
         if (!content || !writeFile(folder.filePath(name), *content)) {
             error = QStringLiteral("cannot write %1").arg(folder.filePath(name));
             return false;
@@ -86,10 +93,16 @@ std::optional<QByteArray> DataFolder::read(const QString &name) const
     return readFile(filePath(name));
 }
 
-std::optional<QByteArray> DataFolder::shipped(const QString &name)
+std::optional<QByteArray> DataFolder::shipped(const QString &name) const
 {
     initShippedModel();
-    return readFile(ShippedModel + '/' + fileName(name));
+    return readFile(shippedPath(fileName(name)));
+}
+
+QString DataFolder::shippedPath(const QString &fileName) const
+{
+    const QString own = ShippedModels + '/' + m_model + '/' + fileName;
+    return QFile::exists(own) ? own : ShippedModels + '/' + fileName;
 }
 
 bool DataFolder::replace(const QString &name, const QByteArray &content) const

@@ -145,7 +145,7 @@ Answer DeviceFunctions::resetSettings() const
 {
     for (const char *file : SettingsFiles) {
         const QString name = QString::fromLatin1(file);
-        const std::optional<QByteArray> shipped = DataFolder::shipped(name);
+        const std::optional<QByteArray> shipped = m_folder.shipped(name);
         if (!shipped || !m_folder.replace(name, withOwnFacts(name, *shipped, content(file))))
             return errorAnswer(QStringLiteral("the file %1 cannot be written").arg(name));
     }

@@ -2,6 +2,7 @@
 
 #include "ConfigService.h"
 #include "Connection.h"
+#include "DataFolder.h"
 
 #include <QTcpSocket>
 
@@ -19,7 +20,12 @@ constexpr int RetryToListen = 500;
 } // namespace
 
 RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
-    : QObject(parent), m_service(std::make_unique<ConfigService>(dataDir))
+    : RecorderServer(dataDir, models().constFirst(), parent)
+{
+}
+
+RecorderServer::RecorderServer(const QString &dataDir, const QString &model, QObject *parent)
+    : QObject(parent), m_service(std::make_unique<ConfigService>(dataDir, model))
 {
     m_service->folder().prepare(m_error);
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
@@ -27,6 +33,11 @@ RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
     m_comingBack.setSingleShot(true);
     connect(&m_goingDown, &QTimer::timeout, this, &RecorderServer::goDown);
     connect(&m_comingBack, &QTimer::timeout, this, &RecorderServer::comeBack);
+}
+
+QStringList RecorderServer::models()
+{
+    return DataFolder::models();
 }
 
 RecorderServer::~RecorderServer()

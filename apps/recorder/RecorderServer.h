@@ -35,7 +35,13 @@ class RecorderServer : public QObject
 
 public:
     explicit RecorderServer(const QString &dataDir, QObject *parent = nullptr);
+    /// As another one of the shipped models().
+    RecorderServer(const QString &dataDir, const QString &model, QObject *parent = nullptr);
     ~RecorderServer() override;
+
+    /// Names of the shipped models: "standard" and "everything", which has a window with every control that
+    /// there is.
+    static QStringList models();
 
     /// Listens on the loopback interface; port 0 picks a free one. False, with errorString() set, when the
     /// port is taken or the data folder cannot be used.

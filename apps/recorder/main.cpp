@@ -25,6 +25,7 @@ struct Options {
     int rebootTime = 0;
     QHostAddress address = QHostAddress::LocalHost;
     QString dataDir;
+    QString model;
     bool companion = false;
     bool log = false;
 };
@@ -64,6 +65,10 @@ void addOptions(QCommandLineParser &parser)
              "Folder of the configuration files, filled with the shipped model when it is missing or "
              "empty (default: a temporary folder, removed at the end)."),
          QStringLiteral("DIR")},
+        {QStringLiteral("model"),
+         QStringLiteral("The model that fills an empty folder: %1 (default: the first).")
+             .arg(recorder::RecorderServer::models().join(QStringLiteral(", "))),
+         QStringLiteral("NAME"), recorder::RecorderServer::models().constFirst()},
         {QStringLiteral("delay"),
          QStringLiteral("Send every answer this many milliseconds later (default 0)."), QStringLiteral("MS"),
          QStringLiteral("0")},
@@ -103,6 +108,11 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     options.port = quint16(*port);
     options.delay = *delay;
     options.rebootTime = *rebootTime;
+    options.model = parser.value(QStringLiteral("model"));
+    if (!recorder::RecorderServer::models().contains(options.model)) {
+        printError(QStringLiteral("there is no model \"%1\"").arg(options.model));
+        return std::nullopt;
+    }
     options.dataDir = parser.value(QStringLiteral("data"));
     options.companion = parser.isSet(QStringLiteral("companion"));
     options.log = parser.isSet(QStringLiteral("log"));
@@ -144,7 +154,7 @@ int run(const Options &options)
 {
     QTemporaryDir temporary;
     const QString dataDir = options.dataDir.isEmpty() ? temporary.path() : options.dataDir;
-    recorder::RecorderServer server(dataDir);
+    recorder::RecorderServer server(dataDir, options.model);
     server.setReplyDelay(options.delay);
     server.setRebootTime(options.rebootTime);
     QTextStream out(stdout);

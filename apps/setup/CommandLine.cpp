@@ -92,6 +92,8 @@ CommandLine CommandLine::parse(const QStringList &words)
     const QCommandLineOption demo("demo", tr("Start the recorder simulator and set that up."));
     const QCommandLineOption demoData("demo-data", tr("Keep the simulator's files in DIR (with --demo)."),
                                       "DIR");
+    const QCommandLineOption model(
+        "model", tr("Simulate the recorder MODEL (with --demo): standard or everything."), "MODEL");
     const QCommandLineOption screenshot(
         "screenshot", tr("Save a picture of every tab in DIR once all is loaded, and end."), "DIR");
     const QCommandLineOption language(
@@ -118,8 +120,8 @@ CommandLine CommandLine::parse(const QStringList &words)
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(tr("Shows the setup window of a network video recorder."));
-    parser.addOptions({help, version, digest, demo, demoData, screenshot, language, check, json, preview,
-                       files, timeZones});
+    parser.addOptions({help, version, digest, demo, demoData, model, screenshot, language, check, json,
+                       preview, files, timeZones});
     acceptToolkitOptions(parser);
     parser.addPositionalArgument("ADDRESS",
                                  tr("The recorder: [login:password@]host[:port]. Without a login the "
@@ -140,6 +142,7 @@ CommandLine CommandLine::parse(const QStringList &words)
     CommandLine line;
     line.demo = parser.isSet(demo);
     line.demoDataFolder = parser.value(demoData);
+    line.demoModel = parser.value(model);
     line.screenshotFolder = parser.value(screenshot);
     line.language = parser.value(language);
     line.description = parser.value(parser.isSet(check) ? check : preview);
@@ -149,7 +152,7 @@ CommandLine CommandLine::parse(const QStringList &words)
         line.task = Task::CheckDescription;
     const bool isLocal = parser.isSet(check) || parser.isSet(preview);
 
-    for (const QCommandLineOption &option : {demoData, screenshot, language, check, preview, files}) {
+    for (const QCommandLineOption &option : {demoData, model, screenshot, language, check, preview, files}) {
         if (parser.isSet(option) && parser.value(option).isEmpty())
             return refused(tr("--%1 needs a value").arg(option.names().first()));
     }
@@ -161,8 +164,10 @@ CommandLine CommandLine::parse(const QStringList &words)
     if (!line.demo && !isLocal && addresses.size() != 1)
         return refused(addresses.isEmpty() ? tr("no address was given")
                                            : tr("more than one address was given"));
-    if (!line.demo && parser.isSet(demoData))
-        return refused(tr("--demo-data needs --demo"));
+    for (const QCommandLineOption &option : {demoData, model}) {
+        if (!line.demo && parser.isSet(option))
+            return refused(tr("--%1 needs --demo").arg(option.names().first()));
+    }
     if (line.language.contains('/') || line.language.contains('\''))
         return refused(tr("a language is a name such as en"));
     if (line.demo || isLocal)

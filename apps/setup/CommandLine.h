@@ -19,6 +19,7 @@ struct CommandLine {
     QString description;    ///< not empty: the interface description to check, or to show without a recorder
     QString filesFolder;    ///< the configuration files that go with it; empty: none
     bool json = false;      ///< print the result of the check for other programs
+    QString demoModel;      ///< which recorder it simulates; empty: its usual one
     QString screenshotFolder; ///< not empty: save a picture of every tab there and end
     QString language;         ///< not empty: show the window in this language
 

@@ -92,7 +92,7 @@ DemoRecorder::~DemoRecorder()
     }
 }
 
-QString DemoRecorder::start(const QString &dataFolder)
+QString DemoRecorder::start(const QString &dataFolder, const QString &model)
 {
     const QString program = findProgram();
     if (program.isEmpty())
@@ -106,7 +106,10 @@ QString DemoRecorder::start(const QString &dataFolder)
     // The simulator must not outlive us even when we are killed.
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
 #endif
-    m_process.start(program, {"--port", QString::number(freePort()), "--data", m_dataFolder, "--companion"});
+    QStringList options{"--port", QString::number(freePort()), "--data", m_dataFolder, "--companion"};
+    if (!model.isEmpty())
+        options << "--model" << model;
+    m_process.start(program, options);
     if (!m_process.waitForStarted(StartLimitMs))
         return tr("%1 could not be started: %2").arg(program, m_process.errorString());
 

@@ -14,8 +14,9 @@ public:
     ~DemoRecorder();
 
     /// Starts the simulator on a free port of this computer, with its files in \a dataFolder or, when that is
-    /// empty, in a temporary folder that is removed at the end. Returns what went wrong, or an empty text.
-    QString start(const QString &dataFolder);
+    /// empty, in a temporary folder that is removed at the end. An empty \a model is the usual one. Returns
+    /// what went wrong, or an empty text.
+    QString start(const QString &dataFolder, const QString &model);
 
     /// The address of the running simulator, with the login of its first administrator.
     QString address() const;

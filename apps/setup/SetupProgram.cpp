@@ -100,7 +100,7 @@ ExitCode runSession(const CommandLine &commandLine)
     DemoRecorder demo;
     QString address;
     if (commandLine.demo) {
-        const QString problem = demo.start(commandLine.demoDataFolder);
+        const QString problem = demo.start(commandLine.demoDataFolder, commandLine.demoModel);
         if (!problem.isEmpty())
             return failed(problem, commandLine.screenshotFolder.isEmpty());
         address = demo.address();

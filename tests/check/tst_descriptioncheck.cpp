@@ -1,6 +1,6 @@
 #include "check/DescriptionCheck.h"
+#include "recorder/RecorderServer.h"
 
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QStringConverter>
 #include <QTemporaryDir>
@@ -284,19 +284,19 @@ void TestDescriptionCheck::looksIntoFiles()
 
 void TestDescriptionCheck::leavesModelsAlone_data()
 {
-    QTest::addColumn<QString>("path");
-    QDirIterator models(RECORDER_MODELS, {"interface*.xml"}, QDir::Files, QDirIterator::Subdirectories);
-    while (models.hasNext()) {
-        const QString path = models.next();
-        QTest::newRow(qPrintable(path)) << path;
-    }
+    QTest::addColumn<QString>("model");
+    for (const QString &model : recorder::RecorderServer::models())
+        QTest::newRow(qPrintable(model)) << model;
 }
 
 void TestDescriptionCheck::leavesModelsAlone()
 {
-    QFETCH(QString, path);
+    QFETCH(QString, model);
+    const QTemporaryDir folder;
+    const recorder::RecorderServer server(folder.path(), model);
     QStringList problems;
-    for (const DescriptionProblem &problem : checkDescription(path, QFileInfo(path).path()))
+    for (const DescriptionProblem &problem :
+         checkDescription(server.filePath(QStringLiteral("interface")), folder.path()))
         problems += line(problem);
     QCOMPARE(problems, QStringList());
 }
