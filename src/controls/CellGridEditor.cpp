@@ -101,9 +101,7 @@ void CellGridEditor::select(const QPoint &current, bool stretch)
 
 QRect CellGridEditor::selection() const
 {
-    const auto [left, right] = std::minmax(m_anchor.x(), m_current.x());
-    const auto [top, bottom] = std::minmax(m_anchor.y(), m_current.y());
-    return {QPoint(left, top), QPoint(right, bottom)};
+    return QRect(m_anchor, m_anchor) | QRect(m_current, m_current);
 }
 
 CellGridEditor::Brush CellGridEditor::brushFor(const QPoint &cell) const
