@@ -2,8 +2,13 @@
 
 #include <QtEndian>
 
+#include <limits>
+
 namespace
 {
+
+/// A buffer that has been larger gives its memory back once it is nearly empty.
+constexpr qsizetype KeptCapacity = 1024 * 1024;
 
 [[noreturn]] void needMoreData()
 {
@@ -14,15 +19,19 @@ namespace
 
 void cDataSplitter::append(const QByteArray &bytes)
 {
-    m_buffer.append(bytes);
+    // Never shared with the caller, who may have wrapped memory that is gone when this returns.
+    m_buffer.append(bytes.constData(), bytes.size());
 }
 
-void cDataSplitter::consume(int n)
+void cDataSplitter::consume(qsizetype n)
 {
-    if (!has(0, n)) {
+    if (n < 0 || n > m_buffer.size()) {
         needMoreData();
     }
     m_buffer.remove(0, n);
+    if (m_buffer.capacity() > KeptCapacity && m_buffer.size() < m_buffer.capacity() / 8) {
+        m_buffer.squeeze();
+    }
 }
 
 bool cDataSplitter::has(int position, int n) const
@@ -31,13 +40,14 @@ bool cDataSplitter::has(int position, int n) const
     return position >= 0 && n >= 0 && position <= m_buffer.size() && n <= m_buffer.size() - position;
 }
 
-int cDataSplitter::cStringSize(int position) const
+int cDataSplitter::cStringSize(int position, int searched) const
 {
-    if (!has(position, 0)) {
+    if (!has(position, searched)) {
         return 0;
     }
-    const qsizetype zero = m_buffer.indexOf('\0', position);
-    return zero < 0 ? 0 : static_cast<int>(zero - position + 1);
+    const qsizetype zero = m_buffer.indexOf('\0', position + searched);
+    // Behind a zero that is further away no position could be told.
+    return zero < 0 || zero >= std::numeric_limits<int>::max() ? 0 : static_cast<int>(zero - position + 1);
 }
 
 quint8 cDataSplitter::readU8(int &position) const
@@ -57,7 +67,12 @@ quint32 cDataSplitter::readU32(int &position) const
 
 QByteArray cDataSplitter::readBytes(int &position, int n) const
 {
-    return QByteArray(take(position, n), n);
+    return readView(position, n).toByteArray();
+}
+
+QByteArrayView cDataSplitter::readView(int &position, int n) const
+{
+    return QByteArrayView(take(position, n), n);
 }
 
 QByteArray cDataSplitter::readCString(int &position) const

@@ -20,19 +20,24 @@ public:
 
     void append(const QByteArray &bytes);
     /// Removes the first \a n bytes; throws when there are fewer.
-    void consume(int n);
+    void consume(qsizetype n);
 
     /// The number of bytes that are not consumed.
     qsizetype size() const { return m_buffer.size(); }
+    /// These bytes, until the next append() or consume().
+    QByteArrayView unread() const { return m_buffer; }
     /// True when \a n bytes can be read at \a position.
     bool has(int position, int n) const;
-    /// The size of the C-string at \a position with its zero byte, or 0 while that byte is not there.
-    int cStringSize(int position) const;
+    /// The size of the C-string at \a position with its zero byte, or 0 while that byte is not there. Its
+    /// first \a searched bytes are known to hold none.
+    int cStringSize(int position, int searched = 0) const;
 
     quint8 readU8(int &position) const;
     quint16 readU16(int &position) const;
     quint32 readU32(int &position) const;
     QByteArray readBytes(int &position, int n) const;
+    /// The same without a copy, until the next append() or consume().
+    QByteArrayView readView(int &position, int n) const;
     /// The bytes up to and including the first zero byte.
     QByteArray readCString(int &position) const;
 
