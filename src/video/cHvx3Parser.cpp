@@ -1,0 +1,229 @@
+#include "video/cHvx3Parser.h"
+
+#include "video/MagicSearch.h"
+
+#include <algorithm>
+#include <limits>
+
+using namespace paravue;
+
+namespace
+{
+
+constexpr int MagicSize = 4;
+constexpr int IndexSize = 13; // without its blob
+constexpr int DataHeadSize = 4;
+constexpr int ExtensionSize = 4;
+constexpr quint8 FirstFragmentFlag = 0x80;
+constexpr quint8 VideoType = 1;
+
+bool isAccepted(quint8 streamType)
+{
+    return streamType == VideoType || streamType == 2 || streamType == 4 || streamType == 8 ||
+           streamType == 16;
+}
+
+bool isMagic(quint32 value)
+{
+    return value == Hvx3HeaderMagic || value == Hvx3IndexMagic;
+}
+
+void readExtension(const cDataSplitter &input, int &position, DATA_T &record)
+{
+    record.word16 = input.readU16(position);
+    record.byteA = input.readU8(position);
+    record.byteB = input.readU8(position);
+    // Deliberate: only below 4.
+    if (record.byteA < 4) {
+        record.word16 %= 3000;
+    }
+}
+
+} // namespace
+
+cHvx3Parser::cHvx3Parser(QObject *parent) : QObject(parent), m_maxFrameSize(std::numeric_limits<int>::max())
+{
+    m_streamAt.fill(-1);
+}
+
+void cHvx3Parser::setMaxFrameSize(int bytes)
+{
+    m_maxFrameSize = std::max(bytes, 1);
+    m_frames.setMaxFrameSize(m_maxFrameSize);
+}
+
+Hvx3Losses cHvx3Parser::losses() const
+{
+    return {m_lostBytes, m_gaps, m_frames.lostFragments(), m_frames.lostFrames()};
+}
+
+void cHvx3Parser::append(const QByteArray &bytes)
+{
+    m_input.append(bytes);
+    try {
+        while (step()) {
+        }
+    } catch (const QByteArray &signal) {
+        // An empty one is the reader's sign that more data is needed. The steps look before they read, as
+        // throwing once for each piece would make parsing many times slower.
+        if (!signal.isEmpty()) {
+            throw;
+        }
+    }
+}
+
+/// Reads one record or leaves a state; false when more data is needed. A step emits when its record is
+/// consumed and the state is set, as what the signal reaches may call append().
+bool cHvx3Parser::step()
+{
+    switch (m_state) {
+    case AwaitHeader:
+        return headerStep();
+    case AwaitIndex:
+        return indexStep();
+    case InData:
+        return dataStep();
+    }
+    return false;
+}
+
+bool cHvx3Parser::headerStep()
+{
+    return skipTo(findHeaderMagic(m_input.unread())) && readHeader();
+}
+
+bool cHvx3Parser::indexStep()
+{
+    if (!skipTo(findRecordMagic(m_input.unread()))) {
+        return false;
+    }
+    int position = 0;
+    const quint32 magic = m_input.readU32(position);
+    if (magic == Hvx3HeaderMagic) {
+        return headerOrIndexStep();
+    }
+    if (!m_input.has(0, IndexSize)) {
+        return false;
+    }
+    IDX_T index;
+    index.value1 = magic;
+    index.value2 = m_input.readU32(position);
+    index.value3 = m_input.readU32(position);
+    const int blobLength = m_input.readU8(position);
+    if (!m_input.has(position, blobLength)) {
+        return false;
+    }
+    index.blob = m_input.readBytes(position, blobLength);
+    m_input.consume(position);
+    m_index = index;
+    m_state = InData;
+    m_inGap = false;
+    m_frames.clear();
+    emit onIDX(index);
+    return true;
+}
+
+/// A header in the middle of the stream, unless an index record behind two bytes of damage only looks like
+/// one. Its garbled stream table would make every frame that follows unreadable.
+bool cHvx3Parser::headerOrIndexStep()
+{
+    int position = 2;
+    if (!m_input.has(position, MagicSize)) {
+        return false;
+    }
+    if (m_input.readU32(position) == Hvx3IndexMagic) {
+        lose(2);
+        return true;
+    }
+    return readHeader();
+}
+
+bool cHvx3Parser::dataStep()
+{
+    if (!m_input.has(0, DataHeadSize)) {
+        return false;
+    }
+    int position = 0;
+    if (isMagic(m_input.readU32(position))) {
+        m_state = AwaitIndex;
+        return true;
+    }
+    position = 0;
+    const int length = m_input.readU16(position);
+    const quint8 flags = m_input.readU8(position);
+    const quint8 streamId = m_input.readU8(position);
+    const int at = m_streamAt[streamId];
+    if (at < 0 || !isAccepted(m_streams.at(at).streamType)) {
+        m_state = AwaitIndex;
+        return true;
+    }
+    const STREAM_T &stream = m_streams.at(at);
+    const bool extended = stream.streamType == VideoType && (flags & FirstFragmentFlag);
+    if (!m_input.has(position, (extended ? ExtensionSize : 0) + length)) {
+        return false;
+    }
+    DATA_T record;
+    record.length = length;
+    record.flags = flags;
+    record.streamId = streamId;
+    record.stream = stream;
+    if (extended) {
+        readExtension(m_input, position, record);
+    }
+    const bool whole = m_frames.add(record, m_input.readView(position, length));
+    m_input.consume(position);
+    if (whole) {
+        emit onDATA(record);
+        m_frames.giveBack(record.payload.take());
+    }
+    return true;
+}
+
+/// Drops the bytes before \a magicAt; true when a magic is there.
+bool cHvx3Parser::skipTo(qsizetype magicAt)
+{
+    lose(magicAt);
+    return m_input.has(0, MagicSize);
+}
+
+void cHvx3Parser::lose(qsizetype bytes)
+{
+    if (bytes == 0) {
+        return;
+    }
+    m_input.consume(bytes);
+    m_lostBytes += bytes;
+    m_gaps += m_inGap ? 0 : 1;
+    m_inGap = true;
+}
+
+/// Reads the header at the front, also where an index record is awaited: there it begins the stream anew.
+bool cHvx3Parser::readHeader()
+{
+    if (!m_headerReader.readOn(m_input) || m_headerReader.position() > m_maxFrameSize) {
+        return dropLargeHeader();
+    }
+    m_input.consume(m_headerReader.position());
+    m_header = m_headerReader.take();
+    m_streams = m_header.streams;
+    m_streamAt.fill(-1);
+    for (qsizetype i = m_streams.size() - 1; i >= 0; --i) {
+        m_streamAt[m_streams.at(i).streamId] = static_cast<qint16>(i); // the first of equal ones stays
+    }
+    m_state = AwaitIndex;
+    m_inGap = false;
+    emit onHDR(m_header);
+    return true;
+}
+
+/// Drops what has come of a header that is larger than the limit; false while it is not.
+bool cHvx3Parser::dropLargeHeader()
+{
+    if (m_input.size() < m_maxFrameSize) {
+        return false;
+    }
+    m_headerReader = HeaderReader();
+    // Not byte by byte: what holds many beginnings of headers would be read many times.
+    lose(m_maxFrameSize);
+    return true;
+}

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "video/FrameAssembler.h"
+#include "video/HeaderReader.h"
+#include "video/cDataSplitter.h"
+
+#include <QObject>
+
+#include <array>
+
+/// What a parser could not use.
+struct Hvx3Losses {
+    /// Bytes that belong to no record, and the places where there were such.
+    qint64 bytes = 0;
+    qint64 gaps = 0;
+    /// Fragments that came without the first one of their frame.
+    qint64 fragments = 0;
+    /// Frames that were begun and not finished before the next one of their stream, the next index record or
+    /// the limit of their size.
+    qint64 frames = 0;
+};
+
+/// Finds the records in a recorder's video stream (docs/stream-format.md) that arrives in pieces, and puts
+/// frames together that were sent in fragments.
+///
+/// The signals are emitted from within append(), in the order of the stream; how the stream is cut into
+/// pieces changes nothing. A part of a record waits for the rest. Behind damage the parser looks for the next
+/// index record, and for a header, which begins the stream anew. There are no errors: what cannot be used is
+/// left out, and counted in losses().
+///
+/// A parser is for one connection. The records are passed by value and through direct connections.
+class cHvx3Parser : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit cHvx3Parser(QObject *parent = nullptr);
+
+    /// A bound, in bytes, on a frame, on all unfinished frames together and on a header; what is beyond is
+    /// dropped. Without one a hostile stream takes all memory that there is.
+    void setMaxFrameSize(int bytes);
+
+    /// The last header and the last index record; empty ones before them.
+    const HDR_T &header() const { return m_header; }
+    const IDX_T &index() const { return m_index; }
+    Hvx3Losses losses() const;
+
+public Q_SLOTS:
+    void append(const QByteArray &bytes);
+
+Q_SIGNALS:
+    void onHDR(HDR_T header);
+    void onIDX(IDX_T index);
+    /// A whole frame.
+    void onDATA(DATA_T frame);
+
+private:
+    enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2 };
+
+    bool step();
+    bool headerStep();
+    bool indexStep();
+    bool headerOrIndexStep();
+    bool dataStep();
+    bool skipTo(qsizetype magicAt);
+    bool readHeader();
+    bool dropLargeHeader();
+    void lose(qsizetype bytes);
+
+    HDR_T m_header;
+    IDX_T m_index;
+    paravue::FrameAssembler m_frames;
+    State m_state = AwaitHeader;
+    cDataSplitter m_input;
+
+    paravue::HeaderReader m_headerReader;
+    /// The streams of the header, and for each stream id its place among them or -1.
+    QList<STREAM_T> m_streams;
+    std::array<qint16, 256> m_streamAt;
+    int m_maxFrameSize;
+    bool m_inGap = false;
+    qint64 m_lostBytes = 0;
+    qint64 m_gaps = 0;
+};
