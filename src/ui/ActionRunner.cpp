@@ -148,7 +148,8 @@ void ActionRunner::invoke(const QPointer<QWidget> &target, const QDomElement &ac
         return;
     }
     const QString param = m_context.text(action.attribute(QStringLiteral("param")));
-    const bool isPermitted = !m_permit || m_permit(*target, slot, param);
+    // By the name of what was found: blanks around the one asked for do not matter.
+    const bool isPermitted = !m_permit || m_permit(*target, QString::fromLatin1(method.name()), param);
     if (isPermitted && target)
         method.invoke(target, Qt::DirectConnection, Q_ARG(QString, param));
 }

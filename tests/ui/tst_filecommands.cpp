@@ -29,6 +29,8 @@ const QByteArray Page =
     "<text>two<key>tmp/untitled/PATH//nowhere/described</key></text></item>"
     "<item type='setup' row='5'><recorder/></item>"
     "<item type='pushbutton' row='6'><text>Install</text><action type='call' slot='callSetup' "
+    "param='soft_istall_packet,tmp/untitled/PATH'>recorder</action></item>"
+    "<item type='pushbutton' row='8'><text>Install as well</text><action type='call' slot=' callSetup ' "
     "param='soft_istall_packet,tmp/untitled/PATH'>recorder</action></item>";
 
 const QByteArray Rest = "<settings><key>net/untitled/NAME</key><group><key>net/untitled/PORT/80</key></group>"
@@ -272,7 +274,8 @@ void TestFileCommands::guardsTheInstallation()
     QSignalSpy installed(&window.fixture.store(), &OrbSetup::progress);
     window.press("Write");
     window.press("Install");
-    QCOMPARE(window.questions, QStringList("read /nowhere/described"));
+    window.press("Install as well");
+    QCOMPARE(window.questions, QStringList(2, "read /nowhere/described"));
     QCOMPARE(installed.size(), 0);
     window.setPath("/chosen");
     window.press("Install");
