@@ -61,7 +61,8 @@ QString cODAdaptor::name(const QString &address) const
 void cODAdaptor::waitForList(int milliseconds)
 {
     const QDeadlineTimer limit(milliseconds);
-    while (!m_hasList && m_socket.state() == QLocalSocket::ConnectedState &&
+    // Something may be there each time: a companion can send a list that never ends.
+    while (!m_hasList && !limit.hasExpired() && m_socket.state() == QLocalSocket::ConnectedState &&
            m_socket.waitForReadyRead(static_cast<int>(limit.remainingTime()))) {
     }
 }

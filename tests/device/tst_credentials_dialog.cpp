@@ -15,8 +15,10 @@
 #include <QLineEdit>
 #include <QLocalServer>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 using namespace paravue;
@@ -36,6 +38,7 @@ private Q_SLOTS:
     void showsWhatTheCompanionCallsTheRecorder();
     void doesWithoutABadCompanion_data();
     void doesWithoutABadCompanion();
+    void waitsNoLongerThanItMay();
 
 private:
     std::unique_ptr<OwnUserFolders> m_user;
@@ -192,6 +195,34 @@ void TestCredentialsDialog::doesWithoutABadCompanion()
     client->write("host\tgate\n\nrubbish\nhost\t \n" + says);
     QTRY_COMPARE(client->state(), QLocalSocket::UnconnectedState);
     QCOMPARE(adaptor.name("host"), "");
+}
+
+void TestCredentialsDialog::waitsNoLongerThanItMay()
+{
+    QSemaphore isListening;
+    const std::unique_ptr<QThread> companion(QThread::create([&isListening] {
+        QLocalServer server;
+        server.listen(cODAdaptor::companionServer());
+        isListening.release();
+        server.waitForNewConnection(5000);
+        QLocalSocket *client = server.nextPendingConnection();
+        // The list ends when whoever waits for its end has waited far too long.
+        for (const QDeadlineTimer limit(2000); client && !limit.hasExpired();) {
+            client->write(QByteArray("host\tgate\n").repeated(1000));
+            if (!client->waitForBytesWritten(500))
+                return;
+        }
+        if (client && client->write("\n") > 0)
+            client->waitForBytesWritten();
+    }));
+    companion->start();
+    isListening.acquire();
+    {
+        cODAdaptor adaptor;
+        adaptor.waitForList(50);
+        QCOMPARE(adaptor.name("host"), "");
+    }
+    QVERIFY(companion->wait(10'000));
 }
 
 QTEST_MAIN(TestCredentialsDialog)
