@@ -27,7 +27,8 @@ RecorderAddress refused(const QString &problem)
 
 QString digestOf(const QString &typed)
 {
-    return QString::fromLatin1(QCryptographicHash::hash(typed.toUtf8(), QCryptographicHash::Md5).toHex());
+    return QString::fromLatin1(
+        QCryptographicHash::hash(typed.toLocal8Bit(), QCryptographicHash::Md5).toHex());
 }
 
 } // namespace
