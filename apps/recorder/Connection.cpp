@@ -37,6 +37,13 @@ std::optional<quint64> decimal(const QByteArray &digits)
     return isNumber ? std::optional(digits.toULongLong()) : std::nullopt;
 }
 
+/// Files may hold passwords, and a package is no text.
+bool hasReadableBody(const Command &command)
+{
+    return command.kind == Command::Kind::Run ? command.function != Function::InstallPackage
+                                              : command.file == QLatin1String("time");
+}
+
 qsizetype mostBytes(const Command &command)
 {
     const bool isPackage = command.kind == Command::Kind::Run && command.function == Function::InstallPackage;
@@ -122,6 +129,8 @@ bool Connection::takeBody()
         return false;
     }
     const QByteArray body = std::exchange(m_body, {});
+    if (hasReadableBody(m_command))
+        Q_EMIT logged(QStringLiteral("< ") + readableBody(body));
     const bool isFile = m_command.kind == Command::Kind::Put;
     const Answer result =
         isFile ? m_service.put(m_command.file, body, *m_account) : m_service.run(m_command, body, *m_account);

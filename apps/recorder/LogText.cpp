@@ -36,4 +36,10 @@ QString readableRequest(const QByteArray &line)
     return printable(QString::fromUtf8(shown));
 }
 
+QString readableBody(const QByteArray &body)
+{
+    const QString shown = printable(QString::fromUtf8(body.left(MaxShown)));
+    return body.size() > MaxShown ? shown + QStringLiteral("...") : shown;
+}
+
 } // namespace recorder

@@ -73,7 +73,8 @@ public:
     QStringList loggedInUsers() const;
 
 Q_SIGNALS:
-    /// One readable line for each request and each answer. Passwords and file contents are not in it.
+    /// One readable line for each request and each answer, and for the body of a command or of what is put
+    /// into the file "time". Passwords, packages and the contents of other files are not in it.
     void logged(const QString &line);
     /// A client sent a file that was accepted and is now kept.
     void fileReceived(const QString &name, const QByteArray &body);

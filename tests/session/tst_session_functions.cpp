@@ -10,6 +10,7 @@
 #include <QDomDocument>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -103,6 +104,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
+    QStringList m_requests; ///< lines and bodies, as the recorder logs them
 };
 
 void TestSessionFunctions::init()
@@ -111,6 +113,11 @@ void TestSessionFunctions::init()
     m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"));
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
     m_recorder->setRebootTime(1);
+    m_requests.clear();
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, this, [this](const QString &line) {
+        if (const qsizetype start = line.indexOf(" < "); start >= 0)
+            m_requests << line.sliced(start + 3);
+    });
 }
 
 /// The value that a new store finds, in a report when the address begins with "tmp".
@@ -129,23 +136,34 @@ void TestSessionFunctions::hasItsEffect_data()
     QTest::addColumn<QString>("answer");
     QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("expected");
+    QTest::addColumn<QString>("request");
     const auto row = [](const char *name, const char *button, int index, const char *answer,
-                        const char *address, const char *expected) {
+                        const char *address, const char *expected, const char *request) {
         QTest::newRow(name) << QString(button) << index << QString(answer) << QString(address)
-                            << QString(expected);
+                            << QString(expected) << QString(request);
     };
-    row("format disk 1", "Format", 0, "Format", "disk/untitled/DISC1_USED", "0G");
-    row("format disk 2", "Format", 1, "Format", "disk/untitled/DISC2_USED", "0G");
-    row("format the USB disk", "Format", 2, "Format", "disk/untitled/USB_USED", "0G");
-    row("clear e-mails 1", "Delete stored e-mails", 0, "Delete", "tmp/emails/DISC1", "0");
-    row("clear e-mails 2", "Delete stored e-mails", 1, "Delete", "tmp/emails/DISC2", "0");
-    row("clear e-mails USB", "Delete stored e-mails", 2, "Delete", "tmp/emails/USB", "0");
-    row("test e-mail", "Send a test e-mail", 0, "", "tmp/emails/DISC1", "4");
-    row("restart", "Restart", 0, "Restart", "state/health/UPTIME_DAYS", "0");
-    row("reset", "Reset the settings", 0, "Reset", "net/untitled/HOSTNAME", "paravue-r4");
-    row("time server", "Ask the server now", 0, "", "time/untitled/NTP_SYNC", "1");
-    row("remove a package", "Remove…", 0, "Remove", "soft/untitled/PACKAGES", "5");
-    row("install", "Install", 0, "Install", "soft/untitled/PACKAGE_NAME_6", "thermo-probe");
+    row("format disk 1", "Format", 0, "Format", "disk/untitled/DISC1_USED", "0G",
+        "DO FORMAT|LENGTH=13|DISC='DISC1'\\x0a");
+    row("format disk 2", "Format", 1, "Format", "disk/untitled/DISC2_USED", "0G",
+        "DO FORMAT|LENGTH=13|DISC='DISC2'\\x0a");
+    row("format the USB disk", "Format", 2, "Format", "disk/untitled/USB_USED", "0G",
+        "DO FORMAT|LENGTH=11|DISC='USB'\\x0a");
+    row("clear e-mails 1", "Delete stored e-mails", 0, "Delete", "tmp/emails/DISC1", "0",
+        "DO CLEAR EMAILS|LENGTH=13|DISC='DISC1'\\x0a");
+    row("clear e-mails 2", "Delete stored e-mails", 1, "Delete", "tmp/emails/DISC2", "0",
+        "DO CLEAR EMAILS|LENGTH=13|DISC='DISC2'\\x0a");
+    row("clear e-mails USB", "Delete stored e-mails", 2, "Delete", "tmp/emails/USB", "0",
+        "DO CLEAR EMAILS|LENGTH=11|DISC='USB'\\x0a");
+    row("test e-mail", "Send a test e-mail", 0, "", "tmp/emails/DISC1", "4", "SEND TEST EMAIL");
+    row("restart", "Restart", 0, "Restart", "state/health/UPTIME_DAYS", "0", "DO REBOOT");
+    row("reset", "Reset the settings", 0, "Reset", "net/untitled/HOSTNAME", "paravue-r4", "RESET SETTINGS");
+    row("time server", "Ask the server now", 0, "", "time/untitled/NTP_SYNC", "1",
+        "PUT TIME "
+        "CONFIG|LENGTH=65|USENTP=1\\x0aTIME_SERVER=pool.example.net\\x0aNTP_SYNC=1\\x0aTIME_ZONE=UTC-3\\x0a");
+    row("remove a package", "Remove…", 0, "Remove", "soft/untitled/PACKAGES", "5",
+        "PUT SOFT CONFIG|LENGTH=26|PACKAGE_DELETE=usb-backup\\x0a");
+    row("install", "Install", 0, "Install", "soft/untitled/PACKAGE_NAME_6", "thermo-probe",
+        "INSTALL DEB|LENGTH=2752");
 }
 
 void TestSessionFunctions::hasItsEffect()
@@ -155,6 +173,7 @@ void TestSessionFunctions::hasItsEffect()
     QFETCH(QString, answer);
     QFETCH(QString, address);
     QFETCH(QString, expected);
+    QFETCH(QString, request);
     QFile net(m_recorder->filePath("net"));
     QVERIFY(net.open(QIODevice::Append) && net.write("HOSTNAME='other'\n") > 0);
     net.close();
@@ -169,8 +188,16 @@ void TestSessionFunctions::hasItsEffect()
     for (QTreeWidget *list : session.window->findChildren<QTreeWidget *>())
         list->setCurrentItem(list->findItems("usb-backup", Qt::MatchExactly).value(0));
     QSignalSpy back(m_recorder.get(), &recorder::RecorderServer::cameBack);
+    bool isProgressShown = false;
+    connect(&session.store, &OrbSetup::progress, this, [&](int percent) {
+        const auto *text = find<QLabel>(*session.window, "Settings are being transferred");
+        isProgressShown |= percent == 0 && text && text->isVisible();
+    });
+    m_requests.clear();
     QVERIFY(session.press(button, index, answer));
     QTRY_COMPARE(session.stored.count(), 1);
+    QVERIFY(isProgressShown);
+    QCOMPARE(m_requests.join('|'), "LOGIN=admin|PASS=***|" + request);
     QVERIFY2(session.isFine(), qPrintable(session.errors.value(0).value(0).toString()));
     QVERIFY(button != "Restart" || back.wait());
     QCOMPARE(fetched(address), expected);
@@ -179,11 +206,15 @@ void TestSessionFunctions::hasItsEffect()
 void TestSessionFunctions::asksBeforeItDestroys()
 {
     Session session(*m_recorder);
+    m_requests.clear();
     for (const char *button : {"Format", "Delete stored e-mails", "Restart", "Reset the settings"}) {
+        QSignalSpy progress(&session.store, &OrbSetup::progress);
         QVERIFY(session.press(button, 0, "Cancel"));
+        QCOMPARE(progress, QList<QVariantList>{{100}}); // the function "cancel"
         QVERIFY(session.stored.isEmpty());
         QVERIFY(session.store.activity().isEmpty());
     }
+    QCOMPARE(m_requests, QStringList());
 }
 
 void TestSessionFunctions::setsTheClockInAnyZone_data()
@@ -207,13 +238,22 @@ void TestSessionFunctions::setsTheClockInAnyZone()
     Session session(*m_recorder);
     session.window->setValue("time/untitled/TIME_ZONE/" + zone);
     session.window->setValue("time/untitled/YYYYMMDDHHMMSS/20300715120000");
+    const auto sent = [this] { return m_requests.join('|'); };
+    m_requests.clear();
     QVERIFY(session.press("Set this time"));
     QTRY_COMPARE(session.stored.count(), 1);
+    QCOMPARE(sent(), QString("LOGIN=admin|PASS=***|PUT TIME CONFIG|LENGTH=%1|"
+                             "YYYYMMDDHHMMSS=20300715120000\\x0aTIME_ZONE=%2\\x0a")
+                         .arg(QString::number(41 + zone.size()), zone));
     QVERIFY(secondsOff(QDateTime(QDate(2030, 7, 15), QTime(12, 0), Qt::UTC)) < 30);
     QCOMPARE(fetched("time/untitled/TIME_ZONE"), zone);
 
+    m_requests.clear();
     QVERIFY(session.press("Set to this computer's time"));
     QTRY_COMPARE(session.stored.count(), 2);
+    QVERIFY2(
+        sent().contains(QRegularExpression("\\*\\|PUT TIME CONFIG\\|LENGTH=29\\|YYYYMMDDHHMMSS=\\d{14}$")),
+        qPrintable(sent()));
     const qint64 local = CTimeZoner(zone.toLatin1()).toLocal(QDateTime::currentSecsSinceEpoch());
     QVERIFY(secondsOff(QDateTime::fromSecsSinceEpoch(local, Qt::UTC)) < 30);
     QVERIFY(session.isFine());
@@ -221,9 +261,6 @@ void TestSessionFunctions::setsTheClockInAnyZone()
 
 void TestSessionFunctions::adjustsThePictureOnce()
 {
-    int requests = 0;
-    connect(m_recorder.get(), &recorder::RecorderServer::logged, this,
-            [&](const QString &line) { requests += line.endsWith("< ADJUST VIDEO") ? 1 : 0; });
     Session session(*m_recorder);
     session.window->setValue("streams/stream_0/brightness/33");
     const auto bars = session.window->findChildren<QScrollBar *>();
@@ -231,13 +268,16 @@ void TestSessionFunctions::adjustsThePictureOnce()
     QVERIFY(first != bars.end());
     QScrollBar *brightness = *first;
     reveal(*brightness);
+    m_requests.clear();
     for (int step = 0; step < 10; ++step)
         QTest::keyClick(brightness, Qt::Key_Right);
     const QString expected = QString::number(brightness->value());
     QVERIFY(brightness->value() > 33);
     QTRY_COMPARE(session.stored.count(), 1);
     QVERIFY(session.isFine());
-    QCOMPARE(requests, 1);
+    QCOMPARE(m_requests.join('|'),
+             "LOGIN=admin|PASS=***|ADJUST VIDEO|LENGTH=73|[ stream_0 ]\\x0abrightness=" + expected +
+                 "\\x0acontrast=50\\x0asaturation=50\\x0ahue=50\\x0asharpness=40\\x0a");
     QCOMPARE(fetched("streams/stream_0/brightness"), expected);
 }
 
