@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -191,10 +192,22 @@ void cDlg::onODUpdate()
     m_title->setToolTip(url.size() > MaxShownUrl ? literalToolTip(url) : QString());
     m_title->setText(name.isEmpty() ? title : title + QStringLiteral(" (%1)").arg(name));
     // The toolkit makes room for more lines before a window is shown only.
-    if (isVisible()) {
-        layout()->activate();
-        resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
-    }
+    if (isVisible())
+        makeRoom();
+}
+
+void cDlg::makeRoom()
+{
+    layout()->activate();
+    resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
+}
+
+/// Before, as the toolkit gives a window no more than two thirds of the screen.
+void cDlg::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        makeRoom();
+    QDialog::showEvent(event);
 }
 
 void cDlg::changeEvent(QEvent *event)

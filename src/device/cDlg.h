@@ -44,9 +44,11 @@ public Q_SLOTS:
 protected:
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void buildRows();
+    void makeRoom();
     void keepRemember();
     void showNotice();
     void applyPalette();

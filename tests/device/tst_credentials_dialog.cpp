@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QLocalServer>
 #include <QPushButton>
+#include <QScreen>
 #include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
@@ -35,6 +36,7 @@ private Q_SLOTS:
     void hasTheNamesOfItsParts();
     void endsWithWhatEndsItsLoop_data();
     void endsWithWhatEndsItsLoop();
+    void makesRoomForItsTexts();
     void showsWhatTheCompanionCallsTheRecorder();
     void doesWithoutABadCompanion_data();
     void doesWithoutABadCompanion();
@@ -138,6 +140,20 @@ void TestCredentialsDialog::endsWithWhatEndsItsLoop()
     QVERIFY(wasOpen && !isAnswered);
     QCOMPARE(caught, isThrown ? "thrown" : "");
     QVERIFY(!QApplication::activeModalWidget());
+}
+
+void TestCredentialsDialog::makesRoomForItsTexts()
+{
+    // As much text as a small screen has at 200 %.
+    Credentials record{false, "host", QByteArray("name ").repeated(300), 0, "", ""};
+    cDlg dialog(record, nullptr, nullptr);
+    dialog.tellRefusal();
+    dialog.show();
+    for (const char *name : {"labelTitle", "labelRefusal"}) {
+        const auto *label = dialog.findChild<QLabel *>(name);
+        QVERIFY2(label->height() >= label->heightForWidth(label->width()), name);
+    }
+    QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
 }
 
 void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
