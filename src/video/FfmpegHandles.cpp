@@ -1,0 +1,41 @@
+#include "video/FfmpegHandles.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libswscale/swscale.h>
+}
+
+namespace paravue
+{
+
+void FfmpegFree::operator()(AVBufferRef *buffer) const
+{
+    av_buffer_unref(&buffer);
+}
+
+void FfmpegFree::operator()(AVCodecContext *context) const
+{
+    avcodec_free_context(&context);
+}
+
+void FfmpegFree::operator()(AVCodecParserContext *parser) const
+{
+    av_parser_close(parser);
+}
+
+void FfmpegFree::operator()(AVFrame *frame) const
+{
+    av_frame_free(&frame);
+}
+
+void FfmpegFree::operator()(AVPacket *packet) const
+{
+    av_packet_free(&packet);
+}
+
+void FfmpegFree::operator()(SwsContext *scaler) const
+{
+    sws_freeContext(scaler);
+}
+
+} // namespace paravue

@@ -1,0 +1,122 @@
+#include "video/PictureConverter.h"
+
+#include "video/VideoLimits.h"
+
+#include <utility>
+
+extern "C" {
+#include <libavutil/buffer.h>
+#include <libavutil/frame.h>
+#include <libswscale/swscale.h>
+}
+
+namespace
+{
+
+using paravue::BufferHandle;
+
+constexpr int BytesPerPixel = 4;
+/// The scaler writes blocks of pixels. With rows of exactly the picture's width it would write beyond the
+/// buffer for some widths and leave the last columns of others.
+constexpr int RowAlignment = 64;
+
+qsizetype rowBytes(int width)
+{
+    const qsizetype bytes = qsizetype(width) * BytesPerPixel;
+    return (bytes + RowAlignment - 1) / RowAlignment * RowAlignment;
+}
+
+/// The size that shows \a picture with its proportions.
+QSize shownSize(const AVFrame &picture)
+{
+    const QSize coded(picture.width, picture.height);
+    const AVRational pixel = picture.sample_aspect_ratio; // width over height
+    if (pixel.num <= 0 || pixel.den <= 0 || pixel.num == pixel.den)
+        return coded;
+    const qint64 height = av_rescale(coded.height(), pixel.den, pixel.num);
+    const bool sensible = height > 0 && height <= qint64(coded.height()) * paravue::MaxHeightening &&
+                          height * coded.width() <= paravue::MaxPicturePixels;
+    return sensible ? QSize(coded.width(), static_cast<int>(height)) : coded;
+}
+
+/// \a format under its present name, and whether its brightness has the full range 0 to 255. The scaler
+/// complains about the old names, which motion JPEG uses.
+std::pair<AVPixelFormat, bool> presentFormat(int format)
+{
+    switch (format) {
+    case AV_PIX_FMT_YUVJ411P:
+        return {AV_PIX_FMT_YUV411P, true};
+    case AV_PIX_FMT_YUVJ420P:
+        return {AV_PIX_FMT_YUV420P, true};
+    case AV_PIX_FMT_YUVJ422P:
+        return {AV_PIX_FMT_YUV422P, true};
+    case AV_PIX_FMT_YUVJ440P:
+        return {AV_PIX_FMT_YUV440P, true};
+    case AV_PIX_FMT_YUVJ444P:
+        return {AV_PIX_FMT_YUV444P, true};
+    default:
+        return {static_cast<AVPixelFormat>(format), false};
+    }
+}
+
+void takeFullRange(SwsContext *scaler)
+{
+    const int *coefficients = sws_getCoefficients(SWS_CS_DEFAULT);
+    constexpr int Unchanged = 1 << 16;
+    sws_setColorspaceDetails(scaler, coefficients, 1, coefficients, 0, 0, Unchanged, Unchanged);
+}
+
+/// An image over \a pixels that keeps them alive.
+QImage imageOver(const AVBufferRef &pixels, QSize size)
+{
+    BufferHandle reference(av_buffer_ref(&pixels));
+    if (!reference)
+        return {};
+    uchar *data = reference->data;
+    return QImage(
+        data, size.width(), size.height(), rowBytes(size.width()), QImage::Format_RGB32,
+        [](void *held) { BufferHandle(static_cast<AVBufferRef *>(held)).reset(); }, reference.release());
+}
+
+} // namespace
+
+namespace paravue
+{
+
+QImage PictureConverter::convert(const AVFrame &picture)
+{
+    const Source source{picture.width, picture.height, picture.format};
+    const QSize target = shownSize(picture);
+    if ((source != m_source || target != m_target) && !prepare(source, target)) {
+        reset();
+        return {};
+    }
+    uint8_t *const planes[] = {m_pixels->data, nullptr, nullptr, nullptr};
+    const int strides[] = {static_cast<int>(rowBytes(target.width())), 0, 0, 0};
+    sws_scale(m_scaler.get(), picture.data, picture.linesize, 0, picture.height, planes, strides);
+    return imageOver(*m_pixels, target);
+}
+
+void PictureConverter::reset()
+{
+    *this = PictureConverter();
+}
+
+bool PictureConverter::prepare(const Source &source, QSize target)
+{
+    const auto [format, fullRange] = presentFormat(source.format);
+    if (!sws_isSupportedInput(format))
+        return false;
+    // The native-endian match of QImage::Format_RGB32.
+    m_scaler.reset(sws_getContext(source.width, source.height, format, target.width(), target.height(),
+                                  AV_PIX_FMT_RGB32, SWS_FAST_BILINEAR, nullptr, nullptr, nullptr));
+    if (m_scaler && fullRange)
+        takeFullRange(m_scaler.get());
+    if (!m_pixels || target != m_target)
+        m_pixels.reset(av_buffer_alloc(rowBytes(target.width()) * target.height() + RowAlignment));
+    m_source = source;
+    m_target = target;
+    return m_scaler && m_pixels;
+}
+
+} // namespace paravue

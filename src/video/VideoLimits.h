@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What a stream may make of its pictures. A recorder is never trusted: a few bytes can claim a picture of a
+/// gigabyte.
+namespace paravue
+{
+
+/// Pixels of one picture; a little more than 7680 x 4320.
+inline constexpr qint64 MaxPicturePixels = 32 * 1024 * 1024;
+/// By how much pixels that are not square may heighten a picture.
+inline constexpr int MaxHeightening = 4;
+
+} // namespace paravue

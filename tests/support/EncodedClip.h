@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QList>
+#include <QSize>
+
+/// Short video clips of a known picture, encoded by libavcodec at the time of the test.
+namespace paravue::test
+{
+
+struct ClipFormat {
+    QByteArray encoder; ///< as libavcodec knows it, such as "libx264"
+    QSize size;
+    int pictures = 6;
+    int pixelWidth = 1; ///< proportions of a pixel
+    int pixelHeight = 1;
+    int reordered = 0;        ///< pictures in a row that need a later one
+    int quality = 2;          ///< quantizer, 2 is the best
+    bool fineColours = false; ///< a colour for each pixel; motion JPEG only
+    bool noise = false;       ///< details that are expensive to decode
+};
+
+struct EncodedClip {
+    QByteArray decoder;         ///< the name for cFfmpegDecoder::create()
+    QList<QByteArray> pictures; ///< one coded picture each; the first one can be decoded by itself
+    QByteArray whole() const { return pictures.join(); }
+};
+
+/// Whether this FFmpeg has the encoder.
+bool canEncode(const QByteArray &encoder);
+
+/// Fails the program when FFmpeg refuses.
+EncodedClip encodeClip(const ClipFormat &format);
+
+/// The number of the picture in its clip, which it shows in its middle; -1 when the image is not such a
+/// picture: the corners are red, green, blue and yellow, left to right and top to bottom.
+int shownNumber(const QImage &image);
+
+} // namespace paravue::test

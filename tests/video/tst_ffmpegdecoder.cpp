@@ -1,0 +1,262 @@
+#include "support/EncodedClip.h"
+#include "support/TestTable.h"
+#include "video/cFfmpegDecoder.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <numeric>
+
+using namespace paravue::test;
+
+namespace
+{
+
+/// A decoder, and what has been seen of its pictures at the moment when they came.
+class Viewer
+{
+public:
+    Viewer()
+    {
+        QObject::connect(&decoder, &cFfmpegDecoder::onFrame, &decoder, [this](const QImage &image) {
+            numbers << shownNumber(image);
+            last = image;
+        });
+    }
+
+    cFfmpegDecoder decoder;
+    QList<int> numbers;
+    QImage last; ///< as a receiver has it that copies nothing
+};
+
+QList<int> upTo(int count)
+{
+    QList<int> numbers(count);
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+}
+
+bool opaque(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        if (!std::all_of(row, row + image.width(), [](QRgb pixel) { return qAlpha(pixel) == 255; }))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+class TestFfmpegDecoder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsEachPictureAtOnce_data();
+    void showsEachPictureAtOnce();
+    void waitsOnlyToKeepPicturesInOrder();
+    void opensVideoDecodersByName();
+    void reusesItsBufferUntilTheSizeChanges();
+    void heightensPixelsThatAreNotSquare_data();
+    void heightensPixelsThatAreNotSquare();
+    void survivesDamage_data();
+    void survivesDamage();
+    void receiverMayInterfere();
+};
+
+void TestFfmpegDecoder::showsEachPictureAtOnce_data()
+{
+    const TestTable<QByteArray, QSize> row("encoder", "size");
+    // Widths that fill whole blocks of pixels, half ones, and odd ones; odd heights take another way in the
+    // scaler.
+    for (const QByteArray encoder : {"libx264", "mpeg4", "mjpeg"}) {
+        row(encoder + " whole blocks", encoder, {352, 288});
+        row(encoder + " half blocks", encoder, {360, 288});
+        row(encoder + " small", encoder, {180, 144});
+        row(encoder + " quarter blocks", encoder, {98, 50});
+        if (encoder != "libx264") // its sizes are even
+            row(encoder + " odd", encoder, {181, 99});
+    }
+}
+
+void TestFfmpegDecoder::showsEachPictureAtOnce()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(QSize, size);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+
+    const EncodedClip clip = encodeClip({.encoder = encoder, .size = size});
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    for (int number = 0; number < clip.pictures.size(); ++number) {
+        viewer.decoder.append(clip.pictures[number]);
+        viewer.decoder.append({});
+        QCOMPARE(viewer.numbers, upTo(number + 1));
+        QCOMPARE(viewer.last.size(), size);
+        QCOMPARE(viewer.last.format(), QImage::Format_RGB32);
+        QVERIFY(opaque(viewer.last));
+    }
+
+    viewer.numbers.clear();
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(clip.whole());
+    QCOMPARE(viewer.numbers, upTo(clip.pictures.size()));
+}
+
+void TestFfmpegDecoder::waitsOnlyToKeepPicturesInOrder()
+{
+    // The stream says that pictures may come before those that are shown earlier.
+    const EncodedClip clip =
+        encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 12, .reordered = 2});
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(clip.pictures[0]);
+    QCOMPARE(viewer.numbers, upTo(1));
+    for (const QByteArray &picture : clip.pictures.sliced(1) + clip.pictures)
+        viewer.decoder.append(picture);
+    // From the second key picture on; one picture is still to come.
+    QCOMPARE(viewer.numbers.last(11), upTo(11));
+}
+
+void TestFfmpegDecoder::opensVideoDecodersByName()
+{
+    Viewer viewer;
+    for (const char *unknown : {"", "H264", "mp4v", "aac", "libx264", "h26\xb4"}) {
+        QVERIFY2(!viewer.decoder.create(QString::fromLatin1(unknown)), unknown);
+        viewer.decoder.append("bytes for nobody");
+    }
+    const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {64, 64}});
+    QVERIFY(viewer.decoder.create(QStringLiteral("mjpeg")));
+    viewer.decoder.append(clip.pictures.first());
+    QVERIFY(!viewer.decoder.create(QStringLiteral("none")));
+    viewer.decoder.append(clip.pictures.first());
+    QCOMPARE(viewer.numbers, upTo(1));
+}
+
+void TestFfmpegDecoder::reusesItsBufferUntilTheSizeChanges()
+{
+    const EncodedClip small = encodeClip({.encoder = "mpeg4", .size = {180, 144}});
+    const EncodedClip large = encodeClip({.encoder = "mpeg4", .size = {360, 288}});
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(small.decoder));
+    viewer.decoder.append(small.pictures[0]);
+    const QImage kept = viewer.last;
+    viewer.decoder.append(small.pictures[1]);
+    QCOMPARE(viewer.last.constBits(), kept.constBits());
+    QCOMPARE(shownNumber(kept), 1);
+
+    viewer.decoder.append(large.pictures[0] + large.pictures[1]);
+    QCOMPARE(viewer.last.size(), QSize(360, 288));
+    viewer.decoder.append(small.pictures[0]);
+    QCOMPARE(viewer.last.size(), QSize(180, 144));
+    QCOMPARE(viewer.numbers, QList<int>({0, 1, 0, 1, 0}));
+    // The same size in another pixel format needs another scaler.
+    const EncodedClip photos = encodeClip({.encoder = "mjpeg", .size = {180, 144}});
+    const EncodedClip finePhotos = encodeClip({.encoder = "mjpeg", .size = {180, 144}, .fineColours = true});
+    QVERIFY(viewer.decoder.create(photos.decoder));
+    viewer.numbers.clear();
+    viewer.decoder.append(photos.pictures[2] + finePhotos.pictures[3] + photos.pictures[4]);
+    QCOMPARE(viewer.numbers, QList<int>({2, 3, 4}));
+    // What a receiver has kept is still there, even without the decoder.
+    QCOMPARE(shownNumber(kept), 1);
+    QVERIFY(!viewer.decoder.create({}));
+    QCOMPARE(shownNumber(viewer.last), 4);
+}
+
+void TestFfmpegDecoder::heightensPixelsThatAreNotSquare_data()
+{
+    const TestTable<QByteArray, int, int, int> row("encoder", "width", "height", "shown");
+    for (const QByteArray encoder : {"libx264", "mpeg4"}) {
+        row(encoder + " high pixels", encoder, 1, 2, 288);
+        row(encoder + " wide pixels", encoder, 12, 11, 132);
+        row(encoder + " as high as allowed", encoder, 1, 4, 576);
+        row(encoder + " too high", encoder, 1, 5, 144);
+        row(encoder + " square", encoder, 7, 7, 144);
+    }
+}
+
+void TestFfmpegDecoder::heightensPixelsThatAreNotSquare()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(int, shown);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+
+    const EncodedClip clip = encodeClip(
+        {.encoder = encoder, .size = {180, 144}, .pictures = 2, .pixelWidth = width, .pixelHeight = height});
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(clip.whole());
+    QCOMPARE(viewer.numbers, upTo(2));
+    QCOMPARE(viewer.last.size(), QSize(180, shown));
+    QVERIFY(opaque(viewer.last));
+}
+
+void TestFfmpegDecoder::survivesDamage_data()
+{
+    const TestTable<QByteArray> row("encoder");
+    for (const char *encoder : {"libx264", "mpeg4", "mjpeg"})
+        row(encoder, encoder);
+}
+
+void TestFfmpegDecoder::survivesDamage()
+{
+    QFETCH(QByteArray, encoder);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+
+    const EncodedClip clip = encodeClip({.encoder = encoder, .size = {180, 144}});
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(clip.whole());
+    QRandomGenerator random(1);
+    for (int round = 0; round < 60; ++round) {
+        QByteArray damaged = clip.whole();
+        for (int errors = round * 3; errors > 0; --errors)
+            damaged[random.bounded(damaged.size())] = char(random.generate());
+        viewer.decoder.append(damaged.mid(random.bounded(100)).chopped(random.bounded(100)));
+    }
+    viewer.decoder.append(QByteArray(100'000, '\0'));
+    viewer.decoder.append(QByteArray(100'000, '\xff'));
+    // The first picture is a key picture, so all is well again.
+    viewer.numbers.clear();
+    for (const QByteArray &picture : clip.pictures)
+        viewer.decoder.append(picture);
+    QCOMPARE(viewer.numbers, upTo(clip.pictures.size()));
+}
+
+void TestFfmpegDecoder::receiverMayInterfere()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
+    auto viewer = std::make_unique<Viewer>();
+    std::function<void()> interfere = [&] { viewer->decoder.append(clip.whole()); };
+    QObject::connect(&viewer->decoder, &cFfmpegDecoder::onFrame, &viewer->decoder, [&interfere] {
+        if (const auto once = std::exchange(interfere, {}))
+            once();
+    });
+    QVERIFY(viewer->decoder.create(clip.decoder));
+    viewer->decoder.append(clip.whole());
+    QCOMPARE(viewer->numbers, upTo(3) + upTo(3));
+
+    // Another stream: nothing of the old one follows.
+    viewer->numbers.clear();
+    interfere = [&] {
+        viewer->decoder.create(clip.decoder);
+        viewer->decoder.append(clip.pictures.first());
+    };
+    viewer->decoder.append(clip.whole());
+    QCOMPARE(viewer->numbers, QList<int>({0, 0}));
+
+    interfere = [&] { viewer.reset(); };
+    viewer->decoder.append(clip.whole());
+    QVERIFY(!viewer);
+}
+
+QTEST_APPLESS_MAIN(TestFfmpegDecoder)
+#include "tst_ffmpegdecoder.moc"
