@@ -1,5 +1,6 @@
 #include "PreviewFiles.h"
 
+#include "check/DescriptionCheck.h"
 #include "device/OrbNetSetup.h"
 
 #include <QCoreApplication>
@@ -32,9 +33,12 @@ std::optional<QByteArray> contentOf(const QString &path)
 
 QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const QString &folder)
 {
-    const auto interface = contentOf(description);
-    if (!interface)
+    const auto content = contentOf(description);
+    if (!content)
         return tr("The file %1 cannot be read.").arg(description);
+    const auto interface = unpackedDescription(*content);
+    if (!interface)
+        return tr("The file %1 is too large.").arg(description);
     if (!folder.isEmpty() && !QDir(folder).exists())
         return tr("%1 is no folder.").arg(folder);
     if (const QString problem = copy(store, descriptionName, *interface); !problem.isEmpty())
@@ -48,10 +52,10 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
             continue;
         const QString path = QDir(folder).filePath(name);
         const bool isGiven = !folder.isEmpty() && QFileInfo(path).isFile();
-        const auto content = isGiven ? contentOf(path) : std::optional(QByteArray());
-        if (!content)
+        const auto values = isGiven ? contentOf(path) : std::optional(QByteArray());
+        if (!values)
             return tr("The file %1 cannot be read.").arg(path);
-        if (const QString problem = copy(store, name, *content); !problem.isEmpty())
+        if (const QString problem = copy(store, name, *values); !problem.isEmpty())
             return problem;
     }
     return {};

@@ -56,10 +56,16 @@ void ActionCheck::action(const QDomElement &action)
         return;
     }
     whetherItRuns(action, isCall);
-    if (isCall)
+    if (isCall) {
+        m_circles.add(action);
         call(action);
-    else
-        targets(action, action.text().trimmed());
+    } else {
+        const QList<ActionTarget> found = targets(action, action.text().trimmed());
+        for (const ActionTarget &target : found) {
+            if (target.kind != ActionTarget::Kind::Control)
+                m_problems.error(action, tr("%1 is never enabled or disabled").arg(target.name));
+        }
+    }
 }
 
 void ActionCheck::whetherItRuns(const QDomElement &action, bool isCall)
@@ -132,6 +138,8 @@ void ActionCheck::timeTask(const QDomElement &task)
     if (owner != ActionTarget::Kind::Window && owner != ActionTarget::Kind::Dialog)
         m_problems.warning(task,
                            tr("Nothing runs this task: it stands neither in \"window\" nor in a dialog"));
+    if (intAttribute(task, QStringLiteral("period")) < 0)
+        m_problems.warning(task, tr("With a negative period this task never runs"));
     const QString type = task.attribute(typeName);
     if (type == QLatin1String("call"))
         call(task);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "check/ActionCircles.h"
 #include "check/DescribedParts.h"
 
 #include <QHash>
@@ -22,6 +23,8 @@ public:
 
     void action(const QDomElement &action);
     void timeTask(const QDomElement &task);
+    /// After all of them: the calls that lead back to themselves.
+    void finish() { m_circles.report(m_document, m_parts, m_problems); }
 
 private:
     void whetherItRuns(const QDomElement &action, bool isCall);
@@ -35,6 +38,7 @@ private:
     SlotParams &m_params;
     ProblemList &m_problems;
     QHash<QString, QList<ActionTarget>> m_targets; ///< by tag
+    ActionCircles m_circles;
 };
 
 } // namespace paravue

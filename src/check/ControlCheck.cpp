@@ -2,6 +2,7 @@
 
 #include "check/AddressCheck.h"
 #include "check/ProblemList.h"
+#include "controls/WeekPlan.h"
 #include "store/TextPattern.h"
 #include "ui/ControlType.h"
 #include "ui/InterfaceDocument.h"
@@ -45,9 +46,11 @@ void checkChoices(const QDomElement &element, AddressCheck &addresses, ProblemLi
         const QDomElement inner = texts.at(i).firstChildElement(keyTag);
         if (!inner.isNull())
             checkAssignment(inner, addresses);
+        if (const QDomElement second = inner.nextSiblingElement(keyTag); !second.isNull())
+            problems.warning(second, tr("This key is not used: an entry has one"));
         if (inner.isNull() && i >= keys.size())
             problems.warning(texts.at(i), tr("This entry has no key, so choosing it writes nothing"));
-        if (!inner.isNull() && i < keys.size())
+        if (!inner.isNull() && i < keys.size() && !keys.at(i).text().isEmpty())
             problems.warning(keys.at(i), tr("This key is not used: the entry has one inside its text"));
     }
     for (qsizetype i = 0; i < keys.size(); ++i) {
@@ -93,9 +96,12 @@ QString countOf(const QDomElement &element)
 
 void checkKeys(const QDomElement &element, KeyForm form, AddressCheck &addresses)
 {
-    for (const QDomElement &key : children(element, keyTag)) {
+    const QList<QDomElement> keys = children(element, keyTag);
+    for (const QDomElement &key : keys) {
         const QString address = addressText(key);
-        if (form == KeyForm::Group)
+        if (form == KeyForm::Rows && key != keys.first())
+            addresses.value(key, address);
+        else if (form == KeyForm::Group)
             addresses.group(key, address, countOf(element));
         else if (form == KeyForm::Rows && address.count(u'/') == 1)
             addresses.group(key, address);
@@ -118,8 +124,27 @@ void checkRange(const QDomElement &element, ProblemList &problems)
 {
     const QString least = QStringLiteral("minvalue");
     const QString most = QStringLiteral("maxvalue");
-    if (intAttribute(element, least) > intAttribute(element, most))
+    // The bar of a disk ends at 100 when it is not told otherwise.
+    const bool endsByItself = element.attribute(QStringLiteral("type")) == QLatin1String("diskfitness") &&
+                              !element.hasAttribute(most);
+    if (!endsByItself && intAttribute(element, least) > intAttribute(element, most))
         problems.warning(element, tr("minvalue is greater than maxvalue"));
+}
+
+void checkSchedule(const QDomElement &element, ProblemList &problems)
+{
+    for (const QDomElement &kind : children(element, QStringLiteral("kind"))) {
+        const QString value = kind.attribute(QStringLiteral("value"));
+        if (value.toStdU32String().size() != 1)
+            problems.error(kind, tr("value=\"%1\" is not one character, so nothing can be planned with this "
+                                    "kind")
+                                     .arg(value));
+    }
+    const QList<QDomElement> keys = children(element, keyTag);
+    for (qsizetype i = 1; i < keys.size(); ++i) {
+        if (keys.size() < WeekPlan::Days || i >= WeekPlan::Days)
+            problems.warning(keys.at(i), tr("This key is not used: a week has one or seven"));
+    }
 }
 
 } // namespace
@@ -131,11 +156,16 @@ void checkControl(const DescribedParts::Control &control, AddressCheck &addresse
         checkChoices(element, addresses, problems);
     } else {
         checkKeys(element, control.type->keyForm(), addresses);
+        if (control.type->keyForm() == KeyForm::Group && element.firstChildElement(keyTag).isNull())
+            problems.warning(element, tr("Without a key the list shows nothing"));
         for (const QDomElement &set : children(element, QStringLiteral("keyset")))
             problems.warning(set, tr("Only a list of choices has keysets"));
     }
-    if (element.attribute(QStringLiteral("type")) == QLatin1String("list"))
+    const QString type = element.attribute(QStringLiteral("type"));
+    if (type == QLatin1String("list"))
         checkList(element, addresses, problems);
+    else if (type == QLatin1String("vornschedule"))
+        checkSchedule(element, problems);
     checkValidator(element, problems);
     checkRange(element, problems);
 }

@@ -8,6 +8,7 @@
 #include "check/SlotParams.h"
 #include "check/TextCheck.h"
 #include "check/WordCheck.h"
+#include "device/GzText.h"
 #include "device/Limits.h"
 #include "store/XmlLimits.h"
 #include "ui/InterfaceDocument.h"
@@ -20,6 +21,11 @@ namespace paravue
 {
 namespace
 {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("DescriptionCheck", text);
+}
 
 /// What the window's own reader says about a text that it does not read, at the place that this is about.
 DescriptionProblem unreadable(const QByteArray &text, const QString &message)
@@ -57,6 +63,7 @@ public:
                   child.tagName() != QLatin1String("translations") && child.tagName() != QLatin1String("di"));
         for (const DescribedParts::Control &control : m_parts.controls)
             checkControl(control, m_addresses, m_problems);
+        m_actions.finish();
         m_params.finish();
         m_texts.finish();
     }
@@ -83,6 +90,10 @@ private:
             m_addresses.pattern(element, addressText(element));
         else if (tag == QLatin1String("key") && !isOfAControl(element))
             m_addresses.value(element, addressText(element));
+        else if (tag == QLatin1String("tooltip") && isCancelButton(element.parentNode()))
+            m_problems.warning(element, tr("The Cancel button shows the tooltip of \"buttonOK\""));
+        else if (tag == QLatin1String("keyset") && !m_parts.of(element.parentNode().toElement()).type)
+            m_problems.warning(element, tr("Nothing uses this keyset: it stands in no list of choices"));
         else if (isText(tag))
             m_texts.visible(element, ownText(element));
         judgeParam(element);
@@ -99,6 +110,12 @@ private:
             param = fields.join(u',');
         }
         m_texts.visible(element, param);
+    }
+
+    static bool isCancelButton(const QDomNode &node)
+    {
+        return node.nodeName() == QLatin1String("buttonCancel") &&
+               node.parentNode() == node.ownerDocument().documentElement();
     }
 
     bool isOfAControl(const QDomElement &key) const
@@ -124,16 +141,23 @@ private:
 
 } // namespace
 
+std::optional<QByteArray> unpackedDescription(const QByteArray &content)
+{
+    return gunzipped(content, MaxDescriptionBytes);
+}
+
 QList<DescriptionProblem> checkDescription(const QString &path, const QString &filesFolder)
 {
     InterfaceDocument document;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {{DescriptionProblem::Severity::Error, 0, 0, document.load(path)}};
-    if (file.size() > MaxDescriptionBytes)
+    const bool isPlausible = file.size() <= MaxDescriptionBytes;
+    const auto content = isPlausible ? unpackedDescription(file.readAll()) : std::nullopt;
+    if (!content)
         return {{DescriptionProblem::Severity::Error, 0, 0,
                  QCoreApplication::translate("OrbNetSetup", "File \"%1\" is too large").arg(path)}};
-    const QByteArray text = file.readAll();
+    const QByteArray &text = *content;
     if (const QString fault = document.load(text, path); !fault.isEmpty())
         return {unreadable(text, fault)};
 

@@ -2,8 +2,11 @@
 
 #include "ParavueSetupExport.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
+
+#include <optional>
 
 namespace paravue
 {
@@ -23,9 +26,13 @@ struct DescriptionProblem {
     QString text; ///< one line, translated
 };
 
-/// Reads the interface description in \a file, without a recorder and without a window, and lists its
-/// problems in the order of their places. The list is empty when there is nothing to say. A description that
-/// the window would not read at all has one problem, that of the window's own message.
+/// A description as it is read: \a content itself, or what it unpacks to when it has the gzip form in which
+/// recorders send it. Nothing when that is more than a description may be.
+PARAVUE_EXPORT std::optional<QByteArray> unpackedDescription(const QByteArray &content);
+
+/// Reads the interface description in \a file, packed or not, without a recorder and without a window, and
+/// lists its problems in the order of their places. The list is empty when there is nothing to say. A
+/// description that the window would not read at all has one problem, that of the window's own message.
 ///
 /// With \a filesFolder every address is also looked up in the configuration files there. They have the names
 /// that the recorder's files have in a session ("streams", "net"), with or without a section line in front,

@@ -36,6 +36,16 @@ QStringList fieldsOf(const QString &param)
     return fields;
 }
 
+/// True for what stands in \a part, at any depth.
+bool isWithin(const QDomNode &node, const QDomNode &part)
+{
+    for (QDomNode outer = node.parentNode(); !outer.isNull(); outer = outer.parentNode()) {
+        if (outer == part)
+            return true;
+    }
+    return false;
+}
+
 const QString languagePath = QStringLiteral("streams/common/language");
 
 } // namespace
@@ -93,6 +103,8 @@ void SlotParams::showDialog(const QDomElement &action, const QString &tag)
         m_problems.error(action, tr("Unknown dialog tag \"%1\"").arg(tag));
     else if (!isDialog(tag))
         m_problems.error(action, tr("The first tag \"%1\" stands in no dialog").arg(tag));
+    else if (isWithin(action, m_document.first(tag).parentNode()))
+        m_problems.warning(action, tr("The dialog \"%1\" is open already when this runs").arg(tag));
 }
 
 void SlotParams::fileDialog(const QDomElement &action, const QString &param)

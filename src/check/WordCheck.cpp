@@ -25,7 +25,7 @@ const Words &numbers()
     static const Words words{
         {"item",
          {"row", "column", "rowSpan", "columnSpan", "width", "height", "minvalue", "maxvalue", "value",
-          "ctrlColumns", "ctrlRows"}},
+          "ctrlColumns", "ctrlRows", "points"}},
         {"window", {"width", "height"}},
         {"column", {"width"}},
         {"accesslevel", {"level"}},
@@ -49,6 +49,7 @@ const Words &keywords()
         {"default", {"on", "off"}},
         {"checkable", {"true", "false"}},
         {"clearpassword", {"true", "false"}},
+        {"mask", {"motion", "privacy"}},
         {"calendarPopup", {"on", "off"}},
         {"color", {"green", "blue", "darkCyan", "red"}},
     };

@@ -1,4 +1,5 @@
 #include "check/DescriptionCheck.h"
+#include "recorder/Gzip.h"
 #include "recorder/RecorderServer.h"
 
 #include <QFileInfo>
@@ -81,6 +82,10 @@ void TestDescriptionCheck::findsProblems_data()
 
     // Texts that the window does not read at all.
     row("not well-formed", "<pvsetup>\n  <a></b>", {"2:9 error: Opening and ending tag mismatch."});
+    row("packed", recorder::gzip("<pvsetup>\n  <link1/></pvsetup>"),
+        {"2:3 error: The window uses the tag \"link1\" itself"});
+    row("packed beyond the limit", recorder::gzip(QByteArray(16 * 1024 * 1024 + 1, ' ')),
+        {"0:0 error: File \"FILE\" is too large"});
     row("other root", "\n <setup/>", {"2:2 error: FILE is not an Paravue Setup config file."});
     row("other version", "<pvsetup version='2'/>", {"1:1 error: FILE file version is not 1.0"});
     row("entities", "<!DOCTYPE p [<!ENTITY a 'b'>]><pvsetup/>", {"0:0 error: FILE: it declares entities"});
@@ -154,6 +159,22 @@ void TestDescriptionCheck::findsProblems_data()
     row("function",
         description(button(call("callSetup", "soft_rebot,", "s")) + "\n<item type='setup'><s/></item>"),
         {"2:25 error: There is no function \"soft_rebot\""});
+    row("calls that lead back",
+        description(
+            button("<a/>" + call("click", "", "b").replace(" param=''", "")) +
+                "\n<item type='checkbox'><b/><action type='call' slot='animateClick'>a</action>"
+                "<action type='call' slot='toggle'>c</action></item>"
+                "<item type='checkbox'><c/><action type='call' slot='toggle' state='on'>c</action></item>",
+            "<buttonOK><action type='call' slot='saveSettings'>main</action></buttonOK>"),
+        {"2:29 error: This call does not come to an end: it leads into a circle of calls",
+         "3:27 error: This call does not come to an end: it leads into a circle of calls",
+         "5:11 error: This call does not come to an end: it leads into a circle of calls"});
+    row("window as a target",
+        description("<item type='edit'><action type='disable' state='empty'>main</action>"
+                    "</item>"),
+        {"2:19 error: The window is never enabled or disabled"});
+    row("negative period", window("<timetask type='call' slot='reject' period='-1'>m</timetask><m/>"),
+        {"1:18 warning: With a negative period this task never runs"});
     row("picture task", window("<timetask type='v3getjpeg'><target>main</target></timetask><main/>"),
         {"1:18 error: A task that fetches pictures needs a \"url\"",
          "1:18 error: The window shows no pictures"});
@@ -171,6 +192,10 @@ void TestDescriptionCheck::findsProblems_data()
                     "<one><d/><item type='gridlayout'/></one><two><e/><item type='gridlayout'/></two>"),
         {"4:41 warning: Nothing opens the dialog \"two\""});
 
+    row("dialog that opens itself",
+        description(button(call("showDialog", "d")),
+                    "<a><d/><item type='gridlayout'>" + button(call("showDialog", "d")) + "</item></a>"),
+        {"4:56 warning: The dialog \"d\" is open already when this runs"});
     row("users",
         description("<item type='accesslist'><key>users/untitled/x</key></item>" +
                     button(call("accessListSlot", "newok") + call("accessListSlot", "del"))),
@@ -219,6 +244,26 @@ void TestDescriptionCheck::findsProblems_data()
         {"3:1 warning: This entry has no key, so choosing it writes nothing",
          "4:21 error: \"net/u/b\" has no value to write; that would be file/section/key/value",
          "5:1 warning: There is no entry for this keyset"});
+    row("keysets that nothing reaches",
+        description("<item type='dropdown'><text>a<key>net/u/k/1</key><keyset>net/u/a/1</keyset></text>"
+                    "<key/><text>b</text><key>net/u/k/2</key></item>\n<keyset/>"),
+        {"2:50 warning: Nothing uses this keyset: it stands in no list of choices",
+         "3:1 warning: Nothing uses this keyset: it stands in no list of choices"});
+    row("keys that nothing reads",
+        description("<item type='dropdown'><text>a<key>net/u/k/1</key><key>net/u/k/2</key></text></item>\n"
+                    "<item type='vornschedule'><key>net/u/A</key><key>net/u/B</key></item>\n"
+                    "<item type='softlist'/>"),
+        {"2:50 warning: This key is not used: an entry has one",
+         "3:45 warning: This key is not used: a week has one or seven",
+         "4:1 warning: Without a key the list shows nothing"});
+    row("custom controls",
+        description("<item type='diskfitness' minvalue='10'><key>disk/u/SMART</key></item>"
+                    "<item type='PTZCalibrator'><key>net/u</key><key>net/u</key></item>\n"
+                    "<item type='maskctrl' mask='Privacy'/>\n"
+                    "<item type='vornschedule'><kind value='ab'/><kind value='\xF0\x9F\x98\x80'/></item>"),
+        {"2:113 error: \"net/u\" is no address; that would be file/section/key",
+         "3:1 warning: Unknown word in mask=\"Privacy\"; known are motion, privacy",
+         "4:27 error: value=\"ab\" is not one character, so nothing can be planned with this kind"});
     row("keys without entries",
         description("<item type='dropdown'><text>a</text><key>net/u/k/1</key>"
                     "<key>net/u/k/2</key></item>"),

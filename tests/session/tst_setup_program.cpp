@@ -1,4 +1,5 @@
 #include "OwnUserFolders.h"
+#include "recorder/Gzip.h"
 #include "recorder/RecorderServer.h"
 #include "setup/CommandLine.h"
 #include "setup/RecorderAddress.h"
@@ -292,8 +293,13 @@ void TestSetupProgram::previewsOnCopies()
 void TestSetupProgram::takesPicturesOfAPreview()
 {
     const QDir pictures(m_folder->filePath("pictures"));
-    const Run run = runProgram({"--preview", m_recorder->filePath("interface"), "--language", "en",
-                                "--screenshot", pictures.path()});
+    QFile plain(m_recorder->filePath("interface"));
+    QFile packed(m_folder->filePath("interface.gz")); // as the recorder sends it
+    QVERIFY(plain.open(QIODevice::ReadOnly) && packed.open(QIODevice::WriteOnly));
+    packed.write(recorder::gzip(plain.readAll()));
+    packed.close();
+    const Run run =
+        runProgram({"--preview", packed.fileName(), "--language", "en", "--screenshot", pictures.path()});
     QVERIFY2(run.exitCode == 0, qPrintable(run.err));
     const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
     QCOMPARE(names.value(0), "01-overview.png");

@@ -1,0 +1,101 @@
+#include "check/ActionCircles.h"
+
+#include "check/ProblemList.h"
+#include "ui/ControlType.h"
+#include "ui/InterfaceDocument.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QCoreApplication>
+
+#include <vector>
+
+namespace paravue
+{
+namespace
+{
+
+/// True when a call of \a slot makes \a target run its own calls.
+bool isPress(const ActionTarget &target, const QString &slot)
+{
+    const bool isClick = slot == QLatin1String("click") || slot == QLatin1String("animateClick");
+    return target.type && target.type->runsCalls() &&
+           ((isClick && target.widgetClass->inherits(&QAbstractButton::staticMetaObject)) ||
+            (slot == QLatin1String("toggle") && target.widgetClass->inherits(&QCheckBox::staticMetaObject)));
+}
+
+/// The elements whose calls run when \a slot of \a tag is called.
+QList<ElementId> pressed(const InterfaceDocument &document, const DescribedParts &parts, const QString &slot,
+                         const QString &tag)
+{
+    QList<ElementId> found;
+    for (const QDomElement &mark : document.elements(tag)) {
+        const QDomElement element = mark.parentNode().toElement();
+        const ActionTarget target = parts.of(element);
+        if (isPress(target, slot))
+            found.append(elementId(element));
+        else if (target.kind == ActionTarget::Kind::Window && slot == QLatin1String("saveSettings"))
+            found.append(elementId(document.root().firstChildElement(QStringLiteral("buttonOK"))));
+    }
+    return found;
+}
+
+} // namespace
+
+void ActionCircles::add(const QDomElement &action)
+{
+    static const QStringList presses{"click", "animateClick", "toggle", "saveSettings"};
+    const QString slot = action.attribute(QStringLiteral("slot"));
+    if (presses.contains(slot) && !action.hasAttribute(QStringLiteral("state")))
+        m_callers[{slot, action.text().trimmed()}].append(
+            {action, elementId(action.parentNode().toElement())});
+}
+
+void ActionCircles::report(const InterfaceDocument &document, const DescribedParts &parts,
+                           ProblemList &problems) const
+{
+    // What presses nothing comes to an end, and so does what presses only such. The rest goes round.
+    std::map<Call, qsizetype> open;         // what a call presses that is not known to end
+    QHash<ElementId, qsizetype> openOf;     // the same of the calls of an element
+    QHash<ElementId, QList<Call>> pressing; // the calls that press an element
+    std::vector<ElementId> ending;
+    const auto settle = [&](const Call &call) {
+        for (const Caller &caller : m_callers.at(call)) {
+            if (--openOf[caller.owner] == 0)
+                ending.push_back(caller.owner);
+        }
+    };
+    for (const auto &[call, callers] : m_callers) {
+        for (const Caller &caller : callers)
+            ++openOf[caller.owner];
+    }
+    for (const auto &[call, callers] : m_callers) {
+        for (const ElementId &element : pressed(document, parts, call.first, call.second)) {
+            if (openOf.value(element) == 0)
+                continue;
+            ++open[call];
+            pressing[element].append(call);
+        }
+    }
+    for (const auto &[call, callers] : m_callers) {
+        if (!open.contains(call))
+            settle(call);
+    }
+    while (!ending.empty()) {
+        const ElementId element = ending.back();
+        ending.pop_back();
+        for (const Call &call : pressing.value(element)) {
+            if (--open[call] == 0)
+                settle(call);
+        }
+    }
+    for (const auto &[call, count] : open) {
+        for (const Caller &caller : count > 0 ? m_callers.at(call) : QList<Caller>())
+            problems.error(caller.action,
+                           QCoreApplication::translate(
+                               "DescriptionCheck",
+                               "This call does not come to an end: it leads into a circle of calls"));
+    }
+}
+
+} // namespace paravue
