@@ -96,12 +96,24 @@ void TestCellGrids::paints_data()
     row("rectangle to an edge", Mask, none, "Down Shift+End Shift+PgUp Space", "1111/1111/0000");
     row("rectangle that begins on a masked cell", Mask, "1010/0110/0000", "Shift+Right Shift+Down Space",
         "0010/0010/0000");
+    row("rectangle to the other edges", Mask, none, "Ctrl+End Up Shift+Home Shift+PgDown Space",
+        "0000/1111/1111");
+    row("rectangle to a corner", Mask, none, "Right Down Shift+Ctrl+End Space", "0000/0111/0111");
+    row("rectangle to the first corner", Mask, none, "Right Down Shift+Ctrl+Home Space", "1100/1100/0000");
     row("all", Mask, none, "Ctrl+A Space", "1111/1111/1111");
     row("clear all", Mask, "0110/1111/0001", "Ctrl+A Del", none);
 
     row("zone", Zones, none, "2 L0,0 M1,0 U 3 Down Space", "2200/0300/0000");
     row("zone that does not exist", Zones, none, "5 Space", "1000/0000/0000");
     row("take a zone away", Zones, "1221/0000/0000", "L0,0 M3,0 U", "0220/0000/0000");
+    row("space takes one zone away", Zones, "1221/0000/0000", "Shift+End Space", "0220/0000/0000");
+    row("delete takes any zone away", Zones, "1221/0000/0000", "Shift+Right Del Shift+Right Backspace",
+        "0001/0000/0000");
+    row("every zone by its key", "type='PTZAlarm'" + Grid + QByteArray("<text>z</text>").repeated(9), none,
+        "Space 2 Right Space 3 Right Space 4 Right Space Down 5 Space 6 Left Space 7 Left Space 8 Left Space "
+        "Down 9 Space",
+        "1234/8765/9000");
+    row("escape in a drag over zones", Zones, "1221/0000/0000", "R0,0 M3,0 Esc U", "1221/0000/0000");
     row("take any zone away", Zones, "1221/0000/0000", "R0,0 M2,0 U", "0001/0000/0000");
     row("paint over another zone", Zones, "0220/0000/0000", "L0,0 M3,0 U", "1111/0000/0000");
     row("zones of their own", "type='PTZAlarm'" + Grid + "<text>Gate</text><text>Wall</text>", none,

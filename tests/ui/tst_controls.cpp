@@ -65,6 +65,25 @@ const QByteArray Net = "MODE=b\nNAME='Gate 1'\nON=on\nOFF=off\nLEVEL=7\nTIME=202
 const QByteArray Modes =
     "<text>Low<key>net/untitled/MODE/a</key></text><text>High<key>net/untitled/MODE/b</key></text>";
 
+// What this program does not know, in the same file.
+const QByteArray Foreign =
+    "; by hand\r\nNAME2 = '  x '\r\nodd line\r\n\r\n[ other ]\r\nNEW = 'it is'\r\n# NAME\r\n";
+
+/// The lines of a file, to the byte, without those that hold one of \a values.
+QByteArrayList linesExcept(const QByteArray &file, const QStringList &values)
+{
+    QByteArrayList lines = file.split('\n');
+    const qsizetype end = lines.indexOf("[ other ]\r");
+    for (const QString &value : values) {
+        const QByteArray key = value.section(u'/', 2, 2).toUtf8() + " =";
+        for (qsizetype line = end; line-- > 0;) {
+            if (lines[line].startsWith(key))
+                lines.removeAt(line);
+        }
+    }
+    return lines;
+}
+
 } // namespace
 
 class TestControls : public QObject
@@ -230,7 +249,11 @@ void TestControls::write()
     QFETCH(QStringList, values);
     const QByteArray reader =
         "<item type='label' row='1'><text>{net/untitled/NAME}{net/untitled/ON}</text></item>";
-    DescribedWindow window(describePage("<item " + cell + "</item>" + reader), {{"net", Net}});
+    DescribedWindow window(describePage("<item " + cell + "</item>" + reader),
+                           {{"net", "[ untitled ]\n" + Net + Foreign}});
+    window.fixture.store().flush(); // this quotes values in its own way
+    const QByteArray file = window.fixture.content("net");
+    QVERIFY(file.endsWith(Foreign));
     QWidget *target = control(window, 1);
     target->setFocus();
     for (const QChar key : keys) {
@@ -241,6 +264,8 @@ void TestControls::write()
     }
     for (const QString &value : values)
         QCOMPARE(window.value(OrbSetup::path(value)), OrbSetup::defValue(value));
+    window.fixture.store().flush();
+    QCOMPARE(linesExcept(window.fixture.content("net"), values), linesExcept(file, values));
     QCOMPARE(shown(window, 2), window.value("net/untitled/NAME") + window.value("net/untitled/ON"));
     QCOMPARE(window.messages.texts(), QStringList());
 }

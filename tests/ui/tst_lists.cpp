@@ -228,10 +228,12 @@ void TestLists::staysWhoHeIsWhenHeIsRenamed()
 void TestLists::leavesNothingOfARemovedUser()
 {
     // This recorder counts from 1, and keeps passwords as they are typed.
-    DescribedWindow window(userPage("clearpassword='true'"),
-                           {{"general", {}},
-                            {"users", "CNT=2\nNAME1=ann\nPASSWD1=sesame\nLEVEL1=1\n"
-                                      "NAME2=bob\nPASSWD2=b\nLEVEL2=2\nLOCK=5\n"}});
+    DescribedWindow window(
+        userPage("clearpassword='true'"),
+        {{"general", {}},
+         {"users",
+          "[ untitled ]\r\n; by hand\r\nCNT=2\nNAME1=ann\nPASSWD1=sesame\nLEVEL1=1\nHOME1 = 'a b'\r\n"
+          "NAME2=bob\nPASSWD2=b\nLEVEL2=2\n\nodd line\n[ x ]\r\nNAME2 = 'y'\r\n"}});
     ModalWatcher dialogs({}, "QDialog");
     click(list(window), "ann");
     press(window, "Remove");
@@ -243,8 +245,10 @@ void TestLists::leavesNothingOfARemovedUser()
         window.window->setValue(QString("general/access/") + field);
     press(window, "OK");
     window.fixture.store().flush();
-    QCOMPARE(window.fixture.content("users"), "CNT = 1\r\nNAME1 = 'bob'\r\nPASSWD1 = 'o'\r\nLEVEL1 = 2\r\n"
-                                              "NAME2 = \r\nPASSWD2 = \r\nLEVEL2 = \r\nLOCK = 5\r\n");
+    QCOMPARE(window.fixture.content("users"),
+             "[ untitled ]\r\n; by hand\r\nCNT = 1\r\nNAME1 = 'bob'\r\nPASSWD1 = 'o'\r\nLEVEL1 = 2\r\nHOME1 "
+             "= 'a b'\r\n"
+             "NAME2 = \r\nPASSWD2 = \r\nLEVEL2 = \r\n\r\nodd line\r\n[ x ]\r\nNAME2 = 'y'\r\n");
 }
 
 void TestLists::editsInTheDialog()
@@ -306,7 +310,13 @@ void TestLists::movesByKeysAndSorts()
     QCOMPARE(selected(users), "carl");
     QTest::keyClick(&users, Qt::Key_Down);
     QCOMPARE(selected(users), "ann");
+    QTest::keyClick(&users, Qt::Key_Up);
+    QCOMPARE(selected(users), "carl");
     QTest::keyClick(&users, Qt::Key_End);
+    QCOMPARE(selected(users), "bob");
+    QTest::keyClick(&users, Qt::Key_PageUp);
+    QCOMPARE(selected(users), "carl");
+    QTest::keyClick(&users, Qt::Key_PageDown);
     QCOMPARE(selected(users), "bob");
     QTest::keyClicks(&users, "ca");
     QCOMPARE(selected(users), "carl");

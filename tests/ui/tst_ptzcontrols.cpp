@@ -86,6 +86,14 @@ void TestPtzControls::calibrates_data()
     row("press on a point", "0.25,0.5///", "0,0", "L.25,.5 U", "0.25,0.5///", "");
     row("escape in a drag", "0.25,0.5///", "", "L.25,.5 M.5,.5 Esc M.75,.5 U", "0.25,0.5///", "");
     row("right button on a point", "0.25,0.5/0.75,0.75//", "", "R.75,.75 U R.5,.5 U", "0.25,0.5///", "c2");
+    row("right button on a number", "0.25,0.5/0.75,0.75//", "", "R.2875,.45 U", "/0.75,0.75//", "c1");
+    row("double click on a number", "0.25,0.5/0.75,0.75//", "", "D.7875,.7", "0.25,0.5/0.75,0.75//", "g2");
+    row("double click, then enter", "0.25,0.5/0.75,0.75//", "", "L.7875,.7 U Return", "0.25,0.5/0.75,0.75//",
+        "g2"); // a press makes it the current one
+    row("every point by its key", none, "", "4 Space 3 Space 2 Space 1 Space",
+        "0.5000,0.5000/0.5000,0.5000/0.5000,0.5000/0.5000,0.5000", "c4 c3 c2 c1");
+    row("arrows, finely, in every direction", "0.5,0.5///", "", "Down Left Shift+Up Shift+Right",
+        "0.4910,0.5090///", "c1 c1 c1 c1");
     row("double click on a point", "0.25,0.5/0.75,0.75//", "", "D.75,.75", "0.25,0.5/0.75,0.75//", "g2");
     row("double click beside the points", none, "", "D.25,.5", "0.2500,0.5000///", "c1 g1");
     row("space", none, "", "Space PgDown PgDown Space PgUp Space",
@@ -203,10 +211,12 @@ void TestPtzControls::pointsTheCross()
 
 void TestPtzControls::passesPicturesOn()
 {
+    const QByteArray before =
+        "; set\r\n[ cam0 ]\r\nSIZE0 = 'a b'\r\nSIZE = '704x576'\r\nodd line\r\n# SIZE\r\n";
     DescribedWindow window(describePage("<item type='PTZvideoin'><key>ptz/cam0/SIZE</key></item>"
                                         "<item type='PTZvideoin' row='2'/>"
                                         "<item row='1' type='label'><text>{ptz/cam0/SIZE}</text></item>"),
-                           {{"ptz", "[ cam0 ]\r\nSIZE = '704x576'\r\n"}});
+                           {{"ptz", before}});
     auto *input = window.widget<PtzVideoInput>();
     QSignalSpy ready(input, &PtzVideoInput::signal_Pixmap_ready);
     const QString waiting = input->valueText();
@@ -217,6 +227,8 @@ void TestPtzControls::passesPicturesOn()
         QCOMPARE(window.widget<QLabel>()->text(), text);
     }
     QCOMPARE(ready.size(), 2);
+    window.fixture.store().flush();
+    QCOMPARE(window.fixture.content("ptz"), QByteArray(before).replace("704x576", "64x48"));
     QCOMPARE(input->valueText(), "64 × 48 pixels");
     QVERIFY(QMetaObject::invokeMethod(input, "setText", Q_ARG(QString, "Connection lost")));
     QCOMPARE(input->valueText(), "64 × 48 pixels");

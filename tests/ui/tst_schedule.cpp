@@ -180,6 +180,24 @@ void TestSchedule::paints_data()
     row("home and end", "key:Down key:End key:Space key:Home key:Space", {{1, '1' + QString(22, u'0') + '1'}},
         2);
     row("shift and end", "key:Shift+End key:Space", {{0, on}});
+    row("shift and home", "key:Right key:Right key:Shift+Home key:Space", {{0, "111"}});
+    row("shift and the arrows back", "key:Ctrl+End key:Shift+Up key:Shift+Left key:Space",
+        {{5, hours(22, 23)}, {6, hours(22, 23)}});
+    row("shift and the last cell", "key:Ctrl+End key:Left key:Up key:Ctrl+Shift+End key:Space",
+        {{5, hours(22, 23)}, {6, hours(22, 23)}});
+    row("shift and the first cell", "key:Right key:Ctrl+Shift+Home key:Space", {{0, "11"}});
+    row("every kind by its key", "key:2 key:Space key:Right key:1 key:Space key:Right key:3 key:Space",
+        {{0, "213"}}, 3);
+    row("erasing a day and an hour", "press:-1,-1 release erase:-1,0 drag:-1,5 release erase:1,-1 release",
+        {{0, QString(24, u'0')},
+         {1, QString(24, u'0')},
+         {2, QString(24, u'0')},
+         {3, QString(24, u'0')},
+         {4, QString(24, u'0')},
+         {5, QString(24, u'0')},
+         {6, "10" + QString(22, u'1')}},
+        3);
+    row("erasing the week", "press:2,3 release erase:-1,-1 release", {{3, "000"}}, 2);
     row("first and last cell", "key:Ctrl+End key:Space key:Ctrl+Home key:Space",
         {{0, "1"}, {6, hours(23, 23)}}, 2);
     row("select all", "key:Ctrl+A key:Space", days(0, 6, on));
