@@ -348,7 +348,7 @@ void CellGridEditor::paintOver(QPainter &painter, const QRect &dirty)
         picture.height() >= SmallestLinedCell * gridSize().height())
         paintLines(painter, all);
     paintMarks(painter, all, dirty);
-    paintPlaceholder(painter);
+    paintPlaceholder(painter, 0.8F); // a little of the cells under it
     painter.setRenderHint(QPainter::Antialiasing);
     if (hasFocus())
         paintSelection(painter, all);

@@ -1,5 +1,7 @@
 #include "controls/ListView.h"
 
+#include "controls/ReadableColors.h"
+
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QPainter>
@@ -11,6 +13,8 @@
 
 namespace
 {
+
+constexpr int FocusRing = 2;
 
 /// Rows with room above and below their text.
 class RoomyDelegate : public QStyledItemDelegate
@@ -105,10 +109,16 @@ bool ListView::viewportEvent(QEvent *event)
 void ListView::paintEvent(QPaintEvent *event)
 {
     QTreeWidget::paintEvent(event);
+    QPainter painter(viewport());
+    if (hasFocus()) { // a row that is marked may be out of sight, and there may be none
+        painter.setPen(QPen(palette().color(QPalette::Highlight), FocusRing));
+        painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
+    }
     if (topLevelItemCount() > 0 || m_placeholder.isEmpty())
         return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
+    // The palette's own colour for this is too faint on a light ground.
+    painter.setPen(
+        paravue::mixedColor(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.7));
     painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,
                      m_placeholder);
 }

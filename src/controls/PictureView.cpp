@@ -113,7 +113,7 @@ int PictureView::footerHeight(int) const
 
 void PictureView::paintFooter(QPainter &) {}
 
-void PictureView::paintPlaceholder(QPainter &painter)
+void PictureView::paintPlaceholder(QPainter &painter, float coverage)
 {
     if (!m_pixmap.isNull())
         return;
@@ -124,7 +124,7 @@ void PictureView::paintPlaceholder(QPainter &painter)
     painter.save();
     painter.setOpacity(1); // a disabled palette dims the text by itself
     QColor ground = palette().color(QPalette::Window);
-    ground.setAlphaF(0.8F); // a little of what is under it
+    ground.setAlphaF(coverage);
     painter.fillRect(place & pictureRect(), ground);
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(room, flags, reason);

@@ -49,8 +49,9 @@ protected:
     virtual void paintOver(QPainter &painter, const QRect &dirty);
     virtual int footerHeight(int width) const;
     virtual void paintFooter(QPainter &painter);
-    /// The text that says why there is no picture; nothing when there is one.
-    void paintPlaceholder(QPainter &painter);
+    /// The text that says why there is no picture; nothing when there is one. Its ground lets some of what is
+    /// under it through when \a coverage is less than 1.
+    void paintPlaceholder(QPainter &painter, float coverage = 1);
     /// Tells assistive tools about another valueText(), and paints all again.
     void stateChanged();
 

@@ -145,6 +145,7 @@ private Q_SLOTS:
     void keepsWhatItCannotShow();
     void asksBeforeAPackageGoes_data();
     void asksBeforeAPackageGoes();
+    void showsThatItHasTheFocus();
     void refusesUnknownTags();
 };
 
@@ -394,6 +395,21 @@ void TestLists::asksBeforeAPackageGoes()
     QCOMPARE(dialogs.title(), dialog);
     QCOMPARE(window.value("general/remove_package/name"), dialog == "softdodelete" ? name : "");
     QCOMPARE(packages.topLevelItemCount(), 3);
+}
+
+void TestLists::showsThatItHasTheFocus()
+{
+    DescribedWindow window(describePage("<item type='softlist'><key>soft/none</key></item>"
+                                        "<item type='edit' row='1'/>"),
+                           {{"soft", Packages}});
+    QTreeWidget &empty = list(window);
+    const auto corner = [&] {
+        return empty.viewport()->grab().toImage().pixelColor(empty.viewport()->rect().bottomRight());
+    };
+    window.widget<QLineEdit>()->setFocus();
+    QCOMPARE(corner(), empty.palette().color(QPalette::Base));
+    empty.setFocus(Qt::TabFocusReason);
+    QCOMPARE(corner(), empty.palette().color(QPalette::Highlight));
 }
 
 void TestLists::refusesUnknownTags()

@@ -192,6 +192,13 @@ void TestPtzControls::pointsTheCross()
     window.window->setValue("ptz/cam0/POS/" + position);
     QTest::mouseClick(window.button<QPushButton>("Go"), Qt::LeftButton);
     auto *view = window.widget<PtzCrossView>();
+    view->setText("Off");
+    const QPoint beside =
+        view->pictureRect().center() - QPoint(view->fontMetrics().horizontalAdvance("Off") / 2 + 3, 0);
+    // No hair crosses the text out, nor the ground around it.
+    for (int y = -3; y <= 3; ++y)
+        QCOMPARE(view->grab().toImage().pixelColor(beside + QPoint(0, y)),
+                 view->palette().color(QPalette::Window));
     QPixmap picture(200, 100);
     picture.fill(Qt::red);
     view->setPixmap(picture);
