@@ -6,6 +6,7 @@
 #include "device/TimeZoneTable.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/ZoneRule.h"
+#include "support/TestTable.h"
 
 #include <QDomDocument>
 #include <QLabel>
@@ -95,7 +96,8 @@ private Q_SLOTS:
     void setsTheClockInAnyZone();
     void adjustsThePictureOnce();
     void showsTheReport();
-    void tellsWhyTheRecorderRefuses();
+    void goesOnAfterAFailure_data();
+    void goesOnAfterAFailure();
     void offersEveryTimeZone();
     void bothSidesReadTheRulesAlike();
 
@@ -295,7 +297,9 @@ void TestSessionFunctions::showsTheReport()
         "QDialog");
     auto *button = find<QPushButton>(*session.window, "Get the report");
     reveal(*button);
+    m_requests.clear();
     QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(m_requests.join('|'), "LOGIN=admin|PASS=***|GET REPORT");
     QVERIFY(isShown);
     QVERIFY(watcher.texts().value(0).contains("is being fetched")); // at first
     QFile saved(path);
@@ -304,20 +308,39 @@ void TestSessionFunctions::showsTheReport()
     QVERIFY(session.isFine());
 }
 
-void TestSessionFunctions::tellsWhyTheRecorderRefuses()
+void TestSessionFunctions::goesOnAfterAFailure_data()
 {
+    const test::TestTable<QString, bool, QString> row("file", "isGone", "message");
+    row("the recorder refuses", "letter.txt", false, "Device error \"this is no package\"");
+    row("the recorder is gone", "letter.txt", true, "Network error 0");
+    row("the package is not there", "nowhere.deb", false, "Can't read file \"");
+}
+
+void TestSessionFunctions::goesOnAfterAFailure()
+{
+    QFETCH(QString, file);
+    QFETCH(bool, isGone);
+    QFETCH(QString, message);
     QFile package(m_folder->filePath("letter.txt"));
     QVERIFY(package.open(QIODevice::WriteOnly) && package.write("Dear recorder") > 0);
     package.close();
     Session session(*m_recorder);
-    session.window->setValue("general/install_packet/path/" + package.fileName());
-    const ModalWatcher message;
+    session.window->setValue("general/install_packet/path/" + m_folder->filePath(file));
+    const QString soft = fetched("soft/untitled/PACKAGES");
+    const quint16 port = m_recorder->port();
+    if (isGone)
+        m_recorder->close();
+    m_requests.clear();
+    const ModalWatcher shown;
     QVERIFY(session.press("Install", 0, "Install"));
-    QTRY_VERIFY(message.hasSeen());
-    QVERIFY(message.texts().constFirst().contains("Device error \"this is no package\""));
+    QTRY_VERIFY(shown.hasSeen());
+    QVERIFY2(shown.texts().constFirst().contains(message), qPrintable(shown.texts().constFirst()));
+    QCOMPARE(m_requests.isEmpty(), isGone || package.fileName() != m_folder->filePath(file));
     // The window goes on: a save starts over.
+    QVERIFY(!isGone || m_recorder->listen(port));
     session.store.function("save_settings", "");
     QTRY_COMPARE(session.stored.count(), 1);
+    QCOMPARE(fetched("soft/untitled/PACKAGES"), soft);
 }
 
 void TestSessionFunctions::offersEveryTimeZone()
