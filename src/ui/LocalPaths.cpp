@@ -2,27 +2,35 @@
 
 #include "entry/cSetupWidget.h"
 #include "store/ConfigAddress.h"
-#include "store/IniMapCodec.h"
+#include "store/IniGrammar.h"
 #include "store/OrbSetup.h"
 #include "ui/ControlContext.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QScopedValueRollback>
-#include <QVariant>
 
 namespace paravue
 {
 namespace
 {
 
-/// The value of \a entry ("section/key") in the file at \a path.
-QString valueInFile(const QString &path, const QString &entry)
+/// Does a file that the assignment was written to hold just this when it is read again? A line end in a
+/// value, for example, makes another key of what follows.
+bool readsBack(const QString &assignment)
 {
-    QFile file(path);
-    QMap<QString, QVariant> values;
-    if (file.open(QIODevice::ReadOnly))
-        readIniMap(file, values);
-    return values.value(entry).toString();
+    const ConfigAddress parts(assignment);
+    if (assignment.contains(u'\n') || assignment.contains(u'\r') ||
+        QString::fromUtf8(assignment.toUtf8()) != assignment)
+        return false;
+    const QString entry = parts.entry().toString();
+    const QString section = entry.section(u'/', 0, 0);
+    const QString key = entry.section(u'/', 1);
+    const QString sectionLine = iniSectionLine(section);
+    const QString keyLine = iniKeyLine(key, parts.rest(), EmptyValue::IsKey);
+    const auto readSection = scanIniLine(QStringView(sectionLine), EmptyValue::IsKey);
+    const auto readKey = scanIniLine(QStringView(keyLine), EmptyValue::IsKey);
+    return readSection.kind == readSection.Section && readSection.name == section &&
+           readKey.kind == readKey.Key && readKey.name == key && readKey.value == parts.rest();
 }
 
 } // namespace
@@ -47,6 +55,7 @@ public:
     }
 
     QHash<QString, Entry> entries; ///< by file/section/key
+    QSet<QString> unclearFiles;    ///< a description may have written other values than it seemed to
 
 private:
     explicit ValueOrigins(OrbSetup &store) : QObject(&store) {}
@@ -60,8 +69,11 @@ LocalPaths::LocalPaths(ControlContext &context, PathQuestion ask)
 void LocalPaths::written(const QString &assignment, ValueOrigin origin)
 {
     const ConfigAddress parts(assignment);
-    if (parts.hasRest())
-        m_origins->entries[parts.path().toString()] = {parts.rest().toString(), origin};
+    if (!parts.hasRest())
+        return;
+    m_origins->entries[parts.path().toString()] = {parts.rest().toString(), origin};
+    if (origin == ValueOrigin::Description && !readsBack(assignment))
+        m_origins->unclearFiles.insert(parts.file().toString());
 }
 
 bool LocalPaths::isTrusted(const QString &address)
@@ -76,17 +88,17 @@ bool LocalPaths::isTrusted(const QString &address)
     const auto known = origins.constFind(path);
     if (known != origins.constEnd() && known->value == value)
         return known->origin == ValueOrigin::Person;
-    return !isOfRecorder(path, value);
+    const QString file = ConfigAddress(path).file().toString();
+    return !m_origins->unclearFiles.contains(file) && !isOfRecorder(file);
 }
 
-/// What was fetched has a pristine copy beside it.
-bool LocalPaths::isOfRecorder(const QString &address, const QString &value)
+/// What was fetched has a pristine copy beside it. Its values are not compared: the directives of a state
+/// file change them.
+bool LocalPaths::isOfRecorder(const QString &file)
 {
     OrbSetup &store = m_context.store();
-    const ConfigAddress parts(address);
-    const QString original = parts.file().toString() + QStringLiteral(".original");
-    return store.fileExists(original) &&
-           valueInFile(store.filePath(original), parts.entry().toString()) == value;
+    const QString original = file + QStringLiteral(".original");
+    return store.fileExists(original) && QFileInfo(store.filePath(original)).size() > 0;
 }
 
 std::optional<QString> LocalPaths::permitted(const QString &address, PathUse use)

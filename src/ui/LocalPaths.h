@@ -58,7 +58,7 @@ public:
 private:
     using Question = std::pair<QString, PathUse>;
 
-    bool isOfRecorder(const QString &address, const QString &value);
+    bool isOfRecorder(const QString &file);
     bool asksSuccessfully(const Question &question);
 
     ControlContext &m_context;

@@ -25,6 +25,10 @@ const QByteArray Page =
     "<item type='pushbutton' row='7'><text>Paste</text><action type='call' slot='paste'>typed</action></item>"
     "<item type='pushbutton' row='3'><text>Write</text><action type='call' slot='setValue' "
     "param='tmp/untitled/PATH//nowhere/described'>self</action></item>"
+    "<item type='pushbutton' row='9'><text>Break</text><action type='call' slot='setValue' "
+    "param=\"tmp/untitled/A/1'&#10;PATH = '/nowhere/described\">self</action></item>"
+    "<item type='pushbutton' row='10'><text>Blanks</text><action type='call' slot='setValue' "
+    "param='tmp/untitled/ PATH //nowhere/described'>self</action></item>"
     "<item type='dropdown' row='4'><text>one<key>tmp/untitled/PATH//a</key></text>"
     "<text>two<key>tmp/untitled/PATH//nowhere/described</key></text></item>"
     "<item type='setup' row='5'><recorder/></item>"
@@ -231,7 +235,10 @@ void TestFileCommands::asksAboutPathsOfTheRecorder_data()
     QTest::newRow("pasted by an action") << "Paste" << true;
     QTest::newRow("written by an action") << "Write" << true;
     QTest::newRow("entry of a list") << "dropdown" << true;
+    QTest::newRow("a second line by an action") << "Break" << true;
+    QTest::newRow("another key by an action") << "Blanks" << true;
     QTest::newRow("fetched") << "fetched" << true;
+    QTest::newRow("fetched and changed by a directive") << "directive" << true;
     QTest::newRow("default of an address") << "default" << true;
 }
 
@@ -242,6 +249,10 @@ void TestFileCommands::asksAboutPathsOfTheRecorder()
     auto files = Files;
     if (source == "fetched")
         files["tmp"] = files["tmp.original"] = "PATH='/nowhere/described'\r\n";
+    if (source == "directive") {
+        files["tmp"] = "PATH='/nowhere/described'\r\n";
+        files["tmp.original"] = "PATH='x'\r\n";
+    }
     FileWindow window(files);
     QApplication::clipboard()->setText("/nowhere/described");
     if (source == "host")
@@ -252,8 +263,9 @@ void TestFileCommands::asksAboutPathsOfTheRecorder()
         QTest::keyClicks(window.widget<QLineEdit>(1), "/nowhere/described");
     else if (source == "dropdown")
         QTest::keyClick(window.widget<QComboBox>(), Qt::Key_Down);
-    else if (source != "fetched" && source != "default")
+    else if (source != "fetched" && source != "directive" && source != "default")
         window.press(source);
+    window.fixture.store().flush(); // and what was written is read again
     const QString address =
         source == "default" ? "tmp/untitled/NONE//nowhere/described" : "tmp/untitled/PATH";
     QCOMPARE(window.value(address), "/nowhere/described");
