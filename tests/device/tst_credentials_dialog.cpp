@@ -184,6 +184,8 @@ void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
     QTRY_COMPARE(adaptor.name("host:40000"), "");
     QCOMPARE(updates.size(), 3);
     QVERIFY(second.listen());
+    second.setRecorders({{"host:40000", "gate again"}});
+    QTRY_VERIFY(title->text().endsWith(" (gate again)"));
 }
 
 void TestCredentialsDialog::doesWithoutABadCompanion_data()
