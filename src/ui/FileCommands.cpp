@@ -8,7 +8,7 @@
 #include "ui/ControlContext.h"
 #include "ui/InterfaceDocument.h"
 #include "ui/LocalPaths.h"
-#include "ui/SettingsFile.h"
+#include "ui/SettingsExport.h"
 #include "ui/UiLimits.h"
 #include "ui/WindowServices.h"
 
@@ -161,8 +161,8 @@ void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
         m_parts.context.report(cannotOpen(*path));
         return;
     }
-    const QByteArray text = file.read(limits::SettingsFile + 1);
-    if (text.size() > limits::SettingsFile) {
+    const QByteArray text = file.read(limits::SettingsText + 1);
+    if (text.size() > limits::SettingsText) {
         m_parts.context.report(tr("File \"%1\" is too large").arg(*path));
         return;
     }

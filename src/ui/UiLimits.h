@@ -25,7 +25,7 @@ inline constexpr qsizetype TotalGridLines = 400'000; ///< rows and columns of gr
 inline constexpr int ActionDepth = 16;                   ///< actions that call actions
 inline constexpr size_t OpenDialogs = 16;                ///< described dialogs at a time
 inline constexpr size_t TimeTasks = 1000;                ///< registered at a time
-inline constexpr qint64 SettingsFile = 16 * 1024 * 1024; ///< bytes of a file that settings are read from
+inline constexpr qint64 SettingsText = 16 * 1024 * 1024; ///< bytes of a file that settings are read from
 inline constexpr qsizetype ActionWork = 20'000;          ///< elements that one press of a button acts on
 
 } // namespace paravue::limits

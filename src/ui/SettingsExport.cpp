@@ -1,4 +1,4 @@
-#include "ui/SettingsFile.h"
+#include "ui/SettingsExport.h"
 
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
