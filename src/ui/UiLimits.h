@@ -9,7 +9,7 @@ namespace paravue::limits
 
 inline constexpr int GridIndex = 1000;                ///< rows and columns of a grid are below this
 inline constexpr int Stretch = 10'000;                ///< stretch factor of a row or column
-inline constexpr int Pixels = 16'384;                 ///< any width or height
+inline constexpr int Pixels = 4096;                   ///< any width or height: a picture this large is 64 MiB
 inline constexpr int ListRows = 10'000;               ///< rows of a list
 inline constexpr int ListColumns = 64;                ///< columns of a list
 inline constexpr qsizetype TextReplacements = 10'000; ///< references in one visible text

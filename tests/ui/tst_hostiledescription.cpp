@@ -43,9 +43,12 @@ void TestHostileDescription::staysUsable_data()
     QTest::addColumn<QByteArray>("cells");
     QTest::addColumn<QByteArray>("rest");
     QTest::addColumn<QString>("message"); // a pattern; empty: none
+    QTest::addColumn<QByteArray>("windowTag");
 
     const auto row = [](const char *name, const QByteArray &cells, const QString &message = {},
-                        const QByteArray &rest = {}) { QTest::newRow(name) << cells << rest << message; };
+                        const QByteArray &rest = {}, const QByteArray &windowTag = "<window>") {
+        QTest::newRow(name) << cells << rest << message << windowTag;
+    };
     row("far row", "<item type='label' row='20000000'/>", BeyondGrid);
     row("far column", "<item type='spacer' column='2147483647'/>", BeyondGrid);
     row("row before the first", "<item type='edit' row='-1'/>", BeyondGrid);
@@ -96,8 +99,11 @@ void TestHostileDescription::staysUsable_data()
     row("slots that are not for descriptions",
         caller("<a/>" + call("deleteLater", "self") + call("deleteLater", "a") +
                call("_q_dialogFinished", "self")));
-    row("windows that cannot be hidden", "<item type='label' row='2'/>", {},
-        "<window enabled='no' visible='no'/>");
+    row("windows that cannot be hidden", "<item type='label' row='2'/>", {}, {},
+        "<window enabled='no' visible='no'>");
+    row("window beyond every screen", "<item type='label' row='2'/>", {}, {},
+        "<window width='2147483647' height='2147483647'><width>2147483647</width>"
+        "<height>2147483647</height>");
     row("disabled window", "<item type='checkbox' row='2'><action state='on' type='disable'>self</action>"
                            "<action state='off' type='disable'>self</action></item>");
     row("decorations of its own",
@@ -120,8 +126,10 @@ void TestHostileDescription::staysUsable()
     QFETCH(QByteArray, cells);
     QFETCH(QByteArray, rest);
     QFETCH(QString, message);
+    QFETCH(QByteArray, windowTag);
     const QByteArray field = "<item type='edit'><key>net/untitled/NAME</key></item>";
-    DescribedWindow window(describePage(field + cells, rest), {{"net", "MANY=2000000000\nLESS=-5\n"}});
+    DescribedWindow window(describePage(field + cells, rest).replace("<window>", windowTag),
+                           {{"net", "MANY=2000000000\nLESS=-5\n"}});
     {
         ModalWatcher dialogs({}, "QDialog");
         for (int index = 0; QPushButton *button = window.widget<QPushButton>(index); ++index)
@@ -140,6 +148,8 @@ void TestHostileDescription::staysUsable()
     }
     QVERIFY(window.window->isVisible());
     QVERIFY(window.window->isEnabled());
+    QVERIFY(window.window->width() * window.window->height() * 4 <=
+            64 * 1024 * 1024); // what it is painted on
     QTest::keyClicks(window.widget<QLineEdit>(), "ok");
     QCOMPARE(window.value("net/untitled/NAME"), "ok");
     window.fixture.store().load();
