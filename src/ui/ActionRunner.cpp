@@ -7,9 +7,9 @@
 #include "ui/InterfaceDocument.h"
 #include "ui/SafeText.h"
 #include "ui/UiLimits.h"
+#include "ui/WindowText.h"
 
 #include <QAbstractButton>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QScopedValueRollback>
@@ -174,8 +174,7 @@ bool ActionRunner::enter()
     // A chain need not be endless: ten actions that call ten actions each, and so on, never end either.
     if (m_depth >= limits::ActionDepth || m_work >= limits::ActionWork) {
         m_unwinding = true;
-        m_context.report(QCoreApplication::translate(
-            "CWinMain", "The actions of the interface description do not come to an end"));
+        m_context.report(tr("The actions of the interface description do not come to an end"));
         return false;
     }
     ++m_depth;

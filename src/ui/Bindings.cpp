@@ -6,8 +6,8 @@
 #include "ui/ControlTable.h"
 #include "ui/ControlType.h"
 #include "ui/PageBuilder.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QSet>
 
 namespace paravue
@@ -53,8 +53,7 @@ void Bindings::changed(QWidget *sender)
     if (!control)
         return;
     if (!control->type) {
-        m_context.report(QCoreApplication::translate("CWinMain", "Unknown control type action \"%1\"")
-                             .arg(control->element.attribute("type")));
+        m_context.report(tr("Unknown control type action \"%1\"").arg(control->element.attribute("type")));
         return;
     }
     const int number = control->number;

@@ -4,8 +4,7 @@
 #include "ui/ControlTable.h"
 #include "ui/TextResolver.h"
 #include "ui/UiLimits.h"
-
-#include <QCoreApplication>
+#include "ui/WindowText.h"
 
 #include <utility>
 
@@ -27,9 +26,7 @@ QString ControlContext::resolved(const QString &raw, Resolve resolve)
         return raw.left(Excerpt);
     const ResolvedText resolved = resolve();
     if (!resolved.withinLimits) {
-        reportOnce(QCoreApplication::translate("CWinMain",
-                                               "A text of the interface description is too large: \"%1\"")
-                       .arg(raw.left(Excerpt)));
+        reportOnce(tr("A text of the interface description is too large: \"%1\"").arg(raw.left(Excerpt)));
         return raw.left(Excerpt);
     }
     return take(Characters, resolved.text.size()) ? resolved.text : raw.left(Excerpt);
@@ -78,8 +75,7 @@ bool ControlContext::take(Resource resource, qsizetype amount)
     // What is left would only make the rest cost the time of trying.
     m_left[resource] = 0;
     if (!std::exchange(m_isExhausted, true))
-        reportOnce(QCoreApplication::translate(
-            "CWinMain", "The interface description is too large; a part of it is not shown"));
+        reportOnce(tr("The interface description is too large; a part of it is not shown"));
     return false;
 }
 

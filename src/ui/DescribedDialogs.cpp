@@ -9,8 +9,8 @@
 #include "ui/PageBuilder.h"
 #include "ui/TimeTasks.h"
 #include "ui/UiLimits.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QDialog>
 #include <QVBoxLayout>
 
@@ -26,7 +26,7 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
 {
     const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
     if (element.isNull()) {
-        m_parts.context.report(QCoreApplication::translate("CWinMain", "Unknown dialog tag \"%1\"").arg(tag));
+        m_parts.context.report(tr("Unknown dialog tag \"%1\"").arg(tag));
         return;
     }
     if (find(element))
@@ -78,8 +78,7 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
 {
     // Each modal one runs an event loop inside that of the one before.
     if (m_open.size() >= limits::OpenDialogs) {
-        m_parts.context.report(
-            QCoreApplication::translate("CWinMain", "Too many dialogs are open at the same time"));
+        m_parts.context.report(tr("Too many dialogs are open at the same time"));
         return nullptr;
     }
     auto *dialog = new QDialog(&m_window);

@@ -6,8 +6,8 @@
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
 #include "ui/UiLimits.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
@@ -18,11 +18,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 const QString GreenBar =
     QStringLiteral("QProgressBar {border: 0.5px solid white; border-radius: 2px; text-align: center;}"

@@ -1,8 +1,8 @@
 #include "ui/ErrorDisplay.h"
 
 #include "controls/OrbDlgQuestion.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QScopedValueRollback>
 #include <QWidget>
@@ -54,8 +54,7 @@ void ErrorDisplay::suspend(const std::function<void()> &wait)
 void ErrorDisplay::showBox(const QString &message)
 {
     m_isOnScreen = true;
-    OrbDlgQuestion::Do(&m_window, QMessageBox::Critical,
-                       QCoreApplication::translate("CWinMain", "Paravue Setup"), message, QMessageBox::Ok,
+    OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
                        QMessageBox::NoButton);
     // Whoever reported this may go on to report what follows from it before the event loop runs again.
     QMetaObject::invokeMethod(

@@ -11,8 +11,8 @@
 #include "ui/SettingsExport.h"
 #include "ui/UiLimits.h"
 #include "ui/WindowServices.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
 
@@ -22,11 +22,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 QString wrongParam(const QString &slot, const QString &param)
 {

@@ -1,8 +1,8 @@
 #include "ui/InterfaceDocument.h"
 
 #include "store/XmlLimits.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
@@ -11,11 +11,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 const QString translationsTag = QStringLiteral("translations");
 

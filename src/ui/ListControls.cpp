@@ -7,8 +7,7 @@
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
 #include "ui/UiLimits.h"
-
-#include <QCoreApplication>
+#include "ui/WindowText.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,11 +16,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 /// What both lists have in common: the address before every key, where the rows are counted, and the key that
 /// tells whether the numbers of the rows begin at 0.

@@ -5,8 +5,7 @@
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
-
-#include <QCoreApplication>
+#include "ui/WindowText.h"
 
 #include <utility>
 
@@ -16,11 +15,6 @@ namespace
 {
 
 const QString listTag = QStringLiteral("softlist");
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 bool isRemovable(const SoftPackage &package)
 {

@@ -9,8 +9,8 @@
 #include "ui/SafeText.h"
 #include "ui/UiLimits.h"
 #include "ui/WindowLook.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QGridLayout>
 #include <QScopedValueRollback>
 #include <QTabWidget>
@@ -23,11 +23,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 constexpr int ToTheEdge = -1; ///< a span up to the last row or column of the grid
 

@@ -1,19 +1,14 @@
 #include "ui/PathBox.h"
 
 #include "controls/OrbDlgQuestion.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QWidget>
 
 namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 /// A path with marks in place of what could make it look like another one.
 QString printable(QString path)

@@ -3,8 +3,8 @@
 #include "ui/ActionRunner.h"
 #include "ui/ControlContext.h"
 #include "ui/UiLimits.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -19,11 +19,6 @@ namespace
 const QString taskTag = QStringLiteral("timetask");
 const QString lastRunAttribute = QStringLiteral("ms");
 const QString periodAttribute = QStringLiteral("period");
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 // Not the processor time of the C library's clock(), which hardly moves while a window waits.
 quint32 steadyMilliseconds()

@@ -10,8 +10,7 @@
 #include "ui/InterfaceDocument.h"
 #include "ui/UiLimits.h"
 #include "ui/UserRights.h"
-
-#include <QCoreApplication>
+#include "ui/WindowText.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,11 +23,6 @@ namespace
 const QString listTag = QStringLiteral("accesslist");
 const QString dialogTag = QStringLiteral("accessdlg");
 const QString scratch = QStringLiteral("general/access/");
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 } // namespace
 

@@ -8,8 +8,8 @@
 #include "ui/ListControls.h"
 #include "ui/PageBuilder.h"
 #include "ui/UiLimits.h"
+#include "ui/WindowText.h"
 
-#include <QCoreApplication>
 #include <QHeaderView>
 #include <QTabWidget>
 
@@ -19,11 +19,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWinMain", text);
-}
 
 using Rows = QList<QStringList>;
 
