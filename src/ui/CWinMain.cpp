@@ -9,20 +9,17 @@
 #include "ui/PathBox.h"
 #include "ui/SetupSession.h"
 #include "ui/WindowDrag.h"
+#include "ui/WindowFrame.h"
 #include "ui/WindowHeader.h"
 #include "ui/WindowLook.h"
 
 #include <QApplication>
 #include <QFile>
-#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 #include <QScopedValueRollback>
-#include <QScreen>
-#include <QSizeGrip>
-#include <QStyle>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolButton>
@@ -67,7 +64,7 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     setWindowModality(Qt::ApplicationModal);
     m_errors = std::make_unique<ErrorDisplay>(*this, [this](const QString &message) {
         if (!isBuilt())
-            loadingView().showFailure(message);
+            m_frame->loadingView().showFailure(message);
     });
     m_session = std::make_unique<SetupSession>(
         *setup, *this,
@@ -79,90 +76,26 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
                            letUserAct([&] { allowed = askAboutPath(this, path, use); });
                            return allowed;
                        }});
-    createWidgets();
-    arrangeWidgets();
-    m_frame = std::make_unique<DescribedFrame>(
-        DescribedFrame::Widgets{this, m_header->label(), m_tabs, m_ok, m_cancel}, *m_session);
+    m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
+    m_described = std::make_unique<DescribedFrame>(*this, *m_frame, *m_session);
     wire();
-    new WindowDrag(this, m_header->label());
+    new WindowDrag(this, m_frame->header()->label());
     describeToAssistiveTools(this);
     show();
     operate([this] { m_setup->load(); });
     if (!isBuilt())
-        loadingView();
+        m_frame->loadingView();
 }
 
 CWinMain::~CWinMain() = default;
 
-void CWinMain::createWidgets()
-{
-    const QString recorder = recorderName(m_setup->address());
-    m_header = new WindowHeader(this);
-    // The title of a description is put directly behind it.
-    m_header->label()->setText((recorder.isEmpty() ? windowTitle() : recorder) + u' ');
-    m_header->label()->setObjectName(QStringLiteral("labelHeader"));
-    m_tabs = new QTabWidget(this);
-    m_tabs->setObjectName(QStringLiteral("tabWidget"));
-    m_tabs->hide();
-    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), tr("OK"), this);
-    m_ok->setDefault(true);
-    m_ok->setEnabled(false); // what it does comes with the description
-    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), tr("Cancel"), this);
-    m_ok->setObjectName(QStringLiteral("buttonOK"));
-    m_cancel->setObjectName(QStringLiteral("buttonCancel"));
-    for (QPushButton *button : {m_ok, m_cancel}) {
-        button->setAutoDefault(false);
-        button->setMinimumWidth(20 * SpacingStep);
-    }
-}
-
-LoadingView &CWinMain::loadingView()
-{
-    // A local store has loaded before there is anything to see of it.
-    if (!m_loading) {
-        m_loading = new LoadingView(this);
-        m_loading->setRecorder(recorderName(m_setup->address()));
-        m_pages->addWidget(m_loading, 0, 0);
-    }
-    return *m_loading;
-}
-
-void CWinMain::arrangeWidgets()
-{
-    auto *buttons = new QGridLayout;
-    buttons->setContentsMargins(PageMargin, 0, PageMargin, PageMargin);
-    buttons->setHorizontalSpacing(GridSpacing);
-    buttons->setColumnStretch(0, 1);
-    buttons->addWidget(m_ok, 0, 1);
-    buttons->addWidget(m_cancel, 0, 2);
-    m_grip = new QSizeGrip(this);
-    m_taskTimer = new QTimer(this);
-    m_taskTimer->setInterval(TaskTick);
-
-    m_pages = new QGridLayout;
-    m_pages->setContentsMargins(PageMargin, 0, PageMargin, 0);
-    m_pages->addWidget(m_tabs, 0, 0);
-
-    auto *layout = new QGridLayout(this);
-    layout->setContentsMargins(1, 1, 1, 1); // the window's own border
-    layout->setVerticalSpacing(PageMargin);
-    layout->addWidget(m_header, 0, 0);
-    layout->addLayout(m_pages, 1, 0);
-    layout->addLayout(buttons, 2, 0);
-    layout->setRowStretch(1, 1);
-
-    const QScreen *ground = parentWidget() ? parentWidget()->screen() : screen();
-    resize(QSize(840, 600).boundedTo(ground->availableSize()));
-    const QRect around =
-        parentWidget() ? parentWidget()->window()->frameGeometry() : ground->availableGeometry();
-    move(around.center() - rect().center());
-}
-
 void CWinMain::wire()
 {
-    connect(m_ok, &QPushButton::clicked, this, &CWinMain::saveSettings);
-    connect(m_cancel, &QPushButton::clicked, this, &CWinMain::reject);
-    connect(m_header, &WindowHeader::closeRequested, this, &CWinMain::reject);
+    connect(m_frame->okButton(), &QPushButton::clicked, this, &CWinMain::saveSettings);
+    connect(m_frame->cancelButton(), &QPushButton::clicked, this, &CWinMain::reject);
+    connect(m_frame->header(), &WindowHeader::closeRequested, this, &CWinMain::reject);
+    m_taskTimer = new QTimer(this);
+    m_taskTimer->setInterval(TaskTick);
     connect(m_taskTimer, &QTimer::timeout, this, &CWinMain::timeout);
     connect(m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
@@ -216,7 +149,7 @@ void CWinMain::onSetupProgress(int percent)
 {
     operate([&] {
         if (!isBuilt() && percent < 100)
-            loadingView().setProgress(percent, m_setup->activity());
+            m_frame->loadingView().setProgress(percent, m_setup->activity());
         // A purely local store may have no such file.
         if (m_setup->fileExists(progressFile))
             m_session->bindings.write(progressAddress + u'/' + QString::number(percent));
@@ -346,7 +279,7 @@ void CWinMain::readDescription()
         return;
     }
     m_session->bindings.reload();
-    m_frame->showTexts();
+    m_described->showTexts();
 }
 
 void CWinMain::build(const QByteArray &description, const QString &path)
@@ -364,36 +297,20 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_session->document = document;
 
     const bool isFirst = !isBuilt();
-    const int shownPage = isFirst ? -1 : m_tabs->currentIndex();
+    const int shownPage = isFirst ? -1 : m_frame->tabs()->currentIndex();
     m_builtFrom = path;
     m_builtText = description;
     setUpdatesEnabled(false);
-    m_frame->build(shownPage);
+    m_described->build(shownPage);
     m_session->bindings.loadNew(m_session->table.numbersSince(0));
-    chainTabOrder();
+    m_frame->chainTabOrder();
     m_session->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
     m_taskTimer->start();
     // Shown when the values are in: each of them would make a visible page arrange itself anew.
-    if (m_loading) {
-        m_loading->hide();
-        m_loading->deleteLater();
-        m_loading = nullptr;
-    }
-    m_tabs->show();
-    m_ok->setEnabled(true);
+    m_frame->showPages();
     setUpdatesEnabled(true);
     if (isFirst)
-        m_tabs->setFocus();
-}
-
-void CWinMain::chainTabOrder()
-{
-    for (QWidget *next : {static_cast<QWidget *>(m_ok), static_cast<QWidget *>(m_cancel),
-                          static_cast<QWidget *>(m_header->closeButton())}) {
-        // The order is a ring that begins and ends at the window.
-        if (QWidget *last = previousInFocusChain(); last != next)
-            setTabOrder(last, next);
-    }
+        m_frame->tabs()->setFocus();
 }
 
 bool CWinMain::eventFilter(QObject *watched, QEvent *event)
@@ -420,9 +337,7 @@ void CWinMain::paintEvent(QPaintEvent *event)
 void CWinMain::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
-    const QRect corner = QStyle::alignedRect(layoutDirection(), Qt::AlignRight | Qt::AlignBottom,
-                                             m_grip->sizeHint(), rect().adjusted(1, 1, -1, -1));
-    m_grip->setGeometry(corner);
+    m_frame->placeGrip();
 }
 
 void CWinMain::hideEvent(QHideEvent *event)

@@ -10,19 +10,14 @@
 #include <memory>
 
 class OrbSetup;
-class QGridLayout;
-class QPushButton;
-class QSizeGrip;
-class QTabWidget;
 class QTimer;
 
 namespace paravue
 {
 class DescribedFrame;
 class ErrorDisplay;
-class LoadingView;
 class SetupSession;
-class WindowHeader;
+class WindowFrame;
 } // namespace paravue
 
 /// The setup window of one recorder: a header, one page per tab of the recorder's interface description, OK
@@ -85,9 +80,6 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    void createWidgets();
-    void arrangeWidgets();
-    paravue::LoadingView &loadingView();
     void wire();
     /// Runs what the user, the store or a time task has started.
     void operate(const std::function<void()> &work);
@@ -97,17 +89,9 @@ private:
 
     void readDescription();
     void build(const QByteArray &description, const QString &path);
-    void chainTabOrder();
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
 
     OrbSetup *m_setup;
-    paravue::WindowHeader *m_header = nullptr;
-    QGridLayout *m_pages = nullptr;
-    paravue::LoadingView *m_loading = nullptr; ///< made when a load takes its time
-    QTabWidget *m_tabs = nullptr;
-    QPushButton *m_ok = nullptr;
-    QPushButton *m_cancel = nullptr;
-    QSizeGrip *m_grip = nullptr;
     QTimer *m_taskTimer = nullptr;
     QString m_builtFrom;    ///< path of the description that the pages were built from
     QByteArray m_builtText; ///< and its bytes
@@ -116,5 +100,6 @@ private:
     bool m_isRunning = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::SetupSession> m_session;
-    std::unique_ptr<paravue::DescribedFrame> m_frame;
+    std::unique_ptr<paravue::WindowFrame> m_frame;
+    std::unique_ptr<paravue::DescribedFrame> m_described;
 };

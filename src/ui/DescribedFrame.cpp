@@ -3,6 +3,8 @@
 #include "ui/SafeText.h"
 #include "ui/SetupSession.h"
 #include "ui/UiLimits.h"
+#include "ui/WindowFrame.h"
+#include "ui/WindowHeader.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -30,9 +32,10 @@ QTabWidget::TabPosition tabPosition(const QString &word)
 
 } // namespace
 
-DescribedFrame::DescribedFrame(const Widgets &widgets, SetupSession &session)
-    : m_widgets(widgets), m_session(session), m_headerBase(widgets.header->text()),
-      m_okText(widgets.ok->text()), m_cancelText(widgets.cancel->text()), m_retiredPages(new QWidget)
+DescribedFrame::DescribedFrame(QDialog &window, const WindowFrame &frame, SetupSession &session)
+    : m_window(window), m_frame(frame), m_session(session), m_headerBase(frame.header()->label()->text()),
+      m_okText(frame.okButton()->text()), m_cancelText(frame.cancelButton()->text()),
+      m_retiredPages(new QWidget)
 {
 }
 
@@ -48,12 +51,12 @@ void DescribedFrame::build(int shownPage)
 
 void DescribedFrame::adoptWindow()
 {
-    m_widgets.window->setMinimumSize(0, 0);
-    m_widgets.window->unsetLayoutDirection();
-    m_widgets.window->setToolTip(QString());
+    m_window.setMinimumSize(0, 0);
+    m_window.unsetLayoutDirection();
+    m_window.setToolTip(QString());
     const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
     if (!window.isNull())
-        m_session.builder.adoptWindow(window, m_widgets.window);
+        m_session.builder.adoptWindow(window, &m_window);
 }
 
 void DescribedFrame::showTexts()
@@ -61,9 +64,9 @@ void DescribedFrame::showTexts()
     const auto visible = [this](const QString &raw) { return m_session.context.text(raw); };
     const QDomElement root = m_session.document.root();
     const QDomElement window = root.firstChildElement(QStringLiteral("window"));
-    m_widgets.header->setText(m_headerBase + visible(childText(window, QStringLiteral("title"))));
+    m_frame.header()->label()->setText(m_headerBase + visible(childText(window, QStringLiteral("title"))));
     showButtons();
-    showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_widgets.tabs, visible);
+    showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_frame.tabs(), visible);
 }
 
 void DescribedFrame::showButtons()
@@ -77,13 +80,13 @@ void DescribedFrame::showButtons()
         button->setText(text.isNull() ? ownText : m_session.context.text(text.text()));
         button->setToolTip(element.isNull() ? QString() : safeRichText(m_session.context.text(toolTip)));
     };
-    show(m_widgets.ok, ok, m_okText);
-    show(m_widgets.cancel, root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
+    show(m_frame.okButton(), ok, m_okText);
+    show(m_frame.cancelButton(), root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
 }
 
 void DescribedFrame::buildPages(int shownPage)
 {
-    QTabWidget *tabs = m_widgets.tabs;
+    QTabWidget *tabs = m_frame.tabs();
     while (tabs->count() > 0) {
         QWidget *page = tabs->widget(0);
         tabs->removeTab(0);
@@ -105,9 +108,9 @@ void DescribedFrame::applySize()
     const int height = childText(window, QStringLiteral("height")).toInt();
     if (width == 0 || height == 0)
         return;
-    const QPoint middle = m_widgets.window->geometry().center();
-    m_widgets.window->resize(QSize(width, height).boundedTo(QSize(limits::Pixels, limits::Pixels)));
-    m_widgets.window->move(middle - m_widgets.window->rect().center());
+    const QPoint middle = m_window.geometry().center();
+    m_window.resize(QSize(width, height).boundedTo(QSize(limits::Pixels, limits::Pixels)));
+    m_window.move(middle - m_window.rect().center());
 }
 
 } // namespace paravue

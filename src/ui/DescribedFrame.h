@@ -5,32 +5,22 @@
 #include <memory>
 
 class QDialog;
-class QLabel;
-class QPushButton;
-class QTabWidget;
 class QWidget;
 
 namespace paravue
 {
 
 struct SetupSession;
+class WindowFrame;
 
 /// Gives the fixed widgets of the window what the description says of them: the pages, the captions of tabs
 /// and buttons, the title, the size. What it says nothing of is as it was before the first description.
 class DescribedFrame
 {
 public:
-    struct Widgets {
-        QDialog *window;
-        QLabel *header;
-        QTabWidget *tabs;
-        QPushButton *ok;
-        QPushButton *cancel;
-    };
-
-    /// All must outlive the frame. The present texts are those without a description; the title is put behind
-    /// that of the header.
-    DescribedFrame(const Widgets &widgets, SetupSession &session);
+    /// All must outlive the object. The present texts are those without a description; the title is put
+    /// behind that of the header.
+    DescribedFrame(QDialog &window, const WindowFrame &frame, SetupSession &session);
     ~DescribedFrame();
 
     /// Builds the pages in place of those that are there. \a shownPage is the page to show; when there is
@@ -45,7 +35,8 @@ private:
     void applySize();
     void showButtons();
 
-    Widgets m_widgets;
+    QDialog &m_window;
+    const WindowFrame &m_frame;
     SetupSession &m_session;
     QString m_headerBase;
     QString m_okText;

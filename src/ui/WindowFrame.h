@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QString>
+
+class QDialog;
+class QGridLayout;
+class QPushButton;
+class QSizeGrip;
+class QTabWidget;
+
+namespace paravue
+{
+
+class LoadingView;
+class WindowHeader;
+
+/// What every setup window has before there is a description: a header, a place for the pages, OK and Cancel,
+/// and a grip in its corner. The widgets are the window's by Qt parent.
+class WindowFrame
+{
+public:
+    /// Fills \a window and gives it its first size and place. \a recorder is its title, which may be empty.
+    WindowFrame(QDialog &window, const QString &recorder);
+
+    WindowHeader *header() const { return m_header; }
+    QTabWidget *tabs() const { return m_tabs; }
+    QPushButton *okButton() const { return m_ok; }
+    QPushButton *cancelButton() const { return m_cancel; }
+
+    /// What stands in the place of the pages until showPages(); made when it is asked for.
+    LoadingView &loadingView();
+    void showPages();
+
+    /// Puts what stands below and above the pages behind them in the tab order.
+    void chainTabOrder();
+    /// Again whenever the window has another size.
+    void placeGrip();
+
+private:
+    void createWidgets();
+    void arrangeWidgets();
+    void placeWindow();
+
+    QDialog &m_window;
+    QString m_recorder;
+    WindowHeader *m_header = nullptr;
+    QGridLayout *m_pages = nullptr;
+    LoadingView *m_loading = nullptr; ///< made when a load takes its time
+    QTabWidget *m_tabs = nullptr;
+    QPushButton *m_ok = nullptr;
+    QPushButton *m_cancel = nullptr;
+    QSizeGrip *m_grip = nullptr;
+};
+
+} // namespace paravue
