@@ -141,6 +141,9 @@ void CWinMain::operate(const std::function<void()> &work)
 
 void CWinMain::letUserAct(const std::function<void()> &wait)
 {
+    // Whoever has closed the window is not asked anything more.
+    if (!isVisible())
+        return;
     const QScopedValueRollback unattended(m_session->context.unattended(), false);
     m_errors->suspend([&] { m_session->actions.suspend(wait); });
 }

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void handlesKeys_data();
     void handlesKeys();
     void closesWithTheWindow();
+    void isNotShownWithoutTheWindow();
     void isNotShownOfAnOldDescription();
     void staysUsableAfterAnEndlessChain();
     void showsErrorsWhileItIsOpen();
@@ -227,6 +228,24 @@ void TestDialogs::closesWithTheWindow()
                        [&] { QTest::mouseClick(window.widget<QPushButton>(), Qt::LeftButton); });
     QCOMPARE(window.window->exec(), int(QDialog::Accepted));
     QVERIFY(!dialogIsVisible);
+}
+
+void TestDialogs::isNotShownWithoutTheWindow()
+{
+    DescribedWindow window(
+        describePage("<item type='pushbutton'><action type='call' slot='reject'>self</action>"
+                     "<action type='call' slot='showDialog' param='box'>self</action>"
+                     "<action type='call' slot='fileDialog' param='open,,,net/untitled/NAME'>self</action>"
+                     "</item>",
+                     dialog("<box/>", "<item type='label'/>")),
+        Files);
+    const ModalWatcher dialogs({}, "QDialog");
+    const ModalWatcher files({}, "QFileDialog");
+    QTimer::singleShot(0, window.window.get(),
+                       [&] { QTest::mouseClick(window.widget<QPushButton>(), Qt::LeftButton); });
+    QCOMPARE(window.window->exec(), int(QDialog::Rejected));
+    QVERIFY(!dialogs.hasSeen());
+    QVERIFY(!files.hasSeen());
 }
 
 void TestDialogs::isNotShownOfAnOldDescription()
