@@ -35,11 +35,6 @@ QStringList assignmentsToKeys(const Control &control, const QString &value)
     return result;
 }
 
-QString firstKey(const Control &control)
-{
-    return addressText(control.element.firstChildElement(QStringLiteral("key")));
-}
-
 } // namespace
 
 QWidget *LabelControl::create(ControlContext &, const Control &control, QWidget *parent) const
@@ -142,7 +137,7 @@ bool CheckBoxControl::load(ControlContext &context, const Control &control) cons
         box->setText(text);
         changed = true;
     }
-    const QString key = firstKey(control);
+    const QString key = firstAddress(control.element);
     // Without a key the box begins like one whose value is missing, and then is the user's.
     if (key.isEmpty() && control.loaded)
         return changed;

@@ -55,11 +55,6 @@ QSize fixedSize(const QDomElement &element, const QSize &usual)
     return {side(QStringLiteral("width"), usual.width()), side(QStringLiteral("height"), usual.height())};
 }
 
-QString firstKey(const Control &control)
-{
-    return addressText(control.element.firstChildElement(QStringLiteral("key")));
-}
-
 QString healthText(const cDiskFitness &fitness)
 {
     if (fitness.report().isEmpty())
@@ -91,7 +86,7 @@ const QMetaObject &DiskFitnessControl::widgetClass() const
 bool DiskFitnessControl::load(ControlContext &context, const Control &control) const
 {
     auto *bar = qobject_cast<QProgressBar *>(control.widget);
-    const QString key = firstKey(control);
+    const QString key = firstAddress(control.element);
     const cDiskFitness fitness(nullptr, key.isEmpty() ? QString() : context.value(control, key));
     const int before = bar->value();
     bar->setValue(qBound(bar->minimum(), fitness.healthPercent, bar->maximum()));
@@ -121,7 +116,7 @@ bool K9mButtonControl::load(ControlContext &context, const Control &control) con
 {
     const bool newCaption = PushButtonControl::load(context, control);
     auto *button = qobject_cast<K9mButton *>(control.widget);
-    const QString key = firstKey(control);
+    const QString key = firstAddress(control.element);
     if (key.isEmpty())
         return newCaption;
     const bool before = button->isOn();
@@ -132,7 +127,7 @@ bool K9mButtonControl::load(ControlContext &context, const Control &control) con
 QString K9mButtonControl::actionState(const Control &control) const
 {
     const auto *button = qobject_cast<const K9mButton *>(control.widget);
-    if (!button->isCheckable() && firstKey(control).isEmpty())
+    if (!button->isCheckable() && firstAddress(control.element).isEmpty())
         return {};
     return button->isOn() ? QStringLiteral("on") : QStringLiteral("off");
 }

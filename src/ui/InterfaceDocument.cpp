@@ -150,6 +150,11 @@ QStringList childAddresses(const QDomElement &element, const QString &tag)
     return addresses;
 }
 
+QString firstAddress(const QDomElement &element)
+{
+    return addressText(element.firstChildElement(QStringLiteral("key")));
+}
+
 int intAttribute(const QDomElement &element, const QString &name)
 {
     return element.attribute(name).toInt();

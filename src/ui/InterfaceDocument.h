@@ -59,6 +59,8 @@ QString addressText(const QDomElement &element);
 /// The texts of all children with this tag.
 QStringList childTexts(const QDomElement &element, const QString &tag);
 QStringList childAddresses(const QDomElement &element, const QString &tag = QStringLiteral("key"));
+/// That of the first "key" child; empty without one.
+QString firstAddress(const QDomElement &element);
 
 /// A decimal integer; 0 when it is absent or malformed.
 int intAttribute(const QDomElement &element, const QString &name);

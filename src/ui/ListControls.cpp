@@ -26,17 +26,15 @@ struct Numbering {
 
     static Numbering ofUsers(const Control &control)
     {
-        return {prefixOf(control), QStringLiteral("/CNT"), QStringLiteral("/NAME")};
+        return {firstAddress(control.element), QStringLiteral("/CNT"), QStringLiteral("/NAME")};
     }
     static Numbering ofPackages(const Control &control)
     {
-        return {prefixOf(control), QStringLiteral("/PACKAGES/0"), QStringLiteral("/PACKAGE_NAME_")};
+        return {firstAddress(control.element), QStringLiteral("/PACKAGES/0"),
+                QStringLiteral("/PACKAGE_NAME_")};
     }
 
     int first(OrbSetup &store) const { return store.value(prefix + name + u'0').isEmpty() ? 1 : 0; }
-
-private:
-    static QString prefixOf(const Control &control) { return childAddresses(control.element).value(0); }
 };
 
 /// The columns of the description, or else those that a list of this kind has.

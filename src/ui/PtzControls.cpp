@@ -59,7 +59,7 @@ ChangeSignal PtzVideoInputControl::changeSignal() const
 
 QStringList PtzVideoInputControl::assignments(ControlContext &context, const Control &control) const
 {
-    const QString address = childAddresses(control.element).value(0);
+    const QString address = firstAddress(control.element);
     const QSize size = qobject_cast<PtzVideoInput *>(control.widget)->pixmap().size();
     const QString text = QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
     // A picture comes many times a second, another size hardly ever.

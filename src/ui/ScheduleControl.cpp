@@ -2,11 +2,11 @@
 
 #include "controls/WeekPlan.h"
 #include "controls/WeekSchedule.h"
-#include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
 #include "ui/InterfaceDocument.h"
+#include "ui/NumberedAddresses.h"
 #include "ui/UiLimits.h"
 
 #include <algorithm>
@@ -58,16 +58,8 @@ QStringList dayAddresses(const Control &control)
     const QStringList keys = childAddresses(control.element);
     if (keys.isEmpty() || keys.size() >= WeekPlan::Days)
         return keys.mid(0, WeekPlan::Days);
-    const ConfigAddress key(keys.first());
-    const QString begin = key.path().toString() + (key.hasKey() ? QLatin1String() : QLatin1String("/DAY"));
-    QStringList addresses;
-    for (int day = 0; day < WeekPlan::Days; ++day) {
-        QString address = begin + QString::number(day);
-        if (key.hasRest())
-            address += u'/' + key.rest().toString();
-        addresses.append(address);
-    }
-    return addresses;
+    return numberedAddresses(control.element.firstChildElement(QStringLiteral("key")), QStringLiteral("DAY"),
+                             0, WeekPlan::Days);
 }
 
 QStringList storedDays(ControlContext &context, const Control &control, const QStringList &addresses)
