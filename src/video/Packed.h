@@ -63,7 +63,11 @@ public:
     bool isEmpty() const { return size() == 0; }
 
     friend bool operator==(const Packed &a, const Packed &b) { return a.value() == b.value(); }
-    friend bool operator==(const Packed &a, const T &b) { return a.value() == b; }
+    template <typename Other>
+    friend bool operator==(const Packed &a, const Other &b)
+    {
+        return a.value() == b;
+    }
 
 private:
     /// The bytes at an aligned address. What they are the value of is not destroyed here: it stays theirs.
