@@ -17,27 +17,52 @@ constexpr qsizetype KeptCapacity = 1024 * 1024;
 
 } // namespace
 
-void cDataSplitter::append(const QByteArray &bytes)
+void cDataSplitter::append(QByteArrayView bytes)
 {
-    // Never shared with the caller, who may have wrapped memory that is gone when this returns.
-    m_buffer.append(bytes.constData(), bytes.size());
+    keep();
+    m_buffer.append(bytes);
+    m_unread = m_buffer;
+}
+
+void cDataSplitter::borrow(QByteArrayView bytes)
+{
+    if (size() > 0) {
+        append(bytes);
+        return;
+    }
+    m_buffer.resize(0);
+    m_unread = bytes;
+    m_borrowed = true;
+}
+
+void cDataSplitter::keep()
+{
+    if (m_borrowed) {
+        m_buffer.append(m_unread);
+        m_borrowed = false;
+    } else if (m_unread.size() < m_buffer.size()) {
+        m_buffer.remove(0, m_buffer.size() - m_unread.size());
+    } else {
+        return;
+    }
+    if (m_buffer.capacity() > KeptCapacity && m_buffer.size() < m_buffer.capacity() / 8) {
+        m_buffer.squeeze();
+    }
+    m_unread = m_buffer;
 }
 
 void cDataSplitter::consume(qsizetype n)
 {
-    if (n < 0 || n > m_buffer.size()) {
+    if (n < 0 || n > size()) {
         needMoreData();
     }
-    m_buffer.remove(0, n);
-    if (m_buffer.capacity() > KeptCapacity && m_buffer.size() < m_buffer.capacity() / 8) {
-        m_buffer.squeeze();
-    }
+    m_unread = m_unread.sliced(n);
 }
 
 bool cDataSplitter::has(int position, int n) const
 {
     // No sum of the two: it could leave the range of an int.
-    return position >= 0 && n >= 0 && position <= m_buffer.size() && n <= m_buffer.size() - position;
+    return position >= 0 && n >= 0 && position <= size() && n <= size() - position;
 }
 
 int cDataSplitter::cStringSize(int position, int searched) const
@@ -45,7 +70,7 @@ int cDataSplitter::cStringSize(int position, int searched) const
     if (!has(position, searched)) {
         return 0;
     }
-    const qsizetype zero = m_buffer.indexOf('\0', position + searched);
+    const qsizetype zero = m_unread.indexOf('\0', position + searched);
     // Behind a zero that is further away no position could be told.
     return zero < 0 || zero >= std::numeric_limits<int>::max() ? 0 : static_cast<int>(zero - position + 1);
 }
@@ -90,7 +115,7 @@ const char *cDataSplitter::take(int &position, int n) const
     if (!has(position, n)) {
         needMoreData();
     }
-    const char *bytes = m_buffer.constData() + position;
+    const char *bytes = m_unread.data() + position;
     position += n;
     return bytes;
 }

@@ -17,15 +17,21 @@ class cDataSplitter
 public:
     cDataSplitter() = default;
     virtual ~cDataSplitter() = default;
+    Q_DISABLE_COPY(cDataSplitter)
 
-    void append(const QByteArray &bytes);
+    void append(QByteArrayView bytes);
+    /// The same without a copy: until keep() the \a bytes must stay where they are. Copies what is read only
+    /// when something was unread before.
+    void borrow(QByteArrayView bytes);
+    /// Makes a copy of what was borrowed and is not consumed.
+    void keep();
     /// Removes the first \a n bytes; throws when there are fewer.
     void consume(qsizetype n);
 
     /// The number of bytes that are not consumed.
-    qsizetype size() const { return m_buffer.size(); }
+    qsizetype size() const { return m_unread.size(); }
     /// These bytes, until the next append() or consume().
-    QByteArrayView unread() const { return m_buffer; }
+    QByteArrayView unread() const { return m_unread; }
     /// True when \a n bytes can be read at \a position.
     bool has(int position, int n) const;
     /// The size of the C-string at \a position with its zero byte, or 0 while that byte is not there. Its
@@ -44,5 +50,9 @@ public:
 private:
     const char *take(int &position, int n) const;
 
+    /// What was appended or kept; the bytes at its end are unread.
     QByteArray m_buffer;
+    /// The end of the buffer, or of what is borrowed.
+    QByteArrayView m_unread;
+    bool m_borrowed = false;
 };

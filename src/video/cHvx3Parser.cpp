@@ -2,8 +2,11 @@
 
 #include "video/MagicSearch.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 using namespace paravue;
 
@@ -59,10 +62,47 @@ Hvx3Losses cHvx3Parser::losses() const
 
 void cHvx3Parser::append(const QByteArray &bytes)
 {
-    m_input.append(bytes);
+    // Called by what a signal has reached, the rest of the piece under way comes first.
+    keepRest();
+    m_rest = bytes;
+    const auto keepWhatIsLeft = qScopeGuard([this] {
+        keepRest();
+        m_input.keep();
+    });
+    while (!m_rest.isEmpty()) {
+        feed();
+        parse();
+    }
+}
+
+/// Hands over as much of the piece as the record at the front still needs, or all of it when there is none:
+/// then records that lie in one piece are read from there, and only those that are cut are put together
+/// first.
+void cHvx3Parser::feed()
+{
+    const QByteArrayView rest = std::exchange(m_rest, QByteArrayView());
+    if (m_input.size() == 0) {
+        m_input.borrow(rest);
+        return;
+    }
+    const qsizetype wanted = m_missing > 0 ? std::min(m_missing, rest.size()) : rest.size();
+    m_input.append(rest.first(wanted));
+    m_rest = rest.sliced(wanted);
+}
+
+void cHvx3Parser::keepRest()
+{
+    if (!m_rest.isEmpty()) {
+        m_input.append(std::exchange(m_rest, QByteArrayView()));
+    }
+}
+
+void cHvx3Parser::parse()
+{
     try {
-        while (step()) {
-        }
+        do {
+            m_missing = 0;
+        } while (step());
     } catch (const QByteArray &signal) {
         // An empty one is the reader's sign that more data is needed. The steps look before they read, as
         // throwing once for each piece would make parsing many times slower.
@@ -159,7 +199,9 @@ bool cHvx3Parser::dataStep()
     }
     const STREAM_T &stream = m_streams.at(at);
     const bool extended = stream.streamType == VideoType && (flags & FirstFragmentFlag);
-    if (!m_input.has(position, (extended ? ExtensionSize : 0) + length)) {
+    const int size = position + (extended ? ExtensionSize : 0) + length;
+    if (!m_input.has(0, size)) {
+        m_missing = size - m_input.size();
         return false;
     }
     DATA_T record;

@@ -57,6 +57,9 @@ Q_SIGNALS:
 private:
     enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2 };
 
+    void feed();
+    void parse();
+    void keepRest();
     bool step();
     bool headerStep();
     bool indexStep();
@@ -72,6 +75,10 @@ private:
     paravue::FrameAssembler m_frames;
     State m_state = AwaitHeader;
     cDataSplitter m_input;
+    /// What the input was not given yet of the piece that append() is at.
+    QByteArrayView m_rest;
+    /// How many bytes the data record at the front still needs; 0 when that cannot be told.
+    qsizetype m_missing = 0;
 
     paravue::HeaderReader m_headerReader;
     /// The streams of the header, and for each stream id its place among them or -1.

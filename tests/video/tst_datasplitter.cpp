@@ -35,6 +35,7 @@ private Q_SLOTS:
     void shortInputChangesNothing_data();
     void shortInputChangesNothing();
     void cStringWaitsForItsZero();
+    void keepsWhatItBorrows();
     void survivesByteByByteUse();
 };
 
@@ -120,6 +121,23 @@ void TestDataSplitter::cStringWaitsForItsZero()
     QCOMPARE(splitter.cStringSize(-7), 0);
     QCOMPARE(splitter.readCString(position), QByteArray("names\0", 6));
     QCOMPARE(position, 7);
+}
+
+void TestDataSplitter::keepsWhatItBorrows()
+{
+    cDataSplitter splitter;
+    QByteArray piece = "cdef";
+    splitter.append("ab");
+    splitter.borrow(piece);
+    QCOMPARE(splitter.unread(), "abcdef");
+    splitter.consume(6);
+    splitter.borrow(piece);
+    splitter.consume(1);
+    QCOMPARE(splitter.unread().data(), piece.constData() + 1); // not copied
+    splitter.keep();
+    piece.fill('?');
+    splitter.append("gh");
+    QCOMPARE(splitter.unread(), "defgh");
 }
 
 void TestDataSplitter::survivesByteByByteUse()
