@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace paravue
 {
@@ -34,6 +35,8 @@ bool CellGridEditor::setRows(const QStringList &rows)
 {
     if (!m_cells.setTexts(rows))
         return false;
+    if (m_stroke) // Escape must not bring back what has just been replaced
+        m_stroke->before = m_cells.texts();
     stateChanged();
     return true;
 }
@@ -248,9 +251,8 @@ void CellGridEditor::keyPressEvent(QKeyEvent *event)
     if (m_stroke) {
         if (event->key() != Qt::Key_Escape)
             return;
-        const bool changed = setRows(m_stroke->before);
-        m_stroke.reset();
-        if (changed)
+        const QStringList before = std::exchange(m_stroke, std::nullopt)->before;
+        if (setRows(before))
             Q_EMIT valueChanged();
     } else if (event->matches(QKeySequence::SelectAll)) {
         m_anchor = QPoint();

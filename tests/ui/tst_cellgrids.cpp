@@ -59,6 +59,7 @@ class TestCellGrids : public QObject
 private Q_SLOTS:
     void paints_data();
     void paints();
+    void takesBackWhatWasPaintedOnly();
     void choosesZonesInTheStrip();
     void boundsItsSize();
     void showsPicturesUnderItsCells();
@@ -146,6 +147,19 @@ void TestCellGrids::paints()
     QCOMPARE(editor->rows().join(u'/'), QString(painted).remove(u'-'));
     QCOMPARE(window.messages.texts(), QStringList());
     QVERIFY(window.window->isVisible()); // Escape is not for the window while something is painted
+}
+
+void TestCellGrids::takesBackWhatWasPaintedOnly()
+{
+    DescribedWindow window(page(Mask), {{"motion", storedRows("0000/0000/0000")}});
+    auto *editor = window.widget<CellGridEditor>();
+    editor->setFocus();
+    perform(*editor, "L0,0");
+    window.window->setValue("motion/cam0/MASK2/1111");
+    perform(*editor, "M1,0 Esc U");
+    QCOMPARE(editor->rows(), QStringList({"1000", "0000", "1111"}));
+    QCOMPARE(window.value("motion/cam0/MASK2"), "1111");
+    QVERIFY(window.window->isVisible());
 }
 
 void TestCellGrids::choosesZonesInTheStrip()
