@@ -1,8 +1,11 @@
 #include "DescribedWindow.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 #include <QTreeWidget>
 
 using namespace paravue::test;
@@ -145,6 +148,7 @@ private Q_SLOTS:
     void keepsWhatItCannotShow();
     void asksBeforeAPackageGoes_data();
     void asksBeforeAPackageGoes();
+    void marksRowsOfATable();
     void showsThatItHasTheFocus();
     void refusesUnknownTags();
 };
@@ -395,6 +399,34 @@ void TestLists::asksBeforeAPackageGoes()
     QCOMPARE(dialogs.title(), dialog);
     QCOMPARE(window.value("general/remove_package/name"), dialog == "softdodelete" ? name : "");
     QCOMPARE(packages.topLevelItemCount(), 3);
+}
+
+void TestLists::marksRowsOfATable()
+{
+    DescribedWindow window(describePage("<item type='list' width='300'><column width='60'>Name</column>"
+                                        "<column_source>users/untitled/NAME</column_source>"
+                                        "<row_count>users/untitled/CNT</row_count><column/></item>"),
+                           {{"users", QByteArray(Users).replace("=ann", "='ann of the long name'")}});
+    QTreeWidget &table = list(window);
+    table.setFocus(Qt::TabFocusReason);
+    const QList<std::pair<Qt::Key, QString>> steps{
+        {Qt::Key_End, "bob"},     {Qt::Key_Up, "ann of the long name"},
+        {Qt::Key_Home, "carl"},   {Qt::Key_PageDown, "bob"},
+        {Qt::Key_PageUp, "carl"}, {Qt::Key_Down, "ann of the long name"},
+        {Qt::Key_C, "carl"}};
+    for (const auto &[key, name] : steps) {
+        QTest::keyClick(&table, key);
+        QCOMPARE(selected(table), name);
+    }
+    click(table, "bob");
+    QCOMPARE(selected(table), "bob");
+    for (const char *name : {"bob", "ann of the long name"}) {
+        const QPoint place = table.visualItemRect(table.findItems(name, Qt::MatchExactly)[0]).topLeft();
+        QHelpEvent help(QEvent::ToolTip, place + QPoint(5, 5), table.mapToGlobal(place));
+        QApplication::sendEvent(table.viewport(), &help);
+        QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(),
+                 name == QString("bob") ? "" : name);
+    }
 }
 
 void TestLists::showsThatItHasTheFocus()
