@@ -41,8 +41,11 @@ bool ScheduleGrid::setCaptions(const QStringList &days, const QStringList &hours
 
 void ScheduleGrid::setPlan(const WeekPlan &plan)
 {
-    m_stroke.reset();
     m_plan = plan;
+    if (m_stroke) { // goes on: its Escape must not reach the window, nor bring back what has been replaced
+        m_stroke->before = plan;
+        paintTo(m_current);
+    }
     update();
 }
 

@@ -28,7 +28,7 @@ public:
     const QStringList &dayNames() const { return m_dayNames; }
 
     const WeekPlan &plan() const { return m_plan; }
-    /// Emits nothing. Ends what the mouse is doing.
+    /// Emits nothing. What the mouse is painting goes on upon it.
     void setPlan(const WeekPlan &plan);
     /// Changes the plan as the user does.
     void edit(const WeekPlan &plan);
