@@ -192,7 +192,7 @@ void TestSessionFunctions::hasItsEffect()
     QSignalSpy back(m_recorder.get(), &recorder::RecorderServer::cameBack);
     bool isProgressShown = false;
     connect(&session.store, &OrbSetup::progress, this, [&](int percent) {
-        const auto *text = find<QLabel>(*session.window, "Settings are being transferred");
+        const auto *text = find<QLabel>(*session.window, "Waiting for the recorder");
         isProgressShown |= percent == 0 && text && text->isVisible();
     });
     m_requests.clear();
