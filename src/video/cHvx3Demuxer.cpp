@@ -1,0 +1,124 @@
+#include "video/cHvx3Demuxer.h"
+
+namespace
+{
+
+enum StreamType : quint8 { NoStream = 0, VideoStream = 1, PlainStream = 2, TextStream = 4 };
+
+/// Texts by tag in the header.
+constexpr int CharsetTag = 1;
+constexpr int ClockTag = 2;
+
+constexpr quint64 MillisecondsPerSecond = 1000;
+
+/// A text of the stream without the zero byte that ends it there.
+QByteArray unterminated(const QByteArray &text)
+{
+    const qsizetype zero = text.indexOf('\0');
+    return zero < 0 ? text : text.first(zero);
+}
+
+QString decoderName(const QByteArray &label)
+{
+    const QByteArray name = unterminated(label);
+    if (name == "mp4v")
+        return QStringLiteral("mpeg4");
+    if (name == "mjpeg")
+        return QStringLiteral("mjpeg");
+    if (name == "H264")
+        return QStringLiteral("h264");
+    return {};
+}
+
+QString charsetName(const QByteArray &label)
+{
+    const QByteArray name = unterminated(label);
+    if (name == "-utf8")
+        return QStringLiteral("UTF-8");
+    if (name == "-koi8")
+        return QStringLiteral("KOI-8");
+    return {};
+}
+
+/// Calls \a slot of \a consumer, if there is one.
+template <typename... Arguments>
+void call(QObject *consumer, const char *slot, const Arguments &...arguments)
+{
+    if (consumer)
+        QMetaObject::invokeMethod(consumer, slot, Qt::DirectConnection, arguments...);
+}
+
+} // namespace
+
+cHvx3Demuxer::cHvx3Demuxer(QObject *parent) : QObject(parent) {}
+
+void cHvx3Demuxer::create()
+{
+    m_consumers.clear();
+}
+
+void cHvx3Demuxer::hdr_slot(HDR_T header)
+{
+    m_header = header;
+    Q_EMIT onCreate();
+
+    // A receiver may have fed the next header already; this one is still to be told whole.
+    const QList<STREAM_T> streams = header.streams;
+    const QList<QByteArray> texts = header.texts;
+    for (const STREAM_T &stream : streams)
+        createStream(stream);
+    const QString charset = charsetName(texts.value(CharsetTag));
+    createTitle(HeaderTextKey, charset, header.name);
+    call(consumer(ClockKey), "create",
+         Q_ARG(QString, QString::fromUtf8(unterminated(texts.value(ClockTag)))));
+    for (const STREAM_T &stream : streams) {
+        if (stream.streamType != NoStream)
+            createTitle(TitleKey + stream.streamId, charset, stream.label2);
+    }
+}
+
+void cHvx3Demuxer::idx_slot(IDX_T index)
+{
+    m_index = index;
+    showTime(m_index.value2 * MillisecondsPerSecond);
+}
+
+void cHvx3Demuxer::data_slot(DATA_T frame)
+{
+    if (!consumer(frame.streamId))
+        return;
+    if (frame.stream.streamType == VideoStream)
+        showTime(m_index.value2 * MillisecondsPerSecond + frame.word16);
+    // Whoever was told the time may have changed the consumers.
+    call(consumer(frame.streamId), "append", Q_ARG(QByteArray, frame.payload.value()));
+}
+
+void cHvx3Demuxer::createStream(const STREAM_T &stream)
+{
+    QObject *const user = consumer(stream.streamId);
+    switch (stream.streamType) {
+    case VideoStream:
+        call(user, "create", Q_ARG(QString, decoderName(stream.label1)));
+        break;
+    case PlainStream:
+        call(user, "create");
+        break;
+    case TextStream:
+        call(user, "create", Q_ARG(QString, charsetName(stream.label3)));
+        break;
+    default:
+        break;
+    }
+}
+
+void cHvx3Demuxer::createTitle(int key, const QString &charset, const QByteArray &title)
+{
+    call(consumer(key), "create", Q_ARG(QString, charset));
+    call(consumer(key), "append", Q_ARG(QByteArray, title));
+}
+
+void cHvx3Demuxer::showTime(quint64 milliseconds)
+{
+    Q_EMIT timer(milliseconds);
+    call(consumer(ClockKey), "append", Q_ARG(quint64, milliseconds));
+}
