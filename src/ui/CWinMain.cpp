@@ -62,10 +62,13 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     registerPictures();
     setWindowTitle(tr("Paravue Setup"));
     setWindowModality(Qt::ApplicationModal);
-    m_errors = std::make_unique<ErrorDisplay>(*this, [this](const QString &message) {
-        if (!isBuilt())
-            m_frame->loadingView().showFailure(message);
-    });
+    m_errors = std::make_unique<ErrorDisplay>(
+        *this,
+        [this](const QString &message) {
+            if (!isBuilt())
+                m_frame->loadingView().showFailure(message);
+        },
+        [this](const auto &wait) { m_session->retired.runLoop(wait); });
     m_session = std::make_unique<SetupSession>(
         *setup, *this,
         WindowServices{[this](const QString &message) { Q_EMIT pseudothrow(message); },
@@ -145,7 +148,7 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
     if (!isVisible())
         return;
     const QScopedValueRollback unattended(m_session->context.unattended(), false);
-    m_errors->suspend([&] { m_session->actions.suspend(wait); });
+    m_errors->suspend([&] { m_session->actions.suspend([&] { m_session->retired.runLoop(wait); }); });
 }
 
 void CWinMain::onSetupProgress(int percent)

@@ -7,6 +7,7 @@
 #include "ui/InterfaceDocument.h"
 #include "ui/PageArea.h"
 #include "ui/PageBuilder.h"
+#include "ui/RetiredWidgets.h"
 #include "ui/TimeTasks.h"
 #include "ui/UiLimits.h"
 #include "ui/WindowText.h"
@@ -34,8 +35,10 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
     const QPointer<QDialog> dialog = open(element);
     if (dialog)
         runModal(*dialog);
-    if (dialog)
+    if (dialog) {
         closed(dialog);
+        dialog->deleteLater();
+    }
 }
 
 bool DescribedDialogs::show(const QString &tag)
@@ -48,6 +51,7 @@ bool DescribedDialogs::show(const QString &tag)
     QDialog *dialog = open(element);
     if (!dialog)
         return false;
+    find(element)->isModal = false;
     QObject::connect(dialog, &QDialog::finished, &m_window, [this, dialog] { closed(dialog); });
     dialog->show();
     return true;
@@ -62,14 +66,15 @@ void DescribedDialogs::close(const QString &tag)
 
 void DescribedDialogs::closeAll()
 {
-    // The dialogs that run modally come back to run(), which then finds nothing left to do.
+    // The dialogs that are modal come back to run(), which deletes them.
     const std::vector<OpenDialog> open = std::exchange(m_open, {});
     for (const OpenDialog &entry : open) {
         release(entry);
         if (entry.dialog) {
             entry.dialog->disconnect(&m_window);
             entry.dialog->reject();
-            entry.dialog->deleteLater();
+            if (!entry.isModal)
+                m_parts.retired.add(entry.dialog, entry.loopsBegun);
         }
     }
 }
@@ -81,6 +86,7 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
         m_parts.context.report(tr("Too many dialogs are open at the same time"));
         return nullptr;
     }
+    const quint64 loopsBegun = m_parts.retired.loopsBegun();
     auto *dialog = new QDialog(&m_window);
     dialog->setWindowTitle(title(element));
     const int first = m_parts.table.nextNumber();
@@ -92,11 +98,14 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
     m_parts.builder.buildPage(element, page);
     const QList<int> controls = m_parts.table.numbersSince(first);
     m_parts.bindings.loadNew(controls);
-    m_open.push_back({element, dialog, controls, m_parts.tasks.add(element)});
+    m_open.push_back({element, dialog, controls, m_parts.tasks.add(element), true, loopsBegun});
     m_parts.actions.runCalls(element);
     dialog->installEventFilter(&m_window);
-    // Its own actions may have brought a new description.
-    return find(element) ? dialog : nullptr;
+    if (find(element))
+        return dialog;
+    // Its own actions have brought a new description.
+    dialog->deleteLater();
+    return nullptr;
 }
 
 DescribedDialogs::OpenDialog *DescribedDialogs::find(const QDomElement &element)
@@ -116,8 +125,8 @@ void DescribedDialogs::closed(QDialog *dialog)
     m_open.erase(found);
     release(open);
     dialog->hide();
-    // Later: the dialog may be closing in the middle of an action of one of its own buttons.
-    dialog->deleteLater();
+    if (!open.isModal)
+        m_parts.retired.add(dialog, open.loopsBegun);
 }
 
 void DescribedDialogs::release(const OpenDialog &open)

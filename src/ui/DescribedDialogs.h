@@ -21,6 +21,7 @@ class ControlContext;
 class ControlTable;
 class InterfaceDocument;
 class PageBuilder;
+class RetiredWidgets;
 class TimeTasks;
 
 /// The dialogs of the description. A dialog is found by the tag of any child of its element; it is built when
@@ -36,6 +37,7 @@ public:
         Bindings &bindings;
         ActionRunner &actions;
         TimeTasks &tasks;
+        RetiredWidgets &retired;
     };
 
     /// \a window owns the dialogs and is their event filter.
@@ -56,6 +58,8 @@ private:
         QPointer<QDialog> dialog;
         QList<int> controls;
         QList<QDomElement> tasks;
+        bool isModal = true;    ///< its end is waited for, and then it is deleted
+        quint64 loopsBegun = 0; ///< when it was built
     };
 
     /// Null when the dialog was closed while it was being opened, or when too many are open.

@@ -90,9 +90,8 @@ void DescribedFrame::buildPages(int shownPage)
     while (tabs->count() > 0) {
         QWidget *page = tabs->widget(0);
         tabs->removeTab(0);
-        // Deleted later: a button of the page may have started the load that now replaces it.
         page->setParent(m_retiredPages.get());
-        page->deleteLater();
+        m_session.retired.add(page);
     }
     const QDomElement element = m_session.document.root().firstChildElement(QStringLiteral("tabwidget"));
     tabs->setTabPosition(tabPosition(childText(element, QStringLiteral("tabposition"))));

@@ -54,8 +54,10 @@ void ErrorDisplay::suspend(const std::function<void()> &wait)
 void ErrorDisplay::showBox(const QString &message)
 {
     m_isOnScreen = true;
-    OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
-                       QMessageBox::NoButton);
+    m_runLoop([&] {
+        OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
+                           QMessageBox::NoButton);
+    });
     // Whoever reported this may go on to report what follows from it before the event loop runs again.
     QMetaObject::invokeMethod(
         &m_window, [this] { m_isOnScreen = false; }, Qt::QueuedConnection);

@@ -16,9 +16,12 @@ namespace paravue
 class ErrorDisplay
 {
 public:
-    /// The boxes stand above \a window. \a accepted learns of every message that is going to be shown.
-    ErrorDisplay(QWidget &window, std::function<void(const QString &)> accepted)
-        : m_window(window), m_accepted(std::move(accepted))
+    using RunLoop = std::function<void(const std::function<void()> &)>;
+
+    /// The boxes stand above \a window. \a accepted learns of every message that is going to be shown; \a
+    /// runLoop runs the event loop of a box.
+    ErrorDisplay(QWidget &window, std::function<void(const QString &)> accepted, RunLoop runLoop)
+        : m_window(window), m_accepted(std::move(accepted)), m_runLoop(std::move(runLoop))
     {
     }
 
@@ -40,6 +43,7 @@ private:
 
     QWidget &m_window;
     std::function<void(const QString &)> m_accepted;
+    RunLoop m_runLoop;
     QString m_deferred;   ///< the first message of the operation that runs
     int m_operations = 0; ///< operations that run, one inside the other
     bool m_isOnScreen = false;

@@ -10,6 +10,7 @@
 #include "ui/LocalPaths.h"
 #include "ui/PackageListEditor.h"
 #include "ui/PageBuilder.h"
+#include "ui/RetiredWidgets.h"
 #include "ui/TextResolver.h"
 #include "ui/TimeTasks.h"
 #include "ui/UserListEditor.h"
@@ -27,7 +28,7 @@ struct SetupSession {
           context(store, texts, table, services.report), paths(context, services.askAboutPath),
           actions(document, table, context), bindings(context, table, actions, paths),
           builder(context, table, window), tasks(context, actions),
-          dialogs(window, {document, table, context, builder, bindings, actions, tasks}),
+          dialogs(window, {document, table, context, builder, bindings, actions, tasks, retired}),
           users({document, table, context, bindings, dialogs}, services.showDialog),
           packages({document, table, context, bindings}, services.showDialog),
           files(window, {document, context, bindings, paths, services})
@@ -47,6 +48,7 @@ struct SetupSession {
     Bindings bindings;
     PageBuilder builder;
     TimeTasks tasks;
+    RetiredWidgets retired;
     DescribedDialogs dialogs;
     UserListEditor users;
     PackageListEditor packages;

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void closesWithTheWindow();
     void isNotShownWithoutTheWindow();
     void isNotShownOfAnOldDescription();
+    void outlivesWhatItsFieldsHaveOpened();
     void staysUsableAfterAnEndlessChain();
     void showsErrorsWhileItIsOpen();
 };
@@ -264,6 +265,45 @@ void TestDialogs::isNotShownOfAnOldDescription()
     QVERIFY(!dialogs.hasSeen());
     window.settle();
     QCOMPARE(window.widget<QLabel>()->text(), "New");
+}
+
+void TestDialogs::outlivesWhatItsFieldsHaveOpened()
+{
+    // Each field waits for the dialog that typing opens; in the last one a new description comes.
+    const auto field = [](const QByteArray &tag) {
+        return "<item type='edit'><action type='call' state='filled' slot='showDialog' param='" + tag +
+               "'>self</action></item>";
+    };
+    DescribedWindow window(describePage(field("box"), dialog("<box/>", field("inner")) +
+                                                          dialog("<inner/>", "<item type='label'/>")));
+    bool isTyping = true;
+    QStringList lost;
+    const auto type = [&](QWidget &place, const QString &name) {
+        connect(in<QLineEdit>(place), &QObject::destroyed, this, [&isTyping, &lost, name] {
+            if (isTyping)
+                lost << name;
+        });
+        QTest::keyClicks(in<QLineEdit>(place), "a");
+    };
+    bool isReplaced = false;
+    const auto act = [&](QWidget &dialog) {
+        if (in<QLineEdit>(dialog)) {
+            type(dialog, "field of a dialog");
+            return;
+        }
+        window.fixture.setFile("interface", describePage("<item type='label'><text>New</text></item>"));
+        window.fixture.store().load();
+        QTest::qWait(1);
+        isReplaced = true;
+    };
+    const ModalWatcher outer(act, "QDialog");
+    const ModalWatcher inner(act, "QDialog"); // the outer one is still typing
+    type(*window.page(), "field of the page");
+    isTyping = false;
+    QVERIFY(isReplaced);
+    QCOMPARE(lost, QStringList());
+    window.settle();
+    QVERIFY(window.window->findChildren<QLineEdit *>().isEmpty());
 }
 
 void TestDialogs::staysUsableAfterAnEndlessChain()
