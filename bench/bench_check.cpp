@@ -56,7 +56,7 @@ void checkPerControl(benchmark::State &state)
     const DescribedForm small(1000);
     paravue::bench::pairedRatio(
         state, [&] { large.check(); }, [&] { small.check(); },
-        {.limit = 1.5, .ourUnits = double(state.range(0)), .peerUnits = 1000});
+        {.limit = 2, .ourUnits = double(state.range(0)), .peerUnits = 1000});
 }
 BENCHMARK(checkPerControl)->Arg(10'000)->Apply(paravue::bench::applyPaired);
 

@@ -2,21 +2,20 @@
 
 #include "ui/ControlName.h"
 
-#include <QRegularExpression>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace paravue
 {
-namespace
-{
 
-bool isUniqueName(const QString &name)
+bool isUniqueName(QStringView name)
 {
-    static const QRegularExpression pattern(QStringLiteral("\\Alink[0-9]+\\z"));
-    return pattern.match(name).hasMatch();
+    constexpr QStringView prefix(u"link");
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const QStringView number = name.mid(prefix.size());
+    return name.startsWith(prefix) && !number.isEmpty() && std::all_of(number.begin(), number.end(), isDigit);
 }
-
-} // namespace
 
 QString AccessibleControl::text(QAccessible::Text kind) const
 {

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <QAccessibleWidget>
+#include <QStringView>
 
 namespace paravue
 {
+
+/// "link" and a number.
+bool isUniqueName(QStringView name);
 
 /// A control as assistive tools meet it: named as the user would name it. The accessible name that the widget
 /// carries is the control's unique one, which says nothing to anybody.

@@ -49,6 +49,14 @@ QStringList keySet(const QDomElement &element, int index)
     return result;
 }
 
+bool showCaption(QComboBox &box, int index, const QString &caption)
+{
+    if (box.itemText(index) == caption)
+        return false;
+    box.setItemText(index, caption);
+    return true;
+}
+
 // Both read and write a 24-hour clock, as neither has a marker for the half of the day.
 const QString storedFormat = QStringLiteral("yyyyMMddHHmmss");
 const QString writtenFormat = QStringLiteral("yyyyMMddhhmmss");
@@ -77,14 +85,12 @@ bool DropDownControl::load(ControlContext &context, const Control &control) cons
 {
     auto *box = qobject_cast<QComboBox *>(control.widget);
     const QSignalBlocker silent(box);
-    const QList<Choice> entries = choices(control.element);
+    // The texts are those of a moment ago when the first values come.
+    const QList<Choice> entries = control.loaded ? choices(control.element) : QList<Choice>();
     int current = box->currentIndex();
     bool changed = false;
     for (int i = 0; i < box->count(); ++i) {
-        if (const QString text = context.text(control, entries.value(i).caption); box->itemText(i) != text) {
-            box->setItemText(i, text);
-            changed = true;
-        }
+        changed |= control.loaded && showCaption(*box, i, context.text(control, entries.value(i).caption));
         const QString assignment = box->itemData(i).toString();
         if (assignment.isEmpty())
             continue;

@@ -27,7 +27,7 @@ namespace paravue
 namespace
 {
 
-const char *const controlMark = "paravueControl";
+const char *const windowMark = "paravueWindow";
 
 class AccessibleButton : public AccessibleControl
 {
@@ -296,7 +296,7 @@ QAccessible::Role plainRole(const QWidget *widget)
 QAccessibleInterface *createInterface(const QString &, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);
-    if (!widget || !widget->property(controlMark).isValid())
+    if (!widget || !(isUniqueName(widget->accessibleName()) || widget->property(windowMark).isValid()))
         return nullptr;
     if (auto *list = qobject_cast<QTreeView *>(widget))
         return new AccessibleList(list);
@@ -330,18 +330,30 @@ void installFactory(const QWidget *widget)
     QAccessible::installFactory(createInterface);
 }
 
+/// The toolkit keeps an interface from a widget's first event, and a caption that is set is one already.
+void dropEarlyInterface(QWidget *widget)
+{
+    QAccessibleInterface *early = QAccessible::queryAccessibleInterface(widget);
+    if (early && !dynamic_cast<AccessibleControl *>(early))
+        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(early));
+}
+
 } // namespace
 
-void describeToAssistiveTools(QWidget *widget)
+void describeToAssistiveTools(QWidget *window)
+{
+    installFactory(window);
+    window->setProperty(windowMark, true);
+    dropEarlyInterface(window);
+}
+
+void describeToAssistiveTools(QWidget *widget, const QString &uniqueName)
 {
     installFactory(widget);
     if (widget->parentWidget())
         forgetLabels(*widget->parentWidget()); // the page is growing
-    widget->setProperty(controlMark, true);
-    // The toolkit keeps an interface from its first event, and a caption that is set is one already.
-    QAccessibleInterface *early = QAccessible::queryAccessibleInterface(widget);
-    if (early && !dynamic_cast<AccessibleControl *>(early))
-        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(early));
+    widget->setAccessibleName(uniqueName);
+    dropEarlyInterface(widget);
 }
 
 } // namespace paravue

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class QWidget;
 
 namespace paravue
@@ -10,11 +12,10 @@ namespace paravue
 /// by its own caption (of a window: its title), else by the label left of it or above it in its grid or one
 /// whose buddy it is, else by its tool tip. Roles, states, values and actions are those of the toolkit; the
 /// text of a password field is never given away. Names are worked out when somebody asks for one.
-///
-/// Lists stay with the toolkit's own table, which has no other name than the accessible one: their label is
-/// the table's description.
 
-/// Makes the interface of \a widget one that knows this. Safe to call again.
-void describeToAssistiveTools(QWidget *widget);
+/// Makes the interface of the setup window one that knows this, before it has a unique name.
+void describeToAssistiveTools(QWidget *window);
+/// Gives \a widget its unique name, and an interface that knows this. Safe to call again.
+void describeToAssistiveTools(QWidget *widget, const QString &uniqueName);
 
 } // namespace paravue

@@ -30,8 +30,7 @@ Control &ControlTable::add(const QDomElement &element, const ControlType *type)
 void ControlTable::attach(Control &control, QWidget *widget)
 {
     control.widget = widget;
-    describeToAssistiveTools(widget);
-    widget->setAccessibleName(control.name);
+    describeToAssistiveTools(widget, control.name);
     m_document.append(control.element, control.name);
     QDomElement decoration = m_document.append(control.element, widgetTag);
     decoration.setAttribute(QStringLiteral("address"), control.number);
