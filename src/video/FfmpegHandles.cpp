@@ -5,6 +5,8 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+static_assert(LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(59, 37, 100), "FFmpeg 5.1 or later is needed");
+
 namespace paravue
 {
 
