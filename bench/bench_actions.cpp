@@ -108,12 +108,3 @@ void tickOfTasksAtRest(benchmark::State &state)
 BENCHMARK(tickOfTasksAtRest)->Arg(100)->Apply(paravue::bench::applyPaired);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -6,7 +6,6 @@
 #include "store/OrbSetup.h"
 #include "ui/CWinMain.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -81,12 +80,3 @@ void changeOfOneUser(benchmark::State &state)
 BENCHMARK(changeOfOneUser)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

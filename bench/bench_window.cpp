@@ -8,7 +8,7 @@
 #include "store/OrbSetup.h"
 #include "ui/CWinMain.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QFile>
 #include <QLineEdit>
 #include <QTemporaryDir>
@@ -157,12 +157,3 @@ void editInALargeWindow(benchmark::State &state)
 BENCHMARK(editInALargeWindow)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
