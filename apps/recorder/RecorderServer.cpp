@@ -17,6 +17,8 @@ constexpr int MaxClients = 32;
 constexpr int RestartNotice = 100;
 constexpr int RetryToListen = 500;
 
+const QString streamsFile = QStringLiteral("streams");
+
 } // namespace
 
 RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
@@ -31,6 +33,10 @@ RecorderServer::RecorderServer(const QString &dataDir, const QString &model, QOb
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
     m_goingDown.setSingleShot(true);
     m_comingBack.setSingleShot(true);
+    connect(this, &RecorderServer::fileReceived, this, [this](const QString &name, const QByteArray &body) {
+        if (name == streamsFile)
+            m_ptz.readFile(body);
+    });
     connect(&m_goingDown, &QTimer::timeout, this, &RecorderServer::goDown);
     connect(&m_comingBack, &QTimer::timeout, this, &RecorderServer::comeBack);
 }
@@ -55,6 +61,7 @@ bool RecorderServer::listen(const QHostAddress &address, quint16 port)
     m_error.clear();
     if (!m_service->folder().prepare(m_error))
         return false;
+    m_ptz.readFile(m_service->folder().read(streamsFile).value_or(QByteArray()));
     if (m_server.listen(address, port))
         return true;
     m_error = m_server.errorString();

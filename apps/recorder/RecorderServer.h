@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ConnectionTiming.h"
+#include "PtzState.h"
 
 #include <QHash>
 #include <QHostAddress>
@@ -25,7 +26,8 @@ class ConfigService;
 /// A missing or empty folder is filled with the files of the shipped model ("interface.xml", the files
 /// "streams", "net", "time", "timers", "soft", "disk", "users" and "state", and the stored "emails"). What a
 /// client sends replaces a file whole, byte for byte, or not at all. Files may be changed on disk while the
-/// server runs; the next request sees them.
+/// server runs; the next request sees them. The turning camera knows what "streams" held when the server
+/// began to listen, and what a client has sent since.
 ///
 /// Everything runs in the thread of the event loop; a server never blocks it, so tests can use one in
 /// process.
@@ -68,6 +70,8 @@ public:
     /// interface.xml).
     QString filePath(const QString &name) const;
 
+    const PtzState &ptz() const { return m_ptz; }
+
     int clientCount() const;
     /// Login names of the clients that are logged in now, in no particular order.
     QStringList loggedInUsers() const;
@@ -92,6 +96,7 @@ private:
     void applyTiming();
 
     std::unique_ptr<ConfigService> m_service;
+    PtzState m_ptz;
     QTcpServer m_server;
     QHash<int, Connection *> m_clients; // children of the server
     QString m_error;
