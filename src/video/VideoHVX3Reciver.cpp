@@ -1,0 +1,116 @@
+#include "video/VideoHVX3Reciver.h"
+
+#include "video/VideoLimits.h"
+#include "video/cFfmpegDecoder.h"
+#include "video/cHvx3Demuxer.h"
+#include "video/cHvx3Parser.h"
+
+#include <QTcpSocket>
+
+#include <utility>
+
+namespace
+{
+
+constexpr quint16 UsualPort = 5049;
+constexpr int PictureStream = 0;
+const QByteArray Acknowledgement = QByteArrayLiteral("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+
+/// Ports above 32767 are stored as negative numbers. What is no 16-bit number is 0.
+quint16 portOf(const QString &text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    const bool fits = isNumber && number >= -0x8000 && number <= 0xFFFF;
+    return fits ? static_cast<quint16>(number) : 0;
+}
+
+/// Counts the pictures of all receivers together. Deliberate: shown are those whose number has this bit, so
+/// four in a row of every eight.
+unsigned int pictureCount = 0;
+constexpr unsigned int ShownBit = 4;
+
+} // namespace
+
+VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
+    : QObject(parent), m_element(element), m_socket(new QTcpSocket(this)), m_parser(new cHvx3Parser(this)),
+      m_demuxer(new cHvx3Demuxer(this)), m_decoder(new cFfmpegDecoder(this))
+{
+    m_parser->setMaxFrameSize(paravue::MaxFrameBytes);
+    m_demuxer->consumers()[PictureStream] = m_decoder;
+
+    connect(m_parser, &cHvx3Parser::onHDR, m_demuxer, &cHvx3Demuxer::hdr_slot);
+    connect(m_parser, &cHvx3Parser::onIDX, m_demuxer, &cHvx3Demuxer::idx_slot);
+    connect(m_parser, &cHvx3Parser::onDATA, m_demuxer, &cHvx3Demuxer::data_slot);
+    connect(m_decoder, &cFfmpegDecoder::onFrame, this, &VideoHVX3Reciver::imageReady);
+    connect(m_socket, &QTcpSocket::connected, this, &VideoHVX3Reciver::connected);
+    connect(m_socket, &QTcpSocket::errorOccurred, this, &VideoHVX3Reciver::error);
+    connect(m_socket, &QTcpSocket::readyRead, this, &VideoHVX3Reciver::readyRead);
+    connect(m_socket, &QTcpSocket::disconnected, this, &VideoHVX3Reciver::disconnected);
+    connectToRecorder();
+}
+
+VideoHVX3Reciver::~VideoHVX3Reciver() = default;
+
+void VideoHVX3Reciver::connected()
+{
+    const QString login =
+        QStringLiteral("\x01LOGIN=%1\r\nPASS=%2\r\n")
+            .arg(urlAttribute(QStringLiteral("login")), urlAttribute(QStringLiteral("password")));
+    m_socket->write(login.toUtf8());
+    m_state = LoggingIn;
+}
+
+void VideoHVX3Reciver::error(QAbstractSocket::SocketError error)
+{
+    if (error != QAbstractSocket::RemoteHostClosedError)
+        m_received.clear();
+}
+
+void VideoHVX3Reciver::readyRead()
+{
+    m_received += m_socket->readAll();
+    switch (m_state) {
+    case Connecting:
+        break;
+    case LoggingIn:
+        // Deliberate: what has come behind the acknowledgement waits for the next bytes.
+        lookForAcknowledgement();
+        break;
+    case Streaming:
+        m_parser->append(std::exchange(m_received, {}));
+        break;
+    }
+}
+
+void VideoHVX3Reciver::disconnected() {}
+
+void VideoHVX3Reciver::imageReady(const QImage &image)
+{
+    ++pictureCount;
+    // The next picture is decoded into the same memory, which a pixmap may share with its image.
+    if (pictureCount & ShownBit)
+        Q_EMIT pixmapReady(QPixmap::fromImage(image.copy()));
+}
+
+void VideoHVX3Reciver::connectToRecorder()
+{
+    const QStringList parts = urlAttribute(QStringLiteral("parsed")).split(QLatin1Char(':'));
+    m_socket->connectToHost(parts.first(), parts.size() < 2 ? UsualPort : portOf(parts.at(1)));
+}
+
+QString VideoHVX3Reciver::urlAttribute(const QString &name) const
+{
+    return m_element.firstChildElement(QStringLiteral("url")).attribute(name);
+}
+
+void VideoHVX3Reciver::lookForAcknowledgement()
+{
+    if (m_received.startsWith(Acknowledgement)) {
+        m_received.remove(0, Acknowledgement.size());
+        m_state = Streaming;
+    } else {
+        // Once these bytes are others, nothing that follows them can be an answer.
+        m_received.truncate(Acknowledgement.size());
+    }
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QAbstractSocket>
+#include <QDomElement>
+#include <QImage>
+#include <QObject>
+#include <QPixmap>
+
+class QTcpSocket;
+class cFfmpegDecoder;
+class cHvx3Demuxer;
+class cHvx3Parser;
+
+/// Shows the live video of one recorder, from its construction until it is destroyed.
+///
+/// It connects to the video service, logs in, and decodes stream 0 of what then comes
+/// (docs/stream-format.md). It reports no state and does not connect again: who wants to know how the
+/// connection is asks its QTcpSocket, which is a child of it, as the parser, the demuxer and the decoder are.
+class VideoHVX3Reciver : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The child "url" of \a element has the attributes "parsed", which is host[:port], "login" and
+    /// "password"; the port is 5049 unless it is given. Whatever is missing counts as empty.
+    explicit VideoHVX3Reciver(QObject *parent, const QDomElement &element);
+    ~VideoHVX3Reciver() override;
+
+Q_SIGNALS:
+    /// A picture to show; it is the receiver's own and stays as it is.
+    void pixmapReady(const QPixmap &pixmap);
+
+public Q_SLOTS:
+    void connected();
+    void error(QAbstractSocket::SocketError error);
+    void readyRead();
+    void disconnected();
+    void imageReady(const QImage &image);
+
+protected:
+    QTcpSocket &socket() { return *m_socket; }
+    /// For consumers of further streams.
+    cHvx3Demuxer &demuxer() { return *m_demuxer; }
+
+private:
+    enum State { Connecting = 0, LoggingIn = 1, Streaming = 2 };
+
+    void connectToRecorder();
+    QString urlAttribute(const QString &name) const;
+    void lookForAcknowledgement();
+
+    QDomElement m_element;
+    QByteArray m_received;
+    State m_state = Connecting;
+    QTcpSocket *const m_socket; // these four are children
+    cHvx3Parser *const m_parser;
+    cHvx3Demuxer *const m_demuxer;
+    cFfmpegDecoder *const m_decoder;
+};

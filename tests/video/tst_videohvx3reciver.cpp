@@ -1,0 +1,254 @@
+#include "support/EncodedClip.h"
+#include "support/FakeRecorder.h"
+#include "support/Hvx3Bytes.h"
+#include "support/TestTable.h"
+#include "video/VideoHVX3Reciver.h"
+#include "video/cHvx3Parser.h"
+
+#include <QNetworkProxy>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QTcpSocket>
+
+#include <memory>
+
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Login = "\x01LOGIN=guest\r\nPASS=secret\r\n";
+const QByteArray Acknowledgement = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
+
+QDomElement describedTask(const QString &parsed, const QString &login = "guest",
+                          const QString &password = "secret")
+{
+    QDomDocument document;
+    QDomElement task = document.createElement("timetask");
+    QDomElement url = document.createElement("url");
+    url.setAttribute("parsed", parsed);
+    url.setAttribute("login", login);
+    url.setAttribute("password", password);
+    task.appendChild(url);
+    return task;
+}
+
+/// A receiver that is connected to a recorder, and what it has shown.
+class Viewer
+{
+public:
+    explicit Viewer(const FakeRecorder &recorder)
+        : receiver(std::make_unique<VideoHVX3Reciver>(
+              nullptr, describedTask("127.0.0.1:" + QString::number(recorder.port())))),
+          headers(receiver->findChild<cHvx3Parser *>(), &cHvx3Parser::onHDR),
+          reads(receiver->findChild<QTcpSocket *>(), &QTcpSocket::readyRead)
+    {
+        QObject::connect(receiver.get(), &VideoHVX3Reciver::pixmapReady, receiver.get(),
+                         [this](const QPixmap &pixmap) { shown << shownNumber(pixmap.toImage()); });
+    }
+
+    bool isClosed() const
+    {
+        return receiver->findChild<QTcpSocket *>()->state() == QAbstractSocket::UnconnectedState;
+    }
+
+    std::unique_ptr<VideoHVX3Reciver> receiver;
+    QSignalSpy headers;
+    QSignalSpy reads;
+    QList<int> shown;
+};
+
+/// Makes the next picture of the process the first one of the eight of which the latter four are shown.
+void startCountingPictures()
+{
+    VideoHVX3Reciver receiver(nullptr, QDomElement());
+    QSignalSpy shown(&receiver, &VideoHVX3Reciver::pixmapReady);
+    const auto isShown = [&] {
+        shown.clear();
+        receiver.imageReady(QImage(1, 1, QImage::Format_RGB32));
+        return !shown.isEmpty();
+    };
+    while (!isShown()) {
+    }
+    while (isShown()) {
+    }
+}
+
+QByteArray streamOf(const EncodedClip &clip, const QByteArray &label)
+{
+    QByteArray bytes = hvx3Header({{.label1 = label}}) + hvx3Index(1000);
+    for (const QByteArray &picture : clip.pictures)
+        bytes += hvx3Frame(0, picture, 1000);
+    return bytes;
+}
+
+} // namespace
+
+class TestVideoHVX3Reciver : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { startCountingPictures(); }
+    void showsHalfOfThePictures_data();
+    void showsHalfOfThePictures();
+    void readsTheAddress_data();
+    void readsTheAddress();
+    void logsInWithUtf8();
+    void waitsForTheAcknowledgement_data();
+    void waitsForTheAcknowledgement();
+    void keepsWhatWaitsWhenTheRecorderCloses_data();
+    void keepsWhatWaitsWhenTheRecorderCloses();
+    void countsThePicturesOfAllReceivers();
+    void givesPicturesAway();
+};
+
+void TestVideoHVX3Reciver::showsHalfOfThePictures_data()
+{
+    const TestTable<QByteArray, QByteArray> row("encoder", "label");
+    row("H.264", "libx264", "H264");
+    row("MPEG-4", "mpeg4", "mp4v");
+    row("motion JPEG", "mjpeg", "mjpeg");
+}
+
+void TestVideoHVX3Reciver::showsHalfOfThePictures()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(QByteArray, label);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+    const EncodedClip clip = encodeClip({.encoder = encoder, .size = {180, 144}, .pictures = 17});
+    FakeRecorder recorder;
+    recorder.expect(Login).send(Acknowledgement).send(streamOf(clip, label)).close();
+    Viewer viewer(recorder);
+    QTRY_COMPARE(viewer.shown, QList<int>({3, 4, 5, 6, 11, 12, 13, 14}));
+    // The connection is not made again.
+    QTRY_VERIFY(viewer.isClosed());
+    QCOMPARE(recorder.connectionCount(), 1);
+    QCOMPARE(recorder.problem(), QString());
+}
+
+void TestVideoHVX3Reciver::readsTheAddress_data()
+{
+    const TestTable<QString, QByteArray> row("parsed", "asked");
+    row("no port", "10.0.0.5", "10.0.0.5:5049");
+    row("no number", "10.0.0.5:x", "10.0.0.5:0");
+    row("empty port", "10.0.0.5:", "10.0.0.5:0");
+    row("negative port", "10.0.0.5:-25536", "10.0.0.5:40000");
+    row("largest port", "10.0.0.5:65535", "10.0.0.5:65535");
+    row("smallest port", "10.0.0.5:-32768", "10.0.0.5:32768");
+    row("too large", "10.0.0.5:65536", "10.0.0.5:0");
+    row("too small", "10.0.0.5:-32769", "10.0.0.5:0");
+    row("two colons", "recorder:80:81", "recorder:80");
+}
+
+void TestVideoHVX3Reciver::readsTheAddress()
+{
+    QFETCH(QString, parsed);
+    QFETCH(QByteArray, asked);
+    // A proxy is told where the connection is to lead.
+    const FakeRecorder proxy;
+    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", proxy.port()));
+    const auto restore = qScopeGuard([] { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); });
+    const VideoHVX3Reciver receiver(nullptr, describedTask(parsed));
+    QTRY_VERIFY(proxy.received().contains('\n'));
+    QCOMPARE(proxy.received().split(' ').value(1), asked);
+}
+
+void TestVideoHVX3Reciver::logsInWithUtf8()
+{
+    const QString login = QStringLiteral("\u0413\u043e\u0441\u0442\u044c %2");
+    FakeRecorder recorder;
+    recorder.expect("\x01LOGIN=" + login.toUtf8() + "\r\nPASS=\r\n").expectClosed();
+    auto receiver = std::make_unique<VideoHVX3Reciver>(
+        nullptr, describedTask("127.0.0.1:" + QString::number(recorder.port()), login, ""));
+    QTRY_VERIFY(recorder.received().endsWith("PASS=\r\n"));
+    receiver.reset();
+    QTRY_COMPARE(recorder.problem(), QString());
+}
+
+void TestVideoHVX3Reciver::waitsForTheAcknowledgement_data()
+{
+    const TestTable<QByteArrayList, QList<int>> row("answers", "headersAfterReads");
+    const QByteArray header = hvx3Header({{}});
+    row("split", {Acknowledgement.first(11), Acknowledgement.sliced(11), header}, {0, 0, 1});
+    row("waits behind it", {Acknowledgement + header.first(20), header.sliced(20) + header}, {0, 2});
+    row("waits for any byte", {Acknowledgement + header, "x"}, {0, 1});
+    row("refused", {FakeRecorder::frame({}, "VORN_ANSWER=ERROR:1\r\n"), Acknowledgement, header}, {0, 0, 0});
+    row("one wrong byte", {"l" + Acknowledgement.sliced(1), Acknowledgement, header}, {0, 0, 0});
+    row("late", {"\n", Acknowledgement, header}, {0, 0, 0});
+}
+
+void TestVideoHVX3Reciver::waitsForTheAcknowledgement()
+{
+    QFETCH(QByteArrayList, answers);
+    QFETCH(QList<int>, headersAfterReads);
+    FakeRecorder recorder;
+    recorder.expect(Login);
+    for (const QByteArray &answer : answers)
+        recorder.send(answer);
+    Viewer viewer(recorder);
+    QList<int> headers;
+    QObject::connect(viewer.receiver->findChild<QTcpSocket *>(), &QTcpSocket::readyRead,
+                     viewer.receiver.get(), [&] { headers << int(viewer.headers.size()); });
+    QTRY_COMPARE(headers.size(), answers.size());
+    QCOMPARE(headers, headersAfterReads);
+}
+
+void TestVideoHVX3Reciver::keepsWhatWaitsWhenTheRecorderCloses_data()
+{
+    const TestTable<QByteArray, QAbstractSocket::SocketError, QByteArray, int> row("first", "error", "second",
+                                                                                   "headers");
+    const QByteArray header = hvx3Header({{}});
+    row("closed", Acknowledgement + header, QAbstractSocket::RemoteHostClosedError, header, 3);
+    row("failed", Acknowledgement + header, QAbstractSocket::NetworkError, header, 2);
+    row("closed after rubbish", "rubbish", QAbstractSocket::RemoteHostClosedError, Acknowledgement, 0);
+    row("failed after rubbish", "rubbish", QAbstractSocket::NetworkError, Acknowledgement, 1);
+}
+
+void TestVideoHVX3Reciver::keepsWhatWaitsWhenTheRecorderCloses()
+{
+    QFETCH(QByteArray, first);
+    QFETCH(QAbstractSocket::SocketError, error);
+    QFETCH(QByteArray, second);
+    FakeRecorder recorder;
+    recorder.expect(Login).send(first).send(second).send(hvx3Header({{}}));
+    Viewer viewer(recorder);
+    QVERIFY(viewer.reads.wait());
+    viewer.receiver->error(error);
+    QTRY_COMPARE(viewer.reads.size(), 3);
+    QTEST(int(viewer.headers.size()), "headers");
+}
+
+void TestVideoHVX3Reciver::countsThePicturesOfAllReceivers()
+{
+    VideoHVX3Reciver receivers[2] = {VideoHVX3Reciver(nullptr, {}), VideoHVX3Reciver(nullptr, {})};
+    QList<int> shown;
+    for (int number = 1; number <= 24; ++number) {
+        VideoHVX3Reciver &receiver = receivers[number % 3 == 0];
+        QSignalSpy pixmaps(&receiver, &VideoHVX3Reciver::pixmapReady);
+        receiver.imageReady(QImage(8, 8, QImage::Format_RGB32));
+        if (!pixmaps.isEmpty())
+            shown << number;
+    }
+    QCOMPARE(shown, QList<int>({4, 5, 6, 7, 12, 13, 14, 15, 20, 21, 22, 23}));
+}
+
+void TestVideoHVX3Reciver::givesPicturesAway()
+{
+    VideoHVX3Reciver receiver(nullptr, {});
+    QList<QPixmap> shown;
+    connect(&receiver, &VideoHVX3Reciver::pixmapReady, this, [&](const QPixmap &pixmap) { shown << pixmap; });
+    // As the decoder does it: one picture after the other in the same memory.
+    QList<QRgb> memory(8 * 8);
+    for (QRgb colour = 0xff000001; colour <= 0xff000005; ++colour) {
+        memory.fill(colour);
+        receiver.imageReady(QImage(reinterpret_cast<uchar *>(memory.data()), 8, 8, QImage::Format_RGB32));
+    }
+    QCOMPARE(shown.size(), 2);
+    QCOMPARE(shown[0].toImage().pixel(7, 7), 0xff000004);
+    QCOMPARE(shown[1].toImage().pixel(7, 7), 0xff000005);
+}
+
+QTEST_MAIN(TestVideoHVX3Reciver)
+#include "tst_videohvx3reciver.moc"
