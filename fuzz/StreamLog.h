@@ -1,0 +1,40 @@
+#pragma once
+
+#include "video/Hvx3Records.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+
+class cHvx3Parser;
+
+namespace paravue::fuzz
+{
+
+/// Writes down what a parser emits, and requires of each record what holds for all streams.
+class StreamLog : public QObject
+{
+public:
+    /// \a parser must not have been fed yet.
+    explicit StreamLog(const cHvx3Parser &parser);
+
+    /// Every field of every record, so that equal logs mean equal records. The records themselves are not
+    /// kept: the parser uses their memory again.
+    const QList<QByteArray> &records() const { return m_records; }
+    /// The bytes of the stream that the records took at the least.
+    qint64 usedBytes() const { return m_usedBytes; }
+
+private:
+    void noteHeader(const HDR_T &header);
+    void noteIndex(const IDX_T &index);
+    void noteFrame(const DATA_T &frame);
+    bool isAnnounced(const STREAM_T &stream) const;
+
+    QList<QByteArray> m_records;
+    QList<STREAM_T> m_streams;
+    qint64 m_usedBytes = 0;
+    bool m_headerSeen = false;
+    bool m_indexSeen = false;
+};
+
+} // namespace paravue::fuzz

@@ -1,0 +1,108 @@
+// Whatever a stream is and however it is cut, its records are the same, make sense, and are held in no more
+// memory than the limit allows.
+//
+// Input: a byte that chooses the limit, one that chooses the borders, the stream.
+
+#include "FuzzInput.h"
+#include "Require.h"
+#include "StreamLog.h"
+
+#include "video/cHvx3Parser.h"
+
+#include <sanitizer/allocator_interface.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+using namespace paravue::fuzz;
+
+namespace
+{
+
+constexpr std::array<int, 8> Limits = {std::numeric_limits<int>::max(), 1, 16, 64, 256, 1024, 4096, 65536};
+
+/// How much of one stream the memory is measured with, and what a parser may hold of it: the buffer that it
+/// keeps, and for each byte of the limit the descriptor of a stream, of which five bytes make one.
+constexpr qsizetype LongStream = 128 * 1024;
+constexpr qint64 KeptMemory = 64 * 1024;
+constexpr qint64 MemoryPerByte = 128;
+
+struct Parsed {
+    QList<QByteArray> records;
+    Hvx3Losses losses;
+    bool operator==(const Parsed &other) const
+    {
+        return records == other.records && losses.bytes == other.losses.bytes &&
+               losses.gaps == other.losses.gaps && losses.fragments == other.losses.fragments &&
+               losses.frames == other.losses.frames;
+    }
+};
+
+void checkLosses(const Hvx3Losses &losses, qint64 usedBytes, qint64 size)
+{
+    require(losses.bytes >= 0 && losses.gaps >= 0 && losses.fragments >= 0 && losses.frames >= 0,
+            "losses are counts");
+    require(losses.gaps <= losses.bytes, "a gap has a byte at least");
+    // Each of them took the head of a data record.
+    const qint64 lostHeads = 4 * (losses.fragments + losses.frames);
+    require(losses.bytes + lostHeads + usedBytes <= size, "no byte is counted twice");
+}
+
+Parsed parse(const QList<QByteArray> &pieces, int limit)
+{
+    cHvx3Parser parser;
+    parser.setMaxFrameSize(limit);
+    const StreamLog log(parser);
+    qint64 fed = 0;
+    for (const QByteArray &piece : pieces) {
+        parser.append(piece);
+        fed += piece.size();
+        checkLosses(parser.losses(), log.usedBytes(), fed);
+    }
+    return {log.records(), parser.losses()};
+}
+
+QList<QByteArray> singleBytes(const QByteArray &stream)
+{
+    QList<QByteArray> bytes;
+    for (const char byte : stream)
+        bytes << QByteArray(1, byte);
+    return bytes;
+}
+
+/// The stream again and again: what is held must not grow with it.
+void checkMemory(const QList<QByteArray> &pieces, qsizetype size, int limit)
+{
+    const auto before = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+    const qint64 allowed = KeptMemory + 4 * size + MemoryPerByte * limit;
+    cHvx3Parser parser;
+    parser.setMaxFrameSize(limit);
+    for (qsizetype fed = 0; fed < LongStream; fed += size) {
+        for (const QByteArray &piece : pieces)
+            parser.append(piece);
+        const auto now = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+        require(now - before <= allowed, "the memory has the bound that the limit gives it");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    FuzzInput input(data, size);
+    const int limit = Limits[input.takeByte() % Limits.size()];
+    const quint8 seed = input.takeByte();
+    const QByteArray stream = input.rest();
+    if (stream.isEmpty())
+        return 0;
+
+    const QList<QByteArray> pieces = cutAtRandom(stream, seed);
+    const Parsed whole = parse({stream}, limit);
+    require(parse(singleBytes(stream), limit) == whole, "single bytes give the same records");
+    require(parse(pieces, limit) == whole, "pieces give the same records");
+    // A sixteenth of the inputs, as it takes ten times as long as the rest.
+    if (seed % 16 == 0 && limit <= 4096)
+        checkMemory(pieces, stream.size(), limit);
+    return 0;
+}
