@@ -158,6 +158,18 @@ void ActionCheck::picture(const QDomElement &task)
         if (target.widgetClass->indexOfSlot("setPixmap(QPixmap)") < 0)
             m_problems.error(task, tr("%1 shows no pictures").arg(target.name));
     }
+    if (const QDomElement ptz = task.firstChildElement(QStringLiteral("ptz")); !ptz.isNull())
+        turningCamera(task, ptz);
+}
+
+void ActionCheck::turningCamera(const QDomElement &task, const QDomElement &ptz)
+{
+    if (task.attribute(typeName) != QLatin1String("startVideoOnline"))
+        m_problems.warning(ptz, tr("Only live video tells where a camera looks"));
+    for (const ActionTarget &target : targets(ptz, ptz.text().trimmed())) {
+        if (target.widgetClass->indexOfSlot("slot_Set_PTZ_pos(QString)") < 0)
+            m_problems.error(ptz, tr("%1 shows no position of a camera").arg(target.name));
+    }
 }
 
 } // namespace paravue

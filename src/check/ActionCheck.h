@@ -30,6 +30,7 @@ private:
     void whetherItRuns(const QDomElement &action, bool isCall);
     void call(const QDomElement &action);
     void picture(const QDomElement &task);
+    void turningCamera(const QDomElement &task, const QDomElement &ptz);
     /// One target of each class that \a tag leads to; reports at \a at when there is none.
     QList<ActionTarget> targets(const QDomElement &at, const QString &tag);
 

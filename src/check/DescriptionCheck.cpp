@@ -127,7 +127,7 @@ private:
     /// Addresses are no texts for the user: what looks like a reference there is none.
     static bool isText(const QString &tag)
     {
-        static const QSet<QString> others{"key", "keyset", "column_source", "row_count", "target"};
+        static const QSet<QString> others{"key", "keyset", "column_source", "row_count", "target", "ptz"};
         return !others.contains(tag);
     }
 

@@ -178,6 +178,15 @@ void TestDescriptionCheck::findsProblems_data()
     row("picture task", window("<timetask type='v3getjpeg'><target>main</target></timetask><main/>"),
         {"1:18 error: A task that fetches pictures needs a \"url\"",
          "1:18 error: The window shows no pictures"});
+    const QByteArray turning = "'><url>u</url><target>m</target><ptz>";
+    row("turning camera",
+        "<pvsetup><window>\n<timetask type='startVideoOnline" + turning + "m</ptz></timetask>" +
+            "\n<timetask type='startVideoOnline" + turning + "w</ptz></timetask>" +
+            "\n<timetask type='v3getjpeg" + turning + "n</ptz></timetask><w/></window><tabwidget><tab>" +
+            "<item type='gridlayout'><item "
+            "type='PTZcrossView'><m/></item></item></tab></tabwidget></pvsetup>",
+        {"3:65 error: The window shows no position of a camera", "4:58 error: There is no tag \"n\"",
+         "4:58 warning: Only live video tells where a camera looks"});
 
     // Parameters of the window's slots.
     row("no value", description(button(call("setValue", "net/untitled/IP"))),
