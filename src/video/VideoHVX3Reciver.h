@@ -41,6 +41,8 @@ protected:
     QTcpSocket &socket() { return *m_socket; }
     /// For consumers of further streams.
     cHvx3Demuxer &demuxer() { return *m_demuxer; }
+    /// True once the recorder has acknowledged the login.
+    bool isStreaming() const { return m_state == Streaming; }
 
 private:
     enum State { Connecting = 0, LoggingIn = 1, Streaming = 2 };

@@ -35,6 +35,8 @@ public:
 
     /// To be filled before the stream begins: consumers()[streamId] = decoder.
     Consumers &consumers() { return m_consumers; }
+    /// The last one that has come; without streams while there was none.
+    const HDR_T &header() const { return m_header; }
 
 Q_SIGNALS:
     /// The time of the stream: at each index record and before each frame of a video stream with a consumer.
