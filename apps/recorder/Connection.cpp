@@ -3,8 +3,6 @@
 #include "ConfigService.h"
 #include "LogText.h"
 
-#include <QTcpSocket>
-
 #include <algorithm>
 #include <limits>
 
@@ -15,7 +13,6 @@ namespace
 {
 
 constexpr char LoginByte = 0x04;
-constexpr qsizetype ReadPiece = 64 * 1024;
 constexpr qint64 MaxUnsent = 1024 * 1024;
 constexpr int MaxRefusals = 5;
 constexpr int LoginPatience = 30 * 1000;
@@ -54,24 +51,15 @@ qsizetype mostBytes(const Command &command)
 
 Connection::Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
                        QObject *parent)
-    : QObject(parent), m_socket(socket), m_service(service), m_timing(timing)
+    : Client(socket, parent), m_service(service), m_timing(timing)
 {
-    m_socket->setParent(this);
-    m_socket->setReadBufferSize(ReadPiece);
-    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_patience.setSingleShot(true);
     m_delay.setSingleShot(true);
     connect(m_socket, &QTcpSocket::readyRead, this, &Connection::process);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::process);
-    connect(m_socket, &QTcpSocket::disconnected, this, &Connection::closed);
     connect(&m_patience, &QTimer::timeout, this, &Connection::expired);
     connect(&m_delay, &QTimer::timeout, this, &Connection::sendLate);
     enter(State::AwaitLogin);
-}
-
-void Connection::close()
-{
-    m_socket->abort();
 }
 
 void Connection::process()

@@ -3,8 +3,9 @@
 #include "ConfigService.h"
 #include "Connection.h"
 #include "DataFolder.h"
-
-#include <QTcpSocket>
+#include "Greeting.h"
+#include "video/VideoClient.h"
+#include "video/VideoService.h"
 
 namespace recorder
 {
@@ -27,16 +28,20 @@ RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
 }
 
 RecorderServer::RecorderServer(const QString &dataDir, const QString &model, QObject *parent)
-    : QObject(parent), m_service(std::make_unique<ConfigService>(dataDir, model))
+    : QObject(parent), m_service(std::make_unique<ConfigService>(dataDir, model)),
+      m_video(std::make_unique<VideoService>())
 {
     m_service->folder().prepare(m_error);
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
+    connect(m_video.get(), &VideoService::logged, this, &RecorderServer::logged);
     m_goingDown.setSingleShot(true);
     m_comingBack.setSingleShot(true);
     connect(this, &RecorderServer::fileReceived, this, [this](const QString &name, const QByteArray &body) {
         if (name == streamsFile)
             m_ptz.readFile(body);
     });
+    connect(&m_ptz, &PtzState::moved, this, [this] { m_video->setPose(m_ptz.pose()); });
+    m_video->setCommandHandler([this](const QByteArray &line) { return m_ptz.obey(line); });
     connect(&m_goingDown, &QTimer::timeout, this, &RecorderServer::goDown);
     connect(&m_comingBack, &QTimer::timeout, this, &RecorderServer::comeBack);
 }
@@ -105,8 +110,8 @@ void RecorderServer::comeBack()
 
 void RecorderServer::dropClients()
 {
-    const QList<Connection *> clients = std::exchange(m_clients, {}).values();
-    for (Connection *client : clients) {
+    const QList<Client *> clients = std::exchange(m_clients, {}).values();
+    for (Client *client : clients) {
         client->disconnect(this);
         client->close();
         client->deleteLater();
@@ -131,7 +136,6 @@ QString RecorderServer::errorString() const
 void RecorderServer::setReplyDelay(int milliseconds)
 {
     m_timing.replyDelay = std::max(0, milliseconds);
-    applyTiming();
 }
 
 int RecorderServer::replyDelay() const
@@ -142,18 +146,11 @@ int RecorderServer::replyDelay() const
 void RecorderServer::setBodyTimeout(int milliseconds)
 {
     m_timing.bodyTimeout = std::max(0, milliseconds);
-    applyTiming();
 }
 
 int RecorderServer::bodyTimeout() const
 {
     return m_timing.bodyTimeout;
-}
-
-void RecorderServer::applyTiming()
-{
-    for (Connection *client : std::as_const(m_clients))
-        client->setTiming(m_timing);
 }
 
 QString RecorderServer::filePath(const QString &name) const
@@ -169,7 +166,7 @@ int RecorderServer::clientCount() const
 QStringList RecorderServer::loggedInUsers() const
 {
     QStringList names;
-    for (const Connection *client : m_clients) {
+    for (const Client *client : m_clients) {
         if (client->account())
             names.append(QString::fromUtf8(client->account()->name));
     }
@@ -192,21 +189,45 @@ void RecorderServer::acceptClients()
 void RecorderServer::addClient(QTcpSocket *socket)
 {
     const int number = m_nextClient++;
-    auto *client = new Connection(socket, *m_service, m_timing, this);
+    auto *greeting = new Greeting(socket, this);
+    connect(greeting, &Greeting::recognised, this,
+            [=, this](Protocol protocol) { recognise(number, greeting, protocol); });
+    Q_EMIT logged(QStringLiteral("#%1 connected").arg(number));
+    keepClient(number, greeting);
+}
+
+void RecorderServer::recognise(int number, Greeting *greeting, Protocol protocol)
+{
+    QTcpSocket *socket = greeting->takeSocket();
+    greeting->disconnect(this);
+    greeting->deleteLater();
+    keepClient(number, makeClient(protocol, socket));
+}
+
+Client *RecorderServer::makeClient(Protocol protocol, QTcpSocket *socket)
+{
+    if (protocol == Protocol::Video)
+        return new VideoClient(socket, *m_service, *m_video, m_timing, this);
+    auto *connection = new Connection(socket, *m_service, m_timing, this);
+    connect(connection, &Connection::fileReceived, this, &RecorderServer::fileReceived);
+    connect(connection, &Connection::restartRequested, this, &RecorderServer::beginRestart);
+    return connection;
+}
+
+void RecorderServer::keepClient(int number, Client *client)
+{
     m_clients.insert(number, client);
     const auto log = [this, number](const QString &line) {
         Q_EMIT logged(QStringLiteral("#%1 %2").arg(QString::number(number), line));
     };
-    log(QStringLiteral("connected"));
-    connect(client, &Connection::logged, this, log);
-    connect(client, &Connection::fileReceived, this, &RecorderServer::fileReceived);
-    connect(client, &Connection::restartRequested, this, &RecorderServer::beginRestart);
-    connect(client, &Connection::closed, this, [this, number, client, log] {
+    connect(client, &Client::logged, this, log);
+    connect(client, &Client::closed, this, [this, number, client, log] {
         if (m_clients.remove(number) > 0) {
             log(QStringLiteral("disconnected"));
             client->deleteLater();
         }
     });
+    client->start();
 }
 
 } // namespace recorder

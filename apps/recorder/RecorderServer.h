@@ -16,12 +16,15 @@
 namespace recorder
 {
 
-class Connection;
+class Client;
 class ConfigService;
+class Greeting;
+class VideoService;
+enum class Protocol;
 
-/// A network video recorder without cameras: it speaks the configuration protocol over TCP and keeps its
-/// configuration files in a folder. Commands have their effect there: a formatted disk is empty, an installed
-/// package is in the list, a clock that was set goes on.
+/// A network video recorder: on one port it speaks the configuration protocol and sends live video of a
+/// camera that sees a test picture. It keeps its configuration files in a folder. Commands have their effect
+/// there: a formatted disk is empty, an installed package is in the list, a clock that was set goes on.
 ///
 /// A missing or empty folder is filled with the files of the shipped model ("interface.xml", the files
 /// "streams", "net", "time", "timers", "soft", "disk", "users" and "state", and the stored "emails"). What a
@@ -71,6 +74,8 @@ public:
     QString filePath(const QString &name) const;
 
     const PtzState &ptz() const { return m_ptz; }
+    /// What it shows and sends. It is there as long as the server.
+    VideoService &video() { return *m_video; }
 
     int clientCount() const;
     /// Login names of the clients that are logged in now, in no particular order.
@@ -93,12 +98,15 @@ private:
     void dropClients();
     void acceptClients();
     void addClient(QTcpSocket *socket);
-    void applyTiming();
+    void recognise(int number, Greeting *greeting, Protocol protocol);
+    void keepClient(int number, Client *client);
+    Client *makeClient(Protocol protocol, QTcpSocket *socket);
 
     std::unique_ptr<ConfigService> m_service;
     PtzState m_ptz;
+    std::unique_ptr<VideoService> m_video;
     QTcpServer m_server;
-    QHash<int, Connection *> m_clients; // children of the server
+    QHash<int, Client *> m_clients; // children of the server
     QString m_error;
     int m_nextClient = 1;
     ConnectionTiming m_timing;

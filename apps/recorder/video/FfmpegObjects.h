@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavutil/error.h>
+#include <libavutil/frame.h>
+}
+
+#include <QString>
+
+/// Owners of FFmpeg's objects; each object is freed by the function that belongs to it.
+namespace recorder
+{
+
+struct FfmpegDeleter {
+    void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
+    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
+    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
+};
+
+using CodecContext = std::unique_ptr<AVCodecContext, FfmpegDeleter>;
+using Frame = std::unique_ptr<AVFrame, FfmpegDeleter>;
+using Packet = std::unique_ptr<AVPacket, FfmpegDeleter>;
+
+inline QString ffmpegError(int code)
+{
+    char text[AV_ERROR_MAX_STRING_SIZE] = {};
+    av_strerror(code, text, sizeof text);
+    return QString::fromLocal8Bit(text);
+}
+
+} // namespace recorder

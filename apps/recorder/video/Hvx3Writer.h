@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+/// Writes the records of a video stream (docs/stream-format.md).
+namespace recorder
+{
+
+struct StreamDescription {
+    enum Type : quint8 { Video = 1, Clock = 2, Text = 4 };
+
+    quint8 id = 0;
+    quint8 type = Video;
+    QByteArray label; ///< the codec
+    QByteArray title;
+    QByteArray charset; ///< such as "-utf8"
+};
+
+struct TaggedText {
+    quint8 tag = 1; ///< 1 to 8
+    QByteArray text;
+};
+
+/// Texts end at their first zero byte, if they have one.
+QByteArray headerRecord(const QByteArray &name, const QList<StreamDescription> &streams,
+                        const QList<TaggedText> &texts);
+
+/// A place to begin reading at. The blob has at most 255 bytes.
+QByteArray indexRecord(quint32 seconds, quint32 number, const QByteArray &blob = {});
+
+/// One frame of a stream, in as many records as it needs when none has more than \a fragmentSize bytes (1 to
+/// 65535) of it.
+QList<QByteArray> dataRecords(quint8 streamId, const QByteArray &frame, int fragmentSize);
+/// The same of a video stream, whose first record tells the milliseconds behind the index record (below
+/// 3000).
+QList<QByteArray> videoRecords(quint8 streamId, const QByteArray &frame, int fragmentSize,
+                               quint16 milliseconds);
+
+} // namespace recorder

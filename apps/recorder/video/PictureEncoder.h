@@ -1,0 +1,43 @@
+#pragma once
+
+#include "FfmpegObjects.h"
+#include "PicturePainter.h"
+#include "VideoSettings.h"
+
+#include <functional>
+
+namespace recorder
+{
+
+struct CodedPicture {
+    QByteArray bytes; ///< empty when there is none
+    bool isKey = false;
+};
+
+/// Encodes pictures without delay: each comes out before the next goes in, and none needs a later one.
+class PictureEncoder
+{
+public:
+    /// Nothing, with \a fault set, when FFmpeg cannot do it.
+    static std::unique_ptr<PictureEncoder> open(const VideoSettings &settings, QString &fault);
+    /// Whether this FFmpeg has an encoder for it at all.
+    static bool isAvailable(VideoCodec codec);
+
+    /// \a paint fills the whole picture. A key picture, which can be decoded by itself, is made on request
+    /// only and for the first picture.
+    CodedPicture encode(const std::function<void(PicturePainter &)> &paint, bool wantKey);
+
+    /// To be filled by the caller and given to encodeFrame().
+    AVFrame *frame();
+    CodedPicture encodeFrame(bool wantKey);
+
+private:
+    PictureEncoder(CodecContext context, Frame frame, Packet packet);
+
+    CodecContext m_context;
+    Frame m_frame;
+    Packet m_packet;
+    qint64 m_number = 0;
+};
+
+} // namespace recorder

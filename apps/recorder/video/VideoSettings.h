@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace recorder
+{
+
+enum class VideoCodec { H264, Mpeg4, MotionJpeg };
+
+/// How the pictures are encoded and sent.
+struct VideoSettings {
+    /// Both even, from MinSize to MaxSize.
+    static constexpr QSize MinSize = {64, 48};
+    static constexpr QSize MaxSize = {4096, 4096};
+    static constexpr int MaxRate = 60;
+    /// Larger frames do not fit the 16 bits of a record's length.
+    static constexpr int MaxFragment = 65535;
+
+    VideoCodec codec = VideoCodec::H264;
+    QSize size = {640, 360};
+    int rate = 25; ///< pictures a second
+    int fragmentSize = 1400;
+
+    friend bool operator==(const VideoSettings &, const VideoSettings &) = default;
+};
+
+/// The names of the codecs on the command line: "h264", "mpeg4", "mjpeg".
+QStringList videoCodecNames();
+std::optional<VideoCodec> videoCodecNamed(const QString &name);
+QString nameOf(VideoCodec codec);
+/// What a stream with this codec is labelled.
+QByteArray streamLabel(VideoCodec codec);
+
+/// Why nothing can be encoded with these settings; empty when it can.
+QString settingsFault(const VideoSettings &settings);
+
+} // namespace recorder
