@@ -39,7 +39,7 @@ bool areEqual(const STREAM_T &a, const STREAM_T &b)
 
 } // namespace
 
-StreamLog::StreamLog(const cHvx3Parser &parser)
+StreamLog::StreamLog(const cHvx3Parser &parser, int limit) : m_limit(limit)
 {
     connect(&parser, &cHvx3Parser::onHDR, this, [this](const HDR_T &header) { noteHeader(header); });
     connect(&parser, &cHvx3Parser::onIDX, this, [this](const IDX_T &index) { noteIndex(index); });
@@ -74,6 +74,7 @@ void StreamLog::noteHeader(const HDR_T &header)
         used += text.isEmpty() ? 0 : 1 + text.size();
         out << text;
     }
+    require(used <= m_limit, "a header is no larger than the limit");
     m_usedBytes += used;
     m_records << record;
 }
@@ -97,6 +98,7 @@ void StreamLog::noteFrame(const DATA_T &frame)
     const bool isVideo = frame.stream.streamType == VideoType;
     require(m_indexSeen, "a frame comes behind an index record");
     require(frame.length == payload.size(), "the length is that of the payload");
+    require(frame.length <= m_limit, "a frame is no larger than the limit");
     require((frame.flags & WholeFlags) == WholeFlags, "a frame is whole");
     require(frame.streamId == frame.stream.streamId && isAnnounced(frame.stream),
             "a frame is one of the first stream with its id");

@@ -15,8 +15,8 @@ namespace paravue::fuzz
 class StreamLog : public QObject
 {
 public:
-    /// \a parser must not have been fed yet.
-    explicit StreamLog(const cHvx3Parser &parser);
+    /// \a parser has the \a limit and must not have been fed yet.
+    StreamLog(const cHvx3Parser &parser, int limit);
 
     /// Every field of every record, so that equal logs mean equal records. The records themselves are not
     /// kept: the parser uses their memory again.
@@ -33,6 +33,7 @@ private:
     QList<QByteArray> m_records;
     QList<STREAM_T> m_streams;
     qint64 m_usedBytes = 0;
+    int m_limit;
     bool m_headerSeen = false;
     bool m_indexSeen = false;
 };
