@@ -71,6 +71,7 @@ int main(int argc, char *argv[])
         const QString name = QString::fromLatin1(codec.label);
         written &= write(root + "/parser", name, QByteArray(2, '\0') + stream);
         written &= write(root + "/demuxer", name, QByteArrayLiteral("\xff\0\0") + stream);
+        written &= write(root + "/receiver", name, QByteArrayLiteral("\x0e\0") + stream);
         written &= write(root + "/decoder", name,
                          QByteArray(1, char(codec.number)) + '\0' + clip.pictures.join(PieceBorder));
     }

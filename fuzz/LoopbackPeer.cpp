@@ -1,0 +1,60 @@
+#include "LoopbackPeer.h"
+
+#include "Require.h"
+
+#include <QAbstractEventDispatcher>
+#include <QThread>
+
+#include <sys/socket.h>
+
+namespace
+{
+
+/// An event loop that is still busy then is one that never rests.
+constexpr int MaxRounds = 100000;
+
+} // namespace
+
+namespace paravue::fuzz
+{
+
+void handleEvents()
+{
+    QAbstractEventDispatcher *const events = QThread::currentThread()->eventDispatcher();
+    int rounds = 0;
+    while (events->processEvents(QEventLoop::AllEvents))
+        require(++rounds < MaxRounds, "the event loop comes to rest");
+}
+
+LoopbackPeer::LoopbackPeer()
+{
+    require(m_server.listen(QHostAddress::LocalHost), "there is a port on this computer");
+}
+
+QByteArray LoopbackPeer::accept()
+{
+    handleEvents();
+    require(m_server.hasPendingConnections() || m_server.waitForNewConnection(1000), "a receiver connects");
+    m_connection.reset(m_server.nextPendingConnection());
+    // Thousands of connections that wait for late packets would use up the ports.
+    const linger atOnce = {.l_onoff = 1, .l_linger = 0};
+    ::setsockopt(static_cast<int>(m_connection->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce,
+                 sizeof(atOnce));
+    handleEvents();
+    return m_connection->readAll();
+}
+
+void LoopbackPeer::send(const QByteArray &bytes)
+{
+    m_connection->write(bytes);
+    m_connection->flush();
+    handleEvents();
+}
+
+void LoopbackPeer::close()
+{
+    m_connection.reset();
+    handleEvents();
+}
+
+} // namespace paravue::fuzz

@@ -1,0 +1,160 @@
+// Whatever a recorder answers and streams, a receiver shows what the stream holds from the acknowledgement
+// on, every picture in its turn, and nothing else.
+//
+// Input: a byte that chooses the receiver and what the recorder does first, one that chooses the borders,
+// what the recorder sends.
+
+#include "FuzzInput.h"
+#include "ImageCheck.h"
+#include "LoopbackPeer.h"
+#include "PictureCounters.h"
+#include "Require.h"
+#include "StreamLog.h"
+
+#include "video/PtzVideoReceiver.h"
+#include "video/VideoLimits.h"
+#include "video/cFfmpegDecoder.h"
+#include "video/cHvx3Parser.h"
+
+#include <QDomDocument>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <memory>
+
+using namespace paravue::fuzz;
+
+namespace
+{
+
+const QByteArray Login = QByteArrayLiteral("\x01LOGIN=user\r\nPASS=word\r\n");
+const QByteArray Acknowledgement = QByteArrayLiteral("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+
+enum Choice : quint8 { Turning = 0x01, Acknowledged = 0x02, TakenApart = 0x04, ClosedByPeer = 0x08 };
+
+/// Decoded pictures of all receivers; which of them are shown depends on it.
+unsigned int decodedPictures = 0;
+constexpr unsigned int ShownBit = 4;
+
+QDomElement taskFor(quint16 port)
+{
+    QDomDocument document;
+    QDomElement task = document.createElement("timetask");
+    QDomElement url = document.createElement("url");
+    url.setAttribute("parsed", "127.0.0.1:" + QString::number(static_cast<qint16>(port)));
+    url.setAttribute("login", "user");
+    url.setAttribute("password", "word");
+    task.appendChild(url);
+    document.appendChild(task);
+    return task;
+}
+
+/// Sees what a receiver decodes and what it shows of that.
+class Viewer : public QObject
+{
+public:
+    explicit Viewer(VideoHVX3Reciver &receiver);
+    /// The last picture is still what it was when it was shown.
+    void checkKept() const { require(m_shown.toImage() == m_asShown, "a shown picture stays as it is"); }
+
+private:
+    void show(const QPixmap &pixmap);
+    void decoded(const QImage &image);
+
+    QPixmap m_shown;
+    QImage m_asShown;
+    int m_pictures = 0;
+    bool m_isShown = false;
+};
+
+Viewer::Viewer(VideoHVX3Reciver &receiver)
+{
+    connect(&receiver, &VideoHVX3Reciver::pixmapReady, this, &Viewer::show);
+    // Behind the receiver, which the decoder knew first.
+    connect(receiver.findChild<cFfmpegDecoder *>(), &cFfmpegDecoder::onFrame, this, &Viewer::decoded);
+}
+
+void Viewer::show(const QPixmap &pixmap)
+{
+    checkKept();
+    m_shown = pixmap;
+    m_asShown = pixmap.toImage().copy();
+    m_isShown = true;
+    checkImage(m_asShown);
+}
+
+void Viewer::decoded(const QImage &image)
+{
+    countPicture(image, m_pictures++);
+    require(m_isShown == ((++decodedPictures & ShownBit) != 0), "a picture is shown in its turn");
+    require(!m_isShown || m_asShown == image, "what is shown is what was decoded");
+    m_isShown = false;
+}
+
+QList<QByteArray> recordsOf(const QByteArray &stream)
+{
+    cHvx3Parser parser;
+    const StreamLog log(parser, paravue::MaxFrameBytes);
+    parser.append(stream);
+    return log.records();
+}
+
+/// What a receiver finds in the \a pieces: nothing before the acknowledgement, and nothing before more comes
+/// behind it.
+QList<QByteArray> expectedRecords(const QList<QByteArray> &pieces)
+{
+    const QByteArray all = pieces.join();
+    const bool moreBehind = all.size() - pieces.last().size() >= Acknowledgement.size();
+    if (!all.startsWith(Acknowledgement) || !moreBehind)
+        return {};
+    return recordsOf(all.sliced(Acknowledgement.size()));
+}
+
+/// The bytes as a recorder sends them.
+QList<QByteArray> piecesOf(const QByteArray &bytes, quint8 choice, quint8 seed)
+{
+    const QByteArray all = choice & Acknowledged ? Acknowledgement + bytes : bytes;
+    if (choice & TakenApart)
+        return cutAtRandom(all, seed);
+    const qsizetype border = std::min(Acknowledgement.size(), all.size());
+    return {all.first(border), all.sliced(border)};
+}
+
+void run(const QList<QByteArray> &pieces, quint8 choice)
+{
+    static LoopbackPeer peer;
+    const QDomElement task = taskFor(peer.port());
+    std::unique_ptr<VideoHVX3Reciver> receiver(choice & Turning ? new PtzVideoReceiver(nullptr, task)
+                                                                : new VideoHVX3Reciver(nullptr, task));
+    const StreamLog log(*receiver->findChild<cHvx3Parser *>(), paravue::MaxFrameBytes);
+    const Viewer viewer(*receiver);
+    require(peer.accept() == Login, "a receiver logs in");
+    for (const QByteArray &piece : pieces)
+        peer.send(piece);
+    require(log.records() == expectedRecords(pieces), "all of the stream is read, and nothing else");
+    if (choice & ClosedByPeer)
+        peer.close();
+    receiver.reset();
+    peer.close();
+    viewer.checkKept();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static QGuiApplication application(*argc, *argv);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    FuzzInput input(data, size);
+    const quint8 choice = input.takeByte();
+    const quint8 seed = input.takeByte();
+    const QByteArray bytes = input.rest();
+    if (!bytes.isEmpty())
+        run(piecesOf(bytes, choice, seed), choice);
+    return 0;
+}
