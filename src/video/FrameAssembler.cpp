@@ -26,6 +26,8 @@ bool wastes(qsizetype capacity, qsizetype size)
 bool FrameAssembler::add(DATA_T &record, QByteArrayView payload)
 {
     const int kind = record.flags >> 6;
+    Hvx3StreamCounts &counts = m_counts[record.streamId];
+    ++counts.records;
     if (kind == Whole) {
         // Deliberate: a frame that was begun before it goes on behind it.
         return fill(record, payload);
@@ -40,7 +42,7 @@ bool FrameAssembler::add(DATA_T &record, QByteArrayView payload)
         return false;
     }
     if (!begun) {
-        ++m_lostFragments;
+        ++counts.lostFragments;
         return false;
     }
     if (!grow(partial, payload) || kind == Middle) {
@@ -52,16 +54,29 @@ bool FrameAssembler::add(DATA_T &record, QByteArrayView payload)
 
 void FrameAssembler::clear()
 {
-    m_lostFrames += static_cast<qint64>(m_partials.size());
+    for (const auto &[streamId, partial] : m_partials) {
+        ++m_counts[streamId].lostFrames;
+    }
     m_partials.clear();
     m_held = 0;
+}
+
+Hvx3StreamCounts FrameAssembler::counts() const
+{
+    Hvx3StreamCounts all;
+    for (const Hvx3StreamCounts &one : m_counts) {
+        all.records += one.records;
+        all.lostFragments += one.lostFragments;
+        all.lostFrames += one.lostFrames;
+    }
+    return all;
 }
 
 /// Makes a fragment that is a whole frame that frame.
 bool FrameAssembler::fill(DATA_T &record, QByteArrayView payload)
 {
     if (payload.size() > m_maxFrameSize) {
-        ++m_lostFrames;
+        ++m_counts[record.streamId].lostFrames;
         return false;
     }
     if (wastes(m_spare.capacity(), payload.size())) {
@@ -129,9 +144,9 @@ void FrameAssembler::giveBack(QByteArray payload)
 
 void FrameAssembler::lose(Partial partial)
 {
+    ++m_counts[partial->first].lostFrames;
     m_held -= partial->second.payload.size();
     m_partials.erase(partial);
-    ++m_lostFrames;
 }
 
 } // namespace paravue

@@ -4,8 +4,19 @@
 
 #include <QByteArrayView>
 
+#include <array>
 #include <limits>
 #include <map>
+
+/// What came of one stream.
+struct Hvx3StreamCounts {
+    /// The data records, each a fragment or a whole frame.
+    qint64 records = 0;
+    /// Fragments that came without the first one of their frame.
+    qint64 lostFragments = 0;
+    /// Frames that never came to their end, or were too large.
+    qint64 lostFrames = 0;
+};
 
 namespace paravue
 {
@@ -29,10 +40,9 @@ public:
     /// Drops the unfinished frames.
     void clear();
 
-    /// The fragments that came without a first one.
-    qint64 lostFragments() const { return m_lostFragments; }
-    /// The frames that never came to their end, or were too large.
-    qint64 lostFrames() const { return m_lostFrames; }
+    const Hvx3StreamCounts &counts(quint8 streamId) const { return m_counts[streamId]; }
+    /// Of all streams together.
+    Hvx3StreamCounts counts() const;
 
 private:
     using Partial = std::map<quint8, DATA_T>::iterator;
@@ -49,8 +59,7 @@ private:
     qsizetype m_held = 0;
     QByteArray m_spare;
     int m_maxFrameSize = std::numeric_limits<int>::max();
-    qint64 m_lostFragments = 0;
-    qint64 m_lostFrames = 0;
+    std::array<Hvx3StreamCounts, 256> m_counts;
 };
 
 } // namespace paravue

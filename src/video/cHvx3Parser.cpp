@@ -57,7 +57,8 @@ void cHvx3Parser::setMaxFrameSize(int bytes)
 
 Hvx3Losses cHvx3Parser::losses() const
 {
-    return {m_lostBytes, m_gaps, m_frames.lostFragments(), m_frames.lostFrames()};
+    const Hvx3StreamCounts all = m_frames.counts();
+    return {m_lostBytes, m_gaps, all.lostFragments, all.lostFrames};
 }
 
 void cHvx3Parser::append(const QByteArray &bytes)

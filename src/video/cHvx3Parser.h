@@ -44,6 +44,9 @@ public:
     const HDR_T &header() const { return m_header; }
     const IDX_T &index() const { return m_index; }
     Hvx3Losses losses() const;
+    const Hvx3StreamCounts &counts(quint8 streamId) const { return m_frames.counts(streamId); }
+    /// How many of the bytes wait for the rest of a record.
+    qsizetype unreadBytes() const { return m_input.size(); }
 
 public Q_SLOTS:
     void append(const QByteArray &bytes);
