@@ -1,0 +1,50 @@
+#pragma once
+
+#include "FrameReader.h"
+
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace paravue
+{
+
+/// One file of an export.
+struct ExportFile {
+    std::map<quint8, PictureFacts> tracks; ///< by stream id: what the first picture of each says
+    qint64 begin = 0;                      ///< the earliest time in it, in milliseconds
+    qint64 pictures = 0;
+};
+
+/// Decides for each picture of a recording which file of the export it belongs to.
+///
+/// A stream begins with a key picture whose size is known. Where it changes its codec or its size, the next
+/// file begins; the other streams follow there with their next key pictures, so that every picture stands in
+/// a file that can be played.
+class ExportRoute
+{
+public:
+    /// A stream that changes its size all the time must not fill a folder with files.
+    static constexpr size_t MaxFiles = 100;
+
+    /// The number of the file, 0 for the first one; nothing when the picture is left out.
+    std::optional<size_t> place(const RecordedFrame &frame);
+
+    const std::vector<ExportFile> &files() const { return m_files; }
+    /// The pictures of video streams that are in no file.
+    qint64 leftOut() const { return m_leftOut; }
+
+private:
+    struct Stream {
+        size_t file = 0;
+        PictureFacts facts;
+    };
+
+    void begin(Stream &stream, quint8 id, const PictureFacts &facts);
+
+    std::map<quint8, Stream> m_streams;
+    std::vector<ExportFile> m_files;
+    qint64 m_leftOut = 0;
+};
+
+} // namespace paravue

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+extern "C" {
+#include <libavcodec/bsf.h>
+#include <libavformat/avformat.h>
+}
+
+/// Owners of the objects of FFmpeg that only this program has; for the others see video/FfmpegHandles.h.
+namespace paravue
+{
+
+struct FormatFree {
+    void operator()(AVBSFContext *filter) const { av_bsf_free(&filter); }
+    void operator()(AVFormatContext *context) const { avformat_free_context(context); }
+    void operator()(AVIOContext *io) const
+    {
+        // The context may have replaced the buffer that it was given.
+        av_freep(&io->buffer);
+        avio_context_free(&io);
+    }
+};
+
+using FilterHandle = std::unique_ptr<AVBSFContext, FormatFree>;
+using FormatHandle = std::unique_ptr<AVFormatContext, FormatFree>;
+using IoHandle = std::unique_ptr<AVIOContext, FormatFree>;
+
+} // namespace paravue

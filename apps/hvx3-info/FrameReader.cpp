@@ -1,0 +1,68 @@
+#include "FrameReader.h"
+
+#include "Recording.h"
+
+namespace paravue
+{
+
+namespace
+{
+
+/// As large as the live window takes them.
+constexpr int MaxFrameSize = 64 * 1024 * 1024;
+constexpr qint64 MillisecondsPerSecond = 1000;
+
+} // namespace
+
+QByteArray textOf(const QByteArray &field)
+{
+    const qsizetype zero = field.indexOf('\0');
+    return zero < 0 ? field : field.first(zero);
+}
+
+FrameReader::FrameReader()
+{
+    m_parser.setMaxFrameSize(MaxFrameSize);
+    const auto connect = [this](auto signal, auto slot) {
+        QObject::connect(&m_parser, signal, &m_parser, slot, Qt::DirectConnection);
+    };
+    connect(&cHvx3Parser::onHDR, [this](const HDR_T &header) {
+        if (onHeader)
+            onHeader(header);
+    });
+    connect(&cHvx3Parser::onIDX, [this](const IDX_T &index) {
+        if (onIndex)
+            onIndex(index.value2 * MillisecondsPerSecond);
+    });
+    connect(&cHvx3Parser::onDATA, [this](const DATA_T &record) { takeFrame(record); });
+}
+
+void FrameReader::read(const QString &file)
+{
+    readRecording(file, [this](const QByteArray &piece) {
+        m_bytes += piece.size();
+        m_parser.append(piece);
+    });
+}
+
+void FrameReader::takeFrame(const DATA_T &record)
+{
+    if (!onFrame)
+        return;
+    const qint64 second = m_parser.index().value2 * MillisecondsPerSecond;
+    onFrame({record, second + record.word16, inspect(record)});
+}
+
+PictureFacts FrameReader::inspect(const DATA_T &record)
+{
+    if (record.stream.streamType != VideoStreamType)
+        return {};
+    const QByteArray label = textOf(record.stream.label1);
+    const auto [at, isNew] = m_inspected.try_emplace(record.streamId);
+    Inspected &inspected = at->second;
+    if (isNew || inspected.label != label)
+        inspected = {label, PictureInspector::create(label)};
+    return inspected.inspector ? inspected.inspector->inspect(record.payload) : PictureFacts();
+}
+
+} // namespace paravue

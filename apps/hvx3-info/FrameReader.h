@@ -1,0 +1,54 @@
+#pragma once
+
+#include "PictureInspector.h"
+#include "video/cHvx3Parser.h"
+
+#include <functional>
+#include <map>
+
+namespace paravue
+{
+
+/// A frame of a recording.
+struct RecordedFrame {
+    const DATA_T &record;
+    qint64 time;          ///< of the stream, in milliseconds
+    PictureFacts picture; ///< of a video stream whose codec is known
+};
+
+/// Reads a recording from its beginning to its end and tells what is in it.
+class FrameReader
+{
+public:
+    FrameReader();
+
+    std::function<void(const HDR_T &header)> onHeader;
+    std::function<void(qint64 time)> onIndex;
+    std::function<void(const RecordedFrame &frame)> onFrame;
+
+    /// Throws a MediaError.
+    void read(const QString &file);
+
+    const cHvx3Parser &parser() const { return m_parser; }
+    qint64 bytes() const { return m_bytes; }
+
+private:
+    struct Inspected {
+        QByteArray label;
+        std::unique_ptr<PictureInspector> inspector;
+    };
+
+    void takeFrame(const DATA_T &record);
+    PictureFacts inspect(const DATA_T &record);
+
+    cHvx3Parser m_parser;
+    std::map<quint8, Inspected> m_inspected;
+    qint64 m_bytes = 0;
+};
+
+/// A text of the stream without the zero byte that ends it there.
+QByteArray textOf(const QByteArray &field);
+
+inline constexpr quint8 VideoStreamType = 1;
+
+} // namespace paravue

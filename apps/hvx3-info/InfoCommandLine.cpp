@@ -1,0 +1,91 @@
+#include "InfoCommandLine.h"
+
+#include "MediaFile.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace paravue
+{
+
+namespace
+{
+
+const char Notes[] = "\nA recording is what a recorder sent on a connection to its video service. It may\n"
+                     "begin and end anywhere.\n"
+                     "\n"
+                     "An export has every video stream that begins with a key picture. Its times are\n"
+                     "those of the stream, counted from the first picture. A time that is not behind\n"
+                     "the one before is moved, and such times are counted. Where the codec or the size\n"
+                     "of a picture changes, the next file begins: FILE.mkv, FILE-2.mkv, FILE-3.mkv.\n"
+                     "The files get their names when all of them are complete.\n"
+                     "\nExit code:\n"
+                     "  0  the streams were listed, and exported if that was asked for\n"
+                     "  1  there is no stream in the file\n"
+                     "  2  the command line was wrong\n"
+                     "  3  something failed: the file could not be read or the export not be written\n";
+
+InfoCommandLine ended(InfoCommandLine::Task task, const QString &text)
+{
+    InfoCommandLine line;
+    line.task = task;
+    line.text = text;
+    return line;
+}
+
+/// What is wrong with the options; empty when nothing is.
+QString problemOf(const InfoCommandLine &line, bool exports)
+{
+    if (!exports)
+        return line.force ? QStringLiteral("--force needs --export") : QString();
+    if (line.exportFile.isEmpty())
+        return QStringLiteral("--export needs a value");
+    if (line.file == u'-')
+        return QStringLiteral("--export reads the recording twice, which standard input cannot be");
+    if (!MediaFile::isKnownName(line.exportFile))
+        return QStringLiteral("cannot export to \"%1\": the name has to end in .mkv or .mp4")
+            .arg(line.exportFile);
+    return {};
+}
+
+} // namespace
+
+InfoCommandLine InfoCommandLine::parse(const QStringList &words)
+{
+    using Task = InfoCommandLine::Task;
+    const QCommandLineOption help({"h", "help"}, "Show this help.");
+    const QCommandLineOption version({"v", "version"}, "Show the version.");
+    const QCommandLineOption json("json", "Print the list for other programs.");
+    const QCommandLineOption exportTo(
+        "export", "Write the video streams to FILE, which ends in .mkv or .mp4, without encoding them again.",
+        "FILE");
+    const QCommandLineOption force("force", "Overwrite FILE when it exists (with --export).");
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Lists the streams of a recorded HVX3 byte stream.");
+    parser.addOptions({help, version, json, exportTo, force});
+    parser.addPositionalArgument("RECORDING", "The recorded bytes; - reads them from standard input.");
+
+    const bool isParsed = parser.parse(words);
+    if (parser.isSet(help))
+        return ended(Task::ShowText, parser.helpText() + Notes);
+    if (parser.isSet(version))
+        return ended(Task::ShowText, QCoreApplication::applicationName() + ' ' +
+                                         QCoreApplication::applicationVersion() + '\n');
+    if (!isParsed)
+        return ended(Task::RefuseUsage, parser.errorText());
+    const QStringList files = parser.positionalArguments();
+    if (files.size() != 1 || files.first().isEmpty())
+        return ended(Task::RefuseUsage,
+                     files.size() > 1 ? "more than one file was given" : "no file was given");
+    InfoCommandLine line;
+    line.file = files.first();
+    line.exportFile = parser.value(exportTo);
+    line.force = parser.isSet(force);
+    line.json = parser.isSet(json);
+    if (const QString problem = problemOf(line, parser.isSet(exportTo)); !problem.isEmpty())
+        return ended(Task::RefuseUsage, problem);
+    return line;
+}
+
+} // namespace paravue

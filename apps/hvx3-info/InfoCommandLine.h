@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace paravue
+{
+
+enum InfoExitCode { Listed = 0, NoStream = 1, WrongInfoUsage = 2, InfoFailed = 3 };
+
+/// What the user asked hvx3-info to do.
+struct InfoCommandLine {
+    enum class Task { ListStreams, ShowText, RefuseUsage };
+
+    Task task = Task::ListStreams;
+    QString text;       ///< what to show: the help, the version, or what is wrong with the command line
+    QString file;       ///< "-" is the standard input
+    QString exportFile; ///< not empty: where to write the video streams
+    bool force = false; ///< overwrite what is there
+    bool json = false;  ///< print for other programs
+
+    /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
+    static InfoCommandLine parse(const QStringList &words);
+};
+
+} // namespace paravue

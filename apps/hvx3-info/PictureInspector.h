@@ -1,0 +1,46 @@
+#pragma once
+
+#include "FormatHandles.h"
+#include "video/FfmpegHandles.h"
+
+#include <QByteArray>
+#include <QSize>
+
+#include <memory>
+
+namespace paravue
+{
+
+/// What a coded picture says about itself and about the pictures behind it.
+struct PictureFacts {
+    AVCodecID codec = AV_CODEC_ID_NONE;
+    bool isKey = false;       ///< can be decoded without the pictures before it
+    QSize size;               ///< empty while the stream has not told it
+    QByteArray parameterSets; ///< what a decoder needs beforehand; empty while the stream has not told it
+};
+
+/// Looks at the coded pictures of one stream, without decoding them.
+class PictureInspector
+{
+public:
+    /// \a label is the one in the header of the stream, such as "H264"; null when it is not known.
+    static std::unique_ptr<PictureInspector> create(const QByteArray &label);
+
+    PictureFacts inspect(const QByteArray &picture);
+
+private:
+    explicit PictureInspector(AVCodecID codec);
+    bool open();
+    void parse(const AVPacket &packet);
+    void readSizeOfJpeg(const AVPacket &packet);
+    void extractParameterSets(const AVPacket &packet);
+
+    PictureFacts m_facts;
+    CodecContextHandle m_context;
+    ParserHandle m_parser;
+    FilterHandle m_filter;
+    PacketHandle m_packet;
+    PacketHandle m_filtered;
+};
+
+} // namespace paravue

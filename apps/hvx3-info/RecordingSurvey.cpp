@@ -1,0 +1,96 @@
+#include "RecordingSurvey.h"
+
+#include <QStringDecoder>
+
+#include <set>
+
+namespace paravue
+{
+
+namespace
+{
+
+/// A text may be of any length, and a stream may change its codec and its size with every picture.
+constexpr qsizetype MaxText = 200;
+constexpr qsizetype MaxChanges = 8;
+
+constexpr int CharsetTag = 1;
+
+/// A text for people; what is no letter would work on their terminal.
+QString readable(const QByteArray &field, const QByteArray &charset)
+{
+    const QByteArray bytes = textOf(field).left(MaxText);
+    QStringDecoder decoder(charset == "-koi8" ? "KOI8-R" : "UTF-8");
+    QString text = decoder.isValid() ? decoder(bytes) : QString();
+    if (text.isNull() || decoder.hasError())
+        text = QString::fromLatin1(bytes);
+    for (QChar &character : text) {
+        if (!character.isPrint() && !character.isSurrogate())
+            character = u'?';
+    }
+    return text;
+}
+
+template <typename Value>
+void addChange(QList<Value> &values, const Value &value)
+{
+    if (values.size() < MaxChanges && (values.isEmpty() || values.last() != value))
+        values.append(value);
+}
+
+} // namespace
+
+void RecordingSurvey::takeHeader(const HDR_T &header)
+{
+    ++m_headers;
+    const QList<QByteArray> texts = header.texts;
+    const QByteArray charset = textOf(texts.value(CharsetTag));
+    m_name = readable(header.name, charset);
+    m_texts.clear();
+    for (const QByteArray &text : texts)
+        m_texts.append(readable(text, charset));
+    // Of several with one id the first one counts.
+    std::set<quint8> described;
+    for (const STREAM_T &stream : header.streams.value()) {
+        if (!described.insert(stream.streamId).second)
+            continue;
+        StreamSurvey &survey = m_streams[stream.streamId];
+        survey.type = stream.streamType;
+        survey.title = readable(stream.label2, charset);
+        survey.charset = readable(stream.label3, {});
+        addChange(survey.codecs, readable(stream.label1, {}));
+    }
+}
+
+void RecordingSurvey::takeIndex(qint64 time)
+{
+    ++m_indexes;
+    m_clock.advance(time);
+}
+
+void RecordingSurvey::takeFrame(const RecordedFrame &frame)
+{
+    // Frames of other streams have the time of the index record, which may be long past.
+    if (frame.record.stream.streamType == VideoStreamType)
+        m_clock.advance(frame.time);
+    StreamSurvey &survey = m_streams[frame.record.streamId];
+    survey.clock.advance(frame.time);
+    const qint64 size = frame.record.length;
+    survey.bytes += size;
+    survey.smallestFrame = survey.frames == 0 ? size : qMin(survey.smallestFrame, size);
+    survey.largestFrame = qMax(survey.largestFrame, size);
+    ++survey.frames;
+    survey.keyFrames += frame.picture.isKey ? 1 : 0;
+    if (!frame.picture.size.isEmpty())
+        addChange(survey.sizes, frame.picture.size);
+}
+
+std::map<quint8, StreamSurvey> RecordingSurvey::streams() const
+{
+    std::map<quint8, StreamSurvey> streams = m_streams;
+    for (auto &[id, survey] : streams)
+        survey.counts = m_reader.parser().counts(id);
+    return streams;
+}
+
+} // namespace paravue

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "RecordingSurvey.h"
+#include "VideoExport.h"
+
+namespace paravue
+{
+
+/// What hvx3-info has found and written.
+struct InfoReport {
+    QString recording;
+    const RecordingSurvey &survey;
+    QList<ExportedFile> exported;
+    qint64 leftOut = 0; ///< pictures that were not exported
+};
+
+QString textReport(const InfoReport &report);
+/// An object in JSON. Times are seconds, rates are per second; what cannot be told is missing.
+QByteArray jsonReport(const InfoReport &report);
+
+} // namespace paravue

@@ -1,0 +1,100 @@
+// hvx3-info: tells what is in a recorded video stream, and writes its pictures into a file that players know.
+
+#include "InfoCommandLine.h"
+#include "Recording.h"
+#include "SurveyReport.h"
+
+#include <QCoreApplication>
+#include <QTextStream>
+
+extern "C" {
+#include <libavutil/log.h>
+}
+
+using namespace paravue;
+
+namespace
+{
+
+void printError(const QString &text)
+{
+    QTextStream(stderr) << "hvx3-info: " << text << Qt::endl;
+}
+
+void print(const InfoReport &report, bool json)
+{
+    QTextStream out(stdout);
+    if (json)
+        out << jsonReport(report);
+    else
+        out << textReport(report);
+}
+
+int list(const InfoCommandLine &line)
+{
+    const bool exports = !line.exportFile.isEmpty();
+    if (exports && isPipe(line.file))
+        throw MediaError(
+            QStringLiteral("--export reads the recording twice, which %1 cannot be").arg(line.file));
+    FrameReader reader;
+    RecordingSurvey survey(reader);
+    ExportRoute route;
+    reader.onHeader = [&](const HDR_T &header) { survey.takeHeader(header); };
+    reader.onIndex = [&](qint64 time) { survey.takeIndex(time); };
+    reader.onFrame = [&](const RecordedFrame &frame) {
+        survey.takeFrame(frame);
+        if (exports)
+            route.place(frame);
+    };
+    reader.read(line.file);
+    if (survey.headers() == 0) {
+        printError(survey.bytes() == 0
+                       ? QStringLiteral("%1 is empty").arg(line.file)
+                       : QStringLiteral("there is no stream in %1: none of its %2 bytes begin one")
+                             .arg(line.file)
+                             .arg(survey.bytes()));
+        return NoStream;
+    }
+    InfoReport report{line.file, survey, {}, 0};
+    try {
+        if (exports) {
+            report.exported = exportVideo(line.file, route, line.exportFile, line.force);
+            report.leftOut = route.leftOut();
+        }
+    } catch (const MediaError &) {
+        // The list is of use all the same.
+        print(report, line.json);
+        throw;
+    }
+    print(report, line.json);
+    return Listed;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName("hvx3-info");
+    QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
+    // What is wrong with damaged pictures is no news here.
+    av_log_set_level(AV_LOG_QUIET);
+
+    const InfoCommandLine line = InfoCommandLine::parse(QCoreApplication::arguments());
+    switch (line.task) {
+    case InfoCommandLine::Task::ShowText:
+        QTextStream(stdout) << line.text;
+        return Listed;
+    case InfoCommandLine::Task::RefuseUsage:
+        printError(line.text + "\nTry hvx3-info --help.");
+        return WrongInfoUsage;
+    case InfoCommandLine::Task::ListStreams:
+        break;
+    }
+    try {
+        return list(line);
+    } catch (const MediaError &error) {
+        printError(error.text());
+        return InfoFailed;
+    }
+}

@@ -1,0 +1,472 @@
+#include "support/EncodedClip.h"
+#include "support/Hvx3Bytes.h"
+#include "support/TestTable.h"
+#include "video/FfmpegHandles.h"
+#include "video/PictureConverter.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include <memory>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+constexpr quint8 Video = 0;
+constexpr quint8 Text = 1;
+constexpr quint8 Second = 5;
+
+const QByteArray Acknowledgement = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
+
+struct Run {
+    int exitCode = -1;
+    QString out;
+    QString err;
+    QJsonObject json() const { return QJsonDocument::fromJson(out.toUtf8()).object(); }
+};
+
+Run runProgram(const QStringList &arguments, const QByteArray &input = QByteArray())
+{
+    QProcess process;
+    process.start(INFO_PROGRAM, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished())
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QByteArray headerOf(const QByteArray &label)
+{
+    return hvx3Header(
+        {{Video, 1, label, "Camera", ""}, {Text, 4, "", "Events", "-utf8"}, {Second, 1, label, "Yard", ""}},
+        "Warehouse");
+}
+
+/// A frame of a video stream behind an index record for its second.
+QByteArray frameAt(qint64 time, quint8 streamId, const QByteArray &picture)
+{
+    return hvx3Index(quint32(time / 1000)) +
+           hvx3Frame(streamId, picture, 500, {.word16 = quint16(time % 1000)});
+}
+
+/// What stands in a picture, however its parts are told apart: start codes of an unknown length in a
+/// recording, lengths of four bytes in a file.
+QList<QByteArray> partsOf(const QByteArray &picture, const QByteArray &codec, bool inFile)
+{
+    QList<QByteArray> parts;
+    if (codec != "h264")
+        return {picture};
+    for (qsizetype at = 0; inFile && at + 4 <= picture.size();) {
+        const qsizetype size = qFromBigEndian<qint32>(picture.constData() + at);
+        parts.append(picture.mid(at + 4, size));
+        at += 4 + size;
+    }
+    for (qsizetype at = picture.indexOf(QByteArray("\0\0\1", 3)); !inFile && at >= 0;) {
+        const qsizetype next = picture.indexOf(QByteArray("\0\0\1", 3), at + 3);
+        QByteArray part = picture.mid(at + 3, next < 0 ? -1 : next - at - 3);
+        while (part.endsWith('\0'))
+            part.chop(1);
+        parts.append(part);
+        at = next;
+    }
+    return parts;
+}
+
+/// A picture of a media file.
+struct Packet {
+    qint64 time; ///< in milliseconds
+    bool isKey;
+    QByteArray bytes;
+    int number; ///< which picture of a clip it shows; -1 when it cannot be decoded
+};
+
+struct Track {
+    QByteArray codec;
+    QSize size;
+    QList<Packet> packets;
+    QList<qint64> times() const
+    {
+        QList<qint64> list;
+        for (const Packet &packet : packets)
+            list.append(packet.time);
+        return list;
+    }
+    QList<int> numbers() const
+    {
+        QList<int> list;
+        for (const Packet &packet : packets)
+            list.append(packet.number);
+        return list;
+    }
+};
+
+int decodedNumber(AVCodecContext &decoder, const AVPacket &packet)
+{
+    const FrameHandle frame(av_frame_alloc());
+    PictureConverter converter;
+    const bool isDecoded =
+        avcodec_send_packet(&decoder, &packet) == 0 && avcodec_receive_frame(&decoder, frame.get()) == 0;
+    return isDecoded ? shownNumber(converter.convert(*frame)) : -1;
+}
+
+/// The tracks of a file as any player sees them; none when it is no media file.
+QList<Track> tracksOf(const QString &file)
+{
+    AVFormatContext *input = nullptr;
+    if (avformat_open_input(&input, QFile::encodeName(file), nullptr, nullptr) != 0)
+        return {};
+    avformat_find_stream_info(input, nullptr);
+    QList<Track> tracks;
+    std::vector<CodecContextHandle> decoders;
+    for (unsigned i = 0; i < input->nb_streams; ++i) {
+        const AVCodecParameters &parameters = *input->streams[i]->codecpar;
+        tracks.append({avcodec_get_name(parameters.codec_id), {parameters.width, parameters.height}, {}});
+        const AVCodec *codec = avcodec_find_decoder(parameters.codec_id);
+        decoders.emplace_back(avcodec_alloc_context3(codec));
+        avcodec_parameters_to_context(decoders.back().get(), &parameters);
+        decoders.back()->thread_count = 1;
+        decoders.back()->flags |= AV_CODEC_FLAG_LOW_DELAY;
+        avcodec_open2(decoders.back().get(), codec, nullptr);
+    }
+    const PacketHandle packet(av_packet_alloc());
+    while (av_read_frame(input, packet.get()) == 0) {
+        const int at = packet->stream_index;
+        const AVRational base = input->streams[at]->time_base;
+        tracks[at].packets.append({av_rescale_q(packet->pts, base, {1, 1000}),
+                                   (packet->flags & AV_PKT_FLAG_KEY) != 0,
+                                   QByteArray(reinterpret_cast<char *>(packet->data), packet->size),
+                                   decodedNumber(*decoders[size_t(at)], *packet)});
+        av_packet_unref(packet.get());
+    }
+    avformat_close_input(&input);
+    return tracks;
+}
+
+} // namespace
+
+class TestHvx3Info : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { av_log_set_level(AV_LOG_QUIET); }
+    void init();
+    void countsWhatIsThere();
+    void showsTextsThatHarmNoTerminal();
+    void exportsPicturesAsTheyAre_data();
+    void exportsPicturesAsTheyAre();
+    void makesTimesGoForward();
+    void beginsAFileWhereTheSizeChanges();
+    void leavesNothingBehindWhenItFails();
+    void explainsItself_data();
+    void explainsItself();
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    /// Writes a recording and returns its path.
+    QString record(const QByteArray &bytes, const QString &name = "recording") const;
+    QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files, QDir::Name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestHvx3Info::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+}
+
+QString TestHvx3Info::record(const QByteArray &bytes, const QString &name) const
+{
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write a recording");
+    return file.fileName();
+}
+
+void TestHvx3Info::countsWhatIsThere()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 48}, .pictures = 3});
+    const QByteArray lost = hvx3Data(Video, MiddleFragment, "lost") + hvx3Data(Video, LastFragment, "lost") +
+                            hvx3Data(Text, FirstFragment, "unfinished");
+    const QByteArray garbage = hvx3Data(99, WholeFrame, "unknown stream");
+    const QByteArray cut = hvx3Data(Text, WholeFrame, "never whole").chopped(2);
+    const QByteArray stream =
+        Acknowledgement + headerOf("mp4v") + frameAt(100'000, Video, clip.pictures[0]) +
+        hvx3Data(Text, WholeFrame, "hello") + frameAt(100'040, Video, clip.pictures[1]) + lost + garbage +
+        frameAt(101'000, Video, clip.pictures[2]) + hvx3Data(Text, WholeFrame, "you") + cut;
+
+    const QJsonObject report = runProgram({"--json", record(stream)}).json();
+    const auto number = [&](const char *name) { return report.value(QLatin1String(name)).toDouble(-1); };
+    QCOMPARE(report.value("name").toString(), "Warehouse");
+    QCOMPARE(number("bytes"), stream.size());
+    QCOMPARE(number("headers"), 1);
+    QCOMPARE(number("indexRecords"), 3);
+    QCOMPARE(number("lostBytes"), Acknowledgement.size() + garbage.size());
+    QCOMPARE(number("gaps"), 2);
+    QCOMPARE(number("lostFragments"), 2);
+    QCOMPARE(number("unfinishedFrames"), 1);
+    QCOMPARE(number("unreadBytes"), cut.size());
+    QCOMPARE(number("duration"), 1);
+    QCOMPARE(number("bitRate"), stream.size() * 8);
+
+    const QJsonArray streams = report.value("streams").toArray();
+    QCOMPARE(streams.size(), 3);
+    const QByteArray whole = clip.whole();
+    const auto [smallest, largest] =
+        std::minmax({clip.pictures[0].size(), clip.pictures[1].size(), clip.pictures[2].size()});
+    int records = 2; // the two that were lost
+    for (const QByteArray &picture : clip.pictures)
+        records += int((picture.size() + 499) / 500);
+    const QJsonObject video{{"id", 0},
+                            {"type", 1},
+                            {"kind", "video"},
+                            {"codecs", QJsonArray{"mp4v"}},
+                            {"charset", ""},
+                            {"title", "Camera"},
+                            {"records", records},
+                            {"frames", 3},
+                            {"bytes", whole.size()},
+                            {"lostFragments", 2},
+                            {"unfinishedFrames", 0},
+                            {"smallestFrame", smallest},
+                            {"largestFrame", largest},
+                            {"meanFrame", double(whole.size()) / 3},
+                            {"bitRate", whole.size() * 8},
+                            {"sizes", QJsonArray{QJsonObject{{"width", 64}, {"height", 48}}}},
+                            {"keyFrames", 1},
+                            {"duration", 1},
+                            {"largestGap", 0.96},
+                            {"frameRate", 2}};
+    QCOMPARE(streams[0].toObject(), video);
+    const QJsonObject text{{"id", 1},
+                           {"type", 4},
+                           {"kind", "text"},
+                           {"codecs", QJsonArray{""}},
+                           {"charset", "-utf8"},
+                           {"title", "Events"},
+                           {"records", 3},
+                           {"frames", 2},
+                           {"bytes", 8},
+                           {"lostFragments", 0},
+                           {"unfinishedFrames", 1},
+                           {"smallestFrame", 3},
+                           {"largestFrame", 5},
+                           {"meanFrame", 4},
+                           {"bitRate", 64}};
+    QCOMPARE(streams[1].toObject(), text);
+    QCOMPARE(streams[2].toObject().value("frames"), QJsonValue(0));
+
+    QJsonObject piped = runProgram({"-", "--json"}, stream).json();
+    QCOMPARE(piped.take("recording").toString(), "-");
+    QJsonObject rest = report;
+    rest.remove("recording");
+    QCOMPARE(piped, rest);
+}
+
+void TestHvx3Info::showsTextsThatHarmNoTerminal()
+{
+    const QByteArray koi = QByteArray::fromHex("f3cbcc c1c4"); // "Склад"
+    const QByteArray stream = hvx3Header({{Video, 1, "x\x1b[2J", koi, ""}}, koi + "\x1b]0;x\x07",
+                                         QByteArray("\x01-koi8\0\x05texts\0", 14)) +
+                              hvx3Index(1);
+    const Run run = runProgram({record(stream)});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(!run.out.contains('\x1b') && !run.out.contains('\a'), qPrintable(run.out));
+    const QStringList lines = run.out.split('\n');
+    QVERIFY2(lines.contains("name            Склад?]0;x?"), qPrintable(run.out));
+    QVERIFY2(lines.contains("text 5          texts"), qPrintable(run.out));
+    QVERIFY2(lines.contains("stream 0: video, x?[2J, \"Склад\""), qPrintable(run.out));
+}
+
+void TestHvx3Info::exportsPicturesAsTheyAre_data()
+{
+    const TestTable<QByteArray, QByteArray, QString> row("encoder", "label", "ending");
+    for (const char *ending : {"mkv", "mp4"}) {
+        for (const auto &[encoder, label] :
+             {std::pair("libx264", "H264"), std::pair("mpeg4", "mp4v"), std::pair("mjpeg", "mjpeg")})
+            row(QByteArray(label) + " " + ending, encoder, label, ending);
+    }
+}
+
+void TestHvx3Info::exportsPicturesAsTheyAre()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(QByteArray, label);
+    QFETCH(QString, ending);
+    if (!canEncode(encoder))
+        QSKIP("This FFmpeg has no such encoder.");
+    const EncodedClip camera = encodeClip({.encoder = encoder, .size = {176, 144}, .pictures = 5});
+    const EncodedClip yard = encodeClip({.encoder = encoder, .size = {128, 96}, .pictures = 5});
+    const QList<qint64> times{1'700'000'000'990, 1'700'000'001'030, 1'700'000'001'100, 1'700'000'002'000,
+                              1'700'000'002'001};
+    // The streams began before the recording did: these pictures are of no use without an earlier one.
+    QByteArray stream = headerOf(label) + hvx3Index(1'700'000'000);
+    const bool isIntra = label == "mjpeg";
+    if (!isIntra)
+        stream +=
+            hvx3Frame(Video, camera.pictures[3], 500, {}) + hvx3Frame(Second, yard.pictures[4], 500, {});
+    for (qsizetype i = 0; i < times.size(); ++i)
+        stream +=
+            frameAt(times[i], Video, camera.pictures[i]) + frameAt(times[i] + 5, Second, yard.pictures[i]);
+
+    const QString name = path("out." + ending);
+    const Run run = runProgram({record(stream), "--export", name, "--json"});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QCOMPARE(run.json().value("notExported"), QJsonValue(isIntra ? 0 : 2));
+    QCOMPARE(files(), QStringList({"out." + ending, "recording"}));
+
+    const QList<Track> tracks = tracksOf(name);
+    QCOMPARE(tracks.size(), 2);
+    for (const auto &[track, clip, shift] :
+         {std::tuple(tracks[0], camera, 0), std::tuple(tracks[1], yard, 5)}) {
+        QCOMPARE(track.codec, clip.decoder);
+        QCOMPARE(track.size, shift == 0 ? QSize(176, 144) : QSize(128, 96));
+        QCOMPARE(track.numbers(), QList<int>({0, 1, 2, 3, 4}));
+        for (qsizetype i = 0; i < times.size(); ++i) {
+            const Packet &packet = track.packets[i];
+            QCOMPARE(packet.time, times[i] - times[0] + shift);
+            QCOMPARE(packet.isKey, i == 0 || isIntra);
+            QCOMPARE(partsOf(packet.bytes, track.codec, true), partsOf(clip.pictures[i], track.codec, false));
+        }
+    }
+}
+
+void TestHvx3Info::makesTimesGoForward()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 48}, .pictures = 8});
+    // Equal, a little back, and set back by a day.
+    const QList<qint64> times{90'000'000, 90'000'040, 90'000'040, 90'000'010,
+                              90'000'080, 3'600'000,  3'600'040};
+    QByteArray stream = headerOf("mp4v");
+    for (qsizetype i = 0; i < times.size(); ++i)
+        stream += frameAt(times[i], Video, clip.pictures[i]);
+    for (const QString ending : {"mkv", "mp4"}) {
+        const Run run = runProgram({record(stream), "--export", path("out." + ending), "--json"});
+        const QJsonObject exported = run.json().value("exported")[0].toObject();
+        QCOMPARE(exported.value("movedTimes"), QJsonValue(3));
+        QCOMPARE(exported.value("timesSetBack"), QJsonValue(1));
+        QCOMPARE(tracksOf(path("out." + ending)).value(0).times(),
+                 QList<qint64>({0, 40, 41, 42, 80, 81, 120}));
+    }
+}
+
+void TestHvx3Info::beginsAFileWhereTheSizeChanges()
+{
+    const auto encode = [](QSize size, int pictures) {
+        return encodeClip({.encoder = "mpeg4", .size = size, .pictures = pictures}).pictures;
+    };
+    const QList<QByteArray> small = encode({64, 48}, 2);
+    const QList<QByteArray> large = encode({96, 64}, 2);
+    const QList<QByteArray> yard = encode({128, 96}, 3);
+    // A repeated header changes nothing. The second stream goes on in the first file until its next key
+    // picture.
+    const QByteArray stream =
+        headerOf("mp4v") + frameAt(1000, Video, small[0]) + frameAt(1010, Second, yard[0]) +
+        headerOf("mp4v") + frameAt(1040, Video, small[1]) + frameAt(1080, Video, large[0]) +
+        frameAt(1090, Second, yard[1]) + frameAt(1120, Video, large[1]) + frameAt(1130, Second, yard[0]) +
+        frameAt(1170, Second, yard[1]) + frameAt(1210, Second, yard[2]);
+    const Run run = runProgram({record(stream), "--export", path("out.mkv")});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.contains("64 x 48, then 96 x 64"), qPrintable(run.out));
+    QCOMPARE(files(), QStringList({"out-2.mkv", "out.mkv", "recording"}));
+
+    const QList<Track> first = tracksOf(path("out.mkv"));
+    const QList<Track> second = tracksOf(path("out-2.mkv"));
+    QCOMPARE(first.size(), 2);
+    QCOMPARE(second.size(), 2);
+    QCOMPARE(first[0].size, QSize(64, 48));
+    QCOMPARE(first[0].times(), QList<qint64>({0, 40}));
+    QCOMPARE(first[1].times(), QList<qint64>({10, 90}));
+    QCOMPARE(second[0].size, QSize(96, 64));
+    QCOMPARE(second[0].times(), QList<qint64>({0, 40}));
+    QCOMPARE(second[1].times(), QList<qint64>({50, 90, 130}));
+    QCOMPARE(second[1].numbers(), QList<int>({0, 1, 2}));
+}
+
+void TestHvx3Info::leavesNothingBehindWhenItFails()
+{
+    QList<QByteArray> sizes;
+    for (const QSize size : {QSize(128, 96), QSize(176, 144)})
+        sizes += encodeClip({.encoder = "mjpeg", .size = size, .pictures = 1}).pictures;
+    QByteArray stream = headerOf("mjpeg");
+    for (int i = 0; i < 3; ++i)
+        stream += frameAt(1000 + i, Video, sizes[i % 2]);
+    const QString recording = record(stream);
+    QFile old(path("out-3.mkv"));
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+    old.close();
+
+    const Run refused = runProgram({recording, "--export", path("out.mkv")});
+    QCOMPARE(refused.exitCode, 3);
+    QVERIFY2(refused.err.contains("out-3.mkv exists; --force"), qPrintable(refused.err));
+    QVERIFY2(refused.out.contains("stream 0: video"), qPrintable(refused.out));
+    QCOMPARE(files(), QStringList({"out-3.mkv", "recording"}));
+    QCOMPARE(QFileInfo(old).size(), 3);
+    QCOMPARE(runProgram({recording, "--force", "--export", path("out.mkv")}).exitCode, 0);
+    QCOMPARE(tracksOf(path("out-3.mkv")).value(0).numbers(), QList<int>({0}));
+
+    for (int i = 3; i < 101; ++i)
+        stream += frameAt(1000 + i, Video, sizes[i % 2]);
+    const QStringList before = files();
+    const Run tooMany = runProgram({record(stream), "--export", path("many.mkv")});
+    QCOMPARE(tooMany.exitCode, 3);
+    QVERIFY2(tooMany.err.contains("at most 100 files"), qPrintable(tooMany.err));
+    QCOMPARE(files(), before);
+}
+
+void TestHvx3Info::explainsItself_data()
+{
+    // %1: a recording without pictures, %2: one with a picture, %3: another file
+    const TestTable<QStringList, int, QString> row("arguments", "exitCode", "says");
+    row("help", {"--help"}, 0, "Exit code");
+    row("version", {"--version"}, 0, "hvx3-info " PARAVUE_VERSION);
+    row("nothing", {}, 2, "no file was given");
+    row("two files", {"%1", "%1"}, 2, "more than one file");
+    row("unknown option", {"%1", "--nonsense"}, 2, "nonsense");
+    row("export nowhere", {"%1", "--export="}, 2, "--export needs a value");
+    row("another format", {"%1", "--export", "x.avi"}, 2, ".mkv or .mp4");
+    row("force without export", {"%1", "--force"}, 2, "--force needs --export");
+    row("export standard input", {"-", "--export", "x.mkv"}, 2, "twice");
+    row("no such file", {"nosuch", "--export", "x.mkv"}, 3, "there is no file nosuch");
+    row("folder", {"."}, 3, ". is a folder");
+    row("empty", {"-"}, 1, "- is empty");
+    row("no stream", {"%3"}, 1, "none of its 5 bytes begin one");
+    row("no pictures", {"%1"}, 0, "frames 0 in 0 records");
+    row("no pictures to export", {"%1", "--export", "x.mkv"}, 3, "no video stream with a key picture");
+    row("no such folder", {"%2", "--export", "nosuch/x.mkv"}, 3, "cannot write nosuch/x.mkv");
+}
+
+void TestHvx3Info::explainsItself()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, says);
+    const QByteArray start = headerOf("mjpeg") + hvx3Index(1);
+    const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {64, 48}, .pictures = 1});
+    arguments.replaceInStrings("%1", record(start));
+    arguments.replaceInStrings("%2", record(start + hvx3Frame(Video, clip.whole(), 500), "picture"));
+    arguments.replaceInStrings("%3", record("abcde", "junk"));
+    const Run run = runProgram(arguments);
+    QCOMPARE(run.exitCode, exitCode);
+    const QString said = (run.exitCode == 0 ? run.out : run.err).simplified();
+    QVERIFY2(said.contains(says), qPrintable(said));
+}
+
+QTEST_GUILESS_MAIN(TestHvx3Info)
+#include "tst_hvx3_info.moc"
