@@ -67,7 +67,8 @@ QString CellGridEditor::valueText() const
     const int mark = m_cells.mark(m_current);
     const QString state = mark == 0 ? tr("not marked") : markName(mark);
     const QString text = tr("%1: %2").arg(place, state);
-    return kinds().size() > 1 ? tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1)) : text;
+    return withNotice(kinds().size() > 1 ? tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1))
+                                         : text);
 }
 
 void CellGridEditor::slot_Set_all()

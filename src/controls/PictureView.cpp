@@ -31,9 +31,21 @@ void PictureView::setPreferredSize(const QSize &size)
 
 QString PictureView::valueText() const
 {
-    if (!m_pixmap.isNull())
-        return tr("%1 × %2 pixels")
-            .arg(QString::number(m_pixmap.width()), QString::number(m_pixmap.height()));
+    if (m_pixmap.isNull())
+        return placeholder();
+    return withNotice(
+        tr("%1 × %2 pixels").arg(QString::number(m_pixmap.width()), QString::number(m_pixmap.height())));
+}
+
+QString PictureView::withNotice(const QString &text) const
+{
+    return m_notice.isEmpty() ? text : tr("%1; %2").arg(m_notice, text);
+}
+
+QString PictureView::placeholder() const
+{
+    if (!m_notice.isEmpty() || !m_pixmap.isNull())
+        return m_notice;
     return m_reason.isEmpty() ? tr("No picture from the camera yet") : m_reason;
 }
 
@@ -51,11 +63,21 @@ QSize PictureView::minimumSizeHint() const
 
 void PictureView::setPixmap(const QPixmap &pixmap)
 {
-    const bool sameSize = pixmap.size() == m_pixmap.size();
+    const bool sameSize = pixmap.size() == m_pixmap.size() && m_notice.isEmpty();
     m_pixmap = pixmap;
-    // A live picture comes many times a second: only another size is worth telling.
+    m_notice.clear();
+    // A live picture comes many times a second: only another size, or the end of a notice, is worth telling.
     sameSize ? update() : stateChanged();
     Q_EMIT pictureChanged();
+}
+
+void PictureView::setNotice(const QString &text)
+{
+    const QString notice = shortenedMessage(text);
+    if (notice == m_notice)
+        return;
+    m_notice = notice;
+    stateChanged();
 }
 
 void PictureView::setText(const QString &reason)
@@ -115,20 +137,8 @@ void PictureView::paintFooter(QPainter &) {}
 
 void PictureView::paintPlaceholder(QPainter &painter, float coverage)
 {
-    if (!m_pixmap.isNull())
-        return;
-    const QRect room = pictureRect().adjusted(8, 8, -8, -8);
-    const int flags = Qt::AlignCenter | Qt::TextWordWrap;
-    const QString reason = m_reason.isEmpty() ? tr("No picture from the camera yet") : m_reason;
-    const QRect place = painter.boundingRect(room, flags, reason).adjusted(-6, -4, 6, 4);
-    painter.save();
-    painter.setOpacity(1); // a disabled palette dims the text by itself
-    QColor ground = palette().color(QPalette::Window);
-    ground.setAlphaF(coverage);
-    painter.fillRect(place & pictureRect(), ground);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(room, flags, reason);
-    painter.restore();
+    paintNotice(painter, pictureRect(), placeholder(), palette().color(QPalette::Window),
+                palette().color(QPalette::WindowText), coverage);
 }
 
 void PictureView::stateChanged()
@@ -152,11 +162,8 @@ void PictureView::paintEvent(QPaintEvent *event)
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(picture, m_pixmap);
     }
-    if (!isEnabled()) {
-        QColor veil = ground;
-        veil.setAlphaF(0.6F);
-        painter.fillRect(picture, veil);
-    }
+    if (!isEnabled() || (!m_notice.isEmpty() && !m_pixmap.isNull()))
+        paintVeil(painter, picture, ground);
     painter.save();
     painter.setOpacity(isEnabled() ? 1 : 0.6);
     painter.setClipRect(picture);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/PictureNotice.h"
+
 #include <QPixmap>
 #include <QWidget>
 
@@ -10,7 +12,7 @@ namespace paravue
 /// place while there is none. What is drawn over it, and a footer below it, come from derived classes.
 ///
 /// Assistive tools see a graphic whose value is valueText().
-class PictureView : public QWidget
+class PictureView : public QWidget, public PictureNotice
 {
     Q_OBJECT
 
@@ -24,8 +26,9 @@ public:
 
     /// Where in the widget the picture is, or would be. Empty while the widget is too small for one.
     QRect pictureRect() const;
-    /// The state of the view in words.
+    /// The state of the view in words. Derived classes put what they have to say behind the notice.
     virtual QString valueText() const;
+    void setNotice(const QString &text) override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -33,7 +36,8 @@ public:
 public Q_SLOTS:
     /// A null pixmap takes the picture away.
     void setPixmap(const QPixmap &pixmap);
-    /// Says why there is no picture, in plain text. An empty text brings the usual one back.
+    /// Says why there is no picture, in plain text, while there is no notice. An empty text brings the usual
+    /// one back.
     void setText(const QString &reason);
 
 Q_SIGNALS:
@@ -49,9 +53,11 @@ protected:
     virtual void paintOver(QPainter &painter, const QRect &dirty);
     virtual int footerHeight(int width) const;
     virtual void paintFooter(QPainter &painter);
-    /// The text that says why there is no picture; nothing when there is one. Its ground lets some of what is
-    /// under it through when \a coverage is less than 1.
+    /// The notice, or the text that says why there is no picture; nothing when there is one. Its ground lets
+    /// some of what is under it through when \a coverage is less than 1.
     void paintPlaceholder(QPainter &painter, float coverage = 1);
+    /// \a text with the notice before it.
+    QString withNotice(const QString &text) const;
     /// Tells assistive tools about another valueText(), and paints all again.
     void stateChanged();
 
@@ -59,8 +65,10 @@ protected:
 
 private:
     QRect pictureArea() const;
+    QString placeholder() const;
 
     QPixmap m_pixmap;
+    QString m_notice;
     QString m_reason;
     QSize m_preferred;
 };

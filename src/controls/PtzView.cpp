@@ -17,7 +17,7 @@ PtzView::PtzView(QWidget *parent) : PictureView(parent) {}
 
 QString PtzView::valueText() const
 {
-    return positionText();
+    return withNotice(positionText());
 }
 
 void PtzView::slot_Set_PTZ_pos(const QString &position)

@@ -7,6 +7,7 @@
 #include "ui/ErrorDisplay.h"
 #include "ui/LoadingView.h"
 #include "ui/PathBox.h"
+#include "ui/PictureReceivers.h"
 #include "ui/SetupSession.h"
 #include "ui/WindowDrag.h"
 #include "ui/WindowFrame.h"
@@ -79,6 +80,9 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
                            letUserAct([&] { allowed = askAboutPath(this, path, use); });
                            return allowed;
                        }});
+    // A store without a link has no recorder whose pictures could be shown.
+    if (setup->metaObject() != &OrbSetup::staticMetaObject)
+        m_session->tasks.setReceiverFactory(pictureReceivers(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
     m_described = std::make_unique<DescribedFrame>(*this, *m_frame, *m_session);
     wire();

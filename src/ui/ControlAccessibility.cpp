@@ -1,6 +1,7 @@
 #include "ui/ControlAccessibility.h"
 
 #include "controls/K9mButton.h"
+#include "controls/OnlineView.h"
 #include "controls/OrbProgressPie.h"
 #include "controls/PictureView.h"
 #include "ui/AccessibleControl.h"
@@ -312,8 +313,8 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
         return new AccessibleRange<QProgressBar>(bar, QAccessible::ProgressBar);
     if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
         return new AccessibleRange<OrbProgressPie>(pie, QAccessible::ProgressBar);
-    if (auto *label = qobject_cast<QLabel *>(widget); label && label->hasScaledContents())
-        return new AccessiblePicture(label, [label] { return label->text(); });
+    if (auto *view = qobject_cast<OnlineView *>(widget))
+        return new AccessiblePicture(view, [view] { return view->valueText(); });
     if (auto *view = qobject_cast<PictureView *>(widget))
         return new AccessiblePicture(view, [view] { return view->valueText(); });
     auto *line = qobject_cast<QAbstractSpinBox *>(widget) ? widget->findChild<QLineEdit *>() : nullptr;

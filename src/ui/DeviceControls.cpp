@@ -1,6 +1,7 @@
 #include "ui/DeviceControls.h"
 
 #include "controls/K9mButton.h"
+#include "controls/OnlineView.h"
 #include "controls/cDiskFitness.h"
 #include "ui/ControlContext.h"
 #include "ui/ControlTable.h"
@@ -8,7 +9,6 @@
 #include "ui/UiLimits.h"
 #include "ui/WindowText.h"
 
-#include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
 
@@ -134,21 +134,14 @@ QString K9mButtonControl::actionState(const Control &control) const
 
 QWidget *OnlineControl::create(ControlContext &, const Control &control, QWidget *parent) const
 {
-    auto *picture = new QLabel(tr("No signal"), parent);
+    auto *picture = new OnlineView(parent);
     picture->setFixedSize(fixedSize(control.element, QSize(320, 240)));
-    picture->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-    picture->setScaledContents(true);
-    picture->setAlignment(Qt::AlignCenter);
-    picture->setWordWrap(true);
-    picture->setBackgroundRole(QPalette::Base);
-    picture->setForegroundRole(QPalette::Text);
-    picture->setAutoFillBackground(true);
     return picture;
 }
 
 const QMetaObject &OnlineControl::widgetClass() const
 {
-    return QLabel::staticMetaObject;
+    return OnlineView::staticMetaObject;
 }
 
 } // namespace paravue

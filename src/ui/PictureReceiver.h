@@ -17,14 +17,29 @@ class PictureReceiver : public QObject
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit PictureReceiver(QObject *parent = nullptr) : QObject(parent)
+    {
+        connect(this, &PictureReceiver::pixmapReady, this, [this] { ++m_pictures; });
+    }
 
     /// False when no further picture can come: a live one has lost its connection, or the request for a still
     /// one has ended. The task then makes another receiver.
     virtual bool isActive() const = 0;
+    /// Whether there has been a connection, be it lost by now.
+    virtual bool hasConnected() const { return false; }
+    /// Counts whatever has come over the connection, in units of no meaning.
+    virtual quint64 traffic() const { return 0; }
+    /// Why there was no picture, where the receiver knows; in a few words for the user.
+    virtual QString problem() const { return {}; }
+
+    /// How many pictures have come.
+    quint64 pictures() const { return m_pictures; }
 
 Q_SIGNALS:
     void pixmapReady(const QPixmap &pixmap);
+
+private:
+    quint64 m_pictures = 0;
 };
 
 enum class PictureKind {

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <optional>
 
 namespace paravue
 {
@@ -17,8 +18,19 @@ namespace
 {
 
 const QString taskTag = QStringLiteral("timetask");
+const QString typeAttribute = QStringLiteral("type");
 const QString lastRunAttribute = QStringLiteral("ms");
 const QString periodAttribute = QStringLiteral("period");
+
+std::optional<PictureKind> pictureKind(const QDomElement &element)
+{
+    const QString type = element.attribute(typeAttribute);
+    if (type == QLatin1String("v3getjpeg"))
+        return PictureKind::Still;
+    if (type == QLatin1String("startVideoOnline"))
+        return PictureKind::Live;
+    return {};
+}
 
 // Not the processor time of the C library's clock(), which hardly moves while a window waits.
 quint32 steadyMilliseconds()
@@ -62,6 +74,8 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
         }
         start(element);
         m_tasks.push_back({element, {}});
+        if (pictureKind(element))
+            m_tasks.back().video.announce(element, videoParts());
         added.append(element);
     }
     return added;
@@ -71,6 +85,8 @@ void TimeTasks::remove(const QList<QDomElement> &elements)
 {
     for (const QDomElement &element : elements) {
         VideoTask::forget(element);
+        if (Task *task = find(element))
+            task->video.end();
         std::erase_if(m_tasks, [&](const Task &task) { return task.element == element; });
     }
 }
@@ -83,7 +99,8 @@ void TimeTasks::clear()
 void TimeTasks::tick()
 {
     QList<QDomElement> due;
-    for (const Task &task : m_tasks) {
+    for (Task &task : m_tasks) {
+        task.video.look(m_clock());
         if (isDue(task.element))
             due.append(task.element);
     }
@@ -119,13 +136,11 @@ TimeTasks::Task *TimeTasks::find(const QDomElement &element)
 /// \a element is not that of the list, which the task may clear.
 void TimeTasks::run(const QDomElement &element, VideoTask &video)
 {
-    const QString type = element.attribute(QStringLiteral("type"));
+    const QString type = element.attribute(typeAttribute);
     if (type == QLatin1String("call"))
         m_actions.runCall(element);
-    else if (type == QLatin1String("v3getjpeg"))
-        video.run(PictureKind::Still, element, m_makeReceiver, m_context, m_actions);
-    else if (type == QLatin1String("startVideoOnline"))
-        video.run(PictureKind::Live, element, m_makeReceiver, m_context, m_actions);
+    else if (const auto kind = pictureKind(element))
+        video.run(*kind, element, videoParts(), m_clock());
     else
         m_context.report(tr("Unknown time task \"%1\"").arg(type));
 }

@@ -29,6 +29,7 @@ public:
 
     /// The registered tasks begin a new period. Without a call the clock is a steady one.
     void setClock(const Clock &clock);
+    /// Without one the controls for pictures say that there are none in a preview.
     void setReceiverFactory(const ReceiverFactory &factory) { m_makeReceiver = factory; }
 
     /// Registers the tasks of a window or dialog and returns those that were not registered yet: it is theirs
@@ -50,6 +51,7 @@ private:
     bool isDue(const QDomElement &element) const;
     Task *find(const QDomElement &element);
     void run(const QDomElement &element, VideoTask &video);
+    VideoTask::Parts videoParts() const { return {m_makeReceiver, m_context, m_actions}; }
 
     ControlContext &m_context;
     ActionRunner &m_actions;

@@ -1,10 +1,13 @@
 #include "ui/VideoTask.h"
 
+#include "controls/PictureNotice.h"
 #include "store/OrbSetup.h"
 #include "ui/ActionRunner.h"
 #include "ui/ControlContext.h"
 
-#include <QWidget>
+#include <QLabel>
+
+#include <utility>
 
 namespace paravue
 {
@@ -38,13 +41,14 @@ bool resolveSource(ControlContext &context, const QDomElement &task)
     return true;
 }
 
-void connectTargets(const PictureReceiver &receiver, const QList<QWidget *> &targets)
+/// A plain label has no room for a text over a picture: it shows the one or the other.
+void showNotice(QWidget *widget, const QString &text)
 {
-    for (QWidget *target : targets) {
-        if (target->metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
-            QObject::connect(&receiver, SIGNAL(pixmapReady(QPixmap)), target, SLOT(setPixmap(QPixmap)),
-                             Qt::UniqueConnection);
-    }
+    if (auto *view = dynamic_cast<PictureNotice *>(widget))
+        view->setNotice(text);
+    else if (auto *label = qobject_cast<QLabel *>(widget);
+             label && !text.isEmpty() && !label->pixmap(Qt::ReturnByValue).isNull())
+        label->setText(text);
 }
 
 } // namespace
@@ -55,19 +59,68 @@ void VideoTask::DeleteLater::operator()(PictureReceiver *receiver) const
     receiver->deleteLater();
 }
 
-void VideoTask::run(PictureKind kind, const QDomElement &task, const ReceiverFactory &makeReceiver,
-                    ControlContext &context, const ActionRunner &actions)
+void VideoTask::announce(const QDomElement &task, const Parts &parts)
 {
-    if (!makeReceiver)
+    findTargets(task, parts.actions);
+    say(parts.makeReceiver ? tr("No picture yet") : tr("No video in a preview"));
+}
+
+void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &parts, quint32 now)
+{
+    findTargets(task, parts.actions);
+    if (!parts.makeReceiver)
         return;
-    if (!m_receiver || !m_receiver->isActive()) {
-        if (!resolveSource(context, task))
+    if (!m_receiver || !m_receiver->isActive() || m_status.isDead()) {
+        if (!resolveSource(parts.context, task))
             return;
-        m_receiver.reset(makeReceiver(kind, task).release());
+        m_receiver.reset(parts.makeReceiver(kind, task).release());
+        m_status.begin();
     }
-    if (m_receiver)
-        connectTargets(*m_receiver,
-                       actions.targets(task.firstChildElement(QStringLiteral("target")).text().trimmed()));
+    if (!m_receiver)
+        return;
+    for (QWidget *target : std::as_const(m_targets)) {
+        if (target->metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
+            QObject::connect(m_receiver.get(), SIGNAL(pixmapReady(QPixmap)), target, SLOT(setPixmap(QPixmap)),
+                             Qt::UniqueConnection);
+    }
+    look(now);
+}
+
+void VideoTask::look(quint32 now)
+{
+    if (!m_receiver)
+        return;
+    if (m_status.look(*m_receiver, now))
+        m_said.clear(); // by the picture
+    say(m_status.text());
+}
+
+void VideoTask::end()
+{
+    m_receiver.reset();
+    say(tr("Pictures have ended"));
+}
+
+void VideoTask::findTargets(const QDomElement &task, const ActionRunner &actions)
+{
+    const QList<QPointer<QWidget>> before = std::exchange(m_targets, {});
+    for (QWidget *target :
+         actions.targets(task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
+        m_targets.append(target);
+        if (!m_said.isEmpty() && !before.contains(target))
+            showNotice(target, m_said);
+    }
+}
+
+void VideoTask::say(const QString &text)
+{
+    if (text == m_said)
+        return;
+    m_said = text;
+    for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
+        if (target)
+            showNotice(target, text);
+    }
 }
 
 void VideoTask::forget(const QDomElement &task)

@@ -1,8 +1,13 @@
 #pragma once
 
 #include "ui/PictureReceiver.h"
+#include "ui/PictureStatus.h"
 
+#include <QCoreApplication>
 #include <QDomElement>
+#include <QList>
+#include <QPointer>
+#include <QWidget>
 
 #include <memory>
 
@@ -13,14 +18,28 @@ class ActionRunner;
 class ControlContext;
 
 /// The part of a video task that outlives one run: its receiver. The pictures go to the slot
-/// setPixmap(QPixmap) of every control whose element has a child with the tag that "target" names.
+/// setPixmap(QPixmap) of every control whose element has a child with the tag that "target" names. While none
+/// comes the controls say why.
 class VideoTask
 {
+    Q_DECLARE_TR_FUNCTIONS(VideoTask)
+
 public:
+    struct Parts {
+        const ReceiverFactory &makeReceiver; ///< empty in a window that has no recorder
+        ControlContext &context;
+        const ActionRunner &actions;
+    };
+
+    /// What the controls say until the first run.
+    void announce(const QDomElement &task, const Parts &parts);
     /// Fetches pictures for \a task, unless they are on their way already. Controls that have come since the
     /// last run get pictures from now on too.
-    void run(PictureKind kind, const QDomElement &task, const ReceiverFactory &makeReceiver,
-             ControlContext &context, const ActionRunner &actions);
+    void run(PictureKind kind, const QDomElement &task, const Parts &parts, quint32 now);
+    /// Brings what the controls say up to date. \a now is the time of the tasks in milliseconds.
+    void look(quint32 now);
+    /// The task ends before its controls do.
+    void end();
     /// Takes back what run() has noted on the element of the task.
     static void forget(const QDomElement &task);
 
@@ -30,7 +49,13 @@ private:
         void operator()(PictureReceiver *receiver) const;
     };
 
+    void findTargets(const QDomElement &task, const ActionRunner &actions);
+    void say(const QString &text);
+
     std::unique_ptr<PictureReceiver, DeleteLater> m_receiver;
+    PictureStatus m_status;
+    QString m_said;
+    QList<QPointer<QWidget>> m_targets;
 };
 
 } // namespace paravue

@@ -1,0 +1,59 @@
+#include "controls/OnlineView.h"
+
+#include "controls/MessageText.h"
+
+#include <QAccessible>
+#include <QPainter>
+
+namespace paravue
+{
+
+OnlineView::OnlineView(QWidget *parent) : QLabel(tr("No signal"), parent)
+{
+    setTextFormat(Qt::PlainText);
+    setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    setScaledContents(true);
+    setBackgroundRole(QPalette::Base);
+    setForegroundRole(QPalette::Text);
+    setAutoFillBackground(true);
+}
+
+void OnlineView::setNotice(const QString &text)
+{
+    if (text == m_notice)
+        return;
+    m_notice = text;
+    update();
+    QAccessibleValueChangeEvent event(this, valueText());
+    QAccessible::updateAccessibility(&event);
+}
+
+QString OnlineView::valueText() const
+{
+    return m_notice.isEmpty() ? text() : m_notice;
+}
+
+void OnlineView::setPixmap(const QPixmap &pixmap)
+{
+    QLabel::setPixmap(pixmap);
+    setNotice({});
+}
+
+void OnlineView::paintEvent(QPaintEvent *event)
+{
+    const bool hasPicture = !pixmap(Qt::ReturnByValue).isNull();
+    if (hasPicture)
+        QLabel::paintEvent(event);
+    const QString shown = shortenedMessage(valueText());
+    if (hasPicture && shown.isEmpty())
+        return;
+    const QColor ground = palette().color(backgroundRole());
+    QPainter painter(this);
+    if (hasPicture)
+        paintVeil(painter, contentsRect(), ground);
+    else
+        drawFrame(&painter);
+    paintNotice(painter, contentsRect(), shown, ground, palette().color(foregroundRole()));
+}
+
+} // namespace paravue

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "controls/PictureNotice.h"
+
+#include <QLabel>
+
+namespace paravue
+{
+
+/// A framed area that a live picture is stretched to, and a text while there is none.
+class OnlineView : public QLabel, public PictureNotice
+{
+    Q_OBJECT
+
+public:
+    explicit OnlineView(QWidget *parent = nullptr);
+
+    void setNotice(const QString &text) override;
+    /// The state of the view in words; empty while it shows the present picture.
+    QString valueText() const;
+
+public Q_SLOTS:
+    void setPixmap(const QPixmap &pixmap);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_notice;
+};
+
+} // namespace paravue

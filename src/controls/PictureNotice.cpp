@@ -1,0 +1,55 @@
+#include "controls/PictureNotice.h"
+
+#include <QFontInfo>
+#include <QPainter>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int Margin = 8;
+constexpr int SmallestText = 8; // pixels
+constexpr float VeilCoverage = 0.6F;
+constexpr int Flags = Qt::AlignCenter | Qt::TextWordWrap;
+
+/// Where \a text goes in \a room, with the font of the painter made as small as it needs.
+QRect fittedPlace(QPainter &painter, const QRect &room, const QString &text)
+{
+    QRect place = painter.boundingRect(room, Flags, text);
+    QFont font = painter.font();
+    for (int size = QFontInfo(font).pixelSize() - 1; size >= SmallestText && !room.contains(place); --size) {
+        font.setPixelSize(size);
+        painter.setFont(font);
+        place = painter.boundingRect(room, Flags, text);
+    }
+    return place;
+}
+
+} // namespace
+
+void paintVeil(QPainter &painter, const QRect &picture, const QColor &ground)
+{
+    QColor veil = ground;
+    veil.setAlphaF(VeilCoverage);
+    painter.fillRect(picture, veil);
+}
+
+void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &ground,
+                 const QColor &ink, float coverage)
+{
+    if (text.isEmpty())
+        return;
+    painter.save();
+    const QRect room = picture.adjusted(Margin, Margin, -Margin, -Margin);
+    const QRect place = fittedPlace(painter, room, text);
+    QColor base = ground;
+    base.setAlphaF(coverage);
+    painter.setOpacity(1); // a disabled palette dims the text by itself
+    painter.fillRect(place.adjusted(-6, -4, 6, 4) & picture, base);
+    painter.setPen(ink);
+    painter.drawText(room, Flags, text);
+    painter.restore();
+}
+
+} // namespace paravue
