@@ -37,12 +37,16 @@ bool PictureStatus::look(const PictureReceiver &receiver, quint32 now)
         m_lastPicture = now;
     if (receiver.traffic() != m_traffic || receiver.hasConnected() != m_wasConnected)
         m_lastTraffic = now;
-    if (isNew)
+    if (isNew) {
         m_trouble.clear();
+        m_hasPicture = true;
+    }
     m_pictures = receiver.pictures();
     m_traffic = receiver.traffic();
     m_wasConnected = receiver.hasConnected();
     m_isDead = m_wasConnected && now - m_lastTraffic >= SilenceOfTheDead;
+    if (m_isDead)
+        m_trouble = tr("Connection lost");
     m_text = textFor(receiver, now);
     return isNew;
 }
@@ -58,6 +62,8 @@ QString PictureStatus::textFor(const PictureReceiver &receiver, quint32 now)
             m_trouble = tr("No connection");
         return m_trouble;
     }
+    if (m_isDead)
+        return m_trouble;
     const quint32 gap = now - m_lastPicture;
     const bool isSilent = now - m_lastTraffic >= SilenceWorthTelling;
     if (m_wasConnected && gap >= (isSilent ? SilenceWorthTelling : GapWorthTelling)) {
@@ -65,7 +71,7 @@ QString PictureStatus::textFor(const PictureReceiver &receiver, quint32 now)
         return seconds < 60 ? tr("No picture for %1 s").arg(seconds)
                             : tr("No picture for %1 min").arg(seconds / 60);
     }
-    if (m_pictures > 0 || !m_trouble.isEmpty())
+    if (m_hasPicture || !m_trouble.isEmpty())
         return m_trouble;
     return m_wasConnected ? tr("No picture yet") : tr("Connecting…");
 }

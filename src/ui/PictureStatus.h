@@ -35,6 +35,7 @@ private:
     quint64 m_traffic = 0;
     quint32 m_lastPicture = 0; ///< or the beginning of the connection
     quint32 m_lastTraffic = 0;
+    bool m_hasPicture = false; ///< some picture is shown
     bool m_wasConnected = false;
     bool m_isDead = false;
 };

@@ -1,4 +1,6 @@
 #include "DescribedWindow.h"
+#include "controls/MaskEditor.h"
+#include "controls/OnlineView.h"
 #include "ui/SetupSession.h"
 
 #include <QLabel>
@@ -49,10 +51,26 @@ class FakeReceiver : public PictureReceiver
 {
 public:
     bool isActive() const override { return active; }
+    bool hasConnected() const override { return connected; }
+    quint64 traffic() const override { return bytes; }
+    QString problem() const override { return reason; }
+
     bool active = true;
+    bool connected = false;
+    quint64 bytes = 0;
+    QString reason;
 };
 
+/// What happens, and what the controls say at the next tick.
+struct Moment {
+    const char *event;
+    QString said;
+};
+using Story = QList<Moment>;
+
 } // namespace
+
+Q_DECLARE_METATYPE(Story)
 
 class TestTimeTasks : public QObject
 {
@@ -67,6 +85,8 @@ private Q_SLOTS:
     void opensDialogsUpToALimit();
     void showsAnErrorOnce();
     void fetchesPictures();
+    void saysWhyThereIsNoPicture_data();
+    void saysWhyThereIsNoPicture();
 };
 
 void TestTimeTasks::runsWhenItsPeriodIsOver_data()
@@ -233,6 +253,105 @@ void TestTimeTasks::fetchesPictures()
     session.tasks.add(session.document.first("window"));
     session.tasks.tick();
     QCOMPARE(sources.value(3), "live other:1 guest secret");
+    session.tasks.clear();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TestTimeTasks::saysWhyThereIsNoPicture_data()
+{
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<Story>("story"); // a run at each tick
+    const QByteArray live("startVideoOnline");
+    const QByteArray still("v3getjpeg");
+    QTest::newRow("comes, stops and comes back")
+        << live << Story{{"", "Connecting…"},     {"connect", "No picture yet"},
+                         {"picture", ""},         {"close", "Connection lost"},
+                         {"", "Connection lost"}, {"close", "No connection"},
+                         {"", "No connection"},   {"connect", "No connection"},
+                         {"picture", ""},         {"", ""}};
+    QTest::newRow("does not let in") << live
+                                     << Story{{"connect", "No picture yet"},
+                                              {"close", "No picture: login refused?"},
+                                              {"connect", "No picture: login refused?"},
+                                              {"close", "No picture: login refused?"}};
+    QTest::newRow("falls silent") << live
+                                  << Story{{"connect", "No picture yet"},
+                                           {"wait 5", "No picture for 5 s"},
+                                           {"picture", ""},
+                                           {"wait 3", ""},
+                                           {"wait 2", "No picture for 5 s"},
+                                           {"wait 8", "No picture for 10 s"},
+                                           {"picture", ""},
+                                           {"wait 6", "No picture for 6 s"}};
+    QTest::newRow("sends no picture")
+        << live << Story{{"connect", "No picture yet"},      {"bytes 4", "No picture yet"},
+                         {"bytes 4", "No picture yet"},      {"bytes 4", "No picture yet"},
+                         {"bytes 4", "No picture for 15 s"}, {"wait 4", "No picture for 20 s"}};
+    QTest::newRow("is switched off") << live
+                                     << Story{
+                                            {"connect", "No picture yet"},      {"picture", ""},
+                                            {"wait 58", "No picture for 55 s"}, {"wait 2", "Connection lost"},
+                                            {"connect", "Connection lost"},     {"picture", ""}};
+    QTest::newRow("still pictures") << still
+                                    << Story{{"", "Connecting…"},
+                                             {"fail Login refused", "Login refused"},
+                                             {"", "Login refused"},
+                                             {"picture close", ""},
+                                             {"", ""},
+                                             {"fail No connection", "No connection"}};
+}
+
+void TestTimeTasks::saysWhyThereIsNoPicture()
+{
+    QFETCH(QByteArray, type);
+    QFETCH(Story, story);
+    StoreFixture fixture({{"general", ""}});
+    QWidget window;
+    SetupSession session(fixture.store(), window, WindowServices{});
+    session.document.load(describe("<window><timetask type='" + type +
+                                   "'><url>x</url><target>view</target></timetask></window>"
+                                   "<page><item type='gridlayout'><item type='online'><view/></item>"
+                                   "<item type='maskctrl'><view/></item></item></page>"),
+                          "description");
+    session.builder.buildPage(session.document.first("page"), &window);
+    const auto *online = window.findChild<OnlineView *>();
+    const auto *mask = window.findChild<MaskEditor *>();
+    const QString cell = mask->valueText();
+    QPointer<FakeReceiver> receiver;
+    session.tasks.setReceiverFactory([&](PictureKind, const QDomElement &) {
+        auto made = std::make_unique<FakeReceiver>();
+        receiver = made.get();
+        return made;
+    });
+    quint32 now = 0;
+    session.tasks.setClock([&] { return now; });
+    session.tasks.add(session.document.first("window"));
+    QCOMPARE(online->valueText(), "No picture yet");
+    const auto tick = [&](int milliseconds) {
+        now += milliseconds;
+        session.tasks.tick();
+    };
+    tick(1);
+    QPixmap picture(3, 2);
+    picture.fill(Qt::red);
+    for (const Moment &moment : story) {
+        const QString event = moment.event;
+        const int seconds = event.section(' ', 1).toInt();
+        if (event == "connect")
+            receiver->connected = true;
+        if (event.startsWith("picture"))
+            Q_EMIT receiver->pixmapReady(picture);
+        if (event.endsWith("close") || event.startsWith("fail"))
+            receiver->active = false;
+        if (event.startsWith("fail"))
+            receiver->reason = event.section(' ', 1);
+        if (event.startsWith("bytes") || event.startsWith("picture"))
+            ++receiver->bytes;
+        tick(seconds > 0 ? 1000 * seconds : 1);
+        const QByteArray where = "after " + event.toUtf8();
+        QVERIFY2(online->valueText() == moment.said, where + ": " + online->valueText().toUtf8());
+        QCOMPARE(mask->valueText(), moment.said.isEmpty() ? cell : moment.said + "; " + cell);
+    }
     session.tasks.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
