@@ -1,0 +1,173 @@
+#include "RawClient.h"
+
+#include "recorder/RecorderServer.h"
+#include "support/TestTable.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+
+using paravue::test::TestTable;
+using recorder::RecorderServer;
+
+namespace
+{
+
+const QByteArray Login = "\x01LOGIN=admin\r\nPASS=admin\r\n";
+
+/// Watches a recorder's video and finds the positions of the camera among its bytes.
+class Watcher
+{
+public:
+    explicit Watcher(quint16 port)
+    {
+        QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_socket, [this] { find(m_socket.readAll()); });
+        m_socket.connectToHost("127.0.0.1", port);
+        m_socket.write(Login);
+    }
+
+    void send(const QByteArray &bytes) { m_socket.write(bytes); }
+    bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
+    QByteArray last() const { return positions.isEmpty() ? QByteArray() : positions.constLast(); }
+
+    QByteArrayList positions;
+
+private:
+    void find(const QByteArray &bytes)
+    {
+        m_bytes += bytes;
+        // A record of stream 2 with the whole text.
+        static const QRegularExpression record(
+            "[\\x11-\\x13]\\x00\\xC0\\x02(-?\\d\\.\\d{3},-?\\d\\.\\d{3},\\d\\.\\d{3})",
+            QRegularExpression::DotMatchesEverythingOption);
+        auto found = record.globalMatch(QString::fromLatin1(m_bytes));
+        qsizetype end = 0;
+        while (found.hasNext()) {
+            const QRegularExpressionMatch match = found.next();
+            positions << match.captured(1).toLatin1();
+            end = match.capturedEnd();
+        }
+        // A record may be cut.
+        m_bytes = m_bytes.mid(std::max(end, m_bytes.size() - 64));
+    }
+
+    QTcpSocket m_socket;
+    QByteArray m_bytes;
+};
+
+} // namespace
+
+/// The turning camera of the simulator, by hand-written bytes over TCP.
+class TestRecorderPtz : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void turnsStepByStep();
+    void ignoresRubbish_data();
+    void ignoresRubbish();
+    void takesSavedFiles();
+
+private:
+    void save(const QByteArray &streams);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<RecorderServer> m_server;
+    QStringList m_log;
+};
+
+void TestRecorderPtz::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_server = std::make_unique<RecorderServer>(m_folder->path());
+    m_log.clear();
+    connect(m_server.get(), &RecorderServer::logged, this, [this](const QString &line) { m_log << line; });
+    QFile streams(m_server->filePath("streams"));
+    QVERIFY(streams.open(QIODevice::WriteOnly));
+    streams.write("[ ptz ]\nPAN='0.3'\nTILT='-0.25'\nZOOM='0.5'\nPOINT2='0.7,0.5,0.6,-0.1,0.2'\n"
+                  "POINT3='0.5,0.8'\n");
+    streams.close();
+    QVERIFY2(m_server->listen(), qPrintable(m_server->errorString()));
+}
+
+void TestRecorderPtz::turnsStepByStep()
+{
+    Watcher watcher(m_server->port());
+    QTRY_COMPARE(watcher.positions, QByteArrayList{"0.300,-0.250,0.500"});
+    watcher.send("PTZ GOTO 2\r\n");
+    QTRY_COMPARE(watcher.last(), "0.600,-0.100,0.200");
+    double before = 0.3;
+    for (const QByteArray &position : watcher.positions) {
+        const double pan = position.split(',').constFirst().toDouble();
+        QVERIFY2(pan >= before && pan < before + 0.1, watcher.positions.join(' ').constData());
+        before = pan;
+    }
+
+    // A client that comes later is told it too, and so is everybody what another one asks for.
+    Watcher other(m_server->port());
+    QTRY_COMPARE(other.positions, QByteArrayList{"0.600,-0.100,0.200"});
+    other.send("PTZ POINT 9 0.1,0.1,0.55,-2,0.2,mine\r\nPTZ MOVE 0.7,-0.1,0.2\nPTZ GOTO 9\r\n");
+    QTRY_COMPARE(watcher.last(), "0.550,-1.000,0.200");
+    QCOMPARE(m_server->ptz().point(9), "0.1,0.1,0.55,-2,0.2,mine");
+}
+
+void TestRecorderPtz::ignoresRubbish_data()
+{
+    const TestTable<QByteArray> row("line");
+    row("unknown", "PTZ DANCE");
+    row("no number", "PTZ GOTO two");
+    row("negative number", "PTZ GOTO -2");
+    row("number of 40 digits", "PTZ GOTO " + QByteArray(39, '0') + "2x");
+    row("point without a camera", "PTZ GOTO 3");
+    row("point that is not there", "PTZ GOTO 4");
+    row("point beyond the last", "PTZ POINT 65 0.1,0.1");
+    row("point too long", "PTZ POINT 2 " + QByteArray(257, '1'));
+    row("two numbers", "PTZ MOVE 1,1");
+    row("no numbers", "PTZ MOVE nan,inf,1");
+    row("bytes", QByteArray("\x00\xff\x80 PTZ GOTO 2", 14));
+}
+
+void TestRecorderPtz::ignoresRubbish()
+{
+    QFETCH(QByteArray, line);
+    Watcher watcher(m_server->port());
+    QTRY_COMPARE(watcher.positions.size(), 1);
+    m_log.clear();
+    watcher.send(line + "\r\nPTZ MOVE 0.32,-0.25,0.5\r\n");
+    QTRY_COMPARE(watcher.last(), "0.320,-0.250,0.500");
+    QVERIFY(watcher.isConnected());
+    QCOMPARE(watcher.positions.size(), 2);
+    QCOMPARE(m_server->ptz().point(2), "0.7,0.5,0.6,-0.1,0.2");
+    QVERIFY2(!m_log.filter("ignored").isEmpty(), qPrintable(m_log.join('\n')));
+}
+
+void TestRecorderPtz::save(const QByteArray &streams)
+{
+    RawClient client(m_server->port());
+    QVERIFY(client.logIn());
+    QVERIFY(client.ask("PUT CONFIG\r\nLENGTH=" + QByteArray::number(streams.size()) + "\r\n" + streams)
+                .contains("ANSWER=OK"));
+}
+
+void TestRecorderPtz::takesSavedFiles()
+{
+    Watcher watcher(m_server->port());
+    QTRY_COMPARE(watcher.positions.size(), 1);
+    watcher.send("PTZ MOVE 0.4,-0.25,0.5\r\n");
+    QTRY_COMPARE(watcher.last(), "0.400,-0.250,0.500");
+    // Who saves everything with the position of before has not asked for a turn.
+    save("[ ptz ]\nPAN='0.3'\nTILT='-0.25'\nZOOM='0.5'\nPOINT1='0,0,0.5,-0.25,0.5'\n");
+    QVERIFY(!QSignalSpy(&m_server->ptz(), &recorder::PtzState::moved).wait(200));
+    QCOMPARE(m_server->ptz().point(2), "");
+    watcher.send("PTZ GOTO 1\r\n");
+    QTRY_COMPARE(watcher.last(), "0.500,-0.250,0.500");
+    save("[ ptz ]\nPAN='0.3'\nTILT='-0.2'\nZOOM='0.5'\n");
+    QTRY_COMPARE(watcher.last(), "0.300,-0.200,0.500");
+}
+
+QTEST_GUILESS_MAIN(TestRecorderPtz)
+#include "tst_recorder_ptz.moc"
