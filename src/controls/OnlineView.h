@@ -11,11 +11,13 @@ namespace paravue
 class OnlineView : public QLabel, public PictureNotice
 {
     Q_OBJECT
+    Q_PROPERTY(bool hasPicture READ hasPicture)
 
 public:
     explicit OnlineView(QWidget *parent = nullptr);
 
     void setNotice(const QString &text) override;
+    bool hasPicture() const { return !pixmap(Qt::ReturnByValue).isNull(); }
     /// The state of the view in words; empty while it shows the present picture.
     QString valueText() const;
 

@@ -15,11 +15,13 @@ namespace paravue
 class PictureView : public QWidget, public PictureNotice
 {
     Q_OBJECT
+    Q_PROPERTY(bool hasPicture READ hasPicture)
 
 public:
     explicit PictureView(QWidget *parent = nullptr);
 
     QPixmap pixmap() const { return m_pixmap; }
+    bool hasPicture() const { return !m_pixmap.isNull(); }
     /// The size that the view likes to show pictures in, in device-independent pixels; its proportions are
     /// those of the place that waits for one. 320 x 240 unless told otherwise.
     void setPreferredSize(const QSize &size);

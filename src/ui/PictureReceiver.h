@@ -32,11 +32,18 @@ public:
     /// Why there was no picture, where the receiver knows; in a few words for the user.
     virtual QString problem() const { return {}; }
 
+    /// For a camera that turns: where it looks (controls/PtzPosition.h), empty while that is not known.
+    virtual QString cameraPosition() const { return {}; }
+    virtual void goTo(int) {}
+    virtual void setPoint(int, const QString &) {}
+
     /// How many pictures have come.
     quint64 pictures() const { return m_pictures; }
 
 Q_SIGNALS:
     void pixmapReady(const QPixmap &pixmap);
+    /// cameraPosition() is another one.
+    void cameraMoved(const QString &position);
 
 private:
     quint64 m_pictures = 0;

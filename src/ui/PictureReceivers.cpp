@@ -1,6 +1,7 @@
 #include "ui/PictureReceivers.h"
 
 #include "video/HttpPictureReceiver.h"
+#include "video/PtzVideoReceiver.h"
 #include "video/VideoHVX3Reciver.h"
 
 #include <QDomElement>
@@ -12,14 +13,15 @@ namespace
 {
 
 /// A receiver of live video, of which only its pictures and its socket are known.
+template <class Receiver>
 class LivePictures : public PictureReceiver
 {
 public:
     LivePictures(QObject *parent, const QDomElement &task)
-        : PictureReceiver(parent), m_receiver(new VideoHVX3Reciver(this, task)),
-          m_socket(m_receiver->findChild<QTcpSocket *>())
+        : PictureReceiver(parent), m_receiver(nullptr, task),
+          m_socket(m_receiver.template findChild<QTcpSocket *>())
     {
-        connect(m_receiver, &VideoHVX3Reciver::pixmapReady, this, &PictureReceiver::pixmapReady);
+        connect(&m_receiver, &VideoHVX3Reciver::pixmapReady, this, &PictureReceiver::pixmapReady);
         connect(m_socket, &QTcpSocket::connected, this, [this] { m_hasConnected = true; });
         connect(m_socket, &QTcpSocket::readyRead, this, [this] { ++m_traffic; });
     }
@@ -32,11 +34,26 @@ public:
     bool hasConnected() const override { return m_hasConnected; }
     quint64 traffic() const override { return m_traffic; }
 
+protected:
+    Receiver m_receiver;
+
 private:
-    VideoHVX3Reciver *m_receiver; // a child, as its socket is of it
-    QTcpSocket *m_socket;
+    QTcpSocket *const m_socket; // a child of the receiver
     quint64 m_traffic = 0;
     bool m_hasConnected = false;
+};
+
+class TurningCamera : public LivePictures<PtzVideoReceiver>
+{
+public:
+    TurningCamera(QObject *parent, const QDomElement &task) : LivePictures(parent, task)
+    {
+        connect(&m_receiver, &PtzVideoReceiver::positionChanged, this, &PictureReceiver::cameraMoved);
+    }
+
+    QString cameraPosition() const override { return m_receiver.position(); }
+    void goTo(int point) override { m_receiver.goTo(point); }
+    void setPoint(int point, const QString &text) override { m_receiver.setPoint(point, text); }
 };
 
 class StillPicture : public PictureReceiver
@@ -55,13 +72,20 @@ private:
     HttpPictureReceiver m_receiver;
 };
 
+std::unique_ptr<PictureReceiver> makeLive(QObject &window, const QDomElement &task)
+{
+    if (!task.firstChildElement(QStringLiteral("ptz")).isNull())
+        return std::make_unique<TurningCamera>(&window, task);
+    return std::make_unique<LivePictures<VideoHVX3Reciver>>(&window, task);
+}
+
 } // namespace
 
 ReceiverFactory pictureReceivers(QObject &window)
 {
     return [&window](PictureKind kind, const QDomElement &task) -> std::unique_ptr<PictureReceiver> {
         if (kind == PictureKind::Live)
-            return std::make_unique<LivePictures>(&window, task);
+            return makeLive(window, task);
         return std::make_unique<StillPicture>(&window, task);
     };
 }

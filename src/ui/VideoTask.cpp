@@ -73,11 +73,13 @@ void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &part
     if (!m_receiver || !m_receiver->isActive() || m_status.isDead()) {
         if (!resolveSource(parts.context, task))
             return;
+        m_camera.reset();
         m_receiver.reset(parts.makeReceiver(kind, task).release());
         m_status.begin();
     }
     if (!m_receiver)
         return;
+    findCamera(task, parts.actions);
     for (QWidget *target : std::as_const(m_targets)) {
         if (target->metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
             QObject::connect(m_receiver.get(), SIGNAL(pixmapReady(QPixmap)), target, SLOT(setPixmap(QPixmap)),
@@ -97,6 +99,7 @@ void VideoTask::look(quint32 now)
 
 void VideoTask::end()
 {
+    m_camera.reset();
     m_receiver.reset();
     say(tr("Pictures have ended"));
 }
@@ -110,6 +113,16 @@ void VideoTask::findTargets(const QDomElement &task, const ActionRunner &actions
         if (!m_said.isEmpty() && !before.contains(target))
             showNotice(target, m_said);
     }
+}
+
+void VideoTask::findCamera(const QDomElement &task, const ActionRunner &actions)
+{
+    const QDomElement ptz = task.firstChildElement(QStringLiteral("ptz"));
+    if (ptz.isNull())
+        return;
+    if (!m_camera)
+        m_camera = std::make_unique<CameraLink>(*m_receiver);
+    m_camera->add(actions.targets(ptz.text().trimmed()));
 }
 
 void VideoTask::say(const QString &text)

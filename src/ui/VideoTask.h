@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/CameraLink.h"
 #include "ui/PictureReceiver.h"
 #include "ui/PictureStatus.h"
 
@@ -19,7 +20,7 @@ class ControlContext;
 
 /// The part of a video task that outlives one run: its receiver. The pictures go to the slot
 /// setPixmap(QPixmap) of every control whose element has a child with the tag that "target" names. While none
-/// comes the controls say why.
+/// comes the controls say why. A child "ptz" names the tag of the controls of a camera that turns.
 class VideoTask
 {
     Q_DECLARE_TR_FUNCTIONS(VideoTask)
@@ -50,9 +51,11 @@ private:
     };
 
     void findTargets(const QDomElement &task, const ActionRunner &actions);
+    void findCamera(const QDomElement &task, const ActionRunner &actions);
     void say(const QString &text);
 
     std::unique_ptr<PictureReceiver, DeleteLater> m_receiver;
+    std::unique_ptr<CameraLink> m_camera; ///< of a task with a child "ptz"
     PictureStatus m_status;
     QString m_said;
     QList<QPointer<QWidget>> m_targets;

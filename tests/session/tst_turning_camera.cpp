@@ -1,0 +1,158 @@
+#include "SetupRun.h"
+#include "controls/CalibrationPoint.h"
+#include "controls/PtzCalibrator.h"
+#include "controls/PtzCrossView.h"
+#include "controls/PtzVideoInput.h"
+#include "recorder/RecorderServer.h"
+
+#include <QFile>
+#include <QTabWidget>
+#include <QTemporaryDir>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QString Begin = "Pan 0.30, tilt -0.25, zoom 0.50";
+const QString AtPoint2 = "Pan 0.60, tilt -0.10, zoom 0.20";
+const QString NotKnown = "Camera position not known";
+
+/// How much two pictures of a view differ, 0 to 255: in their upper third, where nothing but the camera
+/// moves.
+double difference(const QImage &left, const QImage &right)
+{
+    const QSize size(left.width(), left.height() / 3);
+    qint64 sum = 0;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            sum += std::abs(qGray(left.pixel(x, y)) - qGray(right.pixel(x, y)));
+    }
+    return double(sum) / (size.width() * size.height());
+}
+
+QImage seen(PictureView &view)
+{
+    return view.grab(view.pictureRect()).toImage();
+}
+
+} // namespace
+
+/// The turning camera of the model with every control, in the real window over the network.
+class TestTurningCamera : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void turnsToAPoint();
+    void sendsPointsAtOnce();
+    void comesBackWithTheRecorder();
+
+private:
+    void open();
+    QPoint placeOf(int point) const;
+    QString crossText() const { return m_cross->valueText(); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+    std::unique_ptr<Session> m_session;
+    PtzVideoInput *m_picture = nullptr;
+    PtzCalibrator *m_calibrator = nullptr;
+    PtzCrossView *m_cross = nullptr;
+};
+
+void TestTurningCamera::init()
+{
+    m_session.reset();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path(), "everything");
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    m_session = std::make_unique<Session>("admin:admin@127.0.0.1:" +
+                                          QString::number(static_cast<qint16>(m_recorder->port())));
+    QVERIFY(m_session->isFine());
+    CWinMain &window = *m_session->window;
+    m_picture = window.findChild<PtzVideoInput *>();
+    m_calibrator = window.findChild<PtzCalibrator *>();
+    m_cross = window.findChild<PtzCrossView *>();
+    auto *tabs = window.findChild<QTabWidget *>("tabWidget");
+    while (!m_cross->isVisible() && tabs->currentIndex() < tabs->count() - 1)
+        tabs->setCurrentIndex(tabs->currentIndex() + 1);
+    QVERIFY(crossText().contains(NotKnown));
+    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains(Begin), 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_picture->pixmap().isNull(), 20'000);
+}
+
+QPoint TestTurningCamera::placeOf(int point) const
+{
+    const QRectF picture = m_calibrator->pictureRect();
+    const QPointF place = placeOfPoint(m_calibrator->points().value(point - 1)).value_or(QPointF());
+    return (picture.topLeft() + QPointF(place.x() * picture.width(), place.y() * picture.height())).toPoint();
+}
+
+void TestTurningCamera::turnsToAPoint()
+{
+    const QImage before = seen(*m_picture);
+    QSignalSpy pictures(m_picture, &PtzVideoInput::signal_Pixmap_ready);
+    QVERIFY(pictures.wait());
+    QVERIFY2(difference(before, seen(*m_picture)) < 3, "the picture changes by itself");
+    const QImage crossBefore = seen(*m_cross);
+
+    QStringList positions;
+    connect(m_picture, &PtzVideoInput::signal_Pixmap_ready, this, [&] {
+        if (!positions.contains(crossText()))
+            positions << crossText();
+    });
+    QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(2));
+    QTRY_VERIFY(crossText().contains(AtPoint2));
+    QVERIFY(m_calibrator->valueText().contains(AtPoint2));
+    QVERIFY2(positions.size() >= 4, qPrintable(positions.join(" | "))); // it turns, it does not jump
+    QVERIFY(seen(*m_cross) != crossBefore);
+    QTRY_VERIFY2(difference(before, seen(*m_picture)) > 10, "the picture has not shifted");
+}
+
+void TestTurningCamera::sendsPointsAtOnce()
+{
+    QFile streams(m_recorder->filePath("streams"));
+    QVERIFY(streams.open(QIODevice::ReadOnly));
+    const QByteArray kept = streams.readAll();
+
+    QTest::keyClick(m_calibrator, Qt::Key_4);
+    const QRect picture = m_calibrator->pictureRect();
+    QTest::mouseClick(m_calibrator, Qt::LeftButton, {}, picture.topLeft() + QPoint(picture.width() / 10, 20));
+    const QByteArray camera = ",0.3,-0.25,0.5";
+    QTRY_VERIFY(m_recorder->ptz().point(4).endsWith(camera));
+    QCOMPARE(QString::fromUtf8(m_recorder->ptz().point(4)), m_calibrator->points().value(3));
+    QTest::mouseClick(m_calibrator, Qt::RightButton, {}, placeOf(1));
+    QTRY_COMPARE(m_recorder->ptz().point(1), QByteArray());
+    streams.seek(0);
+    QCOMPARE(streams.readAll(), kept);
+}
+
+void TestTurningCamera::comesBackWithTheRecorder()
+{
+    QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(2));
+    QTRY_VERIFY(crossText().contains(AtPoint2));
+    // A point that only the window knows when the recorder is there again.
+    QTest::keyClick(m_calibrator, Qt::Key_4);
+    QTest::keyClick(m_calibrator, Qt::Key_Space);
+    QTRY_VERIFY(!m_recorder->ptz().point(4).isEmpty());
+    QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(3));
+    QTRY_VERIFY(crossText().contains("Pan -0.40"));
+
+    const quint16 port = m_recorder->port();
+    m_recorder->close();
+    QTRY_VERIFY(crossText().contains(NotKnown));
+    QTest::keyClick(m_calibrator, Qt::Key_Return); // leads nowhere
+    QVERIFY2(m_recorder->listen(port), qPrintable(m_recorder->errorString()));
+    QCOMPARE(m_recorder->ptz().point(4), QByteArray());
+    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains("Pan -0.40"), 20'000);
+    QTest::keyClick(m_calibrator, Qt::Key_4);
+    QTest::keyClick(m_calibrator, Qt::Key_Return);
+    QTRY_VERIFY(crossText().contains(AtPoint2));
+    QVERIFY(m_session->isFine());
+}
+
+QTEST_MAIN(TestTurningCamera)
+#include "tst_turning_camera.moc"
