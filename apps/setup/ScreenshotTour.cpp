@@ -11,6 +11,8 @@
 #include <QTabWidget>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace paravue
 {
 
@@ -21,6 +23,7 @@ constexpr int StandstillLimitMs = 30'000;
 constexpr int ClosingPeriodMs = 50;
 constexpr int SettlingPeriodMs = 40;
 constexpr int SettlingLimitMs = 2'000;
+constexpr int LivePictureLimitMs = 5'000;
 
 /// A file name made of a tab's caption: letters and digits in lower case, anything else as a "-".
 QString fileNameOf(const QString &caption)
@@ -51,6 +54,23 @@ QList<QTabWidget *> nestedTabWidgets(const QWidget &page)
     return nested;
 }
 
+/// Whether the recorder has sent no picture yet for one of the views that \a window shows now.
+bool awaitsPicture(const QWidget &window)
+{
+    const QList<QWidget *> widgets = window.findChildren<QWidget *>();
+    return std::any_of(widgets.begin(), widgets.end(), [](const QWidget *widget) {
+        const QVariant hasPicture = widget->property("hasPicture");
+        return hasPicture.isValid() && !hasPicture.toBool() && widget->isVisible();
+    });
+}
+
+void letEventsPass()
+{
+    QEventLoop pause;
+    QTimer::singleShot(SettlingPeriodMs, &pause, &QEventLoop::quit);
+    pause.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
 } // namespace
 
 ScreenshotTour::ScreenshotTour(OrbSetup &store, const QString &folder) : m_folder(folder)
@@ -60,6 +80,8 @@ ScreenshotTour::ScreenshotTour(OrbSetup &store, const QString &folder) : m_folde
     connect(&m_standstill, &QTimer::timeout, this, [this] { fail(tr("The recorder does not answer.")); });
     connect(&m_closing, &QTimer::timeout, this, [this] { closeEverything(); });
 
+    // The store of a preview has no recorder.
+    m_hasLivePictures = store.metaObject() != &OrbSetup::staticMetaObject;
     connect(&store, &OrbSetup::progress, this, [this] { m_standstill.start(); });
     connect(&store, &OrbSetup::pseudothrow, this, [this](const QString &message) { fail(message); });
     // Queued, so that the window has built itself when its pictures are taken.
@@ -81,6 +103,7 @@ void ScreenshotTour::takePictures()
     auto *tabs = m_window ? m_window->findChild<QTabWidget *>() : nullptr;
     if (!tabs || tabs->count() == 0)
         return fail(tr("The window has no tabs."));
+    m_standstill.stop();
     if (!m_folder.mkpath("."))
         return fail(tr("The folder %1 cannot be made.").arg(m_folder.path()));
     visit(*tabs, {});
@@ -106,10 +129,20 @@ void ScreenshotTour::visit(QTabWidget &tabs, const QString &namePrefix)
 
 void ScreenshotTour::savePicture(const QString &name)
 {
+    waitForLivePictures();
     const QString path = m_folder.filePath(name + ".png");
     if (!settledPicture().save(path))
         return fail(tr("The picture %1 cannot be written.").arg(path));
     QTextStream(stdout) << path << Qt::endl;
+}
+
+void ScreenshotTour::waitForLivePictures()
+{
+    const QDeadlineTimer limit(LivePictureLimitMs);
+    while (m_hasLivePictures && m_window && awaitsPicture(*m_window)) {
+        letEventsPass();
+        m_hasLivePictures = !limit.hasExpired();
+    }
 }
 
 QImage ScreenshotTour::settledPicture() const
@@ -119,9 +152,7 @@ QImage ScreenshotTour::settledPicture() const
     QImage before;
     const QDeadlineTimer limit(SettlingLimitMs);
     do {
-        QEventLoop pause;
-        QTimer::singleShot(SettlingPeriodMs, &pause, &QEventLoop::quit);
-        pause.exec(QEventLoop::ExcludeUserInputEvents);
+        letEventsPass();
         before = picture;
         picture = m_window ? m_window->grab().toImage() : QImage();
     } while (!picture.isNull() && picture != before && !limit.hasExpired());

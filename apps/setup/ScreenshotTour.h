@@ -15,7 +15,8 @@ namespace paravue
 {
 
 /// Takes the user's place in a setup session: once all is loaded it saves a picture of every tab of the
-/// window and closes it. A session that fails, or that stands still for long, is closed as well.
+/// window and closes it. A session that fails, or that stands still for long, is closed as well. Pictures
+/// from the recorder are waited for, but not for long.
 class ScreenshotTour : public QObject
 {
     Q_OBJECT
@@ -31,6 +32,7 @@ private:
     void takePictures();
     void visit(QTabWidget &tabs, const QString &namePrefix);
     void savePicture(const QString &name);
+    void waitForLivePictures();
     QImage settledPicture() const;
     void fail(const QString &problem);
     void closeEverything();
@@ -39,6 +41,7 @@ private:
     QString m_problem;
     QPointer<QWidget> m_window;
     bool m_isOver = false;
+    bool m_hasLivePictures = false; ///< until a page has waited for one in vain
     QTimer m_standstill;
     QTimer m_closing;
 };
