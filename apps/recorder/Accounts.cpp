@@ -52,6 +52,13 @@ QList<Account> readAccounts(const QByteArray &usersFile)
     return accounts;
 }
 
+QList<QByteArray> acceptedPasswords(const Account &account)
+{
+    if (isDigest(account.password))
+        return {account.password, account.password.toLower()};
+    return {account.password, digest(account.password)};
+}
+
 std::optional<Account> findAccount(const QList<Account> &accounts, const QByteArray &login,
                                    const QByteArray &pass)
 {

@@ -29,10 +29,14 @@ ConfigService::ConfigService(const QString &dataDir, const QString &model)
 {
 }
 
+QList<Account> ConfigService::accounts() const
+{
+    return readAccounts(m_folder.read(QStringLiteral("users")).value_or(QByteArray()));
+}
+
 std::optional<Account> ConfigService::login(const QByteArray &name, const QByteArray &password) const
 {
-    const std::optional<QByteArray> users = m_folder.read(QStringLiteral("users"));
-    return users ? findAccount(readAccounts(*users), name, password) : std::nullopt;
+    return findAccount(accounts(), name, password);
 }
 
 Answer ConfigService::get(const QString &file)

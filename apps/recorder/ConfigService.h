@@ -19,6 +19,7 @@ public:
 
     const DataFolder &folder() const { return m_folder; }
 
+    QList<Account> accounts() const;
     std::optional<Account> login(const QByteArray &name, const QByteArray &password) const;
     Answer get(const QString &file);
     /// Keeps the body, or says why not.

@@ -4,6 +4,8 @@
 #include "Connection.h"
 #include "DataFolder.h"
 #include "Greeting.h"
+#include "http/HttpAccess.h"
+#include "http/HttpClient.h"
 #include "video/VideoClient.h"
 #include "video/VideoService.h"
 
@@ -29,7 +31,7 @@ RecorderServer::RecorderServer(const QString &dataDir, QObject *parent)
 
 RecorderServer::RecorderServer(const QString &dataDir, const QString &model, QObject *parent)
     : QObject(parent), m_service(std::make_unique<ConfigService>(dataDir, model)),
-      m_video(std::make_unique<VideoService>())
+      m_video(std::make_unique<VideoService>()), m_access(std::make_unique<HttpAccess>())
 {
     m_service->folder().prepare(m_error);
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
@@ -158,6 +160,11 @@ QString RecorderServer::filePath(const QString &name) const
     return m_service->folder().filePath(name);
 }
 
+void RecorderServer::setSnapshotLogins(unsigned schemes)
+{
+    m_access->setSchemes(schemes);
+}
+
 int RecorderServer::clientCount() const
 {
     return int(m_clients.size());
@@ -208,6 +215,8 @@ Client *RecorderServer::makeClient(Protocol protocol, QTcpSocket *socket)
 {
     if (protocol == Protocol::Video)
         return new VideoClient(socket, *m_service, *m_video, m_timing, this);
+    if (protocol == Protocol::Http)
+        return new HttpClient(socket, *m_service, *m_access, *m_video, m_timing, this);
     auto *connection = new Connection(socket, *m_service, m_timing, this);
     connect(connection, &Connection::fileReceived, this, &RecorderServer::fileReceived);
     connect(connection, &Connection::restartRequested, this, &RecorderServer::beginRestart);

@@ -19,12 +19,14 @@ namespace recorder
 class Client;
 class ConfigService;
 class Greeting;
+class HttpAccess;
 class VideoService;
 enum class Protocol;
 
-/// A network video recorder: on one port it speaks the configuration protocol and sends live video of a
-/// camera that sees a test picture. It keeps its configuration files in a folder. Commands have their effect
-/// there: a formatted disk is empty, an installed package is in the list, a clock that was set goes on.
+/// A network video recorder: on one port it speaks the configuration protocol, sends live video of a camera
+/// that sees a test picture, and serves that picture over HTTP as /snapshot.jpg. It keeps its configuration
+/// files in a folder. Commands have their effect there: a formatted disk is empty, an installed package is in
+/// the list, a clock that was set goes on.
 ///
 /// A missing or empty folder is filled with the files of the shipped model ("interface.xml", the files
 /// "streams", "net", "time", "timers", "soft", "disk", "users" and "state", and the stored "emails"). What a
@@ -77,6 +79,9 @@ public:
     /// What it shows and sends. It is there as long as the server.
     VideoService &video() { return *m_video; }
 
+    /// How the snapshot is logged in to: a set of HttpAccess::Scheme, all by default.
+    void setSnapshotLogins(unsigned schemes);
+
     int clientCount() const;
     /// Login names of the clients that are logged in now, in no particular order.
     QStringList loggedInUsers() const;
@@ -105,6 +110,7 @@ private:
     std::unique_ptr<ConfigService> m_service;
     PtzState m_ptz;
     std::unique_ptr<VideoService> m_video;
+    std::unique_ptr<HttpAccess> m_access;
     QTcpServer m_server;
     QHash<int, Client *> m_clients; // children of the server
     QString m_error;

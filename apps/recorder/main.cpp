@@ -2,6 +2,7 @@
 #include "IniText.h"
 #include "RecorderServer.h"
 #include "StopSignal.h"
+#include "VideoOptions.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -26,6 +27,7 @@ struct Options {
     QHostAddress address = QHostAddress::LocalHost;
     QString dataDir;
     QString model;
+    recorder::VideoOptions video;
     bool companion = false;
     bool log = false;
 };
@@ -48,9 +50,9 @@ std::optional<int> numberOption(const QCommandLineParser &parser, const QString 
 
 void addOptions(QCommandLineParser &parser)
 {
-    parser.setApplicationDescription(
-        QStringLiteral("Behaves like a network video recorder: answers the configuration protocol and keeps "
-                       "its files in a folder."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Behaves like a network video recorder: answers the configuration protocol, keeps its files "
+        "in a folder and sends live video."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({
@@ -81,6 +83,7 @@ void addOptions(QCommandLineParser &parser)
              "common/name.")},
         {QStringLiteral("log"), QStringLiteral("Print every request and answer. Passwords are not shown.")},
     });
+    recorder::addVideoOptions(parser);
 }
 
 std::optional<Options> readOptions(const QCommandLineParser &parser)
@@ -113,6 +116,13 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
         printError(QStringLiteral("there is no model \"%1\"").arg(options.model));
         return std::nullopt;
     }
+    QString fault;
+    const std::optional<recorder::VideoOptions> video = recorder::readVideoOptions(parser, fault);
+    if (!video) {
+        printError(fault);
+        return std::nullopt;
+    }
+    options.video = *video;
     options.dataDir = parser.value(QStringLiteral("data"));
     options.companion = parser.isSet(QStringLiteral("companion"));
     options.log = parser.isSet(QStringLiteral("log"));
@@ -165,6 +175,10 @@ int run(const Options &options)
     }
     if (!server.errorString().isEmpty()) {
         printError(server.errorString());
+        return CannotStart;
+    }
+    if (const QString fault = recorder::applyVideoOptions(options.video, server); !fault.isEmpty()) {
+        printError(fault);
         return CannotStart;
     }
     if (!server.listen(options.address, options.port)) {

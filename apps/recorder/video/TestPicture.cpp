@@ -94,7 +94,7 @@ void paintScene(PicturePainter &painter, const CameraPose &pose, qint64 time)
     for (double dash = 0.02; dash < SceneWidth; dash += 0.16)
         painter.fill(projection.map({dash, 1.095, 0.08, 0.012}), {225, 225, 215});
     const double progress = double(time % CarPeriod) / CarPeriod;
-    const QPointF place(progress * (SceneWidth + CarLength) - CarLength, 1.20);
+    const QPointF place(progress * (SceneWidth + CarLength) - CarLength, 1.17);
     for (const Box &box : Car)
         painter.fill(projection.map(box.area.translated(place)), box.colour);
     if (time % BlinkPeriod < BlinkPeriod / 2)

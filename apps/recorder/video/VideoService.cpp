@@ -1,6 +1,8 @@
 #include "VideoService.h"
 
-#include "VideoSource.h"
+#include "FileSource.h"
+#include "RecordFile.h"
+#include "TestPicture.h"
 
 #include <QDateTime>
 #include <QtEndian>
@@ -17,6 +19,22 @@ namespace
 constexpr qint64 MsPerSecond = 1000;
 /// Pictures that are later than this are left out.
 constexpr double MostLate = 500;
+
+/// Half as large, or twice when that is too small.
+QSize otherSize(QSize size)
+{
+    const QSize half(size.width() / 4 * 2, size.height() / 4 * 2);
+    const bool isEnough = half.expandedTo(VideoSettings::MinSize) == half;
+    return isEnough ? half : (size * 2).boundedTo(VideoSettings::MaxSize);
+}
+
+VideoCodec otherCodec(VideoCodec codec)
+{
+    do
+        codec = static_cast<VideoCodec>((static_cast<int>(codec) + 1) % videoCodecNames().size());
+    while (!PictureEncoder::isAvailable(codec));
+    return codec;
+}
 
 QByteArray clockFrame(qint64 time)
 {
@@ -53,18 +71,39 @@ VideoSettings VideoService::defaultSettings()
 
 bool VideoService::setSettings(const VideoSettings &settings, QString *fault)
 {
-    QString reason;
-    std::unique_ptr<VideoSource> source = TestPictureSource::open(settings, reason);
-    if (fault)
-        *fault = reason;
-    if (!source)
+    if (!useSource(settings, m_file, fault))
         return false;
     m_settings = settings;
-    if (m_source) {
-        m_source = std::move(source);
-        m_beginsAnew = true;
-    }
     return true;
+}
+
+bool VideoService::setFile(const QString &path, QString *fault)
+{
+    if (!useSource(m_settings, path, fault))
+        return false;
+    m_file = path;
+    return true;
+}
+
+bool VideoService::record(const QString &path, QString *fault)
+{
+    QString reason;
+    m_recording = RecordFile::create(path, reason);
+    if (m_recording)
+        watch(m_recording);
+    if (fault)
+        *fault = reason;
+    return m_recording != nullptr;
+}
+
+QByteArray VideoService::snapshot() const
+{
+    VideoSettings settings = m_current;
+    settings.codec = VideoCodec::MotionJpeg;
+    QString fault;
+    const std::unique_ptr<PictureEncoder> encoder = PictureEncoder::open(settings, fault);
+    const auto paint = [this](PicturePainter &painter) { paintTestPicture(painter, m_pose, m_clock()); };
+    return encoder ? encoder->encode(paint, true).bytes : QByteArray();
 }
 
 void VideoService::setPose(const CameraPose &pose)
@@ -113,23 +152,74 @@ void VideoService::tick()
         endStream();
         return;
     }
+    sendLate();
+    m_faults.nextPicture();
+    changeByFault();
+    logFaults();
+    m_isStalled = m_faults.isDue(VideoFaults::Stall);
     send(nextBurst());
+    checkRecording();
     schedule();
 }
 
 void VideoService::schedule()
 {
     const double now = double(m_elapsed.elapsed());
-    m_due += m_source->interval();
+    m_due += m_isStalled ? m_faults.faults().stall : m_source->interval();
     if (m_due < now - MostLate)
         m_due = now;
     m_timer.start(int(std::max(0.0, std::ceil(m_due - now))));
 }
 
+std::unique_ptr<VideoSource> VideoService::sourceFor(const VideoSettings &settings, const QString &file,
+                                                     QString *fault) const
+{
+    QString reason;
+    std::unique_ptr<VideoSource> source =
+        file.isEmpty() ? TestPictureSource::open(settings, reason) : FileSource::open(file, settings, reason);
+    if (fault)
+        *fault = reason;
+    return source;
+}
+
+bool VideoService::useSource(const VideoSettings &settings, const QString &file, QString *fault)
+{
+    std::unique_ptr<VideoSource> source = sourceFor(settings, file, fault);
+    if (!source)
+        return false;
+    m_current = settings;
+    if (m_source) {
+        m_source = std::move(source);
+        m_beginsAnew = true;
+    }
+    return true;
+}
+
+void VideoService::changeByFault()
+{
+    if (m_faults.isDue(VideoFaults::HeaderTwice))
+        m_beginsAnew = m_repeatsHeader = true;
+    VideoSettings wanted = m_current;
+    if (m_faults.isDue(VideoFaults::SizeChange))
+        wanted.size = wanted.size == m_settings.size ? otherSize(m_settings.size) : m_settings.size;
+    if (m_faults.isDue(VideoFaults::CodecChange))
+        wanted.codec = otherCodec(wanted.codec);
+    if (wanted != m_current && m_file.isEmpty())
+        useSource(wanted, m_file, nullptr);
+}
+
+void VideoService::logFaults()
+{
+    for (qsizetype i = 0; i < videoFaultNames().size(); ++i) {
+        if (m_faults.isDue(static_cast<VideoFaults::Kind>(1u << i)))
+            Q_EMIT logged(QStringLiteral("video fault: %1").arg(videoFaultNames().at(i)));
+    }
+}
+
 bool VideoService::openSource()
 {
     QString fault;
-    m_source = TestPictureSource::open(m_settings, fault);
+    m_source = sourceFor(m_current, m_file, &fault);
     if (!m_source)
         Q_EMIT logged(QStringLiteral("there is no video: %1").arg(fault));
     return m_source != nullptr;
@@ -145,6 +235,8 @@ void VideoService::endStream()
     m_source.reset();
     m_texts.clear();
     m_beginsAnew = false;
+    m_repeatsHeader = false;
+    m_isStalled = false;
     m_second = -1;
 }
 
@@ -167,11 +259,12 @@ VideoService::Burst VideoService::nextBurst()
     const bool needsIndex = m_beginsAnew || time / MsPerSecond != m_second;
     const CodedPicture picture = m_source->next(needsIndex || somebodyBegins(), m_pose, time);
     ++m_encodedPictures;
-    QByteArray pictureRecords;
+    QList<QByteArray> records;
     if (!picture.bytes.isEmpty())
-        pictureRecords =
-            videoRecords(PictureStream, picture.bytes, m_settings.fragmentSize, quint16(time % MsPerSecond))
-                .join();
+        records =
+            videoRecords(PictureStream, picture.bytes, m_settings.fragmentSize, quint16(time % MsPerSecond));
+    m_faults.damage(records);
+    const QByteArray pictureRecords = records.join();
     Burst burst;
     if (picture.isKey) {
         burst.begin = header() + indexAndClock(time);
@@ -180,14 +273,24 @@ VideoService::Burst VideoService::nextBurst()
         burst.begin += pictureRecords;
     }
     if (std::exchange(m_beginsAnew, false))
-        burst.common += header();
+        burst.common += header().repeated(std::exchange(m_repeatsHeader, false) ? 2 : 1);
     if (needsIndex) {
         burst.common += indexAndClock(time);
         m_second = time / MsPerSecond;
         ++m_indexNumber;
+        sendEvent(m_second);
     }
     burst.common += std::exchange(m_texts, {}) + pictureRecords;
     return burst;
+}
+
+void VideoService::sendEvent(qint64 second)
+{
+    constexpr qint64 Period = 3;
+    const QString events[] = {QStringLiteral("Motion at the gate"), QStringLiteral("Движение у ворот"),
+                              QStringLiteral("The gate is open"), QStringLiteral("Ворота открыты")};
+    if (second % Period == 0)
+        sendText(EventStream, events[size_t(second / Period) % std::size(events)]);
 }
 
 QByteArray VideoService::header() const
@@ -224,8 +327,29 @@ void VideoService::send(const Burst &burst)
         const QByteArray &bytes = watchers[i].isStarted ? burst.common : burst.begin;
         const bool goesOn = sink->isReady() && (watchers[i].isStarted || !bytes.isEmpty());
         m_watchers[i].isStarted = goesOn;
-        if (goesOn && !bytes.isEmpty())
-            sink->write(bytes);
+        if (!goesOn || bytes.isEmpty())
+            continue;
+        const qsizetype now = m_isStalled ? bytes.size() / 2 : bytes.size();
+        sink->write(bytes.left(now));
+        m_watchers[i].late = bytes.mid(now);
+    }
+}
+
+void VideoService::sendLate()
+{
+    for (Watcher &watcher : m_watchers) {
+        const QByteArray late = std::exchange(watcher.late, {});
+        const std::shared_ptr<VideoSink> sink = watcher.sink.lock();
+        if (sink && !late.isEmpty())
+            sink->write(late);
+    }
+}
+
+void VideoService::checkRecording()
+{
+    if (m_recording && !m_recording->isReady()) {
+        Q_EMIT logged(QStringLiteral("the recording ends: the file cannot be written"));
+        m_recording.reset();
     }
 }
 

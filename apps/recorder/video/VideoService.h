@@ -2,6 +2,7 @@
 
 #include "../PtzState.h"
 #include "Hvx3Writer.h"
+#include "VideoFaults.h"
 #include "VideoSettings.h"
 
 #include <QElapsedTimer>
@@ -16,6 +17,7 @@
 namespace recorder
 {
 
+class RecordFile;
 class VideoSource;
 
 /// Takes a video stream, from its header on.
@@ -38,7 +40,7 @@ public:
 ///
 /// The streams: 0 the pictures; 1 texts about what happens; 2 texts "pan,tilt,zoom", whenever the camera
 /// turns and first of all; 3 the clock (type 2, each second the milliseconds since 1970 as 8 bytes,
-/// little-endian). Texts are UTF-8 and end with their record.
+/// little-endian). Texts are UTF-8 and end with their frame.
 class VideoService : public QObject
 {
     Q_OBJECT
@@ -63,6 +65,20 @@ public:
     /// with \a fault set and nothing changed, when nothing can be encoded like that.
     bool setSettings(const VideoSettings &settings, QString *fault = nullptr);
     const VideoSettings &settings() const { return m_settings; }
+
+    /// Shows a video file, again and again, in place of the test picture; an empty path brings that back.
+    /// False, with \a fault set and nothing changed, when the file cannot be played.
+    bool setFile(const QString &path, QString *fault = nullptr);
+    /// From the next picture on.
+    void setFaults(const VideoFaults &faults) { m_faults = FaultInjector(faults); }
+
+    /// Keeps the stream in a file, from its header on, whether somebody else watches or not. False, with
+    /// \a fault set, when the file cannot be written.
+    bool record(const QString &path, QString *fault = nullptr);
+    void stopRecording() { m_recording.reset(); }
+
+    /// The present test picture as a JPEG; empty when it cannot be encoded.
+    QByteArray snapshot() const;
 
     /// The clock of the stream and of the test picture; the computer's by default.
     void setClock(Clock clock) { m_clock = std::move(clock); }
@@ -94,6 +110,7 @@ private:
     struct Watcher {
         std::weak_ptr<VideoSink> sink;
         bool isStarted = false;
+        QByteArray late = {}; ///< what a stall holds back
     };
     /// What goes out with one picture.
     struct Burst {
@@ -103,7 +120,13 @@ private:
 
     void tick();
     void schedule();
+    std::unique_ptr<VideoSource> sourceFor(const VideoSettings &settings, const QString &file,
+                                           QString *fault) const;
+    bool useSource(const VideoSettings &settings, const QString &file, QString *fault);
     bool openSource();
+    void changeByFault();
+    void logFaults();
+    void sendEvent(qint64 second);
     void endStream();
     bool forgetGone();
     bool somebodyBegins() const;
@@ -112,13 +135,21 @@ private:
     QByteArray indexAndClock(qint64 time);
     QByteArray textRecords(quint8 streamId, const QByteArray &text) const;
     void send(const Burst &burst);
+    void sendLate();
+    void checkRecording();
 
     VideoSettings m_settings = defaultSettings();
+    VideoSettings m_current = m_settings; // differs when a fault has changed it
+    QString m_file;
+    FaultInjector m_faults;
+    std::shared_ptr<RecordFile> m_recording;
     CameraPose m_pose;
     Clock m_clock;
     CommandHandler m_commandHandler;
     std::unique_ptr<VideoSource> m_source; // while somebody watches
     bool m_beginsAnew = false;
+    bool m_repeatsHeader = false;
+    bool m_isStalled = false;
     QList<Watcher> m_watchers;
     QByteArray m_texts; // records that go out with the next picture
     std::map<quint8, QByteArray> m_stateTexts;

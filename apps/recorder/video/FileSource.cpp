@@ -1,0 +1,227 @@
+#include "FileSource.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+namespace recorder
+{
+
+namespace
+{
+
+/// Packets that are looked at for one picture; more would keep the recorder from its clients.
+constexpr int MostPackets = 200;
+constexpr double LongestInterval = 10000;
+
+std::optional<VideoCodec> sentAsItIs(AVCodecID id)
+{
+    switch (id) {
+    case AV_CODEC_ID_H264:
+        return VideoCodec::H264;
+    case AV_CODEC_ID_MPEG4:
+        return VideoCodec::Mpeg4;
+    case AV_CODEC_ID_MJPEG:
+        return VideoCodec::MotionJpeg;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Files keep apart what a decoder needs first; a stream has it in front of each key picture.
+const char *filterFor(VideoCodec codec)
+{
+    switch (codec) {
+    case VideoCodec::H264:
+        return "h264_mp4toannexb";
+    case VideoCodec::Mpeg4:
+        return "dump_extra";
+    default:
+        return "null";
+    }
+}
+
+/// The name of a format with all values of brightness is an old one; the scaler is told the range apart.
+AVPixelFormat plainFormat(AVPixelFormat format)
+{
+    switch (format) {
+    case AV_PIX_FMT_YUVJ420P:
+        return AV_PIX_FMT_YUV420P;
+    case AV_PIX_FMT_YUVJ422P:
+        return AV_PIX_FMT_YUV422P;
+    case AV_PIX_FMT_YUVJ444P:
+        return AV_PIX_FMT_YUV444P;
+    default:
+        return format;
+    }
+}
+
+} // namespace
+
+FileSource::FileSource() : m_packet(av_packet_alloc()) {}
+
+FileSource::~FileSource() = default;
+
+std::unique_ptr<VideoSource> FileSource::open(const QString &path, const VideoSettings &settings,
+                                              QString &fault)
+{
+    std::unique_ptr<FileSource> source(new FileSource);
+    fault = source->openFile(path);
+    if (!fault.isEmpty())
+        return nullptr;
+    const AVStream *stream = source->m_input->streams[source->m_stream];
+    const std::optional<VideoCodec> codec = sentAsItIs(stream->codecpar->codec_id);
+    source->m_codec = codec.value_or(settings.codec);
+    fault = codec ? source->openFilter() : source->openTranscoder(settings);
+    if (!fault.isEmpty())
+        return nullptr;
+    return source;
+}
+
+QString FileSource::openFile(const QString &path)
+{
+    // A path that looks like an address is a file all the same, and so is what a play list names.
+    const QByteArray url = "file:" + QDir::toNativeSeparators(path).toUtf8();
+    AVFormatContext *input = nullptr;
+    AVDictionary *options = nullptr;
+    av_dict_set(&options, "protocol_whitelist", "file", 0);
+    int result = avformat_open_input(&input, url.constData(), nullptr, &options);
+    av_dict_free(&options);
+    m_input.reset(input);
+    if (result >= 0)
+        result = avformat_find_stream_info(input, nullptr);
+    if (result < 0)
+        return ffmpegError(result);
+    m_stream = av_find_best_stream(input, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    if (m_stream < 0)
+        return QStringLiteral("there is no video in it");
+    for (unsigned i = 0; i < input->nb_streams; ++i)
+        input->streams[i]->discard = int(i) == m_stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    const AVRational rate = av_guess_frame_rate(input, input->streams[m_stream], nullptr);
+    if (rate.num > 0 && rate.den > 0)
+        m_interval = 1000 / av_q2d(rate);
+    return m_packet ? QString() : QStringLiteral("out of memory");
+}
+
+QString FileSource::openFilter()
+{
+    AVBSFContext *filter = nullptr;
+    int result = av_bsf_alloc(av_bsf_get_by_name(filterFor(m_codec)), &filter);
+    m_filter.reset(filter);
+    if (result >= 0)
+        result = avcodec_parameters_copy(filter->par_in, m_input->streams[m_stream]->codecpar);
+    if (result >= 0) {
+        filter->time_base_in = m_input->streams[m_stream]->time_base;
+        result = av_bsf_init(filter);
+    }
+    return result < 0 ? ffmpegError(result) : QString();
+}
+
+QString FileSource::openTranscoder(const VideoSettings &settings)
+{
+    const AVCodecParameters &parameters = *m_input->streams[m_stream]->codecpar;
+    const AVCodec *codec = avcodec_find_decoder(parameters.codec_id);
+    if (!codec)
+        return QStringLiteral("FFmpeg on this computer cannot decode its video");
+    m_decoder.reset(avcodec_alloc_context3(codec));
+    m_decoded.reset(av_frame_alloc());
+    if (!m_decoder || !m_decoded)
+        return QStringLiteral("out of memory");
+    m_decoder->thread_count = 1;
+    int result = avcodec_parameters_to_context(m_decoder.get(), &parameters);
+    if (result >= 0)
+        result = avcodec_open2(m_decoder.get(), codec, nullptr);
+    if (result < 0)
+        return ffmpegError(result);
+    VideoSettings own = settings;
+    const QSize even(parameters.width & ~1, parameters.height & ~1);
+    own.size = even.expandedTo(VideoSettings::MinSize).boundedTo(VideoSettings::MaxSize);
+    QString fault;
+    m_encoder = PictureEncoder::open(own, fault);
+    return fault;
+}
+
+CodedPicture FileSource::next(bool wantKey, const CameraPose &, qint64)
+{
+    return m_encoder ? transcoded(wantKey) : copied();
+}
+
+/// The next packet of the video; at the end of the file the first one again.
+bool FileSource::readPacket()
+{
+    for (int tries = 0; tries < MostPackets; ++tries) {
+        av_packet_unref(m_packet.get());
+        const int result = av_read_frame(m_input.get(), m_packet.get());
+        if (result < 0 && !rewind())
+            return false;
+        if (result < 0 || m_packet->stream_index != m_stream)
+            continue;
+        const AVRational base = m_input->streams[m_stream]->time_base;
+        if (m_packet->duration > 0)
+            m_interval = std::min(1000.0 * double(m_packet->duration) * av_q2d(base), LongestInterval);
+        return true;
+    }
+    return false;
+}
+
+bool FileSource::rewind()
+{
+    if (m_filter)
+        av_bsf_flush(m_filter.get());
+    if (m_decoder)
+        avcodec_flush_buffers(m_decoder.get());
+    return av_seek_frame(m_input.get(), m_stream, 0, AVSEEK_FLAG_BACKWARD) >= 0 ||
+           av_seek_frame(m_input.get(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
+}
+
+CodedPicture FileSource::copied()
+{
+    CodedPicture picture;
+    if (!readPacket() || av_bsf_send_packet(m_filter.get(), m_packet.get()) != 0)
+        return picture;
+    while (av_bsf_receive_packet(m_filter.get(), m_packet.get()) == 0) {
+        picture.bytes.append(reinterpret_cast<const char *>(m_packet->data), m_packet->size);
+        picture.isKey = picture.isKey || (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
+        av_packet_unref(m_packet.get());
+    }
+    return picture;
+}
+
+CodedPicture FileSource::transcoded(bool wantKey)
+{
+    return decode() && convert() ? m_encoder->encodeFrame(wantKey) : CodedPicture();
+}
+
+bool FileSource::decode()
+{
+    for (int tries = 0; tries < MostPackets; ++tries) {
+        if (avcodec_receive_frame(m_decoder.get(), m_decoded.get()) == 0)
+            return true;
+        if (!readPacket())
+            return false;
+        avcodec_send_packet(m_decoder.get(), m_packet.get()); // what is damaged is left out
+    }
+    return false;
+}
+
+bool FileSource::convert()
+{
+    AVFrame *const target = m_encoder->frame();
+    const AVFrame &source = *m_decoded;
+    const AVPixelFormat format = plainFormat(AVPixelFormat(source.format));
+    if (!target)
+        return false;
+    m_scaler.reset(sws_getCachedContext(
+        m_scaler.release(), source.width, source.height, format, target->width, target->height,
+        plainFormat(AVPixelFormat(target->format)), SWS_BILINEAR, nullptr, nullptr, nullptr));
+    if (!m_scaler)
+        return false;
+    const bool isFull = source.color_range == AVCOL_RANGE_JPEG || format != source.format;
+    const int *const colours = sws_getCoefficients(SWS_CS_DEFAULT);
+    sws_setColorspaceDetails(m_scaler.get(), colours, isFull, colours,
+                             target->color_range == AVCOL_RANGE_JPEG, 0, 1 << 16, 1 << 16);
+    sws_scale(m_scaler.get(), source.data, source.linesize, 0, source.height, target->data, target->linesize);
+    return true;
+}
+
+} // namespace recorder

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "VideoSource.h"
+
+namespace recorder
+{
+
+/// A video file of any kind that FFmpeg reads, played again and again at its own rate. H.264, MPEG-4 and
+/// motion JPEG are sent as they are; other codecs are decoded and encoded anew.
+class FileSource : public VideoSource
+{
+public:
+    /// \a settings say how other codecs are encoded, except for the size. Nothing, with \a fault set, when
+    /// the file cannot be played.
+    static std::unique_ptr<VideoSource> open(const QString &path, const VideoSettings &settings,
+                                             QString &fault);
+    ~FileSource() override;
+
+    VideoCodec codec() const override { return m_codec; }
+    CodedPicture next(bool wantKey, const CameraPose &pose, qint64 time) override;
+    double interval() const override { return m_interval; }
+
+private:
+    FileSource();
+
+    QString openFile(const QString &path);
+    QString openFilter();
+    QString openTranscoder(const VideoSettings &settings);
+    bool readPacket();
+    bool rewind();
+    CodedPicture copied();
+    CodedPicture transcoded(bool wantKey);
+    bool decode();
+    bool convert();
+
+    Input m_input;
+    Packet m_packet;
+    BitstreamFilter m_filter;
+    int m_stream = -1;
+    VideoCodec m_codec = VideoCodec::H264;
+    double m_interval = 40;
+    // Only for other codecs:
+    CodecContext m_decoder;
+    Frame m_decoded;
+    Scaler m_scaler;
+    std::unique_ptr<PictureEncoder> m_encoder;
+};
+
+} // namespace recorder

@@ -1,0 +1,85 @@
+#include "VideoFaults.h"
+
+#include "Hvx3Writer.h"
+
+#include <bit>
+
+namespace recorder
+{
+
+namespace
+{
+
+constexpr quint8 UnknownStream = 77;
+const QString StallPrefix = QStringLiteral("stall=");
+
+} // namespace
+
+QStringList videoFaultNames()
+{
+    return {QStringLiteral("garbage"), QStringLiteral("lost"),  QStringLiteral("header"),
+            QStringLiteral("unknown"), QStringLiteral("stall"), QStringLiteral("size"),
+            QStringLiteral("codec")};
+}
+
+std::optional<VideoFaults> readVideoFaults(const QString &list, QString &reason)
+{
+    VideoFaults faults;
+    for (QString name : list.split(u',')) {
+        if (name.startsWith(StallPrefix)) {
+            bool isNumber = false;
+            faults.stall = name.mid(StallPrefix.size()).toInt(&isNumber);
+            if (!isNumber || faults.stall < 1 || faults.stall > VideoFaults::MaxStall) {
+                reason = QStringLiteral("a stall lasts 1 to %1 milliseconds").arg(VideoFaults::MaxStall);
+                return std::nullopt;
+            }
+            name = QStringLiteral("stall");
+        }
+        const qsizetype number = videoFaultNames().indexOf(name);
+        if (number < 0) {
+            reason = QStringLiteral("there is no fault \"%1\", only %2")
+                         .arg(name, videoFaultNames().join(QStringLiteral(", ")));
+            return std::nullopt;
+        }
+        faults.kinds |= 1u << number;
+    }
+    return faults;
+}
+
+FaultInjector::FaultInjector(const VideoFaults &faults) : m_faults(faults), m_random(faults.seed) {}
+
+bool FaultInjector::isDue(VideoFaults::Kind kind) const
+{
+    if (!m_faults.has(kind))
+        return false;
+    const int every = std::max(1, m_faults.every);
+    const int place = std::popcount(m_faults.kinds & (quint32(kind) - 1)) + 1;
+    const int places = std::popcount(m_faults.kinds) + 1;
+    return m_picture % every == qint64(place) * every / places;
+}
+
+void FaultInjector::damage(QList<QByteArray> &records)
+{
+    const auto anyPlace = [&] { return m_random.bounded(int(records.size()) + 1); };
+    if (isDue(VideoFaults::LostFragments) && !records.isEmpty())
+        records.removeAt(m_random.bounded(int(records.size())));
+    if (isDue(VideoFaults::Garbage))
+        records.insert(anyPlace(), garbage());
+    if (isDue(VideoFaults::UnknownStreams))
+        records.insert(anyPlace(), dataRecords(UnknownStream, "nobody knows this stream", 65535).join());
+}
+
+/// Never the mark of a record by accident, and beginning with none of the streams.
+QByteArray FaultInjector::garbage()
+{
+    constexpr int Least = 8;
+    constexpr int Most = 400;
+    constexpr int FirstByte = 0x80;
+    constexpr int LastByte = 0xB4;
+    QByteArray bytes(m_random.bounded(Least, Most), '\0');
+    for (char &byte : bytes)
+        byte = char(m_random.bounded(FirstByte, LastByte));
+    return bytes;
+}
+
+} // namespace recorder

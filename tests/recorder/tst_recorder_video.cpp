@@ -1,0 +1,501 @@
+#include "RawClient.h"
+
+#include "recorder/RecorderServer.h"
+#include "recorder/http/HttpAccess.h"
+#include "recorder/video/VideoService.h"
+#include "support/TestTable.h"
+
+#include <QCryptographicHash>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace recorder;
+using paravue::test::TestTable;
+
+namespace
+{
+
+const QByteArray Ok = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
+const QByteArray Refused = "LENGTH=19\r\nVORN_ANSWER=ERROR\r\n";
+const QByteArray Login = "\x01LOGIN=admin\r\nPASS=admin\r\n";
+const QByteArray HeaderMark = "\xB5\xB5\x05\xB5";
+
+QByteArray md5(const QByteArray &text)
+{
+    return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
+}
+
+/// Takes the stream without a network.
+class TestSink : public VideoSink
+{
+public:
+    bool isReady() const override { return ready; }
+    void write(const QByteArray &piece) override
+    {
+        bytes += piece;
+        ++pieces;
+    }
+    void end() override { isOver = true; }
+
+    bool ready = true;
+    bool isOver = false;
+    QByteArray bytes;
+    int pieces = 0;
+};
+
+/// Small pictures, many of them, and a clock that goes on by a tenth with each.
+void makeFast(VideoService &video)
+{
+    VideoSettings settings = video.settings();
+    settings.codec = VideoCodec::Mpeg4;
+    settings.size = {160, 120};
+    settings.rate = VideoSettings::MaxRate;
+    QVERIFY(video.setSettings(settings));
+    video.setClock([now = qint64(1700000000000)]() mutable { return now += 100; });
+}
+
+} // namespace
+
+class TestRecorderVideo : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_server.reset(); }
+
+    void writesRecords_data();
+    void writesRecords();
+    void logsIn_data();
+    void logsIn();
+    void tellsProtocolsApartByteByByte_data();
+    void tellsProtocolsApartByteByByte();
+    void beginsWithHeaderIndexAndTexts();
+    void cutsFramesAsTold();
+    void encodesOnceForAllAndNothingForNobody();
+    void goesOnWithAKeyPictureForWhoWasNotReady();
+    void keepsNothingForAClientThatDoesNotRead();
+    void damagesTheSameWayAgain();
+    void holdsAStreamBackInTheMiddle();
+    void recordsWhatAClientGets();
+    void refusesWhatCannotBeShown();
+    void dropsViewersInARestart();
+    void answersHttp_data();
+    void answersHttp();
+    void checksDigestLogins_data();
+    void checksDigestLogins();
+    void showsNoPasswordInTheLog();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<RecorderServer> m_server;
+};
+
+void TestRecorderVideo::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_server = std::make_unique<RecorderServer>(m_folder->path());
+    makeFast(m_server->video());
+    QVERIFY(m_server->listen());
+}
+
+void TestRecorderVideo::writesRecords_data()
+{
+    const TestTable<QList<QByteArray>, QByteArray> row("written", "hex");
+    row("header",
+        {headerRecord("R", {{0, 1, "H264", "C", ""}, {7, 4, "t", "E", "-utf8"}}, {{1, "-utf8"}, {8, ""}})},
+        "b5b505b5 2000 0900 5200"
+        "00 01 4832363400 4300 00"
+        "07 04 7400 4500 2d7574663800"
+        "01 2d7574663800 08 00");
+    row("index", {indexRecord(0x12345678, 2, "ab")}, "05b5b5b5 78563412 02000000 02 6162");
+    row("text", dataRecords(1, "Ja", 65535), "0200 c0 01 4a61");
+    row("empty", dataRecords(1, "", 10), "0000 c0 01");
+    row("whole picture", videoRecords(0, "abc", 3, 999), "0300 c0 00 e703 0000 616263");
+    row("fragments", videoRecords(0, "abcde", 2, 1),
+        "0200 80 00 0100 0000 6162|0200 00 00 6364|0100 40 00 65");
+}
+
+void TestRecorderVideo::writesRecords()
+{
+    QFETCH(QList<QByteArray>, written);
+    QFETCH(QByteArray, hex);
+    QList<QByteArray> wanted;
+    for (const QByteArray &record : hex.split('|'))
+        wanted << QByteArray::fromHex(record);
+    QCOMPARE(written, wanted);
+}
+
+void TestRecorderVideo::logsIn_data()
+{
+    const TestTable<QByteArray, QByteArray> row("login", "answer");
+    row("typed password", "\x01LOGIN=admin\r\nPASS=admin\r\n", Ok);
+    row("digest", "\x01LOGIN=admin\r\nPASS=" + md5("admin") + "\r\n", Ok);
+    row("wrong password", "\x01LOGIN=admin\r\nPASS=root\r\n", Refused);
+    row("no password line", "\x01LOGIN=admin\r\nadmin\r\n", Refused);
+    row("no user name", "\x01PASS=admin\r\n",
+        "LENGTH=46\r\nVORN_ANSWER=ERROR:the login has no user name\r\n");
+}
+
+void TestRecorderVideo::logsIn()
+{
+    QFETCH(QByteArray, login);
+    QFETCH(QByteArray, answer);
+    RawClient client(m_server->port());
+    client.send(login);
+    if (answer == Ok) {
+        QVERIFY(client.receive(Ok.size() + 4).startsWith(Ok + HeaderMark));
+        QCOMPARE(m_server->loggedInUsers(), QStringList("admin"));
+    } else {
+        QCOMPARE(client.receiveUntilClosed(), answer);
+        QCOMPARE(m_server->video().watcherCount(), 0);
+    }
+}
+
+void TestRecorderVideo::tellsProtocolsApartByteByByte_data()
+{
+    const TestTable<QByteArray, QByteArray> row("request", "answer");
+    row("video", Login, Ok + HeaderMark);
+    row("configuration", "\x04LOGIN=admin\r\nPASS=admin\r\n", Ok);
+    row("HTTP", "DELETE /snapshot.jpg HTTP/1.1\r\nHost: r\r\n\r\n", "HTTP/1.1 405 ");
+    row("a command that looks like HTTP", "GET NET CONFIG\r\n",
+        "LENGTH=32\r\nVORN_ANSWER=ERROR:log in first\r\n");
+    row("a long word", "GETTINGNOWHERE\r\n", "LENGTH=32\r\nVORN_ANSWER=ERROR:log in first\r\n");
+}
+
+void TestRecorderVideo::tellsProtocolsApartByteByByte()
+{
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, answer);
+    RawClient client(m_server->port());
+    client.sendByteByByte(request);
+    QVERIFY(client.receive(answer.size()).startsWith(answer));
+}
+
+void TestRecorderVideo::beginsWithHeaderIndexAndTexts()
+{
+    VideoService &video = m_server->video();
+    video.setClock([] { return qint64(1700000001250); });
+    video.setPose({0.3, -0.25, 0.5});
+    video.setStateText(VideoService::EventStream, QStringLiteral("Ночь"));
+    RawClient client(m_server->port());
+    client.send(Login);
+    const QByteArray clock = QByteArray::fromHex("e26ce5cf8b010000");
+    const QByteArray wanted = Ok +
+                              headerRecord("Paravue recorder",
+                                           {{0, 1, "mp4v", "Camera 1", ""},
+                                            {1, 4, "text", "Events", "-utf8"},
+                                            {2, 4, "text", "PTZ", "-utf8"},
+                                            {3, 2, "time", "Clock", ""}},
+                                           {{1, "-utf8"}, {2, "UTC"}}) +
+                              indexRecord(1700000001, 0, clock) + dataRecords(3, clock, 9).first() +
+                              dataRecords(1, "Ночь", 99).first() +
+                              dataRecords(2, "0.300,-0.250,0.500", 99).first();
+    const QByteArray got = client.receive(wanted.size() + 8);
+    QCOMPARE(got.left(wanted.size()), wanted);
+    QCOMPARE(got.mid(wanted.size() + 4, 2), QByteArray::fromHex("fa00")); // 250 ms
+}
+
+void TestRecorderVideo::cutsFramesAsTold()
+{
+    VideoService service;
+    makeFast(service);
+    VideoSettings settings = service.settings();
+    settings.fragmentSize = 100;
+    QVERIFY(service.setSettings(settings));
+    const auto sink = std::make_shared<TestSink>();
+    service.watch(sink);
+    QTRY_VERIFY(sink->pieces >= 3);
+    const QByteArray first = QByteArray::fromHex("64008000");
+    const QByteArray middle = QByteArray::fromHex("64000000");
+    const qsizetype at = sink->bytes.indexOf(first);
+    QVERIFY(at > 0);
+    QCOMPARE(sink->bytes.mid(at + 8 + 100, 4), middle);
+}
+
+void TestRecorderVideo::encodesOnceForAllAndNothingForNobody()
+{
+    VideoService &video = m_server->video();
+    QCOMPARE(video.encodedPictures(), 0);
+    const auto one = std::make_shared<TestSink>();
+    auto other = std::make_shared<TestSink>();
+    video.watch(one);
+    video.watch(other);
+    QTRY_VERIFY(one->pieces >= 12);
+    QCOMPARE(one->bytes, other->bytes);
+    QCOMPARE(video.encodedPictures(), one->pieces);
+    other.reset();
+    QCOMPARE(video.watcherCount(), 1);
+
+    RawClient client(m_server->port());
+    client.send(Login);
+    client.receive(1000);
+    client.abort();
+    QTRY_COMPARE(m_server->clientCount(), 0);
+    const_cast<std::shared_ptr<TestSink> &>(one).reset();
+    QTRY_COMPARE(video.watcherCount(), 0);
+    QTest::qWait(50);
+    const qint64 before = video.encodedPictures();
+    QTest::qWait(100);
+    QCOMPARE(video.encodedPictures(), before);
+}
+
+void TestRecorderVideo::goesOnWithAKeyPictureForWhoWasNotReady()
+{
+    VideoService &video = m_server->video();
+    const auto slow = std::make_shared<TestSink>();
+    const auto other = std::make_shared<TestSink>();
+    video.watch(slow);
+    video.watch(other);
+    QTRY_VERIFY(slow->pieces >= 3);
+    slow->ready = false;
+    slow->bytes.clear();
+    const int before = other->pieces;
+    QTRY_VERIFY(other->pieces >= before + 3);
+    QVERIFY(slow->bytes.isEmpty());
+    slow->ready = true;
+    QTRY_VERIFY(!slow->bytes.isEmpty());
+    QVERIFY(slow->bytes.startsWith(HeaderMark));
+}
+
+void TestRecorderVideo::keepsNothingForAClientThatDoesNotRead()
+{
+    VideoService &video = m_server->video();
+    VideoSettings settings = video.settings();
+    settings.codec = VideoCodec::MotionJpeg;
+    settings.size = {1280, 720};
+    settings.fragmentSize = 1; // five bytes for each
+    QVERIFY(video.setSettings(settings));
+    RawClient deaf(m_server->port());
+    deaf.send(Login);
+    deaf.receive(1);
+    deaf.deafen();
+    const QTcpSocket *socket = nullptr;
+    QTRY_VERIFY((socket = m_server->findChild<QTcpSocket *>()));
+    const auto sink = std::make_shared<TestSink>();
+    video.watch(sink);
+    // More than the limit and what the system keeps for a connection.
+    QTRY_VERIFY_WITH_TIMEOUT(sink->bytes.size() > 16 * 1024 * 1024, 30000);
+    QVERIFY(socket->bytesToWrite() > 1024 * 1024);
+    QVERIFY2(socket->bytesToWrite() < 3 * 1024 * 1024, "what is not read piles up");
+}
+
+void TestRecorderVideo::damagesTheSameWayAgain()
+{
+    constexpr int Pictures = 30;
+    const auto streamOf = [](quint32 seed) {
+        VideoService service;
+        makeFast(service);
+        VideoFaults faults;
+        faults.kinds = VideoFaults::Garbage | VideoFaults::LostFragments | VideoFaults::HeaderTwice |
+                       VideoFaults::UnknownStreams;
+        faults.every = 10;
+        faults.seed = seed;
+        service.setFaults(faults);
+        const auto sink = std::make_shared<TestSink>();
+        service.watch(sink);
+        QByteArray bytes;
+        [&] { QTRY_VERIFY(sink->pieces >= Pictures && (bytes = sink->bytes, true)); }();
+        return bytes;
+    };
+    const QByteArray first = streamOf(1);
+    const QByteArray again = streamOf(1);
+    const qsizetype both = std::min(first.size(), again.size());
+    QVERIFY(both > 0);
+    QCOMPARE(first.left(both), again.left(both));
+    QVERIFY(first.left(both) != streamOf(2).left(both));
+}
+
+void TestRecorderVideo::holdsAStreamBackInTheMiddle()
+{
+    VideoService service;
+    makeFast(service);
+    const auto whole = std::make_shared<TestSink>();
+    service.watch(whole);
+    QTRY_VERIFY(whole->pieces >= 5);
+    VideoFaults faults;
+    faults.kinds = VideoFaults::Stall;
+    faults.stall = 400;
+    faults.every = 4;
+    service.setFaults(faults);
+    QSignalSpy logged(&service, &VideoService::logged);
+    QVERIFY(logged.wait());
+    const int before = whole->pieces;
+    QTest::qWait(150);
+    QCOMPARE(whole->pieces, before);
+    QTRY_VERIFY(whole->pieces >= before + 3);
+}
+
+void TestRecorderVideo::recordsWhatAClientGets()
+{
+    VideoService service;
+    makeFast(service);
+    const QString path = m_folder->filePath("video.hvx3");
+    QVERIFY(service.record(path));
+    QTRY_VERIFY(service.encodedPictures() >= 3); // nobody else watches
+    service.stopRecording();
+    QTest::qWait(50);
+    const auto sink = std::make_shared<TestSink>();
+    QVERIFY(service.record(path));
+    service.watch(sink);
+    QTRY_VERIFY(sink->pieces >= 10);
+    service.stopRecording();
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), sink->bytes);
+    QVERIFY(sink->bytes.startsWith(HeaderMark));
+}
+
+void TestRecorderVideo::refusesWhatCannotBeShown()
+{
+    VideoService service;
+    const VideoSettings before = service.settings();
+    QString fault;
+    VideoSettings odd = before;
+    odd.size = {161, 120};
+    QVERIFY(!service.setSettings(odd, &fault));
+    QCOMPARE(fault, "a picture has an even size from 64x48 to 4096x4096");
+    QCOMPARE(service.settings(), before);
+    QVERIFY(!service.setFile(m_folder->filePath("users"), &fault));
+    QVERIFY2(!fault.isEmpty(), "no reason");
+    QVERIFY(!service.setFile(m_folder->filePath("missing.mp4"), &fault));
+    QCOMPARE(fault, "No such file or directory");
+    QVERIFY(!service.record(m_folder->filePath("missing/file"), &fault));
+    QVERIFY2(!fault.isEmpty(), "no reason");
+    QCOMPARE(service.watcherCount(), 0);
+}
+
+void TestRecorderVideo::dropsViewersInARestart()
+{
+    m_server->setRebootTime(50);
+    RawClient viewer(m_server->port());
+    viewer.send(Login);
+    viewer.receive(1000);
+    RawClient client(m_server->port());
+    QVERIFY(client.logIn());
+    QSignalSpy back(m_server.get(), &RecorderServer::cameBack);
+    client.ask("DO REBOOT\r\n");
+    QVERIFY(viewer.receiveUntilClosed() != "still open");
+    QVERIFY(back.size() > 0 || back.wait());
+    RawClient again(m_server->port());
+    again.send(Login);
+    QVERIFY(again.receive(Ok.size() + 4).startsWith(Ok + HeaderMark));
+}
+
+void TestRecorderVideo::answersHttp_data()
+{
+    const QByteArray host = " HTTP/1.1\r\nHost: recorder\r\n";
+    const QByteArray basic = "Authorization: Basic " + QByteArray("admin:admin").toBase64() + "\r\n";
+    const QByteArray jpeg = "\xFF\xD8\xFF";
+    const TestTable<QByteArray, QByteArray, QByteArray> row("request", "status", "bodyBegins");
+    row("picture", "GET /snapshot.jpg" + host + basic, "200 OK", jpeg);
+    row("with a query", "GET /snapshot.jpg?t=5" + host + basic, "200 OK", jpeg);
+    row("HTTP/1.0", "GET /snapshot.jpg HTTP/1.0\r\n" + basic, "200 OK", jpeg);
+    row("names in other letters",
+        "GET /snapshot.jpg HTTP/1.1\r\nHOST:r\r\n" + basic.toLower().left(21) + basic.mid(21), "200 OK",
+        jpeg);
+    row("head", "HEAD /snapshot.jpg" + host + basic, "200 OK", "");
+    row("digest of the password",
+        "GET /snapshot.jpg" + host + "Authorization: Basic " + ("admin:" + md5("admin")).toBase64() + "\r\n",
+        "200 OK", jpeg);
+    row("no login", "GET /snapshot.jpg" + host, "401 Unauthorized", "401");
+    row("wrong password",
+        "GET /snapshot.jpg" + host + "Authorization: Basic " + QByteArray("admin:x").toBase64() + "\r\n",
+        "401 Unauthorized", "401");
+    row("no password", "GET /snapshot.jpg" + host + "Authorization: Basic !!\r\n", "401 Unauthorized", "401");
+    row("other path", "GET /" + host + basic, "404 Not Found", "404");
+    row("other method", "POST /snapshot.jpg" + host + "Content-Length: 4\r\n", "405 Method Not Allowed",
+        "405");
+    row("no host", "GET /snapshot.jpg HTTP/1.1\r\n" + basic, "400 Bad Request", "400");
+    row("two hosts", "GET /snapshot.jpg" + host + "Host: other\r\n", "400 Bad Request", "400");
+    row("folded field", "GET /snapshot.jpg" + host + "X: a\r\n b\r\n", "400 Bad Request", "400");
+    row("no version", "GET /snapshot.jpg\r\n", "400 Bad Request", "400");
+    row("other version", "GET /snapshot.jpg HTTP/2.0\r\nHost: r\r\n", "400 Bad Request", "400");
+    row("oversize", "GET /snapshot.jpg" + host + "X: " + QByteArray(9000, 'x') + "\r\n",
+        "431 Request Header Fields Too Large", "431");
+}
+
+void TestRecorderVideo::answersHttp()
+{
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, status);
+    QFETCH(QByteArray, bodyBegins);
+    RawClient client(m_server->port());
+    client.send(request + "\r\n");
+    const QByteArray answer = client.receiveUntilClosed();
+    const qsizetype end = answer.indexOf("\r\n\r\n");
+    const QString head = QString::fromLatin1(answer.left(end + 2));
+    const QByteArray body = answer.mid(end + 4);
+    QVERIFY2(head.startsWith("HTTP/1.1 " + status + "\r\n"), qPrintable(head));
+    QVERIFY(head.contains("\r\nConnection: close\r\n"));
+    const auto length = QRegularExpression("\r\nContent-Length: (\\d+)\r\n").match(head);
+    QVERIFY2(length.hasMatch(), qPrintable(head));
+    QVERIFY(body.startsWith(bodyBegins));
+    if (request.startsWith("HEAD"))
+        QVERIFY(body.isEmpty() && length.captured(1).toInt() > 1000);
+    else
+        QCOMPARE(body.size(), length.captured(1).toInt());
+    QCOMPARE(head.contains("\r\nWWW-Authenticate: Digest realm="), status.startsWith("401"));
+    QCOMPARE(head.contains("\r\nWWW-Authenticate: Basic realm="), status.startsWith("401"));
+}
+
+void TestRecorderVideo::checksDigestLogins_data()
+{
+    const TestTable<QByteArray, QByteArray, QByteArray, QByteArray> row("password", "count", "target",
+                                                                        "status");
+    row("password", "admin", "00000001", "/snapshot.jpg", "200");
+    row("its digest", md5("admin"), "00000001", "/snapshot.jpg", "200");
+    row("wrong password", "root", "00000001", "/snapshot.jpg", "401");
+    row("made for another target", "admin", "00000001", "/other.jpg", "401");
+    row("count used before", "admin", "00000000", "/snapshot.jpg", "401");
+    row("nonce that nobody gave", "admin", "unknown", "/snapshot.jpg", "401");
+}
+
+void TestRecorderVideo::checksDigestLogins()
+{
+    QFETCH(QByteArray, password);
+    QFETCH(QByteArray, count);
+    QFETCH(QByteArray, target);
+    QFETCH(QByteArray, status);
+    m_server->setSnapshotLogins(HttpAccess::Digest);
+    const QByteArray get = "GET /snapshot.jpg HTTP/1.1\r\nHost: r\r\n";
+    RawClient first(m_server->port());
+    first.send(get + "\r\n");
+    const QString challenge = QString::fromLatin1(first.receiveUntilClosed());
+    QVERIFY(!challenge.contains("Basic"));
+    QByteArray nonce = QRegularExpression("nonce=\"([0-9a-f]{32})\"").match(challenge).captured(1).toLatin1();
+    QCOMPARE(nonce.size(), 32);
+    const bool isUnknown = count == "unknown";
+    if (isUnknown) {
+        nonce = QByteArray(32, '0');
+        count = "00000001";
+    }
+    const QByteArray response = md5(md5("admin:recorder:" + password) + ':' + nonce + ':' + count +
+                                    ":c,\"c:auth:" + md5("GET:" + target));
+    RawClient second(m_server->port());
+    second.send(get + "Authorization: Digest username=\"admin\", realm=\"recorder\", nonce=\"" + nonce +
+                "\", uri=\"" + target + "\", qop=auth, nc=" + count + ", cnonce=\"c,\\\"c\", response=\"" +
+                response + "\", algorithm=MD5\r\n\r\n");
+    const QByteArray answer = second.receiveUntilClosed();
+    QVERIFY2(answer.startsWith("HTTP/1.1 " + status), answer.left(200));
+    QCOMPARE(answer.contains("stale=true"), isUnknown || count == "00000000");
+}
+
+void TestRecorderVideo::showsNoPasswordInTheLog()
+{
+    QString log;
+    connect(m_server.get(), &RecorderServer::logged, this, [&](const QString &line) { log += line + '\n'; });
+    RawClient viewer(m_server->port());
+    viewer.send("\x01LOGIN=admin\r\nPASS=opensesame\r\n");
+    viewer.receiveUntilClosed();
+    RawClient client(m_server->port());
+    client.send(
+        "GET /snapshot.jpg?PASS=opensesame HTTP/1.1\r\nHost: r\r\nAuthorization: Basic opensesame\r\n\r\n");
+    client.receiveUntilClosed();
+    QVERIFY(log.contains("LOGIN=admin") && log.contains("401 Unauthorized"));
+    QVERIFY2(!log.contains("sesame"), qPrintable(log));
+}
+
+QTEST_GUILESS_MAIN(TestRecorderVideo)
+#include "tst_recorder_video.moc"
