@@ -30,6 +30,26 @@ void TestRecorderProgram::explainsUsage_data()
     QTest::newRow("port without value") << QStringList("--port") << 2 << "--port";
     QTest::newRow("empty folder name") << QStringList("--data=") << 2 << "--data takes a folder";
     QTest::newRow("surplus word") << QStringList("5049") << 2 << "unexpected argument \"5049\"";
+    QTest::newRow("no such codec") << QStringList("--video-codec=h265") << 2
+                                   << "--video-codec takes h264, mpeg4, mjpeg, not \"h265\"";
+    QTest::newRow("size without height")
+        << QStringList("--video-size=640") << 2 << "--video-size takes a size such as 640x360, not \"640\"";
+    QTest::newRow("odd size") << QStringList("--video-size=641x360") << 2
+                              << "--video-size: a picture has an even size";
+    QTest::newRow("no pictures") << QStringList("--video-rate=0") << 2
+                                 << "--video-rate takes a number from 1 to 200";
+    QTest::newRow("no such fault") << QStringList("--video-fault=lost,fire") << 2
+                                   << "--video-fault: there is no fault \"fire\", only garbage, lost, header";
+    QTest::newRow("endless stall") << QStringList("--video-fault=stall=20001") << 2
+                                   << "--video-fault: a stall lasts 1 to 20000 milliseconds";
+    QTest::newRow("size of a file") << QStringList{"--video=a.mp4", "--video-fault=size"} << 2
+                                    << "size and codec change with the test picture only";
+    QTest::newRow("no such file") << QStringList("--video=/no/such/file.mp4") << 1
+                                  << "cannot show /no/such/file.mp4: No such file or directory";
+    QTest::newRow("no such folder") << QStringList("--record=/no/such/file") << 1
+                                    << "cannot record to /no/such/file: ";
+    QTest::newRow("no such login") << QStringList("--snapshot-login=none") << 2
+                                   << "--snapshot-login takes basic, digest, both";
     QTest::newRow("no such address") << QStringList("--address=here") << 2 << "--address takes an IP address";
 }
 

@@ -1,3 +1,4 @@
+#include "MovieFile.h"
 #include "support/PictureClock.h"
 #include "support/TestTable.h"
 #include "support/VideoViewer.h"
@@ -5,16 +6,47 @@
 #include "recorder/RecorderServer.h"
 #include "recorder/video/VideoService.h"
 
+#include <QSet>
 #include <QTemporaryDir>
 
 using namespace paravue::test;
 using recorder::RecorderServer;
+using recorder::VideoFaults;
 using recorder::VideoSettings;
 
 namespace
 {
 
 constexpr qint64 Noon = 20000LL * 86400 * 1000 + 43200 * 1000;
+
+/// Pictures come fast, and the clock goes on by a tenth of a second with each.
+void makeFast(recorder::VideoService &video)
+{
+    VideoSettings settings;
+    settings.codec = recorder::VideoCodec::Mpeg4;
+    settings.size = {320, 240};
+    settings.rate = VideoSettings::MaxRate;
+    QVERIFY(video.setSettings(settings));
+    video.setClock([now = Noon]() mutable { return now += 100; });
+}
+
+QSet<QByteArray> videoLabels(const VideoViewer &viewer)
+{
+    QSet<QByteArray> labels;
+    for (const HDR_T &header : viewer.headers)
+        labels << QList<STREAM_T>(header.streams).constFirst().label1;
+    return labels;
+}
+
+QList<QByteArray> textsOf(const VideoViewer &viewer, int streamId)
+{
+    QList<QByteArray> texts;
+    for (const DATA_T &frame : viewer.frames) {
+        if (frame.streamId == streamId)
+            texts << frame.payload;
+    }
+    return texts;
+}
 
 } // namespace
 
@@ -27,6 +59,12 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY2(m_folder.isValid(), "no temporary folder"); }
     void showsTheClockInEveryPicture_data();
     void showsTheClockInEveryPicture();
+    void tellsTimesAndTexts();
+    void turnsTheCamera();
+    void survivesFaults_data();
+    void survivesFaults();
+    void playsFiles_data();
+    void playsFiles();
 
 private:
     QTemporaryDir m_folder;
@@ -68,6 +106,128 @@ void TestRecorderStream::showsTheClockInEveryPicture()
         viewer.pictures.constLast().save(path + '/' + codec + QString::number(size.width()) + ".png");
     QCOMPARE(viewer.losses().bytes, 0);
     QCOMPARE(viewer.losses().frames, 0);
+}
+
+void TestRecorderStream::tellsTimesAndTexts()
+{
+    RecorderServer server(m_folder.filePath("data"));
+    makeFast(server.video());
+    QVERIFY(server.listen());
+    VideoViewer viewer(server.port());
+    QTRY_VERIFY(viewer.pictures.size() >= 70);
+    QCOMPARE(viewer.times.constFirst(), quint64(Noon / 1000 * 1000));
+    QVERIFY(std::is_sorted(viewer.times.cbegin(), viewer.times.cend()));
+    QVERIFY(viewer.times.contains(quint64(Noon + 1500)));
+    const QList<QByteArray> events = textsOf(viewer, 1);
+    QVERIFY(events.contains("Motion at the gate") || events.contains("The gate is open"));
+    QVERIFY(events.contains("Движение у ворот") || events.contains("Ворота открыты"));
+    QVERIFY(textsOf(viewer, 3).size() >= 7);
+    QCOMPARE(textsOf(viewer, 3).at(2), QByteArray::fromHex("d0b5665792010000"));
+}
+
+void TestRecorderStream::turnsTheCamera()
+{
+    RecorderServer server(m_folder.filePath("data"));
+    makeFast(server.video());
+    QVERIFY(server.listen());
+    const QByteArray whereItWas = server.ptz().pose().text();
+    VideoViewer viewer(server.port());
+    QTRY_VERIFY(!viewer.pictures.isEmpty());
+    const auto upperHalf = [&] {
+        const QImage last = viewer.pictures.constLast();
+        return last.copy(0, 0, last.width(), last.height() / 2);
+    };
+    const QImage before = upperHalf();
+    viewer.send("PTZ MOVE -0.500,0.250,0.750\r\n");
+    QTRY_VERIFY(textsOf(viewer, 2).contains("-0.500,0.250,0.750"));
+    QCOMPARE(textsOf(viewer, 2).constFirst(), whereItWas);
+    QTRY_VERIFY(upperHalf() != before);
+    QVERIFY(shownTenths(viewer.pictures.constLast()));
+}
+
+void TestRecorderStream::survivesFaults_data()
+{
+    const TestTable<QString> row("faults");
+    for (const QString &name : recorder::videoFaultNames())
+        row(qPrintable(name), name == "stall" ? "stall=100" : name);
+    row("all together", "garbage,lost,header,unknown,stall=50,size,codec");
+}
+
+void TestRecorderStream::survivesFaults()
+{
+    QFETCH(QString, faults);
+    RecorderServer server(m_folder.filePath("data"));
+    makeFast(server.video());
+    QString reason;
+    std::optional<VideoFaults> wanted = recorder::readVideoFaults(faults, reason);
+    QVERIFY2(wanted, qPrintable(reason));
+    wanted->every = 20;
+    server.video().setFaults(*wanted);
+    QVERIFY(server.listen());
+
+    VideoViewer viewer(server.port());
+    QTRY_VERIFY(server.video().encodedPictures() >= 60);
+    const qsizetype before = viewer.pictures.size();
+    QTRY_VERIFY(viewer.pictures.size() >= before + 20);
+    int last = 0;
+    int damaged = 0;
+    QSet<int> widths;
+    for (const QImage &picture : viewer.pictures) {
+        widths << picture.width();
+        const int shown = shownTenths(picture).value_or(0);
+        damaged += shown <= last ? 1 : 0;
+        last = std::max(last, shown);
+    }
+    // What misses a part of a picture shows it until the next key picture.
+    QVERIFY2(damaged == 0 || faults.contains("lost"), "a picture was damaged");
+    QVERIFY2(damaged < viewer.pictures.size() / 2, "the pictures stay damaged");
+    const Hvx3Losses losses = viewer.losses();
+    const bool isCut = faults.contains("garbage") || faults.contains("unknown");
+    QCOMPARE(losses.bytes > 0, isCut);
+    if (!isCut && !faults.contains("lost"))
+        QCOMPARE(losses.frames + losses.fragments, 0);
+    QCOMPARE(widths.size() > 1, faults.contains("size"));
+    QCOMPARE(videoLabels(viewer).size() > 1, faults.contains("codec"));
+    const bool beginsAnew = faults.contains("size") || faults.contains("codec");
+    QCOMPARE(viewer.headers.size() > 1, beginsAnew || faults.contains("header"));
+    if (faults == "header")
+        QCOMPARE(viewer.headers.size() % 2, 1); // each time two
+}
+
+void TestRecorderStream::playsFiles_data()
+{
+    const TestTable<QByteArray, QString, QByteArray> row("encoder", "file", "label");
+    row("H.264 in MP4", "libx264", "a.mp4", "H264");
+    row("H.264 with nothing around", "libx264", "a.h264", "H264");
+    row("MPEG-4 in MP4", "mpeg4", "b.mp4", "mp4v");
+    row("motion JPEG in AVI", "mjpeg", "c.avi", "mjpeg");
+    row("a codec that recorders do not send", "mpeg2video", "d.avi", "mp4v");
+}
+
+void TestRecorderStream::playsFiles()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(QString, file);
+    QFETCH(QByteArray, label);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no encoder");
+    ClipFormat format;
+    format.encoder = encoder;
+    format.size = {352, 288};
+    const QString path = m_folder.filePath(file);
+    writeMovie(path, format);
+    RecorderServer server(m_folder.filePath("data"));
+    makeFast(server.video());
+    QString fault;
+    QVERIFY2(server.video().setFile(path, &fault), qPrintable(fault));
+    QVERIFY(server.listen());
+
+    VideoViewer viewer(server.port());
+    QTRY_VERIFY(viewer.pictures.size() >= 3 * format.pictures);
+    QCOMPARE(videoLabels(viewer), QSet<QByteArray>{label + '\0'});
+    for (qsizetype i = 0; i < viewer.pictures.size(); ++i)
+        QCOMPARE(shownNumber(viewer.pictures[i]), i % format.pictures);
+    QCOMPARE(viewer.losses().bytes, 0);
 }
 
 QTEST_GUILESS_MAIN(TestRecorderStream)

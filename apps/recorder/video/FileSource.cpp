@@ -146,14 +146,19 @@ CodedPicture FileSource::next(bool wantKey, const CameraPose &, qint64)
     return m_encoder ? transcoded(wantKey) : copied();
 }
 
-/// The next packet of the video; at the end of the file the first one again.
+/// The next packet of the video; at the end of the file it begins again, for a decoder with an empty packet
+/// first, which makes it give out what it holds back.
 bool FileSource::readPacket()
 {
     for (int tries = 0; tries < MostPackets; ++tries) {
         av_packet_unref(m_packet.get());
         const int result = av_read_frame(m_input.get(), m_packet.get());
-        if (result < 0 && !rewind())
-            return false;
+        if (result < 0) {
+            if (!rewind())
+                return false;
+            if (m_decoder)
+                return true;
+        }
         if (result < 0 || m_packet->stream_index != m_stream)
             continue;
         const AVRational base = m_input->streams[m_stream]->time_base;
@@ -168,8 +173,6 @@ bool FileSource::rewind()
 {
     if (m_filter)
         av_bsf_flush(m_filter.get());
-    if (m_decoder)
-        avcodec_flush_buffers(m_decoder.get());
     return av_seek_frame(m_input.get(), m_stream, 0, AVSEEK_FLAG_BACKWARD) >= 0 ||
            av_seek_frame(m_input.get(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
 }
@@ -195,8 +198,11 @@ CodedPicture FileSource::transcoded(bool wantKey)
 bool FileSource::decode()
 {
     for (int tries = 0; tries < MostPackets; ++tries) {
-        if (avcodec_receive_frame(m_decoder.get(), m_decoded.get()) == 0)
+        const int result = avcodec_receive_frame(m_decoder.get(), m_decoded.get());
+        if (result == 0)
             return true;
+        if (result == AVERROR_EOF)
+            avcodec_flush_buffers(m_decoder.get());
         if (!readPacket())
             return false;
         avcodec_send_packet(m_decoder.get(), m_packet.get()); // what is damaged is left out

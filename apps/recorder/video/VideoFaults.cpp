@@ -61,8 +61,11 @@ bool FaultInjector::isDue(VideoFaults::Kind kind) const
 void FaultInjector::damage(QList<QByteArray> &records)
 {
     const auto anyPlace = [&] { return m_random.bounded(int(records.size()) + 1); };
-    if (isDue(VideoFaults::LostFragments) && !records.isEmpty())
+    m_losesFragment = m_losesFragment || isDue(VideoFaults::LostFragments);
+    if (m_losesFragment && records.size() > 1) {
         records.removeAt(m_random.bounded(int(records.size())));
+        m_losesFragment = false;
+    }
     if (isDue(VideoFaults::Garbage))
         records.insert(anyPlace(), garbage());
     if (isDue(VideoFaults::UnknownStreams))

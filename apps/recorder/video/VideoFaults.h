@@ -15,7 +15,7 @@ namespace recorder
 struct VideoFaults {
     enum Kind : quint32 {
         Garbage = 1,        ///< bytes that belong to no record
-        LostFragments = 2,  ///< a fragment of a frame is missing, or the frame when it has only one
+        LostFragments = 2,  ///< a fragment is missing, of the next frame that has several
         HeaderTwice = 4,    ///< the header comes again, twice, and the stream begins anew
         UnknownStreams = 8, ///< a record of a stream that the header does not know
         Stall = 16,         ///< nothing comes for a while, in the middle of a record
@@ -58,6 +58,7 @@ private:
     VideoFaults m_faults;
     QRandomGenerator m_random;
     qint64 m_picture = 0;
+    bool m_losesFragment = false; ///< of the next frame that has several
 };
 
 } // namespace recorder

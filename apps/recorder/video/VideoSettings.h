@@ -17,7 +17,7 @@ struct VideoSettings {
     /// Both even, from MinSize to MaxSize.
     static constexpr QSize MinSize = {64, 48};
     static constexpr QSize MaxSize = {4096, 4096};
-    static constexpr int MaxRate = 60;
+    static constexpr int MaxRate = 200;
     /// Larger frames do not fit the 16 bits of a record's length.
     static constexpr int MaxFragment = 65535;
 
