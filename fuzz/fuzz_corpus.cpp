@@ -72,6 +72,8 @@ int main(int argc, char *argv[])
         written &= write(root + "/parser", name, QByteArray(2, '\0') + stream);
         written &= write(root + "/demuxer", name, QByteArrayLiteral("\xff\0\0") + stream);
         written &= write(root + "/receiver", name, QByteArrayLiteral("\x0e\0") + stream);
+        if (codec.label == "mjpeg")
+            written &= write(root + "/still", name, clip.pictures.first());
         written &= write(root + "/decoder", name,
                          QByteArray(1, char(codec.number)) + '\0' + clip.pictures.join(PieceBorder));
     }

@@ -19,6 +19,8 @@
 #include <QDomDocument>
 #include <QGuiApplication>
 
+#include <sanitizer/allocator_interface.h>
+
 #include <algorithm>
 #include <memory>
 
@@ -120,6 +122,20 @@ QList<QByteArray> piecesOf(const QByteArray &bytes, quint8 choice, quint8 seed)
     return {all.first(border), all.sliced(border)};
 }
 
+/// A recorder that has not acknowledged sends on and on; nothing of that may be kept.
+void checkRefusedMemory(LoopbackPeer &peer)
+{
+    constexpr int Chunks = 8;
+    constexpr qsizetype ChunkSize = 64 * 1024;
+    const QByteArray chunk(ChunkSize, 'x');
+    peer.send(chunk); // once, for what the sockets keep
+    const auto before = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+    for (int i = 0; i < Chunks; ++i)
+        peer.send(chunk);
+    const auto now = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+    require(now - before < Chunks * ChunkSize / 2, "bytes that are no acknowledgement are not kept");
+}
+
 void run(const QList<QByteArray> &pieces, quint8 choice)
 {
     static LoopbackPeer peer;
@@ -132,6 +148,9 @@ void run(const QList<QByteArray> &pieces, quint8 choice)
     for (const QByteArray &piece : pieces)
         peer.send(piece);
     require(log.records() == expectedRecords(pieces), "all of the stream is read, and nothing else");
+    const bool isRefused = !pieces.join().startsWith(Acknowledgement);
+    if (isRefused)
+        checkRefusedMemory(peer);
     if (choice & ClosedByPeer)
         peer.close();
     receiver.reset();
