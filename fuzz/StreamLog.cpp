@@ -25,10 +25,18 @@ bool isText(const QByteArray &text)
     return text.endsWith('\0') && text.indexOf('\0') == text.size() - 1;
 }
 
+/// Without the difference between an empty value and none, which is nobody's business.
+void write(QDataStream &out, const QByteArray &bytes)
+{
+    out.writeBytes(bytes.constData(), bytes.size());
+}
+
 void write(QDataStream &out, const STREAM_T &stream)
 {
-    out << stream.streamId << stream.streamType << stream.label1.value() << stream.label2.value()
-        << stream.label3.value();
+    out << stream.streamId << stream.streamType;
+    write(out, stream.label1);
+    write(out, stream.label2);
+    write(out, stream.label3);
 }
 
 bool areEqual(const STREAM_T &a, const STREAM_T &b)
@@ -62,7 +70,8 @@ void StreamLog::noteHeader(const HDR_T &header)
     qint64 used = 8 + name.size();
     QByteArray record("header");
     QDataStream out(&record, QIODevice::Append);
-    out << header.headerLength << header.tagBlockLength << name;
+    out << header.headerLength << header.tagBlockLength;
+    write(out, name);
     for (const STREAM_T &stream : std::as_const(m_streams)) {
         require(isText(stream.label1) && isText(stream.label2) && isText(stream.label3), "labels are texts");
         used += 2 + stream.label1.size() + stream.label2.size() + stream.label3.size();
@@ -72,7 +81,7 @@ void StreamLog::noteHeader(const HDR_T &header)
     for (const QByteArray &text : texts) {
         require(text.isEmpty() || isText(text), "tagged texts are texts");
         used += text.isEmpty() ? 0 : 1 + text.size();
-        out << text;
+        write(out, text);
     }
     require(used <= m_limit, "a header is no larger than the limit");
     m_usedBytes += used;
@@ -88,7 +97,9 @@ void StreamLog::noteIndex(const IDX_T &index)
     m_indexSeen = true;
     m_usedBytes += IndexSize + blob.size();
     QByteArray record("index");
-    QDataStream(&record, QIODevice::Append) << index.value2 << index.value3 << blob;
+    QDataStream out(&record, QIODevice::Append);
+    out << index.value2 << index.value3;
+    write(out, blob);
     m_records << record;
 }
 
@@ -108,7 +119,8 @@ void StreamLog::noteFrame(const DATA_T &frame)
     m_usedBytes += (isVideo ? 8 : 4) + payload.size();
     QByteArray record("frame");
     QDataStream out(&record, QIODevice::Append);
-    out << frame.flags << frame.word16 << frame.byteA << frame.byteB << payload;
+    out << frame.flags << frame.word16 << frame.byteA << frame.byteB;
+    write(out, payload);
     write(out, frame.stream);
     m_records << record;
 }
