@@ -23,6 +23,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 
 using namespace paravue;
@@ -83,6 +84,20 @@ public:
 private:
     QTimer m_timer;
 };
+
+/// The share of the pixels that are far from grey, as those of a camera's picture are.
+double colouredShare(const QImage &image)
+{
+    int coloured = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            const auto [least, most] = std::minmax({qRed(pixel), qGreen(pixel), qBlue(pixel)});
+            coloured += most - least > 40;
+        }
+    }
+    return double(coloured) / (image.width() * image.height());
+}
 
 } // namespace
 
@@ -327,6 +342,8 @@ void TestSetupProgram::takesPicturesOfTheDemo()
         QVERIFY2(!seen.contains(picture), qPrintable(name + " shows the same as another one"));
         seen += picture;
     }
+    const QImage live(pictures.filePath("03-live.png"));
+    QVERIFY2(colouredShare(live) > 0.1, "the page with video shows none");
 }
 
 void TestSetupProgram::failsInsteadOfHanging_data()
