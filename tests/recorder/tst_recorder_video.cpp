@@ -412,6 +412,8 @@ void TestRecorderVideo::answersHttp_data()
     const QByteArray jpeg = "\xFF\xD8\xFF";
     const TestTable<QByteArray, QByteArray, QByteArray> row("request", "status", "bodyBegins");
     row("picture", "GET /snapshot.jpg" + host + basic, "200 OK", jpeg);
+    row("overview", "GET /overview.jpg" + host + basic, "200 OK", jpeg);
+    row("overview without login", "GET /overview.jpg" + host, "401 Unauthorized", "401");
     row("with a query", "GET /snapshot.jpg?t=5" + host + basic, "200 OK", jpeg);
     row("HTTP/1.0", "GET /snapshot.jpg HTTP/1.0\r\n" + basic, "200 OK", jpeg);
     row("names in other letters",

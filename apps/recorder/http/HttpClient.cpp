@@ -76,10 +76,14 @@ HttpClient::Response HttpClient::respond(const HttpRequest &request)
 {
     if (request.method != "GET" && request.method != "HEAD")
         return plain("405 Method Not Allowed", {"Allow: GET, HEAD"});
-    return request.path() == "/snapshot.jpg" ? snapshot(request) : plain("404 Not Found");
+    if (request.path() == "/snapshot.jpg")
+        return picture(request, &VideoService::snapshot);
+    if (request.path() == "/overview.jpg")
+        return picture(request, &VideoService::overview);
+    return plain("404 Not Found");
 }
 
-HttpClient::Response HttpClient::snapshot(const HttpRequest &request)
+HttpClient::Response HttpClient::picture(const HttpRequest &request, Picture take)
 {
     const HttpAccess::Verdict verdict = m_access.check(request, m_accounts.accounts());
     if (!verdict.account) {
@@ -89,10 +93,10 @@ HttpClient::Response HttpClient::snapshot(const HttpRequest &request)
         return plain("401 Unauthorized", fields);
     }
     m_account = verdict.account;
-    const QByteArray picture = m_video ? m_video->snapshot() : QByteArray();
-    if (picture.isEmpty())
+    const QByteArray bytes = m_video ? (*m_video.*take)() : QByteArray();
+    if (bytes.isEmpty())
         return plain("503 Service Unavailable");
-    return {"200 OK", {"Cache-Control: no-store"}, "image/jpeg", picture};
+    return {"200 OK", {"Cache-Control: no-store"}, "image/jpeg", bytes};
 }
 
 HttpClient::Response HttpClient::plain(const QByteArray &status, const QList<QByteArray> &fields)

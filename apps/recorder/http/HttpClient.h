@@ -14,8 +14,8 @@ class ConfigService;
 class HttpAccess;
 class VideoService;
 
-/// A client that speaks HTTP/1.1. It gets one answer: /snapshot.jpg is the present picture for those who log
-/// in.
+/// A client that speaks HTTP/1.1. It gets one answer: /snapshot.jpg is the present picture and /overview.jpg
+/// all that the camera can turn to, for those who log in.
 class HttpClient : public Client
 {
     Q_OBJECT
@@ -37,10 +37,12 @@ private:
         QByteArray body;
     };
 
+    using Picture = QByteArray (VideoService::*)() const;
+
     void process();
     void answer(const QByteArray &head);
     Response respond(const HttpRequest &request);
-    Response snapshot(const HttpRequest &request);
+    Response picture(const HttpRequest &request, Picture take);
     void send(const Response &response, bool withBody, bool canClose);
     static Response plain(const QByteArray &status, const QList<QByteArray> &fields = {});
 

@@ -19,7 +19,8 @@ constexpr qint64 DayMs = 24LL * 60 * 60 * 1000;
 constexpr Colour Black = {0, 0, 0};
 constexpr Colour White = {255, 255, 255};
 
-/// The scene is as large as a camera can turn to; one that does not zoom sees a unit square of it.
+/// The scene is what a camera can turn to: at the ends of pan and tilt an edge is in the middle of its
+/// picture, and behind that goes on what the edge is made of. One that does not zoom sees a unit square.
 constexpr double SceneWidth = 2.0;
 constexpr double SceneHeight = 1.5;
 constexpr double NearestSpan = 0.25;
@@ -31,11 +32,11 @@ struct Box {
 
 /// Far things first.
 constexpr std::array Scene = {
-    Box{{0.00, 0.00, 2.00, 0.20}, {70, 120, 190}},    Box{{0.00, 0.20, 2.00, 0.20}, {95, 145, 205}},
-    Box{{0.00, 0.40, 2.00, 0.20}, {125, 170, 215}},   Box{{0.00, 0.60, 2.00, 0.15}, {165, 195, 220}},
-    Box{{1.56, 0.16, 0.12, 0.12}, {250, 220, 120}},   Box{{0.00, 0.75, 2.00, 0.20}, {85, 125, 70}},
-    Box{{0.00, 0.95, 2.00, 0.30}, {80, 82, 86}},      Box{{0.00, 1.25, 2.00, 0.25}, {105, 140, 75}},
-    Box{{0.00, 0.93, 2.00, 0.02}, {160, 160, 155}},   Box{{0.00, 1.25, 2.00, 0.02}, {160, 160, 155}},
+    Box{{-0.5, -0.5, 3.00, 0.70}, {70, 120, 190}},    Box{{-0.5, 0.20, 3.00, 0.20}, {95, 145, 205}},
+    Box{{-0.5, 0.40, 3.00, 0.20}, {125, 170, 215}},   Box{{-0.5, 0.60, 3.00, 0.15}, {165, 195, 220}},
+    Box{{1.56, 0.16, 0.12, 0.12}, {250, 220, 120}},   Box{{-0.5, 0.75, 3.00, 0.20}, {85, 125, 70}},
+    Box{{-0.5, 0.95, 3.00, 0.30}, {80, 82, 86}},      Box{{-0.5, 1.25, 3.00, 0.75}, {105, 140, 75}},
+    Box{{-0.5, 0.93, 3.00, 0.02}, {160, 160, 155}},   Box{{-0.5, 1.25, 3.00, 0.02}, {160, 160, 155}},
     Box{{0.10, 0.50, 0.30, 0.43}, {165, 95, 75}},     Box{{0.14, 0.56, 0.07, 0.10}, {225, 215, 160}},
     Box{{0.28, 0.56, 0.07, 0.10}, {225, 215, 160}},   Box{{0.21, 0.75, 0.08, 0.18}, {70, 50, 45}},
     Box{{0.52, 0.30, 0.24, 0.63}, {120, 125, 140}},   Box{{0.56, 0.36, 0.16, 0.06}, {60, 75, 100}},
@@ -60,12 +61,8 @@ constexpr std::array Car = {
 class Projection
 {
 public:
-    Projection(const CameraPose &pose, QSize size) : m_size(size)
-    {
-        m_span = 1 - (1 - NearestSpan) * pose.zoom;
-        m_left = SceneWidth / 2 + pose.pan * (SceneWidth - m_span) / 2 - m_span / 2;
-        m_top = SceneHeight / 2 - pose.tilt * (SceneHeight - m_span) / 2 - m_span / 2;
-    }
+    /// \a part is the part of the scene that fills the picture.
+    Projection(const QRectF &part, QSize size) : m_part(part), m_size(size) {}
 
     QRect map(const QRectF &area) const
     {
@@ -74,24 +71,35 @@ public:
     }
 
 private:
-    int x(double place) const { return int(std::lround((place - m_left) / m_span * m_size.width())); }
-    int y(double place) const { return int(std::lround((place - m_top) / m_span * m_size.height())); }
+    int x(double place) const
+    {
+        return int(std::lround((place - m_part.left()) / m_part.width() * m_size.width()));
+    }
+    int y(double place) const
+    {
+        return int(std::lround((place - m_part.top()) / m_part.height() * m_size.height()));
+    }
 
+    QRectF m_part;
     QSize m_size;
-    double m_span;
-    double m_left;
-    double m_top;
 };
 
-void paintScene(PicturePainter &painter, const CameraPose &pose, qint64 time)
+QRectF seenFrom(const CameraPose &pose)
+{
+    const double span = 1 - (1 - NearestSpan) * pose.zoom;
+    const QPointF centre((1 + pose.pan) * SceneWidth / 2, (1 - pose.tilt) * SceneHeight / 2);
+    return {centre - QPointF(span, span) / 2, QSizeF(span, span)};
+}
+
+void paintScene(PicturePainter &painter, const QRectF &part, qint64 time)
 {
     constexpr qint64 CarPeriod = 8000;
     constexpr qint64 BlinkPeriod = 1000;
     constexpr double CarLength = 0.28;
-    const Projection projection(pose, painter.size());
+    const Projection projection(part, painter.size());
     for (const Box &box : Scene)
         painter.fill(projection.map(box.area), box.colour);
-    for (double dash = 0.02; dash < SceneWidth; dash += 0.16)
+    for (double dash = -0.46; dash < SceneWidth + 0.5; dash += 0.16)
         painter.fill(projection.map({dash, 1.095, 0.08, 0.012}), {225, 225, 215});
     const double progress = double(time % CarPeriod) / CarPeriod;
     const QPointF place(progress * (SceneWidth + CarLength) - CarLength, 1.17);
@@ -203,9 +211,14 @@ void paintDigits(PicturePainter &painter, qint64 timeOfDay)
 void paintTestPicture(PicturePainter &painter, const CameraPose &pose, qint64 time)
 {
     const qint64 timeOfDay = (time % DayMs + DayMs) % DayMs;
-    paintScene(painter, pose, timeOfDay);
+    paintScene(painter, seenFrom(pose), timeOfDay);
     paintDigits(painter, timeOfDay);
     paintStrip(painter, timeOfDay);
+}
+
+void paintOverview(PicturePainter &painter, qint64 time)
+{
+    paintScene(painter, {0, 0, SceneWidth, SceneHeight}, (time % DayMs + DayMs) % DayMs);
 }
 
 } // namespace recorder

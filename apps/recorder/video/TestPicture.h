@@ -17,4 +17,8 @@ namespace recorder
 /// \a time is in milliseconds since 1970 (UTC). A car drives with the time.
 void paintTestPicture(PicturePainter &painter, const CameraPose &pose, qint64 time);
 
+/// All that the camera can turn to, without a clock: pan from edge to edge, tilt from the lower edge to the
+/// upper one.
+void paintOverview(PicturePainter &painter, qint64 time);
+
 } // namespace recorder

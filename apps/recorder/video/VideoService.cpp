@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr qint64 MsPerSecond = 1000;
+constexpr QSize OverviewSize = {640, 360};
 /// Pictures that are later than this are left out.
 constexpr double MostLate = 500;
 
@@ -98,11 +99,22 @@ bool VideoService::record(const QString &path, QString *fault)
 
 QByteArray VideoService::snapshot() const
 {
+    return still(m_current.size,
+                 [this](PicturePainter &painter) { paintTestPicture(painter, m_pose, m_clock()); });
+}
+
+QByteArray VideoService::overview() const
+{
+    return still(OverviewSize, [this](PicturePainter &painter) { paintOverview(painter, m_clock()); });
+}
+
+QByteArray VideoService::still(QSize size, const std::function<void(PicturePainter &)> &paint) const
+{
     VideoSettings settings = m_current;
     settings.codec = VideoCodec::MotionJpeg;
+    settings.size = size;
     QString fault;
     const std::unique_ptr<PictureEncoder> encoder = PictureEncoder::open(settings, fault);
-    const auto paint = [this](PicturePainter &painter) { paintTestPicture(painter, m_pose, m_clock()); };
     return encoder ? encoder->encode(paint, true).bytes : QByteArray();
 }
 

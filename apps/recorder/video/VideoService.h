@@ -18,6 +18,7 @@ namespace recorder
 {
 
 class RecordFile;
+class PicturePainter;
 class VideoSource;
 
 /// Takes a video stream, from its header on.
@@ -79,6 +80,8 @@ public:
 
     /// The present test picture as a JPEG; empty when it cannot be encoded.
     QByteArray snapshot() const;
+    /// The same of all that the camera can turn to.
+    QByteArray overview() const;
 
     /// The clock of the stream and of the test picture; the computer's by default.
     void setClock(Clock clock) { m_clock = std::move(clock); }
@@ -118,6 +121,7 @@ private:
         QByteArray begin;  ///< for those who begin with it; empty when it is no key picture
     };
 
+    QByteArray still(QSize size, const std::function<void(PicturePainter &)> &paint) const;
     void tick();
     void schedule();
     std::unique_ptr<VideoSource> sourceFor(const VideoSettings &settings, const QString &file,
