@@ -27,7 +27,8 @@ inline std::optional<int> shownTenths(const QImage &image)
             return std::nullopt;
         tenths = tenths * 2 + (grey >= Bright ? 1 : 0);
     }
-    return tenths;
+    constexpr int Day = 24 * 60 * 60 * 10;
+    return tenths < Day ? std::optional(tenths) : std::nullopt; // an empty white area is no clock
 }
 
 } // namespace paravue::test

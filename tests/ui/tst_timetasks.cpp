@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTcpServer>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void fetchesPictures();
     void saysWhyThereIsNoPicture_data();
     void saysWhyThereIsNoPicture();
+    void connectsToNobodyInAPreview();
 };
 
 void TestTimeTasks::runsWhenItsPeriodIsOver_data()
@@ -354,6 +356,22 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
     }
     session.tasks.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TestTimeTasks::connectsToNobodyInAPreview()
+{
+    QTcpServer recorder;
+    recorder.listen(QHostAddress::LocalHost);
+    const QByteArray url = "127.0.0.1:" + QByteArray::number(recorder.serverPort());
+    Ticking window(describeTasks("<timetask type='startVideoOnline'><url>" + url +
+                                     "</url><target>view</target></timetask>"
+                                     "<timetask type='v3getjpeg'><url>" +
+                                     url + "</url><target>view</target></timetask>",
+                                 "<item type='online' row='1'><view/></item>"));
+    QCOMPARE(window.widget<OnlineView>()->valueText(), "No video in a preview");
+    window.tickAfter(500);
+    QVERIFY(!recorder.waitForNewConnection(200));
+    QCOMPARE(window.widget<OnlineView>()->valueText(), "No video in a preview");
 }
 
 QTEST_MAIN(TestTimeTasks)

@@ -1,0 +1,268 @@
+#include "ModalWatcher.h"
+#include "PictureClock.h"
+#include "SetupRun.h"
+#include "controls/OnlineView.h"
+#include "controls/PtzVideoInput.h"
+#include "recorder/RecorderServer.h"
+#include "recorder/video/VideoService.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+using namespace paravue;
+using namespace paravue::test;
+using recorder::VideoCodec;
+
+namespace
+{
+
+const char Description[] = R"(
+<pvsetup version="1.0">
+  <window>
+    <self/>
+    <timetask type="startVideoOnline" period="500">
+      <url>{general/network/url}</url><target>yard</target>
+    </timetask>
+    <timetask type="startVideoOnline" period="500">
+      <url>{general/network/url}</url><login>guest</login><password/><target>gate</target>
+    </timetask>
+  </window>
+  <tabwidget>
+    <tab>
+      <name>Cameras</name>
+      <item type="gridlayout">
+        <item type="online" row="0" column="0" width="326" height="186"><yard/></item>
+        <item type="PTZvideoin" row="0" column="1"><gate/></item>
+        <item type="pushbutton" row="1" column="0">
+          <text>More</text><action type="call" slot="showDialog" param="more">self</action>
+        </item>
+      </item>
+    </tab>
+  </tabwidget>
+  <moreDialog>
+    <more/>
+    <timetask type="startVideoOnline" period="500">
+      <url>{general/network/url}</url><login>operator</login><password>operator</password><target>car</target>
+    </timetask>
+    <item type="gridlayout"><item type="online" row="0" column="0"><car/></item></item>
+  </moreDialog>
+</pvsetup>
+)";
+
+/// The clock in the picture that a control shows; -1 when it shows none.
+int clockIn(OnlineView &view)
+{
+    return shownTenths(view.grab(view.contentsRect()).toImage()).value_or(-1);
+}
+
+int clockIn(PtzVideoInput &view)
+{
+    return shownTenths(view.grab(view.pictureRect()).toImage()).value_or(-1);
+}
+
+/// A window on a recorder that serves the description. Time passes for its tasks when the test says so.
+struct LiveSession {
+    explicit LiveSession(recorder::RecorderServer &recorder)
+        : session("admin:admin@127.0.0.1:" + QString::number(qint16(recorder.port())))
+    {
+        session.window->setTaskClock([this] { return now; });
+    }
+
+    void pass(int milliseconds)
+    {
+        now += milliseconds;
+        session.window->timeout();
+    }
+
+    template <class View>
+    View &view() const
+    {
+        return *session.window->findChild<View *>();
+    }
+
+    Session session;
+    quint32 now = 0;
+};
+
+/// Waits for pictures as long as a slow computer needs, and goes on when they come.
+template <class Condition>
+bool comesTrue(Condition condition)
+{
+    return QTest::qWaitFor(condition, 20'000);
+}
+
+template <class View>
+bool goesForward(View &view, int after = 0)
+{
+    return comesTrue([&] { return clockIn(view) > after; }) &&
+           comesTrue([&, first = clockIn(view)] { return clockIn(view) > first; });
+}
+
+} // namespace
+
+class TestLiveVideo : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void showsTheRunningClock_data();
+    void showsTheRunningClock();
+    void followsAnotherSize();
+    void keepsOneConnectionForEachTask();
+    void saysWhatIsWrong();
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+    QElapsedTimer m_elapsed;
+};
+
+void TestLiveVideo::initTestCase()
+{
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder.path()); // fills the folder
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    QFile file(m_recorder->filePath("interface"));
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(Description);
+    // Away from midnight, when the clock of the pictures begins anew.
+    m_elapsed.start();
+    m_recorder->video().setClock([this] { return qint64(12 * 3600 * 1000) + m_elapsed.elapsed(); });
+}
+
+void TestLiveVideo::init()
+{
+    QVERIFY(m_recorder->video().setSettings({VideoCodec::MotionJpeg, {320, 180}, 25}));
+}
+
+void TestLiveVideo::showsTheRunningClock_data()
+{
+    QTest::addColumn<VideoCodec>("codec");
+    QTest::newRow("h264") << VideoCodec::H264;
+    QTest::newRow("mpeg4") << VideoCodec::Mpeg4;
+    QTest::newRow("mjpeg") << VideoCodec::MotionJpeg;
+}
+
+void TestLiveVideo::showsTheRunningClock()
+{
+    QFETCH(VideoCodec, codec);
+    if (!recorder::VideoService::canEncode(codec))
+        QSKIP("This FFmpeg has no encoder for it.");
+    QVERIFY(m_recorder->video().setSettings({codec, {320, 180}, 25}));
+    LiveSession live(*m_recorder);
+    QVERIFY(live.session.isFine());
+    auto &yard = live.view<OnlineView>();
+    auto &gate = live.view<PtzVideoInput>();
+    QCOMPARE(yard.valueText(), "No picture yet"); // a task first runs when its period is over
+    live.pass(500);
+    QCOMPARE(yard.valueText(), "No picture yet");
+    live.pass(1);
+    QCOMPARE(yard.valueText(), "Connecting…");
+    QVERIFY(goesForward(yard));
+    QVERIFY(goesForward(gate));
+
+    // The recorder is gone for a while.
+    const quint16 port = m_recorder->port();
+    const int last = clockIn(yard);
+    m_recorder->close();
+    QVERIFY(comesTrue([&] {
+        live.pass(1);
+        return yard.valueText() == "Connection lost";
+    }));
+    QVERIFY(gate.valueText().startsWith("Connection lost; "));
+    QCOMPARE(clockIn(yard), -1); // dimmed: nobody takes it for a live picture
+    QVERIFY(m_recorder->listen(port));
+    live.pass(501);
+    QVERIFY(goesForward(yard, last));
+    QVERIFY(goesForward(gate, last));
+    live.pass(1);
+    QCOMPARE(yard.valueText(), QString());
+}
+
+void TestLiveVideo::followsAnotherSize()
+{
+    LiveSession live(*m_recorder);
+    auto &gate = live.view<PtzVideoInput>();
+    live.pass(501);
+    QVERIFY(goesForward(gate));
+    QCOMPARE(gate.pixmap().size(), QSize(320, 180));
+    QVERIFY(m_recorder->video().setSettings({VideoCodec::MotionJpeg, {400, 304}, 25}));
+    QVERIFY(comesTrue([&] { return gate.pixmap().size() == QSize(400, 304); }));
+    QVERIFY(goesForward(gate));
+}
+
+void TestLiveVideo::keepsOneConnectionForEachTask()
+{
+    LiveSession live(*m_recorder);
+    const auto users = [&] {
+        QStringList names = m_recorder->loggedInUsers();
+        names.sort();
+        return names.join(' ');
+    };
+    int connections = 0;
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, &live.session.store,
+            [&](const QString &line) { connections += line.endsWith(" connected"); });
+    const auto passes = [&] {
+        for (int period = 0; period < 20; ++period) {
+            live.pass(501);
+            QCoreApplication::processEvents();
+        }
+    };
+    live.pass(501);
+    QVERIFY(comesTrue([&] { return users() == "admin guest"; }));
+    passes();
+    QVERIFY(goesForward(live.view<OnlineView>()));
+    QCOMPARE(users(), "admin guest");
+
+    const ModalWatcher dialogs(
+        [&](QWidget &dialog) {
+            passes();
+            QVERIFY(comesTrue([&] { return users() == "admin guest operator"; }));
+            QVERIFY(goesForward(*dialog.findChild<OnlineView *>()));
+            passes();
+        },
+        "QDialog");
+    QTest::mouseClick(buttonWithText<QPushButton>(*live.session.window, "More"), Qt::LeftButton);
+    QCOMPARE(dialogs.count(), 1);
+    QVERIFY(comesTrue([&] { return users() == "admin guest"; }));
+    passes();
+    QVERIFY(goesForward(live.view<OnlineView>()));
+    QCOMPARE(m_recorder->clientCount(), 2);
+    QCOMPARE(connections, 3);
+}
+
+void TestLiveVideo::saysWhatIsWrong()
+{
+    LiveSession live(*m_recorder);
+    auto &yard = live.view<OnlineView>();
+    const auto says = [&](const QString &text, int each = 1) {
+        return comesTrue([&] {
+            live.pass(each);
+            return yard.valueText() == text;
+        });
+    };
+    live.session.store.setValue("general/network/password/wrong");
+    live.pass(501);
+    QVERIFY(says("No picture: login refused?"));
+    live.session.store.setValue("general/network/password/admin");
+    live.pass(501); // with the login of now
+    QVERIFY(says(""));
+    QVERIFY(goesForward(yard));
+
+    const quint16 port = m_recorder->port();
+    m_recorder->close();
+    QVERIFY(says("Connection lost"));
+    live.pass(501);
+    QVERIFY(says("No connection"));
+    QVERIFY(m_recorder->listen(port));
+    live.pass(501);
+    QVERIFY(goesForward(yard));
+}
+
+QTEST_MAIN(TestLiveVideo)
+#include "tst_live_video.moc"
