@@ -6,6 +6,7 @@
 #include "ui/ControlContext.h"
 
 #include <QLabel>
+#include <QSet>
 
 #include <utility>
 
@@ -67,7 +68,7 @@ void VideoTask::announce(const QDomElement &task, const Parts &parts)
 
 void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &parts, quint32 now)
 {
-    findTargets(task, parts.actions);
+    const QList<QWidget *> added = findTargets(task, parts.actions);
     if (!parts.makeReceiver)
         return;
     if (!m_receiver || !m_receiver->isActive() || m_status.isDead()) {
@@ -76,15 +77,15 @@ void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &part
         m_camera.reset();
         m_receiver.reset(parts.makeReceiver(kind, task).release());
         m_status.begin();
+        for (QWidget *target : std::as_const(m_targets))
+            connectTarget(*target);
+    } else {
+        for (QWidget *target : added)
+            connectTarget(*target);
     }
     if (!m_receiver)
         return;
     findCamera(task, parts.actions);
-    for (QWidget *target : std::as_const(m_targets)) {
-        if (target->metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
-            QObject::connect(m_receiver.get(), SIGNAL(pixmapReady(QPixmap)), target, SLOT(setPixmap(QPixmap)),
-                             Qt::UniqueConnection);
-    }
     look(now);
 }
 
@@ -104,15 +105,31 @@ void VideoTask::end()
     say(tr("Pictures have ended"));
 }
 
-void VideoTask::findTargets(const QDomElement &task, const ActionRunner &actions)
+QList<QWidget *> VideoTask::findTargets(const QDomElement &task, const ActionRunner &actions)
 {
-    const QList<QPointer<QWidget>> before = std::exchange(m_targets, {});
+    const QSet<QWidget *> before(m_targets.begin(), m_targets.end());
+    QSet<QWidget *> found; // one may have the tag twice
+    QList<QWidget *> added;
+    m_targets.clear();
     for (QWidget *target :
          actions.targets(task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
+        if (found.contains(target))
+            continue;
+        found.insert(target);
         m_targets.append(target);
-        if (!m_said.isEmpty() && !before.contains(target))
+        if (before.contains(target))
+            continue;
+        added.append(target);
+        if (!m_said.isEmpty())
             showNotice(target, m_said);
     }
+    return added;
+}
+
+void VideoTask::connectTarget(QWidget &target)
+{
+    if (m_receiver && target.metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
+        QObject::connect(m_receiver.get(), SIGNAL(pixmapReady(QPixmap)), &target, SLOT(setPixmap(QPixmap)));
 }
 
 void VideoTask::findCamera(const QDomElement &task, const ActionRunner &actions)

@@ -50,7 +50,9 @@ private:
         void operator()(PictureReceiver *receiver) const;
     };
 
-    void findTargets(const QDomElement &task, const ActionRunner &actions);
+    /// Returns those that have come since the last time.
+    QList<QWidget *> findTargets(const QDomElement &task, const ActionRunner &actions);
+    void connectTarget(QWidget &target);
     void findCamera(const QDomElement &task, const ActionRunner &actions);
     void say(const QString &text);
 

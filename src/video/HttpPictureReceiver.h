@@ -19,7 +19,7 @@ namespace paravue
 ///
 /// The request begins with the construction and ends with finished(), behind pixmapReady() when a picture has
 /// come. A login that was refused is not tried again. Redirections are followed three times at most, to http
-/// and https only, and the login goes to the host that was asked at first only. Answers of more than 16 MiB
+/// and https only, and the login goes to the host that was asked at first only. Answers of more than 8 MiB
 /// are cut off.
 class HttpPictureReceiver : public QObject
 {

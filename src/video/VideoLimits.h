@@ -14,10 +14,11 @@ inline constexpr qint64 MaxPicturePixels = 32 * 1024 * 1024;
 /// By how much pixels that are not square may heighten a picture.
 inline constexpr int MaxHeightening = 4;
 
-/// Bytes of a still picture as it comes over the network.
-inline constexpr qint64 MaxStillBytes = 16 * 1024 * 1024;
+/// Bytes of a still picture as it comes over the network. More of them would hold up the window while they
+/// are decoded.
+inline constexpr qint64 MaxStillBytes = 8 * 1024 * 1024;
 /// Pixels of a still picture times the passes over them that its bytes ask for.
-inline constexpr qint64 MaxStillWork = 4 * MaxPicturePixels;
+inline constexpr qint64 MaxStillWork = 3 * MaxPicturePixels;
 /// Pixels from which on a still picture is reduced while it is decoded: 3840 x 2160.
 inline constexpr qint64 LargestStill = 3840 * 2160;
 

@@ -4,6 +4,7 @@
 #include "controls/OnlineView.h"
 #include "controls/PtzVideoInput.h"
 #include "recorder/RecorderServer.h"
+#include "recorder/http/HttpAccess.h"
 #include "recorder/video/VideoService.h"
 
 #include <QElapsedTimer>
@@ -15,6 +16,7 @@
 
 using namespace paravue;
 using namespace paravue::test;
+using recorder::HttpAccess;
 using recorder::VideoCodec;
 
 namespace
@@ -63,6 +65,28 @@ int clockIn(PtzVideoInput &view)
 {
     return shownTenths(view.grab(view.pictureRect()).toImage()).value_or(-1);
 }
+
+const char StillDescription[] = R"(
+<pvsetup version="1.0">
+  <window>
+    <timetask type="v3getjpeg" period="500">
+      <url>http://{general/network/url}/snapshot.jpg</url><target>yard</target>
+    </timetask>
+    <timetask type="v3getjpeg" period="500">
+      <url>{general/network/url}/snapshot.jpg</url><login>guest</login><password/><target>gate</target>
+    </timetask>
+  </window>
+  <tabwidget>
+    <tab>
+      <name>Cameras</name>
+      <item type="gridlayout">
+        <item type="online" row="0" column="0" width="326" height="186"><yard/></item>
+        <item type="PTZvideoin" row="0" column="1"><gate/></item>
+      </item>
+    </tab>
+  </tabwidget>
+</pvsetup>
+)";
 
 /// A window on a recorder that serves the description. Time passes for its tasks when the test says so.
 struct LiveSession {
@@ -116,8 +140,13 @@ private Q_SLOTS:
     void followsAnotherSize();
     void keepsOneConnectionForEachTask();
     void saysWhatIsWrong();
+    void fetchesStillsAgainAndAgain_data();
+    void fetchesStillsAgainAndAgain();
+    void asksForOneStillAtATime();
 
 private:
+    void describe(const char *description);
+
     QTemporaryDir m_folder;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
     QElapsedTimer m_elapsed;
@@ -127,9 +156,6 @@ void TestLiveVideo::initTestCase()
 {
     m_recorder = std::make_unique<recorder::RecorderServer>(m_folder.path()); // fills the folder
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
-    QFile file(m_recorder->filePath("interface"));
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(Description);
     // Away from midnight, when the clock of the pictures begins anew.
     m_elapsed.start();
     m_recorder->video().setClock([this] { return qint64(12 * 3600 * 1000) + m_elapsed.elapsed(); });
@@ -137,7 +163,15 @@ void TestLiveVideo::initTestCase()
 
 void TestLiveVideo::init()
 {
+    describe(Description);
     QVERIFY(m_recorder->video().setSettings({VideoCodec::MotionJpeg, {320, 180}, 25}));
+}
+
+void TestLiveVideo::describe(const char *description)
+{
+    QFile file(m_recorder->filePath("interface"));
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(description);
 }
 
 void TestLiveVideo::showsTheRunningClock_data()
@@ -262,6 +296,78 @@ void TestLiveVideo::saysWhatIsWrong()
     QVERIFY(m_recorder->listen(port));
     live.pass(501);
     QVERIFY(goesForward(yard));
+}
+
+void TestLiveVideo::fetchesStillsAgainAndAgain_data()
+{
+    QTest::addColumn<unsigned>("logins");
+    QTest::newRow("Basic") << unsigned(HttpAccess::Basic);
+    QTest::newRow("Digest") << unsigned(HttpAccess::Digest);
+    QTest::newRow("either") << unsigned(HttpAccess::Basic | HttpAccess::Digest);
+}
+
+void TestLiveVideo::fetchesStillsAgainAndAgain()
+{
+    QFETCH(unsigned, logins);
+    describe(StillDescription);
+    m_recorder->setSnapshotLogins(logins);
+    LiveSession live(*m_recorder);
+    QVERIFY(live.session.isFine());
+    auto &yard = live.view<OnlineView>();
+    auto &gate = live.view<PtzVideoInput>();
+    live.pass(501);
+    QCOMPARE(yard.valueText(), "Connecting…");
+    int last = 0;
+    for (int picture = 0; picture < 3; ++picture) {
+        QVERIFY(comesTrue([&] {
+            live.pass(501);
+            return clockIn(yard) > last && clockIn(gate) > last;
+        }));
+        last = clockIn(yard);
+    }
+    live.pass(501);
+    QCOMPARE(yard.valueText(), QString()); // the last one stays the present one until the next has come
+
+    live.session.store.setValue("general/network/password/wrong");
+    QVERIFY(comesTrue([&] {
+        live.pass(501);
+        return yard.valueText() == "Login refused";
+    }));
+    QCOMPARE(clockIn(yard), -1);
+    QCOMPARE(gate.valueText(), "320 × 180 pixels"); // which has a login of its own
+    const quint16 port = m_recorder->port();
+    m_recorder->close();
+    QVERIFY(comesTrue([&] {
+        live.pass(501);
+        return gate.valueText() == "No connection; 320 × 180 pixels";
+    }));
+    QVERIFY(m_recorder->listen(port));
+    live.session.store.setValue("general/network/password/admin");
+    QVERIFY(comesTrue([&] {
+        live.pass(501);
+        return clockIn(yard) > last && clockIn(gate) > last;
+    }));
+}
+
+void TestLiveVideo::asksForOneStillAtATime()
+{
+    describe(StillDescription);
+    LiveSession live(*m_recorder);
+    QVERIFY(comesTrue([&] { return m_recorder->clientCount() == 0; }));
+    m_recorder->setReplyDelay(200);
+    int most = 0;
+    int answers = 0;
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, &live.session.store,
+            [&](const QString &line) {
+                most = std::max(most, m_recorder->clientCount());
+                answers += line.contains("> 200");
+            });
+    QVERIFY(comesTrue([&] {
+        live.pass(501);
+        return answers >= 6;
+    }));
+    m_recorder->setReplyDelay(0);
+    QCOMPARE(most, 2); // of two tasks
 }
 
 QTEST_MAIN(TestLiveVideo)
