@@ -1,5 +1,7 @@
 #include "video/cHvx3Demuxer.h"
 
+#include <QMetaMethod>
+
 namespace
 {
 
@@ -40,12 +42,18 @@ QString charsetName(const QByteArray &label)
     return {};
 }
 
-/// Calls \a slot of \a consumer, if there is one.
+/// Calls the slot of \a consumer with the \a signature, if there are both. A header may announce a stream of
+/// a type that its consumer does not take; called by its name alone, a slot that is missing would be
+/// complained about in the host's output, thousands of times for one header.
 template <typename... Arguments>
-void call(QObject *consumer, const char *slot, const Arguments &...arguments)
+void call(QObject *consumer, const char *signature, const Arguments &...arguments)
 {
-    if (consumer)
-        QMetaObject::invokeMethod(consumer, slot, Qt::DirectConnection, arguments...);
+    if (!consumer)
+        return;
+    const QMetaObject *type = consumer->metaObject();
+    const int slot = type->indexOfMethod(signature);
+    if (slot >= 0)
+        type->method(slot).invoke(consumer, Qt::DirectConnection, arguments...);
 }
 
 } // namespace
@@ -69,7 +77,7 @@ void cHvx3Demuxer::hdr_slot(HDR_T header)
         createStream(stream);
     const QString charset = charsetName(texts.value(CharsetTag));
     createTitle(HeaderTextKey, charset, header.name);
-    call(consumer(ClockKey), "create",
+    call(consumer(ClockKey), "create(QString)",
          Q_ARG(QString, QString::fromUtf8(unterminated(texts.value(ClockTag)))));
     for (const STREAM_T &stream : streams) {
         if (stream.streamType != NoStream)
@@ -90,7 +98,7 @@ void cHvx3Demuxer::data_slot(DATA_T frame)
     if (frame.stream.streamType == VideoStream)
         showTime(m_index.value2 * MillisecondsPerSecond + frame.word16);
     // Whoever was told the time may have changed the consumers.
-    call(consumer(frame.streamId), "append", Q_ARG(QByteArray, frame.payload.value()));
+    call(consumer(frame.streamId), "append(QByteArray)", Q_ARG(QByteArray, frame.payload.value()));
 }
 
 void cHvx3Demuxer::createStream(const STREAM_T &stream)
@@ -98,13 +106,13 @@ void cHvx3Demuxer::createStream(const STREAM_T &stream)
     QObject *const user = consumer(stream.streamId);
     switch (stream.streamType) {
     case VideoStream:
-        call(user, "create", Q_ARG(QString, decoderName(stream.label1)));
+        call(user, "create(QString)", Q_ARG(QString, decoderName(stream.label1)));
         break;
     case PlainStream:
-        call(user, "create");
+        call(user, "create()");
         break;
     case TextStream:
-        call(user, "create", Q_ARG(QString, charsetName(stream.label3)));
+        call(user, "create(QString)", Q_ARG(QString, charsetName(stream.label3)));
         break;
     default:
         break;
@@ -113,12 +121,12 @@ void cHvx3Demuxer::createStream(const STREAM_T &stream)
 
 void cHvx3Demuxer::createTitle(int key, const QString &charset, const QByteArray &title)
 {
-    call(consumer(key), "create", Q_ARG(QString, charset));
-    call(consumer(key), "append", Q_ARG(QByteArray, title));
+    call(consumer(key), "create(QString)", Q_ARG(QString, charset));
+    call(consumer(key), "append(QByteArray)", Q_ARG(QByteArray, title));
 }
 
 void cHvx3Demuxer::showTime(quint64 milliseconds)
 {
     Q_EMIT timer(milliseconds);
-    call(consumer(ClockKey), "append", Q_ARG(quint64, milliseconds));
+    call(consumer(ClockKey), "append(quint64)", Q_ARG(quint64, milliseconds));
 }

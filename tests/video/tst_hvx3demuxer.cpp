@@ -2,6 +2,7 @@
 #include "video/cHvx3Demuxer.h"
 #include "video/cHvx3Parser.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace paravue::test;
@@ -34,6 +35,19 @@ private:
     QList<QByteArray> &m_journal;
 };
 
+/// Knows one kind of stream only.
+class VideoConsumer : public QObject
+{
+    Q_OBJECT
+
+public:
+    QList<QByteArray> frames;
+
+public Q_SLOTS:
+    void create(const QString &) {}
+    void append(const QByteArray &bytes) { frames << bytes; }
+};
+
 QByteArray operator""_z(const char *text, size_t size)
 {
     return QByteArray(text, static_cast<qsizetype>(size) + 1);
@@ -51,6 +65,7 @@ private Q_SLOTS:
     void tellsConsumersOfAHeader();
     void showsTheTimeBeforeAFrame();
     void leavesOutWhoIsNotThere();
+    void leavesOutSlotsThatAreNotThere();
 
 private:
     using Journal = QList<QByteArray>;
@@ -145,6 +160,16 @@ void TestHvx3Demuxer::leavesOutWhoIsNotThere()
     QCOMPARE(play(stream), Journal({"onCreate", "text: create UTF-8", "timer 1000", "text: append words"}));
     m_demuxer->create();
     QCOMPARE(play(hvx3Data(1, WholeFrame, "words")), Journal());
+}
+
+void TestHvx3Demuxer::leavesOutSlotsThatAreNotThere()
+{
+    VideoConsumer video;
+    m_demuxer->consumers()[0] = &video;
+    m_demuxer->consumers()[999] = &video;
+    QTest::failOnWarning(QRegularExpression("."));
+    play(hvx3Header({{0, 2}, {0, 1}}) + hvx3Index(1) + hvx3Data(0, WholeFrame, "frame"));
+    QCOMPARE(video.frames, Journal({"frame"}));
 }
 
 QTEST_APPLESS_MAIN(TestHvx3Demuxer)
