@@ -1,81 +1,146 @@
-// Writes the inputs that the fuzz targets begin with, each into the folder of its target.
+// Writes the inputs that the fuzz targets begin with, each into the folder of its target: streams of the
+// simulator, as they should be and with every fault that it knows, and the pictures in them.
 //
 // Usage: fuzz_corpus DIR
 
 #include "FuzzInput.h"
 
-#include "support/EncodedClip.h"
-#include "support/Hvx3Bytes.h"
+#include "recorder/video/VideoService.h"
+#include "video/cHvx3Parser.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
 #include <cstdio>
 
 using namespace paravue::fuzz;
-using namespace paravue::test;
+using recorder::VideoCodec;
+using recorder::VideoFaults;
+using recorder::VideoService;
 
 namespace
 {
 
-struct Codec {
-    quint8 number; ///< as the decoder's target knows it
-    QByteArray encoder;
-    QByteArray label;
+constexpr int Pictures = 4;
+
+class Recording : public recorder::VideoSink
+{
+public:
+    bool isReady() const override { return true; }
+    void write(const QByteArray &bytes) override { m_stream += bytes; }
+    void end() override {}
+    const QByteArray &stream() const { return m_stream; }
+
+private:
+    QByteArray m_stream;
 };
 
-const QList<Codec> Codecs = {{0, "libx264", "H264"}, {1, "mpeg4", "mp4v"}, {2, "mjpeg", "mjpeg"}};
-
-bool write(const QString &folder, const QString &name, const QByteArray &bytes)
+void prepare(VideoService &service, VideoCodec codec)
 {
-    QFile file(QDir(folder).filePath(name));
-    const bool written =
-        QDir().mkpath(folder) && file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    if (!written)
-        std::fprintf(stderr, "fuzz_corpus: %s: %s\n", qPrintable(file.fileName()),
-                     qPrintable(file.errorString()));
-    return written;
+    recorder::VideoSettings settings;
+    settings.codec = codec;
+    settings.size = recorder::VideoSettings::MinSize;
+    settings.rate = recorder::VideoSettings::MaxRate;
+    settings.fragmentSize = 300;
+    QString fault;
+    if (!service.setSettings(settings, &fault))
+        qFatal("cannot encode %s: %s", qPrintable(nameOf(codec)), qPrintable(fault));
 }
 
-QByteArray streamOf(const Codec &codec, const EncodedClip &clip)
+/// \a fault is a name of videoFaultNames(), or empty.
+QByteArray streamOf(VideoCodec codec, const QString &fault = QString())
 {
-    const QByteArray tags = QByteArrayLiteral("\1-utf8\0\2Clock\0\7\5twice\0\5text\0");
-    QByteArray stream =
-        hvx3Header({{0, 1, codec.label, "Camera", ""}, {1, 4, "", "Events", "-utf8"}, {2, 2, "", "", ""}},
-                   "Recorder", tags);
-    quint16 milliseconds = 0;
-    stream += hvx3Index(1700000000, 7, "blob");
-    for (const QByteArray &picture : clip.pictures) {
-        stream += hvx3Frame(0, picture, 400, {milliseconds, 2, 1});
-        stream += hvx3Data(1, WholeFrame, "text") + hvx3Data(2, WholeFrame, "1");
-        milliseconds += 40;
+    VideoService service;
+    prepare(service, codec);
+    VideoFaults faults;
+    faults.kinds = fault.isEmpty() ? 0 : 1u << recorder::videoFaultNames().indexOf(fault);
+    faults.stall = 1;
+    faults.every = Pictures;
+    service.setFaults(faults);
+    const auto recording = std::make_shared<Recording>();
+    service.watch(recording);
+    while (service.encodedPictures() < Pictures) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        service.setPose({.pan = double(service.encodedPictures()) / Pictures});
     }
-    return stream + "garbage" + hvx3Index(1700000001) + hvx3Data(0, MiddleFragment, "lost") +
-           hvx3Data(9, WholeFrame, "unknown") + hvx3Index(1700000002);
+    return recording->stream();
+}
+
+QByteArray still()
+{
+    VideoService service;
+    prepare(service, VideoCodec::MotionJpeg);
+    return service.snapshot();
+}
+
+QList<QByteArray> picturesIn(const QByteArray &stream)
+{
+    QList<QByteArray> pictures;
+    cHvx3Parser parser;
+    QObject::connect(&parser, &cHvx3Parser::onDATA, &parser, [&](const DATA_T &frame) {
+        if (frame.streamId == VideoService::PictureStream)
+            pictures << frame.payload;
+    });
+    parser.append(stream);
+    return pictures;
+}
+
+class Corpus
+{
+public:
+    explicit Corpus(const QString &root) : m_root(root) {}
+
+    /// What a target is fed behind the bytes that choose how it behaves.
+    void add(const QString &target, const QString &name, const QByteArray &choice, const QByteArray &bytes);
+    void addStream(const QString &name, const QByteArray &stream);
+    bool isWritten() const { return m_isWritten; }
+
+private:
+    QDir m_root;
+    bool m_isWritten = true;
+};
+
+void Corpus::add(const QString &target, const QString &name, const QByteArray &choice,
+                 const QByteArray &bytes)
+{
+    m_root.mkpath(target);
+    QFile file(m_root.filePath(target + '/' + name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(choice + bytes) != choice.size() + bytes.size()) {
+        std::fprintf(stderr, "fuzz_corpus: %s: %s\n", qPrintable(file.fileName()),
+                     qPrintable(file.errorString()));
+        m_isWritten = false;
+    }
+}
+
+void Corpus::addStream(const QString &name, const QByteArray &stream)
+{
+    add("parser", name, QByteArray(2, '\0'), stream);
+    add("demuxer", name, QByteArray("\xff\0\0", 3), stream);
+    add("receiver", name, QByteArray("\x06\0", 2), stream); // acknowledged, in pieces
+    add("receiver", name + "-ptz", QByteArray("\x07\0", 2), stream);
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    QCoreApplication application(argc, argv);
     if (argc != 2) {
         std::fputs("Usage: fuzz_corpus DIR\n", stderr);
         return 2;
     }
-    const QString root = QString::fromLocal8Bit(argv[1]);
-    bool written = true;
-    for (const Codec &codec : Codecs) {
-        const EncodedClip clip =
-            encodeClip({.encoder = codec.encoder, .size = {48, 32}, .pictures = 3, .quality = 12});
-        const QByteArray stream = streamOf(codec, clip);
-        const QString name = QString::fromLatin1(codec.label);
-        written &= write(root + "/parser", name, QByteArray(2, '\0') + stream);
-        written &= write(root + "/demuxer", name, QByteArrayLiteral("\xff\0\0") + stream);
-        written &= write(root + "/receiver", name, QByteArrayLiteral("\x0e\0") + stream);
-        if (codec.label == "mjpeg")
-            written &= write(root + "/still", name, clip.pictures.first());
-        written &= write(root + "/decoder", name,
-                         QByteArray(1, char(codec.number)) + '\0' + clip.pictures.join(PieceBorder));
+    Corpus corpus(QString::fromLocal8Bit(argv[1]));
+    char codecOfDecoder = 0;
+    for (const VideoCodec codec : {VideoCodec::H264, VideoCodec::Mpeg4, VideoCodec::MotionJpeg}) {
+        const QString name = nameOf(codec);
+        const QByteArray stream = streamOf(codec);
+        corpus.addStream(name, stream);
+        corpus.add("decoder", name, QByteArray(1, codecOfDecoder++) + '\0',
+                   picturesIn(stream).join(PieceBorder));
+        for (const QString &fault : recorder::videoFaultNames())
+            corpus.addStream(name + '-' + fault, streamOf(codec, fault));
     }
-    return written ? 0 : 1;
+    corpus.add("still", "still", {}, still());
+    return corpus.isWritten() ? 0 : 1;
 }
