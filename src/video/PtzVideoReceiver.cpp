@@ -12,6 +12,8 @@ namespace
 
 constexpr quint8 TextStream = 4;
 constexpr qsizetype MaxPositionText = 128;
+// Each position makes windows paint. A recorder may send thousands at once.
+constexpr int PositionPause = 20; // milliseconds
 // A user does not click that fast; a recorder that takes nothing is not sent more.
 constexpr qint64 MaxUnsent = 16 * 1024;
 
@@ -55,10 +57,16 @@ private:
 
 PtzVideoReceiver::PtzVideoReceiver(QObject *parent, const QDomElement &element)
     : VideoHVX3Reciver(parent, element),
-      m_reader(new PtzTextReader([this](const QString &position) { setPosition(position); }, this))
+      m_reader(new PtzTextReader([this](const QString &position) { received(position); }, this))
 {
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(PositionPause);
+    connect(&m_pause, &QTimer::timeout, this, [this] {
+        if (m_newest != m_position)
+            received(m_newest);
+    });
     connect(&demuxer(), &cHvx3Demuxer::onCreate, this, &PtzVideoReceiver::findPositions);
-    connect(&socket(), &QTcpSocket::disconnected, this, [this] { setPosition(QString()); });
+    connect(&socket(), &QTcpSocket::disconnected, this, &PtzVideoReceiver::forgetPosition);
 }
 
 PtzVideoReceiver::~PtzVideoReceiver() = default;
@@ -89,7 +97,22 @@ void PtzVideoReceiver::findPositions()
     if (m_streamId != 0)
         demuxer().consumers()[m_streamId] = m_reader;
     else
-        setPosition(QString());
+        forgetPosition();
+}
+
+void PtzVideoReceiver::received(const QString &position)
+{
+    m_newest = position;
+    if (m_pause.isActive())
+        return;
+    m_pause.start();
+    setPosition(position);
+}
+
+void PtzVideoReceiver::forgetPosition()
+{
+    m_pause.stop();
+    setPosition(QString());
 }
 
 void PtzVideoReceiver::setPosition(const QString &position)

@@ -2,6 +2,8 @@
 
 #include "video/VideoHVX3Reciver.h"
 
+#include <QTimer>
+
 class PtzTextReader;
 
 /// The live video of a camera with pan, tilt and zoom, where it looks, and the way to turn it: all over the
@@ -32,15 +34,20 @@ public:
 
 Q_SIGNALS:
     /// The recorder's text, or an empty one when the position is not known any more: the connection is lost,
-    /// or a stream has begun that does not tell it. Never the same text twice in a row.
+    /// or a stream has begun that does not tell it. Never the same text twice in a row, and however often the
+    /// recorder sends one, no more often than eyes can follow; the last one is always told.
     void positionChanged(const QString &position);
 
 private:
     void findPositions();
+    void received(const QString &position);
+    void forgetPosition();
     void setPosition(const QString &position);
     void send(const QByteArray &command);
 
     PtzTextReader *const m_reader; // child
     int m_streamId = 0;            ///< of the positions; 0, which is the picture's, when there are none
     QString m_position;
+    QString m_newest; ///< what came while m_pause was running
+    QTimer m_pause;
 };

@@ -2,6 +2,7 @@
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
 #include "video/PtzVideoReceiver.h"
+#include "video/cHvx3Parser.h"
 
 #include <QSignalSpy>
 #include <QTcpSocket>
@@ -49,6 +50,7 @@ class TestPtzVideoReceiver : public QObject
 private Q_SLOTS:
     void tellsThePosition_data();
     void tellsThePosition();
+    void tellsTheLastOfManyPositions();
     void sendsCommands();
 };
 
@@ -79,7 +81,7 @@ void TestPtzVideoReceiver::tellsThePosition()
     QFETCH(QByteArray, stream);
     QFETCH(QStringList, positions);
     FakeRecorder recorder;
-    recorder.expect(Login).send(Acknowledgement).send(stream).close();
+    recorder.expect(Login).send(Acknowledgement).send(stream).expect("PTZ GOTO 1\r\n").close();
     PtzVideoReceiver receiver(nullptr, taskFor(recorder));
     QStringList told;
     connect(&receiver, &PtzVideoReceiver::positionChanged, this, [&](const QString &position) {
@@ -87,8 +89,26 @@ void TestPtzVideoReceiver::tellsThePosition()
         QCOMPARE(receiver.position(), position);
     });
     QSignalSpy closed(receiver.findChild<QTcpSocket *>(), &QTcpSocket::disconnected);
+    int frames = 0;
+    connect(receiver.findChild<cHvx3Parser *>(), &cHvx3Parser::onDATA, this, [&] { ++frames; });
+    QTRY_COMPARE(told.value(positions.size() - 2), positions.value(positions.size() - 2));
+    QTRY_COMPARE(frames, stream.count('\xC0')); // each is a whole frame
+    receiver.goTo(1);
     QVERIFY(closed.wait());
     QCOMPARE(told, positions);
+}
+
+void TestPtzVideoReceiver::tellsTheLastOfManyPositions()
+{
+    QByteArray texts;
+    for (int i = 0; i < 5000; ++i)
+        texts += text(1, "0," + QByteArray::number(i));
+    FakeRecorder recorder;
+    recorder.expect(Login).send(Acknowledgement).send(header({textStream(1, "PTZ")}) + texts);
+    PtzVideoReceiver receiver(nullptr, taskFor(recorder));
+    QSignalSpy told(&receiver, &PtzVideoReceiver::positionChanged);
+    QTRY_COMPARE(receiver.position(), "0,4999");
+    QVERIFY2(told.size() < 250, QByteArray::number(told.size()));
 }
 
 void TestPtzVideoReceiver::sendsCommands()
