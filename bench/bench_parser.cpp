@@ -1,25 +1,26 @@
-// The parser of the video stream beside a memcpy of the same bytes in the same pieces.
+// The parser of the video stream beside a memcpy of the same bytes in the same pieces, and beside
+// libavformat's demuxers of the same pictures.
 
+#include "LivePictures.h"
+#include "MuxedVideo.h"
 #include "PairedRatio.h"
 
+#include "support/EncodedClip.h"
 #include "support/Hvx3Bytes.h"
 #include "video/cHvx3Parser.h"
 
 #include <QCoreApplication>
 
+#include <cstdlib>
 #include <cstring>
-#include <random>
 #include <stdexcept>
 
 using namespace paravue::test;
-using paravue::bench::applyPaired;
-using paravue::bench::pairedRatio;
+using namespace paravue::bench;
 
 namespace
 {
 
-constexpr qsizetype KiB = 1024;
-constexpr qsizetype MiB = 1024 * KiB;
 constexpr qsizetype TcpPiece = 1460;
 
 /// A stream, cut into pieces as a socket would hand them out.
@@ -38,29 +39,22 @@ QByteArray beginning()
     return hvx3Header({Hvx3Stream()}) + hvx3Index(1);
 }
 
-QByteArray noise(qsizetype size)
+/// The pictures in fragments of up to 32 KiB, with an index record before every 25th.
+QByteArray streamOf(const QList<QByteArrayView> &pictures)
 {
-    std::mt19937 random(1);
-    QByteArray bytes(size, Qt::Uninitialized);
-    for (char &byte : bytes)
-        byte = char(random());
-    return bytes;
-}
-
-/// Frames of 2 to 200 KiB in fragments of up to 32 KiB, with an index record before every 25th.
-QByteArray live(qsizetype size)
-{
-    const QByteArray picture = noise(200 * KiB);
-    std::mt19937 random(2);
-    std::uniform_int_distribution<qsizetype> frameSize(2 * KiB, 200 * KiB);
     QByteArray stream = hvx3Header({Hvx3Stream()});
-    stream.reserve(size + MiB);
-    for (quint32 i = 0; stream.size() < size; ++i) {
+    for (qsizetype i = 0; i < pictures.size(); ++i) {
         if (i % 25 == 0)
-            stream += hvx3Index(i / 25);
-        stream += hvx3Frame(0, QByteArrayView(picture).first(frameSize(random)), 32 * KiB);
+            stream += hvx3Index(quint32(i / 25));
+        stream += hvx3Frame(0, pictures[i], 32 * KiB);
     }
     return stream;
+}
+
+QByteArray live(qsizetype size)
+{
+    static const QList<QByteArray> sources{noise(200 * KiB)};
+    return streamOf(livePictures(sources, size));
 }
 
 /// Bytes that belong to no record before the first index record.
@@ -75,12 +69,12 @@ QByteArray smallRecords(qsizetype size)
     return beginning() + hvx3Frame(0, QByteArray(56, 'x'), 56).repeated(size / 64);
 }
 
-/// Frames of 10,000 fragments each.
-QByteArray fragments(qsizetype size)
+/// Frames of as many fragments, of 419 bytes each.
+QByteArray fragments(qsizetype size, qsizetype perFrame)
 {
-    constexpr qsizetype FrameSize = 4 * MiB;
-    const QByteArray frame = hvx3Frame(0, QByteArray(FrameSize, 'x'), FrameSize / 9999);
-    return beginning() + frame.repeated(size / FrameSize);
+    constexpr qsizetype FragmentSize = 419;
+    const QByteArray frame = hvx3Frame(0, QByteArray(perFrame * FragmentSize, 'x'), FragmentSize);
+    return beginning() + frame.repeated(size / frame.size());
 }
 
 /// A header with a name of \a size bytes, which is searched for its end.
@@ -99,19 +93,22 @@ public:
         connect(&parser, &cHvx3Parser::onIDX, this, [this](IDX_T) { ++m_indexes; });
     }
     bool hasSome() const { return m_frames > 0 || m_indexes > 0; }
+    PictureCount count() const { return {m_frames, m_bytes}; }
 
 private:
     void take(DATA_T frame)
     {
         ++m_frames;
+        m_bytes += frame.length;
         benchmark::DoNotOptimize(frame);
     }
 
     qint64 m_frames = 0;
+    qint64 m_bytes = 0;
     qint64 m_indexes = 0;
 };
 
-void parse(const Pieces &pieces)
+PictureCount parse(const Pieces &pieces)
 {
     cHvx3Parser parser;
     const Frames frames(parser);
@@ -119,6 +116,7 @@ void parse(const Pieces &pieces)
         parser.append(piece);
     if (!frames.hasSome())
         throw std::runtime_error("nothing was found in the stream");
+    return frames.count();
 }
 
 /// Ours beside a memcpy of all pieces to one place that holds them all.
@@ -136,6 +134,36 @@ void besideMemcpy(benchmark::State &state, const Pieces &pieces, double limit)
             benchmark::DoNotOptimize(copy.data());
         },
         {.limit = limit});
+}
+
+/// Both sides get the stream in pieces of 64 KiB and hand out every picture. Measured is all between the
+/// first piece and the last picture. The demuxer has read the head of its container before, and copies each
+/// piece from where it lies, as its interface demands.
+void besideDemuxer(benchmark::State &state, const char *format, PairedOptions options, int flags = 0)
+{
+    static const QList<QByteArray> encoded =
+        encodeClip({.encoder = "libx264", .size = {1280, 720}, .pictures = 25, .quality = 1, .noise = true})
+            .pictures;
+    const QList<QByteArrayView> pictures = livePictures(encoded, 64 * MiB);
+    const Pieces ours(streamOf(pictures), Demuxer::PieceSize);
+    const QByteArray container = muxed(format, pictures);
+    qint64 wanted = 0;
+    for (const QByteArrayView picture : pictures)
+        wanted += picture.size();
+    const auto requireAll = [&](const PictureCount &count) {
+        // Containers mark the beginnings of pictures in their own ways.
+        if (count.pictures != pictures.size() || std::abs(count.bytes - wanted) > wanted / 1000)
+            throw std::runtime_error("pictures are missing");
+    };
+    pairedRatio(
+        state, [&] { requireAll(parse(ours)); },
+        [&] {
+            Demuxer demuxer(format, container, flags);
+            const auto start = std::chrono::steady_clock::now();
+            requireAll(demuxer.readAll());
+            return Seconds(std::chrono::steady_clock::now() - start);
+        },
+        options);
 }
 
 using MakeStream = QByteArray (*)(qsizetype size);
@@ -167,6 +195,34 @@ void liveStream(benchmark::State &state)
 }
 BENCHMARK(liveStream)->Arg(TcpPiece)->Arg(64 * KiB)->Apply(applyPaired);
 
+void liveBesideMpegTs(benchmark::State &state)
+{
+    besideDemuxer(state, "mpegts", {.limit = 0.25});
+}
+BENCHMARK(liveBesideMpegTs)->Apply(applyPaired);
+
+void liveBesideMatroska(benchmark::State &state)
+{
+    besideDemuxer(state, "matroska", {.limit = 1});
+}
+BENCHMARK(liveBesideMatroska)->Apply(applyPaired);
+
+/// Without libavformat's parsers, which look into the pictures of both containers and tell where those of an
+/// MPEG-TS end. Here the packets of the container do.
+constexpr int WithoutParsers = AVFMT_FLAG_NOPARSE | AVFMT_FLAG_NOFILLIN;
+
+void liveBesideBareMpegTs(benchmark::State &state)
+{
+    besideDemuxer(state, "mpegts", {}, WithoutParsers);
+}
+BENCHMARK(liveBesideBareMpegTs)->Apply(applyPaired);
+
+void liveBesideBareMatroska(benchmark::State &state)
+{
+    besideDemuxer(state, "matroska", {}, WithoutParsers);
+}
+BENCHMARK(liveBesideBareMatroska)->Apply(applyPaired);
+
 void garbage(benchmark::State &state)
 {
     besideMemcpy(state, Pieces(garbageStream(64 * MiB), state.range(0)), 5);
@@ -193,7 +249,11 @@ BENCHMARK(growthOfGarbage)->Apply(applyPaired);
 
 void growthOfFragments(benchmark::State &state)
 {
-    besideShorter(state, fragments, 64 * MiB, 4 * MiB, TcpPiece);
+    const Pieces ours(fragments(64 * MiB, 10'000), TcpPiece);
+    const Pieces peer(fragments(64 * MiB, 625), TcpPiece);
+    pairedRatio(
+        state, [&] { parse(ours); }, [&] { parse(peer); },
+        {.limit = 1.3, .ourUnits = double(ours.bytes), .peerUnits = double(peer.bytes)});
 }
 BENCHMARK(growthOfFragments)->Apply(applyPaired);
 

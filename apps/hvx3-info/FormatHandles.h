@@ -7,9 +7,13 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
-/// Owners of the objects of FFmpeg that only this program has; for the others see video/FfmpegHandles.h.
+/// Owners of libavformat's objects and of what goes with them; for the others see video/FfmpegHandles.h.
 namespace paravue
 {
+
+struct InputFree {
+    void operator()(AVFormatContext *input) const { avformat_close_input(&input); }
+};
 
 struct FormatFree {
     void operator()(AVBSFContext *filter) const { av_bsf_free(&filter); }
@@ -23,6 +27,7 @@ struct FormatFree {
 };
 
 using FilterHandle = std::unique_ptr<AVBSFContext, FormatFree>;
+using InputHandle = std::unique_ptr<AVFormatContext, InputFree>;
 using FormatHandle = std::unique_ptr<AVFormatContext, FormatFree>;
 using IoHandle = std::unique_ptr<AVIOContext, FormatFree>;
 

@@ -118,9 +118,11 @@ void addRecording(QString &text, const InfoReport &report)
                                   number(totals.frames)));
     lines.add("duration", durationText(survey.clock()));
     lines.add("bit rate", rateText(bitRate(survey.bytes(), survey.clock())));
-    lines.add("lost", QStringLiteral("%1 bytes in %2 gaps, fragments %3, unfinished frames %4")
-                          .arg(number(losses.bytes), number(losses.gaps), number(losses.fragments),
-                               number(losses.frames)));
+    lines.add("lost", QStringLiteral("%1 bytes in %2, fragments %3, unfinished frames %4")
+                          .arg(number(losses.bytes),
+                               losses.gaps == 1 ? QStringLiteral("1 gap")
+                                                : QStringLiteral("%1 gaps").arg(number(losses.gaps)),
+                               number(losses.fragments), number(losses.frames)));
     if (survey.unreadBytes() > 0)
         lines.add("cut at its end", QStringLiteral("%1 bytes of a record").arg(number(survey.unreadBytes())));
 }
