@@ -23,29 +23,41 @@ bool wastes(qsizetype capacity, qsizetype size)
 
 } // namespace
 
-bool FrameAssembler::add(DATA_T &record, QByteArrayView payload)
+void FrameAssembler::begin(const DATA_T &record)
+{
+    m_dropping = false;
+    if (record.flags >> 6 != Whole) {
+        beginPart(record);
+    } else if (record.length <= m_maxFrameSize) {
+        // Deliberate: a frame that was begun before it goes on behind it.
+        beginWhole(record.length);
+    } else {
+        ++m_counts[record.streamId].lostFrames;
+        m_dropping = true;
+    }
+}
+
+void FrameAssembler::add(QByteArrayView payload)
+{
+    if (!m_dropping) {
+        m_open.append(payload);
+    }
+}
+
+bool FrameAssembler::end(DATA_T &record)
 {
     const int kind = record.flags >> 6;
-    Hvx3StreamCounts &counts = m_counts[record.streamId];
-    ++counts.records;
+    ++m_counts[record.streamId].records;
+    if (m_dropping) {
+        return false;
+    }
     if (kind == Whole) {
-        // Deliberate: a frame that was begun before it goes on behind it.
-        return fill(record, payload);
+        record.payload = std::move(m_open);
+        return true;
     }
     const Partial partial = m_partials.find(record.streamId);
-    const bool begun = partial != m_partials.end();
-    if (kind == First) {
-        if (begun) {
-            lose(partial);
-        }
-        begin(record, payload);
-        return false;
-    }
-    if (!begun) {
-        ++counts.lostFragments;
-        return false;
-    }
-    if (!grow(partial, payload) || kind == Middle) {
+    partial->second.payload = std::move(m_open);
+    if (kind != Last) {
         return false;
     }
     finish(partial, record);
@@ -72,41 +84,39 @@ Hvx3StreamCounts FrameAssembler::counts() const
     return all;
 }
 
-/// Makes a fragment that is a whole frame that frame.
-bool FrameAssembler::fill(DATA_T &record, QByteArrayView payload)
+void FrameAssembler::beginWhole(int length)
 {
-    if (payload.size() > m_maxFrameSize) {
-        ++m_counts[record.streamId].lostFrames;
-        return false;
-    }
-    if (wastes(m_spare.capacity(), payload.size())) {
-        record.payload = payload.toByteArray();
+    if (wastes(m_spare.capacity(), length)) {
+        m_open = QByteArray();
+        m_open.reserve(length);
     } else {
-        record.payload = std::exchange(m_spare, QByteArray()).append(payload);
+        m_open = std::exchange(m_spare, QByteArray());
     }
-    return true;
 }
 
-void FrameAssembler::begin(const DATA_T &record, QByteArrayView payload)
+/// Takes the payload of the frame that the fragment belongs to, so that there is one reference and the bytes
+/// grow in place. Drops the frame when that makes it too large.
+void FrameAssembler::beginPart(const DATA_T &record)
 {
-    const Partial partial = m_partials.emplace(record.streamId, record).first;
-    partial->second.payload = std::exchange(m_spare, QByteArray());
-    grow(partial, payload);
-}
-
-/// Appends to the payload of an unfinished frame, or drops the frame when that makes it too large.
-bool FrameAssembler::grow(Partial partial, QByteArrayView payload)
-{
-    if (payload.size() > m_maxFrameSize - m_held) {
+    Partial partial = m_partials.find(record.streamId);
+    if (record.flags >> 6 == First) {
+        if (partial != m_partials.end()) {
+            lose(partial);
+        }
+        partial = m_partials.emplace(record.streamId, record).first;
+        partial->second.payload = std::exchange(m_spare, QByteArray());
+    } else if (partial == m_partials.end()) {
+        ++m_counts[record.streamId].lostFragments;
+        m_dropping = true;
+        return;
+    }
+    if (record.length > m_maxFrameSize - m_held) {
         lose(partial);
-        return false;
+        m_dropping = true;
+        return;
     }
-    // Taken out, so that there is one reference and the bytes grow in place.
-    QByteArray joined = partial->second.payload.take();
-    joined.append(payload);
-    partial->second.payload = std::move(joined);
-    m_held += payload.size();
-    return true;
+    m_held += record.length;
+    m_open = partial->second.payload.take();
 }
 
 /// Makes the last fragment the frame that has grown.

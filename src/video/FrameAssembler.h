@@ -32,10 +32,14 @@ public:
     /// would be larger. Without a limit the only bound is the range of a frame's length.
     void setMaxFrameSize(int bytes) { m_maxFrameSize = bytes; }
 
-    /// Takes the fragment \a record with its \a payload, which is copied. True when it completes a frame:
-    /// then \a record is that frame. A fragment without a first one is dropped.
-    bool add(DATA_T &record, QByteArrayView payload);
-    /// Returns the payload of a frame that add() has completed, when the receivers have had it.
+    /// Begins the fragment \a record, of whose payload all record.length bytes have to be added before end().
+    void begin(const DATA_T &record);
+    /// Copies the next bytes of the payload.
+    void add(QByteArrayView payload);
+    /// Ends the fragment \a record, the one that was begun. True when it completes a frame: then \a record is
+    /// that frame. A fragment without a first one is dropped.
+    bool end(DATA_T &record);
+    /// Returns the payload of a frame that end() has completed, when the receivers have had it.
     void giveBack(QByteArray payload);
     /// Drops the unfinished frames.
     void clear();
@@ -47,9 +51,8 @@ public:
 private:
     using Partial = std::map<quint8, DATA_T>::iterator;
 
-    bool fill(DATA_T &record, QByteArrayView payload);
-    void begin(const DATA_T &record, QByteArrayView payload);
-    bool grow(Partial partial, QByteArrayView payload);
+    void beginWhole(int length);
+    void beginPart(const DATA_T &record);
     void finish(Partial partial, DATA_T &record);
     void handOut(QByteArray payload, DATA_T &record);
     void lose(Partial partial);
@@ -57,6 +60,10 @@ private:
     std::map<quint8, DATA_T> m_partials;
     /// The size of the payloads of the unfinished frames together.
     qsizetype m_held = 0;
+    /// The payload that the fragment under way is added to, taken from its frame; nothing is added to one
+    /// that is dropped.
+    QByteArray m_open;
+    bool m_dropping = false;
     QByteArray m_spare;
     int m_maxFrameSize = std::numeric_limits<int>::max();
     std::array<Hvx3StreamCounts, 256> m_counts;

@@ -76,9 +76,8 @@ void cHvx3Parser::append(const QByteArray &bytes)
     }
 }
 
-/// Hands over as much of the piece as the record at the front still needs, or all of it when there is none:
-/// then records that lie in one piece are read from there, and only those that are cut are put together
-/// first.
+/// Hands over as much of the piece as the head of the record at the front still needs, or all of it when
+/// there is none: then the rest is read from there, and only a head that is cut is put together first.
 void cHvx3Parser::feed()
 {
     const QByteArrayView rest = std::exchange(m_rest, QByteArrayView());
@@ -124,6 +123,8 @@ bool cHvx3Parser::step()
         return indexStep();
     case InData:
         return dataStep();
+    case InPayload:
+        return payloadStep();
     }
     return false;
 }
@@ -179,9 +180,11 @@ bool cHvx3Parser::headerOrIndexStep()
     return readHeader();
 }
 
+/// Reads the head of a data record. Its payload is not waited for: it goes to its frame as it comes, which
+/// spares one that is cut a copy.
 bool cHvx3Parser::dataStep()
 {
-    if (!m_input.has(0, DataHeadSize)) {
+    if (!hasHead(DataHeadSize)) {
         return false;
     }
     int position = 0;
@@ -200,22 +203,45 @@ bool cHvx3Parser::dataStep()
     }
     const STREAM_T &stream = m_streams.at(at);
     const bool extended = stream.streamType == VideoType && (flags & FirstFragmentFlag);
-    const int size = position + (extended ? ExtensionSize : 0) + length;
-    if (!m_input.has(0, size)) {
-        m_missing = size - m_input.size();
+    if (extended && !hasHead(DataHeadSize + ExtensionSize)) {
         return false;
     }
-    DATA_T record;
-    record.length = length;
-    record.flags = flags;
-    record.streamId = streamId;
-    record.stream = stream;
+    m_record = DATA_T();
+    m_record.length = length;
+    m_record.flags = flags;
+    m_record.streamId = streamId;
+    m_record.stream = stream;
     if (extended) {
-        readExtension(m_input, position, record);
+        readExtension(m_input, position, m_record);
     }
-    const bool whole = m_frames.add(record, m_input.readView(position, length));
     m_input.consume(position);
-    if (whole) {
+    m_recordBytes = position;
+    m_payloadLeft = length;
+    m_frames.begin(m_record);
+    m_state = InPayload;
+    return true;
+}
+
+bool cHvx3Parser::hasHead(int size)
+{
+    m_missing = std::max<qsizetype>(size - m_input.size(), 0);
+    return m_missing == 0;
+}
+
+bool cHvx3Parser::payloadStep()
+{
+    const int size = static_cast<int>(std::min<qsizetype>(m_payloadLeft, m_input.size()));
+    m_frames.add(m_input.unread().first(size));
+    m_input.consume(size);
+    m_recordBytes += size;
+    m_payloadLeft -= size;
+    if (m_payloadLeft > 0) {
+        return false;
+    }
+    m_recordBytes = 0;
+    m_state = InData;
+    DATA_T record = std::move(m_record);
+    if (m_frames.end(record)) {
         emit onDATA(record);
         m_frames.giveBack(record.payload.take());
     }

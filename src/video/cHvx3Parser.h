@@ -46,7 +46,7 @@ public:
     Hvx3Losses losses() const;
     const Hvx3StreamCounts &counts(quint8 streamId) const { return m_frames.counts(streamId); }
     /// How many of the bytes wait for the rest of a record.
-    qsizetype unreadBytes() const { return m_input.size(); }
+    qsizetype unreadBytes() const { return m_input.size() + m_recordBytes; }
 
 public Q_SLOTS:
     void append(const QByteArray &bytes);
@@ -58,7 +58,7 @@ Q_SIGNALS:
     void onDATA(DATA_T frame);
 
 private:
-    enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2 };
+    enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2, InPayload };
 
     void feed();
     void parse();
@@ -68,6 +68,8 @@ private:
     bool indexStep();
     bool headerOrIndexStep();
     bool dataStep();
+    bool hasHead(int size);
+    bool payloadStep();
     bool skipTo(qsizetype magicAt);
     bool readHeader();
     bool dropLargeHeader();
@@ -80,8 +82,13 @@ private:
     cDataSplitter m_input;
     /// What the input was not given yet of the piece that append() is at.
     QByteArrayView m_rest;
-    /// How many bytes the data record at the front still needs; 0 when that cannot be told.
+    /// How many bytes the head of the data record at the front still needs; 0 when it is none.
     qsizetype m_missing = 0;
+    /// The data record whose payload is being read, how much of the payload is to come, and how many of the
+    /// record's bytes were read.
+    DATA_T m_record;
+    int m_payloadLeft = 0;
+    qsizetype m_recordBytes = 0;
 
     paravue::HeaderReader m_headerReader;
     /// The streams of the header, and for each stream id its place among them or -1.
