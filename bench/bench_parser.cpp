@@ -219,7 +219,7 @@ BENCHMARK(liveBesideBareMpegTs)->Apply(applyPaired);
 
 void liveBesideBareMatroska(benchmark::State &state)
 {
-    besideDemuxer(state, "matroska", {}, WithoutParsers);
+    besideDemuxer(state, "matroska", {.limit = 1}, WithoutParsers);
 }
 BENCHMARK(liveBesideBareMatroska)->Apply(applyPaired);
 
