@@ -25,20 +25,6 @@ void require(bool condition, const char *what)
         throw std::runtime_error(what);
 }
 
-void describe(AVCodecParameters &parameters, const QByteArray &firstPicture)
-{
-    const PictureFacts facts = PictureInspector::create("H264")->inspect(firstPicture);
-    parameters.codec_type = AVMEDIA_TYPE_VIDEO;
-    parameters.codec_id = facts.codec;
-    parameters.width = facts.size.width();
-    parameters.height = facts.size.height();
-    const auto size = size_t(facts.parameterSets.size());
-    parameters.extradata = static_cast<uint8_t *>(av_mallocz(size + AV_INPUT_BUFFER_PADDING_SIZE));
-    require(size > 0 && parameters.extradata, "a container needs parameter sets");
-    std::memcpy(parameters.extradata, facts.parameterSets.constData(), size);
-    parameters.extradata_size = int(size);
-}
-
 } // namespace
 
 QByteArray muxed(const char *format, const QList<QByteArrayView> &pictures)
@@ -48,7 +34,9 @@ QByteArray muxed(const char *format, const QList<QByteArrayView> &pictures)
     const FormatHandle output(context);
     AVStream *stream = avformat_new_stream(context, nullptr);
     stream->time_base = PictureTime;
-    describe(*stream->codecpar, pictures.first().toByteArray());
+    const PictureFacts facts = PictureInspector::create("H264")->inspect(pictures.first().toByteArray());
+    require(!facts.parameterSets.isEmpty(), "a container needs parameter sets");
+    describe(*stream->codecpar, facts);
     require(avio_open_dyn_buf(&context->pb) == 0, "no memory");
     require(avformat_write_header(context, nullptr) >= 0, "the container refuses the stream");
     const PacketHandle packet(av_packet_alloc());

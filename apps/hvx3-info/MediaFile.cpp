@@ -66,19 +66,7 @@ void MediaFile::addTrack(quint8 streamId, const PictureFacts &facts, qint64 begi
     if (!stream)
         throw std::bad_alloc();
     stream->time_base = Milliseconds;
-    AVCodecParameters &parameters = *stream->codecpar;
-    parameters.codec_type = AVMEDIA_TYPE_VIDEO;
-    parameters.codec_id = facts.codec;
-    parameters.width = facts.size.width();
-    parameters.height = facts.size.height();
-    const auto size = static_cast<size_t>(facts.parameterSets.size());
-    if (size > 0) {
-        parameters.extradata = static_cast<uint8_t *>(av_mallocz(size + AV_INPUT_BUFFER_PADDING_SIZE));
-        if (!parameters.extradata)
-            throw std::bad_alloc();
-        std::memcpy(parameters.extradata, facts.parameterSets.constData(), size);
-        parameters.extradata_size = static_cast<int>(size);
-    }
+    describe(*stream->codecpar, facts);
     m_tracks.emplace(streamId, Track{stream->index, StreamClock(begin)});
 }
 

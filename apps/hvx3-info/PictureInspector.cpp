@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include <cstring>
+#include <new>
 
 namespace paravue
 {
@@ -34,6 +35,22 @@ bool isSensible(QSize size)
 }
 
 } // namespace
+
+void describe(AVCodecParameters &parameters, const PictureFacts &facts)
+{
+    parameters.codec_type = AVMEDIA_TYPE_VIDEO;
+    parameters.codec_id = facts.codec;
+    parameters.width = facts.size.width();
+    parameters.height = facts.size.height();
+    const auto size = static_cast<size_t>(facts.parameterSets.size());
+    if (size == 0)
+        return;
+    parameters.extradata = static_cast<uint8_t *>(av_mallocz(size + AV_INPUT_BUFFER_PADDING_SIZE));
+    if (!parameters.extradata)
+        throw std::bad_alloc();
+    std::memcpy(parameters.extradata, facts.parameterSets.constData(), size);
+    parameters.extradata_size = static_cast<int>(size);
+}
 
 std::unique_ptr<PictureInspector> PictureInspector::create(const QByteArray &label)
 {
@@ -113,12 +130,11 @@ void PictureInspector::parse(const AVPacket &packet)
 
 void PictureInspector::readSizeOfJpeg(const AVPacket &packet)
 {
-    m_context->width = m_context->height = 0;
-    avcodec_send_packet(m_context.get(), &packet);
     const FrameHandle none(av_frame_alloc());
-    avcodec_receive_frame(m_context.get(), none.get());
+    const bool isTaken = avcodec_send_packet(m_context.get(), &packet) == 0 &&
+                         avcodec_receive_frame(m_context.get(), none.get()) == AVERROR(EAGAIN);
     const QSize size(m_context->width, m_context->height);
-    m_facts.isKey = isSensible(size);
+    m_facts.isKey = isTaken && isSensible(size);
     if (m_facts.isKey)
         m_facts.size = size;
 }

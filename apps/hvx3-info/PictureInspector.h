@@ -19,6 +19,9 @@ struct PictureFacts {
     QByteArray parameterSets; ///< what a decoder needs beforehand; empty while the stream has not told it
 };
 
+/// Tells a container about the stream that begins with such a picture. Throws std::bad_alloc.
+void describe(AVCodecParameters &parameters, const PictureFacts &facts);
+
 /// Looks at the coded pictures of one stream, without decoding them.
 class PictureInspector
 {

@@ -70,10 +70,10 @@ QString durationText(const StreamClock &clock)
     return text;
 }
 
-QString rateText(double bitsPerSecond)
+QString bitRateText(qint64 bytes, const StreamClock &clock)
 {
-    return bitsPerSecond > 0 ? QStringLiteral("%1 kbit/s").arg(bitsPerSecond / 1000, 0, 'f', 1)
-                             : QStringLiteral("unknown");
+    return clock.elapsed() > 0 ? QStringLiteral("%1 kbit/s").arg(bitRate(bytes, clock) / 1000, 0, 'f', 1)
+                               : QStringLiteral("unknown");
 }
 
 /// One line with a name in front of its value.
@@ -117,7 +117,7 @@ void addRecording(QString &text, const InfoReport &report)
                              .arg(number(survey.headers()), number(survey.indexes()), number(totals.records),
                                   number(totals.frames)));
     lines.add("duration", durationText(survey.clock()));
-    lines.add("bit rate", rateText(bitRate(survey.bytes(), survey.clock())));
+    lines.add("bit rate", bitRateText(survey.bytes(), survey.clock()));
     lines.add("lost", QStringLiteral("%1 bytes in %2, fragments %3, unfinished frames %4")
                           .arg(number(losses.bytes),
                                losses.gaps == 1 ? QStringLiteral("1 gap")
@@ -167,7 +167,7 @@ void addStream(QString &text, quint8 id, const StreamSurvey &stream, const Strea
                   QStringLiteral("%1; a frame %2 to %3, mean %4")
                       .arg(number(stream.bytes), number(stream.smallestFrame), number(stream.largestFrame),
                            number(std::llround(double(stream.bytes) / double(stream.frames)))));
-    lines.add("bit rate", rateText(bitRate(stream.bytes, clock)));
+    lines.add("bit rate", bitRateText(stream.bytes, clock));
     lines.add("lost", QStringLiteral("fragments %1, unfinished frames %2")
                           .arg(number(stream.counts.lostFragments), number(stream.counts.lostFrames)));
 }

@@ -329,6 +329,7 @@ void TestHvx3Info::exportsPicturesAsTheyAre()
     const Run run = runProgram({record(stream), "--export", name, "--json"});
     QVERIFY2(run.exitCode == 0, qPrintable(run.err));
     QCOMPARE(run.json().value("notExported"), QJsonValue(isIntra ? 0 : 2));
+    QCOMPARE(run.json().value("streams")[0].toObject().value("keyFrames"), QJsonValue(isIntra ? 5 : 1));
     QCOMPARE(files(), QStringList({"out." + ending, "recording"}));
 
     const QList<Track> tracks = tracksOf(name);
