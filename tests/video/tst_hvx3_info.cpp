@@ -450,6 +450,7 @@ void TestHvx3Info::explainsItself_data()
     row("no stream", {"%3"}, 1, "none of its 5 bytes begin one");
     row("no pictures", {"%1"}, 0, "frames 0 in 0 records");
     row("no pictures to export", {"%1", "--export", "x.mkv"}, 3, "no video stream with a key picture");
+    row("onto itself", {"%4", "--force", "--export", "%4"}, 3, "is the recording itself");
     row("no such folder", {"%2", "--export", "nosuch/x.mkv"}, 3, "cannot write nosuch/x.mkv");
 }
 
@@ -462,6 +463,7 @@ void TestHvx3Info::explainsItself()
     const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {64, 48}, .pictures = 1});
     arguments.replaceInStrings("%1", record(start));
     arguments.replaceInStrings("%2", record(start + hvx3Frame(Video, clip.whole(), 500), "picture"));
+    arguments.replaceInStrings("%4", record(start + hvx3Frame(Video, clip.whole(), 500), "same.mkv"));
     arguments.replaceInStrings("%3", record("abcde", "junk"));
     const Run run = runProgram(arguments);
     QCOMPARE(run.exitCode, exitCode);
