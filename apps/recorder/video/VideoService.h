@@ -103,6 +103,8 @@ public:
     /// The stream goes there until the sink is gone.
     void watch(const std::shared_ptr<VideoSink> &sink);
     int watcherCount() const;
+    /// Whether pictures are made now.
+    bool isStreaming() const { return m_source != nullptr; }
     /// How many pictures were encoded since the service was made.
     qint64 encodedPictures() const { return m_encodedPictures; }
 
