@@ -89,6 +89,7 @@ private Q_SLOTS:
     void writesRecords();
     void logsIn_data();
     void logsIn();
+    void obeysLinesThatComeWithTheLogin();
     void tellsProtocolsApartByteByByte_data();
     void tellsProtocolsApartByteByByte();
     void beginsWithHeaderIndexAndTexts();
@@ -152,6 +153,8 @@ void TestRecorderVideo::logsIn_data()
     row("digest", "\x01LOGIN=admin\r\nPASS=" + md5("admin") + "\r\n", Ok);
     row("wrong password", "\x01LOGIN=admin\r\nPASS=root\r\n", Refused);
     row("no password line", "\x01LOGIN=admin\r\nadmin\r\n", Refused);
+    row("endless line", "\x01LOGIN=" + QByteArray(200000, 'x'),
+        "LENGTH=48\r\nVORN_ANSWER=ERROR:the request line is too long\r\n");
     row("no user name", "\x01PASS=admin\r\n",
         "LENGTH=46\r\nVORN_ANSWER=ERROR:the login has no user name\r\n");
 }
@@ -169,6 +172,21 @@ void TestRecorderVideo::logsIn()
         QCOMPARE(client.receiveUntilClosed(), answer);
         QCOMPARE(m_server->video().watcherCount(), 0);
     }
+}
+
+void TestRecorderVideo::obeysLinesThatComeWithTheLogin()
+{
+    QList<QByteArray> lines;
+    m_server->setReplyDelay(20);
+    m_server->video().setCommandHandler([&](const QByteArray &line) {
+        lines << line;
+        return QString();
+    });
+    RawClient client(m_server->port());
+    client.send(Login + "PTZ GOTO 1\r\nPTZ GOTO ");
+    QTRY_COMPARE(lines, QList<QByteArray>{"PTZ GOTO 1"});
+    client.send("2\r\n");
+    QTRY_COMPARE(lines, (QList<QByteArray>{"PTZ GOTO 1", "PTZ GOTO 2"}));
 }
 
 void TestRecorderVideo::tellsProtocolsApartByteByByte_data()

@@ -18,6 +18,7 @@ constexpr int DrainPatience = 1000;
 
 const QByteArray LoginPrefix = QByteArrayLiteral("\x01LOGIN=");
 const QByteArray PasswordPrefix = QByteArrayLiteral("PASS=");
+const QString HiddenPassword = QStringLiteral("PASS=***");
 
 class SocketSink : public VideoSink
 {
@@ -60,26 +61,41 @@ VideoClient::VideoClient(QTcpSocket *socket, const ConfigService &accounts, Vide
 
 void VideoClient::process()
 {
-    QByteArray piece;
-    while (!(piece = m_socket->read(ReadPiece)).isEmpty()) {
-        if (m_state == State::Drain)
-            continue;
-        m_input.append(piece);
-        while (const std::optional<QByteArray> line = m_input.takeLine())
-            handleLine(*line);
-        if (m_input.size() > MaxLine && m_state != State::Drain) {
-            Q_EMIT logged(QStringLiteral("< a line that does not end"));
-            refuse(errorAnswer(QStringLiteral("the request line is too long")));
-        }
+    while (m_state != State::Answering) {
+        if (!step() && !readMore())
+            return;
     }
+}
+
+bool VideoClient::readMore()
+{
+    const QByteArray piece = m_socket->read(ReadPiece);
+    m_input.append(piece);
+    return !piece.isEmpty();
+}
+
+/// Uses up some input; false when there is not enough of it.
+bool VideoClient::step()
+{
+    if (m_state == State::Drain) {
+        m_input.clear();
+        return false;
+    }
+    const std::optional<QByteArray> line = m_input.takeLine();
+    if (line ? line->size() > MaxLine : m_input.size() > MaxLine) {
+        Q_EMIT logged(QStringLiteral("< a line that does not end"));
+        refuse(errorAnswer(QStringLiteral("the request line is too long")));
+        return true;
+    }
+    if (line)
+        handleLine(*line);
+    return line.has_value();
 }
 
 void VideoClient::handleLine(const QByteArray &line)
 {
-    if (m_state == State::AwaitPassword)
-        Q_EMIT logged(QStringLiteral("< PASS=***"));
-    else if (m_state != State::Drain)
-        Q_EMIT logged(QStringLiteral("< ") + readableRequest(line));
+    const bool isPassword = m_state == State::AwaitPassword;
+    Q_EMIT logged(QStringLiteral("< ") + (isPassword ? HiddenPassword : readableRequest(line)));
     switch (m_state) {
     case State::AwaitLogin:
         if (!line.startsWith(LoginPrefix)) {
@@ -107,8 +123,10 @@ void VideoClient::finishLogin(const QByteArray &line)
     if (line.startsWith(PasswordPrefix))
         m_account = m_accounts.login(m_loginName, line.mid(PasswordPrefix.size()));
     enter(State::Answering);
-    QTimer::singleShot(m_timing.replyDelay, this,
-                       [this] { answerLogin(m_account ? okAnswer() : loginRefusal()); });
+    QTimer::singleShot(m_timing.replyDelay, this, [this] {
+        answerLogin(m_account ? okAnswer() : loginRefusal());
+        process(); // what came meanwhile
+    });
 }
 
 void VideoClient::answerLogin(const Answer &answer)
@@ -126,7 +144,7 @@ void VideoClient::answerLogin(const Answer &answer)
     m_video->watch(m_sink);
 }
 
-/// The rest of what the client sends is still read, so that the answer is not lost in a reset.
+/// Closing while there is unread input would reset the connection, and the answer might be lost.
 void VideoClient::refuse(const Answer &answer)
 {
     Q_EMIT logged(QStringLiteral("> ") + answer.logText);
@@ -134,7 +152,8 @@ void VideoClient::refuse(const Answer &answer)
     m_input.clear();
     m_socket->write(answer.bytes);
     enter(State::Drain);
-    m_socket->disconnectFromHost();
+    if (m_socket->bytesAvailable() == 0)
+        m_socket->disconnectFromHost();
 }
 
 void VideoClient::enter(State state)

@@ -32,6 +32,8 @@ private:
     enum class State { AwaitLogin, AwaitPassword, Answering, Watching, Drain };
 
     void process();
+    bool readMore();
+    bool step();
     void handleLine(const QByteArray &line);
     void finishLogin(const QByteArray &line);
     void answerLogin(const Answer &answer);
