@@ -73,7 +73,7 @@ void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &part
         return;
     if (!m_receiver || !m_receiver->isActive() || m_status.isDead()) {
         if (!resolveSource(parts.context, task))
-            return;
+            return say(tr("No address of pictures"));
         m_camera.reset();
         m_receiver.reset(parts.makeReceiver(kind, task).release());
         m_status.begin();

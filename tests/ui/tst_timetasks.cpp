@@ -250,6 +250,7 @@ void TestTimeTasks::fetchesPictures()
     QCOMPARE(sources, (QStringList{live, still, live}));
     QVERIFY(session.tasks.add(session.document.first("window")).isEmpty());
     session.tasks.remove(added);
+    QCOMPARE(window.findChild<QLabel *>()->text(), "Pictures have ended");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!receivers[0] && !receivers[1] && !receivers[2]);
     session.tasks.add(session.document.first("window"));
