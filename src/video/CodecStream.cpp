@@ -2,62 +2,96 @@
 
 #include "video/VideoLimits.h"
 
+#include <algorithm>
 #include <limits>
-#include <string_view>
+#include <utility>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 }
 
-using namespace std::string_view_literals;
-
+namespace paravue
+{
 namespace
 {
 
 /// Above every level of FFmpeg's log: damaged input is usual, and its messages would flood the host's output.
 constexpr int Silent = 100;
 
-/// No picture comes in more bytes; FFmpeg counts in int and pads.
-constexpr qsizetype MaxInput = std::numeric_limits<int>::max() / 2;
-
-/// What a picture of a codec begins with, and what stands behind its end if anything does.
-struct PictureBorders {
-    std::string_view begin;
-    std::string_view next;
+/// What decoding takes at most, in nanoseconds; measured with noise, with empty pictures and with damage.
+struct Prices {
+    double byte;
+    double pixel;
+    double furtherPass;                                               ///< over a pixel
+    double furtherPassByte = std::numeric_limits<double>::infinity(); ///< passes need this many bytes, too
 };
+constexpr double NewMemoryPrice = 1; // a pixel
+constexpr double TableBytePrice = 500;
+constexpr double HeaderPrice = 30'000;
+/// What FFmpeg does with damage unless told otherwise.
+constexpr int UsualConcealment = FF_EC_GUESS_MVS | FF_EC_DEBLOCK;
 
-PictureBorders bordersOf(AVCodecID codec)
+Prices pricesOf(AVCodecID codec)
 {
     switch (codec) {
     case AV_CODEC_ID_MJPEG:
-        return {"\xff\xd8"sv, "\xff\xd8"sv};
+        return {.byte = 14, .pixel = 3, .furtherPass = 3};
     case AV_CODEC_ID_MPEG4:
-        return {"\0\0\1\xb6"sv, "\0\0\1"sv};
+        // The shortest code for a block of 256 pixels is one bit.
+        return {.byte = 10, .pixel = 3, .furtherPass = 2, .furtherPassByte = 1600};
     default:
-        return {};
+        return {.byte = 90, .pixel = 5, .furtherPass = 3};
     }
 }
 
-/// Whether \a bytes are one picture, so that no parser has to look for its end. That one looks at each byte
-/// for itself, which is a twentieth of the whole work.
-bool isOnePicture(AVCodecID codec, std::string_view bytes)
+VideoCodec codecOf(AVCodecID codec)
 {
-    const auto [begin, next] = bordersOf(codec);
-    const std::size_t first = begin.empty() ? bytes.npos : bytes.find(begin);
-    return first != bytes.npos && bytes.find(next, first + begin.size()) == bytes.npos;
+    switch (codec) {
+    case AV_CODEC_ID_H264:
+        return VideoCodec::H264;
+    case AV_CODEC_ID_MPEG4:
+        return VideoCodec::Mpeg4;
+    case AV_CODEC_ID_MJPEG:
+        return VideoCodec::MotionJpeg;
+    default:
+        return VideoCodec::Other;
+    }
+}
+
+double priceWithoutPixels(AVCodecID codec, const CodedPicture &picture)
+{
+    return static_cast<double>(picture.bytes.size()) * pricesOf(codec).byte +
+           static_cast<double>(picture.tableBytes) * TableBytePrice +
+           static_cast<double>(picture.headers) * HeaderPrice;
+}
+
+double priceOfPixels(AVCodecID codec, const CodedPicture &picture, double pixels)
+{
+    const Prices prices = pricesOf(codec);
+    const double further = pixels * prices.furtherPass * static_cast<double>(picture.passes - 1);
+    const double possible = static_cast<double>(picture.bytes.size()) * prices.furtherPassByte;
+    return pixels * prices.pixel + std::min(further, possible);
+}
+
+const AVCodec *findDecoder(const QByteArray &name)
+{
+    const AVCodec *codec = avcodec_find_decoder_by_name(name.constData());
+    return codec && codec->type == AVMEDIA_TYPE_VIDEO ? codec : nullptr;
 }
 
 } // namespace
 
-namespace paravue
+bool CodecStream::isDecoder(const QByteArray &name)
 {
+    return findDecoder(name) != nullptr;
+}
 
-std::shared_ptr<CodecStream> CodecStream::open(const QByteArray &name)
+std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name)
 {
-    const AVCodec *codec = avcodec_find_decoder_by_name(name.constData());
-    if (!codec || codec->type != AVMEDIA_TYPE_VIDEO)
+    const AVCodec *codec = findDecoder(name);
+    if (!codec)
         return {};
-    auto stream = std::make_shared<CodecStream>();
+    auto stream = std::make_unique<CodecStream>();
     stream->m_context.reset(avcodec_alloc_context3(codec));
     stream->m_packet.reset(av_packet_alloc());
     stream->m_frame.reset(av_frame_alloc());
@@ -69,65 +103,90 @@ std::shared_ptr<CodecStream> CodecStream::open(const QByteArray &name)
     context.flags |= AV_CODEC_FLAG_LOW_DELAY;
     context.max_pixels = MaxPicturePixels;
     context.log_level_offset = Silent;
+    context.opaque = stream.get();
+    context.get_buffer2 = getBuffer;
     if (avcodec_open2(&context, codec, nullptr) != 0)
         return {};
     return stream;
 }
 
-void CodecStream::decode(const QByteArray &bytes, const PictureSink &sink)
+void CodecStream::begin(const QByteArray &bytes)
 {
-    if (bytes.size() > MaxInput)
-        return;
-    // Codecs read a little beyond the end of their input.
-    m_input.resize(0);
-    m_input.append(bytes).append(AV_INPUT_BUFFER_PADDING_SIZE, '\0');
-    const auto *data = reinterpret_cast<const uint8_t *>(m_input.constData());
-    int left = static_cast<int>(bytes.size());
-
-    if (isOnePicture(m_context->codec_id, {bytes.constData(), static_cast<std::size_t>(left)})) {
-        decodePacket(data, left, sink);
-        return;
-    }
-    // A parser finds where each picture ends, the last one only when told that nothing follows. After that it
-    // is of no more use: fed again it would miss every second picture.
-    const ParserHandle parser(av_parser_init(m_context->codec_id));
-    if (!parser) {
-        decodePacket(data, left, sink);
-        return;
-    }
-    bool atEnd = false;
-    while (!atEnd) {
-        atEnd = left == 0;
-        uint8_t *packet = nullptr;
-        int packetSize = 0;
-        const int used = av_parser_parse2(parser.get(), m_context.get(), &packet, &packetSize, data, left,
-                                          AV_NOPTS_VALUE, AV_NOPTS_VALUE, 0);
-        if (packetSize > 0 && !decodePacket(packet, packetSize, sink))
-            return;
-        if (used <= 0 && packetSize <= 0 && !atEnd)
-            return;
-        data += used;
-        left -= used;
-    }
+    m_sent = false;
+    m_parts = {};
+    m_input = bytes.size() > MaxCodedBytes ? QByteArray() : bytes;
+    m_pictures = CodedPictures(codecOf(m_context->codec_id),
+                               {m_input.constData(), static_cast<std::size_t>(m_input.size())});
 }
 
-bool CodecStream::decodePacket(const uint8_t *data, int size, const PictureSink &sink)
+CodecStream::Progress CodecStream::next()
 {
-    m_packet->data = const_cast<uint8_t *>(data); // only read
-    m_packet->size = size;
-    // A refused packet is a damaged one. What it yielded nevertheless, and what the next ones yield, is
-    // shown.
-    avcodec_send_packet(m_context.get(), m_packet.get());
-    bool wanted = true;
-    while (wanted && avcodec_receive_frame(m_context.get(), m_frame.get()) == 0) {
+    if (m_sent && avcodec_receive_frame(m_context.get(), m_frame.get()) == 0) {
         // Such a picture was coded behind one that is shown later: a delay is better than pictures that jump
         // back.
         if (m_frame->pict_type == AV_PICTURE_TYPE_B)
             m_context->flags &= ~AV_CODEC_FLAG_LOW_DELAY;
-        wanted = sink(*m_frame);
+        return Progress::Picture;
     }
+    m_sent = false;
     av_frame_unref(m_frame.get());
-    return wanted;
+    if (!m_parts.empty()) {
+        send({.bytes = takeH264Unit(m_parts), .headers = 1}, true);
+    } else if (!m_pictures.atEnd()) {
+        const CodedPicture coded = m_pictures.next();
+        // What would take too long as a whole may be possible in parts.
+        if (!send(coded, false) && m_context->codec_id == AV_CODEC_ID_H264) {
+            m_parts = coded.bytes;
+            m_partPixels = 0;
+        }
+    } else {
+        m_input.clear();
+        return Progress::AtEnd;
+    }
+    return Progress::Nothing;
+}
+
+/// False when that would take too long, by what is known before or by what the codec finds out.
+bool CodecStream::send(const CodedPicture &coded, bool isPart)
+{
+    m_coded = coded;
+    m_isPaid = false;
+    m_timeLeft = MaxPictureTime - priceWithoutPixels(m_context->codec_id, coded);
+    if (m_timeLeft < priceOfPixels(m_context->codec_id, coded, expectedPixels(isPart)))
+        return false;
+    m_context->flags2 = isPart ? AV_CODEC_FLAG2_CHUNKS : 0;
+    m_packet->data = reinterpret_cast<uint8_t *>(const_cast<char *>(coded.bytes.data())); // only read
+    m_packet->size = static_cast<int>(coded.bytes.size());
+    // A refused packet is a damaged one. What it yielded nevertheless, and what the next ones yield, is
+    // shown.
+    avcodec_send_packet(m_context.get(), m_packet.get());
+    m_sent = true;
+    return m_timeLeft >= 0;
+}
+
+/// Pixels for which the codec may need no new memory, and which getBuffer() therefore does not see: the
+/// further slices of a picture and its second field.
+double CodecStream::expectedPixels(bool isPart) const
+{
+    if (isPart)
+        return m_partPixels;
+    return m_coded.passes > 1 && m_context->codec_id == AV_CODEC_ID_H264 ? m_pixels : 0;
+}
+
+/// The codec asks for the memory of a picture before it decodes any of it.
+int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
+{
+    auto &stream = *static_cast<CodecStream *>(context->opaque);
+    const double pixels = double(frame->width) * frame->height;
+    stream.m_pixels = pixels;
+    stream.m_partPixels = pixels;
+    stream.m_timeLeft -= pixels * NewMemoryPrice;
+    if (!std::exchange(stream.m_isPaid, true))
+        stream.m_timeLeft -= priceOfPixels(context->codec_id, stream.m_coded, pixels);
+    if (stream.m_timeLeft < 0 || pixels > MaxPicturePixels)
+        return AVERROR(EINVAL);
+    context->error_concealment = pixels > MaxConcealedPixels ? 0 : UsualConcealment;
+    return avcodec_default_get_buffer2(context, frame, flags);
 }
 
 } // namespace paravue

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "video/CodedPictures.h"
 #include "video/FfmpegHandles.h"
 
 #include <QByteArray>
 
-#include <functional>
 #include <memory>
 
 namespace paravue
@@ -12,27 +12,46 @@ namespace paravue
 
 /// An open decoder of one compressed video stream: bytes in, decoded pictures out.
 ///
-/// A live picture is shown when it comes. So everything that is passed to decode() is decoded in that call,
-/// and what the codec cannot use is dropped; nothing waits for the next call.
+/// A live picture is shown when it comes. So everything that is passed to begin() is decoded before the next
+/// bytes, and what the codec cannot use is dropped; nothing waits for more. It is done in steps, none of
+/// which is long: a picture that would take too long (see VideoLimits.h) counts as one that the codec cannot
+/// use.
 class CodecStream
 {
 public:
-    /// Takes each decoded picture, which is valid during the call; false ends decode().
-    using PictureSink = std::function<bool(const AVFrame &picture)>;
-
     /// \a name is that of a video decoder of libavcodec; null when there is none or it does not open.
-    static std::shared_ptr<CodecStream> open(const QByteArray &name);
+    static std::unique_ptr<CodecStream> open(const QByteArray &name);
+    static bool isDecoder(const QByteArray &name);
 
-    /// \a bytes hold any number of whole coded pictures. Must not be called from within a sink.
-    void decode(const QByteArray &bytes, const PictureSink &sink);
+    /// \a bytes hold any number of whole coded pictures. What is left of the last ones is dropped.
+    void begin(const QByteArray &bytes);
+
+    enum class Progress { Nothing, Picture, AtEnd };
+    /// Does the next step of the work.
+    Progress next();
+    /// The picture that next() has reported, until it is called again.
+    const AVFrame &picture() const { return *m_frame; }
 
 private:
-    bool decodePacket(const uint8_t *data, int size, const PictureSink &sink);
+    static int getBuffer(AVCodecContext *context, AVFrame *frame, int flags);
+
+    bool send(const CodedPicture &coded, bool isPart);
+    double expectedPixels(bool isPart) const;
 
     CodecContextHandle m_context;
     PacketHandle m_packet;
     FrameHandle m_frame;
-    QByteArray m_input; ///< kept for its memory
+    QByteArray m_input;
+    CodedPictures m_pictures;
+    std::string_view m_parts; ///< what is left of a picture that is decoded unit by unit
+    bool m_sent = false;      ///< a packet whose picture may be there
+
+    /// The packet under way, and how long it may still take in nanoseconds, by estimate.
+    CodedPicture m_coded;
+    double m_timeLeft = 0;
+    bool m_isPaid = false;
+    double m_pixels = 0; ///< of the last picture
+    double m_partPixels = 0;
 };
 
 } // namespace paravue

@@ -1,5 +1,6 @@
 #include "video/VideoHVX3Reciver.h"
 
+#include "video/TurnShare.h"
 #include "video/VideoLimits.h"
 #include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Demuxer.h"
@@ -14,6 +15,8 @@ namespace
 
 constexpr quint16 UsualPort = 5049;
 constexpr int PictureStream = 0;
+/// What the socket holds, and what is parsed at a time. The system holds more.
+constexpr int MaxUnreadBytes = 64 * 1024;
 const QByteArray Acknowledgement = QByteArrayLiteral("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
 
 /// Ports above 32767 are stored as negative numbers. What is no 16-bit number is 0.
@@ -33,16 +36,20 @@ constexpr unsigned int ShownBit = 4;
 } // namespace
 
 VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
-    : QObject(parent), m_element(element), m_socket(new QTcpSocket(this)), m_parser(new cHvx3Parser(this)),
-      m_demuxer(new cHvx3Demuxer(this)), m_decoder(new cFfmpegDecoder(this))
+    : QObject(parent), m_element(element), m_share(paravue::TurnShare::shared()),
+      m_socket(new QTcpSocket(this)), m_parser(new cHvx3Parser(this)), m_demuxer(new cHvx3Demuxer(this)),
+      m_decoder(new cFfmpegDecoder(this))
 {
     m_parser->setMaxFrameSize(paravue::MaxFrameBytes);
     m_demuxer->consumers()[PictureStream] = m_decoder;
+    m_decoder->workInTurns();
+    m_socket->setReadBufferSize(MaxUnreadBytes);
 
     connect(m_parser, &cHvx3Parser::onHDR, m_demuxer, &cHvx3Demuxer::hdr_slot);
     connect(m_parser, &cHvx3Parser::onIDX, m_demuxer, &cHvx3Demuxer::idx_slot);
     connect(m_parser, &cHvx3Parser::onDATA, m_demuxer, &cHvx3Demuxer::data_slot);
     connect(m_decoder, &cFfmpegDecoder::onFrame, this, &VideoHVX3Reciver::imageReady);
+    connect(m_decoder, &cFfmpegDecoder::idle, this, &VideoHVX3Reciver::parseWhatWaits);
     connect(m_socket, &QTcpSocket::connected, this, &VideoHVX3Reciver::connected);
     connect(m_socket, &QTcpSocket::errorOccurred, this, &VideoHVX3Reciver::error);
     connect(m_socket, &QTcpSocket::readyRead, this, &VideoHVX3Reciver::readyRead);
@@ -69,18 +76,14 @@ void VideoHVX3Reciver::error(QAbstractSocket::SocketError error)
 
 void VideoHVX3Reciver::readyRead()
 {
-    m_received += m_socket->readAll();
-    switch (m_state) {
-    case Connecting:
-        break;
-    case LoggingIn:
-        // Deliberate: what has come behind the acknowledgement waits for the next bytes.
-        lookForAcknowledgement();
-        break;
-    case Streaming:
-        m_parser->append(std::exchange(m_received, {}));
-        break;
+    if (m_state == Streaming) {
+        parse();
+        return;
     }
+    m_received += m_socket->readAll();
+    // Deliberate: what has come behind the acknowledgement waits for the next bytes.
+    if (m_state == LoggingIn)
+        lookForAcknowledgement();
 }
 
 void VideoHVX3Reciver::disconnected() {}
@@ -113,4 +116,25 @@ void VideoHVX3Reciver::lookForAcknowledgement()
         // Once these bytes are others, nothing that follows them can be an answer.
         m_received.truncate(Acknowledgement.size());
     }
+}
+
+/// Parses what has come, unless there is so much to do already that it has to stay in the socket.
+void VideoHVX3Reciver::parse()
+{
+    m_parsesLater = m_decoder->isBusy() || !m_share->hasTime();
+    if (!m_parsesLater) {
+        m_received += m_socket->readAll();
+        m_share->use([this] { m_parser->append(std::exchange(m_received, {})); });
+    } else if (!m_decoder->isBusy()) {
+        m_share->later(this, [this] {
+            parseWhatWaits();
+            return false;
+        });
+    }
+}
+
+void VideoHVX3Reciver::parseWhatWaits()
+{
+    if (m_parsesLater)
+        parse();
 }

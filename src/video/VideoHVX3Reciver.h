@@ -6,6 +6,12 @@
 #include <QObject>
 #include <QPixmap>
 
+#include <memory>
+
+namespace paravue
+{
+class TurnShare;
+}
 class QTcpSocket;
 class cFfmpegDecoder;
 class cHvx3Demuxer;
@@ -50,10 +56,14 @@ private:
     void connectToRecorder();
     QString urlAttribute(const QString &name) const;
     void lookForAcknowledgement();
+    void parse();
+    void parseWhatWaits();
 
     QDomElement m_element;
     QByteArray m_received;
     State m_state = Connecting;
+    bool m_parsesLater = false; ///< what the socket holds
+    const std::shared_ptr<paravue::TurnShare> m_share;
     QTcpSocket *const m_socket; // these four are children
     cHvx3Parser *const m_parser;
     cHvx3Demuxer *const m_demuxer;

@@ -9,8 +9,15 @@ namespace paravue
 
 /// Bytes of a frame, of all unfinished frames together and of a header.
 inline constexpr int MaxFrameBytes = 64 * 1024 * 1024;
-/// Pixels of one picture; a little more than 7680 x 4320.
-inline constexpr qint64 MaxPicturePixels = 32 * 1024 * 1024;
+/// Bytes that are decoded as one: more cannot be a picture that is decoded in the time below.
+inline constexpr int MaxCodedBytes = 8 * 1024 * 1024;
+/// Pixels of one picture; a little more than 5472 x 3648.
+inline constexpr qint64 MaxPicturePixels = 20 * 1024 * 1024;
+/// How long the decoding of one picture may take, in nanoseconds, by an estimate from its bytes and pixels
+/// (CodecStream.cpp). It cannot be interrupted, and the window has to answer a key within 200 ms.
+inline constexpr double MaxPictureTime = 120e6;
+/// Pixels of a picture whose damaged parts are guessed; guessing takes many times as long as decoding.
+inline constexpr qint64 MaxConcealedPixels = 1024 * 1024;
 /// By how much pixels that are not square may heighten a picture.
 inline constexpr int MaxHeightening = 4;
 

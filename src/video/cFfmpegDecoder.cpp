@@ -1,44 +1,110 @@
 #include "video/cFfmpegDecoder.h"
 
 #include "video/CodecStream.h"
+#include "video/TurnShare.h"
 
 #include <QPointer>
 
 #include <utility>
 
 using paravue::CodecStream;
+using paravue::TurnShare;
 
 cFfmpegDecoder::cFfmpegDecoder(QObject *parent) : QObject(parent) {}
 
 cFfmpegDecoder::~cFfmpegDecoder() = default;
 
+void cFfmpegDecoder::workInTurns()
+{
+    m_share = TurnShare::shared();
+}
+
 bool cFfmpegDecoder::create(const QString &format)
 {
-    m_pending.clear();
-    m_converter.reset();
-    m_stream = CodecStream::open(format.toLatin1());
+    const QByteArray name = format.toLatin1();
+    if (m_share) {
+        addTask({true, name});
+        return CodecStream::isDecoder(name);
+    }
+    m_tasks.clear();
+    open(name);
     return m_stream != nullptr;
 }
 
 void cFfmpegDecoder::append(const QByteArray &bytes)
 {
-    if (!m_stream)
+    addTask({false, bytes});
+    if (m_share || m_working)
         return;
-    m_pending.append(bytes);
-    if (m_decoding)
-        return;
-    // A receiver may begin another stream or destroy this decoder.
+    // A receiver may destroy this decoder.
     const QPointer<cFfmpegDecoder> self(this);
-    while (self && !m_pending.isEmpty()) {
-        m_decoding = true;
-        const auto stream = m_stream;
-        stream->decode(std::exchange(m_pending, {}), [&](const AVFrame &picture) {
-            const QImage image = m_converter.convert(picture);
-            if (!image.isNull())
-                Q_EMIT onFrame(image);
-            return self && m_stream == stream;
-        });
-        if (self)
-            m_decoding = false;
+    m_working = true;
+    while (self && !m_tasks.empty())
+        step();
+    if (self)
+        m_working = false;
+}
+
+void cFfmpegDecoder::addTask(const Task &task)
+{
+    if (m_tasks.empty() && m_share)
+        m_share->later(this, [this] { return step(); });
+    m_tasks.push_back(task);
+}
+
+/// Does the next step of the work; false when there is no more.
+bool cFfmpegDecoder::step()
+{
+    const QPointer<cFfmpegDecoder> self(this);
+    if (m_hasPicture)
+        showPicture();
+    else if (m_begun)
+        decodeOn();
+    else
+        beginTask();
+    if (!self)
+        return false;
+    if (!m_tasks.empty())
+        return true;
+    Q_EMIT idle();
+    return false;
+}
+
+void cFfmpegDecoder::beginTask()
+{
+    const Task task = m_tasks.front();
+    if (!task.opens && m_stream) {
+        m_stream->begin(task.bytes);
+        m_begun = true;
+        return;
     }
+    m_tasks.pop_front();
+    if (task.opens)
+        open(task.bytes);
+}
+
+void cFfmpegDecoder::open(const QByteArray &name)
+{
+    m_begun = false;
+    m_hasPicture = false;
+    m_converter.reset();
+    m_stream = CodecStream::open(name);
+}
+
+void cFfmpegDecoder::decodeOn()
+{
+    const auto progress = m_stream->next();
+    m_hasPicture = progress == CodecStream::Progress::Picture;
+    if (progress == CodecStream::Progress::AtEnd) {
+        m_begun = false;
+        m_tasks.pop_front();
+    }
+}
+
+void cFfmpegDecoder::showPicture()
+{
+    m_hasPicture = false;
+    const QImage image = m_converter.convert(m_stream->picture());
+    if (!image.isNull())
+        Q_EMIT onFrame(image);
 }

@@ -6,12 +6,14 @@
 #include <QImage>
 #include <QObject>
 
+#include <deque>
 #include <memory>
 
 namespace paravue
 {
 class CodecStream;
-}
+class TurnShare;
+} // namespace paravue
 
 /// Decodes a compressed video stream into images.
 ///
@@ -24,22 +26,49 @@ public:
     explicit cFfmpegDecoder(QObject *parent = nullptr);
     ~cFfmpegDecoder() override;
 
+    /// From now on create() and append() return at once; what they ask for is done in order in the turns of
+    /// the event loop that follow, a step at a time together with all other decoders, so that the window
+    /// answers keys whatever has been appended. To be called before them.
+    void workInTurns();
+    /// Whether something is left to do; until idle() is emitted, whoever can should append no more.
+    bool isBusy() const { return !m_tasks.empty(); }
+
 Q_SIGNALS:
     /// A decoded picture, in QImage::Format_RGB32 and in the proportions that it is to be seen in. It shares
     /// its pixels with the pictures that follow: who keeps it copies it.
     void onFrame(const QImage &image);
+    /// All that was asked for is done.
+    void idle();
 
 public Q_SLOTS:
-    /// Opens the decoder that libavcodec knows as \a format, such as "h264"; true on success.
+    /// Opens the decoder that libavcodec knows as \a format, such as "h264"; true on success. In turns: true
+    /// when there is one.
     bool create(const QString &format);
     /// Decodes \a bytes, one or more whole coded pictures, and emits onFrame() for each before it returns.
-    /// What cannot be decoded is dropped without a word; the pictures come again when the stream is whole
-    /// again. A receiver of onFrame() may append, too; its bytes come after those that are being decoded.
+    /// What cannot be decoded, or is larger than VideoLimits.h allows, is dropped without a word; the
+    /// pictures come again when the stream is whole again. A receiver of onFrame() may append, too; its bytes
+    /// come after those that are being decoded.
     void append(const QByteArray &bytes);
 
 private:
-    std::shared_ptr<paravue::CodecStream> m_stream;
+    /// A stream to open, or bytes of it.
+    struct Task {
+        bool opens;
+        QByteArray bytes;
+    };
+
+    void addTask(const Task &task);
+    bool step();
+    void beginTask();
+    void open(const QByteArray &name);
+    void decodeOn();
+    void showPicture();
+
+    std::deque<Task> m_tasks; ///< the first one may be under way
+    bool m_begun = false;
+    bool m_working = false;
+    bool m_hasPicture = false; ///< decoded and not shown yet
+    std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
-    QByteArray m_pending; ///< not given to the codec yet
-    bool m_decoding = false;
+    std::shared_ptr<paravue::TurnShare> m_share; ///< null when the work is done at once
 };

@@ -91,6 +91,7 @@ CodecContextHandle openEncoder(const ClipFormat &format)
     context->pix_fmt = codec->id == AV_CODEC_ID_MJPEG ? photo : AV_PIX_FMT_YUV420P;
     context->thread_count = 1;
     context->gop_size = 250;
+    context->slices = format.slices;
     context->max_b_frames = format.reordered;
     context->flags |= AV_CODEC_FLAG_QSCALE;
     context->global_quality = format.quality * FF_QP2LAMBDA;

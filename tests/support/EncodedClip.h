@@ -17,6 +17,7 @@ struct ClipFormat {
     int pixelHeight = 1;
     int reordered = 0;        ///< pictures in a row that need a later one
     int quality = 2;          ///< quantizer, 2 is the best
+    int slices = 1;           ///< parts of a picture that are coded on their own; H.264 only
     bool fineColours = false; ///< a colour for each pixel; motion JPEG only
     bool noise = false;       ///< details that are expensive to decode
 };

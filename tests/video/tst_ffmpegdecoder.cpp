@@ -2,7 +2,10 @@
 #include "support/TestTable.h"
 #include "video/cFfmpegDecoder.h"
 
+#include <QEventLoop>
 #include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTimer>
 
 #include <algorithm>
 #include <functional>
@@ -64,7 +67,13 @@ private Q_SLOTS:
     void heightensPixelsThatAreNotSquare();
     void survivesDamage_data();
     void survivesDamage();
+    void findsPicturesAmongOtherBytes_data();
+    void findsPicturesAmongOtherBytes();
+    void refusesWhatTakesTooLong_data();
+    void refusesWhatTakesTooLong();
     void receiverMayInterfere();
+    void worksInTurns();
+    void receiverMayInterfereInTurns();
 };
 
 void TestFfmpegDecoder::showsEachPictureAtOnce_data()
@@ -231,6 +240,67 @@ void TestFfmpegDecoder::survivesDamage()
     QCOMPARE(viewer.numbers, upTo(clip.pictures.size()));
 }
 
+void TestFfmpegDecoder::findsPicturesAmongOtherBytes_data()
+{
+    const TestTable<EncodedClip, QByteArray, QList<int>> row("clip", "bytes", "numbers");
+    const EncodedClip photos = encodeClip({.encoder = "mjpeg", .size = {64, 64}, .pictures = 3});
+    const QByteArray preview = QByteArray("\xff\xd8\xff\xe1\x10\x00", 6) +
+                               photos.pictures[1].leftJustified(0x0ffe, '\0') + photos.pictures[0].sliced(2);
+    row("a JPEG with a preview in it", photos, preview + photos.pictures[2], {0, 2});
+    row("JPEGs with bytes between them", photos, "x" + photos.pictures[0] + "\xffyz" + photos.pictures[1],
+        {0, 1});
+    const EncodedClip film = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
+    row("MPEG-4 with user data between", film,
+        film.pictures[0] + QByteArray("\0\0\1\xb2words", 9) + film.pictures[1] + film.pictures[2], upTo(3));
+    if (!canEncode("libx264"))
+        return;
+    const EncodedClip slices = encodeClip({.encoder = "libx264", .size = {64, 96}, .slices = 6});
+    row("H.264 in slices", slices, slices.whole(), upTo(6));
+    // As a whole these might take too long, so they are decoded part by part.
+    const EncodedClip manySlices =
+        encodeClip({.encoder = "libx264", .size = {1024, 960}, .pictures = 4, .slices = 60});
+    row("H.264 in many slices", manySlices, manySlices.whole(), upTo(4));
+    const QByteArray &first = slices.pictures[0];
+    const qsizetype at = first.indexOf(QByteArray("\0\0\1\x68", 4));
+    const QByteArray parameters = first.sliced(at, first.indexOf(QByteArray("\0\0\1", 3), at + 3) - at);
+    row("H.264 with many parameter sets", slices,
+        first.first(at) + parameters.repeated(5000) + first.sliced(at) + slices.pictures[1], upTo(2));
+}
+
+void TestFfmpegDecoder::findsPicturesAmongOtherBytes()
+{
+    QFETCH(EncodedClip, clip);
+    QFETCH(QByteArray, bytes);
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(bytes);
+    QTEST(viewer.numbers, "numbers");
+}
+
+void TestFfmpegDecoder::refusesWhatTakesTooLong_data()
+{
+    const TestTable<EncodedClip, QByteArray> row("clip", "bytes");
+    const EncodedClip photos = encodeClip({.encoder = "mjpeg", .size = {1024, 1024}, .pictures = 2});
+    const QByteArray &photo = photos.pictures[1];
+    row("more bytes than a picture has", photos, photo.repeated(1 + 8 * 1024 * 1024 / photo.size()));
+    const QByteArray table = QByteArray("\xff\xdb\x00\x43\x00", 5) + QByteArray(64, '\1');
+    row("thousands of tables", photos, photo.first(2) + table.repeated(4000) + photo.sliced(2));
+    const qsizetype scan = photo.indexOf("\xff\xda");
+    row("many scans", photos, photo.first(scan) + photo.sliced(scan, 20).repeated(50) + photo.sliced(scan));
+}
+
+void TestFfmpegDecoder::refusesWhatTakesTooLong()
+{
+    QFETCH(EncodedClip, clip);
+    QFETCH(QByteArray, bytes);
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(clip.pictures[0]);
+    viewer.decoder.append(bytes);
+    viewer.decoder.append(clip.pictures[0]);
+    QCOMPARE(viewer.numbers, QList<int>({0, 0}));
+}
+
 void TestFfmpegDecoder::receiverMayInterfere()
 {
     const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
@@ -258,5 +328,59 @@ void TestFfmpegDecoder::receiverMayInterfere()
     QVERIFY(!viewer);
 }
 
-QTEST_APPLESS_MAIN(TestFfmpegDecoder)
+void TestFfmpegDecoder::worksInTurns()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {704, 576}, .pictures = 50});
+    // Both share the time of a turn, and each has its own order.
+    Viewer viewers[2];
+    int turns = 0;
+    QTimer turn;
+    connect(&turn, &QTimer::timeout, this, [&] { ++turns; });
+    for (Viewer &viewer : viewers) {
+        viewer.decoder.workInTurns();
+        QVERIFY(!viewer.decoder.create("none"));
+        QVERIFY(viewer.decoder.create(clip.decoder));
+        viewer.decoder.append(clip.whole());
+        viewer.decoder.append(clip.whole());
+        viewer.decoder.create("mjpeg");
+        viewer.decoder.append(clip.pictures[0]);
+        viewer.decoder.create(clip.decoder);
+        viewer.decoder.append(clip.pictures[0]);
+        QVERIFY(viewer.numbers.isEmpty());
+        QVERIFY(viewer.decoder.isBusy());
+    }
+    QSignalSpy idle(&viewers[0].decoder, &cFfmpegDecoder::idle);
+    turn.start(0);
+    QTRY_VERIFY(!viewers[0].decoder.isBusy() && !viewers[1].decoder.isBusy());
+    QCOMPARE(idle.size(), 1);
+    for (const Viewer &viewer : viewers)
+        QCOMPARE(viewer.numbers, upTo(50) + upTo(50) + upTo(1));
+    QVERIFY2(turns > 3, qPrintable(QString::number(turns)));
+}
+
+void TestFfmpegDecoder::receiverMayInterfereInTurns()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
+    auto viewer = std::make_unique<Viewer>();
+    Viewer other;
+    other.decoder.workInTurns();
+    // An event loop within the signal, in which the decoder is destroyed and others go on.
+    connect(&viewer->decoder, &cFfmpegDecoder::onFrame, this, [&] {
+        QEventLoop loop;
+        connect(&other.decoder, &cFfmpegDecoder::idle, &loop, &QEventLoop::quit);
+        other.decoder.create(clip.decoder);
+        other.decoder.append(clip.whole());
+        loop.exec();
+        viewer.reset();
+    });
+    viewer->decoder.workInTurns();
+    viewer->decoder.create(clip.decoder);
+    viewer->decoder.append(clip.whole());
+    QTRY_VERIFY(!viewer);
+    QCOMPARE(other.numbers, upTo(3));
+    other.decoder.append(clip.whole());
+    QTRY_COMPARE(other.numbers, upTo(3) + upTo(3));
+}
+
+QTEST_GUILESS_MAIN(TestFfmpegDecoder)
 #include "tst_ffmpegdecoder.moc"

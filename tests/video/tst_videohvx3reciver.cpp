@@ -3,13 +3,16 @@
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
 #include "video/VideoHVX3Reciver.h"
+#include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Parser.h"
 
 #include <QNetworkProxy>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTcpSocket>
+#include <QTimer>
 
+#include <algorithm>
 #include <memory>
 
 using namespace paravue::test;
@@ -99,6 +102,8 @@ private Q_SLOTS:
     void waitsForTheAcknowledgement();
     void keepsWhatWaitsWhenTheRecorderCloses_data();
     void keepsWhatWaitsWhenTheRecorderCloses();
+    void takesNoMoreThanItCanDecode();
+    void mayBeDestroyedByWhoItShows();
     void countsThePicturesOfAllReceivers();
     void givesPicturesAway();
 };
@@ -218,6 +223,52 @@ void TestVideoHVX3Reciver::keepsWhatWaitsWhenTheRecorderCloses()
     viewer.receiver->error(error);
     QTRY_COMPARE(viewer.reads.size(), 3);
     QTEST(int(viewer.headers.size()), "headers");
+}
+
+void TestVideoHVX3Reciver::takesNoMoreThanItCanDecode()
+{
+    const EncodedClip clip =
+        encodeClip({.encoder = "mpeg4", .size = {704, 576}, .pictures = 8, .noise = true});
+    // Each frame holds more pictures than are decoded in one turn.
+    const QByteArray frame = hvx3Frame(0, clip.whole(), 60'000);
+    const QByteArray stream = hvx3Header({{.label1 = "mp4v"}}) + hvx3Index(1000) + frame.repeated(25);
+    QVERIFY(frame.size() > 300'000);
+    FakeRecorder recorder;
+    recorder.expect(Login).send(Acknowledgement).send(stream).close();
+    Viewer viewer(recorder);
+    const auto *socket = viewer.receiver->findChild<QTcpSocket *>();
+    qint64 unread = 0;
+    qsizetype mostWaiting = 0;
+    qsizetype waiting = 0;
+    connect(viewer.receiver->findChild<cHvx3Parser *>(), &cHvx3Parser::onDATA, this,
+            [&] { waiting += clip.pictures.size(); });
+    connect(viewer.receiver->findChild<cFfmpegDecoder *>(), &cFfmpegDecoder::onFrame, this, [&] {
+        mostWaiting = std::max(mostWaiting, waiting);
+        --waiting;
+    });
+    int turns = 0;
+    QTimer turn;
+    connect(&turn, &QTimer::timeout, this, [&] {
+        ++turns;
+        unread = std::max(unread, socket->bytesAvailable());
+    });
+    turn.start(0);
+    // The recorder is long gone when the last picture comes.
+    QTRY_COMPARE_WITH_TIMEOUT(viewer.shown.size(), 100, 30'000);
+    QVERIFY2(unread > 0 && unread <= 100'000, qPrintable(QString::number(unread)));
+    QCOMPARE(mostWaiting, clip.pictures.size());
+    QVERIFY2(turns > 10, qPrintable(QString::number(turns)));
+}
+
+void TestVideoHVX3Reciver::mayBeDestroyedByWhoItShows()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 64}});
+    FakeRecorder recorder;
+    recorder.expect(Login).send(Acknowledgement).send(streamOf(clip, "mp4v").repeated(20)).expectClosed();
+    Viewer viewer(recorder);
+    connect(viewer.receiver.get(), &VideoHVX3Reciver::pixmapReady, this, [&] { viewer.receiver.reset(); });
+    QTRY_VERIFY(!viewer.receiver);
+    QTRY_COMPARE(recorder.problem(), QString());
 }
 
 void TestVideoHVX3Reciver::countsThePicturesOfAllReceivers()

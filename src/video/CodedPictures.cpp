@@ -1,0 +1,180 @@
+#include "video/CodedPictures.h"
+
+#include <algorithm>
+#include <bit>
+
+using namespace std::string_view_literals;
+
+namespace paravue
+{
+namespace
+{
+
+constexpr std::size_t StartCodeSize = 3;
+
+/// The next 00 00 01 with a byte behind it, or the end.
+std::size_t findStartCode(std::string_view bytes, std::size_t from)
+{
+    // The one is rarer than the zeros.
+    for (std::size_t one = bytes.find('\1', from + 2); one < bytes.size() - 1;
+         one = bytes.find('\1', one + 1)) {
+        if (bytes[one - 1] == 0 && bytes[one - 2] == 0)
+            return one - 2;
+    }
+    return bytes.size();
+}
+
+quint8 byteAt(std::string_view bytes, std::size_t at)
+{
+    return at < bytes.size() ? static_cast<quint8>(bytes[at]) : 0;
+}
+
+/// The number that \a bytes begin with, an Exp-Golomb code of up to 31 bits.
+quint32 leadingNumber(std::string_view bytes)
+{
+    quint64 window = 0;
+    for (std::size_t at = 0; at < sizeof(window); ++at)
+        window = window << 8 | byteAt(bytes, at);
+    const int zeros = std::countl_zero(window);
+    return zeros > 31 ? 0 : static_cast<quint32>((window << zeros >> (63 - zeros)) - 1);
+}
+
+enum H264Unit : quint8 { Slice = 1, PartitionA = 2, KeySlice = 5, FirstHeader = 6, LastHeader = 9 };
+
+quint8 h264UnitType(std::string_view bytes, std::size_t startCode)
+{
+    return byteAt(bytes, startCode + StartCodeSize) & 0x1f;
+}
+
+/// What of a picture's H.264 units has been seen.
+struct H264Seen {
+    qint64 slices = 0;
+    qint64 headers = 0;
+    quint32 lastBlock = 0;
+
+    /// False when the unit at \a startCode belongs to the next picture.
+    bool add(std::string_view bytes, std::size_t startCode)
+    {
+        const quint8 type = h264UnitType(bytes, startCode);
+        if (type == Slice || type == PartitionA || type == KeySlice) {
+            const quint32 block =
+                leadingNumber(bytes.substr(std::min(startCode + StartCodeSize + 1, bytes.size())));
+            if (slices > 0 && block <= lastBlock)
+                return false;
+            lastBlock = block;
+            ++slices;
+            return true;
+        }
+        if (slices > 0 && type >= FirstHeader && type <= LastHeader)
+            return false;
+        ++headers;
+        return true;
+    }
+};
+
+enum JpegMarker : quint8 {
+    HuffmanTables = 0xc4,
+    FirstRestart = 0xd0,
+    LastRestart = 0xd7,
+    StartOfImage = 0xd8,
+    StartOfScan = 0xda,
+    QuantizerTables = 0xdb,
+    FirstApplication = 0xe0,
+    LastApplication = 0xef,
+    Comment = 0xfe
+};
+
+/// What an application puts into its segment, such as a small preview, is not this picture.
+bool hidesImages(quint8 marker)
+{
+    return (marker >= FirstApplication && marker <= LastApplication) || marker == Comment;
+}
+
+} // namespace
+
+CodedPicture CodedPictures::next()
+{
+    switch (m_codec) {
+    case VideoCodec::H264:
+        return nextH264();
+    case VideoCodec::Mpeg4:
+        return nextMpeg4();
+    case VideoCodec::MotionJpeg:
+        return nextJpeg();
+    case VideoCodec::Other:
+        break;
+    }
+    return {.bytes = cut(m_rest.size())};
+}
+
+std::string_view CodedPictures::cut(std::size_t size)
+{
+    const std::string_view front = m_rest.substr(0, size);
+    m_rest.remove_prefix(front.size());
+    return front;
+}
+
+CodedPicture CodedPictures::nextH264()
+{
+    H264Seen seen;
+    std::size_t at = findStartCode(m_rest, 0);
+    while (at < m_rest.size() && seen.add(m_rest, at))
+        at = findStartCode(m_rest, at + StartCodeSize);
+    return {.bytes = cut(at), .passes = std::max<qint64>(seen.slices, 1), .headers = seen.headers};
+}
+
+CodedPicture CodedPictures::nextMpeg4()
+{
+    const auto isPicture = [this](std::size_t startCode) { return byteAt(m_rest, startCode + 3) == 0xb6; };
+    std::size_t begin = findStartCode(m_rest, 0);
+    while (begin < m_rest.size() && !isPicture(begin))
+        begin = findStartCode(m_rest, begin + StartCodeSize);
+    const std::size_t end =
+        begin < m_rest.size() ? findStartCode(m_rest, begin + StartCodeSize) : m_rest.size();
+    CodedPicture picture{.bytes = cut(end)};
+    // A picture may go on anywhere in itself behind each of these.
+    const std::string_view body = picture.bytes.substr(std::min(begin + StartCodeSize, picture.bytes.size()));
+    for (std::size_t zeros = body.find("\0\0"sv); zeros != body.npos; zeros = body.find("\0\0"sv, zeros + 2))
+        ++picture.passes;
+    return picture;
+}
+
+CodedPicture CodedPictures::nextJpeg()
+{
+    CodedPicture picture;
+    qint64 scans = 0;
+    bool begun = false;
+    std::size_t hiddenUntil = 0;
+    std::size_t at = m_rest.find('\xff');
+    for (; at < m_rest.size(); at = m_rest.find('\xff', at + 1)) {
+        const quint8 marker = byteAt(m_rest, at + 1);
+        if (marker == 0 || marker == 0xff || (marker >= FirstRestart && marker <= LastRestart))
+            continue;
+        const std::size_t length = std::size_t(byteAt(m_rest, at + 2)) << 8 | byteAt(m_rest, at + 3);
+        if (marker == StartOfImage && at >= hiddenUntil) {
+            if (begun)
+                break;
+            begun = true;
+        } else if (marker == StartOfScan) {
+            ++scans;
+        } else if (marker == HuffmanTables || marker == QuantizerTables) {
+            picture.tableBytes += length;
+        } else if (hidesImages(marker) && at >= hiddenUntil) {
+            hiddenUntil = at + 2 + length;
+        }
+    }
+    picture.bytes = cut(std::min(at, m_rest.size()));
+    picture.passes = std::max<qint64>(scans, 1);
+    return picture;
+}
+
+std::string_view takeH264Unit(std::string_view &picture)
+{
+    const std::size_t end =
+        findStartCode(picture, std::min(findStartCode(picture, 0) + StartCodeSize, picture.size()));
+    const std::string_view unit = picture.substr(0, end);
+    picture.remove_prefix(end);
+    return unit;
+}
+
+} // namespace paravue

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+
+#include <deque>
+#include <functional>
+#include <memory>
+
+namespace paravue
+{
+
+/// How much of each turn of the event loop all video of the process may take together.
+///
+/// Whatever is streamed, the window has to answer keys. So work that may be long is done in steps, and when
+/// the steps of a turn have taken a slice of time, the rest waits until the event loop has been round: until
+/// posted events, sockets and timers have all had their turn.
+class TurnShare : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// False when there is no more to do for now. May destroy the owner of the work.
+    using Step = std::function<bool()>;
+
+    /// The one of the process; it lives as long as anybody holds it.
+    static std::shared_ptr<TurnShare> shared();
+
+    /// Whether there is time left in this turn.
+    bool hasTime() const { return m_used < SliceNanoseconds; }
+    /// Does \a work now, as a part of this turn.
+    void use(const std::function<void()> &work);
+    /// Does the steps of \a work in turns to come, one of each work after another.
+    void later(QObject *owner, Step work);
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    static constexpr qint64 SliceNanoseconds = 10'000'000;
+
+    struct Work {
+        QPointer<QObject> owner;
+        Step step;
+    };
+
+    void runOne();
+
+    std::deque<Work> m_waiting;
+    QBasicTimer m_timer;
+    qint64 m_used = 0;
+    bool m_inUse = false;
+};
+
+} // namespace paravue
