@@ -8,6 +8,7 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavutil/pixdesc.h>
 }
 
 namespace paravue
@@ -22,12 +23,13 @@ constexpr int Silent = 100;
 struct Prices {
     double byte;
     double pixel;
+    double keyPixel;                                                  ///< in a picture that needs no other
     double furtherPass;                                               ///< over a pixel
     double furtherPassByte = std::numeric_limits<double>::infinity(); ///< passes need this many bytes, too
 };
-constexpr double NewMemoryPrice = 1; // a pixel
-constexpr double TableBytePrice = 500;
-constexpr double HeaderPrice = 30'000;
+constexpr double FurtherBufferPrice = 1; // a pixel
+constexpr double TableBytePrice = 100;
+constexpr double HeaderPrice = 5'000;
 /// What FFmpeg does with damage unless told otherwise.
 constexpr int UsualConcealment = FF_EC_GUESS_MVS | FF_EC_DEBLOCK;
 
@@ -35,12 +37,12 @@ Prices pricesOf(AVCodecID codec)
 {
     switch (codec) {
     case AV_CODEC_ID_MJPEG:
-        return {.byte = 14, .pixel = 3, .furtherPass = 3};
+        return {.byte = 14, .pixel = 1, .keyPixel = 1, .furtherPass = 1};
     case AV_CODEC_ID_MPEG4:
         // The shortest code for a block of 256 pixels is one bit.
-        return {.byte = 10, .pixel = 3, .furtherPass = 2, .furtherPassByte = 1600};
+        return {.byte = 10, .pixel = 3, .keyPixel = 3, .furtherPass = 2, .furtherPassByte = 1600};
     default:
-        return {.byte = 90, .pixel = 5, .furtherPass = 3};
+        return {.byte = 90, .pixel = 5, .keyPixel = 2.5, .furtherPass = 3};
     }
 }
 
@@ -70,7 +72,17 @@ double priceOfPixels(AVCodecID codec, const CodedPicture &picture, double pixels
     const Prices prices = pricesOf(codec);
     const double further = pixels * prices.furtherPass * static_cast<double>(picture.passes - 1);
     const double possible = static_cast<double>(picture.bytes.size()) * prices.furtherPassByte;
-    return pixels * prices.pixel + std::min(further, possible);
+    return pixels * (picture.isKey ? prices.keyPixel : prices.pixel) + std::min(further, possible);
+}
+
+/// The values that make up a pixel of a JPEG picture, 1 to 4; other pictures have a price for a pixel.
+double pricedSamples(const AVCodecContext &context, const AVFrame &frame)
+{
+    const AVPixFmtDescriptor *format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
+    if (context.codec_id != AV_CODEC_ID_MJPEG || !format)
+        return 1;
+    const int shared = 1 << format->log2_chroma_w << format->log2_chroma_h;
+    return 1 + (format->nb_components - 1.0) / shared;
 }
 
 const AVCodec *findDecoder(const QByteArray &name)
@@ -180,9 +192,10 @@ int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
     const double pixels = double(frame->width) * frame->height;
     stream.m_pixels = pixels;
     stream.m_partPixels = pixels;
-    stream.m_timeLeft -= pixels * NewMemoryPrice;
-    if (!std::exchange(stream.m_isPaid, true))
-        stream.m_timeLeft -= priceOfPixels(context->codec_id, stream.m_coded, pixels);
+    const bool isFurther = std::exchange(stream.m_isPaid, true);
+    stream.m_timeLeft -= isFurther ? pixels * FurtherBufferPrice
+                                   : priceOfPixels(context->codec_id, stream.m_coded,
+                                                   pixels * pricedSamples(*context, *frame));
     if (stream.m_timeLeft < 0 || pixels > MaxPicturePixels)
         return AVERROR(EINVAL);
     context->error_concealment = pixels > MaxConcealedPixels ? 0 : UsualConcealment;

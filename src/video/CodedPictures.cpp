@@ -51,6 +51,7 @@ struct H264Seen {
     qint64 slices = 0;
     qint64 headers = 0;
     quint32 lastBlock = 0;
+    bool isKey = true;
 
     /// False when the unit at \a startCode belongs to the next picture.
     bool add(std::string_view bytes, std::size_t startCode)
@@ -62,6 +63,7 @@ struct H264Seen {
             if (slices > 0 && block <= lastBlock)
                 return false;
             lastBlock = block;
+            isKey = isKey && type == KeySlice;
             ++slices;
             return true;
         }
@@ -120,7 +122,10 @@ CodedPicture CodedPictures::nextH264()
     std::size_t at = findStartCode(m_rest, 0);
     while (at < m_rest.size() && seen.add(m_rest, at))
         at = findStartCode(m_rest, at + StartCodeSize);
-    return {.bytes = cut(at), .passes = std::max<qint64>(seen.slices, 1), .headers = seen.headers};
+    return {.bytes = cut(at),
+            .passes = std::max<qint64>(seen.slices, 1),
+            .headers = seen.headers,
+            .isKey = seen.isKey};
 }
 
 CodedPicture CodedPictures::nextMpeg4()

@@ -18,6 +18,8 @@ struct CodedPicture {
     qint64 tableBytes = 0;
     /// Units of an H.264 picture that are no slices.
     qint64 headers = 0;
+    /// Of H.264: all slices say that they need no other picture.
+    bool isKey = false;
 };
 
 /// Finds where the coded pictures in a piece of a stream end. What cannot be told apart is one picture.

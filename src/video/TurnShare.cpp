@@ -55,8 +55,8 @@ void TurnShare::timerEvent(QTimerEvent *event)
     const QPointer<TurnShare> self(this);
     while (self && !m_waiting.empty() && hasTime())
         runOne();
-    if (self && !m_waiting.empty() && !m_timer.isActive())
-        m_timer.start(0, this);
+    if (self && !m_waiting.empty())
+        m_timer.start(m_used > LongNanoseconds ? PauseMilliseconds : 0, this);
 }
 
 void TurnShare::runOne()

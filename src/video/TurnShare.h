@@ -40,6 +40,9 @@ protected:
 
 private:
     static constexpr qint64 SliceNanoseconds = 10'000'000;
+    /// After a step that long there is a pause, in which windows paint: they wait 5 ms for more to paint.
+    static constexpr qint64 LongNanoseconds = 30'000'000;
+    static constexpr int PauseMilliseconds = 8;
 
     struct Work {
         QPointer<QObject> owner;

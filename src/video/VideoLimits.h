@@ -15,7 +15,7 @@ inline constexpr int MaxCodedBytes = 8 * 1024 * 1024;
 inline constexpr qint64 MaxPicturePixels = 20 * 1024 * 1024;
 /// How long the decoding of one picture may take, in nanoseconds, by an estimate from its bytes and pixels
 /// (CodecStream.cpp). It cannot be interrupted, and the window has to answer a key within 200 ms.
-inline constexpr double MaxPictureTime = 120e6;
+inline constexpr double MaxPictureTime = 100e6;
 /// Pixels of a picture whose damaged parts are guessed; guessing takes many times as long as decoding.
 inline constexpr qint64 MaxConcealedPixels = 1024 * 1024;
 /// By how much pixels that are not square may heighten a picture.

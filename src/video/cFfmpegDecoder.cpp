@@ -56,8 +56,10 @@ void cFfmpegDecoder::addTask(const Task &task)
 bool cFfmpegDecoder::step()
 {
     const QPointer<cFfmpegDecoder> self(this);
-    if (m_hasPicture)
+    if (!m_image.isNull())
         showPicture();
+    else if (m_hasPicture)
+        convertPicture();
     else if (m_begun)
         decodeOn();
     else
@@ -87,6 +89,7 @@ void cFfmpegDecoder::open(const QByteArray &name)
 {
     m_begun = false;
     m_hasPicture = false;
+    m_image = QImage();
     m_converter.reset();
     m_stream = CodecStream::open(name);
 }
@@ -101,10 +104,13 @@ void cFfmpegDecoder::decodeOn()
     }
 }
 
-void cFfmpegDecoder::showPicture()
+void cFfmpegDecoder::convertPicture()
 {
     m_hasPicture = false;
-    const QImage image = m_converter.convert(m_stream->picture());
-    if (!image.isNull())
-        Q_EMIT onFrame(image);
+    m_image = m_converter.convert(m_stream->picture());
+}
+
+void cFfmpegDecoder::showPicture()
+{
+    Q_EMIT onFrame(std::exchange(m_image, QImage()));
 }

@@ -62,12 +62,14 @@ private:
     void beginTask();
     void open(const QByteArray &name);
     void decodeOn();
+    void convertPicture();
     void showPicture();
 
     std::deque<Task> m_tasks; ///< the first one may be under way
     bool m_begun = false;
     bool m_working = false;
-    bool m_hasPicture = false; ///< decoded and not shown yet
+    bool m_hasPicture = false; ///< decoded and not converted yet
+    QImage m_image;            ///< converted and not shown yet
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
     std::shared_ptr<paravue::TurnShare> m_share; ///< null when the work is done at once

@@ -148,7 +148,7 @@ EncodedClip encodeClip(const ClipFormat &format)
     clip.decoder = avcodec_get_name(context->codec_id);
     const FrameHandle frame = frameFor(*context);
     for (int number = 0; number < format.pictures; ++number) {
-        const QImage image = testPicture(format, number);
+        const QImage image = testPicture(format, format.still ? 0 : number);
         const uint8_t *const planes[] = {image.constBits()};
         const int strides[] = {static_cast<int>(image.bytesPerLine())};
         require(av_frame_make_writable(frame.get()) == 0, "no memory");

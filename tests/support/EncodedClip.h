@@ -19,6 +19,7 @@ struct ClipFormat {
     int quality = 2;          ///< quantizer, 2 is the best
     int slices = 1;           ///< parts of a picture that are coded on their own; H.264 only
     bool fineColours = false; ///< a colour for each pixel; motion JPEG only
+    bool still = false;       ///< all pictures are the first one
     bool noise = false;       ///< details that are expensive to decode
 };
 

@@ -264,7 +264,7 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes_data()
     const qsizetype at = first.indexOf(QByteArray("\0\0\1\x68", 4));
     const QByteArray parameters = first.sliced(at, first.indexOf(QByteArray("\0\0\1", 3), at + 3) - at);
     row("H.264 with many parameter sets", slices,
-        first.first(at) + parameters.repeated(5000) + first.sliced(at) + slices.pictures[1], upTo(2));
+        first.first(at) + parameters.repeated(25'000) + first.sliced(at) + slices.pictures[1], upTo(2));
 }
 
 void TestFfmpegDecoder::findsPicturesAmongOtherBytes()
@@ -284,9 +284,9 @@ void TestFfmpegDecoder::refusesWhatTakesTooLong_data()
     const QByteArray &photo = photos.pictures[1];
     row("more bytes than a picture has", photos, photo.repeated(1 + 8 * 1024 * 1024 / photo.size()));
     const QByteArray table = QByteArray("\xff\xdb\x00\x43\x00", 5) + QByteArray(64, '\1');
-    row("thousands of tables", photos, photo.first(2) + table.repeated(4000) + photo.sliced(2));
+    row("thousands of tables", photos, photo.first(2) + table.repeated(20'000) + photo.sliced(2));
     const qsizetype scan = photo.indexOf("\xff\xda");
-    row("many scans", photos, photo.first(scan) + photo.sliced(scan, 20).repeated(50) + photo.sliced(scan));
+    row("many scans", photos, photo.first(scan) + photo.sliced(scan, 20).repeated(200) + photo.sliced(scan));
 }
 
 void TestFfmpegDecoder::refusesWhatTakesTooLong()
