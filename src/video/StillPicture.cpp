@@ -23,7 +23,7 @@ bool isWhole(const QByteArray &jpeg)
 bool isAffordable(const QByteArray &jpeg, const QSize &size)
 {
     const qint64 pixels = qint64(size.width()) * size.height();
-    if (pixels <= 0 || pixels > MaxPicturePixels)
+    if (pixels <= 0 || pixels > MaxStillPixels)
         return false;
     return pixels * jpeg.count(StartOfScan) <= MaxStillWork;
 }

@@ -24,8 +24,10 @@ inline constexpr int MaxHeightening = 4;
 /// Bytes of a still picture as it comes over the network. More of them would hold up the window while they
 /// are decoded.
 inline constexpr qint64 MaxStillBytes = 8 * 1024 * 1024;
+/// Pixels of a still picture; a little more than 7680 x 4320.
+inline constexpr qint64 MaxStillPixels = 32 * 1024 * 1024;
 /// Pixels of a still picture times the passes over them that its bytes ask for.
-inline constexpr qint64 MaxStillWork = 3 * MaxPicturePixels;
+inline constexpr qint64 MaxStillWork = 3 * MaxStillPixels;
 /// Pixels from which on a still picture is reduced while it is decoded: 3840 x 2160.
 inline constexpr qint64 LargestStill = 3840 * 2160;
 
