@@ -1,0 +1,18 @@
+#pragma once
+
+#include "support/EncodedClip.h"
+
+namespace paravue::bench
+{
+
+/// The least that FFmpeg needs to show a clip: decodes each picture and scales it into one buffer. Returns
+/// the number of pictures.
+int decodeBare(const test::EncodedClip &clip);
+
+/// A clip of pictures with many details; encoded once.
+const test::EncodedClip &detailedClip(const QByteArray &encoder);
+
+inline constexpr int DetailedPictures = 50;
+inline constexpr QSize DetailedSize(704, 576);
+
+} // namespace paravue::bench

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDomElement>
+
+#include <atomic>
+#include <future>
+#include <thread>
+
+class QTcpSocket;
+
+namespace paravue::bench
+{
+
+/// A recorder's video service for one receiver, in a thread of its own as it would be in a machine of its
+/// own. It sends as fast as the receiver takes.
+class StreamFeed
+{
+public:
+    StreamFeed();
+    ~StreamFeed();
+    Q_DISABLE_COPY_MOVE(StreamFeed)
+
+    /// What a receiver that connects to this is made of.
+    QDomElement element();
+    /// Sends \a start and then \a again so many times, or without end.
+    void send(const QByteArray &start, const QByteArray &again = {}, int times = 0);
+    static constexpr int Endless = -1;
+
+private:
+    struct Task {
+        QByteArray start;
+        QByteArray again;
+        int times = 0;
+    };
+
+    void run();
+    void serve(QTcpSocket &socket);
+    bool write(QTcpSocket &socket, const QByteArray &bytes);
+
+    std::promise<quint16> m_port;
+    std::atomic<const Task *> m_task = nullptr;
+    std::atomic<bool> m_stopped = false;
+    std::thread m_thread;
+};
+
+} // namespace paravue::bench

@@ -1,0 +1,104 @@
+#include "BareDecoder.h"
+#include "PairedRatio.h"
+#include "StreamFeed.h"
+
+#include "support/Hvx3Bytes.h"
+#include "video/VideoHVX3Reciver.h"
+#include "video/cFfmpegDecoder.h"
+
+#include <QEventLoop>
+#include <QPixmap>
+
+#include <ctime>
+
+// The receiver with its connection, its stream of records, its thinning and its pixmaps beside a bare loop of
+// FFmpeg calls that decodes and scales the same clip into one buffer.
+
+namespace
+{
+
+using namespace paravue;
+using paravue::bench::applyPaired;
+using paravue::bench::pairedRatio;
+using paravue::bench::StreamFeed;
+
+constexpr int FragmentSize = 16'000;
+
+QByteArray streamOf(const test::EncodedClip &clip, const QByteArray &label)
+{
+    QByteArray bytes = test::hvx3Header({{.label1 = label}}) + test::hvx3Index(0);
+    for (const QByteArray &picture : clip.pictures)
+        bytes += test::hvx3Frame(0, picture, FragmentSize);
+    return bytes;
+}
+
+/// A receiver that is connected and logged in.
+class Receiver
+{
+public:
+    Receiver() : m_receiver(nullptr, m_feed.element())
+    {
+        QObject::connect(m_receiver.findChild<cFfmpegDecoder *>(), &cFfmpegDecoder::onFrame, &m_loop, [this] {
+            if (++m_decoded == bench::DetailedPictures)
+                m_loop.quit();
+        });
+        QObject::connect(&m_receiver, &VideoHVX3Reciver::pixmapReady, &m_loop, [this](const QPixmap &pixmap) {
+            m_shown = pixmap;
+            ++m_pixmaps;
+        });
+    }
+
+    void play(const QByteArray &stream)
+    {
+        m_decoded = 0;
+        m_pixmaps = 0;
+        m_feed.send(stream);
+        m_loop.exec();
+        if (m_pixmaps < bench::DetailedPictures / 2 - 4 || m_shown.size() != bench::DetailedSize)
+            qFatal("%d pixmaps", m_pixmaps);
+    }
+
+private:
+    StreamFeed m_feed;
+    QEventLoop m_loop;
+    VideoHVX3Reciver m_receiver;
+    int m_decoded = 0;
+    int m_pixmaps = 0;
+    QPixmap m_shown;
+};
+
+/// The processor time of this thread: the sender works in another one, and waiting for it is no work.
+template <typename Work>
+bench::Seconds ownTime(Work work)
+{
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return bench::Seconds(double(time.tv_sec) + double(time.tv_nsec) * 1e-9);
+    };
+    const bench::Seconds start = now();
+    work();
+    return now() - start;
+}
+
+void receive(benchmark::State &state, const char *encoder, const char *label)
+{
+    const test::EncodedClip &clip = bench::detailedClip(encoder);
+    const QByteArray stream = streamOf(clip, label);
+    Receiver receiver;
+    pairedRatio(
+        state, [&] { return ownTime([&] { receiver.play(stream); }); },
+        [&] {
+            return ownTime([&] {
+                if (bench::decodeBare(clip) != bench::DetailedPictures)
+                    qFatal("pictures are missing");
+            });
+        },
+        {.limit = 1.15});
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(receive, h264, "libx264", "H264")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
