@@ -1,9 +1,8 @@
 #include "video/CodecStream.h"
 
+#include "video/DecodingTime.h"
 #include "video/VideoLimits.h"
 
-#include <algorithm>
-#include <limits>
 #include <utility>
 
 extern "C" {
@@ -19,32 +18,8 @@ namespace
 /// Above every level of FFmpeg's log: damaged input is usual, and its messages would flood the host's output.
 constexpr int Silent = 100;
 
-/// What decoding takes at most, in nanoseconds; measured with noise, with empty pictures and with damage.
-struct Prices {
-    double byte;
-    double pixel;
-    double keyPixel;                                                  ///< in a picture that needs no other
-    double furtherPass;                                               ///< over a pixel
-    double furtherPassByte = std::numeric_limits<double>::infinity(); ///< passes need this many bytes, too
-};
-constexpr double FurtherBufferPrice = 1; // a pixel
-constexpr double TableBytePrice = 100;
-constexpr double HeaderPrice = 5'000;
 /// What FFmpeg does with damage unless told otherwise.
 constexpr int UsualConcealment = FF_EC_GUESS_MVS | FF_EC_DEBLOCK;
-
-Prices pricesOf(AVCodecID codec)
-{
-    switch (codec) {
-    case AV_CODEC_ID_MJPEG:
-        return {.byte = 14, .pixel = 1, .keyPixel = 1, .furtherPass = 1};
-    case AV_CODEC_ID_MPEG4:
-        // The shortest code for a block of 256 pixels is one bit.
-        return {.byte = 10, .pixel = 3, .keyPixel = 3, .furtherPass = 2, .furtherPassByte = 1600};
-    default:
-        return {.byte = 90, .pixel = 5, .keyPixel = 2.5, .furtherPass = 3};
-    }
-}
 
 VideoCodec codecOf(AVCodecID codec)
 {
@@ -60,29 +35,17 @@ VideoCodec codecOf(AVCodecID codec)
     }
 }
 
-double priceWithoutPixels(AVCodecID codec, const CodedPicture &picture)
+/// The pixels of \a frame, where one with a colour of its own counts more than one that shares it with three
+/// others, which is usual and counts 1.
+double weighedPixels(const AVFrame &frame)
 {
-    return static_cast<double>(picture.bytes.size()) * pricesOf(codec).byte +
-           static_cast<double>(picture.tableBytes) * TableBytePrice +
-           static_cast<double>(picture.headers) * HeaderPrice;
-}
-
-double priceOfPixels(AVCodecID codec, const CodedPicture &picture, double pixels)
-{
-    const Prices prices = pricesOf(codec);
-    const double further = pixels * prices.furtherPass * static_cast<double>(picture.passes - 1);
-    const double possible = static_cast<double>(picture.bytes.size()) * prices.furtherPassByte;
-    return pixels * (picture.isKey ? prices.keyPixel : prices.pixel) + std::min(further, possible);
-}
-
-/// The values that make up a pixel of a JPEG picture, 1 to 4; other pictures have a price for a pixel.
-double pricedSamples(const AVCodecContext &context, const AVFrame &frame)
-{
+    const double pixels = double(frame.width) * frame.height;
     const AVPixFmtDescriptor *format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
-    if (context.codec_id != AV_CODEC_ID_MJPEG || !format)
-        return 1;
-    const int shared = 1 << format->log2_chroma_w << format->log2_chroma_h;
-    return 1 + (format->nb_components - 1.0) / shared;
+    if (!format)
+        return pixels;
+    constexpr double UsualValues = 1.5;
+    const int sharing = 1 << format->log2_chroma_w << format->log2_chroma_h;
+    return pixels * (1 + (format->nb_components - 1.0) / sharing) / UsualValues;
 }
 
 const AVCodec *findDecoder(const QByteArray &name)
@@ -115,6 +78,7 @@ std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name)
     context.flags |= AV_CODEC_FLAG_LOW_DELAY;
     context.max_pixels = MaxPicturePixels;
     context.log_level_offset = Silent;
+    stream->m_codec = codecOf(codec->id);
     context.opaque = stream.get();
     context.get_buffer2 = getBuffer;
     if (avcodec_open2(&context, codec, nullptr) != 0)
@@ -127,8 +91,7 @@ void CodecStream::begin(const QByteArray &bytes)
     m_sent = false;
     m_parts = {};
     m_input = bytes.size() > MaxCodedBytes ? QByteArray() : bytes;
-    m_pictures = CodedPictures(codecOf(m_context->codec_id),
-                               {m_input.constData(), static_cast<std::size_t>(m_input.size())});
+    m_pictures = CodedPictures(m_codec, {m_input.constData(), static_cast<std::size_t>(m_input.size())});
 }
 
 CodecStream::Progress CodecStream::next()
@@ -147,7 +110,7 @@ CodecStream::Progress CodecStream::next()
     } else if (!m_pictures.atEnd()) {
         const CodedPicture coded = m_pictures.next();
         // What would take too long as a whole may be possible in parts.
-        if (!send(coded, false) && m_context->codec_id == AV_CODEC_ID_H264) {
+        if (!send(coded, false) && m_codec == VideoCodec::H264) {
             m_parts = coded.bytes;
             m_partPixels = 0;
         }
@@ -163,8 +126,8 @@ bool CodecStream::send(const CodedPicture &coded, bool isPart)
 {
     m_coded = coded;
     m_isPaid = false;
-    m_timeLeft = MaxPictureTime - priceWithoutPixels(m_context->codec_id, coded);
-    if (m_timeLeft < priceOfPixels(m_context->codec_id, coded, expectedPixels(isPart)))
+    m_timeLeft = MaxPictureTime - timeWithoutPixels(m_codec, coded);
+    if (m_timeLeft < timeOfPixels(m_codec, coded, expectedPixels(isPart)))
         return false;
     m_context->flags2 = isPart ? AV_CODEC_FLAG2_CHUNKS : 0;
     m_packet->data = reinterpret_cast<uint8_t *>(const_cast<char *>(coded.bytes.data())); // only read
@@ -182,7 +145,7 @@ double CodecStream::expectedPixels(bool isPart) const
 {
     if (isPart)
         return m_partPixels;
-    return m_coded.passes > 1 && m_context->codec_id == AV_CODEC_ID_H264 ? m_pixels : 0;
+    return m_coded.passes > 1 && m_codec == VideoCodec::H264 ? m_pixels : 0;
 }
 
 /// The codec asks for the memory of a picture before it decodes any of it.
@@ -190,12 +153,11 @@ int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
 {
     auto &stream = *static_cast<CodecStream *>(context->opaque);
     const double pixels = double(frame->width) * frame->height;
-    stream.m_pixels = pixels;
-    stream.m_partPixels = pixels;
+    stream.m_pixels = weighedPixels(*frame);
+    stream.m_partPixels = stream.m_pixels;
     const bool isFurther = std::exchange(stream.m_isPaid, true);
-    stream.m_timeLeft -= isFurther ? pixels * FurtherBufferPrice
-                                   : priceOfPixels(context->codec_id, stream.m_coded,
-                                                   pixels * pricedSamples(*context, *frame));
+    stream.m_timeLeft -= isFurther ? timeOfFurtherBuffer(stream.m_pixels)
+                                   : timeOfPixels(stream.m_codec, stream.m_coded, stream.m_pixels);
     if (stream.m_timeLeft < 0 || pixels > MaxPicturePixels)
         return AVERROR(EINVAL);
     context->error_concealment = pixels > MaxConcealedPixels ? 0 : UsualConcealment;

@@ -38,6 +38,7 @@ private:
     bool send(const CodedPicture &coded, bool isPart);
     double expectedPixels(bool isPart) const;
 
+    VideoCodec m_codec = VideoCodec::Other;
     CodecContextHandle m_context;
     PacketHandle m_packet;
     FrameHandle m_frame;

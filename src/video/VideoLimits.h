@@ -14,7 +14,7 @@ inline constexpr int MaxCodedBytes = 8 * 1024 * 1024;
 /// Pixels of one picture; a little more than 5472 x 3648.
 inline constexpr qint64 MaxPicturePixels = 20 * 1024 * 1024;
 /// How long the decoding of one picture may take, in nanoseconds, by an estimate from its bytes and pixels
-/// (CodecStream.cpp). It cannot be interrupted, and the window has to answer a key within 200 ms.
+/// (DecodingTime.h). It cannot be interrupted, and the window has to answer a key within 200 ms.
 inline constexpr double MaxPictureTime = 100e6;
 /// Pixels of a picture whose damaged parts are guessed; guessing takes many times as long as decoding.
 inline constexpr qint64 MaxConcealedPixels = 1024 * 1024;
