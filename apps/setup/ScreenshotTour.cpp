@@ -80,8 +80,7 @@ ScreenshotTour::ScreenshotTour(OrbSetup &store, const QString &folder) : m_folde
     connect(&m_standstill, &QTimer::timeout, this, [this] { fail(tr("The recorder does not answer.")); });
     connect(&m_closing, &QTimer::timeout, this, [this] { closeEverything(); });
 
-    // The store of a preview has no recorder.
-    m_hasLivePictures = store.metaObject() != &OrbSetup::staticMetaObject;
+    m_hasLivePictures = !store.property("offline").toBool();
     connect(&store, &OrbSetup::progress, this, [this] { m_standstill.start(); });
     connect(&store, &OrbSetup::pseudothrow, this, [this](const QString &message) { fail(message); });
     // Queued, so that the window has built itself when its pictures are taken.

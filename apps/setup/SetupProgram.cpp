@@ -85,6 +85,7 @@ ExitCode runPreview(const CommandLine &commandLine)
     const NoNetwork noNetwork;
     PreviewFiles files; // outlives the store, which writes its files at its end
     OrbSetup store(QFileInfo(commandLine.description).fileName());
+    store.setProperty("offline", true);
     const QString problem = files.copyTo(store, commandLine.description, commandLine.filesFolder);
     if (!problem.isEmpty())
         return failed(problem, commandLine.screenshotFolder.isEmpty());

@@ -26,7 +26,9 @@ class QIODevice;
 /// Edits stay in memory until flush() or destruction. Failures are never thrown: they are reported through
 /// pseudothrow() with a translated text, and the call returns an empty result. Used from one thread only.
 ///
-/// The base class is a purely local store; OrbNetSetup adds the link to a recorder.
+/// The base class is a purely local store; OrbNetSetup adds the link to a recorder. When the session with it
+/// must not reach any recorder, not even for the pictures that a description names the source of, the host
+/// sets its dynamic property "offline" to true before the session.
 class PARAVUE_EXPORT OrbSetup : public QObject
 {
     Q_OBJECT

@@ -80,8 +80,7 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
                            letUserAct([&] { allowed = askAboutPath(this, path, use); });
                            return allowed;
                        }});
-    // A store without a link has no recorder whose pictures could be shown.
-    if (setup->metaObject() != &OrbSetup::staticMetaObject)
+    if (!setup->property("offline").toBool())
         m_session->tasks.setReceiverFactory(pictureReceivers(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
     m_described = std::make_unique<DescribedFrame>(*this, *m_frame, *m_session);

@@ -6,6 +6,7 @@
 #include "setup/SetupProgram.h"
 #include "support/TestTable.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCryptographicHash>
 #include <QDialog>
@@ -283,11 +284,16 @@ void TestSetupProgram::previewsOnCopies()
     commandLine.filesFolder = folder.path();
     commandLine.language = "en";
     QString shown;
+    QString picture;
     const auto proxy = [] { return QNetworkProxy::applicationProxy(); };
     const QNetworkProxy usual = proxy();
     QNetworkProxy meanwhile;
     const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
         meanwhile = proxy();
+        for (QWidget *child : top.findChildren<QWidget *>()) {
+            if (child->inherits("paravue::OnlineView"))
+                picture = QAccessible::queryAccessibleInterface(child)->text(QAccessible::Value);
+        }
         for (QLineEdit *name : top.findChildren<QLineEdit *>()) {
             if (name->text() != "Warehouse recorder")
                 continue;
@@ -298,6 +304,7 @@ void TestSetupProgram::previewsOnCopies()
             save->click();
     });
     QCOMPARE(code, Accepted);
+    QCOMPARE(picture, "No video in a preview");
     QVERIFY(meanwhile.type() == QNetworkProxy::HttpProxy && meanwhile.port() == 0); // leads nowhere
     QCOMPARE(proxy(), usual);
     QVERIFY2(!shown.isEmpty() && before.value("streams").contains(shown.toUtf8()), qPrintable(shown));

@@ -7,6 +7,7 @@ namespace paravue::test
 
 StoreFixture::StoreFixture(const QMap<QString, QByteArray> &files)
 {
+    m_store.setProperty("offline", true);
     QObject::connect(&m_store, &OrbSetup::pseudothrow, &m_store,
                      [this](const QString &text) { m_errors << text; });
     for (auto file = files.cbegin(); file != files.cend(); ++file)
