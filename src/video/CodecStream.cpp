@@ -1,7 +1,6 @@
 #include "video/CodecStream.h"
 
 #include "video/DecodingTime.h"
-#include "video/VideoLimits.h"
 
 #include <utility>
 
@@ -61,7 +60,7 @@ bool CodecStream::isDecoder(const QByteArray &name)
     return findDecoder(name) != nullptr;
 }
 
-std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name)
+std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name, const DecodingLimits &limits)
 {
     const AVCodec *codec = findDecoder(name);
     if (!codec)
@@ -76,7 +75,8 @@ std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name)
     // Several threads, or pictures held back to bring them into order, would show each picture later.
     context.thread_count = 1;
     context.flags |= AV_CODEC_FLAG_LOW_DELAY;
-    context.max_pixels = MaxPicturePixels;
+    stream->m_limits = limits;
+    context.max_pixels = limits.pixels;
     context.log_level_offset = Silent;
     stream->m_codec = codecOf(codec->id);
     context.opaque = stream.get();
@@ -90,7 +90,7 @@ void CodecStream::begin(const QByteArray &bytes)
 {
     m_sent = false;
     m_parts = {};
-    m_input = bytes.size() > MaxCodedBytes ? QByteArray() : bytes;
+    m_input = bytes.size() > m_limits.bytes ? QByteArray() : bytes;
     m_pictures = CodedPictures(m_codec, {m_input.constData(), static_cast<std::size_t>(m_input.size())});
 }
 
@@ -126,7 +126,7 @@ bool CodecStream::send(const CodedPicture &coded, bool isPart)
 {
     m_coded = coded;
     m_isPaid = false;
-    m_timeLeft = MaxPictureTime - timeWithoutPixels(m_codec, coded);
+    m_timeLeft = m_limits.pictureTime - timeWithoutPixels(m_codec, coded);
     if (m_timeLeft < timeOfPixels(m_codec, coded, expectedPixels(isPart)))
         return false;
     m_context->flags2 = isPart ? AV_CODEC_FLAG2_CHUNKS : 0;
@@ -158,9 +158,9 @@ int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
     const bool isFurther = std::exchange(stream.m_isPaid, true);
     stream.m_timeLeft -= isFurther ? timeOfFurtherBuffer(stream.m_pixels)
                                    : timeOfPixels(stream.m_codec, stream.m_coded, stream.m_pixels);
-    if (stream.m_timeLeft < 0 || pixels > MaxPicturePixels)
+    if (stream.m_timeLeft < 0 || pixels > stream.m_limits.pixels)
         return AVERROR(EINVAL);
-    context->error_concealment = pixels > MaxConcealedPixels ? 0 : UsualConcealment;
+    context->error_concealment = pixels > stream.m_limits.concealedPixels ? 0 : UsualConcealment;
     return avcodec_default_get_buffer2(context, frame, flags);
 }
 

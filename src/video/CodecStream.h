@@ -2,6 +2,7 @@
 
 #include "video/CodedPictures.h"
 #include "video/FfmpegHandles.h"
+#include "video/VideoLimits.h"
 
 #include <QByteArray>
 
@@ -13,14 +14,13 @@ namespace paravue
 /// An open decoder of one compressed video stream: bytes in, decoded pictures out.
 ///
 /// A live picture is shown when it comes. So everything that is passed to begin() is decoded before the next
-/// bytes, and what the codec cannot use is dropped; nothing waits for more. It is done in steps, none of
-/// which is long: a picture that would take too long (see VideoLimits.h) counts as one that the codec cannot
-/// use.
+/// bytes, and what the codec cannot use is dropped; nothing waits for more. It is done in steps. A picture
+/// that would take longer than the limits allow counts as one that the codec cannot use.
 class CodecStream
 {
 public:
     /// \a name is that of a video decoder of libavcodec; null when there is none or it does not open.
-    static std::unique_ptr<CodecStream> open(const QByteArray &name);
+    static std::unique_ptr<CodecStream> open(const QByteArray &name, const DecodingLimits &limits);
     static bool isDecoder(const QByteArray &name);
 
     /// \a bytes hold any number of whole coded pictures. What is left of the last ones is dropped.
@@ -38,6 +38,7 @@ private:
     bool send(const CodedPicture &coded, bool isPart);
     double expectedPixels(bool isPart) const;
 
+    DecodingLimits m_limits;
     VideoCodec m_codec = VideoCodec::Other;
     CodecContextHandle m_context;
     PacketHandle m_packet;

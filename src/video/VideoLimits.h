@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <limits>
+
 /// What a stream may cost. A recorder is never trusted: a few bytes can claim a picture of a
 /// gigabyte.
 namespace paravue
@@ -9,15 +11,8 @@ namespace paravue
 
 /// Bytes of a frame, of all unfinished frames together and of a header.
 inline constexpr int MaxFrameBytes = 64 * 1024 * 1024;
-/// Bytes that are decoded as one: more cannot be a picture that is decoded in the time below.
-inline constexpr int MaxCodedBytes = 8 * 1024 * 1024;
-/// Pixels of one picture; a little more than 5472 x 3648.
-inline constexpr qint64 MaxPicturePixels = 20 * 1024 * 1024;
-/// How long the decoding of one picture may take, in nanoseconds, by an estimate from its bytes and pixels
-/// (DecodingTime.h). It cannot be interrupted, and the window has to answer a key within 200 ms.
-inline constexpr double MaxPictureTime = 100e6;
-/// Pixels of a picture whose damaged parts are guessed; guessing takes many times as long as decoding.
-inline constexpr qint64 MaxConcealedPixels = 1024 * 1024;
+/// Pixels of one picture, live or not; a little more than 7680 x 4320.
+inline constexpr qint64 MaxPicturePixels = 32 * 1024 * 1024;
 /// By how much pixels that are not square may heighten a picture.
 inline constexpr int MaxHeightening = 4;
 
@@ -30,5 +25,21 @@ inline constexpr qint64 MaxStillPixels = 32 * 1024 * 1024;
 inline constexpr qint64 MaxStillWork = 3 * MaxStillPixels;
 /// Pixels from which on a still picture is reduced while it is decoded: 3840 x 2160.
 inline constexpr qint64 LargestStill = 3840 * 2160;
+
+/// What decoding may cost.
+struct DecodingLimits {
+    /// Bytes that are given to a decoder at once.
+    int bytes = std::numeric_limits<int>::max() / 2; // FFmpeg counts in int and pads
+    qint64 pixels = MaxPicturePixels;
+    /// How long the decoding of one picture may take, in nanoseconds, by an estimate from its bytes and
+    /// pixels (DecodingTime.h). It cannot be interrupted.
+    double pictureTime = std::numeric_limits<double>::infinity();
+    /// Pixels of a picture whose damaged parts are guessed; guessing takes many times as long as decoding.
+    qint64 concealedPixels = MaxPicturePixels;
+};
+
+/// While a window has to answer a key within 200 ms. The pixels are a little more than 5472 x 3648; what has
+/// more bytes cannot be a picture that is decoded in the time; 1920 x 1080 is guessed.
+inline constexpr DecodingLimits LiveLimits{8 * 1024 * 1024, 20 * 1024 * 1024, 125e6, 2 * 1024 * 1024};
 
 } // namespace paravue

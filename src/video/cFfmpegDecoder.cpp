@@ -8,6 +8,8 @@
 #include <utility>
 
 using paravue::CodecStream;
+using paravue::DecodingLimits;
+using paravue::LiveLimits;
 using paravue::TurnShare;
 
 cFfmpegDecoder::cFfmpegDecoder(QObject *parent) : QObject(parent) {}
@@ -91,7 +93,7 @@ void cFfmpegDecoder::open(const QByteArray &name)
     m_hasPicture = false;
     m_image = QImage();
     m_converter.reset();
-    m_stream = CodecStream::open(name);
+    m_stream = CodecStream::open(name, m_share ? LiveLimits : DecodingLimits());
 }
 
 void cFfmpegDecoder::decodeOn()

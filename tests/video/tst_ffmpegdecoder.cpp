@@ -271,10 +271,15 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes()
 {
     QFETCH(EncodedClip, clip);
     QFETCH(QByteArray, bytes);
-    Viewer viewer;
-    QVERIFY(viewer.decoder.create(clip.decoder));
-    viewer.decoder.append(bytes);
-    QTEST(viewer.numbers, "numbers");
+    for (const bool inTurns : {false, true}) {
+        Viewer viewer;
+        if (inTurns)
+            viewer.decoder.workInTurns();
+        QVERIFY(viewer.decoder.create(clip.decoder));
+        viewer.decoder.append(bytes);
+        QTRY_VERIFY(!viewer.decoder.isBusy());
+        QTEST(viewer.numbers, "numbers");
+    }
 }
 
 void TestFfmpegDecoder::refusesWhatTakesTooLong_data()
@@ -294,10 +299,12 @@ void TestFfmpegDecoder::refusesWhatTakesTooLong()
     QFETCH(EncodedClip, clip);
     QFETCH(QByteArray, bytes);
     Viewer viewer;
+    viewer.decoder.workInTurns();
     QVERIFY(viewer.decoder.create(clip.decoder));
     viewer.decoder.append(clip.pictures[0]);
     viewer.decoder.append(bytes);
     viewer.decoder.append(clip.pictures[0]);
+    QTRY_VERIFY(!viewer.decoder.isBusy());
     QCOMPARE(viewer.numbers, QList<int>({0, 0}));
 }
 
