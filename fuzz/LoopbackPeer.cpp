@@ -1,30 +1,12 @@
 #include "LoopbackPeer.h"
 
+#include "Events.h"
 #include "Require.h"
-
-#include <QAbstractEventDispatcher>
-#include <QThread>
 
 #include <sys/socket.h>
 
-namespace
-{
-
-/// An event loop that is still busy then is one that never rests.
-constexpr int MaxRounds = 100000;
-
-} // namespace
-
 namespace paravue::fuzz
 {
-
-void handleEvents()
-{
-    QAbstractEventDispatcher *const events = QThread::currentThread()->eventDispatcher();
-    int rounds = 0;
-    while (events->processEvents(QEventLoop::AllEvents))
-        require(++rounds < MaxRounds, "the event loop comes to rest");
-}
 
 LoopbackPeer::LoopbackPeer()
 {

@@ -9,9 +9,6 @@
 namespace paravue::fuzz
 {
 
-/// Handles the events that there are, until there are none.
-void handleEvents();
-
 /// The recorder's end of one connection after another, on this computer and in the same event loop.
 class LoopbackPeer
 {

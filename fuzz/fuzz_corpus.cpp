@@ -136,8 +136,10 @@ int main(int argc, char *argv[])
         const QString name = nameOf(codec);
         const QByteArray stream = streamOf(codec);
         corpus.addStream(name, stream);
-        corpus.add("decoder", name, QByteArray(1, codecOfDecoder++) + '\0',
-                   picturesIn(stream).join(PieceBorder));
+        const QByteArray pictures = picturesIn(stream).join(PieceBorder);
+        corpus.add("decoder", name, QByteArray(1, codecOfDecoder) + '\0', pictures);
+        corpus.add("decoder", name + "-turns", QByteArray(1, codecOfDecoder | '\x80') + '\0', pictures);
+        ++codecOfDecoder;
         for (const QString &fault : recorder::videoFaultNames())
             corpus.addStream(name + '-' + fault, streamOf(codec, fault));
     }

@@ -1,15 +1,18 @@
 // Whatever a codec is fed, what comes out are pictures that can be shown. What a receiver does with them
 // (keeping one, feeding more, beginning another stream, ending the decoder) is survived.
 //
-// Input: a byte that chooses the codec and what the receiver does, one that says at which picture, then what
-// is appended, in pieces with a PieceBorder between them.
+// Input: a byte that chooses the codec, what the receiver does and whether the decoder works in turns, one
+// that says at which picture, then what is appended, in pieces with a PieceBorder between them.
 
+#include "Events.h"
 #include "FuzzInput.h"
 #include "ImageCheck.h"
 #include "PictureCounters.h"
 #include "Require.h"
 
 #include "video/cFfmpegDecoder.h"
+
+#include <QCoreApplication>
 
 #include <array>
 #include <memory>
@@ -23,6 +26,7 @@ enum Deed { None, Keep, FeedMore, BeginAgain, BeginOther, End };
 
 constexpr std::array<const char *, 4> Codecs = {"h264", "mpeg4", "mjpeg", ""};
 constexpr int Deeds = End + 1;
+constexpr quint8 InTurns = 0x80;
 
 class Receiver
 {
@@ -45,11 +49,13 @@ private:
 };
 
 Receiver::Receiver(quint8 choice, int picturesUntilDeed)
-    : m_codec(choice % Codecs.size()), m_deed(Deed(choice / Codecs.size() % Deeds)),
+    : m_codec(choice % Codecs.size()), m_deed(Deed((choice & ~InTurns) / Codecs.size() % Deeds)),
       m_picturesUntilDeed(picturesUntilDeed)
 {
     QObject::connect(m_decoder.get(), &cFfmpegDecoder::onFrame, m_decoder.get(),
                      [this](const QImage &image) { take(image); });
+    if (choice & InTurns)
+        m_decoder->workInTurns();
     begin(m_codec);
 }
 
@@ -66,7 +72,12 @@ void Receiver::feed(const QList<QByteArray> &pieces)
             break;
         m_lastPiece = piece;
         m_decoder->append(piece);
+        // In turns, other pieces come while this one is not decoded yet.
+        if (piece.size() % 2 == 0)
+            handleEvents();
     }
+    // A decoder that works in turns pauses at times.
+    handleEventsUntil([this] { return !m_decoder || !m_decoder->isBusy(); });
     m_decoder.reset();
     if (!m_kept.isNull())
         checkImage(m_kept);
@@ -105,6 +116,12 @@ void Receiver::act(const QImage &image)
 }
 
 } // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    static QCoreApplication application(*argc, *argv);
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {

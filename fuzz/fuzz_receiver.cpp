@@ -4,6 +4,7 @@
 // Input: a byte that chooses the receiver and what the recorder does first, one that chooses the borders,
 // what the recorder sends.
 
+#include "Events.h"
 #include "FuzzInput.h"
 #include "ImageCheck.h"
 #include "LoopbackPeer.h"
@@ -128,8 +129,7 @@ void waitUntilRead(const VideoHVX3Reciver &receiver)
 {
     const auto *decoder = receiver.findChild<cFfmpegDecoder *>();
     const auto *socket = receiver.findChild<QTcpSocket *>();
-    while (decoder->isBusy() || socket->bytesAvailable() > 0)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    handleEventsUntil([&] { return !decoder->isBusy() && socket->bytesAvailable() == 0; });
 }
 
 /// A recorder that has not acknowledged sends on and on; nothing of that may be kept.
