@@ -277,7 +277,7 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes()
             viewer.decoder.workInTurns();
         QVERIFY(viewer.decoder.create(clip.decoder));
         viewer.decoder.append(bytes);
-        QTRY_VERIFY(!viewer.decoder.isBusy());
+        QTRY_VERIFY_WITH_TIMEOUT(!viewer.decoder.isBusy(), 60'000);
         QTEST(viewer.numbers, "numbers");
     }
 }
@@ -304,7 +304,7 @@ void TestFfmpegDecoder::refusesWhatTakesTooLong()
     viewer.decoder.append(clip.pictures[0]);
     viewer.decoder.append(bytes);
     viewer.decoder.append(clip.pictures[0]);
-    QTRY_VERIFY(!viewer.decoder.isBusy());
+    QTRY_VERIFY_WITH_TIMEOUT(!viewer.decoder.isBusy(), 60'000);
     QCOMPARE(viewer.numbers, QList<int>({0, 0}));
 }
 
@@ -358,7 +358,7 @@ void TestFfmpegDecoder::worksInTurns()
     }
     QSignalSpy idle(&viewers[0].decoder, &cFfmpegDecoder::idle);
     turn.start(0);
-    QTRY_VERIFY(!viewers[0].decoder.isBusy() && !viewers[1].decoder.isBusy());
+    QTRY_VERIFY_WITH_TIMEOUT(!viewers[0].decoder.isBusy() && !viewers[1].decoder.isBusy(), 60'000);
     QCOMPARE(idle.size(), 1);
     for (const Viewer &viewer : viewers)
         QCOMPARE(viewer.numbers, upTo(50) + upTo(50) + upTo(1));
