@@ -36,6 +36,7 @@ RecorderServer::RecorderServer(const QString &dataDir, const QString &model, QOb
     m_service->folder().prepare(m_error);
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
     connect(m_video.get(), &VideoService::logged, this, &RecorderServer::logged);
+    connect(m_video.get(), &VideoService::failed, this, &RecorderServer::failed);
     m_goingDown.setSingleShot(true);
     m_comingBack.setSingleShot(true);
     connect(this, &RecorderServer::fileReceived, this, [this](const QString &name, const QByteArray &body) {

@@ -90,6 +90,8 @@ Q_SIGNALS:
     /// One readable line for each request and each answer, and for the body of a command or of what is put
     /// into the file "time". Passwords, packages and the contents of other files are not in it.
     void logged(const QString &line);
+    /// Something that the user asked for does not work, as VideoService::failed() says.
+    void failed(const QString &line);
     /// A client sent a file that was accepted and is now kept.
     void fileReceived(const QString &name, const QByteArray &body);
     /// A restart: every client was dropped and none is accepted, until the recorder is back on its port.

@@ -387,6 +387,10 @@ void TestRecorderVideo::recordsWhatAClientGets()
     service.stopRecording();
     QTRY_VERIFY(!service.isStreaming());
     const auto sink = std::make_shared<TestSink>();
+    QString fault;
+    QVERIFY(!service.record(path, &fault)); // what was recorded before is not lost
+    QCOMPARE(fault, "it exists already, and is not overwritten");
+    QVERIFY(QFile::remove(path));
     QVERIFY(service.record(path));
     service.watch(sink);
     QTRY_VERIFY(sink->pieces >= 10);

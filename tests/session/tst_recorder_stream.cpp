@@ -215,12 +215,13 @@ void TestRecorderStream::survivesFaults()
 
 void TestRecorderStream::playsFiles_data()
 {
-    const TestTable<QByteArray, QString, QByteArray> row("encoder", "file", "label");
-    row("H.264 in MP4", "libx264", "a.mp4", "H264");
-    row("H.264 with nothing around", "libx264", "a.h264", "H264");
-    row("MPEG-4 in MP4", "mpeg4", "b.mp4", "mp4v");
-    row("motion JPEG in AVI", "mjpeg", "c.avi", "mjpeg");
-    row("a codec that recorders do not send", "mpeg2video", "d.avi", "mp4v");
+    const TestTable<QByteArray, QString, QByteArray, int> row("encoder", "file", "label", "pictures");
+    row("H.264 in MP4", "libx264", "a.mp4", "H264", 6);
+    row("H.264 with nothing around", "libx264", "a.h264", "H264", 6);
+    row("MPEG-4 in MP4", "mpeg4", "b.mp4", "mp4v", 6);
+    row("motion JPEG in AVI", "mjpeg", "c.avi", "mjpeg", 6);
+    row("a single picture", "mjpeg", "c.jpg", "mjpeg", 1);
+    row("a codec that recorders do not send", "mpeg2video", "d.avi", "mp4v", 6);
 }
 
 void TestRecorderStream::playsFiles()
@@ -228,11 +229,13 @@ void TestRecorderStream::playsFiles()
     QFETCH(QByteArray, encoder);
     QFETCH(QString, file);
     QFETCH(QByteArray, label);
+    QFETCH(int, pictures);
     if (!canEncode(encoder))
         QSKIP("this FFmpeg has no encoder");
     ClipFormat format;
     format.encoder = encoder;
     format.size = {352, 288};
+    format.pictures = pictures;
     const QString path = m_folder.filePath(file);
     writeMovie(path, format);
     RecorderServer server(m_folder.filePath("data"));
@@ -241,8 +244,12 @@ void TestRecorderStream::playsFiles()
     QVERIFY2(server.video().setFile(path, &fault), qPrintable(fault));
     QVERIFY(server.listen());
 
+    const auto snapshot = [&] { return QImage::fromData(server.video().snapshot(), "JPEG"); };
+    QCOMPARE(snapshot().size(), format.size);
+    QCOMPARE(shownNumber(snapshot()), 0);
     VideoViewer viewer(server.port());
     QTRY_VERIFY(viewer.pictures.size() >= 3 * format.pictures);
+    QCOMPARE_LE(shownNumber(snapshot()), format.pictures - 1);
     QCOMPARE(videoLabels(viewer), QSet<QByteArray>{label + '\0'});
     for (qsizetype i = 0; i < viewer.pictures.size(); ++i)
         QCOMPARE(shownNumber(viewer.pictures[i]), i % format.pictures);

@@ -1,5 +1,7 @@
 #include "FileSource.h"
 
+#include "StillPicture.h"
+
 #include <QDir>
 
 #include <algorithm>
@@ -13,6 +15,8 @@ namespace
 /// Packets that are looked at for one picture; more would keep the recorder from its clients.
 constexpr int MostPackets = 200;
 constexpr double LongestInterval = 10000;
+/// A file that has no picture any more is not read again and again for one.
+constexpr int MostRewinds = 2;
 
 std::optional<VideoCodec> sentAsItIs(AVCodecID id)
 {
@@ -41,21 +45,6 @@ const char *filterFor(VideoCodec codec)
     }
 }
 
-/// The name of a format with all values of brightness is an old one; the scaler is told the range apart.
-AVPixelFormat plainFormat(AVPixelFormat format)
-{
-    switch (format) {
-    case AV_PIX_FMT_YUVJ420P:
-        return AV_PIX_FMT_YUV420P;
-    case AV_PIX_FMT_YUVJ422P:
-        return AV_PIX_FMT_YUV422P;
-    case AV_PIX_FMT_YUVJ444P:
-        return AV_PIX_FMT_YUV444P;
-    default:
-        return format;
-    }
-}
-
 } // namespace
 
 FileSource::FileSource() : m_packet(av_packet_alloc()) {}
@@ -66,11 +55,13 @@ std::unique_ptr<VideoSource> FileSource::open(const QString &path, const VideoSe
                                               QString &fault)
 {
     std::unique_ptr<FileSource> source(new FileSource);
-    fault = source->openFile(path);
+    source->m_path = path;
+    fault = source->openFile();
     if (!fault.isEmpty())
         return nullptr;
     const AVStream *stream = source->m_input->streams[source->m_stream];
-    const std::optional<VideoCodec> codec = sentAsItIs(stream->codecpar->codec_id);
+    source->m_fileCodec = stream->codecpar->codec_id;
+    const std::optional<VideoCodec> codec = sentAsItIs(source->m_fileCodec);
     source->m_codec = codec.value_or(settings.codec);
     fault = codec ? source->openFilter() : source->openTranscoder(settings);
     if (!fault.isEmpty())
@@ -78,10 +69,10 @@ std::unique_ptr<VideoSource> FileSource::open(const QString &path, const VideoSe
     return source;
 }
 
-QString FileSource::openFile(const QString &path)
+QString FileSource::openFile()
 {
     // A path that looks like an address is a file all the same, and so is what a play list names.
-    const QByteArray url = "file:" + QDir::toNativeSeparators(path).toUtf8();
+    const QByteArray url = "file:" + QDir::toNativeSeparators(m_path).toUtf8();
     AVFormatContext *input = nullptr;
     AVDictionary *options = nullptr;
     av_dict_set(&options, "protocol_whitelist", "file", 0);
@@ -134,8 +125,7 @@ QString FileSource::openTranscoder(const VideoSettings &settings)
     if (result < 0)
         return ffmpegError(result);
     VideoSettings own = settings;
-    const QSize even(parameters.width & ~1, parameters.height & ~1);
-    own.size = even.expandedTo(VideoSettings::MinSize).boundedTo(VideoSettings::MaxSize);
+    own.size = encodableSize({parameters.width, parameters.height});
     QString fault;
     m_encoder = PictureEncoder::open(own, fault);
     return fault;
@@ -143,7 +133,13 @@ QString FileSource::openTranscoder(const VideoSettings &settings)
 
 CodedPicture FileSource::next(bool wantKey, const CameraPose &, qint64)
 {
-    return m_encoder ? transcoded(wantKey) : copied();
+    m_rewinds = 0;
+    const CodedPicture picture = m_encoder ? transcoded(wantKey) : copied();
+    if (!picture.bytes.isEmpty())
+        m_fault.clear();
+    if (picture.isKey && !m_encoder)
+        m_lastKey = picture.bytes;
+    return picture;
 }
 
 /// The next packet of the video; at the end of the file it begins again, for a decoder with an empty packet
@@ -152,7 +148,7 @@ bool FileSource::readPacket()
 {
     for (int tries = 0; tries < MostPackets; ++tries) {
         av_packet_unref(m_packet.get());
-        const int result = av_read_frame(m_input.get(), m_packet.get());
+        const int result = m_input ? av_read_frame(m_input.get(), m_packet.get()) : AVERROR_EOF;
         if (result < 0) {
             if (!rewind())
                 return false;
@@ -171,10 +167,28 @@ bool FileSource::readPacket()
 
 bool FileSource::rewind()
 {
+    if (++m_rewinds > MostRewinds) {
+        m_fault = QStringLiteral("there is no picture in it any more");
+        return false;
+    }
     if (m_filter)
         av_bsf_flush(m_filter.get());
-    return av_seek_frame(m_input.get(), m_stream, 0, AVSEEK_FLAG_BACKWARD) >= 0 ||
-           av_seek_frame(m_input.get(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
+    return (m_input && (av_seek_frame(m_input.get(), m_stream, 0, AVSEEK_FLAG_BACKWARD) >= 0 ||
+                        av_seek_frame(m_input.get(), -1, 0, AVSEEK_FLAG_BYTE) >= 0)) ||
+           reopen();
+}
+
+/// Some kinds of files, such as single pictures, have no way back.
+bool FileSource::reopen()
+{
+    m_fault = openFile();
+    if (m_fault.isEmpty() && m_input->streams[m_stream]->codecpar->codec_id != m_fileCodec)
+        m_fault = QStringLiteral("it has another codec than before");
+    if (m_fault.isEmpty() && m_filter)
+        m_fault = openFilter();
+    if (!m_fault.isEmpty())
+        m_input.reset();
+    return m_fault.isEmpty();
 }
 
 CodedPicture FileSource::copied()
@@ -213,21 +227,15 @@ bool FileSource::decode()
 bool FileSource::convert()
 {
     AVFrame *const target = m_encoder->frame();
-    const AVFrame &source = *m_decoded;
-    const AVPixelFormat format = plainFormat(AVPixelFormat(source.format));
-    if (!target)
-        return false;
-    m_scaler.reset(sws_getCachedContext(
-        m_scaler.release(), source.width, source.height, format, target->width, target->height,
-        plainFormat(AVPixelFormat(target->format)), SWS_BILINEAR, nullptr, nullptr, nullptr));
-    if (!m_scaler)
-        return false;
-    const bool isFull = source.color_range == AVCOL_RANGE_JPEG || format != source.format;
-    const int *const colours = sws_getCoefficients(SWS_CS_DEFAULT);
-    sws_setColorspaceDetails(m_scaler.get(), colours, isFull, colours,
-                             target->color_range == AVCOL_RANGE_JPEG, 0, 1 << 16, 1 << 16);
-    sws_scale(m_scaler.get(), source.data, source.linesize, 0, source.height, target->data, target->linesize);
-    return true;
+    return target && scaleInto(*target, *m_decoded, m_scaler);
+}
+
+QByteArray FileSource::still() const
+{
+    if (m_encoder)
+        return m_decoded->width > 0 ? jpegOf(*m_decoded) : QByteArray();
+    const Frame picture = m_lastKey.isEmpty() ? nullptr : decodedPicture(*m_filter->par_out, m_lastKey);
+    return picture ? jpegOf(*picture) : QByteArray();
 }
 
 } // namespace recorder

@@ -19,20 +19,28 @@ public:
     VideoCodec codec() const override { return m_codec; }
     CodedPicture next(bool wantKey, const CameraPose &pose, qint64 time) override;
     double interval() const override { return m_interval; }
+    QByteArray still() const override;
+    QString fault() const override { return m_fault; }
 
 private:
     FileSource();
 
-    QString openFile(const QString &path);
+    QString openFile();
     QString openFilter();
     QString openTranscoder(const VideoSettings &settings);
     bool readPacket();
     bool rewind();
+    bool reopen();
     CodedPicture copied();
     CodedPicture transcoded(bool wantKey);
     bool decode();
     bool convert();
 
+    QString m_path;
+    QString m_fault;
+    QByteArray m_lastKey;
+    AVCodecID m_fileCodec = AV_CODEC_ID_NONE;
+    int m_rewinds = 0; // for the present picture
     Input m_input;
     Packet m_packet;
     BitstreamFilter m_filter;

@@ -1,5 +1,7 @@
 #include "RecordFile.h"
 
+#include <QFileInfo>
+
 namespace recorder
 {
 
@@ -7,15 +9,22 @@ std::shared_ptr<RecordFile> RecordFile::create(const QString &path, QString &fau
 {
     std::shared_ptr<RecordFile> file(new RecordFile(path));
     // Not buffered: whoever looks into the file meanwhile finds all of it.
-    if (file->m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (file->m_file.open(QIODevice::NewOnly | QIODevice::WriteOnly | QIODevice::Unbuffered))
         return file;
-    fault = file->m_file.errorString();
+    fault = QFileInfo::exists(path) ? QStringLiteral("it exists already, and is not overwritten")
+                                    : file->m_file.errorString();
     return nullptr;
 }
 
 void RecordFile::write(const QByteArray &bytes)
 {
-    m_file.write(bytes);
+    // A full disk takes a part; only writing the rest fails.
+    for (qsizetype done = 0; done < bytes.size();) {
+        const qint64 taken = m_file.write(bytes.constData() + done, bytes.size() - done);
+        if (taken <= 0)
+            return;
+        done += taken;
+    }
 }
 
 } // namespace recorder

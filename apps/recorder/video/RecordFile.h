@@ -11,12 +11,15 @@ namespace recorder
 class RecordFile : public VideoSink
 {
 public:
-    /// Replaces the file. Nothing, with \a fault set, when it cannot be written.
+    /// Makes the file. Nothing, with \a fault set, when there is one already or it cannot be written.
     static std::shared_ptr<RecordFile> create(const QString &path, QString &fault);
 
     bool isReady() const override { return m_file.error() == QFileDevice::NoError; }
     void write(const QByteArray &bytes) override;
     void end() override { m_file.close(); }
+
+    QString path() const { return m_file.fileName(); }
+    QString errorString() const { return m_file.errorString(); }
 
 private:
     explicit RecordFile(const QString &path) : m_file(path) {}

@@ -89,18 +89,36 @@ bool VideoService::setFile(const QString &path, QString *fault)
 bool VideoService::record(const QString &path, QString *fault)
 {
     QString reason;
-    m_recording = RecordFile::create(path, reason);
-    if (m_recording)
-        watch(m_recording);
+    const std::shared_ptr<RecordFile> recording = RecordFile::create(path, reason);
     if (fault)
         *fault = reason;
-    return m_recording != nullptr;
+    if (!recording)
+        return false;
+    m_recording = recording;
+    watch(m_recording);
+    return true;
 }
 
 QByteArray VideoService::snapshot() const
 {
+    if (!m_file.isEmpty())
+        return fileSnapshot();
     return still(m_current.size,
                  [this](PicturePainter &painter) { paintTestPicture(painter, m_pose, m_clock()); });
+}
+
+QByteArray VideoService::fileSnapshot() const
+{
+    constexpr int MostPictures = 100;
+    if (const QByteArray picture = m_source ? m_source->still() : QByteArray(); !picture.isEmpty())
+        return picture;
+    const std::unique_ptr<VideoSource> source = sourceFor(m_current, m_file, nullptr);
+    QByteArray picture;
+    for (int tries = 0; source && picture.isEmpty() && tries < MostPictures; ++tries) {
+        source->next(true, m_pose, 0);
+        picture = source->still();
+    }
+    return picture;
 }
 
 QByteArray VideoService::overview() const
@@ -170,6 +188,7 @@ void VideoService::tick()
     logFaults();
     m_isStalled = m_faults.isDue(VideoFaults::Stall);
     send(nextBurst());
+    checkSource();
     checkRecording();
     schedule();
 }
@@ -233,7 +252,8 @@ bool VideoService::openSource()
     QString fault;
     m_source = sourceFor(m_current, m_file, &fault);
     if (!m_source)
-        Q_EMIT logged(QStringLiteral("there is no video: %1").arg(fault));
+        fail(m_file.isEmpty() ? QStringLiteral("there is no video: %1").arg(fault)
+                              : QStringLiteral("there is no video: cannot show %1: %2").arg(m_file, fault));
     return m_source != nullptr;
 }
 
@@ -244,6 +264,7 @@ void VideoService::endStream()
         if (const std::shared_ptr<VideoSink> sink = watcher.sink.lock())
             sink->end();
     }
+    m_recording.reset(); // has ended with the others
     m_source.reset();
     m_texts.clear();
     m_beginsAnew = false;
@@ -357,12 +378,27 @@ void VideoService::sendLate()
     }
 }
 
+void VideoService::checkSource()
+{
+    const QString fault = m_source->fault();
+    if (!fault.isEmpty() && fault != m_sourceFault)
+        fail(QStringLiteral("cannot go on with %1: %2").arg(m_file, fault));
+    m_sourceFault = fault;
+}
+
 void VideoService::checkRecording()
 {
-    if (m_recording && !m_recording->isReady()) {
-        Q_EMIT logged(QStringLiteral("the recording ends: the file cannot be written"));
-        m_recording.reset();
-    }
+    if (!m_recording || m_recording->isReady())
+        return;
+    fail(QStringLiteral("the recording ends: cannot write %1: %2")
+             .arg(m_recording->path(), m_recording->errorString()));
+    m_recording.reset();
+}
+
+void VideoService::fail(const QString &line)
+{
+    Q_EMIT logged(line);
+    Q_EMIT failed(line);
 }
 
 } // namespace recorder

@@ -73,14 +73,15 @@ public:
     /// From the next picture on.
     void setFaults(const VideoFaults &faults) { m_faults = FaultInjector(faults); }
 
-    /// Keeps the stream in a file, from its header on, whether somebody else watches or not. False, with
-    /// \a fault set, when the file cannot be written.
+    /// Keeps the stream in a new file, from its header on, whether somebody else watches or not; a recording
+    /// before ends. False, with \a fault set and nothing changed, when the file exists or cannot be written.
     bool record(const QString &path, QString *fault = nullptr);
     void stopRecording() { m_recording.reset(); }
 
-    /// The present test picture as a JPEG; empty when it cannot be encoded.
+    /// The present picture as a JPEG; empty when it cannot be encoded. Of a file it is the last picture that
+    /// can be decoded by itself, and its first one while nobody watches.
     QByteArray snapshot() const;
-    /// The same of all that the camera can turn to.
+    /// The same of all that the camera of the test picture can turn to.
     QByteArray overview() const;
 
     /// The clock of the stream and of the test picture; the computer's by default.
@@ -110,6 +111,8 @@ public:
 
 Q_SIGNALS:
     void logged(const QString &line);
+    /// Something that the user asked for does not work: a recording or a file that is shown. Logged as well.
+    void failed(const QString &line);
 
 private:
     struct Watcher {
@@ -123,6 +126,7 @@ private:
         QByteArray begin;  ///< for those who begin with it; empty when it is no key picture
     };
 
+    QByteArray fileSnapshot() const;
     QByteArray still(QSize size, const std::function<void(PicturePainter &)> &paint) const;
     void tick();
     void schedule();
@@ -142,7 +146,9 @@ private:
     QByteArray textRecords(quint8 streamId, const QByteArray &text) const;
     void send(const Burst &burst);
     void sendLate();
+    void checkSource();
     void checkRecording();
+    void fail(const QString &line);
 
     VideoSettings m_settings = defaultSettings();
     VideoSettings m_current = m_settings; // differs when a fault has changed it
@@ -153,6 +159,7 @@ private:
     Clock m_clock;
     CommandHandler m_commandHandler;
     std::unique_ptr<VideoSource> m_source; // while somebody watches
+    QString m_sourceFault;                 // the last one that was told
     bool m_beginsAnew = false;
     bool m_repeatsHeader = false;
     bool m_isStalled = false;

@@ -17,6 +17,11 @@ public:
     virtual CodedPicture next(bool wantKey, const CameraPose &pose, qint64 time) = 0;
     /// Milliseconds from the picture before to the next one.
     virtual double interval() const = 0;
+    /// What is shown now as a JPEG, or the last picture that can be decoded by itself; empty when there is
+    /// none or the source knows none.
+    virtual QByteArray still() const { return {}; }
+    /// Why there are no pictures any more; empty while there are.
+    virtual QString fault() const { return {}; }
 };
 
 /// The test picture, encoded.
