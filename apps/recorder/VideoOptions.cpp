@@ -4,6 +4,7 @@
 #include "http/HttpAccess.h"
 #include "video/VideoService.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <limits>
@@ -99,6 +100,12 @@ private:
     QString &m_fault;
 };
 
+QString realPath(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() ? file.canonicalFilePath() : file.absoluteFilePath();
+}
+
 QString settingsConflict(const QCommandLineParser &parser, const VideoOptions &options)
 {
     if (const QString fault = settingsFault(options.settings); !fault.isEmpty())
@@ -107,6 +114,9 @@ QString settingsConflict(const QCommandLineParser &parser, const VideoOptions &o
     if (!options.file.isEmpty() && (options.faults.kinds & changes))
         return QStringLiteral("--%1: size and codec change with the test picture only, not with --%2")
             .arg(FaultOption, FileOption);
+    if (!options.file.isEmpty() && !options.recordFile.isEmpty() &&
+        realPath(options.file) == realPath(options.recordFile))
+        return QStringLiteral("--%1: that is the file that --%2 shows").arg(RecordOption, FileOption);
     if (!options.file.isEmpty() && (parser.isSet(SizeOption) || parser.isSet(RateOption)))
         return QStringLiteral("--%1: the file has its own size and rate").arg(FileOption);
     return {};
@@ -149,7 +159,9 @@ void addVideoOptions(QCommandLineParser &parser)
         {SeedOption, QStringLiteral("Another seed makes other damage (default %1).").arg(faults.seed),
          QStringLiteral("N")},
         {RecordOption,
-         QStringLiteral("Keep the video in this file as a client gets it, whether one watches or not."),
+         QStringLiteral(
+             "Keep the video in this file as a client gets it, whether one watches or not. The file must "
+             "not exist yet."),
          QStringLiteral("FILE")},
         {LoginOption,
          QStringLiteral("How /snapshot.jpg is logged in to over HTTP: %1 (default both).")
@@ -193,9 +205,15 @@ QString applyVideoOptions(const VideoOptions &options, RecorderServer &server)
     if (!options.file.isEmpty() && !video.setFile(options.file, &fault))
         return QStringLiteral("cannot show %1: %2").arg(options.file, fault);
     video.setFaults(options.faults);
-    if (!options.recordFile.isEmpty() && !video.record(options.recordFile, &fault))
-        return QStringLiteral("cannot record to %1: %2").arg(options.recordFile, fault);
     return {};
+}
+
+QString startRecording(const VideoOptions &options, RecorderServer &server)
+{
+    QString fault;
+    if (options.recordFile.isEmpty() || server.video().record(options.recordFile, &fault))
+        return {};
+    return QStringLiteral("cannot record to %1: %2").arg(options.recordFile, fault);
 }
 
 } // namespace recorder

@@ -24,5 +24,7 @@ void addVideoOptions(QCommandLineParser &parser);
 std::optional<VideoOptions> readVideoOptions(const QCommandLineParser &parser, QString &fault);
 /// Returns why that cannot be done; empty when it is done.
 QString applyVideoOptions(const VideoOptions &options, RecorderServer &server);
+/// The same of the recording, once the server listens: a program that cannot run leaves no file.
+QString startRecording(const VideoOptions &options, RecorderServer &server);
 
 } // namespace recorder

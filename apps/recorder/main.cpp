@@ -173,6 +173,7 @@ int run(const Options &options)
             out << QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz ")) << line << Qt::endl;
         });
     }
+    QObject::connect(&server, &recorder::RecorderServer::failed, &server, printError);
     if (!server.errorString().isEmpty()) {
         printError(server.errorString());
         return CannotStart;
@@ -184,6 +185,10 @@ int run(const Options &options)
     if (!server.listen(options.address, options.port)) {
         const QString port = QString::number(options.port);
         printError(QStringLiteral("cannot listen on port %1: %2").arg(port, server.errorString()));
+        return CannotStart;
+    }
+    if (const QString fault = recorder::startRecording(options.video, server); !fault.isEmpty()) {
+        printError(fault);
         return CannotStart;
     }
     Announcement announcement(server);

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -14,6 +15,8 @@ private Q_SLOTS:
     void explainsUsage_data();
     void explainsUsage();
     void servesUntilItIsStopped();
+    void recordsOnlyWhenItListens();
+    void tellsWhenARecordingFails();
 };
 
 void TestRecorderProgram::explainsUsage_data()
@@ -48,6 +51,11 @@ void TestRecorderProgram::explainsUsage_data()
                                   << "cannot show /no/such/file.mp4: No such file or directory";
     QTest::newRow("no such folder") << QStringList("--record=/no/such/file") << 1
                                     << "cannot record to /no/such/file: ";
+    QTest::newRow("recording that exists") << QStringList{"--port=0", "--record", RECORDER_PROGRAM} << 1
+                                           << RECORDER_PROGRAM ": it exists already";
+    QTest::newRow("recording of itself")
+        << QStringList{"--video", RECORDER_PROGRAM, "--record", RECORDER_PROGRAM "/../paravue-recorder"} << 2
+        << "--record: that is the file that --video shows";
     QTest::newRow("no such login") << QStringList("--snapshot-login=none") << 2
                                    << "--snapshot-login takes basic, digest, both";
     QTest::newRow("no such address") << QStringList("--address=here") << 2 << "--address takes an IP address";
@@ -92,6 +100,40 @@ void TestRecorderProgram::servesUntilItIsStopped()
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
     QCOMPARE(QDir(data).entryList(QDir::Files).size(), 10);
+}
+
+void TestRecorderProgram::recordsOnlyWhenItListens()
+{
+    QTemporaryDir folder;
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::LocalHost));
+    QProcess program;
+    program.start(RECORDER_PROGRAM,
+                  {"--port", QString::number(other.serverPort()), "--record", folder.filePath("video.hvx3")});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 1);
+    QVERIFY(program.readAllStandardError().contains("cannot listen"));
+    QVERIFY(QDir(folder.path()).isEmpty());
+}
+
+void TestRecorderProgram::tellsWhenARecordingFails()
+{
+#ifdef Q_OS_WIN
+    QSKIP("needs a limit for files");
+#else
+    QTemporaryDir folder;
+    const QString path = folder.filePath("video.hvx3");
+    QProcess program;
+    const QString limited = "trap '' XFSZ; ulimit -f 1024; exec \"$0\" \"$@\"";
+    program.start("sh", {"-c", limited, RECORDER_PROGRAM, "--port=0", "--record", path, "--video-codec=mjpeg",
+                         "--video-rate=200", "--video-size=1280x720"});
+    const QByteArray wanted = "the recording ends: cannot write " + path.toUtf8() + ": File too large\n";
+    QByteArray said;
+    QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAllStandardError()).contains(wanted), said.constData(),
+                              20000);
+    program.terminate();
+    QVERIFY(program.waitForFinished());
+#endif
 }
 
 QTEST_GUILESS_MAIN(TestRecorderProgram)
