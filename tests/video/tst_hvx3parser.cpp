@@ -124,6 +124,7 @@ private Q_SLOTS:
     void takesMoreFromAReceiver();
     void keepsFramesApart();
     void survivesDamage();
+    void recordsAreUsedLikeAnyOther();
 };
 
 /// Each header is followed by an index record, which shows that the header ended where it should.
@@ -366,6 +367,60 @@ void TestHvx3Parser::survivesDamage()
             QCOMPARE(records.list, whole);
         }
     }
+}
+
+void TestHvx3Parser::recordsAreUsedLikeAnyOther()
+{
+    HDR_T header;
+    const STREAM_T stream{1, 4, "one", QByteArray("two"), {}};
+    header.name = "name";
+    header.streams.append(stream);
+    header.streams << STREAM_T{2, 1, {}, {}, {}} << stream;
+    header.streams.push_back(header.streams.first());
+    header.streams[1].label1 += "x";
+    header.streams.last().streamId = 9;
+    const HDR_T kept = header;
+    QString ids;
+    for (STREAM_T &one : header.streams)
+        one.label3 = "-utf8";
+    for (const STREAM_T &one : kept.streams)
+        ids += QString::number(one.streamId) + QString::fromLatin1(one.label1) + one.label3;
+    QCOMPARE(ids, QString("1one2x1one9one"));
+    QVERIFY(header.streams.at(3).label3.endsWith("utf8") && kept.streams.at(3).label3.isEmpty());
+    QCOMPARE(std::distance(header.streams.cbegin(), header.streams.cend()), 4);
+    header.texts[1] = "koi8";
+    QCOMPARE(header.texts.at(1), QByteArray("koi8"));
+    QVERIFY(header.texts.contains("koi8") && header.texts.at(5).isEmpty() && kept.texts != header.texts);
+    QCOMPARE(header.texts.indexOf("koi8"), 1);
+    header.texts = {"a", "b"};
+    QVERIFY((header.texts == QList<QByteArray>{"a", "b"}) && QList<QByteArray>() != header.texts);
+
+    DATA_T data;
+    data.stream = header.streams.constFirst();
+    data.payload.append("abc").append('d');
+    const DATA_T shared = data;
+    data.payload += data.payload + "efg";
+    data.payload[0] = 'A';
+    *data.payload.begin() = 'B';
+    data.payload.data()[1] = '-';
+    QCOMPARE(data.payload, QByteArray("B-cdabcdefg"));
+    QVERIFY(data.payload == "B-cdabcdefg" && "B-cdabcdefg" == data.payload && data.payload != shared.payload);
+    QCOMPARE(shared.payload.toHex(), QByteArray("61626364"));
+    QCOMPARE(shared.payload.mid(1, 2) + shared.payload.left(1) + shared.payload.right(1), QByteArray("bcad"));
+    QCOMPARE(shared.payload.first(2) + shared.payload.last(1) + shared.payload[1], QByteArray("abdb"));
+    QVERIFY(shared.payload.startsWith('a') && shared.payload.count() == 4 && shared.payload.length() == 4);
+    QCOMPARE(std::string(shared.payload.constData(), shared.payload.size()), std::string("abcd"));
+    QByteArray bytes = shared.payload;
+    bytes += shared.payload;
+    bytes.append(shared.payload);
+    QCOMPARE(bytes, shared.payload + "abcdabcd");
+    data.payload.resize(2);
+    QCOMPARE(data.payload, "B-");
+    data.payload.clear();
+    QVERIFY(data.payload.isEmpty());
+    data.payload = bytes;
+    data.payload = {};
+    QCOMPARE(data.payload, shared.stream.label2.mid(3));
 }
 
 QTEST_APPLESS_MAIN(TestHvx3Parser)
