@@ -2,6 +2,7 @@
 
 #include "video/DecodingTime.h"
 
+#include <cstring>
 #include <utility>
 
 extern "C" {
@@ -16,6 +17,9 @@ namespace
 
 /// Above every level of FFmpeg's log: damaged input is usual, and its messages would flood the host's output.
 constexpr int Silent = 100;
+
+/// Of blocks, in MPEG-4.
+constexpr double RowHeight = 16;
 
 /// What FFmpeg does with damage unless told otherwise.
 constexpr int UsualConcealment = FF_EC_GUESS_MVS | FF_EC_DEBLOCK;
@@ -81,6 +85,7 @@ std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name, const Dec
     stream->m_codec = codecOf(codec->id);
     context.opaque = stream.get();
     context.get_buffer2 = getBuffer;
+    context.slice_flags = SLICE_FLAG_CODED_ORDER | SLICE_FLAG_ALLOW_FIELD; // for endRow()
     if (avcodec_open2(&context, codec, nullptr) != 0)
         return {};
     return stream;
@@ -101,7 +106,7 @@ CodecStream::Progress CodecStream::next()
         // back.
         if (m_frame->pict_type == AV_PICTURE_TYPE_B)
             m_context->flags &= ~AV_CODEC_FLAG_LOW_DELAY;
-        return Progress::Picture;
+        return m_isCut ? Progress::Nothing : Progress::Picture;
     }
     m_sent = false;
     av_frame_unref(m_frame.get());
@@ -130,13 +135,26 @@ bool CodecStream::send(const CodedPicture &coded, bool isPart)
     if (m_timeLeft < timeOfPixels(m_codec, coded, expectedPixels(isPart)))
         return false;
     m_context->flags2 = isPart ? AV_CODEC_FLAG2_CHUNKS : 0;
-    m_packet->data = reinterpret_cast<uint8_t *>(const_cast<char *>(coded.bytes.data())); // only read
-    m_packet->size = static_cast<int>(coded.bytes.size());
+    m_context->draw_horiz_band = coded.restarts > 0 ? endRow : nullptr;
+    if (!fill(coded.bytes))
+        return true;
     // A refused packet is a damaged one. What it yielded nevertheless, and what the next ones yield, is
     // shown.
     avcodec_send_packet(m_context.get(), m_packet.get());
     m_sent = true;
     return m_timeLeft >= 0;
+}
+
+/// In memory of its own, which the codec shares: endRow() may have to change it.
+bool CodecStream::fill(std::string_view bytes)
+{
+    m_isCut = false;
+    m_rowPixels = 0;
+    av_packet_unref(m_packet.get());
+    if (av_new_packet(m_packet.get(), static_cast<int>(bytes.size())) != 0)
+        return false;
+    std::memcpy(m_packet->data, bytes.data(), bytes.size());
+    return true;
 }
 
 /// Pixels for which the codec may need no new memory, and which getBuffer() therefore does not see: the
@@ -158,10 +176,29 @@ int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
     const bool isFurther = std::exchange(stream.m_isPaid, true);
     stream.m_timeLeft -= isFurther ? timeOfFurtherBuffer(stream.m_pixels)
                                    : timeOfPixels(stream.m_codec, stream.m_coded, stream.m_pixels);
+    // A part that ends in the row that it begins in is not seen by endRow().
+    stream.m_timeLeft -=
+        timeOfFurtherPass(stream.m_codec, double(stream.m_coded.restarts) * frame->width * RowHeight);
     if (stream.m_timeLeft < 0 || pixels > stream.m_limits.pixels)
         return AVERROR(EINVAL);
     context->error_concealment = pixels > stream.m_limits.concealedPixels ? 0 : UsualConcealment;
     return avcodec_default_get_buffer2(context, frame, flags);
+}
+
+/// Ends a picture of MPEG-4 whose packets go back and back. How often they do so cannot be told from the
+/// bytes: a packet may go on behind where the next one begins, and blocks may take no bits at all. Ones go
+/// straight to the end of the picture.
+void CodecStream::endRow(AVCodecContext *context, const AVFrame *frame, int *, int, int, int height)
+{
+    auto &stream = *static_cast<CodecStream *>(context->opaque);
+    const double pixels = double(frame->width) * height;
+    stream.m_rowPixels += pixels;
+    if (stream.m_rowPixels <= double(frame->width) * frame->height || stream.m_isCut)
+        return;
+    stream.m_timeLeft -= timeOfFurtherPass(stream.m_codec, pixels);
+    stream.m_isCut = stream.m_timeLeft < 0;
+    if (stream.m_isCut)
+        std::memset(stream.m_packet->data, 0xff, stream.m_packet->size);
 }
 
 } // namespace paravue

@@ -35,6 +35,10 @@ public:
 private:
     static int getBuffer(AVCodecContext *context, AVFrame *frame, int flags);
 
+    static void endRow(AVCodecContext *context, const AVFrame *frame, int offset[], int y, int type,
+                       int height);
+
+    bool fill(std::string_view bytes);
     bool send(const CodedPicture &coded, bool isPart);
     double expectedPixels(bool isPart) const;
 
@@ -54,6 +58,8 @@ private:
     bool m_isPaid = false;
     double m_pixels = 0; ///< of the last picture
     double m_partPixels = 0;
+    double m_rowPixels = 0; ///< of the rows that the packet under way has ended
+    bool m_isCut = false;   ///< it was, as it took too long
 };
 
 } // namespace paravue

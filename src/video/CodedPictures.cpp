@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 using namespace std::string_view_literals;
 
@@ -74,6 +75,8 @@ struct H264Seen {
     }
 };
 
+constexpr int BPicture = 2; // of MPEG-4
+
 enum JpegMarker : quint8 {
     HuffmanTables = 0xc4,
     FirstRestart = 0xd0,
@@ -137,10 +140,12 @@ CodedPicture CodedPictures::nextMpeg4()
     const std::size_t end =
         begin < m_rest.size() ? findStartCode(m_rest, begin + StartCodeSize) : m_rest.size();
     CodedPicture picture{.bytes = cut(end)};
-    // A picture may go on anywhere in itself behind each of these.
     const std::string_view body = picture.bytes.substr(std::min(begin + StartCodeSize, picture.bytes.size()));
     for (std::size_t zeros = body.find("\0\0"sv); zeros != body.npos; zeros = body.find("\0\0"sv, zeros + 2))
-        ++picture.passes;
+        ++picture.restarts;
+    // The codec tells no rows of these.
+    if (byteAt(picture.bytes, begin + StartCodeSize + 1) >> 6 == BPicture)
+        picture.passes += std::exchange(picture.restarts, 0);
     return picture;
 }
 

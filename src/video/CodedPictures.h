@@ -12,13 +12,16 @@ enum class VideoCodec { H264, Mpeg4, MotionJpeg, Other };
 /// One coded picture, and what decoding it may cost at most beside its bytes and pixels.
 struct CodedPicture {
     std::string_view bytes;
-    /// How often its data may go over all pixels. Once in honest pictures: slices share them out.
+    /// How often its data may go over all pixels, 1 or more: the slices of H.264, the scans of JPEG, the
+    /// packets of a B picture of MPEG-4.
     qint64 passes = 1;
+    /// Of other pictures of MPEG-4: where they may go on at any place, as they do with each packet.
+    qint64 restarts = 0;
     /// Bytes of tables that the codec has to build larger ones from.
     qint64 tableBytes = 0;
     /// Units of an H.264 picture that are no slices.
     qint64 headers = 0;
-    /// Of H.264: all slices say that they need no other picture.
+    /// Of H.264: all slices say that they need no other picture. Others are never told to be.
     bool isKey = false;
 };
 

@@ -1,8 +1,5 @@
 #include "video/DecodingTime.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace paravue
 {
 namespace
@@ -19,8 +16,6 @@ struct Times {
     double keyPixel;
     /// When the data go over it again.
     double furtherPass;
-    /// The passes of a byte cannot take longer.
-    double furtherPassByte = std::numeric_limits<double>::infinity();
 };
 
 Times timesOf(VideoCodec codec)
@@ -29,8 +24,7 @@ Times timesOf(VideoCodec codec)
     case VideoCodec::MotionJpeg:
         return {.byte = 14, .pixel = 1.5, .keyPixel = 1.5, .furtherPass = 1.5};
     case VideoCodec::Mpeg4:
-        // The shortest code for a block of 256 pixels is one bit.
-        return {.byte = 10, .pixel = 3, .keyPixel = 3, .furtherPass = 2, .furtherPassByte = 1600};
+        return {.byte = 10, .pixel = 3, .keyPixel = 3, .furtherPass = 2};
     case VideoCodec::H264:
     case VideoCodec::Other:
         break;
@@ -49,9 +43,13 @@ double timeWithoutPixels(VideoCodec codec, const CodedPicture &picture)
 double timeOfPixels(VideoCodec codec, const CodedPicture &picture, double pixels)
 {
     const Times times = timesOf(codec);
-    const double furtherPasses = pixels * times.furtherPass * double(picture.passes - 1);
-    const double possible = double(picture.bytes.size()) * times.furtherPassByte;
-    return pixels * (picture.isKey ? times.keyPixel : times.pixel) + std::min(furtherPasses, possible);
+    return pixels * (picture.isKey ? times.keyPixel : times.pixel) +
+           timeOfFurtherPass(codec, pixels * double(picture.passes - 1));
+}
+
+double timeOfFurtherPass(VideoCodec codec, double pixels)
+{
+    return pixels * timesOf(codec).furtherPass;
 }
 
 double timeOfFurtherBuffer(double pixels)

@@ -12,6 +12,8 @@ namespace paravue
 double timeWithoutPixels(VideoCodec codec, const CodedPicture &picture);
 /// For as many \a pixels, in one picture in which four of them share a colour.
 double timeOfPixels(VideoCodec codec, const CodedPicture &picture, double pixels);
+/// For as many \a pixels that the data of a picture go over again.
+double timeOfFurtherPass(VideoCodec codec, double pixels);
 /// For as many \a pixels in another picture, which takes the place of one that is missing.
 double timeOfFurtherBuffer(double pixels);
 

@@ -49,6 +49,12 @@ QImage testPicture(const ClipFormat &format, int number)
     for (int dot = 0; format.noise && dot < format.size.width() * format.size.height() / 200; ++dot)
         painter.fillRect(random.bounded(format.size.width()), random.bounded(format.size.height()), 5, 5,
                          QColor::fromRgb(random.generate()));
+    for (int corner = 0; format.noise && corner < 4; ++corner) {
+        QRect kept(0, 0, 16, 16);
+        const QRect area = cornerOf(format.size, corner);
+        kept.moveTo(corner % 2 ? format.size.width() - 16 : 0, corner / 2 ? format.size.height() - 16 : 0);
+        painter.fillRect(kept & area, Corners[corner]);
+    }
     for (int bit = 0; bit < Bits; ++bit)
         painter.fillRect(stripeOf(format.size, bit), number >> bit & 1 ? Qt::white : Qt::black);
     return image;
@@ -92,6 +98,8 @@ CodecContextHandle openEncoder(const ClipFormat &format)
     context->thread_count = 1;
     context->gop_size = 250;
     context->slices = format.slices;
+    if (format.packet > 0)
+        av_opt_set_int(context->priv_data, "ps", format.packet, 0);
     context->max_b_frames = format.reordered;
     context->flags |= AV_CODEC_FLAG_QSCALE;
     context->global_quality = format.quality * FF_QP2LAMBDA;

@@ -252,6 +252,10 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes_data()
     const EncodedClip film = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
     row("MPEG-4 with user data between", film,
         film.pictures[0] + QByteArray("\0\0\1\xb2words", 9) + film.pictures[1] + film.pictures[2], upTo(3));
+    const EncodedClip packets =
+        encodeClip({.encoder = "mpeg4", .size = {1280, 720}, .pictures = 4, .packet = 1000, .noise = true});
+    QVERIFY(packets.pictures[0].size() > 150'000);
+    row("MPEG-4 in packets", packets, packets.whole(), upTo(4));
     if (!canEncode("libx264"))
         return;
     const EncodedClip slices = encodeClip({.encoder = "libx264", .size = {64, 96}, .slices = 6});
@@ -290,6 +294,11 @@ void TestFfmpegDecoder::refusesWhatTakesTooLong_data()
     row("more bytes than a picture has", photos, photo.repeated(1 + 8 * 1024 * 1024 / photo.size()));
     const QByteArray table = QByteArray("\xff\xdb\x00\x43\x00", 5) + QByteArray(64, '\1');
     row("thousands of tables", photos, photo.first(2) + table.repeated(20'000) + photo.sliced(2));
+    // Each packet begins at the second block and leaves 4,000 as they are.
+    const EncodedClip still =
+        encodeClip({.encoder = "mpeg4", .size = {1024, 1024}, .pictures = 2, .still = true});
+    const QByteArray packet = QByteArray("\0\0\x80\x08\x2f", 5) + QByteArray(500, '\xff') + "\x7f";
+    row("packets that go back", still, still.pictures[1].first(100) + packet.repeated(200));
     const qsizetype scan = photo.indexOf("\xff\xda");
     row("many scans", photos, photo.first(scan) + photo.sliced(scan, 20).repeated(200) + photo.sliced(scan));
 }
