@@ -7,6 +7,7 @@
 #include "recorder/video/VideoService.h"
 
 #include <QSet>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 using namespace paravue::test;
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void survivesFaults();
     void playsFiles_data();
     void playsFiles();
+    void saysWhenAFileIsGone();
 
 private:
     QTemporaryDir m_folder;
@@ -254,6 +256,23 @@ void TestRecorderStream::playsFiles()
     for (qsizetype i = 0; i < viewer.pictures.size(); ++i)
         QCOMPARE(shownNumber(viewer.pictures[i]), i % format.pictures);
     QCOMPARE(viewer.losses().bytes, 0);
+}
+
+void TestRecorderStream::saysWhenAFileIsGone()
+{
+    const QString path = m_folder.filePath("gone.jpg");
+    writeMovie(path, {"mjpeg", {352, 288}, 1});
+    RecorderServer server(m_folder.filePath("data"));
+    QVERIFY(server.video().setFile(path) && server.listen());
+    VideoViewer viewer(server.port());
+    QTRY_VERIFY(viewer.pictures.size() >= 2);
+    QSignalSpy failed(&server, &RecorderServer::failed);
+    QVERIFY(QFile::resize(path, 0) && QFile::remove(path)); // the recorder has it open
+    QTRY_COMPARE(failed.size(), 1);
+    QCOMPARE(failed[0][0].toString(), "cannot go on with " + path + ": No such file or directory");
+    writeMovie(path, {"mjpeg", {352, 288}, 1});
+    const qsizetype before = viewer.pictures.size();
+    QTRY_VERIFY(viewer.pictures.size() > before);
 }
 
 QTEST_GUILESS_MAIN(TestRecorderStream)

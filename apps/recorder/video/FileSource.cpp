@@ -173,12 +173,13 @@ bool FileSource::rewind()
     }
     if (m_filter)
         av_bsf_flush(m_filter.get());
-    return (m_input && (av_seek_frame(m_input.get(), m_stream, 0, AVSEEK_FLAG_BACKWARD) >= 0 ||
-                        av_seek_frame(m_input.get(), -1, 0, AVSEEK_FLAG_BYTE) >= 0)) ||
-           reopen();
+    const bool isSought = m_rewinds == 1 && m_input &&
+                          (av_seek_frame(m_input.get(), m_stream, 0, AVSEEK_FLAG_BACKWARD) >= 0 ||
+                           av_seek_frame(m_input.get(), -1, 0, AVSEEK_FLAG_BYTE) >= 0);
+    return isSought || reopen();
 }
 
-/// Some kinds of files, such as single pictures, have no way back.
+/// Some kinds of files have no way back, or nothing comes behind it.
 bool FileSource::reopen()
 {
     m_fault = openFile();
