@@ -39,6 +39,14 @@ std::optional<Account> ConfigService::login(const QByteArray &name, const QByteA
     return findAccount(accounts(), name, password);
 }
 
+bool ConfigService::mayTurnCameras(const Account &account) const
+{
+    if (account.level != OperatorLevel)
+        return account.level > OperatorLevel;
+    const QByteArray users = m_folder.read(QStringLiteral("users")).value_or(QByteArray());
+    return iniValues(users).value("/OPERATOR_PTZ") == "on";
+}
+
 Answer ConfigService::get(const QString &file)
 {
     const std::optional<QByteArray> content = m_folder.read(file);

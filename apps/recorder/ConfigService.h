@@ -21,6 +21,8 @@ public:
 
     QList<Account> accounts() const;
     std::optional<Account> login(const QByteArray &name, const QByteArray &password) const;
+    /// Operators turn cameras as long as the file "users" lets them, administrators always.
+    bool mayTurnCameras(const Account &account) const;
     Answer get(const QString &file);
     /// Keeps the body, or says why not.
     Answer put(const QString &file, const QByteArray &body, const Account &account);

@@ -18,19 +18,39 @@ constexpr double StepSize = 0.02; // from one end of a range of 2 to the other i
 constexpr int PlaceFields = 2;    // of a point, before those of the camera
 constexpr int PoseFields = 3;
 
+std::optional<double> finiteNumber(const QByteArray &text)
+{
+    bool isNumber = false;
+    const double number = text.trimmed().toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
 std::optional<CameraPose> parsePose(const QList<QByteArray> &fields)
 {
     if (fields.size() != PoseFields)
         return std::nullopt;
     double numbers[PoseFields];
     for (int i = 0; i < PoseFields; ++i) {
-        bool isNumber = false;
-        numbers[i] = fields[i].trimmed().toDouble(&isNumber);
-        if (!isNumber || !std::isfinite(numbers[i]))
+        const std::optional<double> number = finiteNumber(fields[i]);
+        if (!number)
             return std::nullopt;
+        numbers[i] = *number;
     }
     return CameraPose{std::clamp(numbers[0], -1.0, 1.0), std::clamp(numbers[1], -1.0, 1.0),
                       std::clamp(numbers[2], 0.0, 1.0)};
+}
+
+/// Whether the text can be kept as a point; what stands behind the numbers may be anything to read.
+bool isPoint(const QByteArray &text)
+{
+    const QString shown = QString::fromUtf8(text);
+    const bool isPrintable = shown.toUtf8() == text && std::all_of(shown.begin(), shown.end(), [](QChar c) {
+                                 return c.isPrint() || c.isSurrogate();
+                             });
+    const QList<QByteArray> fields = text.split(',');
+    const qsizetype numbers = fields.size() == PlaceFields ? PlaceFields : PlaceFields + PoseFields;
+    return text.size() <= PtzState::MaxPointText && isPrintable && fields.size() >= numbers &&
+           std::all_of(fields.begin(), fields.begin() + numbers, finiteNumber);
 }
 
 /// Digits only, and the number of a point that there may be.
@@ -69,7 +89,7 @@ void PtzState::readFile(const QByteArray &streamsFile)
     const QMap<QByteArray, QByteArray> values = iniValues(streamsFile);
     for (int number = 1; number <= MaxPoints; ++number) {
         const auto point = values.constFind("ptz/POINT" + QByteArray::number(number));
-        if (point == values.cend() || point->isEmpty() || point->size() > MaxPointText)
+        if (point == values.cend() || !isPoint(*point))
             m_points.remove(number);
         else
             m_points.insert(number, *point);
@@ -121,6 +141,8 @@ QString PtzState::setPoint(const QByteArray &numberAndText)
         return QStringLiteral("points have the numbers 1 to %1").arg(MaxPoints);
     if (text.size() > MaxPointText)
         return QStringLiteral("the point is too long");
+    if (!text.isEmpty() && !isPoint(text))
+        return QStringLiteral("a point is two or five numbers with commas between them");
     if (text.isEmpty())
         m_points.remove(*number);
     else

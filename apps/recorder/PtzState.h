@@ -24,7 +24,8 @@ struct CameraPose {
 /// The turning camera: it has points that it can be sent to, and turns at a speed that eyes can follow.
 ///
 /// A point is a text "x,y" or "x,y,pan,tilt,zoom": where it lies in some picture, which is the client's
-/// business, and what the camera looks at there. The camera cannot go to a point without the latter.
+/// business, and what the camera looks at there. The camera cannot go to a point without the latter. Behind
+/// five numbers and a comma a point may have a printable remark.
 class PtzState : public QObject
 {
     Q_OBJECT

@@ -22,11 +22,11 @@ const QByteArray Login = "\x01LOGIN=admin\r\nPASS=admin\r\n";
 class Watcher
 {
 public:
-    explicit Watcher(quint16 port)
+    explicit Watcher(quint16 port, const QByteArray &login = Login)
     {
         QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_socket, [this] { find(m_socket.readAll()); });
         m_socket.connectToHost("127.0.0.1", port);
-        m_socket.write(Login);
+        m_socket.write(login);
     }
 
     void send(const QByteArray &bytes) { m_socket.write(bytes); }
@@ -70,6 +70,9 @@ private Q_SLOTS:
     void turnsStepByStep();
     void ignoresRubbish_data();
     void ignoresRubbish();
+    void obeysWhoMayTurnCameras_data();
+    void obeysWhoMayTurnCameras();
+    void countsRubbishInTheLog();
     void takesSavedFiles();
 
 private:
@@ -126,6 +129,10 @@ void TestRecorderPtz::ignoresRubbish_data()
     row("point that is not there", "PTZ GOTO 4");
     row("point beyond the last", "PTZ POINT 65 0.1,0.1");
     row("point too long", "PTZ POINT 2 " + QByteArray(257, '1'));
+    row("point of letters", "PTZ POINT 2 here,there");
+    row("point of four numbers", "PTZ POINT 2 0.1,0.1,0.2,0.2");
+    row("point without end", "PTZ POINT 2 0.1,inf");
+    row("point with bytes", "PTZ POINT 2 0.1,0.1,0,0,0,\x1b[2J");
     row("two numbers", "PTZ MOVE 1,1");
     row("no numbers", "PTZ MOVE nan,inf,1");
     row("bytes", QByteArray("\x00\xff\x80 PTZ GOTO 2", 14));
@@ -143,6 +150,48 @@ void TestRecorderPtz::ignoresRubbish()
     QCOMPARE(watcher.positions.size(), 2);
     QCOMPARE(m_server->ptz().point(2), "0.7,0.5,0.6,-0.1,0.2");
     QVERIFY2(!m_log.filter("ignored").isEmpty(), qPrintable(m_log.join('\n')));
+}
+
+void TestRecorderPtz::obeysWhoMayTurnCameras_data()
+{
+    const TestTable<QByteArray, QByteArray, bool> row("name", "right", "isObeyed");
+    row("operator", "operator", "on", true);
+    row("operator without the right", "operator", "off", false);
+    row("viewer", "viewer", "on", false);
+    row("administrator", "admin", "off", true);
+}
+
+void TestRecorderPtz::obeysWhoMayTurnCameras()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, right);
+    QFETCH(bool, isObeyed);
+    QFile users(m_server->filePath("users"));
+    QVERIFY(users.open(QIODevice::WriteOnly));
+    users.write("CNT=3\nNAME0='admin'\nPASSWD0='admin'\nLEVEL0=2\nNAME1='operator'\nPASSWD1='p'\nLEVEL1=1\n"
+                "NAME2='viewer'\nPASSWD2='p'\nLEVEL2=0\nOPERATOR_PTZ='" +
+                right + "'\n");
+    users.close();
+    Watcher watcher(m_server->port(),
+                    "\x01LOGIN=" + name + "\r\nPASS=" + (name == "admin" ? "admin" : "p") + "\r\n");
+    QTRY_COMPARE(watcher.positions.size(), 1);
+    watcher.send("PTZ POINT 5 0.1,0.2\r\nTHE END\r\n");
+    QTRY_VERIFY(!m_log.filter("unknown command").isEmpty());
+    QCOMPARE(m_server->ptz().point(5), isObeyed ? QByteArray("0.1,0.2") : QByteArray());
+    QCOMPARE(m_log.filter("ignored: not allowed").size(), isObeyed ? 0 : 1);
+}
+
+void TestRecorderPtz::countsRubbishInTheLog()
+{
+    {
+        Watcher watcher(m_server->port());
+        QTRY_COMPARE(watcher.positions.size(), 1);
+        watcher.send(QByteArray("PTZ DANCE\r\n").repeated(500) + "PTZ POINT 5 0.1,0.2\r\n");
+        QTRY_COMPARE(m_server->ptz().point(5), "0.1,0.2");
+    }
+    QTRY_VERIFY(!m_log.filter("disconnected").isEmpty());
+    QCOMPARE(m_log.filter("PTZ DANCE").size(), 5);
+    QVERIFY2(!m_log.filter("ignored: 495 more lines").isEmpty(), qPrintable(m_log.join('\n')));
 }
 
 void TestRecorderPtz::save(const QByteArray &streams)

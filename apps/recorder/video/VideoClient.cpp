@@ -16,6 +16,9 @@ constexpr int LoginPatience = 30 * 1000;
 constexpr int StuckPatience = 30 * 1000;
 constexpr int DrainPatience = 1000;
 
+/// Ignored lines that are logged one by one.
+constexpr int MostIgnoredShown = 5;
+
 const QByteArray LoginPrefix = QByteArrayLiteral("\x01LOGIN=");
 const QByteArray PasswordPrefix = QByteArrayLiteral("PASS=");
 const QString HiddenPassword = QStringLiteral("PASS=***");
@@ -56,6 +59,10 @@ VideoClient::VideoClient(QTcpSocket *socket, const ConfigService &accounts, Vide
             m_patience.start(StuckPatience);
     });
     connect(&m_patience, &QTimer::timeout, this, &VideoClient::expired);
+    connect(this, &Client::closed, this, [this] {
+        if (m_ignored > MostIgnoredShown)
+            Q_EMIT logged(QStringLiteral("ignored: %1 more lines").arg(m_ignored - MostIgnoredShown));
+    });
     enter(State::AwaitLogin);
 }
 
@@ -94,6 +101,10 @@ bool VideoClient::step()
 
 void VideoClient::handleLine(const QByteArray &line)
 {
+    if (m_state == State::Watching) {
+        handleCommand(line);
+        return;
+    }
     const bool isPassword = m_state == State::AwaitPassword;
     Q_EMIT logged(QStringLiteral("< ") + (isPassword ? HiddenPassword : readableRequest(line)));
     switch (m_state) {
@@ -109,19 +120,32 @@ void VideoClient::handleLine(const QByteArray &line)
         finishLogin(line);
         break;
     case State::Watching:
-        if (const QString fault = m_video ? m_video->handleCommand(line) : QString(); !fault.isEmpty())
-            Q_EMIT logged(QStringLiteral("ignored: ") + fault);
-        break;
     case State::Answering:
     case State::Drain:
         break;
     }
 }
 
+void VideoClient::handleCommand(const QByteArray &line)
+{
+    QString fault;
+    if (!m_mayTurnCameras && line.startsWith("PTZ "))
+        fault = QStringLiteral("not allowed");
+    else if (m_video)
+        fault = m_video->handleCommand(line);
+    // Who sends rubbish without end does not fill the log with it.
+    if (!fault.isEmpty() && ++m_ignored > MostIgnoredShown)
+        return;
+    Q_EMIT logged(QStringLiteral("< ") + readableRequest(line));
+    if (!fault.isEmpty())
+        Q_EMIT logged(QStringLiteral("ignored: ") + fault);
+}
+
 void VideoClient::finishLogin(const QByteArray &line)
 {
     if (line.startsWith(PasswordPrefix))
         m_account = m_accounts.login(m_loginName, line.mid(PasswordPrefix.size()));
+    m_mayTurnCameras = m_account && m_accounts.mayTurnCameras(*m_account);
     enter(State::Answering);
     QTimer::singleShot(m_timing.replyDelay, this, [this] {
         answerLogin(m_account ? okAnswer() : loginRefusal());

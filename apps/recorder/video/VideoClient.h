@@ -15,7 +15,7 @@ class ConfigService;
 struct Answer;
 
 /// A client of the video service. It logs in with two lines, the first of which has a byte 0x01 in front, and
-/// watches from then on; it may send lines that move the camera.
+/// watches from then on; it may send lines that move the camera, if its account may.
 ///
 /// One that does not take the stream misses pictures, and is dropped when it takes nothing for long.
 class VideoClient : public Client
@@ -35,6 +35,7 @@ private:
     bool readMore();
     bool step();
     void handleLine(const QByteArray &line);
+    void handleCommand(const QByteArray &line);
     void finishLogin(const QByteArray &line);
     void answerLogin(const Answer &answer);
     void refuse(const Answer &answer);
@@ -48,6 +49,8 @@ private:
     QTimer m_patience;
     InputBuffer m_input;
     QByteArray m_loginName;
+    bool m_mayTurnCameras = false;
+    int m_ignored = 0; // lines
     std::shared_ptr<VideoSink> m_sink;
 };
 
