@@ -25,8 +25,11 @@ QString printable(QStringView text)
 QString readableRequest(const QByteArray &line)
 {
     QByteArray shown = line.left(MaxShown);
+    // The byte in front of a login says which service it is for.
     if (shown.startsWith('\x04'))
         shown.remove(0, 1);
+    else if (shown.startsWith('\x01'))
+        shown.replace(0, 1, "video ");
     const qsizetype password = shown.toUpper().indexOf("PASS");
     if (const qsizetype equals = shown.indexOf('=', std::max<qsizetype>(0, password));
         password >= 0 && equals >= 0)

@@ -15,7 +15,9 @@ namespace
 {
 
 constexpr int HeadPatience = 10 * 1000;
-/// For the client to read the answer and to leave.
+/// For a client that takes nothing of the answer.
+constexpr int StuckPatience = 10 * 1000;
+/// For the client to leave when the answer is on its way.
 constexpr int DrainPatience = 1000;
 
 QByteArray dateField()
@@ -34,6 +36,8 @@ HttpClient::HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAc
     m_patience.setSingleShot(true);
     m_patience.start(HeadPatience);
     connect(m_socket, &QTcpSocket::readyRead, this, &HttpClient::process);
+    connect(m_socket, &QTcpSocket::bytesWritten, this,
+            [this] { m_patience.start(m_socket->bytesToWrite() > 0 ? StuckPatience : DrainPatience); });
     connect(&m_patience, &QTimer::timeout, this, [this] {
         if (m_isAnswered)
             m_socket->abort();
@@ -108,7 +112,8 @@ HttpClient::Response HttpClient::plain(const QByteArray &status, const QList<QBy
 void HttpClient::send(const Response &response, bool withBody, bool canClose)
 {
     m_isAnswered = true;
-    Q_EMIT logged(QStringLiteral("> ") + QString::fromLatin1(response.status));
+    Q_EMIT logged(QStringLiteral("> ") + QString::fromLatin1(response.status) +
+                  (m_account ? QStringLiteral(" for ") + readableBody(m_account->name) : QString()));
     QList<QByteArray> lines = {"HTTP/1.1 " + response.status, dateField()};
     lines += response.fields;
     lines += {"Content-Type: " + response.type, "Content-Length: " + QByteArray::number(response.body.size()),
@@ -116,7 +121,7 @@ void HttpClient::send(const Response &response, bool withBody, bool canClose)
     const QByteArray bytes = lines.join("\r\n") + "\r\n\r\n" + (withBody ? response.body : QByteArray());
     m_patience.stop();
     QTimer::singleShot(m_timing.replyDelay, this, [this, bytes, canClose] {
-        m_patience.start(DrainPatience);
+        m_patience.start(StuckPatience);
         m_socket->write(bytes);
         if (canClose)
             m_socket->disconnectFromHost();
