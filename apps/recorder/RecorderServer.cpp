@@ -15,7 +15,6 @@ namespace recorder
 namespace
 {
 
-constexpr int MaxClients = 32;
 /// Time for the client to read the answer and to leave.
 constexpr int RestartNotice = 100;
 constexpr int RetryToListen = 500;

@@ -41,6 +41,9 @@ class RecorderServer : public QObject
     Q_OBJECT
 
 public:
+    /// Clients of all kinds that may be connected at a time; more are turned away.
+    static constexpr int MaxClients = 32;
+
     explicit RecorderServer(const QString &dataDir, QObject *parent = nullptr);
     /// As another one of the shipped models().
     RecorderServer(const QString &dataDir, const QString &model, QObject *parent = nullptr);

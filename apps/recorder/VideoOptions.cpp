@@ -110,6 +110,10 @@ QString settingsConflict(const QCommandLineParser &parser, const VideoOptions &o
 {
     if (const QString fault = settingsFault(options.settings); !fault.isEmpty())
         return QStringLiteral("--%1: %2").arg(SizeOption, fault);
+    for (const QString &option : {EveryOption, SeedOption}) {
+        if (parser.isSet(option) && !parser.isSet(FaultOption))
+            return QStringLiteral("--%1 says nothing without --%2").arg(option, FaultOption);
+    }
     const quint32 changes = VideoFaults::SizeChange | VideoFaults::CodecChange;
     if (!options.file.isEmpty() && (options.faults.kinds & changes))
         return QStringLiteral("--%1: size and codec change with the test picture only, not with --%2")
@@ -180,7 +184,7 @@ std::optional<VideoOptions> readVideoOptions(const QCommandLineParser &parser, Q
     reader.number(RateOption, options.settings.rate, 1, VideoSettings::MaxRate);
     reader.number(FragmentOption, options.settings.fragmentSize, 1, VideoSettings::MaxFragment);
     if (parser.isSet(FaultOption) && fault.isEmpty()) {
-        if (const auto faults = readVideoFaults(parser.value(FaultOption), fault))
+        if (const auto faults = readVideoFaults(parser.values(FaultOption).join(u','), fault))
             options.faults = *faults;
         else
             fault.prepend(QStringLiteral("--%1: ").arg(FaultOption));

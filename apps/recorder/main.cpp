@@ -14,6 +14,10 @@
 #include <limits>
 #include <optional>
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 namespace
 {
 
@@ -50,9 +54,11 @@ std::optional<int> numberOption(const QCommandLineParser &parser, const QString 
 
 void addOptions(QCommandLineParser &parser)
 {
-    parser.setApplicationDescription(QStringLiteral(
-        "Behaves like a network video recorder: answers the configuration protocol, keeps its files "
-        "in a folder and sends live video."));
+    parser.setApplicationDescription(
+        QStringLiteral(
+            "Behaves like a network video recorder: answers the configuration protocol, keeps its files "
+            "in a folder and sends live video. %1 clients may be connected at a time.")
+            .arg(recorder::RecorderServer::MaxClients));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({
@@ -204,6 +210,7 @@ int run(const Options &options)
 
 int main(int argc, char *argv[])
 {
+    av_log_set_level(AV_LOG_QUIET); // what matters is said in our own words
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("paravue-recorder"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PARAVUE_VERSION));

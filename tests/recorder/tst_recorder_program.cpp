@@ -45,6 +45,11 @@ void TestRecorderProgram::explainsUsage_data()
                                    << "--video-fault: there is no fault \"fire\", only garbage, lost, header";
     QTest::newRow("endless stall") << QStringList("--video-fault=stall=20001") << 2
                                    << "--video-fault: a stall lasts 1 to 20000 milliseconds";
+    QTest::newRow("every what") << QStringList("--video-fault-every=5") << 2
+                                << "--video-fault-every says nothing without --video-fault";
+    QTest::newRow("first of two lists")
+        << QStringList{"--video-fault=fire", "--video-fault=lost"} << 2 << "there is no fault \"fire\"";
+    QTest::newRow("clients") << QStringList("--help") << 0 << "32 clients";
     QTest::newRow("size of a file") << QStringList{"--video=a.mp4", "--video-fault=size"} << 2
                                     << "size and codec change with the test picture only";
     QTest::newRow("no such file") << QStringList("--video=/no/such/file.mp4") << 1

@@ -58,16 +58,18 @@ void makeFast(VideoService &video)
 constexpr int FragmentSize = 50;
 
 /// The first pictures with faults, each of which is due once.
-QByteArray streamWith(VideoFaults faults)
+QByteArray streamWith(VideoFaults faults, int fragmentSize = FragmentSize, QStringList *log = nullptr)
 {
     constexpr int Pictures = 25;
     faults.every = Pictures - 5;
     VideoService service;
     makeFast(service);
     VideoSettings settings = service.settings();
-    settings.fragmentSize = FragmentSize;
+    settings.fragmentSize = fragmentSize;
     service.setSettings(settings);
     service.setFaults(faults);
+    if (log)
+        QObject::connect(&service, &VideoService::logged, [log](const QString &line) { *log << line; });
     const auto sink = std::make_shared<TestSink>();
     sink->most = Pictures;
     service.watch(sink);
@@ -331,7 +333,12 @@ void TestRecorderVideo::losesOneFragment()
 {
     VideoFaults faults;
     faults.kinds = VideoFaults::LostFragments;
-    const QByteArray damaged = streamWith(faults);
+    QStringList log;
+    QCOMPARE(streamWith(faults, VideoSettings::MaxFragment, &log),
+             streamWith({}, VideoSettings::MaxFragment));
+    QCOMPARE(log, QStringList()); // whole frames lose nothing
+    const QByteArray damaged = streamWith(faults, FragmentSize, &log);
+    QVERIFY2(log.value(0).startsWith("video fault: lost: fragment "), qPrintable(log.join('\n')));
     const QByteArray whole = streamWith({});
     const qsizetype missing = whole.size() - damaged.size();
     QVERIFY2(missing > 4 && missing <= FragmentSize + 8, qPrintable(QString::number(missing)));
@@ -448,7 +455,13 @@ void TestRecorderVideo::showsNoPasswordInTheLog()
     client.send(
         "GET /snapshot.jpg?PASS=opensesame HTTP/1.1\r\nHost: r\r\nAuthorization: Basic opensesame\r\n\r\n");
     client.receiveUntilClosed();
-    QVERIFY(log.contains("LOGIN=admin") && log.contains("401 Unauthorized"));
+    client.abort();
+    RawClient known(m_server->port());
+    known.send("GET /snapshot.jpg HTTP/1.0\r\nAuthorization: Basic " + QByteArray("admin:admin").toBase64() +
+               "\r\n\r\n");
+    known.receiveUntilClosed();
+    QVERIFY2(log.contains("> 200 OK for admin\n"), qPrintable(log));
+    QVERIFY(log.contains("< video LOGIN=admin\n") && log.contains("401 Unauthorized"));
     QVERIFY2(!log.contains("sesame"), qPrintable(log));
 }
 

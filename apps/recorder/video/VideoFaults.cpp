@@ -58,18 +58,27 @@ bool FaultInjector::isDue(VideoFaults::Kind kind) const
     return m_picture % every == qint64(place) * every / places;
 }
 
-void FaultInjector::damage(QList<QByteArray> &records)
+QStringList FaultInjector::damage(QList<QByteArray> &records)
 {
+    QStringList done;
     const auto anyPlace = [&] { return m_random.bounded(int(records.size()) + 1); };
     m_losesFragment = m_losesFragment || isDue(VideoFaults::LostFragments);
     if (m_losesFragment && records.size() > 1) {
-        records.removeAt(m_random.bounded(int(records.size())));
+        const int lost = m_random.bounded(int(records.size()));
+        done << QStringLiteral("lost: fragment %1 of %2").arg(lost + 1).arg(records.size());
+        records.removeAt(lost);
         m_losesFragment = false;
     }
-    if (isDue(VideoFaults::Garbage))
-        records.insert(anyPlace(), garbage());
-    if (isDue(VideoFaults::UnknownStreams))
+    if (isDue(VideoFaults::Garbage)) {
+        const QByteArray bytes = garbage();
+        done << QStringLiteral("garbage: %1 bytes").arg(bytes.size());
+        records.insert(anyPlace(), bytes);
+    }
+    if (isDue(VideoFaults::UnknownStreams)) {
+        done << QStringLiteral("unknown: a record of stream %1").arg(UnknownStream);
         records.insert(anyPlace(), dataRecords(UnknownStream, "nobody knows this stream", 65535).join());
+    }
+    return done;
 }
 
 /// Never the mark of a record by accident, and beginning with none of the streams.

@@ -49,8 +49,9 @@ public:
     /// Goes on to the next picture.
     void nextPicture() { ++m_picture; }
     bool isDue(VideoFaults::Kind kind) const;
-    /// Does to the records of one picture what is due.
-    void damage(QList<QByteArray> &records);
+    /// Does to the records of one picture what is due; a fragment is lost of the next frame that has
+    /// several. Returns what was done, for the log.
+    QStringList damage(QList<QByteArray> &records);
 
 private:
     QByteArray garbage();
@@ -58,7 +59,7 @@ private:
     VideoFaults m_faults;
     QRandomGenerator m_random;
     qint64 m_picture = 0;
-    bool m_losesFragment = false; ///< of the next frame that has several
+    bool m_losesFragment = false;
 };
 
 } // namespace recorder

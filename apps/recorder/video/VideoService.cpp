@@ -185,8 +185,9 @@ void VideoService::tick()
     sendLate();
     m_faults.nextPicture();
     changeByFault();
-    logFaults();
     m_isStalled = m_faults.isDue(VideoFaults::Stall);
+    if (m_isStalled)
+        logFault(QStringLiteral("stall: %1 ms").arg(m_faults.faults().stall));
     send(nextBurst());
     checkSource();
     checkRecording();
@@ -228,23 +229,27 @@ bool VideoService::useSource(const VideoSettings &settings, const QString &file,
 
 void VideoService::changeByFault()
 {
-    if (m_faults.isDue(VideoFaults::HeaderTwice))
+    if (m_faults.isDue(VideoFaults::HeaderTwice)) {
         m_beginsAnew = m_repeatsHeader = true;
+        logFault(QStringLiteral("header: it comes again, twice"));
+    }
     VideoSettings wanted = m_current;
     if (m_faults.isDue(VideoFaults::SizeChange))
         wanted.size = wanted.size == m_settings.size ? otherSize(m_settings.size) : m_settings.size;
     if (m_faults.isDue(VideoFaults::CodecChange))
         wanted.codec = otherCodec(wanted.codec);
-    if (wanted != m_current && m_file.isEmpty())
-        useSource(wanted, m_file, nullptr);
+    const VideoSettings before = m_current;
+    if (wanted == before || !m_file.isEmpty() || !useSource(wanted, m_file, nullptr))
+        return;
+    if (wanted.size != before.size)
+        logFault(QStringLiteral("size: %1x%2").arg(wanted.size.width()).arg(wanted.size.height()));
+    if (wanted.codec != before.codec)
+        logFault(QStringLiteral("codec: %1").arg(nameOf(wanted.codec)));
 }
 
-void VideoService::logFaults()
+void VideoService::logFault(const QString &what)
 {
-    for (qsizetype i = 0; i < videoFaultNames().size(); ++i) {
-        if (m_faults.isDue(static_cast<VideoFaults::Kind>(1u << i)))
-            Q_EMIT logged(QStringLiteral("video fault: %1").arg(videoFaultNames().at(i)));
-    }
+    Q_EMIT logged(QStringLiteral("video fault: %1").arg(what));
 }
 
 bool VideoService::openSource()
@@ -296,7 +301,8 @@ VideoService::Burst VideoService::nextBurst()
     if (!picture.bytes.isEmpty())
         records =
             videoRecords(PictureStream, picture.bytes, m_settings.fragmentSize, quint16(time % MsPerSecond));
-    m_faults.damage(records);
+    for (const QString &what : m_faults.damage(records))
+        logFault(what);
     const QByteArray pictureRecords = records.join();
     Burst burst;
     if (picture.isKey) {

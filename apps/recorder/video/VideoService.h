@@ -135,7 +135,7 @@ private:
     bool useSource(const VideoSettings &settings, const QString &file, QString *fault);
     bool openSource();
     void changeByFault();
-    void logFaults();
+    void logFault(const QString &what);
     void sendEvent(qint64 second);
     void endStream();
     bool forgetGone();
