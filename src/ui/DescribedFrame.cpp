@@ -2,7 +2,6 @@
 
 #include "ui/SafeText.h"
 #include "ui/SetupSession.h"
-#include "ui/UiLimits.h"
 #include "ui/WindowFrame.h"
 #include "ui/WindowHeader.h"
 
@@ -107,9 +106,7 @@ void DescribedFrame::applySize()
     const int height = childText(window, QStringLiteral("height")).toInt();
     if (width == 0 || height == 0)
         return;
-    const QPoint middle = m_window.geometry().center();
-    m_window.resize(QSize(width, height).boundedTo(QSize(limits::Pixels, limits::Pixels)));
-    m_window.move(middle - m_window.rect().center());
+    m_frame.place(QSize(width, height), m_window.geometry().center());
 }
 
 } // namespace paravue

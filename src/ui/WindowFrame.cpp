@@ -15,6 +15,8 @@
 #include <QTabWidget>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace paravue
 {
 
@@ -72,10 +74,20 @@ void WindowFrame::arrangeWidgets()
 void WindowFrame::placeWindow()
 {
     const QWidget *parent = m_window.parentWidget();
-    const QScreen *ground = parent ? parent->screen() : m_window.screen();
-    m_window.resize(QSize(840, 600).boundedTo(ground->availableSize()));
-    const QRect around = parent ? parent->window()->frameGeometry() : ground->availableGeometry();
-    m_window.move(around.center() - m_window.rect().center());
+    const QRect around = parent ? parent->window()->frameGeometry() : m_window.screen()->availableGeometry();
+    place(QSize(840, 600), around.center());
+}
+
+void WindowFrame::place(const QSize &size, const QPoint &middle) const
+{
+    const QWidget *parent = m_window.parentWidget();
+    const QRect ground = (parent ? parent->screen() : m_window.screen())->availableGeometry();
+    m_window.resize(size.boundedTo(ground.size()));
+    QRect window = m_window.rect(); // larger than asked for where a least size wants it
+    window.moveCenter(middle);
+    const QPoint last = ground.bottomRight() - QPoint(window.width() - 1, window.height() - 1);
+    m_window.move(std::max(ground.left(), std::min(window.left(), last.x())),
+                  std::max(ground.top(), std::min(window.top(), last.y())));
 }
 
 LoadingView &WindowFrame::loadingView()

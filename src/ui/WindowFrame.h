@@ -4,7 +4,9 @@
 
 class QDialog;
 class QGridLayout;
+class QPoint;
 class QPushButton;
+class QSize;
 class QSizeGrip;
 class QTabWidget;
 
@@ -31,6 +33,9 @@ public:
     LoadingView &loadingView();
     void showPages();
 
+    /// Gives the window this size as far as the screen has room for it, and puts it around \a middle, or as
+    /// near to that as the edges of the screen allow.
+    void place(const QSize &size, const QPoint &middle) const;
     /// Puts what stands below and above the pages behind them in the tab order.
     void chainTabOrder();
     /// Again whenever the window has another size.

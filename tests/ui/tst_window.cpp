@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSizeGrip>
@@ -155,6 +156,12 @@ void TestWindow::showsTheFrameOfTheDescription()
     QCOMPARE(window.button<QPushButton>("Away")->toolTip(), "Sends Gate");
     QCOMPARE(tabs(window)->tabText(1), "Два");
     QCOMPARE(tabs(window)->currentIndex(), 1);
+
+    // Of a larger one there is what the screen has room for.
+    DescribedWindow large(describe("<window><width>5000</width><height>610</height></window>"));
+    const QRect screen = large.window->screen()->availableGeometry();
+    QCOMPARE(large.window->size(), QSize(screen.width(), 610));
+    QVERIFY(screen.contains(large.window->geometry()));
 
     DescribedWindow bare(describe(TwoPages));
     QVERIFY(bare.button<QPushButton>("OK"));
