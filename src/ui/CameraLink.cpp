@@ -17,7 +17,7 @@ void showPosition(QObject *control, const QString &position)
 
 CameraLink::CameraLink(PictureReceiver &receiver) : m_receiver(receiver)
 {
-    connect(&receiver, &PictureReceiver::cameraMoved, this, &CameraLink::tell);
+    connect(&receiver, &PictureReceiver::cameraMoved, this, [this] { tell(position()); });
 }
 
 CameraLink::~CameraLink()
@@ -33,7 +33,7 @@ void CameraLink::add(const QList<QWidget *> &controls)
             continue;
         m_controls.insert(control);
         connect(control, &QObject::destroyed, this, [this](QObject *gone) { m_controls.remove(gone); });
-        showPosition(control, m_receiver.cameraPosition());
+        showPosition(control, position());
         auto *calibrator = qobject_cast<PtzCalibrator *>(control);
         if (!calibrator)
             continue;
@@ -47,6 +47,19 @@ void CameraLink::add(const QList<QWidget *> &controls)
             m_receiver.goTo(point);
         });
     }
+}
+
+void CameraLink::setLive(bool isLive)
+{
+    if (isLive == m_isLive)
+        return;
+    m_isLive = isLive;
+    tell(position());
+}
+
+QString CameraLink::position() const
+{
+    return m_isLive ? m_receiver.cameraPosition() : QString();
 }
 
 void CameraLink::tell(const QString &position)

@@ -25,12 +25,16 @@ public:
 
     /// Those that are tied already are left alone.
     void add(const QList<QWidget *> &controls);
+    /// While the pictures are not live the controls do not know the position.
+    void setLive(bool isLive);
 
 private:
+    QString position() const;
     void tell(const QString &position);
 
     PictureReceiver &m_receiver;
     QSet<QObject *> m_controls;
+    bool m_isLive = true;
 };
 
 } // namespace paravue

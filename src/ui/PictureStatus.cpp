@@ -22,8 +22,9 @@ int roundedSeconds(quint32 milliseconds)
 
 } // namespace
 
-void PictureStatus::begin()
+void PictureStatus::begin(quint32 now)
 {
+    m_begin = now;
     m_pictures = 0;
     m_traffic = 0;
     m_wasConnected = false;
@@ -45,8 +46,9 @@ bool PictureStatus::look(const PictureReceiver &receiver, quint32 now)
     m_traffic = receiver.traffic();
     m_wasConnected = receiver.hasConnected();
     m_isDead = m_wasConnected && now - m_lastTraffic >= SilenceOfTheDead;
-    if (m_isDead)
+    if (m_isDead && (m_hasPicture || m_trouble.isEmpty()))
         m_trouble = tr("Connection lost");
+    m_isStale = !receiver.isActive() || m_isDead || isOverdue(now);
     m_text = textFor(receiver, now);
     return isNew;
 }
@@ -64,16 +66,25 @@ QString PictureStatus::textFor(const PictureReceiver &receiver, quint32 now)
     }
     if (m_isDead)
         return m_trouble;
-    const quint32 gap = now - m_lastPicture;
-    const bool isSilent = now - m_lastTraffic >= SilenceWorthTelling;
-    if (m_wasConnected && gap >= (isSilent ? SilenceWorthTelling : GapWorthTelling)) {
-        const int seconds = roundedSeconds(gap);
+    // What was wrong says more than that there is nothing now either.
+    const bool isKnownTrouble = !m_hasPicture && !m_trouble.isEmpty();
+    if (isOverdue(now) && !isKnownTrouble) {
+        const int seconds = roundedSeconds(now - m_lastPicture);
         return seconds < 60 ? tr("No picture for %1 s").arg(seconds)
                             : tr("No picture for %1 min").arg(seconds / 60);
     }
     if (m_hasPicture || !m_trouble.isEmpty())
         return m_trouble;
     return m_wasConnected ? tr("No picture yet") : tr("Connecting…");
+}
+
+bool PictureStatus::isOverdue(quint32 now) const
+{
+    // A still picture is the present one until a request for the next one is not answered.
+    if (!m_wasConnected)
+        return m_hasPicture && m_trouble.isEmpty() && now - m_begin >= SilenceWorthTelling;
+    const bool isSilent = now - m_lastTraffic >= SilenceWorthTelling;
+    return now - m_lastPicture >= (isSilent ? SilenceWorthTelling : GapWorthTelling);
 }
 
 } // namespace paravue

@@ -76,7 +76,7 @@ void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &part
             return say(tr("No address of pictures"));
         m_camera.reset();
         m_receiver.reset(parts.makeReceiver(kind, task).release());
-        m_status.begin();
+        m_status.begin(now);
         for (QWidget *target : std::as_const(m_targets))
             connectTarget(*target);
     } else {
@@ -95,6 +95,8 @@ void VideoTask::look(quint32 now)
         return;
     if (m_status.look(*m_receiver, now))
         m_said.clear(); // by the picture
+    if (m_camera)
+        m_camera->setLive(!m_status.isStale());
     say(m_status.text());
 }
 

@@ -1,6 +1,7 @@
 #include "DescribedWindow.h"
 #include "controls/MaskEditor.h"
 #include "controls/OnlineView.h"
+#include "controls/PtzCrossView.h"
 #include "ui/SetupSession.h"
 
 #include <QLabel>
@@ -55,6 +56,7 @@ public:
     bool hasConnected() const override { return connected; }
     quint64 traffic() const override { return bytes; }
     QString problem() const override { return reason; }
+    QString cameraPosition() const override { return connected ? "0.5,0.5" : ""; }
 
     bool active = true;
     bool connected = false;
@@ -66,6 +68,7 @@ public:
 struct Moment {
     const char *event;
     QString said;
+    bool isCameraKnown = false;
 };
 using Story = QList<Moment>;
 
@@ -267,41 +270,41 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
     const QByteArray live("startVideoOnline");
     const QByteArray still("v3getjpeg");
     QTest::newRow("comes, stops and comes back")
-        << live << Story{{"", "Connecting…"},     {"connect", "No picture yet"},
-                         {"picture", ""},         {"close", "Connection lost"},
+        << live << Story{{"", "Connecting…"},     {"connect", "No picture yet", true},
+                         {"picture", "", true},   {"close", "Connection lost"},
                          {"", "Connection lost"}, {"close", "No connection"},
-                         {"", "No connection"},   {"connect", "No connection"},
-                         {"picture", ""},         {"", ""}};
+                         {"", "No connection"},   {"connect", "No connection", true},
+                         {"picture", "", true},   {"", "", true}};
     QTest::newRow("does not let in") << live
-                                     << Story{{"connect", "No picture yet"},
+                                     << Story{{"connect", "No picture yet", true},
                                               {"close", "No picture: login refused?"},
-                                              {"connect", "No picture: login refused?"},
-                                              {"close", "No picture: login refused?"}};
+                                              {"connect", "No picture: login refused?", true},
+                                              {"wait 6", "No picture: login refused?"},
+                                              {"wait 55", "No picture: login refused?"}};
     QTest::newRow("falls silent") << live
-                                  << Story{{"connect", "No picture yet"},
+                                  << Story{{"connect", "No picture yet", true},
                                            {"wait 5", "No picture for 5 s"},
-                                           {"picture", ""},
-                                           {"wait 3", ""},
+                                           {"picture", "", true},
+                                           {"wait 3", "", true},
                                            {"wait 2", "No picture for 5 s"},
                                            {"wait 8", "No picture for 10 s"},
-                                           {"picture", ""},
+                                           {"picture", "", true},
                                            {"wait 6", "No picture for 6 s"}};
     QTest::newRow("sends no picture")
-        << live << Story{{"connect", "No picture yet"},      {"bytes 4", "No picture yet"},
-                         {"bytes 4", "No picture yet"},      {"bytes 4", "No picture yet"},
-                         {"bytes 4", "No picture for 15 s"}, {"wait 4", "No picture for 20 s"}};
-    QTest::newRow("is switched off") << live
-                                     << Story{
-                                            {"connect", "No picture yet"},      {"picture", ""},
-                                            {"wait 58", "No picture for 55 s"}, {"wait 2", "Connection lost"},
-                                            {"connect", "Connection lost"},     {"picture", ""}};
+        << live << Story{{"connect", "No picture yet", true}, {"bytes 4", "No picture yet", true},
+                         {"bytes 4", "No picture yet", true}, {"bytes 4", "No picture yet", true},
+                         {"bytes 4", "No picture for 15 s"},  {"wait 4", "No picture for 20 s"}};
+    QTest::newRow("is switched off") << live << Story{{"connect", "No picture yet", true},
+                                                      {"picture", "", true},
+                                                      {"wait 58", "No picture for 55 s"},
+                                                      {"wait 2", "Connection lost"},
+                                                      {"connect", "Connection lost", true},
+                                                      {"picture", "", true}};
     QTest::newRow("still pictures") << still
-                                    << Story{{"", "Connecting…"},
-                                             {"fail Login refused", "Login refused"},
-                                             {"", "Login refused"},
-                                             {"picture close", ""},
-                                             {"", ""},
-                                             {"fail No connection", "No connection"}};
+                                    << Story{{"", "Connecting…"},   {"fail Login refused", "Login refused"},
+                                             {"", "Login refused"}, {"picture close", ""},
+                                             {"wait 4", ""},        {"wait 2", "No picture for 6 s"},
+                                             {"picture close", ""}, {"fail No connection", "No connection"}};
 }
 
 void TestTimeTasks::saysWhyThereIsNoPicture()
@@ -312,14 +315,16 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
     QWidget window;
     SetupSession session(fixture.store(), window, WindowServices{});
     session.document.load(describe("<window><timetask type='" + type +
-                                   "'><url>x</url><target>view</target></timetask></window>"
+                                   "'><url>x</url><target>view</target><ptz>camera</ptz></timetask></window>"
                                    "<page><item type='gridlayout'><item type='online'><view/></item>"
+                                   "<item type='PTZcrossView'><camera/></item>"
                                    "<item type='maskctrl'><view/></item></item></page>"),
                           "description");
     session.builder.buildPage(session.document.first("page"), &window);
     const auto *online = window.findChild<OnlineView *>();
     const auto *mask = window.findChild<MaskEditor *>();
     const QString cell = mask->valueText();
+    const auto *cross = window.findChild<PtzCrossView *>();
     QPointer<FakeReceiver> receiver;
     session.tasks.setReceiverFactory([&](PictureKind, const QDomElement &) {
         auto made = std::make_unique<FakeReceiver>();
@@ -340,8 +345,10 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
     for (const Moment &moment : story) {
         const QString event = moment.event;
         const int seconds = event.section(' ', 1).toInt();
-        if (event == "connect")
+        if (event == "connect") {
             receiver->connected = true;
+            Q_EMIT receiver->cameraMoved(receiver->cameraPosition());
+        }
         if (event.startsWith("picture"))
             Q_EMIT receiver->pixmapReady(picture);
         if (event.endsWith("close") || event.startsWith("fail"))
@@ -353,6 +360,7 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
         tick(seconds > 0 ? 1000 * seconds : 1);
         const QByteArray where = "after " + event.toUtf8();
         QVERIFY2(online->valueText() == moment.said, where + ": " + online->valueText().toUtf8());
+        QVERIFY2(cross->valueText().startsWith("Pan") == moment.isCameraKnown, where);
         QCOMPARE(mask->valueText(), moment.said.isEmpty() ? cell : moment.said + "; " + cell);
     }
     session.tasks.clear();
