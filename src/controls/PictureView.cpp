@@ -13,7 +13,10 @@ namespace paravue
 namespace
 {
 
-constexpr int FrameWidth = 3; // room for the focus ring
+// Narrow, so that the picture stands in line with what is above it. The focus ring covers its edge.
+constexpr int FrameWidth = 1;
+constexpr int RingWidth = 3;
+constexpr int FooterGap = 3;
 constexpr QSize UsualSize(320, 240);
 constexpr QSize SmallestSize(96, 72);
 
@@ -23,6 +26,7 @@ PictureView::PictureView(QWidget *parent) : QWidget(parent), m_preferred(UsualSi
 
 void PictureView::setPreferredSize(const QSize &size)
 {
+    m_asked = size;
     m_preferred = QSize(size.width() > 0 ? size.width() : UsualSize.width(),
                         size.height() > 0 ? size.height() : UsualSize.height());
     updateGeometry();
@@ -51,14 +55,25 @@ QString PictureView::placeholder() const
 
 QSize PictureView::sizeHint() const
 {
-    const QSize picture = m_preferred + QSize(2 * FrameWidth, 2 * FrameWidth);
-    return picture + QSize(0, footerHeight(picture.width()));
+    return around(m_preferred);
 }
 
 QSize PictureView::minimumSizeHint() const
 {
-    const QSize picture = SmallestSize.boundedTo(m_preferred);
-    return picture + QSize(2 * FrameWidth, 2 * FrameWidth + footerHeight(picture.width()));
+    const QSize smallest = SmallestSize.boundedTo(m_preferred);
+    return around({m_asked.width() > 0 ? m_asked.width() : smallest.width(),
+                   m_asked.height() > 0 ? m_asked.height() : smallest.height()});
+}
+
+QSize PictureView::around(const QSize &picture) const
+{
+    return picture + QSize(2 * FrameWidth, 2 * FrameWidth + footerRoom(picture.width()));
+}
+
+int PictureView::footerRoom(int width) const
+{
+    const int height = footerHeight(width);
+    return height > 0 ? FooterGap + height : 0;
 }
 
 void PictureView::setPixmap(const QPixmap &pixmap)
@@ -89,7 +104,7 @@ void PictureView::setText(const QString &reason)
 QRect PictureView::pictureArea() const
 {
     const QRect inside = rect().adjusted(FrameWidth, FrameWidth, -FrameWidth, -FrameWidth);
-    return inside.adjusted(0, 0, 0, -footerHeight(inside.width()));
+    return inside.adjusted(0, 0, 0, -footerRoom(inside.width()));
 }
 
 QRect PictureView::pictureRect() const
@@ -105,7 +120,8 @@ QRect PictureView::pictureRect() const
 QRect PictureView::footerRect() const
 {
     const QRect area = pictureArea();
-    return {area.left(), pictureRect().bottom() + 1 + FrameWidth, area.width(), footerHeight(area.width())};
+    return {area.left(), pictureRect().bottom() + 1 + FrameWidth + FooterGap, area.width(),
+            footerHeight(area.width())};
 }
 
 QPointF PictureView::fractionAt(const QPointF &position) const
@@ -171,11 +187,11 @@ void PictureView::paintEvent(QPaintEvent *event)
     painter.restore();
     paintFooter(painter);
     const bool ring = hasFocus();
-    const double width = ring ? FrameWidth - 1 : 1;
+    const double width = ring ? RingWidth : FrameWidth;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(ring ? palette().color(QPalette::Highlight) : mixedColor(ground, ink, 0.4), width));
-    const double out = width / 2;
+    const double out = FrameWidth - width / 2;
     painter.drawRect(QRectF(picture).adjusted(-out, -out, out, out));
 }
 

@@ -22,8 +22,9 @@ public:
 
     QPixmap pixmap() const { return m_pixmap; }
     bool hasPicture() const { return !m_pixmap.isNull(); }
-    /// The size that the view likes to show pictures in, in device-independent pixels; its proportions are
-    /// those of the place that waits for one. 320 x 240 unless told otherwise.
+    /// The size that the view shows pictures in, or more where there is room, in device-independent pixels;
+    /// its proportions are those of the place that waits for one. 320 x 240 unless told otherwise, and less
+    /// where there is no room.
     void setPreferredSize(const QSize &size);
 
     /// Where in the widget the picture is, or would be. Empty while the widget is too small for one.
@@ -67,12 +68,16 @@ protected:
 
 private:
     QRect pictureArea() const;
+    /// The size of the view with such a picture.
+    QSize around(const QSize &picture) const;
+    int footerRoom(int width) const;
     QString placeholder() const;
 
     QPixmap m_pixmap;
     QString m_notice;
     QString m_reason;
     QSize m_preferred;
+    QSize m_asked; ///< 0 or less where nothing was
 };
 
 /// Lines that are seen on bright and dark pictures alike: white with a black rim.

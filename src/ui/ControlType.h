@@ -72,6 +72,9 @@ public:
 
     /// The directions in which the widget takes all the room of its cell, whatever the cell's alignment.
     virtual Qt::Orientations fills(const QDomElement &) const { return {}; }
+    /// Whether the attributes "width" and "height" are those of a part of the widget, which sees to it that
+    /// there is room for it. Otherwise they are the least size of the widget.
+    virtual bool sizesItself() const { return false; }
     /// Pages that the widget holds, if it is a container.
     virtual void addPages(PageBuilder &, const Control &) const {}
 

@@ -232,9 +232,10 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
 {
     const QDomElement &element = control.element;
     loadToolTip(m_context, control);
-    if (const int width = intAttribute(element, QStringLiteral("width")); width > 0)
+    const bool sizesItself = control.type && control.type->sizesItself();
+    if (const int width = intAttribute(element, QStringLiteral("width")); width > 0 && !sizesItself)
         widget->setMinimumWidth(std::min(width, limits::Pixels));
-    if (const int height = intAttribute(element, QStringLiteral("height")); height > 0)
+    if (const int height = intAttribute(element, QStringLiteral("height")); height > 0 && !sizesItself)
         widget->setMinimumHeight(std::min(height, limits::Pixels));
     if (element.attribute(QStringLiteral("textside")) == QLatin1String("left"))
         widget->setLayoutDirection(Qt::RightToLeft);

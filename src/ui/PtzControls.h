@@ -14,6 +14,7 @@ class PtzVideoInputControl : public ControlType
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
     const QMetaObject &widgetClass() const override;
+    bool sizesItself() const override { return true; }
     ChangeSignal changeSignal() const override;
     QStringList assignments(ControlContext &, const Control &) const override;
 };
@@ -27,6 +28,7 @@ class PtzCalibratorControl : public ControlType
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
     const QMetaObject &widgetClass() const override;
+    bool sizesItself() const override { return true; }
     ChangeSignal changeSignal() const override;
     ChangeSignal secondChangeSignal() const override;
     KeyForm keyForm() const override { return KeyForm::Rows; }
@@ -40,6 +42,7 @@ class PtzCrossViewControl : public ControlType
 public:
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override;
     const QMetaObject &widgetClass() const override;
+    bool sizesItself() const override { return true; }
 };
 
 } // namespace paravue

@@ -247,6 +247,14 @@ void TestPtzControls::passesPicturesOn()
 
 void TestPtzControls::boundsItsSizes()
 {
+    // A footer takes nothing of a picture that has no room to spare.
+    DescribedWindow full(
+        describe("<tabwidget><tab><item type='gridlayout'>"
+                 "<item type='PTZCalibrator' points='40' width='200' height='150' valign='top'/>"
+                 "<item type='PTZcrossView' row='1' width='200' height='500' valign='top'/>"
+                 "</item></tab></tabwidget>"));
+    QTRY_COMPARE(full.widget<PtzCalibrator>()->pictureRect().size(), QSize(200, 150));
+    QCOMPARE(full.widget<PtzCalibrator>()->pictureRect().left(), 1);
     DescribedWindow window(
         describePage("<item type='PTZCalibrator' points='2000000000' width='2000000000' height='-1'/>"
                      "<item type='PTZCalibrator' points='-3' row='1'/>"));
