@@ -41,8 +41,24 @@ void FrameReader::read(const QString &file)
 {
     readRecording(file, [this](const QByteArray &piece) {
         m_bytes += piece.size();
-        m_parser.append(piece);
+        parse(piece);
     });
+    m_parser.append(m_start);
+}
+
+/// The pieces of a pipe may be as short as a byte.
+void FrameReader::parse(const QByteArray &piece)
+{
+    if (m_hasStarted)
+        return m_parser.append(piece);
+    m_start += piece;
+    const QByteArray answer(AnswerToLogin);
+    if (answer.size() > m_start.size() && answer.startsWith(m_start))
+        return;
+    m_hasStarted = true;
+    m_hasAnswer = m_start.startsWith(answer);
+    m_parser.append(m_start.mid(m_hasAnswer ? answer.size() : 0));
+    m_start.clear();
 }
 
 void FrameReader::takeFrame(const DATA_T &record)

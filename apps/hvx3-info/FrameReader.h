@@ -31,6 +31,8 @@ public:
 
     const cHvx3Parser &parser() const { return m_parser; }
     qint64 bytes() const { return m_bytes; }
+    /// Whether what the recorder says to a login that it accepts stands in front of the stream.
+    bool hasAnswerToLogin() const { return m_hasAnswer; }
 
 private:
     struct Inspected {
@@ -38,13 +40,20 @@ private:
         std::unique_ptr<PictureInspector> inspector;
     };
 
+    void parse(const QByteArray &piece);
     void takeFrame(const DATA_T &record);
     PictureFacts inspect(const DATA_T &record);
 
     cHvx3Parser m_parser;
     std::map<quint8, Inspected> m_inspected;
     qint64 m_bytes = 0;
+    QByteArray m_start; ///< while it may be the answer to the login
+    bool m_hasStarted = false;
+    bool m_hasAnswer = false;
 };
+
+/// What a recorder says when it accepts a login.
+inline constexpr char AnswerToLogin[] = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
 
 /// A text of the stream without the zero byte that ends it there.
 QByteArray textOf(const QByteArray &field);

@@ -65,14 +65,16 @@ void RecordingSurvey::takeHeader(const HDR_T &header)
 void RecordingSurvey::takeIndex(qint64 time)
 {
     ++m_indexes;
-    m_clock.advance(time);
+    m_indexClock.advance(time);
 }
 
 void RecordingSurvey::takeFrame(const RecordedFrame &frame)
 {
     // Frames of other streams have the time of the index record, which may be long past.
-    if (frame.record.stream.streamType == VideoStreamType)
-        m_clock.advance(frame.time);
+    if (frame.record.stream.streamType == VideoStreamType) {
+        m_hasVideo = true;
+        m_videoClock.advance(frame.time);
+    }
     StreamSurvey &survey = m_streams[frame.record.streamId];
     survey.clock.advance(frame.time);
     const qint64 size = frame.record.length;

@@ -40,11 +40,13 @@ public:
 
     /// What belongs to no stream.
     qint64 bytes() const { return m_reader.bytes(); }
+    bool hasAnswerToLogin() const { return m_reader.hasAnswerToLogin(); }
     qint64 unreadBytes() const { return m_reader.parser().unreadBytes(); }
     Hvx3Losses losses() const { return m_reader.parser().losses(); }
     qint64 headers() const { return m_headers; }
     qint64 indexes() const { return m_indexes; }
-    const StreamClock &clock() const { return m_clock; }
+    /// By the video frames. Only where there are none do the index records count: they have whole seconds.
+    const StreamClock &clock() const { return m_hasVideo ? m_videoClock : m_indexClock; }
     /// Of the last header.
     const QString &name() const { return m_name; }
     const QStringList &texts() const { return m_texts; }
@@ -55,7 +57,9 @@ public:
 private:
     const FrameReader &m_reader;
     std::map<quint8, StreamSurvey> m_streams;
-    StreamClock m_clock;
+    StreamClock m_videoClock;
+    StreamClock m_indexClock;
+    bool m_hasVideo = false;
     QString m_name;
     QStringList m_texts;
     qint64 m_headers = 0;

@@ -8,6 +8,7 @@
 #include <QTime>
 
 #include <cmath>
+#include <cstring>
 
 namespace paravue
 {
@@ -16,6 +17,7 @@ namespace
 {
 
 constexpr double MillisecondsPerSecond = 1000;
+const QString Byte = QStringLiteral("byte");
 
 QString typeName(quint8 type)
 {
@@ -66,7 +68,8 @@ QString durationText(const StreamClock &clock)
     const QTime rest = QTime::fromMSecsSinceStartOfDay(static_cast<int>(clock.elapsed() % (60 * 60 * 1000)));
     QString text = QString::number(hours) + rest.toString(QStringLiteral(":mm:ss.zzz"));
     if (clock.timesSetBack() > 0)
-        text += QStringLiteral(" (the clock was set back %1 times)").arg(clock.timesSetBack());
+        text += QStringLiteral(" (the clock was set back %1)")
+                    .arg(counted(clock.timesSetBack(), QStringLiteral("time")));
     return text;
 }
 
@@ -102,7 +105,11 @@ void addRecording(QString &text, const InfoReport &report)
     const RecordingSurvey &survey = report.survey;
     const Hvx3Losses losses = survey.losses();
     Lines lines(text, {});
-    lines.add("recording", QStringLiteral("%1, %2 bytes").arg(report.recording, number(survey.bytes())));
+    lines.add("recording", QStringLiteral("%1, %2").arg(report.recording, counted(survey.bytes(), Byte)));
+    if (survey.hasAnswerToLogin())
+        lines.add(
+            "in front",
+            QStringLiteral("answer to the login, %1").arg(counted(qint64(std::strlen(AnswerToLogin)), Byte)));
     lines.add("name", survey.name());
     for (qsizetype tag = 1; tag < survey.texts().size(); ++tag) {
         if (!survey.texts().at(tag).isEmpty())
@@ -113,18 +120,16 @@ void addRecording(QString &text, const InfoReport &report)
         totals.records += stream.counts.records;
         totals.frames += stream.frames;
     }
-    lines.add("records", QStringLiteral("headers %1, index records %2, data records %3 with %4 frames")
+    lines.add("records", QStringLiteral("headers %1, index records %2, data records %3 with %4")
                              .arg(number(survey.headers()), number(survey.indexes()), number(totals.records),
-                                  number(totals.frames)));
+                                  counted(totals.frames, QStringLiteral("frame"))));
     lines.add("duration", durationText(survey.clock()));
     lines.add("bit rate", bitRateText(survey.bytes(), survey.clock()));
-    lines.add("lost", QStringLiteral("%1 bytes in %2, fragments %3, unfinished frames %4")
-                          .arg(number(losses.bytes),
-                               losses.gaps == 1 ? QStringLiteral("1 gap")
-                                                : QStringLiteral("%1 gaps").arg(number(losses.gaps)),
+    lines.add("lost", QStringLiteral("%1 in %2, fragments %3, unfinished frames %4")
+                          .arg(counted(losses.bytes, Byte), counted(losses.gaps, QStringLiteral("gap")),
                                number(losses.fragments), number(losses.frames)));
     if (survey.unreadBytes() > 0)
-        lines.add("cut at its end", QStringLiteral("%1 bytes of a record").arg(number(survey.unreadBytes())));
+        lines.add("cut at its end", counted(survey.unreadBytes(), Byte) + QStringLiteral(" of a record"));
 }
 
 QString streamTitle(const StreamSurvey &stream)
@@ -159,7 +164,8 @@ void addStream(QString &text, quint8 id, const StreamSurvey &stream, const Strea
     text += QStringLiteral("\nstream %1: %2\n").arg(id).arg(streamTitle(stream));
     Lines lines(text, QStringLiteral("  "));
     lines.add("frames",
-              QStringLiteral("%1 in %2 records").arg(number(stream.frames), number(stream.counts.records)));
+              QStringLiteral("%1 in %2")
+                  .arg(number(stream.frames), counted(stream.counts.records, QStringLiteral("record"))));
     if (stream.type == VideoStreamType)
         addVideo(lines, stream);
     if (stream.frames > 0)
@@ -235,6 +241,11 @@ QJsonObject exportObject(const ExportedFile &file)
 
 } // namespace
 
+QString counted(qint64 count, const QString &noun)
+{
+    return number(count) + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));
+}
+
 QString textReport(const InfoReport &report)
 {
     QString text;
@@ -244,8 +255,8 @@ QString textReport(const InfoReport &report)
     for (const ExportedFile &file : report.exported)
         addExport(text, file);
     if (report.leftOut > 0)
-        text += QStringLiteral("\nnot exported: %1 pictures without a key picture before them\n")
-                    .arg(number(report.leftOut));
+        text += QStringLiteral("\nnot exported: %1 with no key picture before\n")
+                    .arg(counted(report.leftOut, QStringLiteral("picture")));
     return text;
 }
 
@@ -271,6 +282,7 @@ QByteArray jsonReport(const InfoReport &report)
                        {"gaps", losses.gaps},
                        {"lostFragments", losses.fragments},
                        {"unfinishedFrames", losses.frames},
+                       {"answerToLogin", survey.hasAnswerToLogin()},
                        {"unreadBytes", survey.unreadBytes()},
                        {"streams", streams}};
     if (survey.clock().elapsed() > 0)

@@ -14,6 +14,8 @@ struct InfoReport {
     qint64 leftOut = 0; ///< pictures that were not exported
 };
 
+/// "1 record", "1,000 records".
+QString counted(qint64 count, const QString &noun);
 QString textReport(const InfoReport &report);
 /// An object in JSON. Times are seconds, rates are per second; what cannot be told is missing.
 QByteArray jsonReport(const InfoReport &report);

@@ -30,6 +30,19 @@ void print(const InfoReport &report, bool json)
         out << textReport(report);
 }
 
+QString noStreamIn(const QString &file, const RecordingSurvey &survey)
+{
+    if (survey.bytes() == 0)
+        return QStringLiteral("%1 is empty").arg(file);
+    const QString problem = QStringLiteral("there is no stream in %1: ").arg(file);
+    // Without a header, what waits for its rest begins one.
+    constexpr qint64 HeaderMagicSize = 4;
+    if (survey.unreadBytes() >= HeaderMagicSize)
+        return problem + QStringLiteral("a header begins in it but does not end");
+    return problem +
+           QStringLiteral("no header begins in its %1").arg(counted(survey.bytes(), QStringLiteral("byte")));
+}
+
 int list(const InfoCommandLine &line)
 {
     const bool exports = !line.exportFile.isEmpty();
@@ -48,11 +61,7 @@ int list(const InfoCommandLine &line)
     };
     reader.read(line.file);
     if (survey.headers() == 0) {
-        printError(survey.bytes() == 0
-                       ? QStringLiteral("%1 is empty").arg(line.file)
-                       : QStringLiteral("there is no stream in %1: none of its %2 bytes begin one")
-                             .arg(line.file)
-                             .arg(survey.bytes()));
+        printError(noStreamIn(line.file, survey));
         return NoStream;
     }
     InfoReport report{line.file, survey, {}, 0};
