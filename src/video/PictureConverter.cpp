@@ -2,11 +2,13 @@
 
 #include "video/VideoLimits.h"
 
+#include <algorithm>
 #include <utility>
 
 extern "C" {
 #include <libavutil/buffer.h>
 #include <libavutil/frame.h>
+#include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
 }
 
@@ -66,6 +68,19 @@ void takeFullRange(SwsContext *scaler)
     sws_setColorspaceDetails(scaler, coefficients, 1, coefficients, 0, 0, Unchanged, Unchanged);
 }
 
+bool hasAlpha(int format)
+{
+    const AVPixFmtDescriptor *known = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(format));
+    return known && known->flags & AV_PIX_FMT_FLAG_ALPHA;
+}
+
+/// The scaler takes the transparency over, which other images of this format do not have.
+void makeOpaque(const AVBufferRef &pixels)
+{
+    auto *pixel = reinterpret_cast<QRgb *>(pixels.data);
+    std::for_each(pixel, pixel + pixels.size / BytesPerPixel, [](QRgb &one) { one |= 0xff000000; });
+}
+
 /// An image over \a pixels that keeps them alive.
 QImage imageOver(const AVBufferRef &pixels, QSize size)
 {
@@ -94,6 +109,8 @@ QImage PictureConverter::convert(const AVFrame &picture)
     uint8_t *const planes[] = {m_pixels->data, nullptr, nullptr, nullptr};
     const int strides[] = {static_cast<int>(rowBytes(target.width())), 0, 0, 0};
     sws_scale(m_scaler.get(), picture.data, picture.linesize, 0, picture.height, planes, strides);
+    if (hasAlpha(picture.format))
+        makeOpaque(*m_pixels);
     return imageOver(*m_pixels, target);
 }
 
