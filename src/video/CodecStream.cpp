@@ -95,8 +95,9 @@ void CodecStream::begin(const QByteArray &bytes)
 {
     m_sent = false;
     m_parts = {};
-    m_input = bytes.size() > m_limits.bytes ? QByteArray() : bytes;
-    m_pictures = CodedPictures(m_codec, {m_input.constData(), static_cast<std::size_t>(m_input.size())});
+    m_input = bytes;
+    m_pictures = CodedPictures(m_codec, {m_input.constData(), static_cast<std::size_t>(m_input.size())},
+                               m_limits.bytes);
 }
 
 CodecStream::Progress CodecStream::next()
@@ -114,6 +115,8 @@ CodecStream::Progress CodecStream::next()
         send({.bytes = takeH264Unit(m_parts), .headers = 1}, true);
     } else if (!m_pictures.atEnd()) {
         const CodedPicture coded = m_pictures.next();
+        if (coded.bytes.size() > std::size_t(m_limits.bytes))
+            return Progress::Nothing;
         // What would take too long as a whole may be possible in parts.
         if (!send(coded, false) && m_codec == VideoCodec::H264) {
             m_parts = coded.bytes;

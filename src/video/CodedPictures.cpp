@@ -99,6 +99,15 @@ bool hidesImages(quint8 marker)
 
 CodedPicture CodedPictures::next()
 {
+    const std::string_view all = m_rest;
+    m_rest = all.substr(0, m_longest + 1);
+    const CodedPicture picture = nextOfCodec();
+    m_rest = all.substr(picture.bytes.size());
+    return picture;
+}
+
+CodedPicture CodedPictures::nextOfCodec()
+{
     switch (m_codec) {
     case VideoCodec::H264:
         return nextH264();

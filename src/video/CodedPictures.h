@@ -25,7 +25,8 @@ struct CodedPicture {
     bool isKey = false;
 };
 
-/// Finds where the coded pictures in a piece of a stream end. What cannot be told apart is one picture.
+/// Finds where the coded pictures in a piece of a stream end. What cannot be told apart is one picture, and
+/// what is longer than \a longest ends one byte behind that.
 ///
 /// The codec library's own parsers do this too, but they also read every parameter set, as many as there are,
 /// before they return.
@@ -33,12 +34,16 @@ class CodedPictures
 {
 public:
     CodedPictures() = default;
-    CodedPictures(VideoCodec codec, std::string_view bytes) : m_codec(codec), m_rest(bytes) {}
+    CodedPictures(VideoCodec codec, std::string_view bytes, std::size_t longest)
+        : m_codec(codec), m_rest(bytes), m_longest(longest)
+    {
+    }
 
     bool atEnd() const { return m_rest.empty(); }
     CodedPicture next();
 
 private:
+    CodedPicture nextOfCodec();
     std::string_view cut(std::size_t size);
     CodedPicture nextH264();
     CodedPicture nextMpeg4();
@@ -46,6 +51,7 @@ private:
 
     VideoCodec m_codec = VideoCodec::Other;
     std::string_view m_rest;
+    std::size_t m_longest = 0;
 };
 
 /// Cuts a picture into the units of H.264, each with the start code in front of it.

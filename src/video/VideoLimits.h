@@ -28,7 +28,7 @@ inline constexpr qint64 LargestStill = 3840 * 2160;
 
 /// What decoding may cost.
 struct DecodingLimits {
-    /// Bytes that are given to a decoder at once.
+    /// Bytes of one coded picture.
     int bytes = std::numeric_limits<int>::max() / 2; // FFmpeg counts in int and pads
     qint64 pixels = MaxPicturePixels;
     /// How long the decoding of one picture may take, in nanoseconds, by an estimate from its bytes and
