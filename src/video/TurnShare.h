@@ -29,11 +29,12 @@ public:
     static std::shared_ptr<TurnShare> shared();
 
     /// Whether there is time left in this turn.
-    bool hasTime() const { return m_used < SliceNanoseconds; }
-    /// Does \a work now, as a part of this turn.
+    bool hasTime() const;
+    /// Does \a work now, as a part of this turn, and then what has been put off while there is time left.
     void use(const std::function<void()> &work);
-    /// Does the steps of \a work in turns to come, one of each work after another.
-    void later(QObject *owner, Step work);
+    /// Does the steps of \a work, one of each work after another: while there is time left in this turn, and
+    /// the others in turns to come. Within use() or a step they wait until that is over.
+    void putOff(QObject *owner, Step work);
 
 protected:
     void timerEvent(QTimerEvent *event) override;
@@ -49,10 +50,13 @@ private:
         Step step;
     };
 
+    void measure(const std::function<void()> &work);
+    void doSteps();
     void runOne();
 
     std::deque<Work> m_waiting;
     QBasicTimer m_timer;
+    QElapsedTimer m_clock; ///< of the use under way
     qint64 m_used = 0;
     bool m_inUse = false;
 };

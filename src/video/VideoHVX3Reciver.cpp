@@ -6,6 +6,7 @@
 #include "video/cHvx3Demuxer.h"
 #include "video/cHvx3Parser.h"
 
+#include <QPointer>
 #include <QTcpSocket>
 
 #include <utility>
@@ -57,7 +58,16 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
     connectToRecorder();
 }
 
-VideoHVX3Reciver::~VideoHVX3Reciver() = default;
+VideoHVX3Reciver::~VideoHVX3Reciver()
+{
+    // Who is shown a picture may destroy this; the socket cannot be destroyed while it emits.
+    if (m_reading) {
+        m_socket->disconnect(this);
+        m_socket->setParent(nullptr);
+        m_socket->abort();
+        m_socket->deleteLater();
+    }
+}
 
 void VideoHVX3Reciver::connected()
 {
@@ -75,6 +85,15 @@ void VideoHVX3Reciver::error(QAbstractSocket::SocketError error)
 }
 
 void VideoHVX3Reciver::readyRead()
+{
+    const QPointer<VideoHVX3Reciver> self(this);
+    const bool wasReading = std::exchange(m_reading, true);
+    read();
+    if (self)
+        m_reading = wasReading;
+}
+
+void VideoHVX3Reciver::read()
 {
     if (m_state == Streaming) {
         parse();
@@ -126,7 +145,7 @@ void VideoHVX3Reciver::parse()
         m_received += m_socket->readAll();
         m_share->use([this] { m_parser->append(std::exchange(m_received, {})); });
     } else if (!m_decoder->isBusy()) {
-        m_share->later(this, [this] {
+        m_share->putOff(this, [this] {
             parseWhatWaits();
             return false;
         });

@@ -56,6 +56,7 @@ private:
     void connectToRecorder();
     QString urlAttribute(const QString &name) const;
     void lookForAcknowledgement();
+    void read();
     void parse();
     void parseWhatWaits();
 
@@ -63,6 +64,7 @@ private:
     QByteArray m_received;
     State m_state = Connecting;
     bool m_parsesLater = false; ///< what the socket holds
+    bool m_reading = false;     ///< the socket waits for readyRead() to return
     const std::shared_ptr<paravue::TurnShare> m_share;
     QTcpSocket *const m_socket; // these four are children
     cHvx3Parser *const m_parser;

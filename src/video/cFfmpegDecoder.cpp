@@ -35,11 +35,11 @@ bool cFfmpegDecoder::create(const QString &format)
 
 void cFfmpegDecoder::append(const QByteArray &bytes)
 {
-    addTask({false, bytes});
-    if (m_share || m_working)
-        return;
     // A receiver may destroy this decoder.
     const QPointer<cFfmpegDecoder> self(this);
+    addTask({false, bytes});
+    if (!self || m_share || m_working)
+        return;
     m_working = true;
     while (self && !m_tasks.empty())
         step();
@@ -49,9 +49,10 @@ void cFfmpegDecoder::append(const QByteArray &bytes)
 
 void cFfmpegDecoder::addTask(const Task &task)
 {
-    if (m_tasks.empty() && m_share)
-        m_share->later(this, [this] { return step(); });
+    const bool isFirst = m_tasks.empty();
     m_tasks.push_back(task);
+    if (isFirst && m_share)
+        m_share->putOff(this, [this] { return step(); });
 }
 
 /// Does the next step of the work; false when there is no more.

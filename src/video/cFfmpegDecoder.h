@@ -26,10 +26,10 @@ public:
     explicit cFfmpegDecoder(QObject *parent = nullptr);
     ~cFfmpegDecoder() override;
 
-    /// From now on create() and append() return at once; what they ask for is done in order in the turns of
-    /// the event loop that follow, a step at a time together with all other decoders, so that the window
-    /// answers keys whatever has been appended; pictures that would take too long are dropped (LiveLimits).
-    /// To be called before them.
+    /// From now on create() and append() do what there is time for in this turn of the event loop. The rest
+    /// is done in order in the turns that follow, a step at a time together with all other decoders, so that
+    /// the window answers keys whatever has been appended; pictures that would take too long are dropped
+    /// (LiveLimits). To be called before them.
     void workInTurns();
     /// Whether something is left to do; until idle() is emitted, whoever can should append no more.
     bool isBusy() const { return !m_tasks.empty(); }

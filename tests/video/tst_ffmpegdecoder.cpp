@@ -2,6 +2,7 @@
 #include "support/TestTable.h"
 #include "video/cFfmpegDecoder.h"
 
+#include <QBuffer>
 #include <QEventLoop>
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -72,6 +73,8 @@ private Q_SLOTS:
     void refusesWhatTakesTooLong_data();
     void refusesWhatTakesTooLong();
     void receiverMayInterfere();
+    void showsTransparentPicturesOpaque();
+    void showsAtOnceWhatThereIsTimeFor();
     void worksInTurns();
     void receiverMayInterfereInTurns();
 };
@@ -249,6 +252,8 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes_data()
     row("a JPEG with a preview in it", photos, preview + photos.pictures[2], {0, 2});
     row("JPEGs with bytes between them", photos, "x" + photos.pictures[0] + "\xffyz" + photos.pictures[1],
         {0, 1});
+    row("20 MB of JPEGs", photos, photos.pictures[2].leftJustified(500'000, '\0').repeated(40),
+        QList<int>(40, 2));
     const EncodedClip film = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
     row("MPEG-4 with user data between", film,
         film.pictures[0] + QByteArray("\0\0\1\xb2words", 9) + film.pictures[1] + film.pictures[2], upTo(3));
@@ -291,7 +296,7 @@ void TestFfmpegDecoder::refusesWhatTakesTooLong_data()
     const TestTable<EncodedClip, QByteArray> row("clip", "bytes");
     const EncodedClip photos = encodeClip({.encoder = "mjpeg", .size = {1024, 1024}, .pictures = 2});
     const QByteArray &photo = photos.pictures[1];
-    row("more bytes than a picture has", photos, photo.repeated(1 + 8 * 1024 * 1024 / photo.size()));
+    row("more bytes than a picture has", photos, photo.leftJustified(8 * 1024 * 1024 + 1, '\0'));
     const QByteArray table = QByteArray("\xff\xdb\x00\x43\x00", 5) + QByteArray(64, '\1');
     row("thousands of tables", photos, photo.first(2) + table.repeated(20'000) + photo.sliced(2));
     // Each packet begins at the second block and leaves 4,000 as they are.
@@ -344,6 +349,34 @@ void TestFfmpegDecoder::receiverMayInterfere()
     QVERIFY(!viewer);
 }
 
+void TestFfmpegDecoder::showsTransparentPicturesOpaque()
+{
+    QImage image(20, 20, QImage::Format_ARGB32);
+    image.fill(QColor(200, 100, 50, 30));
+    QBuffer png;
+    QVERIFY(image.save(&png, "PNG"));
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create("png"));
+    viewer.decoder.append(png.data());
+    QCOMPARE(viewer.last.size(), image.size());
+    QVERIFY(opaque(viewer.last));
+}
+
+void TestFfmpegDecoder::showsAtOnceWhatThereIsTimeFor()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 64}, .pictures = 3});
+    // A busy machine may use up the time of a turn.
+    bool atOnce = false;
+    for (int attempt = 0; attempt < 20 && !atOnce; ++attempt) {
+        Viewer viewer;
+        viewer.decoder.workInTurns();
+        viewer.decoder.create(clip.decoder);
+        viewer.decoder.append(clip.whole());
+        atOnce = viewer.numbers == upTo(3) && !viewer.decoder.isBusy();
+    }
+    QVERIFY(atOnce);
+}
+
 void TestFfmpegDecoder::worksInTurns()
 {
     const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {704, 576}, .pictures = 50});
@@ -362,7 +395,6 @@ void TestFfmpegDecoder::worksInTurns()
         viewer.decoder.append(clip.pictures[0]);
         viewer.decoder.create(clip.decoder);
         viewer.decoder.append(clip.pictures[0]);
-        QVERIFY(viewer.numbers.isEmpty());
         QVERIFY(viewer.decoder.isBusy());
     }
     QSignalSpy idle(&viewers[0].decoder, &cFfmpegDecoder::idle);
