@@ -3,6 +3,7 @@
 #include <memory>
 
 extern "C" {
+#include <libavcodec/avcodec.h>
 #include <libavcodec/bsf.h>
 #include <libavformat/avformat.h>
 }
@@ -17,6 +18,7 @@ struct InputFree {
 
 struct FormatFree {
     void operator()(AVBSFContext *filter) const { av_bsf_free(&filter); }
+    void operator()(AVCodecParserContext *parser) const { av_parser_close(parser); }
     void operator()(AVFormatContext *context) const { avformat_free_context(context); }
     void operator()(AVIOContext *io) const
     {
@@ -29,6 +31,7 @@ struct FormatFree {
 using FilterHandle = std::unique_ptr<AVBSFContext, FormatFree>;
 using InputHandle = std::unique_ptr<AVFormatContext, InputFree>;
 using FormatHandle = std::unique_ptr<AVFormatContext, FormatFree>;
+using ParserHandle = std::unique_ptr<AVCodecParserContext, FormatFree>;
 using IoHandle = std::unique_ptr<AVIOContext, FormatFree>;
 
 } // namespace paravue

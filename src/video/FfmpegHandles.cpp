@@ -20,11 +20,6 @@ void FfmpegFree::operator()(AVCodecContext *context) const
     avcodec_free_context(&context);
 }
 
-void FfmpegFree::operator()(AVCodecParserContext *parser) const
-{
-    av_parser_close(parser);
-}
-
 void FfmpegFree::operator()(AVFrame *frame) const
 {
     av_frame_free(&frame);

@@ -4,7 +4,6 @@
 
 struct AVBufferRef;
 struct AVCodecContext;
-struct AVCodecParserContext;
 struct AVFrame;
 struct AVPacket;
 struct SwsContext;
@@ -17,7 +16,6 @@ namespace paravue
 struct FfmpegFree {
     void operator()(AVBufferRef *buffer) const; ///< gives up one reference
     void operator()(AVCodecContext *context) const;
-    void operator()(AVCodecParserContext *parser) const;
     void operator()(AVFrame *frame) const;
     void operator()(AVPacket *packet) const;
     void operator()(SwsContext *scaler) const;
@@ -25,7 +23,6 @@ struct FfmpegFree {
 
 using BufferHandle = std::unique_ptr<AVBufferRef, FfmpegFree>;
 using CodecContextHandle = std::unique_ptr<AVCodecContext, FfmpegFree>;
-using ParserHandle = std::unique_ptr<AVCodecParserContext, FfmpegFree>;
 using FrameHandle = std::unique_ptr<AVFrame, FfmpegFree>;
 using PacketHandle = std::unique_ptr<AVPacket, FfmpegFree>;
 using ScalerHandle = std::unique_ptr<SwsContext, FfmpegFree>;

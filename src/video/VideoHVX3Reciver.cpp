@@ -137,7 +137,8 @@ void VideoHVX3Reciver::lookForAcknowledgement()
     }
 }
 
-/// Parses what has come, unless there is so much to do already that it has to stay in the socket.
+/// Parses what has come. While the decoder is busy, or the time of this turn is used up, it stays in the
+/// socket, so that the recorder is slowed down.
 void VideoHVX3Reciver::parse()
 {
     m_parsesLater = m_decoder->isBusy() || !m_share->hasTime();

@@ -58,6 +58,7 @@ Q_SIGNALS:
     void onDATA(DATA_T frame);
 
 private:
+    /// InPayload is within a data record whose head has been read.
     enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2, InPayload };
 
     void feed();
