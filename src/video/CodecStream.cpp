@@ -2,6 +2,8 @@
 
 #include "video/DecodingTime.h"
 
+#include <QLoggingCategory>
+
 #include <cstring>
 #include <utility>
 
@@ -17,6 +19,8 @@ namespace
 
 /// Above every level of FFmpeg's log: damaged input is usual, and its messages would flood the host's output.
 constexpr int Silent = 100;
+
+Q_LOGGING_CATEGORY(videoLog, "paravue.video")
 
 /// Of blocks, in MPEG-4.
 constexpr double RowHeight = 16;
@@ -112,21 +116,33 @@ CodecStream::Progress CodecStream::next()
     m_sent = false;
     av_frame_unref(m_frame.get());
     if (!m_parts.empty()) {
-        send({.bytes = takeH264Unit(m_parts), .headers = 1}, true);
+        if (!send({.bytes = takeH264Unit(m_parts), .headers = 1}, true))
+            noteLeftOut();
     } else if (!m_pictures.atEnd()) {
         const CodedPicture coded = m_pictures.next();
-        if (coded.bytes.size() > std::size_t(m_limits.bytes))
-            return Progress::Nothing;
-        // What would take too long as a whole may be possible in parts.
-        if (!send(coded, false) && m_codec == VideoCodec::H264) {
-            m_parts = coded.bytes;
-            m_partPixels = 0;
+        if (coded.bytes.size() > std::size_t(m_limits.bytes)) {
+            noteLeftOut();
+        } else if (!send(coded, false)) {
+            // What would take too long as a whole may be possible in parts.
+            if (m_codec == VideoCodec::H264) {
+                m_parts = coded.bytes;
+                m_partPixels = 0;
+            } else {
+                noteLeftOut();
+            }
         }
     } else {
         m_input.clear();
         return Progress::AtEnd;
     }
     return Progress::Nothing;
+}
+
+/// Once: a stream that has such a picture has many.
+void CodecStream::noteLeftOut()
+{
+    if (!std::exchange(m_notedLeftOut, true))
+        qCWarning(videoLog) << "Pictures of a live stream are left out: decoding them would take too long";
 }
 
 /// False when that would take too long, by what is known before or by what the codec finds out.

@@ -38,6 +38,7 @@ private:
     static void endRow(AVCodecContext *context, const AVFrame *frame, int offset[], int y, int type,
                        int height);
 
+    void noteLeftOut();
     bool fill(std::string_view bytes);
     bool send(const CodedPicture &coded, bool isPart);
     double expectedPixels(bool isPart) const;
@@ -50,7 +51,8 @@ private:
     QByteArray m_input;
     CodedPictures m_pictures;
     std::string_view m_parts; ///< what is left of a picture that is decoded unit by unit
-    bool m_sent = false;      ///< a packet whose picture may be there
+    bool m_notedLeftOut = false;
+    bool m_sent = false; ///< a packet whose picture may be there
 
     /// The packet under way, and how long it may still take in nanoseconds, by estimate.
     CodedPicture m_coded;
