@@ -124,7 +124,7 @@ void TestSessionFunctions::init()
                     return;
                 const QString connection = line.first(start);
                 const QString request = line.sliced(start + 3);
-                if (request.startsWith("\\x01") || request.startsWith("GET /"))
+                if (request.startsWith("video LOGIN=") || request.startsWith("GET /"))
                     pictures += connection;
                 if (!pictures.contains(connection))
                     m_requests << request;
