@@ -6,6 +6,7 @@
 #include "support/Hvx3Bytes.h"
 #include "video/cFfmpegDecoder.h"
 
+#include <QCoreApplication>
 #include <QRandomGenerator>
 
 namespace paravue::bench
@@ -38,15 +39,18 @@ QByteArray framesOf(const QList<QByteArray> &pictures)
     return bytes;
 }
 
-/// Whether its pictures are not refused; one may still be held back.
+/// Whether its pictures are not refused when they come live; one may still be held back.
 bool isDecoded(const EncodedClip &clip)
 {
     cFfmpegDecoder decoder;
+    decoder.workInTurns();
     int shown = 0;
     QObject::connect(&decoder, &cFfmpegDecoder::onFrame, &decoder, [&shown] { ++shown; });
     decoder.create(QString::fromLatin1(clip.decoder));
     for (const QByteArray &picture : clip.pictures)
         decoder.append(picture);
+    while (decoder.isBusy())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return shown > clip.pictures.size() / 2;
 }
 
