@@ -19,10 +19,10 @@ namespace paravue
 namespace
 {
 
-QString tr(const char *text)
+class ReportText
 {
-    return QCoreApplication::translate("CheckReport", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(CheckReport)
+};
 
 /// The words of the output are for other programs too, and are not translated.
 QString wordFor(DescriptionProblem::Severity severity)
@@ -48,7 +48,7 @@ void printLines(QTextStream &out, const QString &file, const QList<DescriptionPr
         out << ' ' << wordFor(problem.severity) << ": " << problem.text.simplified() << '\n';
     }
     out << file << ": "
-        << tr("errors: %1, warnings: %2")
+        << ReportText::tr("errors: %1, warnings: %2")
                .arg(countOf(problems, DescriptionProblem::Severity::Error))
                .arg(countOf(problems, DescriptionProblem::Severity::Warning))
         << '\n';
@@ -75,7 +75,7 @@ ExitCode runCheck(const CommandLine &commandLine)
 {
     const QString folder = commandLine.filesFolder;
     if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
-        QTextStream(stderr) << "paravue-setup: " << tr("%1 is no folder").arg(folder) << '\n';
+        QTextStream(stderr) << "paravue-setup: " << ReportText::tr("%1 is no folder").arg(folder) << '\n';
         return Failed;
     }
     const QList<DescriptionProblem> problems = checkDescription(commandLine.description, folder);

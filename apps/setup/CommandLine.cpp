@@ -22,10 +22,10 @@ const char ExitCodes[] = QT_TRANSLATE_NOOP(
                    "  3  something failed: a file could not be read, the recorder not be\n"
                    "     saved to or its simulator not started, or pictures not be taken\n");
 
-QString tr(const char *text)
+class OptionText
 {
-    return QCoreApplication::translate("CommandLine", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+};
 
 CommandLine shown(const QString &text)
 {
@@ -70,67 +70,75 @@ QString localProblem(const QCommandLineParser &parser)
     const bool checks = parser.isSet("check");
     const bool previews = parser.isSet("preview");
     if (checks && previews)
-        return tr("--check and --preview exclude each other");
+        return OptionText::tr("--check and --preview exclude each other");
     if ((checks || previews) && (parser.isSet("demo") || !parser.positionalArguments().isEmpty()))
-        return tr("--check and --preview read a file and take no recorder");
+        return OptionText::tr("--check and --preview read a file and take no recorder");
     if (checks && (parser.isSet("screenshot") || parser.isSet("language")))
-        return tr("--check opens no window; use --preview");
+        return OptionText::tr("--check opens no window; use --preview");
     if (!checks && !previews && parser.isSet("files"))
-        return tr("--files needs --check or --preview");
-    return !checks && parser.isSet("json") ? tr("--json needs --check") : QString();
+        return OptionText::tr("--files needs --check or --preview");
+    return !checks && parser.isSet("json") ? OptionText::tr("--json needs --check") : QString();
 }
 
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList &words)
 {
-    const QCommandLineOption help({"h", "help"}, tr("Show this help."));
-    const QCommandLineOption version({"v", "version"}, tr("Show the version."));
-    const QCommandLineOption digest("digest",
-                                    tr("The password in ADDRESS is the one that a user types: send its "
-                                       "digest. Otherwise it is sent as it stands."));
-    const QCommandLineOption demo("demo", tr("Start the recorder simulator and set that up."));
-    const QCommandLineOption demoData("demo-data", tr("Keep the simulator's files in DIR (with --demo)."),
-                                      "DIR");
+    const QCommandLineOption help({"h", "help"}, OptionText::tr("Show this help."));
+    const QCommandLineOption version({"v", "version"}, OptionText::tr("Show the version."));
+    const QCommandLineOption digest(
+        "digest", OptionText::tr("The password in ADDRESS is the one that a user types: send its "
+                                 "digest. Otherwise it is sent as it stands."));
+    const QCommandLineOption demo("demo", OptionText::tr("Start the recorder simulator and set that up."));
+    const QCommandLineOption demoData(
+        "demo-data", OptionText::tr("Keep the simulator's files in DIR (with --demo)."), "DIR");
     const QCommandLineOption model(
-        "model", tr("Simulate the recorder MODEL (with --demo): standard or everything."), "MODEL");
+        "model", OptionText::tr("Simulate the recorder MODEL (with --demo): standard or everything."),
+        "MODEL");
     const QCommandLineOption screenshot(
-        "screenshot", tr("Save a picture of every tab in DIR once all is loaded, and end."), "DIR");
+        "screenshot", OptionText::tr("Save a picture of every tab in DIR once all is loaded, and end."),
+        "DIR");
     const QCommandLineOption language(
         "language",
-        tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
-           "en or ru). It counts as an edit, so saving keeps it."),
+        OptionText::tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
+                       "en or ru). It counts as an edit, so saving keeps it."),
         "LANGUAGE");
     const QCommandLineOption check(
-        "check", tr("List the problems of the interface description FILE, without a recorder."), "FILE");
-    const QCommandLineOption json("json", tr("Print them for other programs (with --check)."));
+        "check", OptionText::tr("List the problems of the interface description FILE, without a recorder."),
+        "FILE");
+    const QCommandLineOption json("json", OptionText::tr("Print them for other programs (with --check)."));
     const QCommandLineOption preview(
         "preview",
-        tr("Show the window that the interface description FILE describes, on copies of local files: "
-           "nothing is sent anywhere, and no file is changed."),
+        OptionText::tr(
+            "Show the window that the interface description FILE describes, on copies of local files: "
+            "nothing is sent anywhere, and no file is changed."),
         "FILE");
     const QCommandLineOption files(
-        "files", tr("Take the configuration files that go with FILE from DIR (with --check or --preview)."),
+        "files",
+        OptionText::tr(
+            "Take the configuration files that go with FILE from DIR (with --check or --preview)."),
         "DIR");
 
     const QCommandLineOption timeZones(
-        "time-zones", tr("List the time zones of the world with the rules that recorders take for them (in "
-                         "Russian with --language ru)."));
+        "time-zones",
+        OptionText::tr("List the time zones of the world with the rules that recorders take for them (in "
+                       "Russian with --language ru)."));
 
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(tr("Shows the setup window of a network video recorder."));
+    parser.setApplicationDescription(OptionText::tr("Shows the setup window of a network video recorder."));
     parser.addOptions({help, version, digest, demo, demoData, model, screenshot, language, check, json,
                        preview, files, timeZones});
     acceptToolkitOptions(parser);
-    parser.addPositionalArgument("ADDRESS",
-                                 tr("The recorder: [login:password@]host[:port]. Without a login the "
-                                    "remembered one is used."),
-                                 "[ADDRESS]");
+    parser.addPositionalArgument(
+        "ADDRESS",
+        OptionText::tr("The recorder: [login:password@]host[:port]. Without a login the "
+                       "remembered one is used."),
+        "[ADDRESS]");
 
     const bool isParsed = parser.parse(words);
     if (parser.isSet(help))
-        return shown(parser.helpText() + tr(ExitCodes));
+        return shown(parser.helpText() + OptionText::tr(ExitCodes));
     if (parser.isSet(version))
         return shown(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() +
                      '\n');
@@ -154,22 +162,22 @@ CommandLine CommandLine::parse(const QStringList &words)
 
     for (const QCommandLineOption &option : {demoData, model, screenshot, language, check, preview, files}) {
         if (parser.isSet(option) && parser.value(option).isEmpty())
-            return refused(tr("--%1 needs a value").arg(option.names().first()));
+            return refused(OptionText::tr("--%1 needs a value").arg(option.names().first()));
     }
     if (const QString problem = localProblem(parser); !problem.isEmpty())
         return refused(problem);
     const QStringList addresses = parser.positionalArguments();
     if (line.demo && !addresses.isEmpty())
-        return refused(tr("--demo brings its own recorder and takes no address"));
+        return refused(OptionText::tr("--demo brings its own recorder and takes no address"));
     if (!line.demo && !isLocal && addresses.size() != 1)
-        return refused(addresses.isEmpty() ? tr("no address was given")
-                                           : tr("more than one address was given"));
+        return refused(addresses.isEmpty() ? OptionText::tr("no address was given")
+                                           : OptionText::tr("more than one address was given"));
     for (const QCommandLineOption &option : {demoData, model}) {
         if (!line.demo && parser.isSet(option))
-            return refused(tr("--%1 needs --demo").arg(option.names().first()));
+            return refused(OptionText::tr("--%1 needs --demo").arg(option.names().first()));
     }
     if (line.language.contains('/') || line.language.contains('\''))
-        return refused(tr("a language is a name such as en"));
+        return refused(OptionText::tr("a language is a name such as en"));
     if (line.demo || isLocal)
         return line;
 

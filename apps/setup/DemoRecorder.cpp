@@ -26,10 +26,10 @@ const char ProgramName[] = "paravue-recorder";
 constexpr int StartLimitMs = 20'000;
 constexpr int EndLimitMs = 3'000;
 
-QString tr(const char *text)
+class DemoText
 {
-    return QCoreApplication::translate("DemoRecorder", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(DemoRecorder)
+};
 
 /// Beside this program (installed), in the neighbouring folder (a build tree), or wherever programs are.
 QString findProgram()
@@ -96,9 +96,10 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
 {
     const QString program = findProgram();
     if (program.isEmpty())
-        return tr("The program %1 was not found beside this one or in the search path.").arg(ProgramName);
+        return DemoText::tr("The program %1 was not found beside this one or in the search path.")
+            .arg(ProgramName);
     if (dataFolder.isEmpty() && !m_temporaryFolder.isValid())
-        return tr("No temporary folder could be made: %1").arg(m_temporaryFolder.errorString());
+        return DemoText::tr("No temporary folder could be made: %1").arg(m_temporaryFolder.errorString());
 
     m_dataFolder = dataFolder.isEmpty() ? m_temporaryFolder.path() : dataFolder;
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -111,7 +112,7 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
         options << "--model" << model;
     m_process.start(program, options);
     if (!m_process.waitForStarted(StartLimitMs))
-        return tr("%1 could not be started: %2").arg(program, m_process.errorString());
+        return DemoText::tr("%1 could not be started: %2").arg(program, m_process.errorString());
 
     const QString problem = readPort();
     if (problem.isEmpty()) {
@@ -131,13 +132,13 @@ QString DemoRecorder::readPort()
     const QDeadlineTimer limit(StartLimitMs);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(static_cast<int>(limit.remainingTime())))
-            return tr("%1 ended or did not say on which port it listens.").arg(ProgramName);
+            return DemoText::tr("%1 ended or did not say on which port it listens.").arg(ProgramName);
     }
     static const QRegularExpression announcement("^Listening on 127\\.0\\.0\\.1:(\\d+)\\s*$");
     const auto match = announcement.match(QString::fromUtf8(m_process.readLine()));
     m_port = match.captured(1).toUShort();
     if (m_port == 0)
-        return tr("%1 did not say on which port it listens.").arg(ProgramName);
+        return DemoText::tr("%1 did not say on which port it listens.").arg(ProgramName);
     return {};
 }
 

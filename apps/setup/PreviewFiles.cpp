@@ -16,10 +16,10 @@ namespace paravue
 namespace
 {
 
-QString tr(const char *text)
+class PreviewText
 {
-    return QCoreApplication::translate("PreviewFiles", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(PreviewFiles)
+};
 
 const QString descriptionName = QStringLiteral("interface");
 
@@ -35,12 +35,12 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
 {
     const auto content = contentOf(description);
     if (!content)
-        return tr("The file %1 cannot be read.").arg(description);
+        return PreviewText::tr("The file %1 cannot be read.").arg(description);
     const auto interface = unpackedDescription(*content);
     if (!interface)
-        return tr("The file %1 is too large.").arg(description);
+        return PreviewText::tr("The file %1 is too large.").arg(description);
     if (!folder.isEmpty() && !QDir(folder).exists())
-        return tr("%1 is no folder.").arg(folder);
+        return PreviewText::tr("%1 is no folder.").arg(folder);
     if (const QString problem = copy(store, descriptionName, *interface); !problem.isEmpty())
         return problem;
 
@@ -54,7 +54,7 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
         const bool isGiven = !folder.isEmpty() && QFileInfo(path).isFile();
         const auto values = isGiven ? contentOf(path) : std::optional(QByteArray());
         if (!values)
-            return tr("The file %1 cannot be read.").arg(path);
+            return PreviewText::tr("The file %1 cannot be read.").arg(path);
         if (const QString problem = copy(store, name, *values); !problem.isEmpty())
             return problem;
     }
@@ -67,7 +67,7 @@ QString PreviewFiles::copy(OrbSetup &store, const QString &name, const QByteArra
     for (const QString &copied : {name, name + QStringLiteral(".original")}) {
         QFile file(m_copies.filePath(copied));
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
-            return tr("A copy of the file %1 cannot be made.").arg(name);
+            return PreviewText::tr("A copy of the file %1 cannot be made.").arg(name);
         store.setFilePath(copied, file.fileName());
     }
     return {};

@@ -15,12 +15,12 @@ namespace paravue
 namespace
 {
 
-QString tr(const char *text)
+class AddressText
 {
-    return QCoreApplication::translate("RecorderAddress", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(RecorderAddress)
+};
 
-RecorderAddress refused(const QString &problem)
+RecorderAddress refusedAddress(const QString &problem)
 {
     return {{}, problem};
 }
@@ -40,14 +40,14 @@ RecorderAddress RecorderAddress::fromText(const QString &text, Password password
     const QString account = text.left(std::max<qsizetype>(at, 0));
     const qsizetype colon = account.lastIndexOf(':');
     if (at >= 0 && colon < 0)
-        return refused(tr("an address has the form [login:password@]host[:port]"));
+        return refusedAddress(AddressText::tr("an address has the form [login:password@]host[:port]"));
 
     const QStringList hostParts = text.mid(at + 1).split(':');
     const QString host = hostParts.first();
     if (hostParts.size() > 2)
-        return refused(tr("an IPv6 address cannot be given, use the host's name"));
+        return refusedAddress(AddressText::tr("an IPv6 address cannot be given, use the host's name"));
     if (host.isEmpty())
-        return refused(tr("the address names no host"));
+        return refusedAddress(AddressText::tr("the address names no host"));
 
     QString url = host;
     if (hostParts.size() == 2) {
@@ -56,7 +56,7 @@ RecorderAddress RecorderAddress::fromText(const QString &text, Password password
         // Negative numbers are how the library itself writes ports above 32767.
         if (!isNumber || port == 0 || port < std::numeric_limits<qint16>::min() ||
             port > std::numeric_limits<quint16>::max())
-            return refused(tr("the port must be a number from 1 to 65535"));
+            return refusedAddress(AddressText::tr("the port must be a number from 1 to 65535"));
         url += ':' + portText(static_cast<quint16>(port));
     }
 

@@ -1,5 +1,6 @@
 #include "check/ActionCheck.h"
 
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "check/SlotParams.h"
 #include "entry/cSetupWidget.h"
@@ -7,19 +8,12 @@
 #include "ui/ControlType.h"
 #include "ui/InterfaceDocument.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 const QString typeName = QStringLiteral("type");
 const QString stateName = QStringLiteral("state");
@@ -34,9 +28,9 @@ bool isCallable(const ActionTarget &target, const QString &slot, bool hasParam)
 QString missingSlot(const ActionTarget &target, const QString &slot, bool hasParam)
 {
     if (!isCallable(target, slot, !hasParam))
-        return tr("%1 has no slot \"%2\"").arg(target.name, slot);
-    return hasParam ? tr("The slot \"%1\" takes no param").arg(slot)
-                    : tr("The slot \"%1\" needs a param").arg(slot);
+        return CheckText::tr("%1 has no slot \"%2\"").arg(target.name, slot);
+    return hasParam ? CheckText::tr("The slot \"%1\" takes no param").arg(slot)
+                    : CheckText::tr("The slot \"%1\" needs a param").arg(slot);
 }
 
 } // namespace
@@ -52,7 +46,7 @@ void ActionCheck::action(const QDomElement &action)
     const QString type = action.attribute(typeName);
     const bool isCall = type == QLatin1String("call");
     if (!isCall && type != QLatin1String("enable") && type != QLatin1String("disable")) {
-        m_problems.error(action, tr("Unknown action type \"%1\"").arg(type));
+        m_problems.error(action, CheckText::tr("Unknown action type \"%1\"").arg(type));
         return;
     }
     whetherItRuns(action, isCall);
@@ -63,7 +57,7 @@ void ActionCheck::action(const QDomElement &action)
         const QList<ActionTarget> found = targets(action, action.text().trimmed());
         for (const ActionTarget &target : found) {
             if (target.kind != ActionTarget::Kind::Control)
-                m_problems.error(action, tr("%1 is never enabled or disabled").arg(target.name));
+                m_problems.error(action, CheckText::tr("%1 is never enabled or disabled").arg(target.name));
         }
     }
 }
@@ -76,24 +70,26 @@ void ActionCheck::whetherItRuns(const QDomElement &action, bool isCall)
         owner.tagName() == QLatin1String("buttonOK") && owner.parentNode() == m_document.root();
     if (isButton || part.kind == ActionTarget::Kind::Dialog) {
         if (!isCall)
-            m_problems.warning(action, tr("Only calls run here"));
+            m_problems.warning(action, CheckText::tr("Only calls run here"));
         return;
     }
     if (!part.type) {
-        m_problems.warning(action, tr("Nothing runs this action: it stands in no control"));
+        m_problems.warning(action, CheckText::tr("Nothing runs this action: it stands in no control"));
         return;
     }
     const bool asksForState = action.hasAttribute(stateName);
     const QStringList states = part.type->actionStates();
     if (asksForState && states.isEmpty())
-        m_problems.warning(action, tr("%1 has no states, so this action never runs").arg(part.name));
+        m_problems.warning(action,
+                           CheckText::tr("%1 has no states, so this action never runs").arg(part.name));
     else if (asksForState && !states.contains(action.attribute(stateName)))
-        m_problems.warning(action, tr("Unknown state \"%1\"; known are %2")
+        m_problems.warning(action, CheckText::tr("Unknown state \"%1\"; known are %2")
                                        .arg(action.attribute(stateName), states.join(QStringLiteral(", "))));
     else if (!asksForState && !isCall)
-        m_problems.warning(action, tr("Without a state this action never runs"));
+        m_problems.warning(action, CheckText::tr("Without a state this action never runs"));
     else if (!asksForState && !part.type->runsCalls())
-        m_problems.warning(action, tr("%1 runs no calls, so this action never runs").arg(part.name));
+        m_problems.warning(action,
+                           CheckText::tr("%1 runs no calls, so this action never runs").arg(part.name));
 }
 
 void ActionCheck::call(const QDomElement &action)
@@ -127,8 +123,8 @@ QList<ActionTarget> ActionCheck::targets(const QDomElement &at, const QString &t
     }
     if (found->isEmpty())
         m_problems.error(at, m_document.first(tag).isNull()
-                                 ? tr("There is no tag \"%1\"").arg(tag)
-                                 : tr("The tag \"%1\" stands in no control").arg(tag));
+                                 ? CheckText::tr("There is no tag \"%1\"").arg(tag)
+                                 : CheckText::tr("The tag \"%1\" stands in no control").arg(tag));
     return *found;
 }
 
@@ -136,27 +132,27 @@ void ActionCheck::timeTask(const QDomElement &task)
 {
     const ActionTarget::Kind owner = m_parts.of(task.parentNode().toElement()).kind;
     if (owner != ActionTarget::Kind::Window && owner != ActionTarget::Kind::Dialog)
-        m_problems.warning(task,
-                           tr("Nothing runs this task: it stands neither in \"window\" nor in a dialog"));
+        m_problems.warning(
+            task, CheckText::tr("Nothing runs this task: it stands neither in \"window\" nor in a dialog"));
     if (intAttribute(task, QStringLiteral("period")) < 0)
-        m_problems.warning(task, tr("With a negative period this task never runs"));
+        m_problems.warning(task, CheckText::tr("With a negative period this task never runs"));
     const QString type = task.attribute(typeName);
     if (type == QLatin1String("call"))
         call(task);
     else if (type == QLatin1String("v3getjpeg") || type == QLatin1String("startVideoOnline"))
         picture(task);
     else
-        m_problems.error(task, tr("Unknown time task \"%1\"").arg(type));
+        m_problems.error(task, CheckText::tr("Unknown time task \"%1\"").arg(type));
 }
 
 void ActionCheck::picture(const QDomElement &task)
 {
     if (task.firstChildElement(QStringLiteral("url")).text().trimmed().isEmpty())
-        m_problems.error(task, tr("A task that fetches pictures needs a \"url\""));
+        m_problems.error(task, CheckText::tr("A task that fetches pictures needs a \"url\""));
     for (const ActionTarget &target :
          targets(task, task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
         if (target.widgetClass->indexOfSlot("setPixmap(QPixmap)") < 0)
-            m_problems.error(task, tr("%1 shows no pictures").arg(target.name));
+            m_problems.error(task, CheckText::tr("%1 shows no pictures").arg(target.name));
     }
     if (const QDomElement ptz = task.firstChildElement(QStringLiteral("ptz")); !ptz.isNull())
         turningCamera(task, ptz);
@@ -165,10 +161,10 @@ void ActionCheck::picture(const QDomElement &task)
 void ActionCheck::turningCamera(const QDomElement &task, const QDomElement &ptz)
 {
     if (task.attribute(typeName) != QLatin1String("startVideoOnline"))
-        m_problems.warning(ptz, tr("Only live video tells where a camera looks"));
+        m_problems.warning(ptz, CheckText::tr("Only live video tells where a camera looks"));
     for (const ActionTarget &target : targets(ptz, ptz.text().trimmed())) {
         if (target.widgetClass->indexOfSlot("slot_Set_PTZ_pos(QString)") < 0)
-            m_problems.error(ptz, tr("%1 shows no position of a camera").arg(target.name));
+            m_problems.error(ptz, CheckText::tr("%1 shows no position of a camera").arg(target.name));
     }
 }
 

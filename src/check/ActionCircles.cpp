@@ -1,12 +1,12 @@
 #include "check/ActionCircles.h"
 
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/ControlType.h"
 #include "ui/InterfaceDocument.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
-#include <QCoreApplication>
 
 #include <vector>
 
@@ -91,10 +91,9 @@ void ActionCircles::report(const InterfaceDocument &document, const DescribedPar
     }
     for (const auto &[call, count] : open) {
         for (const Caller &caller : count > 0 ? m_callers.at(call) : QList<Caller>())
-            problems.error(caller.action,
-                           QCoreApplication::translate(
-                               "DescriptionCheck",
-                               "This call does not come to an end: it leads into a circle of calls"));
+            problems.error(
+                caller.action,
+                CheckText::tr("This call does not come to an end: it leads into a circle of calls"));
     }
 }
 

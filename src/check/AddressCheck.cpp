@@ -1,21 +1,15 @@
 #include "check/AddressCheck.h"
 
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "device/OrbNetSetup.h"
 #include "store/ConfigAddress.h"
 #include "store/TextPattern.h"
 
-#include <QCoreApplication>
-
 namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 /// Files of the session that no recorder sends: what the user enters, and the answers of functions.
 bool isLocalFile(QStringView name)
@@ -54,19 +48,21 @@ void AddressCheck::ownFile(const QDomElement &file, bool isFirst)
     const QString name = file.attribute(QStringLiteral("name"));
     const QString type = file.attribute(QStringLiteral("type"));
     if (name.isEmpty() || name.contains(u'/'))
-        m_problems.error(file, tr("\"%1\" is no name for a configuration file").arg(name));
+        m_problems.error(file, CheckText::tr("\"%1\" is no name for a configuration file").arg(name));
     else if (m_own->contains(name))
-        m_problems.warning(file, tr("The file \"%1\" is listed twice").arg(name));
+        m_problems.warning(file, CheckText::tr("The file \"%1\" is listed twice").arg(name));
     if (isFirst && name != QLatin1String("interface"))
-        m_problems.warning(file, tr("The first file of the list stands for the description itself and is not "
-                                    "fetched; it should be \"interface\", not \"%1\"")
-                                     .arg(name));
+        m_problems.warning(
+            file, CheckText::tr("The first file of the list stands for the description itself and is not "
+                                "fetched; it should be \"interface\", not \"%1\"")
+                      .arg(name));
     const bool isKnown = type.isEmpty() || type == QLatin1String("inifile") ||
                          type == QLatin1String("sectionless") || type == QLatin1String("state");
     if (!isFirst && file.attribute(QStringLiteral("get_command")).isEmpty())
-        m_problems.warning(file, tr("Without a get_command the file \"%1\" is not fetched").arg(name));
+        m_problems.warning(file,
+                           CheckText::tr("Without a get_command the file \"%1\" is not fetched").arg(name));
     if (!isKnown)
-        m_problems.warning(file, tr("Unknown file type \"%1\" counts as \"inifile\"").arg(type));
+        m_problems.warning(file, CheckText::tr("Unknown file type \"%1\" counts as \"inifile\"").arg(type));
     m_own->insert(name);
 }
 
@@ -77,14 +73,16 @@ bool AddressCheck::file(const QDomElement &at, const QString &written)
         return true;
     if (!m_builtIn.contains(name)) {
         m_problems.error(
-            at, tr("No recorder sends a file \"%1\", and the description does not list it").arg(written));
+            at, CheckText::tr("No recorder sends a file \"%1\", and the description does not list it")
+                    .arg(written));
         return false;
     }
     if (m_own && !m_reported.contains(name)) {
         m_reported.insert(name);
-        m_problems.warning(at, tr("The file \"%1\" is not in the list of files of the description, so it "
-                                  "is not fetched")
-                                   .arg(name));
+        m_problems.warning(
+            at, CheckText::tr("The file \"%1\" is not in the list of files of the description, so it "
+                              "is not fetched")
+                    .arg(name));
     }
     return true;
 }
@@ -93,7 +91,7 @@ void AddressCheck::value(const QDomElement &at, const QString &text)
 {
     const ConfigAddress address(text);
     if (!address.hasKey()) {
-        m_problems.error(at, tr("\"%1\" is no address; that would be file/section/key").arg(text));
+        m_problems.error(at, CheckText::tr("\"%1\" is no address; that would be file/section/key").arg(text));
         return;
     }
     if (file(at, address.file().toString()) && !address.hasRest())
@@ -104,8 +102,9 @@ void AddressCheck::assignment(const QDomElement &at, const QString &text)
 {
     const ConfigAddress address(text);
     if (!address.hasRest()) {
-        m_problems.error(at,
-                         tr("\"%1\" has no value to write; that would be file/section/key/value").arg(text));
+        m_problems.error(
+            at,
+            CheckText::tr("\"%1\" has no value to write; that would be file/section/key/value").arg(text));
         return;
     }
     if (file(at, address.file().toString()))
@@ -115,7 +114,8 @@ void AddressCheck::assignment(const QDomElement &at, const QString &text)
 void AddressCheck::group(const QDomElement &at, const QString &prefix, const QString &member)
 {
     if (prefix.count(u'/') != 1) {
-        m_problems.error(at, tr("\"%1\" is no group of values; that would be file/section").arg(prefix));
+        m_problems.error(
+            at, CheckText::tr("\"%1\" is no group of values; that would be file/section").arg(prefix));
         return;
     }
     const QString path = prefix + member;
@@ -128,12 +128,13 @@ void AddressCheck::pattern(const QDomElement &at, const QString &text)
 {
     const ConfigAddress address(text);
     if (!address.hasKey()) {
-        m_problems.error(at, tr("\"%1\" is no address; that would be file/section/key").arg(text));
+        m_problems.error(at, CheckText::tr("\"%1\" is no address; that would be file/section/key").arg(text));
         return;
     }
     file(at, address.file().toString());
     if (const QString fault = TextPattern::fault(address.entry().toString()); !fault.isEmpty())
-        m_problems.error(at, tr("The regular expression \"%1\" is invalid: %2").arg(address.entry(), fault));
+        m_problems.error(
+            at, CheckText::tr("The regular expression \"%1\" is invalid: %2").arg(address.entry(), fault));
 }
 
 void AddressCheck::rows(const QDomElement &at, const QString &text, const QString &count)
@@ -160,14 +161,14 @@ void AddressCheck::key(const QDomElement &at, const ConfigAddress &address)
         return;
     if (!m_folder.holds(name)) {
         m_reported.insert(name);
-        m_problems.warning(at, tr("The folder of files has no \"%1\"").arg(name));
+        m_problems.warning(at, CheckText::tr("The folder of files has no \"%1\"").arg(name));
         return;
     }
     const QString path = address.path().toString();
     if (m_reported.contains(path) || m_folder.value(name, address.entry().toString()))
         return;
     m_reported.insert(path);
-    m_problems.warning(at, tr("The file \"%1\" has no key \"%2\"").arg(name, address.entry()));
+    m_problems.warning(at, CheckText::tr("The file \"%1\" has no key \"%2\"").arg(name, address.entry()));
 }
 
 } // namespace paravue

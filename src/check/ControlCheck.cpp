@@ -1,23 +1,17 @@
 #include "check/ControlCheck.h"
 
 #include "check/AddressCheck.h"
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "controls/WeekPlan.h"
 #include "store/TextPattern.h"
 #include "ui/ControlType.h"
 #include "ui/InterfaceDocument.h"
 
-#include <QCoreApplication>
-
 namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 QList<QDomElement> children(const QDomElement &element, const QString &tag)
 {
@@ -47,21 +41,23 @@ void checkChoices(const QDomElement &element, AddressCheck &addresses, ProblemLi
         if (!inner.isNull())
             checkAssignment(inner, addresses);
         if (const QDomElement second = inner.nextSiblingElement(keyTag); !second.isNull())
-            problems.warning(second, tr("This key is not used: an entry has one"));
+            problems.warning(second, CheckText::tr("This key is not used: an entry has one"));
         if (inner.isNull() && i >= keys.size())
-            problems.warning(texts.at(i), tr("This entry has no key, so choosing it writes nothing"));
+            problems.warning(texts.at(i),
+                             CheckText::tr("This entry has no key, so choosing it writes nothing"));
         if (!inner.isNull() && i < keys.size() && !keys.at(i).text().isEmpty())
-            problems.warning(keys.at(i), tr("This key is not used: the entry has one inside its text"));
+            problems.warning(keys.at(i),
+                             CheckText::tr("This key is not used: the entry has one inside its text"));
     }
     for (qsizetype i = 0; i < keys.size(); ++i) {
         checkAssignment(keys.at(i), addresses);
         if (i >= texts.size())
-            problems.warning(keys.at(i), tr("There is no entry for this key"));
+            problems.warning(keys.at(i), CheckText::tr("There is no entry for this key"));
     }
     const QList<QDomElement> sets = children(element, QStringLiteral("keyset"));
     for (qsizetype i = 0; i < sets.size(); ++i) {
         if (i >= texts.size())
-            problems.warning(sets.at(i), tr("There is no entry for this keyset"));
+            problems.warning(sets.at(i), CheckText::tr("There is no entry for this keyset"));
         for (const QString &assignment : sets.at(i).text().split(u',')) {
             if (const QString trimmed = assignment.trimmed(); !trimmed.isEmpty())
                 addresses.assignment(sets.at(i), trimmed);
@@ -77,12 +73,12 @@ void checkList(const QDomElement &element, AddressCheck &addresses, ProblemList 
     for (qsizetype i = 0; i < sources.size(); ++i) {
         addresses.rows(sources.at(i), addressText(sources.at(i)), addressText(count));
         if (i >= columns.size())
-            problems.warning(sources.at(i), tr("There is no column for this source"));
+            problems.warning(sources.at(i), CheckText::tr("There is no column for this source"));
     }
     if (!count.isNull())
         addresses.value(count, addressText(count));
     else if (!sources.isEmpty())
-        problems.warning(element, tr("Without a row_count the list shows nothing of its sources"));
+        problems.warning(element, CheckText::tr("Without a row_count the list shows nothing of its sources"));
 }
 
 /// Behind the key of a list of its own kind, where the number of its rows stands.
@@ -117,7 +113,8 @@ void checkValidator(const QDomElement &element, ProblemList &problems)
     const QString validator = element.attribute(QStringLiteral("validator"));
     const QString fault = validator.isEmpty() ? QString() : TextPattern::fault(validator);
     if (!fault.isEmpty())
-        problems.error(element, tr("The regular expression \"%1\" is invalid: %2").arg(validator, fault));
+        problems.error(element,
+                       CheckText::tr("The regular expression \"%1\" is invalid: %2").arg(validator, fault));
 }
 
 void checkRange(const QDomElement &element, ProblemList &problems)
@@ -128,7 +125,7 @@ void checkRange(const QDomElement &element, ProblemList &problems)
     const bool endsByItself = element.attribute(QStringLiteral("type")) == QLatin1String("diskfitness") &&
                               !element.hasAttribute(most);
     if (!endsByItself && intAttribute(element, least) > intAttribute(element, most))
-        problems.warning(element, tr("minvalue is greater than maxvalue"));
+        problems.warning(element, CheckText::tr("minvalue is greater than maxvalue"));
 }
 
 void checkSchedule(const QDomElement &element, ProblemList &problems)
@@ -136,14 +133,15 @@ void checkSchedule(const QDomElement &element, ProblemList &problems)
     for (const QDomElement &kind : children(element, QStringLiteral("kind"))) {
         const QString value = kind.attribute(QStringLiteral("value"));
         if (value.toStdU32String().size() != 1)
-            problems.error(kind, tr("value=\"%1\" is not one character, so nothing can be planned with this "
+            problems.error(
+                kind, CheckText::tr("value=\"%1\" is not one character, so nothing can be planned with this "
                                     "kind")
-                                     .arg(value));
+                          .arg(value));
     }
     const QList<QDomElement> keys = children(element, keyTag);
     for (qsizetype i = 1; i < keys.size(); ++i) {
         if (keys.size() < WeekPlan::Days || i >= WeekPlan::Days)
-            problems.warning(keys.at(i), tr("This key is not used: a week has one or seven"));
+            problems.warning(keys.at(i), CheckText::tr("This key is not used: a week has one or seven"));
     }
 }
 
@@ -157,9 +155,9 @@ void checkControl(const DescribedParts::Control &control, AddressCheck &addresse
     } else {
         checkKeys(element, control.type->keyForm(), addresses);
         if (control.type->keyForm() == KeyForm::Group && element.firstChildElement(keyTag).isNull())
-            problems.warning(element, tr("Without a key the list shows nothing"));
+            problems.warning(element, CheckText::tr("Without a key the list shows nothing"));
         for (const QDomElement &set : children(element, QStringLiteral("keyset")))
-            problems.warning(set, tr("Only a list of choices has keysets"));
+            problems.warning(set, CheckText::tr("Only a list of choices has keysets"));
     }
     const QString type = element.attribute(QStringLiteral("type"));
     if (type == QLatin1String("list"))

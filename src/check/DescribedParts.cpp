@@ -1,22 +1,16 @@
 #include "check/DescribedParts.h"
 
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/CWinMain.h"
 #include "ui/ControlType.h"
 #include "ui/InterfaceDocument.h"
 #include "ui/UiLimits.h"
 
-#include <QCoreApplication>
-
 namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 const QString itemTag = QStringLiteral("item");
 const QString tabTag = QStringLiteral("tab");
@@ -47,12 +41,13 @@ public:
             if (tag != QLatin1String("tabwidget") && tag != QLatin1String("window")) {
                 lookForDialogs(child);
             } else if (root.firstChildElement(tag) != child) {
-                m_problems.warning(child, tr("Only the first \"%1\" counts").arg(tag));
+                m_problems.warning(child, CheckText::tr("Only the first \"%1\" counts").arg(tag));
             } else if (tag == QLatin1String("tabwidget")) {
                 tabs(child);
             } else {
-                m_parts.targets.insert(elementId(child), {ActionTarget::Kind::Window, nullptr,
-                                                          &CWinMain::staticMetaObject, tr("The window")});
+                m_parts.targets.insert(elementId(child),
+                                       {ActionTarget::Kind::Window, nullptr, &CWinMain::staticMetaObject,
+                                        CheckText::tr("The window")});
                 forEachChild(child, [this](const QDomElement &inner) { lookForDialogs(inner); });
             }
         });
@@ -65,8 +60,9 @@ private:
     {
         if (!element.firstChildElement(itemTag).isNull()) {
             m_parts.dialogs.append(element);
-            m_parts.targets.insert(elementId(element), {ActionTarget::Kind::Dialog, nullptr,
-                                                        &QDialog::staticMetaObject, tr("A dialog")});
+            m_parts.targets.insert(
+                elementId(element),
+                {ActionTarget::Kind::Dialog, nullptr, &QDialog::staticMetaObject, CheckText::tr("A dialog")});
             page(element);
         } else {
             forEachChild(element, [this](const QDomElement &child) { lookForDialogs(child); });
@@ -87,9 +83,8 @@ private:
         const QDomElement selection = container.firstChildElement(QStringLiteral("selection"));
         const int selected = selection.text().toInt();
         if (!selection.isNull() && (selected < 0 || selected >= count))
-            m_problems.warning(
-                selection,
-                tr("There is no page %1; the first one has the number 0").arg(selection.text().trimmed()));
+            m_problems.warning(selection, CheckText::tr("There is no page %1; the first one has the number 0")
+                                              .arg(selection.text().trimmed()));
     }
 
     void page(const QDomElement &container)
@@ -99,10 +94,11 @@ private:
             if (child.tagName() != itemTag)
                 lookForDialogs(child);
             else if (type != QLatin1String("gridlayout"))
-                m_problems.error(child,
-                                 tr("Unknown node type \"%1\": a page holds grids, and a control stands in "
-                                    "one of them")
-                                     .arg(type));
+                m_problems.error(
+                    child,
+                    CheckText::tr("Unknown node type \"%1\": a page holds grids, and a control stands in "
+                                  "one of them")
+                        .arg(type));
             else
                 grid(child);
         });
@@ -125,9 +121,9 @@ private:
         const bool isColumn = stretch.hasAttribute(QStringLiteral("column"));
         const QString name = isColumn ? QStringLiteral("column") : QStringLiteral("row");
         if (!stretch.hasAttribute(name))
-            m_problems.error(stretch, tr("A stretch needs a \"column\" or a \"row\""));
+            m_problems.error(stretch, CheckText::tr("A stretch needs a \"column\" or a \"row\""));
         else if (!isWithinGrid(intAttribute(stretch, name), 1))
-            m_problems.error(stretch, tr("This row or column is beyond the limits of a grid"));
+            m_problems.error(stretch, CheckText::tr("This row or column is beyond the limits of a grid"));
     }
 
     void cell(const QDomElement &item)
@@ -138,9 +134,9 @@ private:
                           intAttribute(item, QStringLiteral("rowSpan"))) ||
             !isWithinGrid(intAttribute(item, QStringLiteral("column")),
                           intAttribute(item, QStringLiteral("columnSpan"))))
-            m_problems.error(item, tr("This row or column is beyond the limits of a grid"));
+            m_problems.error(item, CheckText::tr("This row or column is beyond the limits of a grid"));
         if (!type)
-            m_problems.error(item, tr("Unknown control type \"%1\"").arg(name));
+            m_problems.error(item, CheckText::tr("Unknown control type \"%1\"").arg(name));
         else if (name == QLatin1String("gridlayout"))
             grid(item);
         else if (const auto *control = dynamic_cast<const ControlType *>(type))
@@ -151,14 +147,15 @@ private:
     {
         m_parts.controls.append({item, &type});
         m_parts.targets.insert(elementId(item), {ActionTarget::Kind::Control, &type, &type.widgetClass(),
-                                                 tr("A control of the type \"%1\"").arg(name)});
+                                                 CheckText::tr("A control of the type \"%1\"").arg(name)});
         if (name == QLatin1String("tabwidget")) {
             tabs(item);
             return;
         }
         forEachChild(item, [&](const QDomElement &child) {
             if (child.tagName() == itemTag)
-                m_problems.warning(child, tr("A control of the type \"%1\" holds no other one").arg(name));
+                m_problems.warning(
+                    child, CheckText::tr("A control of the type \"%1\" holds no other one").arg(name));
             else
                 lookForDialogs(child);
         });

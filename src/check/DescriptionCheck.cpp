@@ -2,6 +2,7 @@
 
 #include "check/ActionCheck.h"
 #include "check/AddressCheck.h"
+#include "check/CheckText.h"
 #include "check/ControlCheck.h"
 #include "check/DescribedParts.h"
 #include "check/ProblemList.h"
@@ -21,11 +22,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 /// What the window's own reader says about a text that it does not read, at the place that this is about.
 DescriptionProblem unreadable(const QByteArray &text, const QString &message)
@@ -91,9 +87,10 @@ private:
         else if (tag == QLatin1String("key") && !isOfAControl(element))
             m_addresses.value(element, addressText(element));
         else if (tag == QLatin1String("tooltip") && isCancelButton(element.parentNode()))
-            m_problems.warning(element, tr("The Cancel button shows the tooltip of \"buttonOK\""));
+            m_problems.warning(element, CheckText::tr("The Cancel button shows the tooltip of \"buttonOK\""));
         else if (tag == QLatin1String("keyset") && !m_parts.of(element.parentNode().toElement()).type)
-            m_problems.warning(element, tr("Nothing uses this keyset: it stands in no list of choices"));
+            m_problems.warning(element,
+                               CheckText::tr("Nothing uses this keyset: it stands in no list of choices"));
         else if (isText(tag))
             m_texts.visible(element, ownText(element));
         judgeParam(element);

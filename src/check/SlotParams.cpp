@@ -1,6 +1,7 @@
 #include "check/SlotParams.h"
 
 #include "check/AddressCheck.h"
+#include "check/CheckText.h"
 #include "check/DescribedParts.h"
 #include "check/ProblemList.h"
 #include "check/TextCheck.h"
@@ -8,19 +9,12 @@
 #include "store/OrbSetup.h"
 #include "ui/InterfaceDocument.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 /// True for a text that is known only when the window runs: it holds a translation or a value.
 bool isVariable(const QString &text)
@@ -77,7 +71,7 @@ void SlotParams::checkFunction(const QDomElement &action, const QString &param)
         return;
     const DeviceCommand *command = findDeviceCommand(name);
     if (!command)
-        m_problems.error(action, tr("There is no function \"%1\"").arg(name));
+        m_problems.error(action, CheckText::tr("There is no function \"%1\"").arg(name));
     else if (command->kind == DeviceCommand::Kind::InstallPackage)
         address(action, param.section(u',', 1));
 }
@@ -89,7 +83,7 @@ void SlotParams::setValue(const QDomElement &action, const QString &param)
     m_addresses.assignment(action, param);
     const QString language = OrbSetup::defValue(param);
     if (OrbSetup::path(param) == languagePath && !isVariable(language) && !m_texts.hasLanguage(language))
-        m_problems.warning(action, tr("There are no translations into \"%1\"").arg(language));
+        m_problems.warning(action, CheckText::tr("There are no translations into \"%1\"").arg(language));
 }
 
 void SlotParams::showDialog(const QDomElement &action, const QString &tag)
@@ -100,11 +94,12 @@ void SlotParams::showDialog(const QDomElement &action, const QString &tag)
     }
     open(tag);
     if (m_document.first(tag).isNull())
-        m_problems.error(action, tr("Unknown dialog tag \"%1\"").arg(tag));
+        m_problems.error(action, CheckText::tr("Unknown dialog tag \"%1\"").arg(tag));
     else if (!isDialog(tag))
-        m_problems.error(action, tr("The first tag \"%1\" stands in no dialog").arg(tag));
+        m_problems.error(action, CheckText::tr("The first tag \"%1\" stands in no dialog").arg(tag));
     else if (isWithin(action, m_document.first(tag).parentNode()))
-        m_problems.warning(action, tr("The dialog \"%1\" is open already when this runs").arg(tag));
+        m_problems.warning(action,
+                           CheckText::tr("The dialog \"%1\" is open already when this runs").arg(tag));
 }
 
 void SlotParams::fileDialog(const QDomElement &action, const QString &param)
@@ -129,7 +124,8 @@ void SlotParams::settings(const QDomElement &action, const QString &param)
         wrongField(action, fields.first(), QStringLiteral("write, read"));
     address(action, fields.at(1));
     if (!isVariable(fields.at(2)) && m_document.first(fields.at(2)).isNull())
-        m_problems.error(action, tr("There is no section \"%1\" that lists what to write").arg(fields.at(2)));
+        m_problems.error(
+            action, CheckText::tr("There is no section \"%1\" that lists what to write").arg(fields.at(2)));
 }
 
 void SlotParams::saveFileAs(const QDomElement &action, const QString &param)
@@ -179,9 +175,8 @@ void SlotParams::needDialogs(const QDomElement &action, const QStringList &tags)
             missing.append(tag);
     }
     if (!missing.isEmpty())
-        m_problems.error(
-            action,
-            tr("This call may show dialogs that are missing: %1").arg(missing.join(QStringLiteral(", "))));
+        m_problems.error(action, CheckText::tr("This call may show dialogs that are missing: %1")
+                                     .arg(missing.join(QStringLiteral(", "))));
 }
 
 void SlotParams::needList(const QDomElement &action, const QString &type)
@@ -191,10 +186,10 @@ void SlotParams::needList(const QDomElement &action, const QString &type)
         return mark.parentNode().toElement().attribute(QStringLiteral("type")) == type;
     });
     if (!isThere)
-        m_problems.error(action,
-                         tr("This call works on the control with the tag \"%1\", and there is none of "
-                            "that type")
-                             .arg(type));
+        m_problems.error(
+            action, CheckText::tr("This call works on the control with the tag \"%1\", and there is none of "
+                                  "that type")
+                        .arg(type));
 }
 
 void SlotParams::open(const QString &tag)
@@ -209,12 +204,14 @@ bool SlotParams::isDialog(const QString &tag) const
 
 void SlotParams::wrongField(const QDomElement &action, const QString &field, const QString &known)
 {
-    m_problems.error(action, tr("Unknown word \"%1\" in the parameter; known are %2").arg(field, known));
+    m_problems.error(action,
+                     CheckText::tr("Unknown word \"%1\" in the parameter; known are %2").arg(field, known));
 }
 
 void SlotParams::wrongParam(const QDomElement &action, const QString &form)
 {
-    m_problems.error(action, tr("The parameter has the wrong number of fields; it must be %1").arg(form));
+    m_problems.error(action,
+                     CheckText::tr("The parameter has the wrong number of fields; it must be %1").arg(form));
 }
 
 void SlotParams::finish()
@@ -223,7 +220,8 @@ void SlotParams::finish()
         return;
     for (const QDomElement &dialog : m_parts.dialogs) {
         if (!m_opened.contains(elementId(dialog)))
-            m_problems.warning(dialog, tr("Nothing opens the dialog \"%1\"").arg(dialog.tagName()));
+            m_problems.warning(dialog,
+                               CheckText::tr("Nothing opens the dialog \"%1\"").arg(dialog.tagName()));
     }
 }
 

@@ -1,10 +1,9 @@
 #include "check/TextCheck.h"
 
 #include "check/AddressCheck.h"
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/TextReferences.h"
-
-#include <QCoreApplication>
 
 #include <utility>
 #include <vector>
@@ -13,11 +12,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 } // namespace
 
@@ -42,7 +36,8 @@ void TextCheck::readLanguage(const QDomElement &language)
     for (QDomElement text = language.firstChildElement(); !text.isNull(); text = text.nextSiblingElement()) {
         const QString id = text.tagName();
         if (texts.contains(id)) {
-            m_problems.warning(text, tr("\"%1\" is translated twice; the first text counts").arg(id));
+            m_problems.warning(text,
+                               CheckText::tr("\"%1\" is translated twice; the first text counts").arg(id));
             continue;
         }
         texts.insert(id, text);
@@ -104,9 +99,9 @@ void TextCheck::finish()
         endless(language, texts);
     }
     if (!m_table.isNull() && !hasLanguage(QStringLiteral("ru")))
-        m_problems.warning(m_table,
-                           tr("There is no translation into \"ru\", which is the language as long as "
-                              "the recorder names none"));
+        m_problems.warning(
+            m_table, CheckText::tr("There is no translation into \"ru\", which is the language as long as "
+                                   "the recorder names none"));
 }
 
 void TextCheck::use(const QString &id, const QDomElement &at)
@@ -114,7 +109,7 @@ void TextCheck::use(const QString &id, const QDomElement &at)
     constexpr qsizetype Named = 5;
     const qsizetype known = m_known.value(id);
     if (known == 0)
-        m_problems.error(at, tr("The text \"@%1\" has no translation%2").arg(id, advice(id)));
+        m_problems.error(at, CheckText::tr("The text \"@%1\" has no translation%2").arg(id, advice(id)));
     if (known == 0 || known == m_languages.size())
         return;
     QStringList missing;
@@ -123,8 +118,8 @@ void TextCheck::use(const QString &id, const QDomElement &at)
         if (!isTranslated(*language, id))
             missing.append(*language);
     }
-    m_problems.error(
-        at, tr("The text \"@%1\" has no translation into %2").arg(id, missing.join(QStringLiteral(", "))));
+    m_problems.error(at, CheckText::tr("The text \"@%1\" has no translation into %2")
+                             .arg(id, missing.join(QStringLiteral(", "))));
 }
 
 QString TextCheck::advice(const QString &id) const
@@ -133,8 +128,9 @@ QString TextCheck::advice(const QString &id) const
     while (end > 0 && id.at(end - 1).isPunct())
         --end;
     const QString shorter = id.first(end);
-    return m_known.contains(shorter) ? tr(" (an id ends at a blank; \"@%1\" would have one)").arg(shorter)
-                                     : QString();
+    return m_known.contains(shorter)
+               ? CheckText::tr(" (an id ends at a blank; \"@%1\" would have one)").arg(shorter)
+               : QString();
 }
 
 void TextCheck::translation(const QString &language, const QDomElement &element)
@@ -142,12 +138,13 @@ void TextCheck::translation(const QString &language, const QDomElement &element)
     const QString text = element.text();
     for (const Reference &reference : references(text)) {
         if (reference.position == 0)
+            m_problems.error(element,
+                             CheckText::tr("\"@%1\" begins a translation and is shown as it is written there")
+                                 .arg(reference.id));
+        else if (!isTranslated(language, reference.id) && !m_used.contains(reference.id))
             m_problems.error(
                 element,
-                tr("\"@%1\" begins a translation and is shown as it is written there").arg(reference.id));
-        else if (!isTranslated(language, reference.id) && !m_used.contains(reference.id))
-            m_problems.error(element,
-                             tr("The text \"@%1\" has no translation into %2").arg(reference.id, language));
+                CheckText::tr("The text \"@%1\" has no translation into %2").arg(reference.id, language));
     }
     values(element, text);
 }
@@ -183,9 +180,9 @@ void TextCheck::endless(const QString &language, const Texts &texts)
                 continue;
             const Mark mark = marks.value(reference.id);
             if (mark == OnTheWay)
-                m_problems.error(
-                    texts.value(current.id),
-                    tr("The translation of \"@%1\" into %2 refers to itself").arg(reference.id, language));
+                m_problems.error(texts.value(current.id),
+                                 CheckText::tr("The translation of \"@%1\" into %2 refers to itself")
+                                     .arg(reference.id, language));
             else if (mark == Unseen)
                 way.push_back(step(reference.id));
         }

@@ -1,9 +1,9 @@
 #include "check/WordCheck.h"
 
+#include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/InterfaceDocument.h"
 
-#include <QCoreApplication>
 #include <QHash>
 #include <QStringList>
 
@@ -11,11 +11,6 @@ namespace paravue
 {
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DescriptionCheck", text);
-}
 
 using Words = QHash<QString, QStringList>;
 
@@ -71,11 +66,11 @@ void checkElementText(const QDomElement &element, ProblemList &problems)
     const bool isSize = parent == QLatin1String("window") &&
                         (tag == QLatin1String("width") || tag == QLatin1String("height"));
     if ((isSize || tag == QLatin1String("stretch") || tag == QLatin1String("selection")) && !isNumber(text))
-        problems.warning(element, tr("\"%1\" is no number and counts as 0").arg(text));
+        problems.warning(element, CheckText::tr("\"%1\" is no number and counts as 0").arg(text));
     static const QStringList positions{"North", "South", "West", "East"};
     if (tag == QLatin1String("tabposition") && !positions.contains(text))
-        problems.warning(
-            element, tr("Unknown word \"%1\"; known are %2").arg(text, positions.join(QStringLiteral(", "))));
+        problems.warning(element, CheckText::tr("Unknown word \"%1\"; known are %2")
+                                      .arg(text, positions.join(QStringLiteral(", "))));
 }
 
 } // namespace
@@ -84,17 +79,18 @@ void checkWords(const QDomElement &element, ProblemList &problems)
 {
     const QString tag = element.tagName();
     if (isDecoration(tag))
-        problems.error(element, tr("The window uses the tag \"%1\" itself").arg(tag));
+        problems.error(element, CheckText::tr("The window uses the tag \"%1\" itself").arg(tag));
     for (const QString &name : numbers().value(tag)) {
         const QString value = element.attribute(name, QStringLiteral("0"));
         if (!isNumber(value))
-            problems.warning(element, tr("%1=\"%2\" is no number and counts as 0").arg(name, value));
+            problems.warning(element,
+                             CheckText::tr("%1=\"%2\" is no number and counts as 0").arg(name, value));
     }
     if (tag == QLatin1String("item")) {
         for (auto known = keywords().constBegin(); known != keywords().constEnd(); ++known) {
             const QString word = element.attribute(known.key(), known->first());
             if (!known->contains(word))
-                problems.warning(element, tr("Unknown word in %1=\"%2\"; known are %3")
+                problems.warning(element, CheckText::tr("Unknown word in %1=\"%2\"; known are %3")
                                               .arg(known.key(), word, known->join(QStringLiteral(", "))));
         }
     }

@@ -20,10 +20,10 @@ constexpr std::array<QRgb, MostScheduleKinds - 1> KindColors{0xff0072b2, 0xffe69
 
 constexpr double DisabledShare = 0.4;
 
-QString tr(const char *text)
+class KindText
 {
-    return QCoreApplication::translate("WeekSchedule", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(WeekSchedule)
+};
 
 QColor groundColor(int number, const QPalette &palette, QPalette::ColorGroup group)
 {
@@ -38,7 +38,10 @@ QColor groundColor(int number, const QPalette &palette, QPalette::ColorGroup gro
 
 ScheduleKinds usualScheduleKinds()
 {
-    return {{U'0', tr("Off")}, {U'1', tr("Continuous")}, {U'2', tr("On motion")}, {U'3', tr("On alarm")}};
+    return {{U'0', KindText::tr("Off")},
+            {U'1', KindText::tr("Continuous")},
+            {U'2', KindText::tr("On motion")},
+            {U'3', KindText::tr("On alarm")}};
 }
 
 int kindNumber(const ScheduleKinds &kinds, char32_t value)

@@ -12,10 +12,10 @@ namespace paravue
 namespace
 {
 
-QString tr(const char *text)
+class XmlText
 {
-    return QCoreApplication::translate("XmlLimits", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(XmlLimits)
+};
 
 /// Walks over the markup of an XML text in an encoding that keeps ASCII, and counts.
 class MarkupCounter
@@ -55,7 +55,7 @@ private:
     void skipOther(qsizetype opening, QByteArrayView closing)
     {
         if (++m_otherNodes > MaxXmlOtherNodes)
-            m_violation = tr("it has more than %1 comments and instructions").arg(MaxXmlOtherNodes);
+            m_violation = XmlText::tr("it has more than %1 comments and instructions").arg(MaxXmlOtherNodes);
         const qsizetype end = m_text.indexOf(closing, m_pos + opening);
         m_pos = end < 0 ? m_text.size() : end + closing.size();
     }
@@ -64,7 +64,7 @@ private:
     {
         walkMarkup([this](char c) {
             if (c == '[')
-                m_violation = tr("it declares entities");
+                m_violation = XmlText::tr("it declares entities");
         });
     }
 
@@ -77,7 +77,7 @@ private:
     void readStartTag()
     {
         if (++m_elements > MaxXmlElements)
-            m_violation = tr("it has more than %1 elements").arg(MaxXmlElements);
+            m_violation = XmlText::tr("it has more than %1 elements").arg(MaxXmlElements);
         int attributes = 0;
         char last = 0;
         walkMarkup([&](char c) {
@@ -86,11 +86,12 @@ private:
         });
         m_attributes += attributes;
         if (m_attributes > MaxXmlAttributes)
-            m_violation = tr("it has more than %1 attributes").arg(MaxXmlAttributes);
+            m_violation = XmlText::tr("it has more than %1 attributes").arg(MaxXmlAttributes);
         if (attributes > MaxXmlAttributesOfOneElement)
-            m_violation = tr("one element has more than %1 attributes").arg(MaxXmlAttributesOfOneElement);
+            m_violation =
+                XmlText::tr("one element has more than %1 attributes").arg(MaxXmlAttributesOfOneElement);
         if (last != '/' && ++m_depth > MaxXmlNesting)
-            m_violation = tr("its elements are nested more than %1 levels deep").arg(MaxXmlNesting);
+            m_violation = XmlText::tr("its elements are nested more than %1 levels deep").arg(MaxXmlNesting);
     }
 
     /// Calls \a visit for every byte up to the closing ">" that is not within quotes.
@@ -156,7 +157,7 @@ std::optional<QString> xmlLimitViolation(const QByteArray &text)
         return MarkupCounter(narrow).firstViolation();
     }
     if (!declaresKnownEncoding(text))
-        return tr("its text encoding is not supported");
+        return XmlText::tr("its text encoding is not supported");
     return MarkupCounter(text).firstViolation();
 }
 

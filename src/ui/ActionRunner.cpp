@@ -174,7 +174,7 @@ bool ActionRunner::enter()
     // A chain need not be endless: ten actions that call ten actions each, and so on, never end either.
     if (m_depth >= limits::ActionDepth || m_work >= limits::ActionWork) {
         m_unwinding = true;
-        m_context.report(tr("The actions of the interface description do not come to an end"));
+        m_context.report(WindowText::tr("The actions of the interface description do not come to an end"));
         return false;
     }
     ++m_depth;

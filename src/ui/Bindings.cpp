@@ -53,7 +53,8 @@ void Bindings::changed(QWidget *sender)
     if (!control)
         return;
     if (!control->type) {
-        m_context.report(tr("Unknown control type action \"%1\"").arg(control->element.attribute("type")));
+        m_context.report(
+            WindowText::tr("Unknown control type action \"%1\"").arg(control->element.attribute("type")));
         return;
     }
     const int number = control->number;

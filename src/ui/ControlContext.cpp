@@ -26,7 +26,8 @@ QString ControlContext::resolved(const QString &raw, Resolve resolve)
         return raw.left(Excerpt);
     const ResolvedText resolved = resolve();
     if (!resolved.withinLimits) {
-        reportOnce(tr("A text of the interface description is too large: \"%1\"").arg(raw.left(Excerpt)));
+        reportOnce(WindowText::tr("A text of the interface description is too large: \"%1\"")
+                       .arg(raw.left(Excerpt)));
         return raw.left(Excerpt);
     }
     return take(Characters, resolved.text.size()) ? resolved.text : raw.left(Excerpt);
@@ -75,7 +76,7 @@ bool ControlContext::take(Resource resource, qsizetype amount)
     // What is left would only make the rest cost the time of trying.
     m_left[resource] = 0;
     if (!std::exchange(m_isExhausted, true))
-        reportOnce(tr("The interface description is too large; a part of it is not shown"));
+        reportOnce(WindowText::tr("The interface description is too large; a part of it is not shown"));
     return false;
 }
 

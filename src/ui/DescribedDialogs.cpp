@@ -27,7 +27,7 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
 {
     const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
     if (element.isNull()) {
-        m_parts.context.report(tr("Unknown dialog tag \"%1\"").arg(tag));
+        m_parts.context.report(WindowText::tr("Unknown dialog tag \"%1\"").arg(tag));
         return;
     }
     if (find(element))
@@ -83,7 +83,7 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
 {
     // Each modal one runs an event loop inside that of the one before.
     if (m_open.size() >= limits::OpenDialogs) {
-        m_parts.context.report(tr("Too many dialogs are open at the same time"));
+        m_parts.context.report(WindowText::tr("Too many dialogs are open at the same time"));
         return nullptr;
     }
     const quint64 loopsBegun = m_parts.retired.loopsBegun();

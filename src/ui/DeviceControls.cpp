@@ -58,8 +58,8 @@ QSize fixedSize(const QDomElement &element, const QSize &usual)
 QString healthText(const cDiskFitness &fitness)
 {
     if (fitness.report().isEmpty())
-        return tr("No report of this disk");
-    return tr("Health: %1%\nHours in use: %2\nReallocated sectors: %3")
+        return WindowText::tr("No report of this disk");
+    return WindowText::tr("Health: %1%\nHours in use: %2\nReallocated sectors: %3")
         .arg(QString::number(fitness.healthPercent), QString::number(fitness.powerOnHours),
              QString::number(fitness.reallocatedRaw));
 }

@@ -55,8 +55,8 @@ void ErrorDisplay::showBox(const QString &message)
 {
     m_isOnScreen = true;
     m_runLoop([&] {
-        OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, tr("Paravue Setup"), message, QMessageBox::Ok,
-                           QMessageBox::NoButton);
+        OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, WindowText::tr("Paravue Setup"), message,
+                           QMessageBox::Ok, QMessageBox::NoButton);
     });
     // Whoever reported this may go on to report what follows from it before the event loop runs again.
     QMetaObject::invokeMethod(

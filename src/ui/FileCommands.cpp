@@ -25,17 +25,17 @@ namespace
 
 QString wrongParam(const QString &slot, const QString &param)
 {
-    return tr("Wrong %0 param \"%1\"").arg(slot, param);
+    return WindowText::tr("Wrong %0 param \"%1\"").arg(slot, param);
 }
 
 QString wrongAction(const QString &slot, const QString &action)
 {
-    return tr("Wrong %0 action \"%1\"").arg(slot, action);
+    return WindowText::tr("Wrong %0 action \"%1\"").arg(slot, action);
 }
 
 QString cannotOpen(const QString &path)
 {
-    return tr("Can't open file\"%1\"").arg(path);
+    return WindowText::tr("Can't open file\"%1\"").arg(path);
 }
 
 QStringList trimmedFields(const QString &param)
@@ -142,7 +142,7 @@ void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
     }
     if (!leftOut.isEmpty())
         m_parts.context.report(
-            tr("These settings hold characters that the file cannot hold, and are not in it: %1")
+            WindowText::tr("These settings hold characters that the file cannot hold, and are not in it: %1")
                 .arg(leftOut.join(QStringLiteral(", "))));
 }
 
@@ -158,7 +158,7 @@ void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
     }
     const QByteArray text = file.read(limits::SettingsText + 1);
     if (text.size() > limits::SettingsText) {
-        m_parts.context.report(tr("File \"%1\" is too large").arg(*path));
+        m_parts.context.report(WindowText::tr("File \"%1\" is too large").arg(*path));
         return;
     }
     const SettingsSection section(m_parts.document.first(tag));
@@ -170,7 +170,7 @@ void FileCommands::copyConfigurationFile(const QString &param)
     const QStringList fields = trimmedFields(param);
     if (fields.size() != 2) {
         m_parts.context.report(
-            tr("Wrong arguments %1(%2)").arg(QStringLiteral("CWinMain::saveFileAs"), param));
+            WindowText::tr("Wrong arguments %1(%2)").arg(QStringLiteral("CWinMain::saveFileAs"), param));
         return;
     }
     QFile source(m_parts.context.store().filePath(fields[0]));

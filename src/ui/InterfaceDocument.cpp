@@ -18,10 +18,10 @@ QString validate(const QDomDocument &document, const QString &path)
 {
     const QDomElement root = document.documentElement();
     if (root.tagName() != QLatin1String("pvsetup"))
-        return tr("%1 is not an Paravue Setup config file.").arg(path);
+        return WindowText::tr("%1 is not an Paravue Setup config file.").arg(path);
     if (root.hasAttribute(QStringLiteral("version")) &&
         root.attribute(QStringLiteral("version")) != QLatin1String("1.0"))
-        return tr("%1 file version is not 1.0").arg(path);
+        return WindowText::tr("%1 file version is not 1.0").arg(path);
     return {};
 }
 
@@ -31,7 +31,7 @@ QString InterfaceDocument::load(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return tr("Cannot read file %1").arg(path);
+        return WindowText::tr("Cannot read file %1").arg(path);
     return load(file.readAll(), path);
 }
 
@@ -47,7 +47,8 @@ QString InterfaceDocument::load(const QByteArray &text, const QString &path)
     int line = 0;
     int column = 0;
     if (!document.setContent(text, false, &error, &line, &column))
-        return tr("%1:%2.%3\n%4").arg(path, QString::number(line), QString::number(column), error);
+        return WindowText::tr("%1:%2.%3\n%4")
+            .arg(path, QString::number(line), QString::number(column), error);
     if (const QString fault = validate(document, path); !fault.isEmpty())
         return fault;
 

@@ -124,7 +124,7 @@ QString stateOf(const Control &control)
 int shownRows(ControlContext &context, int stored)
 {
     if (stored > limits::ListRows)
-        context.reportOnce(tr("A list has %1 rows; only the first %2 are shown")
+        context.reportOnce(WindowText::tr("A list has %1 rows; only the first %2 are shown")
                                .arg(QString::number(stored), QString::number(limits::ListRows)));
     return std::clamp(stored, 0, limits::ListRows);
 }
@@ -132,7 +132,7 @@ int shownRows(ControlContext &context, int stored)
 QWidget *AccessListControl::create(ControlContext &context, const Control &control, QWidget *parent) const
 {
     auto *list = new AccessList(parent);
-    addColumns(*list, context, control, {tr("User"), tr("Level")});
+    addColumns(*list, context, control, {WindowText::tr("User"), WindowText::tr("Level")});
     return list;
 }
 
@@ -198,7 +198,9 @@ QStringList AccessListControl::actionStates() const
 QWidget *SoftListControl::create(ControlContext &context, const Control &control, QWidget *parent) const
 {
     auto *list = new SoftList(parent);
-    addColumns(*list, context, control, {tr("Package"), tr("Version"), tr("Description"), tr("Priority")});
+    addColumns(*list, context, control,
+               {WindowText::tr("Package"), WindowText::tr("Version"), WindowText::tr("Description"),
+                WindowText::tr("Priority")});
     return list;
 }
 

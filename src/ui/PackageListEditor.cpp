@@ -35,7 +35,7 @@ void PackageListEditor::run(const QString &tag)
         removeSelected();
     else
         m_parts.context.report(
-            tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::softListSlot"), tag));
+            WindowText::tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::softListSlot"), tag));
 }
 
 SoftList *PackageListEditor::list() const
@@ -45,7 +45,7 @@ SoftList *PackageListEditor::list() const
         if (auto *list = control ? qobject_cast<SoftList *>(control->widget) : nullptr)
             return list;
     }
-    m_parts.context.report(tr("No list of packages has the tag \"%1\"").arg(listTag));
+    m_parts.context.report(WindowText::tr("No list of packages has the tag \"%1\"").arg(listTag));
     return nullptr;
 }
 

@@ -88,7 +88,7 @@ void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
          item = item.nextSiblingElement(QStringLiteral("item"))) {
         const QString type = item.attribute(QStringLiteral("type"));
         if (type != QLatin1String("gridlayout")) {
-            m_context.report(tr("Unknown node type \"%1\"").arg(type));
+            m_context.report(WindowText::tr("Unknown node type \"%1\"").arg(type));
             continue;
         }
         auto *row = new QHBoxLayout;
@@ -142,8 +142,9 @@ Qt::Orientations PageBuilder::applyStretch(QGridLayout &grid, const QDomElement 
         return {};
     const int index = intAttribute(stretch, isColumn ? QStringLiteral("column") : QStringLiteral("row"));
     if (!isWithinGrid(index, 1)) {
-        m_context.report(tr("A stretch of row or column %1 is beyond the limits of a grid and was left out")
-                             .arg(QString::number(index)));
+        m_context.report(
+            WindowText::tr("A stretch of row or column %1 is beyond the limits of a grid and was left out")
+                .arg(QString::number(index)));
         return {};
     }
     const int newLines = index + 1 - (isColumn ? grid.columnCount() : grid.rowCount());
@@ -164,12 +165,13 @@ void PageBuilder::addCell(QGridLayout &grid, const GridCell &cell, const QDomEle
     const QString name = item.attribute(QStringLiteral("type"));
     const GridItemType *type = gridItemType(name);
     if (!type) {
-        m_context.report(tr("Unknown control type \"%1\"").arg(name));
+        m_context.report(WindowText::tr("Unknown control type \"%1\"").arg(name));
         return;
     }
     if (!isWithinGrid(cell)) {
-        m_context.report(tr("A control at row %1, column %2 is beyond the limits of a grid and was left out")
-                             .arg(QString::number(cell.row), QString::number(cell.column)));
+        m_context.report(
+            WindowText::tr("A control at row %1, column %2 is beyond the limits of a grid and was left out")
+                .arg(QString::number(cell.row), QString::number(cell.column)));
         return;
     }
     const int newRows = cell.row + std::max(cell.rowSpan, 1) - grid.rowCount();

@@ -26,12 +26,15 @@ bool askAboutPath(QWidget *parent, const QString &path, PathUse use)
 {
     const QString text =
         use == PathUse::Write
-            ? tr("The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? A file that is "
-                 "there already will be replaced.")
-            : tr("The recorder wants to read this file of your computer:\n\n%1\n\nAllow it? Its content may "
-                 "be sent to the recorder.");
-    return OrbDlgQuestion::Do(parent, QMessageBox::Warning, tr("Paravue Setup"), text.arg(printable(path)),
-                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+            ? WindowText::tr(
+                  "The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? A file that is "
+                  "there already will be replaced.")
+            : WindowText::tr(
+                  "The recorder wants to read this file of your computer:\n\n%1\n\nAllow it? Its content may "
+                  "be sent to the recorder.");
+    return OrbDlgQuestion::Do(parent, QMessageBox::Warning, WindowText::tr("Paravue Setup"),
+                              text.arg(printable(path)), QMessageBox::Yes | QMessageBox::No,
+                              QMessageBox::No) == QMessageBox::Yes;
 }
 
 } // namespace paravue

@@ -68,7 +68,7 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
         if (find(element))
             continue;
         if (m_tasks.size() >= limits::TimeTasks) {
-            m_context.reportOnce(tr("The interface description has more than %1 time tasks")
+            m_context.reportOnce(WindowText::tr("The interface description has more than %1 time tasks")
                                      .arg(QString::number(limits::TimeTasks)));
             break;
         }
@@ -142,7 +142,7 @@ void TimeTasks::run(const QDomElement &element, VideoTask &video)
     else if (const auto kind = pictureKind(element))
         video.run(*kind, element, videoParts(), m_clock());
     else
-        m_context.report(tr("Unknown time task \"%1\"").arg(type));
+        m_context.report(WindowText::tr("Unknown time task \"%1\"").arg(type));
 }
 
 } // namespace paravue

@@ -43,7 +43,7 @@ void UserListEditor::run(const QString &tag)
         removeSelected();
     else
         m_parts.context.report(
-            tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::accessListSlot"), tag));
+            WindowText::tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::accessListSlot"), tag));
 }
 
 void UserListEditor::dialogClosed(const QString &tag)
@@ -59,14 +59,14 @@ AccessList *UserListEditor::list() const
         if (auto *list = control ? qobject_cast<AccessList *>(control->widget) : nullptr)
             return list;
     }
-    m_parts.context.report(tr("No list of users has the tag \"%1\"").arg(listTag));
+    m_parts.context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(listTag));
     return nullptr;
 }
 
 bool UserListEditor::isEditable(const AccessList &list) const
 {
     if (!list.isComplete())
-        m_parts.context.report(tr("The list of users is not complete, so it cannot be changed"));
+        m_parts.context.report(WindowText::tr("The list of users is not complete, so it cannot be changed"));
     return list.isComplete();
 }
 
@@ -97,7 +97,7 @@ void UserListEditor::acceptTyped()
     const bool isNew = typed("edit").toInt() != 1;
     const int row = isNew ? -1 : users->selectedRow();
     if (!isNew && row < 0) {
-        m_parts.context.report(tr("No user is selected"));
+        m_parts.context.report(WindowText::tr("No user is selected"));
         return;
     }
     if (const QString tag = refusal(*users, row); !tag.isEmpty()) {

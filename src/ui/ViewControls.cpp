@@ -103,7 +103,7 @@ QWidget *ListControl::create(ControlContext &context, const Control &control, QW
          column = column.nextSiblingElement(QStringLiteral("column")))
         widths.append(std::min(intAttribute(column, QStringLiteral("width")), limits::Pixels));
     list->setColumns(columnHeaders(context, control), widths);
-    list->setPlaceholder(tr("No entries"));
+    list->setPlaceholder(WindowText::tr("No entries"));
     return list;
 }
 

@@ -36,10 +36,11 @@ void WindowFrame::createWidgets()
     m_tabs = new QTabWidget(&m_window);
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
     m_tabs->hide();
-    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), tr("OK"), &m_window);
+    m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), WindowText::tr("OK"), &m_window);
     m_ok->setDefault(true);
     m_ok->setEnabled(false); // what it does comes with the description
-    m_cancel = new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), tr("Cancel"), &m_window);
+    m_cancel =
+        new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), WindowText::tr("Cancel"), &m_window);
     m_ok->setObjectName(QStringLiteral("buttonOK"));
     m_cancel->setObjectName(QStringLiteral("buttonCancel"));
     for (QPushButton *button : {m_ok, m_cancel}) {

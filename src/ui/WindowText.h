@@ -1,16 +1,15 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QString>
 
 namespace paravue
 {
 
-/// Translates \a text. What the parts of the setup window say is looked up under the window's own name,
+/// What the setup window says: WindowText::tr(). Its translations stand under the window's own name,
 /// whichever class says it.
-inline QString tr(const char *text)
+class WindowText
 {
-    return QCoreApplication::translate("CWinMain", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(CWinMain)
+};
 
 } // namespace paravue
