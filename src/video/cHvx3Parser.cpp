@@ -161,7 +161,7 @@ bool cHvx3Parser::indexStep()
     m_state = InData;
     m_inGap = false;
     m_frames.clear();
-    emit onIDX(index);
+    Q_EMIT onIDX(index);
     return true;
 }
 
@@ -242,7 +242,7 @@ bool cHvx3Parser::payloadStep()
     m_state = InData;
     DATA_T record = std::move(m_record);
     if (m_frames.end(record)) {
-        emit onDATA(record);
+        Q_EMIT onDATA(record);
         m_frames.giveBack(record.payload.take());
     }
     return true;
@@ -281,7 +281,7 @@ bool cHvx3Parser::readHeader()
     }
     m_state = AwaitIndex;
     m_inGap = false;
-    emit onHDR(m_header);
+    Q_EMIT onHDR(m_header);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/OrbNetSetup.h"
+#include "support/Waiting.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -49,13 +50,14 @@ public:
     /// Waits for the next report and returns it.
     QString awaitError()
     {
-        return QTest::qWaitFor([this] { return !errors.isEmpty(); }) ? errors.takeFirst() : QString();
+        return paravue::test::waitUntil([this] { return !errors.isEmpty(); }) ? errors.takeFirst()
+                                                                              : QString();
     }
     /// What went wrong, once \a recorder has nothing left to play: its problem and what the store reported.
     template <typename Recorder>
     QStringList faultsWith(const Recorder &recorder)
     {
-        const bool done = QTest::qWaitFor([&] { return recorder.problem().isEmpty(); });
+        const bool done = paravue::test::waitUntil([&] { return recorder.problem().isEmpty(); });
         return done ? errors : errors + QStringList(recorder.problem());
     }
     QByteArray content(const QString &name) { return contentOf(filePath(name)); }
@@ -81,7 +83,7 @@ private:
     bool awaitEnd(const int &count)
     {
         const int before = count;
-        return QTest::qWaitFor([&] { return count > before && m_state == Idle; });
+        return paravue::test::waitUntil([&] { return count > before && m_state == Idle; });
     }
 };
 

@@ -6,6 +6,7 @@
 #include "recorder/Companion.h"
 #include "store/PasswordDigest.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -169,23 +170,23 @@ void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
     auto companion = std::make_unique<recorder::Companion>();
     QVERIFY2(companion->listen(), qPrintable(companion->errorString()));
     companion->setRecorders({{"host:40000", name + "\n"}, {"other", "b"}});
-    QTRY_VERIFY(title->text().endsWith(" for HOST:-25536 (" + name.trimmed() + ')'));
+    AWAIT_VERIFY(title->text().endsWith(" for HOST:-25536 (" + name.trimmed() + ')'));
     QCOMPARE(QString::fromUtf8(record.name), name.trimmed());
-    QTRY_VERIFY(title->height() >= title->heightForWidth(title->width()));
+    AWAIT_VERIFY(title->height() >= title->heightForWidth(title->width()));
     QCOMPARE(adaptor.name("OTHER:5049"), "b");
 
     companion->setRecorders({{"host:40000", "gate"}});
-    QTRY_VERIFY(title->text().endsWith(" (gate)"));
+    AWAIT_VERIFY(title->text().endsWith(" (gate)"));
     QCOMPARE(adaptor.name("other"), "");
     // What the other one has left behind is in nobody's way, but a living one is.
     recorder::Companion second;
     QVERIFY(!second.listen());
     companion.reset();
-    QTRY_COMPARE(adaptor.name("host:40000"), "");
+    AWAIT_COMPARE(adaptor.name("host:40000"), "");
     QCOMPARE(updates.size(), 3);
     QVERIFY(second.listen());
     second.setRecorders({{"host:40000", "gate again"}});
-    QTRY_VERIFY(title->text().endsWith(" (gate again)"));
+    AWAIT_VERIFY(title->text().endsWith(" (gate again)"));
 }
 
 void TestCredentialsDialog::doesWithoutABadCompanion_data()
@@ -206,12 +207,12 @@ void TestCredentialsDialog::doesWithoutABadCompanion()
     QLocalServer companion;
     QVERIFY(companion.listen(cODAdaptor::companionServer()));
     cODAdaptor adaptor;
-    QTRY_VERIFY(companion.hasPendingConnections());
+    AWAIT_VERIFY(companion.hasPendingConnections());
     QLocalSocket *client = companion.nextPendingConnection();
-    QTRY_VERIFY(client->canReadLine());
+    AWAIT_VERIFY(client->canReadLine());
     QCOMPARE(client->readAll(), "LIST\n");
     client->write("host\tgate\n\nrubbish\nhost\t \n" + says);
-    QTRY_COMPARE(client->state(), QLocalSocket::UnconnectedState);
+    AWAIT_COMPARE(client->state(), QLocalSocket::UnconnectedState);
     QCOMPARE(adaptor.name("host"), "");
 }
 

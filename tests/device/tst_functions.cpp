@@ -1,6 +1,7 @@
 #include "FakeRecorder.h"
 #include "NotedStore.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryFile>
@@ -78,7 +79,7 @@ void FunctionsTest::sendsItsRequest()
     LoadedStore store(recorder);
     store.setValue("general/remove_package/name/tool%2");
     store.function(name, "is not used");
-    QTRY_COMPARE(store.loads + store.stores, 1);
+    AWAIT_COMPARE(store.loads + store.stores, 1);
     QCOMPARE(store.loads, fetches ? 1 : 0);
     QCOMPARE(store.faultsWith(recorder), QStringList());
     QCOMPARE(store.percents, QList<int>({0, 100}));
@@ -95,7 +96,7 @@ void FunctionsTest::setsTheClockToTheTimeOfItsZone()
     const QDateTime earliest = local();
     store.function("set_time_current", "");
     const QByteArray request = "PUT TIME CONFIG\r\nLENGTH=29\r\nYYYYMMDDHHMMSS=";
-    QTRY_COMPARE(recorder.received().size(), Login.size() + request.size() + 14);
+    AWAIT_COMPARE(recorder.received().size(), Login.size() + request.size() + 14);
     QVERIFY(recorder.received().startsWith(Login + request));
     QDateTime sent = QDateTime::fromString(recorder.received().right(14), "yyyyMMddHHmmss");
     sent.setTimeSpec(Qt::UTC);
@@ -116,7 +117,7 @@ void FunctionsTest::installsThePackageAtTheGivenAddress()
     LoadedStore store(recorder);
     store.setValue("general/install/path/" + package.fileName());
     store.function("soft_istall_packet", "general/install/path");
-    QTRY_COMPARE(store.stores, 1);
+    AWAIT_COMPARE(store.stores, 1);
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
@@ -154,7 +155,7 @@ void FunctionsTest::savesSettings()
     store._push_file("interface", "<a><di><difile/><difile name='a' put_command='PUT A'/></di></a>");
     store._push_file("a", "B=1\n");
     store.function("save_settings", "");
-    QTRY_COMPARE(store.stores, 1);
+    AWAIT_COMPARE(store.stores, 1);
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
@@ -169,7 +170,7 @@ void FunctionsTest::adjustsOnceAfterTheLastCall()
             sinceLast.start();
             store.function("adjust_bcsh", "");
         });
-    QTRY_COMPARE(store.stores, 1);
+    AWAIT_COMPARE(store.stores, 1);
     QVERIFY2(sinceLast.elapsed() >= 998, qPrintable(QString::number(sinceLast.elapsed())));
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
@@ -184,7 +185,7 @@ void FunctionsTest::adjustsWhenTheLinkIsIdle()
     store.function("adjust_bcsh", "");
     store.m_state = 1;
     QTimer::singleShot(1300, &store, [&] { store.m_state = 0; });
-    QTRY_COMPARE(store.stores, 1);
+    AWAIT_COMPARE(store.stores, 1);
     // The timer found a busy link once, and waited as long again.
     QVERIFY2(sinceCall.elapsed() >= 1998, qPrintable(QString::number(sinceCall.elapsed())));
     QCOMPARE(store.faultsWith(recorder), QStringList());
@@ -203,7 +204,7 @@ void FunctionsTest::disturbsARunningExchange()
     });
     store.load();
     // What was being fetched is dropped, what is left has nothing to send, and the command comes last.
-    QTRY_COMPARE(store.stores, 1);
+    AWAIT_COMPARE(store.stores, 1);
     QCOMPARE(store.faultsWith(recorder), QStringList("OrbNetSetup::_connect in wrong state 5"));
     QVERIFY(!store.fileExists("a"));
     QCOMPARE(store.percents, QList<int>({0, 33, 75, 100}));
@@ -219,7 +220,7 @@ void FunctionsTest::forgetsACommandWhoseLoginWasRefused()
     store.function("format_disk1", "");
     QCOMPARE(store.awaitError(), "Authorization failed");
     store.function("soft_reboot", "");
-    QTRY_COMPARE(store.stores, 1);
+    AWAIT_COMPARE(store.stores, 1);
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 

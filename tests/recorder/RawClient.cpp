@@ -1,7 +1,10 @@
 #include "RawClient.h"
 
+#include "support/Waiting.h"
+
 #include <QCoreApplication>
-#include <QTimer>
+
+using paravue::test::waitUntil;
 
 RawClient::RawClient(quint16 port)
 {
@@ -48,15 +51,4 @@ bool RawClient::logIn(const QByteArray &name, const QByteArray &password)
 {
     const QByteArray accepted = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
     return ask("\x04LOGIN=" + name + "\r\nPASS=" + password + "\r\n") == accepted;
-}
-
-/// Unlike QTest::qWaitFor() this does not sleep between two looks.
-bool RawClient::waitUntil(const std::function<bool()> &isTrue)
-{
-    QTimer patience;
-    patience.setSingleShot(true);
-    patience.start(5000);
-    while (!isTrue() && patience.isActive())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return isTrue();
 }

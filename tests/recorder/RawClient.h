@@ -3,8 +3,6 @@
 #include <QByteArray>
 #include <QTcpSocket>
 
-#include <functional>
-
 /// A client made of nothing but bytes: it knows neither the login nor the frames.
 class RawClient
 {
@@ -29,7 +27,5 @@ public:
     void abort() { m_socket.abort(); }
 
 private:
-    bool waitUntil(const std::function<bool()> &isTrue);
-
     QTcpSocket m_socket;
 };

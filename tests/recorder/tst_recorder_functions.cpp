@@ -3,6 +3,7 @@
 
 #include "recorder/RecorderServer.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QDateTime>
 #include <QSignalSpy>
@@ -255,7 +256,7 @@ void TestRecorderFunctions::keepsTheClockGoing()
     QFETCH(QByteArray, set);
     QFETCH(QByteArray, later);
     QCOMPARE(ask(withBody("PUT TIME CONFIG", "YYYYMMDDHHMMSS=" + set + "\nTIME_ZONE=" + zone + '\n')), Ok);
-    QTRY_VERIFY(ask("GET TIME CONFIG\r\n").contains("YYYYMMDDHHMMSS='" + later + '\''));
+    AWAIT_VERIFY(ask("GET TIME CONFIG\r\n").contains("YYYYMMDDHHMMSS='" + later + '\''));
     // Also when it was switched off meanwhile.
     m_server = std::make_unique<RecorderServer>(m_folder->filePath("data"));
     QVERIFY(m_server->listen());

@@ -1,4 +1,5 @@
 #include "RawClient.h"
+#include "support/Waiting.h"
 
 #include <QDir>
 #include <QProcess>
@@ -86,7 +87,7 @@ void TestRecorderProgram::servesUntilItIsStopped()
     const QString data = folder.filePath("new/data");
     QProcess program;
     program.start(RECORDER_PROGRAM, {"--port", "0", "--log", "--data", data});
-    QVERIFY(QTest::qWaitFor([&] { return program.canReadLine(); }));
+    QVERIFY(paravue::test::waitUntil([&] { return program.canReadLine(); }));
     const QString line = QString::fromUtf8(program.readLine());
     const auto match = QRegularExpression("^Listening on 127\\.0\\.0\\.1:(\\d+)\n$").match(line);
     QVERIFY2(match.hasMatch(), qPrintable(line));
@@ -98,7 +99,7 @@ void TestRecorderProgram::servesUntilItIsStopped()
     QFile net(data + "/net");
     QVERIFY(net.open(QIODevice::ReadOnly));
     QCOMPARE(net.readAll(), QByteArray("A=1\n"));
-    QTRY_VERIFY(program.peek(100000).contains("#1 < PUT NET CONFIG"));
+    AWAIT_VERIFY(program.peek(100000).contains("#1 < PUT NET CONFIG"));
 
     program.terminate();
     QVERIFY(program.waitForFinished());
@@ -134,8 +135,9 @@ void TestRecorderProgram::tellsWhenARecordingFails()
                          "--video-rate=200", "--video-size=1280x720"});
     const QByteArray wanted = "the recording ends: cannot write " + path.toUtf8() + ": File too large\n";
     QByteArray said;
-    QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAllStandardError()).contains(wanted), said.constData(),
-                              20000);
+    const bool isSaid = paravue::test::waitUntil(
+        [&] { return (said += program.readAllStandardError()).contains(wanted); }, 20'000);
+    QVERIFY2(isSaid, said.constData());
     program.terminate();
     QVERIFY(program.waitForFinished());
 #endif

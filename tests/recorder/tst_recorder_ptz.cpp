@@ -2,6 +2,7 @@
 
 #include "recorder/RecorderServer.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -100,9 +101,9 @@ void TestRecorderPtz::init()
 void TestRecorderPtz::turnsStepByStep()
 {
     Watcher watcher(m_server->port());
-    QTRY_COMPARE(watcher.positions, QByteArrayList{"0.300,-0.250,0.500"});
+    AWAIT_COMPARE(watcher.positions, QByteArrayList{"0.300,-0.250,0.500"});
     watcher.send("PTZ GOTO 2\r\n");
-    QTRY_COMPARE(watcher.last(), "0.600,-0.100,0.200");
+    AWAIT_COMPARE(watcher.last(), "0.600,-0.100,0.200");
     double before = 0.3;
     for (const QByteArray &position : watcher.positions) {
         const double pan = position.split(',').constFirst().toDouble();
@@ -112,9 +113,9 @@ void TestRecorderPtz::turnsStepByStep()
 
     // A client that comes later is told it too, and so is everybody what another one asks for.
     Watcher other(m_server->port());
-    QTRY_COMPARE(other.positions, QByteArrayList{"0.600,-0.100,0.200"});
+    AWAIT_COMPARE(other.positions, QByteArrayList{"0.600,-0.100,0.200"});
     other.send("PTZ POINT 9 0.1,0.1,0.55,-2,0.2,mine\r\nPTZ MOVE 0.7,-0.1,0.2\nPTZ GOTO 9\r\n");
-    QTRY_COMPARE(watcher.last(), "0.550,-1.000,0.200");
+    AWAIT_COMPARE(watcher.last(), "0.550,-1.000,0.200");
     QCOMPARE(m_server->ptz().point(9), "0.1,0.1,0.55,-2,0.2,mine");
 }
 
@@ -142,10 +143,10 @@ void TestRecorderPtz::ignoresRubbish()
 {
     QFETCH(QByteArray, line);
     Watcher watcher(m_server->port());
-    QTRY_COMPARE(watcher.positions.size(), 1);
+    AWAIT_COMPARE(watcher.positions.size(), 1);
     m_log.clear();
     watcher.send(line + "\r\nPTZ MOVE 0.32,-0.25,0.5\r\n");
-    QTRY_COMPARE(watcher.last(), "0.320,-0.250,0.500");
+    AWAIT_COMPARE(watcher.last(), "0.320,-0.250,0.500");
     QVERIFY(watcher.isConnected());
     QCOMPARE(watcher.positions.size(), 2);
     QCOMPARE(m_server->ptz().point(2), "0.7,0.5,0.6,-0.1,0.2");
@@ -174,9 +175,9 @@ void TestRecorderPtz::obeysWhoMayTurnCameras()
     users.close();
     Watcher watcher(m_server->port(),
                     "\x01LOGIN=" + name + "\r\nPASS=" + (name == "admin" ? "admin" : "p") + "\r\n");
-    QTRY_COMPARE(watcher.positions.size(), 1);
+    AWAIT_COMPARE(watcher.positions.size(), 1);
     watcher.send("PTZ POINT 5 0.1,0.2\r\nTHE END\r\n");
-    QTRY_VERIFY(!m_log.filter("unknown command").isEmpty());
+    AWAIT_VERIFY(!m_log.filter("unknown command").isEmpty());
     QCOMPARE(m_server->ptz().point(5), isObeyed ? QByteArray("0.1,0.2") : QByteArray());
     QCOMPARE(m_log.filter("ignored: not allowed").size(), isObeyed ? 0 : 1);
 }
@@ -185,11 +186,11 @@ void TestRecorderPtz::countsRubbishInTheLog()
 {
     {
         Watcher watcher(m_server->port());
-        QTRY_COMPARE(watcher.positions.size(), 1);
+        AWAIT_COMPARE(watcher.positions.size(), 1);
         watcher.send(QByteArray("PTZ DANCE\r\n").repeated(500) + "PTZ POINT 5 0.1,0.2\r\n");
-        QTRY_COMPARE(m_server->ptz().point(5), "0.1,0.2");
+        AWAIT_COMPARE(m_server->ptz().point(5), "0.1,0.2");
     }
-    QTRY_VERIFY(!m_log.filter("disconnected").isEmpty());
+    AWAIT_VERIFY(!m_log.filter("disconnected").isEmpty());
     QCOMPARE(m_log.filter("PTZ DANCE").size(), 5);
     QVERIFY2(!m_log.filter("ignored: 495 more lines").isEmpty(), qPrintable(m_log.join('\n')));
 }
@@ -205,17 +206,17 @@ void TestRecorderPtz::save(const QByteArray &streams)
 void TestRecorderPtz::takesSavedFiles()
 {
     Watcher watcher(m_server->port());
-    QTRY_COMPARE(watcher.positions.size(), 1);
+    AWAIT_COMPARE(watcher.positions.size(), 1);
     watcher.send("PTZ MOVE 0.4,-0.25,0.5\r\n");
-    QTRY_COMPARE(watcher.last(), "0.400,-0.250,0.500");
+    AWAIT_COMPARE(watcher.last(), "0.400,-0.250,0.500");
     // Who saves everything with the position of before has not asked for a turn.
     save("[ ptz ]\nPAN='0.3'\nTILT='-0.25'\nZOOM='0.5'\nPOINT1='0,0,0.5,-0.25,0.5'\n");
     QVERIFY(!QSignalSpy(&m_server->ptz(), &recorder::PtzState::moved).wait(200));
     QCOMPARE(m_server->ptz().point(2), "");
     watcher.send("PTZ GOTO 1\r\n");
-    QTRY_COMPARE(watcher.last(), "0.500,-0.250,0.500");
+    AWAIT_COMPARE(watcher.last(), "0.500,-0.250,0.500");
     save("[ ptz ]\nPAN='0.3'\nTILT='-0.2'\nZOOM='0.5'\n");
-    QTRY_COMPARE(watcher.last(), "0.300,-0.200,0.500");
+    AWAIT_COMPARE(watcher.last(), "0.300,-0.200,0.500");
 }
 
 QTEST_GUILESS_MAIN(TestRecorderPtz)

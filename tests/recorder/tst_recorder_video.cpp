@@ -3,6 +3,7 @@
 #include "recorder/RecorderServer.h"
 #include "recorder/video/VideoService.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
@@ -73,7 +74,7 @@ QByteArray streamWith(VideoFaults faults, int fragmentSize = FragmentSize, QStri
     const auto sink = std::make_shared<TestSink>();
     sink->most = Pictures;
     service.watch(sink);
-    const bool isWhole = QTest::qWaitFor([&] { return sink->pieces >= Pictures; });
+    const bool isWhole = paravue::test::waitUntil([&] { return sink->pieces >= Pictures; });
     return isWhole ? sink->bytes : QByteArray();
 }
 
@@ -186,9 +187,9 @@ void TestRecorderVideo::obeysLinesThatComeWithTheLogin()
     });
     RawClient client(m_server->port());
     client.send(Login + "PTZ GOTO 1\r\nPTZ GOTO ");
-    QTRY_COMPARE(lines, QList<QByteArray>{"PTZ GOTO 1"});
+    AWAIT_COMPARE(lines, QList<QByteArray>{"PTZ GOTO 1"});
     client.send("2\r\n");
-    QTRY_COMPARE(lines, (QList<QByteArray>{"PTZ GOTO 1", "PTZ GOTO 2"}));
+    AWAIT_COMPARE(lines, (QList<QByteArray>{"PTZ GOTO 1", "PTZ GOTO 2"}));
 }
 
 void TestRecorderVideo::tellsProtocolsApartByteByByte_data()
@@ -244,7 +245,7 @@ void TestRecorderVideo::cutsFramesAsTold()
     QVERIFY(service.setSettings(settings));
     const auto sink = std::make_shared<TestSink>();
     service.watch(sink);
-    QTRY_VERIFY(sink->pieces >= 3);
+    AWAIT_VERIFY(sink->pieces >= 3);
     const QByteArray first = QByteArray::fromHex("64008000");
     const QByteArray middle = QByteArray::fromHex("64000000");
     const qsizetype at = sink->bytes.indexOf(first);
@@ -260,7 +261,7 @@ void TestRecorderVideo::encodesOnceForAllAndNothingForNobody()
     auto other = std::make_shared<TestSink>();
     video.watch(one);
     video.watch(other);
-    QTRY_VERIFY(one->pieces >= 12);
+    AWAIT_VERIFY(one->pieces >= 12);
     QCOMPARE(one->bytes, other->bytes);
     QCOMPARE(video.encodedPictures(), one->pieces);
     other.reset();
@@ -270,11 +271,11 @@ void TestRecorderVideo::encodesOnceForAllAndNothingForNobody()
     client.send(Login);
     client.receive(1000);
     client.abort();
-    QTRY_COMPARE(m_server->clientCount(), 0);
+    AWAIT_COMPARE(m_server->clientCount(), 0);
     QVERIFY(video.isStreaming());
     one.reset();
     QCOMPARE(video.watcherCount(), 0);
-    QTRY_VERIFY(!video.isStreaming());
+    AWAIT_VERIFY(!video.isStreaming());
 }
 
 void TestRecorderVideo::goesOnWithAKeyPictureForWhoWasNotReady()
@@ -284,14 +285,14 @@ void TestRecorderVideo::goesOnWithAKeyPictureForWhoWasNotReady()
     const auto other = std::make_shared<TestSink>();
     video.watch(slow);
     video.watch(other);
-    QTRY_VERIFY(slow->pieces >= 3);
+    AWAIT_VERIFY(slow->pieces >= 3);
     slow->ready = false;
     slow->bytes.clear();
     const int before = other->pieces;
-    QTRY_VERIFY(other->pieces >= before + 3);
+    AWAIT_VERIFY(other->pieces >= before + 3);
     QVERIFY(slow->bytes.isEmpty());
     slow->ready = true;
-    QTRY_VERIFY(!slow->bytes.isEmpty());
+    AWAIT_VERIFY(!slow->bytes.isEmpty());
     QVERIFY(slow->bytes.startsWith(HeaderMark));
 }
 
@@ -308,11 +309,11 @@ void TestRecorderVideo::keepsNothingForAClientThatDoesNotRead()
     deaf.receive(1);
     deaf.deafen();
     const QTcpSocket *socket = nullptr;
-    QTRY_VERIFY((socket = m_server->findChild<QTcpSocket *>()));
+    AWAIT_VERIFY((socket = m_server->findChild<QTcpSocket *>()));
     const auto sink = std::make_shared<TestSink>();
     video.watch(sink);
     // More than the limit and what the system keeps for a connection.
-    QTRY_VERIFY_WITH_TIMEOUT(sink->bytes.size() > 16 * 1024 * 1024, 30000);
+    AWAIT_VERIFY_WITHIN(sink->bytes.size() > 16 * 1024 * 1024, 30000);
     QVERIFY(socket->bytesToWrite() > 1024 * 1024);
     QVERIFY2(socket->bytesToWrite() < 3 * 1024 * 1024, "what is not read piles up");
 }
@@ -354,7 +355,7 @@ void TestRecorderVideo::holdsAStreamBackInTheMiddle()
     makeFast(service);
     const auto whole = std::make_shared<TestSink>();
     service.watch(whole);
-    QTRY_VERIFY(whole->pieces >= 5);
+    AWAIT_VERIFY(whole->pieces >= 5);
     VideoFaults faults;
     faults.kinds = VideoFaults::Stall;
     faults.stall = 400;
@@ -365,7 +366,7 @@ void TestRecorderVideo::holdsAStreamBackInTheMiddle()
     QElapsedTimer sinceStall;
     sinceStall.start();
     const int before = whole->pieces; // half of a picture among them
-    QTRY_VERIFY(whole->pieces > before);
+    AWAIT_VERIFY(whole->pieces > before);
     QVERIFY(sinceStall.elapsed() >= faults.stall / 2);
 
     faults.stall = 1;
@@ -390,9 +391,9 @@ void TestRecorderVideo::recordsWhatAClientGets()
     makeFast(service);
     const QString path = m_folder->filePath("video.hvx3");
     QVERIFY(service.record(path));
-    QTRY_VERIFY(service.encodedPictures() >= 3); // nobody else watches
+    AWAIT_VERIFY(service.encodedPictures() >= 3); // nobody else watches
     service.stopRecording();
-    QTRY_VERIFY(!service.isStreaming());
+    AWAIT_VERIFY(!service.isStreaming());
     const auto sink = std::make_shared<TestSink>();
     QString fault;
     QVERIFY(!service.record(path, &fault)); // what was recorded before is not lost
@@ -400,7 +401,7 @@ void TestRecorderVideo::recordsWhatAClientGets()
     QVERIFY(QFile::remove(path));
     QVERIFY(service.record(path));
     service.watch(sink);
-    QTRY_VERIFY(sink->pieces >= 10);
+    AWAIT_VERIFY(sink->pieces >= 10);
     service.stopRecording();
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));

@@ -112,7 +112,8 @@ struct LiveSession {
     quint32 now = 0;
 };
 
-/// Waits for pictures as long as a slow computer needs, and goes on when they come.
+/// Waits for pictures as long as a slow computer needs, and goes on when they come. Most conditions also make
+/// the time of the tasks pass, which must not fly: this one sleeps between two looks.
 template <class Condition>
 bool comesTrue(Condition condition)
 {

@@ -3,6 +3,7 @@
 #include "controls/AccessList.h"
 #include "controls/SoftList.h"
 #include "recorder/RecorderServer.h"
+#include "support/Waiting.h"
 
 #include <QCryptographicHash>
 #include <QPushButton>
@@ -83,7 +84,7 @@ QString TestModelLists::sessionAs(const QString &login, const QString &password)
     const QSignalSpy loaded(&store, &OrbSetup::loadDone);
     const QSignalSpy errors(&store, &OrbSetup::pseudothrow);
     store.load();
-    if (!QTest::qWaitFor([&] { return loaded.count() + errors.count() > 0; }, 20'000))
+    if (!paravue::test::waitUntil([&] { return loaded.count() + errors.count() > 0; }, 20'000))
         return "no answer";
     return errors.isEmpty() ? QString() : errors.first().first().toString();
 }

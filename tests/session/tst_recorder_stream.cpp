@@ -5,6 +5,7 @@
 
 #include "recorder/RecorderServer.h"
 #include "recorder/video/VideoService.h"
+#include "support/Waiting.h"
 
 #include <QSet>
 #include <QSignalSpy>
@@ -107,7 +108,7 @@ void TestRecorderStream::showsTheClockInEveryPicture()
     QVERIFY(server.listen());
 
     VideoViewer viewer(server.port());
-    QTRY_VERIFY(viewer.pictures.size() >= 25);
+    AWAIT_VERIFY(viewer.pictures.size() >= 25);
     for (qsizetype i = 0; i < viewer.pictures.size(); ++i) {
         QCOMPARE(viewer.pictures[i].size(), size);
         QCOMPARE(shownTenths(viewer.pictures[i]).value_or(-1), 432000 + 1 + i);
@@ -133,7 +134,7 @@ void TestRecorderStream::tellsTimesAndTexts()
     makeFast(server.video());
     QVERIFY(server.listen());
     VideoViewer viewer(server.port());
-    QTRY_VERIFY(viewer.pictures.size() >= 70);
+    AWAIT_VERIFY(viewer.pictures.size() >= 70);
     QCOMPARE(viewer.times.constFirst(), quint64(Noon / 1000 * 1000));
     QVERIFY(std::is_sorted(viewer.times.cbegin(), viewer.times.cend()));
     QVERIFY(viewer.times.contains(quint64(Noon + 1500)));
@@ -155,16 +156,16 @@ void TestRecorderStream::turnsTheCamera()
     QVERIFY(server.listen());
     const QByteArray whereItWas = server.ptz().pose().text();
     VideoViewer viewer(server.port());
-    QTRY_VERIFY(!viewer.pictures.isEmpty());
+    AWAIT_VERIFY(!viewer.pictures.isEmpty());
     const auto upperHalf = [&] {
         const QImage last = viewer.pictures.constLast();
         return last.copy(0, 0, last.width(), last.height() / 2);
     };
     const QImage before = upperHalf();
     viewer.send("PTZ MOVE -0.500,0.250,0.750\r\n");
-    QTRY_VERIFY(framesOf(viewer, 2).contains("-0.500,0.250,0.750"));
+    AWAIT_VERIFY(framesOf(viewer, 2).contains("-0.500,0.250,0.750"));
     QCOMPARE(framesOf(viewer, 2).constFirst(), whereItWas);
-    QTRY_VERIFY(upperHalf() != before);
+    AWAIT_VERIFY(upperHalf() != before);
     QVERIFY(shownTenths(viewer.pictures.constLast()));
 }
 
@@ -189,9 +190,9 @@ void TestRecorderStream::survivesFaults()
     QVERIFY(server.listen());
 
     VideoViewer viewer(server.port());
-    QTRY_VERIFY(server.video().encodedPictures() >= 60);
+    AWAIT_VERIFY(server.video().encodedPictures() >= 60);
     const qsizetype before = viewer.pictures.size();
-    QTRY_VERIFY(viewer.pictures.size() >= before + 20);
+    AWAIT_VERIFY(viewer.pictures.size() >= before + 20);
     int last = 0;
     int damaged = 0;
     QSet<int> widths;
@@ -250,7 +251,7 @@ void TestRecorderStream::playsFiles()
     QCOMPARE(snapshot().size(), format.size);
     QCOMPARE(shownNumber(snapshot()), 0);
     VideoViewer viewer(server.port());
-    QTRY_VERIFY(viewer.pictures.size() >= 3 * format.pictures);
+    AWAIT_VERIFY(viewer.pictures.size() >= 3 * format.pictures);
     QCOMPARE_LE(shownNumber(snapshot()), format.pictures - 1);
     QCOMPARE(videoLabels(viewer), QSet<QByteArray>{label + '\0'});
     for (qsizetype i = 0; i < viewer.pictures.size(); ++i)
@@ -265,14 +266,14 @@ void TestRecorderStream::saysWhenAFileIsGone()
     RecorderServer server(m_folder.filePath("data"));
     QVERIFY(server.video().setFile(path) && server.listen());
     VideoViewer viewer(server.port());
-    QTRY_VERIFY(viewer.pictures.size() >= 2);
+    AWAIT_VERIFY(viewer.pictures.size() >= 2);
     QSignalSpy failed(&server, &RecorderServer::failed);
     QVERIFY(QFile::resize(path, 0) && QFile::remove(path)); // the recorder has it open
-    QTRY_COMPARE(failed.size(), 1);
+    AWAIT_COMPARE(failed.size(), 1);
     QCOMPARE(failed[0][0].toString(), "cannot go on with " + path + ": No such file or directory");
     writeMovie(path, {"mjpeg", {352, 288}, 1});
     const qsizetype before = viewer.pictures.size();
-    QTRY_VERIFY(viewer.pictures.size() > before);
+    AWAIT_VERIFY(viewer.pictures.size() > before);
 }
 
 QTEST_GUILESS_MAIN(TestRecorderStream)

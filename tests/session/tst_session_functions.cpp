@@ -7,6 +7,7 @@
 #include "recorder/RecorderServer.h"
 #include "recorder/ZoneRule.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QDomDocument>
 #include <QLabel>
@@ -206,7 +207,7 @@ void TestSessionFunctions::hasItsEffect()
     });
     m_requests.clear();
     QVERIFY(session.press(button, index, answer));
-    QTRY_COMPARE(session.stored.count(), 1);
+    AWAIT_COMPARE(session.stored.count(), 1);
     QVERIFY(isProgressShown);
     QCOMPARE(m_requests.join('|'), "LOGIN=admin|PASS=***|" + request);
     QVERIFY2(session.isFine(), qPrintable(session.errors.value(0).value(0).toString()));
@@ -252,7 +253,7 @@ void TestSessionFunctions::setsTheClockInAnyZone()
     const auto sent = [this] { return m_requests.join('|'); };
     m_requests.clear();
     QVERIFY(session.press("Set this time"));
-    QTRY_COMPARE(session.stored.count(), 1);
+    AWAIT_COMPARE(session.stored.count(), 1);
     QCOMPARE(sent(), QString("LOGIN=admin|PASS=***|PUT TIME CONFIG|LENGTH=%1|"
                              "YYYYMMDDHHMMSS=20300715120000\\x0aTIME_ZONE=%2\\x0a")
                          .arg(QString::number(41 + zone.size()), zone));
@@ -261,7 +262,7 @@ void TestSessionFunctions::setsTheClockInAnyZone()
 
     m_requests.clear();
     QVERIFY(session.press("Set to this computer's time"));
-    QTRY_COMPARE(session.stored.count(), 2);
+    AWAIT_COMPARE(session.stored.count(), 2);
     QVERIFY2(
         sent().contains(QRegularExpression("\\*\\|PUT TIME CONFIG\\|LENGTH=29\\|YYYYMMDDHHMMSS=\\d{14}$")),
         qPrintable(sent()));
@@ -284,7 +285,7 @@ void TestSessionFunctions::adjustsThePictureOnce()
         QTest::keyClick(brightness, Qt::Key_Right);
     const QString expected = QString::number(brightness->value());
     QVERIFY(brightness->value() > 33);
-    QTRY_COMPARE(session.stored.count(), 1);
+    AWAIT_COMPARE(session.stored.count(), 1);
     QVERIFY(session.isFine());
     QCOMPARE(m_requests.join('|'),
              "LOGIN=admin|PASS=***|ADJUST VIDEO|LENGTH=73|[ stream_0 ]\\x0abrightness=" + expected +
@@ -299,7 +300,7 @@ void TestSessionFunctions::showsTheReport()
     bool isShown = false;
     const ModalWatcher watcher(
         [&](QWidget &dialog) {
-            isShown = QTest::qWaitFor([&] { return find<QLabel>(dialog, "R4-0017-2281"); });
+            isShown = paravue::test::waitUntil([&] { return find<QLabel>(dialog, "R4-0017-2281"); });
             QTest::keyClicks(dialog.findChild<QLineEdit *>(), path);
             QTest::mouseClick(find<QPushButton>(dialog, "Save"), Qt::LeftButton);
         },
@@ -342,13 +343,13 @@ void TestSessionFunctions::goesOnAfterAFailure()
     m_requests.clear();
     const ModalWatcher shown;
     QVERIFY(session.press("Install", 0, "Install"));
-    QTRY_VERIFY(shown.hasSeen());
+    AWAIT_VERIFY(shown.hasSeen());
     QVERIFY2(shown.texts().constFirst().contains(message), qPrintable(shown.texts().constFirst()));
     QCOMPARE(m_requests.isEmpty(), isGone || package.fileName() != m_folder->filePath(file));
     // The window goes on: a save starts over.
     QVERIFY(!isGone || m_recorder->listen(port));
     session.store.function("save_settings", "");
-    QTRY_COMPARE(session.stored.count(), 1);
+    AWAIT_COMPARE(session.stored.count(), 1);
     QCOMPARE(fetched("soft/untitled/PACKAGES"), soft);
 }
 

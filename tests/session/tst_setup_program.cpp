@@ -5,6 +5,7 @@
 #include "setup/RecorderAddress.h"
 #include "setup/SetupProgram.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -393,9 +394,9 @@ void TestSetupProgram::leavesNoFilesWhenInterrupted()
     process.setProcessEnvironment(environment);
     process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
     const int bothCopiesOfAllFiles = 18;
-    QTRY_VERIFY_WITH_TIMEOUT(local.entryList(QDir::Files).size() >= bothCopiesOfAllFiles, 20'000);
+    AWAIT_VERIFY_WITHIN(local.entryList(QDir::Files).size() >= bothCopiesOfAllFiles, 20'000);
     process.terminate();
-    QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 20'000);
+    AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(local.entryList(QDir::Files), QStringList());

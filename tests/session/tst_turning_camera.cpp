@@ -4,6 +4,7 @@
 #include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
 #include "recorder/RecorderServer.h"
+#include "support/Waiting.h"
 
 #include <QFile>
 #include <QTabWidget>
@@ -81,8 +82,8 @@ void TestTurningCamera::init()
     while (!m_cross->isVisible() && tabs->currentIndex() < tabs->count() - 1)
         tabs->setCurrentIndex(tabs->currentIndex() + 1);
     QVERIFY(crossText().contains(NotKnown));
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains(Begin), Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_picture->pixmap().isNull(), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains(Begin), Patience);
+    AWAIT_VERIFY_WITHIN(!m_picture->pixmap().isNull(), Patience);
 }
 
 QPoint TestTurningCamera::placeOf(int point) const
@@ -106,12 +107,11 @@ void TestTurningCamera::turnsToAPoint()
             positions << crossText();
     });
     QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(2));
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains(AtPoint2), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains(AtPoint2), Patience);
     QVERIFY(m_calibrator->valueText().contains(AtPoint2));
     QVERIFY2(positions.size() >= 3, qPrintable(positions.join(" | "))); // it turns, it does not jump
     QVERIFY(seen(*m_cross) != crossBefore);
-    QTRY_VERIFY2_WITH_TIMEOUT(difference(before, seen(*m_picture)) > 10, "the picture has not shifted",
-                              Patience);
+    AWAIT_VERIFY_WITHIN(difference(before, seen(*m_picture)) > 10, Patience);
 }
 
 void TestTurningCamera::sendsPointsAtOnce()
@@ -124,10 +124,10 @@ void TestTurningCamera::sendsPointsAtOnce()
     const QRect picture = m_calibrator->pictureRect();
     QTest::mouseClick(m_calibrator, Qt::LeftButton, {}, picture.topLeft() + QPoint(picture.width() / 10, 20));
     const QByteArray camera = ",0.3,-0.25,0.5";
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->ptz().point(4).endsWith(camera), Patience);
+    AWAIT_VERIFY_WITHIN(m_recorder->ptz().point(4).endsWith(camera), Patience);
     QCOMPARE(QString::fromUtf8(m_recorder->ptz().point(4)), m_calibrator->points().value(3));
     QTest::mouseClick(m_calibrator, Qt::RightButton, {}, placeOf(1));
-    QTRY_COMPARE_WITH_TIMEOUT(m_recorder->ptz().point(1), QByteArray(), Patience);
+    AWAIT_COMPARE_WITHIN(m_recorder->ptz().point(1), QByteArray(), Patience);
     streams.seek(0);
     QCOMPARE(streams.readAll(), kept);
 }
@@ -135,24 +135,24 @@ void TestTurningCamera::sendsPointsAtOnce()
 void TestTurningCamera::comesBackWithTheRecorder()
 {
     QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(2));
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains(AtPoint2), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains(AtPoint2), Patience);
     // A point that only the window knows when the recorder is there again.
     QTest::keyClick(m_calibrator, Qt::Key_4);
     QTest::keyClick(m_calibrator, Qt::Key_Space);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_recorder->ptz().point(4).isEmpty(), Patience);
+    AWAIT_VERIFY_WITHIN(!m_recorder->ptz().point(4).isEmpty(), Patience);
     QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(3));
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains("Pan -0.40"), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains("Pan -0.40"), Patience);
 
     const quint16 port = m_recorder->port();
     m_recorder->close();
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains(NotKnown), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains(NotKnown), Patience);
     QTest::keyClick(m_calibrator, Qt::Key_Return); // leads nowhere
     QVERIFY2(m_recorder->listen(port), qPrintable(m_recorder->errorString()));
     QCOMPARE(m_recorder->ptz().point(4), QByteArray());
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains("Pan -0.40"), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains("Pan -0.40"), Patience);
     QTest::keyClick(m_calibrator, Qt::Key_4);
     QTest::keyClick(m_calibrator, Qt::Key_Return);
-    QTRY_VERIFY_WITH_TIMEOUT(crossText().contains(AtPoint2), Patience);
+    AWAIT_VERIFY_WITHIN(crossText().contains(AtPoint2), Patience);
     QVERIFY(m_session->isFine());
 }
 

@@ -1,4 +1,5 @@
 #include "DescribedWindow.h"
+#include "support/Waiting.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -246,7 +247,7 @@ void TestAccessibility::pressesAndToggles()
     QAccessibleInterface *box = heard(window, 1);
     QVERIFY(box->state().checkable && box->state().checked);
     box->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    QTRY_COMPARE(window.value("net/untitled/ON"), "off");
+    AWAIT_COMPARE(window.value("net/untitled/ON"), "off");
     QVERIFY(!box->state().checked);
 
     auto *go = window.widget<QPushButton>();
@@ -254,7 +255,7 @@ void TestAccessibility::pressesAndToggles()
     QAccessibleInterface *button = heard(window, 2);
     const QString press = QAccessibleActionInterface::pressAction();
     button->actionInterface()->doAction(press);
-    QTRY_COMPARE(clicks.size(), 1);
+    AWAIT_COMPARE(clicks.size(), 1);
     go->setEnabled(false);
     QVERIFY(!button->actionInterface()->actionNames().contains(press));
     QVERIFY(button->state().disabled);
@@ -269,7 +270,7 @@ void TestAccessibility::opensTheChoices()
     QCOMPARE(box->child(0)->tableInterface()->rowCount(), 2);
     for (const bool expanded : {true, false}) {
         box->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
-        QTRY_COMPARE(bool(box->state().expanded), expanded);
+        AWAIT_COMPARE(bool(box->state().expanded), expanded);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "controls/PtzCalibrator.h"
 #include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
+#include "support/Waiting.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -119,7 +120,7 @@ void TestPtzControls::calibrates()
     DescribedWindow window(describePage(Calibrator), {{"ptz", storedPoints(points, "99")}});
     window.window->resize(500, 500);
     auto *calibrator = window.widget<PtzCalibrator>();
-    QTRY_COMPARE(calibrator->pictureRect().size(), QSize(320, 240));
+    AWAIT_COMPARE(calibrator->pictureRect().size(), QSize(320, 240));
     QStringList heard;
     connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this,
             [&](int number) { heard << QString("c%1").arg(number); });
@@ -253,7 +254,7 @@ void TestPtzControls::boundsItsSizes()
                  "<item type='PTZCalibrator' points='40' width='200' height='150' valign='top'/>"
                  "<item type='PTZcrossView' row='1' width='200' height='500' valign='top'/>"
                  "</item></tab></tabwidget>"));
-    QTRY_COMPARE(full.widget<PtzCalibrator>()->pictureRect().size(), QSize(200, 150));
+    AWAIT_COMPARE(full.widget<PtzCalibrator>()->pictureRect().size(), QSize(200, 150));
     QCOMPARE(full.widget<PtzCalibrator>()->pictureRect().left(), 1);
     DescribedWindow window(
         describePage("<item type='PTZCalibrator' points='2000000000' width='2000000000' height='-1'/>"

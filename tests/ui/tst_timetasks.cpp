@@ -2,6 +2,7 @@
 #include "controls/MaskEditor.h"
 #include "controls/OnlineView.h"
 #include "controls/PtzCrossView.h"
+#include "support/Waiting.h"
 #include "ui/SetupSession.h"
 
 #include <QLabel>
@@ -120,11 +121,11 @@ void TestTimeTasks::runsWhenItsPeriodIsOver()
 void TestTimeTasks::startsWithTheWindow()
 {
     DescribedWindow window(describeTasks(marker({}, "old")), {{"net", ""}});
-    QTRY_COMPARE(window.widget<QLabel>()->text(), "old");
+    AWAIT_COMPARE(window.widget<QLabel>()->text(), "old");
     window.fixture.setFile("interface", describeTasks(marker({}, "new")));
     window.fixture.store().load();
     window.settle();
-    QTRY_COMPARE(window.widget<QLabel>()->text(), "new");
+    AWAIT_COMPARE(window.widget<QLabel>()->text(), "new");
 }
 
 void TestTimeTasks::belongsToItsDialog()

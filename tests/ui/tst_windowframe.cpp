@@ -1,3 +1,4 @@
+#include "support/Waiting.h"
 #include "ui/LoadingView.h"
 #include "ui/WindowHeader.h"
 #include "ui/WindowLook.h"
@@ -153,7 +154,7 @@ void TestWindowFrame::headerCloses()
     QCOMPARE(button->accessibleName(), "Close");
     QSignalSpy closed(&header, &paravue::WindowHeader::closeRequested);
     QTest::keyClick(&header, Qt::Key_Tab);
-    QTRY_VERIFY(button->hasFocus());
+    AWAIT_VERIFY(button->hasFocus());
     QTest::keyClick(button, Qt::Key_Space);
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(closed.size(), 2);

@@ -1,5 +1,6 @@
 #include "support/EncodedClip.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 #include "video/cFfmpegDecoder.h"
 
 #include <QBuffer>
@@ -287,7 +288,7 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes()
             viewer.decoder.workInTurns();
         QVERIFY(viewer.decoder.create(clip.decoder));
         viewer.decoder.append(bytes);
-        QTRY_VERIFY_WITH_TIMEOUT(!viewer.decoder.isBusy(), 60'000);
+        AWAIT_VERIFY_WITHIN(!viewer.decoder.isBusy(), 60'000);
         QTEST(viewer.numbers, "numbers");
     }
 }
@@ -320,7 +321,7 @@ void TestFfmpegDecoder::refusesWhatTakesTooLong()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("left out"));
     viewer.decoder.append(bytes);
     viewer.decoder.append(clip.pictures[0]);
-    QTRY_VERIFY_WITH_TIMEOUT(!viewer.decoder.isBusy(), 60'000);
+    AWAIT_VERIFY_WITHIN(!viewer.decoder.isBusy(), 60'000);
     QCOMPARE(viewer.numbers, QList<int>({0, 0}));
 }
 
@@ -401,7 +402,7 @@ void TestFfmpegDecoder::worksInTurns()
     }
     QSignalSpy idle(&viewers[0].decoder, &cFfmpegDecoder::idle);
     turn.start(0);
-    QTRY_VERIFY_WITH_TIMEOUT(!viewers[0].decoder.isBusy() && !viewers[1].decoder.isBusy(), 60'000);
+    AWAIT_VERIFY_WITHIN(!viewers[0].decoder.isBusy() && !viewers[1].decoder.isBusy(), 60'000);
     QCOMPARE(idle.size(), 1);
     for (const Viewer &viewer : viewers)
         QCOMPARE(viewer.numbers, upTo(50) + upTo(50) + upTo(1));
@@ -426,10 +427,10 @@ void TestFfmpegDecoder::receiverMayInterfereInTurns()
     viewer->decoder.workInTurns();
     viewer->decoder.create(clip.decoder);
     viewer->decoder.append(clip.whole());
-    QTRY_VERIFY(!viewer);
+    AWAIT_VERIFY(!viewer);
     QCOMPARE(other.numbers, upTo(3));
     other.decoder.append(clip.whole());
-    QTRY_COMPARE(other.numbers, upTo(3) + upTo(3));
+    AWAIT_COMPARE(other.numbers, upTo(3) + upTo(3));
 }
 
 QTEST_GUILESS_MAIN(TestFfmpegDecoder)

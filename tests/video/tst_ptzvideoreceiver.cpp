@@ -1,6 +1,7 @@
 #include "support/FakeRecorder.h"
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 #include "video/PtzVideoReceiver.h"
 #include "video/cHvx3Parser.h"
 
@@ -91,8 +92,8 @@ void TestPtzVideoReceiver::tellsThePosition()
     QSignalSpy closed(receiver.findChild<QTcpSocket *>(), &QTcpSocket::disconnected);
     int frames = 0;
     connect(receiver.findChild<cHvx3Parser *>(), &cHvx3Parser::onDATA, this, [&] { ++frames; });
-    QTRY_COMPARE(told.value(positions.size() - 2), positions.value(positions.size() - 2));
-    QTRY_COMPARE(frames, stream.count('\xC0')); // each is a whole frame
+    AWAIT_COMPARE(told.value(positions.size() - 2), positions.value(positions.size() - 2));
+    AWAIT_COMPARE(frames, stream.count('\xC0')); // each is a whole frame
     receiver.goTo(1);
     QVERIFY(closed.wait());
     QCOMPARE(told, positions);
@@ -107,7 +108,7 @@ void TestPtzVideoReceiver::tellsTheLastOfManyPositions()
     recorder.expect(Login).send(Acknowledgement).send(header({textStream(1, "PTZ")}) + texts);
     PtzVideoReceiver receiver(nullptr, taskFor(recorder));
     QSignalSpy told(&receiver, &PtzVideoReceiver::positionChanged);
-    QTRY_COMPARE(receiver.position(), "0,4999");
+    AWAIT_COMPARE(receiver.position(), "0,4999");
     QVERIFY2(told.size() < 250, QByteArray::number(told.size()));
 }
 

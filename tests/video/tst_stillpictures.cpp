@@ -1,3 +1,4 @@
+#include "support/Waiting.h"
 #include "video/HttpPictureReceiver.h"
 #include "video/PictureUrl.h"
 #include "video/StillPicture.h"
@@ -278,7 +279,7 @@ void TestStillPictures::fetches()
     QCOMPARE(server.requests, requests > 0 ? requests : server.requests);
     if (problem.isEmpty())
         QCOMPARE(fetch.pictures[0][0].value<QPixmap>().size(), QSize(64, 48));
-    QTRY_COMPARE(server.closed, server.connections);
+    AWAIT_COMPARE(server.closed, server.connections);
     QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
 }
 
@@ -304,9 +305,9 @@ void TestStillPictures::endsInTheMiddle()
     Server server(
         [](QTcpSocket &client, const QByteArray &, int) { client.write(answer(jpeg()).chopped(100)); });
     auto fetch = std::make_unique<Fetch>(server.url());
-    QTRY_COMPARE(server.requests, 1);
+    AWAIT_COMPARE(server.requests, 1);
     fetch.reset();
-    QTRY_COMPARE(server.closed, 1);
+    AWAIT_COMPARE(server.closed, 1);
 
     Fetch wrong("ftp://camera/p");
     QVERIFY(wrong.receiver.isFinished());

@@ -2,6 +2,7 @@
 #include "support/FakeRecorder.h"
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 #include "video/VideoHVX3Reciver.h"
 #include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Parser.h"
@@ -126,9 +127,9 @@ void TestVideoHVX3Reciver::showsHalfOfThePictures()
     FakeRecorder recorder;
     recorder.expect(Login).send(Acknowledgement).send(streamOf(clip, label)).close();
     Viewer viewer(recorder);
-    QTRY_COMPARE(viewer.shown, QList<int>({3, 4, 5, 6, 11, 12, 13, 14}));
+    AWAIT_COMPARE(viewer.shown, QList<int>({3, 4, 5, 6, 11, 12, 13, 14}));
     // The connection is not made again.
-    QTRY_VERIFY(viewer.isClosed());
+    AWAIT_VERIFY(viewer.isClosed());
     QCOMPARE(recorder.connectionCount(), 1);
     QCOMPARE(recorder.problem(), QString());
 }
@@ -156,7 +157,7 @@ void TestVideoHVX3Reciver::readsTheAddress()
     QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", proxy.port()));
     const auto restore = qScopeGuard([] { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); });
     const VideoHVX3Reciver receiver(nullptr, describedTask(parsed));
-    QTRY_VERIFY(proxy.received().contains('\n'));
+    AWAIT_VERIFY(proxy.received().contains('\n'));
     QCOMPARE(proxy.received().split(' ').value(1), asked);
 }
 
@@ -167,9 +168,9 @@ void TestVideoHVX3Reciver::logsInWithUtf8()
     recorder.expect("\x01LOGIN=" + login.toUtf8() + "\r\nPASS=\r\n").expectClosed();
     auto receiver = std::make_unique<VideoHVX3Reciver>(
         nullptr, describedTask("127.0.0.1:" + QString::number(recorder.port()), login, ""));
-    QTRY_VERIFY(recorder.received().endsWith("PASS=\r\n"));
+    AWAIT_VERIFY(recorder.received().endsWith("PASS=\r\n"));
     receiver.reset();
-    QTRY_COMPARE(recorder.problem(), QString());
+    AWAIT_COMPARE(recorder.problem(), QString());
 }
 
 void TestVideoHVX3Reciver::waitsForTheAcknowledgement_data()
@@ -196,7 +197,7 @@ void TestVideoHVX3Reciver::waitsForTheAcknowledgement()
     QList<int> headers;
     QObject::connect(viewer.receiver->findChild<QTcpSocket *>(), &QTcpSocket::readyRead,
                      viewer.receiver.get(), [&] { headers << int(viewer.headers.size()); });
-    QTRY_COMPARE(headers.size(), answers.size());
+    AWAIT_COMPARE(headers.size(), answers.size());
     QCOMPARE(headers, headersAfterReads);
 }
 
@@ -221,7 +222,7 @@ void TestVideoHVX3Reciver::keepsWhatWaitsWhenTheRecorderCloses()
     Viewer viewer(recorder);
     QVERIFY(viewer.reads.wait());
     viewer.receiver->error(error);
-    QTRY_COMPARE(viewer.reads.size(), 3);
+    AWAIT_COMPARE(viewer.reads.size(), 3);
     QTEST(int(viewer.headers.size()), "headers");
 }
 
@@ -255,7 +256,7 @@ void TestVideoHVX3Reciver::takesNoMoreThanItCanDecode()
     });
     turn.start(0);
     // The recorder is long gone when the last picture comes.
-    QTRY_COMPARE_WITH_TIMEOUT(viewer.shown.size(), 120, 30'000);
+    AWAIT_COMPARE_WITHIN(viewer.shown.size(), 120, 30'000);
     QVERIFY2(unread > 0 && unread <= 100'000, qPrintable(QString::number(unread)));
     QCOMPARE(mostWaiting, pictures);
     QVERIFY2(turns > 10, qPrintable(QString::number(turns)));
@@ -268,8 +269,8 @@ void TestVideoHVX3Reciver::mayBeDestroyedByWhoItShows()
     recorder.expect(Login).send(Acknowledgement).send(streamOf(clip, "mp4v").repeated(20)).expectClosed();
     Viewer viewer(recorder);
     connect(viewer.receiver.get(), &VideoHVX3Reciver::pixmapReady, this, [&] { viewer.receiver.reset(); });
-    QTRY_VERIFY(!viewer.receiver);
-    QTRY_COMPARE(recorder.problem(), QString());
+    AWAIT_VERIFY(!viewer.receiver);
+    AWAIT_COMPARE(recorder.problem(), QString());
 }
 
 void TestVideoHVX3Reciver::countsThePicturesOfAllReceivers()
