@@ -1,4 +1,4 @@
-#include "Companion.h"
+#include "recorder/Companion.h"
 
 #include <QDir>
 #include <QFileInfo>

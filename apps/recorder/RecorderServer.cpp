@@ -1,13 +1,13 @@
-#include "RecorderServer.h"
+#include "recorder/RecorderServer.h"
 
-#include "ConfigService.h"
-#include "Connection.h"
-#include "DataFolder.h"
-#include "Greeting.h"
-#include "http/HttpAccess.h"
-#include "http/HttpClient.h"
-#include "video/VideoClient.h"
-#include "video/VideoService.h"
+#include "recorder/clients/Connection.h"
+#include "recorder/clients/Greeting.h"
+#include "recorder/clients/HttpAccess.h"
+#include "recorder/clients/HttpClient.h"
+#include "recorder/clients/VideoClient.h"
+#include "recorder/device/ConfigService.h"
+#include "recorder/files/DataFolder.h"
+#include "recorder/video/VideoService.h"
 
 namespace recorder
 {

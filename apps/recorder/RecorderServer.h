@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ConnectionTiming.h"
-#include "PtzState.h"
+#include "recorder/device/PtzState.h"
+#include "recorder/protocol/ConnectionTiming.h"
 
 #include <QHash>
 #include <QHostAddress>

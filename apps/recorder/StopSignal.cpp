@@ -1,4 +1,4 @@
-#include "StopSignal.h"
+#include "recorder/StopSignal.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

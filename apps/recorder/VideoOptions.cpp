@@ -1,8 +1,8 @@
-#include "VideoOptions.h"
+#include "recorder/VideoOptions.h"
 
-#include "RecorderServer.h"
-#include "http/HttpAccess.h"
-#include "video/VideoService.h"
+#include "recorder/RecorderServer.h"
+#include "recorder/clients/HttpAccess.h"
+#include "recorder/video/VideoService.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "video/VideoFaults.h"
-#include "video/VideoSettings.h"
+#include "recorder/video/VideoFaults.h"
+#include "recorder/video/VideoSettings.h"
 
 #include <QCommandLineParser>
 

@@ -1,8 +1,8 @@
-#include "Companion.h"
-#include "IniText.h"
-#include "RecorderServer.h"
-#include "StopSignal.h"
-#include "VideoOptions.h"
+#include "recorder/Companion.h"
+#include "recorder/RecorderServer.h"
+#include "recorder/StopSignal.h"
+#include "recorder/VideoOptions.h"
+#include "recorder/files/IniText.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -4,9 +4,9 @@
 #include "check/ProblemList.h"
 #include "check/SlotParams.h"
 #include "entry/cSetupWidget.h"
-#include "ui/CallableSlot.h"
-#include "ui/ControlType.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/binding/CallableSlot.h"
+#include "ui/binding/ControlType.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <algorithm>
 

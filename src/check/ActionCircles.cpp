@@ -2,8 +2,8 @@
 
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
-#include "ui/ControlType.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/binding/ControlType.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>

@@ -5,8 +5,8 @@
 #include "check/ProblemList.h"
 #include "controls/WeekPlan.h"
 #include "store/TextPattern.h"
-#include "ui/ControlType.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/binding/ControlType.h"
+#include "ui/description/InterfaceDocument.h"
 
 namespace paravue
 {

@@ -3,9 +3,9 @@
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/CWinMain.h"
-#include "ui/ControlType.h"
-#include "ui/InterfaceDocument.h"
-#include "ui/UiLimits.h"
+#include "ui/base/UiLimits.h"
+#include "ui/binding/ControlType.h"
+#include "ui/description/InterfaceDocument.h"
 
 namespace paravue
 {

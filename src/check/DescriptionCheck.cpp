@@ -9,10 +9,10 @@
 #include "check/SlotParams.h"
 #include "check/TextCheck.h"
 #include "check/WordCheck.h"
-#include "device/GzText.h"
-#include "device/Limits.h"
+#include "device/protocol/GzText.h"
+#include "device/protocol/Limits.h"
 #include "store/XmlLimits.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QCoreApplication>
 #include <QFile>

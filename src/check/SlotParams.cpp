@@ -5,9 +5,9 @@
 #include "check/DescribedParts.h"
 #include "check/ProblemList.h"
 #include "check/TextCheck.h"
-#include "device/DeviceCommands.h"
+#include "device/protocol/DeviceCommands.h"
 #include "store/OrbSetup.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "check/AddressCheck.h"
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
-#include "ui/TextReferences.h"
+#include "ui/description/TextReferences.h"
 
 #include <utility>
 #include <vector>

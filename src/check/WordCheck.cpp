@@ -2,7 +2,7 @@
 
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QHash>
 #include <QStringList>

@@ -1,11 +1,11 @@
 #include "device/OrbNetSetup.h"
 
-#include "device/Authorization.h"
-#include "device/DeviceAddress.h"
-#include "device/Limits.h"
 #include "device/LocalFiles.h"
-#include "device/LoginFrames.h"
-#include "device/ReplyFrame.h"
+#include "device/login/Authorization.h"
+#include "device/protocol/DeviceAddress.h"
+#include "device/protocol/Limits.h"
+#include "device/protocol/LoginFrames.h"
+#include "device/protocol/ReplyFrame.h"
 #include "store/OrbSettings.h"
 
 #include <QPointer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/Credentials.h"
+#include "device/login/Credentials.h"
 #include "store/OrbSetup.h"
 
 #include <QAbstractSocket>

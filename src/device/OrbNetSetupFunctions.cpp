@@ -1,8 +1,8 @@
 #include "device/OrbNetSetup.h"
 
 #include "device/CTimeZoner.h"
-#include "device/DeviceCommands.h"
-#include "device/Limits.h"
+#include "device/protocol/DeviceCommands.h"
+#include "device/protocol/Limits.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,12 +1,12 @@
 #include "device/OrbNetSetup.h"
 
-#include "device/DescriptionFileList.h"
-#include "device/GzText.h"
-#include "device/Limits.h"
 #include "device/LocalFiles.h"
-#include "device/ReplyFrame.h"
-#include "device/StateTemplate.h"
-#include "device/WireBody.h"
+#include "device/protocol/DescriptionFileList.h"
+#include "device/protocol/GzText.h"
+#include "device/protocol/Limits.h"
+#include "device/protocol/ReplyFrame.h"
+#include "device/protocol/StateTemplate.h"
+#include "device/protocol/WireBody.h"
 #include "store/OrbSettings.h"
 
 #include <QFile>

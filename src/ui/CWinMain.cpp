@@ -2,17 +2,17 @@
 
 #include "controls/DialogLoop.h"
 #include "store/OrbSetup.h"
-#include "ui/ControlAccessibility.h"
-#include "ui/DescribedFrame.h"
-#include "ui/ErrorDisplay.h"
-#include "ui/LoadingView.h"
-#include "ui/PathBox.h"
-#include "ui/PictureReceivers.h"
-#include "ui/SetupSession.h"
-#include "ui/WindowDrag.h"
-#include "ui/WindowFrame.h"
-#include "ui/WindowHeader.h"
-#include "ui/WindowLook.h"
+#include "ui/accessibility/ControlAccessibility.h"
+#include "ui/base/WindowLook.h"
+#include "ui/tasks/PictureReceivers.h"
+#include "ui/window/DescribedFrame.h"
+#include "ui/window/ErrorDisplay.h"
+#include "ui/window/LoadingView.h"
+#include "ui/window/PathBox.h"
+#include "ui/window/SetupSession.h"
+#include "ui/window/WindowDrag.h"
+#include "ui/window/WindowFrame.h"
+#include "ui/window/WindowHeader.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/LocalPaths.h"
+#include "ui/binding/LocalPaths.h"
 
 #include <QDateTime>
 #include <QDialog>

@@ -1,6 +1,6 @@
 #include "check/DescriptionCheck.h"
-#include "recorder/Gzip.h"
 #include "recorder/RecorderServer.h"
+#include "recorder/files/Gzip.h"
 
 #include <QFileInfo>
 #include <QStringConverter>

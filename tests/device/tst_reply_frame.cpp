@@ -1,6 +1,6 @@
-#include "device/DeviceAddress.h"
-#include "device/Limits.h"
-#include "device/ReplyFrame.h"
+#include "device/protocol/DeviceAddress.h"
+#include "device/protocol/Limits.h"
+#include "device/protocol/ReplyFrame.h"
 #include "support/TestTable.h"
 
 using namespace paravue;

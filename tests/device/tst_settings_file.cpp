@@ -1,8 +1,8 @@
 #include "NotedStore.h"
 #include "OwnUserFolders.h"
-#include "device/Authorization.h"
-#include "device/SavedCredentials.h"
-#include "device/SettingsFile.h"
+#include "device/login/Authorization.h"
+#include "device/login/SavedCredentials.h"
+#include "device/login/SettingsFile.h"
 #include "store/PasswordDigest.h"
 #include "support/TestTable.h"
 

@@ -1,4 +1,4 @@
-#include "device/StateTemplate.h"
+#include "device/protocol/StateTemplate.h"
 #include "support/TestTable.h"
 
 using namespace paravue;

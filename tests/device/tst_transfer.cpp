@@ -1,7 +1,7 @@
 #include "FakeRecorder.h"
 #include "NotedStore.h"
-#include "device/GzText.h"
-#include "device/Limits.h"
+#include "device/protocol/GzText.h"
+#include "device/protocol/Limits.h"
 #include "support/TestTable.h"
 
 #include <QDir>

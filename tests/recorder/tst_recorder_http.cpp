@@ -1,7 +1,7 @@
 #include "RawClient.h"
 
 #include "recorder/RecorderServer.h"
-#include "recorder/http/HttpAccess.h"
+#include "recorder/clients/HttpAccess.h"
 #include "support/TestTable.h"
 
 #include <QCryptographicHash>

@@ -4,7 +4,7 @@
 #include "controls/OnlineView.h"
 #include "controls/PtzVideoInput.h"
 #include "recorder/RecorderServer.h"
-#include "recorder/http/HttpAccess.h"
+#include "recorder/clients/HttpAccess.h"
 #include "recorder/video/VideoService.h"
 
 #include <QElapsedTimer>

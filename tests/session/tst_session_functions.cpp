@@ -5,7 +5,7 @@
 #include "device/CTimeZoner.h"
 #include "device/TimeZoneTable.h"
 #include "recorder/RecorderServer.h"
-#include "recorder/ZoneRule.h"
+#include "recorder/device/ZoneRule.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 

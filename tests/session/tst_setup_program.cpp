@@ -1,6 +1,6 @@
 #include "OwnUserFolders.h"
-#include "recorder/Gzip.h"
 #include "recorder/RecorderServer.h"
+#include "recorder/files/Gzip.h"
 #include "setup/CommandLine.h"
 #include "setup/RecorderAddress.h"
 #include "setup/SetupProgram.h"

@@ -1,5 +1,5 @@
-#include "ui/ControlTable.h"
-#include "ui/InterfaceDocument.h"
+#include "ui/binding/ControlTable.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QTest>
 #include <QWidget>

@@ -1,7 +1,7 @@
 #include "DescribedWindow.h"
 #include "store/OrbSettings.h"
-#include "ui/FileCommands.h"
-#include "ui/LocalPaths.h"
+#include "ui/binding/LocalPaths.h"
+#include "ui/commands/FileCommands.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,4 +1,4 @@
-#include "ui/InterfaceDocument.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #include "StoreFixture.h"
-#include "ui/InterfaceDocument.h"
-#include "ui/TextResolver.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/description/TextResolver.h"
 
 #include <QTest>
 

@@ -3,7 +3,7 @@
 #include "controls/OnlineView.h"
 #include "controls/PtzCrossView.h"
 #include "support/Waiting.h"
-#include "ui/SetupSession.h"
+#include "ui/window/SetupSession.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -1,6 +1,6 @@
 #include "DescribedWindow.h"
-#include "ui/LoadingView.h"
-#include "ui/WindowHeader.h"
+#include "ui/window/LoadingView.h"
+#include "ui/window/WindowHeader.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,7 +1,7 @@
 #include "support/Waiting.h"
-#include "ui/LoadingView.h"
-#include "ui/WindowHeader.h"
-#include "ui/WindowLook.h"
+#include "ui/base/WindowLook.h"
+#include "ui/window/LoadingView.h"
+#include "ui/window/WindowHeader.h"
 
 #include <QLabel>
 #include <QProgressBar>

@@ -1,6 +1,6 @@
-#include "FileSource.h"
+#include "recorder/video/FileSource.h"
 
-#include "StillPicture.h"
+#include "recorder/video/StillPicture.h"
 
 #include <QDir>
 

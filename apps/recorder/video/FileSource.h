@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VideoSource.h"
+#include "recorder/video/VideoSource.h"
 
 namespace recorder
 {

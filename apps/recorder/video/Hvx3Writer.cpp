@@ -1,4 +1,4 @@
-#include "Hvx3Writer.h"
+#include "recorder/video/Hvx3Writer.h"
 
 #include <QtEndian>
 

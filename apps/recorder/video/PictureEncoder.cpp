@@ -1,4 +1,4 @@
-#include "PictureEncoder.h"
+#include "recorder/video/PictureEncoder.h"
 
 extern "C" {
 #include <libavutil/opt.h>

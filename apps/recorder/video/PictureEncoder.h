@@ -1,8 +1,8 @@
 #pragma once
 
-#include "FfmpegObjects.h"
-#include "PicturePainter.h"
-#include "VideoSettings.h"
+#include "recorder/video/FfmpegObjects.h"
+#include "recorder/video/PicturePainter.h"
+#include "recorder/video/VideoSettings.h"
 
 #include <functional>
 

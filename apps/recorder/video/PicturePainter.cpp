@@ -1,4 +1,4 @@
-#include "PicturePainter.h"
+#include "recorder/video/PicturePainter.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "RecordFile.h"
+#include "recorder/video/RecordFile.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VideoService.h"
+#include "recorder/video/VideoService.h"
 
 #include <QFile>
 

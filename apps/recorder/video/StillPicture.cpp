@@ -1,4 +1,4 @@
-#include "StillPicture.h"
+#include "recorder/video/StillPicture.h"
 
 extern "C" {
 #include <libavutil/opt.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PictureEncoder.h"
+#include "recorder/video/PictureEncoder.h"
 
 /// Pictures of video files, scaled and encoded.
 namespace recorder

@@ -1,4 +1,4 @@
-#include "TestPicture.h"
+#include "recorder/video/TestPicture.h"
 
 #include <QRectF>
 #include <QString>

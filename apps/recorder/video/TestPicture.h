@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../PtzState.h"
-#include "PicturePainter.h"
+#include "recorder/device/PtzState.h"
+#include "recorder/video/PicturePainter.h"
 
 #include <QtGlobal>
 

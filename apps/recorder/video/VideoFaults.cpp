@@ -1,6 +1,6 @@
-#include "VideoFaults.h"
+#include "recorder/video/VideoFaults.h"
 
-#include "Hvx3Writer.h"
+#include "recorder/video/Hvx3Writer.h"
 
 #include <bit>
 

@@ -1,8 +1,8 @@
-#include "VideoService.h"
+#include "recorder/video/VideoService.h"
 
-#include "FileSource.h"
-#include "RecordFile.h"
-#include "TestPicture.h"
+#include "recorder/video/FileSource.h"
+#include "recorder/video/RecordFile.h"
+#include "recorder/video/TestPicture.h"
 
 #include <QDateTime>
 #include <QtEndian>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "../PtzState.h"
-#include "Hvx3Writer.h"
-#include "VideoFaults.h"
-#include "VideoSettings.h"
+#include "recorder/device/PtzState.h"
+#include "recorder/video/Hvx3Writer.h"
+#include "recorder/video/VideoFaults.h"
+#include "recorder/video/VideoSettings.h"
 
 #include <QElapsedTimer>
 #include <QHash>

@@ -1,4 +1,4 @@
-#include "VideoSettings.h"
+#include "recorder/video/VideoSettings.h"
 
 namespace recorder
 {

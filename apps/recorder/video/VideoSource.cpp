@@ -1,6 +1,6 @@
-#include "VideoSource.h"
+#include "recorder/video/VideoSource.h"
 
-#include "TestPicture.h"
+#include "recorder/video/TestPicture.h"
 
 namespace recorder
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../PtzState.h"
-#include "PictureEncoder.h"
+#include "recorder/device/PtzState.h"
+#include "recorder/video/PictureEncoder.h"
 
 namespace recorder
 {

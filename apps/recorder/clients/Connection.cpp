@@ -1,0 +1,311 @@
+#include "recorder/clients/Connection.h"
+
+#include "recorder/device/ConfigService.h"
+#include "recorder/protocol/LogText.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace recorder
+{
+
+namespace
+{
+
+constexpr char LoginByte = 0x04;
+constexpr qint64 MaxUnsent = 1024 * 1024;
+constexpr int MaxRefusals = 5;
+constexpr int LoginPatience = 30 * 1000;
+constexpr int TransferPatience = 30 * 1000;
+constexpr int IdlePatience = 10 * 60 * 1000;
+
+constexpr int DrainPatience = 1000;
+
+const QByteArray LengthPrefix = QByteArrayLiteral("LENGTH=");
+const QString HiddenPassword = QStringLiteral("PASS=***");
+
+/// A number of digits only that is small enough to be counted down.
+std::optional<quint64> decimal(const QByteArray &digits)
+{
+    constexpr qsizetype MaxDigits = 18;
+    const bool isNumber =
+        !digits.isEmpty() && digits.size() <= MaxDigits &&
+        std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return isNumber ? std::optional(digits.toULongLong()) : std::nullopt;
+}
+
+/// Files may hold passwords, and a package is no text.
+bool hasReadableBody(const Command &command)
+{
+    return command.kind == Command::Kind::Run ? command.function != Function::InstallPackage
+                                              : command.file == QLatin1String("time");
+}
+
+qsizetype mostBytes(const Command &command)
+{
+    const bool isPackage = command.kind == Command::Kind::Run && command.function == Function::InstallPackage;
+    return isPackage ? Connection::MaxPackage : Connection::MaxBody;
+}
+
+} // namespace
+
+Connection::Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
+                       QObject *parent)
+    : Client(socket, parent), m_service(service), m_timing(timing)
+{
+    m_patience.setSingleShot(true);
+    m_delay.setSingleShot(true);
+    connect(m_socket, &QTcpSocket::readyRead, this, &Connection::process);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::process);
+    connect(&m_patience, &QTimer::timeout, this, &Connection::expired);
+    connect(&m_delay, &QTimer::timeout, this, &Connection::sendLate);
+    enter(State::AwaitLogin);
+}
+
+void Connection::process()
+{
+    while (m_pending.isEmpty() && m_socket->bytesToWrite() <= MaxUnsent) {
+        if (!step() && !readMore())
+            return;
+    }
+}
+
+bool Connection::readMore()
+{
+    const QByteArray piece = m_socket->read(ReadPiece);
+    m_input.append(piece);
+    return !piece.isEmpty();
+}
+
+/// Uses up some input; false when there is not enough of it.
+bool Connection::step()
+{
+    switch (m_state) {
+    case State::Body:
+        return takeBody();
+    case State::Skip:
+        return skipBody();
+    case State::Drain:
+        m_input.clear();
+        return false;
+    default:
+        return stepLine();
+    }
+}
+
+bool Connection::stepLine()
+{
+    const std::optional<QByteArray> line = m_input.takeLine();
+    if (line ? line->size() > MaxLine : m_input.size() > MaxLine) {
+        Q_EMIT logged(QStringLiteral("< a line that does not end"));
+        refuse(QStringLiteral("the request line is too long"), State::Drain);
+        return true;
+    }
+    if (line)
+        handleLine(*line);
+    return line.has_value();
+}
+
+bool Connection::takeBody()
+{
+    const QByteArray piece = m_input.takeBytes(qsizetype(m_wanted));
+    m_body += piece;
+    m_wanted -= quint64(piece.size());
+    if (m_wanted > 0) {
+        if (!piece.isEmpty())
+            m_patience.start();
+        return false;
+    }
+    const QByteArray body = std::exchange(m_body, {});
+    if (hasReadableBody(m_command))
+        Q_EMIT logged(QStringLiteral("< ") + readableBody(body));
+    const bool isFile = m_command.kind == Command::Kind::Put;
+    const Answer result =
+        isFile ? m_service.put(m_command.file, body, *m_account) : m_service.run(m_command, body, *m_account);
+    enter(State::Ready);
+    answer(result);
+    if (isFile && result.accepted)
+        Q_EMIT fileReceived(m_command.file, body);
+    return true;
+}
+
+bool Connection::skipBody()
+{
+    const quint64 most = quint64(std::numeric_limits<qsizetype>::max());
+    const QByteArray piece = m_input.takeBytes(qsizetype(std::min(m_wanted, most)));
+    m_wanted -= quint64(piece.size());
+    if (m_wanted > 0) {
+        if (!piece.isEmpty())
+            m_patience.start();
+        return false;
+    }
+    enter(m_account ? State::Ready : State::AwaitLogin);
+    return true;
+}
+
+void Connection::handleLine(const QByteArray &line)
+{
+    const bool isLength = line.startsWith(LengthPrefix);
+    Q_EMIT logged(QStringLiteral("< ") +
+                  (m_state == State::AwaitPassword ? HiddenPassword : readableRequest(line)));
+    if (line.startsWith(LoginByte))
+        beginLogin(line);
+    else if (m_state == State::AwaitPassword)
+        finishLogin(line);
+    else if (isLength && m_state != State::AwaitLogin)
+        handleLength(line.mid(LengthPrefix.size()));
+    else if (m_state == State::AwaitLogin)
+        refuse(QStringLiteral("log in first"), afterLoginRefusal());
+    else
+        handleCommand(line);
+}
+
+/// A login may come at any time; it ends the one before.
+void Connection::beginLogin(const QByteArray &line)
+{
+    const QByteArray prefix = LoginByte + QByteArrayLiteral("LOGIN=");
+    m_account.reset();
+    if (!line.startsWith(prefix)) {
+        refuse(QStringLiteral("the login has no user name"), afterLoginRefusal());
+        return;
+    }
+    m_loginName = line.mid(prefix.size());
+    enter(State::AwaitPassword);
+}
+
+void Connection::finishLogin(const QByteArray &line)
+{
+    const QByteArray prefix = QByteArrayLiteral("PASS=");
+    if (line.startsWith(prefix))
+        m_account = m_service.login(m_loginName, line.mid(prefix.size()));
+    if (m_account) {
+        enter(State::Ready);
+        answer(okAnswer());
+        return;
+    }
+    enter(afterLoginRefusal());
+    answer(loginRefusal());
+}
+
+/// Nobody gets to try passwords for ever.
+Connection::State Connection::afterLoginRefusal()
+{
+    return ++m_refusals >= MaxRefusals ? State::Drain : State::AwaitLogin;
+}
+
+void Connection::handleCommand(const QByteArray &line)
+{
+    const bool bodyIsMissing = m_state == State::AwaitLength;
+    if (bodyIsMissing)
+        refuse(QStringLiteral("%1 came without a length").arg(m_command.label()), State::Ready);
+    const Command command = parseCommand(line);
+    if (command.kind == Command::Kind::Unknown)
+        refuse(QStringLiteral("unknown command"), State::Refused);
+    else
+        runCommand(command);
+}
+
+void Connection::runCommand(const Command &command)
+{
+    if (command.kind == Command::Kind::Get) {
+        enter(State::Ready);
+        answer(m_service.get(command.file));
+    } else if (command.kind == Command::Kind::Run && !command.takesBody) {
+        enter(State::Ready);
+        answer(m_service.run(command, {}, *m_account));
+    } else if (command.kind == Command::Kind::Put && !command.writable) {
+        refuse(QStringLiteral("the file %1 is read-only").arg(command.file), State::Refused);
+    } else {
+        m_command = command;
+        enter(State::AwaitLength);
+    }
+}
+
+void Connection::handleLength(const QByteArray &digits)
+{
+    const std::optional<quint64> length = decimal(digits);
+    const State before = m_state;
+    m_wanted = length.value_or(0);
+    if (!length) // where the next request starts can no longer be told
+        refuse(QStringLiteral("wrong length"), State::Drain);
+    else if (before == State::Refused)
+        enter(State::Skip);
+    else if (before == State::Ready)
+        refuse(QStringLiteral("a length without a command"), State::Skip);
+    else if (*length == 0)
+        refuse(QStringLiteral("%1 is empty").arg(m_command.label()), State::Skip);
+    else if (*length > quint64(mostBytes(m_command)))
+        refuse(QStringLiteral("%1 is too large").arg(m_command.label()), State::Skip);
+    else
+        enter(State::Body);
+}
+
+void Connection::refuse(const QString &reason, State next)
+{
+    enter(next);
+    answer(errorAnswer(reason));
+}
+
+void Connection::answer(const Answer &answer)
+{
+    Q_EMIT logged(QStringLiteral("> ") + answer.logText);
+    m_pending += answer.bytes;
+    m_restarts = m_restarts || answer.restarts;
+    if (m_timing.replyDelay > 0)
+        m_delay.start(m_timing.replyDelay);
+    else
+        send();
+}
+
+void Connection::send()
+{
+    const QByteArray bytes = std::exchange(m_pending, {});
+    if (m_socket->state() == QAbstractSocket::ConnectedState)
+        m_socket->write(bytes);
+    if (std::exchange(m_restarts, false))
+        Q_EMIT restartRequested();
+}
+
+void Connection::sendLate()
+{
+    send();
+    process();
+}
+
+void Connection::enter(State state)
+{
+    m_state = state;
+    switch (state) {
+    case State::AwaitLogin:
+    case State::AwaitPassword:
+        m_patience.start(LoginPatience);
+        break;
+    case State::AwaitLength:
+        m_patience.start(m_timing.bodyTimeout);
+        break;
+    case State::Body:
+    case State::Skip:
+        m_patience.start(TransferPatience);
+        break;
+    case State::Ready:
+    case State::Refused:
+        m_patience.start(IdlePatience);
+        break;
+    case State::Drain:
+        m_patience.start(DrainPatience);
+        break;
+    }
+}
+
+void Connection::expired()
+{
+    if (m_state == State::AwaitLength) {
+        refuse(QStringLiteral("%1 came without a body").arg(m_command.label()), State::Refused);
+        return;
+    }
+    if (m_state != State::Drain)
+        Q_EMIT logged(QStringLiteral("closed: nothing more came"));
+    m_socket->abort();
+}
+
+} // namespace recorder

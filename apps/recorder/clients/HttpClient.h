@@ -1,0 +1,58 @@
+#pragma once
+
+#include "recorder/clients/Client.h"
+#include "recorder/clients/HttpRequest.h"
+#include "recorder/protocol/ConnectionTiming.h"
+
+#include <QPointer>
+#include <QTimer>
+
+namespace recorder
+{
+
+class ConfigService;
+class HttpAccess;
+class VideoService;
+
+/// A client that speaks HTTP/1.1. It gets one answer: /snapshot.jpg is the present picture and /overview.jpg
+/// all that the camera can turn to, for those who log in.
+class HttpClient : public Client
+{
+    Q_OBJECT
+
+public:
+    /// The longest head of a request.
+    static constexpr qsizetype MaxHead = 8 * 1024;
+
+    HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAccess &access, VideoService &video,
+               const ConnectionTiming &timing, QObject *parent);
+
+    void start() override { process(); }
+
+private:
+    struct Response {
+        QByteArray status; ///< such as "200 OK"
+        QList<QByteArray> fields;
+        QByteArray type = "text/plain; charset=utf-8";
+        QByteArray body;
+    };
+
+    using Picture = QByteArray (VideoService::*)() const;
+
+    void process();
+    void answer(const QByteArray &head);
+    Response respond(const HttpRequest &request);
+    Response picture(const HttpRequest &request, Picture take);
+    void send(const Response &response, bool withBody, bool canClose);
+    static Response plain(const QByteArray &status, const QList<QByteArray> &fields = {});
+
+    const ConfigService &m_accounts;
+    HttpAccess &m_access;
+    QPointer<VideoService> m_video;
+    const ConnectionTiming &m_timing; // that of the server
+    QTimer m_patience;
+    QByteArray m_head;
+    bool m_isAnswered = false;
+};
+
+} // namespace recorder

@@ -1,0 +1,113 @@
+#include "recorder/files/DataFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <filesystem>
+#include <system_error>
+
+// Outside of every namespace: the macro declares a function of the resource's own.
+static void initShippedModel()
+{
+    Q_INIT_RESOURCE(recorder_model);
+}
+
+namespace recorder
+{
+
+namespace
+{
+
+const QString UsualModel = QStringLiteral("standard");
+const QString ShippedModels = QStringLiteral(":/recorder/model");
+
+QString fileName(const QString &name)
+{
+    return name == QLatin1String("interface") ? QStringLiteral("interface.xml") : name;
+}
+
+std::optional<QByteArray> readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return file.readAll();
+}
+
+/// A file beside the old one that then takes its place: a reader sees one of them whole. It is not forced to
+/// the medium as QSaveFile would do, which takes longer than everything else that a request needs. Temporary
+/// files are readable by their owner only, and the files hold passwords, so they stay that way.
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
+    if (!file.open() || file.write(content) != content.size() || !file.flush())
+        return false;
+    file.close();
+    std::error_code failure;
+    std::filesystem::rename(QFileInfo(file.fileName()).filesystemFilePath(),
+                            QFileInfo(path).filesystemFilePath(), failure);
+    file.setAutoRemove(bool(failure));
+    return !failure;
+}
+
+} // namespace
+
+DataFolder::DataFolder(const QString &path, const QString &model) : m_path(path), m_model(model) {}
+
+QStringList DataFolder::models()
+{
+    initShippedModel();
+    return QStringList{UsualModel} + QDir(ShippedModels).entryList(QDir::Dirs);
+}
+
+bool DataFolder::prepare(QString &error) const
+{
+    const QDir folder(m_path);
+    if (!folder.mkpath(QStringLiteral("."))) {
+        error = QStringLiteral("cannot create the folder %1").arg(m_path);
+        return false;
+    }
+    if (!folder.isEmpty())
+        return true;
+    initShippedModel();
+    const QStringList names = QDir(ShippedModels).entryList(QDir::Files);
+    for (const QString &name : names) {
+        const std::optional<QByteArray> content = readFile(shippedPath(name));
+        if (!content || !writeFile(folder.filePath(name), *content)) {
+            error = QStringLiteral("cannot write %1").arg(folder.filePath(name));
+            return false;
+        }
+    }
+    return true;
+}
+
+QString DataFolder::filePath(const QString &name) const
+{
+    return QDir(m_path).filePath(fileName(name));
+}
+
+std::optional<QByteArray> DataFolder::read(const QString &name) const
+{
+    return readFile(filePath(name));
+}
+
+std::optional<QByteArray> DataFolder::shipped(const QString &name) const
+{
+    initShippedModel();
+    return readFile(shippedPath(fileName(name)));
+}
+
+QString DataFolder::shippedPath(const QString &fileName) const
+{
+    const QString own = ShippedModels + '/' + m_model + '/' + fileName;
+    return QFile::exists(own) ? own : ShippedModels + '/' + fileName;
+}
+
+bool DataFolder::replace(const QString &name, const QByteArray &content) const
+{
+    return writeFile(filePath(name), content);
+}
+
+} // namespace recorder

@@ -1,3 +1,0 @@
-#include "device/Credentials.h"
-
-CredentialsSource::~CredentialsSource() = default;

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "device/login/Credentials.h"
+
+namespace paravue
+{
+
+/// With \a ask, asks the user in a modal dialog for the login to the recorder at \a record.url, which has
+/// refused the last one; returns false when the user gave up. Without, fills \a record in from what is
+/// remembered of this recorder, else with the default login and an empty password.
+bool Authorize(Credentials &record, bool ask);
+
+/// Remembers \a record in place of what was kept for its recorder; forgets that without the remember flag.
+void Save(const Credentials &record);
+
+/// Asks the user in a dialog and keeps logins in the settings file. Gives up at once in a program that has no
+/// widgets.
+class CredentialsDialogs : public CredentialsSource
+{
+public:
+    bool ask(Credentials &record) override;
+    void save(const Credentials &record) override;
+
+private:
+    QByteArray m_lastUrl; ///< the question before
+    QByteArray m_lastLogin;
+};
+
+} // namespace paravue

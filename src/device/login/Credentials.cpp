@@ -1,0 +1,3 @@
+#include "device/login/Credentials.h"
+
+CredentialsSource::~CredentialsSource() = default;

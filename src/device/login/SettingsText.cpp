@@ -1,0 +1,66 @@
+#include "device/login/SettingsText.h"
+
+#include "store/IniGrammar.h"
+
+namespace paravue
+{
+
+namespace
+{
+
+bool isComment(const QString &line)
+{
+    return line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#');
+}
+
+std::optional<QByteArray> decoded(QStringView value)
+{
+    const QByteArray hex = value.toUtf8().toLower();
+    const QByteArray bytes = QByteArray::fromHex(hex);
+    // The toolkit skips what is no digit.
+    return bytes.toHex() == hex ? std::make_optional(bytes) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<SettingsMap> parseSettings(const QByteArray &text)
+{
+    SettingsMap settings;
+    QString group = QStringLiteral("General");
+    for (const QByteArray &bytes : text.split('\n')) {
+        const QString line = QString::fromUtf8(bytes).trimmed();
+        if (isComment(line))
+            continue;
+        const QString whole = line + u'\n';
+        const auto parsed = scanIniLine(QStringView(whole), EmptyValue::IsKey);
+        if (parsed.kind == parsed.Section) {
+            group = parsed.name.toString();
+        } else if (parsed.kind == parsed.Key) {
+            const auto value = decoded(parsed.value);
+            if (!value)
+                return {};
+            // The toolkit's ini format writes keys that hold a "/" this way.
+            settings[group + u'/' + parsed.name.toString().replace(u'\\', u'/')] = *value;
+        } else {
+            return {};
+        }
+    }
+    return settings;
+}
+
+QByteArray settingsText(const SettingsMap &settings)
+{
+    QByteArray text;
+    QString group;
+    for (auto entry = settings.cbegin(); entry != settings.cend(); ++entry) {
+        const QString entryGroup = entry.key().section(u'/', 0, 0);
+        if (entryGroup != group) {
+            text += (text.isEmpty() ? "[" : "\r\n[") + entryGroup.toUtf8() + "]\r\n";
+            group = entryGroup;
+        }
+        text += entry.key().section(u'/', 1).toUtf8() + '=' + entry->toHex() + "\r\n";
+    }
+    return text;
+}
+
+} // namespace paravue

@@ -1,0 +1,34 @@
+#include "device/protocol/LoginFrames.h"
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr char EndOfTransmission = 0x04;
+constexpr QByteArrayView AcceptedFrame("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+constexpr QByteArrayView RefusedFrame("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n");
+
+} // namespace
+
+QByteArray loginRequest(const QString &login, const QString &password)
+{
+    return EndOfTransmission + ("LOGIN=" + login.toUtf8() + "\r\nPASS=" + password.toUtf8() + "\r\n");
+}
+
+LoginReply loginReply(const QByteArray &received)
+{
+    if (received == AcceptedFrame)
+        return LoginReply::Accepted;
+    if (received == RefusedFrame)
+        return LoginReply::Refused;
+    return LoginReply::Incomplete;
+}
+
+qsizetype longestLoginReply()
+{
+    return RefusedFrame.size();
+}
+
+} // namespace paravue

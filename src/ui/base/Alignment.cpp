@@ -1,0 +1,20 @@
+#include "ui/base/Alignment.h"
+
+namespace paravue
+{
+
+Qt::Alignment horizontalAlignment(const QString &word)
+{
+    if (word == QLatin1String("right"))
+        return Qt::AlignRight;
+    return word == QLatin1String("center") ? Qt::AlignHCenter : Qt::AlignLeft;
+}
+
+Qt::Alignment verticalAlignment(const QString &word)
+{
+    if (word == QLatin1String("bottom"))
+        return Qt::AlignBottom;
+    return word == QLatin1String("top") ? Qt::AlignTop : Qt::AlignVCenter;
+}
+
+} // namespace paravue

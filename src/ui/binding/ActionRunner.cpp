@@ -1,0 +1,190 @@
+#include "ui/binding/ActionRunner.h"
+
+#include "ui/base/SafeText.h"
+#include "ui/base/UiLimits.h"
+#include "ui/base/WindowText.h"
+#include "ui/binding/CallableSlot.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/binding/ControlTable.h"
+#include "ui/binding/ControlType.h"
+#include "ui/description/InterfaceDocument.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QScopedValueRollback>
+
+namespace paravue
+{
+namespace
+{
+
+Q_LOGGING_CATEGORY(log, "paravue.actions")
+
+bool isCall(const QDomElement &action)
+{
+    return action.attribute(QStringLiteral("type")) == QLatin1String("call");
+}
+
+QList<QDomElement> actionsOf(const QDomElement &owner)
+{
+    // A copy: an action may change the document, or replace it.
+    QList<QDomElement> actions;
+    for (QDomElement action = owner.firstChildElement(QStringLiteral("action")); !action.isNull();
+         action = action.nextSiblingElement(QStringLiteral("action")))
+        actions.append(action);
+    return actions;
+}
+
+} // namespace
+
+ActionRunner::ActionRunner(const InterfaceDocument &document, ControlTable &table, ControlContext &context)
+    : m_document(document), m_table(table), m_context(context)
+{
+}
+
+void ActionRunner::reactToChange(const Control &control)
+{
+    const QString state = control.type->actionState(control);
+    const bool runsCalls = control.type->runsCalls();
+    for (const QDomElement &action : actionsOf(control.element)) {
+        const bool asksForState = action.hasAttribute(QStringLiteral("state"));
+        if (asksForState && (state.isEmpty() || action.attribute(QStringLiteral("state")) != state))
+            continue;
+        if (isCall(action)) {
+            if (asksForState || runsCalls)
+                runCall(action);
+        } else if (asksForState) {
+            setEnabled(action, action.attribute(QStringLiteral("type")) == QLatin1String("enable"));
+        }
+    }
+}
+
+void ActionRunner::reactToState(const Control &control)
+{
+    const QString state = control.type ? control.type->actionState(control) : QString();
+    if (state.isEmpty())
+        return;
+    for (QDomElement action = control.element.firstChildElement(QStringLiteral("action")); !action.isNull();
+         action = action.nextSiblingElement(QStringLiteral("action"))) {
+        if (!isCall(action) && action.attribute(QStringLiteral("state")) == state)
+            setEnabled(action, action.attribute(QStringLiteral("type")) == QLatin1String("enable"));
+    }
+}
+
+void ActionRunner::runCalls(const QDomElement &owner)
+{
+    for (const QDomElement &action : actionsOf(owner)) {
+        if (isCall(action))
+            runCall(action);
+    }
+}
+
+QList<QWidget *> ActionRunner::targets(const QString &tag) const
+{
+    QList<QWidget *> widgets;
+    for (const QDomElement &element : m_document.elements(tag)) {
+        const Control *control = m_table.of(element.parentNode().toElement());
+        if (control && control->widget)
+            widgets.append(control->widget);
+    }
+    return widgets;
+}
+
+void ActionRunner::setEnabled(const QDomElement &action, bool enabled)
+{
+    if (!enabled && action.attribute(QStringLiteral("type")) != QLatin1String("disable"))
+        return;
+    for (QWidget *widget : targets(action.text().trimmed())) {
+        // A disabled window could not be closed any more.
+        if (!widget->isWindow() && widget->testAttribute(Qt::WA_ForceDisabled) == enabled)
+            widget->setEnabled(enabled);
+    }
+}
+
+void ActionRunner::runCall(const QDomElement &action)
+{
+    if (!enter())
+        return;
+    const QString tag = action.text().trimmed();
+    m_work += 1 + m_document.elements(tag).size();
+    QList<QPointer<QWidget>> widgets;
+    for (QWidget *widget : targets(tag))
+        widgets.append(widget);
+    if (widgets.isEmpty())
+        qCWarning(log) << "no control has the tag" << action.text();
+    for (const QPointer<QWidget> &widget : widgets) {
+        if (widget && !m_unwinding)
+            invoke(widget, action);
+    }
+    leave();
+}
+
+void ActionRunner::suspend(const std::function<void()> &wait)
+{
+    const QScopedValueRollback depth(m_depth, 0);
+    const QScopedValueRollback work(m_work, qsizetype(0));
+    const QScopedValueRollback unwinding(m_unwinding, false);
+    wait();
+}
+
+void ActionRunner::invoke(const QPointer<QWidget> &target, const QDomElement &action)
+{
+    const QString slot = action.attribute(QStringLiteral("slot"), QStringLiteral("setText"));
+    const bool hasParam = action.hasAttribute(QStringLiteral("param"));
+    const QMetaObject &widgetClass = *target->metaObject();
+    if (setsCaption(widgetClass, slot, hasParam)) {
+        setCaption(*target, action);
+        return;
+    }
+    const QMetaMethod method = callableSlot(widgetClass, slot, hasParam);
+    if (!method.isValid()) {
+        qCWarning(log) << widgetClass.className() << "has no slot" << slot
+                       << (hasParam ? "with a text" : "without an argument");
+        return;
+    }
+    if (!hasParam) {
+        method.invoke(target, Qt::DirectConnection);
+        return;
+    }
+    const QString param = m_context.text(action.attribute(QStringLiteral("param")));
+    // By the name of what was found: blanks around the one asked for do not matter.
+    const bool isPermitted = !m_permit || m_permit(*target, QString::fromLatin1(method.name()), param);
+    if (isPermitted && target)
+        method.invoke(target, Qt::DirectConnection, Q_ARG(QString, param));
+}
+
+void ActionRunner::setCaption(QWidget &target, const QDomElement &action)
+{
+    const QString text = m_context.text(action.attribute(QStringLiteral("param")));
+    if (auto *button = qobject_cast<QAbstractButton *>(&target)) {
+        button->setText(text);
+    } else if (auto *label = qobject_cast<QLabel *>(&target)) {
+        label->setTextFormat(safeTextFormat(text));
+        label->setText(text);
+    }
+}
+
+bool ActionRunner::enter()
+{
+    if (m_unwinding)
+        return false;
+    if (m_depth == 0)
+        m_work = 0;
+    // A chain need not be endless: ten actions that call ten actions each, and so on, never end either.
+    if (m_depth >= limits::ActionDepth || m_work >= limits::ActionWork) {
+        m_unwinding = true;
+        m_context.report(WindowText::tr("The actions of the interface description do not come to an end"));
+        return false;
+    }
+    ++m_depth;
+    return true;
+}
+
+void ActionRunner::leave()
+{
+    if (--m_depth == 0)
+        m_unwinding = false;
+}
+
+} // namespace paravue

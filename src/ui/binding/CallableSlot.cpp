@@ -1,0 +1,30 @@
+#include "ui/binding/CallableSlot.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+
+namespace paravue
+{
+
+QMetaMethod callableSlot(const QMetaObject &widgetClass, const QString &slot, bool hasParam)
+{
+    const QString signature = slot + (hasParam ? QStringLiteral("(QString)") : QStringLiteral("()"));
+    const int index =
+        widgetClass.indexOfSlot(QMetaObject::normalizedSignature(signature.toLatin1().constData()));
+    if (index < QObject::staticMetaObject.methodCount())
+        return {};
+    const QMetaMethod method = widgetClass.method(index);
+    // A style sheet can name files and servers; a dialog runs in an event loop of our own, or not at all. By
+    // the name of what was found, as the one asked for may have blanks around it.
+    const bool isHarmful = method.name() == "setStyleSheet" || method.name() == "exec";
+    return method.access() == QMetaMethod::Public && !isHarmful ? method : QMetaMethod();
+}
+
+bool setsCaption(const QMetaObject &widgetClass, const QString &slot, bool hasParam)
+{
+    return hasParam && slot == QLatin1String("setText") &&
+           (widgetClass.inherits(&QLabel::staticMetaObject) ||
+            widgetClass.inherits(&QAbstractButton::staticMetaObject));
+}
+
+} // namespace paravue

@@ -1,0 +1,186 @@
+#include "ui/commands/UserListEditor.h"
+
+#include "controls/AccessList.h"
+#include "store/OrbSetup.h"
+#include "store/PasswordDigest.h"
+#include "ui/base/UiLimits.h"
+#include "ui/base/WindowText.h"
+#include "ui/binding/Bindings.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/binding/ControlTable.h"
+#include "ui/commands/DescribedDialogs.h"
+#include "ui/commands/UserRights.h"
+#include "ui/description/InterfaceDocument.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace paravue
+{
+namespace
+{
+
+const QString listTag = QStringLiteral("accesslist");
+const QString dialogTag = QStringLiteral("accessdlg");
+const QString scratch = QStringLiteral("general/access/");
+
+} // namespace
+
+UserListEditor::UserListEditor(const Parts &parts, std::function<void(const QString &)> showDialog)
+    : m_parts(parts), m_showDialog(std::move(showDialog))
+{
+}
+
+void UserListEditor::run(const QString &tag)
+{
+    if (tag == QLatin1String("edit"))
+        edit();
+    else if (tag == QLatin1String("new"))
+        beginNew();
+    else if (tag == QLatin1String("newok"))
+        acceptTyped();
+    else if (tag == QLatin1String("remove"))
+        removeSelected();
+    else
+        m_parts.context.report(
+            WindowText::tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::accessListSlot"), tag));
+}
+
+void UserListEditor::dialogClosed(const QString &tag)
+{
+    if (tag == dialogTag)
+        clearPasswords();
+}
+
+AccessList *UserListEditor::list() const
+{
+    for (const QDomElement &mark : m_parts.document.elements(listTag)) {
+        const Control *control = m_parts.table.of(mark.parentNode().toElement());
+        if (auto *list = control ? qobject_cast<AccessList *>(control->widget) : nullptr)
+            return list;
+    }
+    m_parts.context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(listTag));
+    return nullptr;
+}
+
+bool UserListEditor::isEditable(const AccessList &list) const
+{
+    if (!list.isComplete())
+        m_parts.context.report(WindowText::tr("The list of users is not complete, so it cannot be changed"));
+    return list.isComplete();
+}
+
+void UserListEditor::edit()
+{
+    const AccessList *users = list();
+    if (!users)
+        return;
+    if (users->selectedRow() < 0) {
+        // The dialog may open all the same, and must not show whoever was in it before.
+        beginNew();
+        return;
+    }
+    const AccessUser &user = users->users().at(users->selectedRow());
+    write({"name/" + user.name, "pass1/", "pass2/", "level/" + user.level, "edit/1"});
+}
+
+void UserListEditor::beginNew()
+{
+    write({"name/", "pass1/", "pass2/", "level/1", "edit/0"});
+}
+
+void UserListEditor::acceptTyped()
+{
+    AccessList *users = list();
+    if (!users || !isEditable(*users))
+        return;
+    const bool isNew = typed("edit").toInt() != 1;
+    const int row = isNew ? -1 : users->selectedRow();
+    if (!isNew && row < 0) {
+        m_parts.context.report(WindowText::tr("No user is selected"));
+        return;
+    }
+    if (const QString tag = refusal(*users, row); !tag.isEmpty()) {
+        m_showDialog(tag);
+        return;
+    }
+    const QDomElement element = m_parts.table.of(users)->element;
+    const bool isClear = element.attribute(QStringLiteral("clearpassword")) == QLatin1String("true");
+    const QString password = typed("pass1");
+    const AccessUser user{typed("name"),
+                          isClear ? password : QString::fromLatin1(passwordDigest(password.toLocal8Bit())),
+                          typed("level")};
+    if (row >= 0 && row == UserRights(users->users(), currentUser()).self()) {
+        m_login = m_parts.context.store().value(QStringLiteral("general/network/login"));
+        m_newName = user.name;
+    }
+    clearPasswords();
+    if (isNew)
+        users->addUser(user);
+    else
+        users->replaceUser(row, user);
+    m_parts.dialogs.close(dialogTag);
+}
+
+/// The tag of the dialog that says why what was typed for the user \a row (-1: a new one) is refused; empty
+/// when it is not.
+QString UserListEditor::refusal(const AccessList &list, int row) const
+{
+    const QList<AccessUser> &users = list.users();
+    const AccessUser user{typed("name"), {}, typed("level")};
+    for (int other = 0; other < users.size(); ++other) {
+        if (other != row && users[other].name == user.name)
+            return QStringLiteral("accessdlgerr_namedouble");
+    }
+    const UserRights rights(users, currentUser());
+    if (row < 0 ? !rights.mayAdd(user) : !rights.mayReplace(row, user))
+        return QStringLiteral("accessdlgerr_editrights");
+    if (user.name.isEmpty())
+        return QStringLiteral("accessdlgerr_name");
+    if (typed("pass1") != typed("pass2"))
+        return QStringLiteral("accessdlgerr_pass");
+    return {};
+}
+
+void UserListEditor::removeSelected()
+{
+    AccessList *users = list();
+    if (!users || !isEditable(*users))
+        return;
+    const int row = users->selectedRow();
+    if (users->users().size() == 1)
+        m_showDialog(QStringLiteral("accessdlgerr_lastuser"));
+    else if (row >= 0 && !UserRights(users->users(), currentUser()).mayRemove(row))
+        m_showDialog(QStringLiteral("accessdlgerr_editrights"));
+    else if (row >= 0)
+        users->removeUser(row);
+}
+
+/// The name in the list of whoever is logged in. The login stays the old one when that user is renamed, and
+/// must not become somebody who is not in the list and may do everything.
+QString UserListEditor::currentUser() const
+{
+    const QString login = m_parts.context.store().value(QStringLiteral("general/network/login"));
+    return !m_login.isEmpty() && login == m_login ? m_newName : login;
+}
+
+QString UserListEditor::typed(const QString &field) const
+{
+    return m_parts.context.store().value(scratch + field);
+}
+
+void UserListEditor::write(const QStringList &fields)
+{
+    QStringList assignments;
+    for (const QString &field : fields)
+        assignments << scratch + field;
+    m_parts.bindings.write(assignments);
+}
+
+void UserListEditor::clearPasswords()
+{
+    if (!typed("pass1").isEmpty() || !typed("pass2").isEmpty())
+        write({"pass1/", "pass2/"});
+}
+
+} // namespace paravue

@@ -1,0 +1,43 @@
+#include "ui/commands/UserRights.h"
+
+#include <algorithm>
+
+namespace paravue
+{
+
+UserRights::UserRights(const QList<AccessUser> &users, const QString &login) : m_users(users)
+{
+    const auto found =
+        std::find_if(users.begin(), users.end(), [&](const AccessUser &user) { return user.name == login; });
+    if (found != users.end())
+        m_self = int(found - users.begin());
+}
+
+bool UserRights::mayAdd(const AccessUser &user) const
+{
+    return m_self < 0 || (level(m_self) > 0 && user.level.toInt() <= level(m_self));
+}
+
+bool UserRights::mayReplace(int row, const AccessUser &user) const
+{
+    if (m_self < 0)
+        return true;
+    if (level(m_self) <= 0)
+        return row == m_self && user.name == m_users[row].name && user.level == m_users[row].level;
+    return level(row) <= level(m_self) && user.level.toInt() <= level(m_self);
+}
+
+bool UserRights::mayRemove(int row) const
+{
+    if (m_self < 0)
+        return true;
+    return row != m_self && level(m_self) > 0 && level(row) <= level(m_self) && !isLastOfHighestLevel(row);
+}
+
+bool UserRights::isLastOfHighestLevel(int row) const
+{
+    const auto isAsHigh = [&](const AccessUser &user) { return user.level.toInt() >= level(row); };
+    return std::count_if(m_users.begin(), m_users.end(), isAsHigh) == 1;
+}
+
+} // namespace paravue

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "ui/binding/LocalPaths.h"
+
+#include <QString>
+
+#include <functional>
+
+namespace paravue
+{
+
+/// What the parts of a session ask of the window that they make alive.
+struct WindowServices {
+    /// Receives translated messages for the user.
+    std::function<void(const QString &message)> report;
+    /// Opens the described dialog with this tag and waits for it.
+    std::function<void(const QString &tag)> showDialog;
+    /// Runs \a wait, an event loop in which the user acts.
+    std::function<void(const std::function<void()> &wait)> letUserAct;
+    PathQuestion askAboutPath;
+};
+
+} // namespace paravue

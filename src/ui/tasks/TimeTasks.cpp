@@ -1,0 +1,148 @@
+#include "ui/tasks/TimeTasks.h"
+
+#include "ui/base/UiLimits.h"
+#include "ui/base/WindowText.h"
+#include "ui/binding/ActionRunner.h"
+#include "ui/binding/ControlContext.h"
+
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <optional>
+
+namespace paravue
+{
+namespace
+{
+
+const QString taskTag = QStringLiteral("timetask");
+const QString typeAttribute = QStringLiteral("type");
+const QString lastRunAttribute = QStringLiteral("ms");
+const QString periodAttribute = QStringLiteral("period");
+
+std::optional<PictureKind> pictureKind(const QDomElement &element)
+{
+    const QString type = element.attribute(typeAttribute);
+    if (type == QLatin1String("v3getjpeg"))
+        return PictureKind::Still;
+    if (type == QLatin1String("startVideoOnline"))
+        return PictureKind::Live;
+    return {};
+}
+
+// Not the processor time of the C library's clock(), which hardly moves while a window waits.
+quint32 steadyMilliseconds()
+{
+    using namespace std::chrono;
+    return quint32(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+/// Deliberate: unsigned, so a negative period practically never ends.
+quint32 period(const QDomElement &element)
+{
+    const qlonglong written = element.attribute(periodAttribute).toLongLong();
+    return quint32(std::min<qlonglong>(written, std::numeric_limits<quint32>::max()));
+}
+
+} // namespace
+
+TimeTasks::TimeTasks(ControlContext &context, ActionRunner &actions)
+    : m_context(context), m_actions(actions), m_clock(steadyMilliseconds)
+{
+}
+
+void TimeTasks::setClock(const Clock &clock)
+{
+    m_clock = clock;
+    for (const Task &task : m_tasks)
+        start(task.element);
+}
+
+QList<QDomElement> TimeTasks::add(const QDomElement &owner)
+{
+    QList<QDomElement> added;
+    for (QDomElement element = owner.firstChildElement(taskTag); !element.isNull();
+         element = element.nextSiblingElement(taskTag)) {
+        if (find(element))
+            continue;
+        if (m_tasks.size() >= limits::TimeTasks) {
+            m_context.reportOnce(WindowText::tr("The interface description has more than %1 time tasks")
+                                     .arg(QString::number(limits::TimeTasks)));
+            break;
+        }
+        start(element);
+        m_tasks.push_back({element, {}});
+        if (pictureKind(element))
+            m_tasks.back().video.announce(element, videoParts());
+        added.append(element);
+    }
+    return added;
+}
+
+void TimeTasks::remove(const QList<QDomElement> &elements)
+{
+    for (const QDomElement &element : elements) {
+        VideoTask::forget(element);
+        if (Task *task = find(element))
+            task->video.end();
+        std::erase_if(m_tasks, [&](const Task &task) { return task.element == element; });
+    }
+}
+
+void TimeTasks::clear()
+{
+    m_tasks.clear();
+}
+
+void TimeTasks::tick()
+{
+    QList<QDomElement> due;
+    for (Task &task : m_tasks) {
+        task.video.look(m_clock());
+        if (isDue(task.element))
+            due.append(task.element);
+    }
+    for (const QDomElement &element : std::as_const(due)) {
+        // Looked up again: what runs before it may drop the task, or tick for as long as a dialog is open.
+        Task *task = find(element);
+        if (!task || !isDue(element))
+            continue;
+        start(element);
+        const QScopedValueRollback unattended(m_context.unattended(), true);
+        run(element, task->video);
+    }
+}
+
+void TimeTasks::start(QDomElement element) const
+{
+    element.setAttribute(lastRunAttribute, m_clock());
+}
+
+bool TimeTasks::isDue(const QDomElement &element) const
+{
+    const quint32 elapsed = m_clock() - element.attribute(lastRunAttribute).toUInt();
+    return elapsed > period(element);
+}
+
+TimeTasks::Task *TimeTasks::find(const QDomElement &element)
+{
+    const auto found = std::find_if(m_tasks.begin(), m_tasks.end(),
+                                    [&](const Task &task) { return task.element == element; });
+    return found == m_tasks.end() ? nullptr : &*found;
+}
+
+/// \a element is not that of the list, which the task may clear.
+void TimeTasks::run(const QDomElement &element, VideoTask &video)
+{
+    const QString type = element.attribute(typeAttribute);
+    if (type == QLatin1String("call"))
+        m_actions.runCall(element);
+    else if (const auto kind = pictureKind(element))
+        video.run(*kind, element, videoParts(), m_clock());
+    else
+        m_context.report(WindowText::tr("Unknown time task \"%1\"").arg(type));
+}
+
+} // namespace paravue

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ui/tasks/VideoTask.h"
+
+#include <QDomElement>
+#include <QList>
+
+#include <functional>
+#include <vector>
+
+namespace paravue
+{
+
+class ActionRunner;
+class ControlContext;
+
+/// The periodic tasks of the description, "timetask" children of the window and of dialogs.
+///
+/// A task runs at the first tick at which more than its "period" has passed since it was registered or has
+/// last run, and once per tick at most. The attribute "ms" of its element holds that time. Type "call" is a
+/// call action, "v3getjpeg" and "startVideoOnline" fetch still and live pictures.
+class TimeTasks
+{
+public:
+    /// The present time in milliseconds; it may begin anywhere and wraps around.
+    using Clock = std::function<quint32()>;
+
+    TimeTasks(ControlContext &context, ActionRunner &actions);
+
+    /// The registered tasks begin a new period. Without a call the clock is a steady one.
+    void setClock(const Clock &clock);
+    /// Without one the controls for pictures say that there are none in a preview.
+    void setReceiverFactory(const ReceiverFactory &factory) { m_makeReceiver = factory; }
+
+    /// Registers the tasks of a window or dialog and returns those that were not registered yet: it is theirs
+    /// to remove.
+    QList<QDomElement> add(const QDomElement &owner);
+    void remove(const QList<QDomElement> &elements);
+    void clear();
+
+    /// Runs the tasks whose time has come. A task may open a dialog, in which further ticks happen.
+    void tick();
+
+private:
+    struct Task {
+        QDomElement element;
+        VideoTask video;
+    };
+
+    void start(QDomElement element) const;
+    bool isDue(const QDomElement &element) const;
+    Task *find(const QDomElement &element);
+    void run(const QDomElement &element, VideoTask &video);
+    VideoTask::Parts videoParts() const { return {m_makeReceiver, m_context, m_actions}; }
+
+    ControlContext &m_context;
+    ActionRunner &m_actions;
+    Clock m_clock;
+    ReceiverFactory m_makeReceiver;
+    std::vector<Task> m_tasks;
+};
+
+} // namespace paravue

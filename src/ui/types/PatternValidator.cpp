@@ -1,0 +1,18 @@
+#include "ui/types/PatternValidator.h"
+
+namespace paravue
+{
+
+PatternValidator::PatternValidator(const QString &pattern, QObject *parent)
+    : QValidator(parent), m_pattern(pattern)
+{
+}
+
+QValidator::State PatternValidator::validate(QString &text, int &) const
+{
+    if (m_pattern.matchesWhole(text))
+        return Acceptable;
+    return m_pattern.matchesBeginning(text) ? Intermediate : Invalid;
+}
+
+} // namespace paravue

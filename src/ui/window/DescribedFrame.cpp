@@ -1,0 +1,112 @@
+#include "ui/window/DescribedFrame.h"
+
+#include "ui/base/SafeText.h"
+#include "ui/window/SetupSession.h"
+#include "ui/window/WindowFrame.h"
+#include "ui/window/WindowHeader.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace paravue
+{
+namespace
+{
+
+QString childText(const QDomElement &element, const QString &tag)
+{
+    return element.firstChildElement(tag).text();
+}
+
+QTabWidget::TabPosition tabPosition(const QString &word)
+{
+    if (word == QLatin1String("South"))
+        return QTabWidget::South;
+    if (word == QLatin1String("West"))
+        return QTabWidget::West;
+    return word == QLatin1String("East") ? QTabWidget::East : QTabWidget::North;
+}
+
+} // namespace
+
+DescribedFrame::DescribedFrame(QDialog &window, const WindowFrame &frame, SetupSession &session)
+    : m_window(window), m_frame(frame), m_session(session), m_headerBase(frame.header()->label()->text()),
+      m_okText(frame.okButton()->text()), m_cancelText(frame.cancelButton()->text()),
+      m_retiredPages(new QWidget)
+{
+}
+
+DescribedFrame::~DescribedFrame() = default;
+
+void DescribedFrame::build(int shownPage)
+{
+    adoptWindow();
+    showTexts();
+    buildPages(shownPage);
+    applySize();
+}
+
+void DescribedFrame::adoptWindow()
+{
+    m_window.setMinimumSize(0, 0);
+    m_window.unsetLayoutDirection();
+    m_window.setToolTip(QString());
+    const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
+    if (!window.isNull())
+        m_session.builder.adoptWindow(window, &m_window);
+}
+
+void DescribedFrame::showTexts()
+{
+    const auto visible = [this](const QString &raw) { return m_session.context.text(raw); };
+    const QDomElement root = m_session.document.root();
+    const QDomElement window = root.firstChildElement(QStringLiteral("window"));
+    m_frame.header()->label()->setText(m_headerBase + visible(childText(window, QStringLiteral("title"))));
+    showButtons();
+    showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_frame.tabs(), visible);
+}
+
+void DescribedFrame::showButtons()
+{
+    const QDomElement root = m_session.document.root();
+    const QDomElement ok = root.firstChildElement(QStringLiteral("buttonOK"));
+    // Deliberate: Cancel has the tool tip that stands under buttonOK.
+    const QString toolTip = childText(ok, QStringLiteral("tooltip"));
+    const auto show = [&](QPushButton *button, const QDomElement &element, const QString &ownText) {
+        const QDomElement text = element.firstChildElement(QStringLiteral("text"));
+        button->setText(text.isNull() ? ownText : m_session.context.text(text.text()));
+        button->setToolTip(element.isNull() ? QString() : safeRichText(m_session.context.text(toolTip)));
+    };
+    show(m_frame.okButton(), ok, m_okText);
+    show(m_frame.cancelButton(), root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
+}
+
+void DescribedFrame::buildPages(int shownPage)
+{
+    QTabWidget *tabs = m_frame.tabs();
+    while (tabs->count() > 0) {
+        QWidget *page = tabs->widget(0);
+        tabs->removeTab(0);
+        page->setParent(m_retiredPages.get());
+        m_session.retired.add(page);
+    }
+    const QDomElement element = m_session.document.root().firstChildElement(QStringLiteral("tabwidget"));
+    tabs->setTabPosition(tabPosition(childText(element, QStringLiteral("tabposition"))));
+    m_session.builder.buildTabs(element, tabs, PageBuilder::Scrolling);
+    const int selection = childText(element, QStringLiteral("selection")).toInt();
+    tabs->setCurrentIndex(shownPage >= 0 && shownPage < tabs->count() ? shownPage : selection);
+}
+
+void DescribedFrame::applySize()
+{
+    const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
+    const int width = childText(window, QStringLiteral("width")).toInt();
+    const int height = childText(window, QStringLiteral("height")).toInt();
+    if (width == 0 || height == 0)
+        return;
+    m_frame.place(QSize(width, height), m_window.geometry().center());
+}
+
+} // namespace paravue

@@ -1,0 +1,66 @@
+#include "ui/window/ErrorDisplay.h"
+
+#include "controls/OrbDlgQuestion.h"
+#include "ui/base/WindowText.h"
+
+#include <QLoggingCategory>
+#include <QScopedValueRollback>
+#include <QWidget>
+
+#include <utility>
+
+namespace paravue
+{
+namespace
+{
+
+Q_LOGGING_CATEGORY(log, "paravue.window")
+
+} // namespace
+
+void ErrorDisplay::show(const QString &message, Repeats repeats)
+{
+    const bool isKnown = repeats == Repeats::Logged && m_shownOnce.contains(message);
+    if (isKnown || m_isOnScreen || (isOperating() && !m_deferred.isEmpty())) {
+        qCWarning(log).noquote() << "not shown, a message came before:" << message;
+        return;
+    }
+    if (repeats == Repeats::Logged)
+        m_shownOnce.insert(message);
+    m_accepted(message);
+    if (isOperating())
+        m_deferred = message;
+    else
+        showBox(message);
+}
+
+void ErrorDisplay::operate(const std::function<void()> &work)
+{
+    {
+        const QScopedValueRollback depth(m_operations, m_operations + 1);
+        work();
+    }
+    if (m_operations == 0 && !m_deferred.isEmpty())
+        showBox(std::exchange(m_deferred, QString()));
+}
+
+void ErrorDisplay::suspend(const std::function<void()> &wait)
+{
+    const QScopedValueRollback depth(m_operations, 0);
+    operate([] {}); // what waits is shown first
+    wait();
+}
+
+void ErrorDisplay::showBox(const QString &message)
+{
+    m_isOnScreen = true;
+    m_runLoop([&] {
+        OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, WindowText::tr("Paravue Setup"), message,
+                           QMessageBox::Ok, QMessageBox::NoButton);
+    });
+    // Whoever reported this may go on to report what follows from it before the event loop runs again.
+    QMetaObject::invokeMethod(
+        &m_window, [this] { m_isOnScreen = false; }, Qt::QueuedConnection);
+}
+
+} // namespace paravue

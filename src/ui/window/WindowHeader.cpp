@@ -1,0 +1,149 @@
+#include "ui/window/WindowHeader.h"
+
+#include "controls/MessageText.h"
+#include "ui/base/WindowLook.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPainter>
+#include <QStyle>
+#include <QToolButton>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr int PictureSize = 24;
+constexpr int CloseButtonSize = 28;
+constexpr int LongestLine = 1000;
+
+/// Paints the picture afresh each time: sharp on every screen that the window is moved to.
+class HeaderPicture : public QWidget
+{
+public:
+    explicit HeaderPicture(QWidget *parent)
+        : QWidget(parent), m_icon(QStringLiteral(":/icons/resources/settings.png"))
+    {
+        setFixedSize(PictureSize, PictureSize);
+        // Presses go through to the strip, which drags the window.
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        m_icon.paint(&painter, rect());
+    }
+
+private:
+    QIcon m_icon;
+};
+
+class ElidedLabel : public QLabel
+{
+public:
+    explicit ElidedLabel(QWidget *parent) : QLabel(parent)
+    {
+        // The text names the recorder in words that came from it.
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    }
+
+    QSize minimumSizeHint() const override
+    {
+        return {fontMetrics().averageCharWidth() * 8, fontMetrics().height()};
+    }
+    QSize sizeHint() const override
+    {
+        return {fontMetrics().horizontalAdvance(line()), fontMetrics().height()};
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        const QString shown = fontMetrics().elidedText(line(), Qt::ElideRight, width());
+        setToolTip(shown == text() ? QString() : literalToolTip(shortenedMessage(text())));
+        QPainter painter(this);
+        style()->drawItemText(&painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()),
+                              palette(), isEnabled(), shown, foregroundRole());
+    }
+
+private:
+    // Measuring a text costs by its length, and no screen shows more than this.
+    QString line() const { return text().left(LongestLine).simplified(); }
+};
+
+/// A cross in the colour of the header text; the platform's own close picture is dark on dark desktops.
+class CloseButton : public QToolButton
+{
+public:
+    explicit CloseButton(QWidget *parent) : QToolButton(parent)
+    {
+        setAutoRaise(true);
+        setFixedSize(CloseButtonSize, CloseButtonSize);
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QToolButton::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(palette().color(foregroundRole()), 1.6, Qt::SolidLine, Qt::RoundCap));
+        QRectF cross(0, 0, 9, 9);
+        cross.moveCenter(QRectF(rect()).center());
+        painter.drawLine(cross.topLeft(), cross.bottomRight());
+        painter.drawLine(cross.topRight(), cross.bottomLeft());
+        if (hasFocus()) {
+            painter.setPen(QPen(accentColor(palette()), 2));
+            painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), SpacingStep, SpacingStep);
+        }
+    }
+};
+
+} // namespace
+
+WindowHeader::WindowHeader(QWidget *parent)
+    : QWidget(parent), m_label(new ElidedLabel(this)), m_closeButton(new CloseButton(this))
+{
+    registerPictures();
+    m_closeButton->setAccessibleName(tr("Close"));
+    m_closeButton->setToolTip(tr("Close"));
+    connect(m_closeButton, &QToolButton::clicked, this, &WindowHeader::closeRequested);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(PageMargin, SpacingStep, SpacingStep, SpacingStep);
+    layout->setSpacing(GridSpacing);
+    layout->addWidget(new HeaderPicture(this));
+    layout->addWidget(m_label, 1);
+    layout->addWidget(m_closeButton);
+    applyFont();
+}
+
+void WindowHeader::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), headerBackground(palette()));
+    painter.fillRect(0, height() - 1, width(), 1, borderColor(palette()));
+}
+
+void WindowHeader::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange) {
+        applyFont();
+    }
+    QWidget::changeEvent(event);
+}
+
+void WindowHeader::applyFont()
+{
+    m_label->setFont(headerFont(font()));
+}
+
+} // namespace paravue
