@@ -32,7 +32,7 @@ constexpr qint64 MemoryPerByte = 64;
 
 struct Parsed {
     QList<QByteArray> records;
-    Hvx3Losses losses;
+    paravue::Hvx3Losses losses;
     bool operator==(const Parsed &other) const
     {
         return records == other.records && losses.bytes == other.losses.bytes &&
@@ -41,7 +41,7 @@ struct Parsed {
     }
 };
 
-void checkLosses(const Hvx3Losses &losses, qint64 usedBytes, qint64 size)
+void checkLosses(const paravue::Hvx3Losses &losses, qint64 usedBytes, qint64 size)
 {
     require(losses.bytes >= 0 && losses.gaps >= 0 && losses.fragments >= 0 && losses.frames >= 0,
             "losses are counts");

@@ -150,7 +150,7 @@ void run(const QList<QByteArray> &pieces, quint8 choice)
 {
     static LoopbackPeer peer;
     const QDomElement task = taskFor(peer.port());
-    std::unique_ptr<VideoHVX3Reciver> receiver(choice & Turning ? new PtzVideoReceiver(nullptr, task)
+    std::unique_ptr<VideoHVX3Reciver> receiver(choice & Turning ? new paravue::PtzVideoReceiver(nullptr, task)
                                                                 : new VideoHVX3Reciver(nullptr, task));
     const StreamLog log(*receiver->findChild<cHvx3Parser *>(), paravue::MaxFrameBytes);
     const Viewer viewer(*receiver);

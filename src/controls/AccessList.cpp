@@ -1,5 +1,8 @@
 #include "controls/AccessList.h"
 
+namespace paravue
+{
+
 namespace
 {
 
@@ -53,3 +56,5 @@ QVariant AccessList::sortKey(int row, int column) const
 {
     return column == LevelColumn ? QVariant(m_users.at(row).level.toInt()) : QVariant();
 }
+
+} // namespace paravue

@@ -4,6 +4,9 @@
 
 #include <QMap>
 
+namespace paravue
+{
+
 /// One user of a recorder. The password is what the recorder keeps, clear text or its digest; the level is a
 /// decimal number, a higher one means more rights, kept as it was written.
 struct AccessUser {
@@ -53,3 +56,5 @@ private:
     QList<AccessUser> m_users;
     QMap<int, QString> m_captions;
 };
+
+} // namespace paravue

@@ -5,6 +5,9 @@
 #include <QEvent>
 #include <QPainter>
 
+namespace paravue
+{
+
 K9mButton::K9mButton(QWidget *parent) : QPushButton(parent)
 {
     for (const auto signal : {&QAbstractButton::pressed, &QAbstractButton::released})
@@ -56,3 +59,5 @@ void K9mButton::showLamp()
         painter.drawEllipse(ring);
     }));
 }
+
+} // namespace paravue

@@ -2,6 +2,9 @@
 
 #include <QPushButton>
 
+namespace paravue
+{
+
 /// A button with a lamp beside its caption: a ring while it is off, a disc while it is on. It is drawn in the
 /// colour of the caption, so it can be seen on every ground and by people who tell no colours apart.
 ///
@@ -31,3 +34,5 @@ private:
 
     bool m_on = false; ///< of a button that is not checkable
 };
+
+} // namespace paravue

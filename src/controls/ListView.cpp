@@ -11,6 +11,9 @@
 
 #include <memory>
 
+namespace paravue
+{
+
 namespace
 {
 
@@ -122,3 +125,5 @@ void ListView::paintEvent(QPaintEvent *event)
     painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,
                      m_placeholder);
 }
+
+} // namespace paravue

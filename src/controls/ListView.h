@@ -3,6 +3,9 @@
 #include <QStringList>
 #include <QTreeWidget>
 
+namespace paravue
+{
+
 /// A read-only list with columns that says so when it has nothing to show. A text that is cut off is shown
 /// whole as a tool tip.
 class ListView : public QTreeWidget
@@ -30,3 +33,5 @@ protected:
 private:
     QString m_placeholder;
 };
+
+} // namespace paravue

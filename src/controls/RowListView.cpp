@@ -9,6 +9,9 @@
 
 #include <algorithm>
 
+namespace paravue
+{
+
 namespace
 {
 
@@ -172,3 +175,5 @@ void RowListView::keyPressEvent(QKeyEvent *event)
     }
     ListView::keyPressEvent(event);
 }
+
+} // namespace paravue

@@ -2,6 +2,9 @@
 
 #include "controls/ListView.h"
 
+namespace paravue
+{
+
 /// A list of things that have a name, which stands in the first column. The user picks one of them, and may
 /// sort them by a click on a header; the third click brings the order of the configuration back.
 ///
@@ -56,3 +59,5 @@ private:
     bool m_isComplete = true;
     bool m_isPopulating = false;
 };
+
+} // namespace paravue

@@ -1,5 +1,8 @@
 #include "controls/SoftList.h"
 
+namespace paravue
+{
+
 SoftList::SoftList(QWidget *parent) : RowListView(parent)
 {
     setPlaceholder(tr("No packages"));
@@ -14,3 +17,5 @@ bool SoftList::setPackages(const QList<SoftPackage> &packages)
         rows.append({package.name, package.version, package.description, package.priority});
     return setRows(rows);
 }
+
+} // namespace paravue

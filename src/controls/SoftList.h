@@ -2,6 +2,9 @@
 
 #include "controls/RowListView.h"
 
+namespace paravue
+{
+
 /// One software package of a recorder. The priority is a word such as "optional" or "required".
 struct SoftPackage {
     QString name;
@@ -35,3 +38,5 @@ public:
 private:
     QList<SoftPackage> m_packages;
 };
+
+} // namespace paravue

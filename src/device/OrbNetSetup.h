@@ -57,13 +57,13 @@ public:
     /// Who is asked for another login when the recorder refuses the one of the address. At first that is the
     /// user, in a modal dialog (nobody in a program without widgets). With nobody a refused login reports
     /// "Authorization failed".
-    void setCredentialsSource(std::unique_ptr<CredentialsSource> source);
+    void setCredentialsSource(std::unique_ptr<paravue::CredentialsSource> source);
 
     /// Fills in what is remembered of the recorder at \a record.url (level, login and password), without
     /// asking anybody; for an unknown recorder the default login with an empty password: "admin" when
     /// \a record.level is above 0, else "guest". The address for a store is then login:password\@url. Needs a
     /// QCoreApplication.
-    static bool lookUpCredentials(Credentials &record);
+    static bool lookUpCredentials(paravue::Credentials &record);
 
 protected:
     struct compcommand;
@@ -167,7 +167,7 @@ private:
     void forgetValues(const QString &name);
 
     std::unique_ptr<paravue::ReplyFrame> m_reply;
-    std::shared_ptr<CredentialsSource> m_credentialsSource;
+    std::shared_ptr<paravue::CredentialsSource> m_credentialsSource;
     qsizetype m_received = 0; ///< bytes of the running exchange
     bool m_stopped = false;   ///< the running exchange has failed
     bool m_isAsking = false;  ///< for another login

@@ -8,6 +8,9 @@
 #include <limits>
 #include <map>
 
+namespace paravue
+{
+
 /// What came of one stream.
 struct Hvx3StreamCounts {
     /// The data records, each a fragment or a whole frame.
@@ -17,9 +20,6 @@ struct Hvx3StreamCounts {
     /// Frames that never came to their end, or were too large.
     qint64 lostFrames = 0;
 };
-
-namespace paravue
-{
 
 /// Puts frames together that were sent in fragments.
 ///

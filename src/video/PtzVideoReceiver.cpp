@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <functional>
 
+namespace paravue
+{
+
 namespace
 {
 
@@ -129,5 +132,7 @@ void PtzVideoReceiver::send(const QByteArray &command)
         socket().bytesToWrite() <= MaxUnsent)
         socket().write(command + "\r\n");
 }
+
+} // namespace paravue
 
 #include "PtzVideoReceiver.moc"

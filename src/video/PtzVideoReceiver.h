@@ -4,6 +4,9 @@
 
 #include <QTimer>
 
+namespace paravue
+{
+
 class PtzTextReader;
 
 /// The live video of a camera with pan, tilt and zoom, where it looks, and the way to turn it: all over the
@@ -51,3 +54,5 @@ private:
     QString m_newest; ///< what came while m_pause was running
     QTimer m_pause;
 };
+
+} // namespace paravue

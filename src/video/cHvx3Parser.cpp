@@ -55,9 +55,9 @@ void cHvx3Parser::setMaxFrameSize(int bytes)
     m_frames.setMaxFrameSize(m_maxFrameSize);
 }
 
-Hvx3Losses cHvx3Parser::losses() const
+paravue::Hvx3Losses cHvx3Parser::losses() const
 {
-    const Hvx3StreamCounts all = m_frames.counts();
+    const paravue::Hvx3StreamCounts all = m_frames.counts();
     return {m_lostBytes, m_gaps, all.lostFragments, all.lostFrames};
 }
 

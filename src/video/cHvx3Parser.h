@@ -8,6 +8,9 @@
 
 #include <array>
 
+namespace paravue
+{
+
 /// What a parser could not use.
 struct Hvx3Losses {
     /// Bytes that belong to no record, and the places where there were such.
@@ -19,6 +22,8 @@ struct Hvx3Losses {
     /// the limit of their size.
     qint64 frames = 0;
 };
+
+} // namespace paravue
 
 /// Finds the records in a recorder's video stream (docs/stream-format.md) that arrives in pieces, and puts
 /// frames together that were sent in fragments.
@@ -43,8 +48,8 @@ public:
     /// The last header and the last index record; empty ones before them.
     const HDR_T &header() const { return m_header; }
     const IDX_T &index() const { return m_index; }
-    Hvx3Losses losses() const;
-    const Hvx3StreamCounts &counts(quint8 streamId) const { return m_frames.counts(streamId); }
+    paravue::Hvx3Losses losses() const;
+    const paravue::Hvx3StreamCounts &counts(quint8 streamId) const { return m_frames.counts(streamId); }
     /// How many of the bytes wait for the rest of a record.
     qsizetype unreadBytes() const { return m_input.size() + m_recordBytes; }
 

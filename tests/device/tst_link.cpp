@@ -18,8 +18,8 @@ const char *const OperatorPassword = "0cc175b9c0f1b6a831c399e269772661";
 /// The description of a recorder that has nothing else to fetch.
 const QByteArray NoFiles = "<pvsetup><di/></pvsetup>";
 
-struct Answers : public CredentialsSource {
-    bool ask(Credentials &record) override
+struct Answers : public paravue::CredentialsSource {
+    bool ask(paravue::Credentials &record) override
     {
         ++asked;
         url = record.url;
@@ -28,7 +28,7 @@ struct Answers : public CredentialsSource {
         record.password = OperatorPassword;
         return accept;
     }
-    void save(const Credentials &record) override { saved << record.login + '@' + record.url; }
+    void save(const paravue::Credentials &record) override { saved << record.login + '@' + record.url; }
 
     bool accept = true;
     bool remember = true;

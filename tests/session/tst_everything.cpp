@@ -108,7 +108,7 @@ void TestEverything::keepsWhatIsEdited()
         replaceText(*session.field("one text"), "two texts");
         QTest::keyClick(shown<QComboBox>(window, 1), Qt::Key_Up);
         QTest::keyClick(shown<QScrollBar>(window, horizontalControl(window)), Qt::Key_Right);
-        QTest::mouseClick(shown<K9mButton>(window), Qt::LeftButton);
+        QTest::mouseClick(shown<paravue::K9mButton>(window), Qt::LeftButton);
         QTest::keyClick(shown<paravue::ScheduleGrid>(window), Qt::Key_Delete);
         QTest::keyClick(shown<paravue::MaskEditor>(window), Qt::Key_Space);
         QTest::keyClick(shown<paravue::AlarmZoneEditor>(window), Qt::Key_Space);

@@ -15,11 +15,11 @@ using namespace paravue::test;
 namespace
 {
 
-class NobodyToAsk : public CredentialsSource
+class NobodyToAsk : public paravue::CredentialsSource
 {
 public:
-    bool ask(Credentials &) override { return false; }
-    void save(const Credentials &) override {}
+    bool ask(paravue::Credentials &) override { return false; }
+    void save(const paravue::Credentials &) override {}
 };
 
 void press(const QWidget &window, const QString &caption)
@@ -38,7 +38,7 @@ List *shown(const QWidget &window)
     return list;
 }
 
-void pressDelete(RowListView &list, const QString &name)
+void pressDelete(paravue::RowListView &list, const QString &name)
 {
     QTreeWidgetItem *row = list.findItems(name, Qt::MatchExactly).first();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(row).center());
@@ -96,7 +96,7 @@ void TestModelLists::letsInWhomItLists()
     {
         Session session(address("admin:admin"));
         QVERIFY(session.isFine());
-        auto *users = shown<AccessList>(*session.window);
+        auto *users = shown<paravue::AccessList>(*session.window);
         const ModalWatcher dialogs(
             [&](QWidget &dialog) {
                 const auto fields = dialog.findChildren<QLineEdit *>();
@@ -132,7 +132,8 @@ void TestModelLists::removesThePackageThatIsPicked()
 {
     const auto packages = [](const Session &session) {
         QStringList names;
-        for (const SoftPackage &package : session.window->findChild<SoftList *>()->packages())
+        for (const paravue::SoftPackage &package :
+             session.window->findChild<paravue::SoftList *>()->packages())
             names << package.name;
         return names;
     };
@@ -144,7 +145,7 @@ void TestModelLists::removesThePackageThatIsPicked()
         QVERIFY(expected.removeOne("mail-notifier"));
         const ModalWatcher dialogs([](QWidget &dialog) { press(dialog, "Remove"); }, "QDialog");
         QSignalSpy done(&session.store, &OrbSetup::storeDone);
-        pressDelete(*shown<SoftList>(*session.window), "mail-notifier");
+        pressDelete(*shown<paravue::SoftList>(*session.window), "mail-notifier");
         QVERIFY(dialogs.texts().value(0).contains("mail-notifier"));
         QVERIFY(!done.isEmpty() || done.wait(20'000));
         QVERIFY(session.isFine());

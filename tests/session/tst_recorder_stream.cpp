@@ -205,7 +205,7 @@ void TestRecorderStream::survivesFaults()
     // What misses a part of a picture shows it until the next key picture.
     QVERIFY2(damaged == 0 || faults.contains("lost"), "a picture was damaged");
     QVERIFY2(damaged < viewer.pictures.size() / 2, "the pictures stay damaged");
-    const Hvx3Losses losses = viewer.losses();
+    const paravue::Hvx3Losses losses = viewer.losses();
     const bool isCut = faults.contains("garbage") || faults.contains("unknown");
     QCOMPARE(losses.bytes > 0, isCut);
     if (!isCut && !faults.contains("lost"))

@@ -29,7 +29,7 @@ public:
         m_socket.write("\x01LOGIN=" + name + "\r\nPASS=" + password + "\r\n");
     }
 
-    Hvx3Losses losses() const { return m_parser.losses(); }
+    paravue::Hvx3Losses losses() const { return m_parser.losses(); }
     void send(const QByteArray &line) { m_socket.write(line); }
 
     QList<HDR_T> headers;

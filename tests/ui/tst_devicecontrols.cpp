@@ -113,8 +113,8 @@ void TestDeviceControls::buttonSwitches()
                      "<item type='k9m_button' row='1'><text>Go</text>" +
                      calls + "</item><item type='edit' row='2'><field/></item>"),
         {{"disk", Disk}});
-    auto *wiper = window.widget<K9mButton>(0);
-    auto *go = window.widget<K9mButton>(1);
+    auto *wiper = window.widget<paravue::K9mButton>(0);
+    auto *go = window.widget<paravue::K9mButton>(1);
     const auto press = [&](QWidget *button) {
         button->setFocus();
         if (key)
@@ -153,9 +153,9 @@ void TestDeviceControls::buttonFollowsItsKey()
                      "<action type='call' slot='setState' param='on'>wiper</action></item>"
                      "<item type='k9m_button' row='4'><wiper/></item>"),
         {{"disk", Disk}});
-    auto *light = window.widget<K9mButton>(0);
-    auto *lamp = window.widget<K9mButton>(1);
-    QVERIFY(light->isOn() && lamp->isOn() && !window.widget<K9mButton>(2)->isOn());
+    auto *light = window.widget<paravue::K9mButton>(0);
+    auto *lamp = window.widget<paravue::K9mButton>(1);
+    QVERIFY(light->isOn() && lamp->isOn() && !window.widget<paravue::K9mButton>(2)->isOn());
     QCOMPARE(told(lamp, QAccessible::Value), "On");
     QVERIFY(QAccessible::queryAccessibleInterface(light)->state().checked);
     window.window->setValue("disk/untitled/LIGHT/1");
@@ -164,13 +164,13 @@ void TestDeviceControls::buttonFollowsItsKey()
     QTest::mouseClick(light, Qt::LeftButton);
     QCOMPARE(window.value("disk/untitled/LIGHT"), "1"); // writing is left to its actions
     QTest::mouseClick(window.widget<QPushButton>(3), Qt::LeftButton);
-    QVERIFY(window.widget<K9mButton>(3)->isOn());
+    QVERIFY(window.widget<paravue::K9mButton>(3)->isOn());
 }
 
 void TestDeviceControls::lampShowsTheState()
 {
-    const auto look = [](K9mButton &button) { return button.icon().pixmap(32, 32).toImage(); };
-    K9mButton button;
+    const auto look = [](paravue::K9mButton &button) { return button.icon().pixmap(32, 32).toImage(); };
+    paravue::K9mButton button;
     const QImage off = look(button);
     QTest::mousePress(&button, Qt::LeftButton);
     const QImage lit = look(button);
@@ -182,7 +182,7 @@ void TestDeviceControls::lampShowsTheState()
     button.setPalette(QPalette(Qt::black));
     QVERIFY(look(button) != lit);
 
-    K9mButton toggle;
+    paravue::K9mButton toggle;
     toggle.setCheckable(true);
     QTest::mouseClick(&toggle, Qt::LeftButton);
     QCOMPARE(look(toggle), lit);

@@ -239,7 +239,7 @@ void TestHvx3Parser::countsWhatIsLost()
         cHvx3Parser parser;
         for (const QByteArray &piece : cut(stream, size))
             parser.append(piece);
-        const Hvx3Losses losses = parser.losses();
+        const paravue::Hvx3Losses losses = parser.losses();
         QCOMPARE(losses.bytes, 5 + 4 + hvx3Data(99, 0, "unknown").size());
         QCOMPARE(losses.gaps, 3);
         QCOMPARE(losses.fragments, 1);

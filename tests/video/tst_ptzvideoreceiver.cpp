@@ -83,9 +83,9 @@ void TestPtzVideoReceiver::tellsThePosition()
     QFETCH(QStringList, positions);
     FakeRecorder recorder;
     recorder.expect(Login).send(Acknowledgement).send(stream).expect("PTZ GOTO 1\r\n").close();
-    PtzVideoReceiver receiver(nullptr, taskFor(recorder));
+    paravue::PtzVideoReceiver receiver(nullptr, taskFor(recorder));
     QStringList told;
-    connect(&receiver, &PtzVideoReceiver::positionChanged, this, [&](const QString &position) {
+    connect(&receiver, &paravue::PtzVideoReceiver::positionChanged, this, [&](const QString &position) {
         told << position;
         QCOMPARE(receiver.position(), position);
     });
@@ -106,8 +106,8 @@ void TestPtzVideoReceiver::tellsTheLastOfManyPositions()
         texts += text(1, "0," + QByteArray::number(i));
     FakeRecorder recorder;
     recorder.expect(Login).send(Acknowledgement).send(header({textStream(1, "PTZ")}) + texts);
-    PtzVideoReceiver receiver(nullptr, taskFor(recorder));
-    QSignalSpy told(&receiver, &PtzVideoReceiver::positionChanged);
+    paravue::PtzVideoReceiver receiver(nullptr, taskFor(recorder));
+    QSignalSpy told(&receiver, &paravue::PtzVideoReceiver::positionChanged);
     AWAIT_COMPARE(receiver.position(), "0,4999");
     QVERIFY2(told.size() < 250, QByteArray::number(told.size()));
 }
@@ -117,7 +117,7 @@ void TestPtzVideoReceiver::sendsCommands()
     const QByteArray commands = "PTZ GOTO 64\r\nPTZ POINT 2 0.5,0.5,\xC3\xA9\r\nPTZ POINT 1 \r\n";
     FakeRecorder recorder;
     recorder.expect(Login).send(Acknowledgement).expect(commands).send("last").close();
-    PtzVideoReceiver receiver(nullptr, taskFor(recorder));
+    paravue::PtzVideoReceiver receiver(nullptr, taskFor(recorder));
     auto *socket = receiver.findChild<QTcpSocket *>();
     receiver.goTo(1); // to whom?
     connect(socket, &QTcpSocket::connected, &receiver, [&] { receiver.goTo(2); });

@@ -1,3 +1,8 @@
 #include "device/login/Credentials.h"
 
+namespace paravue
+{
+
 CredentialsSource::~CredentialsSource() = default;
+
+} // namespace paravue

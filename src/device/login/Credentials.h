@@ -4,6 +4,9 @@
 
 #include <QByteArray>
 
+namespace paravue
+{
+
 /// What is known about the login to one recorder.
 struct Credentials {
     bool remember = false; ///< the user wants this record to be kept
@@ -27,3 +30,5 @@ public:
     /// Keeps \a record for the next session.
     virtual void save(const Credentials &record) = 0;
 };
+
+} // namespace paravue

@@ -27,7 +27,7 @@ class cDlg : public QDialog
 public:
     /// \a record names the recorder and receives the answer; it must outlive the dialog. \a adaptor, when it
     /// is given, tells the recorder's name.
-    cDlg(Credentials &record, cODAdaptor *adaptor, QWidget *parent);
+    cDlg(paravue::Credentials &record, cODAdaptor *adaptor, QWidget *parent);
     ~cDlg() override;
 
     /// Says that the recorder has refused the last login.
@@ -53,7 +53,7 @@ private:
     void showNotice();
     void applyPalette();
 
-    Credentials &m_record;
+    paravue::Credentials &m_record;
     QPointer<cODAdaptor> m_adaptor;
     std::shared_ptr<paravue::SettingsFile> m_settings;
 

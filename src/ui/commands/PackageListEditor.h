@@ -4,11 +4,10 @@
 
 #include <functional>
 
-class SoftList;
-
 namespace paravue
 {
 
+class SoftList;
 class Bindings;
 class ControlContext;
 class ControlTable;

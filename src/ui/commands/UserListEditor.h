@@ -5,11 +5,10 @@
 
 #include <functional>
 
-class AccessList;
-
 namespace paravue
 {
 
+class AccessList;
 class Bindings;
 class ControlContext;
 class ControlTable;
