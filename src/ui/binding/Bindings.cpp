@@ -6,7 +6,7 @@
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/binding/ControlType.h"
-#include "ui/page/PageBuilder.h"
+#include "ui/binding/ToolTip.h"
 
 #include <QSet>
 

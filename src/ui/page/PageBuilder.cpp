@@ -1,12 +1,12 @@
 #include "ui/page/PageBuilder.h"
 
 #include "ui/base/Alignment.h"
-#include "ui/base/SafeText.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowLook.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
+#include "ui/binding/ToolTip.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/page/GridFillItem.h"
 #include "ui/page/PageArea.h"
@@ -266,18 +266,6 @@ bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
         changed = true;
     }
     return changed;
-}
-
-bool loadToolTip(ControlContext &context, const Control &control)
-{
-    const QDomElement toolTip = control.element.firstChildElement(QStringLiteral("tooltip"));
-    if (toolTip.isNull())
-        return false;
-    const QString text = safeRichText(context.text(control, toolTip.text()));
-    if (control.widget->toolTip() == text)
-        return false;
-    control.widget->setToolTip(text);
-    return true;
 }
 
 } // namespace paravue

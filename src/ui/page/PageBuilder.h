@@ -64,7 +64,4 @@ private:
 bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
                      const std::function<QString(const QString &)> &visible);
 
-/// Shows what every control shows besides its value. Returns true when it has changed.
-bool loadToolTip(ControlContext &context, const Control &control);
-
 } // namespace paravue
