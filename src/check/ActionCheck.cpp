@@ -5,8 +5,9 @@
 #include "check/SlotParams.h"
 #include "entry/cSetupWidget.h"
 #include "ui/binding/CallableSlot.h"
-#include "ui/binding/ControlType.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/tasks/TimeTasks.h"
 
 #include <algorithm>
 
@@ -73,12 +74,12 @@ void ActionCheck::whetherItRuns(const QDomElement &action, bool isCall)
             m_problems.warning(action, CheckText::tr("Only calls run here"));
         return;
     }
-    if (!part.type) {
+    if (!part.adapter) {
         m_problems.warning(action, CheckText::tr("Nothing runs this action: it stands in no control"));
         return;
     }
     const bool asksForState = action.hasAttribute(stateName);
-    const QStringList states = part.type->actionStates();
+    const QStringList states = part.adapter->traits().actionStates;
     if (asksForState && states.isEmpty())
         m_problems.warning(action,
                            CheckText::tr("%1 has no states, so this action never runs").arg(part.name));
@@ -87,7 +88,7 @@ void ActionCheck::whetherItRuns(const QDomElement &action, bool isCall)
                                        .arg(action.attribute(stateName), states.join(QStringLiteral(", "))));
     else if (!asksForState && !isCall)
         m_problems.warning(action, CheckText::tr("Without a state this action never runs"));
-    else if (!asksForState && !part.type->runsCalls())
+    else if (!asksForState && !part.adapter->traits().runsCalls)
         m_problems.warning(action,
                            CheckText::tr("%1 runs no calls, so this action never runs").arg(part.name));
 }
@@ -139,7 +140,7 @@ void ActionCheck::timeTask(const QDomElement &task)
     const QString type = task.attribute(typeName);
     if (type == QLatin1String("call"))
         call(task);
-    else if (type == QLatin1String("v3getjpeg") || type == QLatin1String("startVideoOnline"))
+    else if (TimeTasks::pictureKind(type))
         picture(task);
     else
         m_problems.error(task, CheckText::tr("Unknown time task \"%1\"").arg(type));
@@ -160,7 +161,7 @@ void ActionCheck::picture(const QDomElement &task)
 
 void ActionCheck::turningCamera(const QDomElement &task, const QDomElement &ptz)
 {
-    if (task.attribute(typeName) != QLatin1String("startVideoOnline"))
+    if (TimeTasks::pictureKind(task.attribute(typeName)) != PictureKind::Live)
         m_problems.warning(ptz, CheckText::tr("Only live video tells where a camera looks"));
     for (const ActionTarget &target : targets(ptz, ptz.text().trimmed())) {
         if (target.widgetClass->indexOfSlot("slot_Set_PTZ_pos(QString)") < 0)

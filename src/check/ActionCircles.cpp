@@ -2,7 +2,7 @@
 
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
-#include "ui/binding/ControlType.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/description/InterfaceDocument.h"
 
 #include <QAbstractButton>
@@ -19,7 +19,7 @@ namespace
 bool isPress(const ActionTarget &target, const QString &slot)
 {
     const bool isClick = slot == QLatin1String("click") || slot == QLatin1String("animateClick");
-    return target.type && target.type->runsCalls() &&
+    return target.adapter && target.adapter->traits().runsCalls &&
            ((isClick && target.widgetClass->inherits(&QAbstractButton::staticMetaObject)) ||
             (slot == QLatin1String("toggle") && target.widgetClass->inherits(&QCheckBox::staticMetaObject)));
 }

@@ -3,9 +3,8 @@
 #include "check/AddressCheck.h"
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
-#include "controls/WeekPlan.h"
 #include "store/TextPattern.h"
-#include "ui/binding/ControlType.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/description/InterfaceDocument.h"
 
 namespace paravue
@@ -65,14 +64,16 @@ void checkChoices(const QDomElement &element, AddressCheck &addresses, ProblemLi
     }
 }
 
-void checkList(const QDomElement &element, AddressCheck &addresses, ProblemList &problems)
+/// The columns of a list whose rows are counted: each has an address and a caption.
+void checkColumns(const QDomElement &element, const KeyRule &rule, AddressCheck &addresses,
+                  ProblemList &problems)
 {
-    const QList<QDomElement> columns = children(element, QStringLiteral("column"));
-    const QList<QDomElement> sources = children(element, QStringLiteral("column_source"));
-    const QDomElement count = element.firstChildElement(QStringLiteral("row_count"));
+    const QList<QDomElement> captions = children(element, rule.captionTag);
+    const QList<QDomElement> sources = children(element, rule.tag);
+    const QDomElement count = element.firstChildElement(rule.countTag);
     for (qsizetype i = 0; i < sources.size(); ++i) {
         addresses.rows(sources.at(i), addressText(sources.at(i)), addressText(count));
-        if (i >= columns.size())
+        if (i >= captions.size())
             problems.warning(sources.at(i), CheckText::tr("There is no column for this source"));
     }
     if (!count.isNull())
@@ -81,68 +82,68 @@ void checkList(const QDomElement &element, AddressCheck &addresses, ProblemList 
         problems.warning(element, CheckText::tr("Without a row_count the list shows nothing of its sources"));
 }
 
-/// Behind the key of a list of its own kind, where the number of its rows stands.
-QString countOf(const QDomElement &element)
+void checkKey(const QDomElement &key, const KeyRule &rule, bool isFirst, AddressCheck &addresses)
 {
-    const QString type = element.attribute(QStringLiteral("type"));
-    if (type == QLatin1String("accesslist"))
-        return QStringLiteral("/CNT");
-    return type == QLatin1String("softlist") ? QStringLiteral("/PACKAGES") : QString();
+    const QString address = addressText(key);
+    if (rule.form == KeyRule::Group)
+        addresses.group(key, address, rule.count);
+    else if (rule.form != KeyRule::Rows || !isFirst)
+        addresses.value(key, address);
+    else if (address.count(u'/') == 1)
+        addresses.group(key, address);
+    else
+        addresses.rows(key, address);
 }
 
-void checkKeys(const QDomElement &element, KeyForm form, AddressCheck &addresses)
+void checkKeys(const QDomElement &element, const KeyRule &rule, AddressCheck &addresses,
+               ProblemList &problems)
 {
-    const QList<QDomElement> keys = children(element, keyTag);
-    for (const QDomElement &key : keys) {
-        const QString address = addressText(key);
-        if (form == KeyForm::Rows && key != keys.first())
-            addresses.value(key, address);
-        else if (form == KeyForm::Group)
-            addresses.group(key, address, countOf(element));
-        else if (form == KeyForm::Rows && address.count(u'/') == 1)
-            addresses.group(key, address);
-        else if (form == KeyForm::Rows)
-            addresses.rows(key, address);
-        else
-            addresses.value(key, address);
-    }
-}
-
-void checkValidator(const QDomElement &element, ProblemList &problems)
-{
-    const QString validator = element.attribute(QStringLiteral("validator"));
-    const QString fault = validator.isEmpty() ? QString() : TextPattern::fault(validator);
-    if (!fault.isEmpty())
-        problems.error(element,
-                       CheckText::tr("The regular expression \"%1\" is invalid: %2").arg(validator, fault));
-}
-
-void checkRange(const QDomElement &element, ProblemList &problems)
-{
-    const QString least = QStringLiteral("minvalue");
-    const QString most = QStringLiteral("maxvalue");
-    // The bar of a disk ends at 100 when it is not told otherwise.
-    const bool endsByItself = element.attribute(QStringLiteral("type")) == QLatin1String("diskfitness") &&
-                              !element.hasAttribute(most);
-    if (!endsByItself && intAttribute(element, least) > intAttribute(element, most))
-        problems.warning(element, CheckText::tr("minvalue is greater than maxvalue"));
-}
-
-void checkSchedule(const QDomElement &element, ProblemList &problems)
-{
-    for (const QDomElement &kind : children(element, QStringLiteral("kind"))) {
-        const QString value = kind.attribute(QStringLiteral("value"));
-        if (value.toStdU32String().size() != 1)
-            problems.error(
-                kind, CheckText::tr("value=\"%1\" is not one character, so nothing can be planned with this "
-                                    "kind")
-                          .arg(value));
-    }
-    const QList<QDomElement> keys = children(element, keyTag);
-    for (qsizetype i = 1; i < keys.size(); ++i) {
-        if (keys.size() < WeekPlan::Days || i >= WeekPlan::Days)
+    const QList<QDomElement> keys = children(element, rule.tag);
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        checkKey(keys.at(i), rule, i == 0, addresses);
+        if (rule.keyPerRow > 0 && i > 0 && (keys.size() < rule.keyPerRow || i >= rule.keyPerRow))
             problems.warning(keys.at(i), CheckText::tr("This key is not used: a week has one or seven"));
     }
+    if (rule.form == KeyRule::Group && keys.isEmpty())
+        problems.warning(element, CheckText::tr("Without a key the list shows nothing"));
+}
+
+void checkPatterns(const QDomElement &element, const ControlTraits &traits, ProblemList &problems)
+{
+    for (const AttributeRule &rule : traits.attributes) {
+        const QString pattern =
+            rule.kind == AttributeRule::Pattern ? element.attribute(rule.name) : QString();
+        const QString fault = pattern.isEmpty() ? QString() : TextPattern::fault(pattern);
+        if (!fault.isEmpty())
+            problems.error(element,
+                           CheckText::tr("The regular expression \"%1\" is invalid: %2").arg(pattern, fault));
+    }
+}
+
+void checkCharacters(const QDomElement &element, const ControlTraits &traits, ProblemList &problems)
+{
+    for (const ElementRule &child : traits.children) {
+        for (const AttributeRule &rule : child.attributes) {
+            if (rule.kind != AttributeRule::Character)
+                continue;
+            for (const QDomElement &owner : children(element, child.tag)) {
+                const QString value = owner.attribute(rule.name);
+                if (value.toStdU32String().size() != 1)
+                    problems.error(owner, CheckText::tr("value=\"%1\" is not one character, so nothing can "
+                                                        "be planned with this kind")
+                                              .arg(value));
+            }
+        }
+    }
+}
+
+void checkRange(const QDomElement &element, const ControlTraits &traits, ProblemList &problems)
+{
+    if (!traits.range)
+        return;
+    const auto [least, most] = traits.range->rangeOf(element);
+    if (least > most)
+        problems.warning(element, CheckText::tr("minvalue is greater than maxvalue"));
 }
 
 } // namespace
@@ -150,22 +151,24 @@ void checkSchedule(const QDomElement &element, ProblemList &problems)
 void checkControl(const DescribedParts::Control &control, AddressCheck &addresses, ProblemList &problems)
 {
     const QDomElement &element = control.element;
-    if (control.type->keyForm() == KeyForm::Assignment) {
-        checkChoices(element, addresses, problems);
-    } else {
-        checkKeys(element, control.type->keyForm(), addresses);
-        if (control.type->keyForm() == KeyForm::Group && element.firstChildElement(keyTag).isNull())
-            problems.warning(element, CheckText::tr("Without a key the list shows nothing"));
+    const ControlTraits &traits = control.adapter->traits();
+    bool hasChoices = false;
+    for (const KeyRule &rule : traits.keys) {
+        hasChoices |= rule.form == KeyRule::Assignment;
+        if (rule.form == KeyRule::Assignment)
+            checkChoices(element, addresses, problems);
+        else if (!rule.countTag.isEmpty())
+            checkColumns(element, rule, addresses, problems);
+        else
+            checkKeys(element, rule, addresses, problems);
+    }
+    if (!hasChoices) {
         for (const QDomElement &set : children(element, QStringLiteral("keyset")))
             problems.warning(set, CheckText::tr("Only a list of choices has keysets"));
     }
-    const QString type = element.attribute(QStringLiteral("type"));
-    if (type == QLatin1String("list"))
-        checkList(element, addresses, problems);
-    else if (type == QLatin1String("vornschedule"))
-        checkSchedule(element, problems);
-    checkValidator(element, problems);
-    checkRange(element, problems);
+    checkCharacters(element, traits, problems);
+    checkPatterns(element, traits, problems);
+    checkRange(element, traits, problems);
 }
 
 } // namespace paravue

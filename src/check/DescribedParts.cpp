@@ -3,9 +3,9 @@
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/CWinMain.h"
-#include "ui/base/UiLimits.h"
-#include "ui/binding/ControlType.h"
-#include "ui/description/InterfaceDocument.h"
+#include "ui/binding/ControlAdapter.h"
+#include "ui/page/GridCell.h"
+#include "ui/types/ControlTypes.h"
 
 namespace paravue
 {
@@ -20,11 +20,6 @@ void forEachChild(const QDomElement &element, Visit visit)
 {
     for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement())
         visit(child);
-}
-
-bool isWithinGrid(int index, int span)
-{
-    return index >= 0 && index < limits::GridIndex && span <= limits::GridIndex - index;
 }
 
 class PartFinder
@@ -118,44 +113,42 @@ private:
 
     void stretch(const QDomElement &stretch)
     {
-        const bool isColumn = stretch.hasAttribute(QStringLiteral("column"));
-        const QString name = isColumn ? QStringLiteral("column") : QStringLiteral("row");
-        if (!stretch.hasAttribute(name))
+        const GridLine line = GridLine::of(stretch);
+        if (line.kind == GridLine::None)
             m_problems.error(stretch, CheckText::tr("A stretch needs a \"column\" or a \"row\""));
-        else if (!isWithinGrid(intAttribute(stretch, name), 1))
+        else if (!line.isWithinLimits())
             m_problems.error(stretch, CheckText::tr("This row or column is beyond the limits of a grid"));
     }
 
     void cell(const QDomElement &item)
     {
-        const QString name = item.attribute(QStringLiteral("type"));
-        const GridItemType *type = gridItemType(name);
-        if (!isWithinGrid(intAttribute(item, QStringLiteral("row")),
-                          intAttribute(item, QStringLiteral("rowSpan"))) ||
-            !isWithinGrid(intAttribute(item, QStringLiteral("column")),
-                          intAttribute(item, QStringLiteral("columnSpan"))))
+        const QString type = item.attribute(QStringLiteral("type"));
+        const LayoutItem layout = layoutItem(type);
+        const ControlAdapter *adapter = adapterOfType(type);
+        if (!GridCell::of(item).isWithinLimits())
             m_problems.error(item, CheckText::tr("This row or column is beyond the limits of a grid"));
-        if (!type)
-            m_problems.error(item, CheckText::tr("Unknown control type \"%1\"").arg(name));
-        else if (name == QLatin1String("gridlayout"))
+        if (layout == LayoutItem::Grid)
             grid(item);
-        else if (const auto *control = dynamic_cast<const ControlType *>(type))
-            this->control(item, name, *control);
+        else if (adapter)
+            control(item, type, *adapter);
+        else if (layout == LayoutItem::None)
+            m_problems.error(item, CheckText::tr("Unknown control type \"%1\"").arg(type));
     }
 
-    void control(const QDomElement &item, const QString &name, const ControlType &type)
+    void control(const QDomElement &item, const QString &type, const ControlAdapter &adapter)
     {
-        m_parts.controls.append({item, &type});
-        m_parts.targets.insert(elementId(item), {ActionTarget::Kind::Control, &type, &type.widgetClass(),
-                                                 CheckText::tr("A control of the type \"%1\"").arg(name)});
-        if (name == QLatin1String("tabwidget")) {
+        const QString name = CheckText::tr("A control of the type \"%1\"").arg(type);
+        m_parts.controls.append({item, &adapter});
+        m_parts.targets.insert(elementId(item),
+                               {ActionTarget::Kind::Control, &adapter, &adapter.widgetClass(), name});
+        if (adapter.traits().hasPages) {
             tabs(item);
             return;
         }
         forEachChild(item, [&](const QDomElement &child) {
             if (child.tagName() == itemTag)
                 m_problems.warning(
-                    child, CheckText::tr("A control of the type \"%1\" holds no other one").arg(name));
+                    child, CheckText::tr("A control of the type \"%1\" holds no other one").arg(type));
             else
                 lookForDialogs(child);
         });

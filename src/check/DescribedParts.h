@@ -12,7 +12,7 @@ struct QMetaObject;
 namespace paravue
 {
 
-class ControlType;
+class ControlAdapter;
 class ProblemList;
 
 /// Something that the actions of a description can act on.
@@ -20,7 +20,7 @@ struct ActionTarget {
     enum class Kind { None, Control, Window, Dialog };
 
     Kind kind = Kind::None;
-    const ControlType *type = nullptr; ///< of a control
+    const ControlAdapter *adapter = nullptr; ///< of a control
     const QMetaObject *widgetClass = nullptr;
     QString name; ///< for messages: what it is
 };
@@ -29,7 +29,7 @@ struct ActionTarget {
 struct DescribedParts {
     struct Control {
         QDomElement element;
-        const ControlType *type;
+        const ControlAdapter *adapter;
     };
     QList<Control> controls;
     QList<QDomElement> dialogs; ///< every element with a page that no tab has

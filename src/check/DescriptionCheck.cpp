@@ -88,7 +88,7 @@ private:
             m_addresses.value(element, addressText(element));
         else if (tag == QLatin1String("tooltip") && isCancelButton(element.parentNode()))
             m_problems.warning(element, CheckText::tr("The Cancel button shows the tooltip of \"buttonOK\""));
-        else if (tag == QLatin1String("keyset") && !m_parts.of(element.parentNode().toElement()).type)
+        else if (tag == QLatin1String("keyset") && !m_parts.of(element.parentNode().toElement()).adapter)
             m_problems.warning(element,
                                CheckText::tr("Nothing uses this keyset: it stands in no list of choices"));
         else if (isText(tag))
@@ -118,7 +118,7 @@ private:
     bool isOfAControl(const QDomElement &key) const
     {
         const QDomElement parent = key.parentNode().toElement();
-        return m_parts.of(parent).type || m_parts.of(parent.parentNode().toElement()).type;
+        return m_parts.of(parent).adapter || m_parts.of(parent.parentNode().toElement()).adapter;
     }
 
     /// Addresses are no texts for the user: what looks like a reference there is none.

@@ -2,9 +2,14 @@
 
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/page/GridCell.h"
+#include "ui/tasks/TimeTasks.h"
+#include "ui/types/ControlTypes.h"
 
 #include <QHash>
+#include <QMap>
 #include <QStringList>
 
 namespace paravue
@@ -12,50 +17,55 @@ namespace paravue
 namespace
 {
 
-using Words = QHash<QString, QStringList>;
+using AttributeRules = QMap<QString, AttributeRule>; // by name
 
-/// For a tag its attributes that are numbers.
-const Words &numbers()
+/// The rules of everything that a description is read by, by tag. Items have the attributes of all their
+/// types: a wrong word is as wrong where its type does not ask for it.
+class RuleBook
 {
-    static const Words words{
-        {"item",
-         {"row", "column", "rowSpan", "columnSpan", "width", "height", "minvalue", "maxvalue", "value",
-          "ctrlColumns", "ctrlRows", "points"}},
-        {"window", {"width", "height"}},
-        {"column", {"width"}},
-        {"accesslevel", {"level"}},
-        {"stretch", {"row", "column"}},
-        {"timetask", {"period"}},
-    };
-    return words;
-}
+public:
+    RuleBook()
+    {
+        for (const ElementRule &rule : pageRules())
+            add(rule);
+        add(TimeTasks::rule());
+        forEachControlType([this](const QString &, const ControlAdapter &adapter) {
+            add({QStringLiteral("item"), adapter.traits().attributes});
+            for (const ElementRule &child : adapter.traits().children)
+                add(child);
+        });
+    }
 
-/// For an attribute of an item the words that it may have.
-const Words &keywords()
-{
-    static const Words words{
-        {"alignment", {"left", "center", "right"}},
-        {"valign", {"top", "center", "bottom"}},
-        {"orientation", {"horizontal", "vertical"}},
-        {"enabled", {"yes", "no"}},
-        {"visible", {"yes", "no"}},
-        {"textside", {"left", "right"}},
-        {"password", {"on", "off"}},
-        {"default", {"on", "off"}},
-        {"checkable", {"true", "false"}},
-        {"clearpassword", {"true", "false"}},
-        {"mask", {"motion", "privacy"}},
-        {"calendarPopup", {"on", "off"}},
-        {"color", {"green", "blue", "darkCyan", "red"}},
-    };
-    return words;
-}
+    AttributeRules of(const QString &tag) const { return m_rules.value(tag); }
+
+private:
+    void add(const ElementRule &element)
+    {
+        for (const AttributeRule &rule : element.attributes)
+            m_rules[element.tag].insert(rule.name, rule);
+    }
+
+    QHash<QString, AttributeRules> m_rules;
+};
 
 bool isNumber(const QString &text)
 {
     bool isNumber = false;
     text.toInt(&isNumber);
     return isNumber;
+}
+
+void checkAttribute(const QDomElement &element, const AttributeRule &rule, ProblemList &problems)
+{
+    if (!element.hasAttribute(rule.name))
+        return;
+    const QString value = element.attribute(rule.name);
+    if (rule.kind == AttributeRule::Number && !isNumber(value))
+        problems.warning(element,
+                         CheckText::tr("%1=\"%2\" is no number and counts as 0").arg(rule.name, value));
+    else if (rule.kind == AttributeRule::Word && !rule.words.contains(value))
+        problems.warning(element, CheckText::tr("Unknown word in %1=\"%2\"; known are %3")
+                                      .arg(rule.name, value, rule.words.join(QStringLiteral(", "))));
 }
 
 void checkElementText(const QDomElement &element, ProblemList &problems)
@@ -77,23 +87,12 @@ void checkElementText(const QDomElement &element, ProblemList &problems)
 
 void checkWords(const QDomElement &element, ProblemList &problems)
 {
+    static const RuleBook rules;
     const QString tag = element.tagName();
     if (isDecoration(tag))
         problems.error(element, CheckText::tr("The window uses the tag \"%1\" itself").arg(tag));
-    for (const QString &name : numbers().value(tag)) {
-        const QString value = element.attribute(name, QStringLiteral("0"));
-        if (!isNumber(value))
-            problems.warning(element,
-                             CheckText::tr("%1=\"%2\" is no number and counts as 0").arg(name, value));
-    }
-    if (tag == QLatin1String("item")) {
-        for (auto known = keywords().constBegin(); known != keywords().constEnd(); ++known) {
-            const QString word = element.attribute(known.key(), known->first());
-            if (!known->contains(word))
-                problems.warning(element, CheckText::tr("Unknown word in %1=\"%2\"; known are %3")
-                                              .arg(known.key(), word, known->join(QStringLiteral(", "))));
-        }
-    }
+    for (const AttributeRule &rule : rules.of(tag))
+        checkAttribute(element, rule, problems);
     checkElementText(element, problems);
 }
 

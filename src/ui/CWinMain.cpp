@@ -5,14 +5,15 @@
 #include "ui/accessibility/ControlAccessibility.h"
 #include "ui/base/WindowLook.h"
 #include "ui/tasks/PictureReceivers.h"
+#include "ui/types/ControlTypes.h"
 #include "ui/window/DescribedFrame.h"
 #include "ui/window/ErrorDisplay.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/PathBox.h"
-#include "ui/window/SetupSession.h"
 #include "ui/window/WindowDrag.h"
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
+#include "ui/window/WindowParts.h"
 
 #include <QApplication>
 #include <QFile>
@@ -69,9 +70,9 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
             if (!isBuilt())
                 m_frame->loadingView().showFailure(message);
         },
-        [this](const auto &wait) { m_session->retired.runLoop(wait); });
-    m_session = std::make_unique<SetupSession>(
-        *setup, *this,
+        [this](const auto &wait) { m_parts->retired.runLoop(wait); });
+    m_parts = std::make_unique<WindowParts>(
+        *setup, *this, adapterOfType,
         WindowServices{[this](const QString &message) { Q_EMIT pseudothrow(message); },
                        [this](const QString &tag) { showDialog(tag); },
                        [this](const auto &wait) { letUserAct(wait); },
@@ -81,9 +82,9 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
                            return allowed;
                        }});
     if (!setup->property("offline").toBool())
-        m_session->tasks.setReceiverFactory(pictureReceivers(*this));
+        m_parts->tasks.setReceiverFactory(pictureReceivers(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
-    m_described = std::make_unique<DescribedFrame>(*this, *m_frame, *m_session);
+    m_described = std::make_unique<DescribedFrame>(*this, *m_frame, *m_parts);
     wire();
     new WindowDrag(this, m_frame->header()->label());
     describeToAssistiveTools(this);
@@ -123,25 +124,25 @@ void CWinMain::endSession()
 {
     disconnect(m_setup, nullptr, this, nullptr);
     m_taskTimer->stop();
-    m_session->tasks.clear();
-    m_session->files.closeDialog();
-    m_session->dialogs.closeAll();
+    m_parts->tasks.clear();
+    m_parts->files.closeDialog();
+    m_parts->dialogs.closeAll();
 }
 
 void CWinMain::setTaskClock(const std::function<quint32()> &clock)
 {
-    m_session->tasks.setClock(clock);
+    m_parts->tasks.setClock(clock);
 }
 
 void CWinMain::setPathQuestion(const PathQuestion &ask)
 {
-    m_session->paths.setQuestion(ask);
+    m_parts->paths.setQuestion(ask);
 }
 
 void CWinMain::operate(const std::function<void()> &work)
 {
     if (!m_errors->isOperating())
-        m_session->context.startOver();
+        m_parts->context.startOver();
     m_errors->operate(work);
 }
 
@@ -150,8 +151,8 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
     // Whoever has closed the window is not asked anything more.
     if (!isVisible())
         return;
-    const QScopedValueRollback unattended(m_session->context.unattended(), false);
-    m_errors->suspend([&] { m_session->actions.suspend([&] { m_session->retired.runLoop(wait); }); });
+    const UnattendedScope unattended(m_parts->context, false);
+    m_errors->suspend([&] { m_parts->actions.suspend([&] { m_parts->retired.runLoop(wait); }); });
 }
 
 void CWinMain::onSetupProgress(int percent)
@@ -161,7 +162,7 @@ void CWinMain::onSetupProgress(int percent)
             m_frame->loadingView().setProgress(percent, m_setup->activity());
         // A purely local store may have no such file.
         if (m_setup->fileExists(progressFile))
-            m_session->bindings.write(progressAddress + u'/' + QString::number(percent));
+            m_parts->bindings.write({{progressAddress, QString::number(percent)}});
         onSetupProgress();
     });
 }
@@ -177,9 +178,9 @@ void CWinMain::onSetupProgress()
             m_progressShown = false;
         m_progress = percent;
         if (isDone)
-            m_session->dialogs.close(progressTag);
+            m_parts->dialogs.close(progressTag);
         else if (!m_progressShown)
-            m_progressShown = m_session->dialogs.show(progressTag);
+            m_progressShown = m_parts->dialogs.show(progressTag);
     });
 }
 
@@ -201,13 +202,13 @@ void CWinMain::onCtrlChanged(const QString &)
 void CWinMain::onCtrlChanged()
 {
     auto *control = qobject_cast<QWidget *>(sender());
-    operate([&] { m_session->bindings.changed(control); });
+    operate([&] { m_parts->bindings.changed(control); });
 }
 
 void CWinMain::timeout()
 {
     if (isVisible())
-        operate([this] { m_session->tasks.tick(); });
+        operate([this] { m_parts->tasks.tick(); });
 }
 
 void CWinMain::onLoadDone()
@@ -218,56 +219,56 @@ void CWinMain::onLoadDone()
 void CWinMain::showDialog(const QString &tag)
 {
     operate([&] {
-        m_session->dialogs.run(tag,
-                               [this](QDialog &dialog) { letUserAct([&] { DialogLoop::run(dialog); }); });
-        m_session->users.dialogClosed(tag);
+        m_parts->dialogs.run(tag, [this](QDialog &dialog) { letUserAct([&] { DialogLoop::run(dialog); }); });
+        m_parts->users.dialogClosed(tag);
     });
 }
 
 void CWinMain::accessListSlot(const QString &tag)
 {
-    operate([&] { m_session->users.run(tag); });
+    operate([&] { m_parts->users.run(tag); });
 }
 
 void CWinMain::softListSlot(const QString &tag)
 {
-    operate([&] { m_session->packages.run(tag); });
+    operate([&] { m_parts->packages.run(tag); });
 }
 
 void CWinMain::fileDialog(const QString &param)
 {
-    operate([&] { m_session->files.chooseFile(param); });
+    operate([&] { m_parts->files.chooseFile(param); });
 }
 
 void CWinMain::settingsSlot(const QString &param)
 {
-    operate([&] { m_session->files.transferSettings(param); });
+    operate([&] { m_parts->files.transferSettings(param); });
 }
 
 void CWinMain::saveFileAs(const QString &param)
 {
-    operate([&] { m_session->files.copyConfigurationFile(param); });
+    operate([&] { m_parts->files.copyConfigurationFile(param); });
 }
 
 void CWinMain::setValue(const QString &assignment)
 {
     // Without an action it is the host that calls.
-    const auto origin = m_session->actions.isRunning() ? ValueOrigin::Description : ValueOrigin::Person;
-    operate([&] { m_session->bindings.write(assignment, origin); });
+    const auto origin = m_parts->actions.isRunning() ? ValueOrigin::Description : ValueOrigin::Person;
+    operate([&] { m_parts->bindings.write({Assignment::fromText(assignment)}, origin); });
 }
 
 void CWinMain::saveSettings()
 {
     operate([this] {
-        m_session->actions.runCalls(m_session->document.root().firstChildElement(QStringLiteral("buttonOK")));
+        m_parts->actions.runCalls(
+            m_parts->description.document().root().firstChildElement(QStringLiteral("buttonOK")));
     });
 }
 
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
-    m_session->dialogs.close(progressTag);
+    m_parts->dialogs.close(progressTag);
     m_progressShown = false;
-    m_errors->show(s, m_session->context.unattended() ? ErrorDisplay::Repeats::Logged
+    m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
                                                       : ErrorDisplay::Repeats::Allowed);
 }
 
@@ -287,7 +288,7 @@ void CWinMain::readDescription()
         build(description, path);
         return;
     }
-    m_session->bindings.reload();
+    m_parts->bindings.reload();
     m_described->showTexts();
 }
 
@@ -298,12 +299,11 @@ void CWinMain::build(const QByteArray &description, const QString &path)
         Q_EMIT pseudothrow(fault);
         return;
     }
-    m_session->dialogs.closeAll();
-    m_session->tasks.clear();
-    m_session->table.clear();
-    m_session->context.startDescription();
+    m_parts->dialogs.closeAll();
+    m_parts->tasks.clear();
+    m_parts->context.startDescription();
     m_errors->startOver();
-    m_session->document = document;
+    m_parts->description.replace(document);
 
     const bool isFirst = !isBuilt();
     const int shownPage = isFirst ? -1 : m_frame->tabs()->currentIndex();
@@ -311,9 +311,9 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_builtText = description;
     setUpdatesEnabled(false);
     m_described->build(shownPage);
-    m_session->bindings.loadNew(m_session->table.numbersSince(0));
+    m_parts->bindings.loadNew(m_parts->description.table().numbersSince(0));
     m_frame->chainTabOrder();
-    m_session->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
+    m_parts->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
     m_taskTimer->start();
     // Shown when the values are in: each of them would make a visible page arrange itself anew.
     m_frame->showPages();
@@ -354,7 +354,7 @@ void CWinMain::hideEvent(QHideEvent *event)
     QDialog::hideEvent(event);
     // A dialog may have closed the window, and would stay on the screen alone.
     if (!event->spontaneous()) {
-        m_session->files.closeDialog();
-        m_session->dialogs.closeAll();
+        m_parts->files.closeDialog();
+        m_parts->dialogs.closeAll();
     }
 }

@@ -16,7 +16,7 @@ namespace paravue
 {
 class DescribedFrame;
 class ErrorDisplay;
-class SetupSession;
+struct WindowParts;
 class WindowFrame;
 } // namespace paravue
 
@@ -99,7 +99,7 @@ private:
     bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
-    std::unique_ptr<paravue::SetupSession> m_session;
+    std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;
     std::unique_ptr<paravue::DescribedFrame> m_described;
 };

@@ -3,7 +3,8 @@
 #include "controls/OnlineView.h"
 #include "controls/PtzCrossView.h"
 #include "support/Waiting.h"
-#include "ui/window/SetupSession.h"
+#include "ui/types/ControlTypes.h"
+#include "ui/window/WindowParts.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -72,6 +73,15 @@ struct Moment {
     bool isCameraKnown = false;
 };
 using Story = QList<Moment>;
+
+/// Gives \a parts a description; returns what is wrong with it.
+QString describeParts(WindowParts &parts, const QByteArray &text)
+{
+    InterfaceDocument document;
+    const QString fault = document.load(text, QStringLiteral("description"));
+    parts.description.replace(document);
+    return fault;
+}
 
 } // namespace
 
@@ -211,20 +221,20 @@ void TestTimeTasks::fetchesPictures()
     fixture.store().setValue("general/network/login/guest");
     fixture.store().setValue("general/network/password/secret");
     QWidget window;
-    SetupSession session(fixture.store(), window, WindowServices{});
-    QCOMPARE(session.document.load(
-                 describe("<window><timetask type='startVideoOnline'><url>{net/untitled/HOST}:1</url>"
-                          "<target>view</target></timetask><timetask type='v3getjpeg'><url>still</url>"
-                          "<login>@me</login><password/></timetask></window>"
-                          "<page><item type='gridlayout'><item type='label'><view/></item></item></page>"
-                          "<translations><ru><me>I</me></ru></translations>"),
-                 "description"),
-             QString());
-    session.builder.buildPage(session.document.first("page"), &window);
+    WindowParts parts(fixture.store(), window, adapterOfType, WindowServices{});
+    QCOMPARE(
+        describeParts(parts,
+                      describe("<window><timetask type='startVideoOnline'><url>{net/untitled/HOST}:1</url>"
+                               "<target>view</target></timetask><timetask type='v3getjpeg'><url>still</url>"
+                               "<login>@me</login><password/></timetask></window>"
+                               "<page><item type='gridlayout'><item type='label'><view/></item></item></page>"
+                               "<translations><ru><me>I</me></ru></translations>")),
+        QString());
+    parts.builder.buildPage(parts.description.document().first("page"), &window);
 
     QStringList sources; // of the receivers that were made
     QList<QPointer<FakeReceiver>> receivers;
-    session.tasks.setReceiverFactory([&](PictureKind kind, const QDomElement &task) {
+    parts.tasks.setReceiverFactory([&](PictureKind kind, const QDomElement &task) {
         const QDomElement url = task.firstChildElement("url");
         sources << QStringList{kind == PictureKind::Live ? "live" : "still", url.attribute("parsed"),
                                url.attribute("login"), url.attribute("password")}
@@ -234,12 +244,12 @@ void TestTimeTasks::fetchesPictures()
         return receiver;
     });
     quint32 now = 0;
-    session.tasks.setClock([&] { return now += 1000; });
-    const auto added = session.tasks.add(session.document.first("window"));
+    parts.tasks.setClock([&] { return now += 1000; });
+    const auto added = parts.tasks.add(parts.description.document().first("window"));
     const QString live = "live camera:1 guest secret";
     const QString still = "still still I ";
-    session.tasks.tick();
-    session.tasks.tick();
+    parts.tasks.tick();
+    parts.tasks.tick();
     QCOMPARE(sources, (QStringList{live, still}));
 
     QPixmap picture(3, 2);
@@ -250,17 +260,17 @@ void TestTimeTasks::fetchesPictures()
     // The next one still goes to the host of before; that of a window that is opened again does not.
     fixture.store().setValue("net/untitled/HOST/other");
     receivers[0]->active = false;
-    session.tasks.tick();
+    parts.tasks.tick();
     QCOMPARE(sources, (QStringList{live, still, live}));
-    QVERIFY(session.tasks.add(session.document.first("window")).isEmpty());
-    session.tasks.remove(added);
+    QVERIFY(parts.tasks.add(parts.description.document().first("window")).isEmpty());
+    parts.tasks.remove(added);
     QCOMPARE(window.findChild<QLabel *>()->text(), "Pictures have ended");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!receivers[0] && !receivers[1] && !receivers[2]);
-    session.tasks.add(session.document.first("window"));
-    session.tasks.tick();
+    parts.tasks.add(parts.description.document().first("window"));
+    parts.tasks.tick();
     QCOMPARE(sources.value(3), "live other:1 guest secret");
-    session.tasks.clear();
+    parts.tasks.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
@@ -314,31 +324,32 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
     QFETCH(Story, story);
     StoreFixture fixture({{"general", ""}});
     QWidget window;
-    SetupSession session(fixture.store(), window, WindowServices{});
-    session.document.load(describe("<window><timetask type='" + type +
-                                   "'><url>x</url><target>view</target><ptz>camera</ptz></timetask></window>"
-                                   "<page><item type='gridlayout'><item type='online'><view/></item>"
-                                   "<item type='PTZcrossView'><camera/></item>"
-                                   "<item type='maskctrl'><view/></item></item></page>"),
-                          "description");
-    session.builder.buildPage(session.document.first("page"), &window);
+    WindowParts parts(fixture.store(), window, adapterOfType, WindowServices{});
+    QCOMPARE(describeParts(parts,
+                           describe("<window><timetask type='" + type +
+                                    "'><url>x</url><target>view</target><ptz>camera</ptz></timetask></window>"
+                                    "<page><item type='gridlayout'><item type='online'><view/></item>"
+                                    "<item type='PTZcrossView'><camera/></item>"
+                                    "<item type='maskctrl'><view/></item></item></page>")),
+             QString());
+    parts.builder.buildPage(parts.description.document().first("page"), &window);
     const auto *online = window.findChild<OnlineView *>();
     const auto *mask = window.findChild<MaskEditor *>();
     const QString cell = mask->valueText();
     const auto *cross = window.findChild<PtzCrossView *>();
     QPointer<FakeReceiver> receiver;
-    session.tasks.setReceiverFactory([&](PictureKind, const QDomElement &) {
+    parts.tasks.setReceiverFactory([&](PictureKind, const QDomElement &) {
         auto made = std::make_unique<FakeReceiver>();
         receiver = made.get();
         return made;
     });
     quint32 now = 0;
-    session.tasks.setClock([&] { return now; });
-    session.tasks.add(session.document.first("window"));
+    parts.tasks.setClock([&] { return now; });
+    parts.tasks.add(parts.description.document().first("window"));
     QCOMPARE(online->valueText(), "No picture yet");
     const auto tick = [&](int milliseconds) {
         now += milliseconds;
-        session.tasks.tick();
+        parts.tasks.tick();
     };
     tick(1);
     QPixmap picture(3, 2);
@@ -364,7 +375,7 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
         QVERIFY2(cross->valueText().startsWith("Pan") == moment.isCameraKnown, where);
         QCOMPARE(mask->valueText(), moment.said.isEmpty() ? cell : moment.said + "; " + cell);
     }
-    session.tasks.clear();
+    parts.tasks.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 

@@ -17,4 +17,9 @@ Qt::Alignment verticalAlignment(const QString &word)
     return word == QLatin1String("top") ? Qt::AlignTop : Qt::AlignVCenter;
 }
 
+Qt::Orientation orientation(const QString &word)
+{
+    return word == QLatin1String("horizontal") ? Qt::Horizontal : Qt::Vertical;
+}
+
 } // namespace paravue

@@ -11,4 +11,7 @@ Qt::Alignment horizontalAlignment(const QString &word);
 /// The words of the attribute "valign": "bottom", "top", anything else is the middle.
 Qt::Alignment verticalAlignment(const QString &word);
 
+/// The words of the attribute "orientation": "horizontal", anything else is vertical.
+Qt::Orientation orientation(const QString &word);
+
 } // namespace paravue

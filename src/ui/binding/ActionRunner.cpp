@@ -3,11 +3,10 @@
 #include "ui/base/SafeText.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/CallableSlot.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/ControlTable.h"
-#include "ui/binding/ControlType.h"
-#include "ui/description/InterfaceDocument.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -38,15 +37,14 @@ QList<QDomElement> actionsOf(const QDomElement &owner)
 
 } // namespace
 
-ActionRunner::ActionRunner(const InterfaceDocument &document, ControlTable &table, ControlContext &context)
-    : m_document(document), m_table(table), m_context(context)
+ActionRunner::ActionRunner(ControlContext &context) : m_context(context), m_description(context.description())
 {
 }
 
 void ActionRunner::reactToChange(const Control &control)
 {
-    const QString state = control.type->actionState(control);
-    const bool runsCalls = control.type->runsCalls();
+    const QString state = control.adapter->actionState(control);
+    const bool runsCalls = control.adapter->traits().runsCalls;
     for (const QDomElement &action : actionsOf(control.element)) {
         const bool asksForState = action.hasAttribute(QStringLiteral("state"));
         if (asksForState && (state.isEmpty() || action.attribute(QStringLiteral("state")) != state))
@@ -62,7 +60,7 @@ void ActionRunner::reactToChange(const Control &control)
 
 void ActionRunner::reactToState(const Control &control)
 {
-    const QString state = control.type ? control.type->actionState(control) : QString();
+    const QString state = control.adapter ? control.adapter->actionState(control) : QString();
     if (state.isEmpty())
         return;
     for (QDomElement action = control.element.firstChildElement(QStringLiteral("action")); !action.isNull();
@@ -80,22 +78,11 @@ void ActionRunner::runCalls(const QDomElement &owner)
     }
 }
 
-QList<QWidget *> ActionRunner::targets(const QString &tag) const
-{
-    QList<QWidget *> widgets;
-    for (const QDomElement &element : m_document.elements(tag)) {
-        const Control *control = m_table.of(element.parentNode().toElement());
-        if (control && control->widget)
-            widgets.append(control->widget);
-    }
-    return widgets;
-}
-
 void ActionRunner::setEnabled(const QDomElement &action, bool enabled)
 {
     if (!enabled && action.attribute(QStringLiteral("type")) != QLatin1String("disable"))
         return;
-    for (QWidget *widget : targets(action.text().trimmed())) {
+    for (QWidget *widget : m_description.widgets(action.text().trimmed())) {
         // A disabled window could not be closed any more.
         if (!widget->isWindow() && widget->testAttribute(Qt::WA_ForceDisabled) == enabled)
             widget->setEnabled(enabled);
@@ -107,9 +94,9 @@ void ActionRunner::runCall(const QDomElement &action)
     if (!enter())
         return;
     const QString tag = action.text().trimmed();
-    m_work += 1 + m_document.elements(tag).size();
+    m_work += 1 + m_description.document().elements(tag).size();
     QList<QPointer<QWidget>> widgets;
-    for (QWidget *widget : targets(tag))
+    for (QWidget *widget : m_description.widgets(tag))
         widgets.append(widget);
     if (widgets.isEmpty())
         qCWarning(log) << "no control has the tag" << action.text();

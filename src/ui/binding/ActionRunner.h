@@ -12,9 +12,8 @@ class QWidget;
 namespace paravue
 {
 
+class BuiltDescription;
 class ControlContext;
-class ControlTable;
-class InterfaceDocument;
 struct Control;
 
 /// Runs the "action" elements of the description.
@@ -25,7 +24,7 @@ struct Control;
 class ActionRunner
 {
 public:
-    ActionRunner(const InterfaceDocument &document, ControlTable &table, ControlContext &context);
+    explicit ActionRunner(ControlContext &context);
 
     /// What a change by the user means: the state actions that fit, and the calls.
     void reactToChange(const Control &control);
@@ -37,8 +36,6 @@ public:
     void runCall(const QDomElement &action);
     /// True while actions act rather than the user.
     bool isRunning() const { return m_depth > 0; }
-    /// The widgets of the elements that have a child with this tag.
-    QList<QWidget *> targets(const QString &tag) const;
     /// \a permit decides about each call before it is made; it may wait for the user.
     using Permit = std::function<bool(const QWidget &target, const QString &slot, const QString &param)>;
     void setPermit(const Permit &permit) { m_permit = permit; }
@@ -52,9 +49,8 @@ private:
     bool enter();
     void leave();
 
-    const InterfaceDocument &m_document;
-    ControlTable &m_table;
     ControlContext &m_context;
+    BuiltDescription &m_description;
     Permit m_permit;
     int m_depth = 0;
     qsizetype m_work = 0;     ///< elements that actions have looked at since the outermost one began

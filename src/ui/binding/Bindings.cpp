@@ -3,9 +3,9 @@
 #include "store/OrbSetup.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ActionRunner.h"
+#include "ui/binding/BuiltDescription.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/ControlTable.h"
-#include "ui/binding/ControlType.h"
 #include "ui/binding/ToolTip.h"
 
 #include <QSet>
@@ -13,8 +13,8 @@
 namespace paravue
 {
 
-Bindings::Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions, LocalPaths &paths)
-    : m_context(context), m_table(table), m_actions(actions), m_paths(paths)
+Bindings::Bindings(ControlContext &context, ActionRunner &actions, LocalPaths &paths)
+    : m_context(context), m_table(context.description().table()), m_actions(actions), m_paths(paths)
 {
 }
 
@@ -22,9 +22,9 @@ void Bindings::loadNew(const QList<int> &numbers)
 {
     for (const int number : numbers) {
         Control *control = m_table.find(number);
-        if (!control || !control->type || !control->widget)
+        if (!control || !control->adapter || !control->widget)
             continue;
-        control->type->load(m_context, *control);
+        control->adapter->load(m_context, *control);
         control->loaded = true;
         m_actions.reactToState(*control);
     }
@@ -43,7 +43,7 @@ void Bindings::reload(Control &control)
     if (!control.widget)
         return;
     loadToolTip(m_context, control);
-    if (control.type && control.type->load(m_context, control))
+    if (control.adapter && control.adapter->load(m_context, control))
         m_actions.reactToState(control);
 }
 
@@ -52,14 +52,14 @@ void Bindings::changed(QWidget *sender)
     Control *control = m_table.of(sender);
     if (!control)
         return;
-    if (!control->type) {
+    if (!control->adapter) {
         m_context.report(
             WindowText::tr("Unknown control type action \"%1\"").arg(control->element.attribute("type")));
         return;
     }
     const int number = control->number;
-    const bool isTyped = control->type->isTyped(*control) && !m_actions.isRunning();
-    write(control->type->assignments(m_context, *control),
+    const bool isTyped = control->adapter->isTyped(*control) && !m_actions.isRunning();
+    write(control->adapter->assignments(m_context, *control),
           isTyped ? ValueOrigin::Person : ValueOrigin::Description);
     // A write can lead anywhere, even to a new description.
     control = m_table.find(number);
@@ -67,20 +67,19 @@ void Bindings::changed(QWidget *sender)
         m_actions.reactToChange(*control);
 }
 
-void Bindings::write(const QString &assignment, ValueOrigin origin)
-{
-    write(QStringList(assignment), origin);
-}
-
-void Bindings::write(const QStringList &assignments, ValueOrigin origin)
+void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
 {
     // A list shows thousands of addresses and writes all of them: whoever shows several is reloaded once.
     QList<int> dependants;
     QSet<int> known;
-    for (const QString &assignment : assignments) {
-        m_context.store().setValue(assignment);
+    for (const Assignment &given : assignments) {
+        const QString text = given.text();
+        m_context.store().setValue(text);
+        // With the key of a description that is no whole address, a part of the value completes the address.
+        const bool isAddress = ConfigAddress(given.path).hasKey();
+        const Assignment assignment = isAddress ? given : Assignment::fromText(text);
         m_paths.written(assignment, origin);
-        for (const int number : m_table.dependants(OrbSetup::path(assignment))) {
+        for (const int number : m_table.dependants(assignment.path)) {
             if (known.contains(number))
                 continue;
             known.insert(number);

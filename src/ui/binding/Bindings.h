@@ -1,10 +1,9 @@
 #pragma once
 
 #include "ui/binding/LocalPaths.h"
+#include "ui/description/Assignment.h"
 
 #include <QList>
-#include <QString>
-#include <QStringList>
 
 class QWidget;
 
@@ -20,7 +19,7 @@ struct Control;
 class Bindings
 {
 public:
-    Bindings(ControlContext &context, ControlTable &table, ActionRunner &actions, LocalPaths &paths);
+    Bindings(ControlContext &context, ActionRunner &actions, LocalPaths &paths);
 
     /// The first pass over controls that were just built: each shows its value, then enables and disables
     /// what depends on it. Writes nothing and calls nothing.
@@ -29,10 +28,8 @@ public:
     void reload();
     /// The user has changed the value of \a sender.
     void changed(QWidget *sender);
-    /// Writes "file/section/key/value" into the store and reloads every control that shows this address.
-    void write(const QString &assignment, ValueOrigin origin = ValueOrigin::Description);
-    /// Writes all of them and then reloads each control that shows any of the addresses.
-    void write(const QStringList &assignments, ValueOrigin origin = ValueOrigin::Description);
+    /// Writes all of them into the store, and then reloads each control that shows any of the addresses.
+    void write(const QList<Assignment> &assignments, ValueOrigin origin = ValueOrigin::Description);
 
 private:
     void reload(Control &control);

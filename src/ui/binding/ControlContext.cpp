@@ -3,17 +3,16 @@
 #include "store/OrbSetup.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
-#include "ui/binding/ControlTable.h"
-#include "ui/description/TextResolver.h"
+#include "ui/binding/BuiltDescription.h"
 
 #include <utility>
 
 namespace paravue
 {
 
-ControlContext::ControlContext(OrbSetup &store, TextResolver &texts, ControlTable &table,
+ControlContext::ControlContext(OrbSetup &store, BuiltDescription &description,
                                std::function<void(const QString &)> report)
-    : m_store(store), m_texts(texts), m_table(table), m_report(std::move(report))
+    : m_store(store), m_description(description), m_report(std::move(report))
 {
     startOver();
 }
@@ -36,16 +35,16 @@ QString ControlContext::resolved(const QString &raw, Resolve resolve)
 QString ControlContext::text(const Control &control, const QString &raw)
 {
     return resolved(raw, [&] {
-        ResolvedText resolved = m_texts.resolve(raw);
+        ResolvedText resolved = m_description.texts().resolve(raw);
         for (const QString &address : std::as_const(resolved.addresses))
-            m_table.addDependency(control, address);
+            m_description.table().addDependency(control, address);
         return resolved;
     });
 }
 
 QString ControlContext::text(const QString &raw)
 {
-    return resolved(raw, [&] { return m_texts.resolve(raw); });
+    return resolved(raw, [&] { return m_description.texts().resolve(raw); });
 }
 
 QString ControlContext::value(const Control &control, const QString &address)
@@ -56,7 +55,7 @@ QString ControlContext::value(const Control &control, const QString &address)
 
 void ControlContext::watch(const Control &control, const QString &address)
 {
-    m_table.addDependency(control, address);
+    m_description.table().addDependency(control, address);
 }
 
 void ControlContext::reportOnce(const QString &message)

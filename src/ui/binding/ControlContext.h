@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QScopedValueRollback>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -12,8 +13,7 @@ class OrbSetup;
 namespace paravue
 {
 
-class ControlTable;
-class TextResolver;
+class BuiltDescription;
 struct Control;
 
 /// What a control type needs of the window it is built into.
@@ -21,10 +21,11 @@ class ControlContext
 {
 public:
     /// \a report receives translated messages for the user. All must outlive the context.
-    ControlContext(OrbSetup &store, TextResolver &texts, ControlTable &table,
+    ControlContext(OrbSetup &store, BuiltDescription &description,
                    std::function<void(const QString &)> report);
 
     OrbSetup &store() { return m_store; }
+    BuiltDescription &description() { return m_description; }
 
     /// The visible form of \a raw. The control is reloaded whenever a value that the text shows is written.
     QString text(const Control &control, const QString &raw);
@@ -39,7 +40,7 @@ public:
     void reportOnce(const QString &message);
 
     /// True while a time task acts rather than the user.
-    bool &unattended() { return m_unattended; }
+    bool isUnattended() const { return m_isUnattended; }
 
     enum Resource { Characters, ListCells, GridLines };
     /// Takes \a amount from what the present operation may make. False, with one message to the user for the
@@ -51,17 +52,30 @@ public:
     void startDescription() { m_reported.clear(); }
 
 private:
+    friend class UnattendedScope;
+
     template <class Resolve>
     QString resolved(const QString &raw, Resolve resolve);
 
     OrbSetup &m_store;
-    TextResolver &m_texts;
-    ControlTable &m_table;
+    BuiltDescription &m_description;
     std::function<void(const QString &)> m_report;
     std::array<qsizetype, 3> m_left{}; ///< by resource
     bool m_isExhausted = false;
-    bool m_unattended = false;
+    bool m_isUnattended = false;
     QSet<QString> m_reported;
+};
+
+/// Who acts from here to the end of the scope: a time task, or the user, who may act within one.
+class UnattendedScope
+{
+public:
+    UnattendedScope(ControlContext &context, bool isUnattended) : m_flag(context.m_isUnattended, isUnattended)
+    {
+    }
+
+private:
+    QScopedValueRollback<bool> m_flag;
 };
 
 } // namespace paravue

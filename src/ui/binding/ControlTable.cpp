@@ -16,14 +16,14 @@ const QString widgetTag = QStringLiteral("controlWidget");
 
 ControlTable::ControlTable(InterfaceDocument &document) : m_document(document) {}
 
-Control &ControlTable::add(const QDomElement &element, const ControlType *type)
+Control &ControlTable::add(const QDomElement &element, const ControlAdapter *adapter)
 {
     const int number = m_next++;
     Control &control = m_controls[number];
     control.number = number;
     control.name = namePrefix + QString::number(number);
     control.element = element;
-    control.type = type;
+    control.adapter = adapter;
     return control;
 }
 

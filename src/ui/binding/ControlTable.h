@@ -15,7 +15,7 @@
 namespace paravue
 {
 
-class ControlType;
+class ControlAdapter;
 class InterfaceDocument;
 
 /// A widget that was made from an element of the description.
@@ -24,9 +24,9 @@ struct Control {
     QString name; ///< unique; the accessible name of the widget and the tag of the element's decoration
     QDomElement element;
     QPointer<QWidget> widget;
-    const ControlType *type = nullptr; ///< null for windows, which show no value
-    bool loaded = false;               ///< the first load is over
-    QStringList watched;               ///< file/section/key of every value that it shows
+    const ControlAdapter *adapter = nullptr; ///< null for windows, which show no value
+    bool loaded = false;                     ///< the first load is over
+    QStringList watched;                     ///< file/section/key of every value that it shows
 };
 
 /// Who belongs to whom: elements of the description, their widgets, and the configuration addresses whose
@@ -41,7 +41,7 @@ public:
     explicit ControlTable(InterfaceDocument &document);
 
     /// A new entry at the end of the build order. The reference stays valid until the entry is removed.
-    Control &add(const QDomElement &element, const ControlType *type);
+    Control &add(const QDomElement &element, const ControlAdapter *adapter);
     /// Gives the entry its widget and decorates both.
     void attach(Control &control, QWidget *widget);
 

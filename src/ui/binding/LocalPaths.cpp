@@ -5,6 +5,7 @@
 #include "store/IniGrammar.h"
 #include "store/OrbSetup.h"
 #include "ui/binding/ControlContext.h"
+#include "ui/description/Assignment.h"
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
@@ -16,21 +17,20 @@ namespace
 
 /// Does a file that the assignment was written to hold just this when it is read again? A line end in a
 /// value, for example, makes another key of what follows.
-bool readsBack(const QString &assignment)
+bool readsBack(const Assignment &assignment)
 {
-    const ConfigAddress parts(assignment);
-    if (assignment.contains(u'\n') || assignment.contains(u'\r') ||
-        QString::fromUtf8(assignment.toUtf8()) != assignment)
+    const QString text = assignment.text();
+    if (text.contains(u'\n') || text.contains(u'\r') || QString::fromUtf8(text.toUtf8()) != text)
         return false;
-    const QString entry = parts.entry().toString();
+    const QString entry = ConfigAddress(assignment.path).entry().toString();
     const QString section = entry.section(u'/', 0, 0);
     const QString key = entry.section(u'/', 1);
     const QString sectionLine = iniSectionLine(section);
-    const QString keyLine = iniKeyLine(key, parts.rest(), EmptyValue::IsKey);
+    const QString keyLine = iniKeyLine(key, assignment.value, EmptyValue::IsKey);
     const auto readSection = scanIniLine(QStringView(sectionLine), EmptyValue::IsKey);
     const auto readKey = scanIniLine(QStringView(keyLine), EmptyValue::IsKey);
     return readSection.kind == readSection.Section && readSection.name == section &&
-           readKey.kind == readKey.Key && readKey.name == key && readKey.value == parts.rest();
+           readKey.kind == readKey.Key && readKey.name == key && readKey.value == assignment.value;
 }
 
 } // namespace
@@ -66,14 +66,13 @@ LocalPaths::LocalPaths(ControlContext &context, PathQuestion ask)
 {
 }
 
-void LocalPaths::written(const QString &assignment, ValueOrigin origin)
+void LocalPaths::written(const Assignment &assignment, ValueOrigin origin)
 {
-    const ConfigAddress parts(assignment);
-    if (!parts.hasRest())
+    if (!assignment.hasValue)
         return;
-    m_origins->entries[parts.path().toString()] = {parts.rest().toString(), origin};
+    m_origins->entries[assignment.path] = {assignment.value, origin};
     if (origin == ValueOrigin::Description && !readsBack(assignment))
-        m_origins->unclearFiles.insert(parts.file().toString());
+        m_origins->unclearFiles.insert(ConfigAddress(assignment.path).file().toString());
 }
 
 bool LocalPaths::isTrusted(const QString &address)
@@ -116,7 +115,7 @@ bool LocalPaths::asksSuccessfully(const Question &question)
 {
     if (m_allowed.contains(question))
         return true;
-    const bool isTask = m_context.unattended();
+    const bool isTask = m_context.isUnattended();
     // A task comes back with its question every half second.
     if (m_isAsking || !m_ask || (isTask && m_refusedToTasks.contains(question)))
         return false;

@@ -14,6 +14,7 @@ class QWidget;
 namespace paravue
 {
 
+struct Assignment;
 class ControlContext;
 class ValueOrigins;
 
@@ -48,7 +49,7 @@ public:
     void setQuestion(const PathQuestion &ask) { m_ask = ask; }
 
     /// \a assignment was just written into the store.
-    void written(const QString &assignment, ValueOrigin origin);
+    void written(const Assignment &assignment, ValueOrigin origin);
     bool isTrusted(const QString &address);
     /// The path that stands at \a address; nothing when the user does not allow this use of it.
     std::optional<QString> permitted(const QString &address, PathUse use);

@@ -5,9 +5,8 @@
 #include "ui/base/WindowText.h"
 #include "ui/binding/ActionRunner.h"
 #include "ui/binding/Bindings.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/ControlTable.h"
-#include "ui/description/InterfaceDocument.h"
 #include "ui/page/PageArea.h"
 #include "ui/page/PageBuilder.h"
 #include "ui/tasks/TimeTasks.h"
@@ -21,13 +20,19 @@
 namespace paravue
 {
 
-DescribedDialogs::DescribedDialogs(QWidget &window, const Parts &parts) : m_window(window), m_parts(parts) {}
+DescribedDialogs::DescribedDialogs(QWidget &window, ControlContext &context, PageBuilder &builder,
+                                   Bindings &bindings, ActionRunner &actions, TimeTasks &tasks,
+                                   RetiredWidgets &retired)
+    : m_window(window), m_context(context), m_builder(builder), m_bindings(bindings), m_actions(actions),
+      m_tasks(tasks), m_retired(retired)
+{
+}
 
 void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog &)> &runModal)
 {
-    const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
+    const QDomElement element = m_context.description().document().first(tag).parentNode().toElement();
     if (element.isNull()) {
-        m_parts.context.report(WindowText::tr("Unknown dialog tag \"%1\"").arg(tag));
+        m_context.report(WindowText::tr("Unknown dialog tag \"%1\"").arg(tag));
         return;
     }
     if (find(element))
@@ -43,7 +48,7 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
 
 bool DescribedDialogs::show(const QString &tag)
 {
-    const QDomElement element = m_parts.document.first(tag).parentNode().toElement();
+    const QDomElement element = m_context.description().document().first(tag).parentNode().toElement();
     if (element.isNull())
         return false;
     if (find(element))
@@ -59,7 +64,7 @@ bool DescribedDialogs::show(const QString &tag)
 
 void DescribedDialogs::close(const QString &tag)
 {
-    OpenDialog *open = find(m_parts.document.first(tag).parentNode().toElement());
+    OpenDialog *open = find(m_context.description().document().first(tag).parentNode().toElement());
     if (open && open->dialog)
         open->dialog->accept();
 }
@@ -74,7 +79,7 @@ void DescribedDialogs::closeAll()
             entry.dialog->disconnect(&m_window);
             entry.dialog->reject();
             if (!entry.isModal)
-                m_parts.retired.add(entry.dialog, entry.loopsBegun);
+                m_retired.add(entry.dialog, entry.loopsBegun);
         }
     }
 }
@@ -83,23 +88,23 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
 {
     // Each modal one runs an event loop inside that of the one before.
     if (m_open.size() >= limits::OpenDialogs) {
-        m_parts.context.report(WindowText::tr("Too many dialogs are open at the same time"));
+        m_context.report(WindowText::tr("Too many dialogs are open at the same time"));
         return nullptr;
     }
-    const quint64 loopsBegun = m_parts.retired.loopsBegun();
+    const quint64 loopsBegun = m_retired.loopsBegun();
     auto *dialog = new QDialog(&m_window);
     dialog->setWindowTitle(title(element));
-    const int first = m_parts.table.nextNumber();
-    m_parts.builder.adoptWindow(element, dialog);
+    const int first = m_context.description().table().nextNumber();
+    m_builder.adoptWindow(element, dialog);
     auto *page = new QWidget;
     auto *layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(new PageArea(page, PageArea::OfThePage));
-    m_parts.builder.buildPage(element, page);
-    const QList<int> controls = m_parts.table.numbersSince(first);
-    m_parts.bindings.loadNew(controls);
-    m_open.push_back({element, dialog, controls, m_parts.tasks.add(element), true, loopsBegun});
-    m_parts.actions.runCalls(element);
+    m_builder.buildPage(element, page);
+    const QList<int> controls = m_context.description().table().numbersSince(first);
+    m_bindings.loadNew(controls);
+    m_open.push_back({element, dialog, controls, m_tasks.add(element), true, loopsBegun});
+    m_actions.runCalls(element);
     dialog->installEventFilter(&m_window);
     if (find(element))
         return dialog;
@@ -126,19 +131,19 @@ void DescribedDialogs::closed(QDialog *dialog)
     release(open);
     dialog->hide();
     if (!open.isModal)
-        m_parts.retired.add(dialog, open.loopsBegun);
+        m_retired.add(dialog, open.loopsBegun);
 }
 
 void DescribedDialogs::release(const OpenDialog &open)
 {
-    m_parts.tasks.remove(open.tasks);
-    m_parts.table.remove(open.controls);
+    m_tasks.remove(open.tasks);
+    m_context.description().table().remove(open.controls);
 }
 
 QString DescribedDialogs::title(const QDomElement &element) const
 {
     const QDomElement title = element.firstChildElement(QStringLiteral("title"));
-    return title.isNull() ? m_window.windowTitle() : m_parts.context.text(title.text());
+    return title.isNull() ? m_window.windowTitle() : m_context.text(title.text());
 }
 
 } // namespace paravue

@@ -18,8 +18,6 @@ namespace paravue
 class ActionRunner;
 class Bindings;
 class ControlContext;
-class ControlTable;
-class InterfaceDocument;
 class PageBuilder;
 class RetiredWidgets;
 class TimeTasks;
@@ -29,19 +27,9 @@ class TimeTasks;
 class DescribedDialogs
 {
 public:
-    struct Parts {
-        const InterfaceDocument &document;
-        ControlTable &table;
-        ControlContext &context;
-        PageBuilder &builder;
-        Bindings &bindings;
-        ActionRunner &actions;
-        TimeTasks &tasks;
-        RetiredWidgets &retired;
-    };
-
-    /// \a window owns the dialogs and is their event filter.
-    DescribedDialogs(QWidget &window, const Parts &parts);
+    /// All must outlive the object. \a window owns the dialogs and is their event filter.
+    DescribedDialogs(QWidget &window, ControlContext &context, PageBuilder &builder, Bindings &bindings,
+                     ActionRunner &actions, TimeTasks &tasks, RetiredWidgets &retired);
 
     /// Runs the dialog until it is closed. \a runModal is what runs it; reports an unknown tag. A dialog that
     /// is open already stays as it is.
@@ -71,7 +59,12 @@ private:
     QString title(const QDomElement &element) const;
 
     QWidget &m_window;
-    Parts m_parts;
+    ControlContext &m_context;
+    PageBuilder &m_builder;
+    Bindings &m_bindings;
+    ActionRunner &m_actions;
+    TimeTasks &m_tasks;
+    RetiredWidgets &m_retired;
     std::vector<OpenDialog> m_open;
 };
 

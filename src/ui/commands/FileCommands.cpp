@@ -7,11 +7,11 @@
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/Bindings.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/LocalPaths.h"
 #include "ui/commands/SettingsExport.h"
 #include "ui/commands/WindowServices.h"
-#include "ui/description/InterfaceDocument.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -50,26 +50,30 @@ enum FileDialogField { Action, Title, FirstOfFilter };
 
 } // namespace
 
-FileCommands::FileCommands(QWidget &window, const Parts &parts) : m_window(window), m_parts(parts) {}
+FileCommands::FileCommands(QWidget &window, ControlContext &context, Bindings &bindings, LocalPaths &paths,
+                           const WindowServices &services)
+    : m_window(window), m_context(context), m_bindings(bindings), m_paths(paths), m_services(services)
+{
+}
 
 void FileCommands::chooseFile(const QString &param)
 {
     const QString slot = QStringLiteral("CWinMain::fileDialog");
     const QStringList fields = trimmedFields(param);
     if (fields.size() < FirstOfFilter + 2) {
-        m_parts.context.report(wrongParam(slot, param));
+        m_context.report(wrongParam(slot, param));
         return;
     }
     const QString &action = fields[Action];
     const bool isSave = action == QLatin1String("save");
     if (!isSave && action != QLatin1String("open")) {
-        m_parts.context.report(wrongAction(slot, action));
+        m_context.report(wrongAction(slot, action));
         return;
     }
     const QString address = OrbSetup::path(fields.constLast());
     const QString path = chosenPath(isSave, fields[Title], param.section(u',', FirstOfFilter, -2), address);
     if (!path.isEmpty())
-        m_parts.bindings.write(address + u'/' + path, ValueOrigin::Person);
+        m_bindings.write({{address, path}}, ValueOrigin::Person);
 }
 
 QString FileCommands::chosenPath(bool isSave, const QString &title, const QString &filter,
@@ -78,7 +82,7 @@ QString FileCommands::chosenPath(bool isSave, const QString &title, const QStrin
     // A time task may come again while the dialog is open.
     if (m_dialog)
         return {};
-    auto dialog = std::make_unique<QFileDialog>(&m_window, m_parts.context.text(title));
+    auto dialog = std::make_unique<QFileDialog>(&m_window, m_context.text(title));
     m_dialog = dialog.get();
     dialog->setAcceptMode(isSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(isSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -86,17 +90,17 @@ QString FileCommands::chosenPath(bool isSave, const QString &title, const QStrin
     dialog->setDefaultSuffix(defaultSuffix(filter));
     if (const QString folder = startFolder(address); !folder.isEmpty())
         dialog->setDirectory(folder);
-    m_parts.services.letUserAct([&] { DialogLoop::run(*dialog); });
+    m_services.letUserAct([&] { DialogLoop::run(*dialog); });
     return dialog->result() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
 }
 
 /// The folder of the path that stands at the address now.
 QString FileCommands::startFolder(const QString &address) const
 {
-    const QString path = m_parts.context.store().value(address);
+    const QString path = m_context.store().value(address);
     // A folder of another computer would be asked for with the user's credentials.
     const bool isRemote = path.startsWith(QLatin1String("//")) || path.startsWith(QLatin1String("\\\\"));
-    if (isRemote && !m_parts.paths.isTrusted(address))
+    if (isRemote && !m_paths.isTrusted(address))
         return {};
     return path.left(path.lastIndexOf(u'/') + 1);
 }
@@ -113,9 +117,9 @@ void FileCommands::transferSettings(const QString &param)
     const QStringList fields = trimmedFields(param);
     const bool isWrite = fields.constFirst() == QLatin1String("write");
     if (!isWrite && fields.constFirst() != QLatin1String("read"))
-        m_parts.context.report(wrongAction(slot, fields.constFirst()));
-    else if (fields.size() < 3 || m_parts.document.first(fields[2]).isNull())
-        m_parts.context.report(wrongParam(slot, param));
+        m_context.report(wrongAction(slot, fields.constFirst()));
+    else if (fields.size() < 3 || m_context.description().document().first(fields[2]).isNull())
+        m_context.report(wrongParam(slot, param));
     else if (isWrite)
         writeSettings(fields[1], fields[2]);
     else
@@ -124,63 +128,63 @@ void FileCommands::transferSettings(const QString &param)
 
 void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
 {
-    const auto path = m_parts.paths.permitted(pathAddress, PathUse::Write);
+    const auto path = m_paths.permitted(pathAddress, PathUse::Write);
     if (!path)
         return;
     QString text;
     QStringList leftOut;
-    const SettingsSection section(m_parts.document.first(tag));
-    for (const QString &assignment : section.values(m_parts.context.store())) {
+    const SettingsSection section(m_context.description().document().first(tag));
+    for (const Assignment &assignment : section.values(m_context.store())) {
         if (const auto line = settingsLine(assignment))
             text += *line;
         else
-            leftOut.append(OrbSetup::path(assignment));
+            leftOut.append(assignment.path);
     }
     if (!writeWholeFile(*path, text.toUtf8())) {
-        m_parts.services.showDialog(QStringLiteral("filewriteerror"));
+        m_services.showDialog(QStringLiteral("filewriteerror"));
         return;
     }
     if (!leftOut.isEmpty())
-        m_parts.context.report(
+        m_context.report(
             WindowText::tr("These settings hold characters that the file cannot hold, and are not in it: %1")
                 .arg(leftOut.join(QStringLiteral(", "))));
 }
 
 void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
 {
-    const auto path = m_parts.paths.permitted(pathAddress, PathUse::Read);
+    const auto path = m_paths.permitted(pathAddress, PathUse::Read);
     if (!path)
         return;
     QFile file(*path);
     if (!file.open(QIODevice::ReadOnly)) {
-        m_parts.context.report(cannotOpen(*path));
+        m_context.report(cannotOpen(*path));
         return;
     }
     const QByteArray text = file.read(limits::SettingsText + 1);
     if (text.size() > limits::SettingsText) {
-        m_parts.context.report(WindowText::tr("File \"%1\" is too large").arg(*path));
+        m_context.report(WindowText::tr("File \"%1\" is too large").arg(*path));
         return;
     }
-    const SettingsSection section(m_parts.document.first(tag));
-    m_parts.bindings.write(section.listed(readSettingsLines(text)));
+    const SettingsSection section(m_context.description().document().first(tag));
+    m_bindings.write(section.listed(readSettingsLines(text)));
 }
 
 void FileCommands::copyConfigurationFile(const QString &param)
 {
     const QStringList fields = trimmedFields(param);
     if (fields.size() != 2) {
-        m_parts.context.report(
+        m_context.report(
             WindowText::tr("Wrong arguments %1(%2)").arg(QStringLiteral("CWinMain::saveFileAs"), param));
         return;
     }
-    QFile source(m_parts.context.store().filePath(fields[0]));
+    QFile source(m_context.store().filePath(fields[0]));
     if (!source.open(QIODevice::ReadOnly)) {
-        m_parts.context.report(cannotOpen(source.fileName()));
+        m_context.report(cannotOpen(source.fileName()));
         return;
     }
-    const auto destination = m_parts.paths.permitted(fields[1], PathUse::Write);
+    const auto destination = m_paths.permitted(fields[1], PathUse::Write);
     if (destination && !writeWholeFile(*destination, source.readAll()))
-        m_parts.context.report(cannotOpen(*destination));
+        m_context.report(cannotOpen(*destination));
 }
 
 QString defaultSuffix(const QString &filter)

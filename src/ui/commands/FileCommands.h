@@ -11,7 +11,6 @@ namespace paravue
 
 class Bindings;
 class ControlContext;
-class InterfaceDocument;
 class LocalPaths;
 struct WindowServices;
 
@@ -20,16 +19,9 @@ struct WindowServices;
 class FileCommands
 {
 public:
-    struct Parts {
-        const InterfaceDocument &document;
-        ControlContext &context;
-        Bindings &bindings;
-        LocalPaths &paths;
-        const WindowServices &services;
-    };
-
     /// All must outlive the object. \a window owns the file dialogs.
-    FileCommands(QWidget &window, const Parts &parts);
+    FileCommands(QWidget &window, ControlContext &context, Bindings &bindings, LocalPaths &paths,
+                 const WindowServices &services);
 
     /// "open" or "save", title, filter, address: lets the user choose a file and writes its path to the
     /// address. The filter may hold commas.
@@ -51,7 +43,10 @@ private:
     QString startFolder(const QString &address) const;
 
     QWidget &m_window;
-    Parts m_parts;
+    ControlContext &m_context;
+    Bindings &m_bindings;
+    LocalPaths &m_paths;
+    const WindowServices &m_services;
     QPointer<QFileDialog> m_dialog;
 };
 

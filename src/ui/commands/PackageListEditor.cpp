@@ -3,9 +3,8 @@
 #include "controls/SoftList.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/Bindings.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/ControlTable.h"
-#include "ui/description/InterfaceDocument.h"
 
 #include <utility>
 
@@ -24,8 +23,9 @@ bool isRemovable(const SoftPackage &package)
 
 } // namespace
 
-PackageListEditor::PackageListEditor(const Parts &parts, std::function<void(const QString &)> showDialog)
-    : m_parts(parts), m_showDialog(std::move(showDialog))
+PackageListEditor::PackageListEditor(ControlContext &context, Bindings &bindings,
+                                     std::function<void(const QString &)> showDialog)
+    : m_context(context), m_bindings(bindings), m_showDialog(std::move(showDialog))
 {
 }
 
@@ -34,24 +34,15 @@ void PackageListEditor::run(const QString &tag)
     if (tag == QLatin1String("remove"))
         removeSelected();
     else
-        m_parts.context.report(
+        m_context.report(
             WindowText::tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::softListSlot"), tag));
-}
-
-SoftList *PackageListEditor::list() const
-{
-    for (const QDomElement &mark : m_parts.document.elements(listTag)) {
-        const Control *control = m_parts.table.of(mark.parentNode().toElement());
-        if (auto *list = control ? qobject_cast<SoftList *>(control->widget) : nullptr)
-            return list;
-    }
-    m_parts.context.report(WindowText::tr("No list of packages has the tag \"%1\"").arg(listTag));
-    return nullptr;
 }
 
 void PackageListEditor::removeSelected()
 {
-    const SoftList *packages = list();
+    const auto *packages = m_context.description().firstWidget<SoftList>(listTag);
+    if (!packages)
+        m_context.report(WindowText::tr("No list of packages has the tag \"%1\"").arg(listTag));
     if (!packages || packages->selectedRow() < 0)
         return;
     const SoftPackage &package = packages->packages().at(packages->selectedRow());
@@ -59,7 +50,7 @@ void PackageListEditor::removeSelected()
         m_showDialog(QStringLiteral("softcantdelete"));
         return;
     }
-    m_parts.bindings.write("general/remove_package/name/" + package.name);
+    m_bindings.write({{QStringLiteral("general/remove_package/name"), package.name}});
     m_showDialog(QStringLiteral("softdodelete"));
 }
 

@@ -7,11 +7,8 @@
 namespace paravue
 {
 
-class SoftList;
 class Bindings;
 class ControlContext;
-class ControlTable;
-class InterfaceDocument;
 
 /// Removes a software package from the recorder: asks the user, by a dialog of the description, about the
 /// package that is picked in the "softlist" which an element with the tag "softlist" marks. The dialog
@@ -20,24 +17,18 @@ class InterfaceDocument;
 class PackageListEditor
 {
 public:
-    struct Parts {
-        const InterfaceDocument &document;
-        ControlTable &table;
-        ControlContext &context;
-        Bindings &bindings;
-    };
-
     /// \a showDialog opens the dialog of a tag and comes back when it is closed.
-    PackageListEditor(const Parts &parts, std::function<void(const QString &tag)> showDialog);
+    PackageListEditor(ControlContext &context, Bindings &bindings,
+                      std::function<void(const QString &tag)> showDialog);
 
     /// \a tag is "remove".
     void run(const QString &tag);
 
 private:
-    SoftList *list() const;
     void removeSelected();
 
-    Parts m_parts;
+    ControlContext &m_context;
+    Bindings &m_bindings;
     std::function<void(const QString &)> m_showDialog;
 };
 

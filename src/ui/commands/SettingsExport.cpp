@@ -17,20 +17,15 @@ namespace paravue
 namespace
 {
 
-struct Line {
-    QString address;
-    QString value;
-};
-
 /// \a line ends with its line feed.
-std::optional<Line> readLine(QString line)
+std::optional<Assignment> readLine(QString line)
 {
     if (line.endsWith(QLatin1String("\r\n")))
         line.remove(line.size() - 2, 1);
     const auto scanned = scanIniLine(QStringView(line), EmptyValue::IsKey);
     if (scanned.kind != IniLine<QStringView>::Key || !ConfigAddress(scanned.name).hasKey())
         return std::nullopt;
-    return Line{scanned.name.toString(), scanned.value.toString()};
+    return Assignment::fromText(scanned.name.toString() + u'/' + scanned.value.toString());
 }
 
 } // namespace
@@ -53,26 +48,26 @@ void SettingsSection::collect(const QDomElement &element)
     }
 }
 
-QStringList SettingsSection::values(OrbSetup &store) const
+QList<Assignment> SettingsSection::values(OrbSetup &store) const
 {
-    QStringList found;
+    QList<Assignment> found;
     for (const QString &key : m_keys)
-        found.append(OrbSetup::path(key) + u'/' + store.value(key));
-    for (const QString &pattern : m_patterns)
-        found.append(store.regexp_values(pattern));
-
-    QStringList once;
+        found.append({OrbSetup::path(key), store.value(key)});
+    for (const QString &pattern : m_patterns) {
+        for (const QString &value : store.regexp_values(pattern))
+            found.append(Assignment::fromText(value));
+    }
+    QList<Assignment> once;
     QSet<QString> known;
-    for (const QString &assignment : std::as_const(found)) {
-        const QString path = OrbSetup::path(assignment);
-        if (!known.contains(path))
+    for (const Assignment &assignment : std::as_const(found)) {
+        if (!known.contains(assignment.path))
             once.append(assignment);
-        known.insert(path);
+        known.insert(assignment.path);
     }
     return once;
 }
 
-QStringList SettingsSection::listed(const QStringList &assignments) const
+QList<Assignment> SettingsSection::listed(const QList<Assignment> &assignments) const
 {
     QSet<QString> keys;
     for (const QString &key : m_keys)
@@ -91,31 +86,31 @@ QStringList SettingsSection::listed(const QStringList &assignments) const
         }
         return false;
     };
-    QStringList result;
-    for (const QString &assignment : assignments) {
-        if (isListed(ConfigAddress(assignment)))
+    QList<Assignment> result;
+    for (const Assignment &assignment : assignments) {
+        if (isListed(ConfigAddress(assignment.path)))
             result.append(assignment);
     }
     return result;
 }
 
-std::optional<QString> settingsLine(const QString &assignment)
+std::optional<QString> settingsLine(const Assignment &assignment)
 {
-    const ConfigAddress parts(assignment);
-    const QString address = parts.path().toString();
-    const QString value = parts.rest().toString();
+    const QString &value = assignment.value;
     const QChar quote = value.contains(u'\'') ? u'"' : u'\'';
-    const QString line = address + QStringLiteral(" = ") + quote + value + quote + QStringLiteral("\r\n");
+    const QString line =
+        assignment.path + QStringLiteral(" = ") + quote + value + quote + QStringLiteral("\r\n");
     const auto back = readLine(line);
-    return back && back->address == address && back->value == value ? std::optional(line) : std::nullopt;
+    const bool readsBack = back && back->path == assignment.path && back->value == value;
+    return readsBack ? std::optional(line) : std::nullopt;
 }
 
-QStringList readSettingsLines(const QByteArray &text)
+QList<Assignment> readSettingsLines(const QByteArray &text)
 {
-    QStringList assignments;
+    QList<Assignment> assignments;
     for (const QString &line : QString::fromUtf8(text).split(u'\n')) {
         if (const auto read = readLine(line + u'\n'))
-            assignments.append(read->address + u'/' + read->value);
+            assignments.append(*read);
     }
     return assignments;
 }

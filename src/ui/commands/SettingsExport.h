@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/description/Assignment.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -26,10 +28,10 @@ class SettingsSection
 public:
     explicit SettingsSection(const QDomElement &element);
 
-    /// The present values of the listed addresses, as address/value, each address once.
-    QStringList values(OrbSetup &store) const;
-    /// Those of \a assignments (address/value) whose address is listed.
-    QStringList listed(const QStringList &assignments) const;
+    /// The present values of the listed addresses, each address once.
+    QList<Assignment> values(OrbSetup &store) const;
+    /// Those of \a assignments whose address is listed.
+    QList<Assignment> listed(const QList<Assignment> &assignments) const;
 
 private:
     void collect(const QDomElement &element);
@@ -38,9 +40,9 @@ private:
     QStringList m_patterns;
 };
 
-/// The line for \a assignment (address/value); nothing when there is none that reads back.
-std::optional<QString> settingsLine(const QString &assignment);
-/// The lines of \a text as address/value; what is no such line is left out.
-QStringList readSettingsLines(const QByteArray &text);
+/// The line for \a assignment; nothing when there is none that reads back.
+std::optional<QString> settingsLine(const Assignment &assignment);
+/// The lines of \a text; what is no such line is left out.
+QList<Assignment> readSettingsLines(const QByteArray &text);
 
 } // namespace paravue

@@ -6,11 +6,10 @@
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/Bindings.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/ControlTable.h"
 #include "ui/commands/DescribedDialogs.h"
 #include "ui/commands/UserRights.h"
-#include "ui/description/InterfaceDocument.h"
 
 #include <algorithm>
 #include <utility>
@@ -26,8 +25,9 @@ const QString scratch = QStringLiteral("general/access/");
 
 } // namespace
 
-UserListEditor::UserListEditor(const Parts &parts, std::function<void(const QString &)> showDialog)
-    : m_parts(parts), m_showDialog(std::move(showDialog))
+UserListEditor::UserListEditor(ControlContext &context, Bindings &bindings, DescribedDialogs &dialogs,
+                               std::function<void(const QString &)> showDialog)
+    : m_context(context), m_bindings(bindings), m_dialogs(dialogs), m_showDialog(std::move(showDialog))
 {
 }
 
@@ -42,7 +42,7 @@ void UserListEditor::run(const QString &tag)
     else if (tag == QLatin1String("remove"))
         removeSelected();
     else
-        m_parts.context.report(
+        m_context.report(
             WindowText::tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::accessListSlot"), tag));
 }
 
@@ -54,19 +54,16 @@ void UserListEditor::dialogClosed(const QString &tag)
 
 AccessList *UserListEditor::list() const
 {
-    for (const QDomElement &mark : m_parts.document.elements(listTag)) {
-        const Control *control = m_parts.table.of(mark.parentNode().toElement());
-        if (auto *list = control ? qobject_cast<AccessList *>(control->widget) : nullptr)
-            return list;
-    }
-    m_parts.context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(listTag));
-    return nullptr;
+    auto *list = m_context.description().firstWidget<AccessList>(listTag);
+    if (!list)
+        m_context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(listTag));
+    return list;
 }
 
 bool UserListEditor::isEditable(const AccessList &list) const
 {
     if (!list.isComplete())
-        m_parts.context.report(WindowText::tr("The list of users is not complete, so it cannot be changed"));
+        m_context.report(WindowText::tr("The list of users is not complete, so it cannot be changed"));
     return list.isComplete();
 }
 
@@ -81,12 +78,12 @@ void UserListEditor::edit()
         return;
     }
     const AccessUser &user = users->users().at(users->selectedRow());
-    write({"name/" + user.name, "pass1/", "pass2/", "level/" + user.level, "edit/1"});
+    setTyped({{"name", user.name}, {"pass1", {}}, {"pass2", {}}, {"level", user.level}, {"edit", "1"}});
 }
 
 void UserListEditor::beginNew()
 {
-    write({"name/", "pass1/", "pass2/", "level/1", "edit/0"});
+    setTyped({{"name", {}}, {"pass1", {}}, {"pass2", {}}, {"level", "1"}, {"edit", "0"}});
 }
 
 void UserListEditor::acceptTyped()
@@ -97,21 +94,21 @@ void UserListEditor::acceptTyped()
     const bool isNew = typed("edit").toInt() != 1;
     const int row = isNew ? -1 : users->selectedRow();
     if (!isNew && row < 0) {
-        m_parts.context.report(WindowText::tr("No user is selected"));
+        m_context.report(WindowText::tr("No user is selected"));
         return;
     }
     if (const QString tag = refusal(*users, row); !tag.isEmpty()) {
         m_showDialog(tag);
         return;
     }
-    const QDomElement element = m_parts.table.of(users)->element;
+    const QDomElement element = m_context.description().table().of(users)->element;
     const bool isClear = element.attribute(QStringLiteral("clearpassword")) == QLatin1String("true");
     const QString password = typed("pass1");
     const AccessUser user{typed("name"),
                           isClear ? password : QString::fromLatin1(passwordDigest(password.toLocal8Bit())),
                           typed("level")};
     if (row >= 0 && row == UserRights(users->users(), currentUser()).self()) {
-        m_login = m_parts.context.store().value(QStringLiteral("general/network/login"));
+        m_login = m_context.store().value(QStringLiteral("general/network/login"));
         m_newName = user.name;
     }
     clearPasswords();
@@ -119,7 +116,7 @@ void UserListEditor::acceptTyped()
         users->addUser(user);
     else
         users->replaceUser(row, user);
-    m_parts.dialogs.close(dialogTag);
+    m_dialogs.close(dialogTag);
 }
 
 /// The tag of the dialog that says why what was typed for the user \a row (-1: a new one) is refused; empty
@@ -160,27 +157,27 @@ void UserListEditor::removeSelected()
 /// must not become somebody who is not in the list and may do everything.
 QString UserListEditor::currentUser() const
 {
-    const QString login = m_parts.context.store().value(QStringLiteral("general/network/login"));
+    const QString login = m_context.store().value(QStringLiteral("general/network/login"));
     return !m_login.isEmpty() && login == m_login ? m_newName : login;
 }
 
 QString UserListEditor::typed(const QString &field) const
 {
-    return m_parts.context.store().value(scratch + field);
+    return m_context.store().value(scratch + field);
 }
 
-void UserListEditor::write(const QStringList &fields)
+void UserListEditor::setTyped(const QList<std::pair<QString, QString>> &fields)
 {
-    QStringList assignments;
-    for (const QString &field : fields)
-        assignments << scratch + field;
-    m_parts.bindings.write(assignments);
+    QList<Assignment> assignments;
+    for (const auto &[field, value] : fields)
+        assignments.append({scratch + field, value});
+    m_bindings.write(assignments);
 }
 
 void UserListEditor::clearPasswords()
 {
     if (!typed("pass1").isEmpty() || !typed("pass2").isEmpty())
-        write({"pass1/", "pass2/"});
+        setTyped({{"pass1", {}}, {"pass2", {}}});
 }
 
 } // namespace paravue

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
+#include <utility>
 
 namespace paravue
 {
@@ -11,9 +12,7 @@ namespace paravue
 class AccessList;
 class Bindings;
 class ControlContext;
-class ControlTable;
 class DescribedDialogs;
-class InterfaceDocument;
 
 /// Adds, changes and removes users of the "accesslist" that an element with the tag "accesslist" marks.
 ///
@@ -24,16 +23,9 @@ class InterfaceDocument;
 class UserListEditor
 {
 public:
-    struct Parts {
-        const InterfaceDocument &document;
-        ControlTable &table;
-        ControlContext &context;
-        Bindings &bindings;
-        DescribedDialogs &dialogs;
-    };
-
     /// \a showDialog opens the dialog of a tag and comes back when it is closed.
-    UserListEditor(const Parts &parts, std::function<void(const QString &tag)> showDialog);
+    UserListEditor(ControlContext &context, Bindings &bindings, DescribedDialogs &dialogs,
+                   std::function<void(const QString &tag)> showDialog);
 
     /// \a tag is one of:
     /// - "edit" puts the picked user, "new" an empty one, into the dialog's addresses;
@@ -55,10 +47,12 @@ private:
     QString refusal(const AccessList &list, int row) const;
     QString currentUser() const;
     QString typed(const QString &field) const;
-    void write(const QStringList &fields);
+    void setTyped(const QList<std::pair<QString, QString>> &fields);
     void clearPasswords();
 
-    Parts m_parts;
+    ControlContext &m_context;
+    Bindings &m_bindings;
+    DescribedDialogs &m_dialogs;
     std::function<void(const QString &)> m_showDialog;
     QString m_login;   ///< the session's login, when its user was renamed
     QString m_newName; ///< and the name that the user has now

@@ -4,10 +4,11 @@
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowLook.h"
 #include "ui/base/WindowText.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/ControlTable.h"
 #include "ui/binding/ToolTip.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/page/GridCell.h"
 #include "ui/page/GridFillItem.h"
 #include "ui/page/PageArea.h"
 
@@ -21,41 +22,9 @@
 
 namespace paravue
 {
-namespace
-{
 
-constexpr int ToTheEdge = -1; ///< a span up to the last row or column of the grid
-
-Qt::Alignment cellAlignment(const QDomElement &item)
-{
-    return horizontalAlignment(item.attribute(QStringLiteral("alignment"))) |
-           verticalAlignment(item.attribute(QStringLiteral("valign")));
-}
-
-GridCell readCell(const QDomElement &item)
-{
-    const auto span = [&](const QString &name) {
-        const int value = intAttribute(item, name);
-        return value == 0 ? 1 : std::max(value, ToTheEdge);
-    };
-    return {intAttribute(item, QStringLiteral("row")), intAttribute(item, QStringLiteral("column")),
-            span(QStringLiteral("rowSpan")), span(QStringLiteral("columnSpan")), cellAlignment(item)};
-}
-
-bool isWithinGrid(int index, int span)
-{
-    return index >= 0 && index < limits::GridIndex && span <= limits::GridIndex - index;
-}
-
-bool isWithinGrid(const GridCell &cell)
-{
-    return isWithinGrid(cell.row, cell.rowSpan) && isWithinGrid(cell.column, cell.columnSpan);
-}
-
-} // namespace
-
-PageBuilder::PageBuilder(ControlContext &context, ControlTable &table, QWidget &window)
-    : m_context(context), m_table(table), m_window(window)
+PageBuilder::PageBuilder(ControlContext &context, QWidget &window, AdapterLookup adapterOf)
+    : m_context(context), m_table(context.description().table()), m_window(window), m_adapterOf(adapterOf)
 {
 }
 
@@ -124,10 +93,10 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
         if (child.tagName() == QLatin1String("stretch")) {
             m_grows |= applyStretch(grid, child);
         } else if (child.tagName() == QLatin1String("item")) {
-            const GridCell cell = readCell(child);
+            const GridCell cell = GridCell::of(child);
             QList<QWidget *> widgets;
             QScopedValueRollback receiver(m_widgets, &widgets);
-            addCell(grid, cell, child);
+            addItem(grid, cell, child);
             cells.emplace(std::pair(cell.row, cell.column), widgets);
         }
     }
@@ -137,47 +106,55 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
 
 Qt::Orientations PageBuilder::applyStretch(QGridLayout &grid, const QDomElement &stretch)
 {
-    const bool isColumn = stretch.hasAttribute(QStringLiteral("column"));
-    if (!isColumn && !stretch.hasAttribute(QStringLiteral("row")))
+    const GridLine line = GridLine::of(stretch);
+    if (line.kind == GridLine::None)
         return {};
-    const int index = intAttribute(stretch, isColumn ? QStringLiteral("column") : QStringLiteral("row"));
-    if (!isWithinGrid(index, 1)) {
+    if (!line.isWithinLimits()) {
         m_context.report(
             WindowText::tr("A stretch of row or column %1 is beyond the limits of a grid and was left out")
-                .arg(QString::number(index)));
+                .arg(QString::number(line.index)));
         return {};
     }
-    const int newLines = index + 1 - (isColumn ? grid.columnCount() : grid.rowCount());
+    const bool isColumn = line.kind == GridLine::Column;
+    const int newLines = line.index + 1 - (isColumn ? grid.columnCount() : grid.rowCount());
     if (!m_context.take(ControlContext::GridLines, std::max(newLines, 0)))
         return {};
     const int factor = std::clamp(stretch.text().toInt(), 0, limits::Stretch);
     if (isColumn)
-        grid.setColumnStretch(index, factor);
+        grid.setColumnStretch(line.index, factor);
     else
-        grid.setRowStretch(index, factor);
+        grid.setRowStretch(line.index, factor);
     if (factor == 0)
         return {};
     return isColumn ? Qt::Horizontal : Qt::Vertical;
 }
 
-void PageBuilder::addCell(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
+void PageBuilder::addItem(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
 {
-    const QString name = item.attribute(QStringLiteral("type"));
-    const GridItemType *type = gridItemType(name);
-    if (!type) {
-        m_context.report(WindowText::tr("Unknown control type \"%1\"").arg(name));
+    const QString type = item.attribute(QStringLiteral("type"));
+    const LayoutItem layout = layoutItem(type);
+    const ControlAdapter *adapter = layout == LayoutItem::None ? m_adapterOf(type) : nullptr;
+    if (layout == LayoutItem::None && !adapter) {
+        m_context.report(WindowText::tr("Unknown control type \"%1\"").arg(type));
         return;
     }
-    if (!isWithinGrid(cell)) {
+    if (!cell.isWithinLimits()) {
         m_context.report(
-            WindowText::tr("A control at row %1, column %2 is beyond the limits of a grid and was left out")
+            WindowText::tr("A control at row %1, column %2 is beyond the limits of a grid and was "
+                           "left out")
                 .arg(QString::number(cell.row), QString::number(cell.column)));
         return;
     }
     const int newRows = cell.row + std::max(cell.rowSpan, 1) - grid.rowCount();
     const int newColumns = cell.column + std::max(cell.columnSpan, 1) - grid.columnCount();
-    if (m_context.take(ControlContext::GridLines, std::max(newRows, 0) + std::max(newColumns, 0)))
-        type->addTo(*this, grid, cell, item);
+    if (!m_context.take(ControlContext::GridLines, std::max(newRows, 0) + std::max(newColumns, 0)))
+        return;
+    if (layout == LayoutItem::Grid)
+        addGrid(grid, cell, item);
+    else if (layout == LayoutItem::Spacer)
+        addSpacer(grid, cell, item);
+    else
+        addControl(*adapter, grid, cell, item);
 }
 
 void PageBuilder::addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
@@ -187,39 +164,45 @@ void PageBuilder::addGrid(QGridLayout &grid, const GridCell &cell, const QDomEle
     fillGrid(*inner, item);
 }
 
-void PageBuilder::addSpacer(Qt::Orientation orientation, QGridLayout &grid, const GridCell &cell)
+void PageBuilder::addSpacer(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
 {
     const auto along = QSizePolicy::Expanding;
     const auto across = QSizePolicy::Minimum;
-    auto *spacer = orientation == Qt::Horizontal ? new QSpacerItem(0, 0, along, across)
-                                                 : new QSpacerItem(0, 0, across, along);
+    const Qt::Orientation direction = orientation(item.attribute(QStringLiteral("orientation")));
+    auto *spacer = direction == Qt::Horizontal ? new QSpacerItem(0, 0, along, across)
+                                               : new QSpacerItem(0, 0, across, along);
     grid.addItem(spacer, cell.row, cell.column, cell.rowSpan, cell.columnSpan);
-    m_grows |= orientation;
+    m_grows |= direction;
 }
 
-void PageBuilder::addControl(const ControlType &type, QGridLayout &grid, const GridCell &cell,
+void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, const GridCell &cell,
                              const QDomElement &item)
 {
-    Control &control = m_table.add(item, &type);
-    QWidget *widget = type.create(m_context, control, m_page);
+    Control &control = m_table.add(item, &adapter);
+    QWidget *widget = adapter.create(m_context, control, m_page);
     m_table.attach(control, widget);
     applyLook(control, widget);
     if (item.attribute(QStringLiteral("enabled")) == QLatin1String("no"))
         widget->setEnabled(false);
     if (item.attribute(QStringLiteral("visible")) == QLatin1String("no"))
         widget->hide();
-    connectChange(type, widget);
-
-    if (const Qt::Orientations fills = type.fills(item)) {
-        auto *fillItem = new GridFillItem(widget, fills);
-        m_grows |= fillItem->expandingDirections();
-        grid.addItem(fillItem, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
-    } else {
-        grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
-    }
+    connectChanges(adapter, widget);
+    place(widget, adapter.fills(item), grid, cell);
     m_widgets->append(widget);
     m_created.append(widget);
-    type.addPages(*this, control);
+    if (QTabWidget *tabs = adapter.tabs(control))
+        buildTabs(item, tabs);
+}
+
+void PageBuilder::place(QWidget *widget, Qt::Orientations fills, QGridLayout &grid, const GridCell &cell)
+{
+    if (!fills) {
+        grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
+        return;
+    }
+    auto *item = new GridFillItem(widget, fills);
+    m_grows |= item->expandingDirections();
+    grid.addItem(item, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
 }
 
 Control &PageBuilder::adoptWindow(const QDomElement &element, QWidget *window)
@@ -234,7 +217,7 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
 {
     const QDomElement &element = control.element;
     loadToolTip(m_context, control);
-    const bool sizesItself = control.type && control.type->sizesItself();
+    const bool sizesItself = control.adapter && control.adapter->traits().sizesItself;
     if (const int width = intAttribute(element, QStringLiteral("width")); width > 0 && !sizesItself)
         widget->setMinimumWidth(std::min(width, limits::Pixels));
     if (const int height = intAttribute(element, QStringLiteral("height")); height > 0 && !sizesItself)
@@ -243,29 +226,11 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
         widget->setLayoutDirection(Qt::RightToLeft);
 }
 
-void PageBuilder::connectChange(const ControlType &type, QWidget *widget)
+void PageBuilder::connectChanges(const ControlAdapter &adapter, QWidget *widget)
 {
     // By name: the window's slots have one overload per kind of signal, and a type says which fits its own.
-    for (const ChangeSignal &change : {type.changeSignal(), type.secondChangeSignal()}) {
-        if (change.signal)
-            QObject::connect(widget, change.signal, &m_window, change.slot);
-    }
-}
-
-bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
-                     const std::function<QString(const QString &)> &visible)
-{
-    bool changed = false;
-    int page = 0;
-    for (QDomElement tab = container.firstChildElement(QStringLiteral("tab"));
-         !tab.isNull() && page < tabs.count(); tab = tab.nextSiblingElement(QStringLiteral("tab")), ++page) {
-        const QString text = visible(tab.firstChildElement(QStringLiteral("name")).text());
-        if (tabs.tabText(page) == text)
-            continue;
-        tabs.setTabText(page, text);
-        changed = true;
-    }
-    return changed;
+    for (const ChangeSignal &change : adapter.traits().changes)
+        QObject::connect(widget, change.signal, &m_window, change.slot);
 }
 
 } // namespace paravue

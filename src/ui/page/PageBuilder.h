@@ -1,26 +1,25 @@
 #pragma once
 
-#include "ui/binding/ControlType.h"
+#include "ui/binding/ControlAdapter.h"
 
 #include <QDomElement>
 #include <QList>
 
-#include <functional>
-
-class QTabWidget;
+class QGridLayout;
 
 namespace paravue
 {
 
-class ControlTable;
+struct GridCell;
 
 /// Turns the page content of a description into widgets: grids, their cells, and the pages of tabs. Every
 /// control is registered in the table in the order in which it is built, and is wired to the window.
 class PageBuilder
 {
 public:
-    /// \a window receives the change signals. All must outlive the builder.
-    PageBuilder(ControlContext &context, ControlTable &table, QWidget &window);
+    /// \a window receives the change signals, \a adapterOf knows the types of controls. All must outlive the
+    /// builder.
+    PageBuilder(ControlContext &context, QWidget &window, AdapterLookup adapterOf);
 
     /// Fills \a page with the grids of \a container (a tab or a dialog); the page gets its layout from here.
     /// The tab key walks through the page row by row.
@@ -32,11 +31,6 @@ public:
     /// One page per "tab" child of \a container.
     void buildTabs(const QDomElement &container, QTabWidget *tabs, TabPages pages = Plain);
 
-    void addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
-    void addSpacer(Qt::Orientation orientation, QGridLayout &grid, const GridCell &cell);
-    void addControl(const ControlType &type, QGridLayout &grid, const GridCell &cell,
-                    const QDomElement &item);
-
     /// Decorates the element of a window and applies the attributes that windows share with controls. A
     /// window that could be hidden or disabled could not be closed any more, so these two do not apply.
     Control &adoptWindow(const QDomElement &element, QWidget *window);
@@ -45,23 +39,24 @@ private:
     void fillGrid(QGridLayout &grid, const QDomElement &item);
     /// Returns the direction in which the grid now wants to grow.
     Qt::Orientations applyStretch(QGridLayout &grid, const QDomElement &stretch);
-    void addCell(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
+    void addItem(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
+    void addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
+    void addSpacer(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
+    void addControl(const ControlAdapter &adapter, QGridLayout &grid, const GridCell &cell,
+                    const QDomElement &item);
+    void place(QWidget *widget, Qt::Orientations fills, QGridLayout &grid, const GridCell &cell);
     void buildGrids(const QDomElement &container, QWidget *page);
     void applyLook(const Control &control, QWidget *widget);
-    void connectChange(const ControlType &type, QWidget *widget);
+    void connectChanges(const ControlAdapter &adapter, QWidget *widget);
 
     ControlContext &m_context;
     ControlTable &m_table;
     QWidget &m_window;
+    AdapterLookup m_adapterOf;
     QWidget *m_page = nullptr;             ///< parent of the widgets that are being built
     QList<QWidget *> *m_widgets = nullptr; ///< receives the widgets of the cell that is being built
     Qt::Orientations m_grows;              ///< directions in which the grid that is being built takes room
     QList<QWidget *> m_created;            ///< the widgets of the page in the order of the description
 };
-
-/// Gives the pages that were built from the "tab" children of \a container their captions; \a visible turns a
-/// caption into what the user sees. Returns true when one has changed.
-bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
-                     const std::function<QString(const QString &)> &visible);
 
 } // namespace paravue

@@ -5,12 +5,9 @@
 #include "ui/binding/ActionRunner.h"
 #include "ui/binding/ControlContext.h"
 
-#include <QScopedValueRollback>
-
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <optional>
 
 namespace paravue
 {
@@ -21,16 +18,6 @@ const QString taskTag = QStringLiteral("timetask");
 const QString typeAttribute = QStringLiteral("type");
 const QString lastRunAttribute = QStringLiteral("ms");
 const QString periodAttribute = QStringLiteral("period");
-
-std::optional<PictureKind> pictureKind(const QDomElement &element)
-{
-    const QString type = element.attribute(typeAttribute);
-    if (type == QLatin1String("v3getjpeg"))
-        return PictureKind::Still;
-    if (type == QLatin1String("startVideoOnline"))
-        return PictureKind::Live;
-    return {};
-}
 
 // Not the processor time of the C library's clock(), which hardly moves while a window waits.
 quint32 steadyMilliseconds()
@@ -60,6 +47,21 @@ void TimeTasks::setClock(const Clock &clock)
         start(task.element);
 }
 
+const ElementRule &TimeTasks::rule()
+{
+    static const ElementRule rule{taskTag, {{periodAttribute}}};
+    return rule;
+}
+
+std::optional<PictureKind> TimeTasks::pictureKind(const QString &type)
+{
+    if (type == QLatin1String("v3getjpeg"))
+        return PictureKind::Still;
+    if (type == QLatin1String("startVideoOnline"))
+        return PictureKind::Live;
+    return {};
+}
+
 QList<QDomElement> TimeTasks::add(const QDomElement &owner)
 {
     QList<QDomElement> added;
@@ -73,9 +75,9 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
             break;
         }
         start(element);
-        m_tasks.push_back({element, {}});
-        if (pictureKind(element))
-            m_tasks.back().video.announce(element, videoParts());
+        m_tasks.push_back({element, VideoTask(m_context, m_makeReceiver)});
+        if (pictureKind(element.attribute(typeAttribute)))
+            m_tasks.back().video.announce(element);
         added.append(element);
     }
     return added;
@@ -110,7 +112,7 @@ void TimeTasks::tick()
         if (!task || !isDue(element))
             continue;
         start(element);
-        const QScopedValueRollback unattended(m_context.unattended(), true);
+        const UnattendedScope unattended(m_context, true);
         run(element, task->video);
     }
 }
@@ -139,8 +141,8 @@ void TimeTasks::run(const QDomElement &element, VideoTask &video)
     const QString type = element.attribute(typeAttribute);
     if (type == QLatin1String("call"))
         m_actions.runCall(element);
-    else if (const auto kind = pictureKind(element))
-        video.run(*kind, element, videoParts(), m_clock());
+    else if (const auto kind = pictureKind(type))
+        video.run(*kind, element, m_clock());
     else
         m_context.report(WindowText::tr("Unknown time task \"%1\"").arg(type));
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "ui/base/ElementRules.h"
 #include "ui/tasks/VideoTask.h"
 
 #include <QDomElement>
 #include <QList>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace paravue
@@ -26,6 +28,10 @@ public:
     using Clock = std::function<quint32()>;
 
     TimeTasks(ControlContext &context, ActionRunner &actions);
+
+    /// The attributes of a task, and the pictures that a task of this type fetches, if it does.
+    static const ElementRule &rule();
+    static std::optional<PictureKind> pictureKind(const QString &type);
 
     /// The registered tasks begin a new period. Without a call the clock is a steady one.
     void setClock(const Clock &clock);
@@ -51,7 +57,6 @@ private:
     bool isDue(const QDomElement &element) const;
     Task *find(const QDomElement &element);
     void run(const QDomElement &element, VideoTask &video);
-    VideoTask::Parts videoParts() const { return {m_makeReceiver, m_context, m_actions}; }
 
     ControlContext &m_context;
     ActionRunner &m_actions;

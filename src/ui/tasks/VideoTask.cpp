@@ -2,7 +2,7 @@
 
 #include "controls/PictureNotice.h"
 #include "store/OrbSetup.h"
-#include "ui/binding/ActionRunner.h"
+#include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
 
 #include <QLabel>
@@ -60,22 +60,22 @@ void VideoTask::DeleteLater::operator()(PictureReceiver *receiver) const
     receiver->deleteLater();
 }
 
-void VideoTask::announce(const QDomElement &task, const Parts &parts)
+void VideoTask::announce(const QDomElement &task)
 {
-    findTargets(task, parts.actions);
-    say(parts.makeReceiver ? tr("No picture yet") : tr("No video in a preview"));
+    findTargets(task);
+    say(*m_makeReceiver ? tr("No picture yet") : tr("No video in a preview"));
 }
 
-void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &parts, quint32 now)
+void VideoTask::run(PictureKind kind, const QDomElement &task, quint32 now)
 {
-    const QList<QWidget *> added = findTargets(task, parts.actions);
-    if (!parts.makeReceiver)
+    const QList<QWidget *> added = findTargets(task);
+    if (!*m_makeReceiver)
         return;
     if (!m_receiver || !m_receiver->isActive() || m_status.isDead()) {
-        if (!resolveSource(parts.context, task))
+        if (!resolveSource(*m_context, task))
             return say(tr("No address of pictures"));
         m_camera.reset();
-        m_receiver.reset(parts.makeReceiver(kind, task).release());
+        m_receiver.reset((*m_makeReceiver)(kind, task).release());
         m_status.begin(now);
         for (QWidget *target : std::as_const(m_targets))
             connectTarget(*target);
@@ -85,7 +85,7 @@ void VideoTask::run(PictureKind kind, const QDomElement &task, const Parts &part
     }
     if (!m_receiver)
         return;
-    findCamera(task, parts.actions);
+    findCamera(task);
     look(now);
 }
 
@@ -107,14 +107,14 @@ void VideoTask::end()
     say(tr("Pictures have ended"));
 }
 
-QList<QWidget *> VideoTask::findTargets(const QDomElement &task, const ActionRunner &actions)
+QList<QWidget *> VideoTask::findTargets(const QDomElement &task)
 {
     const QSet<QWidget *> before(m_targets.begin(), m_targets.end());
     QSet<QWidget *> found; // one may have the tag twice
     QList<QWidget *> added;
     m_targets.clear();
-    for (QWidget *target :
-         actions.targets(task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
+    for (QWidget *target : m_context->description().widgets(
+             task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
         if (found.contains(target))
             continue;
         found.insert(target);
@@ -134,14 +134,14 @@ void VideoTask::connectTarget(QWidget &target)
         QObject::connect(m_receiver.get(), SIGNAL(pixmapReady(QPixmap)), &target, SLOT(setPixmap(QPixmap)));
 }
 
-void VideoTask::findCamera(const QDomElement &task, const ActionRunner &actions)
+void VideoTask::findCamera(const QDomElement &task)
 {
     const QDomElement ptz = task.firstChildElement(QStringLiteral("ptz"));
     if (ptz.isNull())
         return;
     if (!m_camera)
         m_camera = std::make_unique<CameraLink>(*m_receiver);
-    m_camera->add(actions.targets(ptz.text().trimmed()));
+    m_camera->add(m_context->description().widgets(ptz.text().trimmed()));
 }
 
 void VideoTask::say(const QString &text)

@@ -15,7 +15,6 @@
 namespace paravue
 {
 
-class ActionRunner;
 class ControlContext;
 
 /// The part of a video task that outlives one run: its receiver. The pictures go to the slot
@@ -26,17 +25,17 @@ class VideoTask
     Q_DECLARE_TR_FUNCTIONS(VideoTask)
 
 public:
-    struct Parts {
-        const ReceiverFactory &makeReceiver; ///< empty in a window that has no recorder
-        ControlContext &context;
-        const ActionRunner &actions;
-    };
+    /// Both must outlive the object. \a makeReceiver is empty in a window that has no recorder.
+    VideoTask(ControlContext &context, const ReceiverFactory &makeReceiver)
+        : m_context(&context), m_makeReceiver(&makeReceiver)
+    {
+    }
 
     /// What the controls say until the first run.
-    void announce(const QDomElement &task, const Parts &parts);
+    void announce(const QDomElement &task);
     /// Fetches pictures for \a task, unless they are on their way already. Controls that have come since the
     /// last run get pictures from now on too.
-    void run(PictureKind kind, const QDomElement &task, const Parts &parts, quint32 now);
+    void run(PictureKind kind, const QDomElement &task, quint32 now);
     /// Brings what the controls say up to date. \a now is the time of the tasks in milliseconds.
     void look(quint32 now);
     /// The task ends before its controls do.
@@ -51,11 +50,13 @@ private:
     };
 
     /// Returns those that have come since the last time.
-    QList<QWidget *> findTargets(const QDomElement &task, const ActionRunner &actions);
+    QList<QWidget *> findTargets(const QDomElement &task);
     void connectTarget(QWidget &target);
-    void findCamera(const QDomElement &task, const ActionRunner &actions);
+    void findCamera(const QDomElement &task);
     void say(const QString &text);
 
+    ControlContext *m_context;
+    const ReceiverFactory *m_makeReceiver;
     std::unique_ptr<PictureReceiver, DeleteLater> m_receiver;
     std::unique_ptr<CameraLink> m_camera; ///< of a task with a child "ptz"
     PictureStatus m_status;

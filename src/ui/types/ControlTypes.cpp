@@ -1,81 +1,79 @@
-#include "ui/binding/ControlType.h"
+#include "ui/types/ControlTypes.h"
 
-#include "ui/page/PageBuilder.h"
-#include "ui/types/BasicControls.h"
-#include "ui/types/CellGridControls.h"
-#include "ui/types/ChoiceControls.h"
-#include "ui/types/DeviceControls.h"
-#include "ui/types/GaugeControls.h"
-#include "ui/types/ListControls.h"
-#include "ui/types/PtzControls.h"
-#include "ui/types/ScheduleControl.h"
-#include "ui/types/ViewControls.h"
+#include "ui/binding/ControlAdapter.h"
 
 #include <QHash>
 
 #include <memory>
 #include <unordered_map>
 
+// The type of a control as a description names it, and its adapter. A new type is one line here, and one file
+// that defines the function make##ADAPTER(). A list of lines rather than objects that register themselves: no
+// linker leaves one of them out.
+#define PARAVUE_CONTROL_TYPES(TYPE)                                                                          \
+    TYPE("label", LabelAdapter)                                                                              \
+    TYPE("edit", EditAdapter)                                                                                \
+    TYPE("dropdown", DropDownAdapter)                                                                        \
+    TYPE("checkbox", CheckBoxAdapter)                                                                        \
+    TYPE("scroll", ScrollAdapter)                                                                            \
+    TYPE("separator", SeparatorAdapter)                                                                      \
+    TYPE("tabwidget", TabWidgetAdapter)                                                                      \
+    TYPE("datetime", DateTimeAdapter)                                                                        \
+    TYPE("pushbutton", PushButtonAdapter)                                                                    \
+    TYPE("list", ListAdapter)                                                                                \
+    TYPE("accesslist", AccessListAdapter)                                                                    \
+    TYPE("softlist", SoftListAdapter)                                                                        \
+    TYPE("orbpie", ProgressPieAdapter)                                                                       \
+    TYPE("progressbar", ProgressBarAdapter)                                                                  \
+    TYPE("setup", SetupAdapter)                                                                              \
+    TYPE("diskfitness", DiskFitnessAdapter)                                                                  \
+    TYPE("k9m_button", K9mButtonAdapter)                                                                     \
+    TYPE("online", OnlineAdapter)                                                                            \
+    TYPE("maskctrl", MaskAdapter)                                                                            \
+    TYPE("PTZAlarm", AlarmZoneAdapter)                                                                       \
+    TYPE("vornschedule", ScheduleAdapter)                                                                    \
+    TYPE("PTZvideoin", PtzVideoInputAdapter)                                                                 \
+    TYPE("PTZCalibrator", PtzCalibratorAdapter)                                                              \
+    TYPE("PTZcrossView", PtzCrossViewAdapter)
+
 namespace paravue
 {
+
+using AdapterPointer = std::unique_ptr<const ControlAdapter>;
+
+#define PARAVUE_DECLARE(name, adapter) AdapterPointer make##adapter();
+PARAVUE_CONTROL_TYPES(PARAVUE_DECLARE)
+#undef PARAVUE_DECLARE
+
 namespace
 {
 
-using Types = std::unordered_map<QString, std::unique_ptr<const GridItemType>>;
+using Adapters = std::unordered_map<QString, AdapterPointer>;
 
-template <typename Type>
-void add(Types &types, const char *name)
+const Adapters &adapters()
 {
-    types.emplace(QString::fromLatin1(name), std::make_unique<Type>());
-}
-
-Types makeTypes()
-{
-    Types types;
-    add<LabelControl>(types, "label");
-    add<EditControl>(types, "edit");
-    add<DropDownControl>(types, "dropdown");
-    add<CheckBoxControl>(types, "checkbox");
-    add<ScrollControl>(types, "scroll");
-    add<SeparatorControl>(types, "separator");
-    add<NestedGrid>(types, "gridlayout");
-    add<Spacer>(types, "spacer");
-    add<TabWidgetControl>(types, "tabwidget");
-    add<DateTimeControl>(types, "datetime");
-    add<PushButtonControl>(types, "pushbutton");
-    add<ListControl>(types, "list");
-    add<AccessListControl>(types, "accesslist");
-    add<SoftListControl>(types, "softlist");
-    add<ProgressPieControl>(types, "orbpie");
-    add<ProgressBarControl>(types, "progressbar");
-    add<SetupControl>(types, "setup");
-    add<DiskFitnessControl>(types, "diskfitness");
-    add<K9mButtonControl>(types, "k9m_button");
-    add<OnlineControl>(types, "online");
-    add<MaskControl>(types, "maskctrl");
-    add<AlarmZoneControl>(types, "PTZAlarm");
-    add<ScheduleControl>(types, "vornschedule");
-    add<PtzVideoInputControl>(types, "PTZvideoin");
-    add<PtzCalibratorControl>(types, "PTZCalibrator");
-    add<PtzCrossViewControl>(types, "PTZcrossView");
-    return types;
+    static const Adapters all = [] {
+        Adapters made;
+#define PARAVUE_MAKE(name, adapter) made.emplace(QStringLiteral(name), make##adapter());
+        PARAVUE_CONTROL_TYPES(PARAVUE_MAKE)
+#undef PARAVUE_MAKE
+        return made;
+    }();
+    return all;
 }
 
 } // namespace
 
-GridItemType::~GridItemType() = default;
-
-void ControlType::addTo(PageBuilder &builder, QGridLayout &grid, const GridCell &cell,
-                        const QDomElement &item) const
+const ControlAdapter *adapterOfType(const QString &type)
 {
-    builder.addControl(*this, grid, cell, item);
+    const auto found = adapters().find(type);
+    return found == adapters().end() ? nullptr : found->second.get();
 }
 
-const GridItemType *gridItemType(const QString &name)
+void forEachControlType(const std::function<void(const QString &name, const ControlAdapter &adapter)> &visit)
 {
-    static const Types types = makeTypes();
-    const auto found = types.find(name);
-    return found == types.end() ? nullptr : found->second.get();
+    for (const auto &[name, adapter] : adapters())
+        visit(name, *adapter);
 }
 
 } // namespace paravue

@@ -1,9 +1,10 @@
 #include "ui/window/DescribedFrame.h"
 
 #include "ui/base/SafeText.h"
-#include "ui/window/SetupSession.h"
+#include "ui/page/TabPages.h"
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
+#include "ui/window/WindowParts.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -31,8 +32,8 @@ QTabWidget::TabPosition tabPosition(const QString &word)
 
 } // namespace
 
-DescribedFrame::DescribedFrame(QDialog &window, const WindowFrame &frame, SetupSession &session)
-    : m_window(window), m_frame(frame), m_session(session), m_headerBase(frame.header()->label()->text()),
+DescribedFrame::DescribedFrame(QDialog &window, const WindowFrame &frame, WindowParts &parts)
+    : m_window(window), m_frame(frame), m_parts(parts), m_headerBase(frame.header()->label()->text()),
       m_okText(frame.okButton()->text()), m_cancelText(frame.cancelButton()->text()),
       m_retiredPages(new QWidget)
 {
@@ -53,15 +54,16 @@ void DescribedFrame::adoptWindow()
     m_window.setMinimumSize(0, 0);
     m_window.unsetLayoutDirection();
     m_window.setToolTip(QString());
-    const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
+    const QDomElement window =
+        m_parts.description.document().root().firstChildElement(QStringLiteral("window"));
     if (!window.isNull())
-        m_session.builder.adoptWindow(window, &m_window);
+        m_parts.builder.adoptWindow(window, &m_window);
 }
 
 void DescribedFrame::showTexts()
 {
-    const auto visible = [this](const QString &raw) { return m_session.context.text(raw); };
-    const QDomElement root = m_session.document.root();
+    const auto visible = [this](const QString &raw) { return m_parts.context.text(raw); };
+    const QDomElement root = m_parts.description.document().root();
     const QDomElement window = root.firstChildElement(QStringLiteral("window"));
     m_frame.header()->label()->setText(m_headerBase + visible(childText(window, QStringLiteral("title"))));
     showButtons();
@@ -70,14 +72,14 @@ void DescribedFrame::showTexts()
 
 void DescribedFrame::showButtons()
 {
-    const QDomElement root = m_session.document.root();
+    const QDomElement root = m_parts.description.document().root();
     const QDomElement ok = root.firstChildElement(QStringLiteral("buttonOK"));
     // Deliberate: Cancel has the tool tip that stands under buttonOK.
     const QString toolTip = childText(ok, QStringLiteral("tooltip"));
     const auto show = [&](QPushButton *button, const QDomElement &element, const QString &ownText) {
         const QDomElement text = element.firstChildElement(QStringLiteral("text"));
-        button->setText(text.isNull() ? ownText : m_session.context.text(text.text()));
-        button->setToolTip(element.isNull() ? QString() : safeRichText(m_session.context.text(toolTip)));
+        button->setText(text.isNull() ? ownText : m_parts.context.text(text.text()));
+        button->setToolTip(element.isNull() ? QString() : safeRichText(m_parts.context.text(toolTip)));
     };
     show(m_frame.okButton(), ok, m_okText);
     show(m_frame.cancelButton(), root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
@@ -90,18 +92,20 @@ void DescribedFrame::buildPages(int shownPage)
         QWidget *page = tabs->widget(0);
         tabs->removeTab(0);
         page->setParent(m_retiredPages.get());
-        m_session.retired.add(page);
+        m_parts.retired.add(page);
     }
-    const QDomElement element = m_session.document.root().firstChildElement(QStringLiteral("tabwidget"));
+    const QDomElement element =
+        m_parts.description.document().root().firstChildElement(QStringLiteral("tabwidget"));
     tabs->setTabPosition(tabPosition(childText(element, QStringLiteral("tabposition"))));
-    m_session.builder.buildTabs(element, tabs, PageBuilder::Scrolling);
+    m_parts.builder.buildTabs(element, tabs, PageBuilder::Scrolling);
     const int selection = childText(element, QStringLiteral("selection")).toInt();
     tabs->setCurrentIndex(shownPage >= 0 && shownPage < tabs->count() ? shownPage : selection);
 }
 
 void DescribedFrame::applySize()
 {
-    const QDomElement window = m_session.document.root().firstChildElement(QStringLiteral("window"));
+    const QDomElement window =
+        m_parts.description.document().root().firstChildElement(QStringLiteral("window"));
     const int width = childText(window, QStringLiteral("width")).toInt();
     const int height = childText(window, QStringLiteral("height")).toInt();
     if (width == 0 || height == 0)

@@ -10,7 +10,7 @@ class QWidget;
 namespace paravue
 {
 
-struct SetupSession;
+struct WindowParts;
 class WindowFrame;
 
 /// Gives the fixed widgets of the window what the description says of them: the pages, the captions of tabs
@@ -20,7 +20,7 @@ class DescribedFrame
 public:
     /// All must outlive the object. The present texts are those without a description; the title is put
     /// behind that of the header.
-    DescribedFrame(QDialog &window, const WindowFrame &frame, SetupSession &session);
+    DescribedFrame(QDialog &window, const WindowFrame &frame, WindowParts &parts);
     ~DescribedFrame();
 
     /// Builds the pages in place of those that are there. \a shownPage is the page to show; when there is
@@ -37,7 +37,7 @@ private:
 
     QDialog &m_window;
     const WindowFrame &m_frame;
-    SetupSession &m_session;
+    WindowParts &m_parts;
     QString m_headerBase;
     QString m_okText;
     QString m_cancelText;

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "ui/base/ElementRules.h"
+#include "ui/binding/ControlTable.h"
+#include "ui/description/Assignment.h"
+
+#include <QList>
+#include <QMetaObject>
+#include <QString>
+#include <QStringList>
+#include <Qt>
+
+#include <optional>
+#include <utility>
+
+class QTabWidget;
+
+namespace paravue
+{
+
+class ControlContext;
+
+/// The signal that tells of a change by the user, and the slot of the window that hears it, both as SIGNAL()
+/// and SLOT() give them.
+struct ChangeSignal {
+    const char *signal;
+    const char *slot;
+};
+
+/// What the children of a control with one tag hold.
+struct KeyRule {
+    enum Form {
+        Value,      ///< the address of a value: file/section/key
+        Assignment, ///< an address with the value that is written to it: file/section/key/value
+        Group,      ///< what the addresses of several values begin with: file/section
+        Rows,       ///< the same, or file/section/key: the number of a row is put behind it
+    };
+
+    Form form = Value;
+    QString tag = QStringLiteral("key");
+    /// Of a group: what stands behind it for the number of its rows.
+    QString count = {};
+    /// Of rows: the child with the address of their number, and the child that each of these columns has a
+    /// caption in.
+    QString countTag = {};
+    QString captionTag = {};
+    /// Of rows: how many keys there are when each row has its own; 0 when the first one is for all rows.
+    int keyPerRow = 0;
+};
+
+/// The attributes "minvalue" and "maxvalue" of a control.
+struct RangeRule {
+    int usualMost = 0; ///< without a "maxvalue"
+
+    std::pair<int, int> rangeOf(const QDomElement &element) const;
+};
+
+/// What a description can say of a control of one type beyond what it can say of all of them, and what the
+/// control tells the window.
+struct ControlTraits {
+    QList<ChangeSignal> changes = {};
+    QList<AttributeRule> attributes = {};
+    QList<ElementRule> children = {}; ///< only those with attributes
+    QList<KeyRule> keys = {KeyRule()};
+    std::optional<RangeRule> range = {};
+    /// All states that its actions may ask for, as actionState() tells them.
+    QStringList actionStates = {};
+    /// A change also runs the call actions that ask for no state.
+    bool runsCalls = false;
+    /// The attributes "width" and "height" are those of a part of the widget, which sees to it that there is
+    /// room for it. Otherwise they are the least size of the widget.
+    bool sizesItself = false;
+    /// It has pages of its own: tabs().
+    bool hasPages = false;
+};
+
+/// Carries data between the description, the store and a widget of one type: how the widget is made, how it
+/// shows its configuration values, and what a change by the user means. An adapter keeps no state: all of it
+/// lives in the widget and in the description.
+class ControlAdapter
+{
+public:
+    explicit ControlAdapter(const ControlTraits &traits) : m_traits(traits) {}
+    virtual ~ControlAdapter();
+
+    const ControlTraits &traits() const { return m_traits; }
+
+    /// Makes the widget. Its values come later, with load().
+    virtual QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const = 0;
+    /// The class of the widget that create() makes: its public slots are what call actions reach.
+    virtual const QMetaObject &widgetClass() const = 0;
+    /// The directions in which the widget takes all the room of its cell, whatever the cell's alignment.
+    virtual Qt::Orientations fills(const QDomElement &) const { return {}; }
+    /// The widget that the pages of the control are built into; null without pages.
+    virtual QTabWidget *tabs(const Control &) const { return nullptr; }
+
+    /// Shows the present values of the store. Writes nothing and emits no change; leaves the widget alone
+    /// when it shows them already. Returns true when the widget has changed.
+    virtual bool load(ControlContext &, const Control &) const { return false; }
+    /// What a change writes, in this order.
+    virtual QList<Assignment> assignments(ControlContext &, const Control &) const { return {}; }
+    /// True when the shown value was typed in, as opposed to chosen from what the description offers.
+    virtual bool isTyped(const Control &) const { return false; }
+    /// The state that the actions of the control may ask for ("on", "empty", ...); empty without states.
+    virtual QString actionState(const Control &) const { return {}; }
+
+private:
+    const ControlTraits m_traits;
+};
+
+/// An adapter for widgets of the class \a Widget.
+template <class Widget>
+class TypedAdapter : public ControlAdapter
+{
+public:
+    using ControlAdapter::ControlAdapter;
+
+    const QMetaObject &widgetClass() const override { return Widget::staticMetaObject; }
+
+protected:
+    static Widget &widget(const Control &control) { return static_cast<Widget &>(*control.widget); }
+};
+
+/// Finds the adapter of a type; null when there is none of this name.
+using AdapterLookup = const ControlAdapter *(*)(const QString &type);
+
+} // namespace paravue

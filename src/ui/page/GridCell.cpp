@@ -1,0 +1,89 @@
+#include "ui/page/GridCell.h"
+
+#include "ui/base/Alignment.h"
+#include "ui/base/UiLimits.h"
+#include "ui/description/InterfaceDocument.h"
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int ToTheEdge = -1;
+
+const QString columnAttribute = QStringLiteral("column");
+const QString rowAttribute = QStringLiteral("row");
+
+int spanOf(const QDomElement &item, const QString &name)
+{
+    const int span = intAttribute(item, name);
+    return span == 0 ? 1 : std::max(span, ToTheEdge);
+}
+
+bool isWithinGrid(int index, int span)
+{
+    return index >= 0 && index < limits::GridIndex && span <= limits::GridIndex - index;
+}
+
+} // namespace
+
+GridCell GridCell::of(const QDomElement &item)
+{
+    return {intAttribute(item, rowAttribute), intAttribute(item, columnAttribute),
+            spanOf(item, QStringLiteral("rowSpan")), spanOf(item, QStringLiteral("columnSpan")),
+            horizontalAlignment(item.attribute(QStringLiteral("alignment"))) |
+                verticalAlignment(item.attribute(QStringLiteral("valign")))};
+}
+
+bool GridCell::isWithinLimits() const
+{
+    return isWithinGrid(row, rowSpan) && isWithinGrid(column, columnSpan);
+}
+
+GridLine GridLine::of(const QDomElement &stretch)
+{
+    if (stretch.hasAttribute(columnAttribute))
+        return {Column, intAttribute(stretch, columnAttribute)};
+    if (stretch.hasAttribute(rowAttribute))
+        return {Row, intAttribute(stretch, rowAttribute)};
+    return {};
+}
+
+bool GridLine::isWithinLimits() const
+{
+    return isWithinGrid(index, 1);
+}
+
+LayoutItem layoutItem(const QString &type)
+{
+    if (type == QLatin1String("gridlayout"))
+        return LayoutItem::Grid;
+    return type == QLatin1String("spacer") ? LayoutItem::Spacer : LayoutItem::None;
+}
+
+const QList<ElementRule> &pageRules()
+{
+    using Rule = AttributeRule;
+    static const QList<ElementRule> rules{
+        {"item",
+         {{rowAttribute},
+          {columnAttribute},
+          {"rowSpan"},
+          {"columnSpan"},
+          {"width"},
+          {"height"},
+          {"alignment", Rule::Word, {"left", "center", "right"}},
+          {"valign", Rule::Word, {"top", "center", "bottom"}},
+          {"orientation", Rule::Word, {"horizontal", "vertical"}},
+          {"enabled", Rule::Word, {"yes", "no"}},
+          {"visible", Rule::Word, {"yes", "no"}},
+          {"textside", Rule::Word, {"left", "right"}}}},
+        {"stretch", {{rowAttribute}, {columnAttribute}}},
+        {"window", {{"width"}, {"height"}}},
+    };
+    return rules;
+}
+
+} // namespace paravue

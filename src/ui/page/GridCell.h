@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ui/base/ElementRules.h"
+
+#include <QDomElement>
+#include <QList>
+#include <Qt>
+
+namespace paravue
+{
+
+/// Where a grid puts an item.
+struct GridCell {
+    int row = 0;
+    int column = 0;
+    int rowSpan = 1; ///< -1: up to the last row, and so for columns
+    int columnSpan = 1;
+    Qt::Alignment alignment;
+
+    static GridCell of(const QDomElement &item);
+    /// False when the grid would have more rows or columns than a description may ask for.
+    bool isWithinLimits() const;
+};
+
+/// The row or column that a "stretch" is about.
+struct GridLine {
+    enum Kind { None, Row, Column };
+
+    Kind kind = None;
+    int index = 0;
+
+    static GridLine of(const QDomElement &stretch);
+    bool isWithinLimits() const;
+};
+
+/// What a grid may hold besides controls.
+enum class LayoutItem { None, Grid, Spacer };
+
+/// What the attribute "type" of an item says.
+LayoutItem layoutItem(const QString &type);
+
+/// The attributes of pages, grids and windows: "item" has those of all its types, but not what only one type
+/// of control has.
+const QList<ElementRule> &pageRules();
+
+} // namespace paravue

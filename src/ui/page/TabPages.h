@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QDomElement;
+class QTabWidget;
+
+namespace paravue
+{
+
+/// Gives the pages that were built from the "tab" children of \a container their captions; \a visible turns a
+/// caption into what the user sees. Returns true when one has changed.
+bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
+                     const std::function<QString(const QString &)> &visible);
+
+} // namespace paravue

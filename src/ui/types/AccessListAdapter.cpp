@@ -1,0 +1,108 @@
+#include "controls/AccessList.h"
+#include "store/OrbSetup.h"
+#include "ui/base/WindowText.h"
+#include "ui/binding/ControlAdapter.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/types/ListRows.h"
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+RowKeys userKeys(const Control &control)
+{
+    return {firstAddress(control.element), QStringLiteral("/CNT"), QStringLiteral("/NAME")};
+}
+
+QMap<int, QString> levelCaptions(ControlContext &context, const Control &control)
+{
+    const QString tag = QStringLiteral("accesslevel");
+    const QString number = QStringLiteral("level");
+    QMap<int, QString> captions;
+    int place = 0;
+    for (QDomElement level = control.element.firstChildElement(tag); !level.isNull();
+         level = level.nextSiblingElement(tag), ++place)
+        captions.insert(level.hasAttribute(number) ? intAttribute(level, number) : place,
+                        context.text(control, level.text()));
+    return captions;
+}
+
+/// A list of the users; controls/AccessList.h describes the keys below the address in its "key". Its
+/// "accesslevel" children are captions: of the level in their attribute "level", or of the level that is
+/// their place, counted from 0.
+class AccessListAdapter : public TypedAdapter<AccessList>
+{
+public:
+    AccessListAdapter()
+        : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+                        .attributes = {{"clearpassword", AttributeRule::Word, {"true", "false"}}},
+                        .children = {{"column", {{"width"}}}, {"accesslevel", {{"level"}}}},
+                        .keys = {{.form = KeyRule::Group, .count = "/CNT"}},
+                        .actionStates = rowStates()})
+    {
+    }
+
+    QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
+    {
+        auto *list = new AccessList(parent);
+        addColumns(*list, context, control, {WindowText::tr("User"), WindowText::tr("Level")});
+        return list;
+    }
+
+    Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        AccessList &list = widget(control);
+        const bool newHeaders = list.setHeaders(columnHeaders(context, control));
+        list.setLevelCaptions(levelCaptions(context, control));
+        const QList<AccessUser> users = storedRows<AccessUser>(
+            list, context, control, userKeys(control), 3, [](const auto &value, const QString &i) {
+                return AccessUser{value("/NAME" + i), value("/PASSWD" + i), value("/LEVEL" + i)};
+            });
+        return list.setUsers(users) || newHeaders;
+    }
+
+    /// The whole list. The keys of users that are no longer there are emptied: nothing of them stays.
+    QList<Assignment> assignments(ControlContext &context, const Control &control) const override
+    {
+        const AccessList &list = widget(control);
+        if (list.lastChange() != RowListView::Edited || !list.isComplete())
+            return {};
+        OrbSetup &store = context.store();
+        const RowKeys keys = userKeys(control);
+        const QString &prefix = keys.prefix;
+        const int oldCount = store.value(prefix + keys.count).toInt();
+        int number = keys.first(store);
+        const int oldEnd = number + oldCount;
+        QList<Assignment> result{{prefix + keys.count, QString::number(list.users().size())}};
+        for (const AccessUser &user : list.users()) {
+            const QString i = QString::number(number++);
+            result << Assignment{prefix + "/NAME" + i, user.name}
+                   << Assignment{prefix + "/PASSWD" + i, user.password}
+                   << Assignment{prefix + "/LEVEL" + i, user.level};
+        }
+        for (; number < oldEnd; ++number) {
+            for (const char *key : {"/NAME", "/PASSWD", "/LEVEL"}) {
+                const QString address = prefix + key + QString::number(number);
+                if (!store.value(address).isEmpty())
+                    result.append({address, QString()});
+            }
+        }
+        return result;
+    }
+
+    QString actionState(const Control &control) const override { return rowState(widget(control)); }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeAccessListAdapter()
+{
+    return std::make_unique<AccessListAdapter>();
+}
+
+} // namespace paravue

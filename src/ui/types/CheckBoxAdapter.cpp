@@ -1,0 +1,73 @@
+#include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/types/AdapterTexts.h"
+
+#include <QCheckBox>
+#include <QSignalBlocker>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+class CheckBoxAdapter : public TypedAdapter<QCheckBox>
+{
+public:
+    CheckBoxAdapter()
+        : TypedAdapter({.changes = {{SIGNAL(stateChanged(int)), SLOT(onCtrlChanged(int))}},
+                        .attributes = {{"default", AttributeRule::Word, {"on", "off"}}},
+                        .actionStates = {"on", "off"},
+                        .runsCalls = true})
+    {
+    }
+
+    QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
+    {
+        return new QCheckBox(caption(context, control), parent);
+    }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        QCheckBox &box = widget(control);
+        bool changed = false;
+        if (const QString text = caption(context, control); box.text() != text) {
+            box.setText(text);
+            changed = true;
+        }
+        const QString key = firstAddress(control.element);
+        // Without a key the box begins like one whose value is missing, and then is the user's.
+        if (key.isEmpty() && control.loaded)
+            return changed;
+        const QString value = key.isEmpty() ? QString() : context.value(control, key);
+        const bool offByDefault =
+            control.element.attribute(QStringLiteral("default")) == QLatin1String("off");
+        const bool checked = offByDefault ? value == QLatin1String("on") : value != QLatin1String("off");
+        if (box.isChecked() == checked)
+            return changed;
+        const QSignalBlocker silent(box);
+        box.setChecked(checked);
+        return true;
+    }
+
+    QList<Assignment> assignments(ControlContext &, const Control &control) const override
+    {
+        return assignmentsToKeys(control, actionState(control));
+    }
+
+    QString actionState(const Control &control) const override
+    {
+        return widget(control).isChecked() ? QStringLiteral("on") : QStringLiteral("off");
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeCheckBoxAdapter()
+{
+    return std::make_unique<CheckBoxAdapter>();
+}
+
+} // namespace paravue

@@ -1,0 +1,70 @@
+#include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/types/AdapterTexts.h"
+
+#include <QDateTimeEdit>
+#include <QSignalBlocker>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+// Both read and write a 24-hour clock, as neither has a marker for the half of the day.
+const QString storedFormat = QStringLiteral("yyyyMMddHHmmss");
+const QString writtenFormat = QStringLiteral("yyyyMMddhhmmss");
+
+class DateTimeAdapter : public TypedAdapter<QDateTimeEdit>
+{
+public:
+    DateTimeAdapter()
+        : TypedAdapter({.changes = {{SIGNAL(dateTimeChanged(QDateTime)), SLOT(onCtrlChanged(QDateTime))}},
+                        .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}}}})
+    {
+    }
+
+    QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
+    {
+        const QDomElement &element = control.element;
+        auto *edit = new QDateTimeEdit(parent);
+        // The recorder's clock is not this computer's: an hour that the local time zone skips exists there.
+        edit->setTimeSpec(Qt::UTC);
+        edit->setCalendarPopup(element.attribute(QStringLiteral("calendarPopup")) == QLatin1String("on"));
+        if (const QString format = element.attribute(QStringLiteral("format")); !format.isEmpty())
+            edit->setDisplayFormat(format);
+        return edit;
+    }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        QDateTimeEdit &edit = widget(control);
+        const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
+        if (key.isNull())
+            return false;
+        const QString text = context.value(control, addressText(key));
+        const QDateTime stored = QDateTime::fromString(text, storedFormat);
+        const QDateTime time(stored.date(), stored.time(), Qt::UTC);
+        if (!time.isValid() || time == edit.dateTime())
+            return false;
+        const QSignalBlocker silent(edit);
+        edit.setDateTime(time);
+        return true;
+    }
+
+    QList<Assignment> assignments(ControlContext &, const Control &control) const override
+    {
+        return assignmentToFirstKey(control, widget(control).dateTime().toString(writtenFormat));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeDateTimeAdapter()
+{
+    return std::make_unique<DateTimeAdapter>();
+}
+
+} // namespace paravue

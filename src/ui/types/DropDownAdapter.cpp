@@ -1,0 +1,119 @@
+#include "store/OrbSetup.h"
+#include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
+
+#include <QComboBox>
+#include <QSignalBlocker>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+/// A choice of a drop-down list: its caption, and the address with its value that choosing it writes.
+struct Choice {
+    QString caption;
+    QString assignment;
+};
+
+/// The n-th text goes with the key inside it or, without one, with the n-th key beside the texts.
+QList<Choice> choices(const QDomElement &element)
+{
+    const QStringList keys = childAddresses(element);
+    QList<Choice> result;
+    for (QDomElement text = element.firstChildElement(QStringLiteral("text")); !text.isNull();
+         text = text.nextSiblingElement(QStringLiteral("text"))) {
+        const QDomElement inner = text.firstChildElement(QStringLiteral("key"));
+        const QString key = inner.isNull() ? keys.value(result.size()) : addressText(inner);
+        result.append({ownText(text), key});
+    }
+    return result;
+}
+
+QList<Assignment> keySet(const QDomElement &element, int index)
+{
+    QDomElement set = element.firstChildElement(QStringLiteral("keyset"));
+    for (; index > 0 && !set.isNull(); --index)
+        set = set.nextSiblingElement(QStringLiteral("keyset"));
+    QList<Assignment> result;
+    for (const QString &assignment : set.text().split(u',')) {
+        if (const QString trimmed = assignment.trimmed(); !trimmed.isEmpty())
+            result.append(Assignment::fromText(trimmed));
+    }
+    return result;
+}
+
+bool showCaption(QComboBox &box, int index, const QString &caption)
+{
+    if (box.itemText(index) == caption)
+        return false;
+    box.setItemText(index, caption);
+    return true;
+}
+
+class DropDownAdapter : public TypedAdapter<QComboBox>
+{
+public:
+    DropDownAdapter()
+        : TypedAdapter({.changes = {{SIGNAL(activated(int)), SLOT(onCtrlChanged(int))}},
+                        .keys = {{KeyRule::Assignment}},
+                        .runsCalls = true})
+    {
+    }
+
+    QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
+    {
+        auto *box = new QComboBox(parent);
+        for (const Choice &choice : choices(control.element))
+            box->addItem(context.text(control, choice.caption), choice.assignment);
+        return box;
+    }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        QComboBox &box = widget(control);
+        const QSignalBlocker silent(box);
+        // The captions are those of a moment ago when the first values come.
+        const QList<Choice> entries = control.loaded ? choices(control.element) : QList<Choice>();
+        int current = box.currentIndex();
+        bool changed = false;
+        for (int i = 0; i < box.count(); ++i) {
+            changed |= control.loaded && showCaption(box, i, context.text(control, entries.value(i).caption));
+            const QString assignment = box.itemData(i).toString();
+            if (assignment.isEmpty())
+                continue;
+            // Deliberate: of several entries that fit, the last one is shown.
+            if (context.value(control, OrbSetup::path(assignment)) == OrbSetup::defValue(assignment))
+                current = i;
+        }
+        if (current == box.currentIndex())
+            return changed;
+        box.setCurrentIndex(current);
+        return true;
+    }
+
+    QList<Assignment> assignments(ControlContext &, const Control &control) const override
+    {
+        const QComboBox &box = widget(control);
+        QList<Assignment> result;
+        if (const QString assignment = box.currentData().toString(); !assignment.isEmpty())
+            result.append(Assignment::fromText(assignment));
+        // A choice of the user is made in an active window; a choice made by other means sets its own value
+        // only.
+        if (box.isActiveWindow())
+            result.append(keySet(control.element, box.currentIndex()));
+        return result;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeDropDownAdapter()
+{
+    return std::make_unique<DropDownAdapter>();
+}
+
+} // namespace paravue

@@ -1,0 +1,78 @@
+#include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/types/AdapterTexts.h"
+#include "ui/types/PatternValidator.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+const QString emptyState = QStringLiteral("empty");
+const QString filledState = QStringLiteral("filled");
+
+class EditAdapter : public TypedAdapter<QLineEdit>
+{
+public:
+    EditAdapter()
+        : TypedAdapter({.changes = {{SIGNAL(textChanged(QString)), SLOT(onCtrlChanged(QString))}},
+                        .attributes = {{"validator", AttributeRule::Pattern},
+                                       {"password", AttributeRule::Word, {"on", "off"}}},
+                        .actionStates = {emptyState, filledState}})
+    {
+    }
+
+    QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
+    {
+        auto *edit = new QLineEdit(parent);
+        const QDomElement &element = control.element;
+        if (element.hasAttribute(QStringLiteral("validator")))
+            edit->setValidator(new PatternValidator(element.attribute(QStringLiteral("validator")), edit));
+        if (element.hasAttribute(QStringLiteral("inputMask")))
+            edit->setInputMask(element.attribute(QStringLiteral("inputMask")));
+        if (element.attribute(QStringLiteral("password")) == QLatin1String("on"))
+            edit->setEchoMode(QLineEdit::Password);
+        return edit;
+    }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        QLineEdit &edit = widget(control);
+        const QStringList keys = childAddresses(control.element);
+        if (keys.isEmpty())
+            return false;
+        const QString before = edit.text();
+        if (const QString value = context.value(control, keys.first()); before != value) {
+            const QSignalBlocker silent(edit);
+            edit.setText(value);
+        }
+        return edit.text() != before;
+    }
+
+    QList<Assignment> assignments(ControlContext &, const Control &control) const override
+    {
+        return assignmentsToKeys(control, widget(control).text());
+    }
+
+    bool isTyped(const Control &control) const override { return widget(control).isModified(); }
+
+    QString actionState(const Control &control) const override
+    {
+        return widget(control).text().isEmpty() ? emptyState : filledState;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeEditAdapter()
+{
+    return std::make_unique<EditAdapter>();
+}
+
+} // namespace paravue

@@ -1,0 +1,34 @@
+#include "controls/OnlineView.h"
+#include "ui/binding/ControlAdapter.h"
+#include "ui/types/DescribedSize.h"
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+/// A label of a fixed size for a live picture, which a time task gives it as its pixmap; the picture is
+/// scaled to the label. Until then it says why it is empty. Reads and writes no address.
+class OnlineAdapter : public TypedAdapter<OnlineView>
+{
+public:
+    OnlineAdapter() : TypedAdapter(ControlTraits{}) {}
+
+    QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
+    {
+        auto *picture = new OnlineView(parent);
+        picture->setFixedSize(describedSize(control.element, QSize(320, 240)));
+        return picture;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeOnlineAdapter()
+{
+    return std::make_unique<OnlineAdapter>();
+}
+
+} // namespace paravue

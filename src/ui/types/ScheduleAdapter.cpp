@@ -1,0 +1,92 @@
+#include "controls/WeekPlan.h"
+#include "controls/WeekSchedule.h"
+#include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/description/NumberedAddresses.h"
+#include "ui/types/AdapterTexts.h"
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+ScheduleKinds kinds(ControlContext &context, const Control &control)
+{
+    const QString tag = QStringLiteral("kind");
+    ScheduleKinds kinds;
+    int seen = 0;
+    for (QDomElement kind = control.element.firstChildElement(tag);
+         !kind.isNull() && seen < MostScheduleKinds; kind = kind.nextSiblingElement(tag), ++seen) {
+        const std::u32string value = kind.attribute(QStringLiteral("value")).toStdU32String();
+        if (value.size() == 1)
+            kinds.append({value.front(), context.text(control, kind.text())});
+    }
+    return kinds;
+}
+
+/// The addresses of the days, with the default values that the keys may carry; empty without a key.
+QStringList dayAddresses(const Control &control)
+{
+    const QStringList keys = childAddresses(control.element);
+    if (keys.isEmpty() || keys.size() >= WeekPlan::Days)
+        return keys.mid(0, WeekPlan::Days);
+    return numberedAddresses(control.element.firstChildElement(QStringLiteral("key")), QStringLiteral("DAY"),
+                             0, WeekPlan::Days);
+}
+
+/// A week by 24 hours (see WeekSchedule). The captions of the hours are the "column" children with their
+/// "width", those of the days, from Monday, the "text" children, and what can be planned the "kind" children
+/// with the character that stands for each in their "value".
+///
+/// The plan of each day is a text with one character per hour. With one "key" it stands at that address with
+/// 0 (Monday) to 6 behind it, or, when it ends with its section, at DAY0 to DAY6 of that section; seven keys
+/// are the addresses of the days themselves. Only days that the user has changed are written, and of these
+/// only the hours.
+class ScheduleAdapter : public TypedAdapter<WeekSchedule>
+{
+public:
+    ScheduleAdapter()
+        : TypedAdapter(
+              {.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+               .children = {{"column", {{"width"}}}, {"kind", {{"value", AttributeRule::Character}}}},
+               .keys = {{.form = KeyRule::Rows, .keyPerRow = WeekPlan::Days}}})
+    {
+    }
+
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override
+    {
+        return new WeekSchedule(parent);
+    }
+
+    Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal; }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        WeekSchedule &schedule = widget(control);
+        const bool newCaptions =
+            schedule.setCaptions(captions(context, control, QStringLiteral("text"), WeekPlan::Days),
+                                 captions(context, control, QStringLiteral("column"), WeekPlan::Hours),
+                                 columnWidths(control, WeekPlan::Hours));
+        const bool newKinds = schedule.setKinds(kinds(context, control));
+        const QStringList days = valuesAt(context, control, dayAddresses(control));
+        const bool newDays = !days.isEmpty() && schedule.setDays(days);
+        return newCaptions || newKinds || newDays;
+    }
+
+    QList<Assignment> assignments(ControlContext &context, const Control &control) const override
+    {
+        return changedValues(context, dayAddresses(control), widget(control).days());
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeScheduleAdapter()
+{
+    return std::make_unique<ScheduleAdapter>();
+}
+
+} // namespace paravue

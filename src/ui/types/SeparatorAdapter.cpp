@@ -1,0 +1,39 @@
+#include "ui/base/Alignment.h"
+#include "ui/binding/ControlAdapter.h"
+
+#include <QFrame>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+class SeparatorAdapter : public TypedAdapter<QFrame>
+{
+public:
+    SeparatorAdapter() : TypedAdapter(ControlTraits{}) {}
+
+    QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
+    {
+        auto *line = new QFrame(parent);
+        line->setFrameShape(fills(control.element) == Qt::Horizontal ? QFrame::HLine : QFrame::VLine);
+        line->setFrameShadow(QFrame::Sunken);
+        return line;
+    }
+
+    Qt::Orientations fills(const QDomElement &item) const override
+    {
+        return orientation(item.attribute(QStringLiteral("orientation")));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeSeparatorAdapter()
+{
+    return std::make_unique<SeparatorAdapter>();
+}
+
+} // namespace paravue

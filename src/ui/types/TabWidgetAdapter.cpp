@@ -1,0 +1,47 @@
+#include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/page/TabPages.h"
+
+#include <QTabWidget>
+
+#include <memory>
+
+namespace paravue
+{
+namespace
+{
+
+class TabWidgetAdapter : public TypedAdapter<QTabWidget>
+{
+public:
+    TabWidgetAdapter() : TypedAdapter({.hasPages = true}) {}
+
+    QWidget *create(ControlContext &, const Control &, QWidget *parent) const override
+    {
+        return new QTabWidget(parent);
+    }
+
+    Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }
+    QTabWidget *tabs(const Control &control) const override { return &widget(control); }
+
+    bool load(ControlContext &context, const Control &control) const override
+    {
+        QTabWidget &tabs = widget(control);
+        const bool changed = showTabCaptions(control.element, tabs,
+                                             [&](const QString &raw) { return context.text(control, raw); });
+        // The page that the user has opened meanwhile is not taken away by a reload.
+        const QDomElement selection = control.element.firstChildElement(QStringLiteral("selection"));
+        if (!control.loaded && !selection.isNull())
+            tabs.setCurrentIndex(selection.text().toInt());
+        return changed;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const ControlAdapter> makeTabWidgetAdapter()
+{
+    return std::make_unique<TabWidgetAdapter>();
+}
+
+} // namespace paravue

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/base/RetiredWidgets.h"
+#include "ui/binding/ActionRunner.h"
+#include "ui/binding/Bindings.h"
+#include "ui/binding/BuiltDescription.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/binding/LocalPaths.h"
+#include "ui/commands/DescribedDialogs.h"
+#include "ui/commands/FileCommands.h"
+#include "ui/commands/PackageListEditor.h"
+#include "ui/commands/UserListEditor.h"
+#include "ui/commands/WindowServices.h"
+#include "ui/page/PageBuilder.h"
+#include "ui/tasks/TimeTasks.h"
+
+#include <utility>
+
+namespace paravue
+{
+
+/// The parts that turn a description into a window that works, each made of those above it.
+struct WindowParts {
+    /// \a adapterOf knows the types of controls.
+    WindowParts(OrbSetup &store, QWidget &window, AdapterLookup adapterOf, WindowServices windowServices)
+        : services(std::move(windowServices)), description(store),
+          context(store, description, services.report), paths(context, services.askAboutPath),
+          actions(context), bindings(context, actions, paths), builder(context, window, adapterOf),
+          tasks(context, actions), dialogs(window, context, builder, bindings, actions, tasks, retired),
+          users(context, bindings, dialogs, services.showDialog),
+          packages(context, bindings, services.showDialog), files(window, context, bindings, paths, services)
+    {
+        actions.setPermit([this](const QWidget &target, const QString &slot, const QString &param) {
+            return paths.permitsCall(target, slot, param);
+        });
+    }
+
+    const WindowServices services;
+    BuiltDescription description;
+    ControlContext context;
+    LocalPaths paths;
+    ActionRunner actions;
+    Bindings bindings;
+    PageBuilder builder;
+    TimeTasks tasks;
+    RetiredWidgets retired;
+    DescribedDialogs dialogs;
+    UserListEditor users;
+    PackageListEditor packages;
+    FileCommands files;
+};
+
+} // namespace paravue
