@@ -32,7 +32,7 @@ public:
 
 } // namespace
 
-class FunctionsTest : public QObject
+class TestFunctions : public QObject
 {
     Q_OBJECT
 
@@ -50,7 +50,7 @@ private Q_SLOTS:
     void forgetsACommandWhoseLoginWasRefused();
 };
 
-void FunctionsTest::sendsItsRequest_data()
+void TestFunctions::sendsItsRequest_data()
 {
     const TestTable<QByteArray> row("wire");
     row("clear_email_usb", "DO CLEAR EMAILS\r\nLENGTH=11\r\nDISC='USB'\n");
@@ -69,7 +69,7 @@ void FunctionsTest::sendsItsRequest_data()
     row("send_test_email", "SEND TEST EMAIL\r\n");
 }
 
-void FunctionsTest::sendsItsRequest()
+void TestFunctions::sendsItsRequest()
 {
     QFETCH(QByteArray, wire);
     const QString name = QTest::currentDataTag();
@@ -87,7 +87,7 @@ void FunctionsTest::sendsItsRequest()
         QCOMPARE(store.content("tmp"), "A=1\n");
 }
 
-void FunctionsTest::setsTheClockToTheTimeOfItsZone()
+void TestFunctions::setsTheClockToTheTimeOfItsZone()
 {
     const auto local = [] { return QDateTime::currentDateTimeUtc().addSecs(5 * 60 * 60); };
     FakeRecorder recorder;
@@ -103,7 +103,7 @@ void FunctionsTest::setsTheClockToTheTimeOfItsZone()
     QVERIFY(sent.secsTo(earliest) <= 1 && sent <= local());
 }
 
-void FunctionsTest::installsThePackageAtTheGivenAddress()
+void TestFunctions::installsThePackageAtTheGivenAddress()
 {
     QTemporaryFile package;
     QVERIFY(package.open());
@@ -121,7 +121,7 @@ void FunctionsTest::installsThePackageAtTheGivenAddress()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void FunctionsTest::reportsAPackageThatCannotBeRead()
+void TestFunctions::reportsAPackageThatCannotBeRead()
 {
     FakeRecorder recorder;
     LoadedStore store(recorder);
@@ -134,7 +134,7 @@ void FunctionsTest::reportsAPackageThatCannotBeRead()
     }
 }
 
-void FunctionsTest::answersOtherNamesWithProgress()
+void TestFunctions::answersOtherNamesWithProgress()
 {
     FakeRecorder recorder;
     LoadedStore store(recorder);
@@ -147,7 +147,7 @@ void FunctionsTest::answersOtherNamesWithProgress()
     QCOMPARE(store.errors, QStringList());
 }
 
-void FunctionsTest::savesSettings()
+void TestFunctions::savesSettings()
 {
     FakeRecorder recorder;
     recorder.login().reply("PUT A\r\nLENGTH=4\r\nB=1\n").expectClosed();
@@ -159,7 +159,7 @@ void FunctionsTest::savesSettings()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void FunctionsTest::adjustsOnceAfterTheLastCall()
+void TestFunctions::adjustsOnceAfterTheLastCall()
 {
     FakeRecorder recorder;
     recorder.login().reply(Adjustment).expectClosed();
@@ -175,7 +175,7 @@ void FunctionsTest::adjustsOnceAfterTheLastCall()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void FunctionsTest::adjustsWhenTheLinkIsIdle()
+void TestFunctions::adjustsWhenTheLinkIsIdle()
 {
     FakeRecorder recorder;
     recorder.login().reply(Adjustment).expectClosed();
@@ -191,7 +191,7 @@ void FunctionsTest::adjustsWhenTheLinkIsIdle()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void FunctionsTest::disturbsARunningExchange()
+void TestFunctions::disturbsARunningExchange()
 {
     FakeRecorder recorder;
     recorder.login().reply("GET SETUP\r\n", "<a><di><difile/><difile name='a' get_command='GET A'/>"
@@ -211,7 +211,7 @@ void FunctionsTest::disturbsARunningExchange()
     QCOMPARE(store.loads, 0);
 }
 
-void FunctionsTest::forgetsACommandWhoseLoginWasRefused()
+void TestFunctions::forgetsACommandWhoseLoginWasRefused()
 {
     FakeRecorder recorder;
     recorder.expect(Login).send("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n").expectClosed();
@@ -224,5 +224,5 @@ void FunctionsTest::forgetsACommandWhoseLoginWasRefused()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-QTEST_GUILESS_MAIN(FunctionsTest)
+QTEST_GUILESS_MAIN(TestFunctions)
 #include "tst_functions.moc"

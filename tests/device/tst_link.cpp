@@ -47,7 +47,7 @@ Answers *answersFor(OrbNetSetup &store)
 
 } // namespace
 
-class LinkTest : public QObject
+class TestLink : public QObject
 {
     Q_OBJECT
 
@@ -73,7 +73,7 @@ private Q_SLOTS:
     void asksForAnotherLogin();
 };
 
-void LinkTest::logsInWithTheAddress_data()
+void TestLink::logsInWithTheAddress_data()
 {
     const TestTable<QString, QString> row("login", "password");
     row("plain", "guest", "secret");
@@ -84,7 +84,7 @@ void LinkTest::logsInWithTheAddress_data()
     row("empty", "", "");
 }
 
-void LinkTest::logsInWithTheAddress()
+void TestLink::logsInWithTheAddress()
 {
     QFETCH(QString, login);
     QFETCH(QString, password);
@@ -102,7 +102,7 @@ void LinkTest::logsInWithTheAddress()
     QCOMPARE(store.percents, QList<int>({0, 100, 100}));
 }
 
-void LinkTest::readsRepliesByteByByte()
+void TestLink::readsRepliesByteByByte()
 {
     FakeRecorder recorder;
     recorder.expect(Login).sendInPieces(Ok, 1).expect("GET SETUP\r\n");
@@ -116,7 +116,7 @@ void LinkTest::readsRepliesByteByByte()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void LinkTest::stopsAtAWrongReply_data()
+void TestLink::stopsAtAWrongReply_data()
 {
     const TestTable<QByteArray, QString, QByteArray> row("reply", "error", "remains");
     row("error with a text", FakeRecorder::frame("abc", "VORN_ANSWER=ERROR:disk busy\r\n"),
@@ -132,7 +132,7 @@ void LinkTest::stopsAtAWrongReply_data()
         "LENGTH=99999999999999999999\r\n");
 }
 
-void LinkTest::stopsAtAWrongReply()
+void TestLink::stopsAtAWrongReply()
 {
     QFETCH(QByteArray, reply);
     QFETCH(QString, error);
@@ -153,7 +153,7 @@ void LinkTest::stopsAtAWrongReply()
     QCOMPARE(store.activity(), QString());
 }
 
-void LinkTest::startsOverAfterAFault()
+void TestLink::startsOverAfterAFault()
 {
     FakeRecorder recorder;
     recorder.login().expect("GET SETUP\r\n").send("LENGTH=2\r\nab").expectClosed();
@@ -167,7 +167,7 @@ void LinkTest::startsOverAfterAFault()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void LinkTest::reportsAWrongAddress()
+void TestLink::reportsAWrongAddress()
 {
     NotedStore store("guest@127.0.0.1");
     store.load();
@@ -177,7 +177,7 @@ void LinkTest::reportsAWrongAddress()
     QVERIFY(!store.fileExists("general"));
 }
 
-void LinkTest::reportsAnUnreachableRecorder()
+void TestLink::reportsAnUnreachableRecorder()
 {
     QString address;
     {
@@ -193,7 +193,7 @@ void LinkTest::reportsAnUnreachableRecorder()
     QCOMPARE(store.loads, 0);
 }
 
-void LinkTest::reportsAConnectionThatTheRecorderCloses_data()
+void TestLink::reportsAConnectionThatTheRecorderCloses_data()
 {
     const TestTable<QList<QByteArray>, int> row("replies", "state");
     // Nothing but the two login frames is a reply to a login.
@@ -205,7 +205,7 @@ void LinkTest::reportsAConnectionThatTheRecorderCloses_data()
     row("mid-list", {Ok, FakeRecorder::frame("<a/>"), ""}, 5);
 }
 
-void LinkTest::reportsAConnectionThatTheRecorderCloses()
+void TestLink::reportsAConnectionThatTheRecorderCloses()
 {
     QFETCH(QList<QByteArray>, replies);
     QFETCH(int, state);
@@ -227,7 +227,7 @@ void LinkTest::reportsAConnectionThatTheRecorderCloses()
     QVERIFY(state != 5 || store.commandCount() == 9);
 }
 
-void LinkTest::reportsWhatNobodyAskedFor()
+void TestLink::reportsWhatNobodyAskedFor()
 {
     FakeRecorder recorder;
     recorder.login().expectClosed();
@@ -243,7 +243,7 @@ void LinkTest::reportsWhatNobodyAskedFor()
     QCOMPARE(store.awaitError(), "OrbNetSetup::connected in wrong state 0");
 }
 
-void LinkTest::refusesToLoadBeforeItIsIdle()
+void TestLink::refusesToLoadBeforeItIsIdle()
 {
     FakeRecorder recorder;
     recorder.login().fetchOf({}).expectClosed();
@@ -258,7 +258,7 @@ void LinkTest::refusesToLoadBeforeItIsIdle()
     QCOMPARE(store.m_operation, 0);
 }
 
-void LinkTest::survivesAnEventLoopInAReceiver()
+void TestLink::survivesAnEventLoopInAReceiver()
 {
     FakeRecorder recorder;
     recorder.login().fetchOf({{"net", "A=1\n"}}).expectClosed();
@@ -273,14 +273,14 @@ void LinkTest::survivesAnEventLoopInAReceiver()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void LinkTest::reportsARefusedLogin_data()
+void TestLink::reportsARefusedLogin_data()
 {
     QTest::addColumn<bool>("asks");
     QTest::newRow("nobody to ask") << false;
     QTest::newRow("cancelled") << true;
 }
 
-void LinkTest::reportsARefusedLogin()
+void TestLink::reportsARefusedLogin()
 {
     QFETCH(bool, asks);
     FakeRecorder recorder;
@@ -305,7 +305,7 @@ void LinkTest::reportsARefusedLogin()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void LinkTest::asksForAnotherLogin_data()
+void TestLink::asksForAnotherLogin_data()
 {
     const TestTable<bool, bool> row("sends", "remember");
     row("to fetch", false, true);
@@ -313,7 +313,7 @@ void LinkTest::asksForAnotherLogin_data()
     row("to send", true, false);
 }
 
-void LinkTest::asksForAnotherLogin()
+void TestLink::asksForAnotherLogin()
 {
     QFETCH(bool, sends);
     QFETCH(bool, remember);
@@ -331,5 +331,5 @@ void LinkTest::asksForAnotherLogin()
     QCOMPARE(answers->saved, remember ? QList{"operator@" + answers->url} : QList<QByteArray>());
 }
 
-QTEST_GUILESS_MAIN(LinkTest)
+QTEST_GUILESS_MAIN(TestLink)
 #include "tst_link.moc"

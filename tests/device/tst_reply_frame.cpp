@@ -11,7 +11,7 @@ using Answer = ReplyContent::Answer;
 Q_DECLARE_METATYPE(paravue::ReplyFrame::Progress)
 Q_DECLARE_METATYPE(paravue::ReplyContent::Answer)
 
-class ReplyFrameTest : public QObject
+class TestReplyFrame : public QObject
 {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ private Q_SLOTS:
     void judgesAnswers();
 };
 
-void ReplyFrameTest::readsAddresses_data()
+void TestReplyFrame::readsAddresses_data()
 {
     const TestTable<QStringList, int> row("parts", "port");
     row("a:b@host", {"a", "b", "host", "host"}, 5049);
@@ -46,7 +46,7 @@ void ReplyFrameTest::readsAddresses_data()
         row(text, {}, 0);
 }
 
-void ReplyFrameTest::readsAddresses()
+void TestReplyFrame::readsAddresses()
 {
     QFETCH(QStringList, parts);
     const auto address = DeviceAddress::parse(QTest::currentDataTag());
@@ -57,7 +57,7 @@ void ReplyFrameTest::readsAddresses()
     QTEST(int(address->port), "port");
 }
 
-void ReplyFrameTest::framesReplies_data()
+void TestReplyFrame::framesReplies_data()
 {
     const QByteArray ok = "VORN_ANSWER=OK\r\n";
     const TestTable<QByteArray, Progress, int> row("bytes", "progress", "headerSize");
@@ -85,7 +85,7 @@ void ReplyFrameTest::framesReplies_data()
     row("thousand digits", "LENGTH=" + QByteArray(1000, '9') + "\r\n", Progress::TooLong, 0);
 }
 
-void ReplyFrameTest::framesReplies()
+void TestReplyFrame::framesReplies()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(Progress, progress);
@@ -104,7 +104,7 @@ void ReplyFrameTest::framesReplies()
     QCOMPARE(last, progress);
 }
 
-void ReplyFrameTest::judgesAnswers_data()
+void TestReplyFrame::judgesAnswers_data()
 {
 
     const TestTable<QByteArray, Answer, QString, QByteArray> row("reply", "answer", "text", "body");
@@ -131,7 +131,7 @@ void ReplyFrameTest::judgesAnswers_data()
     row("nothing", "", Answer::Missing, "", "");
 }
 
-void ReplyFrameTest::judgesAnswers()
+void TestReplyFrame::judgesAnswers()
 {
     QFETCH(QByteArray, reply);
     const ReplyContent content = takeAnswer(reply);
@@ -140,5 +140,5 @@ void ReplyFrameTest::judgesAnswers()
     QTEST(reply, "body");
 }
 
-QTEST_GUILESS_MAIN(ReplyFrameTest)
+QTEST_GUILESS_MAIN(TestReplyFrame)
 #include "tst_reply_frame.moc"

@@ -15,7 +15,7 @@ QString valueOf(const QString &address)
 
 } // namespace
 
-class StateTemplateTest : public QObject
+class TestStateTemplate : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private Q_SLOTS:
     void staysWithinLimits();
 };
 
-void StateTemplateTest::applies_data()
+void TestStateTemplate::applies_data()
 {
 
     const TestTable<QString, QString> row("text", "expected");
@@ -51,14 +51,14 @@ void StateTemplateTest::applies_data()
     row("empty", "", "");
 }
 
-void StateTemplateTest::applies()
+void TestStateTemplate::applies()
 {
     QFETCH(QString, text);
     QFETCH(QString, expected);
     QCOMPARE(applyStateDirectives(text, valueOf), std::optional(expected));
 }
 
-void StateTemplateTest::staysWithinLimits_data()
+void TestStateTemplate::staysWithinLimits_data()
 {
     const TestTable<QString, bool> row("text", "accepted");
     row("a directive that feeds on itself", "a\n#!s/\\x61/aa{x}/\n", false);
@@ -72,7 +72,7 @@ void StateTemplateTest::staysWithinLimits_data()
     row("an expensive pattern", QString(40, 'a') + "\n#!s/(a|aa)+$b/v{x}/\n", true);
 }
 
-void StateTemplateTest::staysWithinLimits()
+void TestStateTemplate::staysWithinLimits()
 {
     QFETCH(QString, text);
     QFETCH(bool, accepted);
@@ -82,5 +82,5 @@ void StateTemplateTest::staysWithinLimits()
         QCOMPARE(*result, text);
 }
 
-QTEST_GUILESS_MAIN(StateTemplateTest)
+QTEST_GUILESS_MAIN(TestStateTemplate)
 #include "tst_state_template.moc"

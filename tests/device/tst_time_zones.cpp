@@ -25,7 +25,7 @@ QByteArray readable(qint64 seconds)
 
 } // namespace
 
-class TimeZonesTest : public QObject
+class TestTimeZones : public QObject
 {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private Q_SLOTS:
     void agreesWithTheSystemsZones();
 };
 
-void TimeZonesTest::tellsLocalTime_data()
+void TestTimeZones::tellsLocalTime_data()
 {
     const char *summer = "2026-07-01T12:00:00Z";
     const TestTable<QByteArray, QByteArray, QByteArray> row("rule", "time", "local");
@@ -65,21 +65,21 @@ void TimeZonesTest::tellsLocalTime_data()
     row("beyond the calendar", "", "9999-12-31T00:00:00Z", "9999-12-31T03:00:00Z");
 }
 
-void TimeZonesTest::tellsLocalTime()
+void TestTimeZones::tellsLocalTime()
 {
     QFETCH(QByteArray, rule);
     QFETCH(QByteArray, time);
     QTEST(readable(CTimeZoner(rule).toLocal(utc(time))), "local");
 }
 
-void TimeZonesTest::replacesPlainUtcOnly()
+void TestTimeZones::replacesPlainUtcOnly()
 {
     QVERIFY(CTimeZoner("UTC+0UTC+0,M3.5.0/2,M10.5.0/3").isPlainUtcReplaced());
     for (const char *rule : {"", "UTC+0", "UTC-0UTC+0", "utc+0utc+0"})
         QVERIFY2(!CTimeZoner(rule).isPlainUtcReplaced(), rule);
 }
 
-void TimeZonesTest::listsZonesOfTheWorld()
+void TestTimeZones::listsZonesOfTheWorld()
 {
     QVERIFY(timeZoneTable().size() >= 60);
     QSet<QByteArray> rules;
@@ -95,7 +95,7 @@ void TimeZonesTest::listsZonesOfTheWorld()
     QCOMPARE(timeZoneCaption({345, "", "", "Катманду", ""}, "ru"), "UTC+5:45, Катманду");
 }
 
-void TimeZonesTest::agreesWithTheSystemsZones_data()
+void TestTimeZones::agreesWithTheSystemsZones_data()
 {
     const TestTable<QByteArray, int> row("rule", "offset");
     for (const TimeZoneRow &zone : timeZoneTable()) {
@@ -105,7 +105,7 @@ void TimeZonesTest::agreesWithTheSystemsZones_data()
 }
 
 /// Every hour around every transition of the next ten years, and one in every ten days.
-void TimeZonesTest::agreesWithTheSystemsZones()
+void TestTimeZones::agreesWithTheSystemsZones()
 {
     QFETCH(QByteArray, rule);
     QFETCH(int, offset);
@@ -132,5 +132,5 @@ void TimeZonesTest::agreesWithTheSystemsZones()
     QCOMPARE(least, offset * 60);
 }
 
-QTEST_GUILESS_MAIN(TimeZonesTest)
+QTEST_GUILESS_MAIN(TestTimeZones)
 #include "tst_time_zones.moc"

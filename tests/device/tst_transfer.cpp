@@ -60,7 +60,7 @@ qsizetype openDescriptors()
 
 } // namespace
 
-class TransferTest : public QObject
+class TestTransfer : public QObject
 {
     Q_OBJECT
 
@@ -88,7 +88,7 @@ private Q_SLOTS:
     void survivesHundredsOfCommands();
 };
 
-void TransferTest::fetchesAndSendsTheWholeTable()
+void TestTransfer::fetchesAndSendsTheWholeTable()
 {
     FakeRecorder recorder;
     recorder.login().fetchOf(recorderFiles()).expectClosed();
@@ -127,7 +127,7 @@ void TransferTest::fetchesAndSendsTheWholeTable()
     QCOMPARE(store.value("streams/stream_0/brightness"), "50");
 }
 
-void TransferTest::sendsFilesAsTheyAre_data()
+void TestTransfer::sendsFilesAsTheyAre_data()
 {
     const TestTable<QByteArray, QByteArray> row("file", "body");
     row("nothing: the line goes alone", "", "");
@@ -139,7 +139,7 @@ void TransferTest::sendsFilesAsTheyAre_data()
     row("any bytes", QByteArray("\0\xff\r\n\x04", 5), QByteArray("LENGTH=4\r\n\0\xff\n\x04", 14));
 }
 
-void TransferTest::sendsFilesAsTheyAre()
+void TestTransfer::sendsFilesAsTheyAre()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, body);
@@ -150,7 +150,7 @@ void TransferTest::sendsFilesAsTheyAre()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void TransferTest::doesNotInventATimeFile()
+void TestTransfer::doesNotInventATimeFile()
 {
     FakeRecorder recorder;
     recorder.login();
@@ -164,7 +164,7 @@ void TransferTest::doesNotInventATimeFile()
     QCOMPARE(store.errors.first(), "File \"streams\" does not exist");
 }
 
-void TransferTest::sendsTheEditedFileLastFetched()
+void TestTransfer::sendsTheEditedFileLastFetched()
 {
     const QByteArray list =
         listing("<difile/><difile name='n' type='sectionless' get_command='G' put_command='P'/>");
@@ -188,7 +188,7 @@ void TransferTest::sendsTheEditedFileLastFetched()
     QCOMPARE(store.content("n.original"), "[ untitled ]\r\n# comment\nA=2\nC='two words'\n");
 }
 
-void TransferTest::followsTheListOfTheDescription()
+void TestTransfer::followsTheListOfTheDescription()
 {
     const QByteArray list =
         listing("<difile name='interface' get_command='GET SETUP'/>"
@@ -218,7 +218,7 @@ void TransferTest::followsTheListOfTheDescription()
     QCOMPARE(store.faultsWith(recorder), QStringList("File \"b\" does not exist"));
 }
 
-void TransferTest::keepsTheBuiltInList_data()
+void TestTransfer::keepsTheBuiltInList_data()
 {
     const TestTable<QByteArray> row("description");
     row("no list", "<a><b><di><difile/></di></b></a>");
@@ -232,7 +232,7 @@ void TransferTest::keepsTheBuiltInList_data()
         "<a><di/>" + QByteArray("<b>").repeated(100) + QByteArray("</b>").repeated(100) + "</a>");
 }
 
-void TransferTest::keepsTheBuiltInList()
+void TestTransfer::keepsTheBuiltInList()
 {
     QFETCH(QByteArray, description);
     QMap<QString, QByteArray> files = recorderFiles();
@@ -245,7 +245,7 @@ void TransferTest::keepsTheBuiltInList()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
-void TransferTest::unpacksDescriptions_data()
+void TestTransfer::unpacksDescriptions_data()
 {
     const TestTable<QByteArray, QByteArray> row("packed", "content");
     const QByteArray text = QByteArray("<a>text</a>\n").repeated(20'000);
@@ -260,7 +260,7 @@ void TransferTest::unpacksDescriptions_data()
     row("first byte of a gzip header only", "\x1f", "\x1f");
 }
 
-void TransferTest::unpacksDescriptions()
+void TestTransfer::unpacksDescriptions()
 {
     QFETCH(QByteArray, packed);
     QFETCH(QByteArray, content);
@@ -273,7 +273,7 @@ void TransferTest::unpacksDescriptions()
     QVERIFY(half && content.startsWith(*half) && half->size() >= content.size() / 4);
 }
 
-void TransferTest::doesNotTakeADamagedDescriptionForWhole()
+void TestTransfer::doesNotTakeADamagedDescriptionForWhole()
 {
     const QByteArray text = QByteArray("<a>text</a>\n").repeated(20'000);
     const QByteArray packed = gzipped(text);
@@ -286,7 +286,7 @@ void TransferTest::doesNotTakeADamagedDescriptionForWhole()
     }
 }
 
-void TransferTest::refusesHugeDescriptions_data()
+void TestTransfer::refusesHugeDescriptions_data()
 {
     const TestTable<QByteArray, QString> row("description", "error");
     row("text", gzipped(QByteArray(paravue::MaxDescriptionBytes + 1, ' ')),
@@ -295,7 +295,7 @@ void TransferTest::refusesHugeDescriptions_data()
         "The interface description lists more than 1000 files");
 }
 
-void TransferTest::refusesHugeDescriptions()
+void TestTransfer::refusesHugeDescriptions()
 {
     QFETCH(QByteArray, description);
     QFETCH(QString, error);
@@ -308,7 +308,7 @@ void TransferTest::refusesHugeDescriptions()
     QCOMPARE(store.faultsWith(recorder), QStringList(error));
 }
 
-void TransferTest::appliesDirectives()
+void TestTransfer::appliesDirectives()
 {
     NotedStore store(":@");
     store._push_file("net", "[ a ]\r\nip = '10.0.0.5'\r\n");
@@ -330,7 +330,7 @@ void TransferTest::appliesDirectives()
     QCOMPARE(store.content("own").replace("\r\n", "\n"), applied);
 }
 
-void TransferTest::leavesOutAStateFileThatExplodes()
+void TestTransfer::leavesOutAStateFileThatExplodes()
 {
     const QByteArray state = "a\n#!s/\\x61/aa{x/y/z/1}/\n";
     FakeRecorder recorder;
@@ -346,7 +346,7 @@ void TransferTest::leavesOutAStateFileThatExplodes()
     QCOMPARE(store.content("s"), state);
 }
 
-void TransferTest::runsASingleCommand()
+void TestTransfer::runsASingleCommand()
 {
     FakeRecorder recorder;
     recorder.login().reply("GET REPORT\r\n", "all is well\n").expectClosed();
@@ -361,7 +361,7 @@ void TransferTest::runsASingleCommand()
     QCOMPARE(store._to_cmdstring(""), "");
 }
 
-void TransferTest::leavesNothingBehind()
+void TestTransfer::leavesNothingBehind()
 {
     QTemporaryDir folder;
     const QByteArray before = qgetenv("TMPDIR");
@@ -385,7 +385,7 @@ void TransferTest::leavesNothingBehind()
     QCOMPARE(filesLeft().size(), 0);
 }
 
-void TransferTest::survivesHundredsOfCommands()
+void TestTransfer::survivesHundredsOfCommands()
 {
     if (!QFileInfo::exists("/proc/self/fd"))
         QSKIP("Open descriptors cannot be counted here");
@@ -396,5 +396,5 @@ void TransferTest::survivesHundredsOfCommands()
     QVERIFY(openDescriptors() <= before + 2);
 }
 
-QTEST_GUILESS_MAIN(TransferTest)
+QTEST_GUILESS_MAIN(TestTransfer)
 #include "tst_transfer.moc"

@@ -72,7 +72,7 @@ QString randomLine(QRandomGenerator &random)
 
 } // namespace
 
-class tst_IniGrammar : public QObject
+class TestIniGrammar : public QObject
 {
     Q_OBJECT
 
@@ -83,7 +83,7 @@ private Q_SLOTS:
     void writtenValues();
 };
 
-void tst_IniGrammar::agreesWithThePatterns()
+void TestIniGrammar::agreesWithThePatterns()
 {
     for (const EmptyValue emptyValue : {EmptyValue::IsKey, EmptyValue::IsIgnored}) {
         PatternOracle oracle(emptyValue);
@@ -107,7 +107,7 @@ void tst_IniGrammar::agreesWithThePatterns()
     }
 }
 
-void tst_IniGrammar::anyLineIsLinear()
+void TestIniGrammar::anyLineIsLinear()
 {
     // Every "=" is a candidate for the end of the name here, and none fits. A scanner that reads the value
     // anew for each of them would not come back.
@@ -117,7 +117,7 @@ void tst_IniGrammar::anyLineIsLinear()
         QCOMPARE(describe(scanIniLine(QStringView(hostile), EmptyValue::IsKey)), "other");
 }
 
-void tst_IniGrammar::writtenValues_data()
+void TestIniGrammar::writtenValues_data()
 {
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("text");
@@ -128,7 +128,7 @@ void tst_IniGrammar::writtenValues_data()
         QTest::newRow(text) << text << QStringLiteral("'%1'").arg(QLatin1StringView(text));
 }
 
-void tst_IniGrammar::writtenValues()
+void TestIniGrammar::writtenValues()
 {
     QFETCH(QString, value);
     QFETCH(QString, text);
@@ -138,5 +138,5 @@ void tst_IniGrammar::writtenValues()
     QCOMPARE(iniKeyLine(u"k", u"", EmptyValue::IsIgnored), "k = ''\n");
 }
 
-QTEST_APPLESS_MAIN(tst_IniGrammar)
+QTEST_APPLESS_MAIN(TestIniGrammar)
 #include "tst_ini_grammar.moc"

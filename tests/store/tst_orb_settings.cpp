@@ -12,7 +12,7 @@
 
 using paravue::test::TestTable;
 
-class tst_OrbSettings : public QObject
+class TestOrbSettings : public QObject
 {
     Q_OBJECT
 
@@ -44,26 +44,26 @@ private:
     QString m_path;
 };
 
-void tst_OrbSettings::init()
+void TestOrbSettings::init()
 {
     m_folder.emplace();
     m_path = m_folder->filePath("general");
 }
 
-QByteArray tst_OrbSettings::content() const
+QByteArray TestOrbSettings::content() const
 {
     QFile file(m_path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
 }
 
-void tst_OrbSettings::setContent(const QByteArray &bytes) const
+void TestOrbSettings::setContent(const QByteArray &bytes) const
 {
     QFile file(m_path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(bytes), bytes.size());
 }
 
-void tst_OrbSettings::values_data()
+void TestOrbSettings::values_data()
 {
     const TestTable<QByteArray, QString, QString> row("file", "key", "value");
     row("before the first section", "a = 1\n", "untitled/a", "1");
@@ -81,7 +81,7 @@ void tst_OrbSettings::values_data()
     row("byte-order mark", "\ufeffa=1\n", "untitled/a", "1");
 }
 
-void tst_OrbSettings::values()
+void TestOrbSettings::values()
 {
     QFETCH(QByteArray, file);
     QFETCH(QString, key);
@@ -90,7 +90,7 @@ void tst_OrbSettings::values()
     QTEST(settings.value(key, "(none)").toString(), "value");
 }
 
-void tst_OrbSettings::merging_data()
+void TestOrbSettings::merging_data()
 {
     const TestTable<QByteArray, QString, QString, QByteArray> row("before", "key", "value", "after");
     row("usual form", "[s]\n a=\"x\"\n", "s/a", "12", "[s]\r\na = 12\r\n");
@@ -117,7 +117,7 @@ void tst_OrbSettings::merging_data()
     row("empty file", "", "s/n", "10", "n = 10\r\n");
 }
 
-void tst_OrbSettings::merging()
+void TestOrbSettings::merging()
 {
     QFETCH(QByteArray, before);
     QFETCH(QString, key);
@@ -132,7 +132,7 @@ void tst_OrbSettings::merging()
     QTEST(content(), "after");
 }
 
-void tst_OrbSettings::untouchedLinesSurviveToTheByte()
+void TestOrbSettings::untouchedLinesSurviveToTheByte()
 {
     const QByteArray odd = "; \xc0\xff caf\xe9\r\n\xef\xbb\xbf;\r\nlone\rcarriage\r\n\tk = v \r\n";
     setContent(odd + "a = 1\r\n" + odd + "end");
@@ -140,7 +140,7 @@ void tst_OrbSettings::untouchedLinesSurviveToTheByte()
     QCOMPARE(content(), odd + "a = 1\r\n" + odd + "end");
 }
 
-void tst_OrbSettings::aFileThatWasNotReadIsNotEmptied()
+void TestOrbSettings::aFileThatWasNotReadIsNotEmptied()
 {
     setContent("a=1\n");
     {
@@ -153,7 +153,7 @@ void tst_OrbSettings::aFileThatWasNotReadIsNotEmptied()
     QCOMPARE(settings.value("untitled/a").toString(), "2");
 }
 
-void tst_OrbSettings::quotedQuoteVanishesFromTheValues()
+void TestOrbSettings::quotedQuoteVanishesFromTheValues()
 {
     // Deliberate: there is no escape for a quote, and the line is no key line when it is read again.
     setContent("a = \"it's\"\r\nb = 1\r\n");
@@ -167,7 +167,7 @@ void tst_OrbSettings::quotedQuoteVanishesFromTheValues()
     QCOMPARE(settings.value("untitled/b").toString(), "1");
 }
 
-void tst_OrbSettings::aFileWithoutKeysGathersItsLines()
+void TestOrbSettings::aFileWithoutKeysGathersItsLines()
 {
     // Deliberate: such a file is read at each access, and what is read is added to what is held.
     setContent("; note\n[s]\n");
@@ -184,7 +184,7 @@ void tst_OrbSettings::aFileWithoutKeysGathersItsLines()
     QCOMPARE(content(), twice + twice + "a = 1\r\n");
 }
 
-void tst_OrbSettings::gatheredLinesAreBounded()
+void TestOrbSettings::gatheredLinesAreBounded()
 {
     const QByteArray note = '#' + QByteArray(1'000'000, '-') + "\r\n";
     setContent(note);
@@ -198,7 +198,7 @@ void tst_OrbSettings::gatheredLinesAreBounded()
     QCOMPARE(content().last(note.size()), note);
 }
 
-void tst_OrbSettings::linksAndPermissionsStay()
+void TestOrbSettings::linksAndPermissionsStay()
 {
 #ifdef Q_OS_WIN
     QSKIP("A shortcut is no link, and permissions are inherited.");
@@ -214,7 +214,7 @@ void tst_OrbSettings::linksAndPermissionsStay()
     QCOMPARE(QFile::permissions(m_path), shared);
 }
 
-void tst_OrbSettings::aMissingFileIsReadOnceItIsThere()
+void TestOrbSettings::aMissingFileIsReadOnceItIsThere()
 {
     OrbSettings settings(m_path);
     QVERIFY(!settings.read());
@@ -223,7 +223,7 @@ void tst_OrbSettings::aMissingFileIsReadOnceItIsThere()
     QCOMPARE(settings.value("s/a", 7).toInt(), 8);
 }
 
-void tst_OrbSettings::setPathForgetsEverything()
+void TestOrbSettings::setPathForgetsEverything()
 {
     setContent("a=1\n");
     const QString other = m_folder->filePath("other");
@@ -240,7 +240,7 @@ void tst_OrbSettings::setPathForgetsEverything()
     QCOMPARE(settings.matching(".*"), QStringList("untitled/b/2"));
 }
 
-void tst_OrbSettings::flushKeepsValuesThatTheFileLost()
+void TestOrbSettings::flushKeepsValuesThatTheFileLost()
 {
     setContent("[s]\na=1\n");
     OrbSettings settings(m_path);
@@ -253,7 +253,7 @@ void tst_OrbSettings::flushKeepsValuesThatTheFileLost()
     QCOMPARE(content(), "[s]\r\na = 'it's'\r\nb = 2\r\n");
 }
 
-void tst_OrbSettings::anUnwritableFileKeepsItsEdits()
+void TestOrbSettings::anUnwritableFileKeepsItsEdits()
 {
     OrbSettings settings(m_folder->filePath("missing/general"));
     settings.setValue("s/a", 1);
@@ -268,7 +268,7 @@ void tst_OrbSettings::anUnwritableFileKeepsItsEdits()
     QVERIFY(!(QFile::permissions(settings.path()) & others));
 }
 
-void tst_OrbSettings::matchingGivesKeysInOrder()
+void TestOrbSettings::matchingGivesKeysInOrder()
 {
     setContent("[Users]\nuser2=b\nuser10=c\nuser1=a/b\nadmin=d\n[Users2]\nuser1=e\n");
     OrbSettings settings(m_path);
@@ -322,7 +322,7 @@ QByteArray randomTidyFile(QRandomGenerator &random)
 
 } // namespace
 
-void tst_OrbSettings::agreesWithTheLiteralRules()
+void TestOrbSettings::agreesWithTheLiteralRules()
 {
     QRandomGenerator random(19);
     int changed = 0;
@@ -365,7 +365,7 @@ void tst_OrbSettings::agreesWithTheLiteralRules()
     QVERIFY(changed > 400);
 }
 
-void tst_OrbSettings::manyQuotedValuesStayLinear()
+void TestOrbSettings::manyQuotedValuesStayLinear()
 {
     // All lines of one name, all of them cease to be keys when they are written, and new keys go into one
     // place.
@@ -381,5 +381,5 @@ void tst_OrbSettings::manyQuotedValuesStayLinear()
     QCOMPARE(content().count("\r\nnew"), 50'000);
 }
 
-QTEST_APPLESS_MAIN(tst_OrbSettings)
+QTEST_APPLESS_MAIN(TestOrbSettings)
 #include "tst_orb_settings.moc"

@@ -25,7 +25,7 @@ public:
 
 } // namespace
 
-class tst_OrbSetup : public QObject
+class TestOrbSetup : public QObject
 {
     Q_OBJECT
 
@@ -45,7 +45,7 @@ private Q_SLOTS:
     void passwordDigest();
 };
 
-void tst_OrbSetup::addressParts_data()
+void TestOrbSetup::addressParts_data()
 {
     const TestTable<QString, QString> row("path", "rest");
     row("a/b/c/d/e", "a/b/c", "d/e");
@@ -57,7 +57,7 @@ void tst_OrbSetup::addressParts_data()
     row("", "", QString());
 }
 
-void tst_OrbSetup::addressParts()
+void TestOrbSetup::addressParts()
 {
     const QString address = QTest::currentDataTag();
     QFETCH(QString, rest);
@@ -66,7 +66,7 @@ void tst_OrbSetup::addressParts()
     QCOMPARE(OrbSetup::defValue(address).isNull(), rest.isNull());
 }
 
-void tst_OrbSetup::reads_data()
+void TestOrbSetup::reads_data()
 {
     const TestTable<QString> row("value");
     row("net/Eth0/Name/none", "lan 1");
@@ -78,14 +78,14 @@ void tst_OrbSetup::reads_data()
     row("net///none", "none");
 }
 
-void tst_OrbSetup::reads()
+void TestOrbSetup::reads()
 {
     StoreFixture fixture({{"net", "[Eth0]\nName='lan 1'\nEmpty=\n"}});
     QTEST(fixture.store().value(QTest::currentDataTag()), "value");
     QCOMPARE(fixture.takeErrors(), QStringList());
 }
 
-void tst_OrbSetup::writes()
+void TestOrbSetup::writes()
 {
     StoreFixture fixture({{"net", "[Eth0]\nIp=10.0.0.1\n"}, {"other", "k=07\n"}});
     OrbSetup &store = fixture.store();
@@ -101,7 +101,7 @@ void tst_OrbSetup::writes()
     QCOMPARE(fixture.content("other"), "k = '07'\r\n");
 }
 
-void tst_OrbSetup::wrongAddresses()
+void TestOrbSetup::wrongAddresses()
 {
     StoreFixture fixture({{"net", "[Eth0]\nIp=10.0.0.1\n"}});
     OrbSetup &store = fixture.store();
@@ -113,7 +113,7 @@ void tst_OrbSetup::wrongAddresses()
     QCOMPARE(store.value("net/Eth0/Ip"), "10.0.0.1");
 }
 
-void tst_OrbSetup::unknownFile()
+void TestOrbSetup::unknownFile()
 {
     StoreFixture fixture({});
     OrbSetup &store = fixture.store();
@@ -133,7 +133,7 @@ void tst_OrbSetup::unknownFile()
     QCOMPARE(store.value("late/a/b/default"), "1");
 }
 
-void tst_OrbSetup::patternsOverKeys()
+void TestOrbSetup::patternsOverKeys()
 {
     StoreFixture fixture({{"users", "[Users]\nuser2=b\nuser1=a\nuserx=c\n[Old]\nuser1=d\n"}});
     QCOMPARE(fixture.store().regexp_values("users/Users/user[0-9]+"),
@@ -142,7 +142,7 @@ void tst_OrbSetup::patternsOverKeys()
              QStringList({"users/Old/user1/d", "users/Users/user1/a"}));
 }
 
-void tst_OrbSetup::filesAreWrittenWhenReleased()
+void TestOrbSetup::filesAreWrittenWhenReleased()
 {
     StoreFixture fixture({{"net", "[a]\nb=1\n"}});
     {
@@ -157,7 +157,7 @@ void tst_OrbSetup::filesAreWrittenWhenReleased()
     QCOMPARE(fixture.content("net"), "[a]\r\nb = 3\r\n");
 }
 
-void tst_OrbSetup::baseOperations()
+void TestOrbSetup::baseOperations()
 {
     OrbSetup store("admin:1@10.0.0.1");
     QCOMPARE(store.address(), "admin:1@10.0.0.1");
@@ -174,7 +174,7 @@ void tst_OrbSetup::baseOperations()
     QCOMPARE(progress[2][0].toInt(), 100);
 }
 
-void tst_OrbSetup::flatMapReads()
+void TestOrbSetup::flatMapReads()
 {
     QBuffer device;
     device.setData(
@@ -189,7 +189,7 @@ void tst_OrbSetup::flatMapReads()
     QVERIFY(device.isTextModeEnabled());
 }
 
-void tst_OrbSetup::flatMapWrites()
+void TestOrbSetup::flatMapWrites()
 {
     const QMap<QString, QVariant> map{{"a/k", 12}, {"a/e", QString()}, {"b/t", "x y"}, {"b/z", "007"}};
     QBuffer device;
@@ -205,11 +205,11 @@ void tst_OrbSetup::flatMapWrites()
     QCOMPARE(again.size(), 4);
 }
 
-void tst_OrbSetup::passwordDigest()
+void TestOrbSetup::passwordDigest()
 {
     QCOMPARE(paravue::passwordDigest("admin"), "21232f297a57a5a743894a0e4a801fc3");
     QCOMPARE(paravue::passwordDigest(""), "d41d8cd98f00b204e9800998ecf8427e");
 }
 
-QTEST_APPLESS_MAIN(tst_OrbSetup)
+QTEST_APPLESS_MAIN(TestOrbSetup)
 #include "tst_orb_setup.moc"

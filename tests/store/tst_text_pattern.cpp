@@ -7,7 +7,7 @@
 using namespace paravue;
 using paravue::test::TestTable;
 
-class tst_TextPattern : public QObject
+class TestTextPattern : public QObject
 {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ private Q_SLOTS:
     void expensivePatternIsGivenUp();
 };
 
-void tst_TextPattern::wholeMatch_data()
+void TestTextPattern::wholeMatch_data()
 {
     const TestTable<QString, QString, bool> row("pattern", "text", "matches");
     row("part only", "b", "abc", false);
@@ -42,7 +42,7 @@ void tst_TextPattern::wholeMatch_data()
     row("empty pattern, empty text", "", "", true);
 }
 
-void tst_TextPattern::wholeMatch()
+void TestTextPattern::wholeMatch()
 {
     QFETCH(QString, pattern);
     QFETCH(QString, text);
@@ -50,7 +50,7 @@ void tst_TextPattern::wholeMatch()
     QTEST(QRegExp(pattern).exactMatch(text), "matches"); // the engine that patterns are written for
 }
 
-void tst_TextPattern::capturesOfAWholeMatch()
+void TestTextPattern::capturesOfAWholeMatch()
 {
     const auto match = TextPattern("(a)(x)?(b)?(y)?").matchWhole("ab");
     QVERIFY(match);
@@ -59,7 +59,7 @@ void tst_TextPattern::capturesOfAWholeMatch()
     QVERIFY(!TextPattern("a").matchWhole("ab"));
 }
 
-void tst_TextPattern::searchFromAPosition()
+void TestTextPattern::searchFromAPosition()
 {
     const TextPattern pattern("a+");
     const QString text = "xaaxa";
@@ -76,7 +76,7 @@ void tst_TextPattern::searchFromAPosition()
     QCOMPARE(TextPattern(".").find("\U0001F600b", 1)->start, 2);
 }
 
-void tst_TextPattern::replacementIsLiteral()
+void TestTextPattern::replacementIsLiteral()
 {
     const TextPattern pattern("(b+)");
     QCOMPARE(*pattern.replaceAll("abbcb", "\\1$1", 100), "a\\1$1c\\1$1");
@@ -85,7 +85,7 @@ void tst_TextPattern::replacementIsLiteral()
     QCOMPARE(*TextPattern("x*").replaceAll("ab\U0001F600", "-", 100), "-a-b-\U0001F600-");
 }
 
-void tst_TextPattern::replacementIsBounded()
+void TestTextPattern::replacementIsBounded()
 {
     const TextPattern pattern("a");
     const QString text(1000, u'a');
@@ -94,7 +94,7 @@ void tst_TextPattern::replacementIsBounded()
     QVERIFY(!pattern.replaceAll(text, "bc", 1'999));
 }
 
-void tst_TextPattern::brokenPatternMatchesNothing()
+void TestTextPattern::brokenPatternMatchesNothing()
 {
     for (const char *broken : {"a(", "a)|(b", "[", "*", "\\"}) {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("matches nothing"));
@@ -106,7 +106,7 @@ void tst_TextPattern::brokenPatternMatchesNothing()
     }
 }
 
-void tst_TextPattern::expensivePatternIsGivenUp()
+void TestTextPattern::expensivePatternIsGivenUp()
 {
     const TextPattern pattern("(a+)+b");
     QVERIFY(pattern.matchesWhole("aab"));
@@ -116,5 +116,5 @@ void tst_TextPattern::expensivePatternIsGivenUp()
     QVERIFY(!pattern.matchesWhole("aab"));
 }
 
-QTEST_APPLESS_MAIN(tst_TextPattern)
+QTEST_APPLESS_MAIN(TestTextPattern)
 #include "tst_text_pattern.moc"

@@ -35,7 +35,7 @@ QByteArray inEncoding(const char *name, const QByteArray &utf8)
 
 } // namespace
 
-class XmlLimitsTest : public QObject
+class TestXmlLimits : public QObject
 {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ private Q_SLOTS:
     void judges();
 };
 
-void XmlLimitsTest::judges_data()
+void TestXmlLimits::judges_data()
 {
     const TestTable<QByteArray, QString> row("text", "violation");
     const char *TooDeep = "its elements are nested more than 64 levels deep";
@@ -87,11 +87,11 @@ void XmlLimitsTest::judges_data()
     row("cut everywhere", "<!DOCTYPE", {});
 }
 
-void XmlLimitsTest::judges()
+void TestXmlLimits::judges()
 {
     QFETCH(QByteArray, text);
     QTEST(xmlLimitViolation(text).value_or(QString()), "violation");
 }
 
-QTEST_GUILESS_MAIN(XmlLimitsTest)
+QTEST_GUILESS_MAIN(TestXmlLimits)
 #include "tst_xml_limits.moc"
