@@ -54,7 +54,7 @@ ResolvedText TextResolver::resolve(const QString &raw) const
 {
     ResolvedText result{raw, {}, true};
     if (raw.contains(u'@'))
-        result.withinLimits = translate(result.text);
+        result.withinLimits = insertTranslations(result.text);
     if (result.withinLimits && result.text.contains(u'{'))
         result.withinLimits = insertValues(result);
     if (!result.withinLimits)
@@ -70,7 +70,7 @@ QString TextResolver::language() const
                : fallback;
 }
 
-bool TextResolver::translate(QString &text) const
+bool TextResolver::insertTranslations(QString &text) const
 {
     const QString spoken = language();
     PendingText pending(text);

@@ -29,7 +29,7 @@ public:
 
 private:
     QString language() const;
-    bool translate(QString &text) const;
+    bool insertTranslations(QString &text) const;
     bool insertValues(ResolvedText &result) const;
 
     const InterfaceDocument &m_document;
