@@ -300,7 +300,12 @@ private:
 
 } // namespace paravue
 
+namespace QtPrivate
+{
+
 /// Else whatever takes a byte array or a view of bytes would not know which of them is meant.
 template <>
-struct QtPrivate::IsContainerCompatibleWithQByteArrayView<paravue::Packed<QByteArray>> : std::false_type {
+struct IsContainerCompatibleWithQByteArrayView<paravue::Packed<QByteArray>> : std::false_type {
 };
+
+} // namespace QtPrivate
