@@ -13,19 +13,21 @@ namespace paravue
 namespace
 {
 
-const char ExitCodes[] = QT_TRANSLATE_NOOP(
-    "CommandLine", "\nExit code:\n"
-                   "  0  the window was accepted, all pictures were saved, or the\n"
-                   "     checked description has no errors\n"
-                   "  1  the window was rejected, or the checked description has errors\n"
-                   "  2  the command line was wrong\n"
-                   "  3  something failed: a file could not be read, the recorder not be\n"
-                   "     saved to or its simulator not started, or pictures not be taken\n");
-
 class OptionText
 {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
 };
+
+QString exitCodeHelp()
+{
+    return OptionText::tr("\nExit code:\n"
+                          "  0  the window was accepted, all pictures were saved, or the\n"
+                          "     checked description has no errors\n"
+                          "  1  the window was rejected, or the checked description has errors\n"
+                          "  2  the command line was wrong\n"
+                          "  3  something failed: a file could not be read, the recorder not be\n"
+                          "     saved to or its simulator not started, or pictures not be taken\n");
+}
 
 CommandLine shown(const QString &text)
 {
@@ -138,7 +140,7 @@ CommandLine CommandLine::parse(const QStringList &words)
 
     const bool isParsed = parser.parse(words);
     if (parser.isSet(help))
-        return shown(parser.helpText() + OptionText::tr(ExitCodes));
+        return shown(parser.helpText() + exitCodeHelp());
     if (parser.isSet(version))
         return shown(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() +
                      '\n');
