@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QTcpSocket>
+#include <QTimer>
 
 namespace recorder
 {
@@ -14,8 +15,6 @@ class Client : public QObject
     Q_OBJECT
 
 public:
-    /// No line of a request is longer.
-    static constexpr qsizetype MaxLine = 1024;
     /// Bytes that are read at a time; more are not kept unread.
     static constexpr qsizetype ReadPiece = 64 * 1024;
 
@@ -36,7 +35,11 @@ Q_SIGNALS:
     void closed();
 
 protected:
+    /// The time of m_patience is over: the client is dropped.
+    virtual void expired();
+
     QTcpSocket *m_socket; // child
+    QTimer m_patience;    // single shot
     std::optional<Account> m_account;
 };
 

@@ -15,14 +15,10 @@ namespace
 constexpr char LoginByte = 0x04;
 constexpr qint64 MaxUnsent = 1024 * 1024;
 constexpr int MaxRefusals = 5;
-constexpr int LoginPatience = 30 * 1000;
 constexpr int TransferPatience = 30 * 1000;
 constexpr int IdlePatience = 10 * 60 * 1000;
 
-constexpr int DrainPatience = 1000;
-
 const QByteArray LengthPrefix = QByteArrayLiteral("LENGTH=");
-const QString HiddenPassword = QStringLiteral("PASS=***");
 
 /// A number of digits only that is small enough to be counted down.
 std::optional<quint64> decimal(const QByteArray &digits)
@@ -51,59 +47,28 @@ qsizetype mostBytes(const Command &command)
 
 Connection::Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
                        QObject *parent)
-    : Client(socket, parent), m_service(service), m_timing(timing)
+    : LoginClient(socket, service, {LoginByte, MaxRefusals}, parent), m_service(service), m_timing(timing)
 {
-    m_patience.setSingleShot(true);
     m_delay.setSingleShot(true);
-    connect(m_socket, &QTcpSocket::readyRead, this, &Connection::process);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::process);
-    connect(&m_patience, &QTimer::timeout, this, &Connection::expired);
     connect(&m_delay, &QTimer::timeout, this, &Connection::sendLate);
-    enter(State::AwaitLogin);
 }
 
-void Connection::process()
+bool Connection::canRead() const
 {
-    while (m_pending.isEmpty() && m_socket->bytesToWrite() <= MaxUnsent) {
-        if (!step() && !readMore())
-            return;
-    }
+    return m_pending.isEmpty() && m_socket->bytesToWrite() <= MaxUnsent;
 }
 
-bool Connection::readMore()
-{
-    const QByteArray piece = m_socket->read(ReadPiece);
-    m_input.append(piece);
-    return !piece.isEmpty();
-}
-
-/// Uses up some input; false when there is not enough of it.
-bool Connection::step()
+bool Connection::serve()
 {
     switch (m_state) {
     case State::Body:
         return takeBody();
     case State::Skip:
         return skipBody();
-    case State::Drain:
-        m_input.clear();
-        return false;
     default:
-        return stepLine();
+        return takeLine();
     }
-}
-
-bool Connection::stepLine()
-{
-    const std::optional<QByteArray> line = m_input.takeLine();
-    if (line ? line->size() > MaxLine : m_input.size() > MaxLine) {
-        Q_EMIT logged(QStringLiteral("< a line that does not end"));
-        refuse(QStringLiteral("the request line is too long"), State::Drain);
-        return true;
-    }
-    if (line)
-        handleLine(*line);
-    return line.has_value();
 }
 
 bool Connection::takeBody()
@@ -139,58 +104,23 @@ bool Connection::skipBody()
             m_patience.start();
         return false;
     }
-    enter(m_account ? State::Ready : State::AwaitLogin);
+    enter(State::Ready);
     return true;
 }
 
 void Connection::handleLine(const QByteArray &line)
 {
-    const bool isLength = line.startsWith(LengthPrefix);
-    Q_EMIT logged(QStringLiteral("< ") +
-                  (m_state == State::AwaitPassword ? HiddenPassword : readableRequest(line)));
-    if (line.startsWith(LoginByte))
+    logLine(line);
+    if (line.startsWith(LoginByte)) // may come at any time
         beginLogin(line);
-    else if (m_state == State::AwaitPassword)
+    else if (phase() == Phase::Password)
         finishLogin(line);
-    else if (isLength && m_state != State::AwaitLogin)
+    else if (phase() == Phase::Login)
+        refuseLogin(errorAnswer(QStringLiteral("log in first")));
+    else if (line.startsWith(LengthPrefix))
         handleLength(line.mid(LengthPrefix.size()));
-    else if (m_state == State::AwaitLogin)
-        refuse(QStringLiteral("log in first"), afterLoginRefusal());
     else
         handleCommand(line);
-}
-
-/// A login may come at any time; it ends the one before.
-void Connection::beginLogin(const QByteArray &line)
-{
-    const QByteArray prefix = LoginByte + QByteArrayLiteral("LOGIN=");
-    m_account.reset();
-    if (!line.startsWith(prefix)) {
-        refuse(QStringLiteral("the login has no user name"), afterLoginRefusal());
-        return;
-    }
-    m_loginName = line.mid(prefix.size());
-    enter(State::AwaitPassword);
-}
-
-void Connection::finishLogin(const QByteArray &line)
-{
-    const QByteArray prefix = QByteArrayLiteral("PASS=");
-    if (line.startsWith(prefix))
-        m_account = m_service.login(m_loginName, line.mid(prefix.size()));
-    if (m_account) {
-        enter(State::Ready);
-        answer(okAnswer());
-        return;
-    }
-    enter(afterLoginRefusal());
-    answer(loginRefusal());
-}
-
-/// Nobody gets to try passwords for ever.
-Connection::State Connection::afterLoginRefusal()
-{
-    return ++m_refusals >= MaxRefusals ? State::Drain : State::AwaitLogin;
 }
 
 void Connection::handleCommand(const QByteArray &line)
@@ -227,7 +157,7 @@ void Connection::handleLength(const QByteArray &digits)
     const State before = m_state;
     m_wanted = length.value_or(0);
     if (!length) // where the next request starts can no longer be told
-        refuse(QStringLiteral("wrong length"), State::Drain);
+        refuseForGood(QStringLiteral("wrong length"));
     else if (before == State::Refused)
         enter(State::Skip);
     else if (before == State::Ready)
@@ -276,10 +206,6 @@ void Connection::enter(State state)
 {
     m_state = state;
     switch (state) {
-    case State::AwaitLogin:
-    case State::AwaitPassword:
-        m_patience.start(LoginPatience);
-        break;
     case State::AwaitLength:
         m_patience.start(m_timing.bodyTimeout);
         break;
@@ -291,21 +217,15 @@ void Connection::enter(State state)
     case State::Refused:
         m_patience.start(IdlePatience);
         break;
-    case State::Drain:
-        m_patience.start(DrainPatience);
-        break;
     }
 }
 
 void Connection::expired()
 {
-    if (m_state == State::AwaitLength) {
+    if (phase() == Phase::Service && m_state == State::AwaitLength)
         refuse(QStringLiteral("%1 came without a body").arg(m_command.label()), State::Refused);
-        return;
-    }
-    if (m_state != State::Drain)
-        Q_EMIT logged(QStringLiteral("closed: nothing more came"));
-    m_socket->abort();
+    else
+        LoginClient::expired();
 }
 
 } // namespace recorder

@@ -33,11 +33,6 @@ std::optional<Protocol> protocolOf(const QByteArray &firstBytes)
 Greeting::Greeting(QTcpSocket *socket, QObject *parent) : Client(socket, parent)
 {
     connect(m_socket, &QTcpSocket::readyRead, this, &Greeting::look);
-    connect(&m_patience, &QTimer::timeout, this, [this] {
-        Q_EMIT logged(QStringLiteral("closed: nothing more came"));
-        close();
-    });
-    m_patience.setSingleShot(true);
     m_patience.start(Patience);
 }
 

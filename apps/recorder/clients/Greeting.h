@@ -2,8 +2,6 @@
 
 #include "recorder/clients/Client.h"
 
-#include <QTimer>
-
 namespace recorder
 {
 
@@ -29,8 +27,6 @@ Q_SIGNALS:
 
 private:
     void look();
-
-    QTimer m_patience;
 };
 
 } // namespace recorder

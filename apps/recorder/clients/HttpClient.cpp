@@ -33,17 +33,18 @@ HttpClient::HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAc
                        VideoService &video, const ConnectionTiming &timing, QObject *parent)
     : Client(socket, parent), m_accounts(accounts), m_access(access), m_video(&video), m_timing(timing)
 {
-    m_patience.setSingleShot(true);
     m_patience.start(HeadPatience);
     connect(m_socket, &QTcpSocket::readyRead, this, &HttpClient::process);
     connect(m_socket, &QTcpSocket::bytesWritten, this,
             [this] { m_patience.start(m_socket->bytesToWrite() > 0 ? StuckPatience : DrainPatience); });
-    connect(&m_patience, &QTimer::timeout, this, [this] {
-        if (m_isAnswered)
-            m_socket->abort();
-        else
-            send(plain("408 Request Timeout"), true, true);
-    });
+}
+
+void HttpClient::expired()
+{
+    if (m_isAnswered)
+        close();
+    else
+        send(plain("408 Request Timeout"), true, true);
 }
 
 void HttpClient::process()

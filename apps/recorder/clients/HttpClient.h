@@ -5,7 +5,6 @@
 #include "recorder/protocol/ConnectionTiming.h"
 
 #include <QPointer>
-#include <QTimer>
 
 namespace recorder
 {
@@ -40,6 +39,7 @@ private:
     using Picture = QByteArray (VideoService::*)() const;
 
     void process();
+    void expired() override;
     void answer(const QByteArray &head);
     Response respond(const HttpRequest &request);
     Response picture(const HttpRequest &request, Picture take);
@@ -50,7 +50,6 @@ private:
     HttpAccess &m_access;
     QPointer<VideoService> m_video;
     const ConnectionTiming &m_timing; // that of the server
-    QTimer m_patience;
     QByteArray m_head;
     bool m_isAnswered = false;
 };
