@@ -1,9 +1,9 @@
 #include "recorder/RecorderServer.h"
 
-#include "recorder/clients/Connection.h"
-#include "recorder/clients/Greeting.h"
+#include "recorder/clients/ConfigurationClient.h"
 #include "recorder/clients/HttpAccess.h"
 #include "recorder/clients/HttpClient.h"
+#include "recorder/clients/ProtocolDetector.h"
 #include "recorder/clients/VideoClient.h"
 #include "recorder/device/ConfigService.h"
 #include "recorder/files/DataFolder.h"
@@ -196,18 +196,18 @@ void RecorderServer::acceptClients()
 void RecorderServer::addClient(QTcpSocket *socket)
 {
     const int number = m_nextClient++;
-    auto *greeting = new Greeting(socket, this);
-    connect(greeting, &Greeting::recognised, this,
-            [=, this](Protocol protocol) { recognise(number, greeting, protocol); });
+    auto *detector = new ProtocolDetector(socket, this);
+    connect(detector, &ProtocolDetector::detected, this,
+            [=, this](Protocol protocol) { replaceDetector(number, detector, protocol); });
     Q_EMIT logged(QStringLiteral("#%1 connected").arg(number));
-    keepClient(number, greeting);
+    keepClient(number, detector);
 }
 
-void RecorderServer::recognise(int number, Greeting *greeting, Protocol protocol)
+void RecorderServer::replaceDetector(int number, ProtocolDetector *detector, Protocol protocol)
 {
-    QTcpSocket *socket = greeting->takeSocket();
-    greeting->disconnect(this);
-    greeting->deleteLater();
+    QTcpSocket *socket = detector->takeSocket();
+    detector->disconnect(this);
+    detector->deleteLater();
     keepClient(number, makeClient(protocol, socket));
 }
 
@@ -217,10 +217,10 @@ Client *RecorderServer::makeClient(Protocol protocol, QTcpSocket *socket)
         return new VideoClient(socket, *m_service, *m_video, m_timing, this);
     if (protocol == Protocol::Http)
         return new HttpClient(socket, *m_service, *m_access, *m_video, m_timing, this);
-    auto *connection = new Connection(socket, *m_service, m_timing, this);
-    connect(connection, &Connection::fileReceived, this, &RecorderServer::fileReceived);
-    connect(connection, &Connection::restartRequested, this, &RecorderServer::beginRestart);
-    return connection;
+    auto *client = new ConfigurationClient(socket, *m_service, m_timing, this);
+    connect(client, &ConfigurationClient::fileReceived, this, &RecorderServer::fileReceived);
+    connect(client, &ConfigurationClient::restartRequested, this, &RecorderServer::beginRestart);
+    return client;
 }
 
 void RecorderServer::keepClient(int number, Client *client)

@@ -18,7 +18,7 @@ namespace recorder
 
 class Client;
 class ConfigService;
-class Greeting;
+class ProtocolDetector;
 class HttpAccess;
 class VideoService;
 enum class Protocol;
@@ -108,7 +108,7 @@ private:
     void dropClients();
     void acceptClients();
     void addClient(QTcpSocket *socket);
-    void recognise(int number, Greeting *greeting, Protocol protocol);
+    void replaceDetector(int number, ProtocolDetector *detector, Protocol protocol);
     void keepClient(int number, Client *client);
     Client *makeClient(Protocol protocol, QTcpSocket *socket);
 

@@ -1,4 +1,4 @@
-#include "recorder/clients/Greeting.h"
+#include "recorder/clients/ProtocolDetector.h"
 
 #include <algorithm>
 
@@ -11,32 +11,32 @@ namespace
 constexpr int Patience = 30 * 1000;
 constexpr char VideoLoginByte = 0x01;
 /// Long enough for every method of HTTP, a blank and a slash.
-constexpr qsizetype MostBytes = 10;
+constexpr qsizetype MaxBytes = 10;
 
 } // namespace
 
 /// A path follows the method of HTTP, and never a command's name.
-std::optional<Protocol> protocolOf(const QByteArray &firstBytes)
+std::optional<Protocol> detectProtocol(const QByteArray &firstBytes)
 {
     if (firstBytes.startsWith(VideoLoginByte))
         return Protocol::Video;
-    const QByteArray bytes = firstBytes.left(MostBytes);
+    const QByteArray bytes = firstBytes.left(MaxBytes);
     const auto methodEnd =
         std::find_if(bytes.begin(), bytes.end(), [](char c) { return c < 'A' || c > 'Z'; });
     const QByteArray rest = bytes.sliced(methodEnd - bytes.begin());
     const bool canBeHttp = rest.isEmpty() || (methodEnd != bytes.begin() && rest == " ");
-    if (canBeHttp && bytes.size() < MostBytes)
+    if (canBeHttp && bytes.size() < MaxBytes)
         return std::nullopt;
     return methodEnd != bytes.begin() && rest.startsWith(" /") ? Protocol::Http : Protocol::Configuration;
 }
 
-Greeting::Greeting(QTcpSocket *socket, QObject *parent) : Client(socket, parent)
+ProtocolDetector::ProtocolDetector(QTcpSocket *socket, QObject *parent) : Client(socket, parent)
 {
-    connect(m_socket, &QTcpSocket::readyRead, this, &Greeting::look);
+    connect(m_socket, &QTcpSocket::readyRead, this, &ProtocolDetector::detect);
     m_patience.start(Patience);
 }
 
-QTcpSocket *Greeting::takeSocket()
+QTcpSocket *ProtocolDetector::takeSocket()
 {
     m_patience.stop();
     m_socket->disconnect(this);
@@ -44,10 +44,10 @@ QTcpSocket *Greeting::takeSocket()
     return m_socket;
 }
 
-void Greeting::look()
+void ProtocolDetector::detect()
 {
-    if (const std::optional<Protocol> protocol = protocolOf(m_socket->peek(MostBytes)))
-        Q_EMIT recognised(*protocol);
+    if (const std::optional<Protocol> protocol = detectProtocol(m_socket->peek(MaxBytes)))
+        Q_EMIT detected(*protocol);
 }
 
 } // namespace recorder

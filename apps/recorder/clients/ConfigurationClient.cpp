@@ -1,4 +1,4 @@
-#include "recorder/clients/Connection.h"
+#include "recorder/clients/ConfigurationClient.h"
 
 #include "recorder/device/ConfigService.h"
 #include "recorder/protocol/LogText.h"
@@ -40,26 +40,26 @@ bool hasReadableBody(const Command &command)
 qsizetype mostBytes(const Command &command)
 {
     const bool isPackage = command.kind == Command::Kind::Run && command.function == Function::InstallPackage;
-    return isPackage ? Connection::MaxPackage : Connection::MaxBody;
+    return isPackage ? ConfigurationClient::MaxPackage : ConfigurationClient::MaxBody;
 }
 
 } // namespace
 
-Connection::Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
-                       QObject *parent)
+ConfigurationClient::ConfigurationClient(QTcpSocket *socket, ConfigService &service,
+                                         const ConnectionTiming &timing, QObject *parent)
     : LoginClient(socket, service, {LoginByte, MaxRefusals}, parent), m_service(service), m_timing(timing)
 {
     m_delay.setSingleShot(true);
-    connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::process);
-    connect(&m_delay, &QTimer::timeout, this, &Connection::sendLate);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &ConfigurationClient::process);
+    connect(&m_delay, &QTimer::timeout, this, &ConfigurationClient::sendLate);
 }
 
-bool Connection::canRead() const
+bool ConfigurationClient::canRead() const
 {
     return m_pending.isEmpty() && m_socket->bytesToWrite() <= MaxUnsent;
 }
 
-bool Connection::serve()
+bool ConfigurationClient::serve()
 {
     switch (m_state) {
     case State::Body:
@@ -71,7 +71,7 @@ bool Connection::serve()
     }
 }
 
-bool Connection::takeBody()
+bool ConfigurationClient::takeBody()
 {
     const QByteArray piece = m_input.takeBytes(qsizetype(m_wanted));
     m_body += piece;
@@ -94,7 +94,7 @@ bool Connection::takeBody()
     return true;
 }
 
-bool Connection::skipBody()
+bool ConfigurationClient::skipBody()
 {
     const quint64 most = quint64(std::numeric_limits<qsizetype>::max());
     const QByteArray piece = m_input.takeBytes(qsizetype(std::min(m_wanted, most)));
@@ -108,7 +108,7 @@ bool Connection::skipBody()
     return true;
 }
 
-void Connection::handleLine(const QByteArray &line)
+void ConfigurationClient::handleLine(const QByteArray &line)
 {
     logLine(line);
     if (line.startsWith(LoginByte)) // may come at any time
@@ -123,7 +123,7 @@ void Connection::handleLine(const QByteArray &line)
         handleCommand(line);
 }
 
-void Connection::handleCommand(const QByteArray &line)
+void ConfigurationClient::handleCommand(const QByteArray &line)
 {
     const bool bodyIsMissing = m_state == State::AwaitLength;
     if (bodyIsMissing)
@@ -135,7 +135,7 @@ void Connection::handleCommand(const QByteArray &line)
         runCommand(command);
 }
 
-void Connection::runCommand(const Command &command)
+void ConfigurationClient::runCommand(const Command &command)
 {
     if (command.kind == Command::Kind::Get) {
         enter(State::Ready);
@@ -151,7 +151,7 @@ void Connection::runCommand(const Command &command)
     }
 }
 
-void Connection::handleLength(const QByteArray &digits)
+void ConfigurationClient::handleLength(const QByteArray &digits)
 {
     const std::optional<quint64> length = decimal(digits);
     const State before = m_state;
@@ -170,13 +170,13 @@ void Connection::handleLength(const QByteArray &digits)
         enter(State::Body);
 }
 
-void Connection::refuse(const QString &reason, State next)
+void ConfigurationClient::refuse(const QString &reason, State next)
 {
     enter(next);
     answer(errorAnswer(reason));
 }
 
-void Connection::answer(const Answer &answer)
+void ConfigurationClient::answer(const Answer &answer)
 {
     Q_EMIT logged(QStringLiteral("> ") + answer.logText);
     m_pending += answer.bytes;
@@ -187,7 +187,7 @@ void Connection::answer(const Answer &answer)
         send();
 }
 
-void Connection::send()
+void ConfigurationClient::send()
 {
     const QByteArray bytes = std::exchange(m_pending, {});
     if (m_socket->state() == QAbstractSocket::ConnectedState)
@@ -196,13 +196,13 @@ void Connection::send()
         Q_EMIT restartRequested();
 }
 
-void Connection::sendLate()
+void ConfigurationClient::sendLate()
 {
     send();
     process();
 }
 
-void Connection::enter(State state)
+void ConfigurationClient::enter(State state)
 {
     m_state = state;
     switch (state) {
@@ -220,7 +220,7 @@ void Connection::enter(State state)
     }
 }
 
-void Connection::expired()
+void ConfigurationClient::expired()
 {
     if (phase() == Phase::Service && m_state == State::AwaitLength)
         refuse(QStringLiteral("%1 came without a body").arg(m_command.label()), State::Refused);

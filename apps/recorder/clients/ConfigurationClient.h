@@ -12,7 +12,7 @@ namespace recorder
 ///
 /// What is kept in memory is bounded: a line, one body up to MaxBody (a package: MaxPackage) and the answers
 /// not yet taken. While a client does not read its answers nothing more is read from it.
-class Connection : public LoginClient
+class ConfigurationClient : public LoginClient
 {
     Q_OBJECT
 
@@ -21,7 +21,8 @@ public:
     static constexpr qsizetype MaxBody = 8 * 1024 * 1024;
     static constexpr qsizetype MaxPackage = 64 * 1024 * 1024;
 
-    Connection(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing, QObject *parent);
+    ConfigurationClient(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
+                        QObject *parent);
 
 Q_SIGNALS:
     void fileReceived(const QString &name, const QByteArray &body);
