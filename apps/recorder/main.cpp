@@ -2,7 +2,7 @@
 #include "recorder/RecorderServer.h"
 #include "recorder/StopSignal.h"
 #include "recorder/VideoOptions.h"
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

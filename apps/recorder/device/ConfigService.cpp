@@ -2,7 +2,7 @@
 
 #include "recorder/device/Facts.h"
 #include "recorder/files/Gzip.h"
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 
 #include <algorithm>
 

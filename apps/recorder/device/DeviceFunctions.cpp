@@ -4,7 +4,7 @@
 #include "recorder/device/Report.h"
 #include "recorder/files/DataFolder.h"
 #include "recorder/files/DebPackage.h"
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 #include "recorder/files/PackageList.h"
 
 namespace recorder

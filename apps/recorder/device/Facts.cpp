@@ -1,6 +1,6 @@
 #include "recorder/device/Facts.h"
 
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #include "recorder/device/RecorderClock.h"
 
 #include "recorder/files/DataFolder.h"
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 
 #include <QDateTime>
 

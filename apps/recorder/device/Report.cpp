@@ -3,7 +3,7 @@
 #include "recorder/device/MailStore.h"
 #include "recorder/files/Accounts.h"
 #include "recorder/files/DataFolder.h"
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 #include "recorder/files/PackageList.h"
 
 namespace recorder

@@ -1,6 +1,6 @@
 #include "recorder/files/Accounts.h"
 
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 
 #include <QCryptographicHash>
 #include <QSet>

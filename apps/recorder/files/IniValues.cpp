@@ -1,4 +1,4 @@
-#include "recorder/files/IniText.h"
+#include "recorder/files/IniValues.h"
 
 #include <QStringDecoder>
 
