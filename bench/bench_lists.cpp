@@ -2,7 +2,7 @@
 
 #include "PairedRatio.h"
 
-#include "controls/AccessList.h"
+#include "controls/UserListView.h"
 #include "store/OrbSetup.h"
 #include "ui/CWinMain.h"
 
@@ -33,14 +33,14 @@ public:
                            "<item type='label' row='1'><text>{users/untitled/CNT}</text></item>"
                            "</item></tab></tabwidget></pvsetup>");
         m_window = std::make_unique<CWinMain>(&m_store, nullptr);
-        m_list = m_window->findChild<paravue::AccessList *>();
+        m_list = m_window->findChild<paravue::UserListView *>();
         if (m_list->users().size() != users)
             throw std::runtime_error("not all users are shown");
     }
 
     void change()
     {
-        paravue::AccessUser user = m_list->users().first();
+        paravue::User user = m_list->users().first();
         user.password = QString::number(++m_changes);
         m_list->replaceUser(0, user);
         if (m_store.value("users/untitled/PASSWD0") != user.password)
@@ -59,7 +59,7 @@ private:
     QTemporaryDir m_folder;
     OrbSetup m_store;
     std::unique_ptr<CWinMain> m_window;
-    paravue::AccessList *m_list = nullptr;
+    paravue::UserListView *m_list = nullptr;
     int m_changes = 0;
 };
 

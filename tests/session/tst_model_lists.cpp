@@ -1,7 +1,7 @@
 #include "ModalWatcher.h"
 #include "SetupRun.h"
-#include "controls/AccessList.h"
-#include "controls/SoftList.h"
+#include "controls/PackageListView.h"
+#include "controls/UserListView.h"
 #include "recorder/RecorderServer.h"
 #include "support/Waiting.h"
 
@@ -96,7 +96,7 @@ void TestModelLists::letsInWhomItLists()
     {
         Session session(address("admin:admin"));
         QVERIFY(session.isFine());
-        auto *users = shown<paravue::AccessList>(*session.window);
+        auto *users = shown<paravue::UserListView>(*session.window);
         const ModalWatcher dialogs(
             [&](QWidget &dialog) {
                 const auto fields = dialog.findChildren<QLineEdit *>();
@@ -132,8 +132,8 @@ void TestModelLists::removesThePackageThatIsPicked()
 {
     const auto packages = [](const Session &session) {
         QStringList names;
-        for (const paravue::SoftPackage &package :
-             session.window->findChild<paravue::SoftList *>()->packages())
+        for (const paravue::Package &package :
+             session.window->findChild<paravue::PackageListView *>()->packages())
             names << package.name;
         return names;
     };
@@ -145,7 +145,7 @@ void TestModelLists::removesThePackageThatIsPicked()
         QVERIFY(expected.removeOne("mail-notifier"));
         const ModalWatcher dialogs([](QWidget &dialog) { press(dialog, "Remove"); }, "QDialog");
         QSignalSpy done(&session.store, &OrbSetup::storeDone);
-        pressDelete(*shown<paravue::SoftList>(*session.window), "mail-notifier");
+        pressDelete(*shown<paravue::PackageListView>(*session.window), "mail-notifier");
         QVERIFY(dialogs.texts().value(0).contains("mail-notifier"));
         QVERIFY(!done.isEmpty() || done.wait(20'000));
         QVERIFY(session.isFine());

@@ -241,7 +241,7 @@ void TestTranslations::everyControl()
                           "paravue::PtzCalibrator",
                           "paravue::PtzView",
                           "paravue::ScheduleGrid",
-                          "paravue::SoftList",
+                          "paravue::PackageListView",
                           "paravue::WindowHeader"};
 }
 

@@ -1,6 +1,6 @@
 #include "ui/commands/PackageListEditor.h"
 
-#include "controls/SoftList.h"
+#include "controls/PackageListView.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
@@ -15,7 +15,7 @@ namespace
 
 const QString listTag = QStringLiteral("softlist");
 
-bool isRemovable(const SoftPackage &package)
+bool isRemovable(const Package &package)
 {
     static const QStringList needed{"required", "important", "essential"};
     return !needed.contains(package.priority.trimmed(), Qt::CaseInsensitive);
@@ -40,12 +40,12 @@ void PackageListEditor::run(const QString &tag)
 
 void PackageListEditor::removeSelected()
 {
-    const auto *packages = m_context.description().firstWidget<SoftList>(listTag);
+    const auto *packages = m_context.description().firstWidget<PackageListView>(listTag);
     if (!packages)
         m_context.report(WindowText::tr("No list of packages has the tag \"%1\"").arg(listTag));
     if (!packages || packages->selectedRow() < 0)
         return;
-    const SoftPackage &package = packages->packages().at(packages->selectedRow());
+    const Package &package = packages->packages().at(packages->selectedRow());
     if (!isRemovable(package)) {
         m_showDialog(QStringLiteral("softcantdelete"));
         return;

@@ -1,6 +1,6 @@
 #include "ui/commands/UserListEditor.h"
 
-#include "controls/AccessList.h"
+#include "controls/UserListView.h"
 #include "store/OrbSetup.h"
 #include "store/PasswordDigest.h"
 #include "ui/base/UiLimits.h"
@@ -52,15 +52,15 @@ void UserListEditor::dialogClosed(const QString &tag)
         clearPasswords();
 }
 
-AccessList *UserListEditor::list() const
+UserListView *UserListEditor::list() const
 {
-    auto *list = m_context.description().firstWidget<AccessList>(listTag);
+    auto *list = m_context.description().firstWidget<UserListView>(listTag);
     if (!list)
         m_context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(listTag));
     return list;
 }
 
-bool UserListEditor::isEditable(const AccessList &list) const
+bool UserListEditor::isEditable(const UserListView &list) const
 {
     if (!list.isComplete())
         m_context.report(WindowText::tr("The list of users is not complete, so it cannot be changed"));
@@ -69,7 +69,7 @@ bool UserListEditor::isEditable(const AccessList &list) const
 
 void UserListEditor::edit()
 {
-    const AccessList *users = list();
+    const UserListView *users = list();
     if (!users)
         return;
     if (users->selectedRow() < 0) {
@@ -77,7 +77,7 @@ void UserListEditor::edit()
         beginNew();
         return;
     }
-    const AccessUser &user = users->users().at(users->selectedRow());
+    const User &user = users->users().at(users->selectedRow());
     setTyped({{"name", user.name}, {"pass1", {}}, {"pass2", {}}, {"level", user.level}, {"edit", "1"}});
 }
 
@@ -88,7 +88,7 @@ void UserListEditor::beginNew()
 
 void UserListEditor::acceptTyped()
 {
-    AccessList *users = list();
+    UserListView *users = list();
     if (!users || !isEditable(*users))
         return;
     const bool isNew = typed("edit").toInt() != 1;
@@ -104,9 +104,9 @@ void UserListEditor::acceptTyped()
     const QDomElement element = m_context.description().table().of(users)->element;
     const bool isClear = element.attribute(QStringLiteral("clearpassword")) == QLatin1String("true");
     const QString password = typed("pass1");
-    const AccessUser user{typed("name"),
-                          isClear ? password : QString::fromLatin1(passwordDigest(password.toLocal8Bit())),
-                          typed("level")};
+    const User user{typed("name"),
+                    isClear ? password : QString::fromLatin1(passwordDigest(password.toLocal8Bit())),
+                    typed("level")};
     if (row >= 0 && row == UserRights(users->users(), currentUser()).self()) {
         m_login = m_context.store().value(QStringLiteral("general/network/login"));
         m_newName = user.name;
@@ -121,10 +121,10 @@ void UserListEditor::acceptTyped()
 
 /// The tag of the dialog that says why what was typed for the user \a row (-1: a new one) is refused; empty
 /// when it is not.
-QString UserListEditor::refusal(const AccessList &list, int row) const
+QString UserListEditor::refusal(const UserListView &list, int row) const
 {
-    const QList<AccessUser> &users = list.users();
-    const AccessUser user{typed("name"), {}, typed("level")};
+    const QList<User> &users = list.users();
+    const User user{typed("name"), {}, typed("level")};
     for (int other = 0; other < users.size(); ++other) {
         if (other != row && users[other].name == user.name)
             return QStringLiteral("accessdlgerr_namedouble");
@@ -141,7 +141,7 @@ QString UserListEditor::refusal(const AccessList &list, int row) const
 
 void UserListEditor::removeSelected()
 {
-    AccessList *users = list();
+    UserListView *users = list();
     if (!users || !isEditable(*users))
         return;
     const int row = users->selectedRow();

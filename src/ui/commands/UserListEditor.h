@@ -9,7 +9,7 @@
 namespace paravue
 {
 
-class AccessList;
+class UserListView;
 class Bindings;
 class ControlContext;
 class DescribedDialogs;
@@ -37,14 +37,14 @@ public:
     void dialogClosed(const QString &tag);
 
 private:
-    AccessList *list() const;
-    bool isEditable(const AccessList &list) const;
+    UserListView *list() const;
+    bool isEditable(const UserListView &list) const;
     void edit();
     void beginNew();
     void acceptTyped();
     void removeSelected();
 
-    QString refusal(const AccessList &list, int row) const;
+    QString refusal(const UserListView &list, int row) const;
     QString currentUser() const;
     QString typed(const QString &field) const;
     void setTyped(const QList<std::pair<QString, QString>> &fields);

@@ -5,20 +5,20 @@
 namespace paravue
 {
 
-UserRights::UserRights(const QList<AccessUser> &users, const QString &login) : m_users(users)
+UserRights::UserRights(const QList<User> &users, const QString &login) : m_users(users)
 {
     const auto found =
-        std::find_if(users.begin(), users.end(), [&](const AccessUser &user) { return user.name == login; });
+        std::find_if(users.begin(), users.end(), [&](const User &user) { return user.name == login; });
     if (found != users.end())
         m_self = int(found - users.begin());
 }
 
-bool UserRights::mayAdd(const AccessUser &user) const
+bool UserRights::mayAdd(const User &user) const
 {
     return m_self < 0 || (level(m_self) > 0 && user.level.toInt() <= level(m_self));
 }
 
-bool UserRights::mayReplace(int row, const AccessUser &user) const
+bool UserRights::mayReplace(int row, const User &user) const
 {
     if (m_self < 0)
         return true;
@@ -36,7 +36,7 @@ bool UserRights::mayRemove(int row) const
 
 bool UserRights::isLastOfHighestLevel(int row) const
 {
-    const auto isAsHigh = [&](const AccessUser &user) { return user.level.toInt() >= level(row); };
+    const auto isAsHigh = [&](const User &user) { return user.level.toInt() >= level(row); };
     return std::count_if(m_users.begin(), m_users.end(), isAsHigh) == 1;
 }
 

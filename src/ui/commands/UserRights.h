@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/AccessList.h"
+#include "controls/UserListView.h"
 
 namespace paravue
 {
@@ -14,10 +14,10 @@ namespace paravue
 class UserRights
 {
 public:
-    UserRights(const QList<AccessUser> &users, const QString &login);
+    UserRights(const QList<User> &users, const QString &login);
 
-    bool mayAdd(const AccessUser &user) const;
-    bool mayReplace(int row, const AccessUser &user) const;
+    bool mayAdd(const User &user) const;
+    bool mayReplace(int row, const User &user) const;
     bool mayRemove(int row) const;
 
     /// The row of the current user, or -1.
@@ -27,7 +27,7 @@ private:
     int level(int row) const { return m_users[row].level.toInt(); }
     bool isLastOfHighestLevel(int row) const;
 
-    QList<AccessUser> m_users;
+    QList<User> m_users;
     int m_self = -1;
 };
 

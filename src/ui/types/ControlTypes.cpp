@@ -21,8 +21,8 @@
     TYPE("datetime", DateTimeAdapter)                                                                        \
     TYPE("pushbutton", PushButtonAdapter)                                                                    \
     TYPE("list", ListAdapter)                                                                                \
-    TYPE("accesslist", AccessListAdapter)                                                                    \
-    TYPE("softlist", SoftListAdapter)                                                                        \
+    TYPE("accesslist", UserListAdapter)                                                                      \
+    TYPE("softlist", PackageListAdapter)                                                                     \
     TYPE("orbpie", ProgressPieAdapter)                                                                       \
     TYPE("progressbar", ProgressBarAdapter)                                                                  \
     TYPE("setup", SetupAdapter)                                                                              \

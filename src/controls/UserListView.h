@@ -9,12 +9,12 @@ namespace paravue
 
 /// One user of a recorder. The password is what the recorder keeps, clear text or its digest; the level is a
 /// decimal number, a higher one means more rights, kept as it was written.
-struct AccessUser {
+struct User {
     QString name;
     QString password;
     QString level;
 
-    bool operator==(const AccessUser &) const = default;
+    bool operator==(const User &) const = default;
 };
 
 /// The users of a recorder, one per row: name and access level. A password is never shown.
@@ -28,23 +28,23 @@ struct AccessUser {
 ///
 /// i counts from 0 when NAME0 has a value and from 1 otherwise. The list itself does not touch them: whoever
 /// listens to valueChanged() writes users() back when lastChange() is Edited.
-class AccessList : public RowListView
+class UserListView : public RowListView
 {
     Q_OBJECT
 
 public:
-    explicit AccessList(QWidget *parent = nullptr);
+    explicit UserListView(QWidget *parent = nullptr);
 
     /// What stands for a level in the second column; a level without a caption is shown as its number. Seen
     /// with the next setUsers().
     void setLevelCaptions(const QMap<int, QString> &captions) { m_captions = captions; }
     /// Shows these users and emits nothing. Returns false when they are shown already.
-    bool setUsers(const QList<AccessUser> &users);
-    const QList<AccessUser> &users() const { return m_users; }
+    bool setUsers(const QList<User> &users);
+    const QList<User> &users() const { return m_users; }
 
     /// These edit the list and pick the user concerned, or the next one to a removed user.
-    void addUser(const AccessUser &user);
-    void replaceUser(int row, const AccessUser &user);
+    void addUser(const User &user);
+    void replaceUser(int row, const User &user);
     void removeUser(int row);
 
 protected:
@@ -53,7 +53,7 @@ protected:
 private:
     QList<QStringList> rows() const;
 
-    QList<AccessUser> m_users;
+    QList<User> m_users;
     QMap<int, QString> m_captions;
 };
 

@@ -6,7 +6,7 @@ namespace paravue
 {
 
 /// One software package of a recorder. The priority is a word such as "optional" or "required".
-struct SoftPackage {
+struct Package {
     QString name;
     QString version;
     QString description;
@@ -24,19 +24,19 @@ struct SoftPackage {
 ///     PACKAGE_PRIORITY_i     how much the recorder needs it
 ///
 /// i counts from 0 when PACKAGE_NAME_0 has a value and from 1 otherwise. Nothing of it is ever edited.
-class SoftList : public RowListView
+class PackageListView : public RowListView
 {
     Q_OBJECT
 
 public:
-    explicit SoftList(QWidget *parent = nullptr);
+    explicit PackageListView(QWidget *parent = nullptr);
 
     /// Shows these packages and emits nothing. Returns false when they are shown already.
-    bool setPackages(const QList<SoftPackage> &packages);
-    const QList<SoftPackage> &packages() const { return m_packages; }
+    bool setPackages(const QList<Package> &packages);
+    const QList<Package> &packages() const { return m_packages; }
 
 private:
-    QList<SoftPackage> m_packages;
+    QList<Package> m_packages;
 };
 
 } // namespace paravue

@@ -1,19 +1,19 @@
-#include "controls/SoftList.h"
+#include "controls/PackageListView.h"
 
 namespace paravue
 {
 
-SoftList::SoftList(QWidget *parent) : RowListView(parent)
+PackageListView::PackageListView(QWidget *parent) : RowListView(parent)
 {
     setPlaceholder(tr("No packages"));
 }
 
-bool SoftList::setPackages(const QList<SoftPackage> &packages)
+bool PackageListView::setPackages(const QList<Package> &packages)
 {
     m_packages = packages;
     QList<QStringList> rows;
     rows.reserve(packages.size());
-    for (const SoftPackage &package : packages)
+    for (const Package &package : packages)
         rows.append({package.name, package.version, package.description, package.priority});
     return setRows(rows);
 }

@@ -1,4 +1,4 @@
-#include "controls/AccessList.h"
+#include "controls/UserListView.h"
 #include "store/OrbSetup.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ControlAdapter.h"
@@ -30,13 +30,13 @@ QMap<int, QString> levelCaptions(ControlContext &context, const Control &control
     return captions;
 }
 
-/// A list of the users; controls/AccessList.h describes the keys below the address in its "key". Its
+/// A list of the users; controls/UserListView.h describes the keys below the address in its "key". Its
 /// "accesslevel" children are captions: of the level in their attribute "level", or of the level that is
 /// their place, counted from 0.
-class AccessListAdapter : public TypedAdapter<AccessList>
+class UserListAdapter : public TypedAdapter<UserListView>
 {
 public:
-    AccessListAdapter()
+    UserListAdapter()
         : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
                         .attributes = {{"clearpassword", AttributeRule::Word, {"true", "false"}}},
                         .children = {{"column", {{"width"}}}, {"accesslevel", {{"level"}}}},
@@ -47,7 +47,7 @@ public:
 
     QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
     {
-        auto *list = new AccessList(parent);
+        auto *list = new UserListView(parent);
         addColumns(*list, context, control, {WindowText::tr("User"), WindowText::tr("Level")});
         return list;
     }
@@ -56,12 +56,12 @@ public:
 
     bool load(ControlContext &context, const Control &control) const override
     {
-        AccessList &list = widget(control);
+        UserListView &list = widget(control);
         const bool newHeaders = list.setHeaders(columnHeaders(context, control));
         list.setLevelCaptions(levelCaptions(context, control));
-        const QList<AccessUser> users = storedRows<AccessUser>(
+        const QList<User> users = storedRows<User>(
             list, context, control, userKeys(control), 3, [](const auto &value, const QString &i) {
-                return AccessUser{value("/NAME" + i), value("/PASSWD" + i), value("/LEVEL" + i)};
+                return User{value("/NAME" + i), value("/PASSWD" + i), value("/LEVEL" + i)};
             });
         return list.setUsers(users) || newHeaders;
     }
@@ -69,7 +69,7 @@ public:
     /// The whole list. The keys of users that are no longer there are emptied: nothing of them stays.
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
     {
-        const AccessList &list = widget(control);
+        const UserListView &list = widget(control);
         if (list.lastChange() != RowListView::Edited || !list.isComplete())
             return {};
         OrbSetup &store = context.store();
@@ -79,7 +79,7 @@ public:
         int number = keys.first(store);
         const int oldEnd = number + oldCount;
         QList<Assignment> result{{prefix + keys.count, QString::number(list.users().size())}};
-        for (const AccessUser &user : list.users()) {
+        for (const User &user : list.users()) {
             const QString i = QString::number(number++);
             result << Assignment{prefix + "/NAME" + i, user.name}
                    << Assignment{prefix + "/PASSWD" + i, user.password}
@@ -100,9 +100,9 @@ public:
 
 } // namespace
 
-std::unique_ptr<const ControlAdapter> makeAccessListAdapter()
+std::unique_ptr<const ControlAdapter> makeUserListAdapter()
 {
-    return std::make_unique<AccessListAdapter>();
+    return std::make_unique<UserListAdapter>();
 }
 
 } // namespace paravue

@@ -1,4 +1,4 @@
-#include "controls/SoftList.h"
+#include "controls/PackageListView.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/description/InterfaceDocument.h"
@@ -16,11 +16,12 @@ RowKeys packageKeys(const Control &control)
     return {firstAddress(control.element), QStringLiteral("/PACKAGES/0"), QStringLiteral("/PACKAGE_NAME_")};
 }
 
-/// A list of the software packages; controls/SoftList.h describes the keys below the address in its "key".
-class SoftListAdapter : public TypedAdapter<SoftList>
+/// A list of the software packages; controls/PackageListView.h describes the keys below the address in its
+/// "key".
+class PackageListAdapter : public TypedAdapter<PackageListView>
 {
 public:
-    SoftListAdapter()
+    PackageListAdapter()
         : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
                         .children = {{"column", {{"width"}}}},
                         .keys = {{.form = KeyRule::Group, .count = "/PACKAGES"}},
@@ -30,7 +31,7 @@ public:
 
     QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
     {
-        auto *list = new SoftList(parent);
+        auto *list = new PackageListView(parent);
         addColumns(*list, context, control,
                    {WindowText::tr("Package"), WindowText::tr("Version"), WindowText::tr("Description"),
                     WindowText::tr("Priority")});
@@ -41,12 +42,12 @@ public:
 
     bool load(ControlContext &context, const Control &control) const override
     {
-        SoftList &list = widget(control);
+        PackageListView &list = widget(control);
         const bool newHeaders = list.setHeaders(columnHeaders(context, control));
-        const QList<SoftPackage> packages = storedRows<SoftPackage>(
+        const QList<Package> packages = storedRows<Package>(
             list, context, control, packageKeys(control), 4, [](const auto &value, const QString &i) {
-                return SoftPackage{value("/PACKAGE_NAME_" + i), value("/PACKAGE_VER_" + i),
-                                   value("/PACKAGE_DESC_" + i), value("/PACKAGE_PRIORITY_" + i)};
+                return Package{value("/PACKAGE_NAME_" + i), value("/PACKAGE_VER_" + i),
+                               value("/PACKAGE_DESC_" + i), value("/PACKAGE_PRIORITY_" + i)};
             });
         return list.setPackages(packages) || newHeaders;
     }
@@ -56,9 +57,9 @@ public:
 
 } // namespace
 
-std::unique_ptr<const ControlAdapter> makeSoftListAdapter()
+std::unique_ptr<const ControlAdapter> makePackageListAdapter()
 {
-    return std::make_unique<SoftListAdapter>();
+    return std::make_unique<PackageListAdapter>();
 }
 
 } // namespace paravue
