@@ -3,7 +3,7 @@
 namespace paravue
 {
 
-PackageListView::PackageListView(QWidget *parent) : RowListView(parent)
+PackageListView::PackageListView(QWidget *parent) : SortableListView(parent)
 {
     setPlaceholder(tr("No packages"));
 }

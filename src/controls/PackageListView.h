@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/RowListView.h"
+#include "controls/SortableListView.h"
 
 namespace paravue
 {
@@ -24,7 +24,7 @@ struct Package {
 ///     PACKAGE_PRIORITY_i     how much the recorder needs it
 ///
 /// i counts from 0 when PACKAGE_NAME_0 has a value and from 1 otherwise. Nothing of it is ever edited.
-class PackageListView : public RowListView
+class PackageListView : public SortableListView
 {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ constexpr int LevelColumn = 1;
 
 } // namespace
 
-UserListView::UserListView(QWidget *parent) : RowListView(parent)
+UserListView::UserListView(QWidget *parent) : SortableListView(parent)
 {
     setPlaceholder(tr("No users"));
 }

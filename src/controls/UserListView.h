@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/RowListView.h"
+#include "controls/SortableListView.h"
 
 #include <QMap>
 
@@ -28,7 +28,7 @@ struct User {
 ///
 /// i counts from 0 when NAME0 has a value and from 1 otherwise. The list itself does not touch them: whoever
 /// listens to valueChanged() writes users() back when lastChange() is Edited.
-class UserListView : public RowListView
+class UserListView : public SortableListView
 {
     Q_OBJECT
 

@@ -38,7 +38,7 @@ List *shown(const QWidget &window)
     return list;
 }
 
-void pressDelete(paravue::RowListView &list, const QString &name)
+void pressDelete(paravue::SortableListView &list, const QString &name)
 {
     QTreeWidgetItem *row = list.findItems(name, Qt::MatchExactly).first();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(row).center());

@@ -34,7 +34,8 @@ int RowKeys::first(OrbSetup &store) const
     return store.value(prefix + name + u'0').isEmpty() ? 1 : 0;
 }
 
-void addColumns(RowListView &list, ControlContext &context, const Control &control, const QStringList &usual)
+void addColumns(SortableListView &list, ControlContext &context, const Control &control,
+                const QStringList &usual)
 {
     const QStringList headers = columnHeaders(context, control);
     list.setColumns(headers.isEmpty() ? usual : headers, columnWidths(control, limits::ListColumns));
@@ -45,12 +46,12 @@ QStringList rowStates()
     return {selectedState, unselectedState, activatedState, deleteState};
 }
 
-QString rowState(const RowListView &list)
+QString rowState(const SortableListView &list)
 {
     switch (list.lastChange()) {
-    case RowListView::Activated:
+    case SortableListView::Activated:
         return activatedState;
-    case RowListView::DeletePressed:
+    case SortableListView::DeletePressed:
         return deleteState;
     default:
         return list.selectedRow() < 0 ? unselectedState : selectedState;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/RowListView.h"
+#include "controls/SortableListView.h"
 #include "ui/base/UiLimits.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
@@ -32,17 +32,18 @@ struct RowKeys {
 };
 
 /// Gives a new \a list the columns of its description or, without any, \a usual ones.
-void addColumns(RowListView &list, ControlContext &context, const Control &control, const QStringList &usual);
+void addColumns(SortableListView &list, ControlContext &context, const Control &control,
+                const QStringList &usual);
 
 /// The states of a list that the user picks a row of.
 QStringList rowStates();
-QString rowState(const RowListView &list);
+QString rowState(const SortableListView &list);
 
 /// Reads the rows of a list, each of them by \a read with \a fields values at most. The list knows afterwards
 /// whether these are all.
 template <class Row, class Read>
-QList<Row> storedRows(RowListView &list, ControlContext &context, const Control &control, const RowKeys &keys,
-                      int fields, Read read)
+QList<Row> storedRows(SortableListView &list, ControlContext &context, const Control &control,
+                      const RowKeys &keys, int fields, Read read)
 {
     list.setComplete(!keys.prefix.isEmpty());
     if (keys.prefix.isEmpty())

@@ -70,7 +70,7 @@ public:
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
     {
         const UserListView &list = widget(control);
-        if (list.lastChange() != RowListView::Edited || !list.isComplete())
+        if (list.lastChange() != SortableListView::Edited || !list.isComplete())
             return {};
         OrbSetup &store = context.store();
         const RowKeys keys = userKeys(control);

@@ -12,7 +12,7 @@ namespace paravue
 ///
 /// Keys: arrows, Page Up and Down, Home, End and the first letters of a name pick a row; Enter (or a double
 /// click) and Delete ask for something to be done with it, see lastChange().
-class RowListView : public ListView
+class SortableListView : public ListView
 {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     /// to be opened, or to be removed.
     enum Change { Selected, Edited, Activated, DeletePressed };
 
-    explicit RowListView(QWidget *parent = nullptr);
+    explicit SortableListView(QWidget *parent = nullptr);
 
     /// Emits nothing. The row with the name of the picked one is picked afterwards, if there is one.
     bool setRows(const QList<QStringList> &rows) override;

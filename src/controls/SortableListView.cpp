@@ -1,4 +1,4 @@
-#include "controls/RowListView.h"
+#include "controls/SortableListView.h"
 
 #include <QCollator>
 #include <QHeaderView>
@@ -62,7 +62,7 @@ bool isEnter(const QKeyEvent &event)
 
 } // namespace
 
-RowListView::RowListView(QWidget *parent) : ListView(parent)
+SortableListView::SortableListView(QWidget *parent) : ListView(parent)
 {
     setSelectionMode(SingleSelection);
     header()->setSortIndicatorClearable(true);
@@ -79,7 +79,7 @@ RowListView::RowListView(QWidget *parent) : ListView(parent)
     connect(this, &QTreeWidget::itemDoubleClicked, this, [this] { notify(Activated); });
 }
 
-bool RowListView::setRows(const QList<QStringList> &rows)
+bool SortableListView::setRows(const QList<QStringList> &rows)
 {
     if (rows == m_rows)
         return false;
@@ -94,13 +94,13 @@ bool RowListView::setRows(const QList<QStringList> &rows)
     return true;
 }
 
-void RowListView::showRows(const QList<QStringList> &rows, int selected)
+void SortableListView::showRows(const QList<QStringList> &rows, int selected)
 {
     m_rows = rows;
     populate(selected);
 }
 
-void RowListView::populate(int selected)
+void SortableListView::populate(int selected)
 {
     const QScopedValueRollback populating(m_isPopulating, true);
     const int position = verticalScrollBar()->value();
@@ -121,13 +121,13 @@ void RowListView::populate(int selected)
         setCurrentItem(item);
 }
 
-int RowListView::selectedRow() const
+int SortableListView::selectedRow() const
 {
     const QList<QTreeWidgetItem *> selected = selectedItems();
     return selected.isEmpty() ? -1 : selected.first()->data(0, RowRole).toInt();
 }
 
-int RowListView::neighbour(int row) const
+int SortableListView::neighbour(int row) const
 {
     QTreeWidgetItem *shown = item(row);
     const QTreeWidgetItem *next = shown ? itemBelow(shown) : nullptr;
@@ -136,7 +136,7 @@ int RowListView::neighbour(int row) const
     return next ? next->data(0, RowRole).toInt() : -1;
 }
 
-QTreeWidgetItem *RowListView::item(int row) const
+QTreeWidgetItem *SortableListView::item(int row) const
 {
     for (int i = 0; i < topLevelItemCount(); ++i) {
         if (topLevelItem(i)->data(0, RowRole).toInt() == row)
@@ -145,21 +145,21 @@ QTreeWidgetItem *RowListView::item(int row) const
     return nullptr;
 }
 
-QVariant RowListView::sortKey(int, int) const
+QVariant SortableListView::sortKey(int, int) const
 {
     return {};
 }
 
-void RowListView::notify(Change change)
+void SortableListView::notify(Change change)
 {
-    const QPointer<RowListView> self(this);
+    const QPointer<SortableListView> self(this);
     m_lastChange = change;
     Q_EMIT valueChanged();
     if (self)
         m_lastChange = Selected;
 }
 
-void RowListView::keyPressEvent(QKeyEvent *event)
+void SortableListView::keyPressEvent(QKeyEvent *event)
 {
     const bool hasSelection = selectedRow() >= 0;
     if (hasSelection && (isEnter(*event) || event->key() == Qt::Key_Delete)) {
