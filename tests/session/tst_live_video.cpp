@@ -1,7 +1,7 @@
 #include "ModalWatcher.h"
 #include "PictureClock.h"
 #include "SetupRun.h"
-#include "controls/OnlineView.h"
+#include "controls/LiveView.h"
 #include "controls/PtzVideoInput.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/clients/HttpAccess.h"
@@ -56,7 +56,7 @@ const char Description[] = R"(
 )";
 
 /// The clock in the picture that a control shows; -1 when it shows none.
-int clockIn(OnlineView &view)
+int clockIn(LiveView &view)
 {
     return shownTenths(view.grab(view.contentsRect()).toImage()).value_or(-1);
 }
@@ -191,7 +191,7 @@ void TestLiveVideo::showsTheRunningClock()
     QVERIFY(m_recorder->video().setSettings({codec, {320, 180}, 25}));
     LiveSession live(*m_recorder);
     QVERIFY(live.session.isFine());
-    auto &yard = live.view<OnlineView>();
+    auto &yard = live.view<LiveView>();
     auto &gate = live.view<PtzVideoInput>();
     QCOMPARE(yard.valueText(), "No picture yet"); // a task first runs when its period is over
     live.pass(500);
@@ -251,14 +251,14 @@ void TestLiveVideo::keepsOneConnectionForEachTask()
     live.pass(501);
     QVERIFY(comesTrue([&] { return users() == "admin guest"; }));
     passes();
-    QVERIFY(goesForward(live.view<OnlineView>()));
+    QVERIFY(goesForward(live.view<LiveView>()));
     QCOMPARE(users(), "admin guest");
 
     const ModalWatcher dialogs(
         [&](QWidget &dialog) {
             passes();
             QVERIFY(comesTrue([&] { return users() == "admin guest operator"; }));
-            QVERIFY(goesForward(*dialog.findChild<OnlineView *>()));
+            QVERIFY(goesForward(*dialog.findChild<LiveView *>()));
             passes();
         },
         "QDialog");
@@ -266,7 +266,7 @@ void TestLiveVideo::keepsOneConnectionForEachTask()
     QCOMPARE(dialogs.count(), 1);
     QVERIFY(comesTrue([&] { return users() == "admin guest"; }));
     passes();
-    QVERIFY(goesForward(live.view<OnlineView>()));
+    QVERIFY(goesForward(live.view<LiveView>()));
     QCOMPARE(m_recorder->clientCount(), 2);
     QCOMPARE(connections, 3);
 }
@@ -274,7 +274,7 @@ void TestLiveVideo::keepsOneConnectionForEachTask()
 void TestLiveVideo::saysWhatIsWrong()
 {
     LiveSession live(*m_recorder);
-    auto &yard = live.view<OnlineView>();
+    auto &yard = live.view<LiveView>();
     const auto says = [&](const QString &text) {
         return comesTrue([&] {
             live.pass(1);
@@ -327,7 +327,7 @@ void TestLiveVideo::fetchesStillsAgainAndAgain()
     m_recorder->setSnapshotLogins(logins);
     LiveSession live(*m_recorder);
     QVERIFY(live.session.isFine());
-    auto &yard = live.view<OnlineView>();
+    auto &yard = live.view<LiveView>();
     auto &gate = live.view<PtzVideoInput>();
     live.pass(501);
     QCOMPARE(yard.valueText(), "Connecting…");

@@ -292,7 +292,7 @@ void TestSetupProgram::previewsOnCopies()
     const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
         meanwhile = proxy();
         for (QWidget *child : top.findChildren<QWidget *>()) {
-            if (child->inherits("paravue::OnlineView"))
+            if (child->inherits("paravue::LiveView"))
                 picture = QAccessible::queryAccessibleInterface(child)->text(QAccessible::Value);
         }
         for (QLineEdit *name : top.findChildren<QLineEdit *>()) {

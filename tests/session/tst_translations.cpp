@@ -236,7 +236,7 @@ void TestTranslations::everyControl()
                           "paravue::K9mButton",
                           "paravue::LoadingView",
                           "paravue::MaskEditor",
-                          "paravue::OnlineView",
+                          "paravue::LiveView",
                           "paravue::PictureView",
                           "paravue::PtzCalibrator",
                           "paravue::PtzView",

@@ -1,6 +1,6 @@
 #include "DescribedWindow.h"
+#include "controls/LiveView.h"
 #include "controls/MaskEditor.h"
-#include "controls/OnlineView.h"
 #include "controls/PtzCrossView.h"
 #include "support/Waiting.h"
 #include "ui/types/ControlTypes.h"
@@ -333,7 +333,7 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
                                     "<item type='maskctrl'><view/></item></item></page>")),
              QString());
     parts.builder.buildPage(parts.description.document().first("page"), &window);
-    const auto *online = window.findChild<OnlineView *>();
+    const auto *online = window.findChild<LiveView *>();
     const auto *mask = window.findChild<MaskEditor *>();
     const QString cell = mask->valueText();
     const auto *cross = window.findChild<PtzCrossView *>();
@@ -389,10 +389,10 @@ void TestTimeTasks::connectsToNobodyInAPreview()
                                      "<timetask type='v3getjpeg'><url>" +
                                      url + "</url><target>view</target></timetask>",
                                  "<item type='online' row='1'><view/></item>"));
-    QCOMPARE(window.widget<OnlineView>()->valueText(), "No video in a preview");
+    QCOMPARE(window.widget<LiveView>()->valueText(), "No video in a preview");
     window.tickAfter(500);
     QVERIFY(!recorder.waitForNewConnection(200));
-    QCOMPARE(window.widget<OnlineView>()->valueText(), "No video in a preview");
+    QCOMPARE(window.widget<LiveView>()->valueText(), "No video in a preview");
 }
 
 QTEST_MAIN(TestTimeTasks)

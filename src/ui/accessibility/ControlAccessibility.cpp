@@ -1,7 +1,7 @@
 #include "ui/accessibility/ControlAccessibility.h"
 
 #include "controls/K9mButton.h"
-#include "controls/OnlineView.h"
+#include "controls/LiveView.h"
 #include "controls/OrbProgressPie.h"
 #include "controls/PictureView.h"
 #include "ui/accessibility/AccessibleControl.h"
@@ -313,7 +313,7 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
         return new AccessibleRange<QProgressBar>(bar, QAccessible::ProgressBar);
     if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
         return new AccessibleRange<OrbProgressPie>(pie, QAccessible::ProgressBar);
-    if (auto *view = qobject_cast<OnlineView *>(widget))
+    if (auto *view = qobject_cast<LiveView *>(widget))
         return new AccessiblePicture(view, [view] { return view->valueText(); });
     if (auto *view = qobject_cast<PictureView *>(widget))
         return new AccessiblePicture(view, [view] { return view->valueText(); });

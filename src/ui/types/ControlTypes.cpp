@@ -28,7 +28,7 @@
     TYPE("setup", SetupAdapter)                                                                              \
     TYPE("diskfitness", DiskFitnessAdapter)                                                                  \
     TYPE("k9m_button", K9mButtonAdapter)                                                                     \
-    TYPE("online", OnlineAdapter)                                                                            \
+    TYPE("online", LiveViewAdapter)                                                                          \
     TYPE("maskctrl", MaskAdapter)                                                                            \
     TYPE("PTZAlarm", AlarmZoneAdapter)                                                                       \
     TYPE("vornschedule", ScheduleAdapter)                                                                    \

@@ -1,4 +1,4 @@
-#include "controls/OnlineView.h"
+#include "controls/LiveView.h"
 
 #include "controls/MessageText.h"
 
@@ -8,7 +8,7 @@
 namespace paravue
 {
 
-OnlineView::OnlineView(QWidget *parent) : QLabel(tr("No signal"), parent)
+LiveView::LiveView(QWidget *parent) : QLabel(tr("No signal"), parent)
 {
     setTextFormat(Qt::PlainText);
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
@@ -18,7 +18,7 @@ OnlineView::OnlineView(QWidget *parent) : QLabel(tr("No signal"), parent)
     setAutoFillBackground(true);
 }
 
-void OnlineView::setNotice(const QString &text)
+void LiveView::setNotice(const QString &text)
 {
     if (text == m_notice)
         return;
@@ -28,18 +28,18 @@ void OnlineView::setNotice(const QString &text)
     QAccessible::updateAccessibility(&event);
 }
 
-QString OnlineView::valueText() const
+QString LiveView::valueText() const
 {
     return m_notice.isEmpty() ? text() : m_notice;
 }
 
-void OnlineView::setPixmap(const QPixmap &pixmap)
+void LiveView::setPixmap(const QPixmap &pixmap)
 {
     QLabel::setPixmap(pixmap);
     setNotice({});
 }
 
-void OnlineView::paintEvent(QPaintEvent *event)
+void LiveView::paintEvent(QPaintEvent *event)
 {
     const bool hasPicture = !pixmap(Qt::ReturnByValue).isNull();
     if (hasPicture)

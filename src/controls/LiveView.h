@@ -8,13 +8,13 @@ namespace paravue
 {
 
 /// A framed area that a live picture is stretched to, and a text while there is none.
-class OnlineView : public QLabel, public PictureNotice
+class LiveView : public QLabel, public PictureNotice
 {
     Q_OBJECT
     Q_PROPERTY(bool hasPicture READ hasPicture)
 
 public:
-    explicit OnlineView(QWidget *parent = nullptr);
+    explicit LiveView(QWidget *parent = nullptr);
 
     void setNotice(const QString &text) override;
     bool hasPicture() const { return !pixmap(Qt::ReturnByValue).isNull(); }

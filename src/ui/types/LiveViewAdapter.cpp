@@ -1,4 +1,4 @@
-#include "controls/OnlineView.h"
+#include "controls/LiveView.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/types/DescribedSize.h"
 
@@ -11,14 +11,14 @@ namespace
 
 /// A label of a fixed size for a live picture, which a time task gives it as its pixmap; the picture is
 /// scaled to the label. Until then it says why it is empty. Reads and writes no address.
-class OnlineAdapter : public TypedAdapter<OnlineView>
+class LiveViewAdapter : public TypedAdapter<LiveView>
 {
 public:
-    OnlineAdapter() : TypedAdapter(ControlTraits{}) {}
+    LiveViewAdapter() : TypedAdapter(ControlTraits{}) {}
 
     QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
     {
-        auto *picture = new OnlineView(parent);
+        auto *picture = new LiveView(parent);
         picture->setFixedSize(describedSize(control.element, QSize(320, 240)));
         return picture;
     }
@@ -26,9 +26,9 @@ public:
 
 } // namespace
 
-std::unique_ptr<const ControlAdapter> makeOnlineAdapter()
+std::unique_ptr<const ControlAdapter> makeLiveViewAdapter()
 {
-    return std::make_unique<OnlineAdapter>();
+    return std::make_unique<LiveViewAdapter>();
 }
 
 } // namespace paravue
