@@ -22,7 +22,7 @@ constexpr double DisabledShare = 0.4;
 
 class KindText
 {
-    Q_DECLARE_TR_FUNCTIONS(WeekSchedule)
+    Q_DECLARE_TR_FUNCTIONS(paravue::WeekSchedule)
 };
 
 QColor groundColor(int number, const QPalette &palette, QPalette::ColorGroup group)

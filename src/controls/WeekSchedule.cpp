@@ -14,8 +14,8 @@
 #include <algorithm>
 #include <functional>
 
-using namespace paravue;
-
+namespace paravue
+{
 namespace
 {
 
@@ -241,3 +241,5 @@ void WeekSchedule::fillCopyMenu()
             menu->addAction(literal(m_grid->dayNames().value(day)), this, [this, day] { copyTo(day, day); });
     }
 }
+
+} // namespace paravue

@@ -11,8 +11,8 @@ class QVBoxLayout;
 
 namespace paravue
 {
+
 class ScheduleGrid;
-}
 
 /// What is planned for each hour of a week: a grid of seven days by 24 hours that is painted over, a legend
 /// where the kind to paint with is chosen, and buttons to copy a day and to clear.
@@ -32,7 +32,7 @@ public:
     bool setCaptions(const QStringList &days, const QStringList &hours, const QList<int> &widths = {});
     /// What can be planned; an empty list stands for the usual kinds. Kinds beyond MostScheduleKinds are
     /// left out. Returns false when they are offered already.
-    bool setKinds(const paravue::ScheduleKinds &kinds);
+    bool setKinds(const ScheduleKinds &kinds);
 
     QStringList days() const;
     /// Emits nothing. Returns false, and touches nothing, when these are shown already.
@@ -61,9 +61,11 @@ private:
     void copyTo(int firstDay, int lastDay);
     QString currentDayName() const;
 
-    paravue::ScheduleGrid *m_grid;
+    ScheduleGrid *m_grid;
     QVBoxLayout *m_tools; ///< rows of the legend and the buttons
     QButtonGroup *m_kindButtons;
     QPushButton *m_copy;
     QPushButton *m_clear;
 };
+
+} // namespace paravue
