@@ -9,21 +9,21 @@ namespace
 
 constexpr int UsualZones = 4;
 
-struct ZoneLook {
+struct ZoneStyle {
     QRgb tint;
     int lines;
 };
 
 // No two zones have the same lines.
-constexpr std::array<ZoneLook, 9> Looks{{{0xe02020, CellLook::Rising},
-                                         {0x2060e0, CellLook::Falling},
-                                         {0x10a040, CellLook::Level},
-                                         {0xe0a000, CellLook::Upright},
-                                         {0xa030c0, CellLook::Rising | CellLook::Falling},
-                                         {0x00a0a8, CellLook::Level | CellLook::Upright},
-                                         {0xe05090, CellLook::Rising | CellLook::Level},
-                                         {0x805020, CellLook::Falling | CellLook::Upright},
-                                         {0x606060, CellLook::Falling | CellLook::Level}}};
+constexpr std::array<ZoneStyle, 9> ZoneStyles{{{0xe02020, CellStyle::Rising},
+                                               {0x2060e0, CellStyle::Falling},
+                                               {0x10a040, CellStyle::Level},
+                                               {0xe0a000, CellStyle::Upright},
+                                               {0xa030c0, CellStyle::Rising | CellStyle::Falling},
+                                               {0x00a0a8, CellStyle::Level | CellStyle::Upright},
+                                               {0xe05090, CellStyle::Rising | CellStyle::Level},
+                                               {0x805020, CellStyle::Falling | CellStyle::Upright},
+                                               {0x606060, CellStyle::Falling | CellStyle::Level}}};
 
 } // namespace
 
@@ -45,12 +45,12 @@ bool AlarmZoneEditor::isOfKind(int mark, int kind) const
     return mark == kind;
 }
 
-CellLook AlarmZoneEditor::look(int mark) const
+CellStyle AlarmZoneEditor::markStyle(int mark) const
 {
-    const ZoneLook &zone = Looks[size_t(mark - 1) % Looks.size()];
+    const ZoneStyle &zone = ZoneStyles[size_t(mark - 1) % ZoneStyles.size()];
     QColor tint(zone.tint);
     tint.setAlpha(110);
-    return {tint, CellLook::Lines(zone.lines), QString::number(mark)};
+    return {tint, CellStyle::Lines(zone.lines), QString::number(mark)};
 }
 
 QString AlarmZoneEditor::markName(int mark) const

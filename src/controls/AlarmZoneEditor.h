@@ -20,7 +20,7 @@ public:
 
 protected:
     bool isOfKind(int mark, int kind) const override;
-    CellLook look(int mark) const override;
+    CellStyle markStyle(int mark) const override;
     QString markName(int mark) const override;
 };
 

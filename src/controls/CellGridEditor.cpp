@@ -293,7 +293,7 @@ int CellGridEditor::footerHeight(int width) const
 void CellGridEditor::paintFooter(QPainter &painter)
 {
     m_strip.paint(painter, footerRect(), kinds().size() > 1 ? m_kind - 1 : -1,
-                  [&](const QRect &place, int chip) { paintCell(painter, place, look(chip + 1)); });
+                  [&](const QRect &place, int chip) { paintCell(painter, place, markStyle(chip + 1)); });
 }
 
 void CellGridEditor::paintLines(QPainter &painter, const Borders &borders)
@@ -318,17 +318,17 @@ void CellGridEditor::paintMarks(QPainter &painter, const Borders &borders, const
     const QSizeF least(pictureRect().width() / gridSize().width(),
                        pictureRect().height() / gridSize().height());
     const bool hasSigns = hasRoomForSign(painter, least);
-    CellStamps stamps(painter);
+    CellPainter cellPainter(painter);
     for (int y = 0; y < gridSize().height(); ++y) {
         for (int x = 0; x < gridSize().width(); ++x) {
             const int mark = m_cells.mark({x, y});
             const QRect cell = borders.place({x, y, 1, 1});
             if (mark == 0 || !cell.intersects(dirty))
                 continue;
-            CellLook seen = look(mark);
+            CellStyle style = markStyle(mark);
             if (!hasSigns)
-                seen.sign.clear();
-            stamps.paint(cell, mark, seen);
+                style.sign.clear();
+            cellPainter.paint(cell, mark, style);
         }
     }
 }

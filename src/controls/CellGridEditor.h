@@ -1,7 +1,7 @@
 #pragma once
 
-#include "controls/CellLook.h"
 #include "controls/CellRows.h"
+#include "controls/CellStyle.h"
 #include "controls/ChipStrip.h"
 #include "controls/PictureView.h"
 
@@ -53,7 +53,7 @@ Q_SIGNALS:
 protected:
     /// Whether a cell with this mark counts as one of \a kind.
     virtual bool isOfKind(int mark, int kind) const = 0;
-    virtual CellLook look(int mark) const = 0;
+    virtual CellStyle markStyle(int mark) const = 0;
     virtual QString markName(int mark) const = 0;
     QStringList kinds() const { return m_strip.texts(); }
 

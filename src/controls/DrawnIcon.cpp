@@ -14,7 +14,7 @@ namespace
 class DrawnIconEngine : public QIconEngine
 {
 public:
-    explicit DrawnIconEngine(PaintIcon paint) : m_paint(std::move(paint)) {}
+    explicit DrawnIconEngine(IconPainter paint) : m_paint(std::move(paint)) {}
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
@@ -36,12 +36,12 @@ public:
     QIconEngine *clone() const override { return new DrawnIconEngine(m_paint); }
 
 private:
-    PaintIcon m_paint;
+    IconPainter m_paint;
 };
 
 } // namespace
 
-QIcon drawnIcon(PaintIcon paint)
+QIcon drawnIcon(IconPainter paint)
 {
     return QIcon(new DrawnIconEngine(std::move(paint)));
 }

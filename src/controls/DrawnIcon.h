@@ -11,8 +11,8 @@ namespace paravue
 {
 
 /// An icon that is painted by \a paint wherever it is shown, so it is sharp at every scale.
-using PaintIcon =
+using IconPainter =
     std::function<void(QPainter &painter, const QRectF &rect, QIcon::Mode mode, QIcon::State state)>;
-QIcon drawnIcon(PaintIcon paint);
+QIcon drawnIcon(IconPainter paint);
 
 } // namespace paravue

@@ -50,7 +50,7 @@ void LiveView::paintEvent(QPaintEvent *event)
     const QColor ground = palette().color(backgroundRole());
     QPainter painter(this);
     if (hasPicture)
-        paintVeil(painter, contentsRect(), ground);
+        dimPicture(painter, contentsRect(), ground);
     else
         drawFrame(&painter);
     paintNotice(painter, contentsRect(), shown, ground, palette().color(foregroundRole()));

@@ -14,10 +14,10 @@ bool MaskEditor::isOfKind(int mark, int) const
     return mark != 0;
 }
 
-CellLook MaskEditor::look(int) const
+CellStyle MaskEditor::markStyle(int) const
 {
     const QColor tint = m_purpose == Privacy ? QColor(24, 24, 24, 245) : QColor(232, 96, 0, 110);
-    return {tint, CellLook::Rising, {}};
+    return {tint, CellStyle::Rising, {}};
 }
 
 QString MaskEditor::markName(int) const

@@ -10,7 +10,7 @@ namespace
 
 constexpr int Margin = 8;
 constexpr int SmallestText = 8; // pixels
-constexpr float VeilCoverage = 0.6F;
+constexpr float DimmedShare = 0.6F;
 constexpr int Flags = Qt::AlignCenter | Qt::TextWordWrap;
 
 /// Where \a text goes in \a room, with the font of the painter made as small as it needs.
@@ -28,11 +28,11 @@ QRect fittedPlace(QPainter &painter, const QRect &room, const QString &text)
 
 } // namespace
 
-void paintVeil(QPainter &painter, const QRect &picture, const QColor &ground)
+void dimPicture(QPainter &painter, const QRect &picture, const QColor &ground)
 {
-    QColor veil = ground;
-    veil.setAlphaF(VeilCoverage);
-    painter.fillRect(picture, veil);
+    QColor dimming = ground;
+    dimming.setAlphaF(DimmedShare);
+    painter.fillRect(picture, dimming);
 }
 
 void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &ground,

@@ -21,7 +21,7 @@ public:
 };
 
 /// Dims what was painted in \a picture.
-void paintVeil(QPainter &painter, const QRect &picture, const QColor &ground);
+void dimPicture(QPainter &painter, const QRect &picture, const QColor &ground);
 /// Paints \a text in the middle of \a picture, on a ground that lets some of what is under it through when
 /// \a coverage is less than 1. A text that does not fit is written smaller.
 void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &ground,

@@ -179,7 +179,7 @@ void PictureView::paintEvent(QPaintEvent *event)
         painter.drawPixmap(picture, m_pixmap);
     }
     if (!isEnabled() || (!m_notice.isEmpty() && !m_pixmap.isNull()))
-        paintVeil(painter, picture, ground);
+        dimPicture(painter, picture, ground);
     painter.save();
     painter.setOpacity(isEnabled() ? 1 : 0.6);
     painter.setClipRect(picture);

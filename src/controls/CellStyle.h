@@ -16,7 +16,7 @@ namespace paravue
 
 /// How a marked cell stands out from any picture, for eyes that tell the colours apart and for those that do
 /// not: a tint, a pattern of lines and perhaps a sign.
-struct CellLook {
+struct CellStyle {
     enum Line { Rising = 1, Falling = 2, Level = 4, Upright = 8 };
     Q_DECLARE_FLAGS(Lines, Line)
 
@@ -27,21 +27,21 @@ struct CellLook {
 
 bool hasRoomForSign(const QPainter &painter, const QSizeF &cell);
 
-void paintCell(QPainter &painter, const QRectF &cell, const CellLook &look);
+void paintCell(QPainter &painter, const QRectF &cell, const CellStyle &style);
 
-/// Paints many cells: each look is drawn once for each size of a cell and copied from then on, since grids
-/// may have thousands of cells under a live picture.
-class CellStamps
+/// Paints many cells: each style is drawn once for each size of a cell and copied from then on, since grids
+/// may have thousands of cells over a live picture.
+class CellPainter
 {
 public:
-    explicit CellStamps(QPainter &painter) : m_painter(painter) {}
+    explicit CellPainter(QPainter &painter) : m_painter(painter) {}
 
-    /// \a mark tells the looks apart. \a cell stands on whole pixels.
-    void paint(const QRect &cell, int mark, const CellLook &look);
+    /// \a mark tells the styles apart. \a cell stands on whole pixels.
+    void paint(const QRect &cell, int mark, const CellStyle &style);
 
 private:
     QPainter &m_painter;
-    std::map<std::tuple<int, int, int>, QPixmap> m_stamps; ///< by mark, width and height
+    std::map<std::tuple<int, int, int>, QPixmap> m_drawn; ///< by mark, width and height
 };
 
 } // namespace paravue

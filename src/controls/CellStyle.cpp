@@ -1,4 +1,4 @@
-#include "controls/CellLook.h"
+#include "controls/CellStyle.h"
 
 #include "controls/PictureView.h"
 
@@ -11,16 +11,16 @@ namespace
 
 constexpr double SmallestPatternedCell = 6;
 
-QList<QLineF> pattern(const QRectF &cell, CellLook::Lines lines)
+QList<QLineF> pattern(const QRectF &cell, CellStyle::Lines lines)
 {
     QList<QLineF> result;
-    if (lines & CellLook::Rising)
+    if (lines & CellStyle::Rising)
         result.append(QLineF(cell.bottomLeft(), cell.topRight()));
-    if (lines & CellLook::Falling)
+    if (lines & CellStyle::Falling)
         result.append(QLineF(cell.topLeft(), cell.bottomRight()));
-    if (lines & CellLook::Level)
+    if (lines & CellStyle::Level)
         result.append(QLineF(cell.left(), cell.center().y(), cell.right(), cell.center().y()));
-    if (lines & CellLook::Upright)
+    if (lines & CellStyle::Upright)
         result.append(QLineF(cell.center().x(), cell.top(), cell.center().x(), cell.bottom()));
     return result;
 }
@@ -50,34 +50,34 @@ bool hasRoomForSign(const QPainter &painter, const QSizeF &cell)
     return wanted.width() <= cell.width() && wanted.height() <= cell.height();
 }
 
-void paintCell(QPainter &painter, const QRectF &cell, const CellLook &look)
+void paintCell(QPainter &painter, const QRectF &cell, const CellStyle &style)
 {
-    painter.fillRect(cell, look.tint);
+    painter.fillRect(cell, style.tint);
     if (std::min(cell.width(), cell.height()) < SmallestPatternedCell)
         return;
-    const QList<QLineF> lines = pattern(cell.adjusted(2, 2, -2, -2), look.lines);
+    const QList<QLineF> lines = pattern(cell.adjusted(2, 2, -2, -2), style.lines);
     painter.setPen(QPen(QColor(0, 0, 0, 150), 3));
     painter.drawLines(lines);
     painter.setPen(QPen(QColor(255, 255, 255, 220), 1));
     painter.drawLines(lines);
-    if (!look.sign.isEmpty() && hasRoomForSign(painter, cell.size()))
-        paintSign(painter, cell, look.sign);
+    if (!style.sign.isEmpty() && hasRoomForSign(painter, cell.size()))
+        paintSign(painter, cell, style.sign);
 }
 
-void CellStamps::paint(const QRect &cell, int mark, const CellLook &look)
+void CellPainter::paint(const QRect &cell, int mark, const CellStyle &style)
 {
-    QPixmap &stamp = m_stamps[{mark, cell.width(), cell.height()}];
-    if (stamp.isNull()) {
+    QPixmap &drawn = m_drawn[{mark, cell.width(), cell.height()}];
+    if (drawn.isNull()) {
         const double ratio = m_painter.device()->devicePixelRatioF();
-        stamp = QPixmap(cell.size() * ratio);
-        stamp.setDevicePixelRatio(ratio);
-        stamp.fill(Qt::transparent);
-        QPainter painter(&stamp);
+        drawn = QPixmap(cell.size() * ratio);
+        drawn.setDevicePixelRatio(ratio);
+        drawn.fill(Qt::transparent);
+        QPainter painter(&drawn);
         painter.setFont(m_painter.font());
         painter.setRenderHint(QPainter::Antialiasing);
-        paintCell(painter, QRect(QPoint(), cell.size()), look);
+        paintCell(painter, QRect(QPoint(), cell.size()), style);
     }
-    m_painter.drawPixmap(cell, stamp);
+    m_painter.drawPixmap(cell, drawn);
 }
 
 } // namespace paravue
