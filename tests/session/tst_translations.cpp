@@ -230,18 +230,18 @@ void TestTranslations::everyControl()
                           "OrbNetSetup",
                           "OrbProgressPie",
                           "VideoTask",
-                          "WeekSchedule",
                           "paravue::AlarmZoneEditor",
                           "paravue::CellGridEditor",
                           "paravue::K9mButton",
+                          "paravue::LiveView",
                           "paravue::LoadingView",
                           "paravue::MaskEditor",
-                          "paravue::LiveView",
+                          "paravue::PackageListView",
                           "paravue::PictureView",
                           "paravue::PtzCalibrator",
                           "paravue::PtzView",
                           "paravue::ScheduleGrid",
-                          "paravue::PackageListView",
+                          "paravue::WeekSchedule",
                           "paravue::WindowHeader"};
 }
 
