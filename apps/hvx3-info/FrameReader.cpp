@@ -10,7 +10,7 @@ namespace
 
 /// As large as the live window takes them.
 constexpr int MaxFrameSize = 64 * 1024 * 1024;
-constexpr qint64 MillisecondsPerSecond = 1000;
+constexpr qint64 MillisecondsPerIndexSecond = 1000;
 
 } // namespace
 
@@ -32,7 +32,7 @@ FrameReader::FrameReader()
     });
     connect(&cHvx3Parser::onIDX, [this](const IDX_T &index) {
         if (onIndex)
-            onIndex(index.value2 * MillisecondsPerSecond);
+            onIndex(index.value2 * MillisecondsPerIndexSecond);
     });
     connect(&cHvx3Parser::onDATA, [this](const DATA_T &record) { takeFrame(record); });
 }
@@ -65,7 +65,7 @@ void FrameReader::takeFrame(const DATA_T &record)
 {
     if (!onFrame)
         return;
-    const qint64 second = m_parser.index().value2 * MillisecondsPerSecond;
+    const qint64 second = m_parser.index().value2 * MillisecondsPerIndexSecond;
     onFrame({record, second + record.word16, inspect(record)});
 }
 

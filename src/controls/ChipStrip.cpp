@@ -11,24 +11,24 @@ namespace paravue
 namespace
 {
 
-constexpr int Gap = 4;
+constexpr int ChipGap = 4;
 
 } // namespace
 
 QList<QRect> ChipStrip::places(const QRect &area) const
 {
     const QFontMetrics metrics = m_owner.fontMetrics();
-    const int height = metrics.height() + 2 * Gap;
+    const int height = metrics.height() + 2 * ChipGap;
     QList<QRect> result;
-    QPoint next(0, Gap);
+    QPoint next(0, ChipGap);
     for (const QString &text : m_texts) {
-        const int wanted = metrics.height() + metrics.horizontalAdvance(text) + 6 * Gap;
+        const int wanted = metrics.height() + metrics.horizontalAdvance(text) + 6 * ChipGap;
         const int width = std::max(1, std::min(wanted, area.width()));
         if (next.x() > 0 && next.x() + width > area.width())
-            next = QPoint(0, next.y() + height + Gap);
+            next = QPoint(0, next.y() + height + ChipGap);
         const QRect place(area.topLeft() + next, QSize(width, height));
         result.append(QStyle::visualRect(m_owner.layoutDirection(), area, place));
-        next.rx() += width + Gap;
+        next.rx() += width + ChipGap;
     }
     return result;
 }
@@ -62,15 +62,15 @@ void ChipStrip::paint(QPainter &painter, const QRect &area, int chosen,
         painter.setBrush(palette.brush(QPalette::Highlight));
         painter.setRenderHint(QPainter::Antialiasing);
         if (isChosen)
-            painter.drawRoundedRect(place, Gap, Gap);
-        const QRect inside = place.adjusted(Gap, Gap, -Gap, -Gap);
+            painter.drawRoundedRect(place, ChipGap, ChipGap);
+        const QRect inside = place.adjusted(ChipGap, ChipGap, -ChipGap, -ChipGap);
         const QRect swatchPlace(inside.topLeft(), QSize(inside.height(), inside.height()));
         const QRect shownSwatch = QStyle::visualRect(direction, inside, swatchPlace);
         painter.setOpacity(m_owner.isEnabled() ? 1 : 0.6); // the palette dims the text only
         painter.fillRect(shownSwatch, palette.brush(QPalette::Base));
         swatch(shownSwatch, chip);
         painter.setOpacity(1);
-        const QRect textPlace = inside.adjusted(inside.height() + 2 * Gap, 0, 0, 0);
+        const QRect textPlace = inside.adjusted(inside.height() + 2 * ChipGap, 0, 0, 0);
         painter.setPen(palette.color(isChosen ? QPalette::HighlightedText : QPalette::WindowText));
         painter.drawText(QStyle::visualRect(direction, inside, textPlace),
                          QStyle::visualAlignment(direction, Qt::AlignLeft | Qt::AlignVCenter),

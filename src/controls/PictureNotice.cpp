@@ -8,7 +8,7 @@ namespace paravue
 namespace
 {
 
-constexpr int Margin = 8;
+constexpr int NoticeMargin = 8;
 constexpr int SmallestText = 8; // pixels
 constexpr float DimmedShare = 0.6F;
 constexpr int Flags = Qt::AlignCenter | Qt::TextWordWrap;
@@ -41,7 +41,7 @@ void paintNotice(QPainter &painter, const QRect &picture, const QString &text, c
     if (text.isEmpty())
         return;
     painter.save();
-    const QRect room = picture.adjusted(Margin, Margin, -Margin, -Margin);
+    const QRect room = picture.adjusted(NoticeMargin, NoticeMargin, -NoticeMargin, -NoticeMargin);
     const QRect place = fittedPlace(painter, room, text);
     QColor base = ground;
     base.setAlphaF(coverage);

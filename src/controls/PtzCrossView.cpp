@@ -7,7 +7,7 @@ namespace paravue
 namespace
 {
 
-constexpr double Gap = 6; // what the camera looks at stays free
+constexpr double CentreGap = 6; // what the camera looks at stays free
 constexpr double Ring = 14;
 
 } // namespace
@@ -27,10 +27,10 @@ void PtzCrossView::paintCross(QPainter &painter) const
     const QPointF centre = place + QPointF(0.5, 0.5); // on whole pixels the hairs are sharp
     const QRectF picture = pictureRect();
     const QList<QLineF> hairs{
-        {picture.left(), centre.y(), centre.x() - Gap, centre.y()},
-        {centre.x() + Gap, centre.y(), picture.right(), centre.y()},
-        {centre.x(), picture.top(), centre.x(), centre.y() - Gap},
-        {centre.x(), centre.y() + Gap, centre.x(), picture.bottom()},
+        {picture.left(), centre.y(), centre.x() - CentreGap, centre.y()},
+        {centre.x() + CentreGap, centre.y(), picture.right(), centre.y()},
+        {centre.x(), picture.top(), centre.x(), centre.y() - CentreGap},
+        {centre.x(), centre.y() + CentreGap, centre.x(), picture.bottom()},
     };
     painter.setRenderHint(QPainter::Antialiasing);
     if (!position()) {

@@ -10,7 +10,7 @@ namespace paravue
 namespace
 {
 
-constexpr int Margin = 4; // between a text and the edge of its cell
+constexpr int CellMargin = 4; // between a text and the edge of its cell
 
 } // namespace
 
@@ -19,12 +19,12 @@ void ScheduleGeometry::measure(const QFontMetrics &metrics, const QStringList &d
 {
     m_namesWidth = 0;
     for (const QString &day : days)
-        m_namesWidth = std::max(m_namesWidth, metrics.horizontalAdvance(day) + 2 * Margin);
-    m_captionHeight = metrics.height() + Margin;
-    m_leastRowHeight = metrics.height() + 2 * Margin;
-    const int usual = metrics.horizontalAdvance(QStringLiteral("00")) + 2 * Margin;
+        m_namesWidth = std::max(m_namesWidth, metrics.horizontalAdvance(day) + 2 * CellMargin);
+    m_captionHeight = metrics.height() + CellMargin;
+    m_leastRowHeight = metrics.height() + 2 * CellMargin;
+    const int usual = metrics.horizontalAdvance(QStringLiteral("00")) + 2 * CellMargin;
     for (int hour = 0; hour < WeekPlan::Hours; ++hour) {
-        const int needed = std::max(usual, metrics.horizontalAdvance(hours.value(hour)) + Margin);
+        const int needed = std::max(usual, metrics.horizontalAdvance(hours.value(hour)) + CellMargin);
         const int asked = widths.value(hour);
         m_leastWidths[hour] = asked > 0 ? asked : needed;
     }

@@ -10,13 +10,13 @@ namespace paravue
 namespace
 {
 
-const QByteArray StartOfScan = QByteArrayLiteral("\xFF\xDA");
-const QByteArray EndOfImage = QByteArrayLiteral("\xFF\xD9");
+const QByteArray JpegStartOfScan = QByteArrayLiteral("\xFF\xDA");
+const QByteArray JpegEndOfImage = QByteArrayLiteral("\xFF\xD9");
 
 /// The decoder fills up what is missing with grey.
 bool isWhole(const QByteArray &jpeg)
 {
-    return jpeg.lastIndexOf(EndOfImage) > jpeg.lastIndexOf(StartOfScan);
+    return jpeg.lastIndexOf(JpegEndOfImage) > jpeg.lastIndexOf(JpegStartOfScan);
 }
 
 /// Each scan of a progressive picture goes over all of its pixels again, and takes a few bytes.
@@ -25,7 +25,7 @@ bool isAffordable(const QByteArray &jpeg, const QSize &size)
     const qint64 pixels = qint64(size.width()) * size.height();
     if (pixels <= 0 || pixels > MaxStillPixels)
         return false;
-    return pixels * jpeg.count(StartOfScan) <= MaxStillWork;
+    return pixels * jpeg.count(JpegStartOfScan) <= MaxStillWork;
 }
 
 /// Halved as often as is needed; the decoder does that while it decodes.

@@ -12,7 +12,7 @@ namespace recorder
 namespace
 {
 
-constexpr char LoginByte = 0x04;
+constexpr char ConfigurationLoginByte = 0x04;
 constexpr qint64 MaxUnsent = 1024 * 1024;
 constexpr int MaxRefusals = 5;
 constexpr int TransferPatience = 30 * 1000;
@@ -47,7 +47,8 @@ qsizetype mostBytes(const Command &command)
 
 ConfigurationClient::ConfigurationClient(QTcpSocket *socket, ConfigService &service,
                                          const ConnectionTiming &timing, QObject *parent)
-    : LoginClient(socket, service, {LoginByte, MaxRefusals}, parent), m_service(service), m_timing(timing)
+    : LoginClient(socket, service, {ConfigurationLoginByte, MaxRefusals}, parent), m_service(service),
+      m_timing(timing)
 {
     m_delay.setSingleShot(true);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &ConfigurationClient::process);
@@ -111,7 +112,7 @@ bool ConfigurationClient::skipBody()
 void ConfigurationClient::handleLine(const QByteArray &line)
 {
     logLine(line);
-    if (line.startsWith(LoginByte)) // may come at any time
+    if (line.startsWith(ConfigurationLoginByte)) // may come at any time
         beginLogin(line);
     else if (phase() == Phase::Password)
         finishLogin(line);

@@ -16,9 +16,9 @@ namespace
 
 constexpr int HeadPatience = 10 * 1000;
 /// For a client that takes nothing of the answer.
-constexpr int StuckPatience = 10 * 1000;
+constexpr int StuckPagePatience = 10 * 1000;
 /// For the client to leave when the answer is on its way.
-constexpr int DrainPatience = 1000;
+constexpr int PageDrainPatience = 1000;
 
 QByteArray dateField()
 {
@@ -35,8 +35,9 @@ HttpClient::HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAc
 {
     m_patience.start(HeadPatience);
     connect(m_socket, &QTcpSocket::readyRead, this, &HttpClient::process);
-    connect(m_socket, &QTcpSocket::bytesWritten, this,
-            [this] { m_patience.start(m_socket->bytesToWrite() > 0 ? StuckPatience : DrainPatience); });
+    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
+        m_patience.start(m_socket->bytesToWrite() > 0 ? StuckPagePatience : PageDrainPatience);
+    });
 }
 
 void HttpClient::expired()
@@ -122,7 +123,7 @@ void HttpClient::send(const Response &response, bool withBody, bool canClose)
     const QByteArray bytes = lines.join("\r\n") + "\r\n\r\n" + (withBody ? response.body : QByteArray());
     m_patience.stop();
     QTimer::singleShot(m_timing.replyDelay, this, [this, bytes, canClose] {
-        m_patience.start(StuckPatience);
+        m_patience.start(StuckPagePatience);
         m_socket->write(bytes);
         if (canClose)
             m_socket->disconnectFromHost();

@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr int Patience = 30 * 1000;
-constexpr char VideoLoginByte = 0x01;
+constexpr char VideoLogin = 0x01;
 /// Long enough for every method of HTTP, a blank and a slash.
 constexpr qsizetype MaxBytes = 10;
 
@@ -18,7 +18,7 @@ constexpr qsizetype MaxBytes = 10;
 /// A path follows the method of HTTP, and never a command's name.
 std::optional<Protocol> detectProtocol(const QByteArray &firstBytes)
 {
-    if (firstBytes.startsWith(VideoLoginByte))
+    if (firstBytes.startsWith(VideoLogin))
         return Protocol::Video;
     const QByteArray bytes = firstBytes.left(MaxBytes);
     const auto methodEnd =

@@ -8,10 +8,10 @@ namespace recorder
 namespace
 {
 
-constexpr char LoginByte = 0x01;
-constexpr qint64 MaxUnsent = 2 * 1024 * 1024;
+constexpr char VideoLoginByte = 0x01;
+constexpr qint64 MaxUnsentVideo = 2 * 1024 * 1024;
 /// For a client that takes nothing.
-constexpr int StuckPatience = 30 * 1000;
+constexpr int StuckVideoPatience = 30 * 1000;
 
 /// Ignored lines that are logged one by one.
 constexpr int MostIgnoredShown = 5;
@@ -21,7 +21,7 @@ class SocketSink : public VideoSink
 public:
     explicit SocketSink(QTcpSocket *socket) : m_socket(socket) {}
 
-    bool isReady() const override { return m_socket && m_socket->bytesToWrite() <= MaxUnsent; }
+    bool isReady() const override { return m_socket && m_socket->bytesToWrite() <= MaxUnsentVideo; }
 
     void write(const QByteArray &bytes) override
     {
@@ -43,11 +43,11 @@ private:
 
 VideoClient::VideoClient(QTcpSocket *socket, const ConfigService &accounts, VideoService &video,
                          const ConnectionTiming &timing, QObject *parent)
-    : LoginClient(socket, accounts, {LoginByte}, parent), m_video(&video), m_timing(timing)
+    : LoginClient(socket, accounts, {VideoLoginByte}, parent), m_video(&video), m_timing(timing)
 {
     connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
         if (phase() == Phase::Service)
-            m_patience.start(StuckPatience);
+            m_patience.start(StuckVideoPatience);
     });
     connect(this, &Client::closed, this, [this] {
         if (m_ignored > MostIgnoredShown)
@@ -109,7 +109,7 @@ void VideoClient::answer(const Answer &answer)
 
 void VideoClient::beginService()
 {
-    m_patience.start(StuckPatience);
+    m_patience.start(StuckVideoPatience);
     if (!m_video)
         return;
     m_sink = std::make_shared<SocketSink>(m_socket);
@@ -121,7 +121,7 @@ void VideoClient::expired()
     if (phase() != Phase::Service) {
         LoginClient::expired();
     } else if (m_socket->bytesToWrite() == 0) {
-        m_patience.start(StuckPatience);
+        m_patience.start(StuckVideoPatience);
     } else {
         Q_EMIT logged(QStringLiteral("closed: it does not take the video"));
         close();

@@ -23,7 +23,7 @@ namespace paravue
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "paravue.settingsfile")
+Q_LOGGING_CATEGORY(settingsFileLog, "paravue.settingsfile")
 
 constexpr QFile::Permissions OwnerOnly = QFile::ReadOwner | QFile::WriteOwner;
 constexpr qint64 MaxFileBytes = 4 * 1024 * 1024;
@@ -125,7 +125,7 @@ void SettingsFile::sync()
     for (const Edit &edit : edits)
         edit(m_settings);
     if (!isLocked || !m_canReplace || !write(settingsText(m_settings)))
-        qCWarning(log).noquote() << path() << "cannot be written, nothing is remembered";
+        qCWarning(settingsFileLog).noquote() << path() << "cannot be written, nothing is remembered";
 }
 
 QString SettingsFile::takeNotice()
@@ -167,7 +167,7 @@ void SettingsFile::read(bool isLocked)
         file.close();
         m_canReplace = isLocked && setAside();
     } else {
-        qCWarning(log).noquote() << path() << "cannot be read:" << file.errorString();
+        qCWarning(settingsFileLog).noquote() << path() << "cannot be read:" << file.errorString();
         m_canReplace = false;
     }
     m_settings = begin(m_canReplace);
@@ -177,7 +177,7 @@ SettingsMap SettingsFile::begin(bool mayWrite)
 {
     const QByteArray text = defaultText();
     if (!mayWrite || !write(text)) {
-        qCWarning(log).noquote() << path() << "cannot be written, nothing will be remembered";
+        qCWarning(settingsFileLog).noquote() << path() << "cannot be written, nothing will be remembered";
     }
     return parseSettings(text).value_or(SettingsMap());
 }
@@ -202,10 +202,10 @@ bool SettingsFile::setAside() const
     for (int number = 2; QFile::exists(name); ++number)
         name = stem + u'-' + QString::number(number);
     if (!QFile::rename(path(), name)) {
-        qCWarning(log).noquote() << path() << "is damaged and cannot be renamed";
+        qCWarning(settingsFileLog).noquote() << path() << "is damaged and cannot be renamed";
         return false;
     }
-    qCWarning(log).noquote() << path() << "was damaged; it is kept as" << name;
+    qCWarning(settingsFileLog).noquote() << path() << "was damaged; it is kept as" << name;
     pendingNotice() =
         QCoreApplication::translate("cDlg", "The remembered logins could not be read. Their damaged "
                                             "file was kept as %1.")

@@ -18,7 +18,7 @@ namespace paravue
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "paravue.actions")
+Q_LOGGING_CATEGORY(actionLog, "paravue.actions")
 
 bool isCall(const QDomElement &action)
 {
@@ -99,7 +99,7 @@ void ActionRunner::runCall(const QDomElement &action)
     for (QWidget *widget : m_description.widgets(tag))
         widgets.append(widget);
     if (widgets.isEmpty())
-        qCWarning(log) << "no control has the tag" << action.text();
+        qCWarning(actionLog) << "no control has the tag" << action.text();
     for (const QPointer<QWidget> &widget : widgets) {
         if (widget && !m_unwinding)
             invoke(widget, action);
@@ -126,8 +126,8 @@ void ActionRunner::invoke(const QPointer<QWidget> &target, const QDomElement &ac
     }
     const QMetaMethod method = callableSlot(widgetClass, slot, hasParam);
     if (!method.isValid()) {
-        qCWarning(log) << widgetClass.className() << "has no slot" << slot
-                       << (hasParam ? "with a text" : "without an argument");
+        qCWarning(actionLog) << widgetClass.className() << "has no slot" << slot
+                             << (hasParam ? "with a text" : "without an argument");
         return;
     }
     if (!hasParam) {

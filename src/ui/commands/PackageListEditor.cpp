@@ -13,7 +13,7 @@ namespace paravue
 namespace
 {
 
-const QString listTag = QStringLiteral("softlist");
+const QString packageListTag = QStringLiteral("softlist");
 
 bool isRemovable(const Package &package)
 {
@@ -40,9 +40,9 @@ void PackageListEditor::run(const QString &tag)
 
 void PackageListEditor::removeSelected()
 {
-    const auto *packages = m_context.description().firstWidget<PackageListView>(listTag);
+    const auto *packages = m_context.description().firstWidget<PackageListView>(packageListTag);
     if (!packages)
-        m_context.report(WindowText::tr("No list of packages has the tag \"%1\"").arg(listTag));
+        m_context.report(WindowText::tr("No list of packages has the tag \"%1\"").arg(packageListTag));
     if (!packages || packages->selectedRow() < 0)
         return;
     const Package &package = packages->packages().at(packages->selectedRow());

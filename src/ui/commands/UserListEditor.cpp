@@ -19,7 +19,7 @@ namespace paravue
 namespace
 {
 
-const QString listTag = QStringLiteral("accesslist");
+const QString userListTag = QStringLiteral("accesslist");
 const QString dialogTag = QStringLiteral("accessdlg");
 const QString scratch = QStringLiteral("general/access/");
 
@@ -54,9 +54,9 @@ void UserListEditor::dialogClosed(const QString &tag)
 
 UserListView *UserListEditor::list() const
 {
-    auto *list = m_context.description().firstWidget<UserListView>(listTag);
+    auto *list = m_context.description().firstWidget<UserListView>(userListTag);
     if (!list)
-        m_context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(listTag));
+        m_context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(userListTag));
     return list;
 }
 

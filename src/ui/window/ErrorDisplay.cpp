@@ -14,7 +14,7 @@ namespace paravue
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "paravue.window")
+Q_LOGGING_CATEGORY(windowLog, "paravue.window")
 
 } // namespace
 
@@ -22,7 +22,7 @@ void ErrorDisplay::show(const QString &message, Repeats repeats)
 {
     const bool isKnown = repeats == Repeats::Logged && m_shownOnce.contains(message);
     if (isKnown || m_isOnScreen || (isOperating() && !m_deferred.isEmpty())) {
-        qCWarning(log).noquote() << "not shown, a message came before:" << message;
+        qCWarning(windowLog).noquote() << "not shown, a message came before:" << message;
         return;
     }
     if (repeats == Repeats::Logged)
