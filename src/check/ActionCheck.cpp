@@ -52,7 +52,7 @@ void ActionCheck::action(const QDomElement &action)
     }
     whetherItRuns(action, isCall);
     if (isCall) {
-        m_circles.add(action);
+        m_cycles.add(action);
         call(action);
     } else {
         const QList<ActionTarget> found = targets(action, action.text().trimmed());

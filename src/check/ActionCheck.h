@@ -1,6 +1,6 @@
 #pragma once
 
-#include "check/ActionCircles.h"
+#include "check/CallCycles.h"
 #include "check/DescribedParts.h"
 
 #include <QHash>
@@ -13,7 +13,7 @@ class InterfaceDocument;
 class ProblemList;
 class SlotParams;
 
-/// Judges actions and time tasks: whether anything runs them, whether their tag leads to a widget, and
+/// Checks actions and time tasks: whether anything runs them, whether their tag leads to a widget, and
 /// whether that has the slot.
 class ActionCheck
 {
@@ -23,8 +23,8 @@ public:
 
     void action(const QDomElement &action);
     void timeTask(const QDomElement &task);
-    /// After all of them: the calls that lead back to themselves.
-    void finish() { m_circles.report(m_document, m_parts, m_problems); }
+    /// To be called after all actions: reports cycles of calls.
+    void finish() { m_cycles.report(m_document, m_parts, m_problems); }
 
 private:
     void whetherItRuns(const QDomElement &action, bool isCall);
@@ -39,7 +39,7 @@ private:
     SlotParams &m_params;
     ProblemList &m_problems;
     QHash<QString, QList<ActionTarget>> m_targets; ///< by tag
-    ActionCircles m_circles;
+    CallCycles m_cycles;
 };
 
 } // namespace paravue

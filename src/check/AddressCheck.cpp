@@ -17,7 +17,7 @@ bool isLocalFile(QStringView name)
     return name == u"general" || name == u"tmp";
 }
 
-/// The store keeps every file that it fetched a second time, as it came.
+/// The store keeps a pristine copy of every fetched file.
 QString withoutOriginal(const QString &name)
 {
     const QLatin1StringView suffix(".original");

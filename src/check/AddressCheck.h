@@ -13,12 +13,12 @@ namespace paravue
 class ConfigAddress;
 class ProblemList;
 
-/// Judges configuration addresses: their form, whether a session has the file, and, when there is a folder of
+/// Checks configuration addresses: their form, whether a session has the file, and, when there is a folder of
 /// files, whether the key is there.
 class AddressCheck
 {
 public:
-    /// Reads and judges the list of files under \a root, if it has one.
+    /// Reads and checks the list of files under \a root, if it has one.
     AddressCheck(const QDomElement &root, const QString &filesFolder, ProblemList &problems);
 
     /// The name of a configuration file. False when there is no such file.

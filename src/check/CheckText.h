@@ -5,8 +5,8 @@
 namespace paravue
 {
 
-/// What a check says: CheckText::tr(). Its translations stand under the name of the public interface,
-/// whichever class says it.
+/// Translates the texts of a check: CheckText::tr(). They share the translation context "DescriptionCheck",
+/// whichever class reports them.
 class CheckText
 {
     Q_DECLARE_TR_FUNCTIONS(DescriptionCheck)

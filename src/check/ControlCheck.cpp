@@ -25,7 +25,7 @@ const QString keyTag = QStringLiteral("key");
 
 void checkAssignment(const QDomElement &key, AddressCheck &addresses)
 {
-    // An entry without an assignment is one that writes nothing.
+    // An entry without an assignment writes nothing.
     if (const QString text = addressText(key); !text.isEmpty())
         addresses.assignment(key, text);
 }

@@ -25,7 +25,7 @@ struct ActionTarget {
     QString name; ///< for messages: what it is
 };
 
-/// What a window would be built from.
+/// The parts of a description that a window is built from.
 struct DescribedParts {
     struct Control {
         QDomElement element;

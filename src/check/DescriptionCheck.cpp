@@ -23,7 +23,7 @@ namespace paravue
 namespace
 {
 
-/// What the window's own reader says about a text that it does not read, at the place that this is about.
+/// The message of the window's own reader about a text that it refuses, with its place.
 DescriptionProblem unreadable(const QByteArray &text, const QString &message)
 {
     DescriptionProblem problem;
@@ -121,7 +121,7 @@ private:
         return m_parts.of(parent).adapter || m_parts.of(parent.parentNode().toElement()).adapter;
     }
 
-    /// Addresses are no texts for the user: what looks like a reference there is none.
+    /// Addresses are not shown to the user, so references in them are not resolved.
     static bool isText(const QString &tag)
     {
         static const QSet<QString> others{"key", "keyset", "column_source", "row_count", "target", "ptz"};

@@ -27,7 +27,7 @@ struct DescriptionProblem {
 };
 
 /// A description as it is read: \a content itself, or what it unpacks to when it has the gzip form in which
-/// recorders send it. Nothing when that is more than a description may be.
+/// recorders send it. Nothing when it unpacks to more than a description may hold.
 PARAVUE_EXPORT std::optional<QByteArray> unpackedDescription(const QByteArray &content);
 
 /// Reads the interface description in \a file, packed or not, without a recorder and without a window, and

@@ -16,8 +16,8 @@ class ProblemList;
 class TextCheck;
 struct DescribedParts;
 
-/// Judges what calls of the window's own slots pass: the fields of the parameter, and the dialogs and
-/// controls of the description that the slot goes on to use.
+/// Checks the parameters that calls pass to the window's own slots: their fields, and the dialogs and
+/// controls of the description that the slot uses.
 class SlotParams
 {
 public:
@@ -28,7 +28,7 @@ public:
     /// The same for a call of a function of the recorder: "name,argument".
     void checkFunction(const QDomElement &action, const QString &param);
 
-    /// After all calls: the dialogs that none of them opens.
+    /// To be called after all calls: reports dialogs that none of them opens.
     void finish();
 
 private:

@@ -15,13 +15,12 @@ struct SourcePosition {
     int column = 0;
 };
 
-/// Tells elements of one document apart. It is where the element's start tag ends, which is what the document
-/// itself remembers.
+/// Identifies an element of a document: the position of the end of its start tag, which QDom records.
 using ElementId = std::pair<int, int>;
 ElementId elementId(const QDomElement &element);
 
-/// Where the elements of a document begin in its text. The document itself knows only where start tags end,
-/// which can be lines further down.
+/// Where the elements of a document begin in its text. QDom records only where start tags end, which can be
+/// lines further down.
 class SourcePositions
 {
 public:

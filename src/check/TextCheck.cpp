@@ -74,7 +74,7 @@ QList<TextCheck::Reference> TextCheck::references(const QString &text) const
         while (end < text.size() && !endsReference(text.at(end)))
             ++end;
         const QString id = text.mid(at + 1, end - at - 1);
-        // A mail address is no reference, although it looks like one.
+        // An e-mail address is not a reference.
         const bool isWithinWord = at > 0 && text.at(at - 1).isLetterOrNumber();
         if (!id.isEmpty() && (!isWithinWord || m_known.contains(id)))
             found.append({id, at});

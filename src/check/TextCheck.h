@@ -14,7 +14,7 @@ namespace paravue
 class AddressCheck;
 class ProblemList;
 
-/// Judges the visible texts of a description and its translations.
+/// Checks the visible texts of a description and its translations.
 class TextCheck
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     /// A text that the window shows in the language of the recorder.
     void visible(const QDomElement &at, const QString &text);
-    /// What can be said only when all texts were seen: the translations that are missing.
+    /// To be called after all texts: reports missing translations.
     void finish();
 
     bool hasLanguage(const QString &language) const { return m_texts.contains(language); }

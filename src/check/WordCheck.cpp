@@ -19,8 +19,8 @@ namespace
 
 using AttributeRules = QMap<QString, AttributeRule>; // by name
 
-/// The rules of everything that a description is read by, by tag. Items have the attributes of all their
-/// types: a wrong word is as wrong where its type does not ask for it.
+/// The attribute rules of all elements, by tag. Items have the attributes of all their types: a wrong word is
+/// reported even where its type ignores it.
 class RuleBook
 {
 public:

@@ -7,8 +7,8 @@ namespace paravue
 
 class ProblemList;
 
-/// Judges single words of an element: numbers that are none, keywords that the window does not know and would
-/// silently take for their default, and tags that the window keeps for itself.
+/// Checks single words of an element: malformed numbers, unknown keywords that the window would silently
+/// replace by their default, and tags that are reserved for the window.
 void checkWords(const QDomElement &element, ProblemList &problems);
 
 } // namespace paravue

@@ -3,13 +3,13 @@
 #include "controls/DialogLoop.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
-#include "ui/base/WindowLook.h"
-#include "ui/tasks/PictureReceivers.h"
+#include "ui/base/WindowStyle.h"
+#include "ui/tasks/PictureSources.h"
 #include "ui/types/ControlTypes.h"
-#include "ui/window/DescribedFrame.h"
 #include "ui/window/ErrorDisplay.h"
+#include "ui/window/FileAccessPrompt.h"
+#include "ui/window/FrameBinding.h"
 #include "ui/window/LoadingView.h"
-#include "ui/window/PathBox.h"
 #include "ui/window/WindowDrag.h"
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
@@ -37,8 +37,8 @@ const QString progressAddress = QStringLiteral("general/progress_dialog/progress
 constexpr int TaskTick = 500; // milliseconds
 const QString progressTag = QStringLiteral("progress_dialog");
 
-/// The host out of a store's address. Login and password are not for the screen, and a port may stand there
-/// in a form that only the link understands.
+/// The host in a store's address. Login and password are not shown, and the port may be in a form that only
+/// the connection parses.
 QString recorderName(const QString &address)
 {
     return address.mid(address.lastIndexOf(u'@') + 1).section(u':', 0, 0);
@@ -76,18 +76,18 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
         WindowServices{[this](const QString &message) { Q_EMIT pseudothrow(message); },
                        [this](const QString &tag) { showDialog(tag); },
                        [this](const auto &wait) { letUserAct(wait); },
-                       [this](const QString &path, PathUse use) {
+                       [this](const QString &path, FileUse use) {
                            bool allowed = false;
-                           letUserAct([&] { allowed = askAboutPath(this, path, use); });
+                           letUserAct([&] { allowed = askForFileAccess(this, path, use); });
                            return allowed;
                        }});
     if (!setup->property("offline").toBool())
-        m_parts->tasks.setReceiverFactory(pictureReceivers(*this));
+        m_parts->tasks.setSourceFactory(pictureSources(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
-    m_described = std::make_unique<DescribedFrame>(*this, *m_frame, *m_parts);
+    m_described = std::make_unique<FrameBinding>(*this, *m_frame, *m_parts);
     wire();
     new WindowDrag(this, m_frame->header()->label());
-    describeToAssistiveTools(this);
+    describeToScreenReaders(this);
     show();
     operate([this] { m_setup->load(); });
     if (!isBuilt())
@@ -148,7 +148,7 @@ void CWinMain::operate(const std::function<void()> &work)
 
 void CWinMain::letUserAct(const std::function<void()> &wait)
 {
-    // Whoever has closed the window is not asked anything more.
+    // No questions after the window was closed.
     if (!isVisible())
         return;
     const UnattendedScope unattended(m_parts->context, false);
@@ -251,7 +251,7 @@ void CWinMain::saveFileAs(const QString &param)
 
 void CWinMain::setValue(const QString &assignment)
 {
-    // Without an action it is the host that calls.
+    // Without an action the host program calls.
     const auto origin = m_parts->actions.isRunning() ? ValueOrigin::Description : ValueOrigin::Person;
     operate([&] { m_parts->bindings.write({Assignment::fromText(assignment)}, origin); });
 }
@@ -276,14 +276,14 @@ void CWinMain::readDescription()
 {
     const QString path = m_setup->filePath(descriptionFile);
     if (path.isEmpty())
-        return; // the store has said so
+        return; // the store has reported it
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         Q_EMIT pseudothrow(tr("Cannot read file %1").arg(path));
         return;
     }
     const QByteArray description = file.readAll();
-    // What was loaded may be something else, a report for example.
+    // The load may have been one of other files, a report for example.
     if (path != m_builtFrom || description != m_builtText) {
         build(description, path);
         return;
@@ -315,7 +315,7 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_frame->chainTabOrder();
     m_parts->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
     m_taskTimer->start();
-    // Shown when the values are in: each of them would make a visible page arrange itself anew.
+    // Shown only after the values are set: on a visible page each of them would trigger a new layout.
     m_frame->showPages();
     setUpdatesEnabled(true);
     if (isFirst)
@@ -352,7 +352,7 @@ void CWinMain::resizeEvent(QResizeEvent *event)
 void CWinMain::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    // A dialog may have closed the window, and would stay on the screen alone.
+    // An open dialog would otherwise outlive the window that it has closed.
     if (!event->spontaneous()) {
         m_parts->files.closeDialog();
         m_parts->dialogs.closeAll();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 
 #include <QDateTime>
 #include <QDialog>
@@ -14,17 +14,17 @@ class QTimer;
 
 namespace paravue
 {
-class DescribedFrame;
+class FrameBinding;
 class ErrorDisplay;
 struct WindowParts;
 class WindowFrame;
 } // namespace paravue
 
 /// The setup window of one recorder: a header, one page per tab of the recorder's interface description, OK
-/// and Cancel. It wires the store, the description and the widgets to each other and leaves the work to them.
+/// and Cancel. It connects store, description and widgets; they do the work.
 ///
-/// The constructor shows the window and starts the first load, so exec() should follow at once. The window
-/// is application modal. A description reaches its public slots by name; those with a QString argument take
+/// The constructor shows the window and starts the first load, so exec() should follow at once. The window is
+/// application modal. A description reaches its public slots by name; those with a QString argument take
 /// several fields separated by ",".
 class CWinMain : public QDialog
 {
@@ -35,17 +35,17 @@ public:
     CWinMain(OrbSetup *setup, QWidget *parent);
     ~CWinMain() override;
 
-    /// Runs the window in an event loop of its own until it is closed; returns its result. A text thrown
-    /// meanwhile passes through. A window that runs already is left alone.
+    /// Runs the window in an event loop of its own until it is closed; returns its result. Exceptions of type
+    /// QString pass through. Does nothing when the window runs already.
     int exec() override;
-    /// Closes what the window has opened and lets go of the store. May throw, unlike the destructor.
+    /// Closes the dialogs that the window has opened and disconnects from the store. May throw, unlike the
+    /// destructor.
     void endSession();
 
-    /// The millisecond clock of the time tasks; it may begin anywhere and wraps around. Without a call it is
-    /// a steady one.
+    /// Replaces the clock of the time tasks: milliseconds from any start, wrapping around. The default is a
+    /// monotonic clock.
     void setTaskClock(const std::function<quint32()> &clock);
-    /// Who answers for the user when the description wants a file of this computer. Without a call it is the
-    /// user, in a message box.
+    /// Replaces the message box that asks the user when the description wants a file of this computer.
     void setPathQuestion(const paravue::PathQuestion &ask);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -101,5 +101,5 @@ private:
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;
-    std::unique_ptr<paravue::DescribedFrame> m_described;
+    std::unique_ptr<paravue::FrameBinding> m_described;
 };

@@ -229,7 +229,7 @@ void TestTranslations::everyControl()
     m_expectedContexts = {"CWinMain",
                           "OrbNetSetup",
                           "OrbProgressPie",
-                          "VideoTask",
+                          "PictureTask",
                           "paravue::AlarmZoneEditor",
                           "paravue::CellGridEditor",
                           "paravue::K9mButton",
@@ -256,7 +256,7 @@ void TestTranslations::aFaultyDescription()
         button->click();
     QVERIFY(messages.hasSeen());
     QCOMPARE(messages.title(), "[Paravue Setup]");
-    m_expectedContexts = {"CWinMain", "OrbSetup", "VideoTask"};
+    m_expectedContexts = {"CWinMain", "OrbSetup", "PictureTask"};
 }
 
 void TestTranslations::theLogin()

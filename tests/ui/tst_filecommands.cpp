@@ -1,6 +1,6 @@
 #include "DescribedWindow.h"
 #include "store/OrbSettings.h"
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 #include "ui/commands/FileCommands.h"
 
 #include <QApplication>
@@ -48,8 +48,8 @@ const DescribedWindow::Files Files{{"net", "NAME='Вход'\r\nOTHER=1\r\n"},
 struct FileWindow : DescribedWindow {
     explicit FileWindow(Files files = ::Files) : DescribedWindow(describePage(Page, Rest), std::move(files))
     {
-        window->setPathQuestion([this](const QString &path, PathUse use) {
-            questions << (use == PathUse::Read ? "read " : "write ") + path;
+        window->setPathQuestion([this](const QString &path, FileUse use) {
+            questions << (use == FileUse::Read ? "read " : "write ") + path;
             return allow;
         });
     }

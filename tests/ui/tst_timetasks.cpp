@@ -51,7 +51,7 @@ struct Ticking : DescribedWindow {
     quint32 now;
 };
 
-class FakeReceiver : public PictureReceiver
+class FakeSource : public PictureSource
 {
 public:
     bool isActive() const override { return active; }
@@ -233,13 +233,13 @@ void TestTimeTasks::fetchesPictures()
     parts.builder.buildPage(parts.description.document().first("page"), &window);
 
     QStringList sources; // of the receivers that were made
-    QList<QPointer<FakeReceiver>> receivers;
-    parts.tasks.setReceiverFactory([&](PictureKind kind, const QDomElement &task) {
+    QList<QPointer<FakeSource>> receivers;
+    parts.tasks.setSourceFactory([&](PictureKind kind, const QDomElement &task) {
         const QDomElement url = task.firstChildElement("url");
         sources << QStringList{kind == PictureKind::Live ? "live" : "still", url.attribute("parsed"),
                                url.attribute("login"), url.attribute("password")}
                        .join(' ');
-        auto receiver = std::make_unique<FakeReceiver>();
+        auto receiver = std::make_unique<FakeSource>();
         receivers << receiver.get();
         return receiver;
     });
@@ -337,9 +337,9 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
     const auto *mask = window.findChild<MaskEditor *>();
     const QString cell = mask->valueText();
     const auto *cross = window.findChild<PtzCrossView *>();
-    QPointer<FakeReceiver> receiver;
-    parts.tasks.setReceiverFactory([&](PictureKind, const QDomElement &) {
-        auto made = std::make_unique<FakeReceiver>();
+    QPointer<FakeSource> receiver;
+    parts.tasks.setSourceFactory([&](PictureKind, const QDomElement &) {
+        auto made = std::make_unique<FakeSource>();
         receiver = made.get();
         return made;
     });

@@ -1,5 +1,5 @@
 #include "support/Waiting.h"
-#include "ui/base/WindowLook.h"
+#include "ui/base/WindowStyle.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/WindowHeader.h"
 

@@ -9,8 +9,8 @@ namespace paravue
 /// "link" and a number.
 bool isUniqueName(QStringView name);
 
-/// A control as assistive tools meet it: named as the user would name it. The accessible name that the widget
-/// carries is the control's unique one, which says nothing to anybody.
+/// A control as screen readers see it, under the name that the user knows. The accessible name of the widget
+/// itself is the control's unique name, which means nothing to a user.
 class AccessibleControl : public QAccessibleWidget
 {
 public:

@@ -10,7 +10,8 @@ namespace paravue
 namespace
 {
 
-/// One cell of a list, or the header of one of its columns, by position: it speaks for whatever stands there.
+/// One cell of a list, or the header of one of its columns. It is bound to the position, not to the row that
+/// is there now.
 class AccessibleCell : public QAccessibleInterface,
                        public QAccessibleTableCellInterface,
                        public QAccessibleActionInterface

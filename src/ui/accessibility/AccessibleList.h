@@ -9,11 +9,11 @@ class QTreeView;
 namespace paravue
 {
 
-/// A list of rows as assistive tools read it: a table of cells below a row of column headers, under the name
-/// of the control. The toolkit's own table would go by the widget's unique name.
+/// A list of rows as screen readers see it: a table of cells below a row of column headers, under the name of
+/// the control. Qt's own table would use the widget's unique name.
 ///
-/// Its children are the cells in reading order, headers first: the toolkit's focus and selection events count
-/// them this way.
+/// Its children are the cells in reading order, headers first: Qt's focus and selection events count them
+/// this way.
 class AccessibleList : public AccessibleControl, public QAccessibleTableInterface
 {
 public:

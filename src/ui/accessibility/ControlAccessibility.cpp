@@ -58,7 +58,7 @@ public:
     {
         if (kind == QAccessible::Accelerator)
             return m_button->shortcut().toString(QKeySequence::NativeText);
-        // Whoever cannot switch it has no other way to learn its state.
+        // A lamp that the user cannot switch has no checkable state to read.
         const auto *lamp = qobject_cast<const K9mButton *>(m_button);
         if (kind == QAccessible::Value && lamp && !lamp->isCheckable())
             return lamp->isOn() ? K9mButton::tr("On") : K9mButton::tr("Off");
@@ -75,7 +75,8 @@ public:
 
     void doAction(const QString &name) override
     {
-        // The tool gets its answer at once, although a click may open a dialog and wait for its end.
+        // Queued, so that the screen reader is answered at once: a click may open a dialog and wait for its
+        // end.
         if (name == pressAction() || name == toggleAction())
             QMetaObject::invokeMethod(m_button, &QAbstractButton::click, Qt::QueuedConnection);
         else
@@ -149,7 +150,7 @@ class AccessibleChoice : public AccessibleControl
 public:
     explicit AccessibleChoice(QComboBox *box) : AccessibleControl(box, QAccessible::ComboBox), m_box(box) {}
 
-    // The choices are all that a tool needs of the inside.
+    // Of the children only the list of choices is exposed.
     int childCount() const override { return 1; }
     QAccessibleInterface *child(int index) const override
     {
@@ -267,7 +268,7 @@ private:
     Widget *m_range;
 };
 
-/// A picture, and what there is to say of it.
+/// A picture, its notice and its tool tip.
 class AccessiblePicture : public AccessibleControl
 {
 public:
@@ -325,13 +326,13 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
 
 void installFactory(const QWidget *widget)
 {
-    // The last factory is asked first, and the first pie installs one of its own.
+    // Qt asks the factory that was installed last first, and the first progress pie installs its own.
     if (qobject_cast<const OrbProgressPie *>(widget))
         QAccessible::removeFactory(createInterface);
     QAccessible::installFactory(createInterface);
 }
 
-/// The toolkit keeps an interface from a widget's first event, and a caption that is set is one already.
+/// Qt caches the interface at a widget's first accessibility event, and setting a caption is such an event.
 void dropEarlyInterface(QWidget *widget)
 {
     QAccessibleInterface *early = QAccessible::queryAccessibleInterface(widget);
@@ -341,14 +342,14 @@ void dropEarlyInterface(QWidget *widget)
 
 } // namespace
 
-void describeToAssistiveTools(QWidget *window)
+void describeToScreenReaders(QWidget *window)
 {
     installFactory(window);
     window->setProperty(windowMark, true);
     dropEarlyInterface(window);
 }
 
-void describeToAssistiveTools(QWidget *widget, const QString &uniqueName)
+void describeToScreenReaders(QWidget *widget, const QString &uniqueName)
 {
     installFactory(widget);
     if (widget->parentWidget())

@@ -60,7 +60,7 @@ public:
     ~PageLabels() { --count; }
     Q_DISABLE_COPY_MOVE(PageLabels)
 
-    /// Pages are built without a look at their properties as long as nobody has asked for a name.
+    /// False until a name was asked for, so that building a page costs nothing here.
     static bool exist() { return count > 0; }
 
     QString textFor(const QWidget *widget) const
@@ -154,7 +154,7 @@ QString captionOf(const QWidget &widget)
     return label && !isPicture(*label) ? labelText(*label) : QString();
 }
 
-/// A text or a line beside a label is not what the label is about; a picture is.
+/// A label does not name a text or a line beside it, but it does name a picture.
 bool isLabelled(const QWidget &widget)
 {
     const auto *label = qobject_cast<const QLabel *>(&widget);

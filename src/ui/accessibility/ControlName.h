@@ -14,8 +14,8 @@ QString controlName(const QWidget &control);
 
 QString plainToolTip(const QWidget &control);
 
-/// The labels of a page are collected when the first name is asked for. This forgets them, for a page whose
-/// grids change.
+/// Discards the labels of a page, which are collected when the first name is asked for; needed when its grids
+/// change.
 void forgetLabels(QWidget &page);
 
 } // namespace paravue

@@ -108,7 +108,7 @@ QRect EditedText::characterRect(int offset) const
         return {};
     const QFontMetrics metrics = m_edit->fontMetrics();
     const auto widthUpTo = [&](int end) { return metrics.horizontalAdvance(shown.left(end)); };
-    // The cursor stands in the middle of its rectangle, which has room for a wide one.
+    // Qt's cursor rectangle is wider than the cursor, which is in its middle.
     QRect rect = m_edit->inputMethodQuery(Qt::ImCursorRectangle).toRectF().toRect();
     rect.setLeft(rect.center().x() + widthUpTo(offset) - widthUpTo(m_edit->cursorPosition()));
     rect.setWidth(widthUpTo(offset + 1) - widthUpTo(offset));

@@ -10,15 +10,15 @@ class QLineEdit;
 namespace paravue
 {
 
-/// The text of an input line as assistive tools read and change it, by position. Changes are made as the user
-/// would type them: the line's validator, mask and length limit decide, and a refused text leaves the old one
-/// alone. A hidden text (a password) shows as asterisks, or not at all.
+/// The text of an input line as screen readers and similar tools read and change it, by position. Changes are
+/// made as the user would type them: the line's validator, mask and length limit decide, and a refused text
+/// leaves the old one alone. A hidden text (a password) shows as asterisks, or not at all.
 class EditedText : public QAccessibleTextInterface, public QAccessibleEditableTextInterface
 {
 public:
     explicit EditedText(QLineEdit *edit) : m_edit(edit) {}
 
-    /// This object as the interface that \a type names; null when it is no such thing.
+    /// This object as the interface \a type; null when it does not implement it.
     void *cast(QAccessible::InterfaceType type);
     void addStates(QAccessible::State &state) const;
     QString shownText() const;

@@ -44,7 +44,7 @@ void paintGround(QPainter &painter, const QStyleOptionButton &option)
 {
     const QColor color = option.palette.color(QPalette::Button);
     const QColor text = option.palette.color(QPalette::ButtonText);
-    // Pressed and hovered buttons move away from the colour of the text, so it reads better only.
+    // Pressed and hovered buttons get a colour with more contrast to the text, never less.
     const QColor awayFromText = readableTextOn(text);
     double shift = 0;
     if (option.state & QStyle::State_Sunken) {

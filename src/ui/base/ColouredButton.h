@@ -11,8 +11,8 @@ namespace paravue
 /// palette's button brush (Qt::green and so on), with black or white text, whichever reads better. Other
 /// words change nothing.
 ///
-/// Such a button is painted flat in just that colour, as styles would lighten it (its text would then read on
-/// neither ground) or, a native one, ignore it. A disabled one is washed out but stays readable.
+/// Such a button is painted flat in exactly that colour: Fusion would lighten it until neither text colour is
+/// readable, native styles ignore it. A disabled one is paler but stays readable.
 void colourButton(QPushButton &button, const QString &word);
 
 } // namespace paravue

@@ -7,7 +7,7 @@
 namespace paravue
 {
 
-/// What an attribute of the description may hold, for those who judge one.
+/// What an attribute of the description may hold.
 struct AttributeRule {
     enum Kind {
         Number,    ///< a decimal number; anything else counts as 0

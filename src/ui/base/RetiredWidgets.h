@@ -9,9 +9,9 @@
 namespace paravue
 {
 
-/// Deletes widgets that have been taken from the window, once none of their own code can be waiting further
-/// down the stack: an input field whose change opened a dialog goes on when the dialog is closed, and a new
-/// description may have come meanwhile. The toolkit's own deleteLater() does not wait for that.
+/// Deletes widgets that were removed from the window as soon as none of their code is on the call stack any
+/// more. An input field whose change has opened a dialog continues when the dialog is closed, and a new
+/// description may have replaced the field meanwhile. QObject::deleteLater() does not wait for that.
 class RetiredWidgets
 {
 public:
@@ -20,8 +20,8 @@ public:
     /// How many loops have begun so far.
     quint64 loopsBegun() const { return m_begun; }
 
-    /// Takes a hidden widget, which still belongs to its parent. \a since is loopsBegun() at the time when
-    /// the user first could use it.
+    /// Takes over a hidden widget, which still has its parent. \a since is the value of loopsBegun() when the
+    /// widget was first shown.
     void add(QWidget *widget, quint64 since = 0);
 
 private:

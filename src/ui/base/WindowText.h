@@ -5,8 +5,8 @@
 namespace paravue
 {
 
-/// What the setup window says: WindowText::tr(). Its translations stand under the window's own name,
-/// whichever class says it.
+/// Translates the texts of the setup window: WindowText::tr(). They share the translation context "CWinMain",
+/// whichever class shows them.
 class WindowText
 {
     Q_DECLARE_TR_FUNCTIONS(CWinMain)

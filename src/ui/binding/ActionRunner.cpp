@@ -135,7 +135,7 @@ void ActionRunner::invoke(const QPointer<QWidget> &target, const QDomElement &ac
         return;
     }
     const QString param = m_context.text(action.attribute(QStringLiteral("param")));
-    // By the name of what was found: blanks around the one asked for do not matter.
+    // The name of the slot that was found: the requested name may have blanks around it.
     const bool isPermitted = !m_permit || m_permit(*target, QString::fromLatin1(method.name()), param);
     if (isPermitted && target)
         method.invoke(target, Qt::DirectConnection, Q_ARG(QString, param));
@@ -158,7 +158,7 @@ bool ActionRunner::enter()
         return false;
     if (m_depth == 0)
         m_work = 0;
-    // A chain need not be endless: ten actions that call ten actions each, and so on, never end either.
+    // A limit of depth is not enough: ten actions that call ten actions each, and so on, would run for years.
     if (m_depth >= limits::ActionDepth || m_work >= limits::ActionWork) {
         m_unwinding = true;
         m_context.report(WindowText::tr("The actions of the interface description do not come to an end"));

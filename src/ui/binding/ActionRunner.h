@@ -26,20 +26,21 @@ class ActionRunner
 public:
     explicit ActionRunner(ControlContext &context);
 
-    /// What a change by the user means: the state actions that fit, and the calls.
+    /// Runs what a change by the user triggers: state actions whose state fits, and calls.
     void reactToChange(const Control &control);
-    /// What a loaded value means: the enabling and disabling only. Opening a window must not press buttons.
+    /// Runs what a loaded value triggers: state actions only, as loading must not press buttons.
     void reactToState(const Control &control);
-    /// The call actions of an element that is no control: a button of the window, a dialog.
+    /// Runs the call actions of an element without a control: a button of the window, a dialog.
     void runCalls(const QDomElement &owner);
-    /// One call action, whatever element it stands in: a time task is one too.
+    /// Runs one call action or time task.
     void runCall(const QDomElement &action);
-    /// True while actions act rather than the user.
+    /// True while calls run.
     bool isRunning() const { return m_depth > 0; }
     /// \a permit decides about each call before it is made; it may wait for the user.
     using Permit = std::function<bool(const QWidget &target, const QString &slot, const QString &param)>;
     void setPermit(const Permit &permit) { m_permit = permit; }
-    /// Runs \a wait, in which the user acts on: what happens there is no part of the actions that led to it.
+    /// Runs \a wait, an event loop in which the user acts; actions in it are counted from zero against the
+    /// limits.
     void suspend(const std::function<void()> &wait);
 
 private:
@@ -53,8 +54,9 @@ private:
     BuiltDescription &m_description;
     Permit m_permit;
     int m_depth = 0;
-    qsizetype m_work = 0;     ///< elements that actions have looked at since the outermost one began
-    bool m_unwinding = false; ///< an endless chain was cut, and nothing more runs until it has ended
+    qsizetype m_work = 0; ///< elements that actions have visited since the outermost one began
+    bool m_unwinding =
+        false; ///< an endless chain was cut; nothing more runs until its outermost action returns
 };
 
 } // namespace paravue

@@ -13,8 +13,8 @@
 namespace paravue
 {
 
-Bindings::Bindings(ControlContext &context, ActionRunner &actions, LocalPaths &paths)
-    : m_context(context), m_table(context.description().table()), m_actions(actions), m_paths(paths)
+Bindings::Bindings(ControlContext &context, ActionRunner &actions, FileAccessGuard &paths)
+    : m_context(context), m_table(context.description().table()), m_actions(actions), m_fileAccess(paths)
 {
 }
 
@@ -61,7 +61,7 @@ void Bindings::changed(QWidget *sender)
     const bool isTyped = control->adapter->isTyped(*control) && !m_actions.isRunning();
     write(control->adapter->assignments(m_context, *control),
           isTyped ? ValueOrigin::Person : ValueOrigin::Description);
-    // A write can lead anywhere, even to a new description.
+    // A write may run any code, even replace the description.
     control = m_table.find(number);
     if (control && control->widget == sender)
         m_actions.reactToChange(*control);
@@ -69,16 +69,16 @@ void Bindings::changed(QWidget *sender)
 
 void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
 {
-    // A list shows thousands of addresses and writes all of them: whoever shows several is reloaded once.
+    // A list may write thousands of addresses; a control that shows several of them is reloaded once.
     QList<int> dependants;
     QSet<int> known;
     for (const Assignment &given : assignments) {
         const QString text = given.text();
         m_context.store().setValue(text);
-        // With the key of a description that is no whole address, a part of the value completes the address.
+        // When the key of the description is no complete address, the value supplies the rest of it.
         const bool isAddress = ConfigAddress(given.path).hasKey();
         const Assignment assignment = isAddress ? given : Assignment::fromText(text);
-        m_paths.written(assignment, origin);
+        m_fileAccess.written(assignment, origin);
         for (const int number : m_table.dependants(assignment.path)) {
             if (known.contains(number))
                 continue;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 #include "ui/description/Assignment.h"
 
 #include <QList>
@@ -19,12 +19,12 @@ struct Control;
 class Bindings
 {
 public:
-    Bindings(ControlContext &context, ActionRunner &actions, LocalPaths &paths);
+    Bindings(ControlContext &context, ActionRunner &actions, FileAccessGuard &paths);
 
-    /// The first pass over controls that were just built: each shows its value, then enables and disables
-    /// what depends on it. Writes nothing and calls nothing.
+    /// First load of controls that were just built: each shows its value, then runs its state actions. Writes
+    /// nothing and runs no calls.
     void loadNew(const QList<int> &numbers);
-    /// Shows the present values everywhere.
+    /// Reloads all controls.
     void reload();
     /// The user has changed the value of \a sender.
     void changed(QWidget *sender);
@@ -37,7 +37,7 @@ private:
     ControlContext &m_context;
     ControlTable &m_table;
     ActionRunner &m_actions;
-    LocalPaths &m_paths;
+    FileAccessGuard &m_fileAccess;
 };
 
 } // namespace paravue

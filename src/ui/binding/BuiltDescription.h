@@ -25,7 +25,7 @@ public:
     ControlTable &table() { return m_table; }
     const TextResolver &texts() const { return m_texts; }
 
-    /// Another description, of which nothing is built yet. The table forgets the controls of the last one.
+    /// Replaces the description; nothing is built yet, and the table of controls is cleared.
     void replace(const InterfaceDocument &document);
 
     /// The widgets of the elements that have a child with this tag, in the order of the document.

@@ -14,8 +14,8 @@ QMetaMethod callableSlot(const QMetaObject &widgetClass, const QString &slot, bo
     if (index < QObject::staticMetaObject.methodCount())
         return {};
     const QMetaMethod method = widgetClass.method(index);
-    // A style sheet can name files and servers; a dialog runs in an event loop of our own, or not at all. By
-    // the name of what was found, as the one asked for may have blanks around it.
+    // A style sheet can refer to files and servers, and a dialog must run in the window's own event loop.
+    // Compared is the name of the slot that was found, as the requested name may have blanks around it.
     const bool isHarmful = method.name() == "setStyleSheet" || method.name() == "exec";
     return method.access() == QMetaMethod::Public && !isHarmful ? method : QMetaMethod();
 }

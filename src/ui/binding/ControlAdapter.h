@@ -20,8 +20,8 @@ namespace paravue
 
 class ControlContext;
 
-/// The signal that tells of a change by the user, and the slot of the window that hears it, both as SIGNAL()
-/// and SLOT() give them.
+/// The signal that is emitted when the user changes the control and the slot of the window that receives it,
+/// both as SIGNAL() and SLOT() give them.
 struct ChangeSignal {
     const char *signal;
     const char *slot;
@@ -38,10 +38,10 @@ struct KeyRule {
 
     Form form = Value;
     QString tag = QStringLiteral("key");
-    /// Of a group: what stands behind it for the number of its rows.
+    /// Of a group: the key of the number of its rows.
     QString count = {};
-    /// Of rows: the child with the address of their number, and the child that each of these columns has a
-    /// caption in.
+    /// Of rows: the tag of the child with the address of their number, and that of the child with a column's
+    /// caption.
     QString countTag = {};
     QString captionTag = {};
     /// Of rows: how many keys there are when each row has its own; 0 when the first one is for all rows.
@@ -55,8 +55,8 @@ struct RangeRule {
     std::pair<int, int> rangeOf(const QDomElement &element) const;
 };
 
-/// What a description can say of a control of one type beyond what it can say of all of them, and what the
-/// control tells the window.
+/// What is specific to the controls of one type: their attributes and keys in the description, and their
+/// signals.
 struct ControlTraits {
     QList<ChangeSignal> changes = {};
     QList<AttributeRule> attributes = {};
@@ -67,16 +67,15 @@ struct ControlTraits {
     QStringList actionStates = {};
     /// A change also runs the call actions that ask for no state.
     bool runsCalls = false;
-    /// The attributes "width" and "height" are those of a part of the widget, which sees to it that there is
-    /// room for it. Otherwise they are the least size of the widget.
+    /// The attributes "width" and "height" are those of a part of the widget, which makes room for it.
+    /// Otherwise they are the least size of the widget.
     bool sizesItself = false;
     /// It has pages of its own: tabs().
     bool hasPages = false;
 };
 
 /// Carries data between the description, the store and a widget of one type: how the widget is made, how it
-/// shows its configuration values, and what a change by the user means. An adapter keeps no state: all of it
-/// lives in the widget and in the description.
+/// shows its configuration values, and what a change by the user means. An adapter is stateless.
 class ControlAdapter
 {
 public:

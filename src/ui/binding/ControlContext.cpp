@@ -72,7 +72,7 @@ bool ControlContext::take(Resource resource, qsizetype amount)
         m_left[resource] -= amount;
         return true;
     }
-    // What is left would only make the rest cost the time of trying.
+    // The rest of the operation fails at once instead of trying each part.
     m_left[resource] = 0;
     if (!std::exchange(m_isExhausted, true))
         reportOnce(WindowText::tr("The interface description is too large; a part of it is not shown"));

@@ -16,7 +16,7 @@ namespace paravue
 class BuiltDescription;
 struct Control;
 
-/// What a control type needs of the window it is built into.
+/// What adapters and tasks need of the window.
 class ControlContext
 {
 public:
@@ -29,26 +29,26 @@ public:
 
     /// The visible form of \a raw. The control is reloaded whenever a value that the text shows is written.
     QString text(const Control &control, const QString &raw);
-    /// The visible form of \a raw for a text that is used once and not followed.
+    /// The visible form of \a raw, without a reload when its values change.
     QString text(const QString &raw);
     /// The value at \a address. The control is reloaded whenever a value is written there.
     QString value(const Control &control, const QString &address);
     void watch(const Control &control, const QString &address);
 
     void report(const QString &message) { m_report(message); }
-    /// For what would come up again at every change: says it once for each description.
+    /// Reports a problem that would recur at every change once per description.
     void reportOnce(const QString &message);
 
-    /// True while a time task acts rather than the user.
+    /// True while a time task runs.
     bool isUnattended() const { return m_isUnattended; }
 
     enum Resource { Characters, ListCells, GridLines };
-    /// Takes \a amount from what the present operation may make. False, with one message to the user for the
-    /// whole operation, when it is used up.
+    /// Charges \a amount to the budget of the present operation. False, with one message to the user per
+    /// operation, when the budget is exhausted.
     bool take(Resource resource, qsizetype amount);
-    /// A new operation begins.
+    /// Resets the budget: a new operation begins.
     void startOver();
-    /// Another description begins.
+    /// Resets what is kept per description.
     void startDescription() { m_reported.clear(); }
 
 private:
@@ -66,7 +66,8 @@ private:
     QSet<QString> m_reported;
 };
 
-/// Who acts from here to the end of the scope: a time task, or the user, who may act within one.
+/// Says until the end of the scope whether a time task or the user acts. Scopes nest: the user may act in a
+/// dialog that a task has opened.
 class UnattendedScope
 {
 public:

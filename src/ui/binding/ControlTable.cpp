@@ -30,7 +30,7 @@ Control &ControlTable::add(const QDomElement &element, const ControlAdapter *ada
 void ControlTable::attach(Control &control, QWidget *widget)
 {
     control.widget = widget;
-    describeToAssistiveTools(widget, control.name);
+    describeToScreenReaders(widget, control.name);
     m_document.append(control.element, control.name);
     QDomElement decoration = m_document.append(control.element, widgetTag);
     decoration.setAttribute(QStringLiteral("address"), control.number);
@@ -59,9 +59,8 @@ Control *ControlTable::of(const QWidget *widget)
 
 Control *ControlTable::of(const QDomElement &element)
 {
-    // A decoration is the last child: an element without one is not searched, however many children it has.
-    // Comparing the element keeps a description that brings a "controlWidget" of its own from pointing
-    // anywhere.
+    // The decoration is the last child, so no search is needed. The element is compared because a description
+    // may contain a "controlWidget" of its own.
     const QDomElement decoration = element.lastChild().toElement();
     if (decoration.tagName() != widgetTag)
         return nullptr;

@@ -29,8 +29,8 @@ struct Control {
     QStringList watched;                     ///< file/section/key of every value that it shows
 };
 
-/// Who belongs to whom: elements of the description, their widgets, and the configuration addresses whose
-/// values the widgets show. Every look-up costs the same however large the description is.
+/// Relates elements of the description, their widgets, and the configuration addresses whose values the
+/// widgets show. Every look-up takes constant time.
 ///
 /// An element and its widget find each other through decorations of the document: the widget's accessible
 /// name is a unique name, "link" and a number, and its element gets two children, an empty one with that name
@@ -42,7 +42,7 @@ public:
 
     /// A new entry at the end of the build order. The reference stays valid until the entry is removed.
     Control &add(const QDomElement &element, const ControlAdapter *adapter);
-    /// Gives the entry its widget and decorates both.
+    /// Sets the widget of the entry and adds the decorations of both.
     void attach(Control &control, QWidget *widget);
 
     Control *find(int number);

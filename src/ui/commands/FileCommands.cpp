@@ -9,7 +9,7 @@
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 #include "ui/commands/SettingsExport.h"
 #include "ui/commands/WindowServices.h"
 
@@ -50,9 +50,9 @@ enum FileDialogField { Action, Title, FirstOfFilter };
 
 } // namespace
 
-FileCommands::FileCommands(QWidget &window, ControlContext &context, Bindings &bindings, LocalPaths &paths,
-                           const WindowServices &services)
-    : m_window(window), m_context(context), m_bindings(bindings), m_paths(paths), m_services(services)
+FileCommands::FileCommands(QWidget &window, ControlContext &context, Bindings &bindings,
+                           FileAccessGuard &paths, const WindowServices &services)
+    : m_window(window), m_context(context), m_bindings(bindings), m_fileAccess(paths), m_services(services)
 {
 }
 
@@ -98,9 +98,9 @@ QString FileCommands::chosenPath(bool isSave, const QString &title, const QStrin
 QString FileCommands::startFolder(const QString &address) const
 {
     const QString path = m_context.store().value(address);
-    // A folder of another computer would be asked for with the user's credentials.
+    // Opening a folder of another computer would send it the user's credentials.
     const bool isRemote = path.startsWith(QLatin1String("//")) || path.startsWith(QLatin1String("\\\\"));
-    if (isRemote && !m_paths.isTrusted(address))
+    if (isRemote && !m_fileAccess.isTrusted(address))
         return {};
     return path.left(path.lastIndexOf(u'/') + 1);
 }
@@ -128,7 +128,7 @@ void FileCommands::transferSettings(const QString &param)
 
 void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
 {
-    const auto path = m_paths.permitted(pathAddress, PathUse::Write);
+    const auto path = m_fileAccess.permitted(pathAddress, FileUse::Write);
     if (!path)
         return;
     QString text;
@@ -152,7 +152,7 @@ void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
 
 void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
 {
-    const auto path = m_paths.permitted(pathAddress, PathUse::Read);
+    const auto path = m_fileAccess.permitted(pathAddress, FileUse::Read);
     if (!path)
         return;
     QFile file(*path);
@@ -182,7 +182,7 @@ void FileCommands::copyConfigurationFile(const QString &param)
         m_context.report(cannotOpen(source.fileName()));
         return;
     }
-    const auto destination = m_paths.permitted(fields[1], PathUse::Write);
+    const auto destination = m_fileAccess.permitted(fields[1], FileUse::Write);
     if (destination && !writeWholeFile(*destination, source.readAll()))
         m_context.report(cannotOpen(*destination));
 }

@@ -11,7 +11,7 @@ namespace paravue
 
 class Bindings;
 class ControlContext;
-class LocalPaths;
+class FileAccessGuard;
 struct WindowServices;
 
 /// The slots of the window that have to do with files of this computer. Each takes one text with fields
@@ -20,7 +20,7 @@ class FileCommands
 {
 public:
     /// All must outlive the object. \a window owns the file dialogs.
-    FileCommands(QWidget &window, ControlContext &context, Bindings &bindings, LocalPaths &paths,
+    FileCommands(QWidget &window, ControlContext &context, Bindings &bindings, FileAccessGuard &paths,
                  const WindowServices &services);
 
     /// "open" or "save", title, filter, address: lets the user choose a file and writes its path to the
@@ -45,7 +45,7 @@ private:
     QWidget &m_window;
     ControlContext &m_context;
     Bindings &m_bindings;
-    LocalPaths &m_paths;
+    FileAccessGuard &m_fileAccess;
     const WindowServices &m_services;
     QPointer<QFileDialog> m_dialog;
 };

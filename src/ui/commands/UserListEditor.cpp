@@ -8,7 +8,7 @@
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/commands/DescribedDialogs.h"
+#include "ui/commands/DialogManager.h"
 #include "ui/commands/UserRights.h"
 
 #include <algorithm>
@@ -25,7 +25,7 @@ const QString scratch = QStringLiteral("general/access/");
 
 } // namespace
 
-UserListEditor::UserListEditor(ControlContext &context, Bindings &bindings, DescribedDialogs &dialogs,
+UserListEditor::UserListEditor(ControlContext &context, Bindings &bindings, DialogManager &dialogs,
                                std::function<void(const QString &)> showDialog)
     : m_context(context), m_bindings(bindings), m_dialogs(dialogs), m_showDialog(std::move(showDialog))
 {
@@ -73,7 +73,7 @@ void UserListEditor::edit()
     if (!users)
         return;
     if (users->selectedRow() < 0) {
-        // The dialog may open all the same, and must not show whoever was in it before.
+        // The dialog may open all the same and must not show the user of the last time.
         beginNew();
         return;
     }
@@ -153,8 +153,8 @@ void UserListEditor::removeSelected()
         users->removeUser(row);
 }
 
-/// The name in the list of whoever is logged in. The login stays the old one when that user is renamed, and
-/// must not become somebody who is not in the list and may do everything.
+/// The name that the logged-in user has in the list. When that user is renamed the session's login stays the
+/// old one; a login that is not in the list would have all rights.
 QString UserListEditor::currentUser() const
 {
     const QString login = m_context.store().value(QStringLiteral("general/network/login"));

@@ -12,19 +12,19 @@ namespace paravue
 class UserListView;
 class Bindings;
 class ControlContext;
-class DescribedDialogs;
+class DialogManager;
 
 /// Adds, changes and removes users of the "accesslist" that an element with the tag "accesslist" marks.
 ///
 /// The user's name, level and password are typed in a dialog of the description with the tag "accessdlg",
 /// whose controls are bound to addresses of this computer only: general/access/name, pass1, pass2, level, and
-/// edit, which is 1 while an existing user is edited and 0 for a new one. What is not allowed is said by
-/// dialogs of the description as well; their tags begin with "accessdlgerr_".
+/// edit, which is 1 while an existing user is edited and 0 for a new one. Refusals are shown by dialogs of
+/// the description too; their tags begin with "accessdlgerr_".
 class UserListEditor
 {
 public:
     /// \a showDialog opens the dialog of a tag and comes back when it is closed.
-    UserListEditor(ControlContext &context, Bindings &bindings, DescribedDialogs &dialogs,
+    UserListEditor(ControlContext &context, Bindings &bindings, DialogManager &dialogs,
                    std::function<void(const QString &tag)> showDialog);
 
     /// \a tag is one of:
@@ -33,7 +33,7 @@ public:
     /// - "remove" removes the picked user.
     void run(const QString &tag);
 
-    /// Must be told that the dialog of this tag has closed: typed passwords are not kept.
+    /// To be called when the dialog of this tag has closed: typed passwords are erased.
     void dialogClosed(const QString &tag);
 
 private:
@@ -52,7 +52,7 @@ private:
 
     ControlContext &m_context;
     Bindings &m_bindings;
-    DescribedDialogs &m_dialogs;
+    DialogManager &m_dialogs;
     std::function<void(const QString &)> m_showDialog;
     QString m_login;   ///< the session's login, when its user was renamed
     QString m_newName; ///< and the name that the user has now

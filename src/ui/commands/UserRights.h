@@ -7,7 +7,7 @@ namespace paravue
 
 /// What the current user may do to the users of a recorder. A higher level means more rights.
 ///
-/// - Users of up to one's own level may be edited and removed, and nobody be raised above it.
+/// - Users of up to one's own level may be edited and removed; no user may be raised above it.
 /// - Level 0 changes its own password and nothing else.
 /// - Nobody removes himself or the last user of the highest level.
 /// - A login that is not in the list may do everything; the recorder has the last word.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 
 #include <QString>
 
@@ -9,7 +9,7 @@
 namespace paravue
 {
 
-/// What the parts of a session ask of the window that they make alive.
+/// What the parts behind the window ask of it.
 struct WindowServices {
     /// Receives translated messages for the user.
     std::function<void(const QString &message)> report;
@@ -17,7 +17,7 @@ struct WindowServices {
     std::function<void(const QString &tag)> showDialog;
     /// Runs \a wait, an event loop in which the user acts.
     std::function<void(const std::function<void()> &wait)> letUserAct;
-    PathQuestion askAboutPath;
+    PathQuestion askForFileAccess;
 };
 
 } // namespace paravue

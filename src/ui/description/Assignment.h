@@ -7,7 +7,7 @@
 namespace paravue
 {
 
-/// A value to be written into the store. It becomes one text, "file/section/key/value", only there.
+/// A value to be written into the store, which takes it as one text "file/section/key/value".
 struct Assignment {
     QString path; ///< file/section/key
     QString value;

@@ -37,8 +37,8 @@ QString InterfaceDocument::load(const QString &path)
 
 QString InterfaceDocument::load(const QByteArray &text, const QString &path)
 {
-    // A streaming look comes first: entities and deep nesting can make the reader of the whole document
-    // need gigabytes or minutes.
+    // A streaming pass comes first: with entities and deep nesting QDomDocument can need gigabytes or
+    // minutes.
     if (const auto violation = xmlLimitViolation(text))
         return QStringLiteral("%1: %2").arg(path, *violation);
 

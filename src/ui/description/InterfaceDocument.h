@@ -49,7 +49,7 @@ private:
 /// not use them itself.
 bool isDecoration(const QString &tag);
 
-/// The text nodes directly below \a element, without those of its children.
+/// The text directly in \a element, without that of its children.
 QString ownText(const QDomElement &element);
 
 /// The text of an element that holds an address: as written, but for an address that an XML editor has put on
@@ -59,7 +59,7 @@ QString addressText(const QDomElement &element);
 /// The texts of all children with this tag.
 QStringList childTexts(const QDomElement &element, const QString &tag);
 QStringList childAddresses(const QDomElement &element, const QString &tag = QStringLiteral("key"));
-/// That of the first "key" child; empty without one.
+/// The address in the first "key" child; empty without one.
 QString firstAddress(const QDomElement &element);
 
 /// A decimal integer; 0 when it is absent or malformed.

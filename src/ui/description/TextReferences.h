@@ -18,7 +18,7 @@ struct BracedAddress {
     QString address;
 };
 
-/// The first of them at \a from or behind it.
+/// The first address in braces at \a from or behind it.
 std::optional<BracedAddress> findBracedAddress(const QString &text, qsizetype from);
 
 } // namespace paravue

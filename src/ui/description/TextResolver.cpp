@@ -12,8 +12,8 @@ namespace paravue
 namespace
 {
 
-/// The text that is still to be searched, last character first: taking from its front and putting a
-/// replacement there cost what is taken and put, not the length of the whole text.
+/// The text that is still to be searched, stored backwards: removing from its front and inserting a
+/// replacement there takes time in proportion to these parts, not to the whole text.
 class PendingText
 {
 public:

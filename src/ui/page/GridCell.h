@@ -36,11 +36,11 @@ struct GridLine {
 /// What a grid may hold besides controls.
 enum class LayoutItem { None, Grid, Spacer };
 
-/// What the attribute "type" of an item says.
+/// The type of an item, from its attribute "type".
 LayoutItem layoutItem(const QString &type);
 
-/// The attributes of pages, grids and windows: "item" has those of all its types, but not what only one type
-/// of control has.
+/// The attributes of pages, grids and windows: "item" has those of all its types except what only one type of
+/// control has.
 const QList<ElementRule> &pageRules();
 
 } // namespace paravue

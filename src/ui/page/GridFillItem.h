@@ -5,9 +5,9 @@
 namespace paravue
 {
 
-/// A layout item for widgets that are as wide or high as their cell by nature, such as lines and lists: the
-/// item has the alignment of its cell like any other, but in the given directions the widget fills the cell.
-/// What fills one direction only, a line under a form for example, takes the room there is but asks for none.
+/// A layout item for widgets that fill their cell, such as lines and lists: the item has the alignment of its
+/// cell, but in the given directions the widget takes the whole cell. A widget that fills one direction only,
+/// such as a line under a form, does not make the grid grow.
 class GridFillItem : public QWidgetItem
 {
 public:

@@ -10,11 +10,11 @@ PageArea::PageArea(QWidget *page, Size size) : m_size(size)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
-    // A dialog is as large as its page, and not as large as one that expands at least is.
+    // A dialog is as large as its page; an expanding area would be larger.
     if (size == OfThePage)
         setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setWidget(page);
-    // The page shows the ground of the tab or dialog that holds it.
+    // Transparent: the background is that of the tab or dialog.
     viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
 }

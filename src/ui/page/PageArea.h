@@ -5,14 +5,14 @@
 namespace paravue
 {
 
-/// Holds a page and scrolls when there is no room for it. So no description can force a window that does not
-/// fit the screen, or that the system cannot allocate.
+/// Holds a page and scrolls when there is no room for it, so that a description cannot force a window larger
+/// than the screen.
 class PageArea : public QScrollArea
 {
 public:
     enum Size {
         OfThePage,  ///< wants to be as large as its page, up to most of the screen
-        OfTheWindow ///< takes what the window gives; the pages behind the shown one need not be measured
+        OfTheWindow ///< takes the size of the window; hidden pages need not be measured
     };
 
     PageArea(QWidget *page, Size size);

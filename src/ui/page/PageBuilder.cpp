@@ -2,7 +2,7 @@
 
 #include "ui/base/Alignment.h"
 #include "ui/base/UiLimits.h"
-#include "ui/base/WindowLook.h"
+#include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
@@ -51,7 +51,8 @@ void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
     layout->setSpacing(GridSpacing);
-    // Forms stay together at the top left of a page; what grows by nature or has a stretch gets the room.
+    // Spare room goes to widgets that grow and to lines with a stretch; without any, forms stay at the top
+    // left.
     Qt::Orientations pageGrows;
     for (QDomElement item = container.firstChildElement(QStringLiteral("item")); !item.isNull();
          item = item.nextSiblingElement(QStringLiteral("item"))) {
@@ -228,7 +229,7 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
 
 void PageBuilder::connectChanges(const ControlAdapter &adapter, QWidget *widget)
 {
-    // By name: the window's slots have one overload per kind of signal, and a type says which fits its own.
+    // By name: the window's slot has one overload per signal signature, and the adapter says which fits.
     for (const ChangeSignal &change : adapter.traits().changes)
         QObject::connect(widget, change.signal, &m_window, change.slot);
 }

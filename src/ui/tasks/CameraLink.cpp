@@ -1,7 +1,7 @@
 #include "ui/tasks/CameraLink.h"
 
 #include "controls/PtzCalibrator.h"
-#include "ui/tasks/PictureReceiver.h"
+#include "ui/tasks/PictureSource.h"
 
 namespace paravue
 {
@@ -15,14 +15,14 @@ void showPosition(QObject *control, const QString &position)
 
 } // namespace
 
-CameraLink::CameraLink(PictureReceiver &receiver) : m_receiver(receiver)
+CameraLink::CameraLink(PictureSource &source) : m_source(source)
 {
-    connect(&receiver, &PictureReceiver::cameraMoved, this, [this] { tell(position()); });
+    connect(&source, &PictureSource::cameraMoved, this, [this] { sendPosition(position()); });
 }
 
 CameraLink::~CameraLink()
 {
-    tell(QString());
+    sendPosition(QString());
 }
 
 void CameraLink::add(const QList<QWidget *> &controls)
@@ -38,13 +38,13 @@ void CameraLink::add(const QList<QWidget *> &controls)
         if (!calibrator)
             continue;
         const auto send = [this, calibrator](int point) {
-            m_receiver.setPoint(point, calibrator->points().value(point - 1));
+            m_source.setPoint(point, calibrator->points().value(point - 1));
         };
         connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this, send);
         connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this, [this, send](int point) {
             // The recorder may have started again since it was told the point.
             send(point);
-            m_receiver.goTo(point);
+            m_source.goTo(point);
         });
     }
 }
@@ -54,15 +54,15 @@ void CameraLink::setLive(bool isLive)
     if (isLive == m_isLive)
         return;
     m_isLive = isLive;
-    tell(position());
+    sendPosition(position());
 }
 
 QString CameraLink::position() const
 {
-    return m_isLive ? m_receiver.cameraPosition() : QString();
+    return m_isLive ? m_source.cameraPosition() : QString();
 }
 
-void CameraLink::tell(const QString &position)
+void CameraLink::sendPosition(const QString &position)
 {
     for (QObject *control : std::as_const(m_controls))
         showPosition(control, position);

@@ -8,31 +8,32 @@ class QWidget;
 namespace paravue
 {
 
-class PictureReceiver;
+class PictureSource;
 
-/// Ties the controls of a turning camera to the receiver of its video: they are told where it looks, and what
-/// they calibrate and go to is sent to it. Whatever has a slot slot_Set_PTZ_pos(QString) is such a control.
+/// Connects the controls of a turning camera with the source of its video: they receive its position, and
+/// their commands (go to a point, set a point) are sent to it. Every widget with a slot
+/// slot_Set_PTZ_pos(QString) is such a control.
 ///
-/// When it ends the controls do not know the position any more.
+/// Its destructor sets the position of the controls to unknown.
 class CameraLink : public QObject
 {
     Q_OBJECT
 
 public:
-    /// \a receiver must outlive the link.
-    explicit CameraLink(PictureReceiver &receiver);
+    /// \a source must outlive the link.
+    explicit CameraLink(PictureSource &source);
     ~CameraLink() override;
 
-    /// Those that are tied already are left alone.
+    /// Connects those that are not connected yet.
     void add(const QList<QWidget *> &controls);
-    /// While the pictures are not live the controls do not know the position.
+    /// While the pictures are not live the position is unknown to the controls.
     void setLive(bool isLive);
 
 private:
     QString position() const;
-    void tell(const QString &position);
+    void sendPosition(const QString &position);
 
-    PictureReceiver &m_receiver;
+    PictureSource &m_source;
     QSet<QObject *> m_controls;
     bool m_isLive = true;
 };

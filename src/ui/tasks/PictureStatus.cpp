@@ -1,19 +1,19 @@
 #include "ui/tasks/PictureStatus.h"
 
-#include "ui/tasks/PictureReceiver.h"
+#include "ui/tasks/PictureSource.h"
 
 namespace paravue
 {
 namespace
 {
 
-// In milliseconds. Receivers show half of the pictures, in groups: with a picture each second there are gaps
+// In milliseconds. Sources show half of the pictures, in groups: with a picture each second there are gaps
 // of five seconds in which the stream runs on.
-constexpr quint32 SilenceWorthTelling = 5'000;
-constexpr quint32 GapWorthTelling = 15'000;
-constexpr quint32 SilenceOfTheDead = 60'000;
+constexpr quint32 ReportedSilence = 5'000;
+constexpr quint32 ReportedGap = 15'000;
+constexpr quint32 LongestSilence = 60'000;
 
-/// In steps that nobody has to wait for, and that do not keep a screen reader talking.
+/// In steps that grow, so that a screen reader does not read a new text every second.
 int roundedSeconds(quint32 milliseconds)
 {
     const int seconds = int(milliseconds / 1000);
@@ -31,33 +31,33 @@ void PictureStatus::begin(quint32 now)
     m_isDead = false;
 }
 
-bool PictureStatus::look(const PictureReceiver &receiver, quint32 now)
+bool PictureStatus::poll(const PictureSource &source, quint32 now)
 {
-    const bool isNew = receiver.pictures() != m_pictures;
-    if (isNew || receiver.hasConnected() != m_wasConnected)
+    const bool isNew = source.pictures() != m_pictures;
+    if (isNew || source.hasConnected() != m_wasConnected)
         m_lastPicture = now;
-    if (receiver.traffic() != m_traffic || receiver.hasConnected() != m_wasConnected)
+    if (source.traffic() != m_traffic || source.hasConnected() != m_wasConnected)
         m_lastTraffic = now;
     if (isNew) {
         m_trouble.clear();
         m_hasPicture = true;
     }
-    m_pictures = receiver.pictures();
-    m_traffic = receiver.traffic();
-    m_wasConnected = receiver.hasConnected();
-    m_isDead = m_wasConnected && now - m_lastTraffic >= SilenceOfTheDead;
+    m_pictures = source.pictures();
+    m_traffic = source.traffic();
+    m_wasConnected = source.hasConnected();
+    m_isDead = m_wasConnected && now - m_lastTraffic >= LongestSilence;
     if (m_isDead && (m_hasPicture || m_trouble.isEmpty()))
         m_trouble = tr("Connection lost");
-    m_isStale = !receiver.isActive() || m_isDead || isOverdue(now);
-    m_text = textFor(receiver, now);
+    m_isStale = !source.isActive() || m_isDead || isOverdue(now);
+    m_text = textFor(source, now);
     return isNew;
 }
 
-QString PictureStatus::textFor(const PictureReceiver &receiver, quint32 now)
+QString PictureStatus::textFor(const PictureSource &source, quint32 now)
 {
-    if (!receiver.isActive()) {
-        if (!receiver.problem().isEmpty())
-            m_trouble = receiver.problem();
+    if (!source.isActive()) {
+        if (!source.problem().isEmpty())
+            m_trouble = source.problem();
         else if (m_wasConnected)
             m_trouble = m_pictures > 0 ? tr("Connection lost") : tr("No picture: login refused?");
         else if (m_pictures == 0)
@@ -66,7 +66,7 @@ QString PictureStatus::textFor(const PictureReceiver &receiver, quint32 now)
     }
     if (m_isDead)
         return m_trouble;
-    // What was wrong says more than that there is nothing now either.
+    // The earlier problem tells the user more than the time without a picture.
     const bool isKnownTrouble = !m_hasPicture && !m_trouble.isEmpty();
     if (isOverdue(now) && !isKnownTrouble) {
         const int seconds = roundedSeconds(now - m_lastPicture);
@@ -80,11 +80,11 @@ QString PictureStatus::textFor(const PictureReceiver &receiver, quint32 now)
 
 bool PictureStatus::isOverdue(quint32 now) const
 {
-    // A still picture is the present one until a request for the next one is not answered.
+    // A still picture counts as current until the next request remains unanswered.
     if (!m_wasConnected)
-        return m_hasPicture && m_trouble.isEmpty() && now - m_begin >= SilenceWorthTelling;
-    const bool isSilent = now - m_lastTraffic >= SilenceWorthTelling;
-    return now - m_lastPicture >= (isSilent ? SilenceWorthTelling : GapWorthTelling);
+        return m_hasPicture && m_trouble.isEmpty() && now - m_begin >= ReportedSilence;
+    const bool isSilent = now - m_lastTraffic >= ReportedSilence;
+    return now - m_lastPicture >= (isSilent ? ReportedSilence : ReportedGap);
 }
 
 } // namespace paravue

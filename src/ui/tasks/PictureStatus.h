@@ -6,35 +6,35 @@
 namespace paravue
 {
 
-class PictureReceiver;
+class PictureSource;
 
-/// What a control says about the pictures of a task that it waits for. It is worked out by looking at the
-/// receiver from time to time, as receivers do not tell how they fare.
+/// What the controls of a task show about its pictures while there is no current one. The state of the source
+/// is polled.
 class PictureStatus
 {
     Q_DECLARE_TR_FUNCTIONS(PictureStatus)
 
 public:
-    /// Another receiver begins. What was wrong before is said until it brings a picture. Times are in
+    /// Starts over with another source. The last problem is shown until a picture comes. Times are in
     /// milliseconds and wrap around.
     void begin(quint32 now);
-    /// Returns true when a picture has come since the last look.
-    bool look(const PictureReceiver &receiver, quint32 now);
-    /// In a few words for the user why the picture that is shown, if any, is not the present one; empty while
-    /// it is.
+    /// Returns true when a picture has come since the last call.
+    bool poll(const PictureSource &source, quint32 now);
+    /// A short text for the user: why there is no picture or why the shown one is not current; empty while it
+    /// is.
     QString text() const { return m_text; }
-    /// The connection stands but nothing at all has come over it for a minute. A recorder that was switched
-    /// off, or whose cable was pulled, does not close its connections.
+    /// The connection is open but nothing has arrived over it for a minute. A recorder that was switched off,
+    /// or whose cable was pulled, does not close its connections.
     bool isDead() const { return m_isDead; }
-    /// What has come before, where a camera looks for one, is not the present state any more.
+    /// The last picture and the last camera position are not current any more.
     bool isStale() const { return m_isStale; }
 
 private:
-    QString textFor(const PictureReceiver &receiver, quint32 now);
+    QString textFor(const PictureSource &source, quint32 now);
     bool isOverdue(quint32 now) const;
 
     QString m_text;
-    QString m_trouble; ///< what was wrong with the last receiver
+    QString m_trouble; ///< what was wrong with the last source
     quint64 m_pictures = 0;
     quint64 m_traffic = 0;
     quint32 m_begin = 0;

@@ -19,7 +19,7 @@ const QString typeAttribute = QStringLiteral("type");
 const QString lastRunAttribute = QStringLiteral("ms");
 const QString periodAttribute = QStringLiteral("period");
 
-// Not the processor time of the C library's clock(), which hardly moves while a window waits.
+// Not clock() of the C library: processor time hardly advances while a window waits.
 quint32 steadyMilliseconds()
 {
     using namespace std::chrono;
@@ -75,7 +75,7 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
             break;
         }
         start(element);
-        m_tasks.push_back({element, VideoTask(m_context, m_makeReceiver)});
+        m_tasks.push_back({element, PictureTask(m_context, m_makeSource)});
         if (pictureKind(element.attribute(typeAttribute)))
             m_tasks.back().video.announce(element);
         added.append(element);
@@ -86,7 +86,7 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
 void TimeTasks::remove(const QList<QDomElement> &elements)
 {
     for (const QDomElement &element : elements) {
-        VideoTask::forget(element);
+        PictureTask::forget(element);
         if (Task *task = find(element))
             task->video.end();
         std::erase_if(m_tasks, [&](const Task &task) { return task.element == element; });
@@ -102,12 +102,13 @@ void TimeTasks::tick()
 {
     QList<QDomElement> due;
     for (Task &task : m_tasks) {
-        task.video.look(m_clock());
+        task.video.poll(m_clock());
         if (isDue(task.element))
             due.append(task.element);
     }
     for (const QDomElement &element : std::as_const(due)) {
-        // Looked up again: what runs before it may drop the task, or tick for as long as a dialog is open.
+        // Looked up again: a task that ran before may have removed this one, or opened a dialog during which
+        // it ran.
         Task *task = find(element);
         if (!task || !isDue(element))
             continue;
@@ -136,7 +137,7 @@ TimeTasks::Task *TimeTasks::find(const QDomElement &element)
 }
 
 /// \a element is not that of the list, which the task may clear.
-void TimeTasks::run(const QDomElement &element, VideoTask &video)
+void TimeTasks::run(const QDomElement &element, PictureTask &video)
 {
     const QString type = element.attribute(typeAttribute);
     if (type == QLatin1String("call"))

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/base/ElementRules.h"
-#include "ui/tasks/VideoTask.h"
+#include "ui/tasks/PictureTask.h"
 
 #include <QDomElement>
 #include <QList>
@@ -33,13 +33,13 @@ public:
     static const ElementRule &rule();
     static std::optional<PictureKind> pictureKind(const QString &type);
 
-    /// The registered tasks begin a new period. Without a call the clock is a steady one.
+    /// Restarts the period of the registered tasks. The default is a monotonic clock.
     void setClock(const Clock &clock);
-    /// Without one the controls for pictures say that there are none in a preview.
-    void setReceiverFactory(const ReceiverFactory &factory) { m_makeReceiver = factory; }
+    /// Without one the controls for pictures show that a preview has none.
+    void setSourceFactory(const PictureSourceFactory &factory) { m_makeSource = factory; }
 
-    /// Registers the tasks of a window or dialog and returns those that were not registered yet: it is theirs
-    /// to remove.
+    /// Registers the tasks of a window or dialog and returns those that were not registered yet; the caller
+    /// removes them.
     QList<QDomElement> add(const QDomElement &owner);
     void remove(const QList<QDomElement> &elements);
     void clear();
@@ -50,18 +50,18 @@ public:
 private:
     struct Task {
         QDomElement element;
-        VideoTask video;
+        PictureTask video;
     };
 
     void start(QDomElement element) const;
     bool isDue(const QDomElement &element) const;
     Task *find(const QDomElement &element);
-    void run(const QDomElement &element, VideoTask &video);
+    void run(const QDomElement &element, PictureTask &video);
 
     ControlContext &m_context;
     ActionRunner &m_actions;
     Clock m_clock;
-    ReceiverFactory m_makeReceiver;
+    PictureSourceFactory m_makeSource;
     std::vector<Task> m_tasks;
 };
 

@@ -14,7 +14,7 @@ namespace paravue
 namespace
 {
 
-/// What every button has. It writes nothing: its actions do.
+/// Base of the adapters of buttons. A button writes nothing itself; its actions do.
 template <class Button>
 class ButtonAdapter : public TypedAdapter<Button>
 {
@@ -33,7 +33,7 @@ public:
     {
         auto *button = new Button(parent);
         button->setText(caption(context, control));
-        // A button that becomes the default by itself would be pressed by Enter in any field of its page.
+        // An auto-default button would be pressed by Enter in any field of its page.
         button->setAutoDefault(false);
         button->setCheckable(control.element.attribute(QStringLiteral("checkable")) == QLatin1String("true"));
         colourButton(*button, control.element.attribute(QStringLiteral("color")));

@@ -29,13 +29,13 @@ QStringList rowAddresses(const QDomElement &element, int rows)
                              rows);
 }
 
-/// What marks the cells of a grid over a picture. Attributes "ctrlColumns" and "ctrlRows" give the size of
-/// the grid (16 by 12 when absent), children "text" the names of the kinds of marks.
+/// Base of the adapters of cell grids over a picture. Attributes "ctrlColumns" and "ctrlRows" give the size
+/// of the grid (16 by 12 when absent), children "text" the names of the kinds of marks.
 ///
 /// The rows stand at addresses made of the first "key" and the number of the row, counted from 0 at the top:
 /// with the key "motion/cam0/MASK" at "motion/cam0/MASK0", "motion/cam0/MASK1" and so on. A key that ends
 /// with its section names the rows ROW0, ROW1. A row is a text with one character for each cell, such as
-/// "0011100"; controls/CellRows.h tells what becomes of other texts. Only rows whose cells were painted are
+/// "0011100"; controls/CellRows.h describes how other texts are read. Only rows whose cells were painted are
 /// written.
 template <class Editor>
 class CellGridAdapter : public TypedAdapter<Editor>
@@ -68,7 +68,7 @@ public:
             editor.setKinds(captions(context, control, QStringLiteral("text"), CellGridEditor::MostKinds));
         const QStringList rows =
             valuesAt(context, control, rowAddresses(control.element, int(editor.rows().size())));
-        // Without a key the cells are the user's alone.
+        // Without a key the cells are not stored; the user's cells stay.
         return (!rows.isEmpty() && editor.setRows(rows)) || renamed;
     }
 

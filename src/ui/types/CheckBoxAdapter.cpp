@@ -38,7 +38,7 @@ public:
             changed = true;
         }
         const QString key = firstAddress(control.element);
-        // Without a key the box begins like one whose value is missing, and then is the user's.
+        // Without a key the box starts like one whose value is missing and then keeps the user's state.
         if (key.isEmpty() && control.loaded)
             return changed;
         const QString value = key.isEmpty() ? QString() : context.value(control, key);

@@ -7,9 +7,9 @@
 #include <memory>
 #include <unordered_map>
 
-// The type of a control as a description names it, and its adapter. A new type is one line here, and one file
-// that defines the function make##ADAPTER(). A list of lines rather than objects that register themselves: no
-// linker leaves one of them out.
+// The types of controls as descriptions name them, and their adapters. A new type is one line here and one
+// file that defines the function make##ADAPTER(). Adapters do not register themselves, as linkers drop
+// unreferenced objects of static libraries.
 #define PARAVUE_CONTROL_TYPES(TYPE)                                                                          \
     TYPE("label", LabelAdapter)                                                                              \
     TYPE("edit", EditAdapter)                                                                                \

@@ -76,7 +76,7 @@ public:
     {
         QComboBox &box = widget(control);
         const QSignalBlocker silent(box);
-        // The captions are those of a moment ago when the first values come.
+        // The captions were just set when the first values are loaded.
         const QList<Choice> entries = control.loaded ? choices(control.element) : QList<Choice>();
         int current = box.currentIndex();
         bool changed = false;
@@ -101,8 +101,7 @@ public:
         QList<Assignment> result;
         if (const QString assignment = box.currentData().toString(); !assignment.isEmpty())
             result.append(Assignment::fromText(assignment));
-        // A choice of the user is made in an active window; a choice made by other means sets its own value
-        // only.
+        // The user chooses in an active window; a choice by other means writes its own value only.
         if (box.isActiveWindow())
             result.append(keySet(control.element, box.currentIndex()));
         return result;

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-/// What the adapters of lists have in common.
+/// Shared by the adapters of lists.
 namespace paravue
 {
 
@@ -39,8 +39,8 @@ void addColumns(SortableListView &list, ControlContext &context, const Control &
 QStringList rowStates();
 QString rowState(const SortableListView &list);
 
-/// Reads the rows of a list, each of them by \a read with \a fields values at most. The list knows afterwards
-/// whether these are all.
+/// Reads the rows of a list, each of them by \a read with \a fields values at most. Sets whether the list
+/// shows all rows.
 template <class Row, class Read>
 QList<Row> storedRows(SortableListView &list, ControlContext &context, const Control &control,
                       const RowKeys &keys, int fields, Read read)

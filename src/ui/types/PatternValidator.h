@@ -7,7 +7,8 @@
 namespace paravue
 {
 
-/// Accepts the texts that a recorder's pattern matches as a whole, and lets the user type towards one.
+/// Accepts texts that a recorder's pattern matches as a whole. All others are intermediate, so that the user
+/// can type any text.
 class PatternValidator : public QValidator
 {
 public:

@@ -34,7 +34,7 @@ QStringList pointAddresses(const QDomElement &element, int count)
                              count);
 }
 
-/// Where the number of the point stands that was gone to; empty when it is not kept.
+/// The address of the number of the point that was gone to last; empty when it is not stored.
 QString gotoAddress(const QDomElement &element)
 {
     return childAddresses(element).value(1);
@@ -63,7 +63,7 @@ public:
         const QString address = firstAddress(control.element);
         const QSize size = widget(control).pixmap().size();
         const QString text = QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
-        // A picture comes many times a second, another size hardly ever.
+        // Pictures come many times a second but rarely change their size.
         if (address.isEmpty() || context.store().value(address) == text)
             return {};
         return {{OrbSetup::path(address), text}};
@@ -101,7 +101,7 @@ public:
         PtzCalibrator &calibrator = widget(control);
         const QStringList points =
             valuesAt(context, control, pointAddresses(control.element, int(calibrator.points().size())));
-        // Without a key the points are the user's alone.
+        // Without a key the points are not stored; the user's points stay.
         const bool hasMoved = !points.isEmpty() && calibrator.setPoints(points);
         const QString address = gotoAddress(control.element);
         const bool hasGone =

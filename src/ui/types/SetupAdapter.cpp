@@ -9,7 +9,7 @@ namespace paravue
 namespace
 {
 
-/// A cSetupWidget on the store of the window: nothing to see, but actions can call its slots.
+/// A hidden cSetupWidget on the store of the window, whose slots actions can call.
 class SetupAdapter : public TypedAdapter<cSetupWidget>
 {
 public:

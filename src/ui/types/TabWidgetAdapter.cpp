@@ -29,7 +29,7 @@ public:
         QTabWidget &tabs = widget(control);
         const bool changed = showTabCaptions(control.element, tabs,
                                              [&](const QString &raw) { return context.text(control, raw); });
-        // The page that the user has opened meanwhile is not taken away by a reload.
+        // A reload does not leave the page that the user has opened.
         const QDomElement selection = control.element.firstChildElement(QStringLiteral("selection"));
         if (!control.loaded && !selection.isNull())
             tabs.setCurrentIndex(selection.text().toInt());

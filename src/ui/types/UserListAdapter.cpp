@@ -66,7 +66,7 @@ public:
         return list.setUsers(users) || newHeaders;
     }
 
-    /// The whole list. The keys of users that are no longer there are emptied: nothing of them stays.
+    /// Writes the whole list. The keys of removed users are emptied.
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
     {
         const UserListView &list = widget(control);

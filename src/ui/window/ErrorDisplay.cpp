@@ -47,7 +47,7 @@ void ErrorDisplay::operate(const std::function<void()> &work)
 void ErrorDisplay::suspend(const std::function<void()> &wait)
 {
     const QScopedValueRollback depth(m_operations, 0);
-    operate([] {}); // what waits is shown first
+    operate([] {}); // shows a deferred message first
     wait();
 }
 
@@ -58,7 +58,7 @@ void ErrorDisplay::showBox(const QString &message)
         OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, WindowText::tr("Paravue Setup"), message,
                            QMessageBox::Ok, QMessageBox::NoButton);
     });
-    // Whoever reported this may go on to report what follows from it before the event loop runs again.
+    // Consequences of this error are reported before the event loop runs again; they are not shown.
     QMetaObject::invokeMethod(
         &m_window, [this] { m_isOnScreen = false; }, Qt::QueuedConnection);
 }

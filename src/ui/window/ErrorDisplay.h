@@ -11,14 +11,14 @@ class QWidget;
 namespace paravue
 {
 
-/// Shows the errors of a window in message boxes, one at a time: those that come while one is on the screen,
-/// or as its consequence, are logged only.
+/// Shows the errors of a window in message boxes, one at a time. Errors that come while one is shown, or that
+/// follow from it, are only logged.
 class ErrorDisplay
 {
 public:
     using RunLoop = std::function<void(const std::function<void()> &)>;
 
-    /// The boxes stand above \a window. \a accepted learns of every message that is going to be shown; \a
+    /// The boxes are modal to \a window. \a accepted is called with every message that will be shown; \a
     /// runLoop runs the event loop of a box.
     ErrorDisplay(QWidget &window, std::function<void(const QString &)> accepted, RunLoop runLoop)
         : m_window(window), m_accepted(std::move(accepted)), m_runLoop(std::move(runLoop))
@@ -26,16 +26,16 @@ public:
     }
 
     enum class Repeats { Allowed, Logged };
-    /// Shows \a message, now or when the work that runs is done. With Repeats::Logged a message is shown once
-    /// until startOver().
+    /// Shows \a message, now or at the end of the present operation. With Repeats::Logged a message is shown
+    /// once until startOver().
     void show(const QString &message, Repeats repeats);
     void startOver() { m_shownOnce.clear(); }
 
-    /// Runs a piece of work during which errors wait, so that a burst of them becomes one message, and no
-    /// message box lets other events in while the work is half done.
+    /// Runs an operation and shows its first error at the end, so that a burst of errors becomes one message
+    /// and no event loop of a message box runs in the middle of the operation.
     void operate(const std::function<void()> &work);
     bool isOperating() const { return m_operations > 0; }
-    /// Runs \a wait, in which the user acts: nothing is half done then, so errors need not wait.
+    /// Runs \a wait, an event loop in which the user acts; errors are shown at once in it.
     void suspend(const std::function<void()> &wait);
 
 private:

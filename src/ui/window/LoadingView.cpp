@@ -1,7 +1,7 @@
 #include "ui/window/LoadingView.h"
 
 #include "controls/MessageText.h"
-#include "ui/base/WindowLook.h"
+#include "ui/base/WindowStyle.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

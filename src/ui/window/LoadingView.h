@@ -8,8 +8,8 @@ class QProgressBar;
 namespace paravue
 {
 
-/// Fills the window while the first load runs, when there is no description to build pages from yet: whom it
-/// is connecting to, what is being fetched and how far it is. When that fails it says so in plain words.
+/// Fills the window during the first load, before there is a description to build pages from: shows the
+/// recorder, what is being fetched and the progress, or why the load has failed.
 class LoadingView : public QWidget
 {
     Q_OBJECT
@@ -17,12 +17,13 @@ class LoadingView : public QWidget
 public:
     explicit LoadingView(QWidget *parent = nullptr);
 
-    /// \a name is what the user knows the recorder by; without one the view speaks of "the recorder".
+    /// \a name is the name of the recorder as the user knows it; without one the view speaks of "the
+    /// recorder".
     void setRecorder(const QString &name);
-    /// \a percent of 0 to 100; \a activity says what is going on at the moment and may be empty.
+    /// \a percent of 0 to 100; \a activity is the present step and may be empty.
     void setProgress(int percent, const QString &activity);
-    /// Turns the view into one that says that the settings could not be loaded, with \a message as the
-    /// reason. "<br>" in it is a line break; other markup is shown as it is. Another setProgress() goes back.
+    /// Shows that the settings could not be loaded, with \a message as the reason. "<br>" in it is a line
+    /// break; other markup is shown as it is. setProgress() returns to the progress.
     void showFailure(const QString &message);
 
 protected:

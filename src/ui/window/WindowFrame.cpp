@@ -1,6 +1,6 @@
 #include "ui/window/WindowFrame.h"
 
-#include "ui/base/WindowLook.h"
+#include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/WindowHeader.h"
@@ -38,7 +38,7 @@ void WindowFrame::createWidgets()
     m_tabs->hide();
     m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), WindowText::tr("OK"), &m_window);
     m_ok->setDefault(true);
-    m_ok->setEnabled(false); // what it does comes with the description
+    m_ok->setEnabled(false); // enabled by the description
     m_cancel =
         new QPushButton(QIcon(QStringLiteral(":/resources/cancel.png")), WindowText::tr("Cancel"), &m_window);
     m_ok->setObjectName(QStringLiteral("buttonOK"));
@@ -93,7 +93,7 @@ void WindowFrame::place(const QSize &size, const QPoint &middle) const
 
 LoadingView &WindowFrame::loadingView()
 {
-    // A local store has loaded before there is anything to see of it.
+    // A local store has finished loading before the view is visible.
     if (!m_loading) {
         m_loading = new LoadingView(&m_window);
         m_loading->setRecorder(m_recorder);

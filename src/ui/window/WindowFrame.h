@@ -29,16 +29,16 @@ public:
     QPushButton *okButton() const { return m_ok; }
     QPushButton *cancelButton() const { return m_cancel; }
 
-    /// What stands in the place of the pages until showPages(); made when it is asked for.
+    /// Shown in the place of the pages until showPages(); created on the first call.
     LoadingView &loadingView();
     void showPages();
 
     /// Gives the window this size as far as the screen has room for it, and puts it around \a middle, or as
     /// near to that as the edges of the screen allow.
     void place(const QSize &size, const QPoint &middle) const;
-    /// Puts what stands below and above the pages behind them in the tab order.
+    /// Puts the widgets below and above the pages behind them in the tab order.
     void chainTabOrder();
-    /// Again whenever the window has another size.
+    /// To be called whenever the window was resized.
     void placeGrip();
 
 private:
@@ -50,7 +50,7 @@ private:
     QString m_recorder;
     WindowHeader *m_header = nullptr;
     QGridLayout *m_pages = nullptr;
-    LoadingView *m_loading = nullptr; ///< made when a load takes its time
+    LoadingView *m_loading = nullptr; ///< created by the first load that takes a while
     QTabWidget *m_tabs = nullptr;
     QPushButton *m_ok = nullptr;
     QPushButton *m_cancel = nullptr;

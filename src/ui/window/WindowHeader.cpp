@@ -1,7 +1,7 @@
 #include "ui/window/WindowHeader.h"
 
 #include "controls/MessageText.h"
-#include "ui/base/WindowLook.h"
+#include "ui/base/WindowStyle.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -21,7 +21,7 @@ constexpr int PictureSize = 24;
 constexpr int CloseButtonSize = 28;
 constexpr int LongestLine = 1000;
 
-/// Paints the picture afresh each time: sharp on every screen that the window is moved to.
+/// Renders the icon at every paint, so that it is sharp on every screen.
 class HeaderPicture : public QWidget
 {
 public:
@@ -29,7 +29,7 @@ public:
         : QWidget(parent), m_icon(QStringLiteral(":/icons/resources/settings.png"))
     {
         setFixedSize(PictureSize, PictureSize);
-        // Presses go through to the strip, which drags the window.
+        // Mouse presses pass to the strip, which drags the window.
         setAttribute(Qt::WA_TransparentForMouseEvents);
     }
 
@@ -49,7 +49,7 @@ class ElidedLabel : public QLabel
 public:
     explicit ElidedLabel(QWidget *parent) : QLabel(parent)
     {
-        // The text names the recorder in words that came from it.
+        // The text comes from the recorder.
         setTextFormat(Qt::PlainText);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     }
@@ -74,7 +74,7 @@ protected:
     }
 
 private:
-    // Measuring a text costs by its length, and no screen shows more than this.
+    // Measuring takes time in proportion to the length, and no screen shows more than this.
     QString line() const { return text().left(LongestLine).simplified(); }
 };
 

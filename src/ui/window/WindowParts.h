@@ -5,8 +5,8 @@
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/binding/LocalPaths.h"
-#include "ui/commands/DescribedDialogs.h"
+#include "ui/binding/FileAccessGuard.h"
+#include "ui/commands/DialogManager.h"
 #include "ui/commands/FileCommands.h"
 #include "ui/commands/PackageListEditor.h"
 #include "ui/commands/UserListEditor.h"
@@ -19,12 +19,12 @@
 namespace paravue
 {
 
-/// The parts that turn a description into a window that works, each made of those above it.
+/// The parts that make a window from a description; each uses those above it.
 struct WindowParts {
     /// \a adapterOf knows the types of controls.
     WindowParts(OrbSetup &store, QWidget &window, AdapterLookup adapterOf, WindowServices windowServices)
         : services(std::move(windowServices)), description(store),
-          context(store, description, services.report), paths(context, services.askAboutPath),
+          context(store, description, services.report), paths(context, services.askForFileAccess),
           actions(context), bindings(context, actions, paths), builder(context, window, adapterOf),
           tasks(context, actions), dialogs(window, context, builder, bindings, actions, tasks, retired),
           users(context, bindings, dialogs, services.showDialog),
@@ -38,13 +38,13 @@ struct WindowParts {
     const WindowServices services;
     BuiltDescription description;
     ControlContext context;
-    LocalPaths paths;
+    FileAccessGuard paths;
     ActionRunner actions;
     Bindings bindings;
     PageBuilder builder;
     TimeTasks tasks;
     RetiredWidgets retired;
-    DescribedDialogs dialogs;
+    DialogManager dialogs;
     UserListEditor users;
     PackageListEditor packages;
     FileCommands files;

@@ -1,8 +1,8 @@
-#include "ui/base/WindowLook.h"
+#include "ui/base/WindowStyle.h"
 
 #include "controls/SharedPictures.h"
 
-// Must stand outside of every namespace.
+// Q_INIT_RESOURCE must be used outside of every namespace.
 static void initPictures()
 {
     Q_INIT_RESOURCE(window);

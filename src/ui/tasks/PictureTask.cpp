@@ -1,4 +1,4 @@
-#include "ui/tasks/VideoTask.h"
+#include "ui/tasks/PictureTask.h"
 
 #include "controls/PictureNotice.h"
 #include "store/OrbSetup.h"
@@ -29,12 +29,12 @@ QString credential(ControlContext &context, const QDomElement &task, const QStri
 }
 
 /// False when the task does not say where its pictures come from.
-bool resolveSource(ControlContext &context, const QDomElement &task)
+bool resolveUrl(ControlContext &context, const QDomElement &task)
 {
     QDomElement url = task.firstChildElement(urlTag);
     if (url.isNull())
         return false;
-    // Once: the address of a running task does not follow the values in it.
+    // Resolved once: the URL of a running task does not follow changes of the values in it.
     if (!url.hasAttribute(parsedAttribute))
         url.setAttribute(parsedAttribute, context.text(url.text()));
     url.setAttribute(loginAttribute, credential(context, task, loginAttribute));
@@ -42,7 +42,7 @@ bool resolveSource(ControlContext &context, const QDomElement &task)
     return true;
 }
 
-/// A plain label has no room for a text over a picture: it shows the one or the other.
+/// A plain label shows either a text or a picture.
 void showNotice(QWidget *widget, const QString &text)
 {
     if (auto *view = dynamic_cast<PictureNotice *>(widget))
@@ -54,28 +54,28 @@ void showNotice(QWidget *widget, const QString &text)
 
 } // namespace
 
-void VideoTask::DeleteLater::operator()(PictureReceiver *receiver) const
+void PictureTask::DeleteLater::operator()(PictureSource *source) const
 {
-    receiver->disconnect();
-    receiver->deleteLater();
+    source->disconnect();
+    source->deleteLater();
 }
 
-void VideoTask::announce(const QDomElement &task)
+void PictureTask::announce(const QDomElement &task)
 {
     findTargets(task);
-    say(*m_makeReceiver ? tr("No picture yet") : tr("No video in a preview"));
+    setNotice(*m_makeSource ? tr("No picture yet") : tr("No video in a preview"));
 }
 
-void VideoTask::run(PictureKind kind, const QDomElement &task, quint32 now)
+void PictureTask::run(PictureKind kind, const QDomElement &task, quint32 now)
 {
     const QList<QWidget *> added = findTargets(task);
-    if (!*m_makeReceiver)
+    if (!*m_makeSource)
         return;
-    if (!m_receiver || !m_receiver->isActive() || m_status.isDead()) {
-        if (!resolveSource(*m_context, task))
-            return say(tr("No address of pictures"));
+    if (!m_source || !m_source->isActive() || m_status.isDead()) {
+        if (!resolveUrl(*m_context, task))
+            return setNotice(tr("No address of pictures"));
         m_camera.reset();
-        m_receiver.reset((*m_makeReceiver)(kind, task).release());
+        m_source.reset((*m_makeSource)(kind, task).release());
         m_status.begin(now);
         for (QWidget *target : std::as_const(m_targets))
             connectTarget(*target);
@@ -83,31 +83,31 @@ void VideoTask::run(PictureKind kind, const QDomElement &task, quint32 now)
         for (QWidget *target : added)
             connectTarget(*target);
     }
-    if (!m_receiver)
+    if (!m_source)
         return;
     findCamera(task);
-    look(now);
+    poll(now);
 }
 
-void VideoTask::look(quint32 now)
+void PictureTask::poll(quint32 now)
 {
-    if (!m_receiver)
+    if (!m_source)
         return;
-    if (m_status.look(*m_receiver, now))
-        m_said.clear(); // by the picture
+    if (m_status.poll(*m_source, now))
+        m_notice.clear(); // by the picture
     if (m_camera)
         m_camera->setLive(!m_status.isStale());
-    say(m_status.text());
+    setNotice(m_status.text());
 }
 
-void VideoTask::end()
+void PictureTask::end()
 {
     m_camera.reset();
-    m_receiver.reset();
-    say(tr("Pictures have ended"));
+    m_source.reset();
+    setNotice(tr("Pictures have ended"));
 }
 
-QList<QWidget *> VideoTask::findTargets(const QDomElement &task)
+QList<QWidget *> PictureTask::findTargets(const QDomElement &task)
 {
     const QSet<QWidget *> before(m_targets.begin(), m_targets.end());
     QSet<QWidget *> found; // one may have the tag twice
@@ -122,40 +122,40 @@ QList<QWidget *> VideoTask::findTargets(const QDomElement &task)
         if (before.contains(target))
             continue;
         added.append(target);
-        if (!m_said.isEmpty())
-            showNotice(target, m_said);
+        if (!m_notice.isEmpty())
+            showNotice(target, m_notice);
     }
     return added;
 }
 
-void VideoTask::connectTarget(QWidget &target)
+void PictureTask::connectTarget(QWidget &target)
 {
-    if (m_receiver && target.metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
-        QObject::connect(m_receiver.get(), SIGNAL(pixmapReady(QPixmap)), &target, SLOT(setPixmap(QPixmap)));
+    if (m_source && target.metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
+        QObject::connect(m_source.get(), SIGNAL(pixmapReady(QPixmap)), &target, SLOT(setPixmap(QPixmap)));
 }
 
-void VideoTask::findCamera(const QDomElement &task)
+void PictureTask::findCamera(const QDomElement &task)
 {
     const QDomElement ptz = task.firstChildElement(QStringLiteral("ptz"));
     if (ptz.isNull())
         return;
     if (!m_camera)
-        m_camera = std::make_unique<CameraLink>(*m_receiver);
+        m_camera = std::make_unique<CameraLink>(*m_source);
     m_camera->add(m_context->description().widgets(ptz.text().trimmed()));
 }
 
-void VideoTask::say(const QString &text)
+void PictureTask::setNotice(const QString &text)
 {
-    if (text == m_said)
+    if (text == m_notice)
         return;
-    m_said = text;
+    m_notice = text;
     for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
         if (target)
             showNotice(target, text);
     }
 }
 
-void VideoTask::forget(const QDomElement &task)
+void PictureTask::forget(const QDomElement &task)
 {
     QDomElement url = task.firstChildElement(urlTag);
     for (const QString &attribute : {parsedAttribute, loginAttribute, passwordAttribute})

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 
 class QWidget;
 
@@ -8,6 +8,6 @@ namespace paravue
 {
 
 /// Asks the user, in a message box above \a parent, whether the recorder may use the file at \a path.
-bool askAboutPath(QWidget *parent, const QString &path, PathUse use);
+bool askForFileAccess(QWidget *parent, const QString &path, FileUse use);
 
 } // namespace paravue

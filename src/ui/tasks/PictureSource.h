@@ -11,25 +11,25 @@ class QDomElement;
 namespace paravue
 {
 
-/// Fetches the pictures of one video task from the moment it is made until it is destroyed.
-class PictureReceiver : public QObject
+/// Fetches the pictures of one task from its construction to its destruction.
+class PictureSource : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit PictureReceiver(QObject *parent = nullptr) : QObject(parent)
+    explicit PictureSource(QObject *parent = nullptr) : QObject(parent)
     {
-        connect(this, &PictureReceiver::pixmapReady, this, [this] { ++m_pictures; });
+        connect(this, &PictureSource::pixmapReady, this, [this] { ++m_pictures; });
     }
 
     /// False when no further picture can come: a live one has lost its connection, or the request for a still
-    /// one has ended. The task then makes another receiver.
+    /// one has ended. The task then makes another source.
     virtual bool isActive() const = 0;
-    /// Whether there has been a connection, be it lost by now.
+    /// True when there has been a connection, even if it is lost now.
     virtual bool hasConnected() const { return false; }
-    /// Counts whatever has come over the connection, in units of no meaning.
+    /// A counter that changes whenever anything arrives over the connection.
     virtual quint64 traffic() const { return 0; }
-    /// Why there was no picture, where the receiver knows; in a few words for the user.
+    /// Why there was no picture, as a short text for the user; empty when the source does not know.
     virtual QString problem() const { return {}; }
 
     /// For a camera that turns: where it looks (controls/PtzPosition.h), empty while that is not known.
@@ -42,7 +42,7 @@ public:
 
 Q_SIGNALS:
     void pixmapReady(const QPixmap &pixmap);
-    /// cameraPosition() is another one.
+    /// cameraPosition() has changed.
     void cameraMoved(const QString &position);
 
 private:
@@ -54,8 +54,9 @@ enum class PictureKind {
     Live,  ///< the recorder's video stream
 };
 
-/// Makes the receiver for \a task, whose child "url" has the attributes "parsed" (where the pictures come
+/// Makes the source for \a task, whose child "url" has the attributes "parsed" (where the pictures come
 /// from), "login" and "password". Null when there is none for this kind; the task then does nothing.
-using ReceiverFactory = std::function<std::unique_ptr<PictureReceiver>(PictureKind kind, QDomElement task)>;
+using PictureSourceFactory =
+    std::function<std::unique_ptr<PictureSource>(PictureKind kind, QDomElement task)>;
 
 } // namespace paravue

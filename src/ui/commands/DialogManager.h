@@ -22,17 +22,17 @@ class PageBuilder;
 class RetiredWidgets;
 class TimeTasks;
 
-/// The dialogs of the description. A dialog is found by the tag of any child of its element; it is built when
-/// it opens and leaves no trace in the document when it closes, so that it opens the same way again.
-class DescribedDialogs
+/// The dialogs of the description. A dialog is found by the tag of any child of its element. It is built when
+/// it opens, and its decorations leave the document when it closes.
+class DialogManager
 {
 public:
     /// All must outlive the object. \a window owns the dialogs and is their event filter.
-    DescribedDialogs(QWidget &window, ControlContext &context, PageBuilder &builder, Bindings &bindings,
-                     ActionRunner &actions, TimeTasks &tasks, RetiredWidgets &retired);
+    DialogManager(QWidget &window, ControlContext &context, PageBuilder &builder, Bindings &bindings,
+                  ActionRunner &actions, TimeTasks &tasks, RetiredWidgets &retired);
 
-    /// Runs the dialog until it is closed. \a runModal is what runs it; reports an unknown tag. A dialog that
-    /// is open already stays as it is.
+    /// Runs the dialog with \a runModal until it is closed. Reports an unknown tag. Does nothing when the
+    /// dialog is open already.
     void run(const QString &tag, const std::function<void(QDialog &)> &runModal);
     /// Opens the dialog beside the window, or leaves it open. False when there is no such dialog.
     bool show(const QString &tag);
@@ -46,7 +46,7 @@ private:
         QPointer<QDialog> dialog;
         QList<int> controls;
         QList<QDomElement> tasks;
-        bool isModal = true;    ///< its end is waited for, and then it is deleted
+        bool isModal = true;    ///< run() waits for its end and deletes it
         quint64 loopsBegun = 0; ///< when it was built
     };
 
@@ -54,7 +54,7 @@ private:
     QDialog *open(const QDomElement &element);
     OpenDialog *find(const QDomElement &element);
     void closed(QDialog *dialog);
-    /// Drops what the dialog has put into the tables and the document.
+    /// Removes the dialog's controls, tasks and decorations.
     void release(const OpenDialog &open);
     QString title(const QDomElement &element) const;
 

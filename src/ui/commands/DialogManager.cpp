@@ -1,4 +1,4 @@
-#include "ui/commands/DescribedDialogs.h"
+#include "ui/commands/DialogManager.h"
 
 #include "ui/base/RetiredWidgets.h"
 #include "ui/base/UiLimits.h"
@@ -20,15 +20,15 @@
 namespace paravue
 {
 
-DescribedDialogs::DescribedDialogs(QWidget &window, ControlContext &context, PageBuilder &builder,
-                                   Bindings &bindings, ActionRunner &actions, TimeTasks &tasks,
-                                   RetiredWidgets &retired)
+DialogManager::DialogManager(QWidget &window, ControlContext &context, PageBuilder &builder,
+                             Bindings &bindings, ActionRunner &actions, TimeTasks &tasks,
+                             RetiredWidgets &retired)
     : m_window(window), m_context(context), m_builder(builder), m_bindings(bindings), m_actions(actions),
       m_tasks(tasks), m_retired(retired)
 {
 }
 
-void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog &)> &runModal)
+void DialogManager::run(const QString &tag, const std::function<void(QDialog &)> &runModal)
 {
     const QDomElement element = m_context.description().document().first(tag).parentNode().toElement();
     if (element.isNull()) {
@@ -46,7 +46,7 @@ void DescribedDialogs::run(const QString &tag, const std::function<void(QDialog 
     }
 }
 
-bool DescribedDialogs::show(const QString &tag)
+bool DialogManager::show(const QString &tag)
 {
     const QDomElement element = m_context.description().document().first(tag).parentNode().toElement();
     if (element.isNull())
@@ -62,16 +62,16 @@ bool DescribedDialogs::show(const QString &tag)
     return true;
 }
 
-void DescribedDialogs::close(const QString &tag)
+void DialogManager::close(const QString &tag)
 {
     OpenDialog *open = find(m_context.description().document().first(tag).parentNode().toElement());
     if (open && open->dialog)
         open->dialog->accept();
 }
 
-void DescribedDialogs::closeAll()
+void DialogManager::closeAll()
 {
-    // The dialogs that are modal come back to run(), which deletes them.
+    // Modal dialogs are deleted by run(), which is waiting for them.
     const std::vector<OpenDialog> open = std::exchange(m_open, {});
     for (const OpenDialog &entry : open) {
         release(entry);
@@ -84,9 +84,9 @@ void DescribedDialogs::closeAll()
     }
 }
 
-QDialog *DescribedDialogs::open(const QDomElement &element)
+QDialog *DialogManager::open(const QDomElement &element)
 {
-    // Each modal one runs an event loop inside that of the one before.
+    // Each modal dialog nests another event loop.
     if (m_open.size() >= limits::OpenDialogs) {
         m_context.report(WindowText::tr("Too many dialogs are open at the same time"));
         return nullptr;
@@ -113,14 +113,14 @@ QDialog *DescribedDialogs::open(const QDomElement &element)
     return nullptr;
 }
 
-DescribedDialogs::OpenDialog *DescribedDialogs::find(const QDomElement &element)
+DialogManager::OpenDialog *DialogManager::find(const QDomElement &element)
 {
     const auto found = std::find_if(m_open.begin(), m_open.end(),
                                     [&](const OpenDialog &open) { return open.element == element; });
     return found == m_open.end() || element.isNull() ? nullptr : &*found;
 }
 
-void DescribedDialogs::closed(QDialog *dialog)
+void DialogManager::closed(QDialog *dialog)
 {
     const auto found = std::find_if(m_open.begin(), m_open.end(),
                                     [&](const OpenDialog &open) { return open.dialog == dialog; });
@@ -134,13 +134,13 @@ void DescribedDialogs::closed(QDialog *dialog)
         m_retired.add(dialog, open.loopsBegun);
 }
 
-void DescribedDialogs::release(const OpenDialog &open)
+void DialogManager::release(const OpenDialog &open)
 {
     m_tasks.remove(open.tasks);
     m_context.description().table().remove(open.controls);
 }
 
-QString DescribedDialogs::title(const QDomElement &element) const
+QString DialogManager::title(const QDomElement &element) const
 {
     const QDomElement title = element.firstChildElement(QStringLiteral("title"));
     return title.isNull() ? m_window.windowTitle() : m_context.text(title.text());

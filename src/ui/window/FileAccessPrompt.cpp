@@ -1,4 +1,4 @@
-#include "ui/window/PathBox.h"
+#include "ui/window/FileAccessPrompt.h"
 
 #include "controls/OrbDlgQuestion.h"
 #include "ui/base/WindowText.h"
@@ -10,7 +10,7 @@ namespace paravue
 namespace
 {
 
-/// A path with marks in place of what could make it look like another one.
+/// The path with visible marks in place of characters that could disguise it, such as line ends.
 QString printable(QString path)
 {
     for (QChar &c : path) {
@@ -22,10 +22,10 @@ QString printable(QString path)
 
 } // namespace
 
-bool askAboutPath(QWidget *parent, const QString &path, PathUse use)
+bool askForFileAccess(QWidget *parent, const QString &path, FileUse use)
 {
     const QString text =
-        use == PathUse::Write
+        use == FileUse::Write
             ? WindowText::tr(
                   "The recorder wants to write this file of your computer:\n\n%1\n\nAllow it? A file that is "
                   "there already will be replaced.")

@@ -1,4 +1,4 @@
-#include "check/ActionCircles.h"
+#include "check/CallCycles.h"
 
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
@@ -42,7 +42,7 @@ QList<ElementId> pressed(const InterfaceDocument &document, const DescribedParts
 
 } // namespace
 
-void ActionCircles::add(const QDomElement &action)
+void CallCycles::add(const QDomElement &action)
 {
     static const QStringList presses{"click", "animateClick", "toggle", "saveSettings"};
     const QString slot = action.attribute(QStringLiteral("slot"));
@@ -51,13 +51,14 @@ void ActionCircles::add(const QDomElement &action)
             {action, elementId(action.parentNode().toElement())});
 }
 
-void ActionCircles::report(const InterfaceDocument &document, const DescribedParts &parts,
-                           ProblemList &problems) const
+void CallCycles::report(const InterfaceDocument &document, const DescribedParts &parts,
+                        ProblemList &problems) const
 {
-    // What presses nothing comes to an end, and so does what presses only such. The rest goes round.
-    std::map<Call, qsizetype> open;         // what a call presses that is not known to end
-    QHash<ElementId, qsizetype> openOf;     // the same of the calls of an element
-    QHash<ElementId, QList<Call>> pressing; // the calls that press an element
+    // Calls that press nothing terminate, and so do calls that press only elements whose calls terminate;
+    // removing these again and again leaves the cycles.
+    std::map<Call, qsizetype> open;         // per call, the pressed elements not known to terminate
+    QHash<ElementId, qsizetype> openOf;     // per element, its calls not known to terminate
+    QHash<ElementId, QList<Call>> pressing; // per element, the calls that press it
     std::vector<ElementId> ending;
     const auto settle = [&](const Call &call) {
         for (const Caller &caller : m_callers.at(call)) {

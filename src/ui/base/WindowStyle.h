@@ -7,13 +7,13 @@
 #include <QFont>
 #include <QPalette>
 
-/// How the setup window looks: distances, fonts and colours. Every colour is derived from palette roles, so
-/// light, dark and high-contrast desktops need no second set. Nothing here uses a style sheet: one on the
-/// window would make each of its controls several times slower to build.
+/// Distances, fonts and colours of the setup window. Every colour is derived from palette roles, so light,
+/// dark and high-contrast desktops need no second set. Nothing here uses a style sheet: one on the window
+/// would make each of its controls several times slower to build.
 namespace paravue
 {
 
-/// Distances are multiples of this, in device-independent pixels (the toolkit scales them with the screen).
+/// Distances are multiples of this, in device-independent pixels (Qt scales them with the screen).
 constexpr int SpacingStep = 4;
 constexpr int GridSpacing = 2 * SpacingStep;
 constexpr int PageMargin = 3 * SpacingStep;
@@ -25,11 +25,11 @@ QFont headerFont(const QFont &base);
 QColor borderColor(const QPalette &palette);
 /// The strip behind the header text, a shade apart from the window.
 QColor headerBackground(const QPalette &palette);
-/// For marks that should stand out, such as the focus or the progress.
+/// For marks such as the focus or the progress.
 QColor accentColor(const QPalette &palette);
 
-/// Makes the window's pictures (":/resources/ok.png" and so on) available, as often as it is called. Needed
-/// because a static library does not do so by itself.
+/// Registers the window's icons (":/resources/ok.png" and so on); safe to call again. A static library does
+/// not register its resources by itself.
 void registerPictures();
 
 } // namespace paravue

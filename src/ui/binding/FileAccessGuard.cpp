@@ -1,4 +1,4 @@
-#include "ui/binding/LocalPaths.h"
+#include "ui/binding/FileAccessGuard.h"
 
 #include "entry/cSetupWidget.h"
 #include "store/ConfigAddress.h"
@@ -15,8 +15,8 @@ namespace paravue
 namespace
 {
 
-/// Does a file that the assignment was written to hold just this when it is read again? A line end in a
-/// value, for example, makes another key of what follows.
+/// Whether the assignment survives being written to a file and read again unchanged. A line end in a value,
+/// for example, turns what follows into another key.
 bool readsBack(const Assignment &assignment)
 {
     const QString text = assignment.text();
@@ -35,8 +35,8 @@ bool readsBack(const Assignment &assignment)
 
 } // namespace
 
-/// Who has written which value through a window. It belongs to the store: another window on the same store
-/// must not take for the host's what an earlier description has written.
+/// Records who has written which value through a window. It is attached to the store, so that another window
+/// on the same store does not mistake values of an earlier description for the host's.
 class ValueOrigins : public QObject
 {
 public:
@@ -55,18 +55,19 @@ public:
     }
 
     QHash<QString, Entry> entries; ///< by file/section/key
-    QSet<QString> unclearFiles;    ///< a description may have written other values than it seemed to
+    QSet<QString>
+        unclearFiles; ///< files in which a description may have written other keys than its addresses say
 
 private:
     explicit ValueOrigins(OrbSetup &store) : QObject(&store) {}
 };
 
-LocalPaths::LocalPaths(ControlContext &context, PathQuestion ask)
+FileAccessGuard::FileAccessGuard(ControlContext &context, PathQuestion ask)
     : m_context(context), m_ask(std::move(ask)), m_origins(ValueOrigins::of(context.store()))
 {
 }
 
-void LocalPaths::written(const Assignment &assignment, ValueOrigin origin)
+void FileAccessGuard::written(const Assignment &assignment, ValueOrigin origin)
 {
     if (!assignment.hasValue)
         return;
@@ -75,12 +76,12 @@ void LocalPaths::written(const Assignment &assignment, ValueOrigin origin)
         m_origins->unclearFiles.insert(ConfigAddress(assignment.path).file().toString());
 }
 
-bool LocalPaths::isTrusted(const QString &address)
+bool FileAccessGuard::isTrusted(const QString &address)
 {
     OrbSetup &store = m_context.store();
     const QString path = OrbSetup::path(address);
     const QString value = store.value(address);
-    // A default stands in the description.
+    // The default of an address comes from the description.
     if (store.value(path) != value)
         return false;
     const auto &origins = m_origins->entries;
@@ -91,16 +92,16 @@ bool LocalPaths::isTrusted(const QString &address)
     return !m_origins->unclearFiles.contains(file) && !isOfRecorder(file);
 }
 
-/// What was fetched has a pristine copy beside it. Its values are not compared: the directives of a state
-/// file change them.
-bool LocalPaths::isOfRecorder(const QString &file)
+/// A fetched file has a pristine copy. Its values are not compared: the directives of a state file change
+/// them.
+bool FileAccessGuard::isOfRecorder(const QString &file)
 {
     OrbSetup &store = m_context.store();
     const QString original = file + QStringLiteral(".original");
     return store.fileExists(original) && QFileInfo(store.filePath(original)).size() > 0;
 }
 
-std::optional<QString> LocalPaths::permitted(const QString &address, PathUse use)
+std::optional<QString> FileAccessGuard::permitted(const QString &address, FileUse use)
 {
     const QString path = m_context.store().value(address);
     if (path.isEmpty() || isTrusted(address))
@@ -111,12 +112,12 @@ std::optional<QString> LocalPaths::permitted(const QString &address, PathUse use
     return path;
 }
 
-bool LocalPaths::asksSuccessfully(const Question &question)
+bool FileAccessGuard::asksSuccessfully(const Question &question)
 {
     if (m_allowed.contains(question))
         return true;
     const bool isTask = m_context.isUnattended();
-    // A task comes back with its question every half second.
+    // A time task would repeat its question every half second.
     if (m_isAsking || !m_ask || (isTask && m_refusedToTasks.contains(question)))
         return false;
     const QScopedValueRollback asking(m_isAsking, true);
@@ -128,13 +129,13 @@ bool LocalPaths::asksSuccessfully(const Question &question)
     return allowed;
 }
 
-bool LocalPaths::permitsCall(const QWidget &target, const QString &slot, const QString &param)
+bool FileAccessGuard::permitsCall(const QWidget &target, const QString &slot, const QString &param)
 {
     static const QString installation = QStringLiteral("soft_istall_packet,");
     if (slot != QLatin1String("callSetup") || !param.startsWith(installation) ||
         !qobject_cast<const cSetupWidget *>(&target))
         return true;
-    return permitted(param.mid(installation.size()), PathUse::Read).has_value();
+    return permitted(param.mid(installation.size()), FileUse::Read).has_value();
 }
 
 } // namespace paravue

@@ -14,12 +14,12 @@ namespace paravue
 class InterfaceDocument;
 class ProblemList;
 
-/// Finds calls that lead into a circle: a button that clicks itself by way of others, or the OK button
-/// that calls for what the OK button does. The window gives up on them with a message.
-class ActionCircles
+/// Finds cycles of calls: a button that clicks itself by way of others, or an OK button whose action triggers
+/// OK again. The window stops them with a message.
+class CallCycles
 {
 public:
-    /// Notes the call \a action, whatever it calls. One that asks for a state counts as one that may not run.
+    /// Adds the call \a action. One that depends on a state is ignored, as it may not run.
     void add(const QDomElement &action);
 
     /// After all calls.

@@ -13,20 +13,20 @@ namespace paravue
 struct WindowParts;
 class WindowFrame;
 
-/// Gives the fixed widgets of the window what the description says of them: the pages, the captions of tabs
-/// and buttons, the title, the size. What it says nothing of is as it was before the first description.
-class DescribedFrame
+/// Applies the description to the fixed widgets of the window: pages, captions of tabs and buttons, title,
+/// size. What it does not mention is as it was before the first description.
+class FrameBinding
 {
 public:
-    /// All must outlive the object. The present texts are those without a description; the title is put
-    /// behind that of the header.
-    DescribedFrame(QDialog &window, const WindowFrame &frame, WindowParts &parts);
-    ~DescribedFrame();
+    /// All must outlive the object. The present texts are the defaults; the title is appended to that of the
+    /// header.
+    FrameBinding(QDialog &window, const WindowFrame &frame, WindowParts &parts);
+    ~FrameBinding();
 
     /// Builds the pages in place of those that are there. \a shownPage is the page to show; when there is
     /// none of this number the description says which.
     void build(int shownPage);
-    /// Everything that is no control; again when values were fetched anew.
+    /// Updates the texts that are not controls; to be called again when values have changed.
     void showTexts();
 
 private:
@@ -41,7 +41,7 @@ private:
     QString m_headerBase;
     QString m_okText;
     QString m_cancelText;
-    std::unique_ptr<QWidget> m_retiredPages; ///< pages of the last description on their way out
+    std::unique_ptr<QWidget> m_retiredPages; ///< pages of the last description, until they are deleted
 };
 
 } // namespace paravue

@@ -1,4 +1,4 @@
-#include "ui/tasks/PictureReceivers.h"
+#include "ui/tasks/PictureSources.h"
 
 #include "video/HttpPictureReceiver.h"
 #include "video/PtzVideoReceiver.h"
@@ -14,14 +14,14 @@ namespace
 
 /// A receiver of live video, of which only its pictures and its socket are known.
 template <class Receiver>
-class LivePictures : public PictureReceiver
+class LivePictureSource : public PictureSource
 {
 public:
-    LivePictures(QObject *parent, const QDomElement &task)
-        : PictureReceiver(parent), m_receiver(nullptr, task),
+    LivePictureSource(QObject *parent, const QDomElement &task)
+        : PictureSource(parent), m_receiver(nullptr, task),
           m_socket(m_receiver.template findChild<QTcpSocket *>())
     {
-        connect(&m_receiver, &VideoHVX3Reciver::pixmapReady, this, &PictureReceiver::pixmapReady);
+        connect(&m_receiver, &VideoHVX3Reciver::pixmapReady, this, &PictureSource::pixmapReady);
         connect(m_socket, &QTcpSocket::connected, this, [this] { m_hasConnected = true; });
         connect(m_socket, &QTcpSocket::readyRead, this, [this] { ++m_traffic; });
     }
@@ -43,12 +43,12 @@ private:
     bool m_hasConnected = false;
 };
 
-class TurningCamera : public LivePictures<PtzVideoReceiver>
+class TurningCameraSource : public LivePictureSource<PtzVideoReceiver>
 {
 public:
-    TurningCamera(QObject *parent, const QDomElement &task) : LivePictures(parent, task)
+    TurningCameraSource(QObject *parent, const QDomElement &task) : LivePictureSource(parent, task)
     {
-        connect(&m_receiver, &PtzVideoReceiver::positionChanged, this, &PictureReceiver::cameraMoved);
+        connect(&m_receiver, &PtzVideoReceiver::positionChanged, this, &PictureSource::cameraMoved);
     }
 
     QString cameraPosition() const override { return m_receiver.position(); }
@@ -56,13 +56,13 @@ public:
     void setPoint(int point, const QString &text) override { m_receiver.setPoint(point, text); }
 };
 
-class StillPicture : public PictureReceiver
+class StillPictureSource : public PictureSource
 {
 public:
-    StillPicture(QObject *parent, const QDomElement &task)
-        : PictureReceiver(parent), m_receiver(nullptr, task)
+    StillPictureSource(QObject *parent, const QDomElement &task)
+        : PictureSource(parent), m_receiver(nullptr, task)
     {
-        connect(&m_receiver, &HttpPictureReceiver::pixmapReady, this, &PictureReceiver::pixmapReady);
+        connect(&m_receiver, &HttpPictureReceiver::pixmapReady, this, &PictureSource::pixmapReady);
     }
 
     bool isActive() const override { return !m_receiver.isFinished(); }
@@ -72,21 +72,21 @@ private:
     HttpPictureReceiver m_receiver;
 };
 
-std::unique_ptr<PictureReceiver> makeLive(QObject &window, const QDomElement &task)
+std::unique_ptr<PictureSource> makeLive(QObject &window, const QDomElement &task)
 {
     if (!task.firstChildElement(QStringLiteral("ptz")).isNull())
-        return std::make_unique<TurningCamera>(&window, task);
-    return std::make_unique<LivePictures<VideoHVX3Reciver>>(&window, task);
+        return std::make_unique<TurningCameraSource>(&window, task);
+    return std::make_unique<LivePictureSource<VideoHVX3Reciver>>(&window, task);
 }
 
 } // namespace
 
-ReceiverFactory pictureReceivers(QObject &window)
+PictureSourceFactory pictureSources(QObject &window)
 {
-    return [&window](PictureKind kind, const QDomElement &task) -> std::unique_ptr<PictureReceiver> {
+    return [&window](PictureKind kind, const QDomElement &task) -> std::unique_ptr<PictureSource> {
         if (kind == PictureKind::Live)
             return makeLive(window, task);
-        return std::make_unique<StillPicture>(&window, task);
+        return std::make_unique<StillPictureSource>(&window, task);
     };
 }
 

@@ -1,4 +1,4 @@
-#include "ui/window/DescribedFrame.h"
+#include "ui/window/FrameBinding.h"
 
 #include "ui/base/SafeText.h"
 #include "ui/page/TabPages.h"
@@ -32,16 +32,16 @@ QTabWidget::TabPosition tabPosition(const QString &word)
 
 } // namespace
 
-DescribedFrame::DescribedFrame(QDialog &window, const WindowFrame &frame, WindowParts &parts)
+FrameBinding::FrameBinding(QDialog &window, const WindowFrame &frame, WindowParts &parts)
     : m_window(window), m_frame(frame), m_parts(parts), m_headerBase(frame.header()->label()->text()),
       m_okText(frame.okButton()->text()), m_cancelText(frame.cancelButton()->text()),
       m_retiredPages(new QWidget)
 {
 }
 
-DescribedFrame::~DescribedFrame() = default;
+FrameBinding::~FrameBinding() = default;
 
-void DescribedFrame::build(int shownPage)
+void FrameBinding::build(int shownPage)
 {
     adoptWindow();
     showTexts();
@@ -49,7 +49,7 @@ void DescribedFrame::build(int shownPage)
     applySize();
 }
 
-void DescribedFrame::adoptWindow()
+void FrameBinding::adoptWindow()
 {
     m_window.setMinimumSize(0, 0);
     m_window.unsetLayoutDirection();
@@ -60,7 +60,7 @@ void DescribedFrame::adoptWindow()
         m_parts.builder.adoptWindow(window, &m_window);
 }
 
-void DescribedFrame::showTexts()
+void FrameBinding::showTexts()
 {
     const auto visible = [this](const QString &raw) { return m_parts.context.text(raw); };
     const QDomElement root = m_parts.description.document().root();
@@ -70,7 +70,7 @@ void DescribedFrame::showTexts()
     showTabCaptions(root.firstChildElement(QStringLiteral("tabwidget")), *m_frame.tabs(), visible);
 }
 
-void DescribedFrame::showButtons()
+void FrameBinding::showButtons()
 {
     const QDomElement root = m_parts.description.document().root();
     const QDomElement ok = root.firstChildElement(QStringLiteral("buttonOK"));
@@ -85,7 +85,7 @@ void DescribedFrame::showButtons()
     show(m_frame.cancelButton(), root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
 }
 
-void DescribedFrame::buildPages(int shownPage)
+void FrameBinding::buildPages(int shownPage)
 {
     QTabWidget *tabs = m_frame.tabs();
     while (tabs->count() > 0) {
@@ -102,7 +102,7 @@ void DescribedFrame::buildPages(int shownPage)
     tabs->setCurrentIndex(shownPage >= 0 && shownPage < tabs->count() ? shownPage : selection);
 }
 
-void DescribedFrame::applySize()
+void FrameBinding::applySize()
 {
     const QDomElement window =
         m_parts.description.document().root().firstChildElement(QStringLiteral("window"));
