@@ -40,6 +40,7 @@ OrbNetSetup::OrbNetSetup(const QString &address)
     m_bcshTimer->setInterval(AdjustmentPause);
     m_bcshTimer->setTimerType(Qt::PreciseTimer);
     connect(m_bcshTimer, &QTimer::timeout, this, &OrbNetSetup::bcshTimer);
+    setLinkReset([this] { giveUpExchange(); });
 }
 
 OrbNetSetup::~OrbNetSetup()
@@ -92,13 +93,14 @@ void OrbNetSetup::_connect()
         return;
     }
     abortLeftovers();
-    if (!fileExists(QStringLiteral("general")))
-        _push_file(QStringLiteral("general"), QByteArray());
+    if (!fileExists(QStringLiteral("general")) && !keepLocalCopies(QStringLiteral("general"), {}))
+        return;
     setValue(QStringLiteral("general/network/login/") + device->login);
     setValue(QStringLiteral("general/network/password/") + device->password);
     setValue(QStringLiteral("general/network/url/") + device->url);
     m_state = Connecting;
     setActivity(tr("Connecting"));
+    showRunning();
     m_socket->connectToHost(device->host, device->port, QIODevice::ReadWrite);
 }
 
@@ -160,6 +162,7 @@ void OrbNetSetup::receive()
         return;
     m_buffer += bytes;
     m_received += bytes.size();
+    showRunning();
     // One byte too many says as much as a million.
     if (m_state == LoginSent)
         m_buffer.truncate(longestLoginReply() + 1);
@@ -231,10 +234,25 @@ void OrbNetSetup::disconnected()
 {
     // Deliberate: an exchange that did not run to its end is reported and nothing is reset.
     if (!commandIsDone()) {
+        if (linkStatus().state == LinkStatus::State::Running)
+            showFailed(problemText(QAbstractSocket::RemoteHostClosedError, {}));
         reportWrongState("OrbNetSetup::disconnected");
         return;
     }
     setActivity(QString());
+    if (m_operation == Send && m_isSaveIncomplete) {
+        QStringList names;
+        for (const auto &entry : m_cmdlist) {
+            const QString name = QString::fromUtf8(entry->name);
+            if (m_notSent.contains(name) && !names.contains(name))
+                names << name;
+        }
+        finishExchange();
+        if (!names.isEmpty())
+            Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"; it was not sent")
+                                   .arg(names.join(QStringLiteral("\", \""))));
+        return;
+    }
     // Deliberate: the end is announced before the link is idle, so a receiver cannot start the next exchange
     // from within.
     switch (m_operation) {
@@ -249,15 +267,62 @@ void OrbNetSetup::disconnected()
             tr("%1 in wrong operation %2")
                 .arg(QStringLiteral("OrbNetSetup::disconnected"), QString::number(m_operation)));
     }
+    finishExchange();
+}
+
+void OrbNetSetup::finishExchange()
+{
     m_state = Idle;
     m_operation = NoOperation;
     m_cmdlist.clear();
+    setLinkStatus({});
+}
+
+void OrbNetSetup::giveUpExchange()
+{
+    if (linkStatus().state == LinkStatus::State::Idle)
+        return;
+    abortLeftovers();
+    finishExchange();
+    setActivity(QString());
+    ++m_resets;
+}
+
+void OrbNetSetup::showRunning()
+{
+    LinkStatus status{LinkStatus::State::Running};
+    status.lastTraffic.start();
+    setLinkStatus(status);
+}
+
+void OrbNetSetup::showFailed(const QString &problem)
+{
+    setLinkStatus({LinkStatus::State::Failed, problem});
+}
+
+QString OrbNetSetup::problemText(QAbstractSocket::SocketError error, const QString &systemText)
+{
+    switch (error) {
+    case QAbstractSocket::ConnectionRefusedError:
+        return tr("The recorder refuses the connection");
+    case QAbstractSocket::RemoteHostClosedError:
+        return tr("The recorder has closed the connection");
+    case QAbstractSocket::HostNotFoundError:
+        return tr("No device with this name was found");
+    case QAbstractSocket::SocketTimeoutError:
+        return tr("The recorder does not answer");
+    case QAbstractSocket::NetworkError:
+        return tr("The network connection was lost");
+    default:
+        return systemText;
+    }
 }
 
 void OrbNetSetup::error(QAbstractSocket::SocketError e)
 {
     // Deliberate: the state stays, so that later attempts report it.
     setActivity(QString());
+    showFailed(problemText(e, m_socket->errorString()));
     Q_EMIT pseudothrow(tr("Network error %1").arg(static_cast<int>(e)));
 }
 
@@ -272,7 +337,7 @@ void OrbNetSetup::retryLogin()
     m_buffer.clear();
     m_state = Idle;
     m_operation = NoOperation;
-    setActivity(QString());
+    setActivity(tr("Asking for the login"));
     // The source may open a dialog, which must not run within a signal of the socket that is needed next.
     QMetaObject::invokeMethod(this, &OrbNetSetup::askForLogin, Qt::QueuedConnection);
 }
@@ -288,6 +353,7 @@ void OrbNetSetup::askForLogin()
     // The host may replace the source, or delete this store, while it asks.
     const std::shared_ptr<CredentialsSource> source = m_credentialsSource;
     const QPointer<OrbNetSetup> alive(this);
+    const int resets = m_resets;
     bool isAnswered = false;
     {
         m_isAsking = true;
@@ -297,8 +363,10 @@ void OrbNetSetup::askForLogin()
         });
         isAnswered = source && source->ask(record);
     }
-    if (!alive)
+    if (!alive || resets != m_resets)
         return;
+    setActivity(QString());
+    setLinkStatus({LinkStatus::State::Idle, tr("The recorder has refused the login")});
     if (!isAnswered) {
         Q_EMIT pseudothrow(tr("Authorization failed"));
         return;
@@ -322,5 +390,6 @@ void OrbNetSetup::stopExchange(const QString &reason)
 {
     m_stopped = true;
     setActivity(QString());
+    showFailed(reason);
     Q_EMIT pseudothrow(reason);
 }

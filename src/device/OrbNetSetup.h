@@ -5,6 +5,7 @@
 
 #include <QAbstractSocket>
 #include <QByteArray>
+#include <QSet>
 #include <QStringList>
 
 #include <functional>
@@ -31,6 +32,11 @@ struct ListedFile;
 /// in, one command after the other, disconnect. It ends with loadDone() or storeDone(); progress() tells how
 /// far it is. The store is busy until after the receivers of these signals have returned: they start the next
 /// exchange through the event loop.
+///
+/// A file whose local copy or edits cannot be written whole (a full disk) is left out of a save, so that the
+/// recorder never gets old values or an empty file in its place. Its edits stay, one message at the end of
+/// the save names all such files, and storeDone() is not emitted. A function whose body cannot be kept starts
+/// no exchange.
 ///
 /// What goes wrong is reported through pseudothrow(). An exchange that failed stays where it is: no further
 /// command is sent, nothing is reset, and another load() reports a wrong state; store() starts over in any
@@ -119,7 +125,7 @@ protected:
     void _push_interfacefile(const QString &name, const QByteArray &data);
 
     /// Applies the directives of the state file \a name to its local copy. False when that goes beyond the
-    /// limits; the file is then better not sent at all.
+    /// limits or its text cannot be read and written whole; the file must then not be sent.
     bool _compile_state(const QString &name);
     /// Replaces the command list when the interface description \a name has one.
     void _overwrite_cmdlist(const QString &name);
@@ -159,16 +165,27 @@ private:
 
     void fillCommandList();
     QByteArray requestOf(const compcommand &command) const;
-    void sendRequest(const compcommand &command);
+    bool sendRequest(const compcommand &command);
+    void leaveOut(compcommand &command);
+    bool isKeptLocally(const QString &name);
+    void finishExchange();
+    void giveUpExchange();
+    void showRunning();
+    void showFailed(const QString &problem);
+    static QString problemText(QAbstractSocket::SocketError error, const QString &systemText);
     std::unique_ptr<compcommand> compiled(const paravue::ListedFile &file) const;
     void replaceCommandList(const QByteArray &description);
     std::optional<QByteArray> unpacked(const QByteArray &packed, const QString &name);
-    bool keepLocalCopy(const QString &name, const QByteArray &data);
+    bool keepLocalCopies(const QString &name, const QByteArray &data);
     void forgetValues(const QString &name);
 
     std::unique_ptr<paravue::ReplyFrame> m_reply;
     std::shared_ptr<paravue::CredentialsSource> m_credentialsSource;
     qsizetype m_received = 0; ///< bytes of the running exchange
     bool m_stopped = false;   ///< the running exchange has failed
-    bool m_isAsking = false;  ///< for another login
+    QSet<QString> m_notKept;  ///< files whose last copy could not be written
+    QStringList m_notSent;    ///< files that the running save leaves out for want of a local copy
+    bool m_isSaveIncomplete = false;
+    bool m_isAsking = false; ///< for another login
+    int m_resets = 0;        ///< how often an exchange was given up
 };

@@ -8,6 +8,7 @@
 #include "device/protocol/StateTemplate.h"
 #include "device/protocol/WireBody.h"
 #include "store/OrbSettings.h"
+#include "store/WholeFile.h"
 
 #include <QFile>
 #include <QTcpSocket>
@@ -33,11 +34,15 @@ namespace
 /// What a one-off command sends, and what it fetches.
 const QString CommandFile = QStringLiteral("tmp");
 
-/// A file that cannot be opened, or has no path, counts as empty.
-QByteArray readLocalFile(const QString &path)
+/// A file that cannot be opened, or has no path, counts as empty. Nothing when it was opened but cannot be
+/// read to its end.
+std::optional<QByteArray> readLocalFile(const QString &path)
 {
     QFile file(path);
-    return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    QByteArray content = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(std::move(content)) : std::nullopt;
 }
 
 } // namespace
@@ -58,6 +63,8 @@ QStringList OrbNetSetup::fileNames(const QByteArray &description)
 void OrbNetSetup::fillCommandList()
 {
     m_cmdlist.clear();
+    m_notSent.clear();
+    m_isSaveIncomplete = false;
     for (const commands &entry : mCommands) {
         m_cmdlist.push_back(std::make_unique<compcommand>(
             compcommand{entry.get_command, entry.put_command, entry.name, entry.push}));
@@ -81,16 +88,48 @@ void OrbNetSetup::store()
     fillCommandList();
     m_operation = Send;
     _overwrite_cmdlist(QStringLiteral("interface"));
+    QStringList asFetched; // state files without edits, which are sent in the form that they came in
     // By index: a report on the way may run an event loop, and with it whatever else uses the list.
     for (size_t i = 0; i < m_cmdlist.size(); ++i) {
         const QString name = QString::fromUtf8(m_cmdlist[i]->name);
-        const bool isState = m_cmdlist[i]->push == &OrbNetSetup::_push_statefile;
-        if (isState && !m_cmdlist[i]->put.isEmpty() && !_compile_state(name) && i < m_cmdlist.size())
-            m_cmdlist[i]->put.clear();
+        if (m_cmdlist[i]->push != &OrbNetSetup::_push_statefile || m_cmdlist[i]->put.isEmpty())
+            continue;
+        const OrbSettings *settings = m_settings.find(name);
+        const bool isEdited = settings && settings->hasEdits();
+        if (!isEdited)
+            asFetched << name;
+        if (!_compile_state(name) && i < m_cmdlist.size())
+            leaveOut(*m_cmdlist[i]);
+    }
+    // The directives of other files may have read their values meanwhile.
+    for (const QString &name : std::as_const(asFetched)) {
+        if (OrbSettings *settings = m_settings.find(name))
+            settings->forget();
     }
     flush();
+    for (const auto &entry : m_cmdlist) {
+        if (!entry->put.isEmpty() && !isKeptLocally(QString::fromUtf8(entry->name))) {
+            m_notSent << QString::fromUtf8(entry->name);
+            leaveOut(*entry);
+        }
+    }
     m_state = Idle;
     _connect();
+}
+
+/// The save goes on without this file and does not count as done.
+void OrbNetSetup::leaveOut(compcommand &command)
+{
+    command.put.clear();
+    m_isSaveIncomplete = true;
+}
+
+/// False when the local copy of the file \a name is not what was fetched and edited: sent, it would bring old
+/// values, or none, to the recorder.
+bool OrbNetSetup::isKeptLocally(const QString &name)
+{
+    const OrbSettings *settings = m_settings.find(name);
+    return !m_notKept.contains(name) && (!settings || settings->path().isEmpty() || settings->isWritten());
 }
 
 void OrbNetSetup::_transfer()
@@ -101,8 +140,7 @@ void OrbNetSetup::_transfer()
             setActivity(QString());
             return;
         }
-    } while (requestOf(commandCurrent()).isEmpty());
-    sendRequest(commandCurrent());
+    } while (requestOf(commandCurrent()).isEmpty() || !sendRequest(commandCurrent()));
 }
 
 /// What the running operation has to say about \a command; nothing when it has no use for it.
@@ -118,7 +156,8 @@ QByteArray OrbNetSetup::requestOf(const compcommand &command) const
     }
 }
 
-void OrbNetSetup::sendRequest(const compcommand &command)
+/// False when the file to be sent cannot be read.
+bool OrbNetSetup::sendRequest(const compcommand &command)
 {
     const QByteArray request = requestOf(command);
     const QString name = QString::fromUtf8(command.name);
@@ -128,10 +167,19 @@ void OrbNetSetup::sendRequest(const compcommand &command)
         setActivity(m_operation == Send ? tr("Sending \"%1\"").arg(name) : tr("Fetching \"%1\"").arg(name));
     // Before the request is written: looking for the file may report something, and whoever shows the report
     // may run an event loop, which would send the request without its body.
-    const QByteArray body = m_operation == Send ? wireBody(readLocalFile(filePath(name))) : QByteArray();
+    const auto content = m_operation == Send ? readLocalFile(filePath(name)) : QByteArray();
+    if (m_state < FirstCommand)
+        return true; // the exchange was given up meanwhile
+    if (!content) {
+        m_notSent << name;
+        m_isSaveIncomplete = true;
+        return false;
+    }
+    const QByteArray body = m_operation == Send ? wireBody(*content) : QByteArray();
     m_socket->write(request);
     if (!body.isEmpty())
         m_socket->write(body);
+    return true;
 }
 
 bool OrbNetSetup::_isFileChanged(const QString &) const
@@ -144,14 +192,25 @@ QByteArray OrbNetSetup::_to_cmdstring(const QString &text)
     return text.isEmpty() ? QByteArray() : (text + QLatin1StringView("\r\n")).toLocal8Bit();
 }
 
-bool OrbNetSetup::keepLocalCopy(const QString &name, const QByteArray &data)
+/// Keeps \a data as the file \a name and its pristine copy. When there is no room for both, the file stays
+/// what it was, with a report, and is not sent until a later fetch succeeds.
+bool OrbNetSetup::keepLocalCopies(const QString &name, const QByteArray &data)
 {
-    const QString path = m_temporaries->add(data);
-    if (path.isEmpty()) {
+    const QString original = name + QLatin1StringView(".original");
+    const QString path = m_temporaries->add(name, data);
+    const QString originalPath = path.isEmpty() ? QString() : m_temporaries->add(original, data);
+    if (originalPath.isEmpty()) {
+        if (!path.isEmpty())
+            m_temporaries->takeBack(name);
+        m_notKept.insert(name);
         Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
         return false;
     }
+    m_notKept.remove(name);
     setFilePath(name, path);
+    setFilePath(original, originalPath);
+    forgetValues(name);
+    forgetValues(original);
     return true;
 }
 
@@ -165,12 +224,7 @@ void OrbNetSetup::forgetValues(const QString &name)
 
 void OrbNetSetup::_push_file(const QString &name, const QByteArray &data)
 {
-    const QString original = name + QLatin1StringView(".original");
-    if (!keepLocalCopy(name, data))
-        return;
-    forgetValues(name);
-    if (keepLocalCopy(original, data))
-        forgetValues(original);
+    keepLocalCopies(name, data);
 }
 
 void OrbNetSetup::_push_inifile(const QString &name, const QByteArray &data)
@@ -210,7 +264,7 @@ void OrbNetSetup::_push_interfacefile(const QString &name, const QByteArray &dat
 void OrbNetSetup::_overwrite_cmdlist(const QString &name)
 {
     if (fileExists(name))
-        replaceCommandList(readLocalFile(filePath(name)));
+        replaceCommandList(readLocalFile(filePath(name)).value_or(QByteArray()));
 }
 
 void OrbNetSetup::replaceCommandList(const QByteArray &description)
@@ -253,34 +307,49 @@ bool OrbNetSetup::_compile_state(const QString &name)
     if (!fileExists(name))
         return true;
     const QString path = filePath(name);
-    // Edits go to the disk first and what was read is read again afterwards; or else the next flush would put
-    // the text of before back. Looking up a value below may be what reads the file.
-    if (OrbSettings *edited = m_settings.find(name))
-        edited->write();
-    const QString text = QString::fromUtf8(readLocalFile(path));
-    const auto compiledText =
-        applyStateDirectives(text, [this](const QString &address) { return value(address); });
-    if (!compiledText) {
-        Q_EMIT pseudothrow(tr("The directives of file \"%1\" make it too large").arg(name));
+    // Edits go to the disk first. Without any the text is taken as it came: a write would give its keys the
+    // usual form, which the patterns of the directives are not made for.
+    OrbSettings *settings = m_settings.find(name);
+    const auto content =
+        settings && settings->hasEdits() && !settings->write() ? std::nullopt : readLocalFile(path);
+    if (!content) {
+        m_notSent << name;
         return false;
     }
-    if (*compiledText != text) {
-        QFile file(path);
-        const QByteArray bytes = compiledText->toUtf8();
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-            Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
+    const QString text = QString::fromUtf8(*content);
+    const CompiledState compiled =
+        applyStateDirectives(text, [this](const QString &address) { return value(address); });
+    switch (compiled.fault) {
+    case CompiledState::Fault::TooLarge:
+        Q_EMIT pseudothrow(tr("The directives of file \"%1\" make it too large").arg(name));
+        return false;
+    case CompiledState::Fault::TooSlow:
+        Q_EMIT pseudothrow(tr("The directives of file \"%1\" take too long").arg(name));
+        return false;
+    case CompiledState::Fault::None:
+        break;
     }
+    if (compiled.text != text && !writeWholeFile(path, compiled.text.toUtf8())) {
+        m_notSent << name;
+        return false;
+    }
+    // What was read is read again: the next flush would put the text of before back. Looking up a value above
+    // may be what has read the file.
     forgetValues(name);
     return true;
 }
 
 void OrbNetSetup::_do_command(const QByteArray &command, const QByteArray &body, bool send)
 {
-    _push_file(CommandFile, body);
+    if (!keepLocalCopies(CommandFile, body))
+        return; // the body of an earlier command must not go out in its place
     // An exchange that never began, for want of a login for example, leaves its list behind. A format that
     // was given up must not go out together with the next command.
-    if (m_state == Idle)
+    if (m_state == Idle) {
         m_cmdlist.clear();
+        m_notSent.clear();
+        m_isSaveIncomplete = false;
+    }
     m_cmdlist.push_back(std::make_unique<compcommand>(
         compcommand{command, command, CommandFile.toUtf8(), &OrbNetSetup::_push_file}));
     m_operation = send ? Send : Fetch;

@@ -32,6 +32,12 @@ void appendUtf8(QString &text, QByteArrayView bytes)
         text += QString::fromUtf8(bytes);
 }
 
+bool holds(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.readAll() == content;
+}
+
 } // namespace
 
 OrbSettings::OrbSettings(const QString &path) : m_path(path) {}
@@ -52,10 +58,21 @@ void OrbSettings::setPath(const QString &path)
     m_linesKnown = false;
     m_lastContent.clear();
     m_repeats = 0;
+    m_unreadable = false;
+    m_forgotten = false;
+    m_isWritten = true;
+}
+
+void OrbSettings::forget()
+{
+    setPath(m_path);
+    m_forgotten = true;
 }
 
 bool OrbSettings::read()
 {
+    m_forgotten = false;
+    m_unreadable = QFile::exists(m_path);
     QFile file(m_path);
     if (m_path.isEmpty() || !file.open(QIODevice::ReadOnly))
         return false;
@@ -66,6 +83,7 @@ bool OrbSettings::read()
     const QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return false;
+    m_unreadable = false;
 
     if (m_entries.isEmpty() && !m_text.bytes().isEmpty() && content == m_lastContent) {
         ++m_repeats;
@@ -147,12 +165,24 @@ IniText OrbSettings::merged()
     return merge.result();
 }
 
+bool OrbSettings::hasEdits() const
+{
+    const auto &entries = m_entries.all();
+    return std::any_of(entries.begin(), entries.end(),
+                       [](const IniEntries::Entry &entry) { return entry.edited; });
+}
+
 bool OrbSettings::write()
 {
     if (m_path.isEmpty())
         return false; // of a name that never got a file
-    // An object that has not seen its file yet must not empty it.
-    if (!m_loaded && m_entries.isEmpty() && !read() && QFile::exists(m_path))
+    if (m_forgotten)
+        return true;
+    // An object that has not seen its file must not replace it.
+    if (!m_loaded && m_entries.isEmpty())
+        read();
+    m_isWritten = false;
+    if (m_unreadable && QFile::exists(m_path))
         return false;
 
     appendRepeats();
@@ -160,9 +190,11 @@ bool OrbSettings::write()
     QString error;
     if (!writeWholeFile(m_path, text.bytes(), &error)) {
         qCWarning(settingsLog) << "cannot write" << m_path << error;
+        m_isWritten = !hasEdits() && holds(m_path, m_text.bytes());
         return false;
     }
     m_text = std::move(text);
+    m_isWritten = true;
     return true;
 }
 
@@ -193,7 +225,7 @@ void OrbSettings::setValue(const QString &key, const QVariant &value)
 QStringList OrbSettings::matching(const QString &pattern)
 {
     readIfEmpty();
-    const TextPattern keyPattern(pattern);
+    const TextPattern keyPattern = TextPattern::ofRecorder(pattern);
     QStringList result;
     for (const IniEntries::Entry *entry : m_entries.sorted()) {
         const QString key = entry->key.toString();

@@ -29,14 +29,21 @@ public:
     /// Forgets all lines and values, edits too, and takes the file at \a path from now on (which may be the
     /// same path: the file is then read afresh). Writes nothing.
     void setPath(const QString &path);
+    /// The same for the present path, which also stays unwritten until a value is read or set: the file keeps
+    /// the form that it has on the disk.
+    void forget();
 
     /// Adds the lines of the file to those that are held, and takes the keys of them all. False when the file
     /// cannot be read.
     bool read();
     /// Puts all values into the lines and writes these. False when the file cannot be written, and then
     /// nothing is changed in memory either. Until they are read again, new keys stay new: a second write puts
-    /// them into the file once more.
+    /// them into the file once more. A file that exists but could not be read is not overwritten.
     bool write();
+    /// False when the last write failed and the file on the disk has other values than those in memory.
+    bool isWritten() const { return m_isWritten; }
+    /// True when a value was set that no write and read have brought to the disk.
+    bool hasEdits() const;
     /// Writes, and reads what was written in place of the lines that were held. Always true. Values of keys
     /// that the file does not hold stay known. A file that cannot be written keeps its edits in memory.
     bool flush();
@@ -69,8 +76,11 @@ private:
     paravue::IniText merged();
 
     QString m_path;
-    bool m_sectioned = false; ///< the last read met a section line
-    bool m_loaded = false;    ///< read since the path was set
+    bool m_sectioned = false;  ///< the last read met a section line
+    bool m_loaded = false;     ///< read since the path was set
+    bool m_unreadable = false; ///< the last read has failed although there is a file
+    bool m_forgotten = false;
+    bool m_isWritten = true;
     paravue::IniText m_text;
     paravue::IniEntries m_entries;
     std::vector<quint32> m_entriesOfLines; ///< for each marked line its entry, while m_linesKnown

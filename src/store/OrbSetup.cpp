@@ -3,10 +3,12 @@
 #include "store/ConfigAddress.h"
 #include "store/IniMapCodec.h"
 #include "store/OrbSettings.h"
+#include "store/TextPattern.h"
 
 #include <utility>
 
 using paravue::ConfigAddress;
+using paravue::PatternBudget;
 
 OrbSetup::OrbSetup() : OrbSetup(QString()) {}
 
@@ -108,7 +110,14 @@ QStringList OrbSetup::regexp_values(const QString &address)
         return {};
     }
     const QString file = parts.file().toString();
+    const PatternBudget budget;
+    const bool wasExhausted = budget.isExhausted();
     QStringList values = settings(file).matching(parts.entry().toString());
+    if (budget.isExhausted()) {
+        if (!wasExhausted)
+            Q_EMIT pseudothrow(tr("The patterns of \"%1\" take too long").arg(address));
+        return {};
+    }
     for (QString &value : values)
         value.prepend(file + u'/');
     return values;
@@ -122,6 +131,12 @@ void OrbSetup::flush()
 QString OrbSetup::activity() const
 {
     return m_activity;
+}
+
+void OrbSetup::resetLink()
+{
+    if (m_linkReset)
+        m_linkReset();
 }
 
 void OrbSetup::setActivity(const QString &text)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ParavueSetupExport.h"
+#include "store/LinkStatus.h"
 
 #include <QHash>
 #include <QMap>
@@ -10,6 +11,7 @@
 #include <QStringView>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 
@@ -75,6 +77,13 @@ public:
     /// example); empty while it is idle. Up to date whenever progress() is emitted.
     QString activity() const;
 
+    /// The state of the connection behind the store.
+    const paravue::LinkStatus &linkStatus() const { return m_linkStatus; }
+    /// Gives up the exchange that runs or has failed: the connection is cut, nothing more is sent, and the
+    /// next exchange can start. Files, values and edits stay; nothing is emitted. Does nothing while the link
+    /// is idle.
+    void resetLink();
+
 Q_SIGNALS:
     void loadDone();
     void storeDone();
@@ -87,6 +96,10 @@ protected:
     /// The local file \a name, created on first use and kept for the life of the store.
     OrbSettings &settings(const QString &name);
     void setActivity(const QString &text);
+    void setLinkStatus(const paravue::LinkStatus &status) { m_linkStatus = status; }
+    /// What resetLink() does; nothing by itself. A function object, as the virtual functions of stores are
+    /// fixed.
+    void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }
 
     /// A settings-format reader and writer for a flat map of "section/key" to value, for derived classes and
     /// hosts. The device must be open; both switch it to text mode. They always return true.
@@ -133,4 +146,6 @@ private:
     OrbSettings &settingsOf(QStringView name);
 
     QString m_activity;
+    paravue::LinkStatus m_linkStatus;
+    std::function<void()> m_linkReset;
 };

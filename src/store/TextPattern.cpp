@@ -10,9 +10,11 @@ namespace
 
 Q_LOGGING_CATEGORY(patternLog, "paravue.pattern")
 
-/// What one match may cost, in steps of the engine, and all matches of one pattern together.
+/// What one match of a recorder's pattern may cost, in steps of the engine, and all of one piece of work.
 constexpr QStringView StepLimit = u"(*LIMIT_MATCH=1000000)";
-constexpr std::chrono::seconds TimeLimit(5);
+constexpr std::chrono::seconds TimeLimit(1);
+
+thread_local PatternBudget *currentBudget = nullptr;
 
 bool isHexDigit(QChar c)
 {
@@ -75,19 +77,59 @@ QString translated(const QString &pattern)
 
 } // namespace
 
-TextPattern::TextPattern(const QString &pattern, Greed greed) : m_pattern(pattern)
+PatternBudget::PatternBudget() : m_around(currentBudget)
 {
+    if (!m_around)
+        currentBudget = this;
+}
+
+PatternBudget::~PatternBudget()
+{
+    if (!m_around)
+        currentBudget = nullptr;
+}
+
+bool PatternBudget::isExhausted() const
+{
+    return (m_around ? m_around : this)->m_spent > TimeLimit;
+}
+
+void PatternBudget::spend(std::chrono::steady_clock::duration time)
+{
+    (m_around ? m_around : this)->m_spent += time;
+}
+
+TextPattern::TextPattern(const QString &pattern, Greed greed) : TextPattern(pattern, greed, Origin::Program)
+{
+}
+
+TextPattern TextPattern::ofRecorder(const QString &pattern, Greed greed)
+{
+    return TextPattern(pattern, greed, Origin::Recorder);
+}
+
+TextPattern::TextPattern(const QString &pattern, Greed greed, Origin origin)
+    : m_pattern(pattern), m_origin(origin)
+{
+    PatternBudget budget;
+    if (origin == Origin::Recorder && budget.isExhausted()) {
+        m_usable = false;
+        return;
+    }
+    const auto start = std::chrono::steady_clock::now();
     QRegularExpression::PatternOptions options =
         QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption;
     if (greed == Greed::Minimal)
         options |= QRegularExpression::InvertedGreedinessOption;
 
     const QString text = translated(pattern);
-    m_search = QRegularExpression(StepLimit.toString() + text, options);
+    const QString limit = origin == Origin::Recorder ? StepLimit.toString() : QString();
+    m_search = QRegularExpression(limit + text, options);
     // Judged before it is anchored: "a)|(b" becomes valid inside the anchoring group.
     if (m_search.isValid())
-        m_whole =
-            QRegularExpression(StepLimit.toString() + QRegularExpression::anchoredPattern(text), options);
+        m_whole = QRegularExpression(limit + QRegularExpression::anchoredPattern(text), options);
+    if (origin == Origin::Recorder)
+        budget.spend(std::chrono::steady_clock::now() - start); // huge repetitions take long to compile, too
     if (!m_search.isValid())
         giveUp(m_search.errorString());
     else if (!m_whole.isValid())
@@ -115,13 +157,18 @@ QRegularExpressionMatch TextPattern::run(const QRegularExpression &expression, c
     if (from > 0 && from < text.size() && text.at(from).isLowSurrogate() &&
         text.at(from - 1).isHighSurrogate())
         ++from; // the engine refuses to start inside a character
+    if (m_origin == Origin::Program)
+        return expression.match(text, from, type, options);
+
+    PatternBudget budget;
+    if (budget.isExhausted())
+        return {};
     const auto start = std::chrono::steady_clock::now();
     QRegularExpressionMatch match = expression.match(text, from, type, options);
-    m_spent += std::chrono::steady_clock::now() - start;
-    const bool refused = !match.isValid() && text.isValidUtf16();
-    if (refused || m_spent > TimeLimit)
+    budget.spend(std::chrono::steady_clock::now() - start);
+    if (!match.isValid() && text.isValidUtf16())
         giveUp(QStringLiteral("it is too expensive"));
-    return m_usable ? match : QRegularExpressionMatch();
+    return m_usable && !budget.isExhausted() ? match : QRegularExpressionMatch();
 }
 
 std::optional<TextPattern::Match> TextPattern::toMatch(const QRegularExpressionMatch &match) const

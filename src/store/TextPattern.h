@@ -10,13 +10,37 @@
 namespace paravue
 {
 
-/// A regular expression as recorders write them: in configuration addresses, state directives and the
-/// validators of the interface description.
+/// The time that all patterns of recorders may take together during one piece of work, such as a save or an
+/// export: one second, spent in matching. The budget covers every match of its thread while the object lives;
+/// one that is made within another shares its time. A match without a budget around it has one to itself.
+class PatternBudget
+{
+public:
+    PatternBudget();
+    ~PatternBudget();
+    Q_DISABLE_COPY_MOVE(PatternBudget)
+
+    /// True when the time is used up. Patterns of recorders then match nothing until the work is over, so its
+    /// result is incomplete and should be dropped with a message.
+    bool isExhausted() const;
+
+private:
+    friend class TextPattern;
+    void spend(std::chrono::steady_clock::duration time);
+
+    PatternBudget *const m_around; ///< null for the outermost one, which counts
+    std::chrono::steady_clock::duration m_spent{};
+};
+
+/// A regular expression with the meaning that recorders rely on: in configuration addresses, state directives
+/// and the validators of the interface description.
 ///
-/// They are written for an older engine, and keep that engine's meaning here: "." matches line ends too, "$"
-/// matches the very end only, "\s", "\d" and "\w" know all of Unicode, "\x0451" is one character, and "{,3}"
-/// is a repetition. They come from outside and may be wrong or expensive: a pattern that does not compile, or
-/// that the engine gives up on, matches nothing (from then on) and is logged.
+/// They are written for an older engine: "." matches line ends too, "$" matches the very end only, "\s", "\d"
+/// and "\w" know all of Unicode, "\x0451" is one character, and "{,3}" is a repetition.
+///
+/// A pattern of a recorder (ofRecorder()) may be wrong or expensive: one that does not compile, or that the
+/// engine gives up on, matches nothing (from then on) and is logged; all of them together are held to the
+/// PatternBudget. A pattern of the program itself has no such limits.
 ///
 /// One object is used from one thread.
 class TextPattern
@@ -34,7 +58,9 @@ public:
         QStringList captures;
     };
 
+    /// A pattern of the program.
     explicit TextPattern(const QString &pattern, Greed greed = Greed::Greedy);
+    static TextPattern ofRecorder(const QString &pattern, Greed greed = Greed::Greedy);
 
     bool isUsable() const { return m_usable; }
 
@@ -57,6 +83,9 @@ public:
     bool matchesBeginning(const QString &text) const;
 
 private:
+    enum class Origin { Program, Recorder };
+    TextPattern(const QString &pattern, Greed greed, Origin origin);
+
     QRegularExpressionMatch run(const QRegularExpression &expression, const QString &text, qsizetype from,
                                 QRegularExpression::MatchOptions options = QRegularExpression::NoMatchOption,
                                 QRegularExpression::MatchType type = QRegularExpression::NormalMatch) const;
@@ -64,10 +93,10 @@ private:
     void giveUp(const QString &why) const;
 
     QString m_pattern; ///< as it was given, for the log
+    Origin m_origin;
     QRegularExpression m_search;
     QRegularExpression m_whole;
     mutable bool m_usable = true;
-    mutable std::chrono::steady_clock::duration m_spent{};
 };
 
 } // namespace paravue

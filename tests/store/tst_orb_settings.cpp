@@ -24,6 +24,7 @@ private Q_SLOTS:
     void merging();
     void untouchedLinesSurviveToTheByte();
     void aFileThatWasNotReadIsNotEmptied();
+    void aFileThatCannotBeReadIsNotReplaced();
     void quotedQuoteVanishesFromTheValues();
     void aFileWithoutKeysGathersItsLines();
     void gatheredLinesAreBounded();
@@ -151,6 +152,21 @@ void TestOrbSettings::aFileThatWasNotReadIsNotEmptied()
     OrbSettings settings(m_path);
     QVERIFY(settings.flush());
     QCOMPARE(settings.value("untitled/a").toString(), "2");
+}
+
+void TestOrbSettings::aFileThatCannotBeReadIsNotReplaced()
+{
+    QFile file(m_path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(paravue::IniText::SizeLimit + 1));
+    file.close();
+    {
+        OrbSettings settings(m_path);
+        settings.setValue("s/A", "1");
+        QCOMPARE(settings.value("s/A").toString(), "1");
+        QVERIFY(!settings.write());
+        QVERIFY(!settings.isWritten());
+    }
+    QCOMPARE(QFileInfo(m_path).size(), paravue::IniText::SizeLimit + 1);
 }
 
 void TestOrbSettings::quotedQuoteVanishesFromTheValues()

@@ -30,7 +30,5 @@ inline constexpr qsizetype MaxListedFiles = 1000;
 inline constexpr qsizetype MaxStateGrowth = 16 * 1024 * 1024;
 /// What the directives of a state file may read through, in characters, all passes over the text together.
 inline constexpr qsizetype MaxStateWork = 256 * 1024 * 1024;
-/// What the directives of a state file may take, in milliseconds.
-inline constexpr int MaxStateTime = 10'000;
 
 } // namespace paravue

@@ -3,7 +3,7 @@
 #include "device/protocol/Limits.h"
 #include "store/TextPattern.h"
 
-#include <QDeadlineTimer>
+#include <optional>
 
 namespace paravue
 {
@@ -87,24 +87,27 @@ std::optional<Directive> findDirective(QStringView text, qsizetype from)
 
 } // namespace
 
-std::optional<QString> applyStateDirectives(QString text, const ValueLookup &valueOf)
+CompiledState applyStateDirectives(const QString &original, const ValueLookup &valueOf)
 {
-    const qsizetype maximumSize = text.size() + MaxStateGrowth;
-    const QDeadlineTimer deadline(MaxStateTime);
+    const qsizetype maximumSize = original.size() + MaxStateGrowth;
+    const PatternBudget budget;
     qsizetype work = 0;
+    QString text = original;
     for (auto directive = findDirective(text, 0); directive;
          directive = findDirective(text, directive->start + 1)) {
         work += text.size();
-        if (work > MaxStateWork || deadline.hasExpired())
-            return {};
-        const TextPattern pattern(directive->pattern, TextPattern::Greed::Minimal);
+        if (work > MaxStateWork)
+            return {CompiledState::Fault::TooSlow};
+        const auto pattern = TextPattern::ofRecorder(directive->pattern, TextPattern::Greed::Minimal);
         const QString replacement = directive->prefix + valueOf(directive->address) + directive->suffix;
         auto replaced = pattern.replaceAll(text, replacement, maximumSize);
+        if (budget.isExhausted())
+            return {CompiledState::Fault::TooSlow};
         if (!replaced)
-            return {};
+            return {CompiledState::Fault::TooLarge};
         text = *std::move(replaced);
     }
-    return text;
+    return {CompiledState::Fault::None, text};
 }
 
 } // namespace paravue

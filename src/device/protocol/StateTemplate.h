@@ -3,13 +3,24 @@
 #include <QString>
 
 #include <functional>
-#include <optional>
 
 namespace paravue
 {
 
 /// The value of a configuration address.
 using ValueLookup = std::function<QString(const QString &address)>;
+
+/// A state file after its directives; \a text is empty unless \a fault is None.
+struct CompiledState {
+    enum class Fault {
+        None,
+        TooLarge, ///< the directives lengthen the text beyond the limit
+        TooSlow,  ///< the directives take more work or time than allowed
+    };
+
+    Fault fault = Fault::None;
+    QString text = {};
+};
 
 /// Applies the directives of a state file and returns the text that goes to the recorder.
 ///
@@ -19,7 +30,7 @@ using ValueLookup = std::function<QString(const QString &address)>;
 /// before it made of it, and stay in the text. The parts end at the first "/", "{", "}" and the first "/" at
 /// the end of a line that follow, wherever these stand, also in later lines.
 ///
-/// Nothing when the text would grow, or the work would become, too large (see Limits.h).
-std::optional<QString> applyStateDirectives(QString text, const ValueLookup &valueOf);
+/// Within the limits on growth and work in Limits.h, and the time that patterns may take.
+CompiledState applyStateDirectives(const QString &text, const ValueLookup &valueOf);
 
 } // namespace paravue

@@ -134,7 +134,11 @@ void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
     QString text;
     QStringList leftOut;
     const SettingsSection section(m_context.description().document().first(tag));
-    for (const Assignment &assignment : section.values(m_context.store())) {
+    const PatternBudget budget;
+    const QList<Assignment> values = section.values(m_context.store());
+    if (budget.isExhausted())
+        return; // the store has reported it
+    for (const Assignment &assignment : values) {
         if (const auto line = settingsLine(assignment))
             text += *line;
         else
@@ -166,7 +170,12 @@ void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
         return;
     }
     const SettingsSection section(m_context.description().document().first(tag));
-    m_bindings.write(section.listed(readSettingsLines(text)));
+    const PatternBudget budget;
+    const QList<Assignment> listed = section.listed(readSettingsLines(text));
+    if (budget.isExhausted())
+        m_context.report(WindowText::tr("The patterns of \"%1\" take too long").arg(tag));
+    else
+        m_bindings.write(listed);
 }
 
 void FileCommands::copyConfigurationFile(const QString &param)

@@ -75,7 +75,7 @@ QList<Assignment> SettingsSection::listed(const QList<Assignment> &assignments) 
     std::vector<std::pair<QString, TextPattern>> patterns; // by file
     for (const QString &pattern : m_patterns) {
         const ConfigAddress parts(pattern);
-        patterns.emplace_back(parts.file().toString(), TextPattern(parts.entry().toString()));
+        patterns.emplace_back(parts.file().toString(), TextPattern::ofRecorder(parts.entry().toString()));
     }
     const auto isListed = [&](const ConfigAddress &address) {
         if (keys.contains(address.path().toString()))

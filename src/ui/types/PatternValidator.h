@@ -7,8 +7,8 @@
 namespace paravue
 {
 
-/// Accepts texts that a recorder's pattern matches as a whole. All others are intermediate, so that the user
-/// can type any text.
+/// Accepts texts that a recorder's pattern matches as a whole. A text that can still become one by further
+/// typing is intermediate.
 class PatternValidator : public QValidator
 {
 public:

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+namespace paravue
+{
+
+/// How a store and its recorder get on, for windows and hosts that show it. A purely local store is always
+/// idle.
+struct LinkStatus {
+    enum class State {
+        Idle,    ///< no exchange runs, and the next one can start
+        Running, ///< an exchange runs, or the user is asked for the login of one
+        Failed,  ///< an exchange has failed and stays where it is, until store() or resetLink()
+    };
+
+    State state = State::Idle;
+    /// Why the last exchange has failed, in plain words for the user (translated); empty otherwise.
+    QString problem = {};
+    /// Started when something was last sent or received; valid while an exchange runs.
+    QElapsedTimer lastTraffic = {};
+};
+
+} // namespace paravue

@@ -1,0 +1,258 @@
+#include "FakeRecorder.h"
+#include "NotedStore.h"
+#include "support/FullDisk.h"
+#include "support/TestTable.h"
+
+#include <algorithm>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Net = "[ untitled ]\r\nA=1\r\n";
+const QByteArray Time = "[ untitled ]\r\nYYYYMMDDHHMMSS=20260101120000\r\nTIME_ZONE='UTC-3'\r\n";
+const QByteArray State = "ID=old\n#!s/ID=old/ID={net/untitled/A}/\n";
+
+/// The files of a session whose description lists just these.
+void push(NotedStore &store)
+{
+    store._push_file("interface", "<pvsetup><di><difile name='interface'/>"
+                                  "<difile name='net' put_command='PUT N'/>"
+                                  "<difile name='time' put_command='PUT T'/>"
+                                  "<difile name='state' type='state' put_command='PUT S'/>"
+                                  "</di></pvsetup>");
+    store._push_file("general", "");
+    store._push_file("net", Net);
+    store._push_file("time", Time);
+    store._push_statefile("state", State);
+}
+
+QByteArray put(const QByteArray &command, const QByteArray &body)
+{
+    return command + "\r\nLENGTH=" + QByteArray::number(body.size()) + "\r\n" + body;
+}
+
+QString notSent(const QString &names)
+{
+    return "Can't save a local copy of " + names + "; it was not sent";
+}
+
+bool isIdle(const NotedStore &store)
+{
+    return store.m_state == 0 && store.m_operation == 0 &&
+           store.linkStatus().state == LinkStatus::State::Idle;
+}
+
+} // namespace
+
+/// What stays on this computer when its disk fails must not reach the recorder as something else.
+class TestLocalFailures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sendsNoFunctionWithoutItsBody();
+    void savesWhatCouldBeWritten_data();
+    void savesWhatCouldBeWritten();
+    void sendsNothingOfAFetchThatWasNotKept();
+    void keepsFewCopiesOfOneName();
+    void goesBackToIdle_data();
+    void goesBackToIdle();
+    void staysBackWhileTheLoginIsAskedFor();
+};
+
+void TestLocalFailures::sendsNoFunctionWithoutItsBody()
+{
+    FakeRecorder recorder;
+    recorder.login().reply("DO FORMAT\r\nLENGTH=11\r\nDISC='USB'\n").expectClosed();
+    recorder.startConnection().login().reply("DO FORMAT\r\nLENGTH=13\r\nDISC='DISC2'\n").expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    store.function("format_usb", "");
+    AWAIT_COMPARE(store.stores, 1);
+    AWAIT_VERIFY(isIdle(store));
+    {
+        const FullDisk full;
+        store.function("format_disk1", "");
+        QVERIFY(isIdle(store));
+        QCOMPARE(store.commandCount(), 0);
+    }
+    QCOMPARE(store.errors, QStringList("Can't save a local copy of \"tmp\""));
+    store.errors.clear();
+    store.function("format_disk2", "");
+    AWAIT_COMPARE(store.stores, 2);
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void TestLocalFailures::savesWhatCouldBeWritten_data()
+{
+    // Every save edits the time file, and the directive changes the state file.
+    const TestTable<bool, QByteArray, QString> row("edits", "sent", "names");
+    row("nothing edited", false, put("PUT N", "A=1\n"), R"("time", "state")");
+    row("a value edited", true, "", R"("net", "time", "state")");
+}
+
+void TestLocalFailures::savesWhatCouldBeWritten()
+{
+    QFETCH(bool, edits);
+    QFETCH(QByteArray, sent);
+    QFETCH(QString, names);
+    FakeRecorder recorder;
+    recorder.login();
+    if (!sent.isEmpty())
+        recorder.reply(sent);
+    recorder.expectClosed();
+    const QByteArray value = edits ? "2" : "1";
+    recorder.startConnection()
+        .login()
+        .reply(put("PUT N", "A = " + value + "\n"))
+        .reply(put("PUT T", "YYYYMMDDHHMMSS = \nTIME_ZONE = 'UTC-3'\n"))
+        .reply(put("PUT S", "ID=" + value + "\n#!s/ID=" + value + "/ID={net/untitled/A}/\n"))
+        .expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    if (edits)
+        store.setValue("net/untitled/A/2");
+    {
+        const FullDisk full;
+        store.store();
+        AWAIT_COMPARE(store.errors, QStringList(notSent(names)));
+        QVERIFY(isIdle(store));
+        QCOMPARE(store.commandCount(), 0);
+        QCOMPARE(store.content("net"), Net);
+        QCOMPARE(store.content("time"), Time);
+        QCOMPARE(store.content("state"), State);
+    }
+    store.errors.clear();
+    QCOMPARE(store.stores, 0);
+    QVERIFY2(store.sendAll(), recorder.received(1));
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void TestLocalFailures::sendsNothingOfAFetchThatWasNotKept()
+{
+    const QMap<QString, QByteArray> bodies{{"net", "A=1\n"}, {"users", "NAME0=admin\n"}};
+    FakeRecorder recorder;
+    recorder.login().fetchOf(bodies).expectClosed();
+    recorder.startConnection().login();
+    recorder.reply("PUT CONFIG\r\n")
+        .reply("PUT TIMER CONFIG\r\n")
+        .reply("PUT STATE CONFIG\r\n")
+        .expectClosed();
+    recorder.startConnection().login().fetchOf(bodies).expectClosed();
+    NotedStore store(recorder.address());
+    {
+        const FullDisk full;
+        QVERIFY(store.fetch());
+        for (const char *name : {"net", "time", "soft", "disk", "users"})
+            QCOMPARE(store.errors.takeFirst(), QString("Can't save a local copy of \"%1\"").arg(name));
+        QVERIFY(store.errors.isEmpty());
+    }
+    store.store();
+    AWAIT_COMPARE(store.errors, QStringList(notSent(R"("net", "time", "disk", "users")")));
+    QVERIFY(isIdle(store));
+    QCOMPARE(store.stores, 0);
+    store.errors.clear();
+    QVERIFY(store.fetch());
+    QCOMPARE(store.value("users/untitled/NAME0"), "admin");
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void TestLocalFailures::keepsFewCopiesOfOneName()
+{
+    NotedStore store("a:b@127.0.0.1");
+    QStringList paths;
+    for (int i = 0; i < 200; ++i) {
+        store._push_file("tmp", QByteArray::number(i));
+        paths << store.filePath("tmp") << store.filePath("tmp.original");
+        QCOMPARE(store.content("tmp"), QByteArray::number(i));
+    }
+    const auto exist =
+        std::count_if(paths.cbegin(), paths.cend(), [](auto &path) { return QFile::exists(path); });
+    QVERIFY2(exist >= 2 && exist <= 20, qPrintable(QString::number(exist)));
+}
+
+void TestLocalFailures::goesBackToIdle_data()
+{
+    const TestTable<QByteArray, QString> row("answer", "problem");
+    row("while it waits", "", "");
+    row("refused command", FakeRecorder::frame({}, "VORN_ANSWER=ERROR:busy\r\n"), "Device error \"busy\"");
+    row("closed", "close", "The recorder has closed the connection");
+}
+
+void TestLocalFailures::goesBackToIdle()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, problem);
+    FakeRecorder recorder;
+    recorder.login().expect("DO REBOOT\r\n");
+    if (answer == "close")
+        recorder.close();
+    else if (!answer.isEmpty())
+        recorder.send(answer);
+    recorder.startConnection().login().reply("RESET SETTINGS\r\n").expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    store.setValue("net/untitled/A/2");
+    store.function("soft_reboot", "");
+    QCOMPARE(store.linkStatus().state, LinkStatus::State::Running);
+    AWAIT_VERIFY(recorder.received().endsWith("DO REBOOT\r\n"));
+    if (!problem.isEmpty()) {
+        AWAIT_COMPARE(store.linkStatus().state, LinkStatus::State::Failed);
+        QCOMPARE(store.linkStatus().problem, problem);
+        store.errors.clear();
+        store.function("soft_reset", "");
+        AWAIT_VERIFY(!store.errors.isEmpty());
+        QVERIFY2(store.errors.last().startsWith("OrbNetSetup::_connect in wrong state"),
+                 qPrintable(store.errors.last()));
+        QCOMPARE(store.linkStatus().problem, problem);
+    }
+    store.errors.clear();
+    store.resetLink();
+    QVERIFY(isIdle(store));
+    QCOMPARE(store.commandCount(), 0);
+    QCOMPARE(store.value("net/untitled/A"), "2");
+    store.function("soft_reset", "");
+    AWAIT_COMPARE(store.stores, 1);
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void TestLocalFailures::staysBackWhileTheLoginIsAskedFor()
+{
+    /// Gives the exchange up while it asks, and answers all the same.
+    struct Source : CredentialsSource {
+        explicit Source(OrbSetup &store) : store(store) {}
+        bool ask(Credentials &record) override
+        {
+            wasRunning = store.linkStatus().state == LinkStatus::State::Running;
+            store.resetLink();
+            record.login = "x";
+            asked = true;
+            return true;
+        }
+        void save(const Credentials &) override {}
+        OrbSetup &store;
+        bool wasRunning = false;
+        bool asked = false;
+    };
+    FakeRecorder recorder;
+    recorder.expect("\x04LOGIN=guest\r\nPASS=secret\r\n")
+        .send("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n")
+        .expectClosed();
+    NotedStore store(recorder.address());
+    auto owned = std::make_unique<Source>(store);
+    const Source &source = *owned;
+    store.setCredentialsSource(std::move(owned));
+    store.load();
+    AWAIT_VERIFY(source.asked);
+    QVERIFY(source.wasRunning);
+    QTest::qWait(0);
+    QVERIFY(isIdle(store));
+    QCOMPARE(recorder.connectionCount(), 1);
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestLocalFailures)
+#include "tst_local_failures.moc"
