@@ -1,6 +1,6 @@
-# Finds FFmpeg's libraries by name, below the places where this build finds everything else: a cross build must
-# not get those of the computer that it runs on, and folders of unpacked libraries have no pkg-config files that fit.
-# Each component, such as avcodec, is the imported target FFmpeg::avcodec.
+# Finds FFmpeg's libraries by name in CMake's search paths and not through pkg-config: a cross build must not find the
+# libraries of the computer that it runs on, and unpacked archives of FFmpeg have no pkg-config files with the right
+# paths. Each component, such as avcodec, becomes the imported target FFmpeg::avcodec.
 include(FindPackageHandleStandardArgs)
 
 foreach(component IN LISTS FFmpeg_FIND_COMPONENTS)

@@ -1,12 +1,12 @@
-# What an installation holds: the shared library with its public headers, the package configuration for
-# find_package(ParavueSetup), the programs, the documents, and the archive that `cpack` makes of them.
+# Installs the shared library with its public headers, the package configuration for find_package(ParavueSetup), the
+# programs and the documents; `cpack` packs them into an archive.
 
 include(CMakePackageConfigHelpers)
 
 set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
 
-# paravue_install_program(TARGET): a program that finds the shared library of its own installation, wherever
-# that was moved to.
+# paravue_install_program(TARGET): installs a program that finds the shared library of its own installation, also after
+# the installation was moved.
 function(paravue_install_program target)
     if(NOT PARAVUE_INSTALL)
         return()
@@ -19,7 +19,7 @@ function(paravue_install_program target)
     install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
 endfunction()
 
-# paravue_install_library(): the library and its public headers. The headers keep their folders, so that hosts
+# paravue_install_library(): installs the library and its public headers. The headers keep their folders, so that hosts
 # include them under the same names as the library itself does.
 function(paravue_install_library)
     install(TARGETS ParavueSetup EXPORT ParavueSetupTargets
@@ -27,7 +27,7 @@ function(paravue_install_library)
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
-    # Beside the programs, where an administrator may change what users begin with. The library has a copy.
+    # The default settings, which an administrator may change. Without this file the library uses a built-in copy.
     if(WIN32)
         install(FILES ${PARAVUE_SOURCE_DIR}/device/resources/settings.ini
             DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
@@ -63,7 +63,7 @@ function(paravue_install_package)
     install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT library)
 endfunction()
 
-# Only a project of its own makes archives; as a part of another one it would take over that one's.
+# Only as the top-level project: as a part of another project this would configure that project's archives.
 if(PROJECT_IS_TOP_LEVEL)
     set(CPACK_PACKAGE_VENDOR "Paravue Setup")
     set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})

@@ -1,4 +1,4 @@
-# Helpers that give every target of the project the same language level, warnings and meta-object steps.
+# Helpers that give every target of the project the same language standard, warnings and meta-object steps.
 
 set(PARAVUE_GENERATED_DIR ${CMAKE_CURRENT_BINARY_DIR}/generated)
 set(PARAVUE_SOURCE_DIR ${CMAKE_CURRENT_SOURCE_DIR}/src)
@@ -15,25 +15,25 @@ function(paravue_target_defaults target)
         AUTORCC ON
         # A Qt without zstd, such as one cross-built for Windows, cannot read resources packed with it.
         AUTORCC_OPTIONS --no-zstd)
-    # All of these are ours alone: projects and tests that include this tree may say "slots".
+    # These options are private: projects and tests that use the library may use Qt's keywords such as "slots".
     target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
     target_compile_options(${target} PRIVATE -Wall -Wextra
         $<$<BOOL:${PARAVUE_WARNINGS_AS_ERRORS}>:-Werror>)
-    # What ccache needs to know which headers a precompiled one was made of, and to make the same one again.
+    # Let ccache see which headers a precompiled header consists of, and make precompiled headers reproducible.
     target_compile_options(${target} PRIVATE
         $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
         "SHELL:$<$<CXX_COMPILER_ID:Clang>:-Xclang -fno-pch-timestamp>")
 endfunction()
 
-# Reading the same headers again is nearly all that compiling a small source costs. Few are precompiled, those
-# that nearly every source includes: a larger set takes as long to load as it saves. Sources include what they need
-# all the same; -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON shows whether they do.
+# Parsing the same headers again is nearly all of the time that a small source takes to compile. Only the headers that
+# nearly every source includes are precompiled: a larger set takes as long to load as it saves. Sources still include
+# every header that they need; a build with -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON fails if one does not.
 set(PARAVUE_CORE_HEADERS
     <QHash> <QList> <QObject> <QString> <QStringList> <algorithm> <functional> <memory>)
 set(PARAVUE_WINDOW_HEADERS ${PARAVUE_CORE_HEADERS} <QPainter> <QWidget>)
 
-# paravue_add_headers(NAME LINK ... HEADERS ...): a set of headers, precompiled once for several targets. Making one
-# takes as long as compiling several sources.
+# paravue_add_headers(NAME LINK ... HEADERS ...): a set of headers, precompiled once for several targets, since
+# precompiling takes as long as compiling several sources.
 function(paravue_add_headers name)
     cmake_parse_arguments(arg "" "" "LINK;HEADERS" ${ARGN})
     file(CONFIGURE OUTPUT ${PARAVUE_GENERATED_DIR}/${name}.cpp CONTENT "// Only the headers matter.\n")
@@ -47,9 +47,9 @@ endfunction()
 paravue_add_headers(paravue_core_headers LINK Qt6::Core HEADERS ${PARAVUE_CORE_HEADERS})
 paravue_add_headers(paravue_window_headers LINK Qt6::Widgets HEADERS ${PARAVUE_WINDOW_HEADERS})
 
-# paravue_add_library(NAME SOURCES ... LINK ... HEADERS SET): the static library of one source folder, and the
-# precompiled headers that it begins with. Its objects also become part of the shared library, so they are compiled
-# with that library's export macro.
+# paravue_add_library(NAME SOURCES ... LINK ... HEADERS SET): the static library of one source folder, compiled with a
+# set of precompiled headers. Its objects also become part of the shared library, so they are compiled with that
+# library's export macro.
 function(paravue_add_library name)
     cmake_parse_arguments(arg "" "HEADERS" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Renders the window's pictures from their SVG sources, at their own size and at twice that size for screens
-# with a scale of 200 %. The renderings are kept beside the sources, so a build does not need this script:
+# Renders the window's icons from their SVG sources, at their own size and at twice that size for screens
+# with a scale of 200 %. The PNG files are kept beside the sources, so a build does not need this script:
 # run it after a source has changed.
 #
 # Needs rsvg-convert (Debian package librsvg2-bin).
