@@ -1,6 +1,6 @@
 #include "recorder/video/FileSource.h"
 
-#include "recorder/video/StillPicture.h"
+#include "recorder/video/SnapshotEncoder.h"
 
 #include <QDir>
 
@@ -228,15 +228,14 @@ bool FileSource::decode()
 bool FileSource::convert()
 {
     AVFrame *const target = m_encoder->frame();
-    return target && scaleInto(*target, *m_decoded, m_scaler);
+    return target && m_scaler.scale(*m_decoded, *target);
 }
 
-QByteArray FileSource::still() const
+QByteArray FileSource::snapshot() const
 {
     if (m_encoder)
-        return m_decoded->width > 0 ? jpegOf(*m_decoded) : QByteArray();
-    const Frame picture = m_lastKey.isEmpty() ? nullptr : decodedPicture(*m_filter->par_out, m_lastKey);
-    return picture ? jpegOf(*picture) : QByteArray();
+        return m_decoded->width > 0 ? encodeSnapshot(*m_decoded) : QByteArray();
+    return m_lastKey.isEmpty() ? QByteArray() : encodeSnapshot(*m_filter->par_out, m_lastKey);
 }
 
 } // namespace recorder

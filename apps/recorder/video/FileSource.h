@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recorder/video/PictureScaler.h"
 #include "recorder/video/VideoSource.h"
 
 namespace recorder
@@ -19,7 +20,7 @@ public:
     VideoCodec codec() const override { return m_codec; }
     CodedPicture next(bool wantKey, const CameraPose &pose, qint64 time) override;
     double interval() const override { return m_interval; }
-    QByteArray still() const override;
+    QByteArray snapshot() const override;
     QString fault() const override { return m_fault; }
 
 private:
@@ -50,7 +51,7 @@ private:
     // Only for other codecs:
     CodecContext m_decoder;
     Frame m_decoded;
-    Scaler m_scaler;
+    PictureScaler m_scaler;
     std::unique_ptr<PictureEncoder> m_encoder;
 };
 

@@ -2,6 +2,7 @@
 
 #include "recorder/video/FileSource.h"
 #include "recorder/video/RecordFile.h"
+#include "recorder/video/SnapshotEncoder.h"
 #include "recorder/video/TestPicture.h"
 
 #include <QDateTime>
@@ -103,37 +104,28 @@ QByteArray VideoService::snapshot() const
 {
     if (!m_file.isEmpty())
         return fileSnapshot();
-    return still(m_current.size,
-                 [this](PicturePainter &painter) { paintTestPicture(painter, m_pose, m_clock()); });
+    return encodeSnapshot(m_current.size,
+                          [this](PicturePainter &painter) { paintTestPicture(painter, m_pose, m_clock()); });
 }
 
 QByteArray VideoService::fileSnapshot() const
 {
     constexpr int MostPictures = 100;
-    if (const QByteArray picture = m_source ? m_source->still() : QByteArray(); !picture.isEmpty())
+    if (const QByteArray picture = m_source ? m_source->snapshot() : QByteArray(); !picture.isEmpty())
         return picture;
     const std::unique_ptr<VideoSource> source = sourceFor(m_current, m_file, nullptr);
     QByteArray picture;
     for (int tries = 0; source && picture.isEmpty() && tries < MostPictures; ++tries) {
         source->next(true, m_pose, 0);
-        picture = source->still();
+        picture = source->snapshot();
     }
     return picture;
 }
 
 QByteArray VideoService::overview() const
 {
-    return still(OverviewSize, [this](PicturePainter &painter) { paintOverview(painter, m_clock()); });
-}
-
-QByteArray VideoService::still(QSize size, const std::function<void(PicturePainter &)> &paint) const
-{
-    VideoSettings settings = m_current;
-    settings.codec = VideoCodec::MotionJpeg;
-    settings.size = size;
-    QString fault;
-    const std::unique_ptr<PictureEncoder> encoder = PictureEncoder::open(settings, fault);
-    return encoder ? encoder->encode(paint, true).bytes : QByteArray();
+    return encodeSnapshot(OverviewSize,
+                          [this](PicturePainter &painter) { paintOverview(painter, m_clock()); });
 }
 
 void VideoService::setPose(const CameraPose &pose)

@@ -18,7 +18,6 @@ namespace recorder
 {
 
 class RecordFile;
-class PicturePainter;
 class VideoSource;
 
 /// Takes a video stream, from its header on.
@@ -127,7 +126,6 @@ private:
     };
 
     QByteArray fileSnapshot() const;
-    QByteArray still(QSize size, const std::function<void(PicturePainter &)> &paint) const;
     void tick();
     void schedule();
     std::unique_ptr<VideoSource> sourceFor(const VideoSettings &settings, const QString &file,

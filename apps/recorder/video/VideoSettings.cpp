@@ -3,6 +3,12 @@
 namespace recorder
 {
 
+QSize encodableSize(QSize size)
+{
+    const QSize even(size.width() & ~1, size.height() & ~1);
+    return even.expandedTo(VideoSettings::MinSize).boundedTo(VideoSettings::MaxSize);
+}
+
 QStringList videoCodecNames()
 {
     return {QStringLiteral("h264"), QStringLiteral("mpeg4"), QStringLiteral("mjpeg")};

@@ -29,6 +29,9 @@ struct VideoSettings {
     friend bool operator==(const VideoSettings &, const VideoSettings &) = default;
 };
 
+/// The size in which pictures of \a size are encoded: an even one from MinSize to MaxSize.
+QSize encodableSize(QSize size);
+
 /// The names of the codecs on the command line: "h264", "mpeg4", "mjpeg".
 QStringList videoCodecNames();
 std::optional<VideoCodec> videoCodecNamed(const QString &name);

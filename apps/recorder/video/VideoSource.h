@@ -19,7 +19,7 @@ public:
     virtual double interval() const = 0;
     /// What is shown now as a JPEG, or the last picture that can be decoded by itself; empty when there is
     /// none or the source knows none.
-    virtual QByteArray still() const { return {}; }
+    virtual QByteArray snapshot() const { return {}; }
     /// Why there are no pictures any more; empty while there are.
     virtual QString fault() const { return {}; }
 };
