@@ -10,8 +10,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <zlib.h>
-
 using namespace paravue::test;
 using recorder::RecorderServer;
 
@@ -39,12 +37,6 @@ QByteArray format(const QByteArray &disk)
 const QByteArray Control = "Package: thermo-probe\nVersion: 0.9-2\nArchitecture: all\n"
                            "Description: Reads the owner's probes\n and more\n";
 
-/// The package with its control data in a member of another name.
-QByteArray renamedControl(const QByteArray &name)
-{
-    return debFile(Control).replace("control.tar ", (name + ' ').leftJustified(12));
-}
-
 } // namespace
 
 /// What commands do is looked for over a new connection. The plain effects are tested from the window.
@@ -61,7 +53,6 @@ private Q_SLOTS:
     void refuses_data();
     void refuses();
     void refusesUsersOfLowerLevel();
-    void installsPackedControlData();
     void keepsItsOwnFactsWhenFilesComeBack();
     void resetsSettings();
     void keepsTheClockGoing_data();
@@ -142,17 +133,6 @@ void TestRecorderFunctions::refuses_data()
         row(name, withBody("PUT SOFT CONFIG", "PACKAGE_DELETE=" + name + '\n'),
             "the package " + name + " cannot be done without");
     row("no package", withBody("INSTALL DEB", "hello"), "this is no package");
-    row("half a package", withBody("INSTALL DEB", debFile(Control).chopped(40)), "the package is incomplete");
-    row("packed otherwise", withBody("INSTALL DEB", renamedControl("control.xz")),
-        "the package has no control data");
-    row("damaged package", withBody("INSTALL DEB", debFile(Control).replace("./control", "./contrxl")),
-        "the control data of the package is damaged");
-    row("sizes beyond all", withBody("INSTALL DEB", debFile(Control).replace("000000", "777777")),
-        "the control data of the package is damaged");
-    row("package without a name", withBody("INSTALL DEB", debFile("Version: 1\n")),
-        "the package has no proper name");
-    row("package without a version", withBody("INSTALL DEB", debFile("Package: ab\nVersion: a'b\n")),
-        "the package has no proper version");
     row("out of range", withBody("ADJUST VIDEO", "[ stream_0 ]\nhue=101\n"),
         "hue is no number from 0 to 100");
     row("no number", withBody("ADJUST VIDEO", "[ stream_0 ]\nhue=\n"), "hue is no number from 0 to 100");
@@ -181,31 +161,6 @@ void TestRecorderFunctions::refusesUsersOfLowerLevel()
     QCOMPARE(ask(adjust, "guest"), error("the user guest may not do that"));
     QCOMPARE(ask(adjust, "operator"), Ok);
     QVERIFY(ask("GET REPORT\r\n", "guest").endsWith("VORN_ANSWER=OK\r\n"));
-}
-
-void TestRecorderFunctions::installsPackedControlData()
-{
-    const QByteArray plain = debFile(Control);
-    const qsizetype start = plain.indexOf("control.tar ") + 60;
-    const QByteArray tar = plain.mid(start, plain.lastIndexOf("data.tar") - start);
-    QByteArray packed(4096, '\0');
-    z_stream stream{};
-    QCOMPARE(deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
-    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(tar.constData()));
-    stream.avail_in = uInt(tar.size());
-    stream.next_out = reinterpret_cast<Bytef *>(packed.data());
-    stream.avail_out = uInt(packed.size());
-    QCOMPARE(deflate(&stream, Z_FINISH), Z_STREAM_END);
-    packed.truncate(qsizetype(stream.total_out));
-    deflateEnd(&stream);
-    const QByteArray front = "!<arch>\n" + arMember("debian-binary", "2.0\n");
-    const QByteArray data = arMember("data.tar.xz", "?");
-    QCOMPARE(ask(withBody("INSTALL DEB", front + arMember("control.tar.gz/", packed) + data)), Ok);
-    QVERIFY(ask("GET REPORT\r\n").contains("'thermo-probe 0.9-2'"));
-    QCOMPARE(ask(withBody("INSTALL DEB", front + arMember("control.tar.gz", packed.chopped(9)) + data)),
-             error("the control data of the package is damaged"));
-    QCOMPARE(ask(withBody("INSTALL DEB", front + arMember("control.tar.xz", packed) + data)),
-             error("the control data of the package is not packed with gzip"));
 }
 
 /// Clients send the files that they fetched before.

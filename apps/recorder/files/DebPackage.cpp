@@ -5,6 +5,11 @@
 #include <QMap>
 #include <QRegularExpression>
 
+#include <archive.h>
+#include <archive_entry.h>
+
+#include <initializer_list>
+#include <memory>
 #include <optional>
 
 namespace recorder
@@ -13,58 +18,85 @@ namespace recorder
 namespace
 {
 
-constexpr char ArMagic[] = "!<arch>\n";
-constexpr qsizetype ArHeader = 60;
-constexpr qsizetype TarBlock = 512;
+/// Of the control file, and of compressed control data once it is unpacked.
 constexpr qsizetype MaxControlData = 1024 * 1024;
 
-struct Member {
-    QByteArray name;
-    QByteArray content;
+struct ArchiveDeleter {
+    void operator()(archive *reader) const { archive_read_free(reader); }
 };
+using ArchiveReader = std::unique_ptr<archive, ArchiveDeleter>;
+using ArchiveSupport = int (*)(archive *);
 
-/// A number in a field that is filled up with blanks or zero bytes.
-std::optional<qsizetype> number(QByteArrayView field, int base)
+/// Reads \a bytes, which it does not copy, in the formats and compressions of \a supported only.
+ArchiveReader openArchive(const QByteArray &bytes, std::initializer_list<ArchiveSupport> supported)
 {
-    qsizetype size = 0;
-    while (size < field.size() && field[size] >= '0' && field[size] <= '9')
-        ++size;
-    bool isNumber = false;
-    const qlonglong value = field.first(size).toByteArray().toLongLong(&isNumber, base);
-    return isNumber ? std::optional<qsizetype>(value) : std::nullopt;
+    ArchiveReader reader(archive_read_new());
+    if (!reader)
+        return nullptr;
+    for (const ArchiveSupport enable : supported)
+        enable(reader.get());
+    const bool isOpen =
+        archive_read_open_memory(reader.get(), bytes.constData(), size_t(bytes.size())) == ARCHIVE_OK;
+    return isOpen ? std::move(reader) : nullptr;
 }
 
-/// The member at the position, which moves behind it; nothing at the end or when there is no member.
-std::optional<Member> nextArMember(const QByteArray &archive, qsizetype &position)
+bool isUsable(int result)
 {
-    if (position < 0 || archive.size() - position < ArHeader)
-        return std::nullopt;
-    const QByteArrayView header = QByteArrayView(archive).sliced(position, ArHeader);
-    const std::optional<qsizetype> size = number(header.sliced(48, 10), 10);
-    if (!size || !header.endsWith("`\n"))
-        return std::nullopt;
-    QByteArray name = header.first(16).trimmed().toByteArray();
-    if (name.endsWith('/'))
-        name.chop(1);
-    const Member member{name, archive.mid(position + ArHeader, *size)};
-    position += ArHeader + *size + *size % 2;
-    return member;
+    return result == ARCHIVE_OK || result == ARCHIVE_WARN;
 }
 
-/// The file "control" of a tar archive.
+/// Moves to the next entry and returns its name; empty at the end and when the archive is damaged.
+QByteArray nextEntry(archive *reader)
+{
+    archive_entry *entry = nullptr;
+    return isUsable(archive_read_next_header(reader, &entry)) ? QByteArray(archive_entry_pathname(entry))
+                                                              : QByteArray();
+}
+
+/// The content of the present entry; nothing when it is damaged or larger than \a maximumSize.
+std::optional<QByteArray> entryContent(archive *reader, qsizetype maximumSize)
+{
+    QByteArray content;
+    for (;;) {
+        const void *block = nullptr;
+        size_t size = 0;
+        la_int64_t offset = 0;
+        const int result = archive_read_data_block(reader, &block, &size, &offset);
+        if (result == ARCHIVE_EOF)
+            return content;
+        if (!isUsable(result) || size > size_t(maximumSize - content.size()))
+            return std::nullopt;
+        content.append(static_cast<const char *>(block), qsizetype(size));
+    }
+}
+
+/// The tar archive in the control data; nothing when it is damaged or unpacks to more than MaxControlData.
+std::optional<QByteArray> controlTar(const QByteArray &packed)
+{
+    // zlib compares the checksum, which libarchive skips.
+    if (isGzip(packed))
+        return gunzip(packed, MaxControlData);
+    const ArchiveReader reader =
+        openArchive(packed, {archive_read_support_filter_xz, archive_read_support_filter_zstd,
+                             archive_read_support_format_raw});
+    constexpr int PlainFilters = 1;
+    const int filters = reader ? archive_filter_count(reader.get()) : PlainFilters;
+    if (filters == PlainFilters)
+        return packed;
+    // Compressed twice, a small package could hold data that takes hours to unpack to nothing.
+    if (filters > PlainFilters + 1 || nextEntry(reader.get()).isEmpty())
+        return std::nullopt;
+    return entryContent(reader.get(), MaxControlData);
+}
+
 std::optional<QByteArray> controlFile(const QByteArray &tar)
 {
-    for (qsizetype position = 0; tar.size() - position >= TarBlock;) {
-        const QByteArrayView header = QByteArrayView(tar).sliced(position, TarBlock);
-        const QByteArray name(header.data(), qstrnlen(header.data(), 100));
-        const std::optional<qsizetype> size = number(header.sliced(124, 11), 8);
-        if (name.isEmpty() || !size)
-            return std::nullopt;
-        if (name == "./control" || name == "control")
-            return tar.mid(position + TarBlock, *size);
-        position += TarBlock + (*size + TarBlock - 1) / TarBlock * TarBlock;
-    }
-    return std::nullopt;
+    const ArchiveReader reader = openArchive(tar, {archive_read_support_format_tar});
+    QByteArray name;
+    do {
+        name = reader ? nextEntry(reader.get()) : QByteArray();
+    } while (!name.isEmpty() && name != "./control" && name != "control");
+    return name.isEmpty() ? std::nullopt : entryContent(reader.get(), MaxControlData);
 }
 
 /// "Name: value" lines; the lines that continue a value, which begin with a blank, are left out.
@@ -113,24 +145,22 @@ DebPackage described(const QByteArray &control)
 
 DebPackage readDebPackage(const QByteArray &file)
 {
-    qsizetype position = qsizetype(sizeof ArMagic) - 1;
-    const std::optional<Member> format =
-        file.startsWith(ArMagic) ? nextArMember(file, position) : std::nullopt;
-    if (!format || format->name != "debian-binary")
+    const ArchiveReader reader = openArchive(file, {archive_read_support_format_ar});
+    if (!reader || nextEntry(reader.get()) != "debian-binary")
         return faulty(QStringLiteral("this is no package"));
-    if (!format->content.startsWith("2."))
+    if (!entryContent(reader.get(), file.size()).value_or(QByteArray()).startsWith("2."))
         return faulty(QStringLiteral("the format of the package is unknown"));
-    const std::optional<Member> control = nextArMember(file, position);
-    if (!control || !control->name.startsWith("control.tar"))
+    const QByteArray controlName = nextEntry(reader.get());
+    if (!controlName.startsWith("control.tar"))
         return faulty(QStringLiteral("the package has no control data"));
-    const std::optional<Member> data = nextArMember(file, position);
-    if (!data || !data->name.startsWith("data.tar"))
+    const std::optional<QByteArray> control = entryContent(reader.get(), file.size());
+    if (!control || !nextEntry(reader.get()).startsWith("data.tar"))
         return faulty(QStringLiteral("the package is incomplete"));
-    if (control->name != "control.tar" && control->name != "control.tar.gz")
+    if (!QByteArrayList{"control.tar", "control.tar.gz", "control.tar.xz", "control.tar.zst"}.contains(
+            controlName))
         return faulty(QStringLiteral("the control data of the package is not packed with gzip"));
-    const QByteArray tar =
-        isGzip(control->content) ? gunzip(control->content, MaxControlData) : control->content;
-    const std::optional<QByteArray> text = controlFile(tar);
+    const std::optional<QByteArray> tar = controlTar(*control);
+    const std::optional<QByteArray> text = tar ? controlFile(*tar) : std::nullopt;
     return text ? described(*text) : faulty(QStringLiteral("the control data of the package is damaged"));
 }
 

@@ -6,10 +6,11 @@
 namespace recorder
 {
 
-/// What the control data of a Debian package tells, or why it tells nothing.
+/// The control data of a Debian package, or why it cannot be read.
 ///
-/// A package is an ar archive of "debian-binary", "control.tar" or "control.tar.gz", and "data.tar" in any
-/// packing. Only the control data is read: the recorder keeps a list of packages and unpacks none.
+/// As deb(5) has it, a package is an ar archive of "debian-binary", "control.tar" (plain or with the suffix
+/// of its compression: ".gz", ".xz", ".zst") and "data.tar" in any compression. Only the control data is
+/// read: the recorder keeps a list of packages and unpacks none.
 struct DebPackage {
     QByteArray name;
     QByteArray version;
