@@ -22,7 +22,7 @@ bool isAlive(const QString &server)
     return probe.waitForConnected(ConnectLimitMs);
 }
 
-/// A name as it can stand in a line.
+/// Without the line ends and tabs that separate names.
 QString inOneLine(const QString &text)
 {
     return text.simplified();
@@ -32,7 +32,7 @@ QString inOneLine(const QString &text)
 
 Companion::Companion(QObject *parent) : QObject(parent)
 {
-    // Names of recorders are nobody else's business.
+    // Other users must not see the names.
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     m_server.setMaxPendingConnections(MaxClients);
     connect(&m_server, &QLocalServer::newConnection, this, &Companion::acceptClients);
@@ -45,7 +45,7 @@ QString Companion::standardServer()
 #ifdef Q_OS_WIN
     return name;
 #else
-    // Folders of the user's own, so that users do not meet in a common one.
+    // A folder of the user alone: in a common one, another user could take the name first.
     const QString session = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!session.isEmpty())
         return session + u'/' + name;
@@ -56,7 +56,7 @@ QString Companion::standardServer()
 
 bool Companion::listen(const QString &server)
 {
-    // Also where listening would take the name from the other one.
+    // Checked before, as removeServer() would take the name from a running companion.
     if (isAlive(server)) {
         m_error = QStringLiteral("another companion is running");
         return false;
@@ -98,7 +98,7 @@ void Companion::acceptClients()
             m_listeners.removeAll(client);
             client->deleteLater();
         });
-        answer(client); // what was there before the connection was taken
+        answer(client); // bytes that came before readyRead() was connected
     }
 }
 

@@ -9,8 +9,8 @@
 namespace recorder
 {
 
-/// The companion process of a setup program: tells programs of the same user on this computer which recorders
-/// there are, over a local socket.
+/// The companion process of setup programs. Over a local socket it sends the names of the recorders to the
+/// programs of the same user on this computer.
 class Companion : public QObject
 {
     Q_OBJECT
@@ -19,14 +19,15 @@ public:
     explicit Companion(QObject *parent = nullptr);
 
     /// Listens at \a server, a name or a path. False, with errorString() set, when another companion does so
-    /// already. A socket that a dead one has left behind is replaced.
+    /// already. The socket of a companion that has crashed is replaced.
     bool listen(const QString &server = standardServer());
     QString errorString() const;
 
-    /// Where setup programs look for their companion.
+    /// The server that setup programs connect to.
     static QString standardServer();
 
-    /// The names of the recorders by address (host:port); also sent to all that have asked before.
+    /// The names of the recorders by address (host:port). They are also sent to all who have asked for the
+    /// list.
     void setRecorders(const QMap<QString, QString> &names);
 
 private:
@@ -36,7 +37,7 @@ private:
     QString m_error;
     QByteArray m_list;
     QList<QLocalSocket *> m_listeners; // children of the server
-    QLocalServer m_server;             // goes first: its sockets report their end
+    QLocalServer m_server;             // destroyed first: its sockets signal their end to m_listeners
 };
 
 } // namespace recorder

@@ -15,7 +15,7 @@ namespace recorder
 namespace
 {
 
-/// Time for the client to read the answer and to leave.
+/// Milliseconds for the client to read the answer and to disconnect.
 constexpr int RestartNotice = 100;
 constexpr int RetryToListen = 500;
 

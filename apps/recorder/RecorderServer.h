@@ -25,32 +25,31 @@ enum class Protocol;
 
 /// A network video recorder: on one port it speaks the configuration protocol, sends live video of a camera
 /// that sees a test picture, and serves that picture over HTTP as /snapshot.jpg. It keeps its configuration
-/// files in a folder. Commands have their effect there: a formatted disk is empty, an installed package is in
-/// the list, a clock that was set goes on.
+/// files in a folder. Commands change these files: formatting empties a disk, installing adds a package to
+/// the list.
 ///
 /// A missing or empty folder is filled with the files of the shipped model ("interface.xml", the files
 /// "streams", "net", "time", "timers", "soft", "disk", "users" and "state", and the stored "emails"). What a
 /// client sends replaces a file whole, byte for byte, or not at all. Files may be changed on disk while the
-/// server runs; the next request sees them. The turning camera knows what "streams" held when the server
-/// began to listen, and what a client has sent since.
+/// server runs; the next request sees them, except for the turning camera: it reads "streams" when the server
+/// begins to listen and when a client sends it.
 ///
-/// Everything runs in the thread of the event loop; a server never blocks it, so tests can use one in
-/// process.
+/// Everything runs in the thread of the event loop without blocking it, so a test can run server and client
+/// in one thread.
 class RecorderServer : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Clients of all kinds that may be connected at a time; more are turned away.
+    /// The limit of connections of all kinds; more are closed at once.
     static constexpr int MaxClients = 32;
 
     explicit RecorderServer(const QString &dataDir, QObject *parent = nullptr);
-    /// As another one of the shipped models().
+    /// \a model is one of models().
     RecorderServer(const QString &dataDir, const QString &model, QObject *parent = nullptr);
     ~RecorderServer() override;
 
-    /// Names of the shipped models: "standard" and "everything", which has a window with every control that
-    /// there is.
+    /// Names of the shipped models: "standard" and "everything", whose window has every type of control.
     static QStringList models();
 
     /// Listens on the loopback interface; port 0 picks a free one. False, with errorString() set, when the
@@ -71,7 +70,7 @@ public:
     void setBodyTimeout(int milliseconds);
     int bodyTimeout() const;
 
-    /// How long the recorder is gone when a client restarts it (default 3000 ms).
+    /// How long the recorder does not listen when a client restarts it (default 3000 ms).
     void setRebootTime(int milliseconds) { m_rebootTime = milliseconds; }
 
     /// Path of a configuration file by its protocol name, for example "streams" ("interface" is
@@ -79,10 +78,10 @@ public:
     QString filePath(const QString &name) const;
 
     const PtzState &ptz() const { return m_ptz; }
-    /// What it shows and sends. It is there as long as the server.
+    /// The live video. It lives as long as the server.
     VideoService &video() { return *m_video; }
 
-    /// How the snapshot is logged in to: a set of HttpAccess::Scheme, all by default.
+    /// The authentication schemes of the snapshot: a set of HttpAccess::Scheme, all by default.
     void setSnapshotLogins(unsigned schemes);
 
     int clientCount() const;
@@ -90,14 +89,14 @@ public:
     QStringList loggedInUsers() const;
 
 Q_SIGNALS:
-    /// One readable line for each request and each answer, and for the body of a command or of what is put
-    /// into the file "time". Passwords, packages and the contents of other files are not in it.
+    /// One line for each request, each answer, each body of a command and each body for the file "time".
+    /// Passwords, packages and the contents of other files are left out.
     void logged(const QString &line);
-    /// Something that the user asked for does not work, as VideoService::failed() says.
+    /// As VideoService::failed().
     void failed(const QString &line);
-    /// A client sent a file that was accepted and is now kept.
+    /// A file of a client was accepted and stored.
     void fileReceived(const QString &name, const QByteArray &body);
-    /// A restart: every client was dropped and none is accepted, until the recorder is back on its port.
+    /// A restart: every client was disconnected and none is accepted until the recorder listens again.
     void wentDown();
     void cameBack();
 
@@ -124,7 +123,7 @@ private:
     QTimer m_goingDown;
     QTimer m_comingBack;
     int m_rebootTime = 3000;
-    QHostAddress m_address; // to come back to
+    QHostAddress m_address; // for listening again after a restart
     quint16 m_port = 0;
 };
 

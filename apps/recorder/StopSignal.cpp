@@ -20,7 +20,7 @@ namespace
 
 int signalPipe[2] = {-1, -1};
 
-// A signal handler may do next to nothing; one byte in a pipe wakes the event loop.
+// A signal handler may call few functions. write() is one of them, and a byte in a pipe wakes the event loop.
 void noteSignal(int)
 {
     const char byte = 0;
@@ -42,7 +42,7 @@ void quitOnStopSignal()
 
 #else
 
-// There the handler runs in a thread of its own, so a queued call is safe.
+// Windows calls the handler in a thread of its own, so a queued call is safe.
 void quitOnStopSignal()
 {
     const auto quit = [](int) {

@@ -31,13 +31,13 @@ QStringList loginNames()
     return {QStringLiteral("basic"), QStringLiteral("digest"), QStringLiteral("both")};
 }
 
-/// Reads the options of one command line; what is wrong with the first bad one is kept.
+/// Reads the options of one command line and keeps the error of the first invalid one.
 class OptionReader
 {
 public:
     OptionReader(const QCommandLineParser &parser, QString &fault) : m_parser(parser), m_fault(fault) {}
 
-    /// Leaves the number as it is when the option is not given.
+    /// Does not change the number when the option is not given.
     template <typename Number>
     void number(const QString &name, Number &number, qint64 least, qint64 most)
     {

@@ -10,7 +10,7 @@ namespace recorder
 
 class RecorderServer;
 
-/// What the command line says about the video.
+/// The video options of the command line.
 struct VideoOptions {
     VideoSettings settings;
     VideoFaults faults;
@@ -20,11 +20,12 @@ struct VideoOptions {
 };
 
 void addVideoOptions(QCommandLineParser &parser);
-/// Nothing, with \a fault set, when they make no sense.
+/// Nothing, with \a fault set, when an option is invalid.
 std::optional<VideoOptions> readVideoOptions(const QCommandLineParser &parser, QString &fault);
 /// Returns why that cannot be done; empty when it is done.
 QString applyVideoOptions(const VideoOptions &options, RecorderServer &server);
-/// The same of the recording, once the server listens: a program that cannot run leaves no file.
+/// Begins the recording, likewise. To be called once the server listens, so that a program that cannot run
+/// leaves no file.
 QString startRecording(const VideoOptions &options, RecorderServer &server);
 
 } // namespace recorder

@@ -135,7 +135,7 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     return options;
 }
 
-/// Names the recorder to setup programs, again whenever it is sent another name.
+/// Gives the name of the recorder to setup programs, again whenever a client changes it.
 class Announcement
 {
 public:
@@ -210,7 +210,7 @@ int run(const Options &options)
 
 int main(int argc, char *argv[])
 {
-    av_log_set_level(AV_LOG_QUIET); // what matters is said in our own words
+    av_log_set_level(AV_LOG_QUIET); // errors of FFmpeg are reported in messages of the simulator
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("paravue-recorder"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PARAVUE_VERSION));

@@ -9,21 +9,21 @@
 namespace recorder
 {
 
-/// A connected client, in whatever protocol it speaks.
+/// A connected client of any protocol.
 class Client : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Bytes that are read at a time; more are not kept unread.
+    /// The size of the read buffer: more than this is left to the network.
     static constexpr qsizetype ReadPiece = 64 * 1024;
 
     /// The socket becomes a child of the client.
     Client(QTcpSocket *socket, QObject *parent);
 
-    /// Uses what has arrived so far; to be called once, when the signals are connected.
+    /// Processes what has arrived so far. To be called once, when the signals are connected.
     virtual void start() = 0;
-    /// Drops the client without another word.
+    /// Closes the connection without an answer.
     void close();
 
     /// The account that is logged in.
@@ -31,11 +31,11 @@ public:
 
 Q_SIGNALS:
     void logged(const QString &line);
-    /// The client is gone.
+    /// The connection has ended.
     void closed();
 
 protected:
-    /// The time of m_patience is over: the client is dropped.
+    /// m_patience has expired; closes the connection.
     virtual void expired();
 
     QTcpSocket *m_socket; // child

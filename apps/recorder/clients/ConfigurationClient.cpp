@@ -20,7 +20,7 @@ constexpr int IdlePatience = 10 * 60 * 1000;
 
 const QByteArray LengthPrefix = QByteArrayLiteral("LENGTH=");
 
-/// A number of digits only that is small enough to be counted down.
+/// A number of decimal digits without a sign, within 64 bits.
 std::optional<quint64> decimal(const QByteArray &digits)
 {
     constexpr qsizetype MaxDigits = 18;
@@ -30,7 +30,7 @@ std::optional<quint64> decimal(const QByteArray &digits)
     return isNumber ? std::optional(digits.toULongLong()) : std::nullopt;
 }
 
-/// Files may hold passwords, and a package is no text.
+/// Not logged are files, which may hold passwords, and packages, which are no text.
 bool hasReadableBody(const Command &command)
 {
     return command.kind == Command::Kind::Run ? command.function != Function::InstallPackage
@@ -112,7 +112,7 @@ bool ConfigurationClient::skipBody()
 void ConfigurationClient::handleLine(const QByteArray &line)
 {
     logLine(line);
-    if (line.startsWith(ConfigurationLoginByte)) // may come at any time
+    if (line.startsWith(ConfigurationLoginByte)) // a client may log in again at any time
         beginLogin(line);
     else if (phase() == Phase::Password)
         finishLogin(line);
@@ -157,7 +157,7 @@ void ConfigurationClient::handleLength(const QByteArray &digits)
     const std::optional<quint64> length = decimal(digits);
     const State before = m_state;
     m_wanted = length.value_or(0);
-    if (!length) // where the next request starts can no longer be told
+    if (!length) // nobody can tell where the next request starts
         refuseForGood(QStringLiteral("wrong length"));
     else if (before == State::Refused)
         enter(State::Skip);

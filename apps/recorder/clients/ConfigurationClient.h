@@ -7,11 +7,10 @@
 namespace recorder
 {
 
-/// A client of the configuration service: reads its requests one after the other and answers each before it
-/// looks at the next.
+/// A client of the configuration service. Its requests are answered one after the other.
 ///
-/// What is kept in memory is bounded: a line, one body up to MaxBody (a package: MaxPackage) and the answers
-/// not yet taken. While a client does not read its answers nothing more is read from it.
+/// Memory is bounded: there is a line, one body of up to MaxBody (a package: MaxPackage), and the answers
+/// that were not sent yet. While a client does not read its answers nothing more is read from it.
 class ConfigurationClient : public LoginClient
 {
     Q_OBJECT
@@ -26,17 +25,17 @@ public:
 
 Q_SIGNALS:
     void fileReceived(const QString &name, const QByteArray &body);
-    /// The answer to a command that restarts the recorder is out.
+    /// The answer to a command that restarts the recorder was sent.
     void restartRequested();
 
 private:
-    /// Within Phase::Service.
+    /// What is read next, in Phase::Service.
     enum class State {
         Ready,       // a request line
-        AwaitLength, // the length line of a body that is welcome
+        AwaitLength, // the length line of a body that will be accepted
         Refused,     // like Ready, but a length line belongs to the request just refused
-        Body,        // its bytes
-        Skip,        // the bytes of a body that nobody wants
+        Body,        // the bytes of an accepted body
+        Skip,        // the bytes of a refused body
     };
 
     bool canRead() const override;
@@ -62,9 +61,9 @@ private:
     QTimer m_delay;
     State m_state = State::Ready;
     Command m_command;    // the one whose body is awaited
-    QByteArray m_body;    // what arrived of it
+    QByteArray m_body;    // what has arrived of it
     quint64 m_wanted = 0; // bytes of the body still to come
-    QByteArray m_pending; // an answer that is held back for the reply delay
+    QByteArray m_pending; // an answer that waits for the reply delay
     bool m_restarts = false;
 };
 

@@ -113,7 +113,7 @@ HttpAccess::Verdict HttpAccess::checkDigest(const QByteArray &credentials, const
     return useNonce(sent.value("nonce"), count) ? Verdict{*account} : Verdict{{}, true};
 }
 
-/// Each count of a nonce is good for one request, so that nobody can send an overheard one again.
+/// Each count of a nonce is accepted once, so a recorded request cannot be replayed.
 bool HttpAccess::useNonce(const QByteArray &text, quint32 count)
 {
     forgetOldNonces();

@@ -8,8 +8,8 @@
 namespace recorder
 {
 
-/// Who may see what is served over HTTP: Basic (RFC 7617) and Digest authentication (RFC 7616; MD5, qop=auth)
-/// with the accounts of the recorder.
+/// HTTP authentication with the accounts of the recorder: Basic (RFC 7617) and Digest (RFC 7616; MD5,
+/// qop=auth).
 ///
 /// An account that is stored as a digest can only log in with that digest in Digest authentication, as the
 /// recorder does not know the password itself.
@@ -18,7 +18,7 @@ class HttpAccess
 public:
     enum Scheme : unsigned { Basic = 1, Digest = 2 };
 
-    /// What has been handed out and not expired; the oldest goes when there are more.
+    /// The limit of nonces that are valid at a time; a new one replaces the oldest.
     static constexpr int MaxNonces = 64;
 
     struct Verdict {
@@ -28,18 +28,18 @@ public:
 
     HttpAccess() { m_elapsed.start(); }
 
-    /// Which of them are offered and accepted.
+    /// The schemes that are offered and accepted.
     void setSchemes(unsigned schemes) { m_schemes = schemes; }
 
     Verdict check(const HttpRequest &request, const QList<Account> &accounts);
-    /// The values of WWW-Authenticate.
+    /// The values of the WWW-Authenticate fields.
     QList<QByteArray> challenges(bool isStale);
 
 private:
     struct Nonce {
         QByteArray text;
         qint64 created = 0;
-        quint32 lastUse = 0; ///< the count of its last request
+        quint32 lastUse = 0; ///< the nonce count (nc) of its last request
     };
 
     Verdict checkDigest(const QByteArray &credentials, const HttpRequest &request,

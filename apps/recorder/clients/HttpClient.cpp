@@ -15,9 +15,9 @@ namespace
 {
 
 constexpr int HeadPatience = 10 * 1000;
-/// For a client that takes nothing of the answer.
+/// The limit for a client that does not read the answer.
 constexpr int StuckPagePatience = 10 * 1000;
-/// For the client to leave when the answer is on its way.
+/// The limit for the client to disconnect once the answer was sent.
 constexpr int PageDrainPatience = 1000;
 
 QByteArray dateField()
@@ -54,7 +54,7 @@ void HttpClient::process()
     while (!(piece = m_socket->read(ReadPiece)).isEmpty()) {
         if (m_isAnswered)
             continue;
-        // The end of the head may be cut.
+        // The empty line may have come in two pieces.
         const qsizetype from = std::max<qsizetype>(0, m_head.size() - 3);
         m_head += piece;
         const qsizetype end = m_head.indexOf("\r\n\r\n", from);

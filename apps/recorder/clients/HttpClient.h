@@ -13,14 +13,14 @@ class ConfigService;
 class HttpAccess;
 class VideoService;
 
-/// A client that speaks HTTP/1.1. It gets one answer: /snapshot.jpg is the present picture and /overview.jpg
-/// all that the camera can turn to, for those who log in.
+/// An HTTP/1.1 client. It gets one answer and is disconnected. /snapshot.jpg is the present picture,
+/// /overview.jpg one of everything that the camera can turn to; both need a login.
 class HttpClient : public Client
 {
     Q_OBJECT
 
 public:
-    /// The longest head of a request.
+    /// The limit for the head of a request, in bytes.
     static constexpr qsizetype MaxHead = 8 * 1024;
 
     HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAccess &access, VideoService &video,

@@ -32,7 +32,7 @@ bool readRequestLine(const QByteArray &line, HttpRequest &request)
     return parts[2] == "HTTP/1.1" || parts[2] == "HTTP/1.0";
 }
 
-/// A field that may stand only once, or a line that goes on with the one before, makes a request ambiguous.
+/// False for what could be read in two ways: a repeated field that may stand only once, or a folded line.
 bool readField(const QByteArray &line, HttpRequest &request)
 {
     const qsizetype colon = line.indexOf(':');

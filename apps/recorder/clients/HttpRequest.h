@@ -14,12 +14,12 @@ struct HttpRequest {
     QByteArray target;                    ///< as it was sent
     QHash<QByteArray, QByteArray> fields; ///< by name in lower case
 
-    /// The target without what follows a "?".
+    /// The target without its query.
     QByteArray path() const { return target.split('?').constFirst(); }
     bool hasBody() const;
 };
 
-/// \a head ends with the empty line. Nothing when it is no request.
+/// \a head includes the empty line at its end. Nothing when it is not a valid request.
 std::optional<HttpRequest> parseHttpRequest(const QByteArray &head);
 
 } // namespace recorder

@@ -41,7 +41,6 @@ bool LoginClient::readMore()
     return !piece.isEmpty();
 }
 
-/// Uses up some input; false when there is not enough of it.
 bool LoginClient::useInput()
 {
     switch (m_phase) {
@@ -106,7 +105,7 @@ void LoginClient::answerLogin()
     beginService();
 }
 
-/// Nobody gets to try passwords for ever.
+/// The number of attempts is limited, against guessing.
 void LoginClient::refuseLogin(const Answer &refusal)
 {
     enter(++m_refusals >= m_rules.maxRefusals ? Phase::Drain : Phase::Login);

@@ -16,7 +16,7 @@ class LoginClient : public Client
     Q_OBJECT
 
 public:
-    /// No line is longer.
+    /// The limit for a line, in bytes.
     static constexpr qsizetype MaxLine = 1024;
 
     void start() override { process(); }
@@ -25,11 +25,11 @@ protected:
     enum class Phase {
         Login,    // the line that names the user
         Password, // the line after it
-        Service,  // what the client has logged in for
-        Drain,    // the answer was the last one; what still comes is thrown away until the client leaves
+        Service,  // requests of the service
+        Drain,    // the last answer was sent; input is discarded until the client disconnects
     };
 
-    /// How one service wants to be logged in to.
+    /// What differs between the logins of the services.
     struct LoginRules {
         char serviceByte = 0;
         int maxRefusals = 1; ///< the last of them ends the connection
@@ -38,34 +38,34 @@ protected:
     LoginClient(QTcpSocket *socket, const ConfigService &accounts, const LoginRules &rules, QObject *parent);
 
     Phase phase() const { return m_phase; }
-    /// Uses what has arrived for as long as canRead() and there is enough of it.
+    /// Processes what has arrived while canRead().
     void process();
-    /// Uses up one line; false when there is none yet.
+    /// Handles one line; false when none is complete.
     bool takeLine();
 
     /// Logs a line that was received, without a password.
     void logLine(const QByteArray &line);
-    /// Takes the line that names the user. It ends the login before.
+    /// Handles the line with the user name. An earlier login ends.
     void beginLogin(const QByteArray &line);
-    /// Takes the line with the password.
+    /// Handles the line with the password.
     void finishLogin(const QByteArray &line);
-    /// Answers for the last time.
+    /// Sends an error as the last answer.
     void refuseForGood(const QString &reason);
-    /// Refuses what came in place of a login.
+    /// Refuses a login, or what came in place of one.
     void refuseLogin(const Answer &refusal);
 
     void expired() override;
 
-    /// Whether the client may send more, as far as the answers to it go.
+    /// False while too many answers wait to be sent.
     virtual bool canRead() const = 0;
     virtual void handleLine(const QByteArray &line) = 0;
-    /// Uses up some input in Phase::Service; false when there is not enough of it.
+    /// Handles input in Phase::Service; false when a request is not complete.
     virtual bool serve() { return takeLine(); }
     /// Answers the password line; phase and account are set.
     virtual void answerLogin();
-    /// The client has its answer and is in Phase::Service.
+    /// The login was accepted and answered; the phase is Phase::Service.
     virtual void beginService() = 0;
-    /// Sends the answer, which is the last one in Phase::Drain.
+    /// Sends the answer. In Phase::Drain it is the last one.
     virtual void answer(const Answer &answer) = 0;
 
     const ConfigService &m_accounts;

@@ -10,12 +10,12 @@ namespace
 
 constexpr int Patience = 30 * 1000;
 constexpr char VideoLogin = 0x01;
-/// Long enough for every method of HTTP, a blank and a slash.
+/// Enough for the longest method of HTTP, a blank and a slash.
 constexpr qsizetype MaxBytes = 10;
 
 } // namespace
 
-/// A path follows the method of HTTP, and never a command's name.
+/// After a method of HTTP comes a path with a slash. No command of the configuration protocol has one there.
 std::optional<Protocol> detectProtocol(const QByteArray &firstBytes)
 {
     if (firstBytes.startsWith(VideoLogin))

@@ -7,10 +7,10 @@ namespace recorder
 
 enum class Protocol { Configuration, Video, Http };
 
-/// What a client speaks, told by its first bytes; nothing while they are too few.
+/// The protocol that begins with these bytes; nothing while they are too few.
 std::optional<Protocol> detectProtocol(const QByteArray &firstBytes);
 
-/// A client that has not shown yet what it speaks. It takes none of its bytes.
+/// A client whose protocol is not known yet. It leaves the bytes in the socket.
 class ProtocolDetector : public Client
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     ProtocolDetector(QTcpSocket *socket, QObject *parent);
 
     void start() override { detect(); }
-    /// The socket, for the one who goes on with it; this client is over then.
+    /// Hands the socket over to the client of the detected protocol. This one must not be used any more.
     QTcpSocket *takeSocket();
 
 Q_SIGNALS:

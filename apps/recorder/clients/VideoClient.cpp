@@ -10,10 +10,10 @@ namespace
 
 constexpr char VideoLoginByte = 0x01;
 constexpr qint64 MaxUnsentVideo = 2 * 1024 * 1024;
-/// For a client that takes nothing.
+/// The limit for a client that does not read.
 constexpr int StuckVideoPatience = 30 * 1000;
 
-/// Ignored lines that are logged one by one.
+/// The limit for ignored lines that are logged one by one.
 constexpr int MostIgnoredShown = 5;
 
 class SocketSink : public VideoSink
@@ -75,7 +75,7 @@ void VideoClient::handleCommand(const QByteArray &line)
         fault = QStringLiteral("not allowed");
     else if (m_video)
         fault = m_video->handleCommand(line);
-    // Who sends rubbish without end does not fill the log with it.
+    // A client that sends invalid lines without end must not fill the log.
     if (!fault.isEmpty() && ++m_ignored > MostIgnoredShown)
         return;
     logLine(line);
@@ -91,7 +91,7 @@ void VideoClient::answerLogin()
     QTimer::singleShot(m_timing.replyDelay, this, [this] {
         m_isAnswering = false;
         LoginClient::answerLogin();
-        process(); // what came meanwhile
+        process(); // what has come during the delay
     });
 }
 

@@ -9,10 +9,10 @@
 namespace recorder
 {
 
-/// A client of the video service. It logs in with two lines, the first of which has a byte 0x01 in front, and
-/// watches from then on; it may send lines that move the camera, if its account may.
+/// A client of the video service. It logs in with two lines, the first of which begins with a byte 0x01, and
+/// then receives the stream. It may send commands for the camera, if its account may turn cameras.
 ///
-/// One that does not take the stream misses pictures, and is dropped when it takes nothing for long.
+/// A client that reads too slowly misses pictures; one that stops reading is disconnected.
 class VideoClient : public LoginClient
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ private:
 
     QPointer<VideoService> m_video;
     const ConnectionTiming &m_timing; // that of the server
-    bool m_isAnswering = false;       // the answer to the login is held back
+    bool m_isAnswering = false;       // the answer to the login waits for the reply delay
     bool m_mayTurnCameras = false;
     int m_ignored = 0; // lines
     std::shared_ptr<VideoSink> m_sink;

@@ -15,7 +15,7 @@ namespace
 constexpr char ClockKey[] = "/YYYYMMDDHHMMSS";
 constexpr char ZoneKey[] = "/TIME_ZONE";
 
-/// The zone of a time file; one that cannot be read counts as the recorder's own.
+/// The zone of a time file; the default zone when its rule cannot be read.
 ZoneRule zoneOf(const QByteArray &timeFile)
 {
     const std::optional<ZoneRule> zone = ZoneRule::parse(iniValues(timeFile).value(ZoneKey));
@@ -90,7 +90,7 @@ QByteArray ConfigService::packedInterface(const QByteArray &plain)
     return m_interface.gzip;
 }
 
-/// The kept file has the clock key as the client left it, usually empty; what is handed out tells the time.
+/// The stored file has the clock key as a client sent it, usually empty. Clients get the present time in it.
 QByteArray ConfigService::withClock(const QByteArray &timeFile) const
 {
     if (!iniValues(timeFile).contains(ClockKey))
@@ -111,7 +111,7 @@ QString ConfigService::fault(const QString &file, const QByteArray &body, const 
     return {};
 }
 
-/// Clients send every file when they save, so an operator's users file is accepted as long as it changes
+/// Clients send every file when they save, so the users file of an operator is accepted if it changes
 /// nothing.
 QString ConfigService::usersFault(const QByteArray &body, const Account &account) const
 {
@@ -131,13 +131,13 @@ QString ConfigService::timeFault(const QByteArray &body) const
         return QStringLiteral("wrong date or time");
     if (!ZoneRule::parse(sent.value(ZoneKey)))
         return QStringLiteral("wrong time zone");
-    // Who saves everything may have no server yet; who asks for the time of one must name it.
+    // A client that saves all files may have no server; one that asks for synchronisation must name it.
     const bool asksForTime = sent.value("/NTP_SYNC") == "1" && !sent.contains(ClockKey);
     return asksForTime && sent.value("/TIME_SERVER").isEmpty() ? QStringLiteral("there is no time server")
                                                                : QString();
 }
 
-/// A client may send some values of the time file only, to set the clock for example; the others stay.
+/// A client may send only some values of the time file, for example to set the clock. The others stay.
 QByteArray ConfigService::mergedTime(const QByteArray &body) const
 {
     const QByteArray kept = m_folder.read(QStringLiteral("time")).value_or(QByteArray());
@@ -153,7 +153,7 @@ QByteArray ConfigService::mergedTime(const QByteArray &body) const
 void ConfigService::setClock(const QByteArray &sent, const QByteArray &timeFile) const
 {
     const QMap<QByteArray, QByteArray> values = iniValues(sent);
-    // An empty value, as clients send it that save everything, is no time and sets nothing.
+    // Clients that save all files send an empty value, which sets nothing.
     if (!m_clock.set(values.value(ClockKey), zoneOf(timeFile)) && values.value("/USENTP") == "1" &&
         !values.value("/TIME_SERVER").isEmpty())
         m_clock.synchronise();

@@ -10,8 +10,8 @@
 namespace recorder
 {
 
-/// What the recorder does with a request, apart from how it arrives: it knows the files, the accounts and the
-/// clock.
+/// Executes the requests of configuration clients, whatever way they arrive, on the files, the accounts and
+/// the clock.
 class ConfigService
 {
 public:
@@ -21,12 +21,12 @@ public:
 
     QList<Account> accounts() const;
     std::optional<Account> login(const QByteArray &name, const QByteArray &password) const;
-    /// Operators turn cameras as long as the file "users" lets them, administrators always.
+    /// Administrators always may, operators if the file "users" allows it.
     bool mayTurnCameras(const Account &account) const;
     Answer get(const QString &file);
-    /// Keeps the body, or says why not.
+    /// Stores the body, or answers why not.
     Answer put(const QString &file, const QByteArray &body, const Account &account);
-    /// Does what the command asks for, or says why not.
+    /// Executes the command, or answers why not.
     Answer run(const Command &command, const QByteArray &body, const Account &account) const;
 
 private:
@@ -46,7 +46,7 @@ private:
     DataFolder m_folder;
     RecorderClock m_clock;
     DeviceFunctions m_functions;
-    Packed m_interface; // the last description sent, so that it is packed once
+    Packed m_interface; // the last description sent, so that it is compressed once
 };
 
 } // namespace recorder

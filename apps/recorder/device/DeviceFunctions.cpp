@@ -13,7 +13,7 @@ namespace recorder
 namespace
 {
 
-/// Packages and the disks' contents are no settings and stay when these are reset.
+/// What a reset of the settings restores. Packages and the contents of disks stay.
 constexpr const char *SettingsFiles[] = {"streams", "net", "time", "timers", "disk", "users", "state"};
 constexpr const char *PictureValues[] = {"brightness", "contrast", "saturation", "hue", "sharpness"};
 

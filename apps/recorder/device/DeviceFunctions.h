@@ -11,13 +11,13 @@ namespace recorder
 
 class DataFolder;
 
-/// What the recorder does on command. The effects are in the files of its data folder.
+/// The functions of the recorder. Their effects are changes of the files in its data folder.
 class DeviceFunctions
 {
 public:
     explicit DeviceFunctions(const DataFolder &folder) : m_folder(folder), m_mails(folder) {}
 
-    /// \a now is the reading of the clock, for what is dated.
+    /// \a now is the reading of the clock, for reports and e-mails.
     Answer run(Function function, const QByteArray &body, const QByteArray &now) const;
 
 private:

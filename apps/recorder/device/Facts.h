@@ -6,8 +6,8 @@
 namespace recorder
 {
 
-/// What a client sends back of a file may be older than what the recorder did meanwhile: the use of a disk,
-/// the hours since the start. Of such values the recorder's own count; they replace those in \a sent.
+/// Replaces in \a sent what the recorder itself measures, such as the use of a disk or the hours since the
+/// start: what a client sends of these may be older than what was measured since.
 QByteArray withOwnFacts(const QString &file, const QByteArray &sent, const QByteArray &kept);
 
 } // namespace recorder

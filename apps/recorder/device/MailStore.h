@@ -8,8 +8,8 @@ namespace recorder
 class DataFolder;
 
 /// The e-mails that the recorder keeps on its disks, in the file "emails": one line each, the name of the
-/// disk in front ("DISC1 2024-05-01 11:58:02 to guard@example.net: Motion"). The oldest go when there are too
-/// many.
+/// disk in front ("DISC1 2024-05-01 11:58:02 to guard@example.net: Motion"). Beyond a limit the oldest are
+/// removed.
 class MailStore
 {
 public:

@@ -13,9 +13,9 @@ namespace recorder
 namespace
 {
 
-constexpr int StepPeriod = 40;    // milliseconds, the pace of pictures
+constexpr int StepPeriod = 40;    // milliseconds, as between pictures at the default rate
 constexpr double StepSize = 0.02; // from one end of a range of 2 to the other in four seconds
-constexpr int PlaceFields = 2;    // of a point, before those of the camera
+constexpr int PlaceFields = 2;    // of a point, before those of its position
 constexpr int PoseFields = 3;
 
 std::optional<double> finiteNumber(const QByteArray &text)
@@ -40,7 +40,7 @@ std::optional<CameraPose> parsePose(const QList<QByteArray> &fields)
                       std::clamp(numbers[2], 0.0, 1.0)};
 }
 
-/// Whether the text can be kept as a point; what stands behind the numbers may be anything to read.
+/// Whether the text is a valid point. After the numbers any printable text is allowed.
 bool isPoint(const QByteArray &text)
 {
     const QString shown = QString::fromUtf8(text);
@@ -53,7 +53,7 @@ bool isPoint(const QByteArray &text)
            std::all_of(fields.begin(), fields.begin() + numbers, finiteNumber);
 }
 
-/// Digits only, and the number of a point that there may be.
+/// A number from 1 to MaxPoints in decimal digits.
 std::optional<int> pointNumber(const QByteArray &digits)
 {
     const bool hasDigitsOnly =
@@ -71,7 +71,7 @@ double nearer(double value, double goal)
 
 QByteArray CameraPose::text() const
 {
-    // Adding 0 makes a plain zero of a negative one.
+    // Adding 0 turns -0 into 0, which prints without a sign.
     const auto number = [](double value) {
         return QByteArray::number(std::round(value * 1000) / 1000 + 0, 'f', 3);
     };

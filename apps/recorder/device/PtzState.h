@@ -10,22 +10,22 @@
 namespace recorder
 {
 
-/// Where a turning camera looks: pan from -1 (left) to 1, tilt from -1 (down) to 1, zoom from 0 (wide) to 1.
+/// The position of a PTZ camera: pan from -1 (left) to 1, tilt from -1 (down) to 1, zoom from 0 (wide) to 1.
 struct CameraPose {
     double pan = 0;
     double tilt = 0;
     double zoom = 0;
 
-    /// As clients are told it: "0.300,-0.250,0.500".
+    /// As it is sent to clients: "0.300,-0.250,0.500".
     QByteArray text() const;
     friend bool operator==(const CameraPose &, const CameraPose &) = default;
 };
 
-/// The turning camera: it has points that it can be sent to, and turns at a speed that eyes can follow.
+/// The PTZ camera. It turns at a limited speed and has numbered points (presets) that it can be sent to.
 ///
-/// A point is a text "x,y" or "x,y,pan,tilt,zoom": where it lies in some picture, which is the client's
-/// business, and what the camera looks at there. The camera cannot go to a point without the latter. Behind
-/// five numbers and a comma a point may have a printable remark.
+/// A point is a text "x,y" or "x,y,pan,tilt,zoom": its place in an overview picture, which only clients use,
+/// and the position of the camera. The camera cannot go to a point without a position. After five numbers and
+/// a comma a point may have a printable remark.
 class PtzState : public QObject
 {
     Q_OBJECT
@@ -36,14 +36,14 @@ public:
 
     explicit PtzState(QObject *parent = nullptr);
 
-    /// Takes PAN, TILT, ZOOM and POINT1, POINT2, ... of the section "ptz" of a file "streams". The first file
-    /// says where the camera looks. Later ones turn it only by values that differ from those of the file
-    /// before: a client that saves everything has not asked for a turn.
+    /// Reads PAN, TILT, ZOOM and POINT1, POINT2, ... from the section "ptz" of a file "streams". The first
+    /// file sets the position. A later one turns the camera only if its position differs from that of the
+    /// file before: a client that saves all files sends the position without asking for a turn.
     void readFile(const QByteArray &streamsFile);
 
-    /// Obeys one line of a client, without its line end: "PTZ GOTO n", "PTZ POINT n text" (without a text the
-    /// point is taken away) or "PTZ MOVE pan,tilt,zoom". Returns what is wrong with it for the log; empty
-    /// when nothing is.
+    /// Executes one line of a client, given without its line end: "PTZ GOTO n", "PTZ POINT n text" (without a
+    /// text the point is removed) or "PTZ MOVE pan,tilt,zoom". Returns the error for the log; empty on
+    /// success.
     QString obey(const QByteArray &line);
 
     const CameraPose &pose() const { return m_pose; }
@@ -51,7 +51,7 @@ public:
     QByteArray point(int number) const { return m_points.value(number); }
 
 Q_SIGNALS:
-    /// The camera looks elsewhere: many times a second while it turns.
+    /// The position has changed. Emitted many times a second while the camera turns.
     void moved();
 
 private:

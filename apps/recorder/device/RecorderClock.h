@@ -9,20 +9,20 @@ namespace recorder
 
 class DataFolder;
 
-/// The recorder's wall clock. It starts with the time of this computer and can be set without touching that;
-/// by how much it then differs is kept in the data folder.
+/// The recorder's wall clock. Setting it does not change the clock of this computer: the difference between
+/// the two is stored in the data folder.
 class RecorderClock
 {
 public:
     explicit RecorderClock(const DataFolder &folder) : m_folder(folder) {}
 
-    /// Now, as the 14 digits YYYYMMDDHHMMSS, and as a reading for people, in local time.
+    /// The local time, as the 14 digits YYYYMMDDHHMMSS and in readable form.
     QByteArray digits(const ZoneRule &zone) const;
     QByteArray reading(const ZoneRule &zone) const;
 
     /// False when the text is not a date and time in that form.
     bool set(const QByteArray &digits, const ZoneRule &zone) const;
-    /// As a time server would: with the time of this computer.
+    /// Sets it to the time of this computer, in place of a time server.
     void synchronise() const;
 
     static bool isValid(const QByteArray &digits);

@@ -7,7 +7,7 @@ namespace recorder
 
 class DataFolder;
 
-/// The recorder's present state as text with sections, for a service technician. It holds no passwords.
+/// The state of the recorder for service technicians: text with sections, without passwords.
 QByteArray stateReport(const DataFolder &folder, const QByteArray &created);
 
 } // namespace recorder

@@ -13,7 +13,7 @@ namespace
 constexpr qint64 HourSeconds = 3600;
 constexpr qint64 DaySeconds = 24 * HourSeconds;
 
-/// West is positive in a rule, east in what is added to UTC.
+/// A rule counts west of Greenwich as positive; what is added to UTC is positive in the east.
 qint64 secondsEast(const QRegularExpressionMatch &match, const QString &name)
 {
     const qint64 size =
@@ -32,7 +32,7 @@ QString changePattern(char name)
         .arg(QLatin1Char(name));
 }
 
-/// Plain UTC means British time to this recorder, an old mistake that installations rely on.
+/// Recorders take "UTC" without an offset for British time. Installations rely on this old mistake.
 QString withoutSpecialNames(const QString &text)
 {
     if (text.isEmpty())
@@ -89,7 +89,7 @@ qint64 ZoneRule::localOf(qint64 utc) const
         return winter;
     const int year = QDateTime::fromSecsSinceEpoch(winter, Qt::UTC).date().year();
     const qint64 begin = changeIn(year, m_begin);
-    const qint64 end = changeIn(year, m_end) - m_summer + m_winter; // in winter time too
+    const qint64 end = changeIn(year, m_end) - m_summer + m_winter; // in winter time
     const bool isSummer = begin < end ? winter >= begin && winter < end : winter >= begin || winter < end;
     return isSummer ? utc + m_summer : winter;
 }

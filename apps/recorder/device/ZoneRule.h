@@ -8,17 +8,17 @@
 namespace recorder
 {
 
-/// The recorder's reading of its TIME_ZONE: an offset after the letters UTC, counted west of Greenwich, and
-/// optionally a second one for summer with the two days on which it begins and ends, each as
-/// Mmonth.week.day/hour. A zone without a value is the one that recorders are shipped with.
+/// A rule as TIME_ZONE holds it: an offset after the letters UTC, counted west of Greenwich, and optionally a
+/// second one for daylight-saving time with the two days on which that begins and ends, each as
+/// Mmonth.week.day/hour. An empty text is the zone that recorders are shipped with.
 class ZoneRule
 {
 public:
     /// Nothing when the text is no such rule.
     static std::optional<ZoneRule> parse(const QByteArray &text);
 
-    /// Both in seconds since 1970, local ones being the reading of the clock as if it were UTC. A reading
-    /// that comes twice in autumn means the first, one that is skipped in spring the hour behind it.
+    /// All times are seconds since 1970; local ones are the reading of the clock taken as UTC. A reading that
+    /// occurs twice in autumn is taken as the first, one that is skipped in spring as an hour later.
     qint64 localOf(qint64 utc) const;
     qint64 utcOf(qint64 local) const;
 

@@ -23,11 +23,11 @@ struct Account {
 /// no value, from 1.
 QList<Account> readAccounts(const QByteArray &usersFile);
 
-/// What an account's password may be sent as: typed, as far as that is known, and as its digest.
+/// The forms in which an account's password is accepted: in clear, if that is known, and as its digest.
 QList<QByteArray> acceptedPasswords(const Account &account);
 
-/// The account whose name and password these are. Clients send the password as typed or as its digest, and
-/// the file may hold either form.
+/// The account with this name and password. Clients send the password in clear or as its digest, and the file
+/// may hold either form.
 std::optional<Account> findAccount(const QList<Account> &accounts, const QByteArray &login,
                                    const QByteArray &pass);
 

@@ -36,9 +36,9 @@ std::optional<QByteArray> readFile(const QString &path)
     return file.readAll();
 }
 
-/// A file beside the old one that then takes its place: a reader sees one of them whole. It is not forced to
-/// the medium as QSaveFile would do, which takes longer than everything else that a request needs. Temporary
-/// files are readable by their owner only, and the files hold passwords, so they stay that way.
+/// Writes a new file and renames it to the old one, so that a reader never sees a part of it. QSaveFile would
+/// also flush it to the disk, which takes longer than all other work for a request. Temporary files are
+/// readable by their owner only, which is kept since the files hold passwords.
 bool writeFile(const QString &path, const QByteArray &content)
 {
     QTemporaryFile file(path + QStringLiteral(".XXXXXX"));

@@ -16,19 +16,18 @@ public:
     /// \a model is one of models().
     DataFolder(const QString &path, const QString &model);
 
-    /// The shipped models; the first one is the usual one. The others have just the files that differ from
-    /// it.
+    /// The shipped models; the first is the default. The others have only the files that differ from it.
     static QStringList models();
 
-    /// Makes the folder and, when it holds nothing yet, copies the model into it. False, with a text
-    /// in error, when that fails.
+    /// Creates the folder and, when it is empty, copies the model into it. False, with \a error set, when
+    /// that fails.
     bool prepare(QString &error) const;
 
     QString filePath(const QString &name) const;
     std::optional<QByteArray> read(const QString &name) const;
-    /// The file as it is shipped.
+    /// The file as the model has it.
     std::optional<QByteArray> shipped(const QString &name) const;
-    /// Replaces the file whole; when this fails the old one stays as it was.
+    /// Replaces the whole file; on failure the old one is unchanged.
     bool replace(const QString &name, const QByteArray &content) const;
 
 private:

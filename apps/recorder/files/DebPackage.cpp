@@ -99,7 +99,7 @@ std::optional<QByteArray> controlFile(const QByteArray &tar)
     return name.isEmpty() ? std::nullopt : entryContent(reader.get(), MaxControlData);
 }
 
-/// "Name: value" lines; the lines that continue a value, which begin with a blank, are left out.
+/// The "Name: value" lines, without the lines that continue a value and begin with a blank.
 QMap<QByteArray, QByteArray> fields(const QByteArray &control)
 {
     QMap<QByteArray, QByteArray> found;
@@ -118,7 +118,7 @@ DebPackage faulty(const QString &fault)
     return package;
 }
 
-/// What would break the list of packages, which is quoted text.
+/// The text without quotes, which would break the list of packages, and cut.
 QByteArray listText(QByteArray text)
 {
     return text.replace('\'', "").replace('"', "").left(120);

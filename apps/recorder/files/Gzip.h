@@ -8,7 +8,7 @@ namespace recorder
 /// The bytes as one gzip member; empty when the compressor fails.
 QByteArray gzip(const QByteArray &plain);
 
-/// What gzip members hold, up to a size; empty when they are damaged or hold more.
+/// The content of the first gzip member; empty when it is damaged or larger than \a most bytes.
 QByteArray gunzip(const QByteArray &packed, qsizetype most);
 
 bool isGzip(const QByteArray &bytes);

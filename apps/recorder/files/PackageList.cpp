@@ -33,7 +33,7 @@ QByteArray entry(const QByteArray &name, int index, const QByteArray &value)
     return KeyPrefix + name + '_' + QByteArray::number(index) + "='" + value + "'\n";
 }
 
-/// The file with other packages, all of them at its end.
+/// The file with these packages in place of its own, all at its end.
 QByteArray withPackages(const QByteArray &softFile, const QList<DebPackage> &packages)
 {
     QByteArray result;

@@ -6,7 +6,7 @@
 namespace recorder
 {
 
-/// One answer as it goes over the wire, and what the log says of it.
+/// An answer as it is sent, and its line in the log.
 ///
 /// An answer is "LENGTH=n", CR LF, then n bytes: the body, if any, and the line "VORN_ANSWER=OK" or
 /// "VORN_ANSWER=ERROR:text", CR LF included in the count.
@@ -14,7 +14,7 @@ struct Answer {
     QByteArray bytes;
     QString logText;
     bool accepted = false;
-    /// The recorder restarts once this answer is out.
+    /// The recorder restarts once this answer was sent.
     bool restarts = false;
 };
 

@@ -32,7 +32,7 @@ constexpr FunctionRow FunctionRows[] = {
     {"DO REBOOT", Function::Reboot, false, AdministratorLevel},
     {"GET REPORT", Function::Report, false, GuestLevel},
     {"INSTALL DEB", Function::InstallPackage, true, AdministratorLevel},
-    // The list of packages is not replaced; what is put is the name of one to remove.
+    // Does not replace the list of packages: the body names the package to remove.
     {"PUT SOFT CONFIG", Function::RemovePackage, true, AdministratorLevel},
     {"RESET SETTINGS", Function::ResetSettings, false, AdministratorLevel},
     {"SEND TEST EMAIL", Function::SendTestEmail, false, OperatorLevel},

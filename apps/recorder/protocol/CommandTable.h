@@ -8,7 +8,7 @@
 namespace recorder
 {
 
-/// What the recorder does apart from exchanging files.
+/// What commands do other than exchanging files.
 enum class Function {
     AdjustPicture,
     ClearEmails,
@@ -21,16 +21,16 @@ enum class Function {
     SendTestEmail
 };
 
-/// A request line that was understood. Command words are exact, upper case, one blank apart.
+/// A parsed request line. The words of commands are upper case with one blank between them.
 struct Command {
     enum class Kind { Unknown, Get, Put, Run };
 
     Kind kind = Kind::Unknown;
     /// Get and Put: the protocol name of the file, for example "net".
     QString file;
-    /// Put: false for a file that the recorder hands out but does not accept.
+    /// Put: false for a file that can only be read.
     bool writable = false;
-    /// Run: what is to be done, whether a body belongs to it, and who may ask for it.
+    /// Run: the function, whether it has a body, and the access level that it needs.
     Function function = Function::Report;
     bool takesBody = false;
     AccessLevel level = GuestLevel;

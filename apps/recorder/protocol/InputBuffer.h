@@ -7,8 +7,8 @@
 namespace recorder
 {
 
-/// Bytes that a client sent and that were not used yet. Each byte is looked at once for a line end, however
-/// small the pieces are in which a line arrives.
+/// The bytes of a client that were not handled yet. Each byte is searched once for a line end, however small
+/// the pieces are in which a line arrives.
 class InputBuffer
 {
 public:
@@ -21,7 +21,6 @@ public:
 
     /// Bytes not taken yet.
     qsizetype size() const { return m_bytes.size() - m_start; }
-    /// Forgets all bytes.
     void clear();
 
 private:

@@ -25,7 +25,7 @@ QString printable(QStringView text)
 QString readableRequest(const QByteArray &line)
 {
     QByteArray shown = line.left(MaxShown);
-    // The byte in front of a login says which service it is for.
+    // A login begins with a byte that selects the service.
     if (shown.startsWith('\x04'))
         shown.remove(0, 1);
     else if (shown.startsWith('\x01'))

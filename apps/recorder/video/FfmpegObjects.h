@@ -13,7 +13,7 @@ extern "C" {
 
 #include <QString>
 
-/// Owners of FFmpeg's objects; each object is freed by the function that belongs to it.
+/// Smart pointers for objects of FFmpeg.
 namespace recorder
 {
 

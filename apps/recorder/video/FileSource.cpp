@@ -12,10 +12,10 @@ namespace recorder
 namespace
 {
 
-/// Packets that are looked at for one picture; more would keep the recorder from its clients.
+/// The limit of packets that are read for one picture: more would block the event loop.
 constexpr int MostPackets = 200;
 constexpr double LongestInterval = 10000;
-/// A file that has no picture any more is not read again and again for one.
+/// The limit for one picture, so that a file without pictures is not read for ever.
 constexpr int MostRewinds = 2;
 
 std::optional<VideoCodec> sentAsItIs(AVCodecID id)
@@ -32,7 +32,7 @@ std::optional<VideoCodec> sentAsItIs(AVCodecID id)
     }
 }
 
-/// Files keep apart what a decoder needs first; a stream has it in front of each key picture.
+/// Files hold the decoder configuration in their header; in a stream it stands before each key picture.
 const char *filterFor(VideoCodec codec)
 {
     switch (codec) {
@@ -71,7 +71,7 @@ std::unique_ptr<VideoSource> FileSource::open(const QString &path, const VideoSe
 
 QString FileSource::openFile()
 {
-    // A path that looks like an address is a file all the same, and so is what a play list names.
+    // A path that looks like a URL is still a file, and a play list may name files only.
     const QByteArray url = "file:" + QDir::toNativeSeparators(m_path).toUtf8();
     AVFormatContext *input = nullptr;
     AVDictionary *options = nullptr;
@@ -142,8 +142,8 @@ CodedPicture FileSource::next(bool wantKey, const CameraPose &, qint64)
     return picture;
 }
 
-/// The next packet of the video; at the end of the file it begins again, for a decoder with an empty packet
-/// first, which makes it give out what it holds back.
+/// The next packet of the video. At the end of the file it begins again; a decoder first gets an empty
+/// packet, which flushes the pictures that it delays.
 bool FileSource::readPacket()
 {
     for (int tries = 0; tries < MostPackets; ++tries) {
@@ -179,7 +179,7 @@ bool FileSource::rewind()
     return isSought || reopen();
 }
 
-/// Some kinds of files have no way back, or nothing comes behind it.
+/// For formats that cannot be sought, or that yield no packet after seeking.
 bool FileSource::reopen()
 {
     m_fault = openFile();
@@ -220,7 +220,7 @@ bool FileSource::decode()
             avcodec_flush_buffers(m_decoder.get());
         if (!readPacket())
             return false;
-        avcodec_send_packet(m_decoder.get(), m_packet.get()); // what is damaged is left out
+        avcodec_send_packet(m_decoder.get(), m_packet.get()); // damaged pictures are left out
     }
     return false;
 }

@@ -6,8 +6,8 @@
 namespace recorder
 {
 
-/// A video file of any kind that FFmpeg reads, played again and again at its own rate. H.264, MPEG-4 and
-/// motion JPEG are sent as they are; other codecs are decoded and encoded anew.
+/// A video file of any format that FFmpeg reads, played in a loop at its own rate. H.264, MPEG-4 and motion
+/// JPEG are sent as they are, other codecs are transcoded.
 class FileSource : public VideoSource
 {
 public:
@@ -48,7 +48,7 @@ private:
     int m_stream = -1;
     VideoCodec m_codec = VideoCodec::H264;
     double m_interval = 40;
-    // Only for other codecs:
+    // Only for transcoding:
     CodecContext m_decoder;
     Frame m_decoded;
     PictureScaler m_scaler;

@@ -22,18 +22,16 @@ struct TaggedText {
     QByteArray text;
 };
 
-/// Texts end at their first zero byte, if they have one.
+/// Texts are cut at their first zero byte.
 QByteArray headerRecord(const QByteArray &name, const QList<StreamDescription> &streams,
                         const QList<TaggedText> &texts);
 
-/// A place to begin reading at. The blob has at most 255 bytes.
+/// A position at which reading can begin. The blob has at most 255 bytes.
 QByteArray indexRecord(quint32 seconds, quint32 number, const QByteArray &blob = {});
 
-/// One frame of a stream, in as many records as it needs when none has more than \a fragmentSize bytes (1 to
-/// 65535) of it.
+/// One frame of a stream, split into records with at most \a fragmentSize bytes (1 to 65535) of it each.
 QList<QByteArray> dataRecords(quint8 streamId, const QByteArray &frame, int fragmentSize);
-/// The same of a video stream, whose first record tells the milliseconds behind the index record (below
-/// 3000).
+/// The same for a video stream, whose first record has the milliseconds since the index record (below 3000).
 QList<QByteArray> videoRecords(quint8 streamId, const QByteArray &frame, int fragmentSize,
                                quint16 milliseconds);
 

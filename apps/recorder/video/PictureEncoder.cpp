@@ -12,7 +12,7 @@ namespace recorder
 namespace
 {
 
-/// Best first. Those that the computer's hardware does are left out: their delays differ.
+/// Best first. Hardware encoders are left out: their delays differ.
 std::vector<const AVCodec *> encodersFor(VideoCodec codec)
 {
     const char *const names[][2] = {{"libx264", "libopenh264"}, {"mpeg4", nullptr}, {"mjpeg", nullptr}};
@@ -36,7 +36,7 @@ void configure(AVCodecContext &context, const VideoSettings &settings)
     context.color_range = isJpeg ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
     context.thread_count = 1;
     context.max_b_frames = 0;
-    context.gop_size = 600;                                // key pictures are asked for
+    context.gop_size = 600;                                // key pictures come on request
     context.log_level_offset = AV_LOG_INFO - AV_LOG_ERROR; // errors only
     if (settings.codec != VideoCodec::H264) {
         context.flags |= AV_CODEC_FLAG_QSCALE;
@@ -52,7 +52,7 @@ CodecContext openContext(const AVCodec *encoder, const VideoSettings &settings, 
         return nullptr;
     }
     configure(*context, settings);
-    // Encoders know only some of these and leave out the others.
+    // Each encoder ignores the options that it does not know.
     AVDictionary *options = nullptr;
     av_dict_set(&options, "preset", "ultrafast", 0);
     av_dict_set(&options, "tune", "zerolatency", 0);
@@ -134,7 +134,7 @@ CodedPicture PictureEncoder::encode(const std::function<void(PicturePainter &)> 
 
 AVFrame *PictureEncoder::frame()
 {
-    // The encoder may still hold the one before.
+    // The encoder may still refer to the picture before.
     return av_frame_make_writable(m_frame.get()) == 0 ? m_frame.get() : nullptr;
 }
 

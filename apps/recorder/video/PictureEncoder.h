@@ -14,17 +14,18 @@ struct CodedPicture {
     bool isKey = false;
 };
 
-/// Encodes pictures without delay: each comes out before the next goes in, and none needs a later one.
+/// Encodes pictures without delay: each is complete before the next is given, and none depends on a later
+/// one.
 class PictureEncoder
 {
 public:
-    /// Nothing, with \a fault set, when FFmpeg cannot do it.
+    /// Nothing, with \a fault set, when FFmpeg cannot encode with these settings.
     static std::unique_ptr<PictureEncoder> open(const VideoSettings &settings, QString &fault);
-    /// Whether this FFmpeg has an encoder for it at all.
+    /// Whether this FFmpeg has an encoder for the codec.
     static bool isAvailable(VideoCodec codec);
 
-    /// \a paint fills the whole picture. A key picture, which can be decoded by itself, is made on request
-    /// only and for the first picture.
+    /// \a paint fills the whole picture. The first picture, and others on request, are key pictures, which
+    /// can be decoded without others.
     CodedPicture encode(const std::function<void(PicturePainter &)> &paint, bool wantKey);
 
     /// To be filled by the caller and given to encodeFrame().

@@ -14,16 +14,17 @@ struct Colour {
     uint8_t blue = 0;
 };
 
-/// The three planes of a picture whose colours (Cb, Cr) have half the width and height of its brightness.
+/// The planes of a YCbCr 4:2:0 picture: Cb and Cr have half the width and height of Y.
 struct PicturePlanes {
     uint8_t *data[3] = {};
     int strides[3] = {};
     QSize size;
-    /// Whether brightness and colours use all values (motion JPEG) or those from 16 to 235 and 240 (video).
+    /// Full range uses the values 0 to 255 (motion JPEG), limited range 16 to 235 for Y and to 240 for Cb and
+    /// Cr.
     bool fullRange = false;
 };
 
-/// Fills rectangles; what lies outside the picture is left out.
+/// Fills rectangles, clipped to the picture.
 class PicturePainter
 {
 public:

@@ -8,7 +8,7 @@ namespace recorder
 std::shared_ptr<RecordFile> RecordFile::create(const QString &path, QString &fault)
 {
     std::shared_ptr<RecordFile> file(new RecordFile(path));
-    // Not buffered: whoever looks into the file meanwhile finds all of it.
+    // Unbuffered, so that programs that read the file meanwhile see everything.
     if (file->m_file.open(QIODevice::NewOnly | QIODevice::WriteOnly | QIODevice::Unbuffered))
         return file;
     fault = QFileInfo::exists(path) ? QStringLiteral("it exists already, and is not overwritten")
@@ -18,7 +18,7 @@ std::shared_ptr<RecordFile> RecordFile::create(const QString &path, QString &fau
 
 void RecordFile::write(const QByteArray &bytes)
 {
-    // A full disk takes a part; only writing the rest fails.
+    // On a full disk the first write may store a part and only the next one fails.
     for (qsizetype done = 0; done < bytes.size();) {
         const qint64 taken = m_file.write(bytes.constData() + done, bytes.size() - done);
         if (taken <= 0)

@@ -11,7 +11,7 @@ namespace recorder
 class RecordFile : public VideoSink
 {
 public:
-    /// Makes the file. Nothing, with \a fault set, when there is one already or it cannot be written.
+    /// Creates the file. Nothing, with \a fault set, when it exists or cannot be written.
     static std::shared_ptr<RecordFile> create(const QString &path, QString &fault);
 
     bool isReady() const override { return m_file.error() == QFileDevice::NoError; }

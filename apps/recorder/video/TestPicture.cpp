@@ -13,14 +13,15 @@ namespace
 {
 
 constexpr int ClockBlocks = 20;
-constexpr int StripParts = 12; // the strip is that part of the height
+constexpr int StripParts = 12; // the strip is a 12th of the height
 constexpr qint64 DayMs = 24LL * 60 * 60 * 1000;
 
 constexpr Colour Black = {0, 0, 0};
 constexpr Colour White = {255, 255, 255};
 
-/// The scene is what a camera can turn to: at the ends of pan and tilt an edge is in the middle of its
-/// picture, and behind that goes on what the edge is made of. One that does not zoom sees a unit square.
+/// The scene is everything that the camera can turn to. At zoom 0 the camera sees a unit square of it. At the
+/// ends of pan and tilt an edge of the scene is in the middle of the picture; the boxes at the edge extend
+/// beyond it.
 constexpr double SceneWidth = 2.0;
 constexpr double SceneHeight = 1.5;
 constexpr double NearestSpan = 0.25;
@@ -30,7 +31,7 @@ struct Box {
     Colour colour;
 };
 
-/// Far things first.
+/// Painted in this order, from back to front.
 constexpr std::array Scene = {
     Box{{-0.5, -0.5, 3.00, 0.70}, {70, 120, 190}},    Box{{-0.5, 0.20, 3.00, 0.20}, {95, 145, 205}},
     Box{{-0.5, 0.40, 3.00, 0.20}, {125, 170, 215}},   Box{{-0.5, 0.60, 3.00, 0.15}, {165, 195, 220}},
@@ -50,14 +51,14 @@ constexpr std::array Scene = {
     Box{{1.10, 1.32, 0.10, 0.10}, {60, 105, 60}},     Box{{1.70, 1.34, 0.14, 0.05}, {125, 90, 60}},
 };
 
-/// Of a car whose lower left corner is the origin.
+/// The origin is the lower left corner of the car.
 constexpr std::array Car = {
     Box{{0.06, -0.14, 0.14, 0.07}, {150, 40, 45}},   Box{{0.00, -0.08, 0.28, 0.07}, {190, 50, 55}},
     Box{{0.08, -0.13, 0.05, 0.05}, {175, 205, 225}}, Box{{0.14, -0.13, 0.05, 0.05}, {175, 205, 225}},
     Box{{0.04, -0.03, 0.05, 0.05}, {25, 25, 28}},    Box{{0.19, -0.03, 0.05, 0.05}, {25, 25, 28}},
 };
 
-/// Turns places of the scene into places of the picture.
+/// Converts coordinates of the scene into pixels.
 class Projection
 {
 public:
@@ -127,7 +128,7 @@ void paintStrip(PicturePainter &painter, qint64 timeOfDay)
     }
 }
 
-/// A segment is a bar on a grid of 4 by 8 units, between its corners.
+/// Each segment is a rectangle (left, top, right, bottom) on a grid of 4 by 8 units.
 constexpr std::array<std::array<int, 4>, 7> Segments = {{
     {0, 0, 4, 1}, // top
     {3, 0, 4, 4}, // upper right
@@ -138,7 +139,7 @@ constexpr std::array<std::array<int, 4>, 7> Segments = {{
     {0, 3, 4, 5}, // middle
 }};
 
-/// For each digit its segments, the first one in the lowest bit.
+/// The segments of each digit; the first segment is the lowest bit.
 constexpr std::array<int, 10> DigitSegments = {0x3F, 0x06, 0x5B, 0x4F, 0x66, 0x6D, 0x7D, 0x07, 0x7F, 0x6F};
 
 class DigitPainter

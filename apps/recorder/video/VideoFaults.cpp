@@ -81,7 +81,7 @@ QStringList FaultInjector::damage(QList<QByteArray> &records)
     return done;
 }
 
-/// Never the mark of a record by accident, and beginning with none of the streams.
+/// Random bytes that cannot contain the magic number of a record.
 QByteArray FaultInjector::garbage()
 {
     constexpr int Least = 8;

@@ -19,10 +19,10 @@ namespace
 
 constexpr qint64 MsPerSecond = 1000;
 constexpr QSize OverviewSize = {640, 360};
-/// Pictures that are later than this are left out.
+/// Milliseconds; pictures that are later than this are skipped.
 constexpr double MostLate = 500;
 
-/// Half as large, or twice when that is too small.
+/// Half the size, or twice when that is too small.
 QSize otherSize(QSize size)
 {
     const QSize half(size.width() / 4 * 2, size.height() / 4 * 2);
@@ -261,7 +261,7 @@ void VideoService::endStream()
         if (const std::shared_ptr<VideoSink> sink = watcher.sink.lock())
             sink->end();
     }
-    m_recording.reset(); // has ended with the others
+    m_recording.reset(); // its stream has ended with the others
     m_source.reset();
     m_texts.clear();
     m_beginsAnew = false;
@@ -270,7 +270,7 @@ void VideoService::endStream()
     m_second = -1;
 }
 
-/// False when nobody watches any more.
+/// False when no watcher is left.
 bool VideoService::forgetGone()
 {
     m_watchers.removeIf([](const Watcher &watcher) { return watcher.sink.expired(); });
@@ -332,7 +332,7 @@ QByteArray VideoService::header() const
         {PositionStream, StreamDescription::Text, "text", "PTZ", "-utf8"},
         {ClockStream, StreamDescription::Clock, "time", "Clock", ""},
     };
-    // The first text is the charset of the name and the titles.
+    // Tag 1 is the charset of the name and the titles.
     return headerRecord("Paravue recorder", streams, {{1, "-utf8"}, {2, "UTC"}});
 }
 
@@ -349,7 +349,7 @@ QByteArray VideoService::textRecords(quint8 streamId, const QByteArray &text) co
 
 void VideoService::send(const Burst &burst)
 {
-    // Writing may end a connection and so change the list.
+    // A write may end a connection, which changes the list.
     const QList<Watcher> watchers = m_watchers;
     for (qsizetype i = 0; i < watchers.size(); ++i) {
         const std::shared_ptr<VideoSink> sink = watchers[i].sink.lock();

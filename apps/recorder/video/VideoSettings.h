@@ -23,7 +23,7 @@ struct VideoSettings {
 
     VideoCodec codec = VideoCodec::H264;
     QSize size = {640, 360};
-    int rate = 25; ///< pictures a second
+    int rate = 25; ///< pictures per second
     int fragmentSize = 1400;
 
     friend bool operator==(const VideoSettings &, const VideoSettings &) = default;
@@ -36,10 +36,10 @@ QSize encodableSize(QSize size);
 QStringList videoCodecNames();
 std::optional<VideoCodec> videoCodecNamed(const QString &name);
 QString nameOf(VideoCodec codec);
-/// What a stream with this codec is labelled.
+/// The label of a stream with this codec.
 QByteArray streamLabel(VideoCodec codec);
 
-/// Why nothing can be encoded with these settings; empty when it can.
+/// The reason why these settings are invalid; empty when they are valid.
 QString settingsFault(const VideoSettings &settings);
 
 } // namespace recorder

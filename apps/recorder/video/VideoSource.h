@@ -6,21 +6,21 @@
 namespace recorder
 {
 
-/// Where the coded pictures of a stream come from.
+/// A source of coded pictures.
 class VideoSource
 {
 public:
     virtual ~VideoSource() = default;
 
     virtual VideoCodec codec() const = 0;
-    /// A key picture is made on request where that is possible. \a time is that of the recorder's clock.
+    /// The next picture, a key picture on request where that is possible. \a time is that of the recorder's
+    /// clock.
     virtual CodedPicture next(bool wantKey, const CameraPose &pose, qint64 time) = 0;
-    /// Milliseconds from the picture before to the next one.
+    /// Milliseconds between the last picture and the next one.
     virtual double interval() const = 0;
-    /// What is shown now as a JPEG, or the last picture that can be decoded by itself; empty when there is
-    /// none or the source knows none.
+    /// The present or the last key picture as JPEG; empty when there is none.
     virtual QByteArray snapshot() const { return {}; }
-    /// Why there are no pictures any more; empty while there are.
+    /// The reason why there are no more pictures; empty while there are.
     virtual QString fault() const { return {}; }
 };
 
@@ -28,7 +28,7 @@ public:
 class TestPictureSource : public VideoSource
 {
 public:
-    /// Nothing, with \a fault set, when it cannot be encoded like that.
+    /// Nothing, with \a fault set, when FFmpeg cannot encode with these settings.
     static std::unique_ptr<VideoSource> open(const VideoSettings &settings, QString &fault);
 
     VideoCodec codec() const override { return m_settings.codec; }
