@@ -36,16 +36,16 @@ RecorderServer::RecorderServer(const QString &dataDir, const QString &model, QOb
     connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptClients);
     connect(m_video.get(), &VideoService::logged, this, &RecorderServer::logged);
     connect(m_video.get(), &VideoService::failed, this, &RecorderServer::failed);
-    m_goingDown.setSingleShot(true);
-    m_comingBack.setSingleShot(true);
+    m_stopTimer.setSingleShot(true);
+    m_startTimer.setSingleShot(true);
     connect(this, &RecorderServer::fileReceived, this, [this](const QString &name, const QByteArray &body) {
         if (name == streamsFile)
             m_ptz.readFile(body);
     });
     connect(&m_ptz, &PtzState::moved, this, [this] { m_video->setPose(m_ptz.pose()); });
-    m_video->setCommandHandler([this](const QByteArray &line) { return m_ptz.obey(line); });
-    connect(&m_goingDown, &QTimer::timeout, this, &RecorderServer::goDown);
-    connect(&m_comingBack, &QTimer::timeout, this, &RecorderServer::comeBack);
+    m_video->setCommandHandler([this](const QByteArray &line) { return m_ptz.execute(line); });
+    connect(&m_stopTimer, &QTimer::timeout, this, &RecorderServer::stopForRestart);
+    connect(&m_startTimer, &QTimer::timeout, this, &RecorderServer::startAgain);
 }
 
 QStringList RecorderServer::models()
@@ -77,33 +77,33 @@ bool RecorderServer::listen(const QHostAddress &address, quint16 port)
 
 void RecorderServer::close()
 {
-    m_goingDown.stop();
-    m_comingBack.stop();
+    m_stopTimer.stop();
+    m_startTimer.stop();
     m_server.close();
     dropClients();
 }
 
-void RecorderServer::beginRestart()
+void RecorderServer::scheduleRestart()
 {
-    if (!m_goingDown.isActive() && m_server.isListening())
-        m_goingDown.start(RestartNotice);
+    if (!m_stopTimer.isActive() && m_server.isListening())
+        m_stopTimer.start(RestartNotice);
 }
 
-void RecorderServer::goDown()
+void RecorderServer::stopForRestart()
 {
     m_address = m_server.serverAddress();
     m_port = m_server.serverPort();
     close();
     Q_EMIT logged(QStringLiteral("restarting"));
-    m_comingBack.start(m_rebootTime);
+    m_startTimer.start(m_rebootTime);
     Q_EMIT wentDown();
 }
 
-void RecorderServer::comeBack()
+void RecorderServer::startAgain()
 {
     if (!m_server.listen(m_address, m_port)) {
         Q_EMIT logged(QStringLiteral("cannot come back: %1").arg(m_server.errorString()));
-        m_comingBack.start(RetryToListen);
+        m_startTimer.start(RetryToListen);
         return;
     }
     Q_EMIT logged(QStringLiteral("started again"));
@@ -219,7 +219,7 @@ Client *RecorderServer::makeClient(Protocol protocol, QTcpSocket *socket)
         return new HttpClient(socket, *m_service, *m_access, *m_video, m_timing, this);
     auto *client = new ConfigurationClient(socket, *m_service, m_timing, this);
     connect(client, &ConfigurationClient::fileReceived, this, &RecorderServer::fileReceived);
-    connect(client, &ConfigurationClient::restartRequested, this, &RecorderServer::beginRestart);
+    connect(client, &ConfigurationClient::restartRequested, this, &RecorderServer::scheduleRestart);
     return client;
 }
 

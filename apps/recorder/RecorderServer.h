@@ -101,9 +101,9 @@ Q_SIGNALS:
     void cameBack();
 
 private:
-    void beginRestart();
-    void goDown();
-    void comeBack();
+    void scheduleRestart();
+    void stopForRestart();
+    void startAgain();
     void dropClients();
     void acceptClients();
     void addClient(QTcpSocket *socket);
@@ -120,8 +120,8 @@ private:
     QString m_error;
     int m_nextClient = 1;
     ConnectionTiming m_timing;
-    QTimer m_goingDown;
-    QTimer m_comingBack;
+    QTimer m_stopTimer;
+    QTimer m_startTimer;
     int m_rebootTime = 3000;
     QHostAddress m_address; // for listening again after a restart
     quint16 m_port = 0;

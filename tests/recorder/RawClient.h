@@ -22,7 +22,7 @@ public:
 
     bool logIn(const QByteArray &name = "admin", const QByteArray &password = "admin");
     /// From now on nothing more is read from the network.
-    void deafen() { m_socket.setReadBufferSize(1); }
+    void stopReading() { m_socket.setReadBufferSize(1); }
     bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     void abort() { m_socket.abort(); }
 

@@ -418,7 +418,7 @@ void TestRecorderServer::stopsReadingFromAClientThatDoesNotListen()
             [&](const QString &line) { answers += line.contains("> OK, 100005") ? 1 : 0; });
     RawClient client(m_server->port());
     QVERIFY(client.logIn());
-    client.deafen();
+    client.stopReading();
     client.send(QByteArray("GET NET CONFIG\r\n").repeated(Requests));
     AWAIT_VERIFY(answers > 0);
     RawClient other(m_server->port()); // gets its turn once the first one's is over

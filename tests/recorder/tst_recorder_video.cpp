@@ -307,7 +307,7 @@ void TestRecorderVideo::keepsNothingForAClientThatDoesNotRead()
     RawClient deaf(m_server->port());
     deaf.send(Login);
     deaf.receive(1);
-    deaf.deafen();
+    deaf.stopReading();
     const QTcpSocket *socket = nullptr;
     AWAIT_VERIFY((socket = m_server->findChild<QTcpSocket *>()));
     const auto sink = std::make_shared<TestSink>();

@@ -8,9 +8,9 @@ Client::Client(QTcpSocket *socket, QObject *parent) : QObject(parent), m_socket(
     m_socket->setParent(this);
     m_socket->setReadBufferSize(ReadPiece);
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    m_patience.setSingleShot(true);
+    m_timeout.setSingleShot(true);
     connect(m_socket, &QTcpSocket::disconnected, this, &Client::closed);
-    connect(&m_patience, &QTimer::timeout, this, &Client::expired);
+    connect(&m_timeout, &QTimer::timeout, this, &Client::expired);
 }
 
 void Client::close()

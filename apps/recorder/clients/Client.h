@@ -35,11 +35,11 @@ Q_SIGNALS:
     void closed();
 
 protected:
-    /// m_patience has expired; closes the connection.
+    /// m_timeout has expired; closes the connection.
     virtual void expired();
 
     QTcpSocket *m_socket; // child
-    QTimer m_patience;    // single shot
+    QTimer m_timeout;     // single shot
     std::optional<Account> m_account;
 };
 

@@ -15,8 +15,8 @@ namespace
 constexpr char ConfigurationLoginByte = 0x04;
 constexpr qint64 MaxUnsent = 1024 * 1024;
 constexpr int MaxRefusals = 5;
-constexpr int TransferPatience = 30 * 1000;
-constexpr int IdlePatience = 10 * 60 * 1000;
+constexpr int TransferTimeout = 30 * 1000;
+constexpr int IdleTimeout = 10 * 60 * 1000;
 
 const QByteArray LengthPrefix = QByteArrayLiteral("LENGTH=");
 
@@ -52,7 +52,7 @@ ConfigurationClient::ConfigurationClient(QTcpSocket *socket, ConfigService &serv
 {
     m_delay.setSingleShot(true);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &ConfigurationClient::process);
-    connect(&m_delay, &QTimer::timeout, this, &ConfigurationClient::sendLate);
+    connect(&m_delay, &QTimer::timeout, this, &ConfigurationClient::sendDelayed);
 }
 
 bool ConfigurationClient::canRead() const
@@ -79,7 +79,7 @@ bool ConfigurationClient::takeBody()
     m_wanted -= quint64(piece.size());
     if (m_wanted > 0) {
         if (!piece.isEmpty())
-            m_patience.start();
+            m_timeout.start();
         return false;
     }
     const QByteArray body = std::exchange(m_body, {});
@@ -102,7 +102,7 @@ bool ConfigurationClient::skipBody()
     m_wanted -= quint64(piece.size());
     if (m_wanted > 0) {
         if (!piece.isEmpty())
-            m_patience.start();
+            m_timeout.start();
         return false;
     }
     enter(State::Ready);
@@ -197,7 +197,7 @@ void ConfigurationClient::send()
         Q_EMIT restartRequested();
 }
 
-void ConfigurationClient::sendLate()
+void ConfigurationClient::sendDelayed()
 {
     send();
     process();
@@ -208,15 +208,15 @@ void ConfigurationClient::enter(State state)
     m_state = state;
     switch (state) {
     case State::AwaitLength:
-        m_patience.start(m_timing.bodyTimeout);
+        m_timeout.start(m_timing.bodyTimeout);
         break;
     case State::Body:
     case State::Skip:
-        m_patience.start(TransferPatience);
+        m_timeout.start(TransferTimeout);
         break;
     case State::Ready:
     case State::Refused:
-        m_patience.start(IdlePatience);
+        m_timeout.start(IdleTimeout);
         break;
     }
 }

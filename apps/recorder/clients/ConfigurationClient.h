@@ -51,7 +51,7 @@ private:
     void refuse(const QString &reason, State next);
     void answer(const Answer &answer) override;
     void send();
-    void sendLate();
+    void sendDelayed();
     void beginService() override { enter(State::Ready); }
     void enter(State state);
     void expired() override;

@@ -116,7 +116,7 @@ HttpAccess::Verdict HttpAccess::checkDigest(const QByteArray &credentials, const
 /// Each count of a nonce is accepted once, so a recorded request cannot be replayed.
 bool HttpAccess::useNonce(const QByteArray &text, quint32 count)
 {
-    forgetOldNonces();
+    removeExpiredNonces();
     const auto nonce = std::find_if(m_nonces.begin(), m_nonces.end(),
                                     [&](const Nonce &candidate) { return candidate.text == text; });
     if (nonce == m_nonces.end() || count <= nonce->lastUse)
@@ -125,7 +125,7 @@ bool HttpAccess::useNonce(const QByteArray &text, quint32 count)
     return true;
 }
 
-void HttpAccess::forgetOldNonces()
+void HttpAccess::removeExpiredNonces()
 {
     const qint64 oldest = m_elapsed.elapsed() - NonceLife;
     m_nonces.removeIf([oldest](const Nonce &nonce) { return nonce.created < oldest; });
@@ -135,7 +135,7 @@ QList<QByteArray> HttpAccess::challenges(bool isStale)
 {
     QList<QByteArray> values;
     if (m_schemes & Digest) {
-        forgetOldNonces();
+        removeExpiredNonces();
         if (m_nonces.size() >= MaxNonces)
             m_nonces.removeFirst();
         quint32 numbers[4];

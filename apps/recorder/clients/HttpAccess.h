@@ -45,7 +45,7 @@ private:
     Verdict checkDigest(const QByteArray &credentials, const HttpRequest &request,
                         const QList<Account> &accounts);
     bool useNonce(const QByteArray &text, quint32 count);
-    void forgetOldNonces();
+    void removeExpiredNonces();
 
     unsigned m_schemes = Basic | Digest;
     QList<Nonce> m_nonces; // oldest first

@@ -14,11 +14,11 @@ namespace recorder
 namespace
 {
 
-constexpr int HeadPatience = 10 * 1000;
+constexpr int HeadTimeout = 10 * 1000;
 /// The limit for a client that does not read the answer.
-constexpr int StuckPagePatience = 10 * 1000;
+constexpr int StuckPageTimeout = 10 * 1000;
 /// The limit for the client to disconnect once the answer was sent.
-constexpr int PageDrainPatience = 1000;
+constexpr int PageDrainTimeout = 1000;
 
 QByteArray dateField()
 {
@@ -33,11 +33,10 @@ HttpClient::HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAc
                        VideoService &video, const ConnectionTiming &timing, QObject *parent)
     : Client(socket, parent), m_accounts(accounts), m_access(access), m_video(&video), m_timing(timing)
 {
-    m_patience.start(HeadPatience);
+    m_timeout.start(HeadTimeout);
     connect(m_socket, &QTcpSocket::readyRead, this, &HttpClient::process);
-    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
-        m_patience.start(m_socket->bytesToWrite() > 0 ? StuckPagePatience : PageDrainPatience);
-    });
+    connect(m_socket, &QTcpSocket::bytesWritten, this,
+            [this] { m_timeout.start(m_socket->bytesToWrite() > 0 ? StuckPageTimeout : PageDrainTimeout); });
 }
 
 void HttpClient::expired()
@@ -121,9 +120,9 @@ void HttpClient::send(const Response &response, bool withBody, bool canClose)
     lines += {"Content-Type: " + response.type, "Content-Length: " + QByteArray::number(response.body.size()),
               "Connection: close"};
     const QByteArray bytes = lines.join("\r\n") + "\r\n\r\n" + (withBody ? response.body : QByteArray());
-    m_patience.stop();
+    m_timeout.stop();
     QTimer::singleShot(m_timing.replyDelay, this, [this, bytes, canClose] {
-        m_patience.start(StuckPagePatience);
+        m_timeout.start(StuckPageTimeout);
         m_socket->write(bytes);
         if (canClose)
             m_socket->disconnectFromHost();

@@ -9,8 +9,8 @@ namespace recorder
 namespace
 {
 
-constexpr int LoginPatience = 30 * 1000;
-constexpr int DrainPatience = 1000;
+constexpr int LoginTimeout = 30 * 1000;
+constexpr int DrainTimeout = 1000;
 
 const QByteArray NamePrefix = QByteArrayLiteral("LOGIN=");
 const QByteArray PasswordPrefix = QByteArrayLiteral("PASS=");
@@ -121,7 +121,7 @@ void LoginClient::refuseForGood(const QString &reason)
 void LoginClient::enter(Phase phase)
 {
     m_phase = phase;
-    m_patience.start(phase == Phase::Drain ? DrainPatience : LoginPatience);
+    m_timeout.start(phase == Phase::Drain ? DrainTimeout : LoginTimeout);
 }
 
 void LoginClient::expired()

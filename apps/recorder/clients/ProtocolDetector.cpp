@@ -8,7 +8,7 @@ namespace recorder
 namespace
 {
 
-constexpr int Patience = 30 * 1000;
+constexpr int DetectionTimeout = 30 * 1000;
 constexpr char VideoLogin = 0x01;
 /// Enough for the longest method of HTTP, a blank and a slash.
 constexpr qsizetype MaxBytes = 10;
@@ -33,12 +33,12 @@ std::optional<Protocol> detectProtocol(const QByteArray &firstBytes)
 ProtocolDetector::ProtocolDetector(QTcpSocket *socket, QObject *parent) : Client(socket, parent)
 {
     connect(m_socket, &QTcpSocket::readyRead, this, &ProtocolDetector::detect);
-    m_patience.start(Patience);
+    m_timeout.start(DetectionTimeout);
 }
 
 QTcpSocket *ProtocolDetector::takeSocket()
 {
-    m_patience.stop();
+    m_timeout.stop();
     m_socket->disconnect(this);
     m_socket->setParent(nullptr);
     return m_socket;

@@ -11,10 +11,10 @@ namespace
 constexpr char VideoLoginByte = 0x01;
 constexpr qint64 MaxUnsentVideo = 2 * 1024 * 1024;
 /// The limit for a client that does not read.
-constexpr int StuckVideoPatience = 30 * 1000;
+constexpr int StuckVideoTimeout = 30 * 1000;
 
 /// The limit for ignored lines that are logged one by one.
-constexpr int MostIgnoredShown = 5;
+constexpr int MaxIgnoredLogged = 5;
 
 class SocketSink : public VideoSink
 {
@@ -47,11 +47,11 @@ VideoClient::VideoClient(QTcpSocket *socket, const ConfigService &accounts, Vide
 {
     connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
         if (phase() == Phase::Service)
-            m_patience.start(StuckVideoPatience);
+            m_timeout.start(StuckVideoTimeout);
     });
     connect(this, &Client::closed, this, [this] {
-        if (m_ignored > MostIgnoredShown)
-            Q_EMIT logged(QStringLiteral("ignored: %1 more lines").arg(m_ignored - MostIgnoredShown));
+        if (m_ignored > MaxIgnoredLogged)
+            Q_EMIT logged(QStringLiteral("ignored: %1 more lines").arg(m_ignored - MaxIgnoredLogged));
     });
 }
 
@@ -76,7 +76,7 @@ void VideoClient::handleCommand(const QByteArray &line)
     else if (m_video)
         fault = m_video->handleCommand(line);
     // A client that sends invalid lines without end must not fill the log.
-    if (!fault.isEmpty() && ++m_ignored > MostIgnoredShown)
+    if (!fault.isEmpty() && ++m_ignored > MaxIgnoredLogged)
         return;
     logLine(line);
     if (!fault.isEmpty())
@@ -87,7 +87,7 @@ void VideoClient::answerLogin()
 {
     m_mayTurnCameras = m_account && m_accounts.mayTurnCameras(*m_account);
     m_isAnswering = true;
-    m_patience.stop();
+    m_timeout.stop();
     QTimer::singleShot(m_timing.replyDelay, this, [this] {
         m_isAnswering = false;
         LoginClient::answerLogin();
@@ -109,7 +109,7 @@ void VideoClient::answer(const Answer &answer)
 
 void VideoClient::beginService()
 {
-    m_patience.start(StuckVideoPatience);
+    m_timeout.start(StuckVideoTimeout);
     if (!m_video)
         return;
     m_sink = std::make_shared<SocketSink>(m_socket);
@@ -121,7 +121,7 @@ void VideoClient::expired()
     if (phase() != Phase::Service) {
         LoginClient::expired();
     } else if (m_socket->bytesToWrite() == 0) {
-        m_patience.start(StuckVideoPatience);
+        m_timeout.start(StuckVideoTimeout);
     } else {
         Q_EMIT logged(QStringLiteral("closed: it does not take the video"));
         close();

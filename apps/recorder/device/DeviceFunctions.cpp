@@ -61,7 +61,7 @@ QByteArray DeviceFunctions::content(const char *file) const
     return m_folder.read(QString::fromLatin1(file)).value_or(QByteArray());
 }
 
-Answer DeviceFunctions::kept(const char *file, const QByteArray &content) const
+Answer DeviceFunctions::store(const char *file, const QByteArray &content) const
 {
     return m_folder.replace(QString::fromLatin1(file), content)
                ? okAnswer()
@@ -85,7 +85,7 @@ Answer DeviceFunctions::format(const QByteArray &body) const
         return missingDisk(disk);
     if (!m_mails.clear(disk))
         return errorAnswer(QStringLiteral("the disk cannot be written"));
-    return kept("disk", withIniValues(content("disk"), {{'/' + disk + "_USED", "0G"}}));
+    return store("disk", withIniValues(content("disk"), {{'/' + disk + "_USED", "0G"}}));
 }
 
 Answer DeviceFunctions::clearEmails(const QByteArray &body) const
@@ -112,7 +112,7 @@ Answer DeviceFunctions::adjustPicture(const QByteArray &body) const
             return errorAnswer(
                 QStringLiteral("%1 is no number from 0 to 100").arg(QString::fromUtf8(name.left(32))));
     }
-    return kept("streams", withIniValues(content("streams"), sent));
+    return store("streams", withIniValues(content("streams"), sent));
 }
 
 Answer DeviceFunctions::installPackage(const QByteArray &body) const
@@ -121,21 +121,21 @@ Answer DeviceFunctions::installPackage(const QByteArray &body) const
     if (!package.fault.isEmpty())
         return errorAnswer(package.fault);
     const PackageChange change = withPackage(content("soft"), package);
-    return change.fault.isEmpty() ? kept("soft", change.softFile) : errorAnswer(change.fault);
+    return change.fault.isEmpty() ? store("soft", change.softFile) : errorAnswer(change.fault);
 }
 
 Answer DeviceFunctions::removePackage(const QByteArray &body) const
 {
     const QByteArray name = iniValues(body).value("/PACKAGE_DELETE");
     const PackageChange change = withoutPackage(content("soft"), name);
-    return change.fault.isEmpty() ? kept("soft", change.softFile) : errorAnswer(change.fault);
+    return change.fault.isEmpty() ? store("soft", change.softFile) : errorAnswer(change.fault);
 }
 
 Answer DeviceFunctions::reboot() const
 {
     const QByteArray state = content("state");
     Answer answer = iniValues(state).contains("health/UPTIME_DAYS")
-                        ? kept("state", withIniValues(state, {{"health/UPTIME_DAYS", "0"}}))
+                        ? store("state", withIniValues(state, {{"health/UPTIME_DAYS", "0"}}))
                         : okAnswer();
     answer.restarts = answer.accepted;
     return answer;

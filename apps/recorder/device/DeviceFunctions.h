@@ -31,7 +31,7 @@ private:
     Answer sendTestEmail(const QByteArray &now) const;
 
     QByteArray content(const char *file) const;
-    Answer kept(const char *file, const QByteArray &content) const;
+    Answer store(const char *file, const QByteArray &content) const;
     Answer missingDisk(const QByteArray &disk) const;
     bool hasDisk(const QByteArray &disk) const;
 

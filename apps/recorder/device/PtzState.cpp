@@ -62,7 +62,7 @@ std::optional<int> pointNumber(const QByteArray &digits)
     return number >= 1 && number <= PtzState::MaxPoints ? std::optional(number) : std::nullopt;
 }
 
-double nearer(double value, double goal)
+double stepTowards(double value, double goal)
 {
     return std::abs(goal - value) <= StepSize ? goal : value + std::copysign(StepSize, goal - value);
 }
@@ -106,7 +106,7 @@ void PtzState::readFile(const QByteArray &streamsFile)
     Q_EMIT moved();
 }
 
-QString PtzState::obey(const QByteArray &line)
+QString PtzState::execute(const QByteArray &line)
 {
     const auto rest = [&line](QByteArrayView command) -> std::optional<QByteArray> {
         return line.startsWith(command) ? std::optional(line.mid(command.size())) : std::nullopt;
@@ -170,8 +170,8 @@ void PtzState::turnTo(const CameraPose &goal)
 
 void PtzState::step()
 {
-    m_pose = {nearer(m_pose.pan, m_goal.pan), nearer(m_pose.tilt, m_goal.tilt),
-              nearer(m_pose.zoom, m_goal.zoom)};
+    m_pose = {stepTowards(m_pose.pan, m_goal.pan), stepTowards(m_pose.tilt, m_goal.tilt),
+              stepTowards(m_pose.zoom, m_goal.zoom)};
     if (m_pose == m_goal)
         m_motor.stop();
     Q_EMIT moved();

@@ -44,7 +44,7 @@ public:
     /// Executes one line of a client, given without its line end: "PTZ GOTO n", "PTZ POINT n text" (without a
     /// text the point is removed) or "PTZ MOVE pan,tilt,zoom". Returns the error for the log; empty on
     /// success.
-    QString obey(const QByteArray &line);
+    QString execute(const QByteArray &line);
 
     const CameraPose &pose() const { return m_pose; }
     /// The text of a point, empty when there is none.

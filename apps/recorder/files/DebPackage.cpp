@@ -100,7 +100,7 @@ std::optional<QByteArray> controlFile(const QByteArray &tar)
 }
 
 /// The "Name: value" lines, without the lines that continue a value and begin with a blank.
-QMap<QByteArray, QByteArray> fields(const QByteArray &control)
+QMap<QByteArray, QByteArray> parseFields(const QByteArray &control)
 {
     QMap<QByteArray, QByteArray> found;
     for (const QByteArray &line : control.split('\n')) {
@@ -111,7 +111,7 @@ QMap<QByteArray, QByteArray> fields(const QByteArray &control)
     return found;
 }
 
-DebPackage faulty(const QString &fault)
+DebPackage failure(const QString &fault)
 {
     DebPackage package;
     package.fault = fault;
@@ -124,18 +124,18 @@ QByteArray listText(QByteArray text)
     return text.replace('\'', "").replace('"', "").left(120);
 }
 
-DebPackage described(const QByteArray &control)
+DebPackage parseControl(const QByteArray &control)
 {
-    const QMap<QByteArray, QByteArray> field = fields(control);
+    const QMap<QByteArray, QByteArray> field = parseFields(control);
     static const QRegularExpression name(QStringLiteral("^[a-z0-9][a-z0-9+.-]{1,63}$"));
     static const QRegularExpression version(QStringLiteral("^[A-Za-z0-9.+:~-]{1,64}$"));
     const auto fits = [&](const QRegularExpression &pattern, const char *key) {
         return pattern.match(QString::fromUtf8(field.value(key))).hasMatch();
     };
     if (!fits(name, "package"))
-        return faulty(QStringLiteral("the package has no proper name"));
+        return failure(QStringLiteral("the package has no proper name"));
     if (!fits(version, "version"))
-        return faulty(QStringLiteral("the package has no proper version"));
+        return failure(QStringLiteral("the package has no proper version"));
     const QByteArray priority = listText(field.value("priority", "optional"));
     return {field.value("package"), field.value("version"), listText(field.value("description")), priority,
             QString()};
@@ -147,21 +147,21 @@ DebPackage readDebPackage(const QByteArray &file)
 {
     const ArchiveReader reader = openArchive(file, {archive_read_support_format_ar});
     if (!reader || nextEntry(reader.get()) != "debian-binary")
-        return faulty(QStringLiteral("this is no package"));
+        return failure(QStringLiteral("this is no package"));
     if (!entryContent(reader.get(), file.size()).value_or(QByteArray()).startsWith("2."))
-        return faulty(QStringLiteral("the format of the package is unknown"));
+        return failure(QStringLiteral("the format of the package is unknown"));
     const QByteArray controlName = nextEntry(reader.get());
     if (!controlName.startsWith("control.tar"))
-        return faulty(QStringLiteral("the package has no control data"));
+        return failure(QStringLiteral("the package has no control data"));
     const std::optional<QByteArray> control = entryContent(reader.get(), file.size());
     if (!control || !nextEntry(reader.get()).startsWith("data.tar"))
-        return faulty(QStringLiteral("the package is incomplete"));
+        return failure(QStringLiteral("the package is incomplete"));
     if (!QByteArrayList{"control.tar", "control.tar.gz", "control.tar.xz", "control.tar.zst"}.contains(
             controlName))
-        return faulty(QStringLiteral("the control data of the package is not packed with gzip"));
+        return failure(QStringLiteral("the control data of the package is not packed with gzip"));
     const std::optional<QByteArray> tar = controlTar(*control);
     const std::optional<QByteArray> text = tar ? controlFile(*tar) : std::nullopt;
-    return text ? described(*text) : faulty(QStringLiteral("the control data of the package is damaged"));
+    return text ? parseControl(*text) : failure(QStringLiteral("the control data of the package is damaged"));
 }
 
 } // namespace recorder

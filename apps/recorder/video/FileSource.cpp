@@ -13,12 +13,12 @@ namespace
 {
 
 /// The limit of packets that are read for one picture: more would block the event loop.
-constexpr int MostPackets = 200;
-constexpr double LongestInterval = 10000;
+constexpr int MaxPacketsPerPicture = 200;
+constexpr double MaxIntervalMs = 10000;
 /// The limit for one picture, so that a file without pictures is not read for ever.
-constexpr int MostRewinds = 2;
+constexpr int MaxRewindsPerPicture = 2;
 
-std::optional<VideoCodec> sentAsItIs(AVCodecID id)
+std::optional<VideoCodec> passThroughCodec(AVCodecID id)
 {
     switch (id) {
     case AV_CODEC_ID_H264:
@@ -61,7 +61,7 @@ std::unique_ptr<VideoSource> FileSource::open(const QString &path, const VideoSe
         return nullptr;
     const AVStream *stream = source->m_input->streams[source->m_stream];
     source->m_fileCodec = stream->codecpar->codec_id;
-    const std::optional<VideoCodec> codec = sentAsItIs(source->m_fileCodec);
+    const std::optional<VideoCodec> codec = passThroughCodec(source->m_fileCodec);
     source->m_codec = codec.value_or(settings.codec);
     fault = codec ? source->openFilter() : source->openTranscoder(settings);
     if (!fault.isEmpty())
@@ -146,7 +146,7 @@ CodedPicture FileSource::next(bool wantKey, const CameraPose &, qint64)
 /// packet, which flushes the pictures that it delays.
 bool FileSource::readPacket()
 {
-    for (int tries = 0; tries < MostPackets; ++tries) {
+    for (int tries = 0; tries < MaxPacketsPerPicture; ++tries) {
         av_packet_unref(m_packet.get());
         const int result = m_input ? av_read_frame(m_input.get(), m_packet.get()) : AVERROR_EOF;
         if (result < 0) {
@@ -159,7 +159,7 @@ bool FileSource::readPacket()
             continue;
         const AVRational base = m_input->streams[m_stream]->time_base;
         if (m_packet->duration > 0)
-            m_interval = std::min(1000.0 * double(m_packet->duration) * av_q2d(base), LongestInterval);
+            m_interval = std::min(1000.0 * double(m_packet->duration) * av_q2d(base), MaxIntervalMs);
         return true;
     }
     return false;
@@ -167,7 +167,7 @@ bool FileSource::readPacket()
 
 bool FileSource::rewind()
 {
-    if (++m_rewinds > MostRewinds) {
+    if (++m_rewinds > MaxRewindsPerPicture) {
         m_fault = QStringLiteral("there is no picture in it any more");
         return false;
     }
@@ -212,7 +212,7 @@ CodedPicture FileSource::transcoded(bool wantKey)
 
 bool FileSource::decode()
 {
-    for (int tries = 0; tries < MostPackets; ++tries) {
+    for (int tries = 0; tries < MaxPacketsPerPicture; ++tries) {
         const int result = avcodec_receive_frame(m_decoder.get(), m_decoded.get());
         if (result == 0)
             return true;

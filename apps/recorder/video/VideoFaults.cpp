@@ -84,11 +84,11 @@ QStringList FaultInjector::damage(QList<QByteArray> &records)
 /// Random bytes that cannot contain the magic number of a record.
 QByteArray FaultInjector::garbage()
 {
-    constexpr int Least = 8;
-    constexpr int Most = 400;
+    constexpr int Min = 8;
+    constexpr int Max = 400;
     constexpr int FirstByte = 0x80;
     constexpr int LastByte = 0xB4;
-    QByteArray bytes(m_random.bounded(Least, Most), '\0');
+    QByteArray bytes(m_random.bounded(Min, Max), '\0');
     for (char &byte : bytes)
         byte = char(m_random.bounded(FirstByte, LastByte));
     return bytes;

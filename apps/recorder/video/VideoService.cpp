@@ -20,7 +20,7 @@ namespace
 constexpr qint64 MsPerSecond = 1000;
 constexpr QSize OverviewSize = {640, 360};
 /// Milliseconds; pictures that are later than this are skipped.
-constexpr double MostLate = 500;
+constexpr double MaxDelayMs = 500;
 
 /// Half the size, or twice when that is too small.
 QSize otherSize(QSize size)
@@ -110,12 +110,12 @@ QByteArray VideoService::snapshot() const
 
 QByteArray VideoService::fileSnapshot() const
 {
-    constexpr int MostPictures = 100;
+    constexpr int MaxPictures = 100;
     if (const QByteArray picture = m_source ? m_source->snapshot() : QByteArray(); !picture.isEmpty())
         return picture;
-    const std::unique_ptr<VideoSource> source = sourceFor(m_current, m_file, nullptr);
+    const std::unique_ptr<VideoSource> source = openSourceFor(m_current, m_file, nullptr);
     QByteArray picture;
-    for (int tries = 0; source && picture.isEmpty() && tries < MostPictures; ++tries) {
+    for (int tries = 0; source && picture.isEmpty() && tries < MaxPictures; ++tries) {
         source->next(true, m_pose, 0);
         picture = source->snapshot();
     }
@@ -170,11 +170,11 @@ int VideoService::watcherCount() const
 
 void VideoService::tick()
 {
-    if (!forgetGone() || (!m_source && !openSource())) {
+    if (!removeClosedSinks() || (!m_source && !openSource())) {
         endStream();
         return;
     }
-    sendLate();
+    sendDelayed();
     m_faults.nextPicture();
     changeByFault();
     m_isStalled = m_faults.isDue(VideoFaults::Stall);
@@ -190,13 +190,13 @@ void VideoService::schedule()
 {
     const double now = double(m_elapsed.elapsed());
     m_due += m_isStalled ? m_faults.faults().stall : m_source->interval();
-    if (m_due < now - MostLate)
+    if (m_due < now - MaxDelayMs)
         m_due = now;
     m_timer.start(int(std::max(0.0, std::ceil(m_due - now))));
 }
 
-std::unique_ptr<VideoSource> VideoService::sourceFor(const VideoSettings &settings, const QString &file,
-                                                     QString *fault) const
+std::unique_ptr<VideoSource> VideoService::openSourceFor(const VideoSettings &settings, const QString &file,
+                                                         QString *fault) const
 {
     QString reason;
     std::unique_ptr<VideoSource> source =
@@ -208,7 +208,7 @@ std::unique_ptr<VideoSource> VideoService::sourceFor(const VideoSettings &settin
 
 bool VideoService::useSource(const VideoSettings &settings, const QString &file, QString *fault)
 {
-    std::unique_ptr<VideoSource> source = sourceFor(settings, file, fault);
+    std::unique_ptr<VideoSource> source = openSourceFor(settings, file, fault);
     if (!source)
         return false;
     m_current = settings;
@@ -247,7 +247,7 @@ void VideoService::logFault(const QString &what)
 bool VideoService::openSource()
 {
     QString fault;
-    m_source = sourceFor(m_current, m_file, &fault);
+    m_source = openSourceFor(m_current, m_file, &fault);
     if (!m_source)
         fail(m_file.isEmpty() ? QStringLiteral("there is no video: %1").arg(fault)
                               : QStringLiteral("there is no video: cannot show %1: %2").arg(m_file, fault));
@@ -271,13 +271,13 @@ void VideoService::endStream()
 }
 
 /// False when no watcher is left.
-bool VideoService::forgetGone()
+bool VideoService::removeClosedSinks()
 {
     m_watchers.removeIf([](const Watcher &watcher) { return watcher.sink.expired(); });
     return !m_watchers.isEmpty();
 }
 
-bool VideoService::somebodyBegins() const
+bool VideoService::hasNewWatcher() const
 {
     return std::any_of(m_watchers.begin(), m_watchers.end(),
                        [](const Watcher &watcher) { return !watcher.isStarted; });
@@ -287,7 +287,7 @@ VideoService::Burst VideoService::nextBurst()
 {
     const qint64 time = m_clock();
     const bool needsIndex = m_beginsAnew || time / MsPerSecond != m_second;
-    const CodedPicture picture = m_source->next(needsIndex || somebodyBegins(), m_pose, time);
+    const CodedPicture picture = m_source->next(needsIndex || hasNewWatcher(), m_pose, time);
     ++m_encodedPictures;
     QList<QByteArray> records;
     if (!picture.bytes.isEmpty())
@@ -362,17 +362,17 @@ void VideoService::send(const Burst &burst)
             continue;
         const qsizetype now = m_isStalled ? bytes.size() / 2 : bytes.size();
         sink->write(bytes.left(now));
-        m_watchers[i].late = bytes.mid(now);
+        m_watchers[i].delayed = bytes.mid(now);
     }
 }
 
-void VideoService::sendLate()
+void VideoService::sendDelayed()
 {
     for (Watcher &watcher : m_watchers) {
-        const QByteArray late = std::exchange(watcher.late, {});
+        const QByteArray delayed = std::exchange(watcher.delayed, {});
         const std::shared_ptr<VideoSink> sink = watcher.sink.lock();
-        if (sink && !late.isEmpty())
-            sink->write(late);
+        if (sink && !delayed.isEmpty())
+            sink->write(delayed);
     }
 }
 

@@ -116,7 +116,7 @@ private:
     struct Watcher {
         std::weak_ptr<VideoSink> sink;
         bool isStarted = false;
-        QByteArray late = {}; ///< what is sent after the stall
+        QByteArray delayed = {}; ///< what is sent after the stall
     };
     /// What is sent with one picture.
     struct Burst {
@@ -127,22 +127,22 @@ private:
     QByteArray fileSnapshot() const;
     void tick();
     void schedule();
-    std::unique_ptr<VideoSource> sourceFor(const VideoSettings &settings, const QString &file,
-                                           QString *fault) const;
+    std::unique_ptr<VideoSource> openSourceFor(const VideoSettings &settings, const QString &file,
+                                               QString *fault) const;
     bool useSource(const VideoSettings &settings, const QString &file, QString *fault);
     bool openSource();
     void changeByFault();
     void logFault(const QString &what);
     void sendEvent(qint64 second);
     void endStream();
-    bool forgetGone();
-    bool somebodyBegins() const;
+    bool removeClosedSinks();
+    bool hasNewWatcher() const;
     Burst nextBurst();
     QByteArray header() const;
     QByteArray indexAndClock(qint64 time);
     QByteArray textRecords(quint8 streamId, const QByteArray &text) const;
     void send(const Burst &burst);
-    void sendLate();
+    void sendDelayed();
     void checkSource();
     void checkRecording();
     void fail(const QString &line);

@@ -40,15 +40,15 @@ QByteArray streamLabel(VideoCodec codec)
 
 QString settingsFault(const VideoSettings &settings)
 {
-    constexpr QSize Least = VideoSettings::MinSize;
-    constexpr QSize Most = VideoSettings::MaxSize;
+    constexpr QSize Min = VideoSettings::MinSize;
+    constexpr QSize Max = VideoSettings::MaxSize;
     const QSize size = settings.size;
-    if (size.boundedTo(Most).expandedTo(Least) != size || size.width() % 2 || size.height() % 2)
+    if (size.boundedTo(Max).expandedTo(Min) != size || size.width() % 2 || size.height() % 2)
         return QStringLiteral("a picture has an even size from %1x%2 to %3x%4")
-            .arg(Least.width())
-            .arg(Least.height())
-            .arg(Most.width())
-            .arg(Most.height());
+            .arg(Min.width())
+            .arg(Min.height())
+            .arg(Max.width())
+            .arg(Max.height());
     if (settings.rate < 1 || settings.rate > VideoSettings::MaxRate)
         return QStringLiteral("there are 1 to %1 pictures a second").arg(VideoSettings::MaxRate);
     if (settings.fragmentSize < 1 || settings.fragmentSize > VideoSettings::MaxFragment)
