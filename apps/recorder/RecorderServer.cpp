@@ -140,19 +140,14 @@ void RecorderServer::setReplyDelay(int milliseconds)
     m_timing.replyDelay = std::max(0, milliseconds);
 }
 
-int RecorderServer::replyDelay() const
-{
-    return m_timing.replyDelay;
-}
-
 void RecorderServer::setBodyTimeout(int milliseconds)
 {
     m_timing.bodyTimeout = std::max(0, milliseconds);
 }
 
-int RecorderServer::bodyTimeout() const
+void RecorderServer::setDrainTimeout(int milliseconds)
 {
-    return m_timing.bodyTimeout;
+    m_timing.drainTimeout = std::max(0, milliseconds);
 }
 
 QString RecorderServer::filePath(const QString &name) const

@@ -65,10 +65,11 @@ public:
 
     /// Every answer, the one to a login included, is sent this much later (milliseconds, 0 for at once).
     void setReplyDelay(int milliseconds);
-    int replyDelay() const;
     /// How long a PUT may wait for its length line before it counts as one without a body (default 2000 ms).
     void setBodyTimeout(int milliseconds);
-    int bodyTimeout() const;
+    /// How long a client may take to disconnect after its last answer before the server does (default 1000
+    /// ms).
+    void setDrainTimeout(int milliseconds);
 
     /// How long the recorder does not listen when a client restarts it (default 3000 ms).
     void setRebootTime(int milliseconds) { m_rebootTime = milliseconds; }

@@ -58,6 +58,7 @@ void TestRecorderHttp::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_server = std::make_unique<RecorderServer>(m_folder->path());
+    m_server->setDrainTimeout(50);
     QVERIFY(m_server->listen());
 }
 

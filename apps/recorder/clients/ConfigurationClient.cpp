@@ -47,8 +47,7 @@ qsizetype mostBytes(const Command &command)
 
 ConfigurationClient::ConfigurationClient(QTcpSocket *socket, ConfigService &service,
                                          const ConnectionTiming &timing, QObject *parent)
-    : LoginClient(socket, service, {ConfigurationLoginByte, MaxRefusals}, parent), m_service(service),
-      m_timing(timing)
+    : LoginClient(socket, service, {ConfigurationLoginByte, MaxRefusals}, timing, parent), m_service(service)
 {
     m_delay.setSingleShot(true);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &ConfigurationClient::process);

@@ -57,7 +57,6 @@ private:
     void expired() override;
 
     ConfigService &m_service;
-    const ConnectionTiming &m_timing; // that of the server
     QTimer m_delay;
     State m_state = State::Ready;
     Command m_command;    // the one whose body is awaited

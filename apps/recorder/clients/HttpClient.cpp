@@ -17,8 +17,6 @@ namespace
 constexpr int HeadTimeout = 10 * 1000;
 /// The limit for a client that does not read the answer.
 constexpr int StuckPageTimeout = 10 * 1000;
-/// The limit for the client to disconnect once the answer was sent.
-constexpr int PageDrainTimeout = 1000;
 
 QByteArray dateField()
 {
@@ -35,8 +33,9 @@ HttpClient::HttpClient(QTcpSocket *socket, const ConfigService &accounts, HttpAc
 {
     m_timeout.start(HeadTimeout);
     connect(m_socket, &QTcpSocket::readyRead, this, &HttpClient::process);
-    connect(m_socket, &QTcpSocket::bytesWritten, this,
-            [this] { m_timeout.start(m_socket->bytesToWrite() > 0 ? StuckPageTimeout : PageDrainTimeout); });
+    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
+        m_timeout.start(m_socket->bytesToWrite() > 0 ? StuckPageTimeout : m_timing.drainTimeout);
+    });
 }
 
 void HttpClient::expired()

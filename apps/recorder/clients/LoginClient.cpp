@@ -10,7 +10,6 @@ namespace
 {
 
 constexpr int LoginTimeout = 30 * 1000;
-constexpr int DrainTimeout = 1000;
 
 const QByteArray NamePrefix = QByteArrayLiteral("LOGIN=");
 const QByteArray PasswordPrefix = QByteArrayLiteral("PASS=");
@@ -19,8 +18,8 @@ const QString HiddenPassword = QStringLiteral("PASS=***");
 } // namespace
 
 LoginClient::LoginClient(QTcpSocket *socket, const ConfigService &accounts, const LoginRules &rules,
-                         QObject *parent)
-    : Client(socket, parent), m_accounts(accounts), m_rules(rules)
+                         const ConnectionTiming &timing, QObject *parent)
+    : Client(socket, parent), m_accounts(accounts), m_timing(timing), m_rules(rules)
 {
     connect(m_socket, &QTcpSocket::readyRead, this, &LoginClient::process);
     enter(Phase::Login);
@@ -121,7 +120,7 @@ void LoginClient::refuseForGood(const QString &reason)
 void LoginClient::enter(Phase phase)
 {
     m_phase = phase;
-    m_timeout.start(phase == Phase::Drain ? DrainTimeout : LoginTimeout);
+    m_timeout.start(phase == Phase::Drain ? m_timing.drainTimeout : LoginTimeout);
 }
 
 void LoginClient::expired()

@@ -2,6 +2,7 @@
 
 #include "recorder/clients/Client.h"
 #include "recorder/protocol/Answers.h"
+#include "recorder/protocol/ConnectionTiming.h"
 #include "recorder/protocol/InputBuffer.h"
 
 namespace recorder
@@ -35,7 +36,8 @@ protected:
         int maxRefusals = 1; ///< the last of them ends the connection
     };
 
-    LoginClient(QTcpSocket *socket, const ConfigService &accounts, const LoginRules &rules, QObject *parent);
+    LoginClient(QTcpSocket *socket, const ConfigService &accounts, const LoginRules &rules,
+                const ConnectionTiming &timing, QObject *parent);
 
     Phase phase() const { return m_phase; }
     /// Processes what has arrived while canRead().
@@ -69,6 +71,7 @@ protected:
     virtual void answer(const Answer &answer) = 0;
 
     const ConfigService &m_accounts;
+    const ConnectionTiming &m_timing; // that of the server
     InputBuffer m_input;
 
 private:

@@ -43,7 +43,7 @@ private:
 
 VideoClient::VideoClient(QTcpSocket *socket, const ConfigService &accounts, VideoService &video,
                          const ConnectionTiming &timing, QObject *parent)
-    : LoginClient(socket, accounts, {VideoLoginByte}, parent), m_video(&video), m_timing(timing)
+    : LoginClient(socket, accounts, {VideoLoginByte}, timing, parent), m_video(&video)
 {
     connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
         if (phase() == Phase::Service)

@@ -31,8 +31,7 @@ private:
     void expired() override;
 
     QPointer<VideoService> m_video;
-    const ConnectionTiming &m_timing; // that of the server
-    bool m_isAnswering = false;       // the answer to the login waits for the reply delay
+    bool m_isAnswering = false; // the answer to the login waits for the reply delay
     bool m_mayTurnCameras = false;
     int m_ignored = 0; // lines
     std::shared_ptr<VideoSink> m_sink;

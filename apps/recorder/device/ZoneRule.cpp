@@ -32,7 +32,7 @@ QString changePattern(char name)
         .arg(QLatin1Char(name));
 }
 
-/// Recorders take "UTC" without an offset for British time. Installations rely on this old mistake.
+/// Recorders take the rule UTC+0UTC+0 for British time. Installations rely on this old mistake.
 QString withoutSpecialNames(const QString &text)
 {
     if (text.isEmpty())
