@@ -155,6 +155,11 @@ QString RecorderServer::filePath(const QString &name) const
     return m_service->folder().filePath(name);
 }
 
+void RecorderServer::setClock(std::function<qint64()> seconds)
+{
+    m_service->clock().setSource(std::move(seconds));
+}
+
 void RecorderServer::setSnapshotLogins(unsigned schemes)
 {
     m_access->setSchemes(schemes);

@@ -82,6 +82,10 @@ public:
     /// The live video. It lives as long as the server.
     VideoService &video() { return *m_video; }
 
+    /// Replaces the clock of this computer, from which the recorder's own is reckoned, by a function that
+    /// returns the seconds since 1970 (UTC). The video has a clock of its own.
+    void setClock(std::function<qint64()> seconds);
+
     /// The authentication schemes of the snapshot: a set of HttpAccess::Scheme, all by default.
     void setSnapshotLogins(unsigned schemes);
 

@@ -210,12 +210,23 @@ void TestRecorderFunctions::keepsTheClockGoing()
     QFETCH(QByteArray, zone);
     QFETCH(QByteArray, set);
     QFETCH(QByteArray, later);
+    qint64 now = 1'600'000'000;
+    const auto clock = [&now] { return now; };
+    const auto reading = [this] {
+        const QByteArray answer = ask("GET TIME CONFIG\r\n");
+        return answer.mid(answer.indexOf("YYYYMMDDHHMMSS='") + 16, 14);
+    };
+    m_server->setClock(clock);
     QCOMPARE(ask(withBody("PUT TIME CONFIG", "YYYYMMDDHHMMSS=" + set + "\nTIME_ZONE=" + zone + '\n')), Ok);
-    AWAIT_VERIFY(ask("GET TIME CONFIG\r\n").contains("YYYYMMDDHHMMSS='" + later + '\''));
-    // Also when it was switched off meanwhile.
+    QCOMPARE(reading(), set);
+    now += 1;
+    QCOMPARE(reading(), later);
+    // Also while the recorder is switched off.
     m_server = std::make_unique<RecorderServer>(m_folder->filePath("data"));
+    m_server->setClock(clock);
     QVERIFY(m_server->listen());
-    QVERIFY(ask("GET TIME CONFIG\r\n").contains("YYYYMMDDHHMMSS='" + later.chopped(2)));
+    now += 59;
+    QCOMPARE(reading(), later.chopped(2) + "59");
 }
 
 void TestRecorderFunctions::restarts()

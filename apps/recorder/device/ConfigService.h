@@ -18,6 +18,7 @@ public:
     ConfigService(const QString &dataDir, const QString &model);
 
     const DataFolder &folder() const { return m_folder; }
+    RecorderClock &clock() { return m_clock; }
 
     QList<Account> accounts() const;
     std::optional<Account> login(const QByteArray &name, const QByteArray &password) const;

@@ -24,10 +24,15 @@ QDateTime parsed(const QByteArray &digits)
 
 } // namespace
 
+RecorderClock::RecorderClock(const DataFolder &folder)
+    : m_folder(folder), m_source(&QDateTime::currentSecsSinceEpoch)
+{
+}
+
 qint64 RecorderClock::localNow(const ZoneRule &zone) const
 {
     const QByteArray kept = m_folder.read(ClockFile).value_or(QByteArray());
-    return zone.localOf(QDateTime::currentSecsSinceEpoch() + iniValues(kept).value(OffsetKey).toLongLong());
+    return zone.localOf(m_source() + iniValues(kept).value(OffsetKey).toLongLong());
 }
 
 QByteArray RecorderClock::digits(const ZoneRule &zone) const
@@ -45,7 +50,7 @@ bool RecorderClock::set(const QByteArray &digits, const ZoneRule &zone) const
 {
     if (!isValid(digits))
         return false;
-    keepOffset(zone.utcOf(parsed(digits).toSecsSinceEpoch()) - QDateTime::currentSecsSinceEpoch());
+    keepOffset(zone.utcOf(parsed(digits).toSecsSinceEpoch()) - m_source());
     return true;
 }
 

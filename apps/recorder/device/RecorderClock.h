@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+#include <functional>
+
 namespace recorder
 {
 
@@ -14,7 +16,10 @@ class DataFolder;
 class RecorderClock
 {
 public:
-    explicit RecorderClock(const DataFolder &folder) : m_folder(folder) {}
+    explicit RecorderClock(const DataFolder &folder);
+
+    /// Replaces the clock of this computer by a function that returns the seconds since 1970 (UTC).
+    void setSource(std::function<qint64()> source) { m_source = std::move(source); }
 
     /// The local time, as the 14 digits YYYYMMDDHHMMSS and in readable form.
     QByteArray digits(const ZoneRule &zone) const;
@@ -32,6 +37,7 @@ private:
     void keepOffset(qint64 seconds) const;
 
     const DataFolder &m_folder;
+    std::function<qint64()> m_source;
 };
 
 } // namespace recorder
