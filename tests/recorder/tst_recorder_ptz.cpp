@@ -1,12 +1,12 @@
 #include "RawClient.h"
 
 #include "recorder/RecorderServer.h"
+#include "recorder/video/VideoService.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
 #include <QFile>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
@@ -88,11 +88,16 @@ void TestRecorderPtz::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_server = std::make_unique<RecorderServer>(m_folder->path());
+    // Positions are sent with pictures.
+    recorder::VideoSettings fast = m_server->video().settings();
+    fast.size = {160, 120};
+    fast.rate = recorder::VideoSettings::MaxRate;
+    QVERIFY(m_server->video().setSettings(fast));
     m_log.clear();
     connect(m_server.get(), &RecorderServer::logged, this, [this](const QString &line) { m_log << line; });
     QFile streams(m_server->filePath("streams"));
     QVERIFY(streams.open(QIODevice::WriteOnly));
-    streams.write("[ ptz ]\nPAN='0.3'\nTILT='-0.25'\nZOOM='0.5'\nPOINT2='0.7,0.5,0.6,-0.1,0.2'\n"
+    streams.write("[ ptz ]\nPAN='0.3'\nTILT='-0.9'\nZOOM='0.5'\nPOINT2='0.7,0.5,0.4,-0.96,0.44'\n"
                   "POINT3='0.5,0.8'\n");
     streams.close();
     QVERIFY2(m_server->listen(), qPrintable(m_server->errorString()));
@@ -101,9 +106,9 @@ void TestRecorderPtz::init()
 void TestRecorderPtz::turnsStepByStep()
 {
     Watcher watcher(m_server->port());
-    AWAIT_COMPARE(watcher.positions, QByteArrayList{"0.300,-0.250,0.500"});
+    AWAIT_COMPARE(watcher.positions, QByteArrayList{"0.300,-0.900,0.500"});
     watcher.send("PTZ GOTO 2\r\n");
-    AWAIT_COMPARE(watcher.last(), "0.600,-0.100,0.200");
+    AWAIT_COMPARE(watcher.last(), "0.400,-0.960,0.440");
     double before = 0.3;
     for (const QByteArray &position : watcher.positions) {
         const double pan = position.split(',').constFirst().toDouble();
@@ -111,12 +116,12 @@ void TestRecorderPtz::turnsStepByStep()
         before = pan;
     }
 
-    // A client that comes later is told it too, and so is everybody what another one asks for.
+    // Later clients get the position too, and all clients see the turns of others.
     Watcher other(m_server->port());
-    AWAIT_COMPARE(other.positions, QByteArrayList{"0.600,-0.100,0.200"});
-    other.send("PTZ POINT 9 0.1,0.1,0.55,-2,0.2,mine\r\nPTZ MOVE 0.7,-0.1,0.2\nPTZ GOTO 9\r\n");
-    AWAIT_COMPARE(watcher.last(), "0.550,-1.000,0.200");
-    QCOMPARE(m_server->ptz().point(9), "0.1,0.1,0.55,-2,0.2,mine");
+    AWAIT_COMPARE(other.positions, QByteArrayList{"0.400,-0.960,0.440"});
+    other.send("PTZ POINT 9 0.1,0.1,0.35,-2,0.44,mine\r\nPTZ MOVE 0.5,-0.96,0.44\nPTZ GOTO 9\r\n");
+    AWAIT_COMPARE(watcher.last(), "0.350,-1.000,0.440");
+    QCOMPARE(m_server->ptz().point(9), "0.1,0.1,0.35,-2,0.44,mine");
 }
 
 void TestRecorderPtz::ignoresRubbish_data()
@@ -145,11 +150,11 @@ void TestRecorderPtz::ignoresRubbish()
     Watcher watcher(m_server->port());
     AWAIT_COMPARE(watcher.positions.size(), 1);
     m_log.clear();
-    watcher.send(line + "\r\nPTZ MOVE 0.32,-0.25,0.5\r\n");
-    AWAIT_COMPARE(watcher.last(), "0.320,-0.250,0.500");
+    watcher.send(line + "\r\nPTZ MOVE 0.32,-0.9,0.5\r\n");
+    AWAIT_COMPARE(watcher.last(), "0.320,-0.900,0.500");
     QVERIFY(watcher.isConnected());
     QCOMPARE(watcher.positions.size(), 2);
-    QCOMPARE(m_server->ptz().point(2), "0.7,0.5,0.6,-0.1,0.2");
+    QCOMPARE(m_server->ptz().point(2), "0.7,0.5,0.4,-0.96,0.44");
     QVERIFY2(!m_log.filter("ignored").isEmpty(), qPrintable(m_log.join('\n')));
 }
 
@@ -207,16 +212,16 @@ void TestRecorderPtz::takesSavedFiles()
 {
     Watcher watcher(m_server->port());
     AWAIT_COMPARE(watcher.positions.size(), 1);
-    watcher.send("PTZ MOVE 0.4,-0.25,0.5\r\n");
-    AWAIT_COMPARE(watcher.last(), "0.400,-0.250,0.500");
-    // Who saves everything with the position of before has not asked for a turn.
-    save("[ ptz ]\nPAN='0.3'\nTILT='-0.25'\nZOOM='0.5'\nPOINT1='0,0,0.5,-0.25,0.5'\n");
-    QVERIFY(!QSignalSpy(&m_server->ptz(), &recorder::PtzState::moved).wait(200));
+    watcher.send("PTZ MOVE 0.34,-0.9,0.5\r\n");
+    AWAIT_COMPARE(watcher.last(), "0.340,-0.900,0.500");
+    // A client that saves all files sends the old position without asking for a turn.
+    save("[ ptz ]\nPAN='0.3'\nTILT='-0.9'\nZOOM='0.5'\nPOINT1='0,0,0.38,-0.9,0.5'\n");
+    QVERIFY(!m_server->ptz().isTurning());
     QCOMPARE(m_server->ptz().point(2), "");
     watcher.send("PTZ GOTO 1\r\n");
-    AWAIT_COMPARE(watcher.last(), "0.500,-0.250,0.500");
-    save("[ ptz ]\nPAN='0.3'\nTILT='-0.2'\nZOOM='0.5'\n");
-    AWAIT_COMPARE(watcher.last(), "0.300,-0.200,0.500");
+    AWAIT_COMPARE(watcher.last(), "0.380,-0.900,0.500");
+    save("[ ptz ]\nPAN='0.3'\nTILT='-0.88'\nZOOM='0.5'\n");
+    AWAIT_COMPARE(watcher.last(), "0.300,-0.880,0.500");
 }
 
 QTEST_GUILESS_MAIN(TestRecorderPtz)

@@ -80,8 +80,8 @@ QByteArray CameraPose::text() const
 
 PtzState::PtzState(QObject *parent) : QObject(parent)
 {
-    m_motor.setInterval(StepPeriod);
-    connect(&m_motor, &QTimer::timeout, this, &PtzState::step);
+    m_stepTimer.setInterval(StepPeriod);
+    connect(&m_stepTimer, &QTimer::timeout, this, &PtzState::step);
 }
 
 void PtzState::readFile(const QByteArray &streamsFile)
@@ -163,9 +163,9 @@ void PtzState::turnTo(const CameraPose &goal)
 {
     m_goal = goal;
     if (m_goal == m_pose)
-        m_motor.stop();
-    else if (!m_motor.isActive())
-        m_motor.start();
+        m_stepTimer.stop();
+    else if (!m_stepTimer.isActive())
+        m_stepTimer.start();
 }
 
 void PtzState::step()
@@ -173,7 +173,7 @@ void PtzState::step()
     m_pose = {stepTowards(m_pose.pan, m_goal.pan), stepTowards(m_pose.tilt, m_goal.tilt),
               stepTowards(m_pose.zoom, m_goal.zoom)};
     if (m_pose == m_goal)
-        m_motor.stop();
+        m_stepTimer.stop();
     Q_EMIT moved();
 }
 

@@ -47,6 +47,7 @@ public:
     QString execute(const QByteArray &line);
 
     const CameraPose &pose() const { return m_pose; }
+    bool isTurning() const { return m_stepTimer.isActive(); }
     /// The text of a point, empty when there is none.
     QByteArray point(int number) const { return m_points.value(number); }
 
@@ -65,7 +66,7 @@ private:
     CameraPose m_goal;
     std::optional<CameraPose> m_filePose;
     QMap<int, QByteArray> m_points;
-    QTimer m_motor;
+    QTimer m_stepTimer;
 };
 
 } // namespace recorder
