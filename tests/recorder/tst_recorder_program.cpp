@@ -1,4 +1,5 @@
 #include "RawClient.h"
+#include "support/TestTable.h"
 #include "support/Waiting.h"
 
 #include <QDir>
@@ -7,6 +8,8 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
+
+using paravue::test::TestTable;
 
 class TestRecorderProgram : public QObject
 {
@@ -22,49 +25,44 @@ private Q_SLOTS:
 
 void TestRecorderProgram::explainsUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("says");
-    QTest::newRow("help") << QStringList("--help") << 0 << "--data <DIR>";
-    QTest::newRow("version") << QStringList("--version") << 0 << "paravue-recorder ";
-    QTest::newRow("unknown option") << QStringList("--speed=3") << 2 << "Unknown option 'speed'";
-    QTest::newRow("port is no number") << QStringList("--port=http") << 2 << "--port takes a number";
-    QTest::newRow("port too large") << QStringList("--port=65536") << 2 << "--port takes a number";
-    QTest::newRow("negative delay") << QStringList("--delay=-1") << 2 << "--delay takes a number";
-    QTest::newRow("port without value") << QStringList("--port") << 2 << "--port";
-    QTest::newRow("empty folder name") << QStringList("--data=") << 2 << "--data takes a folder";
-    QTest::newRow("surplus word") << QStringList("5049") << 2 << "unexpected argument \"5049\"";
-    QTest::newRow("no such codec") << QStringList("--video-codec=h265") << 2
-                                   << "--video-codec takes h264, mpeg4, mjpeg, not \"h265\"";
-    QTest::newRow("size without height")
-        << QStringList("--video-size=640") << 2 << "--video-size takes a size such as 640x360, not \"640\"";
-    QTest::newRow("odd size") << QStringList("--video-size=641x360") << 2
-                              << "--video-size: a picture has an even size";
-    QTest::newRow("no pictures") << QStringList("--video-rate=0") << 2
-                                 << "--video-rate takes a number from 1 to 200";
-    QTest::newRow("no such fault") << QStringList("--video-fault=lost,fire") << 2
-                                   << "--video-fault: there is no fault \"fire\", only garbage, lost, header";
-    QTest::newRow("endless stall") << QStringList("--video-fault=stall=20001") << 2
-                                   << "--video-fault: a stall lasts 1 to 20000 milliseconds";
-    QTest::newRow("every what") << QStringList("--video-fault-every=5") << 2
-                                << "--video-fault-every says nothing without --video-fault";
-    QTest::newRow("first of two lists")
-        << QStringList{"--video-fault=fire", "--video-fault=lost"} << 2 << "there is no fault \"fire\"";
-    QTest::newRow("clients") << QStringList("--help") << 0 << "32 clients";
-    QTest::newRow("size of a file") << QStringList{"--video=a.mp4", "--video-fault=size"} << 2
-                                    << "size and codec change with the test picture only";
-    QTest::newRow("no such file") << QStringList("--video=/no/such/file.mp4") << 1
-                                  << "cannot show /no/such/file.mp4: No such file or directory";
-    QTest::newRow("no such folder") << QStringList("--record=/no/such/file") << 1
-                                    << "cannot record to /no/such/file: ";
-    QTest::newRow("recording that exists") << QStringList{"--port=0", "--record", RECORDER_PROGRAM} << 1
-                                           << RECORDER_PROGRAM ": it exists already";
-    QTest::newRow("recording of itself")
-        << QStringList{"--video", RECORDER_PROGRAM, "--record", RECORDER_PROGRAM "/../paravue-recorder"} << 2
-        << "--record: that is the file that --video shows";
-    QTest::newRow("no such login") << QStringList("--snapshot-login=none") << 2
-                                   << "--snapshot-login takes basic, digest, both";
-    QTest::newRow("no such address") << QStringList("--address=here") << 2 << "--address takes an IP address";
+    const TestTable<QStringList, int, QString> row("arguments", "exitCode", "says");
+    row("help", QStringList("--help"), 0, "--data <DIR>");
+    row("version", QStringList("--version"), 0, "paravue-recorder ");
+    row("unknown option", QStringList("--speed=3"), 2, "Unknown option 'speed'");
+    row("port is no number", QStringList("--port=http"), 2, "--port takes a number");
+    row("port too large", QStringList("--port=65536"), 2, "--port takes a number");
+    row("negative delay", QStringList("--delay=-1"), 2, "--delay takes a number");
+    row("port without value", QStringList("--port"), 2, "--port");
+    row("empty folder name", QStringList("--data="), 2, "--data takes a folder");
+    row("surplus word", QStringList("5049"), 2, "unexpected argument \"5049\"");
+    row("no such codec", QStringList("--video-codec=h265"), 2,
+        "--video-codec takes h264, mpeg4, mjpeg, not \"h265\"");
+    row("size without height", QStringList("--video-size=640"), 2,
+        "--video-size takes a size such as 640x360, not \"640\"");
+    row("odd size", QStringList("--video-size=641x360"), 2, "--video-size: a picture has an even size");
+    row("no pictures", QStringList("--video-rate=0"), 2, "--video-rate takes a number from 1 to 200");
+    row("no such fault", QStringList("--video-fault=lost,fire"), 2,
+        "--video-fault: there is no fault \"fire\", only garbage, lost, header");
+    row("endless stall", QStringList("--video-fault=stall=20001"), 2,
+        "--video-fault: a stall lasts 1 to 20000 milliseconds");
+    row("every what", QStringList("--video-fault-every=5"), 2,
+        "--video-fault-every says nothing without --video-fault");
+    row("first of two lists", QStringList{"--video-fault=fire", "--video-fault=lost"}, 2,
+        "there is no fault \"fire\"");
+    row("clients", QStringList("--help"), 0, "32 clients");
+    row("size of a file", QStringList{"--video=a.mp4", "--video-fault=size"}, 2,
+        "size and codec change with the test picture only");
+    row("no such file", QStringList("--video=/no/such/file.mp4"), 1,
+        "cannot show /no/such/file.mp4: No such file or directory");
+    row("no such folder", QStringList("--record=/no/such/file"), 1, "cannot record to /no/such/file: ");
+    row("recording that exists", QStringList{"--port=0", "--record", RECORDER_PROGRAM}, 1,
+        RECORDER_PROGRAM ": it exists already");
+    row("recording of itself",
+        QStringList{"--video", RECORDER_PROGRAM, "--record", RECORDER_PROGRAM "/../paravue-recorder"}, 2,
+        "--record: that is the file that --video shows");
+    row("no such login", QStringList("--snapshot-login=none"), 2,
+        "--snapshot-login takes basic, digest, both");
+    row("no such address", QStringList("--address=here"), 2, "--address takes an IP address");
 }
 
 void TestRecorderProgram::explainsUsage()
