@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QTcpSocket>
 
-/// A client made of nothing but bytes: it knows neither the login nor the frames.
+/// A client that sends and receives bytes and leaves login and frames to the test.
 class RawClient
 {
 public:
@@ -13,15 +13,15 @@ public:
     /// Sends single bytes, each in a packet of its own.
     void sendByteByByte(const QByteArray &bytes);
 
-    /// Waits for that many bytes and returns everything that is there, so that a surplus shows too.
+    /// Waits for that many bytes and returns all that have arrived, so that surplus bytes are noticed.
     QByteArray receive(qsizetype count);
-    /// Sends and receives the "LENGTH=n" frame that answers, with whatever follows it too early.
+    /// Sends the request and receives the "LENGTH=n" frame of the answer, with surplus bytes after it.
     QByteArray ask(const QByteArray &request);
-    /// Everything that arrives until the server closes; "still open" when it does not.
+    /// All bytes until the server disconnects; "still open" when it does not.
     QByteArray receiveUntilClosed();
 
     bool logIn(const QByteArray &name = "admin", const QByteArray &password = "admin");
-    /// From now on nothing more is read from the network.
+    /// Reads nothing more from the network.
     void stopReading() { m_socket.setReadBufferSize(1); }
     bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     void abort() { m_socket.abort(); }

@@ -39,7 +39,8 @@ const QByteArray Control = "Package: thermo-probe\nVersion: 0.9-2\nArchitecture:
 
 } // namespace
 
-/// What commands do is looked for over a new connection. The plain effects are tested from the window.
+/// The functions of the recorder, whose effects are read over a new connection. Plain effects are tested with
+/// the window.
 class TestRecorderFunctions : public QObject
 {
     Q_OBJECT
@@ -48,15 +49,15 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void hasItsEffect_data();
-    void hasItsEffect();
-    void refuses_data();
-    void refuses();
+    void executesFunctions_data();
+    void executesFunctions();
+    void refusesFunctions_data();
+    void refusesFunctions();
     void refusesUsersOfLowerLevel();
-    void keepsItsOwnFactsWhenFilesComeBack();
+    void keepsMeasuredValues();
     void resetsSettings();
-    void keepsTheClockGoing_data();
-    void keepsTheClockGoing();
+    void keepsTimeAcrossClockChanges_data();
+    void keepsTimeAcrossClockChanges();
     void restarts();
 
 private:
@@ -85,7 +86,7 @@ QByteArray TestRecorderFunctions::ask(const QByteArray &request, const QByteArra
     return client.logIn(user, user == "guest" ? QByteArray() : user) ? client.ask(request) : "no login";
 }
 
-void TestRecorderFunctions::hasItsEffect_data()
+void TestRecorderFunctions::executesFunctions_data()
 {
     // "before" and "after" are parts of the answer to "look".
     const TestTable<QByteArray, QByteArray, QByteArray, QByteArray> row("request", "look", "before", "after");
@@ -105,7 +106,7 @@ void TestRecorderFunctions::hasItsEffect_data()
         "GET REPORT", "PACKAGE_5 = 'usb-backup 1.3'\n", "PACKAGE_5 = 'usb-backup 2.0'\n");
 }
 
-void TestRecorderFunctions::hasItsEffect()
+void TestRecorderFunctions::executesFunctions()
 {
     QFETCH(QByteArray, request);
     QFETCH(QByteArray, look);
@@ -120,7 +121,7 @@ void TestRecorderFunctions::hasItsEffect()
     QVERIFY(answer.endsWith("VORN_ANSWER=OK\r\n"));
 }
 
-void TestRecorderFunctions::refuses_data()
+void TestRecorderFunctions::refusesFunctions_data()
 {
     const TestTable<QByteArray, QByteArray> row("request", "reason");
     row("no such disk", format("DISC3"), "there is no disk DISC3");
@@ -143,7 +144,7 @@ void TestRecorderFunctions::refuses_data()
     row("no time zone", withBody("PUT TIME CONFIG", "TIME_ZONE=UTC-3,M3.5.0/2\n"), "wrong time zone");
 }
 
-void TestRecorderFunctions::refuses()
+void TestRecorderFunctions::refusesFunctions()
 {
     QFETCH(QByteArray, request);
     QFETCH(QByteArray, reason);
@@ -163,8 +164,8 @@ void TestRecorderFunctions::refusesUsersOfLowerLevel()
     QVERIFY(ask("GET REPORT\r\n", "guest").endsWith("VORN_ANSWER=OK\r\n"));
 }
 
-/// Clients send the files that they fetched before.
-void TestRecorderFunctions::keepsItsOwnFactsWhenFilesComeBack()
+/// Clients send back files that they have fetched earlier.
+void TestRecorderFunctions::keepsMeasuredValues()
 {
     const auto bodyOf = [this](const QByteArray &subject) {
         const QByteArray answer = ask("GET " + subject + "\r\n");
@@ -189,12 +190,12 @@ void TestRecorderFunctions::resetsSettings()
     QCOMPARE(ask(withBody("PUT SOFT CONFIG", "PACKAGE_DELETE=usb-backup\n")), Ok);
     QCOMPARE(ask("RESET SETTINGS\r\n"), Ok);
     QCOMPARE(ask("GET NET CONFIG\r\n"), net);
-    // A reset formats no disk back and installs nothing.
+    // A reset restores neither the contents of disks nor packages.
     QVERIFY(ask("GET DISK CONFIG\r\n").contains("USB_USED='0G'"));
     QVERIFY(!ask("GET SOFT CONFIG\r\n").contains("usb-backup"));
 }
 
-void TestRecorderFunctions::keepsTheClockGoing_data()
+void TestRecorderFunctions::keepsTimeAcrossClockChanges_data()
 {
     const TestTable<QByteArray, QByteArray, QByteArray> row("zone", "set", "later");
     const char *berlin = "UTC-1UTC-2,M3.5.0/2,M10.5.0/3";
@@ -205,7 +206,7 @@ void TestRecorderFunctions::keepsTheClockGoing_data()
     row("no rule at all", "", "20260329015959", "20260329030000");
 }
 
-void TestRecorderFunctions::keepsTheClockGoing()
+void TestRecorderFunctions::keepsTimeAcrossClockChanges()
 {
     QFETCH(QByteArray, zone);
     QFETCH(QByteArray, set);

@@ -19,7 +19,7 @@ QByteArray md5(const QByteArray &text)
     return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
 }
 
-/// What a client sends that knows how to.
+/// The Authorization field of a correct client.
 QByteArray digestLogin(const QByteArray &password, const QByteArray &nonce, const QByteArray &count,
                        const QByteArray &target)
 {
@@ -40,11 +40,11 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_server.reset(); }
 
-    void answersHttp_data();
-    void answersHttp();
+    void answersRequests_data();
+    void answersRequests();
     void checksDigestLogins_data();
     void checksDigestLogins();
-    void keepsFewNonces();
+    void limitsNonces();
 
 private:
     QByteArray ask(const QByteArray &head);
@@ -62,7 +62,7 @@ void TestRecorderHttp::init()
     QVERIFY(m_server->listen());
 }
 
-/// The answer to a request for the picture.
+/// The answer to a request for the snapshot with these fields.
 QByteArray TestRecorderHttp::ask(const QByteArray &head)
 {
     RawClient client(m_server->port());
@@ -76,7 +76,7 @@ QByteArray TestRecorderHttp::freshNonce()
     return QRegularExpression("nonce=\"([0-9a-f]{32})\"").match(challenge).captured(1).toLatin1();
 }
 
-void TestRecorderHttp::answersHttp_data()
+void TestRecorderHttp::answersRequests_data()
 {
     const QByteArray host = " HTTP/1.1\r\nHost: recorder\r\n";
     const QByteArray basic = "Authorization: Basic " + QByteArray("admin:admin").toBase64() + "\r\n";
@@ -111,7 +111,7 @@ void TestRecorderHttp::answersHttp_data()
         "431 Request Header Fields Too Large", "431");
 }
 
-void TestRecorderHttp::answersHttp()
+void TestRecorderHttp::answersRequests()
 {
     QFETCH(QByteArray, request);
     QFETCH(QByteArray, status);
@@ -164,7 +164,7 @@ void TestRecorderHttp::checksDigestLogins()
     QCOMPARE(answer.contains("stale=true"), isUnknown || count == "00000000");
 }
 
-void TestRecorderHttp::keepsFewNonces()
+void TestRecorderHttp::limitsNonces()
 {
     const QByteArray target = "/snapshot.jpg";
     const QByteArray first = freshNonce();

@@ -40,7 +40,7 @@ QString describe(const QDomElement &element)
 
 } // namespace
 
-/// What the check of descriptions does not see in the shipped model.
+/// The shipped model, as far as the check of descriptions does not cover it.
 class TestRecorderModel : public QObject
 {
     Q_OBJECT
@@ -78,7 +78,7 @@ void TestRecorderModel::initTestCase()
     kept.write(report.mid(report.indexOf("\r\n") + 2).chopped(16));
     kept.close();
     readValues("tmp");
-    // What a client itself keeps while it works; the level is that of a user who is being added.
+    // Values that a client itself sets; the level is that of a user who is being added.
     m_values.insert({{"general/network/login", {}}, {"general/access/level", "1"}});
 
     QFile description(server.filePath("interface"));

@@ -16,14 +16,14 @@ class TestRecorderProgram : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void explainsUsage_data();
-    void explainsUsage();
+    void checksArguments_data();
+    void checksArguments();
     void servesUntilItIsStopped();
     void recordsOnlyWhenItListens();
-    void tellsWhenARecordingFails();
+    void reportsFailedRecordings();
 };
 
-void TestRecorderProgram::explainsUsage_data()
+void TestRecorderProgram::checksArguments_data()
 {
     const TestTable<QStringList, int, QString> row("arguments", "exitCode", "says");
     row("help", QStringList("--help"), 0, "--data <DIR>");
@@ -65,7 +65,7 @@ void TestRecorderProgram::explainsUsage_data()
     row("no such address", QStringList("--address=here"), 2, "--address takes an IP address");
 }
 
-void TestRecorderProgram::explainsUsage()
+void TestRecorderProgram::checksArguments()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
@@ -120,7 +120,7 @@ void TestRecorderProgram::recordsOnlyWhenItListens()
     QVERIFY(QDir(folder.path()).isEmpty());
 }
 
-void TestRecorderProgram::tellsWhenARecordingFails()
+void TestRecorderProgram::reportsFailedRecordings()
 {
 #ifdef Q_OS_WIN
     QSKIP("needs a limit for files");

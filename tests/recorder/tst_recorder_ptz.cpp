@@ -19,7 +19,7 @@ namespace
 
 const QByteArray Login = "\x01LOGIN=admin\r\nPASS=admin\r\n";
 
-/// Watches a recorder's video and finds the positions of the camera among its bytes.
+/// Receives the video and extracts the positions of the camera from it.
 class Watcher
 {
 public:
@@ -51,7 +51,7 @@ private:
             positions << match.captured(1).toLatin1();
             end = match.capturedEnd();
         }
-        // A record may be cut.
+        // The last record may be incomplete.
         m_bytes = m_bytes.mid(std::max(end, m_bytes.size() - 64));
     }
 
@@ -61,7 +61,7 @@ private:
 
 } // namespace
 
-/// The turning camera of the simulator, by hand-written bytes over TCP.
+/// The PTZ camera of the simulator, over TCP.
 class TestRecorderPtz : public QObject
 {
     Q_OBJECT
@@ -69,12 +69,12 @@ class TestRecorderPtz : public QObject
 private Q_SLOTS:
     void init();
     void turnsStepByStep();
-    void ignoresRubbish_data();
-    void ignoresRubbish();
-    void obeysWhoMayTurnCameras_data();
-    void obeysWhoMayTurnCameras();
-    void countsRubbishInTheLog();
-    void takesSavedFiles();
+    void ignoresInvalidCommands_data();
+    void ignoresInvalidCommands();
+    void turnsForAllowedUsersOnly_data();
+    void turnsForAllowedUsersOnly();
+    void limitsInvalidCommandsInTheLog();
+    void readsSavedFiles();
 
 private:
     void save(const QByteArray &streams);
@@ -124,7 +124,7 @@ void TestRecorderPtz::turnsStepByStep()
     QCOMPARE(m_server->ptz().point(9), "0.1,0.1,0.35,-2,0.44,mine");
 }
 
-void TestRecorderPtz::ignoresRubbish_data()
+void TestRecorderPtz::ignoresInvalidCommands_data()
 {
     const TestTable<QByteArray> row("line");
     row("unknown", "PTZ DANCE");
@@ -144,7 +144,7 @@ void TestRecorderPtz::ignoresRubbish_data()
     row("bytes", QByteArray("\x00\xff\x80 PTZ GOTO 2", 14));
 }
 
-void TestRecorderPtz::ignoresRubbish()
+void TestRecorderPtz::ignoresInvalidCommands()
 {
     QFETCH(QByteArray, line);
     Watcher watcher(m_server->port());
@@ -158,7 +158,7 @@ void TestRecorderPtz::ignoresRubbish()
     QVERIFY2(!m_log.filter("ignored").isEmpty(), qPrintable(m_log.join('\n')));
 }
 
-void TestRecorderPtz::obeysWhoMayTurnCameras_data()
+void TestRecorderPtz::turnsForAllowedUsersOnly_data()
 {
     const TestTable<QByteArray, QByteArray, bool> row("name", "right", "isObeyed");
     row("operator", "operator", "on", true);
@@ -167,7 +167,7 @@ void TestRecorderPtz::obeysWhoMayTurnCameras_data()
     row("administrator", "admin", "off", true);
 }
 
-void TestRecorderPtz::obeysWhoMayTurnCameras()
+void TestRecorderPtz::turnsForAllowedUsersOnly()
 {
     QFETCH(QByteArray, name);
     QFETCH(QByteArray, right);
@@ -187,7 +187,7 @@ void TestRecorderPtz::obeysWhoMayTurnCameras()
     QCOMPARE(m_log.filter("ignored: not allowed").size(), isObeyed ? 0 : 1);
 }
 
-void TestRecorderPtz::countsRubbishInTheLog()
+void TestRecorderPtz::limitsInvalidCommandsInTheLog()
 {
     {
         Watcher watcher(m_server->port());
@@ -208,7 +208,7 @@ void TestRecorderPtz::save(const QByteArray &streams)
                 .contains("ANSWER=OK"));
 }
 
-void TestRecorderPtz::takesSavedFiles()
+void TestRecorderPtz::readsSavedFiles()
 {
     Watcher watcher(m_server->port());
     AWAIT_COMPARE(watcher.positions.size(), 1);

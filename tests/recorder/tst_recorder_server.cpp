@@ -69,24 +69,24 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void logsInWith_data();
-    void logsInWith();
-    void countsUsersFromOneWhenThereIsNoFirstName();
-    void exchangesFile_data();
-    void exchangesFile();
-    void packsTheDescription();
-    void refuses_data();
-    void refuses();
+    void checksLogins_data();
+    void checksLogins();
+    void countsUsersFromOneWithoutAFirstName();
+    void exchangesFiles_data();
+    void exchangesFiles();
+    void compressesTheDescription();
+    void refusesInvalidRequests_data();
+    void refusesInvalidRequests();
     void limitsOperatorsAndGuests();
     void refusesAPutWithoutABody();
     void skipsABodyThatIsTooLarge();
-    void closesAfterGuessesAndEndlessLines();
-    void understandsSinglePieces();
-    void outlivesGarbage();
+    void disconnectsAfterGuessesAndEndlessLines();
+    void readsRequestsByteByByte();
+    void survivesGarbage();
     void servesTwoClientsAtOnce();
-    void turnsSurplusClientsAway();
-    void forgetsAHalfSentFile();
-    void stopsReadingFromAClientThatDoesNotListen();
+    void limitsConnections();
+    void discardsIncompleteFiles();
+    void stopsReadingFromClientsThatDoNotRead();
     void setsTheClock();
     void showsNoPasswordInTheLog();
     void delaysAnswers();
@@ -136,7 +136,7 @@ QMap<QString, QByteArray> TestRecorderServer::contents() const
     return found;
 }
 
-void TestRecorderServer::logsInWith_data()
+void TestRecorderServer::checksLogins_data()
 {
     const TestTable<QByteArray, QByteArray, bool> row("name", "password", "accepted");
     const QByteArray admin = "21232f297a57a5a743894a0e4a801fc3";     // md5 of "admin"
@@ -155,7 +155,7 @@ void TestRecorderServer::logsInWith_data()
     row("no user", {}, {}, false);
 }
 
-void TestRecorderServer::logsInWith()
+void TestRecorderServer::checksLogins()
 {
     QFETCH(QByteArray, name);
     QFETCH(QByteArray, password);
@@ -166,14 +166,14 @@ void TestRecorderServer::logsInWith()
     QCOMPARE(m_server->loggedInUsers(), accepted ? QStringList(QString::fromUtf8(name)) : QStringList());
 }
 
-void TestRecorderServer::countsUsersFromOneWhenThereIsNoFirstName()
+void TestRecorderServer::countsUsersFromOneWithoutAFirstName()
 {
     write("users", "CNT=2\nNAME1='ann'\nPASSWD1='a'\nLEVEL1=2\nNAME2='bob'\nPASSWD2='b'\n");
     RawClient client(m_server->port());
     QVERIFY(client.logIn("bob", "b"));
 }
 
-void TestRecorderServer::exchangesFile_data()
+void TestRecorderServer::exchangesFiles_data()
 {
     const TestTable<QByteArray, QByteArray> row("subject", "body");
     row("streams", "CONFIG", "; note\n[ common ]\nname = 'Tür 1'\n\n[ stream_0 ]\nhue=50\n");
@@ -188,17 +188,17 @@ void TestRecorderServer::exchangesFile_data()
     row("state", "STATE CONFIG", "\n#! s/A *= *[^{}]*/A = '{net/untitled/IP}'/\n[ a ]\n\tA = '\"'\n");
 }
 
-void TestRecorderServer::exchangesFile()
+void TestRecorderServer::exchangesFiles()
 {
     QFETCH(QByteArray, subject);
     QFETCH(QByteArray, body);
     const QString file = QTest::currentDataTag();
-    const bool tellsTheTime = file == "time"; // what is handed out is not what is kept
+    const bool hasClock = file == "time"; // clients get the present time in it
     QSignalSpy received(m_server.get(), &RecorderServer::fileReceived);
     RawClient client(m_server->port());
     QVERIFY(client.logIn());
     QVERIFY(read(file).size() > 100);
-    if (!tellsTheTime)
+    if (!hasClock)
         QCOMPARE(client.ask("GET " + subject + "\r\n"), answerTo(read(file)));
     if (!body.isEmpty()) {
         // As clients write: the command on its own, then the length together with the body.
@@ -207,15 +207,15 @@ void TestRecorderServer::exchangesFile()
         QCOMPARE(read(file), body);
         QCOMPARE(received, (QList<QVariantList>{{file, body}}));
         QVERIFY(!(QFile::permissions(m_server->filePath(file)) & (QFile::ReadGroup | QFile::ReadOther)));
-        if (!tellsTheTime)
+        if (!hasClock)
             QCOMPARE(client.ask("GET " + subject + "\r\n"), answerTo(body));
     }
     QVERIFY(QFile::remove(m_server->filePath(file)));
-    if (!tellsTheTime)
+    if (!hasClock)
         QCOMPARE(client.ask("GET " + subject + "\r\n"), error("there is no file " + file.toUtf8()));
 }
 
-void TestRecorderServer::packsTheDescription()
+void TestRecorderServer::compressesTheDescription()
 {
     RawClient client(m_server->port());
     QVERIFY(client.logIn());
@@ -228,7 +228,7 @@ void TestRecorderServer::packsTheDescription()
     }
 }
 
-void TestRecorderServer::refuses_data()
+void TestRecorderServer::refusesInvalidRequests_data()
 {
     const TestTable<QByteArray, QByteArray> row("request", "reason");
     row("unknown command", "GET LUNCH\r\n", "unknown command");
@@ -251,7 +251,7 @@ void TestRecorderServer::refuses_data()
     row("length without a command", "LENGTH=3\r\nA=1", "a length without a command");
 }
 
-void TestRecorderServer::refuses()
+void TestRecorderServer::refusesInvalidRequests()
 {
     QFETCH(QByteArray, request);
     QFETCH(QByteArray, reason);
@@ -264,7 +264,7 @@ void TestRecorderServer::refuses()
     QCOMPARE(client.ask(request), error(reason));
     QCOMPARE(contents(), before);
     QCOMPARE(received.count(), 0);
-    // The conversation goes on where the refused request ended.
+    // The next request is read from the end of the refused one.
     QCOMPARE(client.ask("GET SOFT CONFIG\r\n"), answerTo(read("soft")));
 }
 
@@ -284,7 +284,7 @@ void TestRecorderServer::limitsOperatorsAndGuests()
     QVERIFY(guest.logIn("guest", ""));
     QCOMPARE(guest.ask(put("NET", "A=2\n")), error("the user guest may not change settings"));
     QCOMPARE(guest.ask("GET NET CONFIG\r\n"), answerTo("A=1\n"));
-    // A login ends the one before, also when it is refused.
+    // A new login ends the earlier one, even if it is refused.
     QCOMPARE(guest.ask("\x04LOGIN=admin\r\nno password\r\n"), LoginRefused);
     QCOMPARE(guest.ask("GET NET CONFIG\r\n"), error("log in first"));
 }
@@ -318,7 +318,7 @@ void TestRecorderServer::skipsABodyThatIsTooLarge()
     QCOMPARE(answerTo(read("net")), before);
 }
 
-void TestRecorderServer::closesAfterGuessesAndEndlessLines()
+void TestRecorderServer::disconnectsAfterGuessesAndEndlessLines()
 {
     m_server->setDrainTimeout(50);
     RawClient endless(m_server->port());
@@ -333,7 +333,7 @@ void TestRecorderServer::closesAfterGuessesAndEndlessLines()
     QCOMPARE(guessing.receiveUntilClosed(), QByteArray());
 }
 
-void TestRecorderServer::understandsSinglePieces()
+void TestRecorderServer::readsRequestsByteByByte()
 {
     RawClient client(m_server->port());
     client.sendByteByByte("\x04LOGIN=admin\r\nPASS=admin\r\n");
@@ -348,7 +348,7 @@ void TestRecorderServer::understandsSinglePieces()
     QCOMPARE(client.ask("FIG\r\n"), soft);
 }
 
-void TestRecorderServer::outlivesGarbage()
+void TestRecorderServer::survivesGarbage()
 {
     QRandomGenerator random(20240501);
     for (int round = 0; round < 40; ++round) {
@@ -385,7 +385,7 @@ void TestRecorderServer::servesTwoClientsAtOnce()
     QCOMPARE(second.ask("GET NET CONFIG\r\n"), answerTo("A=1\nB=2\n"));
 }
 
-void TestRecorderServer::turnsSurplusClientsAway()
+void TestRecorderServer::limitsConnections()
 {
     constexpr int Most = 32;
     std::deque<RawClient> clients;
@@ -396,7 +396,7 @@ void TestRecorderServer::turnsSurplusClientsAway()
     QVERIFY(clients.back().logIn());
 }
 
-void TestRecorderServer::forgetsAHalfSentFile()
+void TestRecorderServer::discardsIncompleteFiles()
 {
     const auto before = contents();
     {
@@ -409,7 +409,7 @@ void TestRecorderServer::forgetsAHalfSentFile()
     QCOMPARE(contents(), before); // with no temporary file left either
 }
 
-void TestRecorderServer::stopsReadingFromAClientThatDoesNotListen()
+void TestRecorderServer::stopsReadingFromClientsThatDoNotRead()
 {
     constexpr int Requests = 4000;
     write("net", "A='" + QByteArray(100000, 'x') + "'\n");
@@ -421,7 +421,7 @@ void TestRecorderServer::stopsReadingFromAClientThatDoesNotListen()
     client.stopReading();
     client.send(QByteArray("GET NET CONFIG\r\n").repeated(Requests));
     AWAIT_VERIFY(answers > 0);
-    RawClient other(m_server->port()); // gets its turn once the first one's is over
+    RawClient other(m_server->port()); // is served once the first one is no longer read
     QVERIFY(other.logIn());
     QVERIFY2(answers < Requests / 2, qPrintable(QString::number(answers)));
 }
@@ -441,11 +441,11 @@ void TestRecorderServer::setsTheClock()
     const QDateTime set(QDate(2001, 2, 3), QTime(4, 5, 6));
     QCOMPARE(client.ask(put("TIME", "YYYYMMDDHHMMSS=20010203040506")), Ok);
     QVERIFY(qAbs(secondsSince(set)) < 60);
-    // Clients that save everything empty the key, so that an old reading does not become the time.
+    // Clients that save all files send an empty time, which must not set the clock.
     QCOMPARE(client.ask(put("TIME", "YYYYMMDDHHMMSS = \nTIME_ZONE='UTC+1'\n")), Ok);
     QVERIFY(qAbs(secondsSince(set.addSecs(-4 * 60 * 60))) < 60);
 
-    // Values that were not sent stay.
+    // Values that are not sent stay.
     write("time", "# clock\r\nTIME_ZONE='UTC-3'\r\nUSENTP=0\r\nTIME_SERVER='a'\r\n");
     QCOMPARE(client.ask(put("TIME", "USENTP=1\nTIME_SERVER=b\nNTP_SYNC=1\n")), Ok);
     QCOMPARE(read("time"),

@@ -26,14 +26,14 @@ QByteArray md5(const QByteArray &text)
     return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
 }
 
-/// Takes the stream without a network.
+/// Receives the stream without a network.
 class TestSink : public VideoSink
 {
 public:
     bool isReady() const override { return ready; }
     void write(const QByteArray &piece) override
     {
-        if (++pieces <= most)
+        if (++pieces <= maxPieces)
             bytes += piece;
     }
     void end() override { isOver = true; }
@@ -42,10 +42,10 @@ public:
     bool isOver = false;
     QByteArray bytes;
     int pieces = 0;
-    int most = std::numeric_limits<int>::max(); ///< of the pieces that are kept
+    int maxPieces = std::numeric_limits<int>::max(); ///< further ones are dropped
 };
 
-/// Small pictures, many of them, and a clock that goes on by a tenth with each.
+/// Small pictures at the highest rate, and a clock that advances by 100 ms with each.
 void makeFast(VideoService &video)
 {
     VideoSettings settings = video.settings();
@@ -58,7 +58,7 @@ void makeFast(VideoService &video)
 
 constexpr int FragmentSize = 50;
 
-/// The first pictures with faults, each of which is due once.
+/// The first pictures of a stream in which each fault occurs once.
 QByteArray streamWith(VideoFaults faults, int fragmentSize = FragmentSize, QStringList *log = nullptr)
 {
     constexpr int Pictures = 25;
@@ -72,7 +72,7 @@ QByteArray streamWith(VideoFaults faults, int fragmentSize = FragmentSize, QStri
     if (log)
         QObject::connect(&service, &VideoService::logged, [log](const QString &line) { *log << line; });
     const auto sink = std::make_shared<TestSink>();
-    sink->most = Pictures;
+    sink->maxPieces = Pictures;
     service.watch(sink);
     const bool isWhole = paravue::test::waitUntil([&] { return sink->pieces >= Pictures; });
     return isWhole ? sink->bytes : QByteArray();
@@ -90,23 +90,23 @@ private Q_SLOTS:
 
     void writesRecords_data();
     void writesRecords();
-    void logsIn_data();
-    void logsIn();
-    void obeysLinesThatComeWithTheLogin();
-    void tellsProtocolsApartByteByByte_data();
-    void tellsProtocolsApartByteByByte();
+    void checksLogins_data();
+    void checksLogins();
+    void executesLinesSentWithTheLogin();
+    void detectsProtocols_data();
+    void detectsProtocols();
     void beginsWithHeaderIndexAndTexts();
-    void cutsFramesAsTold();
-    void encodesOnceForAllAndNothingForNobody();
-    void goesOnWithAKeyPictureForWhoWasNotReady();
-    void keepsNothingForAClientThatDoesNotRead();
-    void damagesTheSameWayAgain();
-    void losesOneFragment();
+    void splitsFramesIntoFragments();
+    void encodesOnceForAllWatchers();
+    void continuesWithAKeyPicture();
+    void limitsUnsentVideo();
+    void repeatsFaultsOfTheSameSeed();
+    void dropsOneFragment();
     void repeatsTheHeader();
-    void holdsAStreamBackInTheMiddle();
-    void recordsWhatAClientGets();
-    void refusesWhatCannotBeShown();
-    void dropsViewersInARestart();
+    void stallsWithinARecord();
+    void recordsTheStream();
+    void refusesInvalidSettings();
+    void disconnectsWatchersForARestart();
     void showsNoPasswordInTheLog();
 
 private:
@@ -149,7 +149,7 @@ void TestRecorderVideo::writesRecords()
     QCOMPARE(written, wanted);
 }
 
-void TestRecorderVideo::logsIn_data()
+void TestRecorderVideo::checksLogins_data()
 {
     const TestTable<QByteArray, QByteArray> row("login", "answer");
     row("typed password", "\x01LOGIN=admin\r\nPASS=admin\r\n", Ok);
@@ -162,7 +162,7 @@ void TestRecorderVideo::logsIn_data()
         "LENGTH=46\r\nVORN_ANSWER=ERROR:the login has no user name\r\n");
 }
 
-void TestRecorderVideo::logsIn()
+void TestRecorderVideo::checksLogins()
 {
     QFETCH(QByteArray, login);
     QFETCH(QByteArray, answer);
@@ -177,7 +177,7 @@ void TestRecorderVideo::logsIn()
     }
 }
 
-void TestRecorderVideo::obeysLinesThatComeWithTheLogin()
+void TestRecorderVideo::executesLinesSentWithTheLogin()
 {
     QList<QByteArray> lines;
     m_server->setReplyDelay(20);
@@ -192,7 +192,7 @@ void TestRecorderVideo::obeysLinesThatComeWithTheLogin()
     AWAIT_COMPARE(lines, (QList<QByteArray>{"PTZ GOTO 1", "PTZ GOTO 2"}));
 }
 
-void TestRecorderVideo::tellsProtocolsApartByteByByte_data()
+void TestRecorderVideo::detectsProtocols_data()
 {
     const TestTable<QByteArray, QByteArray> row("request", "answer");
     row("video", Login, Ok + HeaderMark);
@@ -203,7 +203,7 @@ void TestRecorderVideo::tellsProtocolsApartByteByByte_data()
     row("a long word", "GETTINGNOWHERE\r\n", "LENGTH=32\r\nVORN_ANSWER=ERROR:log in first\r\n");
 }
 
-void TestRecorderVideo::tellsProtocolsApartByteByByte()
+void TestRecorderVideo::detectsProtocols()
 {
     QFETCH(QByteArray, request);
     QFETCH(QByteArray, answer);
@@ -236,7 +236,7 @@ void TestRecorderVideo::beginsWithHeaderIndexAndTexts()
     QCOMPARE(got.mid(wanted.size() + 4, 2), QByteArray::fromHex("fa00")); // 250 ms
 }
 
-void TestRecorderVideo::cutsFramesAsTold()
+void TestRecorderVideo::splitsFramesIntoFragments()
 {
     VideoService service;
     makeFast(service);
@@ -253,7 +253,7 @@ void TestRecorderVideo::cutsFramesAsTold()
     QCOMPARE(sink->bytes.mid(at + 8 + 100, 4), middle);
 }
 
-void TestRecorderVideo::encodesOnceForAllAndNothingForNobody()
+void TestRecorderVideo::encodesOnceForAllWatchers()
 {
     VideoService &video = m_server->video();
     QCOMPARE(video.encodedPictures(), 0);
@@ -278,7 +278,7 @@ void TestRecorderVideo::encodesOnceForAllAndNothingForNobody()
     AWAIT_VERIFY(!video.isStreaming());
 }
 
-void TestRecorderVideo::goesOnWithAKeyPictureForWhoWasNotReady()
+void TestRecorderVideo::continuesWithAKeyPicture()
 {
     VideoService &video = m_server->video();
     const auto slow = std::make_shared<TestSink>();
@@ -296,7 +296,7 @@ void TestRecorderVideo::goesOnWithAKeyPictureForWhoWasNotReady()
     QVERIFY(slow->bytes.startsWith(HeaderMark));
 }
 
-void TestRecorderVideo::keepsNothingForAClientThatDoesNotRead()
+void TestRecorderVideo::limitsUnsentVideo()
 {
     VideoService &video = m_server->video();
     RawClient client(m_server->port());
@@ -307,7 +307,7 @@ void TestRecorderVideo::keepsNothingForAClientThatDoesNotRead()
     AWAIT_VERIFY((socket = m_server->findChild<QTcpSocket *>()));
     const auto sink = std::make_shared<TestSink>();
     video.watch(sink);
-    // More than the limit and what the system keeps for a connection.
+    // More than the limit and the buffers of the system together.
     const QString text(256 * 1024, QLatin1Char('x'));
     while (sink->bytes.size() < 16 * 1024 * 1024) {
         const int before = sink->pieces;
@@ -318,7 +318,7 @@ void TestRecorderVideo::keepsNothingForAClientThatDoesNotRead()
     QVERIFY2(socket->bytesToWrite() < 3 * 1024 * 1024, "what is not read piles up");
 }
 
-void TestRecorderVideo::damagesTheSameWayAgain()
+void TestRecorderVideo::repeatsFaultsOfTheSameSeed()
 {
     VideoFaults faults;
     faults.kinds = VideoFaults::Garbage | VideoFaults::LostFragments | VideoFaults::HeaderTwice |
@@ -330,14 +330,14 @@ void TestRecorderVideo::damagesTheSameWayAgain()
     QVERIFY(streamWith(faults) != first);
 }
 
-void TestRecorderVideo::losesOneFragment()
+void TestRecorderVideo::dropsOneFragment()
 {
     VideoFaults faults;
     faults.kinds = VideoFaults::LostFragments;
     QStringList log;
     QCOMPARE(streamWith(faults, VideoSettings::MaxFragment, &log),
              streamWith({}, VideoSettings::MaxFragment));
-    QCOMPARE(log, QStringList()); // whole frames lose nothing
+    QCOMPARE(log, QStringList()); // frames without fragments lose nothing
     const QByteArray damaged = streamWith(faults, FragmentSize, &log);
     QVERIFY2(log.value(0).startsWith("video fault: lost: fragment "), qPrintable(log.join('\n')));
     const QByteArray whole = streamWith({});
@@ -349,7 +349,7 @@ void TestRecorderVideo::losesOneFragment()
     QVERIFY2(whole.endsWith(damaged.mid(at)), "more than one piece is missing");
 }
 
-void TestRecorderVideo::holdsAStreamBackInTheMiddle()
+void TestRecorderVideo::stallsWithinARecord()
 {
     VideoService service;
     makeFast(service);
@@ -365,7 +365,7 @@ void TestRecorderVideo::holdsAStreamBackInTheMiddle()
     QVERIFY(logged.wait());
     QElapsedTimer sinceStall;
     sinceStall.start();
-    const int before = whole->pieces; // half of a picture among them
+    const int before = whole->pieces; // the last one is half a picture
     AWAIT_VERIFY(whole->pieces > before);
     QVERIFY(sinceStall.elapsed() >= faults.stall / 2);
 
@@ -385,18 +385,18 @@ void TestRecorderVideo::repeatsTheHeader()
     QVERIFY(stream.contains(header + header + QByteArray::fromHex("05b5b5b5")));
 }
 
-void TestRecorderVideo::recordsWhatAClientGets()
+void TestRecorderVideo::recordsTheStream()
 {
     VideoService service;
     makeFast(service);
     const QString path = m_folder->filePath("video.hvx3");
     QVERIFY(service.record(path));
-    AWAIT_VERIFY(service.encodedPictures() >= 3); // nobody else watches
+    AWAIT_VERIFY(service.encodedPictures() >= 3); // without other watchers
     service.stopRecording();
     AWAIT_VERIFY(!service.isStreaming());
     const auto sink = std::make_shared<TestSink>();
     QString fault;
-    QVERIFY(!service.record(path, &fault)); // what was recorded before is not lost
+    QVERIFY(!service.record(path, &fault)); // an existing file is not overwritten
     QCOMPARE(fault, "it exists already, and is not overwritten");
     QVERIFY(QFile::remove(path));
     QVERIFY(service.record(path));
@@ -409,7 +409,7 @@ void TestRecorderVideo::recordsWhatAClientGets()
     QVERIFY(sink->bytes.startsWith(HeaderMark));
 }
 
-void TestRecorderVideo::refusesWhatCannotBeShown()
+void TestRecorderVideo::refusesInvalidSettings()
 {
     VideoService service;
     const VideoSettings before = service.settings();
@@ -428,7 +428,7 @@ void TestRecorderVideo::refusesWhatCannotBeShown()
     QCOMPARE(service.watcherCount(), 0);
 }
 
-void TestRecorderVideo::dropsViewersInARestart()
+void TestRecorderVideo::disconnectsWatchersForARestart()
 {
     m_server->setRebootTime(50);
     RawClient viewer(m_server->port());
