@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace paravue
 {
@@ -21,10 +20,18 @@ bool isShiftOnly(Qt::KeyboardModifiers modifiers)
     return (modifiers & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
 }
 
+/// With Ctrl only the keys that lead to a corner; the others may be shortcuts of the window.
+bool isForFrame(const QKeyEvent &event)
+{
+    return !(event.modifiers() & Qt::ControlModifier) || event.key() == Qt::Key_Home ||
+           event.key() == Qt::Key_End;
+}
+
 } // namespace
 
 CellGridEditor::CellGridEditor(const QSize &size, QWidget *parent)
-    : PictureView(parent), m_cells(size.expandedTo({1, 1})), m_strip(*this)
+    : PictureView(parent), m_cells(size.expandedTo({1, 1})), m_strip(*this), m_frame(gridSize()),
+      m_gesture(*this, EditGesture::Interruption::Drops, EditGesture::Report::EachStep)
 {
     setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::PreventContextMenu);
@@ -35,8 +42,7 @@ bool CellGridEditor::setRows(const QStringList &rows)
 {
     if (!m_cells.setTexts(rows))
         return false;
-    if (m_stroke) // Escape must not bring back what has just been replaced
-        m_stroke->before = m_cells.texts();
+    m_gesture.textsReplaced();
     stateChanged();
     return true;
 }
@@ -57,14 +63,14 @@ bool CellGridEditor::setKinds(const QStringList &names)
 
 QString CellGridEditor::valueText() const
 {
-    const QRect cells = selection();
+    const QRect cells = m_frame.cells();
     const QString place =
         cells.size() == QSize(1, 1)
             ? tr("column %1, row %2").arg(QString::number(cells.left() + 1), QString::number(cells.top() + 1))
             : tr("columns %1 to %2, rows %3 to %4")
                   .arg(QString::number(cells.left() + 1), QString::number(cells.right() + 1),
                        QString::number(cells.top() + 1), QString::number(cells.bottom() + 1));
-    const int mark = m_cells.mark(m_current);
+    const int mark = m_cells.mark(m_frame.current());
     const QString state = mark == 0 ? tr("not marked") : markName(mark);
     const QString text = tr("%1: %2").arg(place, state);
     return withNotice(kinds().size() > 1 ? tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1))
@@ -94,18 +100,10 @@ void CellGridEditor::choose(int kind)
     stateChanged();
 }
 
-void CellGridEditor::select(const QPoint &current, bool stretch)
+void CellGridEditor::select(const CellFrame &frame)
 {
-    m_current = QPoint(std::clamp(current.x(), 0, gridSize().width() - 1),
-                       std::clamp(current.y(), 0, gridSize().height() - 1));
-    if (!stretch)
-        m_anchor = m_current;
+    m_frame = frame;
     stateChanged();
-}
-
-QRect CellGridEditor::selection() const
-{
-    return QRect(m_anchor, m_anchor) | QRect(m_current, m_current);
 }
 
 CellGridEditor::Brush CellGridEditor::brushFor(const QPoint &cell) const
@@ -123,31 +121,15 @@ bool CellGridEditor::apply(Brush brush, const QPoint &cell)
 
 void CellGridEditor::applyTo(Brush brush, const QRect &cells)
 {
-    bool changed = false;
-    for (int y = cells.top(); y <= cells.bottom(); ++y) {
-        for (int x = cells.left(); x <= cells.right(); ++x)
-            changed |= apply(brush, {x, y});
-    }
-    if (!changed)
-        return;
-    stateChanged();
-    Q_EMIT valueChanged();
-}
-
-/// A quick hand moves over many cells between two events: none of them is left out.
-void CellGridEditor::applyAlong(const QPoint &end)
-{
-    const QPoint start = m_stroke->last;
-    const QPoint way = end - start;
-    const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
-    bool changed = false;
-    for (int step = 0; step <= steps; ++step)
-        changed |= apply(m_stroke->brush, start + QPoint(qRound(double(way.x()) * step / steps),
-                                                         qRound(double(way.y()) * step / steps)));
-    m_stroke->last = end;
-    select(end, false);
-    if (changed)
-        Q_EMIT valueChanged();
+    m_gesture.perform([&] {
+        bool changed = false;
+        for (int y = cells.top(); y <= cells.bottom(); ++y) {
+            for (int x = cells.left(); x <= cells.right(); ++x)
+                changed |= apply(brush, {x, y});
+        }
+        if (changed)
+            stateChanged();
+    });
 }
 
 /// Positions outside of the picture count as just outside of it, so that an edge can be painted with a swing.
@@ -174,98 +156,71 @@ CellGridEditor::Borders CellGridEditor::borders() const
 
 void CellGridEditor::mousePressEvent(QMouseEvent *event)
 {
-    const bool isLeft = event->button() == Qt::LeftButton;
-    if (m_stroke || (!isLeft && event->button() != Qt::RightButton))
-        return;
-    const QPoint position = event->position().toPoint();
-    if (isLeft)
-        choose(m_strip.at(position, footerRect()) + 1);
-    if (!pictureRect().contains(position))
-        return;
-    const QPoint cell = cellAt(position);
-    m_stroke = Stroke{event->button(), isLeft ? brushFor(cell) : Brush::TakeAny, cell, rows()};
-    applyAlong(cell);
+    m_gesture.press(*event);
 }
 
 void CellGridEditor::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_stroke)
-        return;
-    if (event->buttons() & m_stroke->button)
-        applyAlong(cellAt(event->position().toPoint()));
-    else
-        m_stroke.reset(); // released where nobody heard of it
+    m_gesture.move(*event);
 }
 
 void CellGridEditor::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (m_stroke && event->button() == m_stroke->button)
-        m_stroke.reset();
+    m_gesture.release(*event);
 }
 
-bool CellGridEditor::selectByKey(const QKeyEvent &event)
+bool CellGridEditor::beginDrag(const QMouseEvent &press)
 {
-    const QPoint last(gridSize().width() - 1, gridSize().height() - 1);
-    const bool stretch = event.modifiers() & Qt::ShiftModifier;
-    if (event.modifiers() & Qt::ControlModifier) {
-        if (event.key() == Qt::Key_Home || event.key() == Qt::Key_End)
-            select(event.key() == Qt::Key_Home ? QPoint() : last, stretch);
-        else
-            return false;
-        return true;
-    }
-    QPoint cell = m_current;
-    switch (event.key()) {
-    case Qt::Key_Left:
-        --cell.rx();
-        break;
-    case Qt::Key_Right:
-        ++cell.rx();
-        break;
-    case Qt::Key_Up:
-        --cell.ry();
-        break;
-    case Qt::Key_Down:
-        ++cell.ry();
-        break;
-    case Qt::Key_Home:
-        cell.setX(0);
-        break;
-    case Qt::Key_End:
-        cell.setX(last.x());
-        break;
-    case Qt::Key_PageUp:
-        cell.setY(0);
-        break;
-    case Qt::Key_PageDown:
-        cell.setY(last.y());
-        break;
-    default:
+    const bool isLeft = press.button() == Qt::LeftButton;
+    const QPoint position = press.position().toPoint();
+    if (isLeft)
+        choose(m_strip.at(position, footerRect()) + 1);
+    if (!pictureRect().contains(position))
         return false;
-    }
-    select(cell, stretch);
+    const QPoint cell = cellAt(position);
+    m_stroke = {isLeft ? brushFor(cell) : Brush::TakeAny, cell};
     return true;
+}
+
+/// A quick mouse passes many cells between two events; they are painted as well.
+void CellGridEditor::dragTo(const QPointF &position)
+{
+    const QPoint end = cellAt(position.toPoint());
+    const QPoint start = m_stroke.last;
+    const QPoint way = end - start;
+    const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
+    for (int step = 0; step <= steps; ++step)
+        apply(m_stroke.brush,
+              start + QPoint(qRound(double(way.x()) * step / steps), qRound(double(way.y()) * step / steps)));
+    m_stroke.last = end;
+    select(CellFrame(gridSize(), end, end));
+}
+
+void CellGridEditor::cancelDrag(const QStringList &before)
+{
+    if (setRows(before))
+        Q_EMIT valueChanged();
+}
+
+void CellGridEditor::textsEdited(const QStringList &, const QStringList &)
+{
+    Q_EMIT valueChanged();
 }
 
 void CellGridEditor::keyPressEvent(QKeyEvent *event)
 {
-    if (m_stroke) {
-        if (event->key() != Qt::Key_Escape)
-            return;
-        const QStringList before = std::exchange(m_stroke, std::nullopt)->before;
-        if (setRows(before))
-            Q_EMIT valueChanged();
-    } else if (event->matches(QKeySequence::SelectAll)) {
-        m_anchor = QPoint();
-        select({gridSize().width() - 1, gridSize().height() - 1}, true);
-    } else if (selectByKey(*event)) {
+    if (m_gesture.takeKey(*event))
         return;
+    if (event->matches(QKeySequence::SelectAll)) {
+        select(CellFrame(gridSize(), {0, 0}, m_frame.lastCell()));
+    } else if (const auto frame = m_frame.movedBy(*event); frame && isForFrame(*event)) {
+        select(*frame);
     } else if (!isShiftOnly(event->modifiers())) {
         PictureView::keyPressEvent(event);
     } else if (event->key() == Qt::Key_Space) {
-        applyTo(brushFor(m_anchor), selection());
+        applyTo(brushFor(m_frame.anchor()), m_frame.cells());
     } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
-        applyTo(Brush::TakeAny, selection());
+        applyTo(Brush::TakeAny, m_frame.cells());
     } else if (event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
         choose(event->key() - Qt::Key_0);
     } else {
@@ -282,7 +237,7 @@ void CellGridEditor::focusInEvent(QFocusEvent *event)
 void CellGridEditor::focusOutEvent(QFocusEvent *event)
 {
     PictureView::focusOutEvent(event);
-    m_stroke.reset();
+    m_gesture.interrupt();
 }
 
 int CellGridEditor::footerHeight(int width) const
@@ -335,7 +290,7 @@ void CellGridEditor::paintMarks(QPainter &painter, const Borders &borders, const
 
 void CellGridEditor::paintSelection(QPainter &painter, const Borders &borders)
 {
-    const QRectF frame = QRectF(borders.place(selection())).adjusted(2, 2, -2, -2);
+    const QRectF frame = QRectF(borders.place(m_frame.cells())).adjusted(2, 2, -2, -2);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(Qt::black, 4, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.drawRect(frame);

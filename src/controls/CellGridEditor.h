@@ -1,11 +1,11 @@
 #pragma once
 
+#include "controls/CellFrame.h"
 #include "controls/CellRows.h"
 #include "controls/CellStyle.h"
 #include "controls/ChipStrip.h"
+#include "controls/EditGesture.h"
 #include "controls/PictureView.h"
-
-#include <optional>
 
 namespace paravue
 {
@@ -19,7 +19,7 @@ namespace paravue
 /// Shift they stretch a rectangle, Ctrl+A takes all cells. Space paints what is selected like a left button
 /// that is pressed where the rectangle began; Delete and Backspace take any mark away; 1 to 9 choose a kind;
 /// Escape takes back what the held button has done so far.
-class CellGridEditor : public PictureView
+class CellGridEditor : public PictureView, private EditGesture::Editor
 {
     Q_OBJECT
 
@@ -69,12 +69,10 @@ protected:
 
 private:
     enum class Brush { Paint, TakeKind, TakeAny };
-    /// What a held button does.
+    /// What a held button does, and the last cell that it was done to.
     struct Stroke {
-        Qt::MouseButton button;
         Brush brush;
         QPoint last;
-        QStringList before;
     };
 
     /// Where in the widget the cells begin; the last ones end where there would be another.
@@ -89,18 +87,21 @@ private:
         }
     };
 
+    QStringList texts() const override { return rows(); }
+    bool beginDrag(const QMouseEvent &press) override;
+    void dragTo(const QPointF &position) override;
+    void cancelDrag(const QStringList &before) override;
+    void textsEdited(const QStringList &before, const QStringList &after) override;
+
     QSize gridSize() const { return m_cells.size(); }
-    QRect selection() const;
     QPoint cellAt(const QPoint &position) const;
     Borders borders() const;
 
     void choose(int kind);
-    void select(const QPoint &current, bool stretch);
-    bool selectByKey(const QKeyEvent &event);
+    void select(const CellFrame &frame);
     Brush brushFor(const QPoint &cell) const;
     bool apply(Brush brush, const QPoint &cell);
     void applyTo(Brush brush, const QRect &cells);
-    void applyAlong(const QPoint &end);
     void paintLines(QPainter &painter, const Borders &borders);
     void paintMarks(QPainter &painter, const Borders &borders, const QRect &dirty);
     void paintSelection(QPainter &painter, const Borders &borders);
@@ -108,9 +109,9 @@ private:
     CellRows m_cells;
     ChipStrip m_strip;
     int m_kind = 1;
-    QPoint m_anchor;
-    QPoint m_current;
-    std::optional<Stroke> m_stroke;
+    CellFrame m_frame;
+    Stroke m_stroke{};
+    EditGesture m_gesture;
 };
 
 } // namespace paravue

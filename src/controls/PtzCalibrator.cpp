@@ -1,6 +1,7 @@
 #include "controls/PtzCalibrator.h"
 
 #include "controls/CalibrationPoint.h"
+#include "controls/CellFrame.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -33,7 +34,9 @@ QList<QLineF> armsAround(const QPointF &position, double length)
 
 } // namespace
 
-PtzCalibrator::PtzCalibrator(int points, QWidget *parent) : PtzView(parent), m_strip(*this)
+PtzCalibrator::PtzCalibrator(int points, QWidget *parent)
+    : PtzView(parent), m_strip(*this),
+      m_gesture(*this, EditGesture::Interruption::Cancels, EditGesture::Report::WholeDrag)
 {
     setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::PreventContextMenu);
@@ -51,6 +54,7 @@ bool PtzCalibrator::setPoints(const QStringList &points)
     if (fitting == m_points)
         return false;
     m_points = fitting;
+    m_gesture.textsReplaced();
     stateChanged();
     return true;
 }
@@ -67,7 +71,8 @@ bool PtzCalibrator::setGotoPoint(int number)
 
 std::optional<QPointF> PtzCalibrator::placeOf(int number) const
 {
-    return m_drag && number == m_current ? m_drag->place : placeOfPoint(m_points.value(number - 1));
+    return m_gesture.isDragging() && number == m_current ? m_held.place
+                                                         : placeOfPoint(m_points.value(number - 1));
 }
 
 QString PtzCalibrator::valueText() const
@@ -100,27 +105,28 @@ void PtzCalibrator::chooseNextUnset()
     }
 }
 
-bool PtzCalibrator::place(const QPointF &fraction)
+void PtzCalibrator::place(const QPointF &fraction)
 {
     QString &point = m_points[m_current - 1];
-    const QString before = std::exchange(point, placedPoint(point, intoPicture(fraction), position()));
+    point = placedPoint(point, intoPicture(fraction), position());
     stateChanged();
-    return point != before;
-}
-
-void PtzCalibrator::set(const QPointF &fraction)
-{
-    if (place(fraction))
-        Q_EMIT signal_Point_calibrated(m_current);
 }
 
 void PtzCalibrator::remove(int number)
 {
     if (!placeOf(number))
         return;
-    m_points[number - 1].clear();
-    stateChanged();
-    Q_EMIT signal_Point_calibrated(number);
+    m_gesture.perform([&] {
+        m_points[number - 1].clear();
+        stateChanged();
+    });
+}
+
+/// A gesture changes one point.
+void PtzCalibrator::textsEdited(const QStringList &before, const QStringList &after)
+{
+    const auto changed = std::mismatch(before.cbegin(), before.cend(), after.cbegin()).first;
+    Q_EMIT signal_Point_calibrated(int(changed - before.cbegin()) + 1);
 }
 
 void PtzCalibrator::goTo(int number)
@@ -175,50 +181,60 @@ int PtzCalibrator::pointInStrip(const QPoint &position) const
 
 void PtzCalibrator::mousePressEvent(QMouseEvent *event)
 {
-    const QPointF position = event->position();
-    const bool isInPicture = pictureRect().contains(position.toPoint());
-    const int hit = isInPicture ? pointAt(position) : 0;
-    if (event->button() == Qt::RightButton && !m_drag) {
-        remove(hit);
-    } else if (event->button() == Qt::LeftButton && isInPicture) {
-        choose(hit);
-        const QPointF offset = hit > 0 ? positionOf(*placeOf(hit)) - position : QPointF();
-        m_drag = Drag{position, offset, intoPicture(fractionAt(position + offset)), hit == 0};
-        stateChanged();
-    } else if (event->button() == Qt::LeftButton) {
-        choose(pointInStrip(position.toPoint()));
-    }
+    m_gesture.press(*event);
 }
 
 void PtzCalibrator::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_drag)
-        return;
-    if (!(event->buttons() & Qt::LeftButton)) { // released where nobody heard of it
-        m_drag.reset();
-    } else if (m_drag->moved ||
-               (event->position() - m_drag->start).manhattanLength() >= QApplication::startDragDistance()) {
-        m_drag->moved = true;
-        m_drag->place = intoPicture(fractionAt(event->position() + m_drag->offset));
-    }
-    stateChanged();
+    m_gesture.move(*event);
 }
 
 void PtzCalibrator::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_drag || event->button() != Qt::LeftButton)
-        return;
-    const Drag drag = *std::exchange(m_drag, {});
+    m_gesture.release(*event);
+}
+
+bool PtzCalibrator::beginDrag(const QMouseEvent &press)
+{
+    const QPointF position = press.position();
+    const bool isInPicture = pictureRect().contains(position.toPoint());
+    const int hit = isInPicture ? pointAt(position) : 0;
+    if (press.button() == Qt::RightButton) {
+        remove(hit);
+        return false;
+    }
+    choose(isInPicture ? hit : pointInStrip(position.toPoint()));
+    if (!isInPicture)
+        return false;
+    const QPointF offset = hit > 0 ? positionOf(*placeOf(hit)) - position : QPointF();
+    m_held = {position, offset, intoPicture(fractionAt(position + offset)), hit == 0};
+    return true;
+}
+
+void PtzCalibrator::dragTo(const QPointF &position)
+{
+    if (m_held.moved || (position - m_held.start).manhattanLength() >= QApplication::startDragDistance()) {
+        m_held.moved = true;
+        m_held.place = intoPicture(fractionAt(position + m_held.offset));
+    }
     stateChanged();
-    if (!drag.moved)
+}
+
+void PtzCalibrator::drop()
+{
+    stateChanged();
+    if (!m_held.moved)
         return;
-    const int number = m_current;
-    const bool isNew = !placeOf(number);
-    const bool hasChanged = place(drag.place);
+    const bool isNew = !placeOf(m_current);
+    place(m_held.place);
     if (isNew)
         chooseNextUnset();
-    if (hasChanged)
-        Q_EMIT signal_Point_calibrated(number);
+}
+
+/// The point is back where it was; its text changes only when it is dropped.
+void PtzCalibrator::cancelDrag(const QStringList &)
+{
+    stateChanged();
 }
 
 void PtzCalibrator::mouseDoubleClickEvent(QMouseEvent *event)
@@ -233,36 +249,22 @@ void PtzCalibrator::mouseDoubleClickEvent(QMouseEvent *event)
 
 bool PtzCalibrator::moveByKey(const QKeyEvent &event)
 {
-    QPointF direction;
-    switch (event.key()) {
-    case Qt::Key_Left:
-        direction.setX(-1);
-        break;
-    case Qt::Key_Right:
-        direction.setX(1);
-        break;
-    case Qt::Key_Up:
-        direction.setY(-1);
-        break;
-    case Qt::Key_Down:
-        direction.setY(1);
-        break;
-    default:
+    const QPointF step = arrowStep(event.key());
+    if (step.isNull())
         return false;
+    if (const auto start = placeOf(m_current)) {
+        const double length = event.modifiers() & Qt::ShiftModifier ? FineStep : Step;
+        m_gesture.perform([&] { place(*start + step * length); });
     }
-    if (const auto place = placeOf(m_current))
-        set(*place + direction * (event.modifiers() & Qt::ShiftModifier ? FineStep : Step));
     return true;
 }
 
 void PtzCalibrator::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();
-    if (m_drag) {
-        if (key == Qt::Key_Escape)
-            m_drag.reset();
-        stateChanged();
-    } else if (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) {
+    if (m_gesture.takeKey(*event))
+        return;
+    if (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) {
         PtzView::keyPressEvent(event);
     } else if (moveByKey(*event)) {
         return;
@@ -271,7 +273,7 @@ void PtzCalibrator::keyPressEvent(QKeyEvent *event)
     } else if (key >= Qt::Key_1 && key <= Qt::Key_9) {
         choose(key - Qt::Key_0);
     } else if (key == Qt::Key_Space) {
-        set(placeOf(m_current).value_or(QPointF(0.5, 0.5)));
+        m_gesture.perform([&] { place(placeOf(m_current).value_or(QPointF(0.5, 0.5))); });
     } else if (key == Qt::Key_Return || key == Qt::Key_Enter) {
         goTo(m_current);
     } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
@@ -284,7 +286,7 @@ void PtzCalibrator::keyPressEvent(QKeyEvent *event)
 void PtzCalibrator::focusOutEvent(QFocusEvent *event)
 {
     PtzView::focusOutEvent(event);
-    m_drag.reset();
+    m_gesture.interrupt();
 }
 
 int PtzCalibrator::footerHeight(int width) const

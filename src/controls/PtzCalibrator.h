@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/ChipStrip.h"
+#include "controls/EditGesture.h"
 #include "controls/PtzView.h"
 
 #include <optional>
@@ -17,7 +18,7 @@ namespace paravue
 /// to it. Keys: Page Up and Page Down, or 1 to 9, choose a point; Space sets it with the present position of
 /// the camera, in the middle if it has no place yet; arrows move it by a hundredth of the picture, with Shift
 /// by a thousandth; Enter goes to it; Delete and Backspace remove it; Escape takes back a drag.
-class PtzCalibrator : public PtzView
+class PtzCalibrator : public PtzView, private EditGesture::Editor
 {
     Q_OBJECT
 
@@ -54,13 +55,20 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    /// A point that is held by the mouse.
-    struct Drag {
+    /// The point that is dragged.
+    struct HeldPoint {
         QPointF start;  ///< where the button was pressed
         QPointF offset; ///< from there to the point
         QPointF place;  ///< where in the picture the point is meanwhile
         bool moved;
     };
+
+    QStringList texts() const override { return m_points; }
+    bool beginDrag(const QMouseEvent &press) override;
+    void dragTo(const QPointF &position) override;
+    void drop() override;
+    void cancelDrag(const QStringList &before) override;
+    void textsEdited(const QStringList &before, const QStringList &after) override;
 
     std::optional<QPointF> placeOf(int number) const;
     QRectF badgeOf(const QPointF &position) const;
@@ -69,9 +77,8 @@ private:
     QRect stripRect() const;
 
     void choose(int number);
-    /// Gives the current point another place. False when nothing changes.
-    bool place(const QPointF &fraction);
-    void set(const QPointF &fraction);
+    /// Gives the current point another place.
+    void place(const QPointF &fraction);
     void remove(int number);
     void goTo(int number);
     void chooseNextUnset();
@@ -82,7 +89,8 @@ private:
     ChipStrip m_strip;
     int m_current = 1;
     int m_goto = 0;
-    std::optional<Drag> m_drag;
+    HeldPoint m_held{};
+    EditGesture m_gesture;
 };
 
 } // namespace paravue

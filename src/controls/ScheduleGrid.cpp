@@ -6,12 +6,18 @@
 #include <QKeyEvent>
 #include <QToolTip>
 
-#include <utility>
-
 namespace paravue
 {
+namespace
+{
 
-ScheduleGrid::ScheduleGrid(QWidget *parent) : QWidget(parent), m_kinds(usualScheduleKinds())
+constexpr QSize WeekSize(WeekPlan::Hours, WeekPlan::Days);
+
+} // namespace
+
+ScheduleGrid::ScheduleGrid(QWidget *parent)
+    : QWidget(parent), m_kinds(usualScheduleKinds()), m_frame(WeekSize),
+      m_gesture(*this, EditGesture::Interruption::IsIgnored, EditGesture::Report::WholeDrag)
 {
     installAccessibleSchedule();
     setObjectName(QStringLiteral("scheduleGrid"));
@@ -42,19 +48,20 @@ bool ScheduleGrid::setCaptions(const QStringList &days, const QStringList &hours
 void ScheduleGrid::setPlan(const WeekPlan &plan)
 {
     m_plan = plan;
-    if (m_stroke) { // goes on: its Escape must not reach the window, nor bring back what has been replaced
-        m_stroke->before = plan;
-        paintTo(m_current);
-    }
+    m_gesture.textsReplaced();
+    if (m_gesture.isDragging())
+        paintTo(current());
     update();
 }
 
 void ScheduleGrid::edit(const WeekPlan &plan)
 {
-    cancelStroke();
-    if (plan == m_plan)
-        return;
-    m_plan = plan;
+    m_gesture.cancel();
+    m_gesture.perform([&] { m_plan = plan; });
+}
+
+void ScheduleGrid::textsEdited(const QStringList &, const QStringList &)
+{
     update();
     announceSchedule(*this);
     Q_EMIT edited();
@@ -128,7 +135,7 @@ void ScheduleGrid::changeEvent(QEvent *event)
         fit();
         break;
     case QEvent::EnabledChange:
-        cancelStroke();
+        m_gesture.cancel();
         update();
         break;
     default:
@@ -138,7 +145,7 @@ void ScheduleGrid::changeEvent(QEvent *event)
 
 void ScheduleGrid::hideEvent(QHideEvent *)
 {
-    cancelStroke();
+    m_gesture.cancel();
 }
 
 void ScheduleGrid::focusInEvent(QFocusEvent *)
@@ -153,61 +160,58 @@ void ScheduleGrid::focusOutEvent(QFocusEvent *)
 
 void ScheduleGrid::mousePressEvent(QMouseEvent *event)
 {
-    const bool erases = event->button() == Qt::RightButton;
-    if (m_stroke || (event->button() != Qt::LeftButton && !erases))
-        return;
-    m_stroke = Stroke{event->button(), m_geometry.rangeAt(event->position().toPoint()), m_plan};
-    paintTo(m_stroke->start.last);
+    m_gesture.press(*event);
 }
 
 void ScheduleGrid::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_stroke)
-        paintTo(m_geometry.nearestCell(event->position().toPoint()));
+    m_gesture.move(*event);
 }
 
 void ScheduleGrid::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_stroke || event->button() != m_stroke->button)
-        return;
-    const WeekPlan before = std::exchange(m_stroke, std::nullopt)->before;
-    if (before == m_plan)
-        return;
-    announceSchedule(*this);
-    Q_EMIT edited();
+    m_gesture.release(*event);
 }
 
-/// The stroke covers all from its start up to \a cell, and nothing that it has covered in between.
+bool ScheduleGrid::beginDrag(const QMouseEvent &press)
+{
+    m_pressed = m_geometry.rangeAt(press.position().toPoint());
+    m_erases = press.button() == Qt::RightButton;
+    return true;
+}
+
+void ScheduleGrid::dragTo(const QPointF &position)
+{
+    paintTo(m_geometry.nearestCell(position.toPoint()));
+}
+
+/// A drag covers all from its start up to \a cell, and nothing that it has covered in between.
 void ScheduleGrid::paintTo(const PlanCell &cell)
 {
-    const PlanRange covered = m_stroke->start.united({cell, cell});
-    const int number = m_stroke->button == Qt::RightButton ? 0 : m_kind;
-    m_plan = m_stroke->before;
-    m_plan.fill(covered, m_kinds[number].value);
+    const PlanRange covered = m_pressed.united({cell, cell});
+    m_plan.setTexts(m_gesture.before());
+    m_plan.fill(covered, m_kinds[m_erases ? 0 : m_kind].value);
     const auto farEnd = [](int at, int start, int first, int last) { return at < start ? first : last; };
-    const PlanRange &start = m_stroke->start;
-    const PlanCell far{farEnd(cell.day, start.first.day, covered.first.day, covered.last.day),
-                       farEnd(cell.hour, start.first.hour, covered.first.hour, covered.last.hour)};
-    const PlanCell near{covered.first.day + covered.last.day - far.day,
-                        covered.first.hour + covered.last.hour - far.hour};
-    select(near, far);
+    const QPoint far(farEnd(cell.hour, m_pressed.first.hour, covered.first.hour, covered.last.hour),
+                     farEnd(cell.day, m_pressed.first.day, covered.first.day, covered.last.day));
+    const QPoint near(covered.first.hour + covered.last.hour - far.x(),
+                      covered.first.day + covered.last.day - far.y());
+    select(CellFrame(WeekSize, near, far));
 }
 
-void ScheduleGrid::cancelStroke()
+void ScheduleGrid::cancelDrag(const QStringList &before)
 {
-    if (m_stroke)
-        m_plan = std::exchange(m_stroke, std::nullopt)->before;
+    m_plan.setTexts(before);
     update();
 }
 
-void ScheduleGrid::select(const PlanCell &anchor, const PlanCell &current)
+void ScheduleGrid::select(const CellFrame &frame)
 {
-    const int dayBefore = m_current.day;
-    m_anchor = anchor;
-    m_current = current;
+    const int dayBefore = current().day;
+    m_frame = frame;
     update();
-    if (m_current.day != dayBefore)
-        Q_EMIT currentDayChanged(m_current.day);
+    if (current().day != dayBefore)
+        Q_EMIT currentDayChanged(current().day);
     announceSchedule(*this);
 }
 
@@ -230,55 +234,31 @@ void ScheduleGrid::pasteDay()
 
 void ScheduleGrid::keyPressEvent(QKeyEvent *event)
 {
-    if (m_stroke) {
-        // Escape would close the window; other keys would change what the stroke goes back to.
-        if (event->key() == Qt::Key_Escape)
-            cancelStroke();
-    } else if (event->matches(QKeySequence::SelectAll)) {
-        select({WeekPlan::Days - 1, WeekPlan::Hours - 1}, {0, 0});
+    if (m_gesture.takeKey(*event))
+        return;
+    if (event->matches(QKeySequence::SelectAll)) {
+        select(CellFrame(WeekSize, m_frame.lastCell(), {0, 0}));
     } else if (event->matches(QKeySequence::Copy)) {
-        m_copied = m_plan.hoursOf(m_current.day);
+        m_copied = m_plan.hoursOf(current().day);
     } else if (event->matches(QKeySequence::Paste)) {
         pasteDay();
     } else if (event->key() == Qt::Key_Space) {
         fillSelection(m_kind);
     } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
         fillSelection(0);
-    } else if (!moveCurrent(*event) && !chooseKind(*event)) {
+    } else if (!moveFrame(*event) && !chooseKind(*event)) {
         QWidget::keyPressEvent(event);
     }
 }
 
-bool ScheduleGrid::moveCurrent(const QKeyEvent &event)
+bool ScheduleGrid::moveFrame(const QKeyEvent &event)
 {
-    const bool byWeek = event.modifiers() & Qt::ControlModifier;
-    const int forward = isRightToLeft() ? -1 : 1;
-    PlanCell cell = m_current;
-    switch (event.key()) {
-    case Qt::Key_Left:
-        cell.hour -= forward;
-        break;
-    case Qt::Key_Right:
-        cell.hour += forward;
-        break;
-    case Qt::Key_Up:
-        --cell.day;
-        break;
-    case Qt::Key_Down:
-        ++cell.day;
-        break;
-    case Qt::Key_Home:
-        cell = {byWeek ? 0 : cell.day, 0};
-        break;
-    case Qt::Key_End:
-        cell = {byWeek ? WeekPlan::Days - 1 : cell.day, WeekPlan::Hours - 1};
-        break;
-    default:
-        return false;
-    }
-    cell = {qBound(0, cell.day, WeekPlan::Days - 1), qBound(0, cell.hour, WeekPlan::Hours - 1)};
-    select(event.modifiers() & Qt::ShiftModifier ? m_anchor : cell, cell);
-    return true;
+    if (event.key() == Qt::Key_PageUp || event.key() == Qt::Key_PageDown)
+        return false; // for the page around the schedule
+    const auto frame = m_frame.movedBy(event, layoutDirection());
+    if (frame)
+        select(*frame);
+    return frame.has_value();
 }
 
 bool ScheduleGrid::chooseKind(const QKeyEvent &event)

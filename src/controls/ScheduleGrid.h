@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/CellFrame.h"
+#include "controls/EditGesture.h"
 #include "controls/ScheduleGeometry.h"
 #include "controls/ScheduleKinds.h"
 #include "controls/WeekPlan.h"
@@ -13,7 +15,7 @@ namespace paravue
 
 /// The hours of a week, one row per day, painted over with the kind that is chosen. What the user can do here
 /// is told in docs/controls/schedule.md. Assistive tools hear a table whose value is the current hour.
-class ScheduleGrid : public QWidget
+class ScheduleGrid : public QWidget, private EditGesture::Editor
 {
     Q_OBJECT
 
@@ -37,8 +39,8 @@ public:
     int kind() const { return m_kind; }
     void setKind(int number);
 
-    PlanCell current() const { return m_current; }
-    PlanRange selection() const { return PlanRange::between(m_anchor, m_current); }
+    PlanCell current() const { return cellOf(m_frame.current()); }
+    PlanRange selection() const { return PlanRange::between(cellOf(m_frame.anchor()), current()); }
     /// Day, hour and kind in words.
     QString describe(const PlanCell &cell) const;
 
@@ -65,21 +67,21 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    /// A stroke of the mouse while its button is held.
-    struct Stroke {
-        Qt::MouseButton button;
-        PlanRange start;
-        WeekPlan before; ///< to go back to
-    };
+    static PlanCell cellOf(const QPoint &place) { return {place.y(), place.x()}; }
+
+    QStringList texts() const override { return m_plan.texts(); }
+    bool beginDrag(const QMouseEvent &press) override;
+    void dragTo(const QPointF &position) override;
+    void cancelDrag(const QStringList &before) override;
+    void textsEdited(const QStringList &before, const QStringList &after) override;
 
     void measure();
     void fit();
     void paintTo(const PlanCell &cell);
-    void cancelStroke();
-    void select(const PlanCell &anchor, const PlanCell &current);
+    void select(const CellFrame &frame);
     void fillSelection(int number);
     void pasteDay();
-    bool moveCurrent(const QKeyEvent &event);
+    bool moveFrame(const QKeyEvent &event);
     bool chooseKind(const QKeyEvent &event);
     void paintCaptions(QPainter &painter) const;
     void paintDay(QPainter &painter, int day) const;
@@ -93,9 +95,10 @@ private:
     ScheduleGeometry m_geometry;
     WeekPlan m_plan;
     int m_kind = 1;
-    PlanCell m_anchor; ///< the selection reaches from here to the current cell
-    PlanCell m_current;
-    std::optional<Stroke> m_stroke;
+    CellFrame m_frame;   ///< a column is an hour, a row a day
+    PlanRange m_pressed; ///< where the drag began
+    bool m_erases = false;
+    EditGesture m_gesture;
     std::optional<std::u32string> m_copied; ///< the hours of a day
 };
 

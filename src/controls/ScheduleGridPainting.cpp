@@ -40,7 +40,7 @@ void ScheduleGrid::paintCaptions(QPainter &painter) const
                          fontMetrics().elidedText(text, Qt::ElideRight, inner.width()));
     };
     for (int day = 0; day < WeekPlan::Days; ++day)
-        paint(m_geometry.dayName(day), m_dayNames.value(day), day == m_current.day);
+        paint(m_geometry.dayName(day), m_dayNames.value(day), day == current().day);
     for (int hour = 0; hour < WeekPlan::Hours; ++hour)
         paint(m_geometry.hourCaption(hour), m_hourCaptions.value(hour), false);
 }
@@ -89,10 +89,10 @@ void ScheduleGrid::paintFocus(QPainter &painter) const
     painter.drawRect(selected.adjusted(1, 1, 0, 0));
     painter.setPen(palette().color(QPalette::Base));
     painter.drawRect(selected.adjusted(2, 2, -2, -2));
-    if (m_anchor == m_current)
+    if (m_frame.anchor() == m_frame.current())
         return;
     painter.setPen(QPen(palette().color(QPalette::Text), 1, Qt::DotLine));
-    painter.drawRect(m_geometry.rect({m_current, m_current}).adjusted(3, 3, -3, -3));
+    painter.drawRect(m_geometry.rect({current(), current()}).adjusted(3, 3, -3, -3));
 }
 
 } // namespace paravue

@@ -9,7 +9,8 @@ namespace paravue::test
 {
 
 /// Does to \a widget what each word says, at places that \a position finds in it: "L1,2" and "R1,2" press a
-/// button, "M1,2" moves the mouse, "U" lets the button go, "D1,2" clicks twice; anything else is a key.
+/// button, "M1,2" moves the mouse, "U" lets the button go, "D1,2" clicks twice, "F" takes the focus away;
+/// anything else is a key.
 inline void perform(QWidget &widget, const QString &gestures,
                     const std::function<QPoint(const QPointF &)> &position)
 {
@@ -31,6 +32,8 @@ inline void perform(QWidget &widget, const QString &gestures,
             QTest::mousePress(&widget, held, {}, place);
         } else if (word == "U") {
             QTest::mouseRelease(&widget, held, {}, place);
+        } else if (word == "F") {
+            widget.clearFocus();
         } else {
             const QKeyCombination key = QKeySequence::fromString(word)[0];
             QTest::keyClick(&widget, key.key(), key.keyboardModifiers());

@@ -88,6 +88,7 @@ void TestCellGrids::paints_data()
     row("right button", Mask, "1111/0000/0000", "R3,0 M1,0 U", "1000/0000/0000");
     row("right button while the left is held", Mask, none, "L0,0 R1,0 M2,0 U", "1110/0000/0000");
     row("escape in a drag", Mask, "0010/0000/0000", "L0,0 M3,0 Esc M3,2 U", "0010/0000/0000");
+    row("drag that loses the focus", Mask, none, "L0,0 M1,0 F M3,0 U", "1100/0000/0000");
     row("space", Mask, none, "Right Down Space Down Space Up Space", "0000/0000/0100");
     row("clear a cell", Mask, "0110/0000/0000", "Right Del Right Backspace", none);
     row("to the edges", Mask, none, "Left Up Space End Space PgDown Space Home Space PgUp", "1001/0000/1001");

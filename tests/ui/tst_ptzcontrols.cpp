@@ -86,6 +86,7 @@ void TestPtzControls::calibrates_data()
     row("drag over the edge", "0.25,0.5///", "", "L.25,.5 M5,-5 U", "1.0000,0.0000///", "c1");
     row("press on a point", "0.25,0.5///", "0,0", "L.25,.5 U", "0.25,0.5///", "");
     row("escape in a drag", "0.25,0.5///", "", "L.25,.5 M.5,.5 Esc M.75,.5 U", "0.25,0.5///", "");
+    row("drag that loses the focus", "0.25,0.5///", "", "L.25,.5 M.5,.5 F M.75,.5 U", "0.25,0.5///", "");
     row("right button on a point", "0.25,0.5/0.75,0.75//", "", "R.75,.75 U R.5,.5 U", "0.25,0.5///", "c2");
     row("right button on a number", "0.25,0.5/0.75,0.75//", "", "R.2875,.45 U", "/0.75,0.75//", "c1");
     row("double click on a number", "0.25,0.5/0.75,0.75//", "", "D.7875,.7", "0.25,0.5/0.75,0.75//", "g2");

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QPointF>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+class QKeyEvent;
+class QMouseEvent;
+
+namespace paravue
+{
+
+/// The gestures by which the user changes the texts of an editor: drags from the press of a mouse button to
+/// its release, and changes that are made at once, such as by a key. Every change by the user goes through
+/// here, and the end of a gesture knows the texts before and after it.
+///
+/// The widget forwards its mouse events, its keys and the loss of its focus.
+class EditGesture
+{
+public:
+    /// What the gestures ask of the widget that they belong to.
+    class Editor
+    {
+    public:
+        virtual ~Editor() = default;
+
+        /// What gestures change.
+        virtual QStringList texts() const = 0;
+        /// A left or right button was pressed. Returns whether a drag begins; dragTo() follows at once then.
+        virtual bool beginDrag(const QMouseEvent &press) = 0;
+        virtual void dragTo(const QPointF &position) = 0;
+        /// The drag is over, and this is the last change that belongs to it.
+        virtual void drop() {}
+        /// The drag is over and shall leave the texts \a before.
+        virtual void cancelDrag(const QStringList &before) = 0;
+        /// The user has changed the texts.
+        virtual void textsEdited(const QStringList &before, const QStringList &after) = 0;
+    };
+
+    /// What becomes of a drag when its release is missed or the focus is lost.
+    enum class Interruption { Drops, Cancels, IsIgnored };
+    /// Whether a drag is one change, or each of its steps.
+    enum class Report { WholeDrag, EachStep };
+
+    EditGesture(Editor &editor, Interruption interruption, Report report)
+        : m_editor(editor), m_interruption(interruption), m_report(report)
+    {
+    }
+
+    bool isDragging() const { return m_drag.has_value(); }
+    /// The texts from before the drag.
+    QStringList before() const { return m_drag ? m_drag->before : QStringList(); }
+
+    void press(const QMouseEvent &event);
+    void move(const QMouseEvent &event);
+    void release(const QMouseEvent &event);
+    /// True when a drag has used the key up: Escape cancels the drag instead of closing the window, and other
+    /// keys do nothing.
+    bool takeKey(const QKeyEvent &event);
+    void interrupt();
+    void cancel();
+
+    /// Makes a change at once.
+    void perform(const std::function<void()> &change);
+    /// The texts have been replaced by somebody else: to cancel a drag does not bring the former ones back.
+    void textsReplaced();
+
+private:
+    struct Drag {
+        Qt::MouseButton button;
+        QStringList before;
+    };
+
+    void step(const QPointF &position);
+    void end();
+    void finish(const QStringList &before, bool isReported);
+    void report(const QStringList &before);
+
+    Editor &m_editor;
+    Interruption m_interruption;
+    Report m_report;
+    std::optional<Drag> m_drag;
+};
+
+} // namespace paravue
