@@ -88,4 +88,4 @@ void TestDiskFitness::drawsTheFigure()
 }
 
 QTEST_MAIN(TestDiskFitness)
-#include "tst_diskfitness.moc"
+#include "tst_disk_fitness.moc"

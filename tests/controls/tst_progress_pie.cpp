@@ -160,4 +160,4 @@ void TestProgressPie::paintsAtAnySize()
 }
 
 QTEST_MAIN(TestProgressPie)
-#include "tst_progresspie.moc"
+#include "tst_progress_pie.moc"

@@ -1,7 +1,7 @@
-#include "DescribedWindow.h"
 #include "controls/ReadableColors.h"
 #include "controls/ScheduleGrid.h"
 #include "controls/WeekSchedule.h"
+#include "ui/DescribedWindow.h"
 
 #include <QAbstractButton>
 #include <QAccessible>

@@ -1,9 +1,9 @@
-#include "DescribedWindow.h"
 #include "Gestures.h"
 #include "controls/PtzCalibrator.h"
 #include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
 #include "support/Waiting.h"
+#include "ui/DescribedWindow.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -269,4 +269,4 @@ void TestPtzControls::boundsItsSizes()
 }
 
 QTEST_MAIN(TestPtzControls)
-#include "tst_ptzcontrols.moc"
+#include "tst_ptz_controls.moc"

@@ -1,6 +1,6 @@
-#include "DescribedWindow.h"
 #include "Gestures.h"
 #include "controls/CellGridEditor.h"
+#include "ui/DescribedWindow.h"
 
 #include <QAccessible>
 #include <QPixmap>
@@ -253,4 +253,4 @@ void TestCellGrids::tellsAssistiveTools()
 }
 
 QTEST_MAIN(TestCellGrids)
-#include "tst_cellgrids.moc"
+#include "tst_cell_grids.moc"

@@ -1,5 +1,5 @@
-#include "DescribedWindow.h"
 #include "controls/K9mButton.h"
+#include "ui/DescribedWindow.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -215,4 +215,4 @@ void TestDeviceControls::pictureSaysWhyItIsEmpty()
 }
 
 QTEST_MAIN(TestDeviceControls)
-#include "tst_devicecontrols.moc"
+#include "tst_device_controls.moc"
