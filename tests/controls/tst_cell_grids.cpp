@@ -63,7 +63,7 @@ private Q_SLOTS:
     void choosesZonesInTheStrip();
     void boundsItsSize();
     void showsPicturesUnderItsCells();
-    void tellsAssistiveTools();
+    void isReadOut();
 };
 
 void TestCellGrids::paints_data()
@@ -224,7 +224,7 @@ void TestCellGrids::showsPicturesUnderItsCells()
                 const auto [low, high] = std::minmax_element(found.cbegin(), found.cend());
                 return QPair<int, int>(*low, *high);
             };
-            // Without any colour, too, a marked cell has a pattern and an unmarked one shows the picture.
+            // Even without colours a marked cell has a pattern and an unmarked one shows the picture.
             QCOMPARE(shades(1, 1).first, shade.red());
             QCOMPARE(shades(1, 1).second, shade.red());
             QVERIFY(shades(0, 0).second - shades(0, 0).first > 60);
@@ -232,7 +232,7 @@ void TestCellGrids::showsPicturesUnderItsCells()
     }
 }
 
-void TestCellGrids::tellsAssistiveTools()
+void TestCellGrids::isReadOut()
 {
     DescribedWindow window(page(Zones + "<text>Gate {motion/cam0/SENSITIVITY}</text><text>Wall</text>"),
                            {{"motion", storedRows("1300//")}});
