@@ -49,7 +49,7 @@ bool CellGridEditor::setRows(const QStringList &rows)
 
 bool CellGridEditor::setKinds(const QStringList &names)
 {
-    QStringList fitting = names.mid(0, MostKinds);
+    QStringList fitting = names.mid(0, MaxKinds);
     for (QString &name : fitting)
         name = name.left(LongestName).simplified();
     if (fitting.isEmpty() || fitting == m_strip.texts())
@@ -84,7 +84,7 @@ void CellGridEditor::slot_Set_all()
 
 void CellGridEditor::slot_Clear_all()
 {
-    applyTo(Brush::TakeAny, QRect(QPoint(), gridSize()));
+    applyTo(Brush::EraseAny, QRect(QPoint(), gridSize()));
 }
 
 void CellGridEditor::slot_Choose_kind(const QString &number)
@@ -108,7 +108,7 @@ void CellGridEditor::select(const CellFrame &frame)
 
 CellGridEditor::Brush CellGridEditor::brushFor(const QPoint &cell) const
 {
-    return isOfKind(m_cells.mark(cell), m_kind) ? Brush::TakeKind : Brush::Paint;
+    return isOfKind(m_cells.mark(cell), m_kind) ? Brush::EraseKind : Brush::Paint;
 }
 
 bool CellGridEditor::apply(Brush brush, const QPoint &cell)
@@ -116,7 +116,7 @@ bool CellGridEditor::apply(Brush brush, const QPoint &cell)
     const bool hasKind = isOfKind(m_cells.mark(cell), m_kind);
     if (brush == Brush::Paint)
         return !hasKind && m_cells.setMark(cell, m_kind);
-    return (hasKind || brush == Brush::TakeAny) && m_cells.setMark(cell, 0);
+    return (hasKind || brush == Brush::EraseAny) && m_cells.setMark(cell, 0);
 }
 
 void CellGridEditor::applyTo(Brush brush, const QRect &cells)
@@ -178,7 +178,7 @@ bool CellGridEditor::beginDrag(const QMouseEvent &press)
     if (!pictureRect().contains(position))
         return false;
     const QPoint cell = cellAt(position);
-    m_stroke = {isLeft ? brushFor(cell) : Brush::TakeAny, cell};
+    m_stroke = {isLeft ? brushFor(cell) : Brush::EraseAny, cell};
     return true;
 }
 
@@ -220,7 +220,7 @@ void CellGridEditor::keyPressEvent(QKeyEvent *event)
     } else if (event->key() == Qt::Key_Space) {
         applyTo(brushFor(m_frame.anchor()), m_frame.cells());
     } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
-        applyTo(Brush::TakeAny, m_frame.cells());
+        applyTo(Brush::EraseAny, m_frame.cells());
     } else if (event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
         choose(event->key() - Qt::Key_0);
     } else {

@@ -24,7 +24,7 @@ class CellGridEditor : public PictureView, private EditGesture::Editor
     Q_OBJECT
 
 public:
-    static constexpr int MostKinds = 9;
+    static constexpr int MaxKinds = 9;
 
     /// \a size in columns and rows, at least 1 by 1.
     explicit CellGridEditor(const QSize &size, QWidget *parent = nullptr);
@@ -68,7 +68,7 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    enum class Brush { Paint, TakeKind, TakeAny };
+    enum class Brush { Paint, EraseKind, EraseAny };
     /// What a held button does, and the last cell that it was done to.
     struct Stroke {
         Brush brush;

@@ -47,13 +47,13 @@ void LiveView::paintEvent(QPaintEvent *event)
     const QString shown = shortenedMessage(valueText());
     if (hasPicture && shown.isEmpty())
         return;
-    const QColor ground = palette().color(backgroundRole());
+    const QColor background = palette().color(backgroundRole());
     QPainter painter(this);
     if (hasPicture)
-        dimPicture(painter, contentsRect(), ground);
+        dimPicture(painter, contentsRect(), background);
     else
         drawFrame(&painter);
-    paintNotice(painter, contentsRect(), shown, ground, palette().color(foregroundRole()));
+    paintNotice(painter, contentsRect(), shown, background, palette().color(foregroundRole()));
 }
 
 } // namespace paravue

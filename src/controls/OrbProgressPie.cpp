@@ -105,10 +105,10 @@ struct PieColors {
 /// The border of the filled part runs through the digits, so both parts are made to suit one text colour.
 PieColors pieColors(const QPalette &palette, bool enabled)
 {
-    const QColor ground = palette.color(QPalette::Window);
-    const QColor ink = palette.color(QPalette::WindowText);
+    const QColor background = palette.color(QPalette::Window);
+    const QColor foreground = palette.color(QPalette::WindowText);
     PieColors colors;
-    colors.rest = paravue::mixedColor(ground, ink, 0.12);
+    colors.rest = paravue::mixedColor(background, foreground, 0.12);
     colors.text = paravue::readableTextOn(colors.rest);
     const QColor farFromText = colors.text == Qt::black ? Qt::white : Qt::black;
     colors.filled = palette.color(QPalette::Highlight);
@@ -118,7 +118,7 @@ PieColors pieColors(const QPalette &palette, bool enabled)
         }
         colors.filled = paravue::mixedColor(colors.filled, farFromText, 0.1);
     }
-    colors.outline = paravue::mixedColor(ground, ink, 0.4);
+    colors.outline = paravue::mixedColor(background, foreground, 0.4);
     if (!enabled) {
         // Not every palette dims the highlight of its disabled group.
         colors.filled = paravue::mixedColor(colors.rest, colors.filled, 0.4);

@@ -28,26 +28,26 @@ QRect fittedPlace(QPainter &painter, const QRect &room, const QString &text)
 
 } // namespace
 
-void dimPicture(QPainter &painter, const QRect &picture, const QColor &ground)
+void dimPicture(QPainter &painter, const QRect &picture, const QColor &background)
 {
-    QColor dimming = ground;
+    QColor dimming = background;
     dimming.setAlphaF(DimmedShare);
     painter.fillRect(picture, dimming);
 }
 
-void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &ground,
-                 const QColor &ink, float coverage)
+void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
+                 const QColor &foreground, float coverage)
 {
     if (text.isEmpty())
         return;
     painter.save();
     const QRect room = picture.adjusted(NoticeMargin, NoticeMargin, -NoticeMargin, -NoticeMargin);
     const QRect place = fittedPlace(painter, room, text);
-    QColor base = ground;
+    QColor base = background;
     base.setAlphaF(coverage);
     painter.setOpacity(1); // a disabled palette dims the text by itself
     painter.fillRect(place.adjusted(-6, -4, 6, 4) & picture, base);
-    painter.setPen(ink);
+    painter.setPen(foreground);
     painter.drawText(room, Flags, text);
     painter.restore();
 }

@@ -21,10 +21,10 @@ public:
 };
 
 /// Dims what was painted in \a picture.
-void dimPicture(QPainter &painter, const QRect &picture, const QColor &ground);
+void dimPicture(QPainter &painter, const QRect &picture, const QColor &background);
 /// Paints \a text in the middle of \a picture, on a ground that lets some of what is under it through when
 /// \a coverage is less than 1. A text that does not fit is written smaller.
-void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &ground,
-                 const QColor &ink, float coverage = 1);
+void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
+                 const QColor &foreground, float coverage = 1);
 
 } // namespace paravue

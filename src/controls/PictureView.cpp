@@ -26,7 +26,7 @@ PictureView::PictureView(QWidget *parent) : QWidget(parent), m_preferred(UsualSi
 
 void PictureView::setPreferredSize(const QSize &size)
 {
-    m_asked = size;
+    m_requested = size;
     m_preferred = QSize(size.width() > 0 ? size.width() : UsualSize.width(),
                         size.height() > 0 ? size.height() : UsualSize.height());
     updateGeometry();
@@ -55,17 +55,17 @@ QString PictureView::placeholder() const
 
 QSize PictureView::sizeHint() const
 {
-    return around(m_preferred);
+    return viewSize(m_preferred);
 }
 
 QSize PictureView::minimumSizeHint() const
 {
     const QSize smallest = SmallestSize.boundedTo(m_preferred);
-    return around({m_asked.width() > 0 ? m_asked.width() : smallest.width(),
-                   m_asked.height() > 0 ? m_asked.height() : smallest.height()});
+    return viewSize({m_requested.width() > 0 ? m_requested.width() : smallest.width(),
+                     m_requested.height() > 0 ? m_requested.height() : smallest.height()});
 }
 
-QSize PictureView::around(const QSize &picture) const
+QSize PictureView::viewSize(const QSize &picture) const
 {
     return picture + QSize(2 * FrameWidth, 2 * FrameWidth + footerRoom(picture.width()));
 }
@@ -170,16 +170,16 @@ void PictureView::paintEvent(QPaintEvent *event)
     if (picture.isEmpty())
         return;
     QPainter painter(this);
-    const QColor ground = palette().color(QPalette::Window);
-    const QColor ink = palette().color(QPalette::WindowText);
+    const QColor background = palette().color(QPalette::Window);
+    const QColor foreground = palette().color(QPalette::WindowText);
     if (m_pixmap.isNull()) {
-        painter.fillRect(picture, mixedColor(ground, ink, 0.1));
+        painter.fillRect(picture, mixedColor(background, foreground, 0.1));
     } else {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(picture, m_pixmap);
     }
     if (!isEnabled() || (!m_notice.isEmpty() && !m_pixmap.isNull()))
-        dimPicture(painter, picture, ground);
+        dimPicture(painter, picture, background);
     painter.save();
     painter.setOpacity(isEnabled() ? 1 : 0.6);
     painter.setClipRect(picture);
@@ -190,7 +190,8 @@ void PictureView::paintEvent(QPaintEvent *event)
     const double width = ring ? RingWidth : FrameWidth;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(ring ? palette().color(QPalette::Highlight) : mixedColor(ground, ink, 0.4), width));
+    painter.setPen(
+        QPen(ring ? palette().color(QPalette::Highlight) : mixedColor(background, foreground, 0.4), width));
     const double out = FrameWidth - width / 2;
     painter.drawRect(QRectF(picture).adjusted(-out, -out, out, out));
 }

@@ -69,7 +69,7 @@ protected:
 private:
     QRect pictureArea() const;
     /// The size of the view with such a picture.
-    QSize around(const QSize &picture) const;
+    QSize viewSize(const QSize &picture) const;
     int footerRoom(int width) const;
     QString placeholder() const;
 
@@ -77,7 +77,7 @@ private:
     QString m_notice;
     QString m_reason;
     QSize m_preferred;
-    QSize m_asked; ///< 0 or less where nothing was
+    QSize m_requested; ///< 0 or less where nothing was
 };
 
 /// Lines that are seen on bright and dark pictures alike: white with a black rim.

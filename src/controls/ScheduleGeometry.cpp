@@ -21,33 +21,33 @@ void ScheduleGeometry::measure(const QFontMetrics &metrics, const QStringList &d
     for (const QString &day : days)
         m_namesWidth = std::max(m_namesWidth, metrics.horizontalAdvance(day) + 2 * CellMargin);
     m_captionHeight = metrics.height() + CellMargin;
-    m_leastRowHeight = metrics.height() + 2 * CellMargin;
+    m_minimumRowHeight = metrics.height() + 2 * CellMargin;
     const int usual = metrics.horizontalAdvance(QStringLiteral("00")) + 2 * CellMargin;
     for (int hour = 0; hour < WeekPlan::Hours; ++hour) {
         const int needed = std::max(usual, metrics.horizontalAdvance(hours.value(hour)) + CellMargin);
         const int asked = widths.value(hour);
-        m_leastWidths[hour] = asked > 0 ? asked : needed;
+        m_minimumWidths[hour] = asked > 0 ? asked : needed;
     }
 }
 
-QSize ScheduleGeometry::leastSize() const
+QSize ScheduleGeometry::minimumSize() const
 {
     // A line closes the grid at the far edges.
-    return {m_namesWidth + std::accumulate(m_leastWidths.begin(), m_leastWidths.end(), 0) + 1,
-            m_captionHeight + WeekPlan::Days * m_leastRowHeight + 1};
+    return {m_namesWidth + std::accumulate(m_minimumWidths.begin(), m_minimumWidths.end(), 0) + 1,
+            m_captionHeight + WeekPlan::Days * m_minimumRowHeight + 1};
 }
 
 void ScheduleGeometry::fit(const QSize &size, Qt::LayoutDirection direction)
 {
     m_size = size;
     m_isMirrored = direction == Qt::RightToLeft;
-    m_rowHeight = std::max(m_leastRowHeight, (size.height() - m_captionHeight - 1) / WeekPlan::Days);
-    const qint64 least = std::max(1, leastSize().width() - m_namesWidth - 1);
+    m_rowHeight = std::max(m_minimumRowHeight, (size.height() - m_captionHeight - 1) / WeekPlan::Days);
+    const qint64 least = std::max(1, minimumSize().width() - m_namesWidth - 1);
     const qint64 room = std::max<qint64>(least, size.width() - m_namesWidth - 1);
     qint64 before = 0;
     for (int hour = 0; hour <= WeekPlan::Hours; ++hour) {
         m_edges[hour] = m_namesWidth + int(before * room / least);
-        before += hour < WeekPlan::Hours ? m_leastWidths[hour] : 0;
+        before += hour < WeekPlan::Hours ? m_minimumWidths[hour] : 0;
     }
 }
 

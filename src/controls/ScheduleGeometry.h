@@ -23,7 +23,7 @@ public:
     void measure(const QFontMetrics &metrics, const QStringList &days, const QStringList &hours,
                  const QList<int> &widths);
     /// The least size at which everything is readable.
-    QSize leastSize() const;
+    QSize minimumSize() const;
     void fit(const QSize &size, Qt::LayoutDirection direction);
 
     QRect rect(const PlanRange &range) const;
@@ -41,9 +41,9 @@ private:
 
     int m_namesWidth = 0;
     int m_captionHeight = 0;
-    int m_leastRowHeight = 0;
+    int m_minimumRowHeight = 0;
     int m_rowHeight = 0;
-    std::array<int, WeekPlan::Hours> m_leastWidths{};
+    std::array<int, WeekPlan::Hours> m_minimumWidths{};
     std::array<int, WeekPlan::Hours + 1> m_edges{}; ///< of the columns, counted from the leading edge
     QSize m_size;
     bool m_isMirrored = false;

@@ -84,12 +84,12 @@ QString ScheduleGrid::describe(const PlanCell &cell) const
 
 QSize ScheduleGrid::sizeHint() const
 {
-    return m_geometry.leastSize();
+    return m_geometry.minimumSize();
 }
 
 QSize ScheduleGrid::minimumSizeHint() const
 {
-    return m_geometry.leastSize();
+    return m_geometry.minimumSize();
 }
 
 void ScheduleGrid::measure()

@@ -27,14 +27,14 @@ void ScheduleGrid::paintEvent(QPaintEvent *)
 void ScheduleGrid::paintCaptions(QPainter &painter) const
 {
     const auto paint = [&](const QRect &rect, const QString &text, bool isCurrent) {
-        QColor ink = palette().color(foregroundRole());
+        QColor foreground = palette().color(foregroundRole());
         if (isCurrent && isEnabled()) {
-            const QColor ground = mixedColor(palette().color(QPalette::Window),
-                                             palette().color(QPalette::Highlight), CurrentDayShare);
-            painter.fillRect(rect, ground);
-            ink = readableVersion(ink, ground);
+            const QColor background = mixedColor(palette().color(QPalette::Window),
+                                                 palette().color(QPalette::Highlight), CurrentDayShare);
+            painter.fillRect(rect, background);
+            foreground = readableVersion(foreground, background);
         }
-        painter.setPen(ink);
+        painter.setPen(foreground);
         const QRect inner = rect.adjusted(1, 0, -1, 0);
         painter.drawText(inner, Qt::AlignCenter,
                          fontMetrics().elidedText(text, Qt::ElideRight, inner.width()));

@@ -15,8 +15,8 @@ namespace
 
 // The palette of M. Okabe and K. Ito ("Color Universal Design", 2008), made to be told apart by colour-blind
 // people too. Nothing planned has the colour of the page.
-constexpr std::array<QRgb, MostScheduleKinds - 1> KindColors{0xff0072b2, 0xffe69f00, 0xffcc79a7, 0xff009e73,
-                                                             0xffd55e00, 0xff56b4e9, 0xfff0e442};
+constexpr std::array<QRgb, MaxScheduleKinds - 1> KindColors{0xff0072b2, 0xffe69f00, 0xffcc79a7, 0xff009e73,
+                                                            0xffd55e00, 0xff56b4e9, 0xfff0e442};
 
 constexpr double DisabledShare = 0.4;
 
@@ -25,10 +25,10 @@ class KindText
     Q_DECLARE_TR_FUNCTIONS(paravue::WeekSchedule)
 };
 
-QColor groundColor(int number, const QPalette &palette, QPalette::ColorGroup group)
+QColor backgroundColor(int number, const QPalette &palette, QPalette::ColorGroup group)
 {
     const QColor page = palette.color(group, QPalette::Base);
-    if (number < 1 || number >= MostScheduleKinds)
+    if (number < 1 || number >= MaxScheduleKinds)
         return page;
     const QColor color(KindColors[number - 1]);
     return group == QPalette::Disabled ? mixedColor(page, color, DisabledShare) : color;
@@ -56,11 +56,12 @@ int kindNumber(const ScheduleKinds &kinds, char32_t value)
 QColor paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
                  QPalette::ColorGroup group)
 {
-    const QColor ground = groundColor(number, palette, group);
-    painter.fillRect(rect, ground);
+    const QColor background = backgroundColor(number, palette, group);
+    painter.fillRect(rect, background);
     if (number == UnknownKind)
-        painter.fillRect(rect, QBrush(mixedColor(ground, readableTextOn(ground), 0.3), Qt::BDiagPattern));
-    return readableTextOn(ground);
+        painter.fillRect(rect,
+                         QBrush(mixedColor(background, readableTextOn(background), 0.3), Qt::BDiagPattern));
+    return readableTextOn(background);
 }
 
 QIcon kindIcon(int number, const QPalette &palette)

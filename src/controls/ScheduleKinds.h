@@ -23,7 +23,7 @@ struct ScheduleKind {
 using ScheduleKinds = QList<ScheduleKind>;
 
 /// Kinds that have a colour of their own.
-constexpr qsizetype MostScheduleKinds = 8;
+constexpr qsizetype MaxScheduleKinds = 8;
 /// The number of an entry that no kind has.
 constexpr int UnknownKind = -1;
 

@@ -168,8 +168,8 @@ void SortableListView::keyPressEvent(QKeyEvent *event)
         return;
     }
     // The list that has just got the focus marks its first row without picking it.
-    const QList<int> toTheMark{Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_PageUp};
-    if (!hasSelection && currentItem() && toTheMark.contains(event->key())) {
+    const QList<int> keysToCurrent{Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_PageUp};
+    if (!hasSelection && currentItem() && keysToCurrent.contains(event->key())) {
         currentItem()->setSelected(true);
         return;
     }

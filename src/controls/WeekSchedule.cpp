@@ -87,7 +87,7 @@ bool WeekSchedule::setCaptions(const QStringList &days, const QStringList &hours
 
 bool WeekSchedule::setKinds(const ScheduleKinds &kinds)
 {
-    const ScheduleKinds offered = kinds.isEmpty() ? usualScheduleKinds() : kinds.mid(0, MostScheduleKinds);
+    const ScheduleKinds offered = kinds.isEmpty() ? usualScheduleKinds() : kinds.mid(0, MaxScheduleKinds);
     if (offered == m_grid->kinds())
         return false;
     m_grid->setKinds(offered);

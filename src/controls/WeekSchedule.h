@@ -30,7 +30,7 @@ public:
     /// plain numbers. \a widths are those of the hours' columns in pixels, 0 as the caption needs. Returns
     /// false when they are shown already.
     bool setCaptions(const QStringList &days, const QStringList &hours, const QList<int> &widths = {});
-    /// What can be planned; an empty list stands for the usual kinds. Kinds beyond MostScheduleKinds are
+    /// What can be planned; an empty list stands for the usual kinds. Kinds beyond MaxScheduleKinds are
     /// left out. Returns false when they are offered already.
     bool setKinds(const ScheduleKinds &kinds);
 

@@ -341,16 +341,16 @@ void TestSchedule::obeysNobodyWhileDisabled()
 void TestSchedule::marksTheKinds()
 {
     for (const QPalette &palette : {QPalette(Qt::white), QPalette(QColor(40, 40, 40))}) {
-        QSet<QRgb> grounds;
-        for (int number = UnknownKind; number < MostScheduleKinds; ++number) {
+        QSet<QRgb> backgrounds;
+        for (int number = UnknownKind; number < MaxScheduleKinds; ++number) {
             QImage image(40, 40, QImage::Format_RGB32);
             QPainter painter(&image);
             const QColor mark = paintKind(painter, image.rect(), number, palette, QPalette::Active);
             QVERIFY(contrastRatio(mark, image.pixelColor(1, 1)) >= ReadableContrast);
             if (number != UnknownKind)
-                grounds.insert(image.pixel(1, 1));
+                backgrounds.insert(image.pixel(1, 1));
         }
-        QCOMPARE(grounds.size(), MostScheduleKinds);
+        QCOMPARE(backgrounds.size(), MaxScheduleKinds);
     }
 }
 

@@ -65,7 +65,7 @@ public:
     {
         Editor &editor = this->widget(control);
         const bool renamed =
-            editor.setKinds(captions(context, control, QStringLiteral("text"), CellGridEditor::MostKinds));
+            editor.setKinds(captions(context, control, QStringLiteral("text"), CellGridEditor::MaxKinds));
         const QStringList rows =
             valuesAt(context, control, rowAddresses(control.element, int(editor.rows().size())));
         // Without a key the cells are not stored; the user's cells stay.

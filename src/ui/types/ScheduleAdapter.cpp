@@ -18,8 +18,8 @@ ScheduleKinds kinds(ControlContext &context, const Control &control)
     const QString tag = QStringLiteral("kind");
     ScheduleKinds kinds;
     int seen = 0;
-    for (QDomElement kind = control.element.firstChildElement(tag);
-         !kind.isNull() && seen < MostScheduleKinds; kind = kind.nextSiblingElement(tag), ++seen) {
+    for (QDomElement kind = control.element.firstChildElement(tag); !kind.isNull() && seen < MaxScheduleKinds;
+         kind = kind.nextSiblingElement(tag), ++seen) {
         const std::u32string value = kind.attribute(QStringLiteral("value")).toStdU32String();
         if (value.size() == 1)
             kinds.append({value.front(), context.text(control, kind.text())});
