@@ -5,10 +5,10 @@ namespace paravue
 
 class ScheduleGrid;
 
-/// Assistive tools hear a schedule as a table with the name of the control that it is a part of and the
-/// current hour as its value. Safe to call again.
+/// Screen readers get a schedule as a table with the name of its control and the current hour as its value.
+/// May be called more than once.
 void installAccessibleSchedule();
-/// The current hour is another one, or has another kind.
+/// Tells screen readers that the current hour is another one, or has another kind.
 void announceSchedule(ScheduleGrid &grid);
 
 } // namespace paravue

@@ -5,9 +5,9 @@
 namespace paravue
 {
 
-/// Numbered alarm zones over a camera's picture. The character of a cell is the number of its zone, 1 to 9;
-/// a cell belongs to one zone at most. Zones beyond those that have a name are shown by their number and keep
-/// it until they are painted over.
+/// Numbered alarm zones over a camera's picture. The character of a cell is the number of its zone, 1 to 9; a
+/// cell belongs to one zone at most. Cells of a zone without a name show its number and stay in it until they
+/// are painted over.
 class AlarmZoneEditor : public CellGridEditor
 {
     Q_OBJECT

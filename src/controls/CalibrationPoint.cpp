@@ -18,8 +18,8 @@ QString decimal(double number)
 
 std::optional<QPointF> placeOfPoint(const QString &text)
 {
-    // Only the first two fields: what stands behind them may be long, and a point is asked for its place
-    // often.
+    // Only the first two fields are read: the rest may be long, and every painting and mouse event asks for
+    // all places.
     const qsizetype comma = text.indexOf(u',');
     if (comma < 0)
         return {};

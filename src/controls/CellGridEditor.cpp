@@ -12,7 +12,7 @@ namespace paravue
 namespace
 {
 
-constexpr int LongestName = 100; // beyond what a line has room for
+constexpr int LongestName = 100; // more than a line has room for
 constexpr int SmallestLinedCell = 4;
 
 bool isShiftOnly(Qt::KeyboardModifiers modifiers)
@@ -132,7 +132,8 @@ void CellGridEditor::applyTo(Brush brush, const QRect &cells)
     });
 }
 
-/// Positions outside of the picture count as just outside of it, so that an edge can be painted with a swing.
+/// Positions outside of the picture become cells next to its edge, so that a drag over the edge paints up to
+/// it.
 QPoint CellGridEditor::cellAt(const QPoint &position) const
 {
     const QPointF fraction = fractionAt(QPointF(position) + QPointF(0.5, 0.5));
@@ -254,7 +255,7 @@ void CellGridEditor::paintFooter(QPainter &painter)
 void CellGridEditor::paintLines(QPainter &painter, const Borders &borders)
 {
     const QRect picture = pictureRect();
-    // A line of two tones is seen on bright and on dark ground.
+    // A line of two tones is visible on bright and dark pictures.
     const QColor bright(255, 255, 255, 90);
     const QColor dark(0, 0, 0, 90);
     for (const int x : borders.x.mid(1, gridSize().width() - 1)) {
@@ -269,7 +270,7 @@ void CellGridEditor::paintLines(QPainter &painter, const Borders &borders)
 
 void CellGridEditor::paintMarks(QPainter &painter, const Borders &borders, const QRect &dirty)
 {
-    // Cells differ by a pixel; all of them have a sign or none.
+    // The sizes of cells differ by a pixel; either all of them show a sign or none.
     const QSizeF least(pictureRect().width() / gridSize().width(),
                        pictureRect().height() / gridSize().height());
     const bool hasSigns = hasRoomForSign(painter, least);
@@ -306,7 +307,7 @@ void CellGridEditor::paintOver(QPainter &painter, const QRect &dirty)
         picture.height() >= SmallestLinedCell * gridSize().height())
         paintLines(painter, all);
     paintMarks(painter, all, dirty);
-    paintPlaceholder(painter, 0.8F); // a little of the cells under it
+    paintPlaceholder(painter, 0.8F); // lets the cells under it be seen
     painter.setRenderHint(QPainter::Antialiasing);
     if (hasFocus())
         paintSelection(painter, all);

@@ -10,15 +10,15 @@
 namespace paravue
 {
 
-/// A grid of cells over a picture, which the user paints with marks of one or several kinds. Kinds count from
-/// 1; the strip below the picture names them and shows the one that is painted with.
+/// A grid of cells over a picture, which the user paints with marks of one or several kinds. Kinds are
+/// numbered from 1; the strip below the picture names them and shows the chosen one.
 ///
-/// Mouse: the left button paints while it is held; when the first cell has the chosen kind already, it takes
-/// this kind away instead. The right button takes any mark away. A press on the strip chooses a kind.
+/// Mouse: the left button paints while it is held; when the first cell has the chosen kind already, it erases
+/// this kind instead. The right button erases any mark. A press on the strip chooses a kind.
 /// Keys: arrows, Home, End, Page Up and Page Down (Home and End with Ctrl: the corners) go to a cell; with
-/// Shift they stretch a rectangle, Ctrl+A takes all cells. Space paints what is selected like a left button
-/// that is pressed where the rectangle began; Delete and Backspace take any mark away; 1 to 9 choose a kind;
-/// Escape takes back what the held button has done so far.
+/// Shift they extend the selected rectangle, Ctrl+A selects all cells. Space paints the selection, or erases
+/// the chosen kind there when the cell where the selection began has it; Delete and Backspace erase any mark;
+/// 1 to 9 choose a kind; Escape undoes what the held button has done so far.
 class CellGridEditor : public PictureView, private EditGesture::Editor
 {
     Q_OBJECT
@@ -31,10 +31,10 @@ public:
 
     /// The rows in the form that CellRows documents.
     QStringList rows() const { return m_cells.texts(); }
-    /// Emits nothing. False, and nothing is touched, when they are shown already.
+    /// Emits nothing. Returns false when they are shown already.
     bool setRows(const QStringList &rows);
 
-    /// The names of the kinds, 1 to 9 of them. False when they are the present ones.
+    /// The names of the kinds, 1 to 9 of them. Returns false when they have these names already.
     bool setKinds(const QStringList &names);
     int chosenKind() const { return m_kind; }
 
@@ -75,7 +75,7 @@ private:
         QPoint last;
     };
 
-    /// Where in the widget the cells begin; the last ones end where there would be another.
+    /// The left and top edges of the cells in the widget, and behind them the end of the last ones.
     struct Borders {
         QList<int> x;
         QList<int> y;

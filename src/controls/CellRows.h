@@ -12,8 +12,8 @@ namespace paravue
 /// character for each cell from the left. The digits "1" to "9" are what a cell may be marked with; "0", any
 /// other character and a missing one leave it unmarked.
 ///
-/// Marking a cell changes its character and no other one: what stands behind the last column or is not
-/// understood stays as it is, and a short row grows (by "0") just as far as it needs to.
+/// Marking a cell changes its character only: characters behind the last column and unknown ones stay, and a
+/// short row is filled with "0" up to the cell.
 class CellRows
 {
 public:
@@ -22,13 +22,13 @@ public:
     QSize size() const { return m_size; }
     /// As many as the grid has rows.
     const QStringList &texts() const { return m_texts; }
-    /// Missing rows are empty, further ones are left out. False when nothing differs.
+    /// Missing rows are empty, further ones are left out. Returns false when nothing differs.
     bool setTexts(const QStringList &texts);
 
     bool contains(const QPoint &cell) const { return QRect(QPoint(), m_size).contains(cell); }
     /// 0 to 9.
     int mark(const QPoint &cell) const;
-    /// False when the cell has this mark already, or is outside of the grid.
+    /// Returns false when the cell has this mark already, or is outside of the grid.
     bool setMark(const QPoint &cell, int mark);
 
 private:

@@ -14,8 +14,8 @@ class QPainter;
 namespace paravue
 {
 
-/// How a marked cell stands out from any picture, for eyes that tell the colours apart and for those that do
-/// not: a tint, a pattern of lines and perhaps a sign.
+/// How a marked cell is drawn: a tint, a pattern of lines and perhaps a sign, so that it is recognised on any
+/// picture and without colour vision.
 struct CellStyle {
     enum Line { Rising = 1, Falling = 2, Level = 4, Upright = 8 };
     Q_DECLARE_FLAGS(Lines, Line)
@@ -29,14 +29,14 @@ bool hasRoomForSign(const QPainter &painter, const QSizeF &cell);
 
 void paintCell(QPainter &painter, const QRectF &cell, const CellStyle &style);
 
-/// Paints many cells: each style is drawn once for each size of a cell and copied from then on, since grids
-/// may have thousands of cells over a live picture.
+/// Paints many cells: each style is drawn once for each size of a cell and copied afterwards, as a grid may
+/// have thousands of cells over a live picture.
 class CellPainter
 {
 public:
     explicit CellPainter(QPainter &painter) : m_painter(painter) {}
 
-    /// \a mark tells the styles apart. \a cell stands on whole pixels.
+    /// \a mark identifies the style.
     void paint(const QRect &cell, int mark, const CellStyle &style);
 
 private:

@@ -12,9 +12,8 @@ class QWidget;
 namespace paravue
 {
 
-/// A row of small labelled swatches, one of which may be the chosen one: a legend, and a choice of it. It
-/// wraps into further lines where it has to. No widget of its own: its owner gives it room, font, palette and
-/// layout direction.
+/// A row of small labelled swatches that wraps into further lines: a legend, one entry of which may be
+/// chosen. It is not a widget; its owner provides room, font, palette and layout direction.
 class ChipStrip
 {
 public:
@@ -26,7 +25,7 @@ public:
 
     /// The chip at a position, counted from 0; -1 for none.
     int at(const QPoint &position, const QRect &area) const;
-    /// \a swatch draws what stands before the text of a chip. \a chosen is -1 for none.
+    /// \a swatch draws the sample before the text of a chip. \a chosen is -1 for none.
     void paint(QPainter &painter, const QRect &area, int chosen,
                const std::function<void(const QRect &place, int chip)> &swatch) const;
 

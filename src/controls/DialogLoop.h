@@ -8,12 +8,12 @@ class QDialog;
 namespace paravue
 {
 
-/// Runs a dialog modally, in place of its own exec(): a text that is thrown through that leaves the dialog
-/// with a loop that is gone, and closing the dialog afterwards would use it.
+/// Runs a dialog modally in place of QDialog::exec(). An exception that passes through exec() leaves the
+/// dialog with a pointer to an event loop that no longer exists, which closing the dialog would use.
 class DialogLoop : public QObject
 {
 public:
-    /// Shows \a dialog and returns when it is hidden, whatever hid it. It may be deleted meanwhile.
+    /// Shows \a dialog and returns when it is hidden for any reason, or deleted.
     static void run(QDialog &dialog);
 
 protected:

@@ -64,7 +64,7 @@ public:
 
     /// Makes a change at once.
     void perform(const std::function<void()> &change);
-    /// The texts have been replaced by somebody else: to cancel a drag does not bring the former ones back.
+    /// The texts have been replaced from outside; cancelling the drag restores these and not the former ones.
     void textsReplaced();
 
 private:

@@ -5,11 +5,11 @@
 namespace paravue
 {
 
-/// A button with a lamp beside its caption: a ring while it is off, a disc while it is on. It is drawn in the
-/// colour of the caption, so it can be seen on every ground and by people who tell no colours apart.
+/// A button with a lamp beside its caption: a ring while it is off, a disc while it is on. It has the colour
+/// of the caption, so it is visible on every background and without colour vision.
 ///
-/// A checkable one is switched by a click, the space bar or (in the setup window) Enter. One that is not has
-/// the state that it was given, a device's for example, and its lamp is lit while it is held down as well.
+/// A checkable one is switched by a click, the space bar or (in the setup window) Enter. Any other shows the
+/// state that was set, for example that of a device, and is also lit while it is held down.
 class K9mButton : public QPushButton
 {
     Q_OBJECT

@@ -113,13 +113,13 @@ void ListView::paintEvent(QPaintEvent *event)
 {
     QTreeWidget::paintEvent(event);
     QPainter painter(viewport());
-    if (hasFocus()) { // a row that is marked may be out of sight, and there may be none
+    if (hasFocus()) { // the current row may be out of sight, or missing
         painter.setPen(QPen(palette().color(QPalette::Highlight), FocusRing));
         painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
     }
     if (topLevelItemCount() > 0 || m_placeholder.isEmpty())
         return;
-    // The palette's own colour for this is too faint on a light ground.
+    // QPalette::PlaceholderText is too faint on a light background.
     painter.setPen(
         paravue::mixedColor(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.7));
     painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,

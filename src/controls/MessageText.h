@@ -10,13 +10,13 @@ namespace paravue
 /// with Qt::PlainText: markup in it can then neither load a resource nor act as a link.
 QString plainMessage(const QString &message);
 
-/// \a text cut to what fits on a screen of 800 x 600 in the usual font: some lines of some words each. What
-/// is left out is marked by an ellipsis, and the middle of a word that no line could hold as well. A text of
-/// ordinary length stays as it is.
+/// \a text cut to what fits on a screen of 800 x 600 in the usual font. An ellipsis stands for what is left
+/// out, which may be the middle of a word that is longer than a line. A text of ordinary length stays as it
+/// is.
 QString shortenedMessage(const QString &text);
 
-/// \a text for a place that guesses the format itself, such as a tool tip: shown to the letter there,
-/// whatever markup it looks like.
+/// \a text for a place that detects rich text by itself, such as a tool tip: it is shown literally even when
+/// it looks like markup.
 QString literalToolTip(const QString &text);
 
 } // namespace paravue

@@ -12,7 +12,7 @@
 namespace
 {
 
-// More would keep the box from coming up for a long time, and nobody reads on from here.
+// The layout of a longer text would delay the box, and this is more than anybody reads.
 constexpr qsizetype MaxDetails = 64 * 1024;
 
 } // namespace

@@ -23,7 +23,7 @@ struct Package {
 ///     PACKAGE_DESC_i         what it is
 ///     PACKAGE_PRIORITY_i     how much the recorder needs it
 ///
-/// i counts from 0 when PACKAGE_NAME_0 has a value and from 1 otherwise. Nothing of it is ever edited.
+/// i counts from 0 when PACKAGE_NAME_0 has a value and from 1 otherwise. The list is read-only.
 class PackageListView : public SortableListView
 {
     Q_OBJECT

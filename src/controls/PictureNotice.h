@@ -9,21 +9,21 @@ class QRect;
 namespace paravue
 {
 
-/// A widget that shows pictures from outside and can say why none comes, or that the one it shows is not the
-/// present one any more.
+/// A widget that shows pictures from a source outside, and a notice that says why no picture comes or that
+/// the shown one is outdated.
 class PictureNotice
 {
 public:
     virtual ~PictureNotice() = default;
 
-    /// In plain text. The next picture takes the notice away, and so does an empty text.
+    /// Plain text. The next picture removes the notice, and so does an empty text.
     virtual void setNotice(const QString &text) = 0;
 };
 
 /// Dims what was painted in \a picture.
 void dimPicture(QPainter &painter, const QRect &picture, const QColor &background);
-/// Paints \a text in the middle of \a picture, on a ground that lets some of what is under it through when
-/// \a coverage is less than 1. A text that does not fit is written smaller.
+/// Paints \a text in the middle of \a picture, on a background with the opacity \a coverage. A text that does
+/// not fit gets a smaller font.
 void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
                  const QColor &foreground, float coverage = 1);
 

@@ -13,7 +13,8 @@ namespace paravue
 namespace
 {
 
-// Narrow, so that the picture stands in line with what is above it. The focus ring covers its edge.
+// Narrow, so that the picture lines up with the controls above it. The focus ring covers the edge of the
+// picture.
 constexpr int FrameWidth = 1;
 constexpr int RingWidth = 3;
 constexpr int FooterGap = 3;
@@ -81,7 +82,8 @@ void PictureView::setPixmap(const QPixmap &pixmap)
     const bool sameSize = pixmap.size() == m_pixmap.size() && m_notice.isEmpty();
     m_pixmap = pixmap;
     m_notice.clear();
-    // A live picture comes many times a second: only another size, or the end of a notice, is worth telling.
+    // A live picture comes many times a second: screen readers are told only of another size or the end of a
+    // notice.
     sameSize ? update() : stateChanged();
     Q_EMIT pictureChanged();
 }

@@ -8,10 +8,10 @@
 namespace paravue
 {
 
-/// A picture of the recorder, as large as the widget allows with its proportions kept, and a text in its
-/// place while there is none. What is drawn over it, and a footer below it, come from derived classes.
+/// A picture of the recorder, as large as the widget allows with its proportions kept, or a text while there
+/// is none. Derived classes draw over it and add a footer below it.
 ///
-/// Assistive tools see a graphic whose value is valueText().
+/// Screen readers get a graphic whose value is valueText().
 class PictureView : public QWidget, public PictureNotice
 {
     Q_OBJECT
@@ -23,13 +23,13 @@ public:
     QPixmap pixmap() const { return m_pixmap; }
     bool hasPicture() const { return !m_pixmap.isNull(); }
     /// The size that the view shows pictures in, or more where there is room, in device-independent pixels;
-    /// its proportions are those of the place that waits for one. 320 x 240 unless told otherwise, and less
+    /// its proportions are those of the empty area while there is no picture. 320 x 240 by default; less
     /// where there is no room.
     void setPreferredSize(const QSize &size);
 
     /// Where in the widget the picture is, or would be. Empty while the widget is too small for one.
     QRect pictureRect() const;
-    /// The state of the view in words. Derived classes put what they have to say behind the notice.
+    /// The state of the view in words. Derived classes put their own state behind the notice.
     virtual QString valueText() const;
     void setNotice(const QString &text) override;
 
@@ -37,10 +37,10 @@ public:
     QSize minimumSizeHint() const override;
 
 public Q_SLOTS:
-    /// A null pixmap takes the picture away.
+    /// A null pixmap removes the picture.
     void setPixmap(const QPixmap &pixmap);
-    /// Says why there is no picture, in plain text, while there is no notice. An empty text brings the usual
-    /// one back.
+    /// Plain text that says why there is no picture, shown while there is no notice. An empty text restores
+    /// the default one.
     void setText(const QString &reason);
 
 Q_SIGNALS:
@@ -52,16 +52,16 @@ protected:
     QPointF fractionAt(const QPointF &position) const;
     QPointF positionOf(const QPointF &fraction) const;
 
-    /// Draws what belongs over the picture. Only what lies in \a dirty need be drawn.
+    /// Draws over the picture. Only what lies in \a dirty needs to be drawn.
     virtual void paintOver(QPainter &painter, const QRect &dirty);
     virtual int footerHeight(int width) const;
     virtual void paintFooter(QPainter &painter);
-    /// The notice, or the text that says why there is no picture; nothing when there is one. Its ground lets
-    /// some of what is under it through when \a coverage is less than 1.
+    /// Paints the notice, or else, while there is no picture, the text that says why. \a coverage is the
+    /// opacity of its background.
     void paintPlaceholder(QPainter &painter, float coverage = 1);
     /// \a text with the notice before it.
     QString withNotice(const QString &text) const;
-    /// Tells assistive tools about another valueText(), and paints all again.
+    /// Repaints all, and tells screen readers that valueText() has changed.
     void stateChanged();
 
     void paintEvent(QPaintEvent *event) override;
@@ -77,10 +77,10 @@ private:
     QString m_notice;
     QString m_reason;
     QSize m_preferred;
-    QSize m_requested; ///< 0 or less where nothing was
+    QSize m_requested; ///< 0 or less: not given
 };
 
-/// Lines that are seen on bright and dark pictures alike: white with a black rim.
+/// Draws lines that are visible on bright and dark pictures: white with a black rim.
 void drawOnPicture(QPainter &painter, const QList<QLineF> &lines, double width,
                    Qt::PenStyle style = Qt::SolidLine);
 

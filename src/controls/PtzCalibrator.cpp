@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr double ArmLength = 9;
-constexpr double Reach = 10; // how near to a point a press counts as on it
+constexpr double Reach = 10; // how near to a point a press has to be
 constexpr double Step = 0.01;
 constexpr double FineStep = 0.001;
 

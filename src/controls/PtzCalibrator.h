@@ -17,7 +17,7 @@ namespace paravue
 /// the right button removes it. In the strip below the picture a press chooses a point, a double click goes
 /// to it. Keys: Page Up and Page Down, or 1 to 9, choose a point; Space sets it with the present position of
 /// the camera, in the middle if it has no place yet; arrows move it by a hundredth of the picture, with Shift
-/// by a thousandth; Enter goes to it; Delete and Backspace remove it; Escape takes back a drag.
+/// by a thousandth; Enter goes to it; Delete and Backspace remove it; Escape cancels a drag.
 class PtzCalibrator : public PtzView, private EditGesture::Editor
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
 
     /// The points in the form that CalibrationPoint.h documents, as many as there are; empty: not set.
     QStringList points() const { return m_points; }
-    /// Emits nothing. False, and nothing is touched, when they are shown already.
+    /// Emits nothing. Returns false when they are shown already.
     bool setPoints(const QStringList &points);
     int currentPoint() const { return m_current; }
 
@@ -59,7 +59,7 @@ private:
     struct HeldPoint {
         QPointF start;  ///< where the button was pressed
         QPointF offset; ///< from there to the point
-        QPointF place;  ///< where in the picture the point is meanwhile
+        QPointF place;  ///< where in the picture the point is during the drag
         bool moved;
     };
 

@@ -7,7 +7,7 @@ namespace paravue
 namespace
 {
 
-constexpr double CentreGap = 6; // what the camera looks at stays free
+constexpr double CentreGap = 6; // leaves what the camera looks at visible
 constexpr double Ring = 14;
 
 } // namespace
@@ -17,14 +17,14 @@ PtzCrossView::PtzCrossView(QWidget *parent) : PtzView(parent) {}
 void PtzCrossView::paintOver(QPainter &painter, const QRect &dirty)
 {
     paintCross(painter);
-    PtzView::paintOver(painter, dirty); // a text that stands in for the picture is not crossed out
+    PtzView::paintOver(painter, dirty); // last, so that the cross does not strike its text through
 }
 
 void PtzCrossView::paintCross(QPainter &painter) const
 {
     const PtzPosition looksAt = position().value_or(PtzPosition());
     const QPoint place = positionOf({(looksAt.pan + 1) / 2, (1 - looksAt.tilt) / 2}).toPoint();
-    const QPointF centre = place + QPointF(0.5, 0.5); // on whole pixels the hairs are sharp
+    const QPointF centre = place + QPointF(0.5, 0.5); // the hairs are sharp on whole pixels
     const QRectF picture = pictureRect();
     const QList<QLineF> hairs{
         {picture.left(), centre.y(), centre.x() - CentreGap, centre.y()},

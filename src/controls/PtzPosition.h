@@ -16,10 +16,10 @@ struct PtzPosition {
 };
 
 /// "pan,tilt" or "pan,tilt,zoom" with decimal points, such as "0.25,-0.4,0.1"; further fields are ignored and
-/// numbers beyond the ranges cut. Nothing when pan or tilt is no number.
+/// numbers clamped to the ranges. Nothing when pan or tilt is not a number.
 std::optional<PtzPosition> parsePtzPosition(const QString &text);
 
-/// A decimal number as it stands in such texts; nothing for what is none, or not finite.
+/// A decimal number as it stands in such texts; nothing for other texts and numbers that are not finite.
 std::optional<double> parseDecimal(const QString &text);
 
 } // namespace paravue

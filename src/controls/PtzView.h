@@ -14,7 +14,7 @@ class PtzView : public PictureView
 public:
     explicit PtzView(QWidget *parent = nullptr);
 
-    /// Nothing while nobody has told it.
+    /// Nothing while it is not known.
     const std::optional<PtzPosition> &position() const { return m_position; }
 
     QString valueText() const override;

@@ -32,7 +32,7 @@ void ScheduleGeometry::measure(const QFontMetrics &metrics, const QStringList &d
 
 QSize ScheduleGeometry::minimumSize() const
 {
-    // A line closes the grid at the far edges.
+    // One pixel more for the line that closes the grid.
     return {m_namesWidth + std::accumulate(m_minimumWidths.begin(), m_minimumWidths.end(), 0) + 1,
             m_captionHeight + WeekPlan::Days * m_minimumRowHeight + 1};
 }

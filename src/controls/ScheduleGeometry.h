@@ -15,14 +15,14 @@ namespace paravue
 {
 
 /// Where the days and hours of a schedule stand: the names of the days at the leading edge, the captions of
-/// the hours on top, both at least as large as they need, and all that is left shared among the hours.
+/// the hours on top, both at least as large as their texts, and the remaining width shared among the hours.
 class ScheduleGeometry
 {
 public:
     /// \a widths are those of the hours' columns in pixels; 0 or none lets the caption decide.
     void measure(const QFontMetrics &metrics, const QStringList &days, const QStringList &hours,
                  const QList<int> &widths);
-    /// The least size at which everything is readable.
+    /// The smallest size at which everything is readable.
     QSize minimumSize() const;
     void fit(const QSize &size, Qt::LayoutDirection direction);
 

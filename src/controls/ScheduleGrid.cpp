@@ -185,7 +185,7 @@ void ScheduleGrid::dragTo(const QPointF &position)
     paintTo(m_geometry.nearestCell(position.toPoint()));
 }
 
-/// A drag covers all from its start up to \a cell, and nothing that it has covered in between.
+/// A drag paints the rectangle from its start to \a cell; what it has left again is as before.
 void ScheduleGrid::paintTo(const PlanCell &cell)
 {
     const PlanRange covered = m_pressed.united({cell, cell});

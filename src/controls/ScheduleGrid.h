@@ -13,8 +13,9 @@
 namespace paravue
 {
 
-/// The hours of a week, one row per day, painted over with the kind that is chosen. What the user can do here
-/// is told in docs/controls/schedule.md. Assistive tools hear a table whose value is the current hour.
+/// The hours of a week, one row per day, which the user paints with the chosen kind;
+/// docs/controls/schedule.md has its mouse gestures and keys. Screen readers get a table whose value is the
+/// current hour.
 class ScheduleGrid : public QWidget, private EditGesture::Editor
 {
     Q_OBJECT
@@ -30,9 +31,9 @@ public:
     const QStringList &dayNames() const { return m_dayNames; }
 
     const WeekPlan &plan() const { return m_plan; }
-    /// Emits nothing. What the mouse is painting goes on upon it.
+    /// Emits nothing. A drag goes on with the new plan.
     void setPlan(const WeekPlan &plan);
-    /// Changes the plan as the user does.
+    /// Changes the plan as if the user did.
     void edit(const WeekPlan &plan);
 
     /// The kind that is painted with.
@@ -48,7 +49,7 @@ public:
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    /// The user has changed the plan: once for each stroke of the mouse.
+    /// The user has changed the plan; emitted once for each drag.
     void edited();
     void kindChosen(int number);
     void currentDayChanged(int day);

@@ -54,7 +54,7 @@ void ScheduleGrid::paintDay(QPainter &painter, int day) const
         const QRect rect = m_geometry.rect({cell, cell});
         const int number = kindNumber(m_kinds, m_plan.at(cell));
         painter.setPen(paintKind(painter, rect, number, palette(), group));
-        // One mark for each stretch of hours: one in every hour would hide where the stretches end.
+        // One mark for each run of equal hours: a mark in every hour would hide where the runs end.
         if (number == UnknownKind)
             painter.drawText(rect, Qt::AlignCenter, QStringLiteral("?"));
         else if (number != 0 && number != before)
@@ -82,7 +82,7 @@ void ScheduleGrid::paintLines(QPainter &painter) const
 
 void ScheduleGrid::paintFocus(QPainter &painter) const
 {
-    // Two lines, as no single colour stands out on all kinds.
+    // Two lines, as no single colour is visible on all kinds.
     const QRect selected = m_geometry.rect(selection());
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(palette().color(QPalette::Text), 2));

@@ -13,8 +13,8 @@ namespace paravue
 namespace
 {
 
-// The palette of M. Okabe and K. Ito ("Color Universal Design", 2008), made to be told apart by colour-blind
-// people too. Nothing planned has the colour of the page.
+// The palette of M. Okabe and K. Ito ("Color Universal Design", 2008), whose colours colour-blind people can
+// distinguish as well. The first kind has the colour of the background.
 constexpr std::array<QRgb, MaxScheduleKinds - 1> KindColors{0xff0072b2, 0xffe69f00, 0xffcc79a7, 0xff009e73,
                                                             0xffd55e00, 0xff56b4e9, 0xfff0e442};
 
@@ -75,7 +75,7 @@ QIcon kindIcon(int number, const QPalette &palette)
         font.setPixelSize(qMax(1, qRound(rect.height() * 0.7)));
         painter.setFont(font);
         painter.drawText(sample, Qt::AlignCenter, QString::number(number));
-        // A frame shows which one is chosen where the style hardly does.
+        // Some styles hardly show which button is checked; the frame does.
         const bool isChosen = state == QIcon::On;
         painter.setPen(QPen(mixedColor(palette.color(group, QPalette::Button),
                                        palette.color(group, QPalette::ButtonText), isChosen ? 1 : 0.5),

@@ -18,11 +18,11 @@ struct ScheduleKind {
     bool operator==(const ScheduleKind &) const = default;
 };
 
-/// The first means that nothing is planned. Each has a number, its place in the list, which is its key on the
-/// keyboard and its mark on the screen: colours alone tell too few people what they look at.
+/// The first means that nothing is planned. The number of a kind, its place in the list, is its key on the
+/// keyboard and its mark on the screen, which makes it recognisable without colour vision.
 using ScheduleKinds = QList<ScheduleKind>;
 
-/// Kinds that have a colour of their own.
+/// How many kinds have a colour of their own.
 constexpr qsizetype MaxScheduleKinds = 8;
 /// The number of an entry that no kind has.
 constexpr int UnknownKind = -1;
@@ -31,10 +31,10 @@ constexpr int UnknownKind = -1;
 ScheduleKinds usualScheduleKinds();
 int kindNumber(const ScheduleKinds &kinds, char32_t value);
 
-/// Paints the ground of an hour of this kind, and gives the colour in which its mark is readable there.
+/// Paints the background of an hour of this kind, and returns the colour in which a mark is readable on it.
 QColor paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
                  QPalette::ColorGroup group);
-/// A sample of it for a legend.
+/// A sample of the kind for a legend.
 QIcon kindIcon(int number, const QPalette &palette);
 
 } // namespace paravue

@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-// Must stand outside of every namespace.
+// Q_INIT_RESOURCE() has to be used outside of all namespaces.
 static void initPictures()
 {
     Q_INIT_RESOURCE(shared_pictures);

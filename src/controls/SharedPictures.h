@@ -3,8 +3,8 @@
 namespace paravue
 {
 
-/// Makes the pictures that windows of several parts show (":/icons/resources/settings.png") available, as
-/// often as it is called. Needed because a static library does not do so by itself.
+/// Registers the pictures that several parts of the program show (":/icons/resources/settings.png"), which a
+/// static library does not do by itself. May be called more than once.
 void registerSharedPictures();
 
 } // namespace paravue

@@ -40,11 +40,11 @@ private:
         return collator().compare(text(column), other.text(column));
     }
 
-    /// As people count: version 4.9 before 4.10.
+    /// Compares numbers in a text by their value: version 4.9 comes before 4.10.
     static const QCollator &collator()
     {
         static const QCollator shared = [] {
-            // The C locale knows no numbers.
+            // The collation of the C locale has no numeric mode.
             const QLocale user;
             QCollator numeric(user.language() == QLocale::C ? QLocale(QLocale::English) : user);
             numeric.setNumericMode(true);
@@ -167,7 +167,7 @@ void SortableListView::keyPressEvent(QKeyEvent *event)
         notify(isEnter(*event) ? Activated : DeletePressed);
         return;
     }
-    // The list that has just got the focus marks its first row without picking it.
+    // A list that gets the focus makes its first row the current one without selecting it.
     const QList<int> keysToCurrent{Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_PageUp};
     if (!hasSelection && currentItem() && keysToCurrent.contains(event->key())) {
         currentItem()->setSelected(true);

@@ -5,28 +5,28 @@
 namespace paravue
 {
 
-/// A list of things that have a name, which stands in the first column. The user picks one of them, and may
-/// sort them by a click on a header; the third click brings the order of the configuration back.
+/// A list with the name of each row in the first column. The user selects one row, and sorts by a click on a
+/// header; the third click restores the order of the configuration.
 ///
-/// A row is known by its place in the configuration, whatever order is shown.
+/// A row is identified by its place in the configuration, whatever order is shown.
 ///
-/// Keys: arrows, Page Up and Down, Home, End and the first letters of a name pick a row; Enter (or a double
-/// click) and Delete ask for something to be done with it, see lastChange().
+/// Keys: arrows, Page Up and Down, Home, End and the first letters of a name select a row; Enter (or a double
+/// click) and Delete are reported by lastChange().
 class SortableListView : public ListView
 {
     Q_OBJECT
 
 public:
-    /// What valueChanged() tells of: another row is picked (or none), the rows were edited, the picked row is
-    /// to be opened, or to be removed.
+    /// What valueChanged() stands for: another row (or none) is selected, the rows were edited, the user
+    /// wants to open the selected row, or to remove it.
     enum Change { Selected, Edited, Activated, DeletePressed };
 
     explicit SortableListView(QWidget *parent = nullptr);
 
-    /// Emits nothing. The row with the name of the picked one is picked afterwards, if there is one.
+    /// Emits nothing. A row with the name of the selected one is selected afterwards, if there is one.
     bool setRows(const QList<QStringList> &rows) override;
 
-    /// The picked row, or -1.
+    /// The selected row, or -1.
     int selectedRow() const;
 
     Change lastChange() const { return m_lastChange; }
@@ -41,13 +41,13 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 
-    /// Tells what has happened. A receiver may do anything, even delete the list.
+    /// Emits valueChanged(), during which lastChange() is \a change. A receiver may even delete the list.
     void notify(Change change);
-    /// Shows other rows and picks \a selected; -1 picks none. Emits nothing.
+    /// Shows other rows and selects the row \a selected, or none for -1. Emits nothing.
     void showRows(const QList<QStringList> &rows, int selected);
-    /// The row that stands below \a row at present, or else above it, or -1.
+    /// The row that is shown below \a row, or else above it, or -1.
     int neighbour(int row) const;
-    /// A number to sort a cell by in place of its text; invalid: the text counts.
+    /// A number to sort a cell by instead of its text; an invalid one leaves it to the text.
     virtual QVariant sortKey(int row, int column) const;
 
 private:

@@ -26,8 +26,8 @@ struct User {
 ///     PASSWDi    the password: clear text, or the lower-case hexadecimal MD5 digest
 ///     LEVELi     the access level, a decimal number
 ///
-/// i counts from 0 when NAME0 has a value and from 1 otherwise. The list itself does not touch them: whoever
-/// listens to valueChanged() writes users() back when lastChange() is Edited.
+/// i counts from 0 when NAME0 has a value and from 1 otherwise. The list itself does not write them: a
+/// receiver of valueChanged() writes users() back when lastChange() is Edited.
 class UserListView : public SortableListView
 {
     Q_OBJECT
@@ -35,14 +35,14 @@ class UserListView : public SortableListView
 public:
     explicit UserListView(QWidget *parent = nullptr);
 
-    /// What stands for a level in the second column; a level without a caption is shown as its number. Seen
-    /// with the next setUsers().
+    /// The captions of the levels in the second column; a level without one is shown as its number. They take
+    /// effect with the next setUsers().
     void setLevelCaptions(const QMap<int, QString> &captions) { m_captions = captions; }
     /// Shows these users and emits nothing. Returns false when they are shown already.
     bool setUsers(const QList<User> &users);
     const QList<User> &users() const { return m_users; }
 
-    /// These edit the list and pick the user concerned, or the next one to a removed user.
+    /// These edit the list and select the edited user, or the neighbour of a removed one.
     void addUser(const User &user);
     void replaceUser(int row, const User &user);
     void removeUser(int row);

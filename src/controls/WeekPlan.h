@@ -28,9 +28,9 @@ struct PlanRange {
 /// What is planned for each hour of a week, in the form in which it is stored: a text for each day, from
 /// Monday, with a character for each hour, from midnight.
 ///
-/// Other recorders may have stored other texts, and nothing of them is lost: an hour behind the end of a
-/// short text is blank without a character of its own, characters behind the 24th stay, and one without a
-/// known meaning stays until its hour is set. A text that is not edited is given back as it came.
+/// Recorders may have stored other texts, and nothing of them is lost: hours behind the end of a short text
+/// are blank, characters behind the 24th stay, and an unknown one stays until its hour is set. A text that is
+/// not edited stays as it is.
 class WeekPlan
 {
 public:
@@ -49,7 +49,7 @@ public:
 
     char32_t at(const PlanCell &cell) const;
     void fill(const PlanRange &range, char32_t entry);
-    /// The characters of all hours of a day, blanks included; and the way back.
+    /// The characters of all 24 hours of a day, blanks included.
     std::u32string hoursOf(int day) const;
     void setHours(int day, const std::u32string &hours);
 

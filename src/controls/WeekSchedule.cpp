@@ -39,7 +39,7 @@ QString literal(QString text)
 QPushButton *menuButton(QWidget *parent)
 {
     auto *button = new QPushButton(parent);
-    button->setAutoDefault(false); // Enter in a field is not for it
+    button->setAutoDefault(false); // Enter in an input field does not press it
     button->setMenu(new QMenu(button));
     return button;
 }
@@ -201,7 +201,7 @@ int WeekSchedule::widestCopyButton() const
     return m_copy->sizeHint().width() - fontMetrics().horizontalAdvance(currentDayName()) + widest;
 }
 
-/// The tab key comes to the kind that is chosen; from there the arrow keys choose another.
+/// The Tab key goes to the chosen kind only; the arrow keys choose another one.
 void WeekSchedule::keepTabStop()
 {
     for (QAbstractButton *button : m_kindButtons->buttons())

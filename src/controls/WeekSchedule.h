@@ -18,7 +18,7 @@ class ScheduleGrid;
 /// where the kind to paint with is chosen, and buttons to copy a day and to clear.
 ///
 /// Its value is a text per day, from Monday, with one character per hour, from midnight. Short, long and
-/// foreign texts are kept as they are but for the hours that the user sets (see WeekPlan).
+/// unknown texts stay as they are except for the hours that the user sets (see WeekPlan).
 class WeekSchedule : public QWidget
 {
     Q_OBJECT
@@ -35,11 +35,11 @@ public:
     bool setKinds(const ScheduleKinds &kinds);
 
     QStringList days() const;
-    /// Emits nothing. Returns false, and touches nothing, when these are shown already.
+    /// Emits nothing. Returns false when these are shown already.
     bool setDays(const QStringList &days);
 
 public Q_SLOTS:
-    /// Plans nothing at all for the whole week, as if the user did.
+    /// Clears the whole week as if the user did.
     void clear();
 
 Q_SIGNALS:

@@ -31,7 +31,7 @@ int rawNumberAt(const QString &report, qsizetype position)
 
 qint64 reallocationScore(qint64 raw, qint64 threshold)
 {
-    // Without a threshold nothing says how many are too many; a disk that has lost none is fine.
+    // Without a threshold any reallocated sector counts as a failure.
     if (threshold == 0)
         return raw == 0 ? 100 : 0;
     return 100 - raw * 100 / threshold;
@@ -51,7 +51,7 @@ cDiskFitness::cDiskFitness(QWidget *parent, const QString &report) : QWidget(par
 void cDiskFitness::readReport()
 {
     m_report.replace(QLatin1String("\\n"), QLatin1String("\n"));
-    // Deliberate: the columns of a line that is not there are counted from the position -1.
+    // Intended: the columns of a missing line are counted from -1, the result of indexOf().
     const qsizetype powerOn = m_report.indexOf(QLatin1String("  9 Power_On_Hours"));
     powerOnHours = rawNumberAt(m_report, powerOn + RawColumn);
     powerOnValue = shortNumberAt(m_report, powerOn + ValueColumn);

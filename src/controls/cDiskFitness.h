@@ -7,8 +7,8 @@
 ///
 /// The report is the table that smartctl lists, one attribute per line, each line ended by a line feed or, as
 /// configuration values carry it, by a backslash and an "n". Columns are found by their distance from the
-/// start of a line, so a line that is missing gives figures without a meaning, but always figures. A column
-/// that is no decimal number, or lies behind the end of the report, counts as 0.
+/// start of a line, so a missing line gives figures without a meaning. A column that is no decimal number, or
+/// lies behind the end of the report, counts as 0.
 class cDiskFitness : public QWidget
 {
     Q_OBJECT
