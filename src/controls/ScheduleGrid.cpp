@@ -155,6 +155,7 @@ void ScheduleGrid::focusInEvent(QFocusEvent *)
 
 void ScheduleGrid::focusOutEvent(QFocusEvent *)
 {
+    m_gesture.interrupt();
     update();
 }
 
