@@ -8,7 +8,7 @@
 namespace paravue::test
 {
 
-/// Does to \a widget what each word says, at places that \a position finds in it: "L1,2" and "R1,2" press a
+/// Performs a gesture on \a widget for each word, at places that \a position gives: "L1,2" and "R1,2" press a
 /// button, "M1,2" moves the mouse, "U" lets the button go, "D1,2" clicks twice, "F" takes the focus away;
 /// anything else is a key.
 inline void perform(QWidget &widget, const QString &gestures,

@@ -23,7 +23,7 @@ QByteArray page(const QByteArray &control)
     return describePage("<item type='label'><text>Yard</text></item><item row='1' " + control + "</item>");
 }
 
-/// The file of a recorder that knows more of masks than we do; rows are joined by "/", "-" is one that it has
+/// A recorder's file with more entries than this program knows. Rows are joined by "/"; "-" is a row that is
 /// not stored.
 QByteArray storedRows(const QByteArray &rows)
 {
@@ -59,7 +59,7 @@ class TestCellGrids : public QObject
 private Q_SLOTS:
     void paints_data();
     void paints();
-    void takesBackWhatWasPaintedOnly();
+    void undoesItsOwnPaintingOnly();
     void choosesZonesInTheStrip();
     void boundsItsSize();
     void showsPicturesUnderItsCells();
@@ -147,10 +147,10 @@ void TestCellGrids::paints()
     QCOMPARE(window.fixture.content("motion"), normal(storedRows(painted)));
     QCOMPARE(editor->rows().join(u'/'), QString(painted).remove(u'-'));
     QCOMPARE(window.messages.texts(), QStringList());
-    QVERIFY(window.window->isVisible()); // Escape is not for the window while something is painted
+    QVERIFY(window.window->isVisible()); // during a drag Escape does not close the window
 }
 
-void TestCellGrids::takesBackWhatWasPaintedOnly()
+void TestCellGrids::undoesItsOwnPaintingOnly()
 {
     DescribedWindow window(page(Mask), {{"motion", storedRows("0000/0000/0000")}});
     auto *editor = window.widget<CellGridEditor>();
@@ -175,7 +175,7 @@ void TestCellGrids::choosesZonesInTheStrip()
     }
     QCOMPARE(chosen, QList<int>({1, 2, 3, 4}));
 
-    // A description's buttons can do it as well.
+    // The buttons of a description call these slots.
     QVERIFY(QMetaObject::invokeMethod(editor, "slot_Choose_kind", Q_ARG(QString, "2")));
     QVERIFY(QMetaObject::invokeMethod(editor, "slot_Set_all"));
     QCOMPARE(window.value("motion/cam0/MASK2"), "2222");

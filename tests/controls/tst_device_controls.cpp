@@ -22,7 +22,7 @@ QByteArray report(const char *hours)
 const QByteArray Disk =
     "GOOD=" + report("1500") + "FAIR=" + report("10500") + "BAD=" + report("10650") + "LIGHT=on\nWIPER=off\n";
 
-QString told(QWidget *widget, QAccessible::Text kind)
+QString readOut(QWidget *widget, QAccessible::Text kind)
 {
     return QAccessible::queryAccessibleInterface(widget)->text(kind);
 }
@@ -156,11 +156,11 @@ void TestDeviceControls::buttonFollowsItsKey()
     auto *light = window.widget<paravue::K9mButton>(0);
     auto *lamp = window.widget<paravue::K9mButton>(1);
     QVERIFY(light->isOn() && lamp->isOn() && !window.widget<paravue::K9mButton>(2)->isOn());
-    QCOMPARE(told(lamp, QAccessible::Value), "On");
+    QCOMPARE(readOut(lamp, QAccessible::Value), "On");
     QVERIFY(QAccessible::queryAccessibleInterface(light)->state().checked);
     window.window->setValue("disk/untitled/LIGHT/1");
     QVERIFY(!light->isOn() && !lamp->isOn());
-    QCOMPARE(told(lamp, QAccessible::Value), "Off");
+    QCOMPARE(readOut(lamp, QAccessible::Value), "Off");
     QTest::mouseClick(light, Qt::LeftButton);
     QCOMPARE(window.value("disk/untitled/LIGHT"), "1"); // writing is left to its actions
     QTest::mouseClick(window.widget<QPushButton>(3), Qt::LeftButton);
@@ -202,16 +202,16 @@ void TestDeviceControls::pictureSaysWhyItIsEmpty()
     QVERIFY(picture->hasScaledContents());
     QVERIFY(picture->frameStyle() != QFrame::NoFrame);
     QVERIFY(window.widget<QLabel>(2)->width() < 99999999);
-    QCOMPARE(told(picture, QAccessible::Name), "Yard");
-    QCOMPARE(told(picture, QAccessible::Value), "No signal");
-    QCOMPARE(told(window.page()->findChild<QLineEdit *>(), QAccessible::Name), "");
+    QCOMPARE(readOut(picture, QAccessible::Name), "Yard");
+    QCOMPARE(readOut(picture, QAccessible::Value), "No signal");
+    QCOMPARE(readOut(window.page()->findChild<QLineEdit *>(), QAccessible::Name), "");
 
     QPixmap frame(704, 576);
     frame.fill(Qt::red);
     picture->setPixmap(frame);
     QCOMPARE(picture->size(), QSize(160, 90));
     QCOMPARE(picture->grab().toImage().pixelColor(5, 80), QColor(Qt::red));
-    QCOMPARE(told(picture, QAccessible::Value), "");
+    QCOMPARE(readOut(picture, QAccessible::Value), "");
 }
 
 QTEST_MAIN(TestDeviceControls)

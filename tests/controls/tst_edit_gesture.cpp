@@ -85,13 +85,13 @@ class TestEditGesture : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsChanges_data();
-    void tellsChanges();
+    void reportsChanges_data();
+    void reportsChanges();
     void movesTheFrame_data();
     void movesTheFrame();
 };
 
-void TestEditGesture::tellsChanges_data()
+void TestEditGesture::reportsChanges_data()
 {
     QTest::addColumn<Interruption>("interruption");
     QTest::addColumn<Report>("report");
@@ -129,7 +129,7 @@ void TestEditGesture::tellsChanges_data()
     row("focus without a drag", Drops, WholeDrag, "f", "", "");
 }
 
-void TestEditGesture::tellsChanges()
+void TestEditGesture::reportsChanges()
 {
     QFETCH(Interruption, interruption);
     QFETCH(Report, report);

@@ -92,7 +92,7 @@ void TestProgressPie::fillsItsShare()
 
     pie.setProgress(percent);
     const QImage image = render(pie, scale);
-    // The softened borders count as neither part.
+    // Antialiased borders count as neither part.
     const double seen = share(image, filledColor);
     QVERIFY2(qAbs(seen - percent) <= 1.0, qPrintable(QString::number(seen)));
     // Clockwise from the top: the middle of the filled part and the middle of the rest.
@@ -129,7 +129,7 @@ void TestProgressPie::marksItsLimit()
     const QImage image = render(pie);
     QVERIFY(paravue::contrastRatio(colorAt(image, 0.75), colorAt(without, 0.75)) >= 4.5);
     QCOMPARE(colorAt(image, 0.7), colorAt(without, 0.7));
-    pie.setLimit(1000); // the whole, which needs no mark
+    pie.setLimit(1000); // clamped to the whole, which has no mark
     QCOMPARE(render(pie), without);
 }
 

@@ -62,11 +62,11 @@ void TestPtzControls::calibrates_data()
     QTest::addColumn<QString>("camera");
     QTest::addColumn<QString>("gestures");
     QTest::addColumn<QByteArray>("calibrated");
-    QTest::addColumn<QString>("told"); // "c" and a number: calibrated; "g" and a number: gone to
+    QTest::addColumn<QString>("reported"); // "c" and a number: calibrated; "g" and a number: gone to
 
     const auto row = [](const char *name, const QByteArray &points, const QString &camera,
-                        const QString &gestures, const QByteArray &calibrated, const QString &told) {
-        QTest::newRow(name) << points << camera << gestures << calibrated << told;
+                        const QString &gestures, const QByteArray &calibrated, const QString &reported) {
+        QTest::newRow(name) << points << camera << gestures << calibrated << reported;
     };
     const QByteArray none = "///";
     row("nothing", "0.1,.2, 3/off/nan,1/1e999,0", "", "Return", "0.1,.2, 3/off/nan,1/1e999,0", "g1");
@@ -117,7 +117,7 @@ void TestPtzControls::calibrates()
     QFETCH(QString, camera);
     QFETCH(QString, gestures);
     QFETCH(QByteArray, calibrated);
-    QFETCH(QString, told);
+    QFETCH(QString, reported);
     DescribedWindow window(describePage(Calibrator), {{"ptz", storedPoints(points, "99")}});
     window.window->resize(500, 500);
     auto *calibrator = window.widget<PtzCalibrator>();
@@ -131,7 +131,7 @@ void TestPtzControls::calibrates()
     calibrator->setFocus();
     QVERIFY(QMetaObject::invokeMethod(calibrator, "slot_Set_PTZ_pos", Q_ARG(QString, camera)));
     perform(*calibrator, gestures, [&](const QPointF &place) { return placeIn(*calibrator, place); });
-    QCOMPARE(heard.join(u' '), told);
+    QCOMPARE(heard.join(u' '), reported);
     window.fixture.store().flush();
     const QString gone = heard.isEmpty() ? QString() : heard.constLast();
     QCOMPARE(window.fixture.content("ptz"),
@@ -197,7 +197,7 @@ void TestPtzControls::pointsTheCross()
     view->setText("Off");
     const QPoint beside =
         view->pictureRect().center() - QPoint(view->fontMetrics().horizontalAdvance("Off") / 2 + 3, 0);
-    // No hair crosses the text out, nor the ground around it.
+    // No hair runs through the text, nor through the background around it.
     for (int y = -3; y <= 3; ++y)
         QCOMPARE(view->grab().toImage().pixelColor(beside + QPoint(0, y)),
                  view->palette().color(QPalette::Window));
@@ -249,7 +249,7 @@ void TestPtzControls::passesPicturesOn()
 
 void TestPtzControls::boundsItsSizes()
 {
-    // A footer takes nothing of a picture that has no room to spare.
+    // A footer does not shrink a picture of the least size.
     DescribedWindow full(
         describe("<tabwidget><tab><item type='gridlayout'>"
                  "<item type='PTZCalibrator' points='40' width='200' height='150' valign='top'/>"

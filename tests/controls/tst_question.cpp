@@ -192,7 +192,7 @@ void TestQuestion::remembersNotToAskAgain()
         QCOMPARE(asked(flag), QMessageBox::Yes);
         QVERIFY(flag);
     }
-    // Would not return without anybody to answer.
+    // A box that opened again would wait for an answer for ever.
     QCOMPARE(asked(flag), QMessageBox::No);
     QVERIFY(flag);
 

@@ -34,13 +34,13 @@ QByteArray cell(const QByteArray &content, const QByteArray &attributes = {})
 const QByteArray Key = "<key>plan/untitled/DAY</key>";
 const QByteArray Continuous = QByteArray(24, '1');
 
-/// The hours \a from to \a to with \a entry in a day of nothing.
+/// A day with \a entry in the hours \a from to \a to and nothing in the others.
 QString hours(int from, int to, char entry = '1')
 {
     return QString(from, u'0') + QString(to - from + 1, QLatin1Char(entry)) + QString(23 - to, u'0');
 }
 
-/// Does to a schedule what its user does, told in words.
+/// Performs the gestures of a user on a schedule, each written as a word.
 class User
 {
 public:
@@ -66,6 +66,8 @@ private:
             QTest::mouseMove(m_grid, place(object));
         } else if (verb == "release") {
             QTest::mouseRelease(m_grid, m_button, {}, place("0,0"));
+        } else if (verb == "blur") {
+            m_grid->clearFocus();
         } else if (verb == "key") {
             QTest::keySequence(m_grid, keys(object));
         } else if (verb == "type") { // wherever the focus is
@@ -77,7 +79,7 @@ private:
         }
     }
 
-    /// Left and right as the user sees them, where the hours run the other way.
+    /// Left and right are swapped where the hours run from right to left.
     QKeySequence keys(QString names) const
     {
         if (m_grid->isRightToLeft() && names.contains("Right"))
@@ -136,10 +138,10 @@ private Q_SLOTS:
     void keepsWhatItDoesNotKnow();
     void readsItsDescription();
     void followsTheStore();
-    void obeysNobodyWhileDisabled();
+    void ignoresInputWhileDisabled();
     void marksTheKinds();
-    void tellsTheCurrentHour();
-    void isOneStopOfManyForTheTabKey();
+    void readsOutTheCurrentHour();
+    void hasFewTabStops();
 };
 
 void TestSchedule::paints_data()
@@ -167,6 +169,7 @@ void TestSchedule::paints_data()
     row("hour", "press:2,-1 drag:1,5 release", days(0, 6, "011"));
     row("week", "press:-1,-1 release", days(0, 6, on));
     row("escape", "press:3,1 drag:5,2 key:Esc drag:6,6 release", {}, 0);
+    row("drag without the focus", "press:3,1 blur drag:5,2 release", {{1, "000111"}, {2, "000111"}});
     row("keys during a stroke", "press:3,1 key:Del key:Space release", {{1, "0001"}});
     row("erasing", "press:0,0 drag:4,0 release erase:1,0 drag:2,0 release", {{0, "10011"}}, 2);
     row("nothing to erase", "erase:3,3 release", {}, 0);
@@ -315,13 +318,13 @@ void TestSchedule::followsTheStore()
     window.button<QPushButton>("")->click();
     QCOMPARE(window.value("plan/untitled/DAY3"), "0");
     QCOMPARE(first->days().value(0), "00");
-    // Without a key it is the user's.
+    // Without a key in the description loading keeps what the user has painted.
     QTest::keyClick(window.widget<ScheduleGrid>(2), Qt::Key_Space);
     window.window->onLoadDone();
     QCOMPARE(window.widget<WeekSchedule>(2)->days().value(0), "1");
 }
 
-void TestSchedule::obeysNobodyWhileDisabled()
+void TestSchedule::ignoresInputWhileDisabled()
 {
     DescribedWindow window(describePage(cell(Key, "enabled='no'")), {{"plan", "DAY0 = '11'\n"}});
     auto *schedule = window.widget<WeekSchedule>();
@@ -337,7 +340,7 @@ void TestSchedule::obeysNobodyWhileDisabled()
     QCOMPARE(window.value("plan/untitled/DAY0"), "11");
 }
 
-/// Each kind can be told from the others in light and dark, and by its mark without any colour.
+/// Each kind has a background of its own and a readable mark, in light and dark palettes.
 void TestSchedule::marksTheKinds()
 {
     for (const QPalette &palette : {QPalette(Qt::white), QPalette(QColor(40, 40, 40))}) {
@@ -354,7 +357,7 @@ void TestSchedule::marksTheKinds()
     }
 }
 
-void TestSchedule::tellsTheCurrentHour()
+void TestSchedule::readsOutTheCurrentHour()
 {
     DescribedWindow window(describePage(cell(Key)), {{"plan", "DAY1 = '02'\n"}});
     auto *grid = window.widget<ScheduleGrid>();
@@ -368,7 +371,7 @@ void TestSchedule::tellsTheCurrentHour()
     QCOMPARE(QToolTip::text(), "Sun, 23:00 to 24:00: Off");
 }
 
-void TestSchedule::isOneStopOfManyForTheTabKey()
+void TestSchedule::hasFewTabStops()
 {
     DescribedWindow window(
         describePage("<item type='edit'/>" + cell(Key, "column='1'") + "<item type='edit' row='2'/>"),
