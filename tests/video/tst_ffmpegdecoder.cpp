@@ -274,8 +274,10 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes_data()
     const QByteArray &first = slices.pictures[0];
     const qsizetype at = first.indexOf(QByteArray("\0\0\1\x68", 4));
     const QByteArray parameters = first.sliced(at, first.indexOf(QByteArray("\0\0\1", 3), at + 3) - at);
-    row("H.264 with many parameter sets", slices,
-        first.first(at) + parameters.repeated(25'000) + first.sliced(at) + slices.pictures[1], upTo(2));
+    row("H.264 with long parameter sets", slices,
+        first.first(at) + parameters.leftJustified(60'000, '\0').repeated(25) + first.sliced(at) +
+            slices.pictures[1],
+        upTo(2));
 }
 
 void TestFfmpegDecoder::findsPicturesAmongOtherBytes()

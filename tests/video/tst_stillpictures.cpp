@@ -14,6 +14,7 @@
 #include <QTcpSocket>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 
 using namespace paravue;
@@ -35,11 +36,11 @@ QByteArray jpeg(const QSize &size = {64, 48}, Passes passes = Passes::One)
     return buffer.data();
 }
 
-/// The same picture, claiming another size in its frame header.
+/// The same picture, claiming another size in its frame header. What is missing then is decoded as grey.
 QByteArray claiming(const QByteArray &jpeg, int width, int height)
 {
     QByteArray bytes = jpeg;
-    const qsizetype header = bytes.indexOf("\xFF\xC0");
+    const qsizetype header = std::max(bytes.indexOf("\xFF\xC0"), bytes.indexOf("\xFF\xC2"));
     const QList<int> size{height >> 8, height & 255, width >> 8, width & 255};
     for (int i = 0; i < 4; ++i)
         bytes[header + 5 + i] = char(size[i]);
@@ -270,7 +271,9 @@ void TestStillPictures::fetches()
     QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", 1));
     Server server(give);
     Fetch fetch(server.url());
-    fetch.receiver.setTimeLimits(300ms, 1500ms);
+    // Only who waits for the limits has short ones: a busy machine must not reach the others.
+    if (problem == "No answer in time")
+        fetch.receiver.setTimeLimits(150ms, 300ms);
     QVERIFY(!fetch.receiver.isFinished());
     QVERIFY(fetch.ends.wait(10'000));
     QVERIFY(fetch.receiver.isFinished());
@@ -317,11 +320,14 @@ void TestStillPictures::endsInTheMiddle()
 
 void TestStillPictures::decodesInTime()
 {
-    QCOMPARE(decodedStill(jpeg({5000, 5000})).size(), QSize(2500, 2500));
-    QVERIFY(decodedStill(jpeg({6000, 6000})).isNull()); // more pixels than a picture may have
+    const auto decode = [](Passes passes, int width, int height) {
+        return decodedStill(claiming(jpeg({64, 48}, passes), width, height));
+    };
+    QCOMPARE(decode(Passes::One, 5000, 5000).size(), QSize(2500, 2500));
+    QVERIFY(decode(Passes::One, 6000, 6000).isNull()); // more pixels than a picture may have
     // Pass after pass over the pixels.
-    QCOMPARE(decodedStill(jpeg({2000, 2000}, Passes::Many)).size(), QSize(2000, 2000));
-    QVERIFY(decodedStill(jpeg({5000, 5000}, Passes::Many)).isNull());
+    QCOMPARE(decode(Passes::Many, 2000, 2000).size(), QSize(2000, 2000));
+    QVERIFY(decode(Passes::Many, 5000, 5000).isNull());
 }
 
 QTEST_MAIN(TestStillPictures)
