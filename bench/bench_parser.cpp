@@ -270,6 +270,78 @@ void growthOfHeader(benchmark::State &state)
 }
 BENCHMARK(growthOfHeader)->Apply(applyPaired);
 
+/// DATA_T with its containers at aligned addresses, which leaves gaps.
+struct AlignedRecord {
+    qint32 length = 0;
+    quint8 flags = 0;
+    quint8 streamId = 0;
+    quint16 word16 = 0;
+    quint8 byteA = 0;
+    quint8 byteB = 0;
+    quint8 labelledId = 0;
+    quint8 streamType = 0;
+    QByteArray label1;
+    QByteArray label2;
+    QByteArray label3;
+    QByteArray payload;
+};
+
+const QByteArray &labelOf(const AlignedRecord &record)
+{
+    return record.label1;
+}
+
+const paravue::Packed<QByteArray> &labelOf(const DATA_T &record)
+{
+    return record.stream.label1;
+}
+
+constexpr int RecordCount = 100'000;
+
+/// Fills, copies and reads records as the parser and its receivers do; \a read gets each copy.
+template <typename Record>
+void handRecordsOn(void (*read)(const Record &))
+{
+    const QByteArray payload(1000, 'x');
+    for (int i = 0; i < RecordCount; ++i) {
+        Record record;
+        record.payload = payload;
+        const Record copy = record;
+        read(copy);
+    }
+}
+
+template <typename Record>
+void readInPlace(const Record &record)
+{
+    benchmark::DoNotOptimize(record.payload.size());
+    benchmark::DoNotOptimize(record.payload.constData());
+    benchmark::DoNotOptimize(labelOf(record).startsWith("H264"));
+}
+
+void readCopies(const DATA_T &record)
+{
+    benchmark::DoNotOptimize(record.payload.value().size());
+    benchmark::DoNotOptimize(record.payload.value().constData());
+    benchmark::DoNotOptimize(record.stream.label1.value().startsWith("H264"));
+}
+
+/// What it costs to keep the containers of a record at any address.
+void recordsBesideAligned(benchmark::State &state)
+{
+    pairedRatio(
+        state, [] { handRecordsOn<DATA_T>(readInPlace); }, [] { handRecordsOn<AlignedRecord>(readInPlace); });
+}
+BENCHMARK(recordsBesideAligned)->Apply(applyPaired);
+
+/// What the functions of packed containers save to those who would otherwise copy the value first.
+void recordsBesideCopies(benchmark::State &state)
+{
+    pairedRatio(
+        state, [] { handRecordsOn<DATA_T>(readInPlace); }, [] { handRecordsOn<DATA_T>(readCopies); });
+}
+BENCHMARK(recordsBesideCopies)->Apply(applyPaired);
+
 } // namespace
 
 int main(int argc, char **argv)
