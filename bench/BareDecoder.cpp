@@ -65,4 +65,28 @@ int decodeBare(const test::EncodedClip &clip)
     return shown;
 }
 
+int splitBare(const QByteArray &decoder, const QByteArray &bytes)
+{
+    const AVCodec *codec = avcodec_find_decoder_by_name(decoder.constData());
+    const CodecContextHandle context(avcodec_alloc_context3(codec));
+    AVCodecParserContext *parser = av_parser_init(codec->id);
+    const QByteArray padded = bytes + QByteArray(AV_INPUT_BUFFER_PADDING_SIZE, '\0');
+    int pictures = 0;
+    for (qsizetype at = 0; at <= bytes.size();) {
+        uint8_t *picture = nullptr;
+        int size = 0;
+        // No bytes at the end: then the parser returns the last picture.
+        const int used =
+            av_parser_parse2(parser, context.get(), &picture, &size,
+                             reinterpret_cast<const uint8_t *>(padded.constData()) + at,
+                             static_cast<int>(bytes.size() - at), AV_NOPTS_VALUE, AV_NOPTS_VALUE, 0);
+        pictures += size > 0 ? 1 : 0;
+        if (at == bytes.size())
+            break;
+        at += used;
+    }
+    av_parser_close(parser);
+    return pictures;
+}
+
 } // namespace paravue::bench

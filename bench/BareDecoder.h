@@ -9,6 +9,10 @@ namespace paravue::bench
 /// the number of pictures.
 int decodeBare(const test::EncodedClip &clip);
 
+/// Finds the ends of the coded pictures in \a bytes as FFmpeg does, with its parser of the \a decoder's
+/// codec. Returns the number of pictures.
+int splitBare(const QByteArray &decoder, const QByteArray &bytes);
+
 /// A clip of pictures with many details; encoded once.
 const test::EncodedClip &detailedClip(const QByteArray &encoder);
 

@@ -16,7 +16,7 @@ constexpr std::size_t StartCodeSize = 3;
 /// The next 00 00 01 with a byte behind it, or the end.
 std::size_t findStartCode(std::string_view bytes, std::size_t from)
 {
-    // The one is rarer than the zeros.
+    // Searched for by its one, which is rarer than zeros.
     for (std::size_t one = bytes.find('\1', from + 2); one < bytes.size() - 1;
          one = bytes.find('\1', one + 1)) {
         if (bytes[one - 1] == 0 && bytes[one - 2] == 0)
@@ -47,8 +47,8 @@ quint8 h264UnitType(std::string_view bytes, std::size_t startCode)
     return byteAt(bytes, startCode + StartCodeSize) & 0x1f;
 }
 
-/// What of a picture's H.264 units has been seen.
-struct H264Seen {
+/// Counts the H.264 units of one picture.
+struct H264Units {
     qint64 slices = 0;
     qint64 headers = 0;
     quint32 lastBlock = 0;
@@ -89,7 +89,7 @@ enum JpegMarker : quint8 {
     Comment = 0xfe
 };
 
-/// What an application puts into its segment, such as a small preview, is not this picture.
+/// The segments of applications may contain other images, such as a preview.
 bool hidesImages(quint8 marker)
 {
     return (marker >= FirstApplication && marker <= LastApplication) || marker == Comment;
@@ -130,14 +130,14 @@ std::string_view CodedPictures::cut(std::size_t size)
 
 CodedPicture CodedPictures::nextH264()
 {
-    H264Seen seen;
+    H264Units units;
     std::size_t at = findStartCode(m_rest, 0);
-    while (at < m_rest.size() && seen.add(m_rest, at))
+    while (at < m_rest.size() && units.add(m_rest, at))
         at = findStartCode(m_rest, at + StartCodeSize);
     return {.bytes = cut(at),
-            .passes = std::max<qint64>(seen.slices, 1),
-            .headers = seen.headers,
-            .isKey = seen.isKey};
+            .passes = std::max<qint64>(units.slices, 1),
+            .headers = units.headers,
+            .isKey = units.isKey};
 }
 
 CodedPicture CodedPictures::nextMpeg4()
@@ -152,7 +152,7 @@ CodedPicture CodedPictures::nextMpeg4()
     const std::string_view body = picture.bytes.substr(std::min(begin + StartCodeSize, picture.bytes.size()));
     for (std::size_t zeros = body.find("\0\0"sv); zeros != body.npos; zeros = body.find("\0\0"sv, zeros + 2))
         ++picture.restarts;
-    // The codec tells no rows of these.
+    // The codec does not report the rows of these (see CodecStream::endRow()).
     if (byteAt(picture.bytes, begin + StartCodeSize + 1) >> 6 == BPicture)
         picture.passes += std::exchange(picture.restarts, 0);
     return picture;

@@ -9,27 +9,29 @@ namespace paravue
 
 enum class VideoCodec { H264, Mpeg4, MotionJpeg, Other };
 
-/// One coded picture, and what decoding it may cost at most beside its bytes and pixels.
+/// One coded picture, and upper bounds of what decoding it costs besides its bytes and pixels.
 struct CodedPicture {
     std::string_view bytes;
     /// How often its data may go over all pixels, 1 or more: the slices of H.264, the scans of JPEG, the
     /// packets of a B picture of MPEG-4.
     qint64 passes = 1;
-    /// Of other pictures of MPEG-4: where they may go on at any place, as they do with each packet.
+    /// Of other pictures of MPEG-4: the number of places where the data may go on at any block, as each
+    /// packet does.
     qint64 restarts = 0;
     /// Bytes of tables that the codec has to build larger ones from.
     qint64 tableBytes = 0;
     /// Units of an H.264 picture that are no slices.
     qint64 headers = 0;
-    /// Of H.264: all slices say that they need no other picture. Others are never told to be.
+    /// Of H.264: all slices say that they need no other picture. False for the other codecs.
     bool isKey = false;
 };
 
-/// Finds where the coded pictures in a piece of a stream end. What cannot be told apart is one picture, and
-/// what is longer than \a longest ends one byte behind that.
+/// Finds where the coded pictures in a piece of a stream end. Bytes in which no end is found are one picture.
+/// A picture that is longer than \a longest is cut one byte behind that.
 ///
-/// The codec library's own parsers do this too, but they also read every parameter set, as many as there are,
-/// before they return.
+/// The codec library's parsers find the ends, too, but read every parameter set before they return: 1 MiB of
+/// them takes 1.2 s, here 1.2 ms (bench_decoder, splitParameterSets). For usual pictures they take 3 to 8
+/// times as long (split). Given a frame of several pictures as a whole, the codecs decode one of them.
 class CodedPictures
 {
 public:

@@ -12,9 +12,9 @@ constexpr double Header = 5'000;
 struct Times {
     double byte;
     double pixel;
-    /// In a picture that says it needs no other.
+    /// In a picture that needs no other.
     double keyPixel;
-    /// When the data go over it again.
+    /// When the data decode it once more.
     double furtherPass;
 };
 
