@@ -1,6 +1,6 @@
 #include "video/VideoHVX3Reciver.h"
 
-#include "video/TurnShare.h"
+#include "video/EventLoopBudget.h"
 #include "video/VideoLimits.h"
 #include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Demuxer.h"
@@ -37,7 +37,7 @@ constexpr unsigned int ShownBit = 4;
 } // namespace
 
 VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
-    : QObject(parent), m_element(element), m_share(paravue::TurnShare::shared()),
+    : QObject(parent), m_element(element), m_budget(paravue::EventLoopBudget::shared()),
       m_socket(new QTcpSocket(this)), m_parser(new cHvx3Parser(this)), m_demuxer(new cHvx3Demuxer(this)),
       m_decoder(new cFfmpegDecoder(this))
 {
@@ -141,12 +141,12 @@ void VideoHVX3Reciver::lookForAcknowledgement()
 /// socket, so that the recorder is slowed down.
 void VideoHVX3Reciver::parse()
 {
-    m_parsesLater = m_decoder->isBusy() || !m_share->hasTime();
+    m_parsesLater = m_decoder->isBusy() || !m_budget->hasTime();
     if (!m_parsesLater) {
         m_received += m_socket->readAll();
-        m_share->use([this] { m_parser->append(std::exchange(m_received, {})); });
+        m_budget->run([this] { m_parser->append(std::exchange(m_received, {})); });
     } else if (!m_decoder->isBusy()) {
-        m_share->putOff(this, [this] {
+        m_budget->defer(this, [this] {
             parseWhatWaits();
             return false;
         });

@@ -10,7 +10,7 @@
 
 namespace paravue
 {
-class TurnShare;
+class EventLoopBudget;
 }
 class QTcpSocket;
 class cFfmpegDecoder;
@@ -65,7 +65,7 @@ private:
     State m_state = Connecting;
     bool m_parsesLater = false; ///< what the socket holds
     bool m_reading = false;     ///< the socket waits for readyRead() to return
-    const std::shared_ptr<paravue::TurnShare> m_share;
+    const std::shared_ptr<paravue::EventLoopBudget> m_budget;
     QTcpSocket *const m_socket; // these four are children
     cHvx3Parser *const m_parser;
     cHvx3Demuxer *const m_demuxer;

@@ -1,7 +1,7 @@
 #include "video/cFfmpegDecoder.h"
 
 #include "video/CodecStream.h"
-#include "video/TurnShare.h"
+#include "video/EventLoopBudget.h"
 
 #include <QPointer>
 
@@ -9,8 +9,8 @@
 
 using paravue::CodecStream;
 using paravue::DecodingLimits;
+using paravue::EventLoopBudget;
 using paravue::LiveLimits;
-using paravue::TurnShare;
 
 cFfmpegDecoder::cFfmpegDecoder(QObject *parent) : QObject(parent) {}
 
@@ -18,13 +18,13 @@ cFfmpegDecoder::~cFfmpegDecoder() = default;
 
 void cFfmpegDecoder::workInTurns()
 {
-    m_share = TurnShare::shared();
+    m_budget = EventLoopBudget::shared();
 }
 
 bool cFfmpegDecoder::create(const QString &format)
 {
     const QByteArray name = format.toLatin1();
-    if (m_share) {
+    if (m_budget) {
         addTask({true, name});
         return CodecStream::isDecoder(name);
     }
@@ -38,7 +38,7 @@ void cFfmpegDecoder::append(const QByteArray &bytes)
     // A receiver may destroy this decoder.
     const QPointer<cFfmpegDecoder> self(this);
     addTask({false, bytes});
-    if (!self || m_share || m_working)
+    if (!self || m_budget || m_working)
         return;
     m_working = true;
     while (self && !m_tasks.empty())
@@ -51,8 +51,8 @@ void cFfmpegDecoder::addTask(const Task &task)
 {
     const bool isFirst = m_tasks.empty();
     m_tasks.push_back(task);
-    if (isFirst && m_share)
-        m_share->putOff(this, [this] { return step(); });
+    if (isFirst && m_budget)
+        m_budget->defer(this, [this] { return step(); });
 }
 
 /// Does the next step of the work; false when there is no more.
@@ -94,7 +94,7 @@ void cFfmpegDecoder::open(const QByteArray &name)
     m_hasPicture = false;
     m_image = QImage();
     m_converter.reset();
-    m_stream = CodecStream::open(name, m_share ? LiveLimits : DecodingLimits());
+    m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
 }
 
 void cFfmpegDecoder::decodeOn()

@@ -12,7 +12,7 @@
 namespace paravue
 {
 class CodecStream;
-class TurnShare;
+class EventLoopBudget;
 } // namespace paravue
 
 /// Decodes a compressed video stream into images.
@@ -73,5 +73,5 @@ private:
     QImage m_image;            ///< converted and not shown yet
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
-    std::shared_ptr<paravue::TurnShare> m_share; ///< null when the work is done at once
+    std::shared_ptr<paravue::EventLoopBudget> m_budget; ///< null when the work is done at once
 };
