@@ -16,14 +16,14 @@ using namespace paravue::fuzz;
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    static QCoreApplication application(*argc, *argv); // its folders of plug-ins have the decoder
+    static QCoreApplication application(*argc, *argv); // Qt looks for the decoder in its plug-in folders
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray jpeg(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    const QImage image = paravue::decodedStill(jpeg);
+    const QImage image = paravue::decodeStillPicture(jpeg);
     if (image.isNull())
         return 0;
     require(qint64(image.width()) * image.height() <= paravue::LargestStill, "a large picture is reduced");

@@ -26,7 +26,7 @@ bool differ(const PictureFacts &a, const PictureFacts &b)
 std::optional<size_t> ExportRoute::place(const RecordedFrame &frame)
 {
     const PictureFacts &facts = frame.picture;
-    if (frame.record.stream.streamType != VideoStreamType)
+    if (frame.record.stream.streamType != VideoStream)
         return {};
     const quint8 id = frame.record.streamId;
     const auto stream = m_streams.try_emplace(id).first;

@@ -14,12 +14,6 @@ constexpr qint64 MillisecondsPerIndexSecond = 1000;
 
 } // namespace
 
-QByteArray textOf(const QByteArray &field)
-{
-    const qsizetype zero = field.indexOf('\0');
-    return zero < 0 ? field : field.first(zero);
-}
-
 FrameReader::FrameReader()
 {
     m_parser.setMaxFrameSize(MaxFrameSize);
@@ -71,9 +65,9 @@ void FrameReader::takeFrame(const DATA_T &record)
 
 PictureFacts FrameReader::inspect(const DATA_T &record)
 {
-    if (record.stream.streamType != VideoStreamType)
+    if (record.stream.streamType != VideoStream)
         return {};
-    const QByteArray label = textOf(record.stream.label1);
+    const QByteArray label = unterminated(record.stream.label1);
     const auto [at, isNew] = m_inspected.try_emplace(record.streamId);
     Inspected &inspected = at->second;
     if (isNew || inspected.label != label)

@@ -55,9 +55,4 @@ private:
 /// What a recorder says when it accepts a login.
 inline constexpr char AnswerToLogin[] = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
 
-/// A text of the stream without the zero byte that ends it there.
-QByteArray textOf(const QByteArray &field);
-
-inline constexpr quint8 VideoStreamType = 1;
-
 } // namespace paravue

@@ -19,7 +19,7 @@ constexpr int CharsetTag = 1;
 /// A text for people; what is no letter would work on their terminal.
 QString readable(const QByteArray &field, const QByteArray &charset)
 {
-    const QByteArray bytes = textOf(field).left(MaxText);
+    const QByteArray bytes = unterminated(field).left(MaxText);
     QStringDecoder decoder(charset == "-koi8" ? "KOI8-R" : "UTF-8");
     QString text = decoder.isValid() ? decoder(bytes) : QString();
     if (text.isNull() || decoder.hasError())
@@ -44,7 +44,7 @@ void RecordingSurvey::takeHeader(const HDR_T &header)
 {
     ++m_headers;
     const QList<QByteArray> texts = header.texts;
-    const QByteArray charset = textOf(texts.value(CharsetTag));
+    const QByteArray charset = unterminated(texts.value(CharsetTag));
     m_name = readable(header.name, charset);
     m_texts.clear();
     for (const QByteArray &text : texts)
@@ -71,7 +71,7 @@ void RecordingSurvey::takeIndex(qint64 time)
 void RecordingSurvey::takeFrame(const RecordedFrame &frame)
 {
     // Frames of other streams have the time of the index record, which may be long past.
-    if (frame.record.stream.streamType == VideoStreamType) {
+    if (frame.record.stream.streamType == VideoStream) {
         m_hasVideo = true;
         m_videoClock.advance(frame.time);
     }

@@ -22,11 +22,11 @@ const QString Byte = QStringLiteral("byte");
 QString typeName(quint8 type)
 {
     switch (type) {
-    case VideoStreamType:
+    case VideoStream:
         return QStringLiteral("video");
-    case 4:
+    case TextStream:
         return QStringLiteral("text");
-    case 2:
+    case PlainStream:
     case 8:
     case 16:
         return QStringLiteral("data");
@@ -135,7 +135,7 @@ void addRecording(QString &text, const InfoReport &report)
 QString streamTitle(const StreamSurvey &stream)
 {
     QStringList parts(typeName(stream.type));
-    if (stream.type == VideoStreamType)
+    if (stream.type == VideoStream)
         parts += stream.codecs.join(QStringLiteral(", then "));
     else if (!stream.charset.isEmpty())
         parts += stream.charset;
@@ -166,7 +166,7 @@ void addStream(QString &text, quint8 id, const StreamSurvey &stream, const Strea
     lines.add("frames",
               QStringLiteral("%1 in %2")
                   .arg(number(stream.frames), counted(stream.counts.records, QStringLiteral("record"))));
-    if (stream.type == VideoStreamType)
+    if (stream.type == VideoStream)
         addVideo(lines, stream);
     if (stream.frames > 0)
         lines.add("bytes",
@@ -212,7 +212,7 @@ QJsonObject streamObject(quint8 id, const StreamSurvey &stream, const StreamCloc
     }
     if (clock.elapsed() > 0)
         object.insert("bitRate", bitRate(stream.bytes, clock));
-    if (stream.type != VideoStreamType)
+    if (stream.type != VideoStream)
         return object;
     QJsonArray sizes;
     for (const QSize size : stream.sizes)

@@ -22,10 +22,10 @@ constexpr int Silent = 100;
 
 Q_LOGGING_CATEGORY(videoLog, "paravue.video")
 
-/// Of blocks, in MPEG-4.
+/// The height of a row of blocks in MPEG-4.
 constexpr double RowHeight = 16;
 
-/// What FFmpeg does with damage unless told otherwise.
+/// What FFmpeg does with damaged parts by default.
 constexpr int UsualConcealment = FF_EC_GUESS_MVS | FF_EC_DEBLOCK;
 
 VideoCodec codecOf(AVCodecID codec)
@@ -42,9 +42,9 @@ VideoCodec codecOf(AVCodecID codec)
     }
 }
 
-/// The pixels of \a frame, where one with a colour of its own counts more than one that shares it with three
-/// others, which is usual and counts 1.
-double weighedPixels(const AVFrame &frame)
+/// The pixels of \a frame. Usually four of them share a colour, and each counts 1; when fewer share one, each
+/// counts more.
+double weightedPixels(const AVFrame &frame)
 {
     const double pixels = double(frame.width) * frame.height;
     const AVPixFmtDescriptor *format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
@@ -107,8 +107,7 @@ void CodecStream::begin(const QByteArray &bytes)
 CodecStream::Progress CodecStream::next()
 {
     if (m_sent && avcodec_receive_frame(m_context.get(), m_frame.get()) == 0) {
-        // Such a picture was coded behind one that is shown later: a delay is better than pictures that jump
-        // back.
+        // B pictures come behind a picture that is shown later. A delay brings them into order.
         if (m_frame->pict_type == AV_PICTURE_TYPE_B)
             m_context->flags &= ~AV_CODEC_FLAG_LOW_DELAY;
         return m_isCut ? Progress::Nothing : Progress::Picture;
@@ -117,18 +116,18 @@ CodecStream::Progress CodecStream::next()
     av_frame_unref(m_frame.get());
     if (!m_parts.empty()) {
         if (!send({.bytes = takeH264Unit(m_parts), .headers = 1}, true))
-            noteLeftOut();
+            warnOfLeftOutPicture();
     } else if (!m_pictures.atEnd()) {
         const CodedPicture coded = m_pictures.next();
         if (coded.bytes.size() > std::size_t(m_limits.bytes)) {
-            noteLeftOut();
+            warnOfLeftOutPicture();
         } else if (!send(coded, false)) {
-            // What would take too long as a whole may be possible in parts.
+            // Some of its units may be decoded within the time.
             if (m_codec == VideoCodec::H264) {
                 m_parts = coded.bytes;
                 m_partPixels = 0;
             } else {
-                noteLeftOut();
+                warnOfLeftOutPicture();
             }
         }
     } else {
@@ -138,18 +137,19 @@ CodecStream::Progress CodecStream::next()
     return Progress::Nothing;
 }
 
-/// Once: a stream that has such a picture has many.
-void CodecStream::noteLeftOut()
+/// Once for each stream, as a stream with one such picture usually has many.
+void CodecStream::warnOfLeftOutPicture()
 {
-    if (!std::exchange(m_notedLeftOut, true))
+    if (!std::exchange(m_hasWarned, true))
         qCWarning(videoLog) << "Pictures of a live stream are left out: decoding them would take too long";
 }
 
-/// False when that would take too long, by what is known before or by what the codec finds out.
+/// Decodes a picture, or a unit of one. False when that would take too long: by the estimate from its bytes,
+/// or once the codec knows the size of the picture.
 bool CodecStream::send(const CodedPicture &coded, bool isPart)
 {
     m_coded = coded;
-    m_isPaid = false;
+    m_hasBuffer = false;
     m_timeLeft = m_limits.pictureTime - timeWithoutPixels(m_codec, coded);
     if (m_timeLeft < timeOfPixels(m_codec, coded, expectedPixels(isPart)))
         return false;
@@ -157,14 +157,13 @@ bool CodecStream::send(const CodedPicture &coded, bool isPart)
     m_context->draw_horiz_band = coded.restarts > 0 ? endRow : nullptr;
     if (!fill(coded.bytes))
         return true;
-    // A refused packet is a damaged one. What it yielded nevertheless, and what the next ones yield, is
-    // shown.
+    // The codec refuses damaged packets, but may have decoded pictures nevertheless.
     avcodec_send_packet(m_context.get(), m_packet.get());
     m_sent = true;
     return m_timeLeft >= 0;
 }
 
-/// In memory of its own, which the codec shares: endRow() may have to change it.
+/// Copies \a bytes into the packet. The codec reads them there, so that endRow() can overwrite them.
 bool CodecStream::fill(std::string_view bytes)
 {
     m_isCut = false;
@@ -176,8 +175,8 @@ bool CodecStream::fill(std::string_view bytes)
     return true;
 }
 
-/// Pixels for which the codec may need no new memory, and which getBuffer() therefore does not see: the
-/// further slices of a picture and its second field.
+/// Pixels of a packet that needs no new memory, so that getBuffer() is not called for it: further slices of a
+/// picture, and its second field.
 double CodecStream::expectedPixels(bool isPart) const
 {
     if (isPart)
@@ -185,17 +184,17 @@ double CodecStream::expectedPixels(bool isPart) const
     return m_coded.passes > 1 && m_codec == VideoCodec::H264 ? m_pixels : 0;
 }
 
-/// The codec asks for the memory of a picture before it decodes any of it.
+/// Called by the codec for the memory of a picture, before it decodes any of it.
 int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
 {
     auto &stream = *static_cast<CodecStream *>(context->opaque);
     const double pixels = double(frame->width) * frame->height;
-    stream.m_pixels = weighedPixels(*frame);
+    stream.m_pixels = weightedPixels(*frame);
     stream.m_partPixels = stream.m_pixels;
-    const bool isFurther = std::exchange(stream.m_isPaid, true);
+    const bool isFurther = std::exchange(stream.m_hasBuffer, true);
     stream.m_timeLeft -= isFurther ? timeOfFurtherBuffer(stream.m_pixels)
                                    : timeOfPixels(stream.m_codec, stream.m_coded, stream.m_pixels);
-    // A part that ends in the row that it begins in is not seen by endRow().
+    // endRow() is not called for a part that ends in the row in which it begins.
     stream.m_timeLeft -=
         timeOfFurtherPass(stream.m_codec, double(stream.m_coded.restarts) * frame->width * RowHeight);
     if (stream.m_timeLeft < 0 || pixels > stream.m_limits.pixels)
@@ -204,9 +203,9 @@ int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
     return avcodec_default_get_buffer2(context, frame, flags);
 }
 
-/// Ends a picture of MPEG-4 whose packets go back and back. How often they do so cannot be told from the
-/// bytes: a packet may go on behind where the next one begins, and blocks may take no bits at all. Ones go
-/// straight to the end of the picture.
+/// Called by the codec behind each row. Cuts an MPEG-4 picture whose packets decode the same rows again and
+/// again: overwrites its data with ones, at which the codec ends the picture. How often packets do so is not
+/// known before, as one may go on beyond the place where the next one begins, and blocks may take no bits.
 void CodecStream::endRow(AVCodecContext *context, const AVFrame *frame, int *, int, int, int height)
 {
     auto &stream = *static_cast<CodecStream *>(context->opaque);

@@ -11,11 +11,11 @@
 namespace paravue
 {
 
-/// An open decoder of one compressed video stream: bytes in, decoded pictures out.
+/// An open decoder of one compressed video stream.
 ///
-/// A live picture is shown when it comes. So everything that is passed to begin() is decoded before the next
-/// bytes, and what the codec cannot use is dropped; nothing waits for more. It is done in steps. A picture
-/// that would take longer than the limits allow counts as one that the codec cannot use.
+/// Live pictures are shown as they come, so the decoder waits for no further bytes: all that begin() is given
+/// is decoded, and bytes that the codec cannot use are dropped. So are pictures that would take longer than
+/// the limits allow. The decoding is done in steps.
 class CodecStream
 {
 public:
@@ -23,13 +23,13 @@ public:
     static std::unique_ptr<CodecStream> open(const QByteArray &name, const DecodingLimits &limits);
     static bool isDecoder(const QByteArray &name);
 
-    /// \a bytes hold any number of whole coded pictures. What is left of the last ones is dropped.
+    /// \a bytes are any number of whole coded pictures. What is not decoded yet of earlier bytes is dropped.
     void begin(const QByteArray &bytes);
 
     enum class Progress { Nothing, Picture, AtEnd };
-    /// Does the next step of the work.
+    /// Does the next step.
     Progress next();
-    /// The picture that next() has reported, until it is called again.
+    /// Valid after next() has returned Progress::Picture, until the next call of it.
     const AVFrame &picture() const { return *m_frame; }
 
 private:
@@ -38,7 +38,7 @@ private:
     static void endRow(AVCodecContext *context, const AVFrame *frame, int offset[], int y, int type,
                        int height);
 
-    void noteLeftOut();
+    void warnOfLeftOutPicture();
     bool fill(std::string_view bytes);
     bool send(const CodedPicture &coded, bool isPart);
     double expectedPixels(bool isPart) const;
@@ -50,18 +50,18 @@ private:
     FrameHandle m_frame;
     QByteArray m_input;
     CodedPictures m_pictures;
-    std::string_view m_parts; ///< what is left of a picture that is decoded unit by unit
-    bool m_notedLeftOut = false;
-    bool m_sent = false; ///< a packet whose picture may be there
+    std::string_view m_parts; ///< the rest of an H.264 picture that is decoded unit by unit
+    bool m_hasWarned = false;
+    bool m_sent = false; ///< the codec has a packet and may return a picture
 
-    /// The packet under way, and how long it may still take in nanoseconds, by estimate.
+    // The packet that is being decoded.
     CodedPicture m_coded;
-    double m_timeLeft = 0;
-    bool m_isPaid = false;
-    double m_pixels = 0; ///< of the last picture
+    double m_timeLeft = 0;    ///< nanoseconds, by the estimates of DecodingTime.h
+    bool m_hasBuffer = false; ///< the codec has asked for the memory of a picture
+    double m_pixels = 0;      ///< of the last picture
     double m_partPixels = 0;
-    double m_rowPixels = 0; ///< of the rows that the packet under way has ended
-    bool m_isCut = false;   ///< it was, as it took too long
+    double m_rowPixels = 0; ///< of the rows that are decoded
+    bool m_isCut = false;   ///< its data was overwritten as it took too long
 };
 
 } // namespace paravue

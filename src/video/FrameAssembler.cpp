@@ -12,10 +12,10 @@ enum FragmentKind { Middle = 0, Last = 1, First = 2, Whole = 3 };
 
 constexpr quint8 WholeFlags = Whole << 6;
 
-/// A spare larger than that would keep the memory of one exceptional frame.
+/// More would keep the memory of one exceptional frame.
 constexpr qsizetype LargestSpare = 16 * 1024 * 1024;
 
-/// True when a frame of \a size bytes would waste what has room for \a capacity; a receiver may keep many.
+/// True when memory of \a capacity is too much for a frame of \a size bytes, as a receiver may keep many.
 bool wastes(qsizetype capacity, qsizetype size)
 {
     return capacity > 4 * size + 1024;
@@ -29,7 +29,7 @@ void FrameAssembler::begin(const DATA_T &record)
     if (record.flags >> 6 != Whole) {
         beginPart(record);
     } else if (record.length <= m_maxFrameSize) {
-        // Deliberate: a frame that was begun before it goes on behind it.
+        // Deliberate: it does not end the unfinished frame of its stream.
         beginWhole(record.length);
     } else {
         ++m_counts[record.streamId].lostFrames;
@@ -94,14 +94,14 @@ void FrameAssembler::beginWhole(int length)
     }
 }
 
-/// Takes the payload of the frame that the fragment belongs to, so that there is one reference and the bytes
-/// grow in place. Drops the frame when that makes it too large.
+/// Takes the payload of the frame that the fragment belongs to. With a single reference it grows in place.
+/// Drops the frame if the fragment makes it too large.
 void FrameAssembler::beginPart(const DATA_T &record)
 {
     Partial partial = m_partials.find(record.streamId);
     if (record.flags >> 6 == First) {
         if (partial != m_partials.end()) {
-            lose(partial);
+            drop(partial);
         }
         partial = m_partials.emplace(record.streamId, record).first;
         partial->second.payload = std::exchange(m_spare, QByteArray());
@@ -111,7 +111,7 @@ void FrameAssembler::beginPart(const DATA_T &record)
         return;
     }
     if (record.length > m_maxFrameSize - m_held) {
-        lose(partial);
+        drop(partial);
         m_dropping = true;
         return;
     }
@@ -119,11 +119,11 @@ void FrameAssembler::beginPart(const DATA_T &record)
     m_open = partial->second.payload.take();
 }
 
-/// Makes the last fragment the frame that has grown.
+/// Turns \a record, the last fragment, into the whole frame.
 void FrameAssembler::finish(Partial partial, DATA_T &record)
 {
     DATA_T &first = partial->second;
-    handOut(first.payload.take(), record);
+    setPayload(record, first.payload.take());
     record.length = static_cast<qint32>(record.payload.size());
     record.flags |= WholeFlags;
     record.word16 = first.word16;
@@ -133,17 +133,17 @@ void FrameAssembler::finish(Partial partial, DATA_T &record)
     m_partials.erase(partial);
 }
 
-void FrameAssembler::handOut(QByteArray payload, DATA_T &record)
+void FrameAssembler::setPayload(DATA_T &record, QByteArray payload)
 {
     if (wastes(payload.capacity(), payload.size())) {
         record.payload = QByteArray(payload.constData(), payload.size());
-        giveBack(std::move(payload));
+        recycle(std::move(payload));
     } else {
         record.payload = std::move(payload);
     }
 }
 
-void FrameAssembler::giveBack(QByteArray payload)
+void FrameAssembler::recycle(QByteArray payload)
 {
     if (payload.isDetached() && payload.capacity() > m_spare.capacity() &&
         payload.capacity() <= LargestSpare) {
@@ -152,7 +152,7 @@ void FrameAssembler::giveBack(QByteArray payload)
     }
 }
 
-void FrameAssembler::lose(Partial partial)
+void FrameAssembler::drop(Partial partial)
 {
     ++m_counts[partial->first].lostFrames;
     m_held -= partial->second.payload.size();

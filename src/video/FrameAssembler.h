@@ -11,20 +11,20 @@
 namespace paravue
 {
 
-/// What came of one stream.
+/// What was received of one stream.
 struct Hvx3StreamCounts {
-    /// The data records, each a fragment or a whole frame.
+    /// Data records, each a fragment or a whole frame.
     qint64 records = 0;
-    /// Fragments that came without the first one of their frame.
+    /// Fragments whose frame has no first one.
     qint64 lostFragments = 0;
-    /// Frames that never came to their end, or were too large.
+    /// Frames that were not completed, or were too large.
     qint64 lostFrames = 0;
 };
 
 /// Puts frames together that were sent in fragments.
 ///
-/// The bytes of a frame that nobody has kept serve for the next one: without that, the system would take back
-/// and hand out the pages of each large frame, which costs more than all the copying.
+/// The memory of a frame that no receiver has kept is used for the next one. Otherwise the system would
+/// release and clear the pages of each large frame, which takes longer than copying the bytes.
 class FrameAssembler
 {
 public:
@@ -39,8 +39,8 @@ public:
     /// Ends the fragment \a record, the one that was begun. True when it completes a frame: then \a record is
     /// that frame. A fragment without a first one is dropped.
     bool end(DATA_T &record);
-    /// Returns the payload of a frame that end() has completed, when the receivers have had it.
-    void giveBack(QByteArray payload);
+    /// Reuses the memory of a frame that end() has completed, unless a receiver has kept it.
+    void recycle(QByteArray payload);
     /// Drops the unfinished frames.
     void clear();
 
@@ -54,15 +54,15 @@ private:
     void beginWhole(int length);
     void beginPart(const DATA_T &record);
     void finish(Partial partial, DATA_T &record);
-    void handOut(QByteArray payload, DATA_T &record);
-    void lose(Partial partial);
+    void setPayload(DATA_T &record, QByteArray payload);
+    void drop(Partial partial);
 
     std::map<quint8, DATA_T> m_partials;
     /// The size of the payloads of the unfinished frames together.
     qsizetype m_held = 0;
-    /// The payload that the fragment under way is added to, taken from its frame; nothing is added to one
-    /// that is dropped.
+    /// The payload that the current fragment is added to; it is taken from its frame.
     QByteArray m_open;
+    /// The current fragment is not used.
     bool m_dropping = false;
     QByteArray m_spare;
     int m_maxFrameSize = std::numeric_limits<int>::max();

@@ -5,7 +5,7 @@
 namespace paravue
 {
 
-bool HeaderReader::readOn(const cDataSplitter &input)
+bool HeaderReader::read(const cDataSplitter &input)
 {
     while (m_field != Field::None) {
         if (!readField(input)) {
@@ -25,7 +25,7 @@ HDR_T HeaderReader::take()
     return header;
 }
 
-/// Reads one field and finds out which one follows; false when a part of it is missing.
+/// Reads one field and sets the next one; false when a part of it is missing.
 bool HeaderReader::readField(const cDataSplitter &input)
 {
     switch (m_field) {

@@ -9,18 +9,18 @@ namespace paravue
 
 /// Reads a stream header that arrives in pieces.
 ///
-/// The texts of a header may be of any length, so a header that is cut short is not read again from its start
-/// with every piece: the reader goes on at the field, and within a text at the byte, where it ran short.
-/// Until the header is whole nothing may be removed from the front of the input, which is the header's first
-/// byte.
+/// The texts of a header may be of any length, so a header that is not complete is not read again from its
+/// start with every piece: reading continues at the field, and within a text at the byte, at which the input
+/// ended. The input begins with the first byte of the header, of which nothing may be removed before the
+/// header is complete.
 class HeaderReader
 {
 public:
-    /// Reads what has arrived. True once the header is whole.
-    bool readOn(const cDataSplitter &input);
-    /// The number of bytes that were read: once the header is whole, its size.
+    /// Reads what has arrived. True once the header is complete.
+    bool read(const cDataSplitter &input);
+    /// The number of bytes that were read; the size of the header once it is complete.
     int position() const { return m_position; }
-    /// The header, once it is whole. The reader begins anew.
+    /// The complete header. The reader is then ready for the next one.
     HDR_T take();
 
 private:
@@ -44,7 +44,7 @@ private:
     quint8 m_tag = 0;
     Field m_field = Field::Lengths;
     int m_position = 0;
-    /// How much of the text at the position holds no zero.
+    /// How many bytes of the text at the position are known to hold no zero.
     int m_searched = 0;
 };
 

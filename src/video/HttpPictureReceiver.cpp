@@ -34,12 +34,12 @@ QNetworkRequest pictureRequest(const QUrl &url)
 {
     QNetworkRequest request(url);
     request.setRawHeader("Accept", "image/jpeg");
-    // Nothing to unpack: a few packed bytes can become gigabytes.
+    // Not compressed: a few compressed bytes can become gigabytes.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    // Followed here: the toolkit follows those that it asks about without an end.
+    // Followed by this class: Qt follows those that it asks about without a limit.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     return request;
@@ -96,7 +96,8 @@ void HttpPictureReceiver::request(const QUrl &url)
 
 void HttpPictureReceiver::answerLogin(QAuthenticator *authenticator)
 {
-    // Left alone, the request ends as refused. Without a login some methods would give that of the desktop.
+    // An authenticator without a login ends the request as refused. With an empty one some methods would send
+    // the login of the desktop.
     if (m_hasLoggedIn || m_login.isEmpty() || !isSameHost(m_reply->url(), m_source))
         return;
     m_hasLoggedIn = true;
@@ -138,13 +139,12 @@ void HttpPictureReceiver::end(const QString &problem)
         m_reply->abort();
     }
     m_answer.clear();
-    // Later: who has just made this receiver is not connected yet, and the reply may be in the middle of a
-    // signal.
-    QMetaObject::invokeMethod(this, &HttpPictureReceiver::letGo, Qt::QueuedConnection);
+    // Queued: in the constructor nobody is connected yet, and the reply may be emitting a signal.
+    QMetaObject::invokeMethod(this, &HttpPictureReceiver::releaseConnection, Qt::QueuedConnection);
 }
 
-/// The next picture may be wanted in an hour: neither the connection nor the network thread is kept for it.
-void HttpPictureReceiver::letGo()
+/// The next picture may be wanted in an hour, so neither the connection nor the network thread is kept.
+void HttpPictureReceiver::releaseConnection()
 {
     if (m_reply)
         std::exchange(m_reply, nullptr)->deleteLater();
@@ -162,7 +162,7 @@ void HttpPictureReceiver::finish()
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
     if (!target.isEmpty())
         return follow(m_reply->url().resolved(target));
-    const QImage picture = decodedStill(m_answer);
+    const QImage picture = decodeStillPicture(m_answer);
     if (picture.isNull())
         return end(tr("Not a picture"));
     end({});

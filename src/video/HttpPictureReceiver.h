@@ -17,10 +17,9 @@ namespace paravue
 
 /// Fetches one still picture (JPEG) over HTTP, with Basic or Digest authentication.
 ///
-/// The request begins with the construction and ends with finished(), behind pixmapReady() when a picture has
-/// come. A login that was refused is not tried again. Redirections are followed three times at most, to http
-/// and https only, and the login goes to the host that was asked at first only. Answers of more than 8 MiB
-/// are cut off.
+/// The request begins with the construction and ends with finished(), behind pixmapReady() when there is a
+/// picture. A refused login is not tried again. At most three redirections are followed, to http and https
+/// only, and the login is sent to the first host only. Answers of more than 8 MiB are refused.
 class HttpPictureReceiver : public QObject
 {
     Q_OBJECT
@@ -30,11 +29,11 @@ public:
     HttpPictureReceiver(QObject *parent, const QDomElement &task);
     ~HttpPictureReceiver() override;
 
-    /// How long the recorder may send nothing (10 s), and how long all may take (30 s).
+    /// The longest silence of the recorder (10 s) and the longest time of the whole request (30 s).
     void setTimeLimits(std::chrono::milliseconds silence, std::chrono::milliseconds whole);
 
     bool isFinished() const { return m_isFinished; }
-    /// Why no picture has come, in a few words for the user; empty until then. Never holds login or password.
+    /// Why there is no picture, for the user; empty otherwise. Never contains login or password.
     QString problem() const { return m_problem; }
 
 Q_SIGNALS:
@@ -48,7 +47,7 @@ private:
     void follow(const QUrl &target);
     void end(const QString &problem);
     void finish();
-    void letGo();
+    void releaseConnection();
     QString problemOf(QNetworkReply::NetworkError error) const;
 
     QNetworkAccessManager m_network;

@@ -7,13 +7,27 @@
 
 /// The records of a recorder's video stream, as docs/stream-format.md describes them.
 ///
-/// They are values: copying one costs references, not bytes. They have no alignment gaps; fields that hold
-/// bytes or lists are read as copies (see paravue::Packed). Texts keep the zero byte that ends them in the
-/// stream.
+/// Copying a record copies references, not bytes. Records have no alignment gaps (see paravue::Packed). Texts
+/// keep the zero byte that ends them in the stream.
 
-/// Marks the record that it begins; what begins with neither is a data record.
+/// The first four bytes of a header and of an index record. Other records are data records.
 inline constexpr quint32 Hvx3HeaderMagic = 0xB505B5B5;
 inline constexpr quint32 Hvx3IndexMagic = 0xB5B5B505;
+
+namespace paravue
+{
+
+/// The types of streams that the library distinguishes.
+enum Hvx3StreamType : quint8 { UnusedStream = 0, VideoStream = 1, PlainStream = 2, TextStream = 4 };
+
+/// A text of a record without the zero byte that ends it.
+inline QByteArray unterminated(const QByteArray &text)
+{
+    const qsizetype zero = text.indexOf('\0');
+    return zero < 0 ? text : text.first(zero);
+}
+
+} // namespace paravue
 
 /// One stream of those that the header announces.
 struct STREAM_T {
@@ -42,7 +56,7 @@ struct HDR_T {
     paravue::Packed<QList<QByteArray>> texts = QList<QByteArray>(9);
 };
 
-/// An index record: a place where a reader that has lost the thread can begin again.
+/// An index record, behind which data begins. A reader finds the next one behind damage.
 struct IDX_T {
     /// The magic of the record itself.
     quint32 value1 = 0;
@@ -63,7 +77,7 @@ struct DATA_T {
     quint16 word16 = 0;
     quint8 byteA = 0;
     quint8 byteB = 0;
-    /// What the header says about the stream.
+    /// The stream as the header announces it.
     STREAM_T stream;
     paravue::Packed<QByteArray> payload;
 };

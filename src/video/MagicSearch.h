@@ -2,8 +2,8 @@
 
 #include <QByteArrayView>
 
-/// Finds the next record in bytes that belong to none. The time depends on the number of the bytes alone, not
-/// on what they are.
+/// Finds the next record in bytes that belong to none. The time depends on the number of bytes only, not on
+/// their values.
 namespace paravue
 {
 
@@ -11,7 +11,7 @@ namespace paravue
 /// beginning of one, three at most.
 qsizetype findHeaderMagic(QByteArrayView bytes);
 
-/// The same for the magic of a header or of an index record, whichever comes first.
+/// The same for the magic of a header or an index record, whichever comes first.
 qsizetype findRecordMagic(QByteArrayView bytes);
 
 } // namespace paravue

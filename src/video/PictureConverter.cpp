@@ -18,8 +18,8 @@ namespace
 using paravue::BufferHandle;
 
 constexpr int BytesPerPixel = 4;
-/// The scaler writes blocks of pixels. With rows of exactly the picture's width it would write beyond the
-/// buffer for some widths and leave the last columns of others.
+/// The scaler writes blocks of pixels. In rows of exactly the picture's width it would write beyond the
+/// buffer for some widths and leave out the last columns for others.
 constexpr int RowAlignment = 64;
 
 qsizetype rowBytes(int width)
@@ -28,7 +28,7 @@ qsizetype rowBytes(int width)
     return (bytes + RowAlignment - 1) / RowAlignment * RowAlignment;
 }
 
-/// The size that shows \a picture with its proportions.
+/// The size of \a picture with square pixels.
 QSize shownSize(const AVFrame &picture)
 {
     const QSize coded(picture.width, picture.height);
@@ -36,7 +36,7 @@ QSize shownSize(const AVFrame &picture)
     if (pixel.num <= 0 || pixel.den <= 0 || pixel.num == pixel.den)
         return coded;
     const qint64 height = av_rescale(coded.height(), pixel.den, pixel.num);
-    const bool sensible = height > 0 && height <= qint64(coded.height()) * paravue::MaxHeightening &&
+    const bool sensible = height > 0 && height <= qint64(coded.height()) * paravue::MaxHeightFactor &&
                           height * coded.width() <= paravue::MaxPicturePixels;
     return sensible ? QSize(coded.width(), static_cast<int>(height)) : coded;
 }
@@ -74,7 +74,7 @@ bool hasAlpha(int format)
     return known && known->flags & AV_PIX_FMT_FLAG_ALPHA;
 }
 
-/// The scaler takes the transparency over, which other images of this format do not have.
+/// The scaler copies the transparency, which an image of this format must not have.
 void makeOpaque(const AVBufferRef &pixels)
 {
     auto *pixel = reinterpret_cast<QRgb *>(pixels.data);

@@ -10,15 +10,15 @@ namespace paravue
 
 /// Turns decoded pictures into images of QImage::Format_RGB32.
 ///
-/// All images of one size share one pixel buffer, so the next picture changes the image of the one before:
-/// who keeps an image copies it. The buffer lives as long as any of its images.
+/// All images of one size share one pixel buffer, so the next picture overwrites the image before it; a
+/// receiver that keeps an image has to copy it. The buffer lives as long as any of its images.
 class PictureConverter
 {
 public:
-    /// A null image when the picture's pixel format cannot be converted or memory is short. Pixels that are
-    /// not square make the image higher than the picture.
+    /// A null image when the picture's pixel format cannot be converted or memory is short. The image is
+    /// scaled in height when the pixels of the picture are not square.
     QImage convert(const AVFrame &picture);
-    /// Forgets buffer and scaler.
+    /// Releases buffer and scaler.
     void reset();
 
 private:

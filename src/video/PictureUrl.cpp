@@ -7,7 +7,7 @@ namespace paravue
 namespace
 {
 
-/// The port may be negative only behind the host, not behind a name that a login brings.
+/// A negative number is a port only behind the host, not behind the user of a login.
 QString withUnsignedPort(const QString &text)
 {
     static const QRegularExpression negativePort(QStringLiteral("^[^/?#]*://[^/?#]*:(-\\d{1,5})(?=$|[/?#])"));

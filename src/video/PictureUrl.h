@@ -5,9 +5,9 @@
 namespace paravue
 {
 
-/// Where a still picture is fetched from, out of the text of a description: an http or https address. Without
-/// a scheme it is http. The port may be written as a signed 16-bit number, as the store keeps it: "-25536" is
-/// 40000. An invalid url when \a text is nothing of that kind.
+/// The http or https address of a still picture that a description gives as \a text. The scheme is http
+/// unless it is given. The port may be a signed 16-bit number, as the store keeps it: "-25536" is 40000.
+/// Returns an invalid URL when \a text is no such address.
 QUrl pictureUrl(const QString &text);
 
 } // namespace paravue

@@ -13,18 +13,11 @@ namespace paravue
 namespace
 {
 
-constexpr quint8 TextStream = 4;
 constexpr qsizetype MaxPositionText = 128;
-// Each position makes windows paint. A recorder may send thousands at once.
+// Each position repaints windows, and a recorder may send thousands at once.
 constexpr int PositionPause = 20; // milliseconds
-// A user does not click that fast; a recorder that takes nothing is not sent more.
+// More than a user can click: a recorder that reads nothing is sent nothing more.
 constexpr qint64 MaxUnsent = 16 * 1024;
-
-QByteArray unterminated(const QByteArray &text)
-{
-    const qsizetype zero = text.indexOf('\0');
-    return zero < 0 ? text : text.first(zero);
-}
 
 bool hasControlCharacter(const QString &text)
 {
@@ -40,36 +33,36 @@ class PtzTextReader : public QObject
     Q_OBJECT
 
 public:
-    using Use = std::function<void(const QString &)>;
+    using Handler = std::function<void(const QString &)>;
 
-    PtzTextReader(Use use, QObject *parent) : QObject(parent), m_use(std::move(use)) {}
+    PtzTextReader(Handler handler, QObject *parent) : QObject(parent), m_handler(std::move(handler)) {}
 
 public Q_SLOTS:
-    // Digits are the same in every charset of the stream.
+    // Positions are digits, which are the same in every charset of the stream.
     void create(const QString &) {}
     void append(const QByteArray &text)
     {
         const QByteArray position = unterminated(text);
         if (position.size() <= MaxPositionText)
-            m_use(QString::fromLatin1(position));
+            m_handler(QString::fromLatin1(position));
     }
 
 private:
-    const Use m_use;
+    const Handler m_handler;
 };
 
 PtzVideoReceiver::PtzVideoReceiver(QObject *parent, const QDomElement &element)
     : VideoHVX3Reciver(parent, element),
-      m_reader(new PtzTextReader([this](const QString &position) { received(position); }, this))
+      m_reader(new PtzTextReader([this](const QString &position) { receivePosition(position); }, this))
 {
     m_pause.setSingleShot(true);
     m_pause.setInterval(PositionPause);
     connect(&m_pause, &QTimer::timeout, this, [this] {
         if (m_newest != m_position)
-            received(m_newest);
+            receivePosition(m_newest);
     });
     connect(&demuxer(), &cHvx3Demuxer::onCreate, this, &PtzVideoReceiver::findPositions);
-    connect(&socket(), &QTcpSocket::disconnected, this, &PtzVideoReceiver::forgetPosition);
+    connect(&socket(), &QTcpSocket::disconnected, this, &PtzVideoReceiver::clearPosition);
 }
 
 PtzVideoReceiver::~PtzVideoReceiver() = default;
@@ -100,10 +93,10 @@ void PtzVideoReceiver::findPositions()
     if (m_streamId != 0)
         demuxer().consumers()[m_streamId] = m_reader;
     else
-        forgetPosition();
+        clearPosition();
 }
 
-void PtzVideoReceiver::received(const QString &position)
+void PtzVideoReceiver::receivePosition(const QString &position)
 {
     m_newest = position;
     if (m_pause.isActive())
@@ -112,7 +105,7 @@ void PtzVideoReceiver::received(const QString &position)
     setPosition(position);
 }
 
-void PtzVideoReceiver::forgetPosition()
+void PtzVideoReceiver::clearPosition()
 {
     m_pause.stop();
     setPosition(QString());

@@ -13,13 +13,13 @@ namespace
 const QByteArray JpegStartOfScan = QByteArrayLiteral("\xFF\xDA");
 const QByteArray JpegEndOfImage = QByteArrayLiteral("\xFF\xD9");
 
-/// The decoder fills up what is missing with grey.
+/// The decoder would show missing parts in grey.
 bool isWhole(const QByteArray &jpeg)
 {
     return jpeg.lastIndexOf(JpegEndOfImage) > jpeg.lastIndexOf(JpegStartOfScan);
 }
 
-/// Each scan of a progressive picture goes over all of its pixels again, and takes a few bytes.
+/// Each scan of a progressive picture takes a few bytes and may decode all pixels again.
 bool isAffordable(const QByteArray &jpeg, const QSize &size)
 {
     const qint64 pixels = qint64(size.width()) * size.height();
@@ -28,7 +28,7 @@ bool isAffordable(const QByteArray &jpeg, const QSize &size)
     return pixels * jpeg.count(JpegStartOfScan) <= MaxStillWork;
 }
 
-/// Halved as often as is needed; the decoder does that while it decodes.
+/// Halved as often as needed, which the decoder does while it decodes.
 QSize reduced(QSize size)
 {
     while (qint64(size.width()) * size.height() > LargestStill)
@@ -38,12 +38,12 @@ QSize reduced(QSize size)
 
 } // namespace
 
-QImage decodedStill(const QByteArray &jpeg)
+QImage decodeStillPicture(const QByteArray &jpeg)
 {
     QBuffer buffer;
     buffer.setData(jpeg);
     buffer.open(QIODevice::ReadOnly);
-    // Other formats of the toolkit's plug-ins can do more than show a picture.
+    // Qt's plug-ins for other formats can do more than show a picture.
     QImageReader reader(&buffer, "jpeg");
     reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();

@@ -6,8 +6,8 @@
 namespace paravue
 {
 
-/// Decodes a JPEG picture. A null image when \a jpeg is none, is cut off, or claims more than can be decoded
-/// without keeping the user waiting (VideoLimits.h). A very large picture comes reduced.
-QImage decodedStill(const QByteArray &jpeg);
+/// Decodes a JPEG picture. Returns a null image when \a jpeg is no JPEG, is cut off, or exceeds the limits of
+/// VideoLimits.h. A picture larger than LargestStill is reduced.
+QImage decodeStillPicture(const QByteArray &jpeg);
 
 } // namespace paravue

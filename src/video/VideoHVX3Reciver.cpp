@@ -16,11 +16,11 @@ namespace
 
 constexpr quint16 UsualPort = 5049;
 constexpr int PictureStream = 0;
-/// What the socket holds, and what is parsed at a time. The system holds more.
+/// Bytes that the socket buffers and that are parsed at a time. The system buffers more.
 constexpr int MaxUnreadBytes = 64 * 1024;
 const QByteArray Acknowledgement = QByteArrayLiteral("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
 
-/// Ports above 32767 are stored as negative numbers. What is no 16-bit number is 0.
+/// Ports above 32767 are stored as negative numbers. Returns 0 for a text that is no 16-bit number.
 quint16 portOf(const QString &text)
 {
     bool isNumber = false;
@@ -29,8 +29,8 @@ quint16 portOf(const QString &text)
     return fits ? static_cast<quint16>(number) : 0;
 }
 
-/// Counts the pictures of all receivers together. Deliberate: shown are those whose number has this bit, so
-/// four in a row of every eight.
+/// The number of pictures that all receivers together have decoded. Deliberate: a picture is shown when its
+/// number has ShownBit, which is four in a row of every eight.
 unsigned int pictureCount = 0;
 constexpr unsigned int ShownBit = 4;
 
@@ -50,7 +50,7 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
     connect(m_parser, &cHvx3Parser::onIDX, m_demuxer, &cHvx3Demuxer::idx_slot);
     connect(m_parser, &cHvx3Parser::onDATA, m_demuxer, &cHvx3Demuxer::data_slot);
     connect(m_decoder, &cFfmpegDecoder::onFrame, this, &VideoHVX3Reciver::imageReady);
-    connect(m_decoder, &cFfmpegDecoder::idle, this, &VideoHVX3Reciver::parseWhatWaits);
+    connect(m_decoder, &cFfmpegDecoder::idle, this, &VideoHVX3Reciver::parseDeferred);
     connect(m_socket, &QTcpSocket::connected, this, &VideoHVX3Reciver::connected);
     connect(m_socket, &QTcpSocket::errorOccurred, this, &VideoHVX3Reciver::error);
     connect(m_socket, &QTcpSocket::readyRead, this, &VideoHVX3Reciver::readyRead);
@@ -60,7 +60,7 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
 
 VideoHVX3Reciver::~VideoHVX3Reciver()
 {
-    // Who is shown a picture may destroy this; the socket cannot be destroyed while it emits.
+    // A receiver of a picture may destroy this object, but the socket is still emitting readyRead().
     if (m_reading) {
         m_socket->disconnect(this);
         m_socket->setParent(nullptr);
@@ -100,9 +100,9 @@ void VideoHVX3Reciver::read()
         return;
     }
     m_received += m_socket->readAll();
-    // Deliberate: what has come behind the acknowledgement waits for the next bytes.
+    // Deliberate: bytes behind the acknowledgement are parsed when the next ones come.
     if (m_state == LoggingIn)
-        lookForAcknowledgement();
+        checkAcknowledgement();
 }
 
 void VideoHVX3Reciver::disconnected() {}
@@ -110,7 +110,7 @@ void VideoHVX3Reciver::disconnected() {}
 void VideoHVX3Reciver::imageReady(const QImage &image)
 {
     ++pictureCount;
-    // The next picture is decoded into the same memory, which a pixmap may share with its image.
+    // A pixmap may share the memory of its image, which the next picture overwrites.
     if (pictureCount & ShownBit)
         Q_EMIT pixmapReady(QPixmap::fromImage(image.copy()));
 }
@@ -126,35 +126,35 @@ QString VideoHVX3Reciver::urlAttribute(const QString &name) const
     return m_element.firstChildElement(QStringLiteral("url")).attribute(name);
 }
 
-void VideoHVX3Reciver::lookForAcknowledgement()
+void VideoHVX3Reciver::checkAcknowledgement()
 {
     if (m_received.startsWith(Acknowledgement)) {
         m_received.remove(0, Acknowledgement.size());
         m_state = Streaming;
     } else {
-        // Once these bytes are others, nothing that follows them can be an answer.
+        // Enough to tell that they are no acknowledgement, whatever follows.
         m_received.truncate(Acknowledgement.size());
     }
 }
 
-/// Parses what has come. While the decoder is busy, or the time of this turn is used up, it stays in the
-/// socket, so that the recorder is slowed down.
+/// Parses what was received. While the decoder is busy, or the time of this turn is used up, it stays in the
+/// socket, which slows the recorder down.
 void VideoHVX3Reciver::parse()
 {
-    m_parsesLater = m_decoder->isBusy() || !m_budget->hasTime();
-    if (!m_parsesLater) {
+    m_isDeferred = m_decoder->isBusy() || !m_budget->hasTime();
+    if (!m_isDeferred) {
         m_received += m_socket->readAll();
         m_budget->run([this] { m_parser->append(std::exchange(m_received, {})); });
     } else if (!m_decoder->isBusy()) {
         m_budget->defer(this, [this] {
-            parseWhatWaits();
+            parseDeferred();
             return false;
         });
     }
 }
 
-void VideoHVX3Reciver::parseWhatWaits()
+void VideoHVX3Reciver::parseDeferred()
 {
-    if (m_parsesLater)
+    if (m_isDeferred)
         parse();
 }

@@ -20,20 +20,20 @@ class cHvx3Parser;
 /// Shows the live video of one recorder, from its construction until it is destroyed.
 ///
 /// It connects to the video service, logs in, and decodes stream 0 of what then comes
-/// (docs/stream-format.md). It reports no state and does not connect again: who wants to know how the
-/// connection is asks its QTcpSocket, which is a child of it, as the parser, the demuxer and the decoder are.
+/// (docs/stream-format.md). It reports no state and does not reconnect. The state of the connection is that
+/// of its QTcpSocket, which is a child, as the parser, the demuxer and the decoder are.
 class VideoHVX3Reciver : public QObject
 {
     Q_OBJECT
 
 public:
     /// The child "url" of \a element has the attributes "parsed", which is host[:port], "login" and
-    /// "password"; the port is 5049 unless it is given. Whatever is missing counts as empty.
+    /// "password"; the port is 5049 unless it is given. Missing attributes count as empty.
     explicit VideoHVX3Reciver(QObject *parent, const QDomElement &element);
     ~VideoHVX3Reciver() override;
 
 Q_SIGNALS:
-    /// A picture to show; it is the receiver's own and stays as it is.
+    /// A picture to show, which shares no memory with later ones.
     void pixmapReady(const QPixmap &pixmap);
 
 public Q_SLOTS:
@@ -55,16 +55,16 @@ private:
 
     void connectToRecorder();
     QString urlAttribute(const QString &name) const;
-    void lookForAcknowledgement();
+    void checkAcknowledgement();
     void read();
     void parse();
-    void parseWhatWaits();
+    void parseDeferred();
 
     QDomElement m_element;
     QByteArray m_received;
     State m_state = Connecting;
-    bool m_parsesLater = false; ///< what the socket holds
-    bool m_reading = false;     ///< the socket waits for readyRead() to return
+    bool m_isDeferred = false; ///< the socket holds bytes to parse
+    bool m_reading = false;    ///< within readyRead()
     const std::shared_ptr<paravue::EventLoopBudget> m_budget;
     QTcpSocket *const m_socket; // these four are children
     cHvx3Parser *const m_parser;

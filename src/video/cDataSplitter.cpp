@@ -7,7 +7,7 @@
 namespace
 {
 
-/// A buffer that has been larger gives its memory back once it is nearly empty.
+/// A larger buffer releases its memory once it is nearly empty.
 constexpr qsizetype KeptCapacity = 1024 * 1024;
 
 [[noreturn]] void needMoreData()
@@ -71,7 +71,7 @@ int cDataSplitter::cStringSize(int position, int searched) const
         return 0;
     }
     const qsizetype zero = m_unread.indexOf('\0', position + searched);
-    // Behind a zero that is further away no position could be told.
+    // A position behind a zero that is further away would exceed the range of an int.
     return zero < 0 || zero >= std::numeric_limits<int>::max() ? 0 : static_cast<int>(zero - position + 1);
 }
 

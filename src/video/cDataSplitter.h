@@ -10,8 +10,8 @@
 /// consume() removes.
 ///
 /// A reader that needs bytes which are not there throws an empty QByteArray and leaves position and buffer as
-/// they are. That is the signal for "need more data"; has() and cStringSize() tell it without a throw, which
-/// is far cheaper when a stream comes in many small pieces.
+/// they are, which means that more data is needed. has() and cStringSize() tell so without a throw, which is
+/// far cheaper when a stream comes in many small pieces.
 class cDataSplitter
 {
 public:

@@ -55,7 +55,7 @@ void cFfmpegDecoder::addTask(const Task &task)
         m_budget->defer(this, [this] { return step(); });
 }
 
-/// Does the next step of the work; false when there is no more.
+/// Does the next step; false when nothing is left.
 bool cFfmpegDecoder::step()
 {
     const QPointer<cFfmpegDecoder> self(this);
@@ -63,8 +63,8 @@ bool cFfmpegDecoder::step()
         showPicture();
     else if (m_hasPicture)
         convertPicture();
-    else if (m_begun)
-        decodeOn();
+    else if (m_isDecoding)
+        decodeNext();
     else
         beginTask();
     if (!self)
@@ -80,7 +80,7 @@ void cFfmpegDecoder::beginTask()
     const Task task = m_tasks.front();
     if (!task.opens && m_stream) {
         m_stream->begin(task.bytes);
-        m_begun = true;
+        m_isDecoding = true;
         return;
     }
     m_tasks.pop_front();
@@ -90,19 +90,19 @@ void cFfmpegDecoder::beginTask()
 
 void cFfmpegDecoder::open(const QByteArray &name)
 {
-    m_begun = false;
+    m_isDecoding = false;
     m_hasPicture = false;
     m_image = QImage();
     m_converter.reset();
     m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
 }
 
-void cFfmpegDecoder::decodeOn()
+void cFfmpegDecoder::decodeNext()
 {
     const auto progress = m_stream->next();
     m_hasPicture = progress == CodecStream::Progress::Picture;
     if (progress == CodecStream::Progress::AtEnd) {
-        m_begun = false;
+        m_isDecoding = false;
         m_tasks.pop_front();
     }
 }

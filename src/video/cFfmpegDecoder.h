@@ -17,7 +17,7 @@ class EventLoopBudget;
 
 /// Decodes a compressed video stream into images.
 ///
-/// Idle until create() has succeeded. Every create() starts anew, for a stream that begins.
+/// Bytes before a successful create() are dropped. Each create() begins a new stream.
 class cFfmpegDecoder : public QObject
 {
     Q_OBJECT
@@ -26,19 +26,19 @@ public:
     explicit cFfmpegDecoder(QObject *parent = nullptr);
     ~cFfmpegDecoder() override;
 
-    /// From now on create() and append() do what there is time for in this turn of the event loop. The rest
-    /// is done in order in the turns that follow, a step at a time together with all other decoders, so that
-    /// the window answers keys whatever has been appended; pictures that would take too long are dropped
-    /// (LiveLimits). To be called before them.
+    /// Makes create() and append() do only what there is time for in this turn of the event loop. The rest
+    /// follows in order in later turns, in steps that all decoders share the time for (EventLoopBudget.h), so
+    /// that the window answers keys whatever was appended. Pictures that would take too long are dropped
+    /// (LiveLimits). To be called before create() and append().
     void workInTurns();
-    /// Whether something is left to do; until idle() is emitted, whoever can should append no more.
+    /// Whether something is left to do. A caller should append no more until idle() is emitted.
     bool isBusy() const { return !m_tasks.empty(); }
 
 Q_SIGNALS:
-    /// A decoded picture, in QImage::Format_RGB32 and in the proportions that it is to be seen in. It shares
-    /// its pixels with the pictures that follow: who keeps it copies it.
+    /// A decoded picture, in QImage::Format_RGB32 and with square pixels. The following pictures are written
+    /// into the same memory, so a receiver that keeps the image has to copy it.
     void onFrame(const QImage &image);
-    /// All that was asked for is done.
+    /// All that was appended is decoded.
     void idle();
 
 public Q_SLOTS:
@@ -46,13 +46,12 @@ public Q_SLOTS:
     /// when there is one.
     bool create(const QString &format);
     /// Decodes \a bytes, one or more whole coded pictures, and emits onFrame() for each before it returns.
-    /// What cannot be decoded, or is larger than VideoLimits.h allows, is dropped without a word; the
-    /// pictures come again when the stream is whole again. A receiver of onFrame() may append, too; its bytes
-    /// come after those that are being decoded.
+    /// What cannot be decoded, or is larger than VideoLimits.h allows, is dropped silently. A receiver of
+    /// onFrame() may append, too; its bytes are decoded behind those under way.
     void append(const QByteArray &bytes);
 
 private:
-    /// A stream to open, or bytes of it.
+    /// Opens a stream (bytes are the name of its decoder) or decodes bytes of it.
     struct Task {
         bool opens;
         QByteArray bytes;
@@ -62,12 +61,12 @@ private:
     bool step();
     void beginTask();
     void open(const QByteArray &name);
-    void decodeOn();
+    void decodeNext();
     void convertPicture();
     void showPicture();
 
-    std::deque<Task> m_tasks; ///< the first one may be under way
-    bool m_begun = false;
+    std::deque<Task> m_tasks;
+    bool m_isDecoding = false; ///< the first task has begun
     bool m_working = false;
     bool m_hasPicture = false; ///< decoded and not converted yet
     QImage m_image;            ///< converted and not shown yet

@@ -2,23 +2,16 @@
 
 #include <QMetaMethod>
 
+using namespace paravue;
+
 namespace
 {
-
-enum StreamType : quint8 { NoStream = 0, VideoStream = 1, PlainStream = 2, TextStream = 4 };
 
 /// Texts by tag in the header.
 constexpr int CharsetTag = 1;
 constexpr int ClockTag = 2;
 
 constexpr quint64 MillisecondsPerSecond = 1000;
-
-/// A text of the stream without the zero byte that ends it there.
-QByteArray unterminated(const QByteArray &text)
-{
-    const qsizetype zero = text.indexOf('\0');
-    return zero < 0 ? text : text.first(zero);
-}
 
 QString decoderName(const QByteArray &label)
 {
@@ -42,9 +35,9 @@ QString charsetName(const QByteArray &label)
     return {};
 }
 
-/// Calls the slot of \a consumer with the \a signature, if there are both. A header may announce a stream of
-/// a type that its consumer does not take; called by its name alone, a slot that is missing would be
-/// complained about in the host's output, thousands of times for one header.
+/// Calls the slot of \a consumer with the \a signature, if both exist. A header may announce a stream of a
+/// type for which its consumer has no slot; QMetaObject::invokeMethod() would then print a warning in the
+/// host's output, thousands of times for one header.
 template <typename... Arguments>
 void call(QObject *consumer, const char *signature, const Arguments &...arguments)
 {
@@ -70,7 +63,7 @@ void cHvx3Demuxer::hdr_slot(HDR_T header)
     m_header = header;
     Q_EMIT onCreate();
 
-    // A receiver may have fed the next header already; this one is still to be told whole.
+    // A receiver may have made the parser read the next header; the consumers get all of this one.
     const QList<STREAM_T> streams = header.streams;
     const QList<QByteArray> texts = header.texts;
     for (const STREAM_T &stream : streams)
@@ -80,7 +73,7 @@ void cHvx3Demuxer::hdr_slot(HDR_T header)
     call(consumer(ClockKey), "create(QString)",
          Q_ARG(QString, QString::fromUtf8(unterminated(texts.value(ClockTag)))));
     for (const STREAM_T &stream : streams) {
-        if (stream.streamType != NoStream)
+        if (stream.streamType != UnusedStream)
             createTitle(TitleKey + stream.streamId, charset, stream.label2);
     }
 }
@@ -88,7 +81,7 @@ void cHvx3Demuxer::hdr_slot(HDR_T header)
 void cHvx3Demuxer::idx_slot(IDX_T index)
 {
     m_index = index;
-    showTime(m_index.value2 * MillisecondsPerSecond);
+    emitTime(m_index.value2 * MillisecondsPerSecond);
 }
 
 void cHvx3Demuxer::data_slot(DATA_T frame)
@@ -96,8 +89,8 @@ void cHvx3Demuxer::data_slot(DATA_T frame)
     if (!consumer(frame.streamId))
         return;
     if (frame.stream.streamType == VideoStream)
-        showTime(m_index.value2 * MillisecondsPerSecond + frame.word16);
-    // Whoever was told the time may have changed the consumers.
+        emitTime(m_index.value2 * MillisecondsPerSecond + frame.word16);
+    // A receiver of the time may have changed the consumers.
     call(consumer(frame.streamId), "append(QByteArray)", Q_ARG(QByteArray, frame.payload.value()));
 }
 
@@ -125,7 +118,7 @@ void cHvx3Demuxer::createTitle(int key, const QString &charset, const QByteArray
     call(consumer(key), "append(QByteArray)", Q_ARG(QByteArray, title));
 }
 
-void cHvx3Demuxer::showTime(quint64 milliseconds)
+void cHvx3Demuxer::emitTime(quint64 milliseconds)
 {
     Q_EMIT timer(milliseconds);
     call(consumer(ClockKey), "append(quint64)", Q_ARG(quint64, milliseconds));

@@ -6,10 +6,10 @@
 #include <QObject>
 #include <QPointer>
 
-/// Gives the records of a video stream to those who use them, each stream to its own consumer.
+/// Passes the records of a video stream on, each stream to its own consumer.
 ///
-/// A consumer is any object with slots of the names below; they are called directly and what they return is
-/// ignored. The demuxer does not own it, and one that is gone is left out. Streams without a consumer are
+/// A consumer is any object with the slots below. They are called directly, and what they return is ignored.
+/// The demuxer does not own the consumers and skips those that were destroyed. Streams without a consumer are
 /// dropped.
 ///
 /// | Key                | Consumer of              | "create" with     | "append" with                   |
@@ -35,17 +35,17 @@ public:
 
     /// To be filled before the stream begins: consumers()[streamId] = decoder.
     Consumers &consumers() { return m_consumers; }
-    /// The last one that has come; without streams while there was none.
+    /// The last header; one without streams before the first.
     const HDR_T &header() const { return m_header; }
 
 Q_SIGNALS:
     /// The time of the stream: at each index record and before each frame of a video stream with a consumer.
     void timer(quint64 milliseconds);
-    /// A header has come; the consumers are told after this.
+    /// A header was received; the slots of the consumers are called after this.
     void onCreate();
 
 public Q_SLOTS:
-    /// Forgets all consumers.
+    /// Removes all consumers.
     void create();
     void hdr_slot(HDR_T header);
     void idx_slot(IDX_T index);
@@ -55,7 +55,7 @@ private:
     QObject *consumer(int key) const { return m_consumers.value(key); }
     void createStream(const STREAM_T &stream);
     void createTitle(int key, const QString &charset, const QByteArray &title);
-    void showTime(quint64 milliseconds);
+    void emitTime(quint64 milliseconds);
 
     Consumers m_consumers;
     HDR_T m_header;

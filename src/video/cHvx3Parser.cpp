@@ -18,12 +18,11 @@ constexpr int IndexSize = 13; // without its blob
 constexpr int DataHeadSize = 4;
 constexpr int ExtensionSize = 4;
 constexpr quint8 FirstFragmentFlag = 0x80;
-constexpr quint8 VideoType = 1;
 
 bool isAccepted(quint8 streamType)
 {
-    return streamType == VideoType || streamType == 2 || streamType == 4 || streamType == 8 ||
-           streamType == 16;
+    return streamType == VideoStream || streamType == PlainStream || streamType == TextStream ||
+           streamType == 8 || streamType == 16;
 }
 
 bool isMagic(quint32 value)
@@ -63,7 +62,7 @@ paravue::Hvx3Losses cHvx3Parser::losses() const
 
 void cHvx3Parser::append(const QByteArray &bytes)
 {
-    // Called by what a signal has reached, the rest of the piece under way comes first.
+    // When a receiver of a signal calls this, the rest of the piece under way comes first.
     keepRest();
     m_rest = bytes;
     const auto keepWhatIsLeft = qScopeGuard([this] {
@@ -76,8 +75,8 @@ void cHvx3Parser::append(const QByteArray &bytes)
     }
 }
 
-/// Hands over as much of the piece as the head of the record at the front still needs, or all of it when
-/// there is none: then the rest is read from there, and only a head that is cut is put together first.
+/// Gives the input the rest of the piece to read in place. Only when the head of a record is cut, the bytes
+/// that it needs are copied behind it first.
 void cHvx3Parser::feed()
 {
     const QByteArrayView rest = std::exchange(m_rest, QByteArrayView());
@@ -104,16 +103,16 @@ void cHvx3Parser::parse()
             m_missing = 0;
         } while (step());
     } catch (const QByteArray &signal) {
-        // An empty one is the reader's sign that more data is needed. The steps look before they read, as
-        // throwing once for each piece would make parsing many times slower.
+        // An empty one means that more data is needed. The steps check for that before they read, as a throw
+        // for each piece would make parsing many times slower.
         if (!signal.isEmpty()) {
             throw;
         }
     }
 }
 
-/// Reads one record or leaves a state; false when more data is needed. A step emits when its record is
-/// consumed and the state is set, as what the signal reaches may call append().
+/// Reads one record or changes the state; false when more data is needed. A step emits its signal last, as a
+/// receiver may call append().
 bool cHvx3Parser::step()
 {
     switch (m_state) {
@@ -165,8 +164,8 @@ bool cHvx3Parser::indexStep()
     return true;
 }
 
-/// A header in the middle of the stream, unless an index record behind two bytes of damage only looks like
-/// one. Its garbled stream table would make every frame that follows unreadable.
+/// Reads a header in the middle of the stream, unless it is an index record behind two bytes of damage, which
+/// can look like one. The garbled stream table of such a header would make all following frames unreadable.
 bool cHvx3Parser::headerOrIndexStep()
 {
     int position = 2;
@@ -174,14 +173,13 @@ bool cHvx3Parser::headerOrIndexStep()
         return false;
     }
     if (m_input.readU32(position) == Hvx3IndexMagic) {
-        lose(2);
+        skip(2);
         return true;
     }
     return readHeader();
 }
 
-/// Reads the head of a data record. Its payload is not waited for: it goes to its frame as it comes, which
-/// spares one that is cut a copy.
+/// Reads the head of a data record. The payload goes to its frame as it comes, so that it is copied once.
 bool cHvx3Parser::dataStep()
 {
     if (!hasHead(DataHeadSize)) {
@@ -202,7 +200,7 @@ bool cHvx3Parser::dataStep()
         return true;
     }
     const STREAM_T &stream = m_streams.at(at);
-    const bool extended = stream.streamType == VideoType && (flags & FirstFragmentFlag);
+    const bool extended = stream.streamType == VideoStream && (flags & FirstFragmentFlag);
     if (extended && !hasHead(DataHeadSize + ExtensionSize)) {
         return false;
     }
@@ -243,7 +241,7 @@ bool cHvx3Parser::payloadStep()
     DATA_T record = std::move(m_record);
     if (m_frames.end(record)) {
         Q_EMIT onDATA(record);
-        m_frames.giveBack(record.payload.take());
+        m_frames.recycle(record.payload.take());
     }
     return true;
 }
@@ -251,11 +249,11 @@ bool cHvx3Parser::payloadStep()
 /// Drops the bytes before \a magicAt; true when a magic is there.
 bool cHvx3Parser::skipTo(qsizetype magicAt)
 {
-    lose(magicAt);
+    skip(magicAt);
     return m_input.has(0, MagicSize);
 }
 
-void cHvx3Parser::lose(qsizetype bytes)
+void cHvx3Parser::skip(qsizetype bytes)
 {
     if (bytes == 0) {
         return;
@@ -269,7 +267,7 @@ void cHvx3Parser::lose(qsizetype bytes)
 /// Reads the header at the front, also where an index record is awaited: there it begins the stream anew.
 bool cHvx3Parser::readHeader()
 {
-    if (!m_headerReader.readOn(m_input) || m_headerReader.position() > m_maxFrameSize) {
+    if (!m_headerReader.read(m_input) || m_headerReader.position() > m_maxFrameSize) {
         return dropLargeHeader();
     }
     m_input.consume(m_headerReader.position());
@@ -277,7 +275,7 @@ bool cHvx3Parser::readHeader()
     m_streams = m_header.streams;
     m_streamAt.fill(-1);
     for (qsizetype i = m_streams.size() - 1; i >= 0; --i) {
-        m_streamAt[m_streams.at(i).streamId] = static_cast<qint16>(i); // the first of equal ones stays
+        m_streamAt[m_streams.at(i).streamId] = static_cast<qint16>(i); // the first stream with an id counts
     }
     m_state = AwaitIndex;
     m_inGap = false;
@@ -292,7 +290,7 @@ bool cHvx3Parser::dropLargeHeader()
         return false;
     }
     m_headerReader = HeaderReader();
-    // Not byte by byte: what holds many beginnings of headers would be read many times.
-    lose(m_maxFrameSize);
+    // Not from the second byte on: bytes with many beginnings of headers would be read many times.
+    skip(m_maxFrameSize);
     return true;
 }

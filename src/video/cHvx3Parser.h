@@ -11,15 +11,15 @@
 namespace paravue
 {
 
-/// What a parser could not use.
+/// What a parser has dropped.
 struct Hvx3Losses {
-    /// Bytes that belong to no record, and the places where there were such.
+    /// Bytes that belong to no record, and the number of places where they stood.
     qint64 bytes = 0;
     qint64 gaps = 0;
-    /// Fragments that came without the first one of their frame.
+    /// Fragments whose frame has no first one.
     qint64 fragments = 0;
-    /// Frames that were begun and not finished before the next one of their stream, the next index record or
-    /// the limit of their size.
+    /// Frames that were not finished before the next frame of their stream, the next index record or the
+    /// limit of their size.
     qint64 frames = 0;
 };
 
@@ -28,10 +28,9 @@ struct Hvx3Losses {
 /// Finds the records in a recorder's video stream (docs/stream-format.md) that arrives in pieces, and puts
 /// frames together that were sent in fragments.
 ///
-/// The signals are emitted from within append(), in the order of the stream; how the stream is cut into
-/// pieces changes nothing. A part of a record waits for the rest. Behind damage the parser looks for the next
-/// index record, and for a header, which begins the stream anew. There are no errors: what cannot be used is
-/// left out, and counted in losses().
+/// The signals are emitted from within append(), in the order of the stream, and do not depend on how the
+/// stream is cut into pieces. Behind damage the parser searches for the next index record, or for a header,
+/// which begins the stream anew. There are no errors: what cannot be used is dropped and counted in losses().
 ///
 /// A parser is for one connection. The records are passed by value and through direct connections.
 class cHvx3Parser : public QObject
@@ -41,16 +40,16 @@ class cHvx3Parser : public QObject
 public:
     explicit cHvx3Parser(QObject *parent = nullptr);
 
-    /// A bound, in bytes, on a frame, on all unfinished frames together and on a header; what is beyond is
-    /// dropped. Without one a hostile stream takes all memory that there is.
+    /// Limits the bytes of a frame, of all unfinished frames together and of a header; larger ones are
+    /// dropped. Without a limit a hostile stream takes all memory.
     void setMaxFrameSize(int bytes);
 
-    /// The last header and the last index record; empty ones before them.
+    /// The last header and the last index record, empty before the first ones.
     const HDR_T &header() const { return m_header; }
     const IDX_T &index() const { return m_index; }
     paravue::Hvx3Losses losses() const;
     const paravue::Hvx3StreamCounts &counts(quint8 streamId) const { return m_frames.counts(streamId); }
-    /// How many of the bytes wait for the rest of a record.
+    /// Bytes of a record that is not complete.
     qsizetype unreadBytes() const { return m_input.size() + m_recordBytes; }
 
 public Q_SLOTS:
@@ -63,7 +62,7 @@ Q_SIGNALS:
     void onDATA(DATA_T frame);
 
 private:
-    /// InPayload is within a data record whose head has been read.
+    /// InPayload: the head of a data record was read.
     enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2, InPayload };
 
     void feed();
@@ -79,16 +78,16 @@ private:
     bool skipTo(qsizetype magicAt);
     bool readHeader();
     bool dropLargeHeader();
-    void lose(qsizetype bytes);
+    void skip(qsizetype bytes);
 
     HDR_T m_header;
     IDX_T m_index;
     paravue::FrameAssembler m_frames;
     State m_state = AwaitHeader;
     cDataSplitter m_input;
-    /// What the input was not given yet of the piece that append() is at.
+    /// The rest of the piece that append() was given, which m_input has not got yet.
     QByteArrayView m_rest;
-    /// How many bytes the head of the data record at the front still needs; 0 when it is none.
+    /// Bytes that are missing of the head of the data record at the front; 0 when it is none.
     qsizetype m_missing = 0;
     /// The data record whose payload is being read, how much of the payload is to come, and how many of the
     /// record's bytes were read.

@@ -186,7 +186,7 @@ void TestStillPictures::readsAddresses()
 void TestStillPictures::fetches_data()
 {
     QTest::addColumn<Server::Answer>("give");
-    QTest::addColumn<int>("requests");    // 0: the toolkit may ask again when a connection ends too early
+    QTest::addColumn<int>("requests");    // 0: Qt may repeat a request whose connection ends early
     QTest::addColumn<QString>("problem"); // empty when a picture comes
     const auto row = [](const char *name, int requests, const char *problem, const Server::Answer &give) {
         QTest::newRow(name) << give << requests << QString(problem);
@@ -321,7 +321,7 @@ void TestStillPictures::endsInTheMiddle()
 void TestStillPictures::decodesInTime()
 {
     const auto decode = [](Passes passes, int width, int height) {
-        return decodedStill(claiming(jpeg({64, 48}, passes), width, height));
+        return decodeStillPicture(claiming(jpeg({64, 48}, passes), width, height));
     };
     QCOMPARE(decode(Passes::One, 5000, 5000).size(), QSize(2500, 2500));
     QVERIFY(decode(Passes::One, 6000, 6000).isNull()); // more pixels than a picture may have
