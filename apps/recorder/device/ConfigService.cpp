@@ -1,6 +1,6 @@
 #include "recorder/device/ConfigService.h"
 
-#include "recorder/device/Facts.h"
+#include "recorder/device/MeasuredValues.h"
 #include "recorder/files/Gzip.h"
 #include "recorder/files/IniValues.h"
 
@@ -64,7 +64,8 @@ Answer ConfigService::put(const QString &file, const QByteArray &body, const Acc
         return errorAnswer(reason);
     const bool isTime = file == QLatin1String("time");
     const QByteArray content =
-        isTime ? mergedTime(body) : withOwnFacts(file, body, m_folder.read(file).value_or(QByteArray()));
+        isTime ? mergedTime(body)
+               : withMeasuredValues(file, body, m_folder.read(file).value_or(QByteArray()));
     if (!m_folder.replace(file, content))
         return errorAnswer(QStringLiteral("the file %1 cannot be written").arg(file));
     if (isTime)

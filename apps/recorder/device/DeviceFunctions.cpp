@@ -1,6 +1,6 @@
 #include "recorder/device/DeviceFunctions.h"
 
-#include "recorder/device/Facts.h"
+#include "recorder/device/MeasuredValues.h"
 #include "recorder/device/Report.h"
 #include "recorder/files/DataFolder.h"
 #include "recorder/files/DebPackage.h"
@@ -146,7 +146,7 @@ Answer DeviceFunctions::resetSettings() const
     for (const char *file : SettingsFiles) {
         const QString name = QString::fromLatin1(file);
         const std::optional<QByteArray> shipped = m_folder.shipped(name);
-        if (!shipped || !m_folder.replace(name, withOwnFacts(name, *shipped, content(file))))
+        if (!shipped || !m_folder.replace(name, withMeasuredValues(name, *shipped, content(file))))
             return errorAnswer(QStringLiteral("the file %1 cannot be written").arg(name));
     }
     return okAnswer();

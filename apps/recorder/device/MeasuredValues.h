@@ -8,6 +8,6 @@ namespace recorder
 
 /// Replaces in \a sent what the recorder itself measures, such as the use of a disk or the hours since the
 /// start: what a client sends of these may be older than what was measured since.
-QByteArray withOwnFacts(const QString &file, const QByteArray &sent, const QByteArray &kept);
+QByteArray withMeasuredValues(const QString &file, const QByteArray &sent, const QByteArray &kept);
 
 } // namespace recorder

@@ -1,4 +1,4 @@
-#include "recorder/device/Facts.h"
+#include "recorder/device/MeasuredValues.h"
 
 #include "recorder/files/IniValues.h"
 
@@ -10,7 +10,7 @@ namespace recorder
 namespace
 {
 
-bool isFact(const QString &file, const QByteArray &key)
+bool isMeasured(const QString &file, const QByteArray &key)
 {
     static const QRegularExpression ofDisk(
         QStringLiteral("^/(DISC[0-9]+|USB)_(MODEL|SERIAL|SIZE|USED|TEMP)$"));
@@ -21,14 +21,14 @@ bool isFact(const QString &file, const QByteArray &key)
 
 } // namespace
 
-QByteArray withOwnFacts(const QString &file, const QByteArray &sent, const QByteArray &kept)
+QByteArray withMeasuredValues(const QString &file, const QByteArray &sent, const QByteArray &kept)
 {
     const QMap<QByteArray, QByteArray> sentValues = iniValues(sent);
     const QMap<QByteArray, QByteArray> keptValues = iniValues(kept);
     QMap<QByteArray, QByteArray> stale;
     for (auto value = sentValues.cbegin(); value != sentValues.cend(); ++value) {
         const auto own = keptValues.constFind(value.key());
-        if (own != keptValues.cend() && *own != *value && isFact(file, value.key()))
+        if (own != keptValues.cend() && *own != *value && isMeasured(file, value.key()))
             stale.insert(value.key(), *own);
     }
     return stale.isEmpty() ? sent : withIniValues(sent, stale);
