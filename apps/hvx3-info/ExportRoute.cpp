@@ -11,7 +11,7 @@ namespace
 
 bool canBegin(const PictureFacts &facts)
 {
-    // The head of a file has them.
+    // They belong into the head of the file.
     const bool isComplete = facts.codec != AV_CODEC_ID_H264 || !facts.parameterSets.isEmpty();
     return facts.isKey && !facts.size.isEmpty() && isComplete;
 }
@@ -34,7 +34,7 @@ std::optional<size_t> ExportRoute::place(const RecordedFrame &frame)
     if (canBegin(facts)) {
         begin(stream->second, id, facts);
     } else if (!goesOn) {
-        // Behind another codec the stream has to begin anew.
+        // Behind another codec the stream begins with a key picture again.
         stream->second.facts = {};
         ++m_leftOut;
         return {};

@@ -11,20 +11,20 @@ namespace paravue
 
 /// One file of an export.
 struct ExportFile {
-    std::map<quint8, PictureFacts> tracks; ///< by stream id: what the first picture of each says
+    std::map<quint8, PictureFacts> tracks; ///< by stream id: the facts of its first picture
     qint64 begin = 0;                      ///< the earliest time in it, in milliseconds
     qint64 pictures = 0;
 };
 
 /// Decides for each picture of a recording which file of the export it belongs to.
 ///
-/// A stream begins with a key picture whose size is known. Where it changes its codec or its size, the next
-/// file begins; the other streams follow there with their next key pictures, so that every picture stands in
-/// a file that can be played.
+/// A stream begins with a key picture whose size is known. Where its codec or size changes, the next file
+/// begins. The other streams continue there from their next key pictures on, so that every file can be
+/// played.
 class ExportRoute
 {
 public:
-    /// A stream that changes its size all the time must not fill a folder with files.
+    /// Keeps a stream that changes its size all the time from filling a folder with files.
     static constexpr size_t MaxFiles = 100;
 
     /// The number of the file, 0 for the first one; nothing when the picture is left out.

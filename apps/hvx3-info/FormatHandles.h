@@ -8,7 +8,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
-/// Owners of libavformat's objects and of what goes with them; for the others see video/FfmpegHandles.h.
+/// Owners of libavformat's objects, filters and parsers; for the others see video/FfmpegHandles.h.
 namespace paravue
 {
 

@@ -1,6 +1,7 @@
 #include "FrameReader.h"
 
 #include "Recording.h"
+#include "video/VideoLimits.h"
 
 namespace paravue
 {
@@ -8,15 +9,13 @@ namespace paravue
 namespace
 {
 
-/// As large as the live window takes them.
-constexpr int MaxFrameSize = 64 * 1024 * 1024;
 constexpr qint64 MillisecondsPerIndexSecond = 1000;
 
 } // namespace
 
 FrameReader::FrameReader()
 {
-    m_parser.setMaxFrameSize(MaxFrameSize);
+    m_parser.setMaxFrameSize(MaxFrameBytes);
     const auto connect = [this](auto signal, auto slot) {
         QObject::connect(&m_parser, signal, &m_parser, slot, Qt::DirectConnection);
     };
@@ -40,7 +39,7 @@ void FrameReader::read(const QString &file)
     m_parser.append(m_start);
 }
 
-/// The pieces of a pipe may be as short as a byte.
+/// Collects the first bytes, as the pieces of a pipe may be as short as a byte.
 void FrameReader::parse(const QByteArray &piece)
 {
     if (m_hasStarted)

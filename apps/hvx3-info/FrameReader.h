@@ -16,7 +16,7 @@ struct RecordedFrame {
     PictureFacts picture; ///< of a video stream whose codec is known
 };
 
-/// Reads a recording from its beginning to its end and tells what is in it.
+/// Reads a recording from beginning to end and calls a function for each record.
 class FrameReader
 {
 public:
@@ -31,7 +31,7 @@ public:
 
     const cHvx3Parser &parser() const { return m_parser; }
     qint64 bytes() const { return m_bytes; }
-    /// Whether what the recorder says to a login that it accepts stands in front of the stream.
+    /// Whether the recording begins with the answer to a login.
     bool hasAnswerToLogin() const { return m_hasAnswer; }
 
 private:
@@ -47,12 +47,12 @@ private:
     cHvx3Parser m_parser;
     std::map<quint8, Inspected> m_inspected;
     qint64 m_bytes = 0;
-    QByteArray m_start; ///< while it may be the answer to the login
+    QByteArray m_start; ///< the first bytes, while they may be the answer to a login
     bool m_hasStarted = false;
     bool m_hasAnswer = false;
 };
 
-/// What a recorder says when it accepts a login.
+/// The answer of a recorder that accepts a login.
 inline constexpr char AnswerToLogin[] = "LENGTH=16\r\nVORN_ANSWER=OK\r\n";
 
 } // namespace paravue

@@ -8,7 +8,7 @@ namespace paravue
 
 enum InfoExitCode { Listed = 0, NoStream = 1, WrongInfoUsage = 2, InfoFailed = 3 };
 
-/// What the user asked hvx3-info to do.
+/// The command line of hvx3-info.
 struct InfoCommandLine {
     enum class Task { ListStreams, ShowText, RefuseUsage };
 

@@ -70,8 +70,8 @@ void MediaFile::addTrack(quint8 streamId, const PictureFacts &facts, qint64 begi
     m_tracks.emplace(streamId, Track{stream->index, StreamClock(begin)});
 }
 
-/// Written in the order of the recording: putting the streams into the order of their times would keep
-/// pictures in memory, all of them for streams whose times are wrong.
+/// Writes in the order of the recording. Sorting the streams by time would keep pictures in memory, and all
+/// of them when times are wrong.
 void MediaFile::write(const RecordedFrame &frame)
 {
     const QByteArray payload = frame.record.payload;
@@ -88,7 +88,7 @@ void MediaFile::write(const RecordedFrame &frame)
 
     m_packet->stream_index = track.index;
     m_packet->pts = m_packet->dts = written;
-    // Only that of the last picture is used, which nothing follows.
+    // Players use the duration of the last picture only.
     m_packet->duration = track.step;
     m_packet->flags = frame.picture.isKey ? AV_PKT_FLAG_KEY : 0;
     av_packet_rescale_ts(m_packet.get(), Milliseconds, m_format->streams[track.index]->time_base);

@@ -12,23 +12,23 @@
 namespace paravue
 {
 
-/// A Matroska or MP4 file that is being written. Until commit() it has another name; without it, it is gone.
-/// All functions throw a MediaError.
+/// A Matroska or MP4 file that is being written. It has a temporary name until commit() and is removed
+/// without commit(). All functions throw a MediaError.
 class MediaFile
 {
 public:
-    /// Whether the ending of \a name is that of a format which can be written.
+    /// Whether the suffix of \a name is that of a format that can be written.
     static bool isKnownName(const QString &name);
 
     MediaFile(const QString &name, const ExportFile &content);
 
     void write(const RecordedFrame &frame);
-    /// Completes the file, which keeps its other name.
+    /// Completes the file, which keeps its temporary name.
     void finish();
     void commit();
 
     const QString &name() const { return m_name; }
-    /// How many times were moved because they were not behind the one before.
+    /// The number of times that were moved because they were not later than the time before.
     qint64 movedTimes() const { return m_movedTimes; }
     int timesSetBack() const;
 
@@ -41,7 +41,7 @@ private:
     };
 
     void addTrack(quint8 streamId, const PictureFacts &facts, qint64 begin);
-    /// Checks what a function of FFmpeg has returned.
+    /// Throws when \a result, which a function of FFmpeg has returned, is an error.
     void require(int result) const;
 
     // FFmpeg 7 made them constant.

@@ -15,7 +15,7 @@ namespace paravue
 namespace
 {
 
-/// Real ones have some hundred bytes. They are kept for every file of an export.
+/// Usual ones have some hundred bytes. They are kept for every file of an export.
 constexpr size_t MaxParameterSets = 64 * 1024;
 
 AVCodecID codecFor(const QByteArray &label)
@@ -78,7 +78,7 @@ bool PictureInspector::open()
     m_context->max_pixels = MaxPicturePixels;
     m_parser->flags |= PARSER_FLAG_COMPLETE_FRAMES;
     if (m_facts.codec == AV_CODEC_ID_MJPEG) {
-        // The parser does not tell the size. The decoder, told to leave out every picture, reads just that.
+        // The parser does not read the size. The decoder does even if it discards all pictures.
         m_context->skip_frame = AVDISCARD_ALL;
         return avcodec_open2(m_context.get(), decoder, nullptr) == 0;
     }
@@ -94,7 +94,7 @@ bool PictureInspector::open()
 PictureFacts PictureInspector::inspect(const QByteArray &picture)
 {
     m_facts.isKey = false;
-    // With the padding that parsers and codecs read beyond the end.
+    // A packet has the padding that parsers and codecs read beyond the end.
     if (picture.isEmpty() || av_new_packet(m_packet.get(), static_cast<int>(picture.size())) != 0)
         return m_facts;
     std::memcpy(m_packet->data, picture.constData(), static_cast<size_t>(picture.size()));
@@ -114,7 +114,7 @@ void PictureInspector::parse(const AVPacket &packet)
     int size = 0;
     m_parser->key_frame = -1;
     m_parser->pict_type = AV_PICTURE_TYPE_NONE;
-    // It is only told when it is not known.
+    // The parser sets a size only where there is none.
     m_context->width = m_context->height = 0;
     av_parser_parse2(m_parser.get(), m_context.get(), &data, &size, packet.data, packet.size, AV_NOPTS_VALUE,
                      AV_NOPTS_VALUE, 0);

@@ -11,18 +11,18 @@
 namespace paravue
 {
 
-/// What a coded picture says about itself and about the pictures behind it.
+/// What a coded picture tells about itself and the pictures behind it.
 struct PictureFacts {
     AVCodecID codec = AV_CODEC_ID_NONE;
     bool isKey = false;       ///< can be decoded without the pictures before it
-    QSize size;               ///< empty while the stream has not told it
-    QByteArray parameterSets; ///< what a decoder needs beforehand; empty while the stream has not told it
+    QSize size;               ///< empty while it is not known
+    QByteArray parameterSets; ///< what a decoder needs beforehand; empty while they are not known
 };
 
-/// Tells a container about the stream that begins with such a picture. Throws std::bad_alloc.
+/// Fills in the \a parameters of a stream that begins with such a picture. Throws std::bad_alloc.
 void describe(AVCodecParameters &parameters, const PictureFacts &facts);
 
-/// Looks at the coded pictures of one stream, without decoding them.
+/// Reads facts from the coded pictures of one stream, without decoding them.
 class PictureInspector
 {
 public:

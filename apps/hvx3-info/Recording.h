@@ -9,7 +9,7 @@
 namespace paravue
 {
 
-/// Why a recording cannot be read or an export not be written, in words for the user.
+/// Why a recording cannot be read or an export cannot be written, as a text for the user.
 class MediaError : public std::runtime_error
 {
 public:
@@ -17,7 +17,7 @@ public:
     QString text() const { return QString::fromUtf8(what()); }
 };
 
-/// Calls \a take with one piece of the file after the other, so that files of any size need the same memory.
+/// Calls \a take with each piece of the file in turn, so that files of any size need the same memory.
 /// "-" is the standard input. Throws a MediaError.
 void readRecording(const QString &file, const std::function<void(const QByteArray &piece)> &take);
 

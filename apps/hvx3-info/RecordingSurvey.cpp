@@ -10,13 +10,14 @@ namespace paravue
 namespace
 {
 
-/// A text may be of any length, and a stream may change its codec and its size with every picture.
+/// Bounds for texts, which may be of any length, and for changes of codec and size, of which each picture may
+/// be one.
 constexpr qsizetype MaxText = 200;
 constexpr qsizetype MaxChanges = 8;
 
 constexpr int CharsetTag = 1;
 
-/// A text for people; what is no letter would work on their terminal.
+/// A text for the user. Control characters, which a terminal would execute, become question marks.
 QString readable(const QByteArray &field, const QByteArray &charset)
 {
     const QByteArray bytes = unterminated(field).left(MaxText);
@@ -49,7 +50,7 @@ void RecordingSurvey::takeHeader(const HDR_T &header)
     m_texts.clear();
     for (const QByteArray &text : texts)
         m_texts.append(readable(text, charset));
-    // Of several with one id the first one counts.
+    // The first stream with an id counts.
     std::set<quint8> described;
     for (const STREAM_T &stream : header.streams.value()) {
         if (!described.insert(stream.streamId).second)
@@ -70,7 +71,7 @@ void RecordingSurvey::takeIndex(qint64 time)
 
 void RecordingSurvey::takeFrame(const RecordedFrame &frame)
 {
-    // Frames of other streams have the time of the index record, which may be long past.
+    // Frames of other streams only have the time of the last index record.
     if (frame.record.stream.streamType == VideoStream) {
         m_hasVideo = true;
         m_videoClock.advance(frame.time);

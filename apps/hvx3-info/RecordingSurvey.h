@@ -12,7 +12,7 @@
 namespace paravue
 {
 
-/// What a recording has of one stream.
+/// What a recording contains of one stream.
 struct StreamSurvey {
     quint8 type = 0;
     QStringList codecs; ///< one after the other, as the headers name them
@@ -28,7 +28,7 @@ struct StreamSurvey {
     qint64 largestFrame = 0;
 };
 
-/// What there is in a recording. Complete when the reader has read it.
+/// What a recording contains. Complete when the reader has read it.
 class RecordingSurvey
 {
 public:
@@ -38,14 +38,14 @@ public:
     void takeIndex(qint64 time);
     void takeFrame(const RecordedFrame &frame);
 
-    /// What belongs to no stream.
+    // Of the whole recording.
     qint64 bytes() const { return m_reader.bytes(); }
     bool hasAnswerToLogin() const { return m_reader.hasAnswerToLogin(); }
     qint64 unreadBytes() const { return m_reader.parser().unreadBytes(); }
     Hvx3Losses losses() const { return m_reader.parser().losses(); }
     qint64 headers() const { return m_headers; }
     qint64 indexes() const { return m_indexes; }
-    /// By the video frames. Only where there are none do the index records count: they have whole seconds.
+    /// The times of the video frames. Without any, those of the index records, which are whole seconds.
     const StreamClock &clock() const { return m_hasVideo ? m_videoClock : m_indexClock; }
     /// Of the last header.
     const QString &name() const { return m_name; }

@@ -7,20 +7,20 @@
 namespace paravue
 {
 
-/// The times of a stream, in milliseconds, as a length of time that can be measured and played.
+/// Turns the times of a stream, in milliseconds, into times since its beginning.
 ///
-/// A clock that was set back goes on from where it was. Small steps back stay: they come from pictures that
-/// are not sent in the order in which they are shown.
+/// Where the recorder's clock was set back, the time continues from where it was. Small steps back are kept:
+/// they come from pictures that are not sent in the order in which they are shown.
 class StreamClock
 {
 public:
     static constexpr qint64 LargestStepBack = 1000;
 
     StreamClock() = default;
-    /// One whose first time is behind \a zero.
+    /// Counts from \a zero instead of the first time.
     explicit StreamClock(qint64 zero) : m_zero(zero) {}
 
-    /// The time since the first one.
+    /// Takes the next time; returns the time since the beginning.
     qint64 advance(qint64 time)
     {
         if (!m_zero)
@@ -40,7 +40,7 @@ public:
     }
 
     qint64 elapsed() const { return m_elapsed; }
-    /// Between two times.
+    /// The largest step between two times.
     qint64 largestStep() const { return m_largestStep; }
     int timesSetBack() const { return m_timesSetBack; }
 

@@ -35,7 +35,7 @@ QString typeName(quint8 type)
     }
 }
 
-/// Of \a count things in a time; 0 when there was none.
+/// The rate of \a count things; 0 when no time has passed.
 double perSecond(double count, const StreamClock &clock)
 {
     return clock.elapsed() > 0 ? count * MillisecondsPerSecond / double(clock.elapsed()) : 0;
@@ -46,7 +46,7 @@ double bitRate(qint64 bytes, const StreamClock &clock)
     return perSecond(8.0 * double(bytes), clock);
 }
 
-/// The first frame begins the time that the others are counted in.
+/// Without the first frame, with which the time begins.
 double frameRate(const StreamSurvey &stream)
 {
     return stream.frames > 1 ? perSecond(double(stream.frames - 1), stream.clock) : 0;
@@ -79,7 +79,7 @@ QString bitRateText(qint64 bytes, const StreamClock &clock)
                                : QStringLiteral("unknown");
 }
 
-/// One line with a name in front of its value.
+/// Lines of a name and a value each.
 class Lines
 {
 public:

@@ -6,7 +6,7 @@
 namespace paravue
 {
 
-/// What hvx3-info has found and written.
+/// What hvx3-info reports.
 struct InfoReport {
     QString recording;
     const RecordingSurvey &survey;
@@ -17,7 +17,7 @@ struct InfoReport {
 /// "1 record", "1,000 records".
 QString counted(qint64 count, const QString &noun);
 QString textReport(const InfoReport &report);
-/// An object in JSON. Times are seconds, rates are per second; what cannot be told is missing.
+/// A JSON object. Times are seconds, rates are per second; what is not known is missing.
 QByteArray jsonReport(const InfoReport &report);
 
 } // namespace paravue

@@ -31,7 +31,7 @@ MediaError changed()
     return MediaError(QStringLiteral("the recording was changed while it was read"));
 }
 
-/// The files of an export. Only those are open that pictures are still missing in.
+/// The files of an export. Each is open while it is incomplete.
 class FileSet
 {
 public:
@@ -42,7 +42,7 @@ public:
 
     void write(size_t index, const RecordedFrame &frame)
     {
-        // A recording that is still being made has grown meanwhile.
+        // A recording that is still being written may have grown since the route has seen it.
         if (index >= m_contents.size() || m_written[index] == m_contents[index].pictures)
             return;
         if (m_contents[index].tracks.count(frame.record.streamId) == 0)

@@ -16,9 +16,8 @@ struct ExportedFile {
     int timesSetBack = 0;
 };
 
-/// Writes the video streams of the \a recording as the \a route, which has seen it once, says. Several files
-/// have numbers in their names. On a failure there are none, and those that were there before are as they
-/// were. Throws a MediaError.
+/// Writes the video streams of the \a recording, which \a route has seen once, into the files of the route.
+/// Several files have numbers in their names. Throws a MediaError; then no file is written or changed.
 QList<ExportedFile> exportVideo(const QString &recording, const ExportRoute &route, const QString &name,
                                 bool overwrite);
 

@@ -35,7 +35,7 @@ QString noStreamIn(const QString &file, const RecordingSurvey &survey)
     if (survey.bytes() == 0)
         return QStringLiteral("%1 is empty").arg(file);
     const QString problem = QStringLiteral("there is no stream in %1: ").arg(file);
-    // Without a header, what waits for its rest begins one.
+    // Without a header, unread bytes are the beginning of one.
     constexpr qint64 HeaderMagicSize = 4;
     if (survey.unreadBytes() >= HeaderMagicSize)
         return problem + QStringLiteral("a header begins in it but does not end");
@@ -71,7 +71,7 @@ int list(const InfoCommandLine &line)
             report.leftOut = route.leftOut();
         }
     } catch (const MediaError &) {
-        // The list is of use all the same.
+        // The list is useful without the export.
         print(report, line.json);
         throw;
     }
@@ -86,7 +86,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("hvx3-info");
     QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
-    // What is wrong with damaged pictures is no news here.
+    // FFmpeg would print warnings about each damaged picture.
     av_log_set_level(AV_LOG_QUIET);
 
     const InfoCommandLine line = InfoCommandLine::parse(QCoreApplication::arguments());
