@@ -30,7 +30,7 @@ const test::EncodedClip &detailedClip(const QByteArray &encoder)
 
 int decodeBare(const test::EncodedClip &clip)
 {
-    av_log_set_level(AV_LOG_ERROR); // a bare loop uses pixel formats that are warned of
+    av_log_set_level(AV_LOG_ERROR); // it warns of pixel formats that a bare loop uses
     const AVCodec *codec = avcodec_find_decoder_by_name(clip.decoder.constData());
     const CodecContextHandle context(avcodec_alloc_context3(codec));
     context->thread_count = 1;

@@ -4,8 +4,7 @@
 #include <cerrno>
 #include <limits>
 
-// The C library's own allocator, in front of which the functions below stand for all libraries of the
-// program.
+// The C library's own allocator. The functions below replace it for all libraries of the program.
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t count, std::size_t size);

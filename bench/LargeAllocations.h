@@ -5,9 +5,9 @@
 namespace paravue::bench
 {
 
-/// Counts what the program allocates from now on in pieces of at least \a bytes, in any library.
+/// Starts counting the allocations of at least \a bytes, in any library of the program.
 void countAllocations(std::size_t bytes);
-/// The count; counting ends.
+/// Stops counting and returns the count.
 long countedAllocations();
 
 } // namespace paravue::bench

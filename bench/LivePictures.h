@@ -12,7 +12,7 @@ namespace paravue::bench
 inline constexpr qsizetype KiB = 1024;
 inline constexpr qsizetype MiB = 1024 * KiB;
 
-/// Bytes that look like nothing in particular; always the same ones.
+/// Random bytes, the same in every run.
 inline QByteArray noise(qsizetype size)
 {
     std::mt19937 random(1);
@@ -22,8 +22,8 @@ inline QByteArray noise(qsizetype size)
     return bytes;
 }
 
-/// Pictures of 2 to 200 KiB, of \a size bytes and a little more together: the beginnings of the \a sources,
-/// one after the other, each of which has 200 KiB. The sources have to outlive them.
+/// Pictures of 2 to 200 KiB with a little more than \a size bytes together: the beginnings of the \a sources
+/// in turn, each of which has 200 KiB. The sources have to outlive them.
 inline QList<QByteArrayView> livePictures(const QList<QByteArray> &sources, qsizetype size)
 {
     std::mt19937 random(2);

@@ -17,7 +17,7 @@ constexpr qsizetype PieceSize = 256 * 1024;
 
 StreamFeed::StreamFeed()
 {
-    // The first socket sets up what belongs to the application, so it must not be made in the thread.
+    // The first socket initialises objects of the application, so it must not be made in the thread.
     QTcpSocket().abort();
     m_thread = std::thread([this] { run(); });
 }

@@ -12,8 +12,8 @@ class QTcpSocket;
 namespace paravue::bench
 {
 
-/// A recorder's video service for one receiver, in a thread of its own as it would be in a machine of its
-/// own. It sends as fast as the receiver takes.
+/// A recorder's video service for one receiver, in a thread of its own. It sends as fast as the receiver
+/// reads.
 class StreamFeed
 {
 public:
@@ -21,9 +21,9 @@ public:
     ~StreamFeed();
     Q_DISABLE_COPY_MOVE(StreamFeed)
 
-    /// What a receiver that connects to this is made of.
+    /// The description of a receiver that connects to this service.
     QDomElement element();
-    /// Sends \a start and then \a again so many times, or without end.
+    /// Sends \a start and then \a again \a times, or without end.
     void send(const QByteArray &start, const QByteArray &again = {}, int times = 0);
     static constexpr int Endless = -1;
 

@@ -39,7 +39,7 @@ QByteArray framesOf(const QList<QByteArray> &pictures)
     return bytes;
 }
 
-/// Whether its pictures are not refused when they come live; one may still be held back.
+/// Whether live pictures of this kind are decoded. The decoder may hold one back.
 bool isDecoded(const EncodedClip &clip)
 {
     cFfmpegDecoder decoder;
@@ -54,7 +54,7 @@ bool isDecoded(const EncodedClip &clip)
     return shown > clip.pictures.size() / 2;
 }
 
-/// The clip in the best quality that is decoded at all.
+/// The clip in the best quality that is decoded.
 EncodedClip densest(test::ClipFormat format)
 {
     for (const int quality : {1, 2, 3, 4, 6, 8, 10, 15, 20, 30}) {
@@ -72,7 +72,7 @@ WorstStream emptyPictures()
 {
     const EncodedClip clip =
         encodeClip({.encoder = "libx264", .size = SquareSize, .pictures = 12, .still = true});
-    // All in one frame as well, so that one read of the socket completes them.
+    // Also all in one frame, so that one read of the socket completes them.
     return {headerFor("H264"), framesOf(clip.pictures) + frame(clip.whole())};
 }
 

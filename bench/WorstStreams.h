@@ -5,7 +5,7 @@
 namespace paravue::bench
 {
 
-/// A stream that is hard to play: its beginning, and what comes again and again behind it.
+/// A stream that is expensive to play: its beginning, and the bytes that are repeated behind it.
 struct WorstStream {
     QByteArray start;
     QByteArray again;
@@ -13,9 +13,9 @@ struct WorstStream {
 
 /// Tiny H.264 pictures of 4096 x 4096 pixels, in which nothing changes.
 WorstStream emptyPictures();
-/// H.264 of 4000 x 3000 pixels of noise in as many bytes as are decoded at all.
+/// H.264 of 4000 x 3000 pixels of noise with the most bytes that are decoded.
 WorstStream denseH264();
-/// Motion JPEG of 5472 x 3648 pixels in as many bytes as are decoded at all.
+/// Motion JPEG of 5472 x 3648 pixels with the most bytes that are decoded.
 WorstStream densePhotos();
 /// MPEG-4 pictures of 4096 x 4096 pixels.
 WorstStream denseMpeg4();
@@ -27,7 +27,7 @@ WorstStream headers();
 WorstStream alternatingSizes();
 /// H.264 pictures of 1024 x 960 pixels with damage.
 WorstStream damagedPictures();
-/// An H.264 picture of 4096 x 4096 pixels whose slices each go on to its end, as far as they are let.
+/// An H.264 picture of 4096 x 4096 pixels whose slices all go on to its end.
 WorstStream manySlices();
 /// Frames of no bytes, and bytes that belong to no record.
 WorstStream emptyFrames();

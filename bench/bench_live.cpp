@@ -20,8 +20,8 @@
 #include <memory>
 #include <vector>
 
-// A window with live video: how fast it answers keys while streams play that are hard to play, and whether
-// its memory stays where it is.
+// A window with live video: how fast it answers keys while expensive streams play, and whether its memory
+// grows.
 
 namespace
 {
@@ -30,7 +30,7 @@ using namespace paravue;
 using paravue::bench::StreamFeed;
 using paravue::bench::WorstStream;
 
-/// A window with a field to type in and some live pictures.
+/// A window with a text field and some live pictures.
 class LiveWindow
 {
 public:
@@ -69,8 +69,8 @@ private:
     int m_decoded = 0;
 };
 
-/// Types into a field from another thread, as a user does who knows nothing of the event loop, and notes how
-/// long it takes until the field shows the letter.
+/// Types into a field from another thread, independently of the event loop, and measures the time until the
+/// field shows the letter.
 class Typist : public QObject
 {
 public:
@@ -104,7 +104,7 @@ private:
     void type()
     {
         while (!m_stopped) {
-            // No multiple of anything.
+            // Not a multiple of the intervals of the window and the streams.
             std::this_thread::sleep_for(std::chrono::microseconds(17'300));
             if (m_typedAt != 0)
                 continue;

@@ -23,7 +23,7 @@ namespace
 
 constexpr qsizetype TcpPiece = 1460;
 
-/// A stream, cut into pieces as a socket would hand them out.
+/// A stream, cut into pieces as a socket returns them.
 struct Pieces {
     Pieces(const QByteArray &stream, qsizetype size) : bytes(stream.size())
     {
@@ -77,13 +77,13 @@ QByteArray fragments(qsizetype size, qsizetype perFrame)
     return beginning() + frame.repeated(size / frame.size());
 }
 
-/// A header with a name of \a size bytes, which is searched for its end.
+/// A header with a name of \a size bytes.
 QByteArray headerStream(qsizetype size)
 {
     return hvx3Header({}, QByteArray(size, 'x')) + hvx3Index(1);
 }
 
-/// Takes the frames as the demuxer does, by value.
+/// Receives the frames by value, as the demuxer does.
 class Frames : public QObject
 {
 public:
@@ -136,9 +136,9 @@ void besideMemcpy(benchmark::State &state, const Pieces &pieces, double limit)
         {.limit = limit});
 }
 
-/// Both sides get the stream in pieces of 64 KiB and hand out every picture. Measured is all between the
-/// first piece and the last picture. The demuxer has read the head of its container before, and copies each
-/// piece from where it lies, as its interface demands.
+/// Both sides get the stream in pieces of 64 KiB and return every picture. Measured is the time from the
+/// first piece to the last picture. The demuxer has read the head of its container before, and copies each
+/// piece, as its interface demands.
 void besideDemuxer(benchmark::State &state, const char *format, PairedOptions options, int flags = 0)
 {
     static const QList<QByteArray> encoded =
@@ -151,7 +151,7 @@ void besideDemuxer(benchmark::State &state, const char *format, PairedOptions op
     for (const QByteArrayView picture : pictures)
         wanted += picture.size();
     const auto requireAll = [&](const PictureCount &count) {
-        // Containers mark the beginnings of pictures in their own ways.
+        // Containers mark the beginnings of pictures differently, so the sizes differ a little.
         if (count.pictures != pictures.size() || std::abs(count.bytes - wanted) > wanted / 1000)
             throw std::runtime_error("pictures are missing");
     };
@@ -168,8 +168,8 @@ void besideDemuxer(benchmark::State &state, const char *format, PairedOptions op
 
 using MakeStream = QByteArray (*)(qsizetype size);
 
-/// Ours for a long stream beside ours for short ones that are as long together, each with its own parser, per
-/// byte. So both read as much memory, and what differs is the length of a stream alone.
+/// Our time per byte for a long stream beside that for short ones of the same total length, each with its own
+/// parser. So both read the same amount of memory, and only the length of a stream differs.
 void besideShorter(benchmark::State &state, MakeStream make, qsizetype longer, qsizetype shorter,
                    qsizetype piece, double limit = 1.3)
 {
@@ -207,8 +207,8 @@ void liveBesideMatroska(benchmark::State &state)
 }
 BENCHMARK(liveBesideMatroska)->Apply(applyPaired);
 
-/// Without libavformat's parsers, which look into the pictures of both containers and tell where those of an
-/// MPEG-TS end. Here the packets of the container do.
+/// Without libavformat's parsers, which read the pictures of both containers and find the ends of those of an
+/// MPEG-TS. Here a picture ends with its packet.
 constexpr int WithoutParsers = AVFMT_FLAG_NOPARSE | AVFMT_FLAG_NOFILLIN;
 
 void liveBesideBareMpegTs(benchmark::State &state)
@@ -265,7 +265,7 @@ BENCHMARK(growthOfSmallRecords)->Apply(applyPaired);
 
 void growthOfHeader(benchmark::State &state)
 {
-    // Short, as all of it has to be kept: beyond a few MiB fresh pages of memory would be measured.
+    // Short: all of it is kept, and beyond a few MiB the allocation of pages would be measured.
     besideShorter(state, headerStream, 2 * MiB, 128 * KiB, TcpPiece, 2);
 }
 BENCHMARK(growthOfHeader)->Apply(applyPaired);
@@ -298,9 +298,9 @@ const paravue::Packed<QByteArray> &labelOf(const DATA_T &record)
 
 constexpr int RecordCount = 100'000;
 
-/// Fills, copies and reads records as the parser and its receivers do; \a read gets each copy.
+/// Fills, copies and reads records as the parser and its receivers do.
 template <typename Record>
-void handRecordsOn(void (*read)(const Record &))
+void passRecords(void (*read)(const Record &))
 {
     const QByteArray payload(1000, 'x');
     for (int i = 0; i < RecordCount; ++i) {
@@ -326,19 +326,19 @@ void readCopies(const DATA_T &record)
     benchmark::DoNotOptimize(record.stream.label1.value().startsWith("H264"));
 }
 
-/// What it costs to keep the containers of a record at any address.
+/// The cost of keeping the containers of a record at any address.
 void recordsBesideAligned(benchmark::State &state)
 {
     pairedRatio(
-        state, [] { handRecordsOn<DATA_T>(readInPlace); }, [] { handRecordsOn<AlignedRecord>(readInPlace); });
+        state, [] { passRecords<DATA_T>(readInPlace); }, [] { passRecords<AlignedRecord>(readInPlace); });
 }
 BENCHMARK(recordsBesideAligned)->Apply(applyPaired);
 
-/// What the functions of packed containers save to those who would otherwise copy the value first.
+/// What the functions of packed containers save over copying the value first.
 void recordsBesideCopies(benchmark::State &state)
 {
     pairedRatio(
-        state, [] { handRecordsOn<DATA_T>(readInPlace); }, [] { handRecordsOn<DATA_T>(readCopies); });
+        state, [] { passRecords<DATA_T>(readInPlace); }, [] { passRecords<DATA_T>(readCopies); });
 }
 BENCHMARK(recordsBesideCopies)->Apply(applyPaired);
 

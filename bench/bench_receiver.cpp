@@ -67,7 +67,7 @@ private:
     QPixmap m_shown;
 };
 
-/// The processor time of this thread: the sender works in another one, and waiting for it is no work.
+/// The processor time of this thread, without waiting for the sender, which has a thread of its own.
 template <typename Work>
 bench::Seconds ownTime(Work work)
 {

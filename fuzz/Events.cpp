@@ -8,7 +8,7 @@
 namespace
 {
 
-/// An event loop that is still busy then is one that never rests.
+/// More rounds mean that events never end.
 constexpr int MaxRounds = 100000;
 
 } // namespace

@@ -5,9 +5,9 @@
 namespace paravue::fuzz
 {
 
-/// Handles the events that there are, until there are none.
+/// Handles events until none are left.
 void handleEvents();
-/// Goes on with events to come until \a isDone. Never being done is a hang, which the fuzzer reports.
+/// Handles events until \a isDone, waiting for new ones. If that is never, the fuzzer reports a hang.
 void handleEventsUntil(const std::function<bool()> &isDone);
 
 } // namespace paravue::fuzz

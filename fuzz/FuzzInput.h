@@ -7,12 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What a fuzz target makes of the bytes of one input: a few that choose how the target behaves, then what is
-/// fed.
+/// The bytes of one input: a few that choose how the target behaves, then those that it is fed.
 namespace paravue::fuzz
 {
 
-/// Stands between the pieces of an input that has borders of its own.
+/// Separates the pieces of an input.
 inline constexpr char PieceBorder[] = "\xf0"
                                       "cut";
 
@@ -23,16 +22,16 @@ public:
 
     /// Takes the next byte; 0 at the end.
     quint8 takeByte();
-    /// All that is left.
+    /// The remaining bytes.
     QByteArray rest() const { return m_rest.toByteArray(); }
-    /// The same, cut where a PieceBorder stands, which belongs to no piece.
+    /// The remaining bytes, split at each PieceBorder.
     QList<QByteArray> pieces() const;
 
 private:
     QByteArrayView m_rest;
 };
 
-/// \a bytes cut at borders that depend on the \a seed alone: mostly a few bytes apart, at times many.
+/// Cuts \a bytes into mostly short and some long pieces. The same \a seed gives the same pieces.
 QList<QByteArray> cutAtRandom(const QByteArray &bytes, quint32 seed);
 
 } // namespace paravue::fuzz

@@ -10,7 +10,7 @@ namespace paravue::fuzz
 namespace
 {
 
-/// Larger pictures are looked at along their edges only, as a few bytes can be a picture of many MiB.
+/// Of larger pictures only the edges are read, as a few bytes can be a picture of many MiB.
 constexpr qint64 PixelsToReadWhole = 64 * 1024;
 
 void checkRow(const QImage &image, int y, int step)

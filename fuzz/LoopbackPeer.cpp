@@ -18,7 +18,7 @@ QByteArray LoopbackPeer::accept()
     handleEvents();
     require(m_server.hasPendingConnections() || m_server.waitForNewConnection(1000), "a receiver connects");
     m_connection.reset(m_server.nextPendingConnection());
-    // Thousands of connections that wait for late packets would use up the ports.
+    // Without TIME_WAIT, in which thousands of closed connections would use up the ports.
     const linger atOnce = {.l_onoff = 1, .l_linger = 0};
     ::setsockopt(static_cast<int>(m_connection->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce,
                  sizeof(atOnce));

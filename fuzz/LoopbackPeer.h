@@ -9,14 +9,14 @@
 namespace paravue::fuzz
 {
 
-/// The recorder's end of one connection after another, on this computer and in the same event loop.
+/// The recorder's end of connections on this computer, one at a time, in the same event loop.
 class LoopbackPeer
 {
 public:
     LoopbackPeer();
 
     quint16 port() const { return m_server.serverPort(); }
-    /// Takes the connection that has been begun, and what its other end has written.
+    /// Accepts the next connection; returns what its other end has written.
     QByteArray accept();
     /// Writes \a bytes and lets the other end read them.
     void send(const QByteArray &bytes);

@@ -12,10 +12,10 @@ namespace
 constexpr size_t Places = 16;
 constexpr size_t Kinds = 256;
 
-// The fuzzer reads and clears these as it does the counters of our own code.
+// The fuzzer reads and clears these like the counters of instrumented code.
 __attribute__((section("__libfuzzer_extra_counters"))) uint8_t counters[Places * Kinds];
 
-/// The order of magnitude of its size and of its brightness, and a few of its pixels.
+/// A hash of the order of magnitude of the size and of a few pixels.
 size_t kindOf(const QImage &image)
 {
     const auto width = static_cast<unsigned>(image.width());

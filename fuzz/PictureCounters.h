@@ -2,12 +2,12 @@
 
 #include <QImage>
 
-/// Tells the fuzzer which pictures came out. The codecs themselves are not built for coverage, so without
-/// this an input that opens a new way through one of them looks like any other.
+/// Tells the fuzzer which pictures were decoded. The codecs are not instrumented, so otherwise an input that
+/// reaches new code in them would look like any other.
 namespace paravue::fuzz
 {
 
-/// The picture at \a place among those of one input.
+/// \a place is the number of the picture within its input.
 void countPicture(const QImage &image, int place);
 
 } // namespace paravue::fuzz

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the program when something does not hold that holds for every input; the fuzzer then keeps the input.
+/// Aborts when a condition that has to hold for every input does not. The fuzzer then keeps the input.
 inline void require(bool holds, const char *what)
 {
     if (!holds) {

@@ -9,7 +9,7 @@
 namespace paravue::fuzz
 {
 
-/// A consumer of one key of the demuxer, with every slot that a demuxer looks for.
+/// A consumer of one key of the demuxer, with every slot that a demuxer calls.
 class StreamConsumer : public QObject
 {
     Q_OBJECT

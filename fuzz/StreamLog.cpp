@@ -19,13 +19,13 @@ constexpr quint8 VideoType = 1;
 constexpr quint8 WholeFlags = 0xC0;
 constexpr int IndexSize = 13;
 
-/// Reads every byte of \a text, too.
+/// Also makes the sanitizer check every byte of \a text.
 bool isText(const QByteArray &text)
 {
     return text.endsWith('\0') && text.indexOf('\0') == text.size() - 1;
 }
 
-/// Without the difference between an empty value and none, which is nobody's business.
+/// Writes null and empty values alike.
 void write(QDataStream &out, const QByteArray &bytes)
 {
     out.writeBytes(bytes.constData(), bytes.size());

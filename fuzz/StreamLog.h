@@ -11,17 +11,17 @@ class cHvx3Parser;
 namespace paravue::fuzz
 {
 
-/// Writes down what a parser emits, and requires of each record what holds for all streams.
+/// Records what a parser emits, and requires of each record what holds for all streams.
 class StreamLog : public QObject
 {
 public:
-    /// \a parser has the \a limit and must not have been fed yet.
+    /// \a limit is that of the \a parser, which must not have been given any bytes yet.
     StreamLog(const cHvx3Parser &parser, int limit);
 
     /// Every field of every record, so that equal logs mean equal records. The records themselves are not
-    /// kept: the parser uses their memory again.
+    /// kept, as the parser reuses their memory.
     const QList<QByteArray> &records() const { return m_records; }
-    /// The bytes of the stream that the records took at the least.
+    /// The least number of bytes that the records take in the stream.
     qint64 usedBytes() const { return m_usedBytes; }
 
 private:

@@ -1,5 +1,5 @@
-// Writes the inputs that the fuzz targets begin with, each into the folder of its target: streams of the
-// simulator, as they should be and with every fault that it knows, and the pictures in them.
+// Writes the first inputs of the fuzz targets, each into the folder of its target: streams of the simulator,
+// without and with each of its faults, and the pictures in them.
 //
 // Usage: fuzz_corpus DIR
 
@@ -91,7 +91,7 @@ class Corpus
 public:
     explicit Corpus(const QString &root) : m_root(root) {}
 
-    /// What a target is fed behind the bytes that choose how it behaves.
+    /// Adds an input: \a choice are the bytes that choose how the target behaves.
     void add(const QString &target, const QString &name, const QByteArray &choice, const QByteArray &bytes);
     void addStream(const QString &name, const QByteArray &stream);
     bool isWritten() const { return m_isWritten; }

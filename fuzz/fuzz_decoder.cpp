@@ -1,8 +1,9 @@
-// Whatever a codec is fed, what comes out are pictures that can be shown. What a receiver does with them
-// (keeping one, feeding more, beginning another stream, ending the decoder) is survived.
+// Requires that all pictures that a decoder emits can be shown, whatever its bytes, and that the receiver may
+// keep one, append more, begin another stream or destroy the decoder.
 //
-// Input: a byte that chooses the codec, what the receiver does and whether the decoder works in turns, one
-// that says at which picture, then what is appended, in pieces with a PieceBorder between them.
+// Input: a byte that chooses the codec, the action of the receiver and whether the decoder works in turns, a
+// byte that chooses the picture at which the receiver acts, then the bytes to append, with a PieceBorder
+// between pieces.
 
 #include "Events.h"
 #include "FuzzInput.h"
@@ -22,16 +23,16 @@ using namespace paravue::fuzz;
 namespace
 {
 
-enum Deed { None, Keep, FeedMore, BeginAgain, BeginOther, End };
+enum Action { None, Keep, FeedMore, BeginAgain, BeginOther, End };
 
 constexpr std::array<const char *, 4> Codecs = {"h264", "mpeg4", "mjpeg", ""};
-constexpr int Deeds = End + 1;
+constexpr int ActionCount = End + 1;
 constexpr quint8 InTurns = 0x80;
 
 class Receiver
 {
 public:
-    Receiver(quint8 choice, int picturesUntilDeed);
+    Receiver(quint8 choice, int picturesUntilAction);
     void feed(const QList<QByteArray> &pieces);
 
 private:
@@ -44,13 +45,13 @@ private:
     QImage m_kept;
     int m_pictures = 0;
     int m_codec;
-    Deed m_deed;
-    int m_picturesUntilDeed;
+    Action m_action;
+    int m_picturesUntilAction;
 };
 
-Receiver::Receiver(quint8 choice, int picturesUntilDeed)
-    : m_codec(choice % Codecs.size()), m_deed(Deed((choice & ~InTurns) / Codecs.size() % Deeds)),
-      m_picturesUntilDeed(picturesUntilDeed)
+Receiver::Receiver(quint8 choice, int picturesUntilAction)
+    : m_codec(choice % Codecs.size()), m_action(Action((choice & ~InTurns) / Codecs.size() % ActionCount)),
+      m_picturesUntilAction(picturesUntilAction)
 {
     QObject::connect(m_decoder.get(), &cFfmpegDecoder::onFrame, m_decoder.get(),
                      [this](const QImage &image) { take(image); });
@@ -72,7 +73,7 @@ void Receiver::feed(const QList<QByteArray> &pieces)
             break;
         m_lastPiece = piece;
         m_decoder->append(piece);
-        // In turns, other pieces come while this one is not decoded yet.
+        // A decoder that works in turns also gets pieces before it has decoded those before them.
         if (piece.size() % 2 == 0)
             handleEvents();
     }
@@ -87,13 +88,13 @@ void Receiver::take(const QImage &image)
 {
     checkImage(image);
     countPicture(image, m_pictures++);
-    if (m_picturesUntilDeed-- == 0)
+    if (m_picturesUntilAction-- == 0)
         act(image);
 }
 
 void Receiver::act(const QImage &image)
 {
-    switch (m_deed) {
+    switch (m_action) {
     case Keep:
         m_kept = image;
         break;
@@ -127,8 +128,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     FuzzInput input(data, size);
     const quint8 choice = input.takeByte();
-    const int picturesUntilDeed = input.takeByte() % 8;
-    Receiver receiver(choice, picturesUntilDeed);
+    const int picturesUntilAction = input.takeByte() % 8;
+    Receiver receiver(choice, picturesUntilAction);
     receiver.feed(input.pieces());
     return 0;
 }

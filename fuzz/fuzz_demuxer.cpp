@@ -1,8 +1,8 @@
-// Whatever a stream is, each of its records reaches the consumers that it is for and no others. Consumers
-// that end themselves, forget all others or feed more of the stream are survived.
+// Requires that each record of any stream reaches its consumers and no others, and that a consumer may
+// destroy itself, remove all consumers or parse more of the stream.
 //
 // Input: a byte that chooses the consumers, one that chooses what one of them does and when, one that chooses
-// the borders, the stream.
+// how the stream is cut, the stream.
 
 #include "FuzzInput.h"
 #include "Require.h"
@@ -22,15 +22,15 @@ namespace
 
 constexpr quint64 MillisecondsPerSecond = 1000;
 
-/// A demuxer behind a parser, and what it is seen to do with the record under way.
-class Bench
+/// A demuxer behind a parser, and the calls that it makes for the current record.
+class DemuxerCheck
 {
 public:
-    Bench(quint8 consumers, quint8 deed);
+    DemuxerCheck(quint8 consumers, quint8 action);
     void feed(const QByteArray &piece) { m_parser.append(piece); }
 
 private:
-    enum Deed { None, EndItself, ForgetAll, FeedMore };
+    enum Action { None, EndItself, ForgetAll, FeedMore };
 
     void addConsumer(int key);
     void noteCall(int key, const Call &call);
@@ -42,18 +42,19 @@ private:
     void expect(int key, Call::Kind kind, const QByteArray &bytes = {});
     void expectTitle(int key, const QByteArray &title);
     void expectNothingElse();
-    bool misbehaves() const { return m_deed != None; }
+    bool misbehaves() const { return m_action != None; }
 
     cHvx3Parser m_parser;
     cHvx3Demuxer m_demuxer;
     std::map<int, std::unique_ptr<StreamConsumer>> m_consumers;
     QList<std::pair<int, Call>> m_calls;
     quint64 m_time = 0;
-    Deed m_deed;
-    int m_callsUntilDeed;
+    Action m_action;
+    int m_callsUntilAction;
 };
 
-Bench::Bench(quint8 consumers, quint8 deed) : m_deed(Deed(deed % 4)), m_callsUntilDeed(deed / 4)
+DemuxerCheck::DemuxerCheck(quint8 consumers, quint8 action)
+    : m_action(Action(action % 4)), m_callsUntilAction(action / 4)
 {
     for (const int id : {0, 1, 2, 3, 255}) {
         if (consumers >> (id % 5) & 1)
@@ -66,7 +67,7 @@ Bench::Bench(quint8 consumers, quint8 deed) : m_deed(Deed(deed % 4)), m_callsUnt
     if (consumers & 0x80)
         addConsumer(cHvx3Demuxer::ClockKey);
 
-    // In this order: before the demuxer has the record, the demuxer, behind it.
+    // Connected in the order of the calls: before the demuxer, the demuxer, after it.
     QObject *const context = &m_demuxer;
     QObject::connect(&m_parser, &cHvx3Parser::onHDR, context, [this] { begin(); });
     QObject::connect(&m_parser, &cHvx3Parser::onIDX, context, [this] { begin(); });
@@ -87,24 +88,24 @@ Bench::Bench(quint8 consumers, quint8 deed) : m_deed(Deed(deed % 4)), m_callsUnt
                      [this](const DATA_T &frame) { expectFrame(frame); });
 }
 
-void Bench::addConsumer(int key)
+void DemuxerCheck::addConsumer(int key)
 {
     m_consumers[key] = std::make_unique<StreamConsumer>(
         key, [this](int called, const Call &call) { noteCall(called, call); });
     m_demuxer.consumers()[key] = m_consumers[key].get();
 }
 
-void Bench::noteCall(int key, const Call &call)
+void DemuxerCheck::noteCall(int key, const Call &call)
 {
     require(m_consumers.count(key) == 1, "who is called is a consumer");
     m_calls.append({key, call});
-    if (misbehaves() && m_callsUntilDeed-- == 0)
+    if (misbehaves() && m_callsUntilAction-- == 0)
         misbehave(key);
 }
 
-void Bench::misbehave(int key)
+void DemuxerCheck::misbehave(int key)
 {
-    switch (m_deed) {
+    switch (m_action) {
     case EndItself:
         m_consumers.erase(key);
         break;
@@ -121,7 +122,7 @@ void Bench::misbehave(int key)
     }
 }
 
-void Bench::expectHeader(const HDR_T &header)
+void DemuxerCheck::expectHeader(const HDR_T &header)
 {
     const QList<STREAM_T> streams = header.streams;
     const QList<QByteArray> texts = header.texts;
@@ -140,13 +141,13 @@ void Bench::expectHeader(const HDR_T &header)
     expectNothingElse();
 }
 
-void Bench::expectTitle(int key, const QByteArray &title)
+void DemuxerCheck::expectTitle(int key, const QByteArray &title)
 {
     expect(key, Call::CreateWithText);
     expect(key, Call::AppendBytes, title);
 }
 
-void Bench::expectFrame(const DATA_T &frame)
+void DemuxerCheck::expectFrame(const DATA_T &frame)
 {
     const quint64 time = m_parser.index().value2 * MillisecondsPerSecond + frame.word16;
     if (m_consumers.count(frame.streamId) && frame.stream.streamType == 1)
@@ -155,7 +156,7 @@ void Bench::expectFrame(const DATA_T &frame)
     expectNothingElse();
 }
 
-void Bench::expectTime(quint64 milliseconds)
+void DemuxerCheck::expectTime(quint64 milliseconds)
 {
     require(m_time == milliseconds, "the time is that of the record");
     if (m_consumers.count(cHvx3Demuxer::ClockKey))
@@ -164,8 +165,8 @@ void Bench::expectTime(quint64 milliseconds)
     expect(cHvx3Demuxer::ClockKey, Call::AppendTime);
 }
 
-/// The next call is this one, if the key has a consumer.
-void Bench::expect(int key, Call::Kind kind, const QByteArray &bytes)
+/// Requires that this was the next call, if the key has a consumer.
+void DemuxerCheck::expect(int key, Call::Kind kind, const QByteArray &bytes)
 {
     if (!m_consumers.count(key))
         return;
@@ -175,7 +176,7 @@ void Bench::expect(int key, Call::Kind kind, const QByteArray &bytes)
     require(call.kind == kind && call.bytes == bytes, "a consumer gets the right bytes in the right slot");
 }
 
-void Bench::expectNothingElse()
+void DemuxerCheck::expectNothingElse()
 {
     require(m_calls.isEmpty(), "nobody gets what is for others");
 }
@@ -186,10 +187,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     FuzzInput input(data, size);
     const quint8 consumers = input.takeByte();
-    const quint8 deed = input.takeByte();
+    const quint8 action = input.takeByte();
     const quint8 seed = input.takeByte();
-    Bench bench(consumers, deed);
+    DemuxerCheck check(consumers, action);
     for (const QByteArray &piece : cutAtRandom(input.rest(), seed))
-        bench.feed(piece);
+        check.feed(piece);
     return 0;
 }

@@ -1,7 +1,7 @@
-// Whatever a stream is and however it is cut, its records are the same, make sense, and are held in no more
-// memory than the limit allows.
+// Requires that the records of any stream are valid and the same however the stream is cut, and that the
+// parser uses no more memory than its limit allows.
 //
-// Input: a byte that chooses the limit, one that chooses the borders, the stream.
+// Input: a byte that chooses the limit, one that chooses how the stream is cut, the stream.
 
 #include "FuzzInput.h"
 #include "Require.h"
@@ -46,7 +46,7 @@ void checkLosses(const paravue::Hvx3Losses &losses, qint64 usedBytes, qint64 siz
     require(losses.bytes >= 0 && losses.gaps >= 0 && losses.fragments >= 0 && losses.frames >= 0,
             "losses are counts");
     require(losses.gaps <= losses.bytes, "a gap has a byte at least");
-    // Each of them took the head of a data record.
+    // Each has the head of a data record.
     const qint64 lostHeads = 4 * (losses.fragments + losses.frames);
     require(losses.bytes + lostHeads + usedBytes <= size, "no byte is counted twice");
 }
@@ -67,7 +67,7 @@ Parsed parse(const QList<QByteArray> &pieces, int limit)
     return {log.records(), parser.losses()};
 }
 
-/// A stretch of the stream in single bytes: the whole of a long one would take most of the time.
+/// A part of the stream in single bytes, as those of a whole long stream would take most of the time.
 QList<QByteArray> singleBytes(const QByteArray &stream, quint8 seed)
 {
     constexpr qsizetype Longest = 1024;
@@ -79,7 +79,7 @@ QList<QByteArray> singleBytes(const QByteArray &stream, quint8 seed)
     return pieces << stream.sliced(end);
 }
 
-/// The stream again and again: what is held must not grow with it.
+/// Requires that the memory does not grow when the stream is repeated.
 void checkMemory(const QByteArray &stream, int limit)
 {
     const auto before = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
@@ -110,7 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // A record that is not whole may claim 64 KiB more than there are, and be dropped for that.
     if (limit > stream.size() + 0xFFFF)
         require(parse({stream}, NoLimit) == whole, "a limit that nothing reaches changes nothing");
-    // Some of the inputs, whatever they are made of, as it takes a hundred times as long as the rest.
+    // For some of the inputs only, as it takes a hundred times as long as the rest.
     if (limit <= 4096 && qChecksum(stream) % 64 == 0)
         checkMemory(stream, limit);
     return 0;

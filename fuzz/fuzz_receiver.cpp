@@ -1,8 +1,8 @@
-// Whatever a recorder answers and streams, a receiver shows what the stream holds from the acknowledgement
-// on, every picture in its turn, and nothing else.
+// Requires that a receiver shows exactly the pictures of the stream behind the acknowledgement that are to be
+// shown, whatever a recorder sends.
 //
-// Input: a byte that chooses the receiver and what the recorder does first, one that chooses the borders,
-// what the recorder sends.
+// Input: a byte that chooses the receiver and what the recorder does first, one that chooses how the bytes
+// are cut, the bytes that the recorder sends.
 
 #include "Events.h"
 #include "FuzzInput.h"
@@ -36,7 +36,7 @@ const QByteArray Acknowledgement = QByteArrayLiteral("LENGTH=16\r\nVORN_ANSWER=O
 
 enum Choice : quint8 { Turning = 0x01, Acknowledged = 0x02, TakenApart = 0x04, ClosedByPeer = 0x08 };
 
-/// Decoded pictures of all receivers; which of them are shown depends on it.
+/// The number of pictures that all receivers have decoded, which decides which of them are shown.
 unsigned int decodedPictures = 0;
 constexpr unsigned int ShownBit = 4;
 
@@ -53,12 +53,12 @@ QDomElement taskFor(quint16 port)
     return task;
 }
 
-/// Sees what a receiver decodes and what it shows of that.
+/// Compares the pictures that a receiver shows with those that it decodes.
 class Viewer : public QObject
 {
 public:
     explicit Viewer(VideoHVX3Reciver &receiver);
-    /// The last picture is still what it was when it was shown.
+    /// Requires that the last picture has not changed since it was shown.
     void checkKept() const { require(m_shown.toImage() == m_asShown, "a shown picture stays as it is"); }
 
 private:
@@ -74,7 +74,7 @@ private:
 Viewer::Viewer(VideoHVX3Reciver &receiver)
 {
     connect(&receiver, &VideoHVX3Reciver::pixmapReady, this, &Viewer::show);
-    // Behind the receiver, which the decoder knew first.
+    // Connected after the receiver and therefore called after it.
     connect(receiver.findChild<cFfmpegDecoder *>(), &cFfmpegDecoder::onFrame, this, &Viewer::decoded);
 }
 
@@ -103,8 +103,8 @@ QList<QByteArray> recordsOf(const QByteArray &stream)
     return log.records();
 }
 
-/// What a receiver finds in the \a pieces: nothing before the acknowledgement, and nothing before more comes
-/// behind it.
+/// The records that a receiver reads from the \a pieces: those behind an acknowledgement at the beginning,
+/// once another piece has followed.
 QList<QByteArray> expectedRecords(const QList<QByteArray> &pieces)
 {
     const QByteArray all = pieces.join();
@@ -114,7 +114,7 @@ QList<QByteArray> expectedRecords(const QList<QByteArray> &pieces)
     return recordsOf(all.sliced(Acknowledgement.size()));
 }
 
-/// The bytes as a recorder sends them.
+/// The pieces in which the recorder sends the bytes.
 QList<QByteArray> piecesOf(const QByteArray &bytes, quint8 choice, quint8 seed)
 {
     const QByteArray all = choice & Acknowledged ? Acknowledgement + bytes : bytes;
@@ -124,7 +124,7 @@ QList<QByteArray> piecesOf(const QByteArray &bytes, quint8 choice, quint8 seed)
     return {all.first(border), all.sliced(border)};
 }
 
-/// A receiver takes its time for what is much, and leaves the rest in its socket meanwhile.
+/// A receiver that is busy leaves bytes in its socket.
 void waitUntilRead(const VideoHVX3Reciver &receiver)
 {
     const auto *decoder = receiver.findChild<cFfmpegDecoder *>();
@@ -132,7 +132,7 @@ void waitUntilRead(const VideoHVX3Reciver &receiver)
     handleEventsUntil([&] { return !decoder->isBusy() && socket->bytesAvailable() == 0; });
 }
 
-/// A recorder that has not acknowledged sends on and on; nothing of that may be kept.
+/// Requires that a receiver keeps nothing of what a recorder sends instead of an acknowledgement.
 void checkRefusedMemory(LoopbackPeer &peer)
 {
     constexpr int Chunks = 8;

@@ -1,5 +1,4 @@
-// Whatever a recorder answers where a still picture was asked for, what comes out is nothing or a picture
-// that can be shown.
+// Requires that any bytes are decoded to a null image or to a picture that can be shown.
 //
 // Input: the answer.
 
