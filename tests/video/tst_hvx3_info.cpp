@@ -65,8 +65,8 @@ QByteArray frameAt(qint64 time, quint8 streamId, const QByteArray &picture)
            hvx3Frame(streamId, picture, 500, {.word16 = quint16(time % 1000)});
 }
 
-/// What stands in a picture, however its parts are told apart: start codes of an unknown length in a
-/// recording, lengths of four bytes in a file.
+/// The units of a picture, which are separated by start codes in a recording and by lengths of four bytes in
+/// a file.
 QList<QByteArray> partsOf(const QByteArray &picture, const QByteArray &codec, bool inFile)
 {
     QList<QByteArray> parts;
@@ -168,14 +168,14 @@ private Q_SLOTS:
     void initTestCase() { av_log_set_level(AV_LOG_QUIET); }
     void init();
     void countsWhatIsThere();
-    void showsTextsThatHarmNoTerminal();
+    void replacesControlCharacters();
     void exportsPicturesAsTheyAre_data();
     void exportsPicturesAsTheyAre();
-    void makesTimesGoForward();
+    void makesTimesAscend();
     void beginsAFileWhereTheSizeChanges();
     void leavesNothingBehindWhenItFails();
-    void explainsItself_data();
-    void explainsItself();
+    void handlesCommandLines_data();
+    void handlesCommandLines();
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -280,7 +280,7 @@ void TestHvx3Info::countsWhatIsThere()
     QCOMPARE(piped, rest);
 }
 
-void TestHvx3Info::showsTextsThatHarmNoTerminal()
+void TestHvx3Info::replacesControlCharacters()
 {
     const QByteArray koi = QByteArray::fromHex("f3cbcc c1c4"); // "Склад"
     const QByteArray stream = hvx3Header({{Video, 1, "x\x1b[2J", koi, ""}}, koi + "\x1b]0;x\x07",
@@ -316,7 +316,7 @@ void TestHvx3Info::exportsPicturesAsTheyAre()
     const EncodedClip yard = encodeClip({.encoder = encoder, .size = {128, 96}, .pictures = 5});
     const QList<qint64> times{1'700'000'000'990, 1'700'000'001'030, 1'700'000'001'100, 1'700'000'002'000,
                               1'700'000'002'001};
-    // The streams began before the recording did: these pictures are of no use without an earlier one.
+    // The recording begins within the streams: these pictures need earlier ones.
     QByteArray stream = headerOf(label) + hvx3Index(1'700'000'000);
     const bool isIntra = label == "mjpeg";
     if (!isIntra)
@@ -349,7 +349,7 @@ void TestHvx3Info::exportsPicturesAsTheyAre()
     }
 }
 
-void TestHvx3Info::makesTimesGoForward()
+void TestHvx3Info::makesTimesAscend()
 {
     const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {64, 48}, .pictures = 8});
     // Equal, a little back, and set back by a day.
@@ -432,7 +432,7 @@ void TestHvx3Info::leavesNothingBehindWhenItFails()
     QCOMPARE(files(), before);
 }
 
-void TestHvx3Info::explainsItself_data()
+void TestHvx3Info::handlesCommandLines_data()
 {
     // %1: a recording without pictures, %2: one with a picture, %3: another file
     const TestTable<QStringList, int, QString> row("arguments", "exitCode", "says");
@@ -459,7 +459,7 @@ void TestHvx3Info::explainsItself_data()
     row("no such folder", {"%2", "--export", "nosuch/x.mkv"}, 3, "cannot write nosuch/x.mkv");
 }
 
-void TestHvx3Info::explainsItself()
+void TestHvx3Info::handlesCommandLines()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);

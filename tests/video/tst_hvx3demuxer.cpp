@@ -10,7 +10,7 @@ using namespace paravue::test;
 namespace
 {
 
-/// A consumer that notes what is called, in one journal with all others.
+/// A consumer that notes its calls in a journal that all share.
 class Noter : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public Q_SLOTS:
     bool create(const QString &text)
     {
         note("create " + text.toUtf8());
-        return false; // means nothing to the demuxer
+        return false; // ignored by the demuxer
     }
     void append(const QByteArray &bytes) { note("append " + bytes); }
     void append(quint64 time) { note("append " + QByteArray::number(time)); }
@@ -35,7 +35,7 @@ private:
     QList<QByteArray> &m_journal;
 };
 
-/// Knows one kind of stream only.
+/// A consumer with the slots for video only.
 class VideoConsumer : public QObject
 {
     Q_OBJECT
@@ -62,10 +62,10 @@ class TestHvx3Demuxer : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void tellsConsumersOfAHeader();
-    void showsTheTimeBeforeAFrame();
-    void leavesOutWhoIsNotThere();
-    void leavesOutSlotsThatAreNotThere();
+    void passesHeadersToConsumers();
+    void emitsTheTimeBeforeAFrame();
+    void skipsMissingConsumers();
+    void skipsMissingSlots();
 
 private:
     using Journal = QList<QByteArray>;
@@ -105,7 +105,7 @@ void TestHvx3Demuxer::cleanup()
     m_noters.clear();
 }
 
-void TestHvx3Demuxer::tellsConsumersOfAHeader()
+void TestHvx3Demuxer::passesHeadersToConsumers()
 {
     for (int id = 0; id < 10; ++id)
         consume(id, QByteArray::number(id));
@@ -134,7 +134,7 @@ void TestHvx3Demuxer::tellsConsumersOfAHeader()
                       "title 1: append North gate"_z, "title 8: create KOI-8", "title 8: append Alarms"_z}));
 }
 
-void TestHvx3Demuxer::showsTheTimeBeforeAFrame()
+void TestHvx3Demuxer::emitsTheTimeBeforeAFrame()
 {
     consume(0, "video");
     consume(1, "text");
@@ -148,7 +148,7 @@ void TestHvx3Demuxer::showsTheTimeBeforeAFrame()
     QCOMPARE(play(hvx3Index(0xffffffff)), Journal({"timer 4294967295000", "clock: append 4294967295000"}));
 }
 
-void TestHvx3Demuxer::leavesOutWhoIsNotThere()
+void TestHvx3Demuxer::skipsMissingConsumers()
 {
     consume(0, "video");
     consume(1, "text");
@@ -162,7 +162,7 @@ void TestHvx3Demuxer::leavesOutWhoIsNotThere()
     QCOMPARE(play(hvx3Data(1, WholeFrame, "words")), Journal());
 }
 
-void TestHvx3Demuxer::leavesOutSlotsThatAreNotThere()
+void TestHvx3Demuxer::skipsMissingSlots()
 {
     VideoConsumer video;
     m_demuxer->consumers()[0] = &video;

@@ -49,13 +49,13 @@ class TestPtzVideoReceiver : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsThePosition_data();
-    void tellsThePosition();
-    void tellsTheLastOfManyPositions();
+    void emitsPositions_data();
+    void emitsPositions();
+    void emitsTheLastOfManyPositions();
     void sendsCommands();
 };
 
-void TestPtzVideoReceiver::tellsThePosition_data()
+void TestPtzVideoReceiver::emitsPositions_data()
 {
     const TestTable<QByteArray, QStringList> row("stream", "positions");
     const QByteArray events = text(1, "9,9,9");
@@ -77,7 +77,7 @@ void TestPtzVideoReceiver::tellsThePosition_data()
         {"1,1", ""});
 }
 
-void TestPtzVideoReceiver::tellsThePosition()
+void TestPtzVideoReceiver::emitsPositions()
 {
     QFETCH(QByteArray, stream);
     QFETCH(QStringList, positions);
@@ -99,7 +99,7 @@ void TestPtzVideoReceiver::tellsThePosition()
     QCOMPARE(told, positions);
 }
 
-void TestPtzVideoReceiver::tellsTheLastOfManyPositions()
+void TestPtzVideoReceiver::emitsTheLastOfManyPositions()
 {
     QByteArray texts;
     for (int i = 0; i < 5000; ++i)
@@ -119,7 +119,7 @@ void TestPtzVideoReceiver::sendsCommands()
     recorder.expect(Login).send(Acknowledgement).expect(commands).send("last").close();
     paravue::PtzVideoReceiver receiver(nullptr, taskFor(recorder));
     auto *socket = receiver.findChild<QTcpSocket *>();
-    receiver.goTo(1); // to whom?
+    receiver.goTo(1); // dropped, as it is not connected
     connect(socket, &QTcpSocket::connected, &receiver, [&] { receiver.goTo(2); });
     QSignalSpy answered(socket, &QTcpSocket::readyRead);
     QVERIFY(answered.wait());

@@ -77,11 +77,11 @@ bool isDigest(const QByteArray &request)
            field(request, "response") == md5(md5("guest:r:secret") + ":n:" + md5("GET:/p"));
 }
 
-/// Speaks HTTP to the letter of a test.
+/// An HTTP server that answers as a test says.
 class Server : public QTcpServer
 {
 public:
-    /// Gets each whole request, counted from 1, and what it came over.
+    /// Is given each whole request, its number from 1 on, and its connection.
     using Answer = std::function<void(QTcpSocket &client, const QByteArray &request, int number)>;
 
     explicit Server(Answer give) : m_give(std::move(give))
@@ -150,9 +150,9 @@ private Q_SLOTS:
     void readsAddresses();
     void fetches_data();
     void fetches();
-    void staysWithTheHostThatWasAsked();
-    void endsInTheMiddle();
-    void decodesInTime();
+    void sendsTheLoginToTheFirstHostOnly();
+    void mayBeDestroyedWhileFetching();
+    void limitsTheWorkOfDecoding();
 };
 
 void TestStillPictures::readsAddresses_data()
@@ -267,11 +267,11 @@ void TestStillPictures::fetches()
     QFETCH(Server::Answer, give);
     QFETCH(int, requests);
     QFETCH(QString, problem);
-    // A proxy for the rest of the world is none for this computer.
+    // The proxy of the application must not be used for this computer.
     QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", 1));
     Server server(give);
     Fetch fetch(server.url());
-    // Only who waits for the limits has short ones: a busy machine must not reach the others.
+    // Short ones only where they are to be reached: on a busy machine others might reach them, too.
     if (problem == "No answer in time")
         fetch.receiver.setTimeLimits(150ms, 300ms);
     QVERIFY(!fetch.receiver.isFinished());
@@ -286,7 +286,7 @@ void TestStillPictures::fetches()
     QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
 }
 
-void TestStillPictures::staysWithTheHostThatWasAsked()
+void TestStillPictures::sendsTheLoginToTheFirstHostOnly()
 {
     QByteArray told;
     Server other([&](QTcpSocket &client, const QByteArray &request, int) {
@@ -303,7 +303,7 @@ void TestStillPictures::staysWithTheHostThatWasAsked()
     QVERIFY(told.startsWith("GET /p") && !told.contains("Authorization"));
 }
 
-void TestStillPictures::endsInTheMiddle()
+void TestStillPictures::mayBeDestroyedWhileFetching()
 {
     Server server(
         [](QTcpSocket &client, const QByteArray &, int) { client.write(answer(jpeg()).chopped(100)); });
@@ -318,14 +318,14 @@ void TestStillPictures::endsInTheMiddle()
     QCOMPARE(wrong.receiver.problem(), "Wrong address of the picture");
 }
 
-void TestStillPictures::decodesInTime()
+void TestStillPictures::limitsTheWorkOfDecoding()
 {
     const auto decode = [](Passes passes, int width, int height) {
         return decodeStillPicture(claiming(jpeg({64, 48}, passes), width, height));
     };
     QCOMPARE(decode(Passes::One, 5000, 5000).size(), QSize(2500, 2500));
     QVERIFY(decode(Passes::One, 6000, 6000).isNull()); // more pixels than a picture may have
-    // Pass after pass over the pixels.
+    // Each scan may decode all pixels.
     QCOMPARE(decode(Passes::Many, 2000, 2000).size(), QSize(2000, 2000));
     QVERIFY(decode(Passes::Many, 5000, 5000).isNull());
 }
