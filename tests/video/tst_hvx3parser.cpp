@@ -344,7 +344,8 @@ void TestHvx3Parser::survivesDamage()
                                      hvx3Index(3),
                                      usualHeader(),
                                      hvx3Header({}).first(4),
-                                     hvx3Data(Video, FirstFragment, QByteArray(90, 'f'), {1, 2, 3})};
+                                     hvx3Data(Video, FirstFragment, QByteArray(90, 'f'), {1, 2, 3}),
+                                     hvx3Data(Text, WholeFrame, QByteArray(300, 'w'))};
     for (int i = 0; i < 1000; ++i) {
         QByteArray stream = valid;
         for (qsizetype damage = upTo(8); damage >= 0; --damage) {
