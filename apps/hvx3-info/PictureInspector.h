@@ -11,7 +11,7 @@
 namespace paravue
 {
 
-/// What a coded picture tells about itself and the pictures behind it.
+/// Facts about a coded picture and the pictures behind it.
 struct PictureFacts {
     AVCodecID codec = AV_CODEC_ID_NONE;
     bool isKey = false;       ///< can be decoded without the pictures before it

@@ -1,4 +1,4 @@
-// hvx3-info: tells what is in a recorded video stream, and writes its pictures into a file that players know.
+// hvx3-info: lists the contents of a recorded video stream, and exports its pictures into a media file.
 
 #include "InfoCommandLine.h"
 #include "Recording.h"

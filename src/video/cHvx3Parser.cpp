@@ -283,7 +283,7 @@ bool cHvx3Parser::readHeader()
     return true;
 }
 
-/// Drops what has come of a header that is larger than the limit; false while it is not.
+/// Drops the bytes of a header that is larger than the limit; false while it is not.
 bool cHvx3Parser::dropLargeHeader()
 {
     if (m_input.size() < m_maxFrameSize) {
