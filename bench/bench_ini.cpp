@@ -1,5 +1,6 @@
 #include "PairedRatio.h"
 
+#include "store/IniEntries.h"
 #include "store/OrbSettings.h"
 #include "store/OrbSetup.h"
 
@@ -11,7 +12,7 @@
 
 #include <map>
 
-// The configuration store beside the toolkit's own settings class, on the same files.
+// The configuration store beside QSettings, on the same files.
 
 namespace
 {
@@ -66,7 +67,7 @@ const SampleFile &sampleOf(qsizetype size)
     return found->second;
 }
 
-/// Gives every run a file of its own: the toolkit keeps what it has parsed for a path it has seen before.
+/// Gives every run a file of its own: QSettings keeps what it has parsed for a path that it has read before.
 class FreshFiles
 {
 public:
@@ -184,6 +185,33 @@ void perLine(benchmark::State &state)
         {.limit = 3, .ourUnits = double(large.lines), .peerUnits = double(medium.lines)});
 }
 
+/// The entries of a file beside a QHash of their keys, which KeyIndex is used instead of.
+void addKeys(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0));
+    const auto addToEntries = [&] {
+        paravue::IniEntries entries;
+        entries.reserve(sample.keys.size());
+        for (const QString &key : sample.keys)
+            benchmark::DoNotOptimize(entries.numberOf(key));
+    };
+    const auto addToHash = [&] {
+        std::vector<paravue::IniEntries::Entry> entries;
+        QHash<QString, quint32> numbers;
+        entries.reserve(size_t(sample.keys.size()));
+        numbers.reserve(sample.keys.size());
+        for (const QString &key : sample.keys) {
+            if (numbers.contains(key))
+                continue;
+            const QString kept(key.constData(), key.size()); // a key is a part of a line at first
+            numbers.insert(kept, quint32(entries.size()));
+            entries.push_back({kept, QString()});
+        }
+        benchmark::DoNotOptimize(entries.data());
+    };
+    pairedRatio(state, addToEntries, addToHash, {.limit = 0.7});
+}
+
 /// New keys in a large file: what one costs must not depend on how many there are.
 void newKeys(benchmark::State &state)
 {
@@ -246,6 +274,7 @@ BENCHMARK(parse)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(parseEditWrite)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(perLine<parseOurs>)->Apply(applyPaired);
 BENCHMARK(perLine<editOurs>)->Apply(applyPaired);
+BENCHMARK(addKeys)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(newKeys)->Apply(applyPaired);
 BENCHMARK(lookUp)->ArgsProduct({{Small, Medium, Large}, {1}})->Args({Small, 20})->Apply(applyPaired);
 

@@ -23,7 +23,7 @@ void IniEntries::clear()
     m_sorted.clear();
     m_index.clear();
     m_entries.clear();
-    m_keys = {};
+    m_keys.release();
 }
 
 void IniEntries::reserve(qsizetype count)
@@ -40,9 +40,17 @@ quint32 IniEntries::numberOf(QStringView key)
         return found;
     m_sorted.clear();
     const quint32 number = quint32(m_entries.size());
-    m_entries.push_back({m_keys.keep(key), QString()});
+    m_entries.push_back({keep(key), QString()});
     m_index.insert(hash, number);
     return number;
+}
+
+QStringView IniEntries::keep(QStringView key)
+{
+    const size_t size = size_t(key.size());
+    auto *const copy = static_cast<char16_t *>(m_keys.allocate(size * sizeof(char16_t), alignof(char16_t)));
+    std::copy_n(key.utf16(), size, copy);
+    return {copy, key.size()};
 }
 
 void IniEntries::sort(std::vector<const Entry *> &entries)

@@ -1,29 +1,29 @@
 #pragma once
 
 #include "store/KeyIndex.h"
-#include "store/TextArena.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringView>
 
 #include <cstring>
+#include <memory_resource>
 #include <vector>
 
 namespace paravue
 {
 
-/// The values of one configuration file by "section/key". A value is found through a hash; the order of keys
-/// is worked out when somebody asks for it.
+/// The values of one configuration file by "section/key". A value is found through a hash; the keys are
+/// sorted only when their order is asked for.
 class IniEntries
 {
 public:
     struct Entry {
-        QStringView key; ///< kept by the IniEntries
+        QStringView key; ///< valid as long as the IniEntries holds it
         QString value;
         bool inFile = false; ///< the key was found in the file
         bool edited = false; ///< the value is not that of the file
-        bool met = false;    ///< by the reading that is under way
+        bool met = false;    ///< the read in progress has found the key
 
         /// The part of the key before its first "/"; the default section when there is none.
         QStringView section() const;
@@ -63,8 +63,10 @@ private:
         });
     }
 
+    QStringView keep(QStringView key);
+
     size_t m_seed = QHashSeed::globalSeed();
-    TextArena m_keys;
+    std::pmr::monotonic_buffer_resource m_keys; ///< memory of the characters of all keys
     std::vector<Entry> m_entries;
     KeyIndex m_index;
     mutable std::vector<const Entry *> m_sorted;
