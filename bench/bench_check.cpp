@@ -60,7 +60,7 @@ void checkPerControl(benchmark::State &state)
 }
 BENCHMARK(checkPerControl)->Arg(10'000)->Apply(paravue::bench::applyPaired);
 
-/// Beside the toolkit's reader, which builds the same tree and looks at nothing.
+/// Beside QDomDocument, which builds the same tree and looks at nothing.
 void checkBesideReading(benchmark::State &state)
 {
     const DescribedForm form(10'000);

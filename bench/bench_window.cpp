@@ -1,5 +1,5 @@
 // From the description file to the loaded, bound and shown window, beside code that creates the same widgets
-// by hand and beside the toolkit's own loader of designer files.
+// by hand and beside QUiLoader.
 
 #include "GeneratedForm.h"
 #include "HandWrittenForm.h"

@@ -25,7 +25,7 @@ bool isText(const QByteArray &text)
     return text.endsWith('\0') && text.indexOf('\0') == text.size() - 1;
 }
 
-/// Writes null and empty values alike.
+/// An empty value and a null one count as equal: no consumer tells them apart.
 void write(QDataStream &out, const QByteArray &bytes)
 {
     out.writeBytes(bytes.constData(), bytes.size());

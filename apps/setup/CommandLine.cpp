@@ -55,9 +55,9 @@ QString timeZoneList(const QString &language)
     return list;
 }
 
-/// Options of the toolkit itself, which it reads when the application is created. They are known here so that
+/// Options of Qt itself, which it reads when the application is created. They are known here so that
 /// they are not refused, and left out of the help.
-void acceptToolkitOptions(QCommandLineParser &parser)
+void acceptQtOptions(QCommandLineParser &parser)
 {
     for (const char *name : {"platform", "style", "display"}) {
         QCommandLineOption option(QString::fromLatin1(name), {}, "value");
@@ -131,7 +131,7 @@ CommandLine CommandLine::parse(const QStringList &words)
     parser.setApplicationDescription(OptionText::tr("Shows the setup window of a network video recorder."));
     parser.addOptions({help, version, digest, demo, demoData, model, screenshot, language, check, json,
                        preview, files, timeZones});
-    acceptToolkitOptions(parser);
+    acceptQtOptions(parser);
     parser.addPositionalArgument(
         "ADDRESS",
         OptionText::tr("The recorder: [login:password@]host[:port]. Without a login the "

@@ -16,8 +16,8 @@ SaveWatch::SaveWatch(OrbSetup &store) : m_store(store)
 
 bool SaveWatch::isBusy() const
 {
-    // Before the first load is complete nothing can have been edited: what still runs is a fetch that nobody
-    // waits for any more.
+    // Before the first load is complete nothing can have been edited: a store that is still busy then only
+    // fetches, and need not be waited for.
     return m_wasLoaded && !m_store.activity().isEmpty();
 }
 

@@ -44,7 +44,7 @@ int main(int argc, char **argv)
     }
 
     const QApplication application(argc, argv);
-    // The window closing is not the end: a save may still run behind it.
+    // The program does not end with its window: a save may still be running.
     QApplication::setQuitOnLastWindowClosed(false);
     // Ctrl+C cancels the window, so that the local copies of the recorder's files are removed.
     recorder::quitOnStopSignal();

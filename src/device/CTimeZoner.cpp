@@ -103,7 +103,7 @@ CTimeZoner::CTimeZoner(const QByteArray &rule)
         return;
     if (!offsets.offset(m_daylight))
         m_daylight = m_standard + Hour;
-    // Its offset is written with the sign of the other convention.
+    // In this one rule "UTC+1" is an hour ahead of UTC; elsewhere it is an hour behind.
     if (m_plainUtcReplaced)
         m_daylight = Hour;
     Reader transitions(QByteArrayView(text).sliced(comma));

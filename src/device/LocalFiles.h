@@ -12,7 +12,7 @@ namespace paravue
 /// object. Of the copies of one name only the newest few are kept, so that a long session with a periodic
 /// report does not fill the disk.
 ///
-/// They are held by their paths: a toolkit temporary file keeps its descriptor for as long as it lives, and a
+/// They are held by their paths: a QTemporaryFile keeps its descriptor for as long as it lives, and a
 /// session with some hundred functions would run out of them.
 class LocalFiles
 {

@@ -134,8 +134,7 @@ void OrbNetSetup::connected()
 void OrbNetSetup::readyRead()
 {
     receive();
-    // The toolkit does not announce what arrives while a receiver of our signals runs an event loop of its
-    // own.
+    // Qt does not announce what arrives while a receiver of our signals runs an event loop of its own.
     const auto readOn = qScopeGuard([this] {
         if (m_socket->bytesAvailable() > 0)
             QMetaObject::invokeMethod(this, &OrbNetSetup::readyRead, Qt::QueuedConnection);
@@ -154,7 +153,7 @@ void OrbNetSetup::readyRead()
         m_socket->disconnectFromHost();
 }
 
-/// Takes what has arrived. Bytes that nobody waits for are dropped.
+/// Takes what has arrived. Bytes that no exchange waits for are dropped.
 void OrbNetSetup::receive()
 {
     const QByteArray bytes = m_socket->readAll();
@@ -163,7 +162,7 @@ void OrbNetSetup::receive()
     m_buffer += bytes;
     m_received += bytes.size();
     showRunning();
-    // One byte too many says as much as a million.
+    // One byte more than the longest reply shows that it is too long; the rest is not kept.
     if (m_state == LoginSent)
         m_buffer.truncate(longestLoginReply() + 1);
     else if (m_received > MaxExchangeBytes)
@@ -344,7 +343,7 @@ void OrbNetSetup::retryLogin()
 
 void OrbNetSetup::askForLogin()
 {
-    // The answer to the question that is open will do for an exchange that was refused meanwhile, too.
+    // The answer to the open question also serves an exchange that is refused meanwhile.
     if (m_isAsking)
         return;
     Credentials record;

@@ -8,7 +8,7 @@
 namespace
 {
 
-/// Deletes the window. What its clean-up throws is of no use to anybody any more.
+/// Deletes the window. Whatever its clean-up throws is dropped, as the session is over.
 void dispose(std::unique_ptr<CWinMain> window)
 {
     try {

@@ -24,7 +24,7 @@ void truncate(QIODevice &device, qint64 size)
 
 bool readIniMap(QIODevice &device, QMap<QString, QVariant> &map)
 {
-    // The toolkit's own text mode drops every CR; only one directly before a LF belongs to the line end.
+    // Qt's text mode drops every CR; only one directly before a LF belongs to the line end.
     device.setTextModeEnabled(false);
     device.seek(0);
     QString section = DefaultSection.toString();
@@ -58,7 +58,7 @@ bool writeIniMap(QIODevice &device, const QMap<QString, QVariant> &map)
         text += iniKeyLine(entry.key().section(u'/', 1), entry->toString(), EmptyValue::IsIgnored);
     }
 
-    // The toolkit's own text mode writes CR LF on some systems only.
+    // Qt's text mode writes CR LF on some systems only.
     device.setTextModeEnabled(false);
     device.seek(0);
     device.write(text.toUtf8().replace("\n", "\r\n"));

@@ -13,17 +13,14 @@ namespace paravue
 /// Puts values into the lines of a configuration file.
 ///
 /// The rules are old, and recorders' files rely on them:
-/// - A key of the file replaces the first line of its name; in a file with sections, the first one behind
-/// each
-///   header of its section, up to the end of the text.
-/// - A new key goes behind the last key line that stands before the next section. When its section has none,
-/// that
+/// - A key of the file replaces the first line of its name. In a file with sections it replaces the first
+///   one behind each header of its section, up to the end of the text.
+/// - A new key goes behind the last key line before the next section. When its section has no key line, that
 ///   of the next section that has one counts; without a next section it is appended.
 /// - A new section is appended, without a blank line before it. So is a second header when the first one is
-/// the
-///   very last line.
-/// - What is written counts at once: a line whose value holds a single quote is no key line any more, for the
-///   next key already.
+///   the very last line.
+/// - A written line counts for the next key at once. One whose value holds a single quote is a key line no
+///   longer.
 ///
 /// An index from names to lines makes the cost of a key independent of the size of the file.
 class IniMerge
@@ -56,7 +53,7 @@ private:
         QByteArray bytes;
         IniText::Mark mark;
     };
-    /// The lines of one kind, all of them and by name.
+    /// The key lines or the section lines, all of them and by name.
     struct Kin {
         quint32 number(QByteArrayView name) const;
         quint32 addName(const QByteArray &name);

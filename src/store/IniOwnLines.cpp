@@ -13,8 +13,8 @@ namespace paravue
 namespace
 {
 
-/// Writes the line of a key whose name comes from a file, so that nothing but its value can spoil it, behind
-/// \a bytes and gives its positions.
+/// Appends the line of a key to \a bytes and returns its positions. The name comes from a file, so only the
+/// value can make the line something else than a key line.
 IniText::Mark appendKeyLine(QByteArray &bytes, QByteArrayView name, QByteArrayView value, bool bare)
 {
     IniText::Mark mark;

@@ -15,8 +15,8 @@ namespace paravue
 /// For each marked line of a text the number of the entry that was taken from it; of no meaning for headers.
 using EntriesOfLines = std::vector<quint32>;
 
-/// Is it that case, as far as the text goes? \a keysInFile is the number of entries that were found in the
-/// file.
+/// Whether that is the case as far as the text shows. \a keysInFile is the number of entries that were found
+/// in the file.
 bool everyKeyOwnsOneLine(const IniText &text, qsizetype keysInFile, bool sectioned);
 
 /// The text with the lines of all entries in their usual form. Nothing when a line would cease to be that of
@@ -24,7 +24,8 @@ bool everyKeyOwnsOneLine(const IniText &text, qsizetype keysInFile, bool section
 std::optional<IniText> rewriteOwnLines(const IniText &text, const EntriesOfLines &entriesOfLines,
                                        const IniEntries &entries);
 
-/// Could the new entry \a entry look like something else than a key of its section, such as another header?
+/// Whether the lines of the new entry \a entry could read as something else than a key of its section, such
+/// as another header.
 bool mayDisturb(const IniEntries::Entry &entry);
 
 } // namespace paravue

@@ -27,7 +27,7 @@ public:
         void moveBy(qint64 distance);
     };
 
-    /// Larger files are no configuration files; positions of 32 bits are enough for all others.
+    /// Larger files are not read as configuration files, so positions fit into 32 bits.
     static constexpr qint64 SizeLimit = qint64(1) << 30;
 
     IniText() = default;

@@ -9,8 +9,8 @@
 namespace paravue
 {
 
-/// Lines of a text, in the order in which they stand there. Built from the top; while nothing is added later
-/// or removed, which is the rule, it is a plain array.
+/// Lines of a text, in their order. Appended from the top they are a plain array, which becomes a tree with
+/// the first line that is inserted or removed; most files need none.
 ///
 /// A line is known by its number in an array of ranks that all sets of one text share: the rank of a line
 /// tells where it stands.

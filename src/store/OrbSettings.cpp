@@ -175,7 +175,7 @@ bool OrbSettings::hasEdits() const
 bool OrbSettings::write()
 {
     if (m_path.isEmpty())
-        return false; // of a name that never got a file
+        return false; // a name that was used without a file
     if (m_forgotten)
         return true;
     // An object that has not seen its file must not replace it.

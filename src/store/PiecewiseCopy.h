@@ -6,15 +6,15 @@
 namespace paravue
 {
 
-/// Copies a text from its front to its end, but for the pieces that are put differently. Costs nothing when
-/// there are none.
+/// Copies a text from its front to its end while pieces of it are replaced. Without any, the copy is shared
+/// with the source.
 class PiecewiseCopy
 {
 public:
     /// \a source must outlive it.
     explicit PiecewiseCopy(const QByteArray &source) : m_source(source) {}
 
-    /// Puts \a replacement in place of the piece, which must not begin before the end of the last one.
+    /// The piece must not begin before the end of the last one.
     void replace(qsizetype begin, qsizetype end, QByteArrayView replacement)
     {
         m_result.append(m_source.constData() + m_copied, begin - m_copied);

@@ -178,7 +178,7 @@ void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
     companion->setRecorders({{"host:40000", "gate"}});
     AWAIT_VERIFY(title->text().endsWith(" (gate)"));
     QCOMPARE(adaptor.name("other"), "");
-    // What the other one has left behind is in nobody's way, but a living one is.
+    // A socket file that is left behind does not keep the next companion from listening, a running one does.
     recorder::Companion second;
     QVERIFY(!second.listen());
     companion.reset();
@@ -225,7 +225,7 @@ void TestCredentialsDialog::waitsNoLongerThanItMay()
         isListening.release();
         server.waitForNewConnection(5000);
         QLocalSocket *client = server.nextPendingConnection();
-        // The list ends when whoever waits for its end has waited far too long.
+        // The list ends long after the wait for its end should be over.
         for (const QDeadlineTimer limit(2000); client && !limit.hasExpired();) {
             client->write(QByteArray("host\tgate\n").repeated(1000));
             if (!client->waitForBytesWritten(500))

@@ -90,7 +90,7 @@ void TestSettingsFile::findsItsFile_data()
     row("none, a default beside the program", "", off, "off", false);
     row("none, a damaged default beside the program", "", "\1\2", "true", false);
     row("its own value before the default", off + no, "", "no", false);
-    row("as the toolkit writes it", "; x\n[default]\nauthorization\\remember=6F6666\n[a]\nb=\n", no, "off",
+    row("as QSettings writes it", "; x\n[default]\nauthorization\\remember=6F6666\n[a]\nb=\n", no, "off",
         false);
     row("no line of settings", no + "rubbish\n", off, "off", true);
     row("value without its last digit", "[authorization]\nremember=6e6", "", "true", true);

@@ -210,7 +210,7 @@ void TestLiveVideo::showsTheRunningClock()
         return yard.valueText() == "Connection lost";
     }));
     QVERIFY(gate.valueText().startsWith("Connection lost; "));
-    QCOMPARE(clockIn(yard), -1); // dimmed: nobody takes it for a live picture
+    QCOMPARE(clockIn(yard), -1); // dimmed, so it does not pass for a live picture
     QVERIFY(m_recorder->listen(port));
     live.pass(501);
     QVERIFY(goesForward(yard, last));

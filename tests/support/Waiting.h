@@ -9,18 +9,18 @@
 namespace paravue::test
 {
 
-/// Runs the event loop until \a isDone() is true; false when that takes longer. It is asked after every
-/// event, and now and then for what no event tells of.
+/// Runs the event loop until \a isDone() is true; false when that takes longer. It is called after every
+/// event, and every ten milliseconds for changes that come without an event.
 ///
-/// QTest::qWaitFor() and QTRY_COMPARE() sleep between two looks at the events, and a conversation of twenty
-/// messages twenty times.
+/// QTest::qWaitFor() and QTRY_COMPARE() sleep between two checks, so a conversation of twenty messages would
+/// sleep twenty times.
 template <typename Predicate>
 bool waitUntil(Predicate isDone, int milliseconds = 5000)
 {
-    constexpr int LookInterval = 10;
+    constexpr int PollInterval = 10;
     const QDeadlineTimer end(milliseconds);
-    QTimer look;
-    look.start(LookInterval);
+    QTimer poll;
+    poll.start(PollInterval);
     while (!isDone()) {
         if (end.hasExpired())
             return false;

@@ -16,14 +16,14 @@ namespace paravue
 namespace
 {
 
-/// A companion that runs answers far faster.
+/// The longest wait for the companion's list; a running companion answers far sooner.
 constexpr int CompanionLimitMs = 200;
 
 bool askUser(Credentials &record)
 {
     if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
         return false;
-    // Above the setup window, which would else keep the keyboard.
+    // As a child of the window that is active, or that would keep the keyboard.
     QWidget *above = QApplication::activeModalWidget();
     auto dialog =
         std::make_unique<cDlg>(record, cODAdaptor::instance(), above ? above : QApplication::activeWindow());

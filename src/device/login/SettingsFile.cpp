@@ -27,7 +27,7 @@ Q_LOGGING_CATEGORY(settingsFileLog, "paravue.settingsfile")
 
 constexpr QFile::Permissions OwnerOnly = QFile::ReadOwner | QFile::WriteOwner;
 constexpr qint64 MaxFileBytes = 4 * 1024 * 1024;
-/// Others hold the lock for one reading and writing.
+/// Another program holds the lock while it reads and writes the file once.
 constexpr int LockLimitMs = 3000;
 constexpr int LockPauseMs = 5;
 
@@ -42,7 +42,7 @@ bool isOpenToOthers(const QFile &file)
     return file.permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther);
 }
 
-/// The lock's own waiting sleeps longer after each attempt, so that a busy file may never be had.
+/// QLockFile's own waiting sleeps longer after each attempt, so a file in heavy use might never be locked.
 bool take(QLockFile &lock)
 {
     const QDeadlineTimer limit(LockLimitMs);
@@ -216,7 +216,7 @@ bool SettingsFile::setAside() const
 bool SettingsFile::write(const QByteArray &text) const
 {
     QSaveFile file(path());
-    // Before there is anything to read in it.
+    // While the file is still empty, so that nobody else can read the password digests.
     return file.open(QIODevice::WriteOnly) && file.setPermissions(OwnerOnly) &&
            file.write(text) == text.size() && file.commit();
 }

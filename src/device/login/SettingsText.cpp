@@ -17,7 +17,7 @@ std::optional<QByteArray> decoded(QStringView value)
 {
     const QByteArray hex = value.toUtf8().toLower();
     const QByteArray bytes = QByteArray::fromHex(hex);
-    // The toolkit skips what is no digit.
+    // fromHex() skips what is no digit.
     return bytes.toHex() == hex ? std::make_optional(bytes) : std::nullopt;
 }
 
@@ -39,7 +39,7 @@ std::optional<SettingsMap> parseSettings(const QByteArray &text)
             const auto value = decoded(parsed.value);
             if (!value)
                 return {};
-            // The toolkit's ini format writes keys that hold a "/" this way.
+            // QSettings writes keys that hold a "/" this way.
             settings[group + u'/' + parsed.name.toString().replace(u'\\', u'/')] = *value;
         } else {
             return {};

@@ -19,7 +19,7 @@ using SettingsMap = QMap<QString, QByteArray>;
 /// that is no hexadecimal text.
 std::optional<SettingsMap> parseSettings(const QByteArray &text);
 
-/// The whole text, which other readers of the toolkit's ini format understand as well.
+/// The whole text, which QSettings reads as an ini file as well.
 QByteArray settingsText(const SettingsMap &settings);
 
 } // namespace paravue

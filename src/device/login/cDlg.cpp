@@ -191,7 +191,7 @@ void cDlg::onODUpdate()
     const QString title = tr("Please enter authorization information for") + u' ' + shownUrl(url);
     m_title->setToolTip(url.size() > MaxShownUrl ? literalToolTip(url) : QString());
     m_title->setText(name.isEmpty() ? title : title + QStringLiteral(" (%1)").arg(name));
-    // The toolkit makes room for more lines before a window is shown only.
+    // Qt makes room for more lines only until the window is shown.
     if (isVisible())
         makeRoom();
 }
@@ -202,7 +202,7 @@ void cDlg::makeRoom()
     resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
 }
 
-/// Before, as the toolkit gives a window no more than two thirds of the screen.
+/// Makes room first, as Qt gives a new window no more than two thirds of the screen.
 void cDlg::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous())

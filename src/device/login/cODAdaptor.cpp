@@ -61,7 +61,7 @@ QString cODAdaptor::name(const QString &address) const
 void cODAdaptor::waitForList(int milliseconds)
 {
     const QDeadlineTimer limit(milliseconds);
-    // Something may be there each time: a companion can send a list that never ends.
+    // Every wait may end with data although the list does not: one limit covers all of them.
     while (!m_hasList && !limit.hasExpired() && m_socket.state() == QLocalSocket::ConnectedState &&
            m_socket.waitForReadyRead(static_cast<int>(limit.remainingTime()))) {
     }
@@ -73,7 +73,7 @@ QString cODAdaptor::companionServer()
 #ifdef Q_OS_WIN
     return name;
 #else
-    // The toolkit's own choice is the temporary folder, where any user could pose as the companion.
+    // Qt's choice is the temporary folder, where any user could pose as the companion.
     const QString session = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     return (session.isEmpty() ? data + QStringLiteral("/Paravue") : session) + u'/' + name;
@@ -98,7 +98,7 @@ void cODAdaptor::receive()
         m_socket.abort();
 }
 
-/// False when there is too much of something.
+/// False when the line or the list is longer than allowed.
 bool cODAdaptor::takeLine(const QByteArray &line)
 {
     const QByteArray text = line.trimmed();
@@ -114,7 +114,7 @@ bool cODAdaptor::takeLine(const QByteArray &line)
     return text.size() <= MaxLineBytes && m_incoming.size() <= MaxRecorders;
 }
 
-/// Nobody vouches any more for what a companion has said that is gone.
+/// Forgets the names: without the companion nothing tells whether they still hold.
 void cODAdaptor::drop()
 {
     m_buffer.clear();

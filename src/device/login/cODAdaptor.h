@@ -10,13 +10,14 @@
 /// Knows the names of the recorders that a companion process on this computer has found, and asks it over a
 /// local socket (see docs/protocol.md).
 ///
-/// Without a companion every lookup is empty and nothing is said; it is looked for again every few seconds.
+/// Without a companion every name is empty and no error is reported; the connection is tried again every two
+/// seconds.
 class cODAdaptor : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The one that everybody shares, made on first use. It ends with the application, which must exist.
+    /// The shared instance, made on first use. It is deleted with the application, which must exist.
     static cODAdaptor *instance();
 
     /// \a server is the name or path of the companion's socket.

@@ -79,7 +79,7 @@ std::optional<Directive> findDirective(QStringView text, qsizetype from)
         auto directive = readParts(text, command + 2);
         if (directive)
             directive->start = mark - 1;
-        // What does not end here does not end behind a later opening either.
+        // A directive that has no end behind this opening has none behind a later one either.
         return directive;
     }
     return {};
