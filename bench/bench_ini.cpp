@@ -231,6 +231,27 @@ void newKeys(benchmark::State &state)
         {.limit = 1.5, .ourUnits = 100'000, .peerUnits = 10'000});
 }
 
+/// Lines of one name that all cease to be key lines when they are written, with new keys in one place.
+void quotedValues(benchmark::State &state)
+{
+    const auto write = [](int count) {
+        QByteArray text;
+        for (int i = 0; i < count; ++i)
+            text += "[s" + QByteArray::number(i) + "]\na = \"it's\"\n";
+        FreshFiles files(text);
+        OrbSettings settings(files.next());
+        settings.read();
+        return measured([&] {
+            for (int i = 0; i < count; ++i)
+                settings.setValue(QStringLiteral("s7/new%1").arg(i), i % 2 ? "it's" : "its");
+            settings.write();
+        });
+    };
+    pairedRatio(
+        state, [&] { return write(50'000); }, [&] { return write(5'000); },
+        {.limit = 3, .ourUnits = 50'000, .peerUnits = 5'000});
+}
+
 /// One value by its whole address, beside a hash of whole addresses.
 void lookUp(benchmark::State &state)
 {
@@ -276,6 +297,7 @@ BENCHMARK(perLine<parseOurs>)->Apply(applyPaired);
 BENCHMARK(perLine<editOurs>)->Apply(applyPaired);
 BENCHMARK(addKeys)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(newKeys)->Apply(applyPaired);
+BENCHMARK(quotedValues)->Apply(applyPaired);
 BENCHMARK(lookUp)->ArgsProduct({{Small, Medium, Large}, {1}})->Args({Small, 20})->Apply(applyPaired);
 
 } // namespace

@@ -161,6 +161,7 @@ void TestCredentialsDialog::showsWhatTheCompanionCallsTheRecorder()
 {
     const QString name = "Ворота, <b>" + QString("long ").repeated(10);
     cODAdaptor adaptor;
+    adaptor.setRetryInterval(std::chrono::milliseconds(20));
     Credentials record{false, "HOST:-25536", "", 0, "", ""};
     cDlg dialog(record, &adaptor, nullptr);
     dialog.tellRefusal();

@@ -16,10 +16,19 @@ const QByteArray Login = "\x04LOGIN=guest\r\nPASS=secret\r\n";
 const QByteArray Adjustment = "ADJUST VIDEO\r\nLENGTH=69\r\n[ stream_0 ]\nbrightness=1\ncontrast=2\n"
                               "saturation=%1\nhue=4\nsharpness=5\n";
 
+constexpr std::chrono::milliseconds Pause(200);
+
 /// A store with the files that functions take values from, as if it had been loaded.
 class LoadedStore : public NotedStore
 {
 public:
+    /// Waits for \a pause instead of the usual second before the picture is adjusted.
+    void shortenAdjustmentPause(std::chrono::milliseconds pause)
+    {
+        QCOMPARE(m_bcshTimer->interval(), 1000);
+        m_bcshTimer->setInterval(pause);
+    }
+
     explicit LoadedStore(const FakeRecorder &recorder) : NotedStore(recorder.address())
     {
         _push_file("general", "");
@@ -164,14 +173,15 @@ void TestFunctions::adjustsOnceAfterTheLastCall()
     FakeRecorder recorder;
     recorder.login().reply(Adjustment).expectClosed();
     LoadedStore store(recorder);
+    store.shortenAdjustmentPause(Pause);
     QElapsedTimer sinceLast;
-    for (const int milliseconds : {0, 300, 600})
+    for (const int milliseconds : {0, 60, 120})
         QTimer::singleShot(milliseconds, &store, [&] {
             sinceLast.start();
             store.function("adjust_bcsh", "");
         });
     AWAIT_COMPARE(store.stores, 1);
-    QVERIFY2(sinceLast.elapsed() >= 998, qPrintable(QString::number(sinceLast.elapsed())));
+    QVERIFY2(sinceLast.elapsed() >= Pause.count() - 2, qPrintable(QString::number(sinceLast.elapsed())));
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
@@ -180,14 +190,15 @@ void TestFunctions::adjustsWhenTheLinkIsIdle()
     FakeRecorder recorder;
     recorder.login().reply(Adjustment).expectClosed();
     LoadedStore store(recorder);
+    store.shortenAdjustmentPause(Pause);
     QElapsedTimer sinceCall;
     sinceCall.start();
     store.function("adjust_bcsh", "");
     store.m_state = 1;
-    QTimer::singleShot(1300, &store, [&] { store.m_state = 0; });
+    QTimer::singleShot(Pause * 13 / 10, &store, [&] { store.m_state = 0; });
     AWAIT_COMPARE(store.stores, 1);
     // The timer found a busy link once, and waited as long again.
-    QVERIFY2(sinceCall.elapsed() >= 1998, qPrintable(QString::number(sinceCall.elapsed())));
+    QVERIFY2(sinceCall.elapsed() >= 2 * Pause.count() - 2, qPrintable(QString::number(sinceCall.elapsed())));
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 

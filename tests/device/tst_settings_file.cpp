@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr int Programs = 4;
-constexpr int SavedByEach = 40;
+constexpr int SavedByEach = 10;
 
 Credentials record(const QByteArray &url, const QByteArray &login, int level = 0)
 {

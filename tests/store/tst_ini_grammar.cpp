@@ -90,7 +90,7 @@ void TestIniGrammar::agreesWithThePatterns()
         QRandomGenerator random(20240611);
         int keys = 0;
         int sections = 0;
-        for (int i = 0; i < 150'000; ++i) {
+        for (int i = 0; i < 50'000; ++i) {
             const QString line = randomLine(random);
             const QString expected = oracle.describe(line);
             keys += expected.startsWith(u'k');
@@ -102,8 +102,8 @@ void TestIniGrammar::agreesWithThePatterns()
                 QCOMPARE(describe(scanIniLine(QLatin1StringView(bytes), emptyValue)), expected);
         }
         // The lines are worth something only when all kinds occur often.
-        QVERIFY(keys > 5'000);
-        QVERIFY(sections > 500);
+        QVERIFY(keys > 1'600);
+        QVERIFY(sections > 160);
     }
 }
 

@@ -12,7 +12,7 @@ using namespace paravue;
 namespace
 {
 
-constexpr int RetryMs = 2000;
+constexpr std::chrono::milliseconds RetryInterval(2000);
 // A companion is trusted no more than a recorder.
 constexpr qsizetype MaxLineBytes = 4096;
 constexpr qsizetype MaxRecorders = 10'000;
@@ -39,7 +39,7 @@ cODAdaptor::cODAdaptor(const QString &server, QObject *parent) : QObject(parent)
 {
     m_socket.setReadBufferSize(16 * MaxLineBytes);
     m_retry.setSingleShot(true);
-    m_retry.setInterval(RetryMs);
+    setRetryInterval(RetryInterval);
     connect(&m_retry, &QTimer::timeout, this, &cODAdaptor::connectToCompanion);
     connect(&m_socket, &QLocalSocket::connected, this, [this] { m_socket.write("LIST\n"); });
     connect(&m_socket, &QLocalSocket::readyRead, this, &cODAdaptor::receive);

@@ -7,11 +7,13 @@
 #include <QString>
 #include <QTimer>
 
+#include <chrono>
+
 /// Knows the names of the recorders that a companion process on this computer has found, and asks it over a
 /// local socket (see docs/protocol.md).
 ///
 /// Without a companion every name is empty and no error is reported; the connection is tried again every two
-/// seconds.
+/// seconds, or at the interval that was set.
 class cODAdaptor : public QObject
 {
     Q_OBJECT
@@ -31,6 +33,8 @@ public:
     /// Waits for the companion's first list, for those that look up a name right after the start. Returns at
     /// once when there is no companion or the list is there.
     void waitForList(int milliseconds);
+
+    void setRetryInterval(std::chrono::milliseconds interval) { m_retry.setInterval(interval); }
 
     /// "paravue-companion", in a folder of the user's own where sockets are files.
     static QString companionServer();
