@@ -41,6 +41,7 @@ OrbNetSetup::OrbNetSetup(const QString &address)
     m_bcshTimer->setTimerType(Qt::PreciseTimer);
     connect(m_bcshTimer, &QTimer::timeout, this, &OrbNetSetup::bcshTimer);
     setLinkReset([this] { giveUpExchange(); });
+    setFunctionUse(&OrbNetSetup::useOfFunction);
 }
 
 OrbNetSetup::~OrbNetSetup()

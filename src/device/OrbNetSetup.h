@@ -159,6 +159,7 @@ private:
     void stopExchange(const QString &reason);
     void abortLeftovers();
 
+    static FunctionUse useOfFunction(const QString &name, const QString &arg);
     void runCommand(const paravue::DeviceCommand &command,
                     const std::function<QString(const QString &)> &valueOf);
     void installPackage(const paravue::DeviceCommand &command, const QString &address);

@@ -63,6 +63,23 @@ void OrbNetSetup::function(const QString &name, const QString &arg)
     }
 }
 
+OrbSetup::FunctionUse OrbNetSetup::useOfFunction(const QString &name, const QString &arg)
+{
+    const DeviceCommand *command = findDeviceCommand(name);
+    if (!command)
+        return {name == u"save_settings"};
+    if (command->kind == DeviceCommand::Kind::Cancel || command->kind == DeviceCommand::Kind::AdjustPicture)
+        return {};
+    FunctionUse use{true};
+    if (command->kind == DeviceCommand::Kind::InstallPackage)
+        use.addresses << arg;
+    for (const char *address : command->addresses) {
+        if (address)
+            use.addresses << QString::fromLatin1(address);
+    }
+    return use;
+}
+
 void OrbNetSetup::runCommand(const DeviceCommand &command,
                              const std::function<QString(const QString &)> &valueOf)
 {

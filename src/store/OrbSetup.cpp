@@ -133,6 +133,11 @@ QString OrbSetup::activity() const
     return m_activity;
 }
 
+OrbSetup::FunctionUse OrbSetup::functionUse(const QString &name, const QString &arg) const
+{
+    return m_functionUse ? m_functionUse(name, arg) : FunctionUse();
+}
+
 void OrbSetup::resetLink()
 {
     if (m_linkReset)

@@ -84,6 +84,13 @@ public:
     /// is idle.
     void resetLink();
 
+    /// What a call of function() does on the link.
+    struct FunctionUse {
+        bool startsExchange = false;
+        QStringList addresses = {}; ///< of the values that it sends
+    };
+    FunctionUse functionUse(const QString &name, const QString &arg) const;
+
 Q_SIGNALS:
     void loadDone();
     void storeDone();
@@ -100,6 +107,11 @@ protected:
     /// What resetLink() does; nothing by itself. A function object, as the virtual functions of stores are
     /// fixed.
     void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }
+    /// What functionUse() answers; without it no function starts an exchange.
+    void setFunctionUse(const std::function<FunctionUse(const QString &, const QString &)> &use)
+    {
+        m_functionUse = use;
+    }
 
     /// A settings-format reader and writer for a flat map of "section/key" to value, for derived classes and
     /// hosts. The device must be open; both switch it to text mode. They always return true.
@@ -148,4 +160,5 @@ private:
     QString m_activity;
     paravue::LinkStatus m_linkStatus;
     std::function<void()> m_linkReset;
+    std::function<FunctionUse(const QString &, const QString &)> m_functionUse;
 };

@@ -1,6 +1,7 @@
 #include "ui/CWinMain.h"
 
 #include "controls/DialogLoop.h"
+#include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
 #include "ui/base/WindowStyle.h"
@@ -10,6 +11,7 @@
 #include "ui/window/FileAccessPrompt.h"
 #include "ui/window/FrameBinding.h"
 #include "ui/window/LoadingView.h"
+#include "ui/window/StatusLine.h"
 #include "ui/window/WindowDrag.h"
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
@@ -86,6 +88,9 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
     m_described = std::make_unique<FrameBinding>(*this, *m_frame, *m_parts);
     wire();
+    m_status = new StatusLine(*setup, this);
+    m_frame->addStatusLine(m_status);
+    connect(m_status, &StatusLine::retryRequested, this, [this] { operate([this] { tryAgain(); }); });
     new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
     show();
@@ -264,6 +269,17 @@ void CWinMain::saveSettings()
     });
 }
 
+void CWinMain::tryAgain()
+{
+    if (isBuilt()) {
+        ExchangeQueue::of(*m_setup).repeat();
+        return;
+    }
+    m_setup->resetLink();
+    m_frame->loadingView().setProgress(0, QString());
+    m_setup->load();
+}
+
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
     m_parts->dialogs.close(progressTag);
@@ -317,6 +333,7 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_taskTimer->start();
     // Shown only after the values are set: on a visible page each of them would trigger a new layout.
     m_frame->showPages();
+    m_status->setBuilt(true);
     setUpdatesEnabled(true);
     if (isFirst)
         m_frame->tabs()->setFocus();

@@ -14,8 +14,9 @@ class QTimer;
 
 namespace paravue
 {
-class FrameBinding;
 class ErrorDisplay;
+class FrameBinding;
+class StatusLine;
 struct WindowParts;
 class WindowFrame;
 } // namespace paravue
@@ -87,12 +88,15 @@ private:
     /// Runs \a wait, an event loop in which the user acts.
     void letUserAct(const std::function<void()> &wait);
 
+    /// Repeats the exchange that has failed.
+    void tryAgain();
     void readDescription();
     void build(const QByteArray &description, const QString &path);
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
 
     OrbSetup *m_setup;
     QTimer *m_taskTimer = nullptr;
+    paravue::StatusLine *m_status = nullptr;
     QString m_builtFrom;    ///< path of the description that the pages were built from
     QByteArray m_builtText; ///< and its bytes
     int m_progress = 0;

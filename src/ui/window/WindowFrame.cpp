@@ -52,12 +52,12 @@ void WindowFrame::createWidgets()
 
 void WindowFrame::arrangeWidgets()
 {
-    auto *buttons = new QGridLayout;
-    buttons->setContentsMargins(PageMargin, 0, PageMargin, PageMargin);
-    buttons->setHorizontalSpacing(GridSpacing);
-    buttons->setColumnStretch(0, 1);
-    buttons->addWidget(m_ok, 0, 1);
-    buttons->addWidget(m_cancel, 0, 2);
+    m_buttons = new QGridLayout;
+    m_buttons->setContentsMargins(PageMargin, 0, PageMargin, PageMargin);
+    m_buttons->setHorizontalSpacing(GridSpacing);
+    m_buttons->setColumnStretch(0, 1);
+    m_buttons->addWidget(m_ok, 0, 1);
+    m_buttons->addWidget(m_cancel, 0, 2);
 
     m_pages = new QGridLayout;
     m_pages->setContentsMargins(PageMargin, 0, PageMargin, 0);
@@ -68,7 +68,7 @@ void WindowFrame::arrangeWidgets()
     layout->setVerticalSpacing(PageMargin);
     layout->addWidget(m_header, 0, 0);
     layout->addLayout(m_pages, 1, 0);
-    layout->addLayout(buttons, 2, 0);
+    layout->addLayout(m_buttons, 2, 0);
     layout->setRowStretch(1, 1);
 }
 
@@ -111,6 +111,11 @@ void WindowFrame::showPages()
     }
     m_tabs->show();
     m_ok->setEnabled(true);
+}
+
+void WindowFrame::addStatusLine(QWidget *line)
+{
+    m_buttons->addWidget(line, 0, 0);
 }
 
 void WindowFrame::chainTabOrder()

@@ -32,6 +32,8 @@ public:
     /// Shown in the place of the pages until showPages(); created on the first call.
     LoadingView &loadingView();
     void showPages();
+    /// Puts \a line beside OK and Cancel.
+    void addStatusLine(QWidget *line);
 
     /// Gives the window this size as far as the screen has room for it, and puts it around \a middle, or as
     /// near to that as the edges of the screen allow.
@@ -50,6 +52,7 @@ private:
     QString m_recorder;
     WindowHeader *m_header = nullptr;
     QGridLayout *m_pages = nullptr;
+    QGridLayout *m_buttons = nullptr;
     LoadingView *m_loading = nullptr; ///< created by the first load that takes a while
     QTabWidget *m_tabs = nullptr;
     QPushButton *m_ok = nullptr;

@@ -1,14 +1,12 @@
 #include "ui/window/WindowHeader.h"
 
-#include "controls/MessageText.h"
+#include "ui/base/ElidedLabel.h"
 #include "ui/base/WindowStyle.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QIcon>
-#include <QLabel>
 #include <QPainter>
-#include <QStyle>
 #include <QToolButton>
 
 namespace paravue
@@ -19,7 +17,6 @@ namespace
 
 constexpr int PictureSize = 24;
 constexpr int CloseButtonSize = 28;
-constexpr int LongestLine = 1000;
 
 /// Renders the icon at every paint, so that it is sharp on every screen.
 class HeaderPicture : public QWidget
@@ -42,40 +39,6 @@ protected:
 
 private:
     QIcon m_icon;
-};
-
-class ElidedLabel : public QLabel
-{
-public:
-    explicit ElidedLabel(QWidget *parent) : QLabel(parent)
-    {
-        // The text comes from the recorder.
-        setTextFormat(Qt::PlainText);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    }
-
-    QSize minimumSizeHint() const override
-    {
-        return {fontMetrics().averageCharWidth() * 8, fontMetrics().height()};
-    }
-    QSize sizeHint() const override
-    {
-        return {fontMetrics().horizontalAdvance(line()), fontMetrics().height()};
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        const QString shown = fontMetrics().elidedText(line(), Qt::ElideRight, width());
-        setToolTip(shown == text() ? QString() : literalToolTip(shortenedMessage(text())));
-        QPainter painter(this);
-        style()->drawItemText(&painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()),
-                              palette(), isEnabled(), shown, foregroundRole());
-    }
-
-private:
-    // Measuring takes time in proportion to the length, and no screen shows more than this.
-    QString line() const { return text().left(LongestLine).simplified(); }
 };
 
 /// A cross in the colour of the header text; the platform's own close picture is dark on dark desktops.

@@ -6,6 +6,7 @@
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/FileAccessGuard.h"
+#include "ui/binding/FunctionCall.h"
 #include "ui/commands/DialogManager.h"
 #include "ui/commands/FileCommands.h"
 #include "ui/commands/PackageListEditor.h"
@@ -31,7 +32,7 @@ struct WindowParts {
           packages(context, bindings, services.showDialog), files(window, context, bindings, paths, services)
     {
         actions.setPermit([this](const QWidget &target, const QString &slot, const QString &param) {
-            return paths.permitsCall(target, slot, param);
+            return paths.permitsCall(target, slot, param) && !callFunction(context, target, slot, param);
         });
     }
 

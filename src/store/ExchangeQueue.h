@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ParavueSetupExport.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class OrbSetup;
+
+namespace paravue
+{
+
+/// Calls functions of a store one after the other. A store leaves it to its callers that exchanges with the
+/// recorder do not overlap: a function that is called while one runs would take its place in the middle.
+///
+/// A function that meets a running exchange waits until that has ended, and then finds the values that it
+/// sends as they were when it was called. When an exchange fails, what waits is not done any more and is
+/// named by abandoned(), except a save, which starts over in any state.
+///
+/// A queue is a part of its store, so that a save still goes out when the window that has started it is gone.
+class PARAVUE_EXPORT ExchangeQueue : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The queue of \a store.
+    static ExchangeQueue &of(OrbSetup &store);
+
+    enum class Caller {
+        User,
+        Task, ///< comes again by itself: a call that waits already is not added once more
+    };
+    /// Calls the function, at once or later. At once when no exchange runs, when the last one has failed (the
+    /// store then reports it), and for a function that starts no exchange.
+    void call(const QString &name, const QString &arg, Caller caller);
+
+    /// The names of the functions that wait, in order.
+    QStringList waiting() const;
+    /// The names of the functions that were given up since the last call() of a user.
+    QStringList abandoned() const { return m_abandoned; }
+    /// True when the exchange that was called last by a user has failed, so that repeat() can try it again.
+    bool canRepeat() const { return m_hasFailed; }
+    /// Gives up the failed exchange and calls its function once more.
+    void repeat();
+    /// Drops everything that waits.
+    void clear();
+
+Q_SIGNALS:
+    /// Something waits now, or does not wait any more.
+    void changed();
+
+private:
+    struct Value {
+        QString path;
+        QString value;
+    };
+    struct Call {
+        QString name;
+        QString arg;
+        Caller caller = Caller::User;
+        QList<Value> values; ///< what the function sends
+    };
+
+    explicit ExchangeQueue(OrbSetup &store);
+
+    Call noted(const QString &name, const QString &arg, Caller caller) const;
+    void perform(const Call &call);
+    void proceed();
+    void giveUp();
+
+    OrbSetup &m_store;
+    QList<Call> m_calls;
+    Call m_last; ///< the exchange that runs, or has ended last
+    bool m_hasLast = false;
+    bool m_hasFailed = false;
+    QStringList m_abandoned;
+};
+
+} // namespace paravue

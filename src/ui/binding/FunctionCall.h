@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace paravue
+{
+
+class ControlContext;
+
+/// Calls a function of the store through its queue when the call \a slot of \a target is one: callSetup() of
+/// a "setup" control. Returns false for any other call.
+bool callFunction(ControlContext &context, const QWidget &target, const QString &slot, const QString &param);
+
+} // namespace paravue

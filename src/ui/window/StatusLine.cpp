@@ -1,0 +1,99 @@
+#include "ui/window/StatusLine.h"
+
+#include "store/ExchangeQueue.h"
+#include "store/OrbSetup.h"
+#include "ui/base/ElidedLabel.h"
+#include "ui/base/WindowStyle.h"
+
+#include <QHBoxLayout>
+#include <QTimer>
+#include <QToolButton>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int UpdateInterval = 500; // milliseconds
+/// A recorder that formats a disk answers after seconds. Longer silence is worth telling.
+constexpr qint64 ReportedSilence = 12'000;
+
+/// In steps that grow, so that a screen reader does not read a new text every second.
+qint64 roundedSeconds(qint64 milliseconds)
+{
+    const qint64 seconds = milliseconds / 1000;
+    return seconds < 60 ? seconds - seconds % 6 : seconds - seconds % 60;
+}
+
+} // namespace
+
+StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
+    : QWidget(parent), m_store(store), m_queue(ExchangeQueue::of(store)), m_text(new ElidedLabel(this)),
+      m_retry(new QToolButton(this)), m_timer(new QTimer(this))
+{
+    m_text->setObjectName(QStringLiteral("statusText"));
+    m_retry->setObjectName(QStringLiteral("statusRetry"));
+    m_retry->setText(tr("Try again"));
+    m_retry->setFocusPolicy(Qt::TabFocus);
+    m_retry->hide();
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(GridSpacing);
+    layout->addWidget(m_text, 1);
+    layout->addWidget(m_retry);
+
+    connect(m_retry, &QToolButton::clicked, this, &StatusLine::retryRequested);
+    connect(m_timer, &QTimer::timeout, this, &StatusLine::update);
+    connect(&m_queue, &ExchangeQueue::changed, this, &StatusLine::update);
+    // Queued: the store's status is up to date when the receivers of its signals have returned.
+    connect(&store, &OrbSetup::progress, this, &StatusLine::update, Qt::QueuedConnection);
+    connect(&store, &OrbSetup::pseudothrow, this, &StatusLine::update, Qt::QueuedConnection);
+    connect(&store, &OrbSetup::loadDone, this, &StatusLine::update, Qt::QueuedConnection);
+    connect(&store, &OrbSetup::storeDone, this, &StatusLine::update, Qt::QueuedConnection);
+    m_timer->start(UpdateInterval);
+}
+
+QString StatusLine::text() const
+{
+    return m_text->text();
+}
+
+void StatusLine::setBuilt(bool isBuilt)
+{
+    m_isBuilt = isBuilt;
+    update();
+}
+
+void StatusLine::update()
+{
+    QStringList parts{linkText(), waitingText()};
+    parts.removeAll(QString());
+    const QString text = parts.join(QStringLiteral(" — "));
+    if (m_text->text() != text)
+        m_text->setText(text);
+    const LinkStatus &status = m_store.linkStatus();
+    const bool hasFailed = status.state != LinkStatus::State::Running && !status.problem.isEmpty();
+    m_retry->setVisible(hasFailed && (!m_isBuilt || m_queue.canRepeat()));
+}
+
+QString StatusLine::linkText() const
+{
+    const LinkStatus &status = m_store.linkStatus();
+    if (status.state != LinkStatus::State::Running)
+        return status.problem;
+    if (status.lastTraffic.isValid() && status.lastTraffic.elapsed() >= ReportedSilence)
+        return tr("No answer from the recorder for %1 s").arg(roundedSeconds(status.lastTraffic.elapsed()));
+    return m_isBuilt ? m_store.activity() : QString(); // the loading view shows it before
+}
+
+QString StatusLine::waitingText() const
+{
+    const QStringList waiting = m_queue.waiting();
+    const QStringList abandoned = m_queue.abandoned();
+    const QString separator = QStringLiteral(", ");
+    if (!waiting.isEmpty())
+        return tr("Waiting: %1").arg(waiting.mid(0, 8).join(separator));
+    return abandoned.isEmpty() ? QString() : tr("Not done: %1").arg(abandoned.mid(0, 8).join(separator));
+}
+
+} // namespace paravue

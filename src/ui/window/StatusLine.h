@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QWidget>
+
+class OrbSetup;
+class QTimer;
+class QToolButton;
+
+namespace paravue
+{
+
+class ElidedLabel;
+class ExchangeQueue;
+
+/// One line at the foot of the window: what the link to the recorder does, what waits for it, and in plain
+/// words what is wrong, with a way to try again. Empty while there is nothing to say.
+class StatusLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// \a store must outlive the line.
+    StatusLine(OrbSetup &store, QWidget *parent);
+
+    QString text() const;
+    QToolButton *retryButton() const { return m_retry; }
+    /// Shows "Try again" for a failed exchange: of the first load, or one that the queue can repeat.
+    void setBuilt(bool isBuilt);
+
+Q_SIGNALS:
+    void retryRequested();
+
+private:
+    void update();
+    QString linkText() const;
+    QString waitingText() const;
+
+    OrbSetup &m_store;
+    ExchangeQueue &m_queue;
+    ElidedLabel *m_text;
+    QToolButton *m_retry;
+    QTimer *m_timer;
+    bool m_isBuilt = false;
+};
+
+} // namespace paravue
