@@ -4,11 +4,11 @@
 #include "DemoRecorder.h"
 #include "PreviewFiles.h"
 #include "RecorderAddress.h"
-#include "SaveWatch.h"
 #include "ScreenshotTour.h"
 
 #include "device/OrbNetSetup.h"
 #include "entry/DoParavueSetup.h"
+#include "entry/FinishParavueSetup.h"
 
 #include <QFileInfo>
 #include <QMessageBox>
@@ -41,11 +41,10 @@ void chooseLanguage(OrbSetup &store, const QString &language)
 
 ExitCode runForUser(OrbSetup &store)
 {
-    SaveWatch save(store);
     const bool isAccepted = DoParavueSetup(&store) == 1;
-    const QString problem = save.finish();
-    if (!problem.isEmpty())
-        return failed(problem, true);
+    const SaveOutcome save = FinishParavueSetup(&store);
+    if (save.result == SaveOutcome::Result::Failed || save.result == SaveOutcome::Result::Stopped)
+        return failed(save.problem, false); // the user has seen it
     return isAccepted ? Accepted : Rejected;
 }
 

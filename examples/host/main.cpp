@@ -1,5 +1,6 @@
 #include <device/OrbNetSetup.h>
 #include <entry/DoParavueSetup.h>
+#include <entry/FinishParavueSetup.h>
 
 #include <QApplication>
 
@@ -44,5 +45,12 @@ int main(int argc, char **argv)
     // Shows the window and returns when the user has closed it.
     const bool isAccepted = DoParavueSetup(&recorder) == 1;
 
+    // A save may still be under way, and would be lost if the program ended now.
+    using paravue::SaveOutcome;
+    const SaveOutcome save = FinishParavueSetup(&recorder);
+    if (save.result == SaveOutcome::Result::Failed || save.result == SaveOutcome::Result::Stopped) {
+        std::fprintf(stderr, "%s Not sent: %s\n", qPrintable(save.problem), qPrintable(save.missing.join(", ")));
+        return 3;
+    }
     return closesByItself ? !isLoaded : !isAccepted;
 }

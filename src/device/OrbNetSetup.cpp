@@ -42,6 +42,10 @@ OrbNetSetup::OrbNetSetup(const QString &address)
     connect(m_bcshTimer, &QTimer::timeout, this, &OrbNetSetup::bcshTimer);
     setLinkReset([this] { giveUpExchange(); });
     setFunctionUse(&OrbNetSetup::useOfFunction);
+    setMissingSender([this] {
+        if (!saveStatus().missing.isEmpty())
+            startSave(saveStatus().missing);
+    });
 }
 
 OrbNetSetup::~OrbNetSetup()
@@ -222,6 +226,8 @@ void OrbNetSetup::keepReply()
 {
     // Taken out first: the handler may replace the list that the command stands in.
     const QByteArray body = std::exchange(m_buffer, {});
+    if (m_state >= FirstCommand && m_operation == Send)
+        noteArrival(QString::fromUtf8(commandCurrent().name));
     if (m_state < FirstCommand || m_operation != Fetch)
         return;
     const PushHandler push = commandCurrent().push;
@@ -291,6 +297,7 @@ void OrbNetSetup::giveUpExchange()
 void OrbNetSetup::showRunning()
 {
     LinkStatus status{LinkStatus::State::Running};
+    status.isSending = m_operation == Send;
     status.lastTraffic.start();
     setLinkStatus(status);
 }

@@ -166,6 +166,8 @@ private:
 
     void fillCommandList();
     QByteArray requestOf(const compcommand &command) const;
+    void startSave(const std::optional<QStringList> &only);
+    void noteArrival(const QString &name);
     bool sendRequest(const compcommand &command);
     void leaveOut(compcommand &command);
     bool isKeptLocally(const QString &name);

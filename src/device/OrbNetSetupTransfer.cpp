@@ -82,12 +82,30 @@ void OrbNetSetup::load()
 
 void OrbNetSetup::store()
 {
+    startSave(std::nullopt);
+}
+
+/// Sends the files \a only, or all of them.
+void OrbNetSetup::startSave(const std::optional<QStringList> &only)
+{
     // Deliberate: a time file that is sent back must not set the recorder's clock to the hour of its fetch.
     if (fileExists(QStringLiteral("time")))
         setValue(QStringLiteral("time/untitled/YYYYMMDDHHMMSS/"));
     fillCommandList();
     m_operation = Send;
     _overwrite_cmdlist(QStringLiteral("interface"));
+    for (const auto &entry : m_cmdlist) {
+        if (only && !only->contains(QString::fromUtf8(entry->name)))
+            entry->put.clear();
+    }
+    SaveStatus status;
+    if (only)
+        status.arrived = saveStatus().arrived;
+    for (const auto &entry : m_cmdlist) {
+        if (!entry->put.isEmpty())
+            status.missing << QString::fromUtf8(entry->name);
+    }
+    setSaveStatus(status);
     QStringList asFetched; // state files without edits, which are sent in the form that they came in
     // By index: a report on the way may run an event loop, and with it whatever else uses the list.
     for (size_t i = 0; i < m_cmdlist.size(); ++i) {
@@ -115,6 +133,15 @@ void OrbNetSetup::store()
     }
     m_state = Idle;
     _connect();
+}
+
+void OrbNetSetup::noteArrival(const QString &name)
+{
+    SaveStatus status = saveStatus();
+    if (!status.missing.removeOne(name))
+        return; // the body of a function
+    status.arrived << name;
+    setSaveStatus(status);
 }
 
 /// The save goes on without this file and does not count as done.

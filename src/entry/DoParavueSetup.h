@@ -14,5 +14,5 @@ class OrbSetup;
 /// it was rejected or could not be run (the reason has then been shown).
 ///
 /// The caller keeps \a setup and needs a running QApplication. A save that the window started may still be
-/// under way when the call returns: OrbSetup::storeDone() tells when it is done.
+/// under way when the call returns; FinishParavueSetup() runs until it has ended.
 extern "C" PARAVUE_EXPORT int PARAVUE_CALL DoParavueSetup(OrbSetup *setup);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "ParavueSetupExport.h"
-
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -20,7 +18,7 @@ namespace paravue
 /// named by abandoned(), except a save, which starts over in any state.
 ///
 /// A queue is a part of its store, so that a save still goes out when the window that has started it is gone.
-class PARAVUE_EXPORT ExchangeQueue : public QObject
+class ExchangeQueue : public QObject
 {
     Q_OBJECT
 

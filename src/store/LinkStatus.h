@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <QStringList>
 
 namespace paravue
 {
@@ -20,6 +21,14 @@ struct LinkStatus {
     QString problem = {};
     /// Started when something was last sent or received; valid while an exchange runs.
     QElapsedTimer lastTraffic = {};
+    /// The exchange that runs sends something: files, or a function that is no report.
+    bool isSending = false;
+};
+
+/// The files of the last save. A save that is over has either no missing files or has failed.
+struct SaveStatus {
+    QStringList arrived; ///< confirmed by the recorder, in the order of sending
+    QStringList missing;
 };
 
 } // namespace paravue

@@ -133,6 +133,12 @@ QString OrbSetup::activity() const
     return m_activity;
 }
 
+void OrbSetup::sendMissing()
+{
+    if (m_sendMissing)
+        m_sendMissing();
+}
+
 OrbSetup::FunctionUse OrbSetup::functionUse(const QString &name, const QString &arg) const
 {
     return m_functionUse ? m_functionUse(name, arg) : FunctionUse();

@@ -84,6 +84,11 @@ public:
     /// is idle.
     void resetLink();
 
+    const paravue::SaveStatus &saveStatus() const { return m_saveStatus; }
+    /// Sends the missing files of the last save, and no others, as store() would. Only while no exchange
+    /// runs.
+    void sendMissing();
+
     /// What a call of function() does on the link.
     struct FunctionUse {
         bool startsExchange = false;
@@ -107,6 +112,8 @@ protected:
     /// What resetLink() does; nothing by itself. A function object, as the virtual functions of stores are
     /// fixed.
     void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }
+    void setSaveStatus(const paravue::SaveStatus &status) { m_saveStatus = status; }
+    void setMissingSender(const std::function<void()> &send) { m_sendMissing = send; }
     /// What functionUse() answers; without it no function starts an exchange.
     void setFunctionUse(const std::function<FunctionUse(const QString &, const QString &)> &use)
     {
@@ -159,6 +166,8 @@ private:
 
     QString m_activity;
     paravue::LinkStatus m_linkStatus;
+    paravue::SaveStatus m_saveStatus;
     std::function<void()> m_linkReset;
+    std::function<void()> m_sendMissing;
     std::function<FunctionUse(const QString &, const QString &)> m_functionUse;
 };

@@ -1,0 +1,254 @@
+#include "ModalWatcher.h"
+#include "SetupRun.h"
+#include "entry/FinishParavueSetup.h"
+#include "recorder/RecorderServer.h"
+#include "support/Waiting.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTimer>
+
+using namespace paravue;
+using namespace paravue::test;
+using Result = SaveOutcome::Result;
+
+namespace
+{
+
+const QStringList Files{"streams", "net", "time", "timers", "disk", "users", "state"};
+
+} // namespace
+
+/// What a host does when the window is closed and a save is under way.
+class TestFinishSave : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void nothingIsUnderWay();
+    void waitsForTheSave();
+    void waitsAlthoughTheLastWindowIsClosed();
+    void aRefusedConnectionIsTriedAgain();
+    void onlyMissingFilesAreSentAgain();
+    void aSilentRecorderIsGivenUp();
+    void stopIsAskedFor_data();
+    void stopIsAskedFor();
+    void quittingEndsIt();
+
+private:
+    QString address() const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+    QStringList m_received;
+};
+
+void TestFinishSave::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path());
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    m_received.clear();
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+            [this](const QString &name) { m_received << name; });
+}
+
+QString TestFinishSave::address() const
+{
+    return "admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port()));
+}
+
+namespace
+{
+
+/// A store that has loaded.
+class LoadedStore : public OrbNetSetup
+{
+public:
+    explicit LoadedStore(const QString &address) : OrbNetSetup(address)
+    {
+        connect(this, &OrbSetup::loadDone, this, [this] { isLoaded = true; });
+        load();
+        waitUntil([this] { return isLoaded && linkStatus().state == LinkStatus::State::Idle; });
+    }
+
+    bool isLoaded = false;
+};
+
+} // namespace
+
+void TestFinishSave::nothingIsUnderWay()
+{
+    LoadedStore store(address());
+    QVERIFY(store.isLoaded);
+    QCOMPARE(FinishParavueSetup(&store).result, Result::Nothing);
+    store.load(); // nobody waits for what is fetched
+    QCOMPARE(FinishParavueSetup(&store).result, Result::Nothing);
+}
+
+void TestFinishSave::waitsForTheSave()
+{
+    LoadedStore store(address());
+    m_recorder->setReplyDelay(100);
+    store.store();
+    // The impatient second Enter, and a look at what has the focus.
+    bool isFocused = false;
+    QTimer::singleShot(500, &store, [&] {
+        auto *dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog);
+        isFocused = dialog->findChild<QPushButton *>()->hasFocus();
+        QTest::keyClick(dialog, Qt::Key_Return);
+    });
+    const SaveOutcome outcome = FinishParavueSetup(&store);
+    QCOMPARE(outcome.result, Result::Done);
+    QCOMPARE(outcome.arrived, Files);
+    QCOMPARE(outcome.missing, QStringList());
+    QCOMPARE(m_received, Files);
+    QVERIFY(!isFocused);
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void TestFinishSave::waitsAlthoughTheLastWindowIsClosed()
+{
+    QVERIFY(QApplication::quitOnLastWindowClosed());
+    m_recorder->setReplyDelay(20);
+    SaveOutcome outcome;
+    QTimer::singleShot(0, this, [&] {
+        LoadedStore store(address());
+        {
+            QWidget window;
+            window.show();
+            store.store();
+            window.close();
+        }
+        outcome = FinishParavueSetup(&store);
+    });
+    QTimer::singleShot(20'000, qApp, [] { QApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0); // ended by the window, after the save
+    QCOMPARE(outcome.result, Result::Done);
+    QCOMPARE(m_received, Files);
+    QVERIFY(QApplication::quitOnLastWindowClosed());
+}
+
+void TestFinishSave::aRefusedConnectionIsTriedAgain()
+{
+    LoadedStore store(address());
+    const quint16 port = m_recorder->port();
+    m_recorder->close();
+    store.store();
+    FinishOptions alone;
+    alone.asksUser = false;
+    const SaveOutcome first = FinishParavueSetup(&store, alone);
+    QCOMPARE(first.result, Result::Failed);
+    QCOMPARE(first.problem, "The recorder refuses the connection");
+    QCOMPARE(first.missing, Files);
+
+    const ModalWatcher questions([&](QWidget &box) {
+        m_recorder->listen(port);
+        static_cast<QMessageBox &>(box).button(QMessageBox::Retry)->click();
+    });
+    const SaveOutcome second = FinishParavueSetup(&store);
+    QCOMPARE(questions.texts().size(), 1);
+    QCOMPARE(second.result, Result::Done);
+    QCOMPARE(m_received, Files);
+}
+
+void TestFinishSave::onlyMissingFilesAreSentAgain()
+{
+    LoadedStore store(address());
+    const quint16 port = m_recorder->port();
+    const QMetaObject::Connection cut =
+        connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&] {
+            if (m_received.size() == 3)
+                QMetaObject::invokeMethod(
+                    m_recorder.get(), [this] { m_recorder->close(); }, Qt::QueuedConnection);
+        });
+    m_recorder->setReplyDelay(20); // the third file is received and not confirmed
+    store.setValue("users/untitled/NAME0/renamed");
+    store.store();
+    QStringList texts;
+    const ModalWatcher questions([&](QWidget &box) {
+        disconnect(cut);
+        texts << static_cast<QMessageBox &>(box).text();
+        m_recorder->listen(port);
+        static_cast<QMessageBox &>(box).button(QMessageBox::Retry)->click();
+    });
+    const SaveOutcome outcome = FinishParavueSetup(&store);
+    QCOMPARE(outcome.result, Result::Done);
+    QCOMPARE(outcome.arrived, Files);
+    QCOMPARE(m_received, Files.mid(0, 3) + Files.mid(2));
+    QCOMPARE(texts.size(), 1);
+    QVERIFY2(texts.constFirst().contains("Arrived: streams, net"), qPrintable(texts.constFirst()));
+    QVERIFY2(texts.constFirst().contains("Not sent: time, timers, disk, users, state"),
+             qPrintable(texts.constFirst()));
+}
+
+void TestFinishSave::aSilentRecorderIsGivenUp()
+{
+    QTcpServer silent;
+    QVERIFY(silent.listen(QHostAddress::LocalHost));
+    LoadedStore store(address());
+    store.setAddress("admin:admin@127.0.0.1:" + QString::number(qint16(silent.serverPort())));
+    store.store();
+    FinishOptions options;
+    options.asksUser = false;
+    options.longestSilence = 200;
+    const SaveOutcome outcome = FinishParavueSetup(&store, options);
+    QCOMPARE(outcome.result, Result::Failed);
+    QCOMPARE(outcome.problem, "The recorder does not answer");
+    QCOMPARE(outcome.missing, Files);
+    QCOMPARE(store.linkStatus().state, LinkStatus::State::Idle);
+}
+
+void TestFinishSave::stopIsAskedFor_data()
+{
+    QTest::addColumn<QMessageBox::StandardButton>("answer");
+    QTest::addColumn<Result>("result");
+    QTest::newRow("stop") << QMessageBox::Yes << Result::Stopped;
+    QTest::newRow("go on") << QMessageBox::No << Result::Done;
+}
+
+void TestFinishSave::stopIsAskedFor()
+{
+    QFETCH(QMessageBox::StandardButton, answer);
+    QFETCH(Result, result);
+    LoadedStore store(address());
+    m_recorder->setReplyDelay(120);
+    store.store();
+    QTimer::singleShot(400, &store, [&] {
+        auto *dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog);
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    const ModalWatcher questions(
+        [&](QWidget &box) { static_cast<QMessageBox &>(box).button(answer)->click(); });
+    const SaveOutcome outcome = FinishParavueSetup(&store);
+    QCOMPARE(questions.texts().size(), 1);
+    QCOMPARE(outcome.result, result);
+    QCOMPARE(outcome.arrived + outcome.missing, Files);
+    QCOMPARE(outcome.missing.isEmpty(), answer == QMessageBox::No);
+}
+
+void TestFinishSave::quittingEndsIt()
+{
+    LoadedStore store(address());
+    m_recorder->setReplyDelay(500);
+    SaveOutcome outcome;
+    QTimer::singleShot(0, this, [&] {
+        store.store();
+        QTimer::singleShot(100, qApp, &QCoreApplication::quit);
+        outcome = FinishParavueSetup(&store);
+    });
+    QTimer::singleShot(20'000, qApp, [] { QApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QCOMPARE(outcome.result, Result::Stopped);
+    QCOMPARE(outcome.missing, Files);
+}
+
+QTEST_MAIN(TestFinishSave)
+#include "tst_finish_save.moc"
