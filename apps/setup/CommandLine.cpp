@@ -66,6 +66,52 @@ void acceptQtOptions(QCommandLineParser &parser)
     }
 }
 
+QList<QCommandLineOption> programOptions()
+{
+    return {
+        {{"h", "help"}, OptionText::tr("Show this help.")},
+        {{"v", "version"}, OptionText::tr("Show the version.")},
+        {"digest", OptionText::tr("The password in ADDRESS is the one that a user types: send its "
+                                  "digest. Otherwise it is sent as it stands.")},
+        {"demo", OptionText::tr("Start the recorder simulator and set that up.")},
+        {"demo-data", OptionText::tr("Keep the simulator's files in DIR (with --demo)."), "DIR"},
+        {"model", OptionText::tr("Simulate the recorder MODEL (with --demo): standard or everything."),
+         "MODEL"},
+        {"screenshot", OptionText::tr("Save a picture of every tab in DIR once all is loaded, and end."),
+         "DIR"},
+        {"language",
+         OptionText::tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
+                        "en or ru). It counts as an edit, so saving keeps it."),
+         "LANGUAGE"},
+        {"check", OptionText::tr("List the problems of the interface description FILE, without a recorder."),
+         "FILE"},
+        {"json", OptionText::tr("Print them for other programs (with --check).")},
+        {"preview",
+         OptionText::tr(
+             "Show the window that the interface description FILE describes, on copies of local files: "
+             "nothing is sent anywhere, and no file is changed."),
+         "FILE"},
+        {"files",
+         OptionText::tr(
+             "Take the configuration files that go with FILE from DIR (with --check or --preview)."),
+         "DIR"},
+        {"time-zones",
+         OptionText::tr("List the time zones of the world with the rules that recorders take for them (in "
+                        "Russian with --language ru).")}};
+}
+
+QString valueProblem(const QCommandLineParser &parser)
+{
+    for (const char *option : {"demo-data", "model", "screenshot", "language", "check", "preview", "files"}) {
+        if (parser.isSet(option) && parser.value(option).isEmpty())
+            return OptionText::tr("--%1 needs a value").arg(QLatin1String(option));
+    }
+    const QString language = parser.value("language");
+    if (language.contains('/') || language.contains('\''))
+        return OptionText::tr("a language is a name such as en");
+    return {};
+}
+
 /// What is wrong with the options for work on local files; empty when nothing is.
 QString localProblem(const QCommandLineParser &parser)
 {
@@ -82,55 +128,52 @@ QString localProblem(const QCommandLineParser &parser)
     return !checks && parser.isSet("json") ? OptionText::tr("--json needs --check") : QString();
 }
 
+QString demoProblem(const QCommandLineParser &parser)
+{
+    const bool isDemo = parser.isSet("demo");
+    if (isDemo && !parser.positionalArguments().isEmpty())
+        return OptionText::tr("--demo brings its own recorder and takes no address");
+    for (const char *option : {"demo-data", "model"}) {
+        if (!isDemo && parser.isSet(option))
+            return OptionText::tr("--%1 needs --demo").arg(QLatin1String(option));
+    }
+    return {};
+}
+
+QString addressProblem(const QCommandLineParser &parser)
+{
+    const qsizetype addresses = parser.positionalArguments().size();
+    if (parser.isSet("demo") || parser.isSet("check") || parser.isSet("preview") || addresses == 1)
+        return {};
+    return addresses == 0 ? OptionText::tr("no address was given")
+                          : OptionText::tr("more than one address was given");
+}
+
+/// Everything but the address.
+CommandLine sessionOf(const QCommandLineParser &parser)
+{
+    CommandLine line;
+    line.demo = parser.isSet("demo");
+    line.demoDataFolder = parser.value("demo-data");
+    line.demoModel = parser.value("model");
+    line.screenshotFolder = parser.value("screenshot");
+    line.language = parser.value("language");
+    line.description = parser.value(parser.isSet("check") ? "check" : "preview");
+    line.filesFolder = parser.value("files");
+    line.json = parser.isSet("json");
+    if (parser.isSet("check"))
+        line.task = CommandLine::Task::CheckDescription;
+    return line;
+}
+
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList &words)
 {
-    const QCommandLineOption help({"h", "help"}, OptionText::tr("Show this help."));
-    const QCommandLineOption version({"v", "version"}, OptionText::tr("Show the version."));
-    const QCommandLineOption digest(
-        "digest", OptionText::tr("The password in ADDRESS is the one that a user types: send its "
-                                 "digest. Otherwise it is sent as it stands."));
-    const QCommandLineOption demo("demo", OptionText::tr("Start the recorder simulator and set that up."));
-    const QCommandLineOption demoData(
-        "demo-data", OptionText::tr("Keep the simulator's files in DIR (with --demo)."), "DIR");
-    const QCommandLineOption model(
-        "model", OptionText::tr("Simulate the recorder MODEL (with --demo): standard or everything."),
-        "MODEL");
-    const QCommandLineOption screenshot(
-        "screenshot", OptionText::tr("Save a picture of every tab in DIR once all is loaded, and end."),
-        "DIR");
-    const QCommandLineOption language(
-        "language",
-        OptionText::tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
-                       "en or ru). It counts as an edit, so saving keeps it."),
-        "LANGUAGE");
-    const QCommandLineOption check(
-        "check", OptionText::tr("List the problems of the interface description FILE, without a recorder."),
-        "FILE");
-    const QCommandLineOption json("json", OptionText::tr("Print them for other programs (with --check)."));
-    const QCommandLineOption preview(
-        "preview",
-        OptionText::tr(
-            "Show the window that the interface description FILE describes, on copies of local files: "
-            "nothing is sent anywhere, and no file is changed."),
-        "FILE");
-    const QCommandLineOption files(
-        "files",
-        OptionText::tr(
-            "Take the configuration files that go with FILE from DIR (with --check or --preview)."),
-        "DIR");
-
-    const QCommandLineOption timeZones(
-        "time-zones",
-        OptionText::tr("List the time zones of the world with the rules that recorders take for them (in "
-                       "Russian with --language ru)."));
-
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(OptionText::tr("Shows the setup window of a network video recorder."));
-    parser.addOptions({help, version, digest, demo, demoData, model, screenshot, language, check, json,
-                       preview, files, timeZones});
+    parser.addOptions(programOptions());
     acceptQtOptions(parser);
     parser.addPositionalArgument(
         "ADDRESS",
@@ -139,53 +182,27 @@ CommandLine CommandLine::parse(const QStringList &words)
         "[ADDRESS]");
 
     const bool isParsed = parser.parse(words);
-    if (parser.isSet(help))
+    if (parser.isSet("help"))
         return shown(parser.helpText() + exitCodeHelp());
-    if (parser.isSet(version))
+    if (parser.isSet("version"))
         return shown(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() +
                      '\n');
     if (!isParsed)
         return refused(parser.errorText());
-    if (parser.isSet(timeZones))
-        return shown(timeZoneList(parser.value(language)));
+    if (parser.isSet("time-zones"))
+        return shown(timeZoneList(parser.value("language")));
 
-    CommandLine line;
-    line.demo = parser.isSet(demo);
-    line.demoDataFolder = parser.value(demoData);
-    line.demoModel = parser.value(model);
-    line.screenshotFolder = parser.value(screenshot);
-    line.language = parser.value(language);
-    line.description = parser.value(parser.isSet(check) ? check : preview);
-    line.filesFolder = parser.value(files);
-    line.json = parser.isSet(json);
-    if (parser.isSet(check))
-        line.task = Task::CheckDescription;
-    const bool isLocal = parser.isSet(check) || parser.isSet(preview);
-
-    for (const QCommandLineOption &option : {demoData, model, screenshot, language, check, preview, files}) {
-        if (parser.isSet(option) && parser.value(option).isEmpty())
-            return refused(OptionText::tr("--%1 needs a value").arg(option.names().first()));
+    for (const auto &findProblem : {valueProblem, localProblem, demoProblem, addressProblem}) {
+        if (const QString problem = findProblem(parser); !problem.isEmpty())
+            return refused(problem);
     }
-    if (const QString problem = localProblem(parser); !problem.isEmpty())
-        return refused(problem);
-    const QStringList addresses = parser.positionalArguments();
-    if (line.demo && !addresses.isEmpty())
-        return refused(OptionText::tr("--demo brings its own recorder and takes no address"));
-    if (!line.demo && !isLocal && addresses.size() != 1)
-        return refused(addresses.isEmpty() ? OptionText::tr("no address was given")
-                                           : OptionText::tr("more than one address was given"));
-    for (const QCommandLineOption &option : {demoData, model}) {
-        if (!line.demo && parser.isSet(option))
-            return refused(OptionText::tr("--%1 needs --demo").arg(option.names().first()));
-    }
-    if (line.language.contains('/') || line.language.contains('\''))
-        return refused(OptionText::tr("a language is a name such as en"));
-    if (line.demo || isLocal)
+    CommandLine line = sessionOf(parser);
+    if (line.demo || !line.description.isEmpty())
         return line;
-
     const auto password =
-        parser.isSet(digest) ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent;
-    const RecorderAddress recorder = RecorderAddress::fromText(addresses.first(), password);
+        parser.isSet("digest") ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent;
+    const RecorderAddress recorder =
+        RecorderAddress::fromText(parser.positionalArguments().constFirst(), password);
     if (!recorder.problem.isEmpty())
         return refused(recorder.problem);
     line.address = recorder.address;

@@ -49,7 +49,8 @@ int main(int argc, char **argv)
     using paravue::SaveOutcome;
     const SaveOutcome save = FinishParavueSetup(&recorder);
     if (save.result == SaveOutcome::Result::Failed || save.result == SaveOutcome::Result::Stopped) {
-        std::fprintf(stderr, "%s Not sent: %s\n", qPrintable(save.problem), qPrintable(save.missing.join(", ")));
+        std::fprintf(stderr, "%s Not sent: %s\n", qPrintable(save.problem),
+                     qPrintable(save.missing.join(", ")));
         return 3;
     }
     return closesByItself ? !isLoaded : !isAccepted;
