@@ -16,7 +16,7 @@ namespace
 
 constexpr int UpdateInterval = 500; // milliseconds
 /// A recorder that formats a disk answers after seconds. Longer silence is worth telling.
-constexpr qint64 ReportedSilence = 12'000;
+constexpr qint64 ReportedLinkSilence = 12'000;
 
 /// In steps that grow, so that a screen reader does not read a new text every second.
 qint64 roundedSeconds(qint64 milliseconds)
@@ -81,7 +81,7 @@ QString StatusLine::linkText() const
     const LinkStatus &status = m_store.linkStatus();
     if (status.state != LinkStatus::State::Running)
         return status.problem;
-    if (status.lastTraffic.isValid() && status.lastTraffic.elapsed() >= ReportedSilence)
+    if (status.lastTraffic.isValid() && status.lastTraffic.elapsed() >= ReportedLinkSilence)
         return tr("No answer from the recorder for %1 s").arg(roundedSeconds(status.lastTraffic.elapsed()));
     return m_isBuilt ? m_store.activity() : QString(); // the loading view shows it before
 }
