@@ -81,7 +81,7 @@ bool ControlContext::take(Resource resource, qsizetype amount)
 
 void ControlContext::startOver()
 {
-    m_left = {limits::TotalText, limits::TotalListCells, limits::TotalGridLines};
+    m_left = {limits::TotalText, limits::TotalListCells, limits::TotalGridLines, limits::TotalItems};
     m_isExhausted = false;
 }
 

@@ -42,7 +42,7 @@ public:
     /// True while a time task runs.
     bool isUnattended() const { return m_isUnattended; }
 
-    enum Resource { Characters, ListCells, GridLines };
+    enum Resource { Characters, ListCells, GridLines, Items };
     /// Charges \a amount to the budget of the present operation. False, with one message to the user per
     /// operation, when the budget is exhausted.
     bool take(Resource resource, qsizetype amount);
@@ -60,7 +60,7 @@ private:
     OrbSetup &m_store;
     BuiltDescription &m_description;
     std::function<void(const QString &)> m_report;
-    std::array<qsizetype, 3> m_left{}; ///< by resource
+    std::array<qsizetype, 4> m_left{}; ///< by resource
     bool m_isExhausted = false;
     bool m_isUnattended = false;
     QSet<QString> m_reported;
