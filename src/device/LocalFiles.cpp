@@ -1,5 +1,8 @@
 #include "device/LocalFiles.h"
 
+#include "device/SessionFolder.h"
+
+#include <QDir>
 #include <QFile>
 #include <QTemporaryFile>
 
@@ -14,17 +17,21 @@ constexpr qsizetype KeptCopies = 8;
 
 } // namespace
 
-LocalFiles::~LocalFiles()
+LocalFiles::LocalFiles()
 {
-    for (const QStringList &paths : std::as_const(m_paths)) {
-        for (const QString &path : paths)
-            QFile::remove(path);
-    }
+    SessionFolder::removeAbandoned(QDir::tempPath());
 }
+
+LocalFiles::~LocalFiles() = default;
 
 QString LocalFiles::add(const QString &name, const QByteArray &content)
 {
-    QTemporaryFile file;
+    // Somebody who tidies up the temporary folder may have removed ours.
+    if (!m_folder || !QFile::exists(m_folder->path()))
+        m_folder = SessionFolder::make(QDir::tempPath());
+    if (!m_folder)
+        return {};
+    QTemporaryFile file(m_folder->path() + QStringLiteral("/XXXXXX"));
     if (!file.open() || file.write(content) != content.size() || !file.flush())
         return {};
     file.setAutoRemove(false);

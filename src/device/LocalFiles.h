@@ -5,19 +5,24 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace paravue
 {
 
-/// The local copies of a session: temporary files that are readable by their owner only and removed with this
-/// object. Of the copies of one name only the newest few are kept, so that a long session with a periodic
-/// report does not fill the disk.
+class SessionFolder;
+
+/// The local copies of a session: files in a temporary folder of its own that are readable by their owner
+/// only and removed with this object. Of the copies of one name only the newest few are kept, so that a long
+/// session with a periodic report does not fill the disk. What a session could not remove, because its
+/// program was killed, the next one removes at its beginning.
 ///
 /// They are held by their paths: a QTemporaryFile keeps its descriptor for as long as it lives, and a
 /// session with some hundred functions would run out of them.
 class LocalFiles
 {
 public:
-    LocalFiles() = default;
+    LocalFiles();
     ~LocalFiles();
     Q_DISABLE_COPY_MOVE(LocalFiles)
 
@@ -27,7 +32,8 @@ public:
     void takeBack(const QString &name);
 
 private:
-    QHash<QString, QStringList> m_paths; ///< by name, the oldest first
+    std::unique_ptr<SessionFolder> m_folder; ///< made for the first copy
+    QHash<QString, QStringList> m_paths;     ///< by name, the oldest first
 };
 
 } // namespace paravue
