@@ -1,11 +1,14 @@
 #include "recorder/StopSignal.h"
 
 #include <QCoreApplication>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <QSocketNotifier>
 
 #include <csignal>
 
-#ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <unistd.h>
 #endif
@@ -13,7 +16,18 @@
 namespace recorder
 {
 
-#ifdef Q_OS_UNIX
+namespace
+{
+
+// Not quit(), which a window may refuse.
+void endEventLoops()
+{
+    QCoreApplication::exit();
+}
+
+} // namespace
+
+#ifndef Q_OS_WIN
 
 namespace
 {
@@ -27,29 +41,60 @@ void noteSignal(int)
     [[maybe_unused]] const ssize_t written = ::write(signalPipe[1], &byte, 1);
 }
 
+void noteOnce(int number)
+{
+    struct sigaction before {
+    };
+    if (::sigaction(number, nullptr, &before) != 0 || before.sa_handler == SIG_IGN)
+        return;
+    struct sigaction action {
+    };
+    action.sa_handler = noteSignal;
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+    ::sigaction(number, &action, nullptr);
+}
+
 } // namespace
 
 void quitOnStopSignal()
 {
     if (::pipe(signalPipe) != 0)
         return;
+    for (const int end : signalPipe)
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
     ::fcntl(signalPipe[1], F_SETFL, O_NONBLOCK);
     auto *notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
-    std::signal(SIGTERM, noteSignal);
-    std::signal(SIGINT, noteSignal);
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier] {
+        notifier->setEnabled(false);
+        endEventLoops();
+    });
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+        noteOnce(number);
 }
 
 #else
 
-// Windows calls the handler in a thread of its own, so a queued call is safe.
+namespace
+{
+
+// Windows calls this in a thread of its own.
+BOOL WINAPI noteConsoleEvent(DWORD event)
+{
+    static LONG isEnding = 0;
+    if (InterlockedExchange(&isEnding, 1) == 1 && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT))
+        return FALSE; // ends the process
+    QMetaObject::invokeMethod(qApp, endEventLoops, Qt::QueuedConnection);
+    // After the other events the process is ended when this function returns, or after some seconds.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        Sleep(INFINITE);
+    return TRUE;
+}
+
+} // namespace
+
 void quitOnStopSignal()
 {
-    const auto quit = [](int) {
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    };
-    std::signal(SIGTERM, quit);
-    std::signal(SIGINT, quit);
+    SetConsoleCtrlHandler(noteConsoleEvent, TRUE);
 }
 
 #endif

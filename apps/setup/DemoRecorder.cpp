@@ -98,10 +98,13 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
     if (program.isEmpty())
         return DemoText::tr("The program %1 was not found beside this one or in the search path.")
             .arg(ProgramName);
-    if (dataFolder.isEmpty() && !m_temporaryFolder.isValid())
-        return DemoText::tr("No temporary folder could be made: %1").arg(m_temporaryFolder.errorString());
-
-    m_dataFolder = dataFolder.isEmpty() ? m_temporaryFolder.path() : dataFolder;
+    m_dataFolder = dataFolder;
+    if (dataFolder.isEmpty()) {
+        const QTemporaryDir &temporary = m_temporaryFolder.emplace();
+        if (!temporary.isValid())
+            return DemoText::tr("No temporary folder could be made: %1").arg(temporary.errorString());
+        m_dataFolder = temporary.path();
+    }
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
 #ifdef Q_OS_LINUX
     // The simulator must not outlive us even when we are killed.

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <optional>
+
 namespace paravue
 {
 
@@ -24,7 +26,7 @@ public:
 private:
     QString readPort();
 
-    QTemporaryDir m_temporaryFolder;
+    std::optional<QTemporaryDir> m_temporaryFolder;
     QString m_dataFolder;
     QProcess m_process;
     quint16 m_port = 0;

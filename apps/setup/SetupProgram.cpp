@@ -5,6 +5,7 @@
 #include "PreviewFiles.h"
 #include "RecorderAddress.h"
 #include "ScreenshotTour.h"
+#include "SessionEnd.h"
 
 #include "device/OrbNetSetup.h"
 #include "entry/DoParavueSetup.h"
@@ -82,13 +83,17 @@ private:
 ExitCode runPreview(const CommandLine &commandLine)
 {
     const NoNetwork noNetwork;
-    PreviewFiles files; // outlives the store, which writes its files at its end
-    OrbSetup store(QFileInfo(commandLine.description).fileName());
-    store.setProperty("offline", true);
-    const QString problem = files.copyTo(store, commandLine.description, commandLine.filesFolder);
+    auto files = std::make_unique<PreviewFiles>(); // outlive the store, which writes its files at its end
+    auto store = std::make_unique<OrbSetup>(QFileInfo(commandLine.description).fileName());
+    const SessionEnd end([&] {
+        store.reset();
+        files.reset();
+    });
+    store->setProperty("offline", true);
+    const QString problem = files->copyTo(*store, commandLine.description, commandLine.filesFolder);
     if (!problem.isEmpty())
         return failed(problem, commandLine.screenshotFolder.isEmpty());
-    return runWith(store, commandLine);
+    return runWith(*store, commandLine);
 }
 
 } // namespace
@@ -107,10 +112,11 @@ ExitCode runSession(const CommandLine &commandLine)
     } else {
         address = RecorderAddress::withLogin(commandLine.address);
     }
-    OrbNetSetup store(address);
+    auto store = std::make_unique<OrbNetSetup>(address);
+    const SessionEnd end([&store] { store.reset(); });
     if (!commandLine.screenshotFolder.isEmpty())
-        store.setCredentialsSource(nullptr); // nobody is there to ask
-    return runWith(store, commandLine);
+        store->setCredentialsSource(nullptr); // nobody is there to ask
+    return runWith(*store, commandLine);
 }
 
 } // namespace paravue

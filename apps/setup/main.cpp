@@ -46,7 +46,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     // The program does not end with its window: a save may still be running.
     QApplication::setQuitOnLastWindowClosed(false);
-    // Ctrl+C cancels the window, so that the local copies of the recorder's files are removed.
+    // A signal cancels the window, so that the local copies of the recorder's files are removed.
     recorder::quitOnStopSignal();
 
     ExitCode exitCode = Failed;

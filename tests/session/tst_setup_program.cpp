@@ -27,6 +27,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <csignal>
 #include <functional>
 
 using namespace paravue;
@@ -40,11 +41,13 @@ struct Run {
     QString err;
 };
 
-Run runProgram(const QStringList &arguments, const QString &platform = "offscreen")
+Run runProgram(const QStringList &arguments, const QString &platform = "offscreen",
+               const QString &temporaryFolder = QDir::tempPath())
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", platform);
+    environment.insert("TMPDIR", temporaryFolder);
     process.setProcessEnvironment(environment);
     QEventLoop loop; // keeps a recorder of this process answering
     QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
@@ -126,10 +129,12 @@ private Q_SLOTS:
     void failsInsteadOfHanging_data();
     void failsInsteadOfHanging();
 
-    void leavesNoFilesWhenInterrupted();
+    void leavesNoFilesWhenItIsEnded_data();
+    void leavesNoFilesWhenItIsEnded();
     void finishesTheSaveOfAnAcceptedWindow();
     void endsWithOneWhenCancelled();
     void tellsWhenTheSaveFails();
+    void failsWhenASignalStopsTheSave();
     void asksForALoginOnce();
 
 private:
@@ -382,19 +387,26 @@ void TestSetupProgram::failsInsteadOfHanging()
     QVERIFY2(run.err.contains(reason), qPrintable(run.err));
 }
 
-void TestSetupProgram::leavesNoFilesWhenInterrupted()
+void TestSetupProgram::leavesNoFilesWhenItIsEnded_data()
 {
-#ifdef Q_OS_WIN
-    QSKIP("A process of another console cannot be interrupted.");
+#ifdef Q_OS_UNIX
+    const test::TestTable<int, bool> row("signal", "isClean");
+    row("asked", SIGTERM, true);
+    row("Ctrl+C", SIGINT, true);
+    row("terminal closed", SIGHUP, true);
+    row("killed", SIGKILL, false);
 #endif
+}
+
+void TestSetupProgram::leavesNoFilesWhenItIsEnded()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("A process of another console cannot be signalled.");
+#else
+    QFETCH(int, signal);
+    QFETCH(bool, isClean);
     QVERIFY(QDir(m_folder->path()).mkdir("local"));
     const QDir local(m_folder->filePath("local"));
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TMPDIR", local.path());
-    process.setProcessEnvironment(environment);
-    process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
-    const int bothCopiesOfAllFiles = 18;
     const auto copies = [&local] {
         QDirIterator copy(local.path(), QDir::Files, QDirIterator::Subdirectories);
         int count = 0;
@@ -402,12 +414,31 @@ void TestSetupProgram::leavesNoFilesWhenInterrupted()
             ++count;
         return count;
     };
-    AWAIT_VERIFY_WITHIN(copies() >= bothCopiesOfAllFiles, 20'000);
-    process.terminate();
-    AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 1);
+    const int bothCopiesOfAllFiles = 18;
+    const auto run = [&](int number) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TMPDIR", local.path());
+        process.setProcessEnvironment(environment);
+        process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
+        AWAIT_VERIFY_WITHIN(copies() >= bothCopiesOfAllFiles, 20'000);
+        QCOMPARE(local.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+        ::kill(static_cast<pid_t>(process.processId()), number);
+        AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
+        QCOMPARE(process.exitStatus(), number == SIGKILL ? QProcess::CrashExit : QProcess::NormalExit);
+        if (number != SIGKILL)
+            QCOMPARE(process.exitCode(), 1);
+    };
+    run(signal);
+    QCOMPARE(local.isEmpty(), isClean);
+    if (isClean)
+        return;
+    // The next session finds the copies when it starts.
+    const Run next = runProgram({"nobody:x@127.0.0.1:1", "--screenshot", m_folder->filePath("pictures")},
+                                "offscreen", local.path());
+    QCOMPARE(next.exitCode, 3);
     QVERIFY2(local.isEmpty(), qPrintable(local.entryList().join(' ')));
+#endif
 }
 
 CommandLine TestSetupProgram::sessionWithTheRecorder(const QString &account) const
@@ -466,6 +497,23 @@ void TestSetupProgram::tellsWhenTheSaveFails()
     QCOMPARE(code, Failed);
     QVERIFY(!message.isEmpty());
     QVERIFY(m_received.size() < 7);
+}
+
+void TestSetupProgram::failsWhenASignalStopsTheSave()
+{
+    // As the program does on a signal.
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+            [] { QCoreApplication::exit(); });
+    ExitCode code = Accepted;
+    QTimer::singleShot(0, this, [&] {
+        code = runSessionAs([](QWidget &top) {
+            if (QPushButton *save = buttonWithText(top, "Save"))
+                save->click();
+        });
+    });
+    QCoreApplication::exec();
+    QCOMPARE(m_received, QStringList("streams"));
+    QCOMPARE(code, Failed);
 }
 
 void TestSetupProgram::asksForALoginOnce()
