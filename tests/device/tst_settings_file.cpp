@@ -1,6 +1,7 @@
 #include "NotedStore.h"
 #include "OwnUserFolders.h"
 #include "device/login/Authorization.h"
+#include "device/login/FileLock.h"
 #include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
 #include "store/PasswordDigest.h"
@@ -10,6 +11,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryFile>
+#include <QTextStream>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -53,6 +55,9 @@ private Q_SLOTS:
     void worksWithoutAFolder();
     void giveUpWhenNothingIsInstalled();
     void keepsWhatSeveralProgramsSave();
+    void writesLaterWhenAnotherProgramHoldsTheLock();
+    void keepsRecordsBehindAGap_data();
+    void keepsRecordsBehindAGap();
     void savesOneRecordForEachRecorder_data();
     void savesOneRecordForEachRecorder();
     void fillsInWithoutAsking();
@@ -69,6 +74,18 @@ int TestSettingsFile::actAs(const QString &role)
         places.shippedFile = "/nowhere/settings.ini";
         places.builtInFile.clear();
         const SettingsFile file(places);
+        return 0;
+    }
+    if (role.startsWith("lock ")) {
+        const FileLock lock(role.mid(5), 0);
+        QTextStream(stdout) << "locked" << Qt::endl;
+        QTextStream(stdin).readLine();
+        return 0;
+    }
+    if (role == "save and look") {
+        Save(record("second", "admin"));
+        const bool isKnown = savedCredentials(SettingsFile::shared()->all(), "second").has_value();
+        QTextStream(stdout) << (isKnown ? "remembered" : "forgotten") << Qt::endl;
         return 0;
     }
     for (int i = 0; i < SavedByEach; ++i)
@@ -178,6 +195,60 @@ void TestSettingsFile::keepsWhatSeveralProgramsSave()
     }
 }
 
+void TestSettingsFile::writesLaterWhenAnotherProgramHoldsTheLock()
+{
+    Save(record("first", "admin"));
+    const QString lock = m_user->settingsPath() + ".lock";
+    QCOMPARE(QFile(lock).permissions() & QFile::Permissions(0x0fff), QFile::Permissions(0x0600));
+    QProcess holder;
+    holder.start(QCoreApplication::applicationFilePath(), {"--act-as", "lock " + lock});
+    AWAIT_VERIFY(holder.canReadLine());
+    {
+        QProcess program;
+        program.start(QCoreApplication::applicationFilePath(), {"--act-as", "save and look"});
+        // It is told before the lock is free.
+        AWAIT_VERIFY(program.canReadLine());
+        QCOMPARE(program.readLine(), "remembered\n");
+        QVERIFY(!savedCredentials(SettingsFile().all(), "second"));
+        Save(record("third", "admin"));
+        QVERIFY(savedCredentials(SettingsFile::shared()->all(), "third"));
+        holder.kill(); // a program that was killed holds no lock
+        QVERIFY(holder.waitForFinished());
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 0);
+    }
+    QVERIFY(savedCredentials(SettingsFile().all(), "second")); // written at the end of the program
+    SettingsFile::shared();
+    for (const char *url : {"first", "second", "third"})
+        QVERIFY2(savedCredentials(SettingsFile().all(), url), url);
+}
+
+void TestSettingsFile::keepsRecordsBehindAGap_data()
+{
+    const TestTable<QStringList, QByteArray, QString> row("numbers", "count", "kept");
+    row("counted", {"0", "2"}, "2", "l0@u0 l2@u2 x@x");
+    row("numbers counted", {"0", "2"}, "3", "l0@u0 l2@u2 x@x");
+    row("count of the unbroken list", {"0", "2"}, "1", "l0@u0 l2@u2 x@x");
+    row("far behind", {"0", "1", "500"}, "3", "l0@u0 l1@u1 l500@u500 x@x");
+    row("none at 0", {"7", "9", "10"}, "1", "l7@u7 l9@u9 l10@u10 x@x");
+    row("no count", {"3"}, "", "l3@u3 x@x");
+    row("longer than any number", {"0", "99999999999999999999"}, "2",
+        "l0@u0 l99999999999999999999@u99999999999999999999 x@x");
+}
+
+void TestSettingsFile::keepsRecordsBehindAGap()
+{
+    QFETCH(QStringList, numbers);
+    QFETCH(QByteArray, count);
+    SettingsMap settings{{"authorization/count", count}};
+    for (const QString &number : numbers) {
+        settings["authorization/url" + number] = 'u' + number.toUtf8();
+        settings["authorization/login" + number] = 'l' + number.toUtf8();
+    }
+    saveCredentials(settings, record("x", "x"));
+    QTEST(logins(settings), "kept");
+}
+
 void TestSettingsFile::savesOneRecordForEachRecorder_data()
 {
     const TestTable<QByteArray, bool, QString> row("url", "remember", "kept");
@@ -192,16 +263,16 @@ void TestSettingsFile::savesOneRecordForEachRecorder()
 {
     QFETCH(QByteArray, url);
     QFETCH(bool, remember);
-    // Number 1 is missing, and the last one is left over from a longer list.
+    // The last one is left over from a longer list.
     SettingsMap settings{{"authorization/count", "2"},       {"authorization/url0", "Host"},
-                         {"authorization/login0", "a"},      {"authorization/url2", "host:7000"},
-                         {"authorization/login2", "b"},      {"authorization/url3", "old"},
+                         {"authorization/login0", "a"},      {"authorization/url1", "host:7000"},
+                         {"authorization/login1", "b"},      {"authorization/url2", "old"},
                          {"authorization/remember", "false"}};
     Credentials added = record(url, "c", 2);
     added.remember = remember;
     saveCredentials(settings, added);
     QTEST(logins(settings), "kept");
-    QVERIFY(!settings.contains("authorization/url3") && !settings.contains("authorization/login3"));
+    QVERIFY(!settings.contains("authorization/url3") && !logins(settings).contains("old"));
     QCOMPARE(settings.value("authorization/remember"), "false");
     const auto found = savedCredentials(settings, url.toLower());
     QCOMPARE(found.has_value(), remember);

@@ -3,7 +3,10 @@
 #include "device/protocol/DeviceAddress.h"
 
 #include <QList>
+#include <QMultiMap>
 #include <QRegularExpression>
+
+#include <limits>
 
 namespace paravue
 {
@@ -13,9 +16,9 @@ namespace
 
 const QString CountKey = QStringLiteral("authorization/count");
 
-QString numbered(const char *key, qsizetype number)
+QString numbered(const char *key, const QString &number)
 {
-    return QStringLiteral("authorization/%1%2").arg(QLatin1StringView(key), QString::number(number));
+    return QStringLiteral("authorization/%1%2").arg(QLatin1StringView(key), number);
 }
 
 QString comparable(const QByteArray &url)
@@ -23,23 +26,40 @@ QString comparable(const QByteArray &url)
     return comparableUrl(QString::fromLocal8Bit(url));
 }
 
-/// Numbers may be missing: a number without an url is no record. The count holds either way, whether the file
-/// counts records or numbers.
+/// The numbers of the records that have an url, as texts, in their order.
+QStringList recordNumbers(const SettingsMap &settings)
+{
+    static const QRegularExpression urlKey(QStringLiteral("^authorization/url(\\d+)$"));
+    QMultiMap<qulonglong, QString> numbers;
+    for (auto entry = settings.cbegin(); entry != settings.cend(); ++entry) {
+        const QString number = urlKey.match(entry.key()).captured(1);
+        if (number.isEmpty() || entry->isEmpty())
+            continue;
+        bool fits = false;
+        const qulonglong place = number.toULongLong(&fits);
+        numbers.insert(fits ? place : std::numeric_limits<qulonglong>::max(), number);
+    }
+    return numbers.values();
+}
+
+/// Numbers may be missing, as after somebody has edited the file. The count ends the unbroken list from 0 on,
+/// behind which a program may have left records of a longer one. What stands behind a gap is no such rest.
 QList<Credentials> savedRecords(const SettingsMap &settings)
 {
     QList<Credentials> records;
-    const int count = settings.value(CountKey).toInt();
-    const qsizetype lastNumber = settings.size(); // there are five keys for each
-    for (qsizetype i = 0; i < lastNumber && records.size() < count; ++i) {
-        Credentials record;
-        record.url = settings.value(numbered("url", i));
-        if (record.url.isEmpty())
+    const qsizetype count = settings.value(CountKey).toLongLong();
+    qsizetype unbroken = 0;
+    for (const QString &number : recordNumbers(settings)) {
+        const bool isInList = number == QString::number(unbroken);
+        if (isInList && unbroken++ >= count)
             continue;
+        Credentials record;
         record.remember = true;
-        record.name = settings.value(numbered("name", i));
-        record.login = settings.value(numbered("login", i));
-        record.level = settings.value(numbered("level", i)).toInt();
-        record.password = settings.value(numbered("password", i));
+        record.url = settings.value(numbered("url", number));
+        record.name = settings.value(numbered("name", number));
+        record.login = settings.value(numbered("login", number));
+        record.level = settings.value(numbered("level", number)).toInt();
+        record.password = settings.value(numbered("password", number));
         records << record;
     }
     return records;
@@ -76,11 +96,12 @@ void saveCredentials(SettingsMap &settings, const Credentials &record)
     removeRecords(settings);
     for (qsizetype i = 0; i < records.size(); ++i) {
         const Credentials &kept = records.at(i);
-        settings[numbered("name", i)] = kept.name;
-        settings[numbered("url", i)] = kept.url;
-        settings[numbered("login", i)] = kept.login;
-        settings[numbered("level", i)] = QByteArray::number(kept.level);
-        settings[numbered("password", i)] = kept.password;
+        const QString number = QString::number(i);
+        settings[numbered("name", number)] = kept.name;
+        settings[numbered("url", number)] = kept.url;
+        settings[numbered("login", number)] = kept.login;
+        settings[numbered("level", number)] = QByteArray::number(kept.level);
+        settings[numbered("password", number)] = kept.password;
     }
     settings[CountKey] = QByteArray::number(records.size());
 }

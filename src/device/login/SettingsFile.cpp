@@ -1,15 +1,14 @@
 #include "device/login/SettingsFile.h"
 
+#include "device/login/FileLock.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QLockFile>
 #include <QLoggingCategory>
 #include <QSaveFile>
 #include <QStandardPaths>
-#include <QThread>
 
 // Must stand outside of every namespace.
 static void initDefaultSettings()
@@ -27,9 +26,17 @@ Q_LOGGING_CATEGORY(settingsFileLog, "paravue.settingsfile")
 
 constexpr QFile::Permissions OwnerOnly = QFile::ReadOwner | QFile::WriteOwner;
 constexpr qint64 MaxFileBytes = 4 * 1024 * 1024;
-/// Another program holds the lock while it reads and writes the file once.
-constexpr int LockLimitMs = 3000;
-constexpr int LockPauseMs = 5;
+/// Another program holds the lock while it reads and writes the file once. The window waits for the lock.
+constexpr int LockLimitMs = 100;
+/// At the end of the program nobody waits for it, and it is the last chance.
+constexpr int LastLockLimitMs = 3000;
+
+/// What could not be written yet.
+std::vector<SettingsFile::Edit> &unwrittenEdits()
+{
+    static std::vector<SettingsFile::Edit> edits;
+    return edits;
+}
 
 QString &pendingNotice()
 {
@@ -40,18 +47,6 @@ QString &pendingNotice()
 bool isOpenToOthers(const QFile &file)
 {
     return file.permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther);
-}
-
-/// QLockFile's own waiting sleeps longer after each attempt, so a file in heavy use might never be locked.
-bool take(QLockFile &lock)
-{
-    const QDeadlineTimer limit(LockLimitMs);
-    while (!lock.tryLock(0)) {
-        if (lock.error() != QLockFile::LockFailedError || limit.hasExpired())
-            return false;
-        QThread::msleep(LockPauseMs);
-    }
-    return true;
 }
 
 std::optional<QByteArray> contentOf(QFile &file)
@@ -78,21 +73,50 @@ std::shared_ptr<SettingsFile> SettingsFile::shared()
 {
     static std::weak_ptr<SettingsFile> current;
     auto file = current.lock();
-    if (!file)
-        current = file = std::make_shared<SettingsFile>();
+    if (!file) {
+        current = file = std::shared_ptr<SettingsFile>(new SettingsFile, &SettingsFile::letGo);
+        for (const Edit &edit : std::exchange(unwrittenEdits(), {}))
+            file->change(edit);
+    }
     return file;
+}
+
+/// Deletes the shared \a file, whose edits are written now or later.
+void SettingsFile::letGo(SettingsFile *file)
+{
+    if (!file->sync()) {
+        qCInfo(settingsFileLog).noquote()
+            << file->path() << "is used by another program, it is written later";
+        unwrittenEdits() = std::exchange(file->m_edits, {});
+        qRemovePostRoutine(&SettingsFile::writeRest);
+        qAddPostRoutine(&SettingsFile::writeRest);
+    }
+    delete file;
+}
+
+void SettingsFile::writeRest()
+{
+    SettingsFile file;
+    for (const Edit &edit : std::exchange(unwrittenEdits(), {}))
+        file.change(edit);
+    file.syncWithin(LastLockLimitMs);
 }
 
 SettingsFile::SettingsFile(const Places &places) : m_places(places)
 {
     makeFolder();
-    QLockFile lock(path() + QStringLiteral(".lock"));
-    read(take(lock));
+    // A file is replaced as a whole: it can be read without the lock.
+    if (read())
+        return;
+    const FileLock lock(lockPath(), LockLimitMs);
+    if (lock.state() != FileLock::State::HeldElsewhere)
+        readLocked();
 }
 
 SettingsFile::~SettingsFile()
 {
-    sync();
+    if (!sync())
+        qCWarning(settingsFileLog).noquote() << path() << "is used by another program, nothing is remembered";
 }
 
 QByteArray SettingsFile::value(const QString &key, const QByteArray &otherwise) const
@@ -113,19 +137,25 @@ void SettingsFile::change(const Edit &edit)
     m_edits.push_back(edit);
 }
 
-void SettingsFile::sync()
+bool SettingsFile::sync()
+{
+    return syncWithin(LockLimitMs);
+}
+
+bool SettingsFile::syncWithin(int milliseconds)
 {
     if (m_edits.empty())
-        return;
-    QLockFile lock(path() + QStringLiteral(".lock"));
-    const bool isLocked = take(lock);
-    if (isLocked)
-        read(true);
+        return true;
+    const FileLock lock(lockPath(), milliseconds);
+    if (lock.state() == FileLock::State::HeldElsewhere)
+        return false;
+    readLocked();
     const auto edits = std::exchange(m_edits, {});
     for (const Edit &edit : edits)
         edit(m_settings);
-    if (!isLocked || !m_canReplace || !write(settingsText(m_settings)))
+    if (!m_canReplace || !write(settingsText(m_settings)))
         qCWarning(settingsFileLog).noquote() << path() << "cannot be written, nothing is remembered";
+    return true;
 }
 
 QString SettingsFile::takeNotice()
@@ -138,6 +168,11 @@ QString SettingsFile::path() const
     return m_places.folder + QStringLiteral("/settings.ini");
 }
 
+QString SettingsFile::lockPath() const
+{
+    return path() + QStringLiteral(".lock");
+}
+
 void SettingsFile::makeFolder() const
 {
     const QFileInfo folder(m_places.folder);
@@ -147,29 +182,33 @@ void SettingsFile::makeFolder() const
     QDir().mkdir(m_places.folder, OwnerOnly | QFile::ExeOwner);
 }
 
-/// Without the lock another program may be at work on the file, which is then only read.
-void SettingsFile::read(bool isLocked)
+/// Takes what the file holds. False when there is none, or a damaged one; the settings are then the default.
+bool SettingsFile::read()
 {
     QFile file(path());
-    m_canReplace = true;
-    if (!file.exists()) {
-        m_settings = begin(isLocked);
-        return;
-    }
     if (isOpenToOthers(file))
         file.setPermissions(OwnerOnly);
+    m_canReplace = true;
     if (file.open(QIODevice::ReadOnly)) {
         const auto text = contentOf(file);
         if (const auto settings = text ? parseSettings(*text) : std::nullopt) {
             m_settings = *settings;
-            return;
+            return true;
         }
-        file.close();
-        m_canReplace = isLocked && setAside();
-    } else {
+    } else if (file.exists()) {
         qCWarning(settingsFileLog).noquote() << path() << "cannot be read:" << file.errorString();
         m_canReplace = false;
     }
+    m_settings = parseSettings(defaultText()).value_or(SettingsMap());
+    return !m_canReplace;
+}
+
+/// Reads the file, and begins a new one in place of one that is missing or damaged.
+void SettingsFile::readLocked()
+{
+    if (read())
+        return;
+    m_canReplace = !QFile::exists(path()) || setAside();
     m_settings = begin(m_canReplace);
 }
 

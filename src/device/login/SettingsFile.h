@@ -20,7 +20,9 @@ namespace paravue
 /// so that several programs can use it at once. A file that cannot be understood is set aside under another
 /// name. Where nothing can be written, the settings live as long as this object and a warning is logged.
 ///
-/// shared() is what everybody uses; the file is written when the last user lets go of it.
+/// shared() is what everybody uses; the file is written when the last user lets go of it. When another
+/// program holds the lock just then, the edits stay in memory, where the next user of shared() finds them;
+/// they are written with his, or when the application object is destroyed.
 class SettingsFile
 {
 public:
@@ -49,17 +51,24 @@ public:
     using Edit = std::function<void(SettingsMap &settings)>;
     void change(const Edit &edit);
 
-    /// Writes the edits, and takes over what other programs have written.
-    void sync();
+    /// Writes the edits, and takes over what other programs have written. False when another program holds
+    /// the lock; the edits are then kept for the next time.
+    bool sync();
 
     /// What the user should know of a file that was set aside, in words; empty when there is nothing, or when
     /// it was taken before.
     static QString takeNotice();
 
 private:
+    static void letGo(SettingsFile *file);
+    static void writeRest();
+
     QString path() const;
+    QString lockPath() const;
     void makeFolder() const;
-    void read(bool isLocked);
+    bool syncWithin(int milliseconds);
+    bool read();
+    void readLocked();
     SettingsMap begin(bool mayWrite);
     QByteArray defaultText() const;
     bool setAside() const;
