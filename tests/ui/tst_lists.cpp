@@ -1,4 +1,5 @@
 #include "DescribedWindow.h"
+#include "support/TestTable.h"
 
 #include <QHeaderView>
 #include <QHelpEvent>
@@ -140,6 +141,8 @@ class TestLists : public QObject
 private Q_SLOTS:
     void changesUsers_data();
     void changesUsers();
+    void keepsTheLevelOfTheOnlyEditor_data();
+    void keepsTheLevelOfTheOnlyEditor();
     void staysWhoHeIsWhenHeIsRenamed();
     void leavesNothingOfARemovedUser();
     void editsInTheDialog();
@@ -170,6 +173,8 @@ void TestLists::changesUsers_data()
     row("a change", "carl", "ann", "anna,ab,ab,0", "", "NAME1=anna\nPASSWD1=" + digest + "\nLEVEL1=0");
     row("the same name again", "carl", "ann", "ann,ab,ab,1", "", "PASSWD1=" + digest);
     row("no password", "carl", "ann", "ann,,,1", "", "PASSWD1=d41d8cd98f00b204e9800998ecf8427e");
+    row("oneself is lowered while another may edit", "carl", "carl", "carl,ab,ab,0", "",
+        "PASSWD0=" + digest + "\nLEVEL0=0");
     row("a double name comes before all", "bob", "", "ann,a,b,2", "namedouble");
     row("the name of another", "carl", "bob", "ann,a,a,0", "namedouble");
     row("rights come before the name", "ann", "", ",a,b,2", "editrights");
@@ -214,6 +219,35 @@ void TestLists::changesUsers()
     QCOMPARE(storedUsers(window), withLines(Users + changed));
     QCOMPARE(window.value("general/access/pass1"), refusal.isEmpty() ? "" : fields.value(1));
     QCOMPARE(window.messages.texts(), QStringList());
+}
+
+void TestLists::keepsTheLevelOfTheOnlyEditor_data()
+{
+    const TestTable<QString, QString, QString, bool> row("login", "picked", "level", "isRefused");
+    row("lowers himself", "carl", "carl", "0", true);
+    row("no number", "carl", "carl", "", true);
+    row("lowers himself by one", "carl", "carl", "1", true);
+    row("keeps his level", "carl", "carl", "2", false);
+    row("raises another", "carl", "bob", "1", false);
+    row("a stranger lowers him", "eve", "carl", "0", false);
+}
+
+void TestLists::keepsTheLevelOfTheOnlyEditor()
+{
+    QFETCH(QString, login);
+    QFETCH(QString, picked);
+    QFETCH(QString, level);
+    QFETCH(bool, isRefused);
+    const QByteArray users = "CNT=2\nNAME0=carl\nPASSWD0=c\nLEVEL0=2\nNAME1=bob\nPASSWD1=b\nLEVEL1=0\n";
+    DescribedWindow window(userPage(), {{"users", users}, {"general", general(login.toUtf8())}});
+    const ModalWatcher dialogs({}, "QDialog");
+    click(list(window), picked);
+    window.window->accessListSlot("edit");
+    window.window->setValue("general/access/level/" + level);
+    press(window, "OK");
+    QCOMPARE(dialogs.title(), isRefused ? "accessdlgerr_editrights" : "");
+    const QString number = picked == "carl" ? "0" : "1";
+    QCOMPARE(window.value("users/untitled/LEVEL" + number), isRefused ? "2" : level);
 }
 
 void TestLists::staysWhoHeIsWhenHeIsRenamed()

@@ -24,6 +24,8 @@ bool UserRights::mayReplace(int row, const User &user) const
         return true;
     if (level(m_self) <= 0)
         return row == m_self && user.name == m_users[row].name && user.level == m_users[row].level;
+    if (row == m_self && isOnlyEditor(row) && user.level.toInt() != level(row))
+        return false;
     return level(row) <= level(m_self) && user.level.toInt() <= level(m_self);
 }
 
@@ -38,6 +40,12 @@ bool UserRights::isLastOfHighestLevel(int row) const
 {
     const auto isAsHigh = [&](const User &user) { return user.level.toInt() >= level(row); };
     return std::count_if(m_users.begin(), m_users.end(), isAsHigh) == 1;
+}
+
+bool UserRights::isOnlyEditor(int row) const
+{
+    const auto mayEditOthers = [](const User &user) { return user.level.toInt() > 0; };
+    return level(row) > 0 && std::count_if(m_users.begin(), m_users.end(), mayEditOthers) == 1;
 }
 
 } // namespace paravue

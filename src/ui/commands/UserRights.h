@@ -10,6 +10,7 @@ namespace paravue
 /// - Users of up to one's own level may be edited and removed; no user may be raised above it.
 /// - Level 0 changes its own password and nothing else.
 /// - Nobody removes himself or the last user of the highest level.
+/// - The only one above level 0 keeps his level: nobody would be left who may edit others.
 /// - A login that is not in the list may do everything; the recorder has the last word.
 class UserRights
 {
@@ -26,6 +27,7 @@ public:
 private:
     int level(int row) const { return m_users[row].level.toInt(); }
     bool isLastOfHighestLevel(int row) const;
+    bool isOnlyEditor(int row) const;
 
     QList<User> m_users;
     int m_self = -1;
