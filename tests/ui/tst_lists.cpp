@@ -143,6 +143,10 @@ private Q_SLOTS:
     void changesUsers();
     void keepsTheLevelOfTheOnlyEditor_data();
     void keepsTheLevelOfTheOnlyEditor();
+    void keepsThePasswordWhenItIsTold_data();
+    void keepsThePasswordWhenItIsTold();
+    void forgetsWhatWasTypedInAnyDialog_data();
+    void forgetsWhatWasTypedInAnyDialog();
     void staysWhoHeIsWhenHeIsRenamed();
     void leavesNothingOfARemovedUser();
     void editsInTheDialog();
@@ -248,6 +252,64 @@ void TestLists::keepsTheLevelOfTheOnlyEditor()
     QCOMPARE(dialogs.title(), isRefused ? "accessdlgerr_editrights" : "");
     const QString number = picked == "carl" ? "0" : "1";
     QCOMPARE(window.value("users/untitled/LEVEL" + number), isRefused ? "2" : level);
+}
+
+void TestLists::keepsThePasswordWhenItIsTold_data()
+{
+    const QByteArray empty = "d41d8cd98f00b204e9800998ecf8427e";
+    const TestTable<QByteArray, bool, QString, QByteArray> row("attributes", "isNew", "typed", "stored");
+    row("without the attribute", "", false, "", empty);
+    row("told not to", "keeppassword='false'", false, "", empty);
+    row("told", "keeppassword='true'", false, "", "a");
+    row("a password is typed", "keeppassword='true'", false, "ab", "187ef4436122d1cc2f40dc2b92f0eba0");
+    row("a new user", "keeppassword='true'", true, "", empty);
+    row("as typed", "keeppassword='true' clearpassword='true'", false, "", "a");
+}
+
+void TestLists::keepsThePasswordWhenItIsTold()
+{
+    QFETCH(QByteArray, attributes);
+    QFETCH(bool, isNew);
+    QFETCH(QString, typed);
+    DescribedWindow window(userPage(attributes), {{"users", Users}, {"general", general("carl")}});
+    if (!isNew)
+        click(list(window), "ann");
+    window.window->accessListSlot(isNew ? "new" : "edit");
+    QCOMPARE(window.value("general/access/keep"),
+             !isNew && attributes.contains("keeppassword='true'") ? "on" : "off");
+    for (const QString &value : {QString("name/anna"), "pass1/" + typed, "pass2/" + typed})
+        window.window->setValue("general/access/" + value);
+    press(window, "OK");
+    QTEST(window.value(isNew ? "users/untitled/PASSWD3" : "users/untitled/PASSWD1").toUtf8(), "stored");
+}
+
+void TestLists::forgetsWhatWasTypedInAnyDialog_data()
+{
+    const TestTable<QString, bool> row("tag", "isForgotten");
+    row("its own tag", "accessdlg", true);
+    row("another tag", "user_of_the_list", true);
+    row("another dialog", "password_only", true);
+    row("no passwords in it", "help", false);
+}
+
+void TestLists::forgetsWhatWasTypedInAnyDialog()
+{
+    QFETCH(QString, tag);
+    const QByteArray windows =
+        "<user><accessdlg/><user_of_the_list/></user>"
+        "<other><password_only/><item type='edit'><key>general/access/pass2</key></item></other>" +
+        dialog("help");
+    DescribedWindow window(describePage("", windows), {{"general", ""}});
+    const ModalWatcher dialogs(
+        [&](QWidget &) {
+            window.window->setValue("general/access/pass1/secret");
+            window.window->setValue("general/access/pass2/secret");
+        },
+        "QDialog");
+    window.window->showDialog(tag);
+    QCOMPARE(dialogs.count(), 1);
+    QTEST(window.value("general/access/pass1").isEmpty() && window.value("general/access/pass2").isEmpty(),
+          "isForgotten");
 }
 
 void TestLists::staysWhoHeIsWhenHeIsRenamed()

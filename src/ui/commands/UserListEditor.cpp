@@ -21,7 +21,10 @@ namespace
 
 const QString userListTag = QStringLiteral("accesslist");
 const QString dialogTag = QStringLiteral("accessdlg");
+const QString keepPassword = QStringLiteral("keeppassword");
 const QString scratch = QStringLiteral("general/access/");
+const QString firstPassword = QStringLiteral("pass1");
+const QString secondPassword = QStringLiteral("pass2");
 
 } // namespace
 
@@ -46,10 +49,20 @@ void UserListEditor::run(const QString &tag)
             WindowText::tr("Unknown %1 tag \"%2\"").arg(QStringLiteral("CWinMain::accessListSlot"), tag));
 }
 
-void UserListEditor::dialogClosed(const QString &tag)
+bool UserListEditor::takesPasswords(const QString &tag) const
 {
-    if (tag == dialogTag)
-        clearPasswords();
+    const QDomElement dialog = m_context.description().document().first(tag).parentNode().toElement();
+    if (dialog.isNull())
+        return false;
+    if (!dialog.firstChildElement(dialogTag).isNull())
+        return true;
+    const QDomNodeList keys = dialog.elementsByTagName(QStringLiteral("key"));
+    for (int i = 0; i < keys.size(); ++i) {
+        const QString address = keys.at(i).toElement().text().trimmed();
+        if (address == scratch + firstPassword || address == scratch + secondPassword)
+            return true;
+    }
+    return false;
 }
 
 UserListView *UserListEditor::list() const
@@ -58,6 +71,12 @@ UserListView *UserListEditor::list() const
     if (!list)
         m_context.report(WindowText::tr("No list of users has the tag \"%1\"").arg(userListTag));
     return list;
+}
+
+bool UserListEditor::isSet(const UserListView &list, const QString &attribute) const
+{
+    const QDomElement element = m_context.description().table().of(&list)->element;
+    return element.attribute(attribute) == QLatin1String("true");
 }
 
 bool UserListEditor::isEditable(const UserListView &list) const
@@ -78,12 +97,22 @@ void UserListEditor::edit()
         return;
     }
     const User &user = users->users().at(users->selectedRow());
-    setTyped({{"name", user.name}, {"pass1", {}}, {"pass2", {}}, {"level", user.level}, {"edit", "1"}});
+    setTyped({{"name", user.name},
+              {firstPassword, {}},
+              {secondPassword, {}},
+              {"level", user.level},
+              {"edit", "1"},
+              {"keep", isSet(*users, keepPassword) ? "on" : "off"}});
 }
 
 void UserListEditor::beginNew()
 {
-    setTyped({{"name", {}}, {"pass1", {}}, {"pass2", {}}, {"level", "1"}, {"edit", "0"}});
+    setTyped({{"name", {}},
+              {firstPassword, {}},
+              {secondPassword, {}},
+              {"level", "1"},
+              {"edit", "0"},
+              {"keep", "off"}});
 }
 
 void UserListEditor::acceptTyped()
@@ -101,12 +130,7 @@ void UserListEditor::acceptTyped()
         m_showDialog(tag);
         return;
     }
-    const QDomElement element = m_context.description().table().of(users)->element;
-    const bool isClear = element.attribute(QStringLiteral("clearpassword")) == QLatin1String("true");
-    const QString password = typed("pass1");
-    const User user{typed("name"),
-                    isClear ? password : QString::fromLatin1(passwordDigest(password.toLocal8Bit())),
-                    typed("level")};
+    const User user{typed("name"), passwordFor(*users, row), typed("level")};
     if (row >= 0 && row == UserRights(users->users(), currentUser()).self()) {
         m_login = m_context.store().value(QStringLiteral("general/network/login"));
         m_newName = user.name;
@@ -117,6 +141,17 @@ void UserListEditor::acceptTyped()
     else
         users->replaceUser(row, user);
     m_dialogs.close(dialogTag);
+}
+
+/// What is stored as the password of the user \a row (-1: a new one).
+QString UserListEditor::passwordFor(const UserListView &list, int row) const
+{
+    const QString password = typed(firstPassword);
+    if (row >= 0 && password.isEmpty() && isSet(list, keepPassword))
+        return list.users().at(row).password;
+    if (isSet(list, QStringLiteral("clearpassword")))
+        return password;
+    return QString::fromLatin1(passwordDigest(password.toLocal8Bit()));
 }
 
 /// The tag of the dialog that says why what was typed for the user \a row (-1: a new one) is refused; empty
@@ -134,7 +169,7 @@ QString UserListEditor::refusal(const UserListView &list, int row) const
         return QStringLiteral("accessdlgerr_editrights");
     if (user.name.isEmpty())
         return QStringLiteral("accessdlgerr_name");
-    if (typed("pass1") != typed("pass2"))
+    if (typed(firstPassword) != typed(secondPassword))
         return QStringLiteral("accessdlgerr_pass");
     return {};
 }
@@ -176,8 +211,8 @@ void UserListEditor::setTyped(const QList<std::pair<QString, QString>> &fields)
 
 void UserListEditor::clearPasswords()
 {
-    if (!typed("pass1").isEmpty() || !typed("pass2").isEmpty())
-        setTyped({{"pass1", {}}, {"pass2", {}}});
+    if (!typed(firstPassword).isEmpty() || !typed(secondPassword).isEmpty())
+        setTyped({{firstPassword, {}}, {secondPassword, {}}});
 }
 
 } // namespace paravue

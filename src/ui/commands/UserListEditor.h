@@ -17,9 +17,10 @@ class DialogManager;
 /// Adds, changes and removes users of the "accesslist" that an element with the tag "accesslist" marks.
 ///
 /// The user's name, level and password are typed in a dialog of the description with the tag "accessdlg",
-/// whose controls are bound to addresses of this computer only: general/access/name, pass1, pass2, level, and
-/// edit, which is 1 while an existing user is edited and 0 for a new one. Refusals are shown by dialogs of
-/// the description too; their tags begin with "accessdlgerr_".
+/// whose controls are bound to addresses of this computer only: general/access/name, pass1, pass2, level,
+/// edit, which is 1 while an existing user is edited and 0 for a new one, and keep, which is "on" while an
+/// empty password leaves the stored one as it is and else "off". Refusals are shown by dialogs of the
+/// description too; their tags begin with "accessdlgerr_".
 class UserListEditor
 {
 public:
@@ -33,11 +34,14 @@ public:
     /// - "remove" removes the picked user.
     void run(const QString &tag);
 
-    /// To be called when the dialog of this tag has closed: typed passwords are erased.
-    void dialogClosed(const QString &tag);
+    /// True when passwords are typed in the dialog of this tag, which may have several tags.
+    bool takesPasswords(const QString &tag) const;
+    /// To be called when such a dialog has closed.
+    void clearPasswords();
 
 private:
     UserListView *list() const;
+    bool isSet(const UserListView &list, const QString &attribute) const;
     bool isEditable(const UserListView &list) const;
     void edit();
     void beginNew();
@@ -48,7 +52,7 @@ private:
     QString currentUser() const;
     QString typed(const QString &field) const;
     void setTyped(const QList<std::pair<QString, QString>> &fields);
-    void clearPasswords();
+    QString passwordFor(const UserListView &list, int row) const;
 
     ControlContext &m_context;
     Bindings &m_bindings;

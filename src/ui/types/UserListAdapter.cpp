@@ -38,7 +38,8 @@ class UserListAdapter : public TypedAdapter<UserListView>
 public:
     UserListAdapter()
         : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
-                        .attributes = {{"clearpassword", AttributeRule::Word, {"true", "false"}}},
+                        .attributes = {{"clearpassword", AttributeRule::Word, {"true", "false"}},
+                                       {"keeppassword", AttributeRule::Word, {"true", "false"}}},
                         .children = {{"column", {{"width"}}}, {"accesslevel", {{"level"}}}},
                         .keys = {{.form = KeyRule::Group, .count = "/CNT"}},
                         .actionStates = rowStates()})
