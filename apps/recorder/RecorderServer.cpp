@@ -217,7 +217,7 @@ Client *RecorderServer::makeClient(Protocol protocol, QTcpSocket *socket)
         return new VideoClient(socket, *m_service, *m_video, m_timing, this);
     if (protocol == Protocol::Http)
         return new HttpClient(socket, *m_service, *m_access, *m_video, m_timing, this);
-    auto *client = new ConfigurationClient(socket, *m_service, m_timing, this);
+    auto *client = new ConfigurationClient(socket, *m_service, m_timing, m_faults, this);
     connect(client, &ConfigurationClient::fileReceived, this, &RecorderServer::fileReceived);
     connect(client, &ConfigurationClient::restartRequested, this, &RecorderServer::scheduleRestart);
     return client;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recorder/device/PtzState.h"
+#include "recorder/protocol/AnswerFaults.h"
 #include "recorder/protocol/ConnectionTiming.h"
 
 #include <QHash>
@@ -65,6 +66,9 @@ public:
 
     /// Every answer, the one to a login included, is sent this much later (milliseconds, 0 for at once).
     void setReplyDelay(int milliseconds);
+    /// Faults of the configuration protocol, in place of those of before. They apply to the next answers,
+    /// also on open connections.
+    void setFaults(const QList<AnswerFault> &faults) { m_faults.set(faults); }
     /// How long a PUT may wait for its length line before it counts as one without a body (default 2000 ms).
     void setBodyTimeout(int milliseconds);
     /// How long a client may take to disconnect after its last answer before the server does (default 1000
@@ -125,6 +129,7 @@ private:
     QString m_error;
     int m_nextClient = 1;
     ConnectionTiming m_timing;
+    AnswerFaults m_faults;
     QTimer m_stopTimer;
     QTimer m_startTimer;
     int m_rebootTime = 3000;

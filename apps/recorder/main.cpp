@@ -3,6 +3,7 @@
 #include "recorder/StopSignal.h"
 #include "recorder/VideoOptions.h"
 #include "recorder/files/IniValues.h"
+#include "recorder/protocol/AnswerFault.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -31,6 +32,7 @@ struct Options {
     QHostAddress address = QHostAddress::LocalHost;
     QString dataDir;
     QString model;
+    QList<recorder::AnswerFault> faults;
     recorder::VideoOptions video;
     bool companion = false;
     bool log = false;
@@ -83,6 +85,14 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("reboot-time"),
          QStringLiteral("Be gone for this long when a client restarts the recorder (default 3000)."),
          QStringLiteral("MS"), QStringLiteral("3000")},
+        {QStringLiteral("fault"),
+         QStringLiteral(
+             "Misbehave on the configuration protocol; may be given several times. FAULT is KIND or "
+             "KIND@WHERE. KIND is one of %1. WHERE is login, a command such as \"GET NET CONFIG\", the "
+             "number "
+             "of an answer of each connection (1 is the one to the login), or all (the default).")
+             .arg(recorder::answerFaultForms().join(QStringLiteral(", "))),
+         QStringLiteral("FAULT")},
         {QStringLiteral("companion"),
          QStringLiteral(
              "Tell setup programs of this user the recorder's name, which the file \"streams\" holds as "
@@ -123,6 +133,14 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
         return std::nullopt;
     }
     QString fault;
+    for (const QString &text : parser.values(QStringLiteral("fault"))) {
+        const auto answerFault = recorder::readAnswerFault(text, fault);
+        if (!answerFault) {
+            printError(QStringLiteral("--fault: ") + fault);
+            return std::nullopt;
+        }
+        options.faults += *answerFault;
+    }
     const std::optional<recorder::VideoOptions> video = recorder::readVideoOptions(parser, fault);
     if (!video) {
         printError(fault);
@@ -173,6 +191,7 @@ int run(const Options &options)
     recorder::RecorderServer server(dataDir, options.model);
     server.setReplyDelay(options.delay);
     server.setRebootTime(options.rebootTime);
+    server.setFaults(options.faults);
     QTextStream out(stdout);
     if (options.log) {
         QObject::connect(&server, &recorder::RecorderServer::logged, &server, [&out](const QString &line) {

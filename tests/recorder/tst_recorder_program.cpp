@@ -62,6 +62,14 @@ void TestRecorderProgram::checksArguments_data()
         "--record: that is the file that --video shows");
     row("no such login", QStringList("--snapshot-login=none"), 2,
         "--snapshot-login takes basic, digest, both");
+    row("no such answer fault", QStringList("--fault=fire"), 2,
+        "--fault: there is no fault \"fire\", only bytewise, pieces[=SEED], late[=MS], never,");
+    row("no such place", QStringList("--fault=never@GET LUNCH"), 2,
+        "--fault: @ takes login, a command such as \"GET NET CONFIG\", the number of an answer or all, not "
+        "\"GET LUNCH\"");
+    row("second of two faults", QStringList{"--fault=never@1", "--fault=late=soon"}, 2,
+        "--fault: late takes a number from 0 to 3600000, not \"soon\"");
+    row("faults", QStringList("--help"), 0, "late[=MS]");
     row("no such address", QStringList("--address=here"), 2, "--address takes an IP address");
 }
 

@@ -1,5 +1,6 @@
 #include "recorder/clients/ConfigurationClient.h"
 
+#include "recorder/clients/ConnectionReset.h"
 #include "recorder/device/ConfigService.h"
 #include "recorder/protocol/LogText.h"
 
@@ -46,17 +47,19 @@ qsizetype mostBytes(const Command &command)
 } // namespace
 
 ConfigurationClient::ConfigurationClient(QTcpSocket *socket, ConfigService &service,
-                                         const ConnectionTiming &timing, QObject *parent)
-    : LoginClient(socket, service, {ConfigurationLoginByte, MaxRefusals}, timing, parent), m_service(service)
+                                         const ConnectionTiming &timing, AnswerFaults &faults,
+                                         QObject *parent)
+    : LoginClient(socket, service, {ConfigurationLoginByte, MaxRefusals}, timing, parent), m_service(service),
+      m_faults(faults)
 {
     m_delay.setSingleShot(true);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &ConfigurationClient::process);
-    connect(&m_delay, &QTimer::timeout, this, &ConfigurationClient::sendDelayed);
+    connect(&m_delay, &QTimer::timeout, this, &ConfigurationClient::deliverLater);
 }
 
 bool ConfigurationClient::canRead() const
 {
-    return m_pending.isEmpty() && m_socket->bytesToWrite() <= MaxUnsent;
+    return !m_hasEnded && m_pending.isEmpty() && m_socket->bytesToWrite() <= MaxUnsent;
 }
 
 bool ConfigurationClient::serve()
@@ -111,6 +114,8 @@ bool ConfigurationClient::skipBody()
 void ConfigurationClient::handleLine(const QByteArray &line)
 {
     logLine(line);
+    if (line.startsWith(ConfigurationLoginByte) || phase() != Phase::Service)
+        m_request = AnswerFault::Login;
     if (line.startsWith(ConfigurationLoginByte)) // a client may log in again at any time
         beginLogin(line);
     else if (phase() == Phase::Password)
@@ -128,6 +133,7 @@ void ConfigurationClient::handleCommand(const QByteArray &line)
     const bool bodyIsMissing = m_state == State::AwaitLength;
     if (bodyIsMissing)
         refuse(QStringLiteral("%1 came without a length").arg(m_command.label()), State::Ready);
+    m_request = line;
     const Command command = parseCommand(line);
     if (command.kind == Command::Kind::Unknown)
         refuse(QStringLiteral("unknown command"), State::Refused);
@@ -176,30 +182,76 @@ void ConfigurationClient::refuse(const QString &reason, State next)
     answer(errorAnswer(reason));
 }
 
+void ConfigurationClient::answerLogin()
+{
+    if (m_faults.takeRefusal())
+        m_account.reset();
+    LoginClient::answerLogin();
+}
+
 void ConfigurationClient::answer(const Answer &answer)
 {
     Q_EMIT logged(QStringLiteral("> ") + answer.logText);
-    m_pending += answer.bytes;
+    Delivery delivery = m_faults.deliver(answer.bytes, m_request, ++m_answers);
+    if (!delivery.faults.isEmpty())
+        Q_EMIT logged(QStringLiteral("fault: ") + delivery.faults.join(QStringLiteral(", ")));
+    delivery.delay += m_timing.replyDelay;
     m_restarts = m_restarts || answer.restarts;
-    if (m_timing.replyDelay > 0)
-        m_delay.start(m_timing.replyDelay);
-    else
-        send();
+    m_pending += delivery;
+    if (m_pending.size() == 1)
+        deliver();
 }
 
-void ConfigurationClient::send()
+/// Sends answers up to the next pause.
+void ConfigurationClient::deliver()
 {
-    const QByteArray bytes = std::exchange(m_pending, {});
-    if (m_socket->state() == QAbstractSocket::ConnectedState)
-        m_socket->write(bytes);
-    if (std::exchange(m_restarts, false))
+    while (!m_pending.isEmpty() && !m_hasEnded) {
+        Delivery &next = m_pending.first();
+        if (next.delay > 0) {
+            m_delay.start(std::exchange(next.delay, 0));
+            return;
+        }
+        deliverPiece();
+        if (!next.bytes.isEmpty()) {
+            m_delay.start(0);
+            return;
+        }
+        const Delivery::End last = next.end;
+        m_pending.removeFirst();
+        end(last);
+    }
+    if (m_pending.isEmpty() && std::exchange(m_restarts, false))
         Q_EMIT restartRequested();
 }
 
-void ConfigurationClient::sendDelayed()
+void ConfigurationClient::deliverPiece()
 {
-    send();
+    Delivery &next = m_pending.first();
+    const qsizetype whole = next.bytes.size();
+    // Another fault may have shortened the bytes.
+    const qsizetype size = next.pieces.isEmpty() ? whole : std::min(next.pieces.takeFirst(), whole);
+    if (m_socket->state() == QAbstractSocket::ConnectedState) {
+        m_socket->write(next.bytes.first(size));
+        // Otherwise the event loop could gather pieces.
+        if (size < whole)
+            m_socket->flush();
+    }
+    next.bytes.remove(0, size);
+}
+
+void ConfigurationClient::deliverLater()
+{
+    deliver();
     process();
+}
+
+void ConfigurationClient::end(Delivery::End end)
+{
+    m_hasEnded = end != Delivery::End::Stay;
+    if (end == Delivery::End::Close)
+        m_socket->disconnectFromHost();
+    else if (end == Delivery::End::Reset)
+        resetConnection(*m_socket);
 }
 
 void ConfigurationClient::enter(State state)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recorder/clients/LoginClient.h"
+#include "recorder/protocol/AnswerFaults.h"
 #include "recorder/protocol/CommandTable.h"
 #include "recorder/protocol/ConnectionTiming.h"
 
@@ -20,8 +21,9 @@ public:
     static constexpr qsizetype MaxBody = 8 * 1024 * 1024;
     static constexpr qsizetype MaxPackage = 64 * 1024 * 1024;
 
+    /// \a timing and \a faults are those of the server.
     ConfigurationClient(QTcpSocket *socket, ConfigService &service, const ConnectionTiming &timing,
-                        QObject *parent);
+                        AnswerFaults &faults, QObject *parent);
 
 Q_SIGNALS:
     void fileReceived(const QString &name, const QByteArray &body);
@@ -49,20 +51,27 @@ private:
     void runCommand(const Command &command);
 
     void refuse(const QString &reason, State next);
+    void answerLogin() override;
     void answer(const Answer &answer) override;
-    void send();
-    void sendDelayed();
+    void deliver();
+    void deliverPiece();
+    void deliverLater();
+    void end(Delivery::End end);
     void beginService() override { enter(State::Ready); }
     void enter(State state);
     void expired() override;
 
     ConfigService &m_service;
-    QTimer m_delay;
+    AnswerFaults &m_faults;
+    QTimer m_delay; // until the next piece of an answer is sent
     State m_state = State::Ready;
     Command m_command;    // the one whose body is awaited
     QByteArray m_body;    // what has arrived of it
     quint64 m_wanted = 0; // bytes of the body still to come
-    QByteArray m_pending; // an answer that waits for the reply delay
+    QByteArray m_request; // the one that is answered next, as AnswerFaults::deliver() takes it
+    int m_answers = 0;
+    QList<Delivery> m_pending; // answers that wait to be sent
+    bool m_hasEnded = false;   // nothing is read and sent any more
     bool m_restarts = false;
 };
 
