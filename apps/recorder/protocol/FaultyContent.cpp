@@ -38,11 +38,12 @@ QByteArray descriptionOfControls()
            "</item></tab></tabwidget></pvsetup>";
 }
 
-/// The pattern stands in every directive, itself included, so each pass makes the text three times as long.
+/// The pattern matches what stands in the other parts of every directive, its own included, so each one makes
+/// the text three times as long.
 QByteArray feedingDirectives()
 {
-    return "[ Device ]\n" + QByteArray("#! s/AB/ABAB{net/untitled/HOSTNAME}AB/\n").repeated(DirectiveCount) +
-           "ID=AB\n";
+    return "[ Device ]\n" +
+           QByteArray("#! s/A[B]/ABAB{net/untitled/HOSTNAME}AB/\n").repeated(DirectiveCount) + "ID=AB\n";
 }
 
 } // namespace
