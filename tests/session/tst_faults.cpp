@@ -382,6 +382,7 @@ void TestFaults::exchanges_data()
         {"length=more", Waits, Waits},
         {"length=2147483648", Waits, WrongAnswer},
         {"length=9223372036854775808", Waits, WrongAnswer},
+        {"length=2147483648 + bytewise", Waits, WrongAnswer},
         {"length=-5", Waits, Waits},
         {"length=none", Waits, Waits},
         {"garbage-before", Waits, Done},
@@ -409,7 +410,10 @@ void TestFaults::exchanges()
     const bool isDone = outcome.kind == Outcome::Done;
     WatchedStore watched(address());
     prepare(watched, phase);
-    start(watched, phase, {fault + u'@' + row.place});
+    QStringList faults = fault.split(" + ");
+    for (QString &text : faults)
+        text += u'@' + QLatin1StringView(row.place);
+    start(watched, phase, faults);
     checkOutcome(watched, phase, outcome);
     if (QTest::currentTestFailed())
         return;
