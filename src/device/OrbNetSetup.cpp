@@ -329,7 +329,9 @@ void OrbNetSetup::error(QAbstractSocket::SocketError e)
 {
     // Deliberate: the state stays, so that later attempts report it.
     setActivity(QString());
-    showFailed(problemText(e, m_socket->errorString()));
+    // A recorder that has refused something may close the connection; what it has refused is the problem.
+    if (!m_stopped)
+        showFailed(problemText(e, m_socket->errorString()));
     Q_EMIT pseudothrow(tr("Network error %1").arg(static_cast<int>(e)));
 }
 

@@ -23,8 +23,8 @@ const char Description[] = R"(<pvsetup version="1.0">
     <item type="gridlayout">
       <item type="setup" row="0" column="0"><device/></item>
       <item type="edit" row="1" column="0"><key>net/untitled/HOSTNAME</key></item>
-      <item type="pushbutton" row="2" column="0"><text>Load</text>
-        <action type="call" slot="load">device</action></item>
+      <item type="pushbutton" row="2" column="0"><text>Save</text>
+        <action type="call" slot="callSetup" param="save_settings">device</action></item>
     </item>
   </tab></tabwidget>
 </pvsetup>)";
@@ -163,6 +163,9 @@ private Q_SLOTS:
     void cleanup();
     void exchanges_data();
     void exchanges();
+    void aLateAnswerDoesNotReachTheNextExchange();
+    void namesTheFirstProblem_data();
+    void namesTheFirstProblem();
     void descriptions_data();
     void descriptions();
     void directives();
@@ -171,6 +174,8 @@ private Q_SLOTS:
     void cancelClosesTheWindow_data();
     void cancelClosesTheWindow();
     void triesAgainInAWindow();
+    void savesAgainInAWindow_data();
+    void savesAgainInAWindow();
 
 private:
     void startRecorder();
@@ -443,6 +448,41 @@ void TestFaults::exchanges()
     QCOMPARE(m_files, m_saved);
 }
 
+void TestFaults::aLateAnswerDoesNotReachTheNextExchange()
+{
+    WatchedStore watched(address());
+    prepare(watched, Phase::Save);
+    start(watched, Phase::Save, {"late=30@PUT NET CONFIG"});
+    AWAIT_VERIFY(m_faultCount > 0);
+    watched.store.resetLink();
+    m_recorder->setFaults({});
+    m_recorder->setReplyDelay(10); // the late answer is sent in the middle of the next exchange
+    save(watched);
+    QCOMPARE(m_files, m_saved);
+    QCOMPARE(watched.stores, 1);
+    QCOMPARE(watched.messages, QStringList());
+}
+
+void TestFaults::namesTheFirstProblem_data()
+{
+    const TestTable<QString> row("problem");
+    row("error=disk busy@PUT NET CONFIG", "Device error \"disk busy\"");
+    row("no-answer-line@PUT NET CONFIG", "Wrong device answer");
+}
+
+/// Recorders close the connection when they have refused something.
+void TestFaults::namesTheFirstProblem()
+{
+    QFETCH(QString, problem);
+    WatchedStore watched(address());
+    prepare(watched, Phase::Save);
+    start(watched, Phase::Save, {QTest::currentDataTag(), "close-after@PUT NET CONFIG"});
+    AWAIT_VERIFY(watched.messages.size() == 3);
+    QCOMPARE(watched.messages.first(), problem);
+    QCOMPARE(watched.state(), LinkStatus::State::Failed);
+    QCOMPARE(watched.store.linkStatus().problem, problem);
+}
+
 void TestFaults::descriptions_data()
 {
     const TestTable<QString> row("message");
@@ -585,6 +625,41 @@ void TestFaults::triesAgainInAWindow()
     AWAIT_COMPARE(text->text(), QString());
     QCOMPARE(messages.count(), 1);
     window.endSession();
+}
+
+void TestFaults::savesAgainInAWindow_data()
+{
+    const TestTable<QString> row("problem");
+    row("error=disk busy@PUT NET CONFIG", "Device error \"disk busy\"");
+    row("no-answer-line@PUT NET CONFIG", "Wrong device answer");
+    row("close-before@PUT NET CONFIG", Closed);
+    row("reset@login", Closed);
+}
+
+void TestFaults::savesAgainInAWindow()
+{
+    QFETCH(QString, problem);
+    const ModalWatcher messages;
+    Session session(address());
+    QVERIFY(session.isFine());
+    setFaults({QTest::currentDataTag()});
+    replaceText(*session.field("paravue-r4"), "renamed");
+    QTest::mouseClick(buttonWithText<QPushButton>(*session.window, "Save"), Qt::LeftButton);
+    auto *retry = session.window->findChild<QToolButton *>("statusRetry");
+    AWAIT_VERIFY(retry->isVisible());
+    AWAIT_COMPARE(messages.count(), 1);
+    letEventsArrive();
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(session.window->findChild<QLabel *>("statusText")->text(), problem);
+    QVERIFY(session.field("renamed"));
+    m_recorder->setFaults({});
+    m_files.clear();
+    QSignalSpy stored(&session.store, &OrbSetup::storeDone);
+    QTest::mouseClick(retry, Qt::LeftButton);
+    AWAIT_COMPARE(stored.size(), 1);
+    QCOMPARE(m_files, m_saved);
+    AWAIT_VERIFY(!retry->isVisible());
+    QCOMPARE(messages.count(), 1);
 }
 
 QTEST_MAIN(TestFaults)
