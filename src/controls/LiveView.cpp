@@ -8,6 +8,13 @@
 namespace paravue
 {
 
+namespace
+{
+
+constexpr int FocusFrameWidth = 3; // pixels
+
+} // namespace
+
 LiveView::LiveView(QWidget *parent) : QLabel(tr("No signal"), parent)
 {
     setTextFormat(Qt::PlainText);
@@ -54,6 +61,10 @@ void LiveView::paintEvent(QPaintEvent *event)
     else
         drawFrame(&painter);
     paintNotice(painter, contentsRect(), shown, background, palette().color(foregroundRole()));
+    if (hasFocus()) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), FocusFrameWidth));
+        painter.drawRect(rect().adjusted(1, 1, -2, -2));
+    }
 }
 
 } // namespace paravue

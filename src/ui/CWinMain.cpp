@@ -274,6 +274,7 @@ void CWinMain::saveSettings()
 
 void CWinMain::tryAgain()
 {
+    m_parts->tasks.retryPictures();
     if (isBuilt()) {
         ExchangeQueue::of(*m_setup).repeat();
         return;

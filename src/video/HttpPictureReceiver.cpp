@@ -154,8 +154,10 @@ void HttpPictureReceiver::releaseConnection()
 
 void HttpPictureReceiver::finish()
 {
-    if (m_reply->error() != QNetworkReply::NoError)
+    if (m_reply->error() != QNetworkReply::NoError) {
+        m_isRefused = isRefusal(m_reply->error());
         return end(problemOf(m_reply->error()));
+    }
     receive();
     if (m_isFinished)
         return;
@@ -167,6 +169,12 @@ void HttpPictureReceiver::finish()
         return end(tr("Not a picture"));
     end({});
     Q_EMIT pixmapReady(QPixmap::fromImage(picture));
+}
+
+bool HttpPictureReceiver::isRefusal(QNetworkReply::NetworkError error)
+{
+    return error == QNetworkReply::AuthenticationRequiredError ||
+           error == QNetworkReply::ContentAccessDenied || error == QNetworkReply::RemoteHostClosedError;
 }
 
 QString HttpPictureReceiver::problemOf(QNetworkReply::NetworkError error) const

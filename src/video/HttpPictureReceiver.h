@@ -35,6 +35,8 @@ public:
     bool isFinished() const { return m_isFinished; }
     /// Why there is no picture, for the user; empty otherwise. Never contains login or password.
     QString problem() const { return m_problem; }
+    /// True when the recorder has refused the login, or has closed the connection without a whole answer.
+    bool isRefused() const { return m_isRefused; }
 
 Q_SIGNALS:
     void pixmapReady(const QPixmap &pixmap);
@@ -48,6 +50,7 @@ private:
     void end(const QString &problem);
     void finish();
     void releaseConnection();
+    static bool isRefusal(QNetworkReply::NetworkError error);
     QString problemOf(QNetworkReply::NetworkError error) const;
 
     QNetworkAccessManager m_network;
@@ -62,6 +65,7 @@ private:
     int m_redirections = 0;
     bool m_hasLoggedIn = false;
     bool m_isFinished = false;
+    bool m_isRefused = false;
 };
 
 } // namespace paravue

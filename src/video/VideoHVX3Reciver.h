@@ -32,6 +32,9 @@ public:
     explicit VideoHVX3Reciver(QObject *parent, const QDomElement &element);
     ~VideoHVX3Reciver() override;
 
+    /// True once the recorder has acknowledged the login.
+    bool isStreaming() const { return m_state == Streaming; }
+
 Q_SIGNALS:
     /// A picture to show, which shares no memory with later ones.
     void pixmapReady(const QPixmap &pixmap);
@@ -47,8 +50,6 @@ protected:
     QTcpSocket &socket() { return *m_socket; }
     /// For consumers of further streams.
     cHvx3Demuxer &demuxer() { return *m_demuxer; }
-    /// True once the recorder has acknowledged the login.
-    bool isStreaming() const { return m_state == Streaming; }
 
 private:
     enum State { Connecting = 0, LoggingIn = 1, Streaming = 2 };

@@ -6,6 +6,7 @@
 #include "recorder/RecorderServer.h"
 #include "recorder/clients/HttpAccess.h"
 #include "recorder/video/VideoService.h"
+#include "support/Waiting.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -144,6 +145,8 @@ private Q_SLOTS:
     void fetchesStillsAgainAndAgain_data();
     void fetchesStillsAgainAndAgain();
     void asksForOneStillAtATime();
+    void logsInRarelyWhenRefused_data();
+    void logsInRarelyWhenRefused();
 
 private:
     void describe(const char *description);
@@ -283,7 +286,7 @@ void TestLiveVideo::saysWhatIsWrong()
     };
     live.session.store.setValue("general/network/password/wrong");
     live.pass(501);
-    QVERIFY(says("No picture: login refused?"));
+    QVERIFY(says("No picture: login refused? (next attempt within 10 s)"));
     live.session.store.setValue("general/network/password/admin");
     live.pass(501); // with the login of now
     QVERIFY(says(""));
@@ -345,7 +348,7 @@ void TestLiveVideo::fetchesStillsAgainAndAgain()
     live.session.store.setValue("general/network/password/wrong");
     QVERIFY(comesTrue([&] {
         live.pass(501);
-        return yard.valueText() == "Login refused";
+        return yard.valueText().startsWith("Login refused (next attempt within ");
     }));
     QCOMPARE(clockIn(yard), -1);
     QCOMPARE(gate.valueText(), "320 × 180 pixels"); // which has a login of its own
@@ -382,6 +385,67 @@ void TestLiveVideo::asksForOneStillAtATime()
     }));
     m_recorder->setReplyDelay(0);
     QCOMPARE(most, 2); // of two tasks
+}
+
+void TestLiveVideo::logsInRarelyWhenRefused_data()
+{
+    QTest::addColumn<QByteArray>("task");
+    QTest::addColumn<QString>("login"); // what the line of the recorder's log contains
+    QTest::newRow("live") << QByteArray("startVideoOnline") << "LOGIN=admin";
+    QTest::newRow("still") << QByteArray("v3getjpeg") << "> 401";
+}
+
+void TestLiveVideo::logsInRarelyWhenRefused()
+{
+    QFETCH(QByteArray, task);
+    QFETCH(QString, login);
+    const QByteArray path = task == "v3getjpeg" ? "/snapshot.jpg" : "";
+    QByteArray tasks;
+    QByteArray cells;
+    for (int i = 1; i <= 4; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        tasks += "<timetask type='" + task + "' period='500'><url>{general/network/url}" + path +
+                 "</url><target>view" + number + "</target></timetask>";
+        cells += "<item type='online' row='" + number + "'><view" + number + "/></item>";
+    }
+    describe(QByteArray("<pvsetup version='1.0'><window>" + tasks +
+                        "</window><tabwidget><tab><name>Cameras</name><item type='gridlayout'>" + cells +
+                        "</item></tab></tabwidget></pvsetup>"));
+    m_recorder->setSnapshotLogins(HttpAccess::Digest);
+    LiveSession live(*m_recorder);
+    const QList<LiveView *> views = live.session.window->findChildren<LiveView *>();
+    QCOMPARE(views.size(), 4);
+    live.session.store.setValue("general/network/password/wrong");
+    int logins = 0;
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, &live.session.store,
+            [&](const QString &line) { logins += line.contains(login); });
+    const auto isRefused = [](const LiveView *view) {
+        return view->valueText().contains("efused") && view->valueText().contains("(next attempt within ");
+    };
+    // What a tick begins has come to its end at the next one.
+    const auto pass = [&](int milliseconds) {
+        for (int tick = 0; tick < milliseconds; tick += 500) {
+            live.pass(500);
+            AWAIT_VERIFY((live.pass(1), std::all_of(views.begin(), views.end(), isRefused)));
+        }
+    };
+    // Over HTTP the recorder refuses each request a first time, to ask for the login.
+    const int perAttempt = task == "v3getjpeg" ? 2 : 1;
+    pass(17'000);
+    QVERIFY2(logins >= 4 * perAttempt && logins <= 6 * perAttempt, QByteArray::number(logins));
+
+    const int before = logins;
+    QTest::mouseClick(views.last(), Qt::LeftButton);
+    pass(1000);
+    QCOMPARE(logins, before + perAttempt);
+
+    live.session.store.setValue("general/network/password/admin");
+    for (LiveView *view : views) {
+        QVERIFY(comesTrue([&] {
+            live.pass(501);
+            return clockIn(*view) > 0;
+        }));
+    }
 }
 
 QTEST_MAIN(TestLiveVideo)

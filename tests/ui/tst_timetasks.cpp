@@ -2,6 +2,7 @@
 #include "controls/LiveView.h"
 #include "controls/MaskEditor.h"
 #include "controls/PtzCrossView.h"
+#include "controls/PtzVideoInput.h"
 #include "support/Waiting.h"
 #include "ui/types/ControlTypes.h"
 #include "ui/window/WindowParts.h"
@@ -57,6 +58,7 @@ public:
     bool isActive() const override { return active; }
     bool hasConnected() const override { return connected; }
     quint64 traffic() const override { return bytes; }
+    bool isRefused() const override { return PictureSource::isRefused() || reason == "Login refused"; }
     QString problem() const override { return reason; }
     QString cameraPosition() const override { return connected ? "0.5,0.5" : ""; }
 
@@ -83,6 +85,74 @@ QString describeParts(WindowParts &parts, const QByteArray &text)
     return fault;
 }
 
+/// Tasks whose sources the test plays, in a window without a recorder, in a time that the test lets pass.
+struct PlayedTasks {
+    explicit PlayedTasks(const QByteArray &tasks, const QByteArray &cells)
+        : fixture({{"net", "HOST=camera\n"}, {"general", ""}}),
+          parts(fixture.store(), window, adapterOfType, WindowServices{})
+    {
+        fixture.store().setValue("general/network/login/guest");
+        fixture.store().setValue("general/network/password/wrong");
+        problem =
+            describeParts(parts, describe("<window>" + tasks + "</window><page><item type='gridlayout'>" +
+                                          cells + "</item></page>"));
+        parts.builder.buildPage(parts.description.document().first("page"), &window);
+        parts.tasks.setSourceFactory([this](PictureKind, const QDomElement &) {
+            auto made = std::make_unique<FakeSource>();
+            sources << made.get();
+            return made;
+        });
+        parts.tasks.setClock([this] { return now; });
+        parts.tasks.add(parts.description.document().first("window"));
+    }
+    ~PlayedTasks()
+    {
+        parts.tasks.clear();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void tick(int milliseconds)
+    {
+        now += milliseconds;
+        parts.tasks.tick();
+    }
+    /// The recorder refuses the last source: a live one by ending the connection.
+    void refuse(const QByteArray &type)
+    {
+        FakeSource &last = *sources.last();
+        if (type == "startVideoOnline")
+            last.connected = true;
+        else
+            last.reason = "Login refused";
+        last.active = false;
+        tick(1);
+    }
+    /// The time until another source is made, in ticks of half a second.
+    int untilNext()
+    {
+        const qsizetype before = sources.size();
+        int waited = 0;
+        while (sources.size() == before && waited < 200'000) {
+            tick(500);
+            waited += 500;
+        }
+        return waited;
+    }
+    QString said() const { return window.findChild<LiveView *>()->valueText(); }
+
+    StoreFixture fixture;
+    QWidget window;
+    WindowParts parts;
+    QList<QPointer<FakeSource>> sources;
+    QString problem;
+    quint32 now = 0xFFFFFF00; // before the numbers wrap around
+};
+
+QByteArray pictureTask(const QByteArray &type, const QByteArray &rest = {})
+{
+    return "<timetask type='" + type + "'><url>camera:5049</url><target>view</target>" + rest + "</timetask>";
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Story)
@@ -102,6 +172,10 @@ private Q_SLOTS:
     void fetchesPictures();
     void saysWhyThereIsNoPicture_data();
     void saysWhyThereIsNoPicture();
+    void waitsLongerAfterEachRefusal_data();
+    void waitsLongerAfterEachRefusal();
+    void endsTheWaitWhenAsked();
+    void makesOneAttemptPerAccount();
     void connectsToNobodyInAPreview();
 };
 
@@ -286,12 +360,14 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
                          {"", "Connection lost"}, {"close", "No connection"},
                          {"", "No connection"},   {"connect", "No connection", true},
                          {"picture", "", true},   {"", "", true}};
-    QTest::newRow("does not let in") << live
-                                     << Story{{"connect", "No picture yet", true},
-                                              {"close", "No picture: login refused?"},
-                                              {"connect", "No picture: login refused?", true},
-                                              {"wait 6", "No picture: login refused?"},
-                                              {"wait 55", "No picture: login refused?"}};
+    QTest::newRow("does not let in")
+        << live
+        << Story{{"connect", "No picture yet", true},
+                 {"close", "No picture: login refused? (next attempt within 10 s)"},
+                 {"wait 1", "No picture: login refused?"},
+                 {"connect", "No picture: login refused?", true},
+                 {"wait 6", "No picture: login refused?"},
+                 {"wait 55", "No picture: login refused? (next attempt within 10 s)"}};
     QTest::newRow("falls silent") << live
                                   << Story{{"connect", "No picture yet", true},
                                            {"wait 5", "No picture for 5 s"},
@@ -312,49 +388,35 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
                                                       {"connect", "Connection lost", true},
                                                       {"picture", "", true}};
     QTest::newRow("still pictures") << still
-                                    << Story{{"", "Connecting…"},   {"fail Login refused", "Login refused"},
-                                             {"", "Login refused"}, {"picture close", ""},
-                                             {"wait 4", ""},        {"wait 2", "No picture for 6 s"},
-                                             {"picture close", ""}, {"fail No connection", "No connection"}};
+                                    << Story{
+                                           {"", "Connecting…"},
+                                           {"fail Login refused", "Login refused (next attempt within 10 s)"},
+                                           {"wait 1", "Login refused"},
+                                           {"picture close", ""},
+                                           {"wait 4", ""},
+                                           {"wait 2", "No picture for 6 s"},
+                                           {"picture close", ""},
+                                           {"fail No connection", "No connection"}};
 }
 
 void TestTimeTasks::saysWhyThereIsNoPicture()
 {
     QFETCH(QByteArray, type);
     QFETCH(Story, story);
-    StoreFixture fixture({{"general", ""}});
-    QWidget window;
-    WindowParts parts(fixture.store(), window, adapterOfType, WindowServices{});
-    QCOMPARE(describeParts(parts,
-                           describe("<window><timetask type='" + type +
-                                    "'><url>x</url><target>view</target><ptz>camera</ptz></timetask></window>"
-                                    "<page><item type='gridlayout'><item type='online'><view/></item>"
-                                    "<item type='PTZcrossView'><camera/></item>"
-                                    "<item type='maskctrl'><view/></item></item></page>")),
-             QString());
-    parts.builder.buildPage(parts.description.document().first("page"), &window);
-    const auto *online = window.findChild<LiveView *>();
-    const auto *mask = window.findChild<MaskEditor *>();
-    const QString cell = mask->valueText();
-    const auto *cross = window.findChild<PtzCrossView *>();
-    QPointer<FakeSource> receiver;
-    parts.tasks.setSourceFactory([&](PictureKind, const QDomElement &) {
-        auto made = std::make_unique<FakeSource>();
-        receiver = made.get();
-        return made;
-    });
-    quint32 now = 0;
-    parts.tasks.setClock([&] { return now; });
-    parts.tasks.add(parts.description.document().first("window"));
+    PlayedTasks played(pictureTask(type, "<ptz>camera</ptz>"),
+                       "<item type='online'><view/></item><item type='PTZcrossView'><camera/></item>"
+                       "<item type='maskctrl'><view/></item>");
+    QCOMPARE(played.problem, QString());
+    const auto *online = played.window.findChild<LiveView *>();
+    const auto *mask = played.window.findChild<MaskEditor *>();
+    const QString cell = mask->valueText().section("; ", 1);
+    const auto *cross = played.window.findChild<PtzCrossView *>();
     QCOMPARE(online->valueText(), "No picture yet");
-    const auto tick = [&](int milliseconds) {
-        now += milliseconds;
-        parts.tasks.tick();
-    };
-    tick(1);
+    played.tick(1);
     QPixmap picture(3, 2);
     picture.fill(Qt::red);
     for (const Moment &moment : story) {
+        FakeSource *receiver = played.sources.last();
         const QString event = moment.event;
         const int seconds = event.section(' ', 1).toInt();
         if (event == "connect") {
@@ -369,14 +431,145 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
             receiver->reason = event.section(' ', 1);
         if (event.startsWith("bytes") || event.startsWith("picture"))
             ++receiver->bytes;
-        tick(seconds > 0 ? 1000 * seconds : 1);
+        played.tick(seconds > 0 ? 1000 * seconds : 1);
         const QByteArray where = "after " + event.toUtf8();
         QVERIFY2(online->valueText() == moment.said, where + ": " + online->valueText().toUtf8());
         QVERIFY2(cross->valueText().startsWith("Pan") == moment.isCameraKnown, where);
         QCOMPARE(mask->valueText(), moment.said.isEmpty() ? cell : moment.said + "; " + cell);
     }
-    parts.tasks.clear();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TestTimeTasks::waitsLongerAfterEachRefusal_data()
+{
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<QByteArray>("period");
+    QTest::addColumn<QList<int>>("waits");
+    const QList<int> doubling{1000, 2000, 4000, 8000, 16'000, 32'000, 60'000, 60'000};
+    QTest::newRow("live") << QByteArray("startVideoOnline") << QByteArray("0") << doubling;
+    QTest::newRow("still") << QByteArray("v3getjpeg") << QByteArray("0") << doubling;
+    QTest::newRow("never before its period")
+        << QByteArray("startVideoOnline") << QByteArray("10000")
+        << QList<int>{10'000, 10'000, 10'000, 10'000, 16'000, 32'000, 60'000, 60'000};
+}
+
+void TestTimeTasks::waitsLongerAfterEachRefusal()
+{
+    QFETCH(QByteArray, type);
+    QFETCH(QByteArray, period);
+    QFETCH(QList<int>, waits);
+    PlayedTasks played(pictureTask(type).replace("'><url", "' period='" + period + "'><url"),
+                       "<item type='online'><view/></item>");
+    QCOMPARE(played.problem, QString());
+    played.tick(period.toInt() + 1);
+    for (int round = 0; round < 2; ++round) {
+        QList<int> waited;
+        for (qsizetype i = 0; i < waits.size(); ++i) {
+            played.refuse(type);
+            waited << played.untilNext();
+        }
+        QCOMPARE(waited, waits);
+        // A picture ends that. Then the connection is lost, and nobody answers for a while.
+        FakeSource *source = played.sources.last();
+        source->connected = type == "startVideoOnline";
+        Q_EMIT source->pixmapReady(QPixmap(3, 2));
+        source->active = false;
+        const int usual = period.toInt() + 500;
+        QCOMPARE(played.untilNext(), usual);
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            played.sources.last()->active = false;
+            QCOMPARE(played.untilNext(), usual);
+        }
+    }
+}
+
+void TestTimeTasks::endsTheWaitWhenAsked()
+{
+    PlayedTasks played(pictureTask("startVideoOnline"),
+                       "<item type='online'><view/></item><item type='maskctrl' row='1'><view/></item>"
+                       "<item type='PTZvideoin' row='2'><view/></item>");
+    auto *online = played.window.findChild<LiveView *>();
+    auto *mask = played.window.findChild<MaskEditor *>();
+    auto *camera = played.window.findChild<PtzVideoInput *>();
+    played.tick(1);
+    for (int refusal = 0; refusal < 8; ++refusal) {
+        played.refuse("startVideoOnline");
+        played.untilNext();
+    }
+    const auto clickAndEnter = [](QWidget &view) {
+        QTest::mouseClick(&view, Qt::LeftButton);
+        QTest::keyClick(&view, Qt::Key_Return);
+    };
+    clickAndEnter(*online); // during an attempt nothing is asked
+    QCOMPARE(online->focusPolicy(), Qt::NoFocus);
+    QStringList said;
+    const QList<std::function<void()>> ways{
+        [&] { QTest::mouseClick(online, Qt::LeftButton); },
+        [&] { QTest::keyClick(online, Qt::Key_Return); },
+        [&] { QTest::mouseClick(camera, Qt::LeftButton); },
+        [&] { played.parts.tasks.retryPictures(); },
+        [&] { played.fixture.store().setValue("general/network/password/other"); },
+    };
+    for (const auto &way : ways) {
+        played.refuse("startVideoOnline");
+        said.clear();
+        for (int tick = 0; tick < 40; ++tick) {
+            played.tick(500);
+            if (said.isEmpty() || said.last() != played.said())
+                said << played.said();
+        }
+        QCOMPARE(said, (QStringList{"No picture: login refused? (next attempt within 60 s)"}));
+        QVERIFY(!online->toolTip().isEmpty() && online->focusPolicy() != Qt::NoFocus);
+        QTest::mouseClick(mask, Qt::LeftButton); // paints
+        QTest::mouseClick(online, Qt::RightButton);
+        const qsizetype before = played.sources.size();
+        played.tick(500);
+        QCOMPARE(played.sources.size(), before);
+        way();
+        played.tick(1);
+        QCOMPARE(played.sources.size(), before + 1);
+        QCOMPARE(played.said(), "No picture: login refused?");
+        QVERIFY(online->toolTip().isEmpty() && online->focusPolicy() == Qt::NoFocus);
+    }
+    // The other login begins with the shortest wait.
+    played.refuse("startVideoOnline");
+    QCOMPARE(played.untilNext(), 1000);
+}
+
+void TestTimeTasks::makesOneAttemptPerAccount()
+{
+    const QByteArray live = pictureTask("startVideoOnline");
+    const QByteArray still = pictureTask("v3getjpeg");
+    PlayedTasks played(live + live + still +
+                           pictureTask("startVideoOnline", "<login>other</login><password/>"),
+                       "<item type='online'><view/></item>");
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 2);
+    QPointer<FakeSource> other = played.sources.last();
+    other->connected = true;
+    for (int tick = 0; tick < 5; ++tick)
+        played.tick(1);
+    QCOMPARE(played.sources.size(), 2);
+    played.sources.move(0, 1);
+    QList<int> waited;
+    for (int refusal = 0; refusal < 5; ++refusal) {
+        played.refuse("startVideoOnline");
+        waited << played.untilNext();
+    }
+    QCOMPARE(waited, (QList<int>{1000, 2000, 4000, 8000, 16'000}));
+    QCOMPARE(played.sources.size(), 7);
+
+    // With the first picture the others follow. When all are refused later, that counts once.
+    Q_EMIT played.sources.last()->pixmapReady(QPixmap(3, 2));
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 9);
+    for (const auto &source : {played.sources[7], played.sources[8]}) {
+        source->connected = true;
+        source->reason = "Login refused";
+        source->active = false;
+    }
+    QCOMPARE(played.untilNext(), 1500); // seen after 500, and 1000 later
+    QCOMPARE(played.sources.size(), 10);
+    QVERIFY(other && other->active);
 }
 
 void TestTimeTasks::connectsToNobodyInAPreview()

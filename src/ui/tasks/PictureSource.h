@@ -27,6 +27,11 @@ public:
     virtual bool isActive() const = 0;
     /// True when there has been a connection, even if it is lost now.
     virtual bool hasConnected() const { return false; }
+    /// True once the recorder has accepted the login.
+    virtual bool isAccepted() const { return pictures() > 0; }
+    /// True when the recorder has refused the login or ended the connection before any picture. It may lock
+    /// the account when the next attempts follow too soon.
+    virtual bool isRefused() const { return !isActive() && hasConnected() && pictures() == 0; }
     /// A counter that changes whenever anything arrives over the connection.
     virtual quint64 traffic() const { return 0; }
     /// Why there was no picture, as a short text for the user; empty when the source does not know.

@@ -32,6 +32,7 @@ public:
         return state != QAbstractSocket::UnconnectedState && state != QAbstractSocket::ClosingState;
     }
     bool hasConnected() const override { return m_hasConnected; }
+    bool isAccepted() const override { return m_receiver.isStreaming(); }
     quint64 traffic() const override { return m_traffic; }
 
 protected:
@@ -66,6 +67,7 @@ public:
     }
 
     bool isActive() const override { return !m_receiver.isFinished(); }
+    bool isRefused() const override { return m_receiver.isRefused(); }
     QString problem() const override { return m_receiver.problem(); }
 
 private:

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QSet>
 
+#include <algorithm>
 #include <utility>
 
 namespace paravue
@@ -42,6 +43,24 @@ bool resolveUrl(ControlContext &context, const QDomElement &task)
     return true;
 }
 
+RecorderAccount accountOf(PictureKind kind, const QDomElement &task)
+{
+    const QDomElement url = task.firstChildElement(urlTag);
+    return RecorderAccount::of(kind, url.attribute(parsedAttribute), url.attribute(loginAttribute),
+                               url.attribute(passwordAttribute));
+}
+
+/// In seconds, rounded up in few steps, so that a screen reader does not read a new text every second.
+int roundedWait(quint32 milliseconds)
+{
+    const quint32 seconds = (milliseconds + 999) / 1000;
+    for (const quint32 step : {10, 30, 60}) {
+        if (seconds <= step)
+            return int(step);
+    }
+    return int((seconds + 59) / 60 * 60);
+}
+
 /// A plain label shows either a text or a picture.
 void showNotice(QWidget *widget, const QString &text)
 {
@@ -71,39 +90,66 @@ void PictureTask::run(PictureKind kind, const QDomElement &task, quint32 now)
     const QList<QWidget *> added = findTargets(task);
     if (!*m_makeSource)
         return;
-    if (!m_source || !m_source->isActive() || m_status.isDead()) {
+    for (QWidget *target : added)
+        connectTarget(*target);
+    m_isDeferred = false;
+    if (needsSource()) {
         if (!resolveUrl(*m_context, task))
             return setNotice(tr("No address of pictures"));
-        m_camera.reset();
-        m_source.reset((*m_makeSource)(kind, task).release());
-        m_status.begin(now);
-        for (QWidget *target : std::as_const(m_targets))
-            connectTarget(*target);
-    } else {
-        for (QWidget *target : added)
-            connectTarget(*target);
+        m_login = m_logins->find(accountOf(kind, task));
+        m_isDeferred = !m_login->mayBegin(now);
+        if (!m_isDeferred)
+            begin(kind, task, now);
     }
-    if (!m_source)
-        return;
-    findCamera(task);
-    poll(now);
+    if (m_source)
+        findCamera(task);
+    poll(now, 0);
 }
 
-void PictureTask::poll(quint32 now)
+void PictureTask::begin(PictureKind kind, const QDomElement &task, quint32 now)
 {
+    m_camera.reset();
+    m_attempt.reset();
+    m_source.reset((*m_makeSource)(kind, task).release());
+    m_status.begin(now);
     if (!m_source)
         return;
-    if (m_status.poll(*m_source, now))
-        m_notice.clear(); // by the picture
+    m_attempt = std::make_unique<LoginAttempt>(m_login);
+    for (QWidget *target : std::as_const(m_targets))
+        connectTarget(*target);
+}
+
+void PictureTask::retry()
+{
+    if (!isWaiting())
+        return;
+    m_login->endWait();
+    m_isDeferred = true;
+}
+
+void PictureTask::poll(quint32 now, quint32 untilDue)
+{
+    if (m_source) {
+        if (m_status.poll(*m_source, now))
+            m_notice.clear(); // by the picture
+        m_attempt->poll(*m_source, m_status, now);
+    }
     if (m_camera)
         m_camera->setLive(!m_status.isStale());
-    setNotice(m_status.text());
+    if (std::any_of(m_retries.begin(), m_retries.end(), [](const auto &each) { return each->isRequested(); }))
+        retry();
+    offerRetry(isWaiting());
+    if (m_source || m_isDeferred)
+        setNotice(notice(isWaiting() ? std::max(m_login->remaining(now), untilDue) : 0));
 }
 
 void PictureTask::end()
 {
     m_camera.reset();
+    m_attempt.reset();
     m_source.reset();
+    m_isDeferred = false;
+    offerRetry(false);
     setNotice(tr("Pictures have ended"));
 }
 
@@ -142,6 +188,30 @@ void PictureTask::findCamera(const QDomElement &task)
     if (!m_camera)
         m_camera = std::make_unique<CameraLink>(*m_source);
     m_camera->add(m_context->description().widgets(ptz.text().trimmed()));
+}
+
+QString PictureTask::notice(quint32 untilAttempt) const
+{
+    QString reason = m_source ? m_status.text() : m_login->problem();
+    if (!m_source && reason.isEmpty())
+        reason = tr("No picture yet");
+    if (untilAttempt == 0)
+        return reason;
+    const int seconds = roundedWait(untilAttempt);
+    return seconds <= 60 ? tr("%1 (next attempt within %2 s)").arg(reason, QString::number(seconds))
+                         : tr("%1 (next attempt within %2 min)").arg(reason, QString::number(seconds / 60));
+}
+
+void PictureTask::offerRetry(bool isOffered)
+{
+    if (!isOffered)
+        return m_retries.clear();
+    for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
+        const auto belongs = [&](const auto &retry) { return retry->belongsTo(target); };
+        if (target && RetryGesture::suits(*target) &&
+            std::none_of(m_retries.begin(), m_retries.end(), belongs))
+            m_retries.push_back(std::make_unique<RetryGesture>(*target));
+    }
 }
 
 void PictureTask::setNotice(const QString &text)

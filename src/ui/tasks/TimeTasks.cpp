@@ -75,7 +75,7 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
             break;
         }
         start(element);
-        m_tasks.push_back({element, PictureTask(m_context, m_makeSource)});
+        m_tasks.push_back({element, PictureTask(m_context, m_makeSource, m_logins)});
         if (pictureKind(element.attribute(typeAttribute)))
             m_tasks.back().video.announce(element);
         added.append(element);
@@ -98,19 +98,25 @@ void TimeTasks::clear()
     m_tasks.clear();
 }
 
+void TimeTasks::retryPictures()
+{
+    for (Task &task : m_tasks)
+        task.video.retry();
+}
+
 void TimeTasks::tick()
 {
     QList<QDomElement> due;
     for (Task &task : m_tasks) {
-        task.video.poll(m_clock());
-        if (isDue(task.element))
+        task.video.poll(m_clock(), untilDue(task.element));
+        if (isToRun(task))
             due.append(task.element);
     }
     for (const QDomElement &element : std::as_const(due)) {
         // Looked up again: a task that ran before may have removed this one, or opened a dialog during which
         // it ran.
         Task *task = find(element);
-        if (!task || !isDue(element))
+        if (!task || !isToRun(*task))
             continue;
         start(element);
         const UnattendedScope unattended(m_context, true);
@@ -123,10 +129,16 @@ void TimeTasks::start(QDomElement element) const
     element.setAttribute(lastRunAttribute, m_clock());
 }
 
-bool TimeTasks::isDue(const QDomElement &element) const
+quint32 TimeTasks::untilDue(const QDomElement &element) const
 {
     const quint32 elapsed = m_clock() - element.attribute(lastRunAttribute).toUInt();
-    return elapsed > period(element);
+    const quint32 whole = period(element);
+    return elapsed > whole ? 0 : std::max<quint32>(whole - elapsed, 1);
+}
+
+bool TimeTasks::isToRun(const Task &task) const
+{
+    return task.video.isDeferred() || untilDue(task.element) == 0;
 }
 
 TimeTasks::Task *TimeTasks::find(const QDomElement &element)

@@ -2,6 +2,7 @@
 
 #include "ui/base/ElementRules.h"
 #include "ui/tasks/PictureTask.h"
+#include "ui/tasks/RecorderLogin.h"
 
 #include <QDomElement>
 #include <QList>
@@ -44,7 +45,10 @@ public:
     void remove(const QList<QDomElement> &elements);
     void clear();
 
-    /// Runs the tasks whose time has come. A task may open a dialog, in which further ticks happen.
+    /// Lets all tasks whose pictures wait for another attempt make it now.
+    void retryPictures();
+    /// Runs the tasks whose time has come, and those whose pictures had to wait for a login. A task may open
+    /// a dialog, in which further ticks happen.
     void tick();
 
 private:
@@ -54,7 +58,9 @@ private:
     };
 
     void start(QDomElement element) const;
-    bool isDue(const QDomElement &element) const;
+    /// How long it is until \a element is to run; 0 when it is due.
+    quint32 untilDue(const QDomElement &element) const;
+    bool isToRun(const Task &task) const;
     Task *find(const QDomElement &element);
     void run(const QDomElement &element, PictureTask &video);
 
@@ -62,6 +68,7 @@ private:
     ActionRunner &m_actions;
     Clock m_clock;
     PictureSourceFactory m_makeSource;
+    RecorderLogins m_logins;
     std::vector<Task> m_tasks;
 };
 
