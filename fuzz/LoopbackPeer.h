@@ -20,6 +20,8 @@ public:
     QByteArray accept();
     /// Writes \a bytes and lets the other end read them.
     void send(const QByteArray &bytes);
+    /// What the other end has written since.
+    QByteArray received() { return m_connection->readAll(); }
     /// Closes the connection.
     void close();
 

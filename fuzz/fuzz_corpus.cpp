@@ -1,16 +1,16 @@
 // Writes the first inputs of the fuzz targets, each into the folder of its target: streams of the simulator,
-// without and with each of its faults, and the pictures in them.
+// without and with each of its faults, the pictures in them, and its configuration files and descriptions.
 //
 // Usage: fuzz_corpus DIR
 
+#include "ConfigurationSeeds.h"
+#include "Corpus.h"
 #include "FuzzInput.h"
 
 #include "recorder/video/VideoService.h"
 #include "video/cHvx3Parser.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 
 #include <cstdio>
 
@@ -86,39 +86,12 @@ QList<QByteArray> picturesIn(const QByteArray &stream)
     return pictures;
 }
 
-class Corpus
+void addStream(Corpus &corpus, const QString &name, const QByteArray &stream)
 {
-public:
-    explicit Corpus(const QString &root) : m_root(root) {}
-
-    /// Adds an input: \a choice are the bytes that choose how the target behaves.
-    void add(const QString &target, const QString &name, const QByteArray &choice, const QByteArray &bytes);
-    void addStream(const QString &name, const QByteArray &stream);
-    bool isWritten() const { return m_isWritten; }
-
-private:
-    QDir m_root;
-    bool m_isWritten = true;
-};
-
-void Corpus::add(const QString &target, const QString &name, const QByteArray &choice,
-                 const QByteArray &bytes)
-{
-    m_root.mkpath(target);
-    QFile file(m_root.filePath(target + '/' + name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(choice + bytes) != choice.size() + bytes.size()) {
-        std::fprintf(stderr, "fuzz_corpus: %s: %s\n", qPrintable(file.fileName()),
-                     qPrintable(file.errorString()));
-        m_isWritten = false;
-    }
-}
-
-void Corpus::addStream(const QString &name, const QByteArray &stream)
-{
-    add("parser", name, QByteArray(2, '\0'), stream);
-    add("demuxer", name, QByteArray("\xff\0\0", 3), stream);
-    add("receiver", name, QByteArray("\x06\0", 2), stream); // acknowledged, in pieces
-    add("receiver", name + "-ptz", QByteArray("\x07\0", 2), stream);
+    corpus.add("parser", name, QByteArray(2, '\0'), stream);
+    corpus.add("demuxer", name, QByteArray("\xff\0\0", 3), stream);
+    corpus.add("receiver", name, QByteArray("\x06\0", 2), stream); // acknowledged, in pieces
+    corpus.add("receiver", name + "-ptz", QByteArray("\x07\0", 2), stream);
 }
 
 } // namespace
@@ -135,14 +108,15 @@ int main(int argc, char *argv[])
     for (const VideoCodec codec : {VideoCodec::H264, VideoCodec::Mpeg4, VideoCodec::MotionJpeg}) {
         const QString name = nameOf(codec);
         const QByteArray stream = streamOf(codec);
-        corpus.addStream(name, stream);
+        addStream(corpus, name, stream);
         const QByteArray pictures = picturesIn(stream).join(PieceBorder);
         corpus.add("decoder", name, QByteArray(1, codecOfDecoder) + '\0', pictures);
         corpus.add("decoder", name + "-turns", QByteArray(1, codecOfDecoder | '\x80') + '\0', pictures);
         ++codecOfDecoder;
         for (const QString &fault : recorder::videoFaultNames())
-            corpus.addStream(name + '-' + fault, streamOf(codec, fault));
+            addStream(corpus, name + '-' + fault, streamOf(codec, fault));
     }
     corpus.add("still", "still", {}, still());
+    addConfiguration(corpus);
     return corpus.isWritten() ? 0 : 1;
 }
