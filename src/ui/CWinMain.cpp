@@ -61,7 +61,7 @@ bool pressFocusedButton(const QKeyEvent &event)
 } // namespace
 
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
-    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(setup)
+    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(*setup)
 {
     registerPictures();
     setWindowTitle(tr("Paravue Setup"));
@@ -109,10 +109,11 @@ void CWinMain::wire()
     m_taskTimer = new QTimer(this);
     m_taskTimer->setInterval(TaskTick);
     connect(m_taskTimer, &QTimer::timeout, this, &CWinMain::timeout);
-    connect(m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
+    connect(&*m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
-    connect(m_setup, &OrbSetup::loadDone, this, &CWinMain::onLoadDone);
-    connect(m_setup, &OrbSetup::progress, this, qOverload<int>(&CWinMain::onSetupProgress));
+    connect(&*m_setup, &QObject::destroyed, this, &CWinMain::reject);
+    connect(&*m_setup, &OrbSetup::loadDone, this, &CWinMain::onLoadDone);
+    connect(&*m_setup, &OrbSetup::progress, this, qOverload<int>(&CWinMain::onSetupProgress));
 }
 
 int CWinMain::exec()
@@ -127,7 +128,7 @@ int CWinMain::exec()
 
 void CWinMain::endSession()
 {
-    disconnect(m_setup, nullptr, this, nullptr);
+    disconnect(&*m_setup, nullptr, this, nullptr);
     m_taskTimer->stop();
     m_parts->tasks.clear();
     m_parts->files.closeDialog();
@@ -286,6 +287,9 @@ void CWinMain::tryAgain()
 
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
+    // After the end of the window only what it has done itself concerns the user.
+    if (!isVisible() && !m_errors->isOperating())
+        return;
     m_parts->dialogs.close(progressTag);
     m_progressShown = false;
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
@@ -374,8 +378,18 @@ void CWinMain::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
     // An open dialog would otherwise outlive the window that it has closed.
-    if (!event->spontaneous()) {
-        m_parts->files.closeDialog();
-        m_parts->dialogs.closeAll();
+    if (!event->spontaneous())
+        closeDialogs();
+}
+
+void CWinMain::closeDialogs()
+{
+    m_parts->files.closeDialog();
+    m_parts->dialogs.closeAll();
+    // Messages, questions and the login.
+    const QList<QDialog *> open = findChildren<QDialog *>();
+    for (const QPointer<QDialog> &dialog : QList<QPointer<QDialog>>(open.begin(), open.end())) {
+        if (dialog && dialog->isVisible())
+            dialog->reject();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/binding/FileAccessGuard.h"
+#include "ui/description/StoreReference.h"
 
 #include <QDateTime>
 #include <QDialog>
@@ -32,7 +33,7 @@ class CWinMain : public QDialog
     Q_OBJECT
 
 public:
-    /// \a setup stays the caller's and must outlive the window.
+    /// \a setup stays the caller's. The window closes when it is deleted.
     CWinMain(OrbSetup *setup, QWidget *parent);
     ~CWinMain() override;
 
@@ -84,6 +85,7 @@ private:
     void wire();
     /// Runs what the user, the store or a time task has started.
     void operate(const std::function<void()> &work);
+    void closeDialogs();
 
     /// Runs \a wait, an event loop in which the user acts.
     void letUserAct(const std::function<void()> &wait);
@@ -94,7 +96,7 @@ private:
     void build(const QByteArray &description, const QString &path);
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
 
-    OrbSetup *m_setup;
+    paravue::StoreReference m_setup;
     QTimer *m_taskTimer = nullptr;
     paravue::StatusLine *m_status = nullptr;
     QString m_builtFrom;    ///< path of the description that the pages were built from

@@ -50,7 +50,7 @@ QString ControlContext::text(const QString &raw)
 QString ControlContext::value(const Control &control, const QString &address)
 {
     watch(control, address);
-    return m_store.value(address);
+    return m_store->value(address);
 }
 
 void ControlContext::watch(const Control &control, const QString &address)

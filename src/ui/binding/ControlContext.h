@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/description/StoreReference.h"
+
 #include <QScopedValueRollback>
 #include <QSet>
 #include <QString>
@@ -7,8 +9,6 @@
 
 #include <array>
 #include <functional>
-
-class OrbSetup;
 
 namespace paravue
 {
@@ -24,7 +24,7 @@ public:
     ControlContext(OrbSetup &store, BuiltDescription &description,
                    std::function<void(const QString &)> report);
 
-    OrbSetup &store() { return m_store; }
+    OrbSetup &store() { return *m_store; }
     BuiltDescription &description() { return m_description; }
 
     /// The visible form of \a raw. The control is reloaded whenever a value that the text shows is written.
@@ -57,7 +57,7 @@ private:
     template <class Resolve>
     QString resolved(const QString &raw, Resolve resolve);
 
-    OrbSetup &m_store;
+    StoreReference m_store;
     BuiltDescription &m_description;
     std::function<void(const QString &)> m_report;
     std::array<qsizetype, 4> m_left{}; ///< by resource

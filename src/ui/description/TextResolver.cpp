@@ -65,8 +65,8 @@ ResolvedText TextResolver::resolve(const QString &raw) const
 QString TextResolver::language() const
 {
     const QString fallback = QStringLiteral("ru");
-    return m_store.fileExists(QStringLiteral("streams"))
-               ? m_store.value(QStringLiteral("streams/common/language/ru"))
+    return m_store->fileExists(QStringLiteral("streams"))
+               ? m_store->value(QStringLiteral("streams/common/language/ru"))
                : fallback;
 }
 
@@ -107,7 +107,7 @@ bool TextResolver::insertValues(ResolvedText &result) const
     while (const auto braces = findBracedAddress(text, position)) {
         result.addresses.append(braces->address);
         done += QStringView(text).mid(position, braces->begin - position);
-        done += m_store.value(braces->address);
+        done += m_store->value(braces->address);
         position = braces->end;
         if (result.addresses.size() > limits::TextReplacements || done.size() > limits::TextLength)
             return false;

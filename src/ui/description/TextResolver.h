@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ui/description/StoreReference.h"
+
 #include <QString>
 #include <QStringList>
-
-class OrbSetup;
 
 namespace paravue
 {
@@ -33,7 +33,7 @@ private:
     bool insertValues(ResolvedText &result) const;
 
     const InterfaceDocument &m_document;
-    OrbSetup &m_store;
+    StoreReference m_store;
 };
 
 } // namespace paravue

@@ -28,8 +28,8 @@ qint64 roundedSeconds(qint64 milliseconds)
 } // namespace
 
 StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
-    : QWidget(parent), m_store(store), m_queue(ExchangeQueue::of(store)), m_text(new ElidedLabel(this)),
-      m_retry(new QToolButton(this)), m_timer(new QTimer(this))
+    : QWidget(parent), m_store(store), m_text(new ElidedLabel(this)), m_retry(new QToolButton(this)),
+      m_timer(new QTimer(this))
 {
     m_text->setObjectName(QStringLiteral("statusText"));
     m_retry->setObjectName(QStringLiteral("statusRetry"));
@@ -44,13 +44,18 @@ StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
 
     connect(m_retry, &QToolButton::clicked, this, &StatusLine::retryRequested);
     connect(m_timer, &QTimer::timeout, this, &StatusLine::update);
-    connect(&m_queue, &ExchangeQueue::changed, this, &StatusLine::update);
+    connect(&queue(), &ExchangeQueue::changed, this, &StatusLine::update);
     // Queued: the store's status is up to date when the receivers of its signals have returned.
     connect(&store, &OrbSetup::progress, this, &StatusLine::update, Qt::QueuedConnection);
     connect(&store, &OrbSetup::pseudothrow, this, &StatusLine::update, Qt::QueuedConnection);
     connect(&store, &OrbSetup::loadDone, this, &StatusLine::update, Qt::QueuedConnection);
     connect(&store, &OrbSetup::storeDone, this, &StatusLine::update, Qt::QueuedConnection);
     m_timer->start(UpdateInterval);
+}
+
+ExchangeQueue &StatusLine::queue() const
+{
+    return ExchangeQueue::of(*m_store);
 }
 
 QString StatusLine::text() const
@@ -71,25 +76,25 @@ void StatusLine::update()
     const QString text = parts.join(QStringLiteral(" — "));
     if (m_text->text() != text)
         m_text->setText(text);
-    const LinkStatus &status = m_store.linkStatus();
+    const LinkStatus &status = m_store->linkStatus();
     const bool hasFailed = status.state != LinkStatus::State::Running && !status.problem.isEmpty();
-    m_retry->setVisible(hasFailed && (!m_isBuilt || m_queue.canRepeat()));
+    m_retry->setVisible(hasFailed && (!m_isBuilt || queue().canRepeat()));
 }
 
 QString StatusLine::linkText() const
 {
-    const LinkStatus &status = m_store.linkStatus();
+    const LinkStatus &status = m_store->linkStatus();
     if (status.state != LinkStatus::State::Running)
         return status.problem;
     if (status.lastTraffic.isValid() && status.lastTraffic.elapsed() >= ReportedLinkSilence)
         return tr("No answer from the recorder for %1 s").arg(roundedSeconds(status.lastTraffic.elapsed()));
-    return m_isBuilt ? m_store.activity() : QString(); // the loading view shows it before
+    return m_isBuilt ? m_store->activity() : QString(); // the loading view shows it before
 }
 
 QString StatusLine::waitingText() const
 {
-    const QStringList waiting = m_queue.waiting();
-    const QStringList abandoned = m_queue.abandoned();
+    const QStringList waiting = queue().waiting();
+    const QStringList abandoned = queue().abandoned();
     const QString separator = QStringLiteral(", ");
     if (!waiting.isEmpty())
         return tr("Waiting: %1").arg(waiting.mid(0, 8).join(separator));

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ui/description/StoreReference.h"
+
 #include <QWidget>
 
-class OrbSetup;
 class QTimer;
 class QToolButton;
 
@@ -19,7 +20,6 @@ class StatusLine : public QWidget
     Q_OBJECT
 
 public:
-    /// \a store must outlive the line.
     StatusLine(OrbSetup &store, QWidget *parent);
 
     QString text() const;
@@ -31,12 +31,12 @@ Q_SIGNALS:
     void retryRequested();
 
 private:
+    ExchangeQueue &queue() const;
     void update();
     QString linkText() const;
     QString waitingText() const;
 
-    OrbSetup &m_store;
-    ExchangeQueue &m_queue;
+    StoreReference m_store;
     ElidedLabel *m_text;
     QToolButton *m_retry;
     QTimer *m_timer;
