@@ -119,6 +119,7 @@ void OrbNetSetup::abortLeftovers()
     m_reply->reset();
     m_received = 0;
     m_stopped = false;
+    ++m_exchange;
 }
 
 void OrbNetSetup::connected()
@@ -151,8 +152,14 @@ void OrbNetSetup::readyRead()
     // Right behind the login there is no reply to wait for.
     if (m_state != LoggedIn && !_isDataReady())
         return;
+    // What is reported on the way may end this exchange, and start another one.
+    const int exchange = m_exchange;
     keepReply();
+    if (exchange != m_exchange)
+        return;
     _transfer();
+    if (exchange != m_exchange)
+        return;
     Q_EMIT progress(commandCount() == 0 ? 100 : (m_state - FirstCommand) * 100 / commandCount());
     if (commandIsDone())
         m_socket->disconnectFromHost();

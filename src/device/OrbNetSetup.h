@@ -186,6 +186,7 @@ private:
     std::shared_ptr<paravue::CredentialsSource> m_credentialsSource;
     qsizetype m_received = 0; ///< bytes of the running exchange
     bool m_stopped = false;   ///< the running exchange has failed
+    int m_exchange = 0;       ///< another number for each exchange, and after it was given up
     QSet<QString> m_notKept;  ///< files whose last copy could not be written
     QStringList m_notSent;    ///< files that the running save leaves out for want of a local copy
     bool m_isSaveIncomplete = false;

@@ -194,9 +194,10 @@ bool OrbNetSetup::sendRequest(const compcommand &command)
         setActivity(m_operation == Send ? tr("Sending \"%1\"").arg(name) : tr("Fetching \"%1\"").arg(name));
     // Before the request is written: looking for the file may report something, and whoever shows the report
     // may run an event loop, which would send the request without its body.
+    const int exchange = m_exchange;
     const auto content = m_operation == Send ? readLocalFile(filePath(name)) : QByteArray();
-    if (m_state < FirstCommand)
-        return true; // the exchange was given up meanwhile
+    if (exchange != m_exchange)
+        return true; // it was given up meanwhile
     if (!content) {
         m_notSent << name;
         m_isSaveIncomplete = true;

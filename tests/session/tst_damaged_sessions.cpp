@@ -152,7 +152,8 @@ public:
 
 Q_DECLARE_METATYPE(Player::Damage)
 
-/// A good session, recorded from the simulator, is played again with one wrong byte.
+/// A good session, recorded from the simulator, is played again with one wrong byte: a sample of all bytes,
+/// or each of them when the environment variable PARAVUE_SOAK is set.
 class TestDamagedSessions : public QObject
 {
     Q_OBJECT

@@ -166,6 +166,9 @@ private Q_SLOTS:
     void aLateAnswerDoesNotReachTheNextExchange();
     void namesTheFirstProblem_data();
     void namesTheFirstProblem();
+    void aRefusedFunctionIsNotSentLater();
+    void aReceiverMayResetTheLink_data();
+    void aReceiverMayResetTheLink();
     void descriptions_data();
     void descriptions();
     void directives();
@@ -481,6 +484,65 @@ void TestFaults::namesTheFirstProblem()
     QCOMPARE(watched.messages.first(), problem);
     QCOMPARE(watched.state(), LinkStatus::State::Failed);
     QCOMPARE(watched.store.linkStatus().problem, problem);
+}
+
+void TestFaults::aRefusedFunctionIsNotSentLater()
+{
+    WatchedStore watched(address());
+    prepare(watched, Phase::Save);
+    start(watched, Phase::Save, {"error@PUT NET CONFIG"});
+    AWAIT_COMPARE(watched.messages.size(), 1);
+    watched.store.function("soft_reboot", QString());
+    QCOMPARE(watched.messages.size(), 2);
+    QVERIFY2(watched.messages.last().contains("wrong state"), qPrintable(watched.messages.last()));
+    m_recorder->setFaults({});
+    m_requests.clear();
+    save(watched);
+    QCOMPARE(m_requests, m_meant[Phase::Save]);
+    m_requests.clear();
+    watched.store.function("format_usb", QString());
+    AWAIT_COMPARE(watched.stores, 2);
+    QCOMPARE(m_requests, m_meant[Phase::SendFunctionWithBody]);
+}
+
+void TestFaults::aReceiverMayResetTheLink_data()
+{
+    QTest::addColumn<bool>("savesAtOnce");
+    for (const char *fault : {"bomb", "error@login", "error@GET NET CONFIG",
+                              "length=2147483648@GET NET CONFIG", "garbage-behind@GET NET CONFIG"}) {
+        QTest::addRow("%s, then waits", fault) << false;
+        QTest::addRow("%s, then saves", fault) << true;
+    }
+}
+
+/// A receiver of the message gives the exchange up, or starts a save.
+void TestFaults::aReceiverMayResetTheLink()
+{
+    QFETCH(bool, savesAtOnce);
+    WatchedStore watched(address());
+    prepare(watched, Phase::SecondLoad);
+    bool isFirst = true;
+    connect(&watched.store, &OrbSetup::pseudothrow, this, [&] {
+        if (!std::exchange(isFirst, false))
+            return;
+        m_recorder->setFaults({});
+        watched.store.resetLink();
+        watched.store.setValue(HostName + "/renamed");
+        if (savesAtOnce)
+            watched.store.store();
+    });
+    start(watched, Phase::SecondLoad, {QString(QTest::currentDataTag()).section(u',', 0, 0)});
+    AWAIT_VERIFY(!isFirst);
+    if (!savesAtOnce) {
+        letEventsArrive();
+        QCOMPARE(watched.state(), LinkStatus::State::Idle);
+        watched.store.store();
+    }
+    AWAIT_COMPARE(watched.stores, 1);
+    AWAIT_COMPARE(watched.state(), LinkStatus::State::Idle);
+    QCOMPARE(watched.loads, 0);
+    QCOMPARE(m_files, m_saved);
+    QVERIFY2(watched.messages.size() == 1, qPrintable(watched.messages.join(" | ")));
 }
 
 void TestFaults::descriptions_data()
