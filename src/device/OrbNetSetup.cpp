@@ -33,9 +33,10 @@ OrbNetSetup::OrbNetSetup(const QString &address)
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);
-    connect(m_socket, &QTcpSocket::errorOccurred, this, &OrbNetSetup::error);
+    connect(m_socket, &QTcpSocket::errorOccurred, this,
+            [this](QAbstractSocket::SocketError e) { afterSocket([this, e] { error(e); }); });
     connect(m_socket, &QTcpSocket::readyRead, this, &OrbNetSetup::readyRead);
-    connect(m_socket, &QTcpSocket::disconnected, this, &OrbNetSetup::disconnected);
+    connect(m_socket, &QTcpSocket::disconnected, this, [this] { afterSocket([this] { disconnected(); }); });
     m_bcshTimer->setSingleShot(true);
     m_bcshTimer->setInterval(AdjustmentPause);
     m_bcshTimer->setTimerType(Qt::PreciseTimer);
@@ -241,6 +242,20 @@ void OrbNetSetup::keepReply()
     const QString name = QString::fromUtf8(commandCurrent().name);
     if (push)
         (this->*push)(name, body);
+}
+
+/// Runs \a handle, which reports that a connection has ended too early, from the event loop. A receiver of
+/// the report may start an exchange; within a signal of the socket, the end of the old connection would close
+/// the new one.
+void OrbNetSetup::afterSocket(const std::function<void()> &handle)
+{
+    if (commandIsDone())
+        return handle();
+    const auto ofSameExchange = [this, handle, exchange = m_exchange] {
+        if (exchange == m_exchange)
+            handle();
+    };
+    QMetaObject::invokeMethod(this, ofSameExchange, Qt::QueuedConnection);
 }
 
 void OrbNetSetup::disconnected()

@@ -158,6 +158,7 @@ private:
     void reportWrongState(const char *where);
     void stopExchange(const QString &reason);
     void abortLeftovers();
+    void afterSocket(const std::function<void()> &handle);
 
     static FunctionUse useOfFunction(const QString &name, const QString &arg);
     void runCommand(const paravue::DeviceCommand &command,

@@ -25,6 +25,8 @@ const char Description[] = R"(<pvsetup version="1.0">
       <item type="edit" row="1" column="0"><key>net/untitled/HOSTNAME</key></item>
       <item type="pushbutton" row="2" column="0"><text>Save</text>
         <action type="call" slot="callSetup" param="save_settings">device</action></item>
+      <item type="pushbutton" row="3" column="0"><text>Report</text>
+        <action type="call" slot="callSetup" param="get_report">device</action></item>
     </item>
   </tab></tabwidget>
 </pvsetup>)";
@@ -177,6 +179,8 @@ private Q_SLOTS:
     void cancelClosesTheWindow_data();
     void cancelClosesTheWindow();
     void triesAgainInAWindow();
+    void aWaitingSaveFollowsALostConnection_data();
+    void aWaitingSaveFollowsALostConnection();
     void savesAgainInAWindow_data();
     void savesAgainInAWindow();
 
@@ -509,7 +513,8 @@ void TestFaults::aReceiverMayResetTheLink_data()
 {
     QTest::addColumn<bool>("savesAtOnce");
     for (const char *fault : {"bomb", "error@login", "error@GET NET CONFIG",
-                              "length=2147483648@GET NET CONFIG", "garbage-behind@GET NET CONFIG"}) {
+                              "length=2147483648@GET NET CONFIG", "garbage-behind@GET NET CONFIG",
+                              "close-before@login", "close-within@GET NET CONFIG", "reset@GET NET CONFIG"}) {
         QTest::addRow("%s, then waits", fault) << false;
         QTest::addRow("%s, then saves", fault) << true;
     }
@@ -687,6 +692,33 @@ void TestFaults::triesAgainInAWindow()
     AWAIT_COMPARE(text->text(), QString());
     QCOMPARE(messages.count(), 1);
     window.endSession();
+}
+
+void TestFaults::aWaitingSaveFollowsALostConnection_data()
+{
+    QTest::addColumn<QString>("message");
+    QTest::newRow("error") << "Device error \"\"";
+    for (const char *fault : {"close-before", "close-within", "reset"})
+        QTest::newRow(fault) << "Network error 1";
+}
+
+void TestFaults::aWaitingSaveFollowsALostConnection()
+{
+    QFETCH(QString, message);
+    const ModalWatcher messages;
+    Session session(address());
+    QVERIFY(session.isFine());
+    QSignalSpy stored(&session.store, &OrbSetup::storeDone);
+    m_files.clear();
+    setFaults({QTest::currentDataTag() + QStringLiteral("@GET REPORT"), "late=20@GET REPORT"});
+    replaceText(*session.field("paravue-r4"), "renamed");
+    QTest::mouseClick(buttonWithText<QPushButton>(*session.window, "Report"), Qt::LeftButton);
+    QTest::mouseClick(buttonWithText<QPushButton>(*session.window, "Save"), Qt::LeftButton);
+    AWAIT_COMPARE(stored.size(), 1);
+    QCOMPARE(m_files, m_saved);
+    QCOMPARE(messages.count(), 1);
+    QVERIFY2(messages.texts().first().contains(message), qPrintable(messages.texts().first()));
+    AWAIT_COMPARE(session.store.linkStatus().state, LinkStatus::State::Idle);
 }
 
 void TestFaults::savesAgainInAWindow_data()
