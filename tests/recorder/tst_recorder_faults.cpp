@@ -252,7 +252,7 @@ void TestRecorderFaults::replacesTheDescription_data()
     row("truncated", -1, "<pvsetup");
     row("no-xml", 20, "described nowhere");
     row("no-gzip", -1, "");
-    row("bomb", 128 * 1024 * 1024, "      ");
+    row("bomb", 64 * 1024 * 1024, "      ");
     row("deep", 1'300'000, "<item><item>");
     row("entities", 500, "<!DOCTYPE pvsetup [");
     row("controls", 11'000'000, "</item>\n<item type");

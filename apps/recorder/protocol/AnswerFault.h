@@ -32,7 +32,7 @@ struct AnswerFault {
         Truncated, ///< the first half
         NoXml,     ///< compressed, but no XML
         NoGzip,    ///< begins like gzip and goes on with something else
-        Bomb,      ///< a few kilobytes that unpack to 128 MiB
+        Bomb,      ///< a few kilobytes that unpack to 64 MiB
         Deep,      ///< 100,000 nested elements
         Entities,  ///< entities that expand to a gigabyte
         Controls,  ///< 200,000 controls

@@ -8,7 +8,7 @@ namespace recorder
 namespace
 {
 
-constexpr qsizetype BombSize = 128 * 1024 * 1024;
+constexpr qsizetype BombSize = 64 * 1024 * 1024;
 constexpr int Levels = 100'000;
 constexpr int ManyControls = 200'000;
 constexpr int EntityLevels = 8; ///< ten times as much in each: 10 bytes become a gigabyte
