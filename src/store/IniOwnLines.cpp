@@ -44,6 +44,9 @@ bool everyKeyOwnsOneLine(const IniText &text, qsizetype keysInFile, bool section
             ++keys;
             continue;
         }
+        // The section of a key ends at its first "/", so no key is put behind such a header.
+        if (text.name(mark).contains('/'))
+            return false;
         const qsizetype known = sections.size();
         sections.insert(text.name(mark));
         if (sections.size() == known)

@@ -115,6 +115,8 @@ void TestOrbSettings::merging_data()
     row("key before the first section has no header", "a = 1\n[s]\nb = 2\n", "untitled/a", "9",
         "a = 1\r\n[s]\r\nb = 2\r\n");
     row("every line feed becomes CR LF", "a = 1\n", "untitled/a", "x\ny\r\n", "a = 'x\r\ny\r\r\n'\r\n");
+    row("section whose name holds a slash", "[/]\nb=1\n[s]\nc=1\n", "s/c", "2",
+        "[/]\r\nb=1\r\n[s]\r\nc = 2\r\n");
     row("empty file", "", "s/n", "10", "n = 10\r\n");
 }
 
