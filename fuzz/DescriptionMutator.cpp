@@ -103,23 +103,52 @@ void changeTree(QDomDocument &document, Random &random)
     }
 }
 
+bool readTree(QDomDocument &document, const QByteArray &text)
+{
+    return !paravue::xmlLimitViolation(text) && document.setContent(text);
+}
+
+/// The size of the input that the pieces make, or 0 when it is too large.
+size_t write(const QList<QByteArray> &pieces, uint8_t *data, size_t maxSize)
+{
+    const QByteArray input = pieces.join(PieceBorder);
+    if (static_cast<size_t>(input.size()) > maxSize)
+        return 0;
+    std::memcpy(data, input.constData(), static_cast<size_t>(input.size()));
+    return static_cast<size_t>(input.size());
+}
+
 } // namespace
+
+/// Puts a part of one description into another one.
+extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *data1, size_t size1, const uint8_t *data2,
+                                            size_t size2, uint8_t *out, size_t maxSize, unsigned int seed)
+{
+    Random random(seed + 1);
+    QList<QByteArray> pieces = FuzzInput(data1, size1).pieces();
+    QDomDocument document;
+    QDomDocument other;
+    if (!readTree(document, pieces.first()) || !readTree(other, FuzzInput(data2, size2).pieces().first()))
+        return 0;
+    QList<QDomElement> parents;
+    collect(document.documentElement(), parents);
+    QList<QDomElement> parts;
+    collect(other.documentElement(), parts);
+    pick(parents, random).appendChild(document.importNode(pick(parts, random), true));
+    pieces.first() = document.toByteArray(-1);
+    return write(pieces, out, maxSize);
+}
 
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int seed)
 {
     Random random(seed + 1);
     QList<QByteArray> pieces = FuzzInput(data, size).pieces();
     QDomDocument document;
-    const bool isTree = random() % 3 != 0 && !paravue::xmlLimitViolation(pieces.first()) &&
-                        document.setContent(pieces.first());
-    if (!isTree)
+    if (random() % 3 == 0 || !readTree(document, pieces.first()))
         return LLVMFuzzerMutate(data, size, maxSize);
     for (size_t changes = random() % 3 + 1; changes > 0 && !document.documentElement().isNull(); --changes)
         changeTree(document, random);
     pieces.first() = document.toByteArray(-1);
-    const QByteArray result = pieces.join(PieceBorder);
-    if (static_cast<size_t>(result.size()) > maxSize)
-        return LLVMFuzzerMutate(data, size, maxSize);
-    std::memcpy(data, result.constData(), static_cast<size_t>(result.size()));
-    return static_cast<size_t>(result.size());
+    const size_t written = write(pieces, data, maxSize);
+    return written > 0 ? written : LLVMFuzzerMutate(data, size, maxSize);
 }
