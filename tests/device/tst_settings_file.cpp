@@ -52,6 +52,8 @@ private Q_SLOTS:
     void init();
     void findsItsFile_data();
     void findsItsFile();
+    void readsWhatItWrites_data();
+    void readsWhatItWrites();
     void worksWithoutAFolder();
     void giveUpWhenNothingIsInstalled();
     void keepsWhatSeveralProgramsSave();
@@ -152,6 +154,22 @@ void TestSettingsFile::findsItsFile()
     QCOMPARE(aside.size(), isDamaged ? 1 : 0);
     QVERIFY(!isDamaged ||
             (notice.contains(aside.first()) && contentOf(folder.filePath(aside.first())) == user));
+}
+
+void TestSettingsFile::readsWhatItWrites_data()
+{
+    const TestTable<QByteArray, SettingsMap> row("text", "settings");
+    row("group", "[a]\nb=00\n", {{"a/b", QByteArray(1, '\0')}});
+    row("slash in a group", "[a/b]\nc=31\n[a]\nd=32\n", {{"a/b/c", "1"}, {"a/d", "2"}});
+    row("group that begins with a slash", "[/]\nn=31\n[/a]\nm=32\n", {{"//n", "1"}, {"/a/m", "2"}});
+}
+
+void TestSettingsFile::readsWhatItWrites()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(SettingsMap, settings);
+    QCOMPARE(parseSettings(text), settings);
+    QCOMPARE(parseSettings(settingsText(settings)), settings);
 }
 
 void TestSettingsFile::worksWithoutAFolder()

@@ -53,12 +53,14 @@ QByteArray settingsText(const SettingsMap &settings)
     QByteArray text;
     QString group;
     for (auto entry = settings.cbegin(); entry != settings.cend(); ++entry) {
-        const QString entryGroup = entry.key().section(u'/', 0, 0);
+        // A group of a damaged file may begin with "/". A header without a name would be no header.
+        const qsizetype groupEnd = entry.key().indexOf(u'/', 1);
+        const QString entryGroup = entry.key().left(groupEnd);
         if (entryGroup != group) {
             text += (text.isEmpty() ? "[" : "\r\n[") + entryGroup.toUtf8() + "]\r\n";
             group = entryGroup;
         }
-        text += entry.key().section(u'/', 1).toUtf8() + '=' + entry->toHex() + "\r\n";
+        text += entry.key().sliced(groupEnd + 1).toUtf8() + '=' + entry->toHex() + "\r\n";
     }
     return text;
 }
