@@ -97,9 +97,10 @@ private:
         m_isSilent = false;
         m_duration.start();
         m_timer.start(UpdateInterval);
-        // The application may quit meanwhile, which ends the loop.
+        // The application may quit meanwhile, which ends the loop, or have begun to before: then no loop
+        // runs.
         while (isRunning() && !m_isStopped && !m_isSilent && !QCoreApplication::closingDown()) {
-            if (m_loop.exec() == Quit)
+            if (m_loop.exec() != Over)
                 break;
         }
         m_timer.stop();
@@ -196,7 +197,7 @@ private:
                                   QMessageBox::NoButton) == QMessageBox::Retry;
     }
 
-    enum LoopEnd { Quit, Over };
+    static constexpr int Over = 1; ///< what a loop that has not been quit returns
 
     OrbSetup &m_store;
     ExchangeQueue &m_queue;
