@@ -17,7 +17,14 @@ using recorder::AnswerFault;
 namespace
 {
 
+// Of few files, so that each of the many sessions is short.
 const char Description[] = R"(<pvsetup version="1.0">
+  <di>
+    <difile name="interface" get_command="GET SETUP"/>
+    <difile name="streams" get_command="GET CONFIG" put_command="PUT CONFIG"/>
+    <difile name="net" get_command="GET NET CONFIG" put_command="PUT NET CONFIG" type="sectionless"/>
+    <difile name="state" get_command="GET STATE CONFIG" put_command="PUT STATE CONFIG" type="state"/>
+  </di>
   <window><self/></window>
   <tabwidget><tab><name>Page</name>
     <item type="gridlayout">
@@ -250,7 +257,7 @@ void TestFaults::initTestCase()
         if (row.phase == Phase::Save)
             m_saved = m_files;
     }
-    QCOMPARE(m_saved.size(), 7);
+    QCOMPARE(m_saved.size(), 3);
     QVERIFY(m_saved["net"].contains("HOSTNAME = 'renamed'"));
     QCOMPARE(m_meant[Phase::LoginRetry].size(), m_meant[Phase::FirstLoad].size() + 2);
 }
@@ -575,7 +582,8 @@ void TestFaults::descriptions()
     watched.store.setValue(HostName + "/renamed");
     save(watched);
     QCOMPARE(watched.messages, messages);
-    QCOMPARE(m_files, m_saved);
+    QCOMPARE(m_files.size(), 7);
+    QCOMPARE(m_files["net"], m_saved["net"]);
     m_recorder->setFaults({});
     watched.store.load();
     AWAIT_VERIFY(watched.loads == 2);
@@ -594,7 +602,7 @@ void TestFaults::directives()
     m_recorder->setFaults({});
     watched.store.setValue(HostName + "/renamed");
     watched.store.store();
-    AWAIT_VERIFY_WITHIN(m_files.size() == 6 && watched.state() == LinkStatus::State::Idle, 20'000);
+    AWAIT_VERIFY_WITHIN(m_files.size() == 2 && watched.state() == LinkStatus::State::Idle, 20'000);
     QCOMPARE(watched.messages, QStringList("The directives of file \"state\" make it too large"));
     QCOMPARE(watched.stores, 0);
     QVERIFY(!m_files.contains("state"));
