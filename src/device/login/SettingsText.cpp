@@ -35,6 +35,9 @@ std::optional<SettingsMap> parseSettings(const QByteArray &text)
         const auto parsed = scanIniLine(QStringView(whole), EmptyValue::IsKey);
         if (parsed.kind == parsed.Section) {
             group = parsed.name.toString();
+            // Written again, such a header would read as a key.
+            if (group.contains(u'='))
+                return {};
         } else if (parsed.kind == parsed.Key) {
             const auto value = decoded(parsed.value);
             if (!value)
