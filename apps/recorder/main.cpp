@@ -159,18 +159,19 @@ class Announcement
 public:
     explicit Announcement(recorder::RecorderServer &server) : m_server(server)
     {
-        QObject::connect(&server, &recorder::RecorderServer::fileReceived, &m_companion, [this] { tell(); });
+        QObject::connect(&server, &recorder::RecorderServer::fileReceived, &m_companion,
+                         [this] { announce(); });
     }
 
     void start()
     {
         if (!m_companion.listen())
             printError(QStringLiteral("the name is not announced: %1").arg(m_companion.errorString()));
-        tell();
+        announce();
     }
 
 private:
-    void tell()
+    void announce()
     {
         QFile file(m_server.filePath(QStringLiteral("streams")));
         const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -168,6 +168,8 @@ private:
     void fillCommandList();
     QByteArray requestOf(const compcommand &command) const;
     void startSave(const std::optional<QStringList> &only);
+    void expectArrivals(const std::optional<QStringList> &only);
+    void compileStates();
     void noteArrival(const QString &name);
     bool sendRequest(const compcommand &command);
     void leaveOut(compcommand &command);

@@ -94,19 +94,38 @@ void OrbNetSetup::startSave(const std::optional<QStringList> &only)
     fillCommandList();
     m_operation = Send;
     _overwrite_cmdlist(QStringLiteral("interface"));
+    expectArrivals(only);
+    compileStates();
+    flush();
     for (const auto &entry : m_cmdlist) {
-        if (only && !only->contains(QString::fromUtf8(entry->name)))
-            entry->put.clear();
+        if (!entry->put.isEmpty() && !isKeptLocally(QString::fromUtf8(entry->name))) {
+            m_notSent << QString::fromUtf8(entry->name);
+            leaveOut(*entry);
+        }
     }
+    m_state = Idle;
+    _connect();
+}
+
+void OrbNetSetup::expectArrivals(const std::optional<QStringList> &only)
+{
     SaveStatus status;
     if (only)
         status.arrived = saveStatus().arrived;
     for (const auto &entry : m_cmdlist) {
-        if (!entry->put.isEmpty())
-            status.missing << QString::fromUtf8(entry->name);
+        const QString name = QString::fromUtf8(entry->name);
+        if (only && !only->contains(name))
+            entry->put.clear();
+        else if (!entry->put.isEmpty())
+            status.missing << name;
     }
     setSaveStatus(status);
-    QStringList asFetched; // state files without edits, which are sent in the form that they came in
+}
+
+/// Applies the directives of the state files that are to be sent.
+void OrbNetSetup::compileStates()
+{
+    QStringList asFetched; // those without edits, which are sent in the form that they came in
     // By index: a report on the way may run an event loop, and with it whatever else uses the list.
     for (size_t i = 0; i < m_cmdlist.size(); ++i) {
         const QString name = QString::fromUtf8(m_cmdlist[i]->name);
@@ -124,15 +143,6 @@ void OrbNetSetup::startSave(const std::optional<QStringList> &only)
         if (OrbSettings *settings = m_settings.find(name))
             settings->forget();
     }
-    flush();
-    for (const auto &entry : m_cmdlist) {
-        if (!entry->put.isEmpty() && !isKeptLocally(QString::fromUtf8(entry->name))) {
-            m_notSent << QString::fromUtf8(entry->name);
-            leaveOut(*entry);
-        }
-    }
-    m_state = Idle;
-    _connect();
 }
 
 void OrbNetSetup::noteArrival(const QString &name)

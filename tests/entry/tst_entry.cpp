@@ -59,7 +59,7 @@ private:
     StoreFixture m_files{{{"interface", Description}}};
 };
 
-/// The toolkit's own event handling does not clean up behind an exception that passes through it.
+/// Qt's own event handling does not clean up behind an exception that passes through it.
 class ToleratedLeaks
 {
 #ifdef __SANITIZE_ADDRESS__
