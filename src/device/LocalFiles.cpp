@@ -12,7 +12,7 @@ namespace paravue
 namespace
 {
 
-/// Somebody may still read the copy of a moment ago.
+/// A host may still be reading a superseded copy.
 constexpr qsizetype KeptCopies = 8;
 
 } // namespace
@@ -26,7 +26,7 @@ LocalFiles::~LocalFiles() = default;
 
 QString LocalFiles::add(const QString &name, const QByteArray &content)
 {
-    // Somebody who tidies up the temporary folder may have removed ours.
+    // The temporary folder may have been cleaned up meanwhile.
     if (!m_folder || !QFile::exists(m_folder->path()))
         m_folder = SessionFolder::make(QDir::tempPath());
     if (!m_folder)

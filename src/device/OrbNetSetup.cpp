@@ -369,6 +369,9 @@ void OrbNetSetup::retryLogin()
     m_state = Idle;
     m_operation = NoOperation;
     setActivity(tr("Asking for the login"));
+    LinkStatus asking{LinkStatus::State::Running};
+    asking.isSending = linkStatus().isSending;
+    setLinkStatus(asking);
     // The source may open a dialog, which must not run within a signal of the socket that is needed next.
     QMetaObject::invokeMethod(this, &OrbNetSetup::askForLogin, Qt::QueuedConnection);
 }

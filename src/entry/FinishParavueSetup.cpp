@@ -108,7 +108,7 @@ private:
         if (!isRunning())
             return;
         m_isStopped = !m_isSilent;
-        m_queue.clear();
+        m_queue.giveUpAll();
         m_store.resetLink();
     }
 
@@ -122,8 +122,17 @@ private:
             m_loop.exit(Over);
             return;
         }
-        if (m_hasUser && m_duration.elapsed() >= DialogDelay)
+        // The question for a login must not be covered by another modal dialog.
+        if (link.state == LinkStatus::State::Running && !link.lastTraffic.isValid())
+            hideProgress();
+        else if (m_hasUser && m_duration.elapsed() >= DialogDelay)
             showProgress();
+    }
+
+    void hideProgress()
+    {
+        if (m_dialog)
+            m_dialog->hide();
     }
 
     void showProgress()
@@ -131,8 +140,8 @@ private:
         if (!m_dialog) {
             m_dialog = std::make_unique<SaveProgressDialog>();
             connect(m_dialog.get(), &SaveProgressDialog::stopRequested, this, &SaveCompletion::askToStop);
-            m_dialog->show();
         }
+        m_dialog->show();
         const SaveStatus &save = m_store.saveStatus();
         const qsizetype count = save.arrived.size() + save.missing.size();
         const QString activity = m_store.activity();

@@ -19,8 +19,13 @@ constexpr qsizetype MaxWaiting = 1000;
 
 ExchangeQueue &ExchangeQueue::of(OrbSetup &store)
 {
-    auto *queue = store.findChild<ExchangeQueue *>(QString(), Qt::FindDirectChildrenOnly);
+    ExchangeQueue *queue = find(store);
     return queue ? *queue : *new ExchangeQueue(store); // a child of the store
+}
+
+ExchangeQueue *ExchangeQueue::find(const OrbSetup &store)
+{
+    return store.findChild<ExchangeQueue *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 ExchangeQueue::ExchangeQueue(OrbSetup &store) : QObject(&store), m_store(store)
@@ -73,12 +78,14 @@ void ExchangeQueue::perform(const Call &call)
         present.append({noted.path, value});
         m_store.setValue(noted.path + u'/' + noted.value);
     }
-    if (call.caller == Caller::User && m_store.functionUse(call.name, call.arg).startsExchange) {
+    const bool wasRunning = m_store.linkStatus().state == LinkStatus::State::Running;
+    m_store.function(call.name, call.arg);
+    if (call.caller == Caller::User && !wasRunning &&
+        m_store.linkStatus().state == LinkStatus::State::Running) {
         m_last = call;
         m_hasLast = true;
         m_hasFailed = false;
     }
-    m_store.function(call.name, call.arg);
     for (const Value &value : std::as_const(present))
         m_store.setValue(value.path + u'/' + value.value);
 }
@@ -132,9 +139,12 @@ QStringList ExchangeQueue::waiting() const
     return names;
 }
 
-void ExchangeQueue::clear()
+void ExchangeQueue::giveUpAll()
 {
-    m_calls.clear();
+    if (m_calls.isEmpty())
+        return;
+    for (const Call &call : std::exchange(m_calls, {}))
+        m_abandoned.append(call.name);
     Q_EMIT changed();
 }
 

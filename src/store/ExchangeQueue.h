@@ -25,6 +25,8 @@ class ExchangeQueue : public QObject
 public:
     /// The queue of \a store.
     static ExchangeQueue &of(OrbSetup &store);
+    /// The same; null when there is none yet.
+    static ExchangeQueue *find(const OrbSetup &store);
 
     enum class Caller {
         User,
@@ -38,12 +40,12 @@ public:
     QStringList waiting() const;
     /// The names of the functions that were given up since the last call() of a user.
     QStringList abandoned() const { return m_abandoned; }
-    /// True when the exchange that was called last by a user has failed, so that repeat() can try it again.
+    /// True when the exchange that a user started last has failed, so that repeat() can try it again.
     bool canRepeat() const { return m_hasFailed; }
     /// Gives up the failed exchange and calls its function once more.
     void repeat();
-    /// Drops everything that waits.
-    void clear();
+    /// Gives up everything that waits.
+    void giveUpAll();
 
 Q_SIGNALS:
     /// Something waits now, or does not wait any more.

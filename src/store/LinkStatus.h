@@ -19,7 +19,8 @@ struct LinkStatus {
     State state = State::Idle;
     /// Why the last exchange has failed, in plain words for the user (translated); empty otherwise.
     QString problem = {};
-    /// Started when something was last sent or received; valid while an exchange runs.
+    /// Started when something was last sent or received; valid while an exchange runs, and not while the user
+    /// is asked for a login.
     QElapsedTimer lastTraffic = {};
     /// The exchange that runs sends something: files, or a function that is no report.
     bool isSending = false;

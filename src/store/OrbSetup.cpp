@@ -1,6 +1,7 @@
 #include "store/OrbSetup.h"
 
 #include "store/ConfigAddress.h"
+#include "store/ExchangeQueue.h"
 #include "store/IniMapCodec.h"
 #include "store/OrbSettings.h"
 #include "store/TextPattern.h"
@@ -8,6 +9,7 @@
 #include <utility>
 
 using paravue::ConfigAddress;
+using paravue::ExchangeQueue;
 using paravue::PatternBudget;
 
 OrbSetup::OrbSetup() : OrbSetup(QString()) {}
@@ -146,8 +148,11 @@ OrbSetup::FunctionUse OrbSetup::functionUse(const QString &name, const QString &
 
 void OrbSetup::resetLink()
 {
-    if (m_linkReset)
-        m_linkReset();
+    if (!m_linkReset)
+        return;
+    m_linkReset();
+    if (ExchangeQueue *queue = ExchangeQueue::find(*this))
+        queue->giveUpAll();
 }
 
 void OrbSetup::setActivity(const QString &text)

@@ -79,9 +79,9 @@ public:
 
     /// The state of the connection behind the store.
     const paravue::LinkStatus &linkStatus() const { return m_linkStatus; }
-    /// Gives up the exchange that runs or has failed: the connection is cut, nothing more is sent, and the
-    /// next exchange can start. Files, values and edits stay; nothing is emitted. Does nothing while the link
-    /// is idle.
+    /// Gives up the exchange that runs or has failed: the connection is cut, nothing more is sent, functions
+    /// that wait for its end are not done any more, and the next exchange can start. Files, values and edits
+    /// stay; nothing is emitted. Does nothing while the link is idle.
     void resetLink();
 
     const paravue::SaveStatus &saveStatus() const { return m_saveStatus; }

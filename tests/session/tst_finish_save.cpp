@@ -2,6 +2,7 @@
 #include "SetupRun.h"
 #include "entry/FinishParavueSetup.h"
 #include "recorder/RecorderServer.h"
+#include "store/ExchangeQueue.h"
 #include "support/Waiting.h"
 
 #include <QApplication>
@@ -39,6 +40,8 @@ private Q_SLOTS:
     void stopIsAskedFor_data();
     void stopIsAskedFor();
     void quittingEndsIt();
+    void givesUpWhatWaitsForAResetLink();
+    void doesNotCoverTheQuestionForALogin();
 
 private:
     QString address() const;
@@ -247,6 +250,48 @@ void TestFinishSave::quittingEndsIt()
     QTimer::singleShot(20'000, qApp, [] { QApplication::exit(1); });
     QCOMPARE(QApplication::exec(), 0);
     QCOMPARE(outcome.result, Result::Stopped);
+    QCOMPARE(outcome.missing, Files);
+}
+
+void TestFinishSave::givesUpWhatWaitsForAResetLink()
+{
+    LoadedStore store(address());
+    ExchangeQueue &queue = ExchangeQueue::of(store);
+    queue.call("get_report", {}, ExchangeQueue::Caller::User);
+    queue.call("soft_reboot", {}, ExchangeQueue::Caller::User);
+    QCOMPARE(queue.waiting(), QStringList("soft_reboot"));
+    store.resetLink();
+    QCOMPARE(queue.waiting(), QStringList());
+    QCOMPARE(queue.abandoned(), QStringList("soft_reboot"));
+    QCOMPARE(FinishParavueSetup(&store).result, Result::Nothing);
+}
+
+void TestFinishSave::doesNotCoverTheQuestionForALogin()
+{
+    /// Takes longer than a silent recorder may, and longer than the progress takes to appear.
+    struct SlowAnswer : CredentialsSource {
+        bool ask(Credentials &) override
+        {
+            QTest::qWait(600);
+            isCovered = QApplication::activeModalWidget();
+            return false;
+        }
+        void save(const Credentials &) override {}
+        bool isCovered = true;
+    };
+    LoadedStore store(address());
+    auto owned = std::make_unique<SlowAnswer>();
+    const SlowAnswer &source = *owned;
+    store.setCredentialsSource(std::move(owned));
+    store.setAddress(address().replace("admin:admin", "admin:wrong"));
+    store.store();
+    const ModalWatcher messages;
+    FinishOptions options;
+    options.longestSilence = 200;
+    const SaveOutcome outcome = FinishParavueSetup(&store, options);
+    QVERIFY(!source.isCovered);
+    QCOMPARE(outcome.result, Result::Failed);
+    QCOMPARE(outcome.problem, "The recorder has refused the login");
     QCOMPARE(outcome.missing, Files);
 }
 

@@ -254,6 +254,10 @@ void TestOverlap::aFaultGivesUpWhatWaits()
     press(session, "Reboot");
     AWAIT_COMPARE(messages.texts().size(), 2);
     QVERIFY2(messages.texts().last().contains("wrong state"), qPrintable(messages.texts().last()));
+    // What could not begin is not what "Try again" repeats.
+    QTest::mouseClick(retry, Qt::LeftButton);
+    AWAIT_VERIFY(session.store.linkStatus().problem.startsWith("Device error"));
+    AWAIT_COMPARE(messages.texts().size(), 3);
     QVERIFY(!m_log.join(u'\n').contains("REBOOT"));
 }
 
