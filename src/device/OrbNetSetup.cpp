@@ -37,6 +37,10 @@ OrbNetSetup::OrbNetSetup(const QString &address)
             [this](QAbstractSocket::SocketError e) { afterSocket([this, e] { error(e); }); });
     connect(m_socket, &QTcpSocket::readyRead, this, &OrbNetSetup::readyRead);
     connect(m_socket, &QTcpSocket::disconnected, this, [this] { afterSocket([this] { disconnected(); }); });
+    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
+        if (linkStatus().state == LinkStatus::State::Running)
+            showRunning(); // a large package is on its way for longer than a silence may last
+    });
     m_bcshTimer->setSingleShot(true);
     m_bcshTimer->setInterval(AdjustmentPause);
     m_bcshTimer->setTimerType(Qt::PreciseTimer);
@@ -52,6 +56,12 @@ OrbNetSetup::OrbNetSetup(const QString &address)
 OrbNetSetup::~OrbNetSetup()
 {
     m_socket->disconnect(this);
+    if (m_isReceiving) {
+        // Deleted by a receiver of what is reported while the socket announces its data: it is still in use.
+        m_socket->setParent(nullptr);
+        m_socket->abort();
+        m_socket->deleteLater();
+    }
     // They write their files once more, which the local copies must outlive.
     m_settings.clear();
 }
@@ -140,12 +150,23 @@ void OrbNetSetup::connected()
 
 void OrbNetSetup::readyRead()
 {
-    receive();
+    const QPointer<OrbNetSetup> alive(this);
+    const bool isNested = std::exchange(m_isReceiving, true);
+    processReceived();
+    if (!alive)
+        return;
+    m_isReceiving = isNested;
     // Qt does not announce what arrives while a receiver of our signals runs an event loop of its own.
-    const auto readOn = qScopeGuard([this] {
-        if (m_socket->bytesAvailable() > 0)
-            QMetaObject::invokeMethod(this, &OrbNetSetup::readyRead, Qt::QueuedConnection);
-    });
+    if (m_socket->bytesAvailable() > 0)
+        QMetaObject::invokeMethod(this, &OrbNetSetup::readyRead, Qt::QueuedConnection);
+}
+
+void OrbNetSetup::processReceived()
+{
+    const QPointer<OrbNetSetup> alive(this);
+    receive();
+    if (!alive)
+        return;
     if (m_state == LoginSent && !acceptLogin())
         return;
     if (m_stopped || m_state < LoggedIn || commandIsDone())
@@ -153,16 +174,16 @@ void OrbNetSetup::readyRead()
     // Right behind the login there is no reply to wait for.
     if (m_state != LoggedIn && !_isDataReady())
         return;
-    // What is reported on the way may end this exchange, and start another one.
-    const int exchange = m_exchange;
+    // What is reported on the way may end this exchange and start another one, or delete the store.
+    const auto goesOn = [&alive, exchange = m_exchange] { return alive && alive->m_exchange == exchange; };
     keepReply();
-    if (exchange != m_exchange)
+    if (!goesOn())
         return;
     _transfer();
-    if (exchange != m_exchange)
+    if (!goesOn())
         return;
     Q_EMIT progress(commandCount() == 0 ? 100 : (m_state - FirstCommand) * 100 / commandCount());
-    if (commandIsDone())
+    if (goesOn() && commandIsDone())
         m_socket->disconnectFromHost();
 }
 
@@ -244,13 +265,11 @@ void OrbNetSetup::keepReply()
         (this->*push)(name, body);
 }
 
-/// Runs \a handle, which reports that a connection has ended too early, from the event loop. A receiver of
-/// the report may start an exchange; within a signal of the socket, the end of the old connection would close
-/// the new one.
+/// Runs \a handle, which reports the end of a connection, from the event loop. A receiver of the report may
+/// start an exchange or delete the store; within a signal of the socket, the end of the old connection would
+/// close the new one.
 void OrbNetSetup::afterSocket(const std::function<void()> &handle)
 {
-    if (commandIsDone())
-        return handle();
     const auto ofSameExchange = [this, handle, exchange = m_exchange] {
         if (exchange == m_exchange)
             handle();
@@ -282,7 +301,9 @@ void OrbNetSetup::disconnected()
         return;
     }
     // Deliberate: the end is announced before the link is idle, so a receiver cannot start the next exchange
-    // from within.
+    // from within, unless it gives this one up.
+    const QPointer<OrbNetSetup> alive(this);
+    const int exchange = m_exchange;
     switch (m_operation) {
     case Fetch:
         Q_EMIT loadDone();
@@ -295,7 +316,8 @@ void OrbNetSetup::disconnected()
             tr("%1 in wrong operation %2")
                 .arg(QStringLiteral("OrbNetSetup::disconnected"), QString::number(m_operation)));
     }
-    finishExchange();
+    if (alive && exchange == m_exchange)
+        finishExchange();
 }
 
 void OrbNetSetup::finishExchange()
@@ -379,6 +401,7 @@ void OrbNetSetup::retryLogin()
 void OrbNetSetup::askForLogin()
 {
     // The answer to the open question also serves an exchange that is refused meanwhile.
+    m_resetsBeforeQuestion = m_resets;
     if (m_isAsking)
         return;
     Credentials record;
@@ -387,7 +410,6 @@ void OrbNetSetup::askForLogin()
     // The host may replace the source, or delete this store, while it asks.
     const std::shared_ptr<CredentialsSource> source = m_credentialsSource;
     const QPointer<OrbNetSetup> alive(this);
-    const int resets = m_resets;
     bool isAnswered = false;
     {
         m_isAsking = true;
@@ -397,10 +419,12 @@ void OrbNetSetup::askForLogin()
         });
         isAnswered = source && source->ask(record);
     }
-    if (!alive || resets != m_resets)
+    if (!alive || m_resetsBeforeQuestion != m_resets)
         return;
     setActivity(QString());
     setLinkStatus({LinkStatus::State::Idle, tr("The recorder has refused the login")});
+    // What waits was called with the settings of before, which are fetched afresh.
+    giveUpWaiting();
     if (!isAnswered) {
         Q_EMIT pseudothrow(tr("Authorization failed"));
         return;

@@ -42,8 +42,9 @@ struct ListedFile;
 /// command is sent, nothing is reset, and another load() reports a wrong state; store() starts over in any
 /// state. There is no time-out.
 ///
-/// The local copies are readable by their owner only and are removed with the store. The store must not be
-/// deleted in a receiver of its own signals (deleteLater() is fine).
+/// The local copies are readable by their owner only and are removed with the store. A receiver of its
+/// signals may delete the store while an exchange runs; in one of load(), store(), function() or the access
+/// to a value, deleteLater() has to do.
 class PARAVUE_EXPORT OrbNetSetup : public OrbSetup
 {
     Q_OBJECT
@@ -150,6 +151,7 @@ protected:
     QTimer *m_bcshTimer; ///< runs while the user adjusts the picture, and until the link is idle
 
 private:
+    void processReceived();
     void receive();
     bool acceptLogin();
     void keepReply();
@@ -171,6 +173,8 @@ private:
     void expectArrivals(const std::optional<QStringList> &only);
     void compileStates();
     void noteArrival(const QString &name);
+    void noteReplacement(const QString &name);
+    void dropLaterEdits(const QStringList &names);
     bool sendRequest(const compcommand &command);
     void leaveOut(compcommand &command);
     bool isKeptLocally(const QString &name);
@@ -193,6 +197,8 @@ private:
     QSet<QString> m_notKept;  ///< files whose last copy could not be written
     QStringList m_notSent;    ///< files that the running save leaves out for want of a local copy
     bool m_isSaveIncomplete = false;
-    bool m_isAsking = false; ///< for another login
-    int m_resets = 0;        ///< how often an exchange was given up
+    bool m_isReceiving = false;     ///< within readyRead()
+    bool m_isAsking = false;        ///< for another login
+    int m_resets = 0;               ///< how often an exchange was given up
+    int m_resetsBeforeQuestion = 0; ///< the value of m_resets when the exchange was refused that asks
 };

@@ -88,12 +88,20 @@ void OrbNetSetup::store()
 /// Sends the files \a only, or all of them.
 void OrbNetSetup::startSave(const std::optional<QStringList> &only)
 {
+    const QString description = QStringLiteral("interface");
+    if (m_notKept.contains(description) && !fileExists(description)) {
+        // Which files the recorder has is not known.
+        Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(description));
+        return;
+    }
+    if (only)
+        dropLaterEdits(*only);
     // Deliberate: a time file that is sent back must not set the recorder's clock to the hour of its fetch.
     if (fileExists(QStringLiteral("time")))
         setValue(QStringLiteral("time/untitled/YYYYMMDDHHMMSS/"));
     fillCommandList();
     m_operation = Send;
-    _overwrite_cmdlist(QStringLiteral("interface"));
+    _overwrite_cmdlist(description);
     expectArrivals(only);
     compileStates();
     flush();
@@ -105,6 +113,16 @@ void OrbNetSetup::startSave(const std::optional<QStringList> &only)
     }
     m_state = Idle;
     _connect();
+}
+
+/// Takes back what was edited in the files \a names since the last save has written them.
+void OrbNetSetup::dropLaterEdits(const QStringList &names)
+{
+    for (const QString &name : names) {
+        OrbSettings *settings = m_settings.find(name);
+        if (settings && settings->isWritten() && settings->hasEdits())
+            settings->forget();
+    }
 }
 
 void OrbNetSetup::expectArrivals(const std::optional<QStringList> &only)
@@ -151,6 +169,16 @@ void OrbNetSetup::noteArrival(const QString &name)
     if (!status.missing.removeOne(name))
         return; // the body of a function
     status.arrived << name;
+    setSaveStatus(status);
+}
+
+/// A file that was fetched anew holds nothing of the last save any more.
+void OrbNetSetup::noteReplacement(const QString &name)
+{
+    SaveStatus status = saveStatus();
+    if (!status.missing.removeOne(name))
+        return;
+    status.replaced << name;
     setSaveStatus(status);
 }
 
@@ -245,6 +273,7 @@ bool OrbNetSetup::keepLocalCopies(const QString &name, const QByteArray &data)
         return false;
     }
     m_notKept.remove(name);
+    noteReplacement(name);
     setFilePath(name, path);
     setFilePath(original, originalPath);
     forgetValues(name);

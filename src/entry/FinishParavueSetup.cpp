@@ -64,7 +64,8 @@ class SaveCompletion : public QObject
 public:
     SaveCompletion(OrbSetup &store, const FinishOptions &options)
         : m_store(store), m_queue(ExchangeQueue::of(store)), m_options(options),
-          m_hasUser(options.asksUser && qobject_cast<QApplication *>(QCoreApplication::instance()))
+          m_hasUser(options.asksUser && qobject_cast<QApplication *>(QCoreApplication::instance())),
+          m_replacedBefore(store.saveStatus().replaced)
     {
         connect(&m_timer, &QTimer::timeout, this, &SaveCompletion::update);
     }
@@ -88,7 +89,10 @@ private:
     bool isRunning() const
     {
         const LinkStatus &link = m_store.linkStatus();
-        return !m_queue.waiting().isEmpty() || (link.state == LinkStatus::State::Running && link.isSending);
+        if (link.state != LinkStatus::State::Running)
+            return !m_queue.waiting().isEmpty();
+        // A fetch, behind another login for example, replaces what is missing; then it cannot be sent.
+        return link.isSending || !m_queue.waiting().isEmpty() || !m_store.saveStatus().missing.isEmpty();
     }
 
     void wait()
@@ -119,6 +123,7 @@ private:
             link.lastTraffic.elapsed() > m_options.longestSilence)
             m_isSilent = true;
         if (!isRunning() || m_isSilent) {
+            closeQuestion();
             m_loop.exit(Over);
             return;
         }
@@ -168,10 +173,28 @@ private:
         m_loop.exit(Over);
     }
 
+    /// The question whether to stop is of no use when there is nothing to stop any more.
+    void closeQuestion()
+    {
+        if (!m_isAsking)
+            return;
+        const QList<QDialog *> questions = m_dialog->findChildren<QDialog *>();
+        for (QDialog *question : questions)
+            question->reject();
+    }
+
+    QStringList replaced() const
+    {
+        QStringList files = m_store.saveStatus().replaced;
+        for (const QString &name : m_replacedBefore)
+            files.removeOne(name);
+        return files;
+    }
+
     SaveOutcome outcome() const
     {
         const SaveStatus &save = m_store.saveStatus();
-        SaveOutcome result{SaveOutcome::Result::Done, save.arrived, save.missing,
+        SaveOutcome result{SaveOutcome::Result::Done, save.arrived, save.missing, replaced(),
                            m_store.linkStatus().problem};
         if (m_isStopped) {
             result.result = SaveOutcome::Result::Stopped;
@@ -179,7 +202,8 @@ private:
         } else if (m_isSilent) {
             result.result = SaveOutcome::Result::Failed;
             result.problem = tr("The recorder does not answer");
-        } else if (!result.problem.isEmpty() || !result.missing.isEmpty() || !m_queue.abandoned().isEmpty()) {
+        } else if (!result.problem.isEmpty() || !result.missing.isEmpty() || !result.replaced.isEmpty() ||
+                   !m_queue.abandoned().isEmpty()) {
             result.result = SaveOutcome::Result::Failed;
             if (result.problem.isEmpty())
                 result.problem = tr("Not everything could be sent.");
@@ -195,6 +219,9 @@ private:
             text += QStringLiteral("<br>") + tr("Arrived: %1").arg(outcome.arrived.join(separator));
         if (!m_queue.abandoned().isEmpty())
             text += QStringLiteral("<br>") + tr("Not done: %1").arg(m_queue.abandoned().join(separator));
+        if (!outcome.replaced.isEmpty())
+            text += QStringLiteral("<br>") + tr("Not sent, and replaced by what the recorder has: %1")
+                                                 .arg(outcome.replaced.join(separator));
         if (outcome.missing.isEmpty()) {
             OrbDlgQuestion::Do(nullptr, QMessageBox::Critical, tr("Paravue Setup"), text, QMessageBox::Ok,
                                QMessageBox::NoButton);
@@ -212,6 +239,7 @@ private:
     ExchangeQueue &m_queue;
     const FinishOptions m_options;
     const bool m_hasUser;
+    const QStringList m_replacedBefore;
     QTimer m_timer;
     QElapsedTimer m_duration;
     QEventLoop m_loop;

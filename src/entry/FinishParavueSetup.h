@@ -22,7 +22,10 @@ struct SaveOutcome {
     Result result = Result::Nothing;
     QStringList arrived = {}; ///< files of the last save that the recorder has confirmed
     QStringList missing = {}; ///< those that it has not
-    QString problem = {};     ///< in plain words for the user, translated
+    /// Those that it has not and that were fetched anew meanwhile, behind another login for example: what was
+    /// edited in them is gone.
+    QStringList replaced = {};
+    QString problem = {}; ///< in plain words for the user, translated
 };
 
 struct FinishOptions {

@@ -2,6 +2,8 @@
 
 #include "store/OrbSetup.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -28,12 +30,12 @@ ExchangeQueue *ExchangeQueue::find(const OrbSetup &store)
     return store.findChild<ExchangeQueue *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-ExchangeQueue::ExchangeQueue(OrbSetup &store) : QObject(&store), m_store(store)
+ExchangeQueue::ExchangeQueue(OrbSetup &store) : QObject(&store), m_store(store) {}
+
+void ExchangeQueue::linkHasEnded()
 {
-    // Queued: the store is busy until the receivers of its signals have returned.
-    connect(&store, &OrbSetup::loadDone, this, &ExchangeQueue::proceed, Qt::QueuedConnection);
-    connect(&store, &OrbSetup::storeDone, this, &ExchangeQueue::proceed, Qt::QueuedConnection);
-    connect(&store, &OrbSetup::pseudothrow, this, &ExchangeQueue::proceed, Qt::QueuedConnection);
+    m_refusedTasks.clear();
+    QMetaObject::invokeMethod(this, &ExchangeQueue::proceed, Qt::QueuedConnection);
 }
 
 void ExchangeQueue::call(const QString &name, const QString &arg, Caller caller)
@@ -41,22 +43,31 @@ void ExchangeQueue::call(const QString &name, const QString &arg, Caller caller)
     if (caller == Caller::User)
         m_abandoned.clear();
     const Call call = noted(name, arg, caller);
-    const bool isBusy = m_store.linkStatus().state == LinkStatus::State::Running;
-    if (!m_store.functionUse(name, arg).startsExchange || (!isBusy && m_calls.isEmpty())) {
+    const LinkStatus::State link = m_store.linkStatus().state;
+    const bool startsExchange = m_store.functionUse(name, arg).startsExchange;
+    if (!startsExchange || (link != LinkStatus::State::Running && m_calls.isEmpty())) {
+        // The store reports each call, and keeps what the call would send.
+        if (startsExchange && caller == Caller::Task && link == LinkStatus::State::Failed) {
+            if (holds(m_refusedTasks, name, arg))
+                return;
+            m_refusedTasks.append(call);
+        }
         perform(call);
         return;
     }
-    const bool isRepeated =
-        caller == Caller::Task && std::any_of(m_calls.cbegin(), m_calls.cend(), [&](const Call &waiting) {
-            return waiting.name == name && waiting.arg == arg;
-        });
-    if (isRepeated)
+    if (caller == Caller::Task && holds(m_calls, name, arg))
         return;
     if (m_calls.size() < MaxWaiting)
         m_calls.append(call);
     else
         m_abandoned.append(name);
     Q_EMIT changed();
+}
+
+bool ExchangeQueue::holds(const QList<Call> &calls, const QString &name, const QString &arg)
+{
+    return std::any_of(calls.cbegin(), calls.cend(),
+                       [&](const Call &call) { return call.name == name && call.arg == arg; });
 }
 
 ExchangeQueue::Call ExchangeQueue::noted(const QString &name, const QString &arg, Caller caller) const
@@ -79,7 +90,11 @@ void ExchangeQueue::perform(const Call &call)
         m_store.setValue(noted.path + u'/' + noted.value);
     }
     const bool wasRunning = m_store.linkStatus().state == LinkStatus::State::Running;
+    // A receiver of the store's signals may delete it, and the queue with it.
+    const QPointer<ExchangeQueue> alive(this);
     m_store.function(call.name, call.arg);
+    if (!alive)
+        return;
     if (call.caller == Caller::User && !wasRunning &&
         m_store.linkStatus().state == LinkStatus::State::Running) {
         m_last = call;
@@ -103,8 +118,12 @@ void ExchangeQueue::proceed()
         return;
     if (hasFailed)
         giveUp();
-    while (!m_calls.isEmpty() && m_store.linkStatus().state != LinkStatus::State::Running)
+    const QPointer<ExchangeQueue> alive(this);
+    while (!m_calls.isEmpty() && m_store.linkStatus().state != LinkStatus::State::Running) {
         perform(m_calls.takeFirst());
+        if (!alive)
+            return;
+    }
     Q_EMIT changed();
 }
 
@@ -137,6 +156,19 @@ QStringList ExchangeQueue::waiting() const
     for (const Call &call : m_calls)
         names.append(call.name);
     return names;
+}
+
+void ExchangeQueue::giveUpRunning()
+{
+    if (m_store.linkStatus().state != LinkStatus::State::Running)
+        return;
+    const bool isOurs = m_hasLast;
+    m_abandoned.clear();
+    m_hasLast = false;
+    if (isOurs)
+        m_abandoned.append(m_last.name);
+    m_store.resetLink();
+    Q_EMIT changed();
 }
 
 void ExchangeQueue::giveUpAll()

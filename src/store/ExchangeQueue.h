@@ -30,7 +30,7 @@ public:
 
     enum class Caller {
         User,
-        Task, ///< comes again by itself: a call that waits already is not added once more
+        Task, ///< comes again by itself: a call that waits already, or has met this fault, is not made again
     };
     /// Calls the function, at once or later. At once when no exchange runs, when the last one has failed (the
     /// store then reports it), and for a function that starts no exchange.
@@ -44,8 +44,12 @@ public:
     bool canRepeat() const { return m_hasFailed; }
     /// Gives up the failed exchange and calls its function once more.
     void repeat();
+    /// Gives up the running exchange, and everything that waits for its end.
+    void giveUpRunning();
     /// Gives up everything that waits.
     void giveUpAll();
+    /// To be called when the link of the store has stopped running: does what waits, from the event loop.
+    void linkHasEnded();
 
 Q_SIGNALS:
     /// Something waits now, or does not wait any more.
@@ -65,6 +69,7 @@ private:
 
     explicit ExchangeQueue(OrbSetup &store);
 
+    static bool holds(const QList<Call> &calls, const QString &name, const QString &arg);
     Call noted(const QString &name, const QString &arg, Caller caller) const;
     void perform(const Call &call);
     void proceed();
@@ -72,7 +77,8 @@ private:
 
     OrbSetup &m_store;
     QList<Call> m_calls;
-    Call m_last; ///< the exchange that runs, or has ended last
+    QList<Call> m_refusedTasks; ///< calls of tasks that have met the present fault
+    Call m_last;                ///< the exchange that runs, or has ended last
     bool m_hasLast = false;
     bool m_hasFailed = false;
     QStringList m_abandoned;

@@ -26,10 +26,11 @@ struct LinkStatus {
     bool isSending = false;
 };
 
-/// The files of the last save. A save that is over has either no missing files or has failed.
+/// The files of the last save. A save that is over has either no missing and no replaced files or has failed.
 struct SaveStatus {
     QStringList arrived; ///< confirmed by the recorder, in the order of sending
     QStringList missing;
+    QStringList replaced; ///< were missing when they were fetched anew, so that their edits are gone
 };
 
 } // namespace paravue

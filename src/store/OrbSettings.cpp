@@ -7,6 +7,7 @@
 #include "store/WholeFile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -18,6 +19,11 @@ namespace
 {
 
 Q_LOGGING_CATEGORY(settingsLog, "paravue.settings")
+
+/// A smaller file is read as fast as it is looked at.
+constexpr qsizetype LargeFile = 64 << 10;
+/// Two changes within one tick of a file system's clock cannot be told apart; the coarsest have two seconds.
+constexpr qint64 FileClockTick = 2000; // milliseconds
 
 /// Up to this size the repeated lines of a file without keys are written. A session that asks such a file for
 /// a value twice a second must not fill the disk.
@@ -57,6 +63,7 @@ void OrbSettings::setPath(const QString &path)
     m_entriesOfLines.clear();
     m_linesKnown = false;
     m_lastContent.clear();
+    m_lastModified = {};
     m_repeats = 0;
     m_unreadable = false;
     m_forgotten = false;
@@ -80,6 +87,7 @@ bool OrbSettings::read()
         qCWarning(settingsLog) << m_path << "is too large for a configuration file";
         return false;
     }
+    const QDateTime modified = file.size() < LargeFile ? QDateTime() : QFileInfo(m_path).lastModified();
     const QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return false;
@@ -94,6 +102,21 @@ bool OrbSettings::read()
     m_loaded = true;
     takeKeys();
     m_lastContent = m_entries.isEmpty() ? content : QByteArray();
+    const bool isOld = modified.isValid() && modified.msecsTo(QDateTime::currentDateTime()) > FileClockTick;
+    m_lastModified = isOld ? modified : QDateTime();
+    return true;
+}
+
+/// True when the file is as it was read last, which then counts as read once more. A recorder may send many
+/// megabytes without a key, and a description may look into them for each of its controls.
+bool OrbSettings::addUnchanged()
+{
+    if (!m_lastModified.isValid())
+        return false;
+    const QFileInfo file(m_path);
+    if (file.size() != m_lastContent.size() || file.lastModified() != m_lastModified)
+        return false;
+    ++m_repeats;
     return true;
 }
 
@@ -181,7 +204,7 @@ bool OrbSettings::write()
     // An object that has not seen its file must not replace it.
     if (!m_loaded && m_entries.isEmpty())
         read();
-    m_isWritten = false;
+    m_isWritten = !hasEdits();
     if (m_unreadable && QFile::exists(m_path))
         return false;
 

@@ -4,6 +4,7 @@
 #include "store/IniText.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -68,9 +69,10 @@ public:
 private:
     void readIfEmpty()
     {
-        if (m_entries.isEmpty())
+        if (m_entries.isEmpty() && !addUnchanged())
             read();
     }
+    bool addUnchanged();
     void takeKeys();
     void appendRepeats();
     paravue::IniText merged();
@@ -89,5 +91,6 @@ private:
     /// A file without any key is read again at each access, and its lines are added each time. The content
     /// that was read last, and how many more times it stands behind the text.
     QByteArray m_lastContent;
+    QDateTime m_lastModified; ///< of the file with that content; invalid while it is too new to tell
     qint64 m_repeats = 0;
 };

@@ -10,6 +10,7 @@
 
 using paravue::ConfigAddress;
 using paravue::ExchangeQueue;
+using paravue::LinkStatus;
 using paravue::PatternBudget;
 
 OrbSetup::OrbSetup() : OrbSetup(QString()) {}
@@ -151,8 +152,24 @@ void OrbSetup::resetLink()
     if (!m_linkReset)
         return;
     m_linkReset();
+    giveUpWaiting();
+}
+
+void OrbSetup::giveUpWaiting()
+{
     if (ExchangeQueue *queue = ExchangeQueue::find(*this))
         queue->giveUpAll();
+}
+
+void OrbSetup::setLinkStatus(const LinkStatus &status)
+{
+    const bool wasRunning = m_linkStatus.state == LinkStatus::State::Running;
+    m_linkStatus = status;
+    if (!wasRunning || status.state == LinkStatus::State::Running)
+        return;
+    // Not by a signal: an exchange may end without one.
+    if (ExchangeQueue *queue = ExchangeQueue::find(*this))
+        queue->linkHasEnded();
 }
 
 void OrbSetup::setActivity(const QString &text)

@@ -85,8 +85,8 @@ public:
     void resetLink();
 
     const paravue::SaveStatus &saveStatus() const { return m_saveStatus; }
-    /// Sends the missing files of the last save, and no others, as store() would. Only while no exchange
-    /// runs.
+    /// Sends the missing files of the last save, and no others, as store() would, with the values that this
+    /// save has had: what was edited since is dropped. Only while no exchange runs.
     void sendMissing();
 
     /// What a call of function() does on the link.
@@ -108,7 +108,9 @@ protected:
     /// The local file \a name, created on first use and kept for the life of the store.
     OrbSettings &settings(const QString &name);
     void setActivity(const QString &text);
-    void setLinkStatus(const paravue::LinkStatus &status) { m_linkStatus = status; }
+    void setLinkStatus(const paravue::LinkStatus &status);
+    /// Gives up the functions that wait for the link.
+    void giveUpWaiting();
     /// What resetLink() does; nothing by itself. A function object, as the virtual functions of stores are
     /// fixed.
     void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }

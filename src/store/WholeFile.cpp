@@ -29,6 +29,24 @@ bool writeDirectly(const QString &path, const QByteArray &content, QString *erro
     return written || fail(file, error);
 }
 
+/// A full disk must not cost the old file. Where new files are not allowed, or no file may be put in its
+/// place, there is no other way than to write into the old one.
+bool allowsNewFiles(const QString &folder)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(folder); // its access rights are not known
+    return false;
+#else
+    return QFileInfo(folder).isWritable();
+#endif
+}
+
+bool isForbidden(const std::error_code &error)
+{
+    return error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
+           error == std::errc::device_or_resource_busy || error == std::errc::cross_device_link;
+}
+
 } // namespace
 
 bool writeWholeFile(const QString &path, const QByteArray &content, QString *error)
@@ -39,9 +57,12 @@ bool writeWholeFile(const QString &path, const QByteArray &content, QString *err
         return writeDirectly(path, content, error);
 
     const QString target = isNew ? path : old.canonicalFilePath(); // a link stays a link
-    QFile file(target + u'.' + QString::number(QRandomGenerator::global()->generate64(), 36));
+    const QString folder = QFileInfo(target).path();
+    // Not named after the target, whose name may be as long as names can be.
+    QFile file(folder + QStringLiteral("/.paravue-") +
+               QString::number(QRandomGenerator::global()->generate64(), 36));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, OwnerOnly))
-        return writeDirectly(path, content, error);
+        return isNew || !allowsNewFiles(folder) ? writeDirectly(path, content, error) : fail(file, error);
     const bool written = file.write(content) == content.size() && file.flush() &&
                          (isNew || file.setPermissions(old.permissions()));
     file.close();
@@ -53,7 +74,7 @@ bool writeWholeFile(const QString &path, const QByteArray &content, QString *err
     }
     fail(file, error);
     file.remove();
-    return renameError && writeDirectly(path, content, error);
+    return isForbidden(renameError) && writeDirectly(path, content, error);
 }
 
 } // namespace paravue

@@ -1,9 +1,14 @@
 #include "FakeRecorder.h"
 #include "NotedStore.h"
+#include "store/ExchangeQueue.h"
 #include "support/FullDisk.h"
 #include "support/TestTable.h"
 
+#include <QDir>
+#include <QPointer>
+
 #include <algorithm>
+#include <functional>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -57,10 +62,20 @@ private Q_SLOTS:
     void savesWhatCouldBeWritten_data();
     void savesWhatCouldBeWritten();
     void sendsNothingOfAFetchThatWasNotKept();
+    void sendsNothingWithoutTheDescription();
+    void sendsWhatCannotBeOpenedAsEmpty_data();
+    void sendsWhatCannotBeOpenedAsEmpty();
     void keepsFewCopiesOfOneName();
     void goesBackToIdle_data();
     void goesBackToIdle();
+    void goesOnFromTheEndOfAFetch();
     void staysBackWhileTheLoginIsAskedFor();
+    void oneAnswerServesTheNextExchange();
+    void theStoreMayGoAtAnyReport_data();
+    void theStoreMayGoAtAnyReport();
+    void whatWaitsIsDoneBehindASilentEnd();
+    void whatWaitsIsDoneBehindANestedLoop();
+    void whatWaitsIsNotDoneBehindALogin();
 };
 
 void TestLocalFailures::sendsNoFunctionWithoutItsBody()
@@ -160,6 +175,56 @@ void TestLocalFailures::sendsNothingOfAFetchThatWasNotKept()
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
+void TestLocalFailures::sendsNothingWithoutTheDescription()
+{
+    const QByteArray description = "<pvsetup version='1.0'><di><difile name='interface'/>"
+                                   "<difile name='own' get_command='GET OWN' put_command='PUT OWN'/>"
+                                   "</di></pvsetup>";
+    FakeRecorder recorder;
+    recorder.login().reply("GET SETUP\r\n", description).reply("GET OWN\r\n", "A=1\n").expectClosed();
+    NotedStore store(recorder.address());
+    store._push_file("general", "");
+    {
+        const FullDisk full;
+        QVERIFY(store.fetch());
+    }
+    QCOMPARE(store.errors,
+             QStringList({"Can't save a local copy of \"interface\"", "Can't save a local copy of \"own\""}));
+    store.errors.clear();
+    // Its own list of files is lost, and the built-in one is that of another recorder.
+    store.store();
+    QCOMPARE(store.errors, QStringList("Can't save a local copy of \"interface\""));
+    QVERIFY(isIdle(store));
+    QCOMPARE(store.stores, 0);
+    QCOMPARE(recorder.connectionCount(), 1);
+}
+
+void TestLocalFailures::sendsWhatCannotBeOpenedAsEmpty_data()
+{
+    const TestTable<bool> row("removed");
+    row("removed", true);
+    row("a folder in its place", false);
+}
+
+void TestLocalFailures::sendsWhatCannotBeOpenedAsEmpty()
+{
+    QFETCH(bool, removed);
+    FakeRecorder recorder;
+    recorder.login()
+        .reply("PUT N\r\n")
+        .reply(put("PUT T", "YYYYMMDDHHMMSS = \nTIME_ZONE = 'UTC-3'\n"))
+        .reply(put("PUT S", "ID=old\n"))
+        .expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    store._push_statefile("state", "ID=old\n");
+    QVERIFY(QFile::remove(store.filePath("net")));
+    QVERIFY(removed || QDir().mkpath(store.filePath("net")));
+    QCOMPARE(store.value("net/untitled/A"), "");
+    QVERIFY2(store.sendAll(), recorder.received());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
 void TestLocalFailures::keepsFewCopiesOfOneName()
 {
     NotedStore store("a:b@127.0.0.1");
@@ -251,6 +316,167 @@ void TestLocalFailures::staysBackWhileTheLoginIsAskedFor()
     QTest::qWait(0);
     QVERIFY(isIdle(store));
     QCOMPARE(recorder.connectionCount(), 1);
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+namespace
+{
+
+const QByteArray RefusedLogin = "LENGTH=19\r\nVORN_ANSWER=ERROR\r\n";
+const QByteArray GuestLogin = "\x04LOGIN=guest\r\nPASS=secret\r\n";
+
+/// Does something before it answers.
+struct SlowSource : CredentialsSource {
+    bool ask(Credentials &record) override
+    {
+        ++asked;
+        whileAsked();
+        record.login = "x";
+        record.password = "y";
+        return true;
+    }
+    void save(const Credentials &) override {}
+    std::function<void()> whileAsked;
+    int asked = 0;
+};
+
+SlowSource &giveSlowSource(NotedStore &store)
+{
+    auto owned = std::make_unique<SlowSource>();
+    SlowSource &source = *owned;
+    store.setCredentialsSource(std::move(owned));
+    return source;
+}
+
+} // namespace
+
+void TestLocalFailures::goesOnFromTheEndOfAFetch()
+{
+    FakeRecorder recorder;
+    recorder.login().fetchOf({}).expectClosed();
+    recorder.startConnection().login().reply("RESET SETTINGS\r\n").expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    connect(&store, &OrbSetup::loadDone, &store, [&store] {
+        store.resetLink();
+        store.function("soft_reset", "");
+    });
+    store.load();
+    AWAIT_COMPARE(store.stores, 1);
+    AWAIT_VERIFY(isIdle(store));
+    QCOMPARE(store.loads, 1);
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void TestLocalFailures::oneAnswerServesTheNextExchange()
+{
+    FakeRecorder recorder;
+    recorder.expect(GuestLogin).send(RefusedLogin).expectClosed();
+    recorder.startConnection().expect(GuestLogin).send(RefusedLogin).expectClosed();
+    recorder.startConnection().login("x", "y").fetchOf({}).expectClosed();
+    NotedStore store(recorder.address());
+    SlowSource &source = giveSlowSource(store);
+    source.whileAsked = [&] {
+        store.resetLink();
+        store.load();
+        AWAIT_VERIFY(recorder.connectionCount() == 2 && store.m_state == 0);
+        QTest::qWait(0); // the second question would be asked now
+    };
+    store.load();
+    AWAIT_COMPARE(store.loads, 1);
+    QCOMPARE(source.asked, 1);
+    QCOMPARE(store.faultsWith(recorder), QStringList());
+}
+
+void TestLocalFailures::theStoreMayGoAtAnyReport_data()
+{
+    const TestTable<QByteArray> row("report");
+    row("progress", SIGNAL(progress(int)));
+    row("end of a fetch", SIGNAL(loadDone()));
+    row("end of a save", SIGNAL(storeDone()));
+    row("message", SIGNAL(pseudothrow(QString)));
+}
+
+void TestLocalFailures::theStoreMayGoAtAnyReport()
+{
+    QFETCH(QByteArray, report);
+    FakeRecorder recorder;
+    recorder.login().fetchOf({}).expectClosed();
+    recorder.startConnection().login().reply("DO REBOOT\r\n").expectClosed();
+    recorder.startConnection().login().expect("RESET SETTINGS\r\n");
+    recorder.send(FakeRecorder::frame({}, "VORN_ANSWER=ERROR:busy\r\n")).expectClosed();
+    auto store = std::make_unique<NotedStore>(recorder.address());
+    const QPointer<NotedStore> alive(store.get());
+    const auto removeStore = [&store] { store.reset(); };
+    if (report.contains("progress"))
+        connect(store.get(), &OrbSetup::progress, this, removeStore);
+    else if (report.contains("loadDone"))
+        connect(store.get(), &OrbSetup::loadDone, this, removeStore);
+    else if (report.contains("storeDone"))
+        connect(store.get(), &OrbSetup::storeDone, this, removeStore);
+    else
+        connect(store.get(), &OrbSetup::pseudothrow, this, removeStore);
+    ExchangeQueue &queue = ExchangeQueue::of(*store);
+    store->load();
+    queue.call("soft_reboot", {}, ExchangeQueue::Caller::User);
+    queue.call("soft_reset", {}, ExchangeQueue::Caller::User);
+    AWAIT_VERIFY(!alive);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TestLocalFailures::whatWaitsIsDoneBehindASilentEnd()
+{
+    FakeRecorder recorder;
+    recorder.login()
+        .reply(put("PUT N", "A = 1\n"))
+        .reply(put("PUT T", "YYYYMMDDHHMMSS = \nTIME_ZONE = 'UTC-3'\n"))
+        .expectClosed();
+    recorder.startConnection().login().reply("DO REBOOT\r\n").expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    // This directive matches what it has put in. The message comes before the first byte, and none at the
+    // end.
+    store._push_statefile("state", "a\n#!s/\\x61/aa{net/untitled/A}/\n");
+    ExchangeQueue &queue = ExchangeQueue::of(store);
+    queue.call("save_settings", {}, ExchangeQueue::Caller::User);
+    queue.call("soft_reboot", {}, ExchangeQueue::Caller::User);
+    QCOMPARE(queue.waiting(), QStringList("soft_reboot"));
+    AWAIT_COMPARE(store.stores, 1);
+    QCOMPARE(queue.waiting(), QStringList());
+    QCOMPARE(store.faultsWith(recorder), QStringList("The directives of file \"state\" make it too large"));
+}
+
+void TestLocalFailures::whatWaitsIsDoneBehindANestedLoop()
+{
+    FakeRecorder recorder;
+    recorder.login().fetchOf({}).expectClosed();
+    recorder.startConnection().login().reply("DO REBOOT\r\n").expectClosed();
+    NotedStore store(recorder.address());
+    push(store);
+    ExchangeQueue &queue = ExchangeQueue::of(store);
+    connect(&store, &OrbSetup::loadDone, this, [] { QTest::qWait(50); }); // a message box, for example
+    store.load();
+    queue.call("soft_reboot", {}, ExchangeQueue::Caller::User);
+    AWAIT_COMPARE(store.stores, 1);
+    QCOMPARE(queue.waiting(), QStringList());
+}
+
+void TestLocalFailures::whatWaitsIsNotDoneBehindALogin()
+{
+    FakeRecorder recorder;
+    recorder.expect(GuestLogin).send(RefusedLogin).expectClosed();
+    recorder.startConnection().login("x", "y").fetchOf({}).expectClosed();
+    NotedStore store(recorder.address());
+    SlowSource &source = giveSlowSource(store);
+    ExchangeQueue &queue = ExchangeQueue::of(store);
+    // The settings are fetched behind the login, so this save would send them back as they are.
+    source.whileAsked = [&] { queue.call("save_settings", {}, ExchangeQueue::Caller::User); };
+    queue.call("get_report", {}, ExchangeQueue::Caller::User);
+    AWAIT_COMPARE(store.loads, 1);
+    AWAIT_VERIFY(isIdle(store));
+    QCOMPARE(queue.waiting(), QStringList());
+    QCOMPARE(queue.abandoned(), QStringList("save_settings"));
     QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 

@@ -42,6 +42,10 @@ private Q_SLOTS:
     void quittingEndsIt();
     void givesUpWhatWaitsForAResetLink();
     void doesNotCoverTheQuestionForALogin();
+    void whatIsFetchedAnewIsNotSentAgain();
+    void laterEditsAreNotSentAgain();
+    void aLargePackageIsNoSilence();
+    void theEndClosesTheQuestionToStop();
 
 private:
     QString address() const;
@@ -293,6 +297,115 @@ void TestFinishSave::doesNotCoverTheQuestionForALogin()
     QCOMPARE(outcome.result, Result::Failed);
     QCOMPARE(outcome.problem, "The recorder has refused the login");
     QCOMPARE(outcome.missing, Files);
+}
+
+void TestFinishSave::whatIsFetchedAnewIsNotSentAgain()
+{
+    /// Knows the right login.
+    struct Answer : CredentialsSource {
+        bool ask(Credentials &record) override
+        {
+            record.login = "admin";
+            record.password = "admin";
+            return true;
+        }
+        void save(const Credentials &) override {}
+    };
+    LoadedStore store(address());
+    store.setCredentialsSource(std::make_unique<Answer>());
+    store.setAddress(address().replace("admin:admin", "admin:wrong"));
+    store.setValue("net/untitled/HOSTNAME/renamed");
+    store.store();
+    m_recorder->setReplyDelay(20);
+    QStringList texts;
+    const ModalWatcher messages([&](QWidget &box) {
+        auto &message = static_cast<QMessageBox &>(box);
+        texts << message.text();
+        QVERIFY(!message.button(QMessageBox::Retry));
+        message.button(QMessageBox::Ok)->click();
+    });
+    const SaveOutcome outcome = FinishParavueSetup(&store);
+    QCOMPARE(outcome.result, Result::Failed);
+    QCOMPARE(outcome.missing, QStringList());
+    QCOMPARE(outcome.replaced, Files);
+    QVERIFY2(texts.value(0).contains("replaced by what the recorder has: streams, net"),
+             qPrintable(texts.value(0)));
+    QVERIFY(m_received.isEmpty());
+    AWAIT_COMPARE(store.linkStatus().state, LinkStatus::State::Idle);
+    QVERIFY(store.value("net/untitled/HOSTNAME") != "renamed");
+    // It has been told, and no later session of the store has anything to do with it.
+    QCOMPARE(FinishParavueSetup(&store).result, Result::Nothing);
+}
+
+void TestFinishSave::laterEditsAreNotSentAgain()
+{
+    LoadedStore store(address());
+    const quint16 port = m_recorder->port();
+    m_recorder->close();
+    store.setValue("net/untitled/HOSTNAME/saved");
+    store.store();
+    FinishOptions alone;
+    alone.asksUser = false;
+    QCOMPARE(FinishParavueSetup(&store, alone).missing, Files);
+    store.setValue("net/untitled/HOSTNAME/cancelled");
+    QVERIFY(m_recorder->listen(port));
+    store.resetLink();
+    store.sendMissing();
+    QCOMPARE(FinishParavueSetup(&store, alone).result, Result::Done);
+    LoadedStore second(address());
+    QCOMPARE(second.value("net/untitled/HOSTNAME"), "saved");
+}
+
+void TestFinishSave::aLargePackageIsNoSilence()
+{
+    constexpr qint64 Size = 40 << 20;
+    QFile package(m_folder->filePath("package"));
+    QVERIFY(package.open(QIODevice::WriteOnly) && package.resize(Size));
+    // Reads 1 MiB every 50 ms, which takes two seconds, and answers the login and the package.
+    QTcpServer slow;
+    QVERIFY(slow.listen(QHostAddress::LocalHost));
+    qint64 received = 0;
+    QTimer reading;
+    connect(&slow, &QTcpServer::newConnection, &slow, [&] {
+        QTcpSocket *socket = slow.nextPendingConnection();
+        socket->setReadBufferSize(1 << 20);
+        socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 1 << 20);
+        connect(&reading, &QTimer::timeout, socket, [&, socket] {
+            if (received == 0 && socket->bytesAvailable() > 0)
+                socket->write("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+            received += socket->readAll().size();
+            if (received > Size && !socket->property("answered").toBool()) {
+                socket->setProperty("answered", true);
+                socket->write("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+            }
+        });
+    });
+    reading.start(50);
+    LoadedStore store(address());
+    store.setAddress("admin:admin@127.0.0.1:" + QString::number(qint16(slow.serverPort())));
+    store.setValue("general/package/path/" + package.fileName());
+    store.function("soft_istall_packet", "general/package/path");
+    FinishOptions options;
+    options.asksUser = false;
+    options.longestSilence = 800;
+    const SaveOutcome outcome = FinishParavueSetup(&store, options);
+    QVERIFY2(outcome.result == Result::Done, qPrintable(outcome.problem));
+    QVERIFY(received > Size);
+}
+
+void TestFinishSave::theEndClosesTheQuestionToStop()
+{
+    LoadedStore store(address());
+    m_recorder->setReplyDelay(120);
+    store.store();
+    QTimer::singleShot(400, &store, [&] {
+        auto *dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog);
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    QCOMPARE(FinishParavueSetup(&store).result, Result::Done); // nobody answers
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(m_received, Files);
 }
 
 QTEST_MAIN(TestFinishSave)

@@ -3,6 +3,7 @@
 #include "recorder/RecorderServer.h"
 #include "store/ExchangeQueue.h"
 #include "support/Waiting.h"
+#include "ui/window/StatusLine.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -59,8 +60,10 @@ private Q_SLOTS:
     void aSaveWaitsForAReport();
     void aSaveGoesOutBehindTheWindow();
     void aTaskDoesNotPileUp();
+    void aTaskMeetsAFaultOnce();
     void whatWaitsSendsTheValuesOfItsCall();
     void aFaultGivesUpWhatWaits();
+    void aSilentRecorderCanBeGivenUp();
     void triesTheFirstLoadAgain();
 
 private:
@@ -218,6 +221,27 @@ void TestOverlap::aTaskDoesNotPileUp()
     QVERIFY(session.errors.isEmpty());
 }
 
+void TestOverlap::aTaskMeetsAFaultOnce()
+{
+    writeDescription(
+        QByteArray(Description).replace("<window><self/></window>", "<window><self/>" + Task + "</window>"));
+    Session session(address());
+    QVERIFY(session.isFine());
+    quint32 now = 0;
+    session.window->setTaskClock([&now] { return now; });
+    const ModalWatcher messages;
+    edit(session, "core", "none");
+    press(session, "Remove"); // there is no such package
+    AWAIT_COMPARE(messages.texts().size(), 1);
+    AWAIT_COMPARE(QApplication::activeModalWidget(), session.window.get());
+    QSignalSpy reported(&session.store, &OrbSetup::pseudothrow);
+    for (int tick = 0; tick < 20; ++tick) {
+        now += 500;
+        session.window->timeout();
+    }
+    QCOMPARE(reported.size(), 1);
+}
+
 void TestOverlap::whatWaitsSendsTheValuesOfItsCall()
 {
     Session session(address());
@@ -249,6 +273,8 @@ void TestOverlap::aFaultGivesUpWhatWaits()
     QVERIFY2(status(session).endsWith("Not done: soft_reboot"), qPrintable(status(session)));
     QVERIFY2(status(session).startsWith("Device error"), qPrintable(status(session)));
     QCOMPARE(messages.texts().size(), 1);
+    AWAIT_COMPARE(QApplication::activeModalWidget(), session.window.get());
+    QCoreApplication::processEvents(); // what an error brings about is not shown
 
     // The next function is called at once, and the store says that it cannot.
     press(session, "Reboot");
@@ -259,6 +285,33 @@ void TestOverlap::aFaultGivesUpWhatWaits()
     AWAIT_VERIFY(session.store.linkStatus().problem.startsWith("Device error"));
     AWAIT_COMPARE(messages.texts().size(), 3);
     QVERIFY(!m_log.join(u'\n').contains("REBOOT"));
+}
+
+void TestOverlap::aSilentRecorderCanBeGivenUp()
+{
+    Session session(address());
+    QVERIFY(session.isFine());
+    session.window->findChild<StatusLine *>()->setReportedSilence(300);
+    auto *giveUp = session.window->findChild<QToolButton *>("statusGiveUp");
+    edit(session, session.store.value("net/untitled/HOSTNAME"), "renamed");
+    m_recorder->setReplyDelay(60'000);
+    press(session, "Report");
+    press(session, "Save");
+    QVERIFY(!giveUp->isVisible());
+    AWAIT_VERIFY(giveUp->isVisible());
+    QVERIFY2(status(session).startsWith("No answer from the recorder for "), qPrintable(status(session)));
+    QTest::mouseClick(giveUp, Qt::LeftButton);
+    AWAIT_COMPARE(status(session), "Not done: get_report, save_settings");
+    QVERIFY(!giveUp->isVisible());
+    QVERIFY(isIdle(session));
+    m_recorder->setReplyDelay(ReplyDelay);
+    QSignalSpy stored(&session.store, &OrbSetup::storeDone);
+    press(session, "Save");
+    AWAIT_COMPARE(stored.size(), 1);
+    AWAIT_COMPARE(status(session), QString());
+    QVERIFY(session.errors.isEmpty());
+    Session second(address());
+    QVERIFY(second.field("renamed"));
 }
 
 void TestOverlap::triesTheFirstLoadAgain()

@@ -3,6 +3,7 @@
 #include "store/OrbSettings.h"
 #include "support/TestTable.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void quotedQuoteVanishesFromTheValues();
     void aFileWithoutKeysGathersItsLines();
     void gatheredLinesAreBounded();
+    void aLargeFileWithoutKeysIsReadOnce();
     void linksAndPermissionsStay();
     void aMissingFileIsReadOnceItIsThere();
     void setPathForgetsEverything();
@@ -214,6 +216,25 @@ void TestOrbSettings::gatheredLinesAreBounded()
     QVERIFY(content().size() > 10 * note.size());
     QVERIFY(content().size() <= 16 << 20);
     QCOMPARE(content().last(note.size()), note);
+}
+
+void TestOrbSettings::aLargeFileWithoutKeysIsReadOnce()
+{
+    // A window may ask for a value thousands of times.
+    const auto write = [this](QByteArray content, int secondsAgo) {
+        setContent(content.leftJustified(100'000, ';'));
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QDateTime time = QDateTime::fromSecsSinceEpoch(1'700'000'000 - secondsAgo);
+        QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+    };
+    write("; none\n;", 20);
+    OrbSettings settings(m_path);
+    QVERIFY(settings.value("s/a").isNull());
+    write("[s]\na=1\n;", 20); // to be seen only by reading it
+    QVERIFY(settings.value("s/a").isNull());
+    write("[s]\na=1\n;", 10);
+    QCOMPARE(settings.value("s/a"), "1");
 }
 
 void TestOrbSettings::linksAndPermissionsStay()

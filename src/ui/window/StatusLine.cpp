@@ -15,9 +15,6 @@ namespace
 {
 
 constexpr int UpdateInterval = 500; // milliseconds
-/// A recorder that formats a disk answers after seconds. Longer silence is worth telling.
-constexpr qint64 ReportedLinkSilence = 12'000;
-
 /// In steps that grow, so that a screen reader does not read a new text every second.
 qint64 roundedSeconds(qint64 milliseconds)
 {
@@ -29,20 +26,27 @@ qint64 roundedSeconds(qint64 milliseconds)
 
 StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
     : QWidget(parent), m_store(store), m_text(new ElidedLabel(this)), m_retry(new QToolButton(this)),
-      m_timer(new QTimer(this))
+      m_giveUp(new QToolButton(this)), m_timer(new QTimer(this))
 {
     m_text->setObjectName(QStringLiteral("statusText"));
     m_retry->setObjectName(QStringLiteral("statusRetry"));
     m_retry->setText(tr("Try again"));
     m_retry->setFocusPolicy(Qt::TabFocus);
     m_retry->hide();
+    m_giveUp->setObjectName(QStringLiteral("statusGiveUp"));
+    m_giveUp->setText(tr("Give up"));
+    m_giveUp->setToolTip(tr("Close the connection; nothing more is sent"));
+    m_giveUp->setFocusPolicy(Qt::TabFocus);
+    m_giveUp->hide();
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(GridSpacing);
     layout->addWidget(m_text, 1);
     layout->addWidget(m_retry);
+    layout->addWidget(m_giveUp);
 
     connect(m_retry, &QToolButton::clicked, this, &StatusLine::retryRequested);
+    connect(m_giveUp, &QToolButton::clicked, this, [this] { queue().giveUpRunning(); });
     connect(m_timer, &QTimer::timeout, this, &StatusLine::update);
     connect(&queue(), &ExchangeQueue::changed, this, &StatusLine::update);
     // Queued: the store's status is up to date when the receivers of its signals have returned.
@@ -79,6 +83,15 @@ void StatusLine::update()
     const LinkStatus &status = m_store->linkStatus();
     const bool hasFailed = status.state != LinkStatus::State::Running && !status.problem.isEmpty();
     m_retry->setVisible(hasFailed && (!m_isBuilt || queue().canRepeat()));
+    // Before the window is built Cancel does the same.
+    m_giveUp->setVisible(m_isBuilt && isSilent());
+}
+
+bool StatusLine::isSilent() const
+{
+    const LinkStatus &status = m_store->linkStatus();
+    return status.state == LinkStatus::State::Running && status.lastTraffic.isValid() &&
+           status.lastTraffic.elapsed() >= m_reportedSilence;
 }
 
 QString StatusLine::linkText() const
@@ -86,7 +99,7 @@ QString StatusLine::linkText() const
     const LinkStatus &status = m_store->linkStatus();
     if (status.state != LinkStatus::State::Running)
         return status.problem;
-    if (status.lastTraffic.isValid() && status.lastTraffic.elapsed() >= ReportedLinkSilence)
+    if (isSilent())
         return tr("No answer from the recorder for %1 s").arg(roundedSeconds(status.lastTraffic.elapsed()));
     return m_isBuilt ? m_store->activity() : QString(); // the loading view shows it before
 }

@@ -14,7 +14,7 @@ class ElidedLabel;
 class ExchangeQueue;
 
 /// One line at the foot of the window: what the link to the recorder does, what waits for it, and in plain
-/// words what is wrong, with a way to try again. Empty while there is nothing to say.
+/// words what is wrong, with a way to try again or to give up. Empty while there is nothing to say.
 class StatusLine : public QWidget
 {
     Q_OBJECT
@@ -26,6 +26,9 @@ public:
     QToolButton *retryButton() const { return m_retry; }
     /// Shows "Try again" for a failed exchange: of the first load, or one that the queue can repeat.
     void setBuilt(bool isBuilt);
+    /// A recorder that formats a disk answers after seconds. Silence of \a milliseconds (at first 12,000) is
+    /// shown, and the exchange can be given up.
+    void setReportedSilence(qint64 milliseconds) { m_reportedSilence = milliseconds; }
 
 Q_SIGNALS:
     void retryRequested();
@@ -33,14 +36,17 @@ Q_SIGNALS:
 private:
     ExchangeQueue &queue() const;
     void update();
+    bool isSilent() const;
     QString linkText() const;
     QString waitingText() const;
 
     StoreReference m_store;
     ElidedLabel *m_text;
     QToolButton *m_retry;
+    QToolButton *m_giveUp;
     QTimer *m_timer;
     bool m_isBuilt = false;
+    qint64 m_reportedSilence = 12'000;
 };
 
 } // namespace paravue
