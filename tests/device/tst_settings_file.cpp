@@ -162,6 +162,7 @@ void TestSettingsFile::readsWhatItWrites_data()
     const TestTable<QByteArray, SettingsMap> row("text", "settings");
     row("group", "[a]\nb=00\n", {{"a/b", QByteArray(1, '\0')}});
     row("slash in a group", "[a/b]\nc=31\n[a]\nd=32\n", {{"a/b/c", "1"}, {"a/d", "2"}});
+    row("slash written as a backslash", "[a/\\]\nb\\c=31\n", {{"a///b/c", "1"}});
     row("group that begins with a slash", "[/]\nn=31\n[/a]\nm=32\n", {{"//n", "1"}, {"/a/m", "2"}});
 }
 

@@ -13,6 +13,12 @@ bool isComment(const QString &line)
     return line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#');
 }
 
+/// QSettings writes names that hold a "/" with a backslash.
+QString withSlashes(QStringView name)
+{
+    return name.toString().replace(u'\\', u'/');
+}
+
 std::optional<QByteArray> decoded(QStringView value)
 {
     const QByteArray hex = value.toUtf8().toLower();
@@ -34,7 +40,7 @@ std::optional<SettingsMap> parseSettings(const QByteArray &text)
         const QString whole = line + u'\n';
         const auto parsed = scanIniLine(QStringView(whole), EmptyValue::IsKey);
         if (parsed.kind == parsed.Section) {
-            group = parsed.name.toString();
+            group = withSlashes(parsed.name);
             // Written again, such a header would read as a key.
             if (group.contains(u'='))
                 return {};
@@ -42,8 +48,7 @@ std::optional<SettingsMap> parseSettings(const QByteArray &text)
             const auto value = decoded(parsed.value);
             if (!value)
                 return {};
-            // QSettings writes keys that hold a "/" this way.
-            settings[group + u'/' + parsed.name.toString().replace(u'\\', u'/')] = *value;
+            settings[group + u'/' + withSlashes(parsed.name)] = *value;
         } else {
             return {};
         }
