@@ -10,9 +10,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTreeWidget>
+#include <QWheelEvent>
 
 using namespace paravue::test;
 
@@ -101,6 +103,7 @@ private Q_SLOTS:
     void enablesAndDisables();
     void callsInStates();
     void writesKeysetsInTheActiveWindowOnly();
+    void leavesTheWheelToThePage();
     void staysQuietWhileLoading();
     void passesCommandsToTheStore();
 };
@@ -435,6 +438,43 @@ void TestControls::writesKeysetsInTheActiveWindowOnly()
     QTest::keyClick(box, Qt::Key_Down);
     QCOMPARE(window.value("net/untitled/X"), "2");
     QCOMPARE(window.widget<QLineEdit>()->text(), "New");
+}
+
+void TestControls::leavesTheWheelToThePage()
+{
+    DescribedWindow window(
+        describePage("<item type='edit'/><item type='dropdown' row='1'>" + Modes +
+                     "</item><item type='scroll' row='2' maxvalue='9'><key>net/untitled/LEVEL</key></item>"
+                     "<item type='datetime' row='3'><key>net/untitled/TIME</key></item>"
+                     "<item type='label' row='4' height='2000'/>"),
+        {{"net", Net + "TIME=20240315120000\n"}});
+    auto *area = window.page()->findChild<QScrollArea *>();
+    const auto turn = [](QWidget *over) {
+        const QPointF place = over->rect().center();
+        QWheelEvent step(place, QPointF(over->mapToGlobal(place)), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                         Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&step); // parents get only events of the window system
+        qApp->notify(over, &step);
+    };
+    const QPair<QWidget *, QString> fields[] = {{window.widget<QComboBox>(), "net/untitled/MODE"},
+                                                {control(window, 3), "net/untitled/LEVEL"},
+                                                {window.widget<QDateTimeEdit>(), "net/untitled/TIME"}};
+    for (const auto &[field, address] : fields) {
+        const QString stored = window.value(address);
+        window.widget<QLineEdit>()->setFocus();
+        for (QWidget *over : {field, field->findChild<QWidget *>("qt_spinbox_lineedit")}) {
+            if (!over)
+                continue;
+            area->verticalScrollBar()->setValue(200);
+            turn(over);
+            QCOMPARE(window.value(address), stored);
+            QVERIFY(area->verticalScrollBar()->value() < 200);
+            QVERIFY(!field->hasFocus());
+        }
+        field->setFocus();
+        turn(field);
+        QVERIFY(window.value(address) != stored);
+    }
 }
 
 void TestControls::staysQuietWhileLoading()

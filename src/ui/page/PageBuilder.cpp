@@ -11,6 +11,7 @@
 #include "ui/page/GridCell.h"
 #include "ui/page/GridFillItem.h"
 #include "ui/page/PageArea.h"
+#include "ui/page/WheelGuard.h"
 
 #include <QGridLayout>
 #include <QScopedValueRollback>
@@ -190,6 +191,7 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
     if (item.attribute(QStringLiteral("visible")) == QLatin1String("no"))
         widget->hide();
     connectChanges(adapter, widget);
+    WheelGuard::install(widget);
     place(widget, adapter.fills(item), grid, cell);
     m_widgets->append(widget);
     m_created.append(widget);
