@@ -103,6 +103,7 @@ private Q_SLOTS:
     void enablesAndDisables();
     void callsInStates();
     void writesKeysetsInTheActiveWindowOnly();
+    void writesKeysetsOfDialogs();
     void leavesTheWheelToThePage();
     void staysQuietWhileLoading();
     void passesCommandsToTheStore();
@@ -438,6 +439,26 @@ void TestControls::writesKeysetsInTheActiveWindowOnly()
     QTest::keyClick(box, Qt::Key_Down);
     QCOMPARE(window.value("net/untitled/X"), "2");
     QCOMPARE(window.widget<QLineEdit>()->text(), "New");
+}
+
+/// The active window is then the dialog and not the one that opened it.
+void TestControls::writesKeysetsOfDialogs()
+{
+    DescribedWindow window(describePage({}, "<ask><choose/><item type='gridlayout'><item type='dropdown'>" +
+                                                Modes +
+                                                "<keyset>net/untitled/X/1</keyset></item></item></ask>"),
+                           {{"net", Net}});
+    const ModalWatcher dialogs(
+        [](QWidget &dialog) {
+            dialog.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&dialog));
+            QTest::keyClick(dialog.findChild<QComboBox *>(), Qt::Key_Up);
+        },
+        "QDialog");
+    window.window->showDialog("choose");
+    QCOMPARE(dialogs.count(), 1);
+    QCOMPARE(window.value("net/untitled/MODE"), "a");
+    QCOMPARE(window.value("net/untitled/X"), "1");
 }
 
 void TestControls::leavesTheWheelToThePage()
