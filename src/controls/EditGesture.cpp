@@ -37,19 +37,20 @@ void EditGesture::release(const QMouseEvent &event)
 
 bool EditGesture::takeKey(const QKeyEvent &event)
 {
+    const bool isEscape = event.key() == Qt::Key_Escape;
     if (!m_drag)
-        return false;
-    if (event.key() == Qt::Key_Escape)
+        return isEscape || event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (isEscape)
         cancel();
     return true;
 }
 
 void EditGesture::interrupt()
 {
-    if (m_drag && m_interruption == Interruption::Drops)
-        end();
-    else if (m_interruption == Interruption::Cancels)
+    if (m_interruption == Interruption::Cancels)
         cancel();
+    else if (m_drag)
+        end();
 }
 
 void EditGesture::cancel()
@@ -62,7 +63,7 @@ void EditGesture::perform(const std::function<void()> &change)
 {
     const QStringList before = m_editor.texts();
     change();
-    finish(before, false);
+    report(before);
 }
 
 void EditGesture::textsReplaced()
@@ -81,16 +82,11 @@ void EditGesture::step(const QPointF &position)
 
 void EditGesture::end()
 {
-    const QStringList before = std::exchange(m_drag, std::nullopt)->before;
+    QStringList before = std::exchange(m_drag, std::nullopt)->before;
+    if (m_report == Report::EachStep)
+        before = m_editor.texts();
     m_editor.drop();
-    finish(before, m_report == Report::EachStep);
-}
-
-/// Every gesture that was not cancelled ends here.
-void EditGesture::finish(const QStringList &before, bool isReported)
-{
-    if (!isReported)
-        report(before);
+    report(before);
 }
 
 void EditGesture::report(const QStringList &before)

@@ -40,7 +40,7 @@ public:
     };
 
     /// What becomes of a drag when its release is missed or the focus is lost.
-    enum class Interruption { Drops, Cancels, IsIgnored };
+    enum class Interruption { Drops, Cancels };
     /// Whether a drag is one change, or each of its steps.
     enum class Report { WholeDrag, EachStep };
 
@@ -56,8 +56,9 @@ public:
     void press(const QMouseEvent &event);
     void move(const QMouseEvent &event);
     void release(const QMouseEvent &event);
-    /// True when a drag has used the key up: Escape cancels the drag instead of closing the window, and other
-    /// keys do nothing.
+    /// True when the key is used up. Escape and Enter always are, as they would close the window or press its
+    /// OK: Escape cancels a drag, and outside of a drag both do nothing. During a drag other keys do nothing
+    /// either.
     bool takeKey(const QKeyEvent &event);
     void interrupt();
     void cancel();
@@ -75,7 +76,6 @@ private:
 
     void step(const QPointF &position);
     void end();
-    void finish(const QStringList &before, bool isReported);
     void report(const QStringList &before);
 
     Editor &m_editor;

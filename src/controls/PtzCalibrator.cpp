@@ -262,9 +262,14 @@ bool PtzCalibrator::moveByKey(const QKeyEvent &event)
 void PtzCalibrator::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();
+    const bool isPlain = !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+    if (isPlain && (key == Qt::Key_Return || key == Qt::Key_Enter) && !m_gesture.isDragging()) {
+        goTo(m_current);
+        return;
+    }
     if (m_gesture.takeKey(*event))
         return;
-    if (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) {
+    if (!isPlain) {
         PtzView::keyPressEvent(event);
     } else if (moveByKey(*event)) {
         return;
@@ -274,8 +279,6 @@ void PtzCalibrator::keyPressEvent(QKeyEvent *event)
         choose(key - Qt::Key_0);
     } else if (key == Qt::Key_Space) {
         m_gesture.perform([&] { place(placeOf(m_current).value_or(QPointF(0.5, 0.5))); });
-    } else if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        goTo(m_current);
     } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
         remove(m_current);
     } else {

@@ -17,7 +17,7 @@ constexpr QSize WeekSize(WeekPlan::Hours, WeekPlan::Days);
 
 ScheduleGrid::ScheduleGrid(QWidget *parent)
     : QWidget(parent), m_kinds(usualScheduleKinds()), m_frame(WeekSize),
-      m_gesture(*this, EditGesture::Interruption::IsIgnored, EditGesture::Report::WholeDrag)
+      m_gesture(*this, EditGesture::Interruption::Drops, EditGesture::Report::WholeDrag)
 {
     installAccessibleSchedule();
     setObjectName(QStringLiteral("scheduleGrid"));
@@ -155,7 +155,11 @@ void ScheduleGrid::focusInEvent(QFocusEvent *)
 
 void ScheduleGrid::focusOutEvent(QFocusEvent *)
 {
-    m_gesture.interrupt();
+    // A widget that is disabled loses the focus first.
+    if (isEnabled())
+        m_gesture.interrupt();
+    else
+        m_gesture.cancel();
     update();
 }
 
@@ -186,7 +190,8 @@ void ScheduleGrid::dragTo(const QPointF &position)
     paintTo(m_geometry.nearestCell(position.toPoint()));
 }
 
-/// A drag paints the rectangle from its start to \a cell; what it has left again is as before.
+/// A drag paints the rectangle from its start to \a cell; hours outside of it get back their values from
+/// before the drag.
 void ScheduleGrid::paintTo(const PlanCell &cell)
 {
     const PlanRange covered = m_pressed.united({cell, cell});

@@ -5,6 +5,7 @@
 #include <QButtonGroup>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QMenu>
 #include <QPushButton>
@@ -139,6 +140,17 @@ void WeekSchedule::changeEvent(QEvent *event)
         showKindIcons();
     else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         arrangeTools();
+}
+
+/// Keys that the grid and the buttons have left. Escape would close the window and Enter press its OK.
+void WeekSchedule::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (auto *button = qobject_cast<QAbstractButton *>(focusWidget()))
+            button->click();
+    } else if (event->key() != Qt::Key_Escape) {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void WeekSchedule::buildLegend()

@@ -169,7 +169,8 @@ void TestSchedule::paints_data()
     row("hour", "press:2,-1 drag:1,5 release", days(0, 6, "011"));
     row("week", "press:-1,-1 release", days(0, 6, on));
     row("escape", "press:3,1 drag:5,2 key:Esc drag:6,6 release", {}, 0);
-    row("drag without the focus", "press:3,1 blur drag:5,2 release", {{1, "000111"}, {2, "000111"}});
+    row("drag that loses the focus", "press:3,1 drag:4,2 blur drag:6,6", {{1, "00011"}, {2, "00011"}});
+    row("press after a missed release", "press:3,1 press:0,0 release", {{0, "1"}, {1, "0001"}}, 2);
     row("keys during a stroke", "press:3,1 key:Del key:Space release", {{1, "0001"}});
     row("erasing", "press:0,0 drag:4,0 release erase:1,0 drag:2,0 release", {{0, "10011"}}, 2);
     row("nothing to erase", "erase:3,3 release", {}, 0);

@@ -1,4 +1,7 @@
 #include "DescribedWindow.h"
+#include "controls/MaskEditor.h"
+#include "controls/PtzCalibrator.h"
+#include "controls/ScheduleGrid.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/WindowHeader.h"
 
@@ -335,6 +338,11 @@ void TestWindow::pressesButtonsByKey_data()
     QTest::newRow("Enter on a button of the page") << "button" << int(Qt::Key_Return) << "format";
     QTest::newRow("Enter on Cancel") << "cancel" << int(Qt::Key_Return) << "rejected";
     QTest::newRow("Escape in a field") << "edit" << int(Qt::Key_Escape) << "rejected";
+    QTest::newRow("Escape on a menu of the week") << "menu" << int(Qt::Key_Escape) << "";
+    for (const char *editor : {"mask", "week", "legend", "points"}) {
+        for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter})
+            QTest::addRow("%s, %x", editor, key) << editor << int(key) << "";
+    }
 }
 
 void TestWindow::pressesButtonsByKey()
@@ -345,13 +353,19 @@ void TestWindow::pressesButtonsByKey()
         describePage(
             "<item type='pushbutton'><text>Format</text>"
             "<action type='call' slot='setValue' param='net/untitled/DONE/format'>self</action></item>"
-            "<item type='edit' row='1'/><item type='dropdown' row='2'/>",
+            "<item type='edit' row='1'/><item type='dropdown' row='2'/><item type='maskctrl' row='3'/>"
+            "<item type='vornschedule' row='4'/><item type='PTZCalibrator' row='5'/>",
             "<buttonOK><action type='call' slot='setValue' param='net/untitled/DONE/ok'>self</action>"
             "<action type='enable'>self</action></buttonOK>"),
         {{"net", ""}});
     const QMap<QString, QWidget *> targets{{"edit", window.widget<QLineEdit>()},
                                            {"choice", window.widget<QComboBox>()},
                                            {"button", window.widget<QPushButton>()},
+                                           {"mask", window.widget<paravue::MaskEditor>()},
+                                           {"week", window.widget<paravue::ScheduleGrid>()},
+                                           {"legend", window.widget<QToolButton>()},
+                                           {"menu", window.widget<QPushButton>(1)},
+                                           {"points", window.widget<paravue::PtzCalibrator>()},
                                            {"cancel", window.button<QPushButton>("Cancel")}};
     QSignalSpy rejected(window.window.get(), &QDialog::rejected);
     targets[focus]->setFocus();
