@@ -26,7 +26,6 @@
 #include <QScopedValueRollback>
 #include <QTabWidget>
 #include <QTimer>
-#include <QToolButton>
 
 using namespace paravue;
 
@@ -46,16 +45,16 @@ QString recorderName(const QString &address)
     return address.mid(address.lastIndexOf(u'@') + 1).section(u':', 0, 0);
 }
 
-/// Enter presses the button that has the focus; in any other place it is left to the default button.
+/// Enter presses the push button that has the focus; in any other place, such as the tool buttons of the
+/// window itself, it is left to the default button.
 bool pressFocusedButton(const QKeyEvent &event)
 {
     if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
         return false;
-    QWidget *focus = QApplication::focusWidget();
-    if (!qobject_cast<QPushButton *>(focus) && !qobject_cast<QToolButton *>(focus))
-        return false;
-    static_cast<QAbstractButton *>(focus)->click();
-    return true;
+    auto *button = qobject_cast<QPushButton *>(QApplication::focusWidget());
+    if (button)
+        button->click();
+    return button != nullptr;
 }
 
 } // namespace

@@ -40,6 +40,11 @@ QLabel *header(const DescribedWindow &window)
     return window.window->findChild<paravue::WindowHeader *>()->label();
 }
 
+QToolButton *closeButton(const DescribedWindow &window)
+{
+    return window.window->findChild<paravue::WindowHeader *>()->closeButton();
+}
+
 QTabWidget *tabs(const DescribedWindow &window)
 {
     return window.window->findChild<QTabWidget *>();
@@ -77,6 +82,7 @@ private Q_SLOTS:
     void pressesButtonsByKey_data();
     void pressesButtonsByKey();
     void walksThroughTheGridByTab();
+    void focusesCancelFirstWithoutPages();
     void followsTheMouse();
     void runsUntilClosed();
 };
@@ -337,6 +343,8 @@ void TestWindow::pressesButtonsByKey_data()
     QTest::newRow("Enter in a list of choices") << "choice" << int(Qt::Key_Return) << "ok";
     QTest::newRow("Enter on a button of the page") << "button" << int(Qt::Key_Return) << "format";
     QTest::newRow("Enter on Cancel") << "cancel" << int(Qt::Key_Return) << "rejected";
+    QTest::newRow("Enter on the button of the header") << "close" << int(Qt::Key_Return) << "ok";
+    QTest::newRow("Space on the button of the header") << "close" << int(Qt::Key_Space) << "rejected";
     QTest::newRow("Escape in a field") << "edit" << int(Qt::Key_Escape) << "rejected";
     QTest::newRow("Escape on a menu of the week") << "menu" << int(Qt::Key_Escape) << "";
     for (const char *editor : {"mask", "week", "legend", "points"}) {
@@ -366,7 +374,8 @@ void TestWindow::pressesButtonsByKey()
                                            {"legend", window.widget<QToolButton>()},
                                            {"menu", window.widget<QPushButton>(1)},
                                            {"points", window.widget<paravue::PtzCalibrator>()},
-                                           {"cancel", window.button<QPushButton>("Cancel")}};
+                                           {"cancel", window.button<QPushButton>("Cancel")},
+                                           {"close", closeButton(window)}};
     QSignalSpy rejected(window.window.get(), &QDialog::rejected);
     targets[focus]->setFocus();
     QTest::keyClick(targets[focus], Qt::Key(key));
@@ -411,6 +420,15 @@ void TestWindow::walksThroughTheGridByTab()
     QCOMPARE(walk(window, 11), "link19 link17 link16 tabs link15 link14 link12 OK Cancel Close tabs");
 }
 
+void TestWindow::focusesCancelFirstWithoutPages()
+{
+    DescribedWindow window("no description");
+    if (QWidget *focus = QApplication::focusWidget())
+        focus->clearFocus();
+    QTest::keyClick(window.window.get(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), window.button<QPushButton>("Cancel"));
+}
+
 void TestWindow::followsTheMouse()
 {
     DescribedWindow window(
@@ -450,7 +468,7 @@ void TestWindow::runsUntilClosed()
     for (const bool byHeader : {false, true}) {
         QTimer::singleShot(0, window.window.get(), [&] {
             if (byHeader)
-                window.window->findChild<paravue::WindowHeader *>()->closeButton()->click();
+                closeButton(window)->click();
             else
                 window.window->close();
         });

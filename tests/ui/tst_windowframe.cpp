@@ -148,6 +148,7 @@ void TestWindowFrame::headerKeepsItsWholeText()
 void TestWindowFrame::headerCloses()
 {
     paravue::WindowHeader header;
+    header.complete();
     header.show();
     QVERIFY(QTest::qWaitForWindowActive(&header));
     QToolButton *button = header.closeButton();

@@ -47,6 +47,7 @@ void WindowFrame::createWidgets()
         button->setAutoDefault(false);
         button->setMinimumWidth(20 * SpacingStep);
     }
+    m_header->complete();
     m_grip = new QSizeGrip(&m_window);
 }
 

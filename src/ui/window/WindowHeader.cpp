@@ -73,20 +73,23 @@ protected:
 } // namespace
 
 WindowHeader::WindowHeader(QWidget *parent)
-    : QWidget(parent), m_label(new ElidedLabel(this)), m_closeButton(new CloseButton(this))
+    : QWidget(parent), m_label(new ElidedLabel(this)), m_layout(new QHBoxLayout(this))
+{
+    m_layout->setContentsMargins(PageMargin, SpacingStep, SpacingStep, SpacingStep);
+    m_layout->setSpacing(GridSpacing);
+    m_layout->addWidget(m_label, 1);
+    applyFont();
+}
+
+void WindowHeader::complete()
 {
     registerPictures();
+    m_layout->insertWidget(0, new HeaderPicture(this));
+    m_closeButton = new CloseButton(this);
     m_closeButton->setAccessibleName(tr("Close"));
     m_closeButton->setToolTip(tr("Close"));
     connect(m_closeButton, &QToolButton::clicked, this, &WindowHeader::closeRequested);
-
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(PageMargin, SpacingStep, SpacingStep, SpacingStep);
-    layout->setSpacing(GridSpacing);
-    layout->addWidget(new HeaderPicture(this));
-    layout->addWidget(m_label, 1);
-    layout->addWidget(m_closeButton);
-    applyFont();
+    m_layout->addWidget(m_closeButton);
 }
 
 void WindowHeader::paintEvent(QPaintEvent *)
