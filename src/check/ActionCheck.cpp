@@ -79,10 +79,12 @@ void ActionCheck::whetherItRuns(const QDomElement &action, bool isCall)
         return;
     }
     const bool asksForState = action.hasAttribute(stateName);
-    const QStringList states = part.adapter->traits().actionStates;
-    if (asksForState && states.isEmpty())
-        m_problems.warning(action,
-                           CheckText::tr("%1 has no states, so this action never runs").arg(part.name));
+    const QStringList states = isCall ? part.adapter->callStates(owner) : part.adapter->actionStates(owner);
+    const QString noStates = CheckText::tr("%1 has no states, so this action never runs").arg(part.name);
+    if (asksForState && states.isEmpty() && isCall)
+        m_problems.error(action, noStates);
+    else if (asksForState && states.isEmpty())
+        m_problems.warning(action, noStates);
     else if (asksForState && !states.contains(action.attribute(stateName)))
         m_problems.warning(action, CheckText::tr("Unknown state \"%1\"; known are %2")
                                        .arg(action.attribute(stateName), states.join(QStringLiteral(", "))));

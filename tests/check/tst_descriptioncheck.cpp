@@ -154,6 +154,24 @@ void TestDescriptionCheck::findsProblems_data()
          "2:73 warning: Without a state this action never runs",
          "3:19 warning: A control of the type \"edit\" runs no calls, so this action never runs",
          "5:15 warning: Nothing runs this action: it stands in no control"});
+    const QByteArray stateCall = "<action type='call' state='on' slot='accept'>main</action>";
+    row("states of buttons",
+        description(
+            "<item type='pushbutton' checkable='true'>" + stateCall +
+            "</item><item type='pushbutton' column='1'>" + stateCall +
+            "</item>\n<item type='k9m_button' row='1'>" + stateCall +
+            "<action type='enable' state='on'>x</action><x/></item>\n<item type='k9m_button' row='2'>" +
+            stateCall + "<key>net/untitled/A</key></item>"),
+        {"2:142 error: A control of the type \"pushbutton\" has no states, so this action never runs",
+         "3:33 error: A control of the type \"k9m_button\" has no states, so this action never runs",
+         "3:91 warning: A control of the type \"k9m_button\" has no states, so this action never runs"});
+    row("states of a drop-down list",
+        description("<item type='dropdown'><text>A<key>net/untitled/A/1</key></text>\n"
+                    "<action type='call' state='net/untitled/A/1' slot='accept'>main</action>\n" +
+                    stateCall + "</item>"),
+        {"4:1 warning: Unknown state \"on\"; known are net/untitled/A/1"});
+    row("state of a scroll bar", description("<item type='scroll'>" + stateCall + "</item>"),
+        {"2:21 error: A control of the type \"scroll\" has no states, so this action never runs"});
     row("action type", description(button("<action type='hide'>main</action>")),
         {"2:25 error: Unknown action type \"hide\""});
     row("function",

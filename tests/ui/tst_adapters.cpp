@@ -81,8 +81,11 @@ void TestAdapters::everyTypeFitsTheWindow()
     QVERIFY(lone.widget->metaObject()->inherits(&adapter.widgetClass()));
     QCOMPARE(adapter.tabs(*lone.control) != nullptr, adapter.traits().hasPages);
     // A state that nobody announces would be an error of every description that uses it.
+    const QDomElement &element = lone.control->element;
     if (const QString state = adapter.actionState(*lone.control); !state.isEmpty())
-        QVERIFY2(adapter.traits().actionStates.contains(state), qPrintable(state));
+        QVERIFY2(adapter.actionStates(element).contains(state), qPrintable(state));
+    if (const QString state = adapter.callState(*lone.control); !state.isEmpty())
+        QVERIFY2(adapter.callStates(element).contains(state), qPrintable(state));
     for (const ChangeSignal &change : adapter.traits().changes) {
         const QByteArray signal = QMetaObject::normalizedSignature(change.signal + 1);
         const QByteArray slot = QMetaObject::normalizedSignature(change.slot + 1);

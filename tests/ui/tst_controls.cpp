@@ -102,6 +102,7 @@ private Q_SLOTS:
     void placesCells();
     void enablesAndDisables();
     void callsInStates();
+    void callsInTheStatesOfButtonsAndChoices();
     void writesKeysetsInTheActiveWindowOnly();
     void writesKeysetsOfDialogs();
     void leavesTheWheelToThePage();
@@ -410,6 +411,34 @@ void TestControls::callsInStates()
     QTest::keyClick(window.widget<QComboBox>(), Qt::Key_Up);
     QTest::keyClick(window.widget<QDateTimeEdit>(), Qt::Key_Up);
     QCOMPARE(texts(), "any|any|any|off||Gate 1!|Имя|any|");
+}
+
+/// Those of buttons and drop-down lists are for calls only.
+void TestControls::callsInTheStatesOfButtonsAndChoices()
+{
+    const auto calls = [](const QByteArray &state, char name) {
+        return "<action state='" + state + "' type='call' slot='setValue' param='net/untitled/X/" + name +
+               "'>self</action><action state='" + state + "' type='disable'>field</action>";
+    };
+    const QByteArray states = calls("on", '1') + calls("off", '0');
+    DescribedWindow window(
+        describePage("<item type='pushbutton' checkable='true'>" + states +
+                     "</item><item type='pushbutton' row='1'>" + states +
+                     "</item><item type='dropdown' row='2'>" + Modes + calls("net/untitled/MODE/a", 'a') +
+                     calls("net/untitled/MODE/b", 'b') + "</item><item type='edit' row='3'><field/></item>"),
+        {{"net", Net}});
+    const auto written = [&](QWidget *control, Qt::Key key) {
+        window.window->setValue("net/untitled/X/");
+        QTest::keyClick(control, key);
+        return window.value("net/untitled/X");
+    };
+    QCOMPARE(window.value("net/untitled/X"), "");
+    QCOMPARE(written(window.widget<QPushButton>(), Qt::Key_Space), "1");
+    QCOMPARE(written(window.widget<QPushButton>(), Qt::Key_Space), "0");
+    QCOMPARE(written(window.widget<QPushButton>(1), Qt::Key_Space), "");
+    QCOMPARE(written(window.widget<QComboBox>(), Qt::Key_Up), "a");
+    QCOMPARE(written(window.widget<QComboBox>(), Qt::Key_Down), "b");
+    QVERIFY(window.widget<QLineEdit>()->isEnabled());
 }
 
 void TestControls::writesKeysetsInTheActiveWindowOnly()

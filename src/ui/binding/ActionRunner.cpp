@@ -43,9 +43,11 @@ ActionRunner::ActionRunner(ControlContext &context) : m_context(context), m_desc
 
 void ActionRunner::reactToChange(const Control &control)
 {
-    const QString state = control.adapter->actionState(control);
+    const QString actionState = control.adapter->actionState(control);
+    const QString callState = control.adapter->callState(control);
     const bool runsCalls = control.adapter->traits().runsCalls;
     for (const QDomElement &action : actionsOf(control.element)) {
+        const QString &state = isCall(action) ? callState : actionState;
         const bool asksForState = action.hasAttribute(QStringLiteral("state"));
         if (asksForState && (state.isEmpty() || action.attribute(QStringLiteral("state")) != state))
             continue;

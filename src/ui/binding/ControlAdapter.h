@@ -63,7 +63,7 @@ struct ControlTraits {
     QList<ElementRule> children = {}; ///< only those with attributes
     QList<KeyRule> keys = {KeyRule()};
     std::optional<RangeRule> range = {};
-    /// All states that its actions may ask for, as actionState() tells them.
+    /// All states that its actions may ask for, unless they depend on the element.
     QStringList actionStates = {};
     /// A change also runs the call actions that ask for no state.
     bool runsCalls = false;
@@ -102,6 +102,11 @@ public:
     virtual bool isTyped(const Control &) const { return false; }
     /// The state that the actions of the control may ask for ("on", "empty", ...); empty without states.
     virtual QString actionState(const Control &) const { return {}; }
+    /// All states that actionState() may return for a control of this element.
+    virtual QStringList actionStates(const QDomElement &) const { return m_traits.actionStates; }
+    /// The same for calls. Controls that enable and disable nothing may have states all the same.
+    virtual QString callState(const Control &control) const { return actionState(control); }
+    virtual QStringList callStates(const QDomElement &element) const { return actionStates(element); }
 
 private:
     const ControlTraits m_traits;

@@ -14,17 +14,28 @@ namespace paravue
 namespace
 {
 
+const QStringList OnAndOff{QStringLiteral("on"), QStringLiteral("off")};
+
+QString stateText(bool isOn)
+{
+    return OnAndOff[isOn ? 0 : 1];
+}
+
+bool isCheckable(const QDomElement &element)
+{
+    return element.attribute(QStringLiteral("checkable")) == QLatin1String("true");
+}
+
 /// Base of the adapters of buttons. A button writes nothing itself; its actions do.
 template <class Button>
 class ButtonAdapter : public TypedAdapter<Button>
 {
 public:
-    explicit ButtonAdapter(const QStringList &actionStates)
+    ButtonAdapter()
         : TypedAdapter<Button>(
               {.changes = {{SIGNAL(clicked()), SLOT(onCtrlChanged())}},
                .attributes = {{"checkable", AttributeRule::Word, {"true", "false"}},
                               {"color", AttributeRule::Word, {"green", "blue", "darkCyan", "red"}}},
-               .actionStates = actionStates,
                .runsCalls = true})
     {
     }
@@ -35,7 +46,7 @@ public:
         button->setText(caption(context, control));
         // An auto-default button would be pressed by Enter in any field of its page.
         button->setAutoDefault(false);
-        button->setCheckable(control.element.attribute(QStringLiteral("checkable")) == QLatin1String("true"));
+        button->setCheckable(isCheckable(control.element));
         colourButton(*button, control.element.attribute(QStringLiteral("color")));
         return button;
     }
@@ -54,7 +65,16 @@ public:
 class PushButtonAdapter : public ButtonAdapter<QPushButton>
 {
 public:
-    PushButtonAdapter() : ButtonAdapter(QStringList()) {}
+    QString callState(const Control &control) const override
+    {
+        const QPushButton &button = widget(control);
+        return button.isCheckable() ? stateText(button.isChecked()) : QString();
+    }
+
+    QStringList callStates(const QDomElement &element) const override
+    {
+        return isCheckable(element) ? OnAndOff : QStringList();
+    }
 };
 
 /// A button with a lamp. With a "key" the lamp is on when the value there is "on"; without one the state of a
@@ -63,8 +83,6 @@ public:
 class K9mButtonAdapter : public ButtonAdapter<K9mButton>
 {
 public:
-    K9mButtonAdapter() : ButtonAdapter({"on", "off"}) {}
-
     bool load(ControlContext &context, const Control &control) const override
     {
         const bool newCaption = ButtonAdapter::load(context, control);
@@ -79,10 +97,18 @@ public:
 
     QString actionState(const Control &control) const override
     {
-        const K9mButton &button = widget(control);
-        if (!button.isCheckable() && firstAddress(control.element).isEmpty())
-            return {};
-        return button.isOn() ? QStringLiteral("on") : QStringLiteral("off");
+        return hasStates(control.element) ? stateText(widget(control).isOn()) : QString();
+    }
+
+    QStringList actionStates(const QDomElement &element) const override
+    {
+        return hasStates(element) ? OnAndOff : QStringList();
+    }
+
+private:
+    static bool hasStates(const QDomElement &element)
+    {
+        return isCheckable(element) || !firstAddress(element).isEmpty();
     }
 };
 

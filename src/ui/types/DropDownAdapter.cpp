@@ -106,6 +106,22 @@ public:
             result.append(keySet(control.element, box.currentIndex()));
         return result;
     }
+
+    /// Calls are for choices: each is the state with the name of its key.
+    QString callState(const Control &control) const override
+    {
+        return widget(control).currentData().toString();
+    }
+
+    QStringList callStates(const QDomElement &element) const override
+    {
+        QStringList states;
+        for (const Choice &choice : choices(element)) {
+            if (!choice.assignment.isEmpty())
+                states.append(choice.assignment);
+        }
+        return states;
+    }
 };
 
 } // namespace
