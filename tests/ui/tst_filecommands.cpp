@@ -104,6 +104,8 @@ void TestFileCommands::reportsWrongTexts_data()
     row("settingsSlot", "write,%1", "Wrong CWinMain::settingsSlot param \"write,%1\"");
     row("settingsSlot", "write,tmp/untitled/PATH,nowhere",
         "Wrong CWinMain::settingsSlot param \"write,tmp/untitled/PATH,nowhere\"");
+    row("settingsSlot", "read,tmp/untitled/A,settings,more",
+        "Wrong CWinMain::settingsSlot param \"read,tmp/untitled/A,settings,more\"");
     row("settingsSlot", "send,tmp/untitled/PATH,settings", "Wrong CWinMain::settingsSlot action \"send\"");
     row("settingsSlot", "read,tmp/untitled/A,settings", "Can't open file\"1\"");
     row("saveFileAs", "net", "Wrong arguments CWinMain::saveFileAs(net)");

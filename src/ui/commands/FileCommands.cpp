@@ -118,7 +118,7 @@ void FileCommands::transferSettings(const QString &param)
     const bool isWrite = fields.constFirst() == QLatin1String("write");
     if (!isWrite && fields.constFirst() != QLatin1String("read"))
         m_context.report(wrongAction(slot, fields.constFirst()));
-    else if (fields.size() < 3 || m_context.description().document().first(fields[2]).isNull())
+    else if (fields.size() != 3 || m_context.description().document().first(fields[2]).isNull())
         m_context.report(wrongParam(slot, param));
     else if (isWrite)
         writeSettings(fields[1], fields[2]);
