@@ -147,6 +147,7 @@ private Q_SLOTS:
     void keepsThePasswordWhenItIsTold();
     void forgetsWhatWasTypedInAnyDialog_data();
     void forgetsWhatWasTypedInAnyDialog();
+    void staysWhoHeIsWhenHeIsRenamed_data();
     void staysWhoHeIsWhenHeIsRenamed();
     void leavesNothingOfARemovedUser();
     void editsInTheDialog();
@@ -289,6 +290,7 @@ void TestLists::forgetsWhatWasTypedInAnyDialog_data()
     row("its own tag", "accessdlg", true);
     row("another tag", "user_of_the_list", true);
     row("another dialog", "password_only", true);
+    row("a default in the address", "password_with_default", true);
     row("no passwords in it", "help", false);
 }
 
@@ -297,7 +299,8 @@ void TestLists::forgetsWhatWasTypedInAnyDialog()
     QFETCH(QString, tag);
     const QByteArray windows =
         "<user><accessdlg/><user_of_the_list/></user>"
-        "<other><password_only/><item type='edit'><key>general/access/pass2</key></item></other>" +
+        "<other><password_only/><item type='edit'><key>general/access/pass2</key></item></other>"
+        "<usual><password_with_default/><item type='edit'><key>general/access/pass1/</key></item></usual>" +
         dialog("help");
     DescribedWindow window(describePage("", windows), {{"general", ""}});
     const ModalWatcher dialogs(
@@ -312,18 +315,40 @@ void TestLists::forgetsWhatWasTypedInAnyDialog()
           "isForgotten");
 }
 
+void TestLists::staysWhoHeIsWhenHeIsRenamed_data()
+{
+    const QByteArray renamed = Users + "NAME1=anna\nPASSWD1=d41d8cd98f00b204e9800998ecf8427e\n";
+    const TestTable<QByteArray, QString, bool> row("fetched", "level", "isRefused");
+    row("nothing is fetched", "", "2", true);
+    row("the old name is fetched", Users, "2", true);
+    row("the new name is fetched", renamed, "2", true);
+    row("the new name and other users are fetched", renamed + "CNT=4\nNAME3=dora\nLEVEL3=0\n", "2", true);
+    // The level of the new name is not enough then.
+    row("the old name is fetched, and another has the new one",
+        Users + "CNT=4\nNAME3=anna\nPASSWD3=x\nLEVEL3=0\n", "1", false);
+}
+
 void TestLists::staysWhoHeIsWhenHeIsRenamed()
 {
+    QFETCH(QByteArray, fetched);
+    QFETCH(QString, level);
+    QFETCH(bool, isRefused);
     DescribedWindow window(userPage(), {{"users", Users}, {"general", general("ann")}});
     const ModalWatcher dialogs({}, "QDialog");
-    for (const QStringList &typed : {QStringList{"ann", "name/anna"}, QStringList{"bob", "level/2"}}) {
-        click(list(window), typed[0]);
+    const auto edit = [&](const QString &user, const QString &typed) {
+        click(list(window), user);
         window.window->accessListSlot("edit");
-        window.window->setValue("general/access/" + typed[1]);
+        window.window->setValue("general/access/" + typed);
         press(window, "OK");
-    }
+    };
+    edit("ann", "name/anna");
     QCOMPARE(rows(list(window)), "carl|Chief/anna|1/bob|Guest");
-    QCOMPARE(dialogs.title(), "accessdlgerr_editrights");
+    for (const QString &value : withLines(fetched))
+        window.fixture.store().setValue("users/untitled/" + value);
+    window.window->onLoadDone();
+    edit("bob", "level/" + level);
+    QCOMPARE(dialogs.title(), isRefused ? "accessdlgerr_editrights" : "");
+    QCOMPARE(window.value("users/untitled/LEVEL2"), isRefused ? "0" : level);
 }
 
 void TestLists::leavesNothingOfARemovedUser()

@@ -58,7 +58,7 @@ bool UserListEditor::takesPasswords(const QString &tag) const
         return true;
     const QDomNodeList keys = dialog.elementsByTagName(QStringLiteral("key"));
     for (int i = 0; i < keys.size(); ++i) {
-        const QString address = keys.at(i).toElement().text().trimmed();
+        const QString address = OrbSetup::path(addressText(keys.at(i).toElement()));
         if (address == scratch + firstPassword || address == scratch + secondPassword)
             return true;
     }
@@ -126,15 +126,19 @@ void UserListEditor::acceptTyped()
         m_context.report(WindowText::tr("No user is selected"));
         return;
     }
-    if (const QString tag = refusal(*users, row); !tag.isEmpty()) {
+    QList<User> edited = users->users();
+    if (const QString tag = refusal(edited, row); !tag.isEmpty()) {
         m_showDialog(tag);
         return;
     }
     const User user{typed("name"), passwordFor(*users, row), typed("level")};
-    if (row >= 0 && row == UserRights(users->users(), currentUser()).self()) {
-        m_login = m_context.store().value(QStringLiteral("general/network/login"));
-        m_newName = user.name;
-    }
+    if (row >= 0 && row == UserRights(edited, currentUser(edited)).self())
+        m_renamed = RenamedUser{login(), user.name, {}};
+    if (isNew)
+        edited.append(user);
+    else
+        edited[row] = user;
+    rememberEdited(edited);
     clearPasswords();
     if (isNew)
         users->addUser(user);
@@ -156,15 +160,14 @@ QString UserListEditor::passwordFor(const UserListView &list, int row) const
 
 /// The tag of the dialog that says why what was typed for the user \a row (-1: a new one) is refused; empty
 /// when it is not.
-QString UserListEditor::refusal(const UserListView &list, int row) const
+QString UserListEditor::refusal(const QList<User> &users, int row)
 {
-    const QList<User> &users = list.users();
     const User user{typed("name"), {}, typed("level")};
     for (int other = 0; other < users.size(); ++other) {
         if (other != row && users[other].name == user.name)
             return QStringLiteral("accessdlgerr_namedouble");
     }
-    const UserRights rights(users, currentUser());
+    const UserRights rights(users, currentUser(users));
     if (row < 0 ? !rights.mayAdd(user) : !rights.mayReplace(row, user))
         return QStringLiteral("accessdlgerr_editrights");
     if (user.name.isEmpty())
@@ -179,21 +182,43 @@ void UserListEditor::removeSelected()
     UserListView *users = list();
     if (!users || !isEditable(*users))
         return;
+    QList<User> edited = users->users();
     const int row = users->selectedRow();
-    if (users->users().size() == 1)
+    if (edited.size() == 1) {
         m_showDialog(QStringLiteral("accessdlgerr_lastuser"));
-    else if (row >= 0 && !UserRights(users->users(), currentUser()).mayRemove(row))
+    } else if (row >= 0 && !UserRights(edited, currentUser(edited)).mayRemove(row)) {
         m_showDialog(QStringLiteral("accessdlgerr_editrights"));
-    else if (row >= 0)
+    } else if (row >= 0) {
+        edited.removeAt(row);
+        rememberEdited(edited);
         users->removeUser(row);
+    }
 }
 
-/// The name that the logged-in user has in the list. When that user is renamed the session's login stays the
-/// old one; a login that is not in the list would have all rights.
-QString UserListEditor::currentUser() const
+QString UserListEditor::login() const
 {
-    const QString login = m_context.store().value(QStringLiteral("general/network/login"));
-    return !m_login.isEmpty() && login == m_login ? m_newName : login;
+    return m_context.store().value(QStringLiteral("general/network/login"));
+}
+
+/// The name that the logged-in user has among \a users. A login that is not among them would have all rights,
+/// so a new name is forgotten only when the files that were fetched anew have the login again.
+QString UserListEditor::currentUser(const QList<User> &users)
+{
+    const auto has = [&](const QString &name) {
+        return std::any_of(users.begin(), users.end(), [&](const User &user) { return user.name == name; });
+    };
+    const QString current = login();
+    const bool isStale = m_renamed && (current != m_renamed->login || !has(m_renamed->newName) ||
+                                       (users != m_renamed->users && has(current)));
+    if (isStale)
+        m_renamed.reset();
+    return m_renamed ? m_renamed->newName : current;
+}
+
+void UserListEditor::rememberEdited(const QList<User> &users)
+{
+    if (m_renamed)
+        m_renamed->users = users;
 }
 
 QString UserListEditor::typed(const QString &field) const

@@ -1,15 +1,17 @@
 #pragma once
 
+#include "controls/UserListView.h"
+
 #include <QList>
 #include <QString>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace paravue
 {
 
-class UserListView;
 class Bindings;
 class ControlContext;
 class DialogManager;
@@ -48,8 +50,17 @@ private:
     void acceptTyped();
     void removeSelected();
 
-    QString refusal(const UserListView &list, int row) const;
-    QString currentUser() const;
+    /// The logged-in user after the name was changed in the list. The session's login stays the old one.
+    struct RenamedUser {
+        QString login;
+        QString newName;
+        QList<User> users; ///< the list as this editor has left it
+    };
+
+    QString refusal(const QList<User> &users, int row);
+    QString login() const;
+    QString currentUser(const QList<User> &users);
+    void rememberEdited(const QList<User> &users);
     QString typed(const QString &field) const;
     void setTyped(const QList<std::pair<QString, QString>> &fields);
     QString passwordFor(const UserListView &list, int row) const;
@@ -58,8 +69,7 @@ private:
     Bindings &m_bindings;
     DialogManager &m_dialogs;
     std::function<void(const QString &)> m_showDialog;
-    QString m_login;   ///< the session's login, when its user was renamed
-    QString m_newName; ///< and the name that the user has now
+    std::optional<RenamedUser> m_renamed;
 };
 
 } // namespace paravue
