@@ -2,7 +2,7 @@
 
 #include "controls/ReadableColors.h"
 
-#include <QAccessibleWidget>
+#include <QAccessible>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -19,54 +19,6 @@ constexpr double TextHeightShare = 0.24;
 QString percentText(int percent)
 {
     return OrbProgressPie::tr("%1%").arg(percent);
-}
-
-class AccessiblePie : public QAccessibleWidget, public QAccessibleValueInterface
-{
-public:
-    explicit AccessiblePie(OrbProgressPie *pie) : QAccessibleWidget(pie, QAccessible::ProgressBar) {}
-
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
-    }
-
-    QAccessible::State state() const override
-    {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.readOnly = true;
-        return state;
-    }
-
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Value ? percentText(pie()->progress()) : QAccessibleWidget::text(kind);
-    }
-
-    QVariant currentValue() const override { return pie()->progress(); }
-    void setCurrentValue(const QVariant &) override {}
-    QVariant maximumValue() const override { return 100; }
-    QVariant minimumValue() const override { return 0; }
-    QVariant minimumStepSize() const override { return 1; }
-
-private:
-    const OrbProgressPie *pie() const { return static_cast<const OrbProgressPie *>(widget()); }
-};
-
-QAccessibleInterface *createAccessiblePie(const QString &, QObject *object)
-{
-    auto *pie = qobject_cast<OrbProgressPie *>(object);
-    return pie ? new AccessiblePie(pie) : nullptr;
-}
-
-void installAccessiblePie()
-{
-    static const bool installed = [] {
-        QAccessible::installFactory(createAccessiblePie);
-        return true;
-    }();
-    Q_UNUSED(installed);
 }
 
 QRectF pieRect(const QSize &size)
@@ -136,10 +88,7 @@ QFont fittingFont(QFont font, double diameter)
 
 } // namespace
 
-OrbProgressPie::OrbProgressPie(QWidget *parent) : QWidget(parent)
-{
-    installAccessiblePie();
-}
+OrbProgressPie::OrbProgressPie(QWidget *parent) : QWidget(parent) {}
 
 int OrbProgressPie::progress() const
 {

@@ -3,8 +3,7 @@
 #include <QWidget>
 
 /// A pie that fills clockwise from the top, with the percentage in its middle. It is drawn from the palette
-/// and as large as its shorter side allows; a pie too small for readable digits has none. Screen readers get
-/// a read-only progress bar from 0 to 100.
+/// and as large as its shorter side allows; a pie too small for readable digits has none.
 class OrbProgressPie : public QWidget
 {
     Q_OBJECT

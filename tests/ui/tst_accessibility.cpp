@@ -291,6 +291,8 @@ void TestAccessibility::movesScrollBarsOnly()
         QVERIFY(gauge->state().readOnly);
         gauge->valueInterface()->setCurrentValue(8);
         QCOMPARE(gauge->valueInterface()->currentValue().toInt(), 5);
+        QCOMPARE(gauge->valueInterface()->minimumValue().toInt(), 0);
+        QCOMPARE(gauge->valueInterface()->maximumValue().toInt(), number == 2 ? 10 : 100);
     }
 }
 

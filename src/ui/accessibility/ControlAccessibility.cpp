@@ -221,21 +221,13 @@ public:
     {
         if (kind != QAccessible::Value)
             return AccessibleControl::text(kind);
-        if constexpr (isPie)
-            return OrbProgressPie::tr("%1%").arg(m_range->progress());
-        else if constexpr (movable)
+        if constexpr (movable)
             return QString::number(m_range->value());
         else
             return m_range->text();
     }
 
-    QVariant currentValue() const override
-    {
-        if constexpr (isPie)
-            return m_range->progress();
-        else
-            return m_range->value();
-    }
+    QVariant currentValue() const override { return m_range->value(); }
     void setCurrentValue(const QVariant &value) override
     {
         if constexpr (movable) {
@@ -245,27 +237,51 @@ public:
             Q_UNUSED(value);
         }
     }
-    QVariant minimumValue() const override
-    {
-        if constexpr (isPie)
-            return 0;
-        else
-            return m_range->minimum();
-    }
-    QVariant maximumValue() const override
-    {
-        if constexpr (isPie)
-            return 100;
-        else
-            return m_range->maximum();
-    }
+    QVariant minimumValue() const override { return m_range->minimum(); }
+    QVariant maximumValue() const override { return m_range->maximum(); }
     QVariant minimumStepSize() const override { return 1; }
 
 private:
-    static constexpr bool isPie = std::is_same_v<Widget, OrbProgressPie>;
     static constexpr bool movable = std::is_same_v<Widget, QScrollBar>;
 
     Widget *m_range;
+};
+
+/// A progress bar from 0 to 100.
+class AccessiblePie : public AccessibleControl, public QAccessibleValueInterface
+{
+public:
+    explicit AccessiblePie(OrbProgressPie *pie) : AccessibleControl(pie, QAccessible::ProgressBar), m_pie(pie)
+    {
+    }
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
+                                                   : AccessibleControl::interface_cast(type);
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = AccessibleControl::state();
+        state.readOnly = true;
+        return state;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? OrbProgressPie::tr("%1%").arg(m_pie->progress())
+                                          : AccessibleControl::text(kind);
+    }
+
+    QVariant currentValue() const override { return m_pie->progress(); }
+    void setCurrentValue(const QVariant &) override {}
+    QVariant minimumValue() const override { return 0; }
+    QVariant maximumValue() const override { return 100; }
+    QVariant minimumStepSize() const override { return 1; }
+
+private:
+    const OrbProgressPie *m_pie;
 };
 
 /// A picture, its notice and its tool tip.
@@ -313,7 +329,7 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
     if (auto *bar = qobject_cast<QProgressBar *>(widget))
         return new AccessibleRange<QProgressBar>(bar, QAccessible::ProgressBar);
     if (auto *pie = qobject_cast<OrbProgressPie *>(widget))
-        return new AccessibleRange<OrbProgressPie>(pie, QAccessible::ProgressBar);
+        return new AccessiblePie(pie);
     if (auto *view = qobject_cast<LiveView *>(widget))
         return new AccessiblePicture(view, [view] { return view->valueText(); });
     if (auto *view = qobject_cast<PictureView *>(widget))
@@ -322,14 +338,6 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
     if (line)
         return new AccessibleField(widget, line, QAccessible::SpinBox);
     return new AccessibleControl(widget, plainRole(widget));
-}
-
-void installFactory(const QWidget *widget)
-{
-    // Qt asks the factory that was installed last first, and the first progress pie installs its own.
-    if (qobject_cast<const OrbProgressPie *>(widget))
-        QAccessible::removeFactory(createInterface);
-    QAccessible::installFactory(createInterface);
 }
 
 /// Qt caches the interface at a widget's first accessibility event, and setting a caption is such an event.
@@ -344,14 +352,14 @@ void dropEarlyInterface(QWidget *widget)
 
 void describeToScreenReaders(QWidget *window)
 {
-    installFactory(window);
+    QAccessible::installFactory(createInterface);
     window->setProperty(windowMark, true);
     dropEarlyInterface(window);
 }
 
 void describeToScreenReaders(QWidget *widget, const QString &uniqueName)
 {
-    installFactory(widget);
+    QAccessible::installFactory(createInterface);
     if (widget->parentWidget())
         forgetLabels(*widget->parentWidget()); // the page is growing
     widget->setAccessibleName(uniqueName);
