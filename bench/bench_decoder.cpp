@@ -2,6 +2,7 @@
 #include "EndlessSlices.h"
 #include "LargeAllocations.h"
 #include "PairedRatio.h"
+#include "ProcessorTime.h"
 
 #include "video/CodedPictures.h"
 #include "video/cFfmpegDecoder.h"
@@ -45,6 +46,35 @@ void decode(benchmark::State &state, const char *encoder)
     };
     pairedRatio(
         state, [&] { whole(decodeOurs(clip)); }, [&] { whole(decodeBare(clip)); }, {.limit = 1.05});
+}
+
+/// Pictures of many slices, as cameras send them that cut their slices to the size of a network packet: in
+/// turns beside all at once.
+void manySlices(benchmark::State &state)
+{
+    const EncodedClip clip = test::encodeClip({.encoder = "libx264",
+                                               .size = {1920, 1080},
+                                               .pictures = 25,
+                                               .quality = 6,
+                                               .slices = 24,
+                                               .noise = true});
+    const auto decode = [&clip](bool inTurns) {
+        int shown = 0;
+        cFfmpegDecoder decoder;
+        if (inTurns)
+            decoder.workInTurns();
+        QObject::connect(&decoder, &cFfmpegDecoder::onFrame, &decoder, [&shown] { ++shown; });
+        decoder.create(QString::fromLatin1(clip.decoder));
+        for (const QByteArray &picture : clip.pictures)
+            decoder.append(picture);
+        while (decoder.isBusy())
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
+        if (shown != clip.pictures.size())
+            qFatal("%d pictures", shown);
+    };
+    pairedRatio(
+        state, [&] { return bench::processorTime([&] { decode(true); }); },
+        [&] { return bench::processorTime([&] { decode(false); }); }, {.limit = 1.25});
 }
 
 /// Counts allocations that could hold a picture, once the decoder is warm.
@@ -204,6 +234,7 @@ void leaveOut(benchmark::State &state, SlowPicture (*make)())
 BENCHMARK_CAPTURE(decode, h264, "libx264")->Apply(applyPaired);
 BENCHMARK_CAPTURE(decode, mpeg4, "mpeg4")->Apply(applyPaired);
 BENCHMARK_CAPTURE(decode, mjpeg, "mjpeg")->Apply(applyPaired);
+BENCHMARK(manySlices)->Apply(applyPaired);
 BENCHMARK_CAPTURE(allocate, h264, "libx264")->Iterations(1);
 BENCHMARK_CAPTURE(allocate, mpeg4, "mpeg4")->Iterations(1);
 BENCHMARK_CAPTURE(allocate, mjpeg, "mjpeg")->Iterations(1);

@@ -1,5 +1,6 @@
 #include "BareDecoder.h"
 #include "PairedRatio.h"
+#include "ProcessorTime.h"
 #include "StreamFeed.h"
 
 #include "support/Hvx3Bytes.h"
@@ -8,8 +9,6 @@
 
 #include <QEventLoop>
 #include <QPixmap>
-
-#include <ctime>
 
 // The receiver with its connection, its stream of records, its thinning and its pixmaps beside a bare loop of
 // FFmpeg calls that decodes and scales the same clip into one buffer.
@@ -20,6 +19,7 @@ namespace
 using namespace paravue;
 using paravue::bench::applyPaired;
 using paravue::bench::pairedRatio;
+using paravue::bench::processorTime;
 using paravue::bench::StreamFeed;
 
 constexpr int FragmentSize = 16'000;
@@ -67,29 +67,16 @@ private:
     QPixmap m_shown;
 };
 
-/// The processor time of this thread, without waiting for the sender, which has a thread of its own.
-template <typename Work>
-bench::Seconds ownTime(Work work)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return bench::Seconds(double(time.tv_sec) + double(time.tv_nsec) * 1e-9);
-    };
-    const bench::Seconds start = now();
-    work();
-    return now() - start;
-}
-
+/// Times of this thread, as the sender has a thread of its own.
 void receive(benchmark::State &state, const char *encoder, const char *label)
 {
     const test::EncodedClip &clip = bench::detailedClip(encoder);
     const QByteArray stream = streamOf(clip, label);
     Receiver receiver;
     pairedRatio(
-        state, [&] { return ownTime([&] { receiver.play(stream); }); },
+        state, [&] { return processorTime([&] { receiver.play(stream); }); },
         [&] {
-            return ownTime([&] {
+            return processorTime([&] {
                 if (bench::decodeBare(clip) != bench::DetailedPictures)
                     qFatal("pictures are missing");
             });

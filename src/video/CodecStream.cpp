@@ -154,6 +154,7 @@ bool CodecStream::send(const CodedPicture &coded, bool isPart)
     if (m_timeLeft < timeOfPixels(m_codec, coded, expectedPixels(isPart)))
         return false;
     m_context->flags2 = isPart ? AV_CODEC_FLAG2_CHUNKS : 0;
+    setConcealment();
     m_context->draw_horiz_band = coded.restarts > 0 ? endRow : nullptr;
     if (!fill(coded.bytes))
         return true;
@@ -199,8 +200,17 @@ int CodecStream::getBuffer(AVCodecContext *context, AVFrame *frame, int flags)
         timeOfFurtherPass(stream.m_codec, double(stream.m_coded.restarts) * frame->width * RowHeight);
     if (stream.m_timeLeft < 0 || pixels > stream.m_limits.pixels)
         return AVERROR(EINVAL);
-    context->error_concealment = pixels > stream.m_limits.concealedPixels ? 0 : UsualConcealment;
+    stream.setConcealment();
     return avcodec_default_get_buffer2(context, frame, flags);
+}
+
+/// Behind each packet the codec conceals what is missing of the picture. Behind a unit that would be all the
+/// units to come.
+void CodecStream::setConcealment()
+{
+    const bool isPart = m_context->flags2 & AV_CODEC_FLAG2_CHUNKS;
+    const bool isWanted = !isPart && m_pixels <= double(m_limits.concealedPixels);
+    m_context->error_concealment = isWanted ? UsualConcealment : 0;
 }
 
 /// Called by the codec behind each row. Cuts an MPEG-4 picture whose packets decode the same rows again and

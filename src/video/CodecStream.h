@@ -41,6 +41,7 @@ private:
     void warnOfLeftOutPicture();
     bool fill(std::string_view bytes);
     bool send(const CodedPicture &coded, bool isPart);
+    void setConcealment();
     double expectedPixels(bool isPart) const;
 
     DecodingLimits m_limits;

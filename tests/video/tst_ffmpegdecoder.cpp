@@ -15,6 +15,10 @@
 #include <memory>
 #include <numeric>
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 using namespace paravue::test;
 
 namespace
@@ -54,6 +58,15 @@ bool opaque(const QImage &image)
     return true;
 }
 
+/// How often a codec has concealed damage, which it logs.
+int concealments = 0;
+
+void countConcealments(void *, int, const char *format, va_list)
+{
+    if (QByteArrayView(format).startsWith("concealing "))
+        ++concealments;
+}
+
 } // namespace
 
 class TestFfmpegDecoder : public QObject
@@ -72,6 +85,8 @@ private Q_SLOTS:
     void survivesDamage();
     void findsPicturesAmongOtherBytes_data();
     void findsPicturesAmongOtherBytes();
+    void concealsNothingBetweenSlices_data();
+    void concealsNothingBetweenSlices();
     void leavesOutSlowPictures_data();
     void leavesOutSlowPictures();
     void receiverMayCallDecoder();
@@ -293,6 +308,41 @@ void TestFfmpegDecoder::findsPicturesAmongOtherBytes()
         AWAIT_VERIFY_WITHIN(!viewer.decoder.isBusy(), 60'000);
         QTEST(viewer.numbers, "numbers");
     }
+}
+
+void TestFfmpegDecoder::concealsNothingBetweenSlices_data()
+{
+    const TestTable<int, QByteArray> row("slices", "damage");
+    row("of few slices", 4, QByteArray());
+    row("of many slices", 60, QByteArray());
+    row("of many slices, damaged", 60, QByteArray(100, '\1'));
+}
+
+void TestFfmpegDecoder::concealsNothingBetweenSlices()
+{
+    QFETCH(int, slices);
+    QFETCH(QByteArray, damage);
+    if (!canEncode("libx264"))
+        QSKIP("this FFmpeg has no such encoder");
+    // Pictures of many slices might take too long as a whole, so they are decoded slice by slice.
+    const EncodedClip clip = encodeClip(
+        {.encoder = "libx264", .size = {1024, 960}, .pictures = 3, .slices = slices, .noise = true});
+    QByteArray second = clip.pictures[1];
+    second.replace(second.size() / 2, damage.size(), damage);
+    Viewer viewer;
+    viewer.decoder.workInTurns();
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    concealments = 0;
+    av_log_set_callback(countConcealments);
+    viewer.decoder.append(clip.pictures[0]);
+    viewer.decoder.append(second);
+    viewer.decoder.append(clip.pictures[2]);
+    const bool isDone = waitUntil([&] { return !viewer.decoder.isBusy(); }, 60'000);
+    av_log_set_callback(av_log_default_callback);
+    QVERIFY(isDone);
+    QCOMPARE(concealments, 0);
+    QCOMPARE(viewer.numbers.size(), 3);
+    QCOMPARE(viewer.numbers[0], 0);
 }
 
 void TestFfmpegDecoder::leavesOutSlowPictures_data()
