@@ -30,6 +30,19 @@ void LiveView::setNotice(const QString &text)
     if (text == m_notice)
         return;
     m_notice = text;
+    stateChanged();
+}
+
+void LiveView::setRemark(const QString &text)
+{
+    if (text == m_remark)
+        return;
+    m_remark = text;
+    stateChanged();
+}
+
+void LiveView::stateChanged()
+{
     update();
     QAccessibleValueChangeEvent event(this, valueText());
     QAccessible::updateAccessibility(&event);
@@ -37,7 +50,9 @@ void LiveView::setNotice(const QString &text)
 
 QString LiveView::valueText() const
 {
-    return m_notice.isEmpty() ? text() : m_notice;
+    if (!m_notice.isEmpty())
+        return m_notice;
+    return hasPicture() ? m_remark : text();
 }
 
 void LiveView::setPixmap(const QPixmap &pixmap)
@@ -48,19 +63,23 @@ void LiveView::setPixmap(const QPixmap &pixmap)
 
 void LiveView::paintEvent(QPaintEvent *event)
 {
-    const bool hasPicture = !pixmap(Qt::ReturnByValue).isNull();
-    if (hasPicture)
+    if (hasPicture())
         QLabel::paintEvent(event);
     const QString shown = shortenedMessage(valueText());
-    if (hasPicture && shown.isEmpty())
+    if (hasPicture() && shown.isEmpty())
         return;
     const QColor background = palette().color(backgroundRole());
+    const QColor foreground = palette().color(foregroundRole());
     QPainter painter(this);
-    if (hasPicture)
-        dimPicture(painter, contentsRect(), background);
-    else
-        drawFrame(&painter);
-    paintNotice(painter, contentsRect(), shown, background, palette().color(foregroundRole()));
+    if (hasPicture() && m_notice.isEmpty()) {
+        paintRemark(painter, contentsRect(), shown, background, foreground);
+    } else {
+        if (hasPicture())
+            dimPicture(painter, contentsRect(), background);
+        else
+            drawFrame(&painter);
+        paintNotice(painter, contentsRect(), shown, background, foreground);
+    }
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), FocusFrameWidth));
         painter.drawRect(rect().adjusted(1, 1, -2, -2));

@@ -17,8 +17,9 @@ public:
     explicit LiveView(QWidget *parent = nullptr);
 
     void setNotice(const QString &text) override;
+    void setRemark(const QString &text) override;
     bool hasPicture() const { return !pixmap(Qt::ReturnByValue).isNull(); }
-    /// The state of the view in words; empty while it shows the present picture.
+    /// The state of the view in words; empty while it shows the present picture without a remark.
     QString valueText() const;
 
 public Q_SLOTS:
@@ -28,7 +29,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void stateChanged();
+
     QString m_notice;
+    QString m_remark;
 };
 
 } // namespace paravue

@@ -9,8 +9,8 @@ class QRect;
 namespace paravue
 {
 
-/// A widget that shows pictures from a source outside, and a notice that says why no picture comes or that
-/// the shown one is outdated.
+/// A widget that shows pictures from a source outside, a notice that says why no picture comes or that the
+/// shown one is outdated, and a remark on pictures that are not.
 class PictureNotice
 {
 public:
@@ -18,6 +18,9 @@ public:
 
     /// Plain text. The next picture removes the notice, and so does an empty text.
     virtual void setNotice(const QString &text) = 0;
+    /// Plain text that stands at the lower edge of the picture until it is set to an empty text. It is hidden
+    /// while there is a notice or no picture.
+    virtual void setRemark(const QString &text) = 0;
 };
 
 /// Dims what was painted in \a picture.
@@ -26,5 +29,8 @@ void dimPicture(QPainter &painter, const QRect &picture, const QColor &backgroun
 /// not fit gets a smaller font.
 void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
                  const QColor &foreground, float coverage = 1);
+/// Paints \a text at the lower edge of \a picture.
+void paintRemark(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
+                 const QColor &foreground);
 
 } // namespace paravue

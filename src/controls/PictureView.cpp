@@ -44,7 +44,8 @@ QString PictureView::valueText() const
 
 QString PictureView::withNotice(const QString &text) const
 {
-    return m_notice.isEmpty() ? text : tr("%1; %2").arg(m_notice, text);
+    const QString first = m_notice.isEmpty() && hasPicture() ? m_remark : m_notice;
+    return first.isEmpty() ? text : tr("%1; %2").arg(first, text);
 }
 
 QString PictureView::placeholder() const
@@ -94,6 +95,15 @@ void PictureView::setNotice(const QString &text)
     if (notice == m_notice)
         return;
     m_notice = notice;
+    stateChanged();
+}
+
+void PictureView::setRemark(const QString &text)
+{
+    const QString remark = shortenedMessage(text);
+    if (remark == m_remark)
+        return;
+    m_remark = remark;
     stateChanged();
 }
 
@@ -186,6 +196,8 @@ void PictureView::paintEvent(QPaintEvent *event)
     painter.setOpacity(isEnabled() ? 1 : 0.6);
     painter.setClipRect(picture);
     paintOver(painter, event->rect());
+    if (hasPicture() && m_notice.isEmpty())
+        paintRemark(painter, picture, m_remark, background, foreground);
     painter.restore();
     paintFooter(painter);
     const bool ring = hasFocus();

@@ -32,6 +32,7 @@ public:
     /// The state of the view in words. Derived classes put their own state behind the notice.
     virtual QString valueText() const;
     void setNotice(const QString &text) override;
+    void setRemark(const QString &text) override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -59,7 +60,7 @@ protected:
     /// Paints the notice, or else, while there is no picture, the text that says why. \a coverage is the
     /// opacity of its background.
     void paintPlaceholder(QPainter &painter, float coverage = 1);
-    /// \a text with the notice before it.
+    /// \a text with the notice or the remark before it.
     QString withNotice(const QString &text) const;
     /// Repaints all, and tells screen readers that valueText() has changed.
     void stateChanged();
@@ -75,6 +76,7 @@ private:
 
     QPixmap m_pixmap;
     QString m_notice;
+    QString m_remark;
     QString m_reason;
     QSize m_preferred;
     QSize m_requested; ///< 0 or less: not given

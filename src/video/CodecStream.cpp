@@ -95,6 +95,13 @@ std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name, const Dec
     return stream;
 }
 
+bool CodecStream::isKey(const QByteArray &bytes) const
+{
+    return CodedPictures(m_codec, {bytes.constData(), static_cast<std::size_t>(bytes.size())}, m_limits.bytes)
+        .next()
+        .isKey;
+}
+
 void CodecStream::begin(const QByteArray &bytes)
 {
     m_sent = false;
@@ -115,7 +122,7 @@ CodecStream::Progress CodecStream::next()
     m_sent = false;
     av_frame_unref(m_frame.get());
     if (!m_parts.empty()) {
-        if (!send({.bytes = takeH264Unit(m_parts), .headers = 1}, true))
+        if (!send({.bytes = takeH264Unit(m_parts), .headers = 1, .isKey = false}, true))
             warnOfLeftOutPicture();
     } else if (!m_pictures.atEnd()) {
         const CodedPicture coded = m_pictures.next();

@@ -23,6 +23,9 @@ public:
     static std::unique_ptr<CodecStream> open(const QByteArray &name, const DecodingLimits &limits);
     static bool isDecoder(const QByteArray &name);
 
+    /// Whether the first coded picture in \a bytes can be decoded without those before it.
+    bool isKey(const QByteArray &bytes) const;
+
     /// \a bytes are any number of whole coded pictures. What is not decoded yet of earlier bytes is dropped.
     void begin(const QByteArray &bytes);
 

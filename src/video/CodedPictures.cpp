@@ -30,14 +30,35 @@ quint8 byteAt(std::string_view bytes, std::size_t at)
     return at < bytes.size() ? static_cast<quint8>(bytes[at]) : 0;
 }
 
-/// The number that \a bytes begin with, an Exp-Golomb code of up to 31 bits.
-quint32 leadingNumber(std::string_view bytes)
+/// Reads the Exp-Golomb codes in the first eight bytes of a unit.
+class LeadingNumbers
 {
-    quint64 window = 0;
-    for (std::size_t at = 0; at < sizeof(window); ++at)
-        window = window << 8 | byteAt(bytes, at);
-    const int zeros = std::countl_zero(window);
-    return zeros > 31 ? 0 : static_cast<quint32>((window << zeros >> (63 - zeros)) - 1);
+public:
+    explicit LeadingNumbers(std::string_view bytes)
+    {
+        for (std::size_t at = 0; at < sizeof(m_window); ++at)
+            m_window = m_window << 8 | byteAt(bytes, at);
+    }
+
+    /// 0 for a code of more than 31 bits.
+    quint32 next()
+    {
+        const int zeros = std::countl_zero(m_window);
+        if (zeros > 31)
+            return 0;
+        const auto number = static_cast<quint32>((m_window << zeros >> (63 - zeros)) - 1);
+        m_window <<= 2 * zeros + 1;
+        return number;
+    }
+
+private:
+    quint64 m_window = 0;
+};
+
+/// The types of slices that need no other picture, modulo 5.
+bool isIntra(quint32 sliceType)
+{
+    return sliceType % 5 == 2 || sliceType % 5 == 4;
 }
 
 enum H264Unit : quint8 { Slice = 1, PartitionA = 2, KeySlice = 5, FirstHeader = 6, LastHeader = 9 };
@@ -59,12 +80,12 @@ struct H264Units {
     {
         const quint8 type = h264UnitType(bytes, startCode);
         if (type == Slice || type == PartitionA || type == KeySlice) {
-            const quint32 block =
-                leadingNumber(bytes.substr(std::min(startCode + StartCodeSize + 1, bytes.size())));
+            LeadingNumbers numbers(bytes.substr(std::min(startCode + StartCodeSize + 1, bytes.size())));
+            const quint32 block = numbers.next();
             if (slices > 0 && block <= lastBlock)
                 return false;
             lastBlock = block;
-            isKey = isKey && type == KeySlice;
+            isKey = isKey && isIntra(numbers.next());
             ++slices;
             return true;
         }
@@ -75,7 +96,9 @@ struct H264Units {
     }
 };
 
-constexpr int BPicture = 2; // of MPEG-4
+/// Of MPEG-4.
+constexpr int IntraPicture = 0;
+constexpr int BPicture = 2;
 
 enum JpegMarker : quint8 {
     HuffmanTables = 0xc4,
@@ -137,7 +160,7 @@ CodedPicture CodedPictures::nextH264()
     return {.bytes = cut(at),
             .passes = std::max<qint64>(units.slices, 1),
             .headers = units.headers,
-            .isKey = units.isKey};
+            .isKey = units.slices > 0 && units.isKey};
 }
 
 CodedPicture CodedPictures::nextMpeg4()
@@ -152,8 +175,10 @@ CodedPicture CodedPictures::nextMpeg4()
     const std::string_view body = picture.bytes.substr(std::min(begin + StartCodeSize, picture.bytes.size()));
     for (std::size_t zeros = body.find("\0\0"sv); zeros != body.npos; zeros = body.find("\0\0"sv, zeros + 2))
         ++picture.restarts;
+    const int type = byteAt(picture.bytes, begin + StartCodeSize + 1) >> 6;
+    picture.isKey = begin < picture.bytes.size() && type == IntraPicture;
     // The codec does not report the rows of these (see CodecStream::endRow()).
-    if (byteAt(picture.bytes, begin + StartCodeSize + 1) >> 6 == BPicture)
+    if (type == BPicture)
         picture.passes += std::exchange(picture.restarts, 0);
     return picture;
 }

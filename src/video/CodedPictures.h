@@ -22,8 +22,8 @@ struct CodedPicture {
     qint64 tableBytes = 0;
     /// Units of an H.264 picture that are no slices.
     qint64 headers = 0;
-    /// Of H.264: all slices say that they need no other picture. False for the other codecs.
-    bool isKey = false;
+    /// It says that it needs no other picture. True for codecs whose pictures never do.
+    bool isKey = true;
 };
 
 /// Finds where the coded pictures in a piece of a stream end. Bytes in which no end is found are one picture.

@@ -57,6 +57,17 @@ void EventLoopBudget::runMeasured(const std::function<void()> &work)
 void EventLoopBudget::defer(QObject *owner, Step work)
 {
     m_deferred.push_back({owner, std::move(work)});
+    begin();
+}
+
+void EventLoopBudget::deferUrgent(QObject *owner, Step work)
+{
+    m_urgent.push_back({owner, std::move(work)});
+    begin();
+}
+
+void EventLoopBudget::begin()
+{
     if (!m_isRunning)
         runSteps();
 }
@@ -66,6 +77,7 @@ void EventLoopBudget::timerEvent(QTimerEvent *event)
     if (event->timerId() != m_timer.timerId())
         return;
     m_used = 0;
+    m_isNewTurn = true;
     // When a step runs an event loop of its own, such as that of a dialog, the deferred steps go on in that
     // loop. The timer is stopped and started anew, as an event loop does not handle a timer again whose event
     // is under way.
@@ -77,23 +89,25 @@ void EventLoopBudget::timerEvent(QTimerEvent *event)
 void EventLoopBudget::runSteps()
 {
     const QPointer<EventLoopBudget> self(this);
-    while (self && !m_deferred.empty() && hasTime())
-        runNextStep();
-    if (self && !m_deferred.empty() && !m_timer.isActive())
+    while (self && !m_urgent.empty() && hasTime())
+        runNextStep(m_urgent);
+    while (self && !m_deferred.empty() && (std::exchange(m_isNewTurn, false) || hasTime()))
+        runNextStep(m_deferred);
+    if (self && !(m_urgent.empty() && m_deferred.empty()) && !m_timer.isActive())
         m_timer.start(0, this);
 }
 
-void EventLoopBudget::runNextStep()
+void EventLoopBudget::runNextStep(std::deque<Work> &works)
 {
-    Work work = std::move(m_deferred.front());
-    m_deferred.pop_front();
+    Work work = std::move(works.front());
+    works.pop_front();
     if (!work.owner)
         return;
     const QPointer<EventLoopBudget> self(this);
     bool goesOn = false;
     runMeasured([&] { goesOn = work.step(); });
     if (self && goesOn && work.owner)
-        m_deferred.push_back(std::move(work));
+        works.push_back(std::move(work));
 }
 
 } // namespace paravue

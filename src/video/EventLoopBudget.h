@@ -41,6 +41,9 @@ public:
     /// remaining steps follow in later turns of the event loop. Within run() or a step nothing is done at
     /// once.
     void defer(QObject *owner, Step work);
+    /// The same for short works, which come before the others. Only one step of the others is done in each
+    /// turn however many come.
+    void deferUrgent(QObject *owner, Step work);
 
 protected:
     void timerEvent(QTimerEvent *event) override;
@@ -57,13 +60,16 @@ private:
         Step step;
     };
 
+    void begin();
     void runMeasured(const std::function<void()> &work);
     void runSteps();
-    void runNextStep();
+    void runNextStep(std::deque<Work> &works);
 
+    std::deque<Work> m_urgent;
     std::deque<Work> m_deferred;
-    QBasicTimer m_timer;   ///< ends the turn
-    QElapsedTimer m_clock; ///< of the work that is running
+    bool m_isNewTurn = true; ///< no step of m_deferred was done in it
+    QBasicTimer m_timer;     ///< ends the turn
+    QElapsedTimer m_clock;   ///< of the work that is running
     qint64 m_used = 0;
     bool m_isRunning = false;
 };

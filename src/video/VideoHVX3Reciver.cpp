@@ -16,8 +16,10 @@ namespace
 
 constexpr quint16 UsualPort = 5049;
 constexpr int PictureStream = 0;
-/// Bytes that the socket buffers and that are parsed at a time. The system buffers more.
+/// Bytes that the socket buffers and that are parsed at a time.
 constexpr int MaxUnreadBytes = 64 * 1024;
+/// Bytes that the system buffers. By itself it would let some megabytes of old pictures wait.
+constexpr int SystemBuffer = 256 * 1024;
 const QByteArray Acknowledgement = QByteArrayLiteral("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
 
 /// Ports above 32767 are stored as negative numbers. Returns 0 for a text that is no 16-bit number.
@@ -44,6 +46,7 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
     m_parser->setMaxFrameSize(paravue::MaxFrameBytes);
     m_demuxer->consumers()[PictureStream] = m_decoder;
     m_decoder->workInTurns();
+    m_decoder->setMaxWait(paravue::MaxLiveWait);
     m_socket->setReadBufferSize(MaxUnreadBytes);
 
     connect(m_parser, &cHvx3Parser::onHDR, m_demuxer, &cHvx3Demuxer::hdr_slot);
@@ -74,6 +77,7 @@ void VideoHVX3Reciver::connected()
     const QString login =
         QStringLiteral("\x01LOGIN=%1\r\nPASS=%2\r\n")
             .arg(urlAttribute(QStringLiteral("login")), urlAttribute(QStringLiteral("password")));
+    m_socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, SystemBuffer);
     m_socket->write(login.toUtf8());
     m_state = LoggingIn;
 }
@@ -103,6 +107,11 @@ void VideoHVX3Reciver::read()
     // Deliberate: bytes behind the acknowledgement are parsed when the next ones come.
     if (m_state == LoggingIn)
         checkAcknowledgement();
+}
+
+quint64 VideoHVX3Reciver::leftOut() const
+{
+    return m_decoder->leftOut();
 }
 
 void VideoHVX3Reciver::disconnected() {}
@@ -137,17 +146,21 @@ void VideoHVX3Reciver::checkAcknowledgement()
     }
 }
 
-/// Parses what was received. While the decoder is busy, or the time of this turn is used up, it stays in the
-/// socket, which slows the recorder down.
+/// Parses what was received, so that it waits in the decoder, which knows for how long. What would be too
+/// much to keep stays in the socket, which slows the recorder down.
 void VideoHVX3Reciver::parse()
 {
-    m_isDeferred = m_decoder->isBusy() || !m_budget->hasTime();
-    if (!m_isDeferred) {
+    m_isDeferred = m_decoder->waitingBytes() > paravue::MaxWaitingBytes;
+    if (m_isDeferred)
+        return;
+    if (m_budget->hasTime()) {
         m_received += m_socket->readAll();
         m_budget->run([this] { m_parser->append(std::exchange(m_received, {})); });
-    } else if (!m_decoder->isBusy()) {
-        m_budget->defer(this, [this] {
-            parseDeferred();
+    } else if (!std::exchange(m_isQueued, true)) {
+        // Before decoding goes on: bytes in the socket become old unnoticed.
+        m_budget->deferUrgent(this, [this] {
+            m_isQueued = false;
+            parse();
             return false;
         });
     }

@@ -34,6 +34,8 @@ public:
 
     /// True once the recorder has acknowledged the login.
     bool isStreaming() const { return m_state == Streaming; }
+    /// How many frames were left out because they could not be decoded in time.
+    quint64 leftOut() const;
 
 Q_SIGNALS:
     /// A picture to show, which shares no memory with later ones.
@@ -64,7 +66,8 @@ private:
     QDomElement m_element;
     QByteArray m_received;
     State m_state = Connecting;
-    bool m_isDeferred = false; ///< the socket holds bytes to parse
+    bool m_isDeferred = false; ///< the socket holds bytes to parse, and the decoder has too many
+    bool m_isQueued = false;   ///< bytes in the socket are parsed when there is time
     bool m_reading = false;    ///< within readyRead()
     const std::shared_ptr<paravue::EventLoopBudget> m_budget;
     QTcpSocket *const m_socket; // these four are children

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <chrono>
 #include <limits>
 
 /// Limits of what a stream may cost. What a recorder sends is never trusted: a few bytes can claim a picture
@@ -24,6 +25,14 @@ inline constexpr qint64 MaxStillPixels = 32 * 1024 * 1024;
 inline constexpr qint64 MaxStillWork = 3 * MaxStillPixels;
 /// Pixels above which a still picture is reduced while it is decoded: 3840 x 2160.
 inline constexpr qint64 LargestStill = 3840 * 2160;
+
+/// How long the bytes of a live picture wait for their decoding before they are late: then the pictures are
+/// left out up to the next key picture.
+inline constexpr std::chrono::milliseconds MaxLiveWait{1000};
+/// Without a key picture for that long, a live stream is taken up again at any picture.
+inline constexpr std::chrono::milliseconds MaxKeyWait{20'000};
+/// Bytes of a live stream that wait for their decoding. More is left in the socket.
+inline constexpr qsizetype MaxWaitingBytes = 8 * 1024 * 1024;
 
 /// Limits of the pictures that are decoded.
 struct DecodingLimits {

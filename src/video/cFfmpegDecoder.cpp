@@ -12,6 +12,8 @@ using paravue::DecodingLimits;
 using paravue::EventLoopBudget;
 using paravue::LiveLimits;
 
+using SteadyClock = std::chrono::steady_clock;
+
 cFfmpegDecoder::cFfmpegDecoder(QObject *parent) : QObject(parent) {}
 
 cFfmpegDecoder::~cFfmpegDecoder() = default;
@@ -25,19 +27,22 @@ bool cFfmpegDecoder::create(const QString &format)
 {
     const QByteArray name = format.toLatin1();
     if (m_budget) {
-        addTask({true, name});
+        addTask(true, name);
         return CodecStream::isDecoder(name);
     }
     m_tasks.clear();
+    m_waitingBytes = 0;
     open(name);
     return m_stream != nullptr;
 }
 
 void cFfmpegDecoder::append(const QByteArray &bytes)
 {
+    if (bytes.isEmpty())
+        return;
     // A receiver may destroy this decoder.
     const QPointer<cFfmpegDecoder> self(this);
-    addTask({false, bytes});
+    addTask(false, bytes);
     if (!self || m_budget || m_working)
         return;
     m_working = true;
@@ -47,12 +52,19 @@ void cFfmpegDecoder::append(const QByteArray &bytes)
         m_working = false;
 }
 
-void cFfmpegDecoder::addTask(const Task &task)
+void cFfmpegDecoder::addTask(bool opens, const QByteArray &bytes)
 {
     const bool isFirst = m_tasks.empty();
-    m_tasks.push_back(task);
+    m_tasks.push_back({opens, bytes, SteadyClock::now()});
+    m_waitingBytes += m_tasks.back().size();
     if (isFirst && m_budget)
         m_budget->defer(this, [this] { return step(); });
+}
+
+void cFfmpegDecoder::removeTask()
+{
+    m_waitingBytes -= m_tasks.front().size();
+    m_tasks.pop_front();
 }
 
 /// Does the next step; false when nothing is left.
@@ -77,15 +89,37 @@ bool cFfmpegDecoder::step()
 
 void cFfmpegDecoder::beginTask()
 {
-    const Task task = m_tasks.front();
-    if (!task.opens && m_stream) {
+    const Task &task = m_tasks.front();
+    if (task.opens) {
+        const QByteArray name = task.bytes;
+        removeTask();
+        open(name);
+    } else if (!m_stream || isLeftOut()) {
+        removeTask();
+    } else {
         m_stream->begin(task.bytes);
         m_isDecoding = true;
-        return;
     }
-    m_tasks.pop_front();
-    if (task.opens)
-        open(task.bytes);
+}
+
+bool cFfmpegDecoder::isLate() const
+{
+    return m_budget && m_maxWait && SteadyClock::now() - m_tasks.front().begin > *m_maxWait;
+}
+
+/// Whether the next bytes are left out because they are late, or because no key picture has come since.
+bool cFfmpegDecoder::isLeftOut()
+{
+    if (isLate()) {
+        if (!m_skippingSince)
+            m_skippingSince = SteadyClock::now();
+    } else if (m_skippingSince && (m_stream->isKey(m_tasks.front().bytes) ||
+                                   SteadyClock::now() - *m_skippingSince > paravue::MaxKeyWait)) {
+        m_skippingSince.reset();
+    }
+    if (m_skippingSince)
+        ++m_leftOut;
+    return m_skippingSince.has_value();
 }
 
 void cFfmpegDecoder::open(const QByteArray &name)
@@ -94,16 +128,18 @@ void cFfmpegDecoder::open(const QByteArray &name)
     m_hasPicture = false;
     m_image = QImage();
     m_converter.reset();
+    m_skippingSince.reset();
     m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
 }
 
 void cFfmpegDecoder::decodeNext()
 {
-    const auto progress = m_stream->next();
+    // One frame may hold thousands of pictures.
+    const auto progress = isLate() && isLeftOut() ? CodecStream::Progress::AtEnd : m_stream->next();
     m_hasPicture = progress == CodecStream::Progress::Picture;
     if (progress == CodecStream::Progress::AtEnd) {
         m_isDecoding = false;
-        m_tasks.pop_front();
+        removeTask();
     }
 }
 

@@ -6,8 +6,10 @@
 #include <QImage>
 #include <QObject>
 
+#include <chrono>
 #include <deque>
 #include <memory>
+#include <optional>
 
 namespace paravue
 {
@@ -31,8 +33,15 @@ public:
     /// that the window answers keys whatever was appended. Pictures that would take too long are dropped
     /// (LiveLimits). To be called before create() and append().
     void workInTurns();
-    /// Whether something is left to do. A caller should append no more until idle() is emitted.
+    /// Whether something is left to do.
     bool isBusy() const { return !m_tasks.empty(); }
+    /// The memory of what waits to be decoded.
+    qsizetype waitingBytes() const { return m_waitingBytes; }
+    /// Leaves out bytes that have waited longer than \a limit, and those behind them up to the next key
+    /// picture. Without a limit, and without workInTurns(), all are decoded.
+    void setMaxWait(std::chrono::milliseconds limit) { m_maxWait = limit; }
+    /// How many times bytes were appended that were left out.
+    quint64 leftOut() const { return m_leftOut; }
 
 Q_SIGNALS:
     /// A decoded picture, in QImage::Format_RGB32 and with square pixels. The following pictures are written
@@ -55,17 +64,28 @@ private:
     struct Task {
         bool opens;
         QByteArray bytes;
+        std::chrono::steady_clock::time_point begin;
+
+        qsizetype size() const { return qsizetype(sizeof(Task)) + bytes.size(); }
     };
 
-    void addTask(const Task &task);
+    void addTask(bool opens, const QByteArray &bytes);
+    void removeTask();
     bool step();
     void beginTask();
+    bool isLate() const;
+    bool isLeftOut();
     void open(const QByteArray &name);
     void decodeNext();
     void convertPicture();
     void showPicture();
 
     std::deque<Task> m_tasks;
+    qsizetype m_waitingBytes = 0;
+    std::optional<std::chrono::milliseconds> m_maxWait;
+    quint64 m_leftOut = 0;
+    /// Since when pictures are left out.
+    std::optional<std::chrono::steady_clock::time_point> m_skippingSince;
     bool m_isDecoding = false; ///< the first task has begun
     bool m_working = false;
     bool m_hasPicture = false; ///< decoded and not converted yet

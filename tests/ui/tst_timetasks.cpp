@@ -60,11 +60,13 @@ public:
     quint64 traffic() const override { return bytes; }
     bool isRefused() const override { return PictureSource::isRefused() || reason == "Login refused"; }
     QString problem() const override { return reason; }
+    quint64 leftOut() const override { return lost; }
     QString cameraPosition() const override { return connected ? "0.5,0.5" : ""; }
 
     bool active = true;
     bool connected = false;
     quint64 bytes = 0;
+    quint64 lost = 0;
     QString reason;
 };
 
@@ -387,6 +389,16 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
                                                       {"wait 2", "Connection lost"},
                                                       {"connect", "Connection lost", true},
                                                       {"picture", "", true}};
+    const QString slow = "Pictures are left out: this computer is too slow";
+    QTest::newRow("leaves out pictures") << live
+                                         << Story{{"connect", "No picture yet", true},
+                                                  {"lose", "No picture yet", true},
+                                                  {"picture", slow, true},
+                                                  {"picture", slow, true},
+                                                  {"wait 5", "No picture for 5 s"},
+                                                  {"picture", "", true},
+                                                  {"lose", slow, true},
+                                                  {"close", "Connection lost"}};
     QTest::newRow("still pictures") << still
                                     << Story{
                                            {"", "Connecting…"},
@@ -429,6 +441,8 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
             receiver->active = false;
         if (event.startsWith("fail"))
             receiver->reason = event.section(' ', 1);
+        if (event == "lose")
+            ++receiver->lost;
         if (event.startsWith("bytes") || event.startsWith("picture"))
             ++receiver->bytes;
         played.tick(seconds > 0 ? 1000 * seconds : 1);

@@ -93,6 +93,8 @@ private Q_SLOTS:
     void showsTransparentPicturesOpaque();
     void decodesAtOnceWhileThereIsTime();
     void worksInTurns();
+    void leavesOutLatePictures_data();
+    void leavesOutLatePictures();
     void receiverMayCallDecoderInTurns();
 };
 
@@ -459,6 +461,38 @@ void TestFfmpegDecoder::worksInTurns()
     for (const Viewer &viewer : viewers)
         QCOMPARE(viewer.numbers, upTo(50) + upTo(50) + upTo(1));
     QVERIFY2(turns > 3, qPrintable(QString::number(turns)));
+}
+
+void TestFfmpegDecoder::leavesOutLatePictures_data()
+{
+    const TestTable<QByteArray, QList<int>, int> row("encoder", "shown", "leftOut");
+    row("H.264", "libx264", {0, 1}, 5);
+    row("MPEG-4", "mpeg4", {0, 1}, 5);
+    row("motion JPEG, whose pictures are all key pictures", "mjpeg", {1, 2, 0, 1}, 3);
+}
+
+void TestFfmpegDecoder::leavesOutLatePictures()
+{
+    QFETCH(QByteArray, encoder);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+    const EncodedClip clip = encodeClip({.encoder = encoder, .size = {64, 64}, .pictures = 3});
+    Viewer viewer;
+    viewer.decoder.workInTurns();
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    const auto append = [&](const QList<QByteArray> &pictures) {
+        for (const QByteArray &picture : pictures)
+            viewer.decoder.append(picture);
+        return waitUntil([&] { return !viewer.decoder.isBusy(); });
+    };
+    viewer.decoder.setMaxWait(std::chrono::milliseconds(-1)); // everything is late
+    QVERIFY(append(clip.pictures));
+    QCOMPARE(viewer.numbers, QList<int>());
+    viewer.decoder.setMaxWait(std::chrono::hours(1));
+    QVERIFY(append({clip.pictures[1], clip.pictures[2], clip.pictures[0], clip.pictures[1]}));
+    QTEST(viewer.numbers, "shown");
+    QTEST(int(viewer.decoder.leftOut()), "leftOut");
+    QCOMPARE(viewer.decoder.waitingBytes(), 0);
 }
 
 void TestFfmpegDecoder::receiverMayCallDecoderInTurns()

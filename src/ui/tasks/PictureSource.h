@@ -34,6 +34,8 @@ public:
     virtual bool isRefused() const { return !isActive() && hasConnected() && pictures() == 0; }
     /// A counter that changes whenever anything arrives over the connection.
     virtual quint64 traffic() const { return 0; }
+    /// A counter of the pictures that were left out because this computer has not kept up.
+    virtual quint64 leftOut() const { return 0; }
     /// Why there was no picture, as a short text for the user; empty when the source does not know.
     virtual QString problem() const { return {}; }
 

@@ -34,6 +34,7 @@ public:
     bool hasConnected() const override { return m_hasConnected; }
     bool isAccepted() const override { return m_receiver.isStreaming(); }
     quint64 traffic() const override { return m_traffic; }
+    quint64 leftOut() const override { return m_receiver.leftOut(); }
 
 protected:
     Receiver m_receiver;

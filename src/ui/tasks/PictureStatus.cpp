@@ -12,6 +12,7 @@ namespace
 constexpr quint32 ReportedSilence = 5'000;
 constexpr quint32 ReportedGap = 15'000;
 constexpr quint32 LongestSilence = 60'000;
+constexpr quint32 RemarkTime = 5'000;
 
 /// In steps that grow, so that a screen reader does not read a new text every second.
 int roundedSeconds(quint32 milliseconds)
@@ -27,6 +28,7 @@ void PictureStatus::begin(quint32 now)
     m_begin = now;
     m_pictures = 0;
     m_traffic = 0;
+    m_leftOut = 0;
     m_wasConnected = false;
     m_isDead = false;
 }
@@ -50,7 +52,19 @@ bool PictureStatus::poll(const PictureSource &source, quint32 now)
         m_trouble = tr("Connection lost");
     m_isStale = !source.isActive() || m_isDead || isOverdue(now);
     m_text = textFor(source, now);
+    pollLeftOut(source, now);
     return isNew;
+}
+
+void PictureStatus::pollLeftOut(const PictureSource &source, quint32 now)
+{
+    if (source.leftOut() != m_leftOut) {
+        m_leftOut = source.leftOut();
+        m_lastLeftOut = now;
+        m_remark = tr("Pictures are left out: this computer is too slow");
+    } else if (m_isStale || now - m_lastLeftOut >= RemarkTime) {
+        m_remark.clear();
+    }
 }
 
 QString PictureStatus::textFor(const PictureSource &source, quint32 now)

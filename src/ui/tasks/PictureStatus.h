@@ -23,6 +23,8 @@ public:
     /// A short text for the user: why there is no picture or why the shown one is not current; empty while it
     /// is.
     QString text() const { return m_text; }
+    /// What is wrong with pictures that are current; usually empty.
+    QString remark() const { return m_remark; }
     /// The connection is open but nothing has arrived over it for a minute. A recorder that was switched off,
     /// or whose cable was pulled, does not close its connections.
     bool isDead() const { return m_isDead; }
@@ -32,14 +34,18 @@ public:
 private:
     QString textFor(const PictureSource &source, quint32 now);
     bool isOverdue(quint32 now) const;
+    void pollLeftOut(const PictureSource &source, quint32 now);
 
     QString m_text;
+    QString m_remark;
     QString m_trouble; ///< what was wrong with the last source
     quint64 m_pictures = 0;
     quint64 m_traffic = 0;
     quint32 m_begin = 0;
     quint32 m_lastPicture = 0; ///< or the beginning of the connection
     quint32 m_lastTraffic = 0;
+    quint64 m_leftOut = 0;
+    quint32 m_lastLeftOut = 0;
     bool m_hasPicture = false; ///< some picture is shown
     bool m_wasConnected = false;
     bool m_isDead = false;

@@ -71,6 +71,12 @@ void showNotice(QWidget *widget, const QString &text)
         label->setText(text);
 }
 
+void showRemark(QWidget *widget, const QString &text)
+{
+    if (auto *view = dynamic_cast<PictureNotice *>(widget))
+        view->setRemark(text);
+}
+
 } // namespace
 
 void PictureTask::DeleteLater::operator()(PictureSource *source) const
@@ -133,6 +139,7 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
         if (m_status.poll(*m_source, now))
             m_notice.clear(); // by the picture
         m_attempt->poll(*m_source, m_status, now);
+        setRemark(m_status.remark());
     }
     if (m_camera)
         m_camera->setLive(!m_status.isStale());
@@ -150,6 +157,7 @@ void PictureTask::end()
     m_source.reset();
     m_isDeferred = false;
     offerRetry(false);
+    setRemark({});
     setNotice(tr("Pictures have ended"));
 }
 
@@ -170,6 +178,7 @@ QList<QWidget *> PictureTask::findTargets(const QDomElement &task)
         added.append(target);
         if (!m_notice.isEmpty())
             showNotice(target, m_notice);
+        showRemark(target, m_remark);
     }
     return added;
 }
@@ -222,6 +231,17 @@ void PictureTask::setNotice(const QString &text)
     for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
         if (target)
             showNotice(target, text);
+    }
+}
+
+void PictureTask::setRemark(const QString &text)
+{
+    if (text == m_remark)
+        return;
+    m_remark = text;
+    for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
+        if (target)
+            showRemark(target, text);
     }
 }
 

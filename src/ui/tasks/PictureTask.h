@@ -68,6 +68,7 @@ private:
     void findCamera(const QDomElement &task);
     QString notice(quint32 untilAttempt) const;
     void setNotice(const QString &text);
+    void setRemark(const QString &text);
     void offerRetry(bool isOffered);
 
     ControlContext *m_context;
@@ -79,6 +80,7 @@ private:
     std::unique_ptr<CameraLink> m_camera;    ///< of a task with a child "ptz"
     PictureStatus m_status;
     QString m_notice;
+    QString m_remark;
     bool m_isDeferred = false;
     QList<QPointer<QWidget>> m_targets;
     std::vector<std::unique_ptr<RetryGesture>> m_retries; ///< of the targets, while the task waits
