@@ -10,6 +10,11 @@ static_assert(LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(59, 37, 100), "FFmpeg 5.1
 namespace paravue
 {
 
+void FfmpegFree::operator()(AVBufferPool *pool) const
+{
+    av_buffer_pool_uninit(&pool);
+}
+
 void FfmpegFree::operator()(AVBufferRef *buffer) const
 {
     av_buffer_unref(&buffer);

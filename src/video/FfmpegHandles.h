@@ -2,6 +2,7 @@
 
 #include <memory>
 
+struct AVBufferPool;
 struct AVBufferRef;
 struct AVCodecContext;
 struct AVFrame;
@@ -14,6 +15,7 @@ namespace paravue
 {
 
 struct FfmpegFree {
+    void operator()(AVBufferPool *pool) const;  ///< once all its buffers have come back
     void operator()(AVBufferRef *buffer) const; ///< gives up one reference
     void operator()(AVCodecContext *context) const;
     void operator()(AVFrame *frame) const;
@@ -21,6 +23,7 @@ struct FfmpegFree {
     void operator()(SwsContext *scaler) const;
 };
 
+using BufferPoolHandle = std::unique_ptr<AVBufferPool, FfmpegFree>;
 using BufferHandle = std::unique_ptr<AVBufferRef, FfmpegFree>;
 using CodecContextHandle = std::unique_ptr<AVCodecContext, FfmpegFree>;
 using FrameHandle = std::unique_ptr<AVFrame, FfmpegFree>;

@@ -102,7 +102,8 @@ QImage PictureConverter::convert(const AVFrame &picture)
 {
     const Source source{picture.width, picture.height, picture.format};
     const QSize target = shownSize(picture);
-    if ((source != m_source || target != m_target) && !prepare(source, target)) {
+    const bool isSame = source == m_source && target == m_target;
+    if (!(isSame || prepare(source, target)) || !provideBuffer()) {
         reset();
         return {};
     }
@@ -112,6 +113,21 @@ QImage PictureConverter::convert(const AVFrame &picture)
     if (hasAlpha(picture.format))
         makeOpaque(*m_pixels);
     return imageOver(*m_pixels, target);
+}
+
+bool PictureConverter::provideBuffer()
+{
+    if (!m_pixels && m_pool)
+        m_pixels.reset(av_buffer_pool_get(m_pool.get()));
+    return m_pixels != nullptr;
+}
+
+bool PictureConverter::release(const QImage &image)
+{
+    if (!m_pixels || image.constBits() != m_pixels->data)
+        return false;
+    m_pixels.reset();
+    return true;
 }
 
 void PictureConverter::reset()
@@ -129,11 +145,14 @@ bool PictureConverter::prepare(const Source &source, QSize target)
                                   AV_PIX_FMT_RGB32, SWS_FAST_BILINEAR, nullptr, nullptr, nullptr));
     if (m_scaler && fullRange)
         takeFullRange(m_scaler.get());
-    if (!m_pixels || target != m_target)
-        m_pixels.reset(av_buffer_alloc(rowBytes(target.width()) * target.height() + RowAlignment));
+    if (!m_pool || target != m_target) {
+        m_pixels.reset();
+        const qsizetype size = rowBytes(target.width()) * target.height() + RowAlignment;
+        m_pool.reset(av_buffer_pool_init(std::size_t(size), nullptr));
+    }
     m_source = source;
     m_target = target;
-    return m_scaler && m_pixels;
+    return m_scaler && m_pool;
 }
 
 } // namespace paravue

@@ -10,15 +10,17 @@ namespace paravue
 
 /// Turns decoded pictures into images of QImage::Format_RGB32.
 ///
-/// All images of one size share one pixel buffer, so the next picture overwrites the image before it; a
-/// receiver that keeps an image has to copy it. The buffer lives as long as any of its images.
+/// The next picture overwrites the image before it, so a receiver that keeps an image has to copy it or to
+/// release() it first. Buffers are used again once their images are gone. They live as long as any of these.
 class PictureConverter
 {
 public:
     /// A null image when the picture's pixel format cannot be converted or memory is short. The image is
     /// scaled in height when the pixels of the picture are not square.
     QImage convert(const AVFrame &picture);
-    /// Releases buffer and scaler.
+    /// Leaves the buffer to \a image. False when that is not the last image of this converter.
+    bool release(const QImage &image);
+    /// Releases buffers and scaler.
     void reset();
 
 private:
@@ -31,11 +33,13 @@ private:
     };
 
     bool prepare(const Source &source, QSize target);
+    bool provideBuffer();
 
     Source m_source;
     QSize m_target;
     ScalerHandle m_scaler;
-    BufferHandle m_pixels;
+    BufferPoolHandle m_pool;
+    BufferHandle m_pixels; ///< null behind release()
 };
 
 } // namespace paravue

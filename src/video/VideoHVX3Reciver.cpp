@@ -1,6 +1,7 @@
 #include "video/VideoHVX3Reciver.h"
 
 #include "video/EventLoopBudget.h"
+#include "video/PictureViewer.h"
 #include "video/VideoLimits.h"
 #include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Demuxer.h"
@@ -32,9 +33,14 @@ quint16 portOf(const QString &text)
 }
 
 /// The number of pictures that all receivers together have decoded. Deliberate: a picture is shown when its
-/// number has ShownBit, which is four in a row of every eight.
+/// number has this bit, which is four in a row of every eight.
 unsigned int pictureCount = 0;
-constexpr unsigned int ShownBit = 4;
+
+bool isInTurn(unsigned int number)
+{
+    constexpr unsigned int ShownBit = 4;
+    return number & ShownBit;
+}
 
 } // namespace
 
@@ -119,9 +125,31 @@ void VideoHVX3Reciver::disconnected() {}
 void VideoHVX3Reciver::imageReady(const QImage &image)
 {
     ++pictureCount;
-    // A pixmap may share the memory of its image, which the next picture overwrites.
-    if (pictureCount & ShownBit)
-        Q_EMIT pixmapReady(QPixmap::fromImage(image.copy()));
+    if (isInTurn(pictureCount))
+        Q_EMIT pixmapReady(pixmapOf(image));
+    else if (m_viewer)
+        m_viewer->showPicture(pixmapOf(image));
+}
+
+/// A pixmap may share the memory of its image, which the next picture must not overwrite.
+QPixmap VideoHVX3Reciver::pixmapOf(const QImage &image)
+{
+    return QPixmap::fromImage(m_decoder->release(image) ? image : image.copy());
+}
+
+void VideoHVX3Reciver::setViewer(paravue::PictureViewer *viewer)
+{
+    m_viewer = viewer;
+    m_decoder->setFilter([this] { return isWanted(); });
+}
+
+/// Asked before imageReady(). A picture that is not wanted counts all the same.
+bool VideoHVX3Reciver::isWanted()
+{
+    if (m_viewer->wantsPicture(isInTurn(pictureCount + 1)))
+        return true;
+    ++pictureCount;
+    return false;
 }
 
 void VideoHVX3Reciver::connectToRecorder()

@@ -11,7 +11,8 @@
 namespace paravue
 {
 class EventLoopBudget;
-}
+class PictureViewer;
+} // namespace paravue
 class QTcpSocket;
 class cFfmpegDecoder;
 class cHvx3Demuxer;
@@ -32,6 +33,9 @@ public:
     explicit VideoHVX3Reciver(QObject *parent, const QDomElement &element);
     ~VideoHVX3Reciver() override;
 
+    /// From now on only the pictures that \a viewer wants are converted and shown. It has to outlive the
+    /// receiver.
+    void setViewer(paravue::PictureViewer *viewer);
     /// True once the recorder has acknowledged the login.
     bool isStreaming() const { return m_state == Streaming; }
     /// How many frames were left out because they could not be decoded in time.
@@ -62,10 +66,13 @@ private:
     void read();
     void parse();
     void parseDeferred();
+    bool isWanted();
+    QPixmap pixmapOf(const QImage &image);
 
     QDomElement m_element;
     QByteArray m_received;
     State m_state = Connecting;
+    paravue::PictureViewer *m_viewer = nullptr;
     bool m_isDeferred = false; ///< the socket holds bytes to parse, and the decoder has too many
     bool m_isQueued = false;   ///< bytes in the socket are parsed when there is time
     bool m_reading = false;    ///< within readyRead()

@@ -71,10 +71,8 @@ void cFfmpegDecoder::removeTask()
 bool cFfmpegDecoder::step()
 {
     const QPointer<cFfmpegDecoder> self(this);
-    if (!m_image.isNull())
+    if (m_hasPicture)
         showPicture();
-    else if (m_hasPicture)
-        convertPicture();
     else if (m_isDecoding)
         decodeNext();
     else
@@ -126,7 +124,6 @@ void cFfmpegDecoder::open(const QByteArray &name)
 {
     m_isDecoding = false;
     m_hasPicture = false;
-    m_image = QImage();
     m_converter.reset();
     m_skippingSince.reset();
     m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
@@ -143,13 +140,12 @@ void cFfmpegDecoder::decodeNext()
     }
 }
 
-void cFfmpegDecoder::convertPicture()
-{
-    m_hasPicture = false;
-    m_image = m_converter.convert(m_stream->picture());
-}
-
 void cFfmpegDecoder::showPicture()
 {
-    Q_EMIT onFrame(std::exchange(m_image, QImage()));
+    m_hasPicture = false;
+    if (m_isWanted && !m_isWanted())
+        return;
+    const QImage image = m_converter.convert(m_stream->picture());
+    if (!image.isNull())
+        Q_EMIT onFrame(image);
 }

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -40,12 +41,18 @@ public:
     /// Leaves out bytes that have waited longer than \a limit, and those behind them up to the next key
     /// picture. Without a limit, and without workInTurns(), all are decoded.
     void setMaxWait(std::chrono::milliseconds limit) { m_maxWait = limit; }
+    /// Whether the picture that was decoded is wanted. One that is not is neither converted nor emitted.
+    using Filter = std::function<bool()>;
+    void setFilter(const Filter &isWanted) { m_isWanted = isWanted; }
+    /// Leaves its memory to the \a image of onFrame(), so that a receiver can keep it without a copy. False
+    /// when it is not the last image.
+    bool release(const QImage &image) { return m_converter.release(image); }
     /// How many times bytes were appended that were left out.
     quint64 leftOut() const { return m_leftOut; }
 
 Q_SIGNALS:
     /// A decoded picture, in QImage::Format_RGB32 and with square pixels. The following pictures are written
-    /// into the same memory, so a receiver that keeps the image has to copy it.
+    /// into the same memory, so a receiver that keeps the image has to copy it or to release() it.
     void onFrame(const QImage &image);
     /// All that was appended is decoded.
     void idle();
@@ -77,7 +84,6 @@ private:
     bool isLeftOut();
     void open(const QByteArray &name);
     void decodeNext();
-    void convertPicture();
     void showPicture();
 
     std::deque<Task> m_tasks;
@@ -88,8 +94,8 @@ private:
     std::optional<std::chrono::steady_clock::time_point> m_skippingSince;
     bool m_isDecoding = false; ///< the first task has begun
     bool m_working = false;
-    bool m_hasPicture = false; ///< decoded and not converted yet
-    QImage m_image;            ///< converted and not shown yet
+    bool m_hasPicture = false; ///< decoded and not shown yet
+    Filter m_isWanted;
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
     std::shared_ptr<paravue::EventLoopBudget> m_budget; ///< null when the work is done at once

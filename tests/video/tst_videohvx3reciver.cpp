@@ -50,7 +50,10 @@ public:
           reads(receiver->findChild<QTcpSocket *>(), &QTcpSocket::readyRead)
     {
         QObject::connect(receiver.get(), &VideoHVX3Reciver::pixmapReady, receiver.get(),
-                         [this](const QPixmap &pixmap) { shown << shownNumber(pixmap.toImage()); });
+                         [this](const QPixmap &pixmap) {
+                             shown << shownNumber(pixmap.toImage());
+                             kept << pixmap;
+                         });
     }
 
     bool isClosed() const
@@ -62,6 +65,7 @@ public:
     QSignalSpy headers;
     QSignalSpy reads;
     QList<int> shown;
+    QList<QPixmap> kept;
 };
 
 /// Makes the next picture of the process the first one of the eight of which the latter four are shown.
@@ -131,6 +135,9 @@ void TestVideoHVX3Reciver::showsHalfOfThePictures()
     recorder.expect(Login).send(Acknowledgement).send(streamOf(clip, label)).close();
     Viewer viewer(recorder);
     AWAIT_COMPARE(viewer.shown, QList<int>({3, 4, 5, 6, 11, 12, 13, 14}));
+    // Each has memory of its own.
+    for (qsizetype i = 0; i < viewer.shown.size(); ++i)
+        QCOMPARE(shownNumber(viewer.kept[i].toImage()), viewer.shown[i]);
     // The connection is not made again.
     AWAIT_VERIFY(viewer.isClosed());
     QCOMPARE(recorder.connectionCount(), 1);

@@ -1,10 +1,13 @@
 #include "ui/tasks/PictureSources.h"
 
+#include "ui/tasks/PictureChoice.h"
 #include "video/HttpPictureReceiver.h"
+#include "video/PictureViewer.h"
 #include "video/PtzVideoReceiver.h"
 #include "video/VideoHVX3Reciver.h"
 
 #include <QDomElement>
+#include <QElapsedTimer>
 #include <QTcpSocket>
 
 namespace paravue
@@ -14,13 +17,15 @@ namespace
 
 /// A receiver of live video, of which only its pictures and its socket are known.
 template <class Receiver>
-class LivePictureSource : public PictureSource
+class LivePictureSource : public PictureSource, private PictureViewer
 {
 public:
     LivePictureSource(QObject *parent, const QDomElement &task)
-        : PictureSource(parent), m_receiver(nullptr, task),
+        : PictureSource(parent), m_receiver(this, task),
           m_socket(m_receiver.template findChild<QTcpSocket *>())
     {
+        m_clock.start();
+        m_receiver.setViewer(this);
         connect(&m_receiver, &VideoHVX3Reciver::pixmapReady, this, &PictureSource::pixmapReady);
         connect(m_socket, &QTcpSocket::connected, this, [this] { m_hasConnected = true; });
         connect(m_socket, &QTcpSocket::readyRead, this, [this] { ++m_traffic; });
@@ -40,6 +45,11 @@ protected:
     Receiver m_receiver;
 
 private:
+    bool wantsPicture(bool isInTurn) override { return m_choice.takes(isInTurn, m_clock.elapsed()); }
+    void showPicture(const QPixmap &pixmap) override { Q_EMIT pixmapReady(pixmap); }
+
+    QElapsedTimer m_clock;
+    PictureChoice m_choice;
     QTcpSocket *const m_socket; // a child of the receiver
     quint64 m_traffic = 0;
     bool m_hasConnected = false;

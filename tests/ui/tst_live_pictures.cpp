@@ -1,0 +1,170 @@
+#include "support/EncodedClip.h"
+#include "support/Hvx3Bytes.h"
+#include "support/TestTable.h"
+#include "support/Waiting.h"
+#include "ui/tasks/PictureChoice.h"
+#include "ui/tasks/PictureSources.h"
+#include "video/VideoHVX3Reciver.h"
+#include "video/cFfmpegDecoder.h"
+
+#include <QDomElement>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <algorithm>
+#include <numeric>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+/// A camera that sends its next picture when the last one is decoded.
+class SteadyCamera : public QObject
+{
+public:
+    explicit SteadyCamera(const QList<QByteArray> &pictures) : m_pictures(pictures)
+    {
+        m_server.listen(QHostAddress::LocalHost);
+        connect(&m_server, &QTcpServer::newConnection, this, [this] {
+            m_socket = m_server.nextPendingConnection();
+            m_socket->write("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+        });
+        connect(&m_timer, &QTimer::timeout, this, &SteadyCamera::send);
+        m_timer.start(20);
+    }
+
+    QDomElement task() const
+    {
+        QDomDocument document;
+        QDomElement task = document.createElement("timetask");
+        QDomElement url = document.createElement("url");
+        url.setAttribute("parsed", "127.0.0.1:" + QString::number(m_server.serverPort()));
+        task.appendChild(url);
+        return task;
+    }
+
+    std::function<bool()> mayGoOn;
+
+private:
+    void send()
+    {
+        if (!m_socket || !mayGoOn())
+            return;
+        if (m_sent == 0)
+            m_socket->write(hvx3Header({{.label1 = "mjpeg"}}) + hvx3Index(1000));
+        m_socket->write(hvx3Frame(0, m_pictures[m_sent++ % m_pictures.size()], 60'000));
+    }
+
+    const QList<QByteArray> m_pictures;
+    QTcpServer m_server;
+    QTcpSocket *m_socket = nullptr;
+    QTimer m_timer;
+    int m_sent = 0;
+};
+
+/// Makes the next picture of the process the first one of the eight of which the latter four are shown.
+void startCountingPictures()
+{
+    VideoHVX3Reciver receiver(nullptr, QDomElement());
+    QSignalSpy shown(&receiver, &VideoHVX3Reciver::pixmapReady);
+    const auto isShown = [&] {
+        shown.clear();
+        receiver.imageReady(QImage(1, 1, QImage::Format_RGB32));
+        return !shown.isEmpty();
+    };
+    while (!isShown()) {
+    }
+    while (isShown()) {
+    }
+}
+
+} // namespace
+
+class TestLivePictures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsEveryCamera_data();
+    void showsEveryCamera();
+    void showsPicturesOutOfTheirTurn();
+};
+
+void TestLivePictures::showsEveryCamera_data()
+{
+    const TestTable<int, int> row("cameras", "swaps");
+    for (const int cameras : {1, 2, 3, 4, 5, 7, 8, 9, 12, 15, 16}) {
+        const QByteArray name = QByteArray::number(cameras) + " cameras";
+        row(name, cameras, 0);
+        row(name + " whose pictures come in other orders", cameras, 2);
+    }
+}
+
+void TestLivePictures::showsEveryCamera()
+{
+    QFETCH(int, cameras);
+    QFETCH(int, swaps);
+    constexpr int Period = 40; // milliseconds
+    constexpr int Seconds = 60;
+    constexpr int LongestGap = 600;
+    std::vector<PictureChoice> choices(cameras);
+    std::vector<QList<int>> shown(cameras); // when
+    std::vector<int> order(cameras);
+    std::iota(order.begin(), order.end(), 0);
+    QRandomGenerator random(1);
+    unsigned count = 0;
+    for (int now = 0; now < Seconds * 1000; now += Period) {
+        for (int swap = 0; swap < swaps; ++swap)
+            std::swap(order[random.bounded(cameras)], order[random.bounded(cameras)]);
+        for (const int camera : order) {
+            const bool isInTurn = ++count & 4;
+            const bool isShown = choices[camera].takes(isInTurn, now);
+            QVERIFY(isShown || !isInTurn);
+            if (isShown)
+                shown[camera] << now;
+        }
+    }
+    for (const QList<int> &times : shown) {
+        int last = 0;
+        for (const int time : times) {
+            QVERIFY2(time - last <= LongestGap, qPrintable(QString::number(time - last)));
+            last = time;
+        }
+        for (int begin = 0; begin < Seconds * 1000; begin += 10'000) {
+            const auto within = std::count_if(
+                times.begin(), times.end(), [&](int time) { return time >= begin && time < begin + 10'000; });
+            QVERIFY2(within >= 100, qPrintable(QString::number(within))); // of 250
+        }
+    }
+}
+
+void TestLivePictures::showsPicturesOutOfTheirTurn()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {64, 64}});
+    SteadyCamera camera(clip.pictures);
+    QObject window;
+    const auto source = pictureSources(window)(PictureKind::Live, camera.task());
+    auto *receiver = source->findChild<VideoHVX3Reciver *>();
+    auto *decoder = receiver->findChild<cFfmpegDecoder *>();
+    camera.mayGoOn = [&] {
+        startCountingPictures();
+        return receiver->isStreaming() && !decoder->isBusy();
+    };
+    QSignalSpy inTurn(receiver, &VideoHVX3Reciver::pixmapReady);
+    QList<int> shown;
+    connect(source.get(), &PictureSource::pixmapReady, this,
+            [&](const QPixmap &pixmap) { shown << shownNumber(pixmap.toImage()); });
+    AWAIT_VERIFY_WITHIN(shown.size() >= 4, 20'000);
+    QCOMPARE(inTurn.size(), 0);
+    // Every second one.
+    for (qsizetype i = 1; i < shown.size(); ++i)
+        QCOMPARE(shown[i], (shown[i - 1] + 2) % 6);
+}
+
+QTEST_MAIN(TestLivePictures)
+#include "tst_live_pictures.moc"
