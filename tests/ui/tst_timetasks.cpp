@@ -389,6 +389,15 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
                                                       {"wait 2", "Connection lost"},
                                                       {"connect", "Connection lost", true},
                                                       {"picture", "", true}};
+    QTest::newRow("is switched off and comes back frozen") << live
+                                                           << Story{{"connect", "No picture yet", true},
+                                                                    {"picture", "", true},
+                                                                    {"wait 60", "Connection lost"},
+                                                                    {"connect", "Connection lost", true},
+                                                                    {"wait 6", "No picture for 1 min"},
+                                                                    {"wait 53", "No picture for 1 min"},
+                                                                    {"picture", "", true},
+                                                                    {"wait 6", "No picture for 6 s"}};
     const QString slow = "Pictures are left out: this computer is too slow";
     QTest::newRow("leaves out pictures") << live
                                          << Story{{"connect", "No picture yet", true},

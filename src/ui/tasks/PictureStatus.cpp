@@ -37,12 +37,13 @@ bool PictureStatus::poll(const PictureSource &source, quint32 now)
 {
     const bool isNew = source.pictures() != m_pictures;
     if (isNew || source.hasConnected() != m_wasConnected)
-        m_lastPicture = now;
+        m_waitBegin = now;
     if (source.traffic() != m_traffic || source.hasConnected() != m_wasConnected)
         m_lastTraffic = now;
     if (isNew) {
         m_trouble.clear();
         m_hasPicture = true;
+        m_lastPicture = now;
     }
     m_pictures = source.pictures();
     m_traffic = source.traffic();
@@ -83,7 +84,7 @@ QString PictureStatus::textFor(const PictureSource &source, quint32 now)
     // The earlier problem tells the user more than the time without a picture.
     const bool isKnownTrouble = !m_hasPicture && !m_trouble.isEmpty();
     if (isOverdue(now) && !isKnownTrouble) {
-        const int seconds = roundedSeconds(now - m_lastPicture);
+        const int seconds = roundedSeconds(now - (m_hasPicture ? m_lastPicture : m_waitBegin));
         return seconds < 60 ? tr("No picture for %1 s").arg(seconds)
                             : tr("No picture for %1 min").arg(seconds / 60);
     }
@@ -98,7 +99,7 @@ bool PictureStatus::isOverdue(quint32 now) const
     if (!m_wasConnected)
         return m_hasPicture && m_trouble.isEmpty() && now - m_begin >= ReportedSilence;
     const bool isSilent = now - m_lastTraffic >= ReportedSilence;
-    return now - m_lastPicture >= (isSilent ? ReportedSilence : ReportedGap);
+    return now - m_waitBegin >= (isSilent ? ReportedSilence : ReportedGap);
 }
 
 } // namespace paravue

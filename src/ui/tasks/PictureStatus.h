@@ -42,7 +42,8 @@ private:
     quint64 m_pictures = 0;
     quint64 m_traffic = 0;
     quint32 m_begin = 0;
-    quint32 m_lastPicture = 0; ///< or the beginning of the connection
+    quint32 m_waitBegin = 0;   ///< of the next picture: the last one, or the connection behind it
+    quint32 m_lastPicture = 0; ///< of this or an earlier source
     quint32 m_lastTraffic = 0;
     quint64 m_leftOut = 0;
     quint32 m_lastLeftOut = 0;
