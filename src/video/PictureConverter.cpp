@@ -61,11 +61,30 @@ std::pair<AVPixelFormat, bool> presentFormat(int format)
     }
 }
 
-void takeFullRange(SwsContext *scaler)
+/// The scaler's number of a colour space that a stream names.
+int matrixOf(int colourSpace)
 {
-    const int *coefficients = sws_getCoefficients(SWS_CS_DEFAULT);
+    switch (colourSpace) {
+    case AVCOL_SPC_BT709:
+        return SWS_CS_ITU709;
+    case AVCOL_SPC_FCC:
+        return SWS_CS_FCC;
+    case AVCOL_SPC_SMPTE240M:
+        return SWS_CS_SMPTE240M;
+    case AVCOL_SPC_BT2020_NCL:
+    case AVCOL_SPC_BT2020_CL:
+        return SWS_CS_BT2020;
+    default:
+        return SWS_CS_DEFAULT; // BT.601
+    }
+}
+
+void setColours(SwsContext *scaler, int matrix, bool isFullRange)
+{
+    const int *coefficients = sws_getCoefficients(matrix);
     constexpr int Unchanged = 1 << 16;
-    sws_setColorspaceDetails(scaler, coefficients, 1, coefficients, 0, 0, Unchanged, Unchanged);
+    sws_setColorspaceDetails(scaler, coefficients, isFullRange ? 1 : 0, coefficients, 0, 0, Unchanged,
+                             Unchanged);
 }
 
 bool hasAlpha(int format)
@@ -100,7 +119,8 @@ namespace paravue
 
 QImage PictureConverter::convert(const AVFrame &picture)
 {
-    const Source source{picture.width, picture.height, picture.format};
+    const Source source{picture.width, picture.height, picture.format, picture.colorspace,
+                        picture.color_range == AVCOL_RANGE_JPEG};
     const QSize target = shownSize(picture);
     const bool isSame = source == m_source && target == m_target;
     if (!(isSame || prepare(source, target)) || !provideBuffer()) {
@@ -137,14 +157,14 @@ void PictureConverter::reset()
 
 bool PictureConverter::prepare(const Source &source, QSize target)
 {
-    const auto [format, fullRange] = presentFormat(source.format);
+    const auto [format, isFullRange] = presentFormat(source.format);
     if (!sws_isSupportedInput(format))
         return false;
     // The native-endian match of QImage::Format_RGB32.
     m_scaler.reset(sws_getContext(source.width, source.height, format, target.width(), target.height(),
                                   AV_PIX_FMT_RGB32, SWS_FAST_BILINEAR, nullptr, nullptr, nullptr));
-    if (m_scaler && fullRange)
-        takeFullRange(m_scaler.get());
+    if (m_scaler)
+        setColours(m_scaler.get(), matrixOf(source.colourSpace), isFullRange || source.isFullRange);
     if (!m_pool || target != m_target) {
         m_pixels.reset();
         const qsizetype size = rowBytes(target.width()) * target.height() + RowAlignment;

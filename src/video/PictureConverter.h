@@ -29,6 +29,8 @@ private:
         int width = -1;
         int height = -1;
         int format = -1;
+        int colourSpace = -1;
+        bool isFullRange = false;
         bool operator==(const Source &) const = default;
     };
 

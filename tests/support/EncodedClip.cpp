@@ -84,6 +84,47 @@ void require(bool condition, const char *what)
         qFatal("cannot encode a clip: %s", what);
 }
 
+AVPixelFormat pixelFormatOf(const ClipFormat &format)
+{
+    if (format.encoder == "mjpeg")
+        return format.fineColours ? AV_PIX_FMT_YUVJ444P : AV_PIX_FMT_YUVJ420P;
+    return format.tenBits ? AV_PIX_FMT_YUV420P10 : AV_PIX_FMT_YUV420P;
+}
+
+/// The name in the stream and the matrix of the scaler.
+std::pair<AVColorSpace, int> coloursOf(const ClipFormat &format)
+{
+    switch (format.colours) {
+    case ClipColours::Unsaid:
+        break;
+    case ClipColours::Bt601:
+        return {AVCOL_SPC_SMPTE170M, SWS_CS_ITU601};
+    case ClipColours::Bt709:
+        return {AVCOL_SPC_BT709, SWS_CS_ITU709};
+    case ClipColours::Bt2020:
+        return {AVCOL_SPC_BT2020_NCL, SWS_CS_BT2020};
+    }
+    return {AVCOL_SPC_UNSPECIFIED, SWS_CS_DEFAULT};
+}
+
+/// From our images to the pixels of the encoder.
+ScalerHandle openScaler(const ClipFormat &format, const AVCodecContext &encoder)
+{
+    // The scaler complains about the pixel format that the encoder of motion JPEG insists on.
+    const int logLevel = av_log_get_level();
+    av_log_set_level(AV_LOG_ERROR);
+    ScalerHandle scaler(sws_getContext(encoder.width, encoder.height, AV_PIX_FMT_RGB32, encoder.width,
+                                       encoder.height, encoder.pix_fmt, SWS_BICUBIC, nullptr, nullptr,
+                                       nullptr));
+    av_log_set_level(logLevel);
+    if (format.colours != ClipColours::Unsaid || format.fullRange) {
+        const int *matrix = sws_getCoefficients(coloursOf(format).second);
+        constexpr int Unchanged = 1 << 16;
+        sws_setColorspaceDetails(scaler.get(), matrix, 1, matrix, format.fullRange, 0, Unchanged, Unchanged);
+    }
+    return scaler;
+}
+
 CodecContextHandle openEncoder(const ClipFormat &format)
 {
     const AVCodec *codec = avcodec_find_encoder_by_name(format.encoder.constData());
@@ -93,8 +134,10 @@ CodecContextHandle openEncoder(const ClipFormat &format)
     context->height = format.size.height();
     context->time_base = {1, 25};
     context->sample_aspect_ratio = {format.pixelWidth, format.pixelHeight};
-    const AVPixelFormat photo = format.fineColours ? AV_PIX_FMT_YUVJ444P : AV_PIX_FMT_YUVJ420P;
-    context->pix_fmt = codec->id == AV_CODEC_ID_MJPEG ? photo : AV_PIX_FMT_YUV420P;
+    context->pix_fmt = pixelFormatOf(format);
+    context->colorspace = coloursOf(format).first;
+    if (format.fullRange)
+        context->color_range = AVCOL_RANGE_JPEG;
     context->thread_count = 1;
     context->gop_size = 250;
     context->slices = format.slices;
@@ -145,13 +188,7 @@ bool canEncode(const QByteArray &encoder)
 EncodedClip encodeClip(const ClipFormat &format)
 {
     const CodecContextHandle context = openEncoder(format);
-    // The scaler complains about the pixel format that the encoder of motion JPEG insists on.
-    const int logLevel = av_log_get_level();
-    av_log_set_level(AV_LOG_ERROR);
-    const ScalerHandle scaler(sws_getContext(context->width, context->height, AV_PIX_FMT_RGB32,
-                                             context->width, context->height, context->pix_fmt, SWS_BICUBIC,
-                                             nullptr, nullptr, nullptr));
-    av_log_set_level(logLevel);
+    const ScalerHandle scaler = openScaler(format, *context);
     EncodedClip clip;
     clip.decoder = avcodec_get_name(context->codec_id);
     const FrameHandle frame = frameFor(*context);

@@ -9,6 +9,8 @@
 namespace paravue::test
 {
 
+enum class ClipColours { Unsaid, Bt601, Bt709, Bt2020 };
+
 struct ClipFormat {
     QByteArray encoder; ///< as libavcodec knows it, such as "libx264"
     QSize size;
@@ -20,8 +22,11 @@ struct ClipFormat {
     int slices = 1;           ///< parts of a picture that are coded on their own; H.264 only
     int packet = 0;           ///< bytes after which a picture goes on in a packet of its own; MPEG-4 only
     bool fineColours = false; ///< a colour for each pixel; motion JPEG only
-    bool still = false;       ///< all pictures are the first one
-    bool noise = false;       ///< details that are expensive to decode
+    ClipColours colours = ClipColours::Unsaid; ///< the matrix that the stream names; H.264 only
+    bool fullRange = false;                    ///< brightness from 0 to 255, or 1023; H.264 only
+    bool tenBits = false;                      ///< for each value; H.264 only
+    bool still = false;                        ///< all pictures are the first one
+    bool noise = false;                        ///< details that are expensive to decode
 };
 
 struct EncodedClip {

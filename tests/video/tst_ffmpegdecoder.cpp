@@ -21,6 +21,8 @@ extern "C" {
 
 using namespace paravue::test;
 
+Q_DECLARE_METATYPE(paravue::test::ClipColours)
+
 namespace
 {
 
@@ -81,6 +83,8 @@ private Q_SLOTS:
     void reusesItsBufferUntilTheSizeChanges();
     void squaresPixels_data();
     void squaresPixels();
+    void showsTheColoursOfTheStream_data();
+    void showsTheColoursOfTheStream();
     void survivesDamage_data();
     void survivesDamage();
     void findsPicturesAmongOtherBytes_data();
@@ -227,6 +231,41 @@ void TestFfmpegDecoder::squaresPixels()
     QCOMPARE(viewer.numbers, upTo(2));
     QCOMPARE(viewer.last.size(), QSize(180, shown));
     QVERIFY(opaque(viewer.last));
+}
+
+void TestFfmpegDecoder::showsTheColoursOfTheStream_data()
+{
+    const TestTable<ClipColours, bool, bool> row("colours", "fullRange", "tenBits");
+    for (const bool tenBits : {false, true}) {
+        for (const bool fullRange : {false, true}) {
+            const QByteArray name =
+                QByteArray(tenBits ? "10 bits" : "8 bits") + (fullRange ? ", full range" : ", limited range");
+            row(name, ClipColours::Unsaid, fullRange, tenBits);
+            row(name + ", BT.601", ClipColours::Bt601, fullRange, tenBits);
+            row(name + ", BT.709", ClipColours::Bt709, fullRange, tenBits);
+            row(name + ", BT.2020", ClipColours::Bt2020, fullRange, tenBits);
+        }
+    }
+}
+
+void TestFfmpegDecoder::showsTheColoursOfTheStream()
+{
+    QFETCH(ClipColours, colours);
+    QFETCH(bool, fullRange);
+    QFETCH(bool, tenBits);
+    if (!canEncode("libx264"))
+        QSKIP("this FFmpeg has no such encoder");
+    const ClipFormat usual{.encoder = "libx264", .size = {352, 288}, .pictures = 1};
+    ClipFormat format = usual;
+    format.colours = colours;
+    format.fullRange = fullRange;
+    format.tenBits = tenBits;
+    // Behind other colours in a picture of the same size.
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create("h264"));
+    viewer.decoder.append(encodeClip(usual).whole());
+    viewer.decoder.append(encodeClip(format).whole());
+    QCOMPARE(viewer.numbers, QList<int>({0, 0}));
 }
 
 void TestFfmpegDecoder::survivesDamage_data()
