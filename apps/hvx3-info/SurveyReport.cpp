@@ -1,5 +1,7 @@
 #include "SurveyReport.h"
 
+#include "video/cHvx3Demuxer.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -132,11 +134,21 @@ void addRecording(QString &text, const InfoReport &report)
         lines.add("cut at its end", counted(survey.unreadBytes(), Byte) + QStringLiteral(" of a record"));
 }
 
+bool isKnown(const QString &codec)
+{
+    return !cHvx3Demuxer::decoderOf(codec.toLatin1()).isEmpty();
+}
+
 QString streamTitle(const StreamSurvey &stream)
 {
     QStringList parts(typeName(stream.type));
+    QStringList codecs = stream.codecs;
+    for (QString &codec : codecs) {
+        if (!isKnown(codec))
+            codec += QStringLiteral(" (codec not known)");
+    }
     if (stream.type == VideoStream)
-        parts += stream.codecs.join(QStringLiteral(", then "));
+        parts += codecs.join(QStringLiteral(", then "));
     else if (!stream.charset.isEmpty())
         parts += stream.charset;
     if (!stream.title.isEmpty())
@@ -218,6 +230,10 @@ QJsonObject streamObject(quint8 id, const StreamSurvey &stream, const StreamCloc
     for (const QSize size : stream.sizes)
         sizes.append(QJsonObject{{"width", size.width()}, {"height", size.height()}});
     object.insert("sizes", sizes);
+    QStringList unknown = stream.codecs;
+    unknown.removeIf(isKnown);
+    if (!unknown.isEmpty())
+        object.insert("unknownCodecs", QJsonArray::fromStringList(unknown));
     object.insert("keyFrames", stream.keyFrames);
     object.insert("duration", double(stream.clock.elapsed()) / MillisecondsPerSecond);
     object.insert("largestGap", double(stream.clock.largestStep()) / MillisecondsPerSecond);

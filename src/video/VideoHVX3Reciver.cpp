@@ -1,5 +1,6 @@
 #include "video/VideoHVX3Reciver.h"
 
+#include "video/CodecStream.h"
 #include "video/EventLoopBudget.h"
 #include "video/PictureViewer.h"
 #include "video/VideoLimits.h"
@@ -7,13 +8,17 @@
 #include "video/cHvx3Demuxer.h"
 #include "video/cHvx3Parser.h"
 
+#include <QLoggingCategory>
 #include <QPointer>
 #include <QTcpSocket>
 
+#include <algorithm>
 #include <utility>
 
 namespace
 {
+
+Q_LOGGING_CATEGORY(receiverLog, "paravue.video")
 
 constexpr quint16 UsualPort = 5049;
 constexpr int PictureStream = 0;
@@ -30,6 +35,23 @@ quint16 portOf(const QString &text)
     const int number = text.toInt(&isNumber);
     const bool fits = isNumber && number >= -0x8000 && number <= 0xFFFF;
     return fits ? static_cast<quint16>(number) : 0;
+}
+
+bool isDecodable(const QByteArray &label)
+{
+    return paravue::CodecStream::isDecoder(cHvx3Demuxer::decoderOf(label).toLatin1());
+}
+
+/// A name of the stream in characters that can be shown.
+QString shownName(const QByteArray &label)
+{
+    constexpr qsizetype LongestName = 20;
+    QString name = QString::fromLatin1(paravue::unterminated(label).left(LongestName));
+    for (QChar &character : name) {
+        if (!character.isPrint())
+            character = QLatin1Char('?');
+    }
+    return name;
 }
 
 /// The number of pictures that all receivers together have decoded. Deliberate: a picture is shown when its
@@ -58,6 +80,7 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
     connect(m_parser, &cHvx3Parser::onHDR, m_demuxer, &cHvx3Demuxer::hdr_slot);
     connect(m_parser, &cHvx3Parser::onIDX, m_demuxer, &cHvx3Demuxer::idx_slot);
     connect(m_parser, &cHvx3Parser::onDATA, m_demuxer, &cHvx3Demuxer::data_slot);
+    connect(m_demuxer, &cHvx3Demuxer::onCreate, this, &VideoHVX3Reciver::checkCodec);
     connect(m_decoder, &cFfmpegDecoder::onFrame, this, &VideoHVX3Reciver::imageReady);
     connect(m_decoder, &cFfmpegDecoder::idle, this, &VideoHVX3Reciver::parseDeferred);
     connect(m_socket, &QTcpSocket::connected, this, &VideoHVX3Reciver::connected);
@@ -150,6 +173,19 @@ bool VideoHVX3Reciver::isWanted()
         return true;
     ++pictureCount;
     return false;
+}
+
+void VideoHVX3Reciver::checkCodec()
+{
+    const QList<STREAM_T> streams = m_demuxer->header().streams;
+    const auto pictures = std::find_if(streams.begin(), streams.end(), [](const STREAM_T &stream) {
+        return stream.streamId == PictureStream && stream.streamType == paravue::VideoStream;
+    });
+    m_unknownCodec.reset();
+    if (pictures != streams.end() && !isDecodable(pictures->label1))
+        m_unknownCodec = shownName(pictures->label1);
+    if (m_unknownCodec && !std::exchange(m_hasWarned, true))
+        qCWarning(receiverLog) << "Live video has a codec that is not known:" << *m_unknownCodec;
 }
 
 void VideoHVX3Reciver::connectToRecorder()

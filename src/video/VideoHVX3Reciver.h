@@ -5,8 +5,10 @@
 #include <QImage>
 #include <QObject>
 #include <QPixmap>
+#include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace paravue
 {
@@ -38,6 +40,8 @@ public:
     void setViewer(paravue::PictureViewer *viewer);
     /// True once the recorder has acknowledged the login.
     bool isStreaming() const { return m_state == Streaming; }
+    /// The recorder's name for the codec of the pictures, when there is no decoder for it.
+    const std::optional<QString> &unknownCodec() const { return m_unknownCodec; }
     /// How many frames were left out because they could not be decoded in time.
     quint64 leftOut() const;
 
@@ -66,11 +70,14 @@ private:
     void read();
     void parse();
     void parseDeferred();
+    void checkCodec();
     bool isWanted();
     QPixmap pixmapOf(const QImage &image);
 
     QDomElement m_element;
     QByteArray m_received;
+    std::optional<QString> m_unknownCodec;
+    bool m_hasWarned = false; ///< of an unknown codec
     State m_state = Connecting;
     paravue::PictureViewer *m_viewer = nullptr;
     bool m_isDeferred = false; ///< the socket holds bytes to parse, and the decoder has too many

@@ -13,18 +13,6 @@ constexpr int ClockTag = 2;
 
 constexpr quint64 MillisecondsPerSecond = 1000;
 
-QString decoderName(const QByteArray &label)
-{
-    const QByteArray name = unterminated(label);
-    if (name == "mp4v")
-        return QStringLiteral("mpeg4");
-    if (name == "mjpeg")
-        return QStringLiteral("mjpeg");
-    if (name == "H264")
-        return QStringLiteral("h264");
-    return {};
-}
-
 QString charsetName(const QByteArray &label)
 {
     const QByteArray name = unterminated(label);
@@ -52,6 +40,18 @@ void call(QObject *consumer, const char *signature, const Arguments &...argument
 } // namespace
 
 cHvx3Demuxer::cHvx3Demuxer(QObject *parent) : QObject(parent) {}
+
+QString cHvx3Demuxer::decoderOf(const QByteArray &label)
+{
+    const QByteArray name = unterminated(label);
+    if (name == "mp4v")
+        return QStringLiteral("mpeg4");
+    if (name == "mjpeg")
+        return QStringLiteral("mjpeg");
+    if (name == "H264")
+        return QStringLiteral("h264");
+    return {};
+}
 
 void cHvx3Demuxer::create()
 {
@@ -99,7 +99,7 @@ void cHvx3Demuxer::createStream(const STREAM_T &stream)
     QObject *const user = consumer(stream.streamId);
     switch (stream.streamType) {
     case VideoStream:
-        call(user, "create(QString)", Q_ARG(QString, decoderName(stream.label1)));
+        call(user, "create(QString)", Q_ARG(QString, decoderOf(stream.label1)));
         break;
     case PlainStream:
         call(user, "create()");

@@ -33,6 +33,9 @@ public:
 
     explicit cHvx3Demuxer(QObject *parent = nullptr);
 
+    /// The decoder of video whose codec the recorder calls \a label; empty when it is not known.
+    static QString decoderOf(const QByteArray &label);
+
     /// To be filled before the stream begins: consumers()[streamId] = decoder.
     Consumers &consumers() { return m_consumers; }
     /// The last header; one without streams before the first.

@@ -4,11 +4,13 @@
 #include "support/Waiting.h"
 #include "ui/tasks/PictureChoice.h"
 #include "ui/tasks/PictureSources.h"
+#include "ui/tasks/PictureStatus.h"
 #include "video/VideoHVX3Reciver.h"
 #include "video/cFfmpegDecoder.h"
 
 #include <QDomElement>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -27,7 +29,8 @@ namespace
 class SteadyCamera : public QObject
 {
 public:
-    explicit SteadyCamera(const QList<QByteArray> &pictures) : m_pictures(pictures)
+    explicit SteadyCamera(const QList<QByteArray> &pictures, const QByteArray &codec = "mjpeg")
+        : m_pictures(pictures), m_header(hvx3Header({{.label1 = codec}}) + hvx3Index(1000))
     {
         m_server.listen(QHostAddress::LocalHost);
         connect(&m_server, &QTcpServer::newConnection, this, [this] {
@@ -56,11 +59,12 @@ private:
         if (!m_socket || !mayGoOn())
             return;
         if (m_sent == 0)
-            m_socket->write(hvx3Header({{.label1 = "mjpeg"}}) + hvx3Index(1000));
+            m_socket->write(m_header);
         m_socket->write(hvx3Frame(0, m_pictures[m_sent++ % m_pictures.size()], 60'000));
     }
 
     const QList<QByteArray> m_pictures;
+    const QByteArray m_header;
     QTcpServer m_server;
     QTcpSocket *m_socket = nullptr;
     QTimer m_timer;
@@ -93,6 +97,7 @@ private Q_SLOTS:
     void showsEveryCamera_data();
     void showsEveryCamera();
     void showsPicturesOutOfTheirTurn();
+    void namesAnUnknownCodec();
 };
 
 void TestLivePictures::showsEveryCamera_data()
@@ -164,6 +169,21 @@ void TestLivePictures::showsPicturesOutOfTheirTurn()
     // Every second one.
     for (qsizetype i = 1; i < shown.size(); ++i)
         QCOMPARE(shown[i], (shown[i - 1] + 2) % 6);
+}
+
+void TestLivePictures::namesAnUnknownCodec()
+{
+    SteadyCamera camera({"a picture"}, "H265\x1b and 30 more characters than this");
+    QObject window;
+    const auto source = pictureSources(window)(PictureKind::Live, camera.task());
+    camera.mayGoOn = [] { return true; };
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("a codec that is not known: \"H265\\?"));
+    AWAIT_VERIFY(!source->problem().isEmpty());
+    QCOMPARE(source->problem(), "Video of the codec \"H265? and 30 more ch\" cannot be shown");
+    PictureStatus status;
+    status.begin(0);
+    QVERIFY(!status.poll(*source, 1000));
+    QCOMPARE(status.text(), source->problem());
 }
 
 QTEST_MAIN(TestLivePictures)

@@ -292,7 +292,9 @@ void TestHvx3Info::replacesControlCharacters()
     const QStringList lines = run.out.split('\n');
     QVERIFY2(lines.contains("name            Склад?]0;x?"), qPrintable(run.out));
     QVERIFY2(lines.contains("text 5          texts"), qPrintable(run.out));
-    QVERIFY2(lines.contains("stream 0: video, x?[2J, \"Склад\""), qPrintable(run.out));
+    QVERIFY2(lines.contains("stream 0: video, x?[2J (codec not known), \"Склад\""), qPrintable(run.out));
+    const QJsonObject video = runProgram({"--json", path("recording")}).json()["streams"][0].toObject();
+    QCOMPARE(video["unknownCodecs"], QJsonArray{"x?[2J"});
 }
 
 void TestHvx3Info::exportsPicturesAsTheyAre_data()

@@ -36,7 +36,7 @@ public:
     virtual quint64 traffic() const { return 0; }
     /// A counter of the pictures that were left out because this computer has not kept up.
     virtual quint64 leftOut() const { return 0; }
-    /// Why there was no picture, as a short text for the user; empty when the source does not know.
+    /// Why there is no picture, as a short text for the user; empty when the source does not know.
     virtual QString problem() const { return {}; }
 
     /// For a camera that turns: where it looks (controls/PtzPosition.h), empty while that is not known.

@@ -1,6 +1,7 @@
 #include "ui/tasks/PictureSources.h"
 
 #include "ui/tasks/PictureChoice.h"
+#include "ui/tasks/PictureStatus.h"
 #include "video/HttpPictureReceiver.h"
 #include "video/PictureViewer.h"
 #include "video/PtzVideoReceiver.h"
@@ -40,6 +41,11 @@ public:
     bool isAccepted() const override { return m_receiver.isStreaming(); }
     quint64 traffic() const override { return m_traffic; }
     quint64 leftOut() const override { return m_receiver.leftOut(); }
+    QString problem() const override
+    {
+        const auto &codec = m_receiver.unknownCodec();
+        return codec ? PictureStatus::unknownCodec(*codec) : QString();
+    }
 
 protected:
     Receiver m_receiver;

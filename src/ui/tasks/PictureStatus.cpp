@@ -23,6 +23,11 @@ int roundedSeconds(quint32 milliseconds)
 
 } // namespace
 
+QString PictureStatus::unknownCodec(const QString &codec)
+{
+    return tr("Video of the codec \"%1\" cannot be shown").arg(codec);
+}
+
 void PictureStatus::begin(quint32 now)
 {
     m_begin = now;
@@ -81,6 +86,8 @@ QString PictureStatus::textFor(const PictureSource &source, quint32 now)
     }
     if (m_isDead)
         return m_trouble;
+    if (!source.problem().isEmpty())
+        return source.problem();
     // The earlier problem tells the user more than the time without a picture.
     const bool isKnownTrouble = !m_hasPicture && !m_trouble.isEmpty();
     if (isOverdue(now) && !isKnownTrouble) {

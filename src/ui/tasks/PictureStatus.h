@@ -15,6 +15,9 @@ class PictureStatus
     Q_DECLARE_TR_FUNCTIONS(PictureStatus)
 
 public:
+    /// The text about pictures whose \a codec, the recorder's name for it, has no decoder.
+    static QString unknownCodec(const QString &codec);
+
     /// Starts over with another source. The last problem is shown until a picture comes. Times are in
     /// milliseconds and wrap around.
     void begin(quint32 now);
