@@ -21,6 +21,16 @@ QMessageBox::StandardButton OrbDlgQuestion::Do(QWidget *parent, QMessageBox::Ico
                                                const QString &text, QMessageBox::StandardButtons buttons,
                                                QMessageBox::StandardButton defaultButton, bool *doNotAskAgain)
 {
+    return DoExplained(parent, icon, title, text, QString(), buttons, defaultButton, doNotAskAgain);
+}
+
+QMessageBox::StandardButton OrbDlgQuestion::DoExplained(QWidget *parent, QMessageBox::Icon icon,
+                                                        const QString &title, const QString &text,
+                                                        const QString &explanation,
+                                                        QMessageBox::StandardButtons buttons,
+                                                        QMessageBox::StandardButton defaultButton,
+                                                        bool *doNotAskAgain)
+{
     if (doNotAskAgain && *doNotAskAgain) {
         return defaultButton;
     }
@@ -31,6 +41,9 @@ QMessageBox::StandardButton OrbDlgQuestion::Do(QWidget *parent, QMessageBox::Ico
     auto box = std::make_unique<QMessageBox>(icon, title, shown, buttons, parent);
     box->setTextFormat(Qt::PlainText);
     box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    if (!explanation.isEmpty()) {
+        box->setInformativeText(paravue::shortenedMessage(explanation));
+    }
     box->setDefaultButton(defaultButton);
     if (shown != message) {
         box->setDetailedText(message.left(MaxDetails));

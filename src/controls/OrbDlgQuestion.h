@@ -24,4 +24,10 @@ public:
                                           const QString &text, QMessageBox::StandardButtons buttons,
                                           QMessageBox::StandardButton defaultButton,
                                           bool *doNotAskAgain = nullptr);
+
+    /// As Do(), with an \a explanation of the text below it, unless it is empty.
+    static QMessageBox::StandardButton
+    DoExplained(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
+                const QString &explanation, QMessageBox::StandardButtons buttons,
+                QMessageBox::StandardButton defaultButton, bool *doNotAskAgain = nullptr);
 };

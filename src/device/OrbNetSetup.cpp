@@ -29,7 +29,7 @@ constexpr std::chrono::milliseconds AdjustmentPause(1000);
 OrbNetSetup::OrbNetSetup(const QString &address)
     : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
       m_bcshTimer(new QTimer(this)), m_reply(std::make_unique<ReplyFrame>()),
-      m_credentialsSource(std::make_shared<CredentialsDialogs>())
+      m_credentialsSource(std::make_shared<CredentialsDialogs>()), m_waiting(new QTimer(this))
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);
@@ -40,7 +40,11 @@ OrbNetSetup::OrbNetSetup(const QString &address)
     connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
         if (linkStatus().state == LinkStatus::State::Running)
             showRunning(); // a large package is on its way for longer than a silence may last
+        if (m_waiting->isActive())
+            waitFor(m_timeouts.answer);
     });
+    m_waiting->setSingleShot(true);
+    connect(m_waiting, &QTimer::timeout, this, &OrbNetSetup::failWithoutAnswer);
     m_bcshTimer->setSingleShot(true);
     m_bcshTimer->setInterval(AdjustmentPause);
     m_bcshTimer->setTimerType(Qt::PreciseTimer);
@@ -117,6 +121,7 @@ void OrbNetSetup::_connect()
     m_state = Connecting;
     setActivity(tr("Connecting"));
     showRunning();
+    waitFor(m_timeouts.connection);
     m_socket->connectToHost(device->host, device->port, QIODevice::ReadWrite);
 }
 
@@ -126,6 +131,7 @@ void OrbNetSetup::abortLeftovers()
 {
     const QSignalBlocker quiet(m_socket);
     m_socket->abort();
+    stopWaiting();
     m_buffer.clear();
     m_reply->reset();
     m_received = 0;
@@ -145,6 +151,7 @@ void OrbNetSetup::connected()
                                             value(QStringLiteral("general/network/password")));
     m_state = LoginSent;
     setActivity(tr("Logging in"));
+    waitFor(m_timeouts.answer);
     m_socket->write(request);
 }
 
@@ -196,11 +203,12 @@ void OrbNetSetup::receive()
     m_buffer += bytes;
     m_received += bytes.size();
     showRunning();
+    waitFor(m_timeouts.answer);
     // One byte more than the longest reply shows that it is too long; the rest is not kept.
     if (m_state == LoginSent)
         m_buffer.truncate(longestLoginReply() + 1);
     else if (m_received > MaxExchangeBytes)
-        stopExchange(tr("Wrong device answer"));
+        stopExchange(LinkStatus::Cause::BadAnswer, tr("Wrong device answer"));
 }
 
 /// False while the login is not accepted.
@@ -214,10 +222,32 @@ bool OrbNetSetup::acceptLogin()
     case LoginReply::Refused:
         retryLogin();
         return false;
+    case LoginReply::Wrong:
+        noteWrongLoginReply();
+        return false;
     case LoginReply::Incomplete:
         break;
     }
     return false;
+}
+
+/// Deliberate: the exchange goes on waiting, as for any login reply; only what comes later is dropped. With
+/// a time-out there is no point in waiting for that.
+void OrbNetSetup::noteWrongLoginReply()
+{
+    if (m_stopped)
+        return;
+    const bool isFrame = m_buffer.startsWith("LENGTH=");
+    const QString problem = isFrame ? tr("The recorder's answer to the login cannot be understood")
+                                    : tr("What answers at this address is not a recorder");
+    m_stopped = true;
+    showFailed(LinkStatus::Cause::BadAnswer, problem);
+    if (m_timeouts.answer.count() == 0)
+        return;
+    stopWaiting();
+    cutConnection();
+    setActivity(QString());
+    Q_EMIT pseudothrow(problem);
 }
 
 bool OrbNetSetup::_isDataReady()
@@ -226,7 +256,7 @@ bool OrbNetSetup::_isDataReady()
     case ReplyFrame::Progress::Incomplete:
         return false;
     case ReplyFrame::Progress::TooLong:
-        stopExchange(tr("Wrong device answer"));
+        stopExchange(LinkStatus::Cause::BadAnswer, tr("Wrong device answer"));
         return false;
     case ReplyFrame::Progress::Complete:
         break;
@@ -238,13 +268,13 @@ bool OrbNetSetup::_isDataReady()
     case ReplyContent::Answer::Ok:
         return true;
     case ReplyContent::Answer::Missing:
-        stopExchange(tr("Wrong device answer"));
+        stopExchange(LinkStatus::Cause::BadAnswer, tr("Wrong device answer"));
         break;
     case ReplyContent::Answer::Unrecognized:
-        stopExchange(tr("Unrecognized device error \"%1\"").arg(content.text));
+        stopExchange(LinkStatus::Cause::BadAnswer, tr("Unrecognized device error \"%1\"").arg(content.text));
         break;
     case ReplyContent::Answer::Error:
-        stopExchange(tr("Device error \"%1\"").arg(content.text));
+        stopExchange(LinkStatus::Cause::Refused, tr("Device error \"%1\"").arg(content.text));
         break;
     }
     return false;
@@ -281,8 +311,9 @@ void OrbNetSetup::disconnected()
 {
     // Deliberate: an exchange that did not run to its end is reported and nothing is reset.
     if (!commandIsDone()) {
+        stopWaiting();
         if (linkStatus().state == LinkStatus::State::Running)
-            showFailed(problemText(QAbstractSocket::RemoteHostClosedError, {}));
+            showFailed(LinkStatus::Cause::Network, problemText(QAbstractSocket::RemoteHostClosedError));
         reportWrongState("OrbNetSetup::disconnected");
         return;
     }
@@ -325,6 +356,7 @@ void OrbNetSetup::finishExchange()
     m_state = Idle;
     m_operation = NoOperation;
     m_cmdlist.clear();
+    stopWaiting();
     setLinkStatus({});
 }
 
@@ -346,12 +378,47 @@ void OrbNetSetup::showRunning()
     setLinkStatus(status);
 }
 
-void OrbNetSetup::showFailed(const QString &problem)
+void OrbNetSetup::showFailed(LinkStatus::Cause cause, const QString &problem)
 {
-    setLinkStatus({LinkStatus::State::Failed, problem});
+    LinkStatus status{LinkStatus::State::Failed, problem};
+    status.cause = cause;
+    setLinkStatus(status);
 }
 
-QString OrbNetSetup::problemText(QAbstractSocket::SocketError error, const QString &systemText)
+void OrbNetSetup::waitFor(std::chrono::milliseconds limit)
+{
+    if (limit.count() > 0)
+        m_waiting->start(limit);
+    else
+        m_waiting->stop();
+}
+
+void OrbNetSetup::stopWaiting()
+{
+    m_waiting->stop();
+}
+
+/// Deliberate: the state stays, as after every error of the network.
+void OrbNetSetup::failWithoutAnswer()
+{
+    const auto limit = m_state == Connecting ? m_timeouts.connection : m_timeouts.answer;
+    const auto seconds = std::chrono::duration_cast<std::chrono::duration<double>>(limit).count();
+    const QString problem = tr("No answer from the recorder for %1 s").arg(seconds);
+    cutConnection();
+    setActivity(QString());
+    m_stopped = true;
+    showFailed(LinkStatus::Cause::NoAnswer, problem);
+    Q_EMIT pseudothrow(problem);
+}
+
+/// Without the reports that follow the end of a connection.
+void OrbNetSetup::cutConnection()
+{
+    const QSignalBlocker quiet(m_socket);
+    m_socket->abort();
+}
+
+QString OrbNetSetup::problemText(QAbstractSocket::SocketError error) const
 {
     switch (error) {
     case QAbstractSocket::ConnectionRefusedError:
@@ -363,9 +430,11 @@ QString OrbNetSetup::problemText(QAbstractSocket::SocketError error, const QStri
     case QAbstractSocket::SocketTimeoutError:
         return tr("The recorder does not answer");
     case QAbstractSocket::NetworkError:
-        return tr("The network connection was lost");
+        return m_state == Connecting
+                   ? tr("There is no route to the recorder: it is switched off, or in another network")
+                   : tr("The network connection was lost");
     default:
-        return systemText;
+        return m_socket->errorString();
     }
 }
 
@@ -373,10 +442,12 @@ void OrbNetSetup::error(QAbstractSocket::SocketError e)
 {
     // Deliberate: the state stays, so that later attempts report it.
     setActivity(QString());
+    stopWaiting();
+    const QString problem = problemText(e);
     // A recorder that has refused something may close the connection; what it has refused is the problem.
     if (!m_stopped)
-        showFailed(problemText(e, m_socket->errorString()));
-    Q_EMIT pseudothrow(tr("Network error %1").arg(static_cast<int>(e)));
+        showFailed(LinkStatus::Cause::Network, problem);
+    report(tr("Network error %1").arg(static_cast<int>(e)), problem);
 }
 
 void OrbNetSetup::retryLogin()
@@ -390,6 +461,7 @@ void OrbNetSetup::retryLogin()
     m_buffer.clear();
     m_state = Idle;
     m_operation = NoOperation;
+    stopWaiting();
     setActivity(tr("Asking for the login"));
     LinkStatus asking{LinkStatus::State::Running};
     asking.isSending = linkStatus().isSending;
@@ -422,11 +494,13 @@ void OrbNetSetup::askForLogin()
     if (!alive || m_resetsBeforeQuestion != m_resets)
         return;
     setActivity(QString());
-    setLinkStatus({LinkStatus::State::Idle, tr("The recorder has refused the login")});
+    LinkStatus refused{LinkStatus::State::Idle, tr("The recorder has refused the login")};
+    refused.cause = LinkStatus::Cause::Login;
+    setLinkStatus(refused);
     // What waits was called with the settings of before, which are fetched afresh.
     giveUpWaiting();
     if (!isAnswered) {
-        Q_EMIT pseudothrow(tr("Authorization failed"));
+        report(tr("Authorization failed"), linkStatus().problem);
         return;
     }
     if (record.remember)
@@ -439,15 +513,25 @@ void OrbNetSetup::askForLogin()
 
 void OrbNetSetup::reportWrongState(const char *where)
 {
-    Q_EMIT pseudothrow(tr("%1 in wrong state %2").arg(QLatin1StringView(where), QString::number(m_state)));
+    report(tr("%1 in wrong state %2").arg(QLatin1StringView(where), QString::number(m_state)),
+           linkStatus().state == LinkStatus::State::Running
+               ? tr("The recorder is still busy with the last request")
+               : linkStatus().problem);
+}
+
+void OrbNetSetup::report(const QString &message, const QString &explanation)
+{
+    setExplanation(message, explanation);
+    Q_EMIT pseudothrow(message);
 }
 
 /// Deliberate: the exchange stays where it is, connected and with the remains of the reply; only what comes
 /// later is dropped.
-void OrbNetSetup::stopExchange(const QString &reason)
+void OrbNetSetup::stopExchange(LinkStatus::Cause cause, const QString &reason)
 {
     m_stopped = true;
+    stopWaiting();
     setActivity(QString());
-    showFailed(reason);
+    showFailed(cause, reason);
     Q_EMIT pseudothrow(reason);
 }

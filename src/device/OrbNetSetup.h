@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -40,7 +41,7 @@ struct ListedFile;
 ///
 /// What goes wrong is reported through pseudothrow(). An exchange that failed stays where it is: no further
 /// command is sent, nothing is reset, and another load() reports a wrong state; store() starts over in any
-/// state. There is no time-out.
+/// state. Unless the host sets time-outs, an exchange waits for the recorder without a limit.
 ///
 /// The local copies are readable by their owner only and are removed with the store. A receiver of its
 /// signals may delete the store while an exchange runs; in one of load(), store(), function() or the access
@@ -65,6 +66,16 @@ public:
     /// user, in a modal dialog (nobody in a program without widgets). With nobody a refused login reports
     /// "Authorization failed".
     void setCredentialsSource(std::unique_ptr<paravue::CredentialsSource> source);
+
+    /// How long an exchange waits for the recorder; zero is for ever. An exchange that has waited in vain
+    /// fails like one whose connection was lost, as does one with a device that answers the login like no
+    /// recorder.
+    struct Timeouts {
+        std::chrono::milliseconds connection{0}; ///< for the connection
+        std::chrono::milliseconds answer{0};     ///< without a byte in either direction
+    };
+    /// Holds from the next exchange on. Without a call there are none.
+    void setTimeouts(const Timeouts &timeouts) { m_timeouts = timeouts; }
 
     /// Fills in what is remembered of the recorder at \a record.url (level, login and password), without
     /// asking anybody; for an unknown recorder the default login with an empty password: "admin" when
@@ -158,7 +169,7 @@ private:
     void retryLogin();
     void askForLogin();
     void reportWrongState(const char *where);
-    void stopExchange(const QString &reason);
+    void stopExchange(paravue::LinkStatus::Cause cause, const QString &reason);
     void abortLeftovers();
     void afterSocket(const std::function<void()> &handle);
 
@@ -181,8 +192,14 @@ private:
     void finishExchange();
     void giveUpExchange();
     void showRunning();
-    void showFailed(const QString &problem);
-    static QString problemText(QAbstractSocket::SocketError error, const QString &systemText);
+    void showFailed(paravue::LinkStatus::Cause cause, const QString &problem);
+    QString problemText(QAbstractSocket::SocketError error) const;
+    void waitFor(std::chrono::milliseconds limit);
+    void stopWaiting();
+    void failWithoutAnswer();
+    void noteWrongLoginReply();
+    void cutConnection();
+    void report(const QString &message, const QString &explanation);
     std::unique_ptr<compcommand> compiled(const paravue::ListedFile &file) const;
     void replaceCommandList(const QByteArray &description);
     std::optional<QByteArray> unpacked(const QByteArray &packed, const QString &name);
@@ -201,4 +218,6 @@ private:
     bool m_isAsking = false;        ///< for another login
     int m_resets = 0;               ///< how often an exchange was given up
     int m_resetsBeforeQuestion = 0; ///< the value of m_resets when the exchange was refused that asks
+    Timeouts m_timeouts;
+    QTimer *m_waiting; ///< runs while the exchange waits for the recorder, if there is a time-out
 };

@@ -16,6 +16,15 @@ struct LinkStatus {
         Failed,  ///< an exchange has failed and stays where it is, until store() or resetLink()
     };
 
+    enum class Cause {
+        None,
+        Network,   ///< there is no connection, or it was lost
+        NoAnswer,  ///< the recorder was silent for longer than the host allows
+        Login,     ///< the recorder has refused the login
+        Refused,   ///< the recorder has answered a command with an error
+        BadAnswer, ///< what was received is no answer of a recorder
+    };
+
     State state = State::Idle;
     /// Why the last exchange has failed, in plain words for the user (translated); empty otherwise.
     QString problem = {};
@@ -24,6 +33,8 @@ struct LinkStatus {
     QElapsedTimer lastTraffic = {};
     /// The exchange that runs sends something: files, or a function that is no report.
     bool isSending = false;
+    /// What kind of problem it is, for programs.
+    Cause cause = Cause::None;
 };
 
 /// The files of the last save. A save that is over has either no missing and no replaced files or has failed.

@@ -79,6 +79,9 @@ public:
 
     /// The state of the connection behind the store.
     const paravue::LinkStatus &linkStatus() const { return m_linkStatus; }
+    /// What a message of pseudothrow() about the link means, in plain words for the user (translated); empty
+    /// when the message says it itself. Valid from the signal on.
+    QString explanation(const QString &message) const { return m_explanations.value(message); }
     /// Gives up the exchange that runs or has failed: the connection is cut, nothing more is sent, functions
     /// that wait for its end are not done any more, and the next exchange can start. Files, values and edits
     /// stay; nothing is emitted. Does nothing while the link is idle.
@@ -111,6 +114,7 @@ protected:
     void setLinkStatus(const paravue::LinkStatus &status);
     /// Gives up the functions that wait for the link.
     void giveUpWaiting();
+    void setExplanation(const QString &message, const QString &words) { m_explanations[message] = words; }
     /// What resetLink() does; nothing by itself. A function object, as the virtual functions of stores are
     /// fixed.
     void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }
@@ -169,6 +173,7 @@ private:
     QString m_activity;
     paravue::LinkStatus m_linkStatus;
     paravue::SaveStatus m_saveStatus;
+    QHash<QString, QString> m_explanations; ///< by message
     std::function<void()> m_linkReset;
     std::function<void()> m_sendMissing;
     std::function<FunctionUse(const QString &, const QString &)> m_functionUse;

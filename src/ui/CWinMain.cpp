@@ -66,10 +66,10 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     setWindowTitle(tr("Paravue Setup"));
     setWindowModality(Qt::ApplicationModal);
     m_errors = std::make_unique<ErrorDisplay>(
-        *this,
+        *this, [this](const QString &message) { return m_setup->explanation(message); },
         [this](const QString &message) {
             if (!isBuilt())
-                m_frame->loadingView().showFailure(message);
+                m_frame->loadingView().showFailure(message, m_setup->explanation(message));
         },
         [this](const auto &wait) { m_parts->retired.runLoop(wait); });
     m_parts = std::make_unique<WindowParts>(

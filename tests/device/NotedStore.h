@@ -68,6 +68,7 @@ public:
     using OrbNetSetup::_push_statefile;
     using OrbNetSetup::_to_cmdstring;
     using OrbNetSetup::commandCount;
+    using OrbNetSetup::error;
     using OrbNetSetup::m_buffer;
     using OrbNetSetup::m_operation;
     using OrbNetSetup::m_state;

@@ -4,6 +4,7 @@
 #include "support/Waiting.h"
 
 #include <QTcpServer>
+#include <QTcpSocket>
 
 using namespace paravue::test;
 
@@ -37,6 +38,29 @@ struct Answers : public paravue::CredentialsSource {
     QList<QByteArray> saved;
 };
 
+/// Takes no more connections: further ones are never established.
+class FullServer
+{
+public:
+    bool listen()
+    {
+        m_server.setListenBacklogSize(0);
+        if (!m_server.listen(QHostAddress::LocalHost))
+            return false;
+        m_server.pauseAccepting();
+        do {
+            m_clients.push_back(std::make_unique<QTcpSocket>());
+            m_clients.back()->connectToHost(QHostAddress::LocalHost, m_server.serverPort());
+        } while (m_clients.back()->waitForConnected(50) && m_clients.size() < 100);
+        return m_clients.size() < 100;
+    }
+    QString address() const { return "a:b@127.0.0.1:" + QString::number(qint16(m_server.serverPort())); }
+
+private:
+    QTcpServer m_server;
+    std::vector<std::unique_ptr<QTcpSocket>> m_clients;
+};
+
 Answers *answersFor(OrbNetSetup &store)
 {
     auto source = std::make_unique<Answers>();
@@ -63,6 +87,12 @@ private Q_SLOTS:
     void reportsAnUnreachableRecorder();
     void reportsAConnectionThatTheRecorderCloses_data();
     void reportsAConnectionThatTheRecorderCloses();
+    void explainsErrorsOfTheNetwork_data();
+    void explainsErrorsOfTheNetwork();
+    void noticesWhatIsNoRecorder_data();
+    void noticesWhatIsNoRecorder();
+    void waitsNoLongerThanItMay_data();
+    void waitsNoLongerThanItMay();
     void reportsWhatNobodyAskedFor();
     void refusesToLoadBeforeItIsIdle();
     void survivesAnEventLoopInAReceiver();
@@ -225,6 +255,99 @@ void TestLink::reportsAConnectionThatTheRecorderCloses()
     QVERIFY(store.m_buffer.size() < 64);
     QVERIFY(state != 4 || store.m_buffer == CutReply);
     QVERIFY(state != 5 || store.commandCount() == 9);
+}
+
+void TestLink::explainsErrorsOfTheNetwork_data()
+{
+    const TestTable<int, int, QString> row("error", "state", "words");
+    row("refused", QAbstractSocket::ConnectionRefusedError, 1, "refuses the connection");
+    row("no route", QAbstractSocket::NetworkError, 1, "no route to the recorder");
+    row("no such name", QAbstractSocket::HostNotFoundError, 1, "No device with this name");
+    row("no answer", QAbstractSocket::SocketTimeoutError, 1, "does not answer");
+    row("closed", QAbstractSocket::RemoteHostClosedError, 5, "has closed the connection");
+    row("lost", QAbstractSocket::NetworkError, 5, "connection was lost");
+}
+
+void TestLink::explainsErrorsOfTheNetwork()
+{
+    QFETCH(int, error);
+    QFETCH(int, state);
+    QFETCH(QString, words);
+    NotedStore store("a:b@host");
+    store.m_state = state;
+    store.error(QAbstractSocket::SocketError(error));
+    const QString message = QString("Network error %1").arg(error);
+    QCOMPARE(store.errors, QStringList(message));
+    QVERIFY2(store.explanation(message).contains(words), qPrintable(store.explanation(message)));
+    QCOMPARE(store.linkStatus().problem, store.explanation(message));
+    QCOMPARE(store.linkStatus().cause, paravue::LinkStatus::Cause::Network);
+}
+
+void TestLink::noticesWhatIsNoRecorder_data()
+{
+    const TestTable<bool, QByteArray, QString> row("hasTimeout", "answer", "problem");
+    const QString foreign = "What answers at this address is not a recorder";
+    row("mail server", false, "220 mail.example.org\r\n", foreign);
+    row("nobody waits for more", true, "220 mail.example.org\r\n", foreign);
+    row("another frame", true, "LENGTH=24\r\nVORN_ANSWER=ERROR:busy\r\n",
+        "The recorder's answer to the login cannot be understood");
+}
+
+void TestLink::noticesWhatIsNoRecorder()
+{
+    QFETCH(bool, hasTimeout);
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, problem);
+    FakeRecorder recorder;
+    recorder.expect(Login).send(answer);
+    NotedStore store(recorder.address());
+    store.setTimeouts({std::chrono::hours(1), std::chrono::hours(hasTimeout ? 1 : 0)});
+    store.load();
+    AWAIT_COMPARE(store.linkStatus().problem, problem);
+    QCOMPARE(store.linkStatus().state, paravue::LinkStatus::State::Failed);
+    QCOMPARE(store.linkStatus().cause, paravue::LinkStatus::Cause::BadAnswer);
+    // Without a time-out the exchange waits, as for any login reply.
+    QCOMPARE(store.errors, hasTimeout ? QStringList(problem) : QStringList());
+    QCOMPARE(store.m_state, 2);
+}
+
+void TestLink::waitsNoLongerThanItMay_data()
+{
+    const TestTable<bool, QByteArray> row("isConnected", "login");
+    row("for the connection", false, "");
+    row("for the login reply", true, Ok.first(20));
+    row("for a reply", true, Ok);
+}
+
+void TestLink::waitsNoLongerThanItMay()
+{
+    QFETCH(bool, isConnected);
+    QFETCH(QByteArray, login);
+    FakeRecorder recorder;
+    recorder.expect(Login).send(login);
+    if (login == Ok)
+        recorder.expect("GET SETUP\r\n").send(CutReply);
+    recorder.expectClosed();
+    recorder.startConnection().login().reply("GET SETUP\r\n", NoFiles).expectClosed();
+    FullServer full;
+    NotedStore store(recorder.address());
+    if (isConnected) {
+        store.setTimeouts({std::chrono::hours(1), std::chrono::milliseconds(100)});
+        store.load();
+    } else {
+        QVERIFY(full.listen());
+        store.setAddress(full.address());
+        store.setTimeouts({std::chrono::milliseconds(100), std::chrono::hours(1)});
+        store.load();
+    }
+    QCOMPARE(store.awaitError(), "No answer from the recorder for 0.1 s");
+    QCOMPARE(store.linkStatus().state, paravue::LinkStatus::State::Failed);
+    QCOMPARE(store.linkStatus().cause, paravue::LinkStatus::Cause::NoAnswer);
+    if (!isConnected)
+        return;
+    store.resetLink();
+    QVERIFY(store.fetch());
+    QCOMPARE(store.faultsWith(recorder), QStringList());
 }
 
 void TestLink::reportsWhatNobodyAskedFor()

@@ -46,6 +46,7 @@ struct Outcome {
     enum Kind {
         Done,
         Waits,         ///< it waits for the recorder, without a time limit
+        WrongLogin,    ///< the same, and the status tells why in vain
         Stops,         ///< with the text as the one message
         Ends,          ///< the recorder ends the connection
         EndsIfNotLast, ///< the recorder ends the connection behind the answer
@@ -56,6 +57,7 @@ struct Outcome {
 
 const Outcome Done{Outcome::Done};
 const Outcome Waits{Outcome::Waits};
+const Outcome WrongLogin{Outcome::WrongLogin};
 const Outcome Ends{Outcome::Ends};
 const Outcome WrongAnswer{Outcome::Stops, "Wrong device answer"};
 
@@ -308,7 +310,7 @@ void TestFaults::checkOutcome(WatchedStore &watched, Phase phase, const Outcome 
 {
     if (outcome.kind == Outcome::Done)
         AWAIT_COMPARE(watched.state(), LinkStatus::State::Idle);
-    else if (outcome.kind == Outcome::Waits)
+    else if (outcome.kind == Outcome::Waits || outcome.kind == Outcome::WrongLogin)
         AWAIT_VERIFY(m_faultCount > 0);
     else
         AWAIT_VERIFY(!watched.messages.isEmpty());
@@ -326,6 +328,12 @@ void TestFaults::checkOutcome(WatchedStore &watched, Phase phase, const Outcome 
         QCOMPARE(watched.messages, QStringList());
         QCOMPARE(status.state, LinkStatus::State::Running);
         QVERIFY(status.lastTraffic.isValid());
+        break;
+    case Outcome::WrongLogin:
+        AWAIT_COMPARE(status.state, LinkStatus::State::Failed);
+        QCOMPARE(watched.messages, QStringList());
+        QCOMPARE(status.cause, LinkStatus::Cause::BadAnswer);
+        QVERIFY(!status.problem.isEmpty());
         break;
     case Outcome::Stops:
         QCOMPARE(watched.messages, QStringList(outcome.text));
@@ -393,20 +401,20 @@ void TestFaults::exchanges_data()
         {"close-after", Ends, {Outcome::EndsIfNotLast}},
         {"reset", Ends, Ends},
         {"error", {Outcome::Refused}, {Outcome::Stops, "Device error \"\""}},
-        {"error=disk busy", Waits, {Outcome::Stops, "Device error \"disk busy\""}},
-        // A login has two exact replies; anything else is no reply yet.
-        {"no-answer-line", Waits, WrongAnswer},
-        {"length=0", Waits, Done},
-        {"length=less", Waits, Done},
-        {"length=more", Waits, Waits},
-        {"length=2147483648", Waits, WrongAnswer},
-        {"length=9223372036854775808", Waits, WrongAnswer},
-        {"length=2147483648 + bytewise", Waits, WrongAnswer},
-        {"length=-5", Waits, Waits},
-        {"length=none", Waits, Waits},
-        {"garbage-before", Waits, Done},
+        {"error=disk busy", WrongLogin, {Outcome::Stops, "Device error \"disk busy\""}},
+        // A login has two exact replies.
+        {"no-answer-line", WrongLogin, WrongAnswer},
+        {"length=0", WrongLogin, Done},
+        {"length=less", WrongLogin, Done},
+        {"length=more", WrongLogin, Waits},
+        {"length=2147483648", WrongLogin, WrongAnswer},
+        {"length=9223372036854775808", WrongLogin, WrongAnswer},
+        {"length=2147483648 + bytewise", WrongLogin, WrongAnswer},
+        {"length=-5", WrongLogin, Waits},
+        {"length=none", WrongLogin, Waits},
+        {"garbage-before", WrongLogin, Done},
         {"garbage-behind",
-         Waits,
+         WrongLogin,
          {Outcome::Stops, "Unrecognized device error \"VORN_ANSWER=OK\r\n\x07garbage\uFFFD\r\n\""}},
     };
     for (const auto &row : rows) {
@@ -692,7 +700,7 @@ void TestFaults::triesAgainInAWindow()
     AWAIT_VERIFY(retry->isVisible());
     AWAIT_COMPARE(messages.count(), 1);
     letEventsArrive();
-    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.texts(), QStringList("Network error 1\n" + Closed));
     QCOMPARE(text->text(), Closed);
     setFaults({"bytewise"});
     QTest::mouseClick(retry, Qt::LeftButton);

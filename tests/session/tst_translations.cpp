@@ -272,7 +272,7 @@ void TestTranslations::theLogin()
     AWAIT_VERIFY(messages.hasSeen());
     QCOMPARE(dialogs.title(), "[Dialog]");
     QVERIFY(dialogs.texts().constFirst().contains("[The recorder has refused the login.]"));
-    QCOMPARE(messages.texts().constFirst(), "[Authorization failed]");
+    QCOMPARE(messages.texts().constFirst(), "[Authorization failed]\n[The recorder has refused the login]");
     m_expectedContexts = {"cDlg", "OrbNetSetup", "paravue::LoadingView"};
 }
 

@@ -23,7 +23,8 @@ LoginReply loginReply(const QByteArray &received)
         return LoginReply::Accepted;
     if (received == RefusedFrame)
         return LoginReply::Refused;
-    return LoginReply::Incomplete;
+    const bool isBeginning = AcceptedFrame.startsWith(received) || RefusedFrame.startsWith(received);
+    return isBeginning ? LoginReply::Incomplete : LoginReply::Wrong;
 }
 
 qsizetype longestLoginReply()

@@ -10,9 +10,10 @@ namespace paravue
 QByteArray loginRequest(const QString &login, const QString &password);
 
 enum class LoginReply {
-    Incomplete, ///< neither of the two frames, or not yet
+    Incomplete, ///< the beginning of one of the two frames
     Accepted,
     Refused,
+    Wrong, ///< neither of the two frames, whatever follows
 };
 
 /// The recorder answers a login with one of two fixed frames and nothing else.

@@ -55,8 +55,8 @@ void ErrorDisplay::showBox(const QString &message)
 {
     m_isOnScreen = true;
     m_runLoop([&] {
-        OrbDlgQuestion::Do(&m_window, QMessageBox::Critical, WindowText::tr("Paravue Setup"), message,
-                           QMessageBox::Ok, QMessageBox::NoButton);
+        OrbDlgQuestion::DoExplained(&m_window, QMessageBox::Critical, WindowText::tr("Paravue Setup"),
+                                    message, m_explain(message), QMessageBox::Ok, QMessageBox::NoButton);
     });
     // Consequences of this error are reported before the event loop runs again; they are not shown.
     QMetaObject::invokeMethod(

@@ -17,11 +17,15 @@ class ErrorDisplay
 {
 public:
     using RunLoop = std::function<void(const std::function<void()> &)>;
+    /// What a message means, in plain words; empty when it says it itself.
+    using Explain = std::function<QString(const QString &)>;
 
     /// The boxes are modal to \a window. \a accepted is called with every message that will be shown; \a
     /// runLoop runs the event loop of a box.
-    ErrorDisplay(QWidget &window, std::function<void(const QString &)> accepted, RunLoop runLoop)
-        : m_window(window), m_accepted(std::move(accepted)), m_runLoop(std::move(runLoop))
+    ErrorDisplay(QWidget &window, Explain explain, std::function<void(const QString &)> accepted,
+                 RunLoop runLoop)
+        : m_window(window), m_explain(std::move(explain)), m_accepted(std::move(accepted)),
+          m_runLoop(std::move(runLoop))
     {
     }
 
@@ -42,6 +46,7 @@ private:
     void showBox(const QString &message);
 
     QWidget &m_window;
+    Explain m_explain;
     std::function<void(const QString &)> m_accepted;
     RunLoop m_runLoop;
     QString m_deferred;   ///< the first message of the operation that runs

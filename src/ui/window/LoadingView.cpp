@@ -78,12 +78,14 @@ void LoadingView::setProgress(int percent, const QString &activity)
     showHeadline();
 }
 
-void LoadingView::showFailure(const QString &message)
+void LoadingView::showFailure(const QString &message, const QString &explanation)
 {
     m_failed = true;
     m_bar->hide();
     m_advice->show();
-    m_detail->setText(shortenedMessage(plainMessage(message)));
+    const QString plain = plainMessage(message);
+    m_detail->setText(
+        shortenedMessage(explanation.isEmpty() ? plain : explanation + QStringLiteral("\n(%1)").arg(plain)));
     showHeadline();
 }
 

@@ -23,8 +23,9 @@ public:
     /// \a percent of 0 to 100; \a activity is the present step and may be empty.
     void setProgress(int percent, const QString &activity);
     /// Shows that the settings could not be loaded, with \a message as the reason. "<br>" in it is a line
-    /// break; other markup is shown as it is. setProgress() returns to the progress.
-    void showFailure(const QString &message);
+    /// break; other markup is shown as it is. An \a explanation in plain words stands above it.
+    /// setProgress() returns to the progress.
+    void showFailure(const QString &message, const QString &explanation = {});
 
 protected:
     void changeEvent(QEvent *event) override;
