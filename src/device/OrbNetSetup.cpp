@@ -7,6 +7,7 @@
 #include "device/protocol/LoginFrames.h"
 #include "device/protocol/ReplyFrame.h"
 #include "store/OrbSettings.h"
+#include "store/PasswordDigest.h"
 
 #include <QPointer>
 #include <QScopeGuard>
@@ -479,6 +480,7 @@ void OrbNetSetup::askForLogin()
     Credentials record;
     const QString url = value(QStringLiteral("general/network/url"));
     record.url = url.toLocal8Bit();
+    record.isAfterRefusal = m_isLoginGiven || !isDefaultLogin();
     // The host may replace the source, or delete this store, while it asks.
     const std::shared_ptr<CredentialsSource> source = m_credentialsSource;
     const QPointer<OrbNetSetup> alive(this);
@@ -493,6 +495,7 @@ void OrbNetSetup::askForLogin()
     }
     if (!alive || m_resetsBeforeQuestion != m_resets)
         return;
+    m_isLoginGiven = m_isLoginGiven || isAnswered;
     setActivity(QString());
     LinkStatus refused{LinkStatus::State::Idle, tr("The recorder has refused the login")};
     refused.cause = LinkStatus::Cause::Login;
@@ -509,6 +512,15 @@ void OrbNetSetup::askForLogin()
                    .arg(QString::fromLocal8Bit(record.login), QString::fromLocal8Bit(record.password), url));
     // Deliberate: also when files were to be sent. Behind a new login everything is fetched afresh.
     load();
+}
+
+/// The one of lookUpCredentials() for a recorder that nobody has logged in to.
+bool OrbNetSetup::isDefaultLogin()
+{
+    const QString login = value(QStringLiteral("general/network/login"));
+    const QString password = value(QStringLiteral("general/network/password"));
+    return (login == u"admin" || login == u"guest") &&
+           password == QLatin1StringView(passwordDigest(QByteArray()));
 }
 
 void OrbNetSetup::reportWrongState(const char *where)

@@ -1,5 +1,6 @@
 #include "OwnUserFolders.h"
 #include "device/login/Authorization.h"
+#include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
 #include "device/login/cDlg.h"
 #include "device/login/cODAdaptor.h"
@@ -8,6 +9,7 @@
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -35,6 +37,8 @@ private Q_SLOTS:
     void isFilledInWithKeys_data();
     void isFilledInWithKeys();
     void hasTheNamesOfItsParts();
+    void showsThePasswordOnRequest();
+    void forgetsTheRememberedLogin();
     void endsWithWhatEndsItsLoop_data();
     void endsWithWhatEndsItsLoop();
     void makesRoomForItsTexts();
@@ -110,6 +114,49 @@ void TestCredentialsDialog::hasTheNamesOfItsParts()
     for (const char *name :
          {"vboxLayout", "hboxLayout", "hboxLayout1", "hboxLayout2", "hboxLayout3", "hboxLayout4"})
         QVERIFY2(dialog.findChild<QLayout *>(name), name);
+}
+
+void TestCredentialsDialog::showsThePasswordOnRequest()
+{
+    Credentials record{false, "host", "", 0, "a", ""};
+    cDlg dialog(record, nullptr, nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto *password = dialog.findChild<QLineEdit *>("lineEditPassword");
+    auto *action = dialog.findChild<QAction *>("actionShowPassword");
+    QVERIFY(password->actions().contains(action));
+    QTest::keyClicks(password, "secret");
+    QCOMPARE(password->displayText().count("e"), 0);
+    const QString toolTip = action->toolTip();
+    QTest::keyClick(password, Qt::Key_F8, Qt::AltModifier);
+    QCOMPARE(password->displayText(), "secret");
+    QVERIFY(action->toolTip() != toolTip);
+    action->trigger();
+    QCOMPARE(password->echoMode(), QLineEdit::Password);
+    QCOMPARE(dialog.focusWidget(), password);
+}
+
+void TestCredentialsDialog::forgetsTheRememberedLogin()
+{
+    Save({true, "other", "", 0, "b", "digest"});
+    Save({true, "HOST", "", 0, "a", "digest"});
+    Credentials record{false, "host:5049", "", 0, "a", ""};
+    {
+        cDlg dialog(record, nullptr, nullptr);
+        dialog.show();
+        auto *login = dialog.findChild<QLineEdit *>("lineEditLogin");
+        auto *action = dialog.findChild<QAction *>("actionForgetLogin");
+        QVERIFY(login->actions().contains(action) && action->isVisible());
+        action->trigger();
+        QCOMPARE(login->text(), "");
+        QVERIFY(!action->isVisible());
+        QVERIFY(dialog.findChild<QLabel *>("labelNotice")->isVisible());
+    }
+    const auto settings = SettingsFile::shared()->all();
+    QVERIFY(!savedCredentials(settings, "host"));
+    QVERIFY(savedCredentials(settings, "other"));
+    cDlg next(record, nullptr, nullptr);
+    QVERIFY(!next.findChild<QAction *>("actionForgetLogin")->isVisible());
 }
 
 void TestCredentialsDialog::endsWithWhatEndsItsLoop_data()

@@ -23,6 +23,7 @@ struct Answers : public paravue::CredentialsSource {
     bool ask(paravue::Credentials &record) override
     {
         ++asked;
+        isAfterRefusal = record.isAfterRefusal;
         url = record.url;
         record.remember = remember;
         record.login = "operator";
@@ -34,6 +35,7 @@ struct Answers : public paravue::CredentialsSource {
     bool accept = true;
     bool remember = true;
     int asked = 0;
+    bool isAfterRefusal = false;
     QByteArray url;
     QList<QByteArray> saved;
 };
@@ -101,6 +103,7 @@ private Q_SLOTS:
     void reportsARefusedLogin();
     void asksForAnotherLogin_data();
     void asksForAnotherLogin();
+    void tellsARefusalFromAMissingLogin();
 };
 
 void TestLink::logsInWithTheAddress_data()
@@ -452,6 +455,27 @@ void TestLink::asksForAnotherLogin()
     QCOMPARE(store.stores, 0);
     QCOMPARE(store.address(), recorder.address("operator", OperatorPassword));
     QCOMPARE(answers->saved, remember ? QList{"operator@" + answers->url} : QList<QByteArray>());
+}
+
+/// The default login is nobody's: that it is refused is no mistake of the user.
+void TestLink::tellsARefusalFromAMissingLogin()
+{
+    const QString digest = "d41d8cd98f00b204e9800998ecf8427e"; // of ""
+    FakeRecorder refusing;
+    const auto refuse = [&refusing](const QString &login, const QString &password) {
+        refusing.expect("\x04LOGIN=" + login.toUtf8() + "\r\nPASS=" + password.toUtf8() + "\r\n")
+            .send(Refusal);
+        refusing.expectClosed().startConnection();
+    };
+    refuse("admin", digest);
+    refuse("operator", OperatorPassword);
+    NotedStore store(refusing.address("admin", digest));
+    Answers *answers = answersFor(store);
+    store.load();
+    AWAIT_COMPARE(answers->asked, 1);
+    QVERIFY(!answers->isAfterRefusal);
+    AWAIT_COMPARE(answers->asked, 2);
+    QVERIFY(answers->isAfterRefusal);
 }
 
 QTEST_GUILESS_MAIN(TestLink)

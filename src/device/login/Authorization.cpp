@@ -27,7 +27,8 @@ bool askUser(Credentials &record)
     QWidget *above = QApplication::activeModalWidget();
     auto dialog =
         std::make_unique<cDlg>(record, cODAdaptor::instance(), above ? above : QApplication::activeWindow());
-    dialog->tellRefusal();
+    if (record.isAfterRefusal)
+        dialog->tellRefusal();
     // The parent may be destroyed meanwhile, and the dialog with it.
     const QPointer<cDlg> alive(dialog.get());
     DialogLoop::run(*dialog);

@@ -5,9 +5,9 @@
 namespace paravue
 {
 
-/// With \a ask, asks the user in a modal dialog for the login to the recorder at \a record.url, which has
-/// refused the last one; returns false when the user gave up. Without, fills \a record in from what is
-/// remembered of this recorder, else with the default login and an empty password.
+/// With \a ask, asks the user in a modal dialog for the login to the recorder at \a record.url; returns false
+/// when the user gave up. Without, fills \a record in from what is remembered of this recorder, else with the
+/// default login and an empty password.
 bool Authorize(Credentials &record, bool ask);
 
 /// Remembers \a record in place of what was kept for its recorder; forgets that without the remember flag.

@@ -15,6 +15,8 @@ struct Credentials {
     int level = 0;         ///< access level; above 0 the default login is the administrator's
     QByteArray login;      ///< in the local 8-bit encoding
     QByteArray password;   ///< as it is sent: the lower-case hexadecimal MD5 digest of the typed text
+    /// When it is asked for: a login that somebody has given was refused, not just the default one.
+    bool isAfterRefusal = true;
 };
 
 /// Where OrbNetSetup gets a login from when the recorder refuses the one it has, and where it keeps one. A

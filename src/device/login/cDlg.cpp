@@ -3,10 +3,13 @@
 #include "controls/MessageText.h"
 #include "controls/ReadableColors.h"
 #include "controls/SharedPictures.h"
+#include "device/login/LoginIcons.h"
+#include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
 #include "device/login/cODAdaptor.h"
 #include "store/PasswordDigest.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -96,6 +99,7 @@ cDlg::cDlg(Credentials &record, cODAdaptor *adaptor, QWidget *parent)
     m_passwordLabel->setBuddy(m_password);
     m_refusal->hide();
     buildRows();
+    addActions();
     applyPalette();
     showNotice();
     onODUpdate();
@@ -140,6 +144,42 @@ void cDlg::buildRows()
     row("hboxLayout3", rows)->addWidget(m_remember);
     rows->addStretch();
     row("hboxLayout4", rows)->addWidget(m_buttons);
+}
+
+/// They stand inside the fields, so that the keys of the dialog go where they always did.
+void cDlg::addActions()
+{
+    m_showPassword = named("actionShowPassword", new QAction(this));
+    m_showPassword->setCheckable(true);
+    m_showPassword->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F8));
+    m_password->addAction(m_showPassword, QLineEdit::TrailingPosition);
+    connect(m_showPassword, &QAction::toggled, this, &cDlg::showPassword);
+
+    m_forget = named("actionForgetLogin", new QAction(this));
+    m_forget->setToolTip(tr("Forget the remembered login"));
+    m_forget->setVisible(savedCredentials(m_settings->all(), m_record.url).has_value());
+    m_login->addAction(m_forget, QLineEdit::TrailingPosition);
+    connect(m_forget, &QAction::triggered, this, &cDlg::forgetLogin);
+}
+
+void cDlg::showPassword(bool isShown)
+{
+    m_password->setEchoMode(isShown ? QLineEdit::Normal : QLineEdit::Password);
+    applyPalette();
+}
+
+void cDlg::forgetLogin()
+{
+    Credentials forgotten;
+    forgotten.url = m_record.url;
+    m_settings->change([forgotten](SettingsMap &settings) { saveCredentials(settings, forgotten); });
+    m_forget->setVisible(false);
+    m_login->clear();
+    m_password->clear();
+    m_login->setFocus();
+    m_notice->setText(tr("The remembered login is forgotten."));
+    m_notice->show();
+    makeRoom();
 }
 
 void cDlg::tellRefusal()
@@ -226,9 +266,13 @@ void cDlg::paintEvent(QPaintEvent *event)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-/// The refusal stands out, on light and on dark grounds.
+/// The refusal and the icons stand out, on light and on dark grounds.
 void cDlg::applyPalette()
 {
+    const bool isShown = m_showPassword->isChecked();
+    m_showPassword->setIcon(eyeIcon(m_password->palette(), isShown));
+    m_showPassword->setToolTip(isShown ? tr("Hide the password (Alt+F8)") : tr("Show the password (Alt+F8)"));
+    m_forget->setIcon(crossIcon(m_login->palette()));
     const QColor ground = palette().color(QPalette::Window);
     QPalette palette = m_refusal->palette();
     palette.setColor(QPalette::WindowText, readableVersion(QColor(0xc6, 0x28, 0x28), ground));

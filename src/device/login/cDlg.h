@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QAction;
 class QCheckBox;
 class QDialogButtonBox;
 class QLabel;
@@ -52,6 +53,9 @@ private:
     void keepRemember();
     void showNotice();
     void applyPalette();
+    void addActions();
+    void showPassword(bool isShown);
+    void forgetLogin();
 
     paravue::Credentials &m_record;
     QPointer<cODAdaptor> m_adaptor;
@@ -67,4 +71,6 @@ private:
     QLineEdit *m_password;
     QCheckBox *m_remember;
     QDialogButtonBox *m_buttons;
+    QAction *m_showPassword = nullptr;
+    QAction *m_forget = nullptr;
 };
