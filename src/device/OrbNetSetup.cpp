@@ -1,11 +1,13 @@
 #include "device/OrbNetSetup.h"
 
+#include "device/LinkLog.h"
 #include "device/LocalFiles.h"
 #include "device/login/Authorization.h"
 #include "device/protocol/DeviceAddress.h"
 #include "device/protocol/Limits.h"
 #include "device/protocol/LoginFrames.h"
 #include "device/protocol/ReplyFrame.h"
+#include "store/LogText.h"
 #include "store/OrbSettings.h"
 #include "store/PasswordDigest.h"
 
@@ -26,6 +28,13 @@ namespace
 constexpr std::chrono::milliseconds AdjustmentPause(1000);
 
 } // namespace
+
+namespace paravue
+{
+
+Q_LOGGING_CATEGORY(linkLog, "paravue.link", QtWarningMsg)
+
+} // namespace paravue
 
 OrbNetSetup::OrbNetSetup(const QString &address)
     : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
@@ -123,6 +132,7 @@ void OrbNetSetup::_connect()
     setActivity(tr("Connecting"));
     showRunning();
     waitFor(m_timeouts.connection);
+    qCInfo(linkLog).noquote() << "connecting to" << device->host << "port" << device->port;
     m_socket->connectToHost(device->host, device->port, QIODevice::ReadWrite);
 }
 
@@ -153,6 +163,8 @@ void OrbNetSetup::connected()
     m_state = LoginSent;
     setActivity(tr("Logging in"));
     waitFor(m_timeouts.answer);
+    qCInfo(linkLog).noquote() << "connected, logging in as"
+                              << logText(value(QStringLiteral("general/network/login")));
     m_socket->write(request);
 }
 
@@ -219,6 +231,7 @@ bool OrbNetSetup::acceptLogin()
     case LoginReply::Accepted:
         m_buffer.clear();
         m_state = LoggedIn;
+        qCInfo(linkLog) << "logged in";
         return true;
     case LoginReply::Refused:
         retryLogin();
@@ -286,6 +299,8 @@ void OrbNetSetup::keepReply()
 {
     // Taken out first: the handler may replace the list that the command stands in.
     const QByteArray body = std::exchange(m_buffer, {});
+    if (m_state >= FirstCommand)
+        qCInfo(linkLog) << "answered," << body.size() << "bytes";
     if (m_state >= FirstCommand && m_operation == Send)
         noteArrival(QString::fromUtf8(commandCurrent().name));
     if (m_state < FirstCommand || m_operation != Fetch)
@@ -354,6 +369,7 @@ void OrbNetSetup::disconnected()
 
 void OrbNetSetup::finishExchange()
 {
+    qCInfo(linkLog) << "exchange ended";
     m_state = Idle;
     m_operation = NoOperation;
     m_cmdlist.clear();
@@ -381,6 +397,7 @@ void OrbNetSetup::showRunning()
 
 void OrbNetSetup::showFailed(LinkStatus::Cause cause, const QString &problem)
 {
+    qCInfo(linkLog).noquote() << "failed:" << logText(problem);
     LinkStatus status{LinkStatus::State::Failed, problem};
     status.cause = cause;
     setLinkStatus(status);
@@ -473,6 +490,7 @@ void OrbNetSetup::retryLogin()
 
 void OrbNetSetup::askForLogin()
 {
+    qCInfo(linkLog) << "the login was refused, asking for another one";
     // The answer to the open question also serves an exchange that is refused meanwhile.
     m_resetsBeforeQuestion = m_resets;
     if (m_isAsking)

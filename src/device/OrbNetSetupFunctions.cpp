@@ -1,8 +1,10 @@
 #include "device/OrbNetSetup.h"
 
 #include "device/CTimeZoner.h"
+#include "device/LinkLog.h"
 #include "device/protocol/DeviceCommands.h"
 #include "device/protocol/Limits.h"
+#include "store/LogText.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -40,6 +42,7 @@ std::optional<QByteArray> packageContent(const QString &path)
 void OrbNetSetup::function(const QString &name, const QString &arg)
 {
     const DeviceCommand *command = findDeviceCommand(name);
+    qCInfo(linkLog).noquote() << "function" << logText(name);
     if (!command) {
         OrbSetup::function(name, arg);
         return;

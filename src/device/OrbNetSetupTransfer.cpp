@@ -1,5 +1,6 @@
 #include "device/OrbNetSetup.h"
 
+#include "device/LinkLog.h"
 #include "device/LocalFiles.h"
 #include "device/protocol/DescriptionFileList.h"
 #include "device/protocol/GzText.h"
@@ -7,6 +8,7 @@
 #include "device/protocol/ReplyFrame.h"
 #include "device/protocol/StateTemplate.h"
 #include "device/protocol/WireBody.h"
+#include "store/LogText.h"
 #include "store/OrbSettings.h"
 #include "store/WholeFile.h"
 
@@ -242,6 +244,8 @@ bool OrbNetSetup::sendRequest(const compcommand &command)
         return false;
     }
     const QByteArray body = m_operation == Send ? wireBody(*content) : QByteArray();
+    qCInfo(linkLog).noquote() << "sent" << logText(QString::fromLocal8Bit(request)) << "for" << name << "with"
+                              << body.size() << "bytes";
     m_socket->write(request);
     if (!body.isEmpty())
         m_socket->write(body);

@@ -21,6 +21,7 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -36,6 +37,7 @@ const QString descriptionFile = QStringLiteral("interface");
 const QString progressFile = QStringLiteral("general");
 const QString progressAddress = QStringLiteral("general/progress_dialog/progress");
 constexpr int TaskTick = 500; // milliseconds
+Q_LOGGING_CATEGORY(windowLog, "paravue.window", QtWarningMsg)
 const QString progressTag = QStringLiteral("progress_dialog");
 
 /// The host in a store's address. Login and password are not shown, and the port may be in a form that only
@@ -99,6 +101,7 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
 }
 
 CWinMain::~CWinMain() = default;
+    qCInfo(windowLog) << "opened for" << recorderName(setup->address());
 
 void CWinMain::wire()
 {
@@ -108,6 +111,9 @@ void CWinMain::wire()
     m_taskTimer = new QTimer(this);
     m_taskTimer->setInterval(TaskTick);
     connect(m_taskTimer, &QTimer::timeout, this, &CWinMain::timeout);
+    connect(this, &QDialog::finished, this, [](int result) {
+        qCInfo(windowLog) << (result == Accepted ? "closed, accepted" : "closed, rejected");
+    });
     connect(&*m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
     connect(&*m_setup, &QObject::destroyed, this, &CWinMain::reject);
@@ -229,6 +235,7 @@ void CWinMain::showDialog(const QString &tag)
         m_parts->dialogs.run(tag, [this](QDialog &dialog) { letUserAct([&] { DialogLoop::run(dialog); }); });
         if (takesPasswords)
             m_parts->users.clearPasswords();
+    qCInfo(windowLog) << "dialog" << tag;
     });
 }
 
@@ -348,6 +355,8 @@ void CWinMain::build(const QByteArray &description, const QString &path)
 
 bool CWinMain::eventFilter(QObject *watched, QEvent *event)
 {
+    qCInfo(windowLog) << "description shown," << m_frame->tabs()->count() << "pages and"
+                      << m_parts->description.table().numbersSince(0).size() << "controls";
     if (event->type() == QEvent::KeyPress && pressFocusedButton(*static_cast<QKeyEvent *>(event)))
         return true;
     return QDialog::eventFilter(watched, event);

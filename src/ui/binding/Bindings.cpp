@@ -8,10 +8,18 @@
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ToolTip.h"
 
+#include <QLoggingCategory>
 #include <QSet>
 
 namespace paravue
 {
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(valueLog, "paravue.values", QtWarningMsg)
+
+} // namespace
 
 Bindings::Bindings(ControlContext &context, ActionRunner &actions, FileAccessGuard &paths)
     : m_context(context), m_table(context.description().table()), m_actions(actions), m_fileAccess(paths)
@@ -58,13 +66,23 @@ void Bindings::changed(QWidget *sender)
         return;
     }
     const int number = control->number;
+    const QList<Assignment> assignments = control->adapter->assignments(m_context, *control);
+    logChange(assignments);
     const bool isTyped = control->adapter->isTyped(*control) && !m_actions.isRunning();
-    write(control->adapter->assignments(m_context, *control),
-          isTyped ? ValueOrigin::Person : ValueOrigin::Description);
+    write(assignments, isTyped ? ValueOrigin::Person : ValueOrigin::Description);
     // A write may run any code, even replace the description.
     control = m_table.find(number);
     if (control && control->widget == sender)
         m_actions.reactToChange(*control);
+}
+
+/// Once while one value is edited, and without the value, which may be a password.
+void Bindings::logChange(const QList<Assignment> &assignments)
+{
+    const QString path = assignments.isEmpty() ? QString() : assignments.constFirst().path;
+    if (path != m_loggedChange && !path.isEmpty())
+        qCInfo(valueLog).noquote() << "changed" << path;
+    m_loggedChange = path;
 }
 
 void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)

@@ -33,11 +33,13 @@ public:
 
 private:
     void reload(Control &control);
+    void logChange(const QList<Assignment> &assignments);
 
     ControlContext &m_context;
     ControlTable &m_table;
     ActionRunner &m_actions;
     FileAccessGuard &m_fileAccess;
+    QString m_loggedChange; ///< the address that was logged last
 };
 
 } // namespace paravue

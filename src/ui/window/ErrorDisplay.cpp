@@ -1,6 +1,7 @@
 #include "ui/window/ErrorDisplay.h"
 
 #include "controls/OrbDlgQuestion.h"
+#include "store/LogText.h"
 #include "ui/base/WindowText.h"
 
 #include <QLoggingCategory>
@@ -14,7 +15,7 @@ namespace paravue
 namespace
 {
 
-Q_LOGGING_CATEGORY(windowLog, "paravue.window")
+Q_LOGGING_CATEGORY(messageLog, "paravue.messages", QtWarningMsg)
 
 } // namespace
 
@@ -22,9 +23,12 @@ void ErrorDisplay::show(const QString &message, Repeats repeats)
 {
     const bool isKnown = repeats == Repeats::Logged && m_shownOnce.contains(message);
     if (isKnown || m_isOnScreen || (isOperating() && !m_deferred.isEmpty())) {
-        qCWarning(windowLog).noquote() << "not shown, a message came before:" << message;
+        qCWarning(messageLog).noquote() << "not shown, a message came before:" << logText(message);
         return;
     }
+    const QString explanation = m_explain(message);
+    qCWarning(messageLog).noquote() << logText(
+        explanation.isEmpty() ? message : message + QStringLiteral(": ") + explanation);
     if (repeats == Repeats::Logged)
         m_shownOnce.insert(message);
     m_accepted(message);
