@@ -38,7 +38,8 @@ function(paravue_install_library)
         DESTINATION ${include_dir} COMPONENT development)
     foreach(header IN ITEMS
             store/LinkStatus.h store/OrbSetup.h device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h device/TimeZoneTable.h
-            entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/cSetupWidget.h check/DescriptionCheck.h)
+            entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h
+            entry/cSetupWidget.h check/DescriptionCheck.h)
         cmake_path(GET header PARENT_PATH folder)
         install(FILES ${PARAVUE_SOURCE_DIR}/${header}
             DESTINATION ${include_dir}/${folder} COMPONENT development)

@@ -51,6 +51,8 @@ class PARAVUE_EXPORT OrbNetSetup : public OrbSetup
     Q_OBJECT
 
 public:
+    static constexpr quint16 DefaultPort = 5049;
+
     explicit OrbNetSetup(const QString &address);
     ~OrbNetSetup() override;
 
@@ -61,6 +63,14 @@ public:
     /// The names of the configuration files that a session with this interface description fetches, the
     /// description's own name included: its own list when it has one, otherwise the built-in list.
     static QStringList fileNames(const QByteArray &description = {});
+
+    /// The address of the recorder at \a host and any \a port, for the constructor. In an address the port is
+    /// a signed 16-bit number, so 40000 is written as -25536. Empty when no address can hold the parts:
+    /// without a host or with port 0, with a ":" in \a password or \a host (such as that of an IPv6 address),
+    /// or with an "@" in \a host. \a password is what the recorder expects, mostly the MD5 digest of the
+    /// typed one.
+    static QString deviceAddress(const QString &login, const QString &password, const QString &host,
+                                 quint16 port = DefaultPort);
 
     /// Who is asked for another login when the recorder refuses the one of the address. At first that is the
     /// user, in a modal dialog (nobody in a program without widgets). With nobody a refused login reports
@@ -184,6 +194,7 @@ private:
     void startSave(const std::optional<QStringList> &only);
     void expectArrivals(const std::optional<QStringList> &only);
     void compileStates();
+    void noteLocalProblem();
     void noteArrival(const QString &name);
     void noteReplacement(const QString &name);
     void dropLaterEdits(const QStringList &names);

@@ -273,6 +273,7 @@ bool OrbNetSetup::keepLocalCopies(const QString &name, const QByteArray &data)
         if (!path.isEmpty())
             m_temporaries->takeBack(name);
         m_notKept.insert(name);
+        noteLocalProblem();
         Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(name));
         return false;
     }
@@ -283,6 +284,13 @@ bool OrbNetSetup::keepLocalCopies(const QString &name, const QByteArray &data)
     forgetValues(name);
     forgetValues(original);
     return true;
+}
+
+void OrbNetSetup::noteLocalProblem()
+{
+    LinkStatus status = linkStatus();
+    status.cause = LinkStatus::Cause::LocalFile;
+    setLinkStatus(status);
 }
 
 /// Values that were read from an earlier copy of the file \a name, and edits of it, are dropped: what is

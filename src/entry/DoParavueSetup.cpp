@@ -1,9 +1,12 @@
 #include "entry/DoParavueSetup.h"
 
 #include "controls/OrbDlgQuestion.h"
+#include "entry/RunParavueSetup.h"
 #include "ui/CWinMain.h"
 
 #include <QCoreApplication>
+
+#include <utility>
 
 namespace
 {
@@ -35,21 +38,34 @@ void abandon(std::unique_ptr<CWinMain> window)
     window.release()->deleteLater();
 }
 
-} // namespace
-
-int PARAVUE_CALL DoParavueSetup(OrbSetup *setup)
+/// The result of the window, and whether it came to show the recorder's pages.
+std::pair<int, bool> runWindow(OrbSetup *setup, QWidget *parent)
 {
     std::unique_ptr<CWinMain> window;
     try {
-        window = std::make_unique<CWinMain>(setup, nullptr);
+        window = std::make_unique<CWinMain>(setup, parent);
         const int result = window->exec();
+        const bool isShown = window->isBuilt();
         dispose(std::move(window));
-        return result;
+        return {result, isShown};
     } catch (const QString &message) {
         abandon(std::move(window));
         OrbDlgQuestion::Do(nullptr, QMessageBox::Critical,
                            QCoreApplication::translate("CWinMain", "Paravue Setup"), message, QMessageBox::Ok,
                            QMessageBox::NoButton);
-        return 0;
+        return {QDialog::Rejected, false};
     }
+}
+
+} // namespace
+
+int PARAVUE_CALL DoParavueSetup(OrbSetup *setup)
+{
+    return runWindow(setup, nullptr).first;
+}
+
+paravue::SessionOutcome RunParavueSetup(OrbSetup *setup, const paravue::SessionOptions &options)
+{
+    const auto [result, isShown] = runWindow(setup, options.parent);
+    return {result == QDialog::Accepted, isShown};
 }

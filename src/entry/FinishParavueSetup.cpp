@@ -195,13 +195,14 @@ private:
     {
         const SaveStatus &save = m_store.saveStatus();
         SaveOutcome result{SaveOutcome::Result::Done, save.arrived, save.missing, replaced(),
-                           m_store.linkStatus().problem};
+                           m_store.linkStatus().problem, m_store.linkStatus().cause};
         if (m_isStopped) {
             result.result = SaveOutcome::Result::Stopped;
             result.problem = tr("Sending was stopped.");
         } else if (m_isSilent) {
             result.result = SaveOutcome::Result::Failed;
             result.problem = tr("The recorder does not answer");
+            result.cause = LinkStatus::Cause::NoAnswer;
         } else if (!result.problem.isEmpty() || !result.missing.isEmpty() || !result.replaced.isEmpty() ||
                    !m_queue.abandoned().isEmpty()) {
             result.result = SaveOutcome::Result::Failed;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ParavueSetupExport.h"
+#include "store/LinkStatus.h"
 
 #include <QString>
 #include <QStringList>
@@ -26,6 +27,7 @@ struct SaveOutcome {
     /// edited in them is gone.
     QStringList replaced = {};
     QString problem = {}; ///< in plain words for the user, translated
+    LinkStatus::Cause cause = LinkStatus::Cause::None; ///< what kind of problem it is
 };
 
 struct FinishOptions {

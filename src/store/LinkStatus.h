@@ -23,6 +23,7 @@ struct LinkStatus {
         Login,     ///< the recorder has refused the login
         Refused,   ///< the recorder has answered a command with an error
         BadAnswer, ///< what was received is no answer of a recorder
+        LocalFile, ///< a file on this computer could not be written or read; the link itself is in order
     };
 
     State state = State::Idle;

@@ -61,12 +61,17 @@ bool pressFocusedButton(const QKeyEvent &event)
 
 } // namespace
 
-CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
+CWinMain::CWinMain(OrbSetup *setup, QWidget *parent) : CWinMain(setup, parent, Placement::Window) {}
+
+CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement)
     : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(*setup)
 {
+    if (placement == Placement::Page)
+        setWindowFlags(Qt::Widget); // given to the constructor, it would mean a dialog
     registerPictures();
     setWindowTitle(tr("Paravue Setup"));
-    setWindowModality(Qt::ApplicationModal);
+    if (isWindow())
+        setWindowModality(Qt::ApplicationModal);
     m_errors = std::make_unique<ErrorDisplay>(
         *this, [this](const QString &message) { return m_setup->explanation(message); },
         [this](const QString &message) {
@@ -92,28 +97,29 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent)
     m_status = new StatusLine(*setup, this);
     m_frame->addStatusLine(m_status);
     connect(m_status, &StatusLine::retryRequested, this, [this] { operate([this] { tryAgain(); }); });
-    new WindowDrag(this, m_frame->header()->label());
+    if (isWindow())
+        new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
     show();
+    qCInfo(windowLog) << "opened for" << recorderName(setup->address());
     operate([this] { m_setup->load(); });
     if (!isBuilt())
         m_frame->loadingView();
 }
 
 CWinMain::~CWinMain() = default;
-    qCInfo(windowLog) << "opened for" << recorderName(setup->address());
 
 void CWinMain::wire()
 {
+    connect(this, &QDialog::finished, this, [](int result) {
+        qCInfo(windowLog) << (result == Accepted ? "closed, accepted" : "closed, rejected");
+    });
     connect(m_frame->okButton(), &QPushButton::clicked, this, &CWinMain::saveSettings);
     connect(m_frame->cancelButton(), &QPushButton::clicked, this, &CWinMain::reject);
     connect(m_frame->header(), &WindowHeader::closeRequested, this, &CWinMain::reject);
     m_taskTimer = new QTimer(this);
     m_taskTimer->setInterval(TaskTick);
     connect(m_taskTimer, &QTimer::timeout, this, &CWinMain::timeout);
-    connect(this, &QDialog::finished, this, [](int result) {
-        qCInfo(windowLog) << (result == Accepted ? "closed, accepted" : "closed, rejected");
-    });
     connect(&*m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
     connect(&*m_setup, &QObject::destroyed, this, &CWinMain::reject);
@@ -229,13 +235,13 @@ void CWinMain::onLoadDone()
 
 void CWinMain::showDialog(const QString &tag)
 {
+    qCInfo(windowLog) << "dialog" << tag;
     operate([&] {
         // Asked first, as another description may come while the dialog is open.
         const bool takesPasswords = m_parts->users.takesPasswords(tag);
         m_parts->dialogs.run(tag, [this](QDialog &dialog) { letUserAct([&] { DialogLoop::run(dialog); }); });
         if (takesPasswords)
             m_parts->users.clearPasswords();
-    qCInfo(windowLog) << "dialog" << tag;
     });
 }
 
@@ -349,14 +355,14 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     m_frame->showPages();
     m_status->setBuilt(true);
     setUpdatesEnabled(true);
+    qCInfo(windowLog) << "description shown," << m_frame->tabs()->count() << "pages and"
+                      << m_parts->description.table().numbersSince(0).size() << "controls";
     if (isFirst)
         m_frame->tabs()->setFocus();
 }
 
 bool CWinMain::eventFilter(QObject *watched, QEvent *event)
 {
-    qCInfo(windowLog) << "description shown," << m_frame->tabs()->count() << "pages and"
-                      << m_parts->description.table().numbersSince(0).size() << "controls";
     if (event->type() == QEvent::KeyPress && pressFocusedButton(*static_cast<QKeyEvent *>(event)))
         return true;
     return QDialog::eventFilter(watched, event);

@@ -33,13 +33,19 @@ class CWinMain : public QDialog
     Q_OBJECT
 
 public:
+    /// A window of its own, or a widget within the parent's window: not modal, and shown with its parent.
+    enum class Placement { Window, Page };
+
     /// \a setup stays the caller's. The window closes when it is deleted.
     CWinMain(OrbSetup *setup, QWidget *parent);
+    CWinMain(OrbSetup *setup, QWidget *parent, Placement placement);
     ~CWinMain() override;
 
     /// Runs the window in an event loop of its own until it is closed; returns its result. Exceptions of type
     /// QString pass through. Does nothing when the window runs already.
     int exec() override;
+    /// The description was read and its pages are there.
+    bool isBuilt() const { return !m_builtFrom.isEmpty(); }
     /// Closes the dialogs that the window has opened and disconnects from the store. May throw, unlike the
     /// destructor.
     void endSession();
@@ -94,7 +100,6 @@ private:
     void tryAgain();
     void readDescription();
     void build(const QByteArray &description, const QString &path);
-    bool isBuilt() const { return !m_builtFrom.isEmpty(); }
 
     paravue::StoreReference m_setup;
     QTimer *m_taskTimer = nullptr;

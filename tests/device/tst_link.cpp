@@ -1,5 +1,6 @@
 #include "FakeRecorder.h"
 #include "NotedStore.h"
+#include "device/protocol/DeviceAddress.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -80,6 +81,8 @@ class TestLink : public QObject
 private Q_SLOTS:
     void logsInWithTheAddress_data();
     void logsInWithTheAddress();
+    void makesAddresses_data();
+    void makesAddresses();
     void readsRepliesByteByByte();
     void stopsAtAWrongReply_data();
     void stopsAtAWrongReply();
@@ -133,6 +136,34 @@ void TestLink::logsInWithTheAddress()
     QCOMPARE(store.value("general/network/url"), recorder.address("", "").mid(2));
     // There is nothing to fetch but the description, and nothing to send.
     QCOMPARE(store.percents, QList<int>({0, 100, 100}));
+}
+
+void TestLink::makesAddresses_data()
+{
+    const TestTable<QStringList, int, QString> row("parts", "port", "address");
+    row("usual port", {"a", "b", "host"}, 5049, "a:b@host:5049");
+    row("last short one", {"a", "b", "host"}, 32767, "a:b@host:32767");
+    row("first long one", {"a", "b", "host"}, 32768, "a:b@host:-32768");
+    row("last port", {"a:b", "c@d", "host"}, 65535, "a:b:c@d@host:-1");
+    row("no port", {"a", "b", "host"}, 0, "");
+    row("no host", {"a", "b", ""}, 1, "");
+    row("IPv6", {"a", "b", "::1"}, 1, "");
+    row("at in the host", {"a", "b", "c@host"}, 1, "");
+    row("colon in the password", {"a", "b:c", "host"}, 1, "");
+}
+
+void TestLink::makesAddresses()
+{
+    QFETCH(QStringList, parts);
+    QFETCH(int, port);
+    QFETCH(QString, address);
+    QCOMPARE(OrbNetSetup::deviceAddress(parts[0], parts[1], parts[2], quint16(port)), address);
+    const auto parsed = paravue::DeviceAddress::parse(address);
+    QCOMPARE(parsed.has_value(), !address.isEmpty());
+    if (parsed) {
+        QCOMPARE(QStringList({parsed->login, parsed->password, parsed->host}), parts);
+        QCOMPARE(parsed->port, quint16(port));
+    }
 }
 
 void TestLink::readsRepliesByteByByte()

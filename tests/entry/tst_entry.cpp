@@ -1,12 +1,17 @@
 #include "ModalWatcher.h"
 #include "StoreFixture.h"
 #include "entry/DoParavueSetup.h"
+#include "entry/RunParavueSetup.h"
+#include "entry/SetupPage.h"
 #include "entry/cSetupWidget.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -14,6 +19,7 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
+using namespace paravue;
 using namespace paravue::test;
 
 namespace
@@ -96,6 +102,13 @@ class TestEntry : public QObject
 private Q_SLOTS:
     void returnsTheResult_data();
     void returnsTheResult();
+    void standsAboveItsParent();
+    void tellsWhetherItHasShownPages_data();
+    void tellsWhetherItHasShownPages();
+    void standsInAPage_data();
+    void standsInAPage();
+    void endsWithThePageOrItsStore_data();
+    void endsWithThePageOrItsStore();
     void showsWhatWasThrown_data();
     void showsWhatWasThrown();
     void letsOtherExceptionsThrough();
@@ -132,6 +145,106 @@ void TestEntry::returnsTheResult()
     QVERIFY(!windowIsLeft());
     QVERIFY(!messages.hasSeen());
     Q_EMIT fixture.store().progress(5); // nobody listens any more
+}
+
+void TestEntry::standsAboveItsParent()
+{
+    StoreFixture fixture({{"interface", Description}});
+    QWidget host;
+    host.setGeometry(100, 100, 700, 500);
+    host.show();
+    const ModalWatcher windows(
+        [&](QWidget &window) {
+            QCOMPARE(window.parentWidget(), &host);
+            QVERIFY(window.isWindow() && window.isModal());
+            const QPoint distance = window.geometry().center() - host.geometry().center();
+            QVERIFY2(distance.manhattanLength() < 200,
+                     qPrintable(QString::number(distance.manhattanLength())));
+        },
+        "CWinMain");
+    const SessionOutcome outcome = RunParavueSetup(&fixture.store(), {&host});
+    QVERIFY(!outcome.isAccepted && outcome.isShown);
+    QCOMPARE(windows.count(), 1);
+}
+
+void TestEntry::tellsWhetherItHasShownPages_data()
+{
+    const TestTable<QByteArray, bool> row("description", "isShown");
+    row("good", Description, true);
+    row("no description", "<html/>", false);
+}
+
+void TestEntry::tellsWhetherItHasShownPages()
+{
+    QFETCH(QByteArray, description);
+    StoreFixture fixture({{"interface", description}});
+    QTimer user; // closes the message, and then the window
+    connect(&user, &QTimer::timeout, &user, [] {
+        if (QWidget *top = QApplication::activeModalWidget())
+            top->close();
+    });
+    user.start(10);
+    QTEST(RunParavueSetup(&fixture.store()).isShown, "isShown");
+}
+
+void TestEntry::standsInAPage_data()
+{
+    const TestTable<QString, bool> row("button", "isAccepted");
+    row("accepted", "OK", true);
+    row("rejected", "Cancel", false);
+}
+
+void TestEntry::standsInAPage()
+{
+    QFETCH(QString, button);
+    QFETCH(bool, isAccepted);
+    StoreFixture fixture({{"interface", Description}});
+    QTabWidget host;
+    auto *page = new SetupPage(&fixture.store());
+    host.addTab(new QWidget, "first");
+    host.addTab(page, "recorder");
+    host.resize(640, 480);
+    host.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    QVERIFY(page->findChildren<QPushButton *>().isEmpty()); // nothing is fetched for a page that nobody sees
+    host.setCurrentIndex(1);
+    AWAIT_VERIFY(!page->findChildren<QPushButton *>().isEmpty());
+    auto *window = page->findChild<QDialog *>();
+    QVERIFY(window && !window->isWindow() && !QApplication::activeModalWidget());
+    AWAIT_COMPARE(window->size(), page->size());
+    QSignalSpy finished(page, &SetupPage::finished);
+    for (QPushButton *candidate : page->findChildren<QPushButton *>()) {
+        if (candidate->text() == button)
+            QTest::mouseClick(candidate, Qt::LeftButton);
+    }
+    QCOMPARE(finished, QList<QVariantList>({{isAccepted}}));
+    AWAIT_VERIFY(page->findChildren<QDialog *>().isEmpty());
+}
+
+void TestEntry::endsWithThePageOrItsStore_data()
+{
+    QTest::addColumn<bool>("isPageFirst");
+    QTest::newRow("page") << true;
+    QTest::newRow("store") << false;
+}
+
+void TestEntry::endsWithThePageOrItsStore()
+{
+    QFETCH(bool, isPageFirst);
+    auto fixture = std::make_unique<StoreFixture>(QMap<QString, QByteArray>{{"interface", Description}});
+    auto page = std::make_unique<SetupPage>(&fixture->store());
+    page->show();
+    AWAIT_VERIFY(!page->findChildren<QPushButton *>().isEmpty());
+    QSignalSpy finished(page.get(), &SetupPage::finished);
+    if (isPageFirst) {
+        page.reset();
+        QCOMPARE(finished.size(), 0);
+        Q_EMIT fixture->store().progress(5); // nobody listens any more
+    } else {
+        fixture.reset();
+        QCOMPARE(finished, QList<QVariantList>({{false}}));
+        AWAIT_VERIFY(page->findChildren<QDialog *>().isEmpty());
+    }
 }
 
 void TestEntry::showsWhatWasThrown_data()

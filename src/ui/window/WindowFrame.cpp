@@ -49,6 +49,7 @@ void WindowFrame::createWidgets()
     }
     m_header->complete();
     m_grip = new QSizeGrip(&m_window);
+    m_grip->setVisible(m_window.isWindow());
 }
 
 void WindowFrame::arrangeWidgets()
@@ -82,6 +83,8 @@ void WindowFrame::placeWindow()
 
 void WindowFrame::place(const QSize &size, const QPoint &middle) const
 {
+    if (!m_window.isWindow())
+        return; // the layout that it stands in decides
     const QWidget *parent = m_window.parentWidget();
     const QRect ground = (parent ? parent->screen() : m_window.screen())->availableGeometry();
     m_window.resize(size.boundedTo(ground.size()));

@@ -1,0 +1,60 @@
+#include "entry/SetupPage.h"
+
+#include "store/OrbSetup.h"
+#include "ui/CWinMain.h"
+
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace paravue
+{
+
+SetupPage::SetupPage(OrbSetup *setup, QWidget *parent) : QWidget(parent), m_setup(setup)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+}
+
+SetupPage::~SetupPage()
+{
+    if (m_window)
+        m_window->disconnect(this);
+    end();
+}
+
+void SetupPage::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // From the event loop, when the page and the window around it are visible.
+    if (!std::exchange(m_hasBegun, true))
+        QMetaObject::invokeMethod(this, &SetupPage::begin, Qt::QueuedConnection);
+}
+
+void SetupPage::begin()
+{
+    if (!m_setup)
+        return;
+    m_window = new CWinMain(&*m_setup, this, CWinMain::Placement::Page);
+    layout()->addWidget(m_window);
+    connect(m_window, &QDialog::finished, this, [this](int result) {
+        end();
+        Q_EMIT finished(result == QDialog::Accepted);
+    });
+}
+
+void SetupPage::end()
+{
+    if (!m_window)
+        return;
+    CWinMain *window = m_window;
+    m_window = nullptr;
+    try {
+        window->endSession();
+    } catch (...) {
+        // Whatever the clean-up of a host's objects throws, the session is over.
+    }
+    window->deleteLater();
+}
+
+} // namespace paravue
