@@ -19,13 +19,21 @@ namespace recorder
 namespace
 {
 
+bool isStopped = false;
+
 // Not quit(), which a window may refuse.
 void endEventLoops()
 {
+    isStopped = true;
     QCoreApplication::exit();
 }
 
 } // namespace
+
+bool hasStopSignal()
+{
+    return isStopped;
+}
 
 #ifndef Q_OS_WIN
 

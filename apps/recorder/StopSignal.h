@@ -9,4 +9,7 @@ namespace recorder
 /// run. A signal that the parent process has chosen to ignore, as nohup does, stays ignored.
 void quitOnStopSignal();
 
+/// Whether such a signal has come.
+bool hasStopSignal();
+
 } // namespace recorder

@@ -1,3 +1,6 @@
+#include "program/ExitCode.h"
+#include "program/HelpText.h"
+#include "program/TemporaryFolder.h"
 #include "recorder/Companion.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/StopSignal.h"
@@ -8,7 +11,6 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
 #include <QTime>
 
@@ -21,9 +23,6 @@ extern "C" {
 
 namespace
 {
-
-constexpr int UsageError = 2;
-constexpr int CannotStart = 1;
 
 struct Options {
     quint16 port = 0;
@@ -129,7 +128,8 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     options.rebootTime = *rebootTime;
     options.model = parser.value(QStringLiteral("model"));
     if (!recorder::RecorderServer::models().contains(options.model)) {
-        printError(QStringLiteral("there is no model \"%1\"").arg(options.model));
+        printError(QStringLiteral("there is no model \"%1\", only: %2")
+                       .arg(options.model, recorder::RecorderServer::models().join(QStringLiteral(", "))));
         return std::nullopt;
     }
     QString fault;
@@ -185,10 +185,19 @@ private:
     recorder::Companion m_companion;
 };
 
+int endedWith(paravue::ExitCode exitCode)
+{
+    return int(exitCode);
+}
+
 int run(const Options &options)
 {
-    QTemporaryDir temporary;
-    const QString dataDir = options.dataDir.isEmpty() ? temporary.path() : options.dataDir;
+    std::optional<paravue::TemporaryFolder> temporary;
+    if (options.dataDir.isEmpty() && !temporary.emplace().isValid()) {
+        printError(temporary->errorString());
+        return endedWith(paravue::ExitCode::LocalFile);
+    }
+    const QString dataDir = temporary ? temporary->path() : options.dataDir;
     recorder::RecorderServer server(dataDir, options.model);
     server.setReplyDelay(options.delay);
     server.setRebootTime(options.rebootTime);
@@ -202,20 +211,20 @@ int run(const Options &options)
     QObject::connect(&server, &recorder::RecorderServer::failed, &server, printError);
     if (!server.errorString().isEmpty()) {
         printError(server.errorString());
-        return CannotStart;
+        return endedWith(paravue::ExitCode::LocalFile);
     }
     if (const QString fault = recorder::applyVideoOptions(options.video, server); !fault.isEmpty()) {
         printError(fault);
-        return CannotStart;
+        return endedWith(paravue::ExitCode::LocalFile);
     }
     if (!server.listen(options.address, options.port)) {
         const QString port = QString::number(options.port);
         printError(QStringLiteral("cannot listen on port %1: %2").arg(port, server.errorString()));
-        return CannotStart;
+        return endedWith(paravue::ExitCode::Network);
     }
     if (const QString fault = recorder::startRecording(options.video, server); !fault.isEmpty()) {
         printError(fault);
-        return CannotStart;
+        return endedWith(paravue::ExitCode::LocalFile);
     }
     Announcement announcement(server);
     if (options.companion)
@@ -238,12 +247,14 @@ int main(int argc, char *argv[])
     addOptions(parser);
     if (!parser.parse(QCoreApplication::arguments())) {
         printError(parser.errorText());
-        return UsageError;
+        return endedWith(paravue::ExitCode::WrongUsage);
     }
-    if (parser.isSet(QStringLiteral("help")))
-        parser.showHelp();
+    if (parser.isSet(QStringLiteral("help"))) {
+        QTextStream(stdout) << paravue::helpText(parser);
+        return endedWith(paravue::ExitCode::Done);
+    }
     if (parser.isSet(QStringLiteral("version")))
         parser.showVersion();
     const std::optional<Options> options = readOptions(parser);
-    return options ? run(*options) : UsageError;
+    return options ? run(*options) : endedWith(paravue::ExitCode::WrongUsage);
 }

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void checksArguments_data();
     void checksArguments();
     void servesUntilItIsStopped();
+    void leavesNoFilesBehind();
     void recordsOnlyWhenItListens();
     void reportsFailedRecordings();
 };
@@ -52,10 +53,12 @@ void TestRecorderProgram::checksArguments_data()
     row("clients", QStringList("--help"), 0, "32 clients");
     row("size of a file", QStringList{"--video=a.mp4", "--video-fault=size"}, 2,
         "size and codec change with the test picture only");
-    row("no such file", QStringList("--video=/no/such/file.mp4"), 1,
+    row("no path in the usage", QStringList("--help"), 0, "Usage: paravue-recorder [options]");
+    row("no such model", QStringList("--model=other"), 2, "there is no model \"other\", only: standard");
+    row("no such file", QStringList("--video=/no/such/file.mp4"), 6,
         "cannot show /no/such/file.mp4: No such file or directory");
-    row("no such folder", QStringList("--record=/no/such/file"), 1, "cannot record to /no/such/file: ");
-    row("recording that exists", QStringList{"--port=0", "--record", RECORDER_PROGRAM}, 1,
+    row("no such folder", QStringList("--record=/no/such/file"), 6, "cannot record to /no/such/file: ");
+    row("recording that exists", QStringList{"--port=0", "--record", RECORDER_PROGRAM}, 6,
         RECORDER_PROGRAM ": it exists already");
     row("recording of itself",
         QStringList{"--video", RECORDER_PROGRAM, "--record", RECORDER_PROGRAM "/../paravue-recorder"}, 2,
@@ -114,6 +117,41 @@ void TestRecorderProgram::servesUntilItIsStopped()
     QCOMPARE(QDir(data).entryList(QDir::Files).size(), 10);
 }
 
+/// What a killed one could not remove goes when the next one starts. The files of one that runs stay.
+void TestRecorderProgram::leavesNoFilesBehind()
+{
+    QTemporaryDir local;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", local.path());
+    const auto folders = [&local] { return QDir(local.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot); };
+    const auto start = [&environment](QProcess &program) {
+        program.setProcessEnvironment(environment);
+        program.start(RECORDER_PROGRAM, {"--port=0"});
+        return paravue::test::waitUntil([&] { return program.canReadLine(); });
+    };
+    QProcess killed;
+    QProcess running;
+    QVERIFY(start(killed));
+    QVERIFY(start(running));
+    const QStringList both = folders();
+    QCOMPARE(both.size(), 2);
+    killed.kill();
+    QVERIFY(killed.waitForFinished());
+    QCOMPARE(folders(), both);
+
+    QProcess next;
+    QVERIFY(start(next));
+    QCOMPARE(folders().size(), 2);
+    const QStringList kept = folders();
+    QCOMPARE(
+        std::count_if(kept.begin(), kept.end(), [&](const QString &name) { return both.contains(name); }), 1);
+    for (QProcess *program : {&running, &next}) {
+        program->terminate();
+        QVERIFY(program->waitForFinished());
+    }
+    QCOMPARE(folders(), QStringList());
+}
+
 void TestRecorderProgram::recordsOnlyWhenItListens()
 {
     QTemporaryDir folder;
@@ -123,7 +161,7 @@ void TestRecorderProgram::recordsOnlyWhenItListens()
     program.start(RECORDER_PROGRAM,
                   {"--port", QString::number(other.serverPort()), "--record", folder.filePath("video.hvx3")});
     QVERIFY(program.waitForFinished());
-    QCOMPARE(program.exitCode(), 1);
+    QCOMPARE(program.exitCode(), 3);
     QVERIFY(program.readAllStandardError().contains("cannot listen"));
     QVERIFY(QDir(folder.path()).isEmpty());
 }

@@ -1,0 +1,77 @@
+#include "program/TemporaryFolder.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+namespace paravue
+{
+
+namespace
+{
+
+const QString Prefix = QStringLiteral("paravue-program-");
+const QString LockName = QStringLiteral("lock");
+
+/// Others can put folders and links into a temporary folder that is shared.
+bool isOwn(const QFileInfo &folder)
+{
+    if (folder.isSymLink() || !folder.isDir())
+        return false;
+#ifdef Q_OS_UNIX
+    return folder.ownerId() == ::geteuid();
+#else
+    return true;
+#endif
+}
+
+std::unique_ptr<QLockFile> lockOf(const QString &folder)
+{
+    auto lock = std::make_unique<QLockFile>(folder + u'/' + LockName);
+    // Only the end of its program makes a lock stale, however long that has run.
+    lock->setStaleLockTime(0);
+    return lock;
+}
+
+void removeAbandoned()
+{
+    const QFileInfoList folders =
+        QDir(QDir::tempPath()).entryInfoList({Prefix + u'*'}, QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QFileInfo &folder : folders) {
+        // One without a lock was made a moment ago.
+        if (!isOwn(folder) || !QFileInfo::exists(folder.filePath() + u'/' + LockName))
+            continue;
+        const auto lock = lockOf(folder.filePath());
+        if (lock->tryLock())
+            QDir(folder.filePath()).removeRecursively();
+    }
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder() : m_folder(QDir::tempPath() + u'/' + Prefix + QStringLiteral("XXXXXX"))
+{
+    removeAbandoned();
+    if (!m_folder.isValid())
+        return;
+    m_files = m_folder.filePath(QStringLiteral("files"));
+    auto lock = lockOf(m_folder.path());
+    if (lock->tryLock() && QDir().mkpath(m_files))
+        m_lock = std::move(lock);
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    m_lock.reset();
+}
+
+QString TemporaryFolder::errorString() const
+{
+    return m_folder.isValid() ? QStringLiteral("%1 cannot be written").arg(m_folder.path())
+                              : m_folder.errorString();
+}
+
+} // namespace paravue
