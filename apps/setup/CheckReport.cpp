@@ -1,6 +1,7 @@
 #include "CheckReport.h"
 
 #include "CommandLine.h"
+#include "ProgramLog.h"
 
 #include "check/DescriptionCheck.h"
 
@@ -75,8 +76,8 @@ ExitCode runCheck(const CommandLine &commandLine)
 {
     const QString folder = commandLine.filesFolder;
     if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
-        QTextStream(stderr) << "paravue-setup: " << ReportText::tr("%1 is no folder").arg(folder) << '\n';
-        return Failed;
+        ProgramLog::tellFailure(ReportText::tr("%1 is no folder").arg(folder));
+        return ExitCode::LocalFile;
     }
     const QList<DescriptionProblem> problems = checkDescription(commandLine.description, folder);
     QTextStream out(stdout);
@@ -85,7 +86,7 @@ ExitCode runCheck(const CommandLine &commandLine)
     else
         printLines(out, commandLine.description, problems);
     const bool isClean = countOf(problems, DescriptionProblem::Severity::Error) == 0;
-    return isClean ? Accepted : Rejected;
+    return isClean ? ExitCode::Done : ExitCode::Rejected;
 }
 
 } // namespace paravue

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "SetupProgram.h"
+#include "program/ExitCode.h"
 
 namespace paravue
 {
+
+struct CommandLine;
 
 /// Checks the description that the command line names and prints what is wrong with it. Needs no screen.
 ExitCode runCheck(const CommandLine &commandLine);

@@ -3,6 +3,7 @@
 #include "RecorderAddress.h"
 
 #include "device/TimeZoneTable.h"
+#include "program/HelpText.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -12,6 +13,8 @@ namespace paravue
 
 namespace
 {
+
+constexpr uint MaxTimeout = 24 * 60 * 60; // seconds
 
 class OptionText
 {
@@ -23,10 +26,14 @@ QString exitCodeHelp()
     return OptionText::tr("\nExit code:\n"
                           "  0  the window was accepted, all pictures were saved, or the\n"
                           "     checked description has no errors\n"
-                          "  1  the window was rejected, or the checked description has errors\n"
-                          "  2  the command line was wrong\n"
-                          "  3  something failed: a file could not be read, the recorder not be\n"
-                          "     saved to or its simulator not started, or pictures not be taken\n");
+                          "  1  the window was rejected, the recorder has refused a command, or\n"
+                          "     the checked description has errors\n"
+                          "  2  the command line was wrong, or there is no screen\n"
+                          "  3  no connection to the recorder, or no answer in time\n"
+                          "  4  the recorder has refused the login\n"
+                          "  6  a file or a program of this computer could not be used\n"
+                          "  7  the recorder's answer or a description makes no sense\n"
+                          "  8  stopped by a signal, or in the middle of a save\n");
 }
 
 CommandLine shown(const QString &text)
@@ -83,6 +90,14 @@ QList<QCommandLineOption> programOptions()
          OptionText::tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
                         "en or ru). It counts as an edit, so saving keeps it."),
          "LANGUAGE"},
+        {"timeout",
+         OptionText::tr("Wait SECONDS for the connection and for each answer of the recorder; 0 is for ever "
+                        "(without it 12 for the connection, 60 for an answer)."),
+         "SECONDS"},
+        {"log",
+         OptionText::tr("Write what happens to FILE, behind what it holds: connections, commands, changed "
+                        "settings, messages. It gets no passwords and no values."),
+         "FILE"},
         {"check", OptionText::tr("List the problems of the interface description FILE, without a recorder."),
          "FILE"},
         {"json", OptionText::tr("Print them for other programs (with --check).")},
@@ -102,10 +117,15 @@ QList<QCommandLineOption> programOptions()
 
 QString valueProblem(const QCommandLineParser &parser)
 {
-    for (const char *option : {"demo-data", "model", "screenshot", "language", "check", "preview", "files"}) {
+    for (const char *option :
+         {"demo-data", "model", "screenshot", "language", "log", "check", "preview", "files"}) {
         if (parser.isSet(option) && parser.value(option).isEmpty())
             return OptionText::tr("--%1 needs a value").arg(QLatin1String(option));
     }
+    bool isNumber = false;
+    const uint seconds = parser.value("timeout").toUInt(&isNumber);
+    if (parser.isSet("timeout") && (!isNumber || seconds > MaxTimeout))
+        return OptionText::tr("--timeout takes a number of seconds from 0 to %1").arg(MaxTimeout);
     const QString language = parser.value("language");
     if (language.contains('/') || language.contains('\''))
         return OptionText::tr("a language is a name such as en");
@@ -158,6 +178,9 @@ CommandLine sessionOf(const QCommandLineParser &parser)
     line.demoModel = parser.value("model");
     line.screenshotFolder = parser.value("screenshot");
     line.language = parser.value("language");
+    line.logFile = parser.value("log");
+    if (parser.isSet("timeout"))
+        line.timeout = std::chrono::seconds(parser.value("timeout").toUInt());
     line.description = parser.value(parser.isSet("check") ? "check" : "preview");
     line.filesFolder = parser.value("files");
     line.json = parser.isSet("json");
@@ -183,7 +206,7 @@ CommandLine CommandLine::parse(const QStringList &words)
 
     const bool isParsed = parser.parse(words);
     if (parser.isSet("help"))
-        return shown(parser.helpText() + exitCodeHelp());
+        return shown(helpText(parser) + exitCodeHelp());
     if (parser.isSet("version"))
         return shown(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() +
                      '\n');

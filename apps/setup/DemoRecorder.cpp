@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTcpServer>
+#include <QTextStream>
 
 #ifdef Q_OS_LINUX
 #include <csignal>
@@ -99,18 +100,18 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
         return DemoText::tr("The program %1 was not found beside this one or in the search path.")
             .arg(ProgramName);
     m_dataFolder = dataFolder;
-    if (dataFolder.isEmpty()) {
-        const QTemporaryDir &temporary = m_temporaryFolder.emplace();
-        if (!temporary.isValid())
-            return DemoText::tr("No temporary folder could be made: %1").arg(temporary.errorString());
-        m_dataFolder = temporary.path();
-    }
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // Why it does not start it says there; later messages go where ours go.
+    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process, [this] {
+        if (m_port != 0)
+            QTextStream(stderr) << QString::fromUtf8(m_process.readAllStandardError()) << Qt::flush;
+    });
 #ifdef Q_OS_LINUX
     // The simulator must not outlive us even when we are killed.
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
 #endif
-    QStringList options{"--port", QString::number(freePort()), "--data", m_dataFolder, "--companion"};
+    QStringList options{"--port", QString::number(freePort()), "--companion"};
+    if (!dataFolder.isEmpty())
+        options << "--data" << dataFolder;
     if (!model.isEmpty())
         options << "--model" << model;
     m_process.start(program, options);
@@ -127,7 +128,9 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
 
 QString DemoRecorder::address() const
 {
-    return accountIn(m_dataFolder + "/users") + "@127.0.0.1:" + RecorderAddress::portText(m_port);
+    // In a folder of its own the simulator begins with the shipped account.
+    const QString account = m_dataFolder.isEmpty() ? "admin:admin" : accountIn(m_dataFolder + "/users");
+    return account + "@127.0.0.1:" + RecorderAddress::portText(m_port);
 }
 
 QString DemoRecorder::readPort()
@@ -135,7 +138,7 @@ QString DemoRecorder::readPort()
     const QDeadlineTimer limit(StartLimitMs);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(static_cast<int>(limit.remainingTime())))
-            return DemoText::tr("%1 ended or did not say on which port it listens.").arg(ProgramName);
+            return earlyEnd();
     }
     static const QRegularExpression announcement("^Listening on 127\\.0\\.0\\.1:(\\d+)\\s*$");
     const auto match = announcement.match(QString::fromUtf8(m_process.readLine()));
@@ -143,6 +146,18 @@ QString DemoRecorder::readPort()
     if (m_port == 0)
         return DemoText::tr("%1 did not say on which port it listens.").arg(ProgramName);
     return {};
+}
+
+/// In its own words, if it has said any.
+QString DemoRecorder::earlyEnd()
+{
+    // The options are ours, but for the model.
+    m_process.waitForFinished(EndLimitMs);
+    if (m_process.state() == QProcess::NotRunning && m_process.exitCode() == int(ExitCode::WrongUsage))
+        m_exitCode = ExitCode::WrongUsage;
+    const QString said = QString::fromUtf8(m_process.readAllStandardError()).trimmed();
+    return said.isEmpty() ? DemoText::tr("%1 ended or did not say on which port it listens.").arg(ProgramName)
+                          : said;
 }
 
 } // namespace paravue

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "program/ExitCode.h"
+
 #include <QProcess>
 #include <QString>
-#include <QTemporaryDir>
-
-#include <optional>
 
 namespace paravue
 {
@@ -16,9 +15,12 @@ public:
     ~DemoRecorder();
 
     /// Starts the simulator on a free port of this computer, with its files in \a dataFolder or, when that is
-    /// empty, in a temporary folder that is removed at the end. An empty \a model is the usual one. Returns
+    /// empty, in a temporary folder of its own. An empty \a model is the usual one. Returns
     /// what went wrong, or an empty text.
     QString start(const QString &dataFolder, const QString &model);
+
+    /// What the program ends with when start() has failed.
+    ExitCode exitCode() const { return m_exitCode; }
 
     /// The address of the running simulator, with the login of its first administrator.
     QString address() const;
@@ -26,10 +28,12 @@ public:
 private:
     QString readPort();
 
-    std::optional<QTemporaryDir> m_temporaryFolder;
-    QString m_dataFolder;
+    QString earlyEnd();
+
+    QString m_dataFolder; ///< empty: the simulator's own
     QProcess m_process;
     quint16 m_port = 0;
+    ExitCode m_exitCode = ExitCode::LocalFile;
 };
 
 } // namespace paravue

@@ -33,6 +33,8 @@ std::optional<QByteArray> contentOf(const QString &path)
 
 QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const QString &folder)
 {
+    if (!m_copies.isValid())
+        return PreviewText::tr("No temporary folder could be made: %1").arg(m_copies.errorString());
     const auto content = contentOf(description);
     if (!content)
         return PreviewText::tr("The file %1 cannot be read.").arg(description);
@@ -65,7 +67,7 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
 QString PreviewFiles::copy(OrbSetup &store, const QString &name, const QByteArray &content)
 {
     for (const QString &copied : {name, name + QStringLiteral(".original")}) {
-        QFile file(m_copies.filePath(copied));
+        QFile file(m_copies.path() + u'/' + copied);
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
             return PreviewText::tr("A copy of the file %1 cannot be made.").arg(name);
         store.setFilePath(copied, file.fileName());

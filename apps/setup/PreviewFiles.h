@@ -1,7 +1,8 @@
 #pragma once
 
+#include "program/TemporaryFolder.h"
+
 #include <QString>
-#include <QTemporaryDir>
 
 class OrbSetup;
 
@@ -21,7 +22,7 @@ public:
 private:
     QString copy(OrbSetup &store, const QString &name, const QByteArray &content);
 
-    QTemporaryDir m_copies;
+    TemporaryFolder m_copies;
 };
 
 } // namespace paravue

@@ -1,5 +1,7 @@
 #include "ScreenshotTour.h"
 
+#include "SetupProgram.h"
+
 #include "store/OrbSetup.h"
 
 #include <QApplication>
@@ -8,6 +10,7 @@
 #include <QImage>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QTextStream>
 
@@ -73,16 +76,17 @@ void letEventsPass()
 
 } // namespace
 
-ScreenshotTour::ScreenshotTour(OrbSetup &store, const QString &folder) : m_folder(folder)
+ScreenshotTour::ScreenshotTour(OrbSetup &store, const QString &folder) : m_store(store), m_folder(folder)
 {
     m_standstill.setSingleShot(true);
     m_standstill.start(StandstillLimitMs);
-    connect(&m_standstill, &QTimer::timeout, this, [this] { fail(tr("The recorder does not answer.")); });
+    connect(&m_standstill, &QTimer::timeout, this,
+            [this] { fail(tr("The recorder does not answer."), ExitCode::Network); });
     connect(&m_closing, &QTimer::timeout, this, [this] { closeEverything(); });
 
     m_hasLivePictures = !store.property("offline").toBool();
     connect(&store, &OrbSetup::progress, this, [this] { m_standstill.start(); });
-    connect(&store, &OrbSetup::pseudothrow, this, [this](const QString &message) { fail(message); });
+    connect(&store, &OrbSetup::pseudothrow, this, [this](const QString &message) { failWith(message); });
     // Queued, so that the window has built itself when its pictures are taken.
     connect(&store, &OrbSetup::loadDone, this, &ScreenshotTour::takePictures, Qt::QueuedConnection);
 }
@@ -98,13 +102,14 @@ void ScreenshotTour::takePictures()
         return;
     m_window = QApplication::activeModalWidget();
     if (const auto *message = qobject_cast<QMessageBox *>(m_window))
-        return fail(message->text());
+        return failWith(message->text());
     auto *tabs = m_window ? m_window->findChild<QTabWidget *>() : nullptr;
     if (!tabs || tabs->count() == 0)
-        return fail(tr("The window has no tabs."));
+        return fail(tr("The window has no tabs."), ExitCode::BadData);
     m_standstill.stop();
+    m_usualSize = m_window->size();
     if (!m_folder.mkpath("."))
-        return fail(tr("The folder %1 cannot be made.").arg(m_folder.path()));
+        return fail(tr("The folder %1 cannot be made.").arg(m_folder.path()), ExitCode::LocalFile);
     visit(*tabs, {});
     m_isOver = true;
     m_closing.start(ClosingPeriodMs);
@@ -128,11 +133,34 @@ void ScreenshotTour::visit(QTabWidget &tabs, const QString &namePrefix)
 
 void ScreenshotTour::savePicture(const QString &name)
 {
+    showWholePage();
     waitForLivePictures();
     const QString path = m_folder.filePath(name + ".png");
     if (!settledPicture().save(path))
-        return fail(tr("The picture %1 cannot be written.").arg(path));
+        return fail(tr("The picture %1 cannot be written.").arg(path), ExitCode::LocalFile);
     QTextStream(stdout) << path << Qt::endl;
+}
+
+/// Makes the window so large that nothing on the present page has to be scrolled to.
+void ScreenshotTour::showWholePage()
+{
+    constexpr int MostPixels = 8'000; // of height or width, whatever a description asks for
+    constexpr int Attempts = 3;       // texts in lines need less height in a wider window
+    if (m_window)
+        m_window->resize(m_usualSize);
+    for (int attempt = 0; attempt < Attempts && m_window; ++attempt) {
+        letEventsPass();
+        QSize missing(0, 0);
+        for (const QScrollArea *area : m_window->findChildren<QScrollArea *>()) {
+            if (!area->isVisible() || !area->widget())
+                continue;
+            const QSize hidden = area->widget()->size() - area->viewport()->size();
+            missing = missing.expandedTo(hidden);
+        }
+        if (missing.isNull())
+            return;
+        m_window->resize((m_window->size() + missing).boundedTo(QSize(MostPixels, MostPixels)));
+    }
 }
 
 void ScreenshotTour::waitForLivePictures()
@@ -158,12 +186,21 @@ QImage ScreenshotTour::settledPicture() const
     return picture;
 }
 
-void ScreenshotTour::fail(const QString &problem)
+/// With what the store or the window has reported.
+void ScreenshotTour::failWith(const QString &message)
+{
+    const QString explanation = m_store.explanation(message);
+    fail(explanation.isEmpty() ? message : message + QStringLiteral(": ") + explanation,
+         exitCodeOf(m_store.linkStatus().cause, ExitCode::BadData));
+}
+
+void ScreenshotTour::fail(const QString &problem, ExitCode exitCode)
 {
     if (m_isOver)
         return;
     m_isOver = true;
     m_problem = problem;
+    m_exitCode = exitCode;
     m_closing.start(ClosingPeriodMs);
 }
 

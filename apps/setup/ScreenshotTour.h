@@ -1,5 +1,7 @@
 #pragma once
 
+#include "program/ExitCode.h"
+
 #include <QDir>
 #include <QObject>
 #include <QPointer>
@@ -27,6 +29,7 @@ public:
 
     /// What went wrong; empty when every picture was saved.
     QString problem() const;
+    ExitCode exitCode() const { return m_exitCode; }
 
 private:
     void takePictures();
@@ -34,11 +37,16 @@ private:
     void savePicture(const QString &name);
     void waitForLivePictures();
     QImage settledPicture() const;
-    void fail(const QString &problem);
+    void showWholePage();
+    void fail(const QString &problem, ExitCode exitCode);
+    void failWith(const QString &message);
     void closeEverything();
 
+    OrbSetup &m_store;
     QDir m_folder;
+    QSize m_usualSize; ///< of the window
     QString m_problem;
+    ExitCode m_exitCode = ExitCode::Done;
     QPointer<QWidget> m_window;
     bool m_isOver = false;
     bool m_hasLivePictures = false; ///< until a page has waited for one in vain

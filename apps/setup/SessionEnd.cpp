@@ -1,6 +1,6 @@
 #include "SessionEnd.h"
 
-#include "SetupProgram.h"
+#include "program/ExitCode.h"
 
 #include <QCoreApplication>
 
@@ -30,7 +30,7 @@ bool SessionEnd::nativeEventFilter(const QByteArray &, [[maybe_unused]] void *me
     // With FALSE another program has kept the session from ending.
     if (received->message == WM_ENDSESSION && received->wParam) {
         m_cleanUp();
-        std::_Exit(Rejected); // what is still on the stack uses what was deleted
+        std::_Exit(int(ExitCode::Cancelled)); // what is still on the stack uses what was deleted
     }
 #endif
     return false;

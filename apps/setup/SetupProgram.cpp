@@ -2,7 +2,9 @@
 
 #include "CommandLine.h"
 #include "DemoRecorder.h"
+#include "LanguageChoice.h"
 #include "PreviewFiles.h"
+#include "ProgramLog.h"
 #include "RecorderAddress.h"
 #include "ScreenshotTour.h"
 #include "SessionEnd.h"
@@ -10,11 +12,11 @@
 #include "device/OrbNetSetup.h"
 #include "entry/DoParavueSetup.h"
 #include "entry/FinishParavueSetup.h"
+#include "entry/RunParavueSetup.h"
 
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QNetworkProxy>
-#include <QTextStream>
 
 namespace paravue
 {
@@ -22,46 +24,62 @@ namespace paravue
 namespace
 {
 
+constexpr std::chrono::seconds ConnectionLimit(12);
+/// A recorder that formats a disk takes its time.
+constexpr std::chrono::seconds AnswerLimit(60);
+
 /// A user who started the program from a desktop sees no terminal.
-ExitCode failed(const QString &problem, bool isUserWatching)
+ExitCode failed(ExitCode exitCode, const QString &problem, bool isUserWatching)
 {
-    QTextStream(stderr) << "paravue-setup: " << problem << Qt::endl;
+    ProgramLog::tellFailure(problem);
     if (isUserWatching)
         QMessageBox::critical(nullptr, "Paravue Setup", problem);
-    return Failed;
+    return exitCode;
 }
 
-/// The language is set before the window, which connects later, reads it.
-void chooseLanguage(OrbSetup &store, const QString &language)
+/// The end of a session whose window was closed without OK, after \a cause.
+ExitCode endOfRejected(bool isShown, bool isLoaded, LinkStatus::Cause cause)
 {
-    const auto connection = static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection);
-    QObject::connect(
-        &store, &OrbSetup::loadDone, &store,
-        [&store, language] { store.setValue("streams/common/language/" + language); }, connection);
+    if (isShown)
+        return ExitCode::Rejected;
+    // There was nothing to accept: what was wrong has been shown, and told on standard error.
+    return exitCodeOf(cause, isLoaded ? ExitCode::BadData : ExitCode::Rejected);
 }
 
 ExitCode runForUser(OrbSetup &store)
 {
-    const bool isAccepted = DoParavueSetup(&store) == 1;
+    bool isLoaded = false;
+    const QObject watch;
+    QObject::connect(&store, &OrbSetup::loadDone, &watch, [&isLoaded] { isLoaded = true; });
+    const SessionOutcome session = RunParavueSetup(&store);
+    const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
-    if (save.result == SaveOutcome::Result::Failed || save.result == SaveOutcome::Result::Stopped)
-        return failed(save.problem, false); // the user has seen it
-    return isAccepted ? Accepted : Rejected;
+    // The user has seen the problems of a save.
+    if (save.result == SaveOutcome::Result::Stopped)
+        return failed(ExitCode::Cancelled, save.problem, false);
+    if (save.result == SaveOutcome::Result::Failed)
+        return failed(exitCodeOf(save.cause, ExitCode::LocalFile), save.problem, false);
+    return session.isAccepted ? ExitCode::Done : endOfRejected(session.isShown, isLoaded, cause);
 }
 
-ExitCode runForPictures(OrbSetup &store, const QString &folder)
+ExitCode runForPictures(OrbSetup &store, const QString &folder, const LanguageChoice &language)
 {
     const ScreenshotTour tour(store, folder);
     DoParavueSetup(&store);
-    return tour.problem().isEmpty() ? Accepted : failed(tour.problem(), false);
+    if (tour.problem().isEmpty() || !language.problem().isEmpty())
+        return ExitCode::Done;
+    return failed(tour.exitCode(), tour.problem(), false);
 }
 
 ExitCode runWith(OrbSetup &store, const CommandLine &commandLine)
 {
-    if (!commandLine.language.isEmpty())
-        chooseLanguage(store, commandLine.language);
-    return commandLine.screenshotFolder.isEmpty() ? runForUser(store)
-                                                  : runForPictures(store, commandLine.screenshotFolder);
+    const LanguageChoice language(store, commandLine.language);
+    const bool isForUser = commandLine.screenshotFolder.isEmpty();
+    const ExitCode exitCode =
+        isForUser ? runForUser(store) : runForPictures(store, commandLine.screenshotFolder, language);
+    if (!language.problem().isEmpty())
+        return failed(ExitCode::WrongUsage, language.problem(), isForUser);
+    return exitCode;
 }
 
 /// Leads every connection of the program nowhere: a description may name the source of a picture.
@@ -92,11 +110,31 @@ ExitCode runPreview(const CommandLine &commandLine)
     store->setProperty("offline", true);
     const QString problem = files->copyTo(*store, commandLine.description, commandLine.filesFolder);
     if (!problem.isEmpty())
-        return failed(problem, commandLine.screenshotFolder.isEmpty());
+        return failed(ExitCode::LocalFile, problem, commandLine.screenshotFolder.isEmpty());
     return runWith(*store, commandLine);
 }
 
 } // namespace
+
+ExitCode exitCodeOf(LinkStatus::Cause cause, ExitCode otherwise)
+{
+    switch (cause) {
+    case LinkStatus::Cause::Network:
+    case LinkStatus::Cause::NoAnswer:
+        return ExitCode::Network;
+    case LinkStatus::Cause::Login:
+        return ExitCode::Login;
+    case LinkStatus::Cause::Refused:
+        return ExitCode::Rejected;
+    case LinkStatus::Cause::BadAnswer:
+        return ExitCode::BadData;
+    case LinkStatus::Cause::LocalFile:
+        return ExitCode::LocalFile;
+    case LinkStatus::Cause::None:
+        break;
+    }
+    return otherwise;
+}
 
 ExitCode runSession(const CommandLine &commandLine)
 {
@@ -107,12 +145,14 @@ ExitCode runSession(const CommandLine &commandLine)
     if (commandLine.demo) {
         const QString problem = demo.start(commandLine.demoDataFolder, commandLine.demoModel);
         if (!problem.isEmpty())
-            return failed(problem, commandLine.screenshotFolder.isEmpty());
+            return failed(demo.exitCode(), problem, commandLine.screenshotFolder.isEmpty());
         address = demo.address();
     } else {
         address = RecorderAddress::withLogin(commandLine.address);
     }
     auto store = std::make_unique<OrbNetSetup>(address);
+    store->setTimeouts(
+        {commandLine.timeout.value_or(ConnectionLimit), commandLine.timeout.value_or(AnswerLimit)});
     const SessionEnd end([&store] { store.reset(); });
     if (!commandLine.screenshotFolder.isEmpty())
         store->setCredentialsSource(nullptr); // nobody is there to ask

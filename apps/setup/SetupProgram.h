@@ -1,12 +1,15 @@
 #pragma once
 
+#include "program/ExitCode.h"
+#include "store/LinkStatus.h"
+
 namespace paravue
 {
 
 struct CommandLine;
 
-/// What the program ends with; the help of the command line explains them to users.
-enum ExitCode { Accepted = 0, Rejected = 1, WrongUsage = 2, Failed = 3 };
+/// What the program ends with when an exchange has failed for \a cause; \a otherwise without one.
+ExitCode exitCodeOf(LinkStatus::Cause cause, ExitCode otherwise);
 
 /// Runs a setup session and stays until a save that it started is done. Needs a QApplication that does not
 /// quit with its last window.

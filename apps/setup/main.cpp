@@ -3,12 +3,15 @@
 
 #include "CheckReport.h"
 #include "CommandLine.h"
+#include "ProgramLog.h"
 #include "SetupProgram.h"
 #include "recorder/StopSignal.h"
 
 #include <QApplication>
 #include <QTextStream>
 #include <QTimer>
+
+#include <cstdlib>
 
 using namespace paravue;
 
@@ -22,6 +25,18 @@ CommandLine readCommandLine(int argc, char **argv)
     return CommandLine::parse(QCoreApplication::arguments());
 }
 
+QString startLog(ProgramLog &log, const QString &path)
+{
+    return path.isEmpty() ? QString() : log.writeTo(path);
+}
+
+void endWithoutScreen()
+{
+    ProgramLog::tellFailure("there is no screen to show the window on. Set DISPLAY or WAYLAND_DISPLAY; "
+                            "with QT_QPA_PLATFORM=offscreen, --screenshot needs none.");
+    std::_Exit(int(ExitCode::WrongUsage));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -29,31 +44,38 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName("paravue-setup");
     QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
 
+    ProgramLog log;
     const CommandLine commandLine = readCommandLine(argc, argv);
     switch (commandLine.task) {
     case CommandLine::Task::ShowText:
         QTextStream(stdout) << commandLine.text;
-        return Accepted;
+        return int(ExitCode::Done);
     case CommandLine::Task::RefuseUsage:
         QTextStream(stderr) << "paravue-setup: " << commandLine.text << "\nTry paravue-setup --help.\n";
-        return WrongUsage;
+        return int(ExitCode::WrongUsage);
     case CommandLine::Task::CheckDescription:
-        return runCheck(commandLine);
+        return int(runCheck(commandLine));
     case CommandLine::Task::RunSession:
         break;
     }
 
+    if (const QString problem = startLog(log, commandLine.logFile); !problem.isEmpty()) {
+        ProgramLog::tellFailure(problem);
+        return int(ExitCode::LocalFile);
+    }
+    ProgramLog::setScreenFailure(endWithoutScreen);
     const QApplication application(argc, argv);
+    ProgramLog::setScreenFailure(nullptr);
     // The program does not end with its window: a save may still be running.
     QApplication::setQuitOnLastWindowClosed(false);
     // A signal cancels the window, so that the local copies of the recorder's files are removed.
     recorder::quitOnStopSignal();
 
-    ExitCode exitCode = Failed;
+    ExitCode exitCode = ExitCode::Cancelled;
     QTimer::singleShot(0, [&] {
         exitCode = runSession(commandLine);
         QCoreApplication::quit();
     });
     QApplication::exec();
-    return exitCode;
+    return int(recorder::hasStopSignal() ? ExitCode::Cancelled : exitCode);
 }

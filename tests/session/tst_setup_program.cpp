@@ -129,13 +129,23 @@ private Q_SLOTS:
     void failsInsteadOfHanging_data();
     void failsInsteadOfHanging();
 
+    void saysWhyItCannotStart_data();
+    void saysWhyItCannotStart();
+    void refusesALanguageThatTheDescriptionLacks_data();
+    void refusesALanguageThatTheDescriptionLacks();
+    void takesPicturesOfWholePages();
+    void writesALogWithoutSecrets();
+    void waitsNoLongerThanItMay();
+    void endsLikeTheSessionThatShowsNothing_data();
+    void endsLikeTheSessionThatShowsNothing();
+
     void leavesNoFilesWhenItIsEnded_data();
     void leavesNoFilesWhenItIsEnded();
     void finishesTheSaveOfAnAcceptedWindow();
     void endsWithOneWhenCancelled();
     void tellsWhenTheSaveFails();
-    void failsWhenASignalStopsTheSave_data();
-    void failsWhenASignalStopsTheSave();
+    void isCancelledWhenASignalStopsTheSave_data();
+    void isCancelledWhenASignalStopsTheSave();
     void asksForALoginOnce();
 
 private:
@@ -189,6 +199,7 @@ void TestSetupProgram::showsTextWithoutAScreen()
     const Run help = runProgram({"--help"}, "nosuchplatform");
     QCOMPARE(help.exitCode, 0);
     QVERIFY2(help.out.contains("--screenshot") && help.out.contains("Exit code"), qPrintable(help.out));
+    QVERIFY2(help.out.startsWith("Usage: paravue-setup [options] [ADDRESS]\n"), qPrintable(help.out));
     const Run version = runProgram({"--version"}, "nosuchplatform");
     QCOMPARE(version.exitCode, 0);
     QCOMPARE(version.out.trimmed(), "paravue-setup " PARAVUE_VERSION);
@@ -221,6 +232,8 @@ void TestSetupProgram::refusesWrongUsage_data()
     row("pictures of a check", {"--check", "x", "--screenshot", "x"}, "no window");
     row("files of a recorder", {address, "--files", "x"}, "--files needs");
     row("preview for programs", {"--preview", "x", "--json"}, "--json needs");
+    row("time without a unit", {address, "--timeout", "soon"}, "--timeout takes a number of seconds");
+    row("no file for the log", {address, "--log", ""}, "needs a value");
     row("language with a value", {address, "--language", "en/x"}, "a language is");
 }
 
@@ -253,7 +266,7 @@ void TestSetupProgram::checksDescriptions_data()
         R"("severity":"error","text":"Unknown time task \"x\""},{"column":30,)"
         R"("line":2,"severity":"warning","text":"\"y\" is no number and )"
         R"(counts as 0"}],"warnings":1})");
-    row("no such folder", broken, {"--files", "nosuch"}, 3, "");
+    row("no such folder", broken, {"--files", "nosuch"}, 6, "");
 }
 
 void TestSetupProgram::checksDescriptions()
@@ -311,7 +324,7 @@ void TestSetupProgram::previewsOnCopies()
         if (QPushButton *save = buttonWithText(top, "Save"))
             save->click();
     });
-    QCOMPARE(code, Accepted);
+    QCOMPARE(code, ExitCode::Done);
     QCOMPARE(picture, "No video in a preview");
     QVERIFY(meanwhile.type() == QNetworkProxy::HttpProxy && meanwhile.port() == 0); // leads nowhere
     QCOMPARE(proxy(), usual);
@@ -333,7 +346,7 @@ void TestSetupProgram::takesPicturesOfAPreview()
     QVERIFY2(run.exitCode == 0, qPrintable(run.err));
     const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
     QCOMPARE(names.value(0), "01-overview.png");
-    QCOMPARE(runProgram({"--preview", "nosuch", "--screenshot", pictures.path()}).exitCode, 3);
+    QCOMPARE(runProgram({"--preview", "nosuch", "--screenshot", pictures.path()}).exitCode, 6);
 }
 
 void TestSetupProgram::takesPicturesOfTheDemo()
@@ -363,16 +376,18 @@ void TestSetupProgram::takesPicturesOfTheDemo()
 
 void TestSetupProgram::failsInsteadOfHanging_data()
 {
-    const test::TestTable<QString, bool, QString> row("account", "isListening", "reason");
-    row("wrong password", "admin:s3cret", true, "Authorization failed");
-    row("nobody listens", "admin:s3cret", false, "Network error");
-    row("description is no XML", "admin:admin", true, ":1.9");
+    const test::TestTable<QString, bool, int, QString> row("account", "isListening", "exitCode", "reason");
+    row("wrong password", "admin:s3cret", true, 4,
+        "Authorization failed: The recorder has refused the login");
+    row("nobody listens", "admin:s3cret", false, 3, "Network error 0: The recorder refuses the connection");
+    row("description is no XML", "admin:admin", true, 7, ":1.9");
 }
 
 void TestSetupProgram::failsInsteadOfHanging()
 {
     QFETCH(QString, account);
     QFETCH(bool, isListening);
+    QFETCH(int, exitCode);
     QFETCH(QString, reason);
     const QString address = addressOf(*m_recorder, account);
     if (!isListening)
@@ -383,9 +398,155 @@ void TestSetupProgram::failsInsteadOfHanging()
     description.close();
 
     const Run run = runProgram({address, "--screenshot", m_folder->filePath("pictures")});
-    QCOMPARE(run.exitCode, 3);
+    QCOMPARE(run.exitCode, exitCode);
     QVERIFY2(!run.err.contains("s3cret"), qPrintable(run.err));
     QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+}
+
+void TestSetupProgram::saysWhyItCannotStart_data()
+{
+    const test::TestTable<QStringList, QString, int, QString> row("arguments", "platform", "exitCode",
+                                                                  "reason");
+    row("no screen", {"nobody:x@127.0.0.1:1"}, "xcb", 2, "there is no screen");
+    row("unknown model", {"--demo", "--model", "other", "--screenshot", "x"}, "offscreen", 2,
+        "there is no model \"other\", only: standard, everything");
+    row("no folder for the log", {"--demo", "--log", "/no/such/folder/log"}, "offscreen", 6,
+        "The log /no/such/folder/log cannot be written");
+}
+
+void TestSetupProgram::saysWhyItCannotStart()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, platform);
+    QFETCH(QString, reason);
+    qunsetenv("DISPLAY");
+    qunsetenv("WAYLAND_DISPLAY");
+    const Run run = runProgram(arguments, platform);
+    QTEST(run.exitCode, "exitCode");
+    QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+}
+
+void TestSetupProgram::refusesALanguageThatTheDescriptionLacks_data()
+{
+    const test::TestTable<QByteArray, QString> row("description", "reason");
+    row("others", {}, "no texts in the language \"de\", only in: en, ru");
+    row("none", "<pvsetup version='1.0'><tabwidget><tab/></tabwidget></pvsetup>", "has no translations");
+}
+
+void TestSetupProgram::refusesALanguageThatTheDescriptionLacks()
+{
+    QFETCH(QByteArray, description);
+    QFETCH(QString, reason);
+    if (!description.isEmpty()) {
+        QFile file(m_recorder->filePath("interface"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(description) > 0);
+    }
+    CommandLine commandLine = sessionWithTheRecorder();
+    commandLine.language = "de";
+    QString message;
+    QCOMPARE(runSessionAs(commandLine,
+                          [&](QWidget &top) {
+                              if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+                                  message = box->text();
+                                  box->close();
+                              }
+                          }),
+             ExitCode::WrongUsage);
+    QVERIFY2(message.contains(reason), qPrintable(message));
+    const Run run = runProgram({addressOf(*m_recorder, "admin:admin"), "--language", "de", "--screenshot",
+                                m_folder->filePath("pictures")});
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+    QCOMPARE(run.out, "");
+}
+
+void TestSetupProgram::takesPicturesOfWholePages()
+{
+    QByteArray rows;
+    for (int i = 0; i < 60; ++i)
+        rows += "<item type='label' row='" + QByteArray::number(i) + "'><text>line</text></item>";
+    // The last row is the only thing with a colour.
+    rows += "<item type='pushbutton' row='60'><text>end</text><color>red</color></item>";
+    QFile description(m_folder->filePath("long.xml"));
+    QVERIFY(description.open(QIODevice::WriteOnly));
+    description.write("<pvsetup version='1.0'><tabwidget><tab><name>long</name><item type='gridlayout'>" +
+                      rows +
+                      "</item></tab><tab><name>short</name><item type='gridlayout'><item "
+                      "type='label'><text>x</text></item></item></tab>"
+                      "</tabwidget></pvsetup>");
+    description.close();
+    const QDir pictures(m_folder->filePath("pictures"));
+    const Run run = runProgram({"--preview", description.fileName(), "--screenshot", pictures.path()});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    const QImage whole(pictures.filePath("01-long.png"));
+    const QImage other(pictures.filePath("02-short.png"));
+    QVERIFY2(whole.height() > 1000, qPrintable(QString::number(whole.height())));
+    // Each picture has the size of its own page.
+    QVERIFY2(other.height() <= 600, qPrintable(QString::number(other.height())));
+}
+
+void TestSetupProgram::writesALogWithoutSecrets()
+{
+    QFile accounts(m_recorder->filePath("users"));
+    QVERIFY(accounts.open(QIODevice::WriteOnly));
+    accounts.write("CNT=1\nNAME0=admin\nPASSWD0=a141c47927929bc2d1fb6d336a256df4\nLEVEL0=2\n");
+    accounts.close();
+    const QString log = m_folder->filePath("log");
+    const Run run = runProgram({addressOf(*m_recorder, "admin:abc1234"), "--digest", "--log", log,
+                                "--screenshot", m_folder->filePath("pictures")});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QFile file(log);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const char *part : {"paravue.link", "connecting to 127.0.0.1", "logging in as admin", "logged in",
+                             "sent GET NET CONFIG for net", "answered, ", "exchange ended",
+                             "description shown, ", "closed, rejected"})
+        QVERIFY2(text.contains(part), part);
+    for (const char *secret : {"abc1234", "a141c47927929bc2d1fb6d336a256df4"})
+        QVERIFY2(!text.contains(secret), secret);
+    QCOMPARE(file.permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    QVERIFY2(!run.err.contains("paravue-setup:"), qPrintable(run.err)); // nothing has failed
+}
+
+void TestSetupProgram::waitsNoLongerThanItMay()
+{
+    m_recorder->setReplyDelay(60'000);
+    const Run run = runProgram({addressOf(*m_recorder, "admin:admin"), "--timeout", "1", "--screenshot",
+                                m_folder->filePath("pictures")});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(run.err.contains("No answer from the recorder for 1 s"), qPrintable(run.err));
+}
+
+/// The user closes the message, and then the window.
+void TestSetupProgram::endsLikeTheSessionThatShowsNothing_data()
+{
+    const test::TestTable<QString, QByteArray, ExitCode> row("account", "description", "exitCode");
+    row("login given up", "admin:wrong@", "", ExitCode::Login);
+    row("nobody listens", "", "", ExitCode::Network);
+    row("description is no XML", "admin:admin@", "<pvsetup>", ExitCode::BadData);
+}
+
+void TestSetupProgram::endsLikeTheSessionThatShowsNothing()
+{
+    QFETCH(QString, account);
+    QFETCH(QByteArray, description);
+    QFETCH(ExitCode, exitCode);
+    const CommandLine commandLine = sessionWithTheRecorder(account.isEmpty() ? "a:b@" : account);
+    if (account.isEmpty())
+        m_recorder->close();
+    QFile file(m_recorder->filePath("interface"));
+    if (!description.isEmpty())
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(description) > 0);
+    file.close();
+    bool hasSeenMessage = false;
+    const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
+        const bool isMessage = qobject_cast<QMessageBox *>(&top);
+        hasSeenMessage = hasSeenMessage || isMessage;
+        if (isMessage || hasSeenMessage || top.inherits("cDlg"))
+            top.close();
+    });
+    QCOMPARE(code, exitCode);
+    QVERIFY(hasSeenMessage);
 }
 
 void TestSetupProgram::leavesNoFilesWhenItIsEnded_data()
@@ -428,7 +589,7 @@ void TestSetupProgram::leavesNoFilesWhenItIsEnded()
         AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
         QCOMPARE(process.exitStatus(), number == SIGKILL ? QProcess::CrashExit : QProcess::NormalExit);
         if (number != SIGKILL)
-            QCOMPARE(process.exitCode(), 1);
+            QCOMPARE(process.exitCode(), 8);
     };
     run(signal);
     QCOMPARE(local.isEmpty(), isClean);
@@ -437,7 +598,7 @@ void TestSetupProgram::leavesNoFilesWhenItIsEnded()
     // The next session finds the copies when it starts.
     const Run next = runProgram({"nobody:x@127.0.0.1:1", "--screenshot", m_folder->filePath("pictures")},
                                 "offscreen", local.path());
-    QCOMPARE(next.exitCode, 3);
+    QCOMPARE(next.exitCode, 3); // nobody listens
     QVERIFY2(local.isEmpty(), qPrintable(local.entryList().join(' ')));
 #endif
 }
@@ -470,14 +631,14 @@ void TestSetupProgram::finishesTheSaveOfAnAcceptedWindow()
         if (QPushButton *save = buttonWithText(top, "Save"))
             save->click();
     });
-    QCOMPARE(code, Accepted);
+    QCOMPARE(code, ExitCode::Done);
     QCOMPARE(m_received, QStringList({"streams", "net", "time", "timers", "disk", "users", "state"}));
 }
 
 void TestSetupProgram::endsWithOneWhenCancelled()
 {
     const ExitCode code = runSessionAs([](QWidget &top) { QTest::keyClick(&top, Qt::Key_Escape); });
-    QCOMPARE(code, Rejected);
+    QCOMPARE(code, ExitCode::Rejected);
     QCOMPARE(m_received, QStringList());
 }
 
@@ -495,25 +656,25 @@ void TestSetupProgram::tellsWhenTheSaveFails()
             m_recorder->close();
         }
     });
-    QCOMPARE(code, Failed);
+    QCOMPARE(code, ExitCode::Network);
     QVERIFY(!message.isEmpty());
     QVERIFY(m_received.size() < 7);
 }
 
-void TestSetupProgram::failsWhenASignalStopsTheSave_data()
+void TestSetupProgram::isCancelledWhenASignalStopsTheSave_data()
 {
     const test::TestTable<bool> row("hasBegun");
     row("before it begins", false);
     row("when a file has arrived", true);
 }
 
-void TestSetupProgram::failsWhenASignalStopsTheSave()
+void TestSetupProgram::isCancelledWhenASignalStopsTheSave()
 {
     QFETCH(bool, hasBegun);
     const auto quit = [] { QCoreApplication::exit(); }; // as the program does on a signal
     if (hasBegun)
         connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, quit);
-    ExitCode code = Accepted;
+    ExitCode code = ExitCode::Done;
     QTimer::singleShot(0, this, [&] {
         code = runSessionAs([&](QWidget &top) {
             QPushButton *save = buttonWithText(top, "Save");
@@ -526,7 +687,7 @@ void TestSetupProgram::failsWhenASignalStopsTheSave()
     });
     QCoreApplication::exec();
     QVERIFY(m_received.size() <= 1);
-    QCOMPARE(code, Failed);
+    QCOMPARE(code, ExitCode::Cancelled);
 }
 
 void TestSetupProgram::asksForALoginOnce()
@@ -554,9 +715,9 @@ void TestSetupProgram::asksForALoginOnce()
         }
     };
     const QString refused = "The recorder has refused the login.";
-    QCOMPARE(runSessionAs(sessionWithTheRecorder("admin:wrong@"), user), Rejected);
+    QCOMPARE(runSessionAs(sessionWithTheRecorder("admin:wrong@"), user), ExitCode::Rejected);
     QCOMPARE(events, QStringList({refused, refused, "loaded"}));
-    QCOMPARE(runSessionAs(sessionWithTheRecorder(""), user), Rejected);
+    QCOMPARE(runSessionAs(sessionWithTheRecorder(""), user), ExitCode::Rejected);
     QCOMPARE(events, QStringList({refused, refused, "loaded", "loaded"}));
 
     QFile settings(m_user.settingsPath());
