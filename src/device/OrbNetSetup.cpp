@@ -80,6 +80,15 @@ OrbNetSetup::~OrbNetSetup()
     m_settings.clear();
 }
 
+QString OrbNetSetup::deviceAddress(const QString &login, const QString &password, const QString &host,
+                                   quint16 port)
+{
+    if (host.isEmpty() || host.contains(u':') || host.contains(u'@') || password.contains(u':') || port == 0)
+        return {};
+    return QStringLiteral("%1:%2@%3:%4")
+        .arg(login, password, host, QString::number(static_cast<qint16>(port)));
+}
+
 void OrbNetSetup::setCredentialsSource(std::unique_ptr<CredentialsSource> source)
 {
     m_credentialsSource = std::move(source);
@@ -342,6 +351,7 @@ void OrbNetSetup::disconnected()
                 names << name;
         }
         finishExchange();
+        noteLocalProblem();
         if (!names.isEmpty())
             Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"; it was not sent")
                                    .arg(names.join(QStringLiteral("\", \""))));

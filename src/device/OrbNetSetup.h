@@ -230,7 +230,7 @@ private:
     bool m_isAsking = false;        ///< for another login
     int m_resets = 0;               ///< how often an exchange was given up
     int m_resetsBeforeQuestion = 0; ///< the value of m_resets when the exchange was refused that asks
-    bool m_isLoginGiven = false; ///< the user was asked and has answered
+    bool m_isLoginGiven = false;    ///< the user was asked and has answered
     Timeouts m_timeouts;
     QTimer *m_waiting; ///< runs while the exchange waits for the recorder, if there is a time-out
 };

@@ -177,6 +177,18 @@ void OrbSetup::setActivity(const QString &text)
     m_activity = text;
 }
 
+void OrbSetup::setExplanation(const QString &message, const QString &words)
+{
+    // A message may quote the recorder, which could choose another text each time.
+    constexpr qsizetype MaxExplanations = 100;
+    if (m_explanations.size() >= MaxExplanations)
+        m_explanations.clear();
+    if (words.isEmpty())
+        m_explanations.remove(message);
+    else
+        m_explanations.insert(message, words);
+}
+
 OrbSettings &OrbSetup::settings(const QString &name)
 {
     return settingsOf(name);

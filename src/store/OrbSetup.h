@@ -114,7 +114,7 @@ protected:
     void setLinkStatus(const paravue::LinkStatus &status);
     /// Gives up the functions that wait for the link.
     void giveUpWaiting();
-    void setExplanation(const QString &message, const QString &words) { m_explanations[message] = words; }
+    void setExplanation(const QString &message, const QString &words);
     /// What resetLink() does; nothing by itself. A function object, as the virtual functions of stores are
     /// fixed.
     void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }
