@@ -94,6 +94,10 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement)
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
     m_described = std::make_unique<FrameBinding>(*this, *m_frame, *m_parts);
     wire();
+    m_parts->bindings.setLanguageObserver([this] {
+        m_described->showTexts();
+        m_parts->dialogs.showTitles();
+    });
     m_status = new StatusLine(*setup, this);
     m_frame->addStatusLine(m_status);
     connect(m_status, &StatusLine::retryRequested, this, [this] { operate([this] { tryAgain(); }); });

@@ -6,6 +6,7 @@
 #include "ui/window/WindowHeader.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -74,6 +75,7 @@ private Q_SLOTS:
     void placesTabs();
     void keepsItsOwnSizeWithoutBothNumbers();
     void showsTheNewLanguageOfAnOldDescription();
+    void showsAnotherLanguageAtOnce();
     void rebuildsForANewDescription();
     void reloadsForOtherFiles();
     void keepsTheOldPagesWhenTheNewOnesAreBad();
@@ -220,6 +222,59 @@ void TestWindow::showsTheNewLanguageOfAnOldDescription()
     QCOMPARE(texts(), "Да Да Да Да Да Да"); // what a fetch brings shows when it is complete
     Q_EMIT window.fixture.store().loadDone();
     QCOMPARE(texts(), "Yes Yes Yes Yes Yes Yes");
+}
+
+void TestWindow::showsAnotherLanguageAtOnce()
+{
+    const QByteArray language = "<key>streams/common/language/";
+    DescribedWindow window(
+        describe("<window><self/><title>@t</title></window><buttonOK><text>@t</text></buttonOK>"
+                 "<tabwidget><tab><name>@t</name><item type='gridlayout'>"
+                 "<item type='label'><text>@t</text><tooltip>@t</tooltip></item>"
+                 "<item type='pushbutton' row='1'><text>@t</text><action type='call' slot='showDialog' "
+                 "param='box'>self</action></item>"
+                 "<item type='dropdown' row='2'><text>ru" +
+                 language +
+                 "ru</key></text>"
+                 "<text>@t" +
+                 language +
+                 "en</key></text></item>"
+                 "<item type='checkbox' row='3'><text>@t</text></item></item></tab></tabwidget>"
+                 "<x><box/><title>@t</title><item type='gridlayout'><item type='dropdown'>"
+                 "<text>en" +
+                 language + "en</key></text><text>ru" + language +
+                 "ru</key></text></item>"
+                 "<item type='label' row='1'><text>@t</text></item></item></x>"
+                 "<translations><ru><t>Titel</t></ru><en><t>Title</t></en></translations>"),
+        {{"streams", "[ common ]\nlanguage=ru\n"}});
+    const auto texts = [&window] {
+        return QStringList{header(window)->text().section(u' ', -1),
+                           window.window->findChild<QPushButton *>("buttonOK")->text(),
+                           window.window->findChild<QTabWidget *>()->tabText(0),
+                           window.widget<QLabel>()->text(),
+                           window.widget<QLabel>()->toolTip(),
+                           window.widget<QPushButton>()->text(),
+                           window.widget<QComboBox>()->itemText(1),
+                           window.widget<QCheckBox>()->text()};
+    };
+    QCOMPARE(texts(), QStringList(8, "Titel"));
+    // In a dialog, whose own texts change as well.
+    QStringList ofDialog;
+    const ModalWatcher dialogs(
+        [&](QWidget &dialog) {
+            auto *box = dialog.findChild<QComboBox *>();
+            box->setCurrentIndex(0);
+            Q_EMIT box->activated(0);
+            ofDialog << dialog.windowTitle() << dialog.findChild<QLabel *>()->text();
+        },
+        "QDialog");
+    window.widget<QPushButton>()->click();
+    QCOMPARE(ofDialog, QStringList(2, "Title"));
+    QCOMPARE(texts(), QStringList(8, "Title"));
+    auto *box = window.widget<QComboBox>();
+    box->setCurrentIndex(0);
+    Q_EMIT box->activated(0);
+    QCOMPARE(texts(), QStringList(8, "Titel"));
 }
 
 void TestWindow::rebuildsForANewDescription()

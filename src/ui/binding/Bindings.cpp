@@ -7,6 +7,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ToolTip.h"
+#include "ui/description/TextResolver.h"
 
 #include <QLoggingCategory>
 #include <QSet>
@@ -90,6 +91,7 @@ void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
     // A list may write thousands of addresses; a control that shows several of them is reloaded once.
     QList<int> dependants;
     QSet<int> known;
+    bool isOtherLanguage = false;
     for (const Assignment &given : assignments) {
         const QString text = given.text();
         m_context.store().setValue(text);
@@ -97,12 +99,19 @@ void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
         const bool isAddress = ConfigAddress(given.path).hasKey();
         const Assignment assignment = isAddress ? given : Assignment::fromText(text);
         m_fileAccess.written(assignment, origin);
+        isOtherLanguage |= assignment.path == TextResolver::LanguagePath;
         for (const int number : m_table.dependants(assignment.path)) {
             if (known.contains(number))
                 continue;
             known.insert(number);
             dependants.append(number);
         }
+    }
+    if (isOtherLanguage) {
+        reload();
+        if (m_languageChanged)
+            m_languageChanged();
+        return;
     }
     for (const int number : dependants) {
         if (Control *control = m_table.find(number))

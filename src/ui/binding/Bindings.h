@@ -31,6 +31,9 @@ public:
     /// Writes all of them into the store, and then reloads each control that shows any of the addresses.
     void write(const QList<Assignment> &assignments, ValueOrigin origin = ValueOrigin::Description);
 
+    /// \a show is called when the language was changed, after all controls were reloaded.
+    void setLanguageObserver(const std::function<void()> &show) { m_languageChanged = show; }
+
 private:
     void reload(Control &control);
     void logChange(const QList<Assignment> &assignments);
@@ -39,6 +42,7 @@ private:
     ControlTable &m_table;
     ActionRunner &m_actions;
     FileAccessGuard &m_fileAccess;
+    std::function<void()> m_languageChanged;
     QString m_loggedChange; ///< the address that was logged last
 };
 

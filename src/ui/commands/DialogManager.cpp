@@ -69,6 +69,14 @@ void DialogManager::close(const QString &tag)
         open->dialog->accept();
 }
 
+void DialogManager::showTitles()
+{
+    for (const OpenDialog &open : m_open) {
+        if (open.dialog)
+            open.dialog->setWindowTitle(title(open.element));
+    }
+}
+
 void DialogManager::closeAll()
 {
     // Modal dialogs are deleted by run(), which is waiting for them.

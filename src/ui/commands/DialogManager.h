@@ -39,6 +39,8 @@ public:
     /// Closes what show() has opened.
     void close(const QString &tag);
     void closeAll();
+    /// Updates the titles of the dialogs that are open.
+    void showTitles();
 
 private:
     struct OpenDialog {

@@ -45,6 +45,8 @@ private:
 
 } // namespace
 
+const QString TextResolver::LanguagePath = QStringLiteral("streams/common/language");
+
 TextResolver::TextResolver(const InterfaceDocument &document, OrbSetup &store)
     : m_document(document), m_store(store)
 {
@@ -65,9 +67,8 @@ ResolvedText TextResolver::resolve(const QString &raw) const
 QString TextResolver::language() const
 {
     const QString fallback = QStringLiteral("ru");
-    return m_store->fileExists(QStringLiteral("streams"))
-               ? m_store->value(QStringLiteral("streams/common/language/ru"))
-               : fallback;
+    return m_store->fileExists(QStringLiteral("streams")) ? m_store->value(LanguagePath + u'/' + fallback)
+                                                          : fallback;
 }
 
 bool TextResolver::insertTranslations(QString &text) const

@@ -25,6 +25,9 @@ public:
     /// Both must outlive the resolver.
     TextResolver(const InterfaceDocument &document, OrbSetup &store);
 
+    /// Where the recorder keeps its language; all translated texts depend on it.
+    static const QString LanguagePath;
+
     ResolvedText resolve(const QString &raw) const;
 
 private:
