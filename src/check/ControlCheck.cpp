@@ -100,7 +100,9 @@ void checkKeys(const QDomElement &element, const KeyRule &rule, AddressCheck &ad
 {
     const QList<QDomElement> keys = children(element, rule.tag);
     for (qsizetype i = 0; i < keys.size(); ++i) {
-        checkKey(keys.at(i), rule, i == 0, addresses);
+        // Other words than "key" may be tags of actions too.
+        if (rule.tag == keyTag || !addressText(keys.at(i)).isEmpty())
+            checkKey(keys.at(i), rule, i == 0, addresses);
         if (rule.keyPerRow > 0 && i > 0 && (keys.size() < rule.keyPerRow || i >= rule.keyPerRow))
             problems.warning(keys.at(i), CheckText::tr("This key is not used: a week has one or seven"));
     }

@@ -124,7 +124,8 @@ private:
     /// Addresses are not shown to the user, so references in them are not resolved.
     static bool isText(const QString &tag)
     {
-        static const QSet<QString> others{"key", "keyset", "column_source", "row_count", "target", "ptz"};
+        static const QSet<QString> others{"key",       "value",  "keyset", "column_source",
+                                          "row_count", "target", "ptz"};
         return !others.contains(tag);
     }
 

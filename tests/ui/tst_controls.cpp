@@ -129,6 +129,15 @@ void TestControls::load_data()
     };
     row("label", "type='label'><text>Name: {net/untitled/NAME}</text>", "Name: Gate 1",
         "net/untitled/NAME/x/y", "Name: x/y");
+    row("label with a value",
+        "type='label'><text>not this</text><value>net/untitled/MODE</value><choice value='b'>High "
+        "{net/untitled/LEVEL}</choice><choice value='a'>Low</choice>",
+        "High 7", "net/untitled/MODE/a", "Low");
+    row("label with a value that has no words",
+        "type='label'><value>net/untitled/MODE</value><choice value='x'>High</choice>", "b");
+    row("label with a date", "type='label' format='dd.MM.yyyy'><value>net/untitled/TIME</value>",
+        "31.03.2024", "net/untitled/TIME/soon", "soon");
+    row("label with a tag", "type='label'><text>Name</text><value/>", "Name");
     row("edit", "type='edit'><key>net/untitled/NAME</key><key>net/untitled/MODE</key>", "Gate 1",
         "net/untitled/NAME/New", "New");
     row("edit, missing key with a default", "type='edit'><key>net/untitled/NONE/none</key>", "none",

@@ -14,6 +14,7 @@ struct AttributeRule {
         Word,      ///< one of some words; anything else counts as the first of them
         Character, ///< just one character
         Pattern,   ///< a regular expression
+        Text,      ///< anything
     };
 
     QString name;

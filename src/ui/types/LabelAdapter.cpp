@@ -1,8 +1,11 @@
 #include "ui/base/Alignment.h"
 #include "ui/base/SafeText.h"
 #include "ui/binding/ControlAdapter.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
 #include "ui/types/AdapterTexts.h"
 
+#include <QDateTime>
 #include <QLabel>
 
 #include <memory>
@@ -12,10 +15,35 @@ namespace paravue
 namespace
 {
 
+const QString valueTag = QStringLiteral("value");
+const QString choiceTag = QStringLiteral("choice");
+
+/// The words for \a value: those of the choice with that value, or the date that it stands for, or the value
+/// itself.
+QString inWords(ControlContext &context, const Control &control, const QString &value)
+{
+    for (QDomElement choice = control.element.firstChildElement(choiceTag); !choice.isNull();
+         choice = choice.nextSiblingElement(choiceTag)) {
+        if (choice.attribute(valueTag) == value)
+            return context.text(control, choice.text());
+    }
+    const QString format = control.element.attribute(QStringLiteral("format"));
+    const QDateTime stored = QDateTime::fromString(value, QStringLiteral("yyyyMMddHHmmss"));
+    // The recorder's clock is not this computer's: an hour that the local time zone skips exists there.
+    const QDateTime date(stored.date(), stored.time(), Qt::UTC);
+    return format.isEmpty() || !date.isValid() ? value : date.toString(format);
+}
+
+/// A text or, with a "value", what is stored at the address there. An empty "value" is a tag.
 class LabelAdapter : public TypedAdapter<QLabel>
 {
 public:
-    LabelAdapter() : TypedAdapter(ControlTraits{}) {}
+    LabelAdapter()
+        : TypedAdapter({.attributes = {{"format", AttributeRule::Text}},
+                        .children = {{choiceTag, {{valueTag, AttributeRule::Text}}}},
+                        .keys = {{}, {.tag = valueTag}}})
+    {
+    }
 
     QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
     {
@@ -28,7 +56,9 @@ public:
     bool load(ControlContext &context, const Control &control) const override
     {
         QLabel &label = widget(control);
-        const QString text = caption(context, control);
+        const QString address = addressText(control.element.firstChildElement(valueTag));
+        const QString text = address.isEmpty() ? caption(context, control)
+                                               : inWords(context, control, context.value(control, address));
         if (label.text() == text)
             return false;
         label.setTextFormat(safeTextFormat(text));
