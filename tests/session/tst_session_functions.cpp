@@ -2,6 +2,7 @@
 #include "ModalWatcher.h"
 #include "SetupRun.h"
 
+#include "controls/K9mButton.h"
 #include "device/CTimeZoner.h"
 #include "device/TimeZoneTable.h"
 #include "recorder/RecorderServer.h"
@@ -97,6 +98,8 @@ private Q_SLOTS:
     void setsTheClockInAnyZone();
     void adjustsThePictureOnce();
     void showsTheReport();
+    void switchesMaintenance();
+    void takesTimesOfTheDayOnly();
     void goesOnAfterAFailure_data();
     void goesOnAfterAFailure();
     void offersEveryTimeZone();
@@ -316,6 +319,35 @@ void TestSessionFunctions::showsTheReport()
     QVERIFY(saved.open(QIODevice::ReadOnly));
     QVERIFY(saved.readAll().startsWith("[ report ]\nCREATED = '20"));
     QVERIFY(session.isFine());
+}
+
+void TestSessionFunctions::switchesMaintenance()
+{
+    const QString address = "streams/common/maintenance";
+    Session session(*m_recorder);
+    session.window->setValue(address + "/on");
+    auto *button = find<K9mButton>(*session.window, "Maintenance mode");
+    QVERIFY(button && button->isOn());
+    reveal(*button);
+    for (const char *expected : {"off", "on"}) {
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(session.store.value(address), expected);
+        QCOMPARE(button->isOn(), expected == QString("on"));
+    }
+}
+
+void TestSessionFunctions::takesTimesOfTheDayOnly()
+{
+    Session session(*m_recorder);
+    session.window->setValue("timers/camera_0/from/12:34");
+    QLineEdit *from = session.field("12:34");
+    QVERIFY(from);
+    reveal(*from);
+    from->selectAll();
+    QTest::keyClicks(from, "25:99");
+    QCOMPARE(from->text(), "2"); // nothing else can follow but 0 to 3
+    QTest::keyClicks(from, "3:79:58");
+    QCOMPARE(session.store.value("timers/camera_0/from"), "23:58");
 }
 
 void TestSessionFunctions::goesOnAfterAFailure_data()

@@ -77,6 +77,15 @@ void DialogManager::showTitles()
     }
 }
 
+void DialogManager::closeLast(const std::function<bool(const QDomElement &)> &isMeant)
+{
+    const auto open = std::find_if(m_open.rbegin(), m_open.rend(), [&](const OpenDialog &entry) {
+        return entry.dialog && isMeant(entry.element);
+    });
+    if (open != m_open.rend())
+        open->dialog->accept();
+}
+
 void DialogManager::closeAll()
 {
     // Modal dialogs are deleted by run(), which is waiting for them.

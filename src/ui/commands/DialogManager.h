@@ -38,6 +38,8 @@ public:
     bool show(const QString &tag);
     /// Closes what show() has opened.
     void close(const QString &tag);
+    /// Accepts the dialog that was opened last of those whose element \a isMeant, if any is open.
+    void closeLast(const std::function<bool(const QDomElement &)> &isMeant);
     void closeAll();
     /// Updates the titles of the dialogs that are open.
     void showTitles();

@@ -26,6 +26,21 @@ const QString scratch = QStringLiteral("general/access/");
 const QString firstPassword = QStringLiteral("pass1");
 const QString secondPassword = QStringLiteral("pass2");
 
+bool hasPasswords(const QDomElement &dialog)
+{
+    if (dialog.isNull())
+        return false;
+    if (!dialog.firstChildElement(dialogTag).isNull())
+        return true;
+    const QDomNodeList keys = dialog.elementsByTagName(QStringLiteral("key"));
+    for (int i = 0; i < keys.size(); ++i) {
+        const QString address = OrbSetup::path(addressText(keys.at(i).toElement()));
+        if (address == scratch + firstPassword || address == scratch + secondPassword)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 UserListEditor::UserListEditor(ControlContext &context, Bindings &bindings, DialogManager &dialogs,
@@ -51,18 +66,7 @@ void UserListEditor::run(const QString &tag)
 
 bool UserListEditor::takesPasswords(const QString &tag) const
 {
-    const QDomElement dialog = m_context.description().document().first(tag).parentNode().toElement();
-    if (dialog.isNull())
-        return false;
-    if (!dialog.firstChildElement(dialogTag).isNull())
-        return true;
-    const QDomNodeList keys = dialog.elementsByTagName(QStringLiteral("key"));
-    for (int i = 0; i < keys.size(); ++i) {
-        const QString address = OrbSetup::path(addressText(keys.at(i).toElement()));
-        if (address == scratch + firstPassword || address == scratch + secondPassword)
-            return true;
-    }
-    return false;
+    return hasPasswords(m_context.description().document().first(tag).parentNode().toElement());
 }
 
 UserListView *UserListEditor::list() const
@@ -144,7 +148,7 @@ void UserListEditor::acceptTyped()
         users->addUser(user);
     else
         users->replaceUser(row, user);
-    m_dialogs.close(dialogTag);
+    m_dialogs.closeLast([](const QDomElement &dialog) { return hasPasswords(dialog); });
 }
 
 /// What is stored as the password of the user \a row (-1: a new one).
