@@ -6,6 +6,7 @@
 #include "check/DescriptionCheck.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -24,6 +25,10 @@ class ReportText
 {
     Q_DECLARE_TR_FUNCTIONS(CheckReport)
 };
+
+const QString StandardInput = QStringLiteral("-");
+// As compilers name it.
+const QString InputName = QStringLiteral("<stdin>");
 
 /// The words of the output are for other programs too, and are not translated.
 QString wordFor(DescriptionProblem::Severity severity)
@@ -70,6 +75,17 @@ void printJson(QTextStream &out, const QString &file, const QList<DescriptionPro
     out << QJsonDocument(report).toJson();
 }
 
+/// The problems of the description at \a path, or of that on standard input.
+QList<DescriptionProblem> problemsOf(const QString &path, const QString &folder)
+{
+    if (path != StandardInput)
+        return checkDescription(path, folder);
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly))
+        return {{DescriptionProblem::Severity::Error, 0, 0, input.errorString()}};
+    return checkDescription(input, InputName, folder);
+}
+
 } // namespace
 
 ExitCode runCheck(const CommandLine &commandLine)
@@ -79,12 +95,13 @@ ExitCode runCheck(const CommandLine &commandLine)
         ProgramLog::tellFailure(ReportText::tr("%1 is no folder").arg(folder));
         return ExitCode::LocalFile;
     }
-    const QList<DescriptionProblem> problems = checkDescription(commandLine.description, folder);
+    const QList<DescriptionProblem> problems = problemsOf(commandLine.description, folder);
+    const QString name = commandLine.description == StandardInput ? InputName : commandLine.description;
     QTextStream out(stdout);
     if (commandLine.json)
-        printJson(out, commandLine.description, problems);
+        printJson(out, name, problems);
     else
-        printLines(out, commandLine.description, problems);
+        printLines(out, name, problems);
     const bool isClean = countOf(problems, DescriptionProblem::Severity::Error) == 0;
     return isClean ? ExitCode::Done : ExitCode::Rejected;
 }

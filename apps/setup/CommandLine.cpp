@@ -98,7 +98,9 @@ QList<QCommandLineOption> programOptions()
          OptionText::tr("Write what happens to FILE, behind what it holds: connections, commands, changed "
                         "settings, messages. It gets no passwords and no values."),
          "FILE"},
-        {"check", OptionText::tr("List the problems of the interface description FILE, without a recorder."),
+        {"check",
+         OptionText::tr("List the problems of the interface description FILE (- for the standard "
+                        "input), without a recorder."),
          "FILE"},
         {"json", OptionText::tr("Print them for other programs (with --check).")},
         {"preview",

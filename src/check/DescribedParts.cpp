@@ -1,6 +1,7 @@
 #include "check/DescribedParts.h"
 
 #include "check/CheckText.h"
+#include "check/GridOverlap.h"
 #include "check/ProblemList.h"
 #include "ui/CWinMain.h"
 #include "ui/binding/ControlAdapter.h"
@@ -101,6 +102,7 @@ private:
 
     void grid(const QDomElement &item)
     {
+        checkOverlaps(item, m_problems);
         forEachChild(item, [this](const QDomElement &child) {
             if (child.tagName() == itemTag)
                 cell(child);

@@ -8,14 +8,17 @@
 #include "check/ProblemList.h"
 #include "check/SlotParams.h"
 #include "check/TextCheck.h"
+#include "check/WindowCheck.h"
 #include "check/WordCheck.h"
 #include "device/protocol/GzText.h"
 #include "device/protocol/Limits.h"
 #include "store/XmlLimits.h"
 #include "ui/description/InterfaceDocument.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QFile>
+#include <QLabel>
 #include <QSet>
 
 namespace paravue
@@ -43,11 +46,11 @@ class DescriptionChecker
 {
 public:
     DescriptionChecker(const InterfaceDocument &document, const QString &filesFolder, ProblemList &problems)
-        : m_problems(problems), m_parts(findParts(document.root(), problems)),
+        : m_document(document), m_problems(problems), m_parts(findParts(document.root(), problems)),
           m_addresses(document.root(), filesFolder, problems),
           m_texts(document.root(), m_addresses, problems),
           m_params(document, m_parts, m_addresses, m_texts, problems),
-          m_actions(document, m_parts, m_params, problems)
+          m_actions(document, m_parts, m_params, problems), m_words(document.root(), m_parts, problems)
     {
     }
 
@@ -59,6 +62,7 @@ public:
                   child.tagName() != QLatin1String("translations") && child.tagName() != QLatin1String("di"));
         for (const DescribedParts::Control &control : m_parts.controls)
             checkControl(control, m_addresses, m_problems);
+        checkWindow(m_document, m_parts, m_texts, m_problems);
         m_actions.finish();
         m_params.finish();
         m_texts.finish();
@@ -67,9 +71,12 @@ public:
 private:
     void visit(const QDomElement &element, bool isOfTheWindow)
     {
-        checkWords(element, m_problems);
-        if (isOfTheWindow)
+        if (isOfTheWindow) {
+            m_words.check(element);
             judge(element);
+        } else {
+            m_words.checkTag(element);
+        }
         for (QDomElement child = element.firstChildElement(); !child.isNull();
              child = child.nextSiblingElement())
             visit(child, isOfTheWindow);
@@ -91,8 +98,10 @@ private:
         else if (tag == QLatin1String("keyset") && !m_parts.of(element.parentNode().toElement()).adapter)
             m_problems.warning(element,
                                CheckText::tr("Nothing uses this keyset: it stands in no list of choices"));
+        else if (const auto place = placeOf(element))
+            m_texts.visible(element, ownText(element), *place);
         else if (isText(tag))
-            m_texts.visible(element, ownText(element));
+            m_texts.resolved(element, ownText(element));
         judgeParam(element);
     }
 
@@ -103,10 +112,10 @@ private:
         if (element.attribute(QStringLiteral("slot")) == QLatin1String("fileDialog")) {
             QStringList fields = param.split(u',');
             if (fields.size() > 1)
-                m_texts.visible(element, fields.takeAt(1));
+                m_texts.resolved(element, fields.takeAt(1));
             param = fields.join(u',');
         }
-        m_texts.visible(element, param);
+        m_texts.resolved(element, param);
     }
 
     static bool isCancelButton(const QDomNode &node)
@@ -121,6 +130,29 @@ private:
         return m_parts.of(parent).adapter || m_parts.of(parent.parentNode().toElement()).adapter;
     }
 
+    /// How the window shows the text of \a element; nothing when it is not shown.
+    std::optional<TextPlace> placeOf(const QDomElement &element) const
+    {
+        static const QSet<QString> plain{"title", "column", "accesslevel", "kind", "unit", "help"};
+        const QString tag = element.tagName();
+        const QDomElement parent = element.parentNode().toElement();
+        if (tag == QLatin1String("tooltip"))
+            return TextPlace::RichText;
+        if (tag == QLatin1String("name") && parent.tagName() == QLatin1String("tab"))
+            return TextPlace::Caption;
+        if (plain.contains(tag))
+            return TextPlace::PlainText;
+        if (tag != QLatin1String("text") && tag != QLatin1String("choice"))
+            return {};
+        const QMetaObject *widget = m_parts.of(parent).widgetClass;
+        if (widget && widget->inherits(&QLabel::staticMetaObject))
+            return TextPlace::RichText;
+        const bool isFrame = parent.parentNode() == m_document.root();
+        return isFrame || (widget && widget->inherits(&QAbstractButton::staticMetaObject))
+                   ? TextPlace::Caption
+                   : TextPlace::PlainText;
+    }
+
     /// Addresses are not shown to the user, so references in them are not resolved.
     static bool isText(const QString &tag)
     {
@@ -129,12 +161,14 @@ private:
         return !others.contains(tag);
     }
 
+    const InterfaceDocument &m_document;
     ProblemList &m_problems;
     DescribedParts m_parts;
     AddressCheck m_addresses;
     TextCheck m_texts;
     SlotParams m_params;
     ActionCheck m_actions;
+    WordCheck m_words;
 };
 
 } // namespace
@@ -146,17 +180,23 @@ std::optional<QByteArray> unpackedDescription(const QByteArray &content)
 
 QList<DescriptionProblem> checkDescription(const QString &path, const QString &filesFolder)
 {
-    InterfaceDocument document;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return {{DescriptionProblem::Severity::Error, 0, 0, document.load(path)}};
-    const bool isPlausible = file.size() <= MaxDescriptionBytes;
-    const auto content = isPlausible ? unpackedDescription(file.readAll()) : std::nullopt;
+        return {{DescriptionProblem::Severity::Error, 0, 0, InterfaceDocument().load(path)}};
+    return checkDescription(file, path, filesFolder);
+}
+
+QList<DescriptionProblem> checkDescription(QIODevice &file, const QString &name, const QString &filesFolder)
+{
+    // The size of a device is not known before it ends.
+    const QByteArray packed = file.read(MaxDescriptionBytes + 1);
+    const auto content = packed.size() <= MaxDescriptionBytes ? unpackedDescription(packed) : std::nullopt;
     if (!content)
         return {{DescriptionProblem::Severity::Error, 0, 0,
-                 QCoreApplication::translate("OrbNetSetup", "File \"%1\" is too large").arg(path)}};
+                 QCoreApplication::translate("OrbNetSetup", "File \"%1\" is too large").arg(name)}};
     const QByteArray &text = *content;
-    if (const QString fault = document.load(text, path); !fault.isEmpty())
+    InterfaceDocument document;
+    if (const QString fault = document.load(text, name); !fault.isEmpty())
         return {unreadable(text, fault)};
 
     const SourcePositions positions(text, document.root());

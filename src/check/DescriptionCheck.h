@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class QIODevice;
+
 namespace paravue
 {
 
@@ -38,8 +40,12 @@ PARAVUE_EXPORT std::optional<QByteArray> unpackedDescription(const QByteArray &c
 /// that the recorder's files have in a session ("streams", "net"), with or without a section line in front,
 /// and are only read.
 ///
+/// \a file may also be a device, which \a name stands for in messages.
+///
 /// Takes time in proportion to the size of the description. Needs no QApplication.
 PARAVUE_EXPORT QList<DescriptionProblem> checkDescription(const QString &file,
+                                                          const QString &filesFolder = {});
+PARAVUE_EXPORT QList<DescriptionProblem> checkDescription(QIODevice &file, const QString &name,
                                                           const QString &filesFolder = {});
 
 } // namespace paravue

@@ -5,6 +5,8 @@
 #include "check/ProblemList.h"
 #include "ui/description/TextReferences.h"
 
+#include <QRegularExpression>
+
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,14 @@ namespace paravue
 {
 namespace
 {
+
+/// True for a text with words, as opposed to names, units and numbers, which are the same in all languages.
+bool hasWords(const QString &text)
+{
+    static const QRegularExpression references(QStringLiteral("\\{[^{}]*\\}|@[^ .@\r\n\t]+|<[^<>]*>"));
+    static const QRegularExpression word(QStringLiteral("\\p{Lu}\\p{Ll}{2,}|\\p{Ll}{4,}"));
+    return word.match(QString(text).remove(references)).hasMatch();
+}
 
 } // namespace
 
@@ -46,7 +56,61 @@ void TextCheck::readLanguage(const QDomElement &language)
     }
 }
 
-void TextCheck::visible(const QDomElement &at, const QString &text)
+void TextCheck::visible(const QDomElement &at, const QString &text, TextPlace place)
+{
+    resolved(at, text);
+    const QList<Reference> found = references(text);
+    // In parts of a text, what looks like markup depends on the rest.
+    if (found.size() == 1 && text.trimmed() == u'@' + found.first().id)
+        m_places[found.first().id] |= place;
+    else if (found.isEmpty())
+        markup(at, text, place);
+    untranslated(at, text);
+}
+
+void TextCheck::untranslated(const QDomElement &at, const QString &text)
+{
+    // Languages are named in themselves.
+    const QString key = at.firstChildElement(QStringLiteral("key")).text();
+    if (m_languages.size() > 1 && hasWords(text) &&
+        !key.startsWith(QLatin1String("streams/common/language/")))
+        m_problems.warning(
+            at, CheckText::tr("This text is the same in all languages; \"@\" with an id would have "
+                              "a translation into each"));
+}
+
+void TextCheck::markup(const QDomElement &at, const QString &text, TextPlaces places)
+{
+    for (const QString &problem : unintendedMarkup(text, places))
+        m_problems.warning(at, problem);
+}
+
+QString TextCheck::captionIn(const QString &language, const QString &text) const
+{
+    const QString id = text.trimmed().mid(1);
+    const bool isReference = text.trimmed().startsWith(u'@') && isTranslated(language, id);
+    return isReference ? m_texts.at(language).value(id).text() : text;
+}
+
+void TextCheck::tabs(const QList<QDomElement> &names)
+{
+    const QStringList languages = m_languages.isEmpty() ? QStringList{QString()} : m_languages;
+    for (const QString &language : languages) {
+        QMap<QChar, QString> keys;
+        for (const QDomElement &name : names) {
+            const QString caption = m_languages.isEmpty() ? name.text() : captionIn(language, name.text());
+            const QChar key = mnemonicOf(caption);
+            if (!key.isNull() && keys.contains(key))
+                m_problems.warning(name, CheckText::tr("Alt+%1 is the key of the tab \"%2\" already")
+                                             .arg(key)
+                                             .arg(keys.value(key)));
+            else if (!key.isNull())
+                keys.insert(key, QString(caption).remove(u'&'));
+        }
+    }
+}
+
+void TextCheck::resolved(const QDomElement &at, const QString &text)
 {
     for (const Reference &reference : references(text)) {
         if (!m_used.contains(reference.id))
@@ -57,6 +121,10 @@ void TextCheck::visible(const QDomElement &at, const QString &text)
 
 void TextCheck::values(const QDomElement &at, const QString &text)
 {
+    if (const QString alone = unmatchedBraces(text); !alone.isEmpty())
+        m_problems.warning(at, alone.contains(u'{')
+                                   ? CheckText::tr("A \"{\" has no \"}\", so no value is shown for it")
+                                   : CheckText::tr("A \"}\" has no \"{\", so no value is shown for it"));
     qsizetype position = 0;
     while (const auto braces = findBracedAddress(text, position)) {
         // A part of the address may be a translation.
@@ -106,20 +174,13 @@ void TextCheck::finish()
 
 void TextCheck::use(const QString &id, const QDomElement &at)
 {
-    constexpr qsizetype Named = 5;
     const qsizetype known = m_known.value(id);
     if (known == 0)
         m_problems.error(at, CheckText::tr("The text \"@%1\" has no translation%2").arg(id, advice(id)));
     if (known == 0 || known == m_languages.size())
         return;
-    QStringList missing;
-    for (auto language = m_languages.cbegin(); language != m_languages.cend() && missing.size() < Named;
-         ++language) {
-        if (!isTranslated(*language, id))
-            missing.append(*language);
-    }
     m_problems.error(at, CheckText::tr("The text \"@%1\" has no translation into %2")
-                             .arg(id, missing.join(QStringLiteral(", "))));
+                             .arg(id, missingLanguages(id).join(QStringLiteral(", "))));
 }
 
 QString TextCheck::advice(const QString &id) const
@@ -147,6 +208,30 @@ void TextCheck::translation(const QString &language, const QDomElement &element)
                 CheckText::tr("The text \"@%1\" has no translation into %2").arg(reference.id, language));
     }
     values(element, text);
+    markup(element, text, m_places.value(element.tagName()));
+    lacking(element);
+}
+
+/// Reports languages that lack a text that nothing refers to by its name; use() reports the others.
+void TextCheck::lacking(const QDomElement &element)
+{
+    const QString id = element.tagName();
+    if (m_used.contains(id) || element.text().isEmpty() || m_known.value(id) == m_languages.size())
+        return;
+    m_problems.warning(element, CheckText::tr("The text \"@%1\" has no translation into %2")
+                                    .arg(id, missingLanguages(id).join(QStringLiteral(", "))));
+}
+
+QStringList TextCheck::missingLanguages(const QString &id) const
+{
+    constexpr qsizetype Named = 5;
+    QStringList missing;
+    for (auto language = m_languages.cbegin(); language != m_languages.cend() && missing.size() < Named;
+         ++language) {
+        if (!isTranslated(*language, id))
+            missing.append(*language);
+    }
+    return missing;
 }
 
 /// Reports every translation that leads back to itself. A walk in depth that keeps its own stack: a chain may

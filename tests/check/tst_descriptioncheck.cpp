@@ -67,6 +67,11 @@ QStringList TestDescriptionCheck::check(const QByteArray &text, const QString &f
     QStringList lines;
     for (const DescriptionProblem &problem : checkDescription(file.fileName(), files))
         lines += line(problem).replace(file.fileName(), "FILE");
+    // Most cells of this test have no place, and most windows no OK button.
+    lines.removeIf([&](const QString &found) {
+        return (found.contains("covers this place") && !text.contains("row=")) ||
+               (found.contains("there is no \"buttonOK\"") && !text.contains("<no_ok/>"));
+    });
     return lines;
 }
 
@@ -129,6 +134,57 @@ void TestDescriptionCheck::findsProblems_data()
          "2:1 warning: row=\"x\" is no number and counts as 0"});
     row("validator", description("<item type='edit' validator='[0-9'/>"),
         {"2:1 error: The regular expression \"[0-9\" is invalid: missing terminating ] for character class"});
+
+    row("attributes",
+        description("<item type='label' colum='1' minvalue='3'/>\n<item row='1' type='scroll' minValue='3'/>"
+                    "\n<stretch collumn='1'>1</stretch><item row='2' type='gridlayout' width='5'/>",
+                    "<buttonOK>" + call("showDialog", "d") +
+                        "</buttonOK>\n<a width='5' size='5'><d/><item type='gridlayout'/></a>"),
+        {"2:1 warning: The attribute \"colum\" has no meaning here; \"column\" would have one",
+         "2:1 warning: The attribute \"minvalue\" has no meaning here",
+         "3:1 warning: The attribute \"minValue\" has no meaning here; \"minvalue\" would have one",
+         "4:1 error: A stretch needs a \"column\" or a \"row\"",
+         "4:1 warning: The attribute \"collumn\" has no meaning here; \"column\" would have one",
+         "4:33 warning: The attribute \"width\" has no meaning here",
+         "7:1 warning: The attribute \"size\" has no meaning here"});
+    row("elements that nearly are words",
+        description(
+            "<item type='edit'><Key>net/u/a</Key><tooltpi>x</tooltpi><tool_tip/><abc/></item>\n" +
+            button("<Action type='call'>main</Action><action type='call' slot='setFocus'>tooltp</action>") +
+            "\n<item type='label'><tooltp/></item>"),
+        {"2:19 warning: Nothing refers to the tag \"Key\"; is it meant as \"key\"?",
+         "2:37 warning: Nothing refers to the tag \"tooltpi\"; is it meant as \"tooltip\"?",
+         "2:57 warning: Nothing refers to the tag \"tool_tip\"; is it meant as \"tooltip\"?",
+         "3:25 warning: Nothing refers to the tag \"Action\"; is it meant as \"action\"?"});
+    row("places in a grid",
+        description("<item type='label' row='1' columnSpan='2'/><item type='label' row='1' column='1'/>\n"
+                    "<item type='label' row='2' rowSpan='-1'/><item type='label' row='3'/>"
+                    "<item type='label' row='3' visible='no'/><item type='label' column='3' row='3'/>"),
+        {"2:44 warning: Another item of the grid covers this place: row 1, column 1",
+         "3:42 warning: Another item of the grid covers this place: row 3, column 0"});
+    row("sizes",
+        "<pvsetup><window>\n<width>2000</width><height>1080</height></window><tabwidget><tab>"
+        "<item type='gridlayout'>\n<item type='list' width='1921' height='1080'/></item></tab></tabwidget>"
+        "</pvsetup>",
+        {"2:1 warning: A width of 2000 pixels does not fit a screen of 1920 × 1080",
+         "3:1 warning: A width of 1921 pixels does not fit a screen of 1920 × 1080"});
+
+    // The window.
+    row("no OK button", "\n<pvsetup><tabwidget/><no_ok/></pvsetup>",
+        {"2:1 warning: OK does nothing: there is no \"buttonOK\" with a call"});
+    row("OK button without calls", "<pvsetup>\n<buttonOK><text>OK</text></buttonOK></pvsetup>",
+        {"2:1 warning: OK does nothing: it neither saves nor closes without a call"});
+    row("tabs without a keyboard",
+        description(
+            "<item type='tabwidget'><tab><name>&amp;One</name></tab>\n<tab><name>Tw&amp;o</name></tab>\n"
+            "<tab/></item>"
+            "\n<item type='tabwidget' enabled='no'><tab/></item>"
+            "<item type='tabwidget' enabled='no'><tab/><tabs/></item>" +
+            button("<action type='call' slot='show'>tabs</action>")),
+        {"3:6 warning: Alt+O is the key of the tab \"One\" already",
+         "4:1 warning: A tab without a name cannot be told from others by keyboard",
+         "5:1 warning: Nobody can reach these tabs: nothing enables or shows the control",
+         "5:50 warning: Nobody can reach these tabs: nothing enables or shows the control"});
 
     // Actions.
     row("no such tag", description(button("<action type='call'>x</action>")),
@@ -316,6 +372,38 @@ void TestDescriptionCheck::findsProblems_data()
          "4:39 error: \"net\" is no address; that would be file/section/key",
          "4:39 error: The translation of \"@b\" into ru refers to itself",
          "4:56 error: The text \"@e\" has no translation into ru"});
+    row("unused texts", description("", "<translations><ru><a>1</a></ru><en><b>1</b></en></translations>"),
+        {"4:19 warning: The text \"@a\" has no translation into en",
+         "4:36 warning: The text \"@b\" has no translation into ru"});
+    row("texts in one language",
+        description(
+            label("Name: {net/u/a} kB") + "\n" + label("DHCP 5 GHz {net/u/address}") +
+                "<item type='dropdown'><text>English<key>streams/common/language/en</key></text></item>",
+            "<translations><ru/><en/></translations>"),
+        {"2:20 warning: This text is the same in all languages; \"@\" with an id would have a translation "
+         "into "
+         "each"});
+    row("braces", description(label("{net/u/a") + "\n" + label("net/u/a} {net/u/{a}}")),
+        {"2:20 warning: A \"{\" has no \"}\", so no value is shown for it",
+         "3:20 error: \"a\" is no address; that would be file/section/key",
+         "3:20 warning: A \"}\" has no \"{\", so no value is shown for it"});
+    const QString literally = " is shown as it stands: ";
+    row("keys and markup",
+        description("<item type='pushbutton'><text>R &amp; D</text></item>\n"
+                    "<item type='checkbox'><text>&lt;b>a&lt;/b></text></item>\n" +
+                        label("&amp;Name") + "\n" + label("R&amp;D &lt; 5, a &lt;b>fat&lt;/b>") + "\n" +
+                        label("&lt;i>Type&lt;/i> &lt;name>") + "\n" +
+                        label("&lt;b>a&lt;/b>&lt;img src='x'>") + "\n" + label("5 &amp;gt; 6") + "\n" +
+                        button("<text>@k</text>") + label("@k"),
+                    "<translations><ru><k>a &amp; b</k></ru></translations>"),
+        {"2:25 warning: The \"&\" is not shown here; \"&amp;&amp;\" shows one",
+         "3:23 warning: \"<b>\"" + literally + "only labels and tool tips read markup",
+         "4:20 warning: The \"&\"" + literally + "only buttons, check boxes and tabs have keys",
+         "5:20 warning: \"<b>\"" + literally + "the first \"<\" of the text begins no tag",
+         "6:20 warning: \"<name>\" counts as markup and is not shown; \"&amp;lt;\" shows a \"<\"",
+         "7:20 warning: The markup is shown as it stands, since it refers to something outside",
+         "8:20 warning: \"&gt;\"" + literally + "the text has no markup",
+         "11:19 warning: The \"&\" is not shown here; \"&amp;&amp;\" shows one"});
     row("unknown language",
         description(button(call("setValue", "streams/common/language/de")),
                     "<translations><en/></translations>"),

@@ -42,9 +42,11 @@ struct Run {
 };
 
 Run runProgram(const QStringList &arguments, const QString &platform = "offscreen",
-               const QString &temporaryFolder = QDir::tempPath())
+               const QString &temporaryFolder = QDir::tempPath(),
+               const QString &input = QProcess::nullDevice())
 {
     QProcess process;
+    process.setStandardInputFile(input);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", platform);
     environment.insert("TMPDIR", temporaryFolder);
@@ -252,18 +254,20 @@ void TestSetupProgram::checksDescriptions_data()
 {
     // %1: the file
     const test::TestTable<QByteArray, QStringList, int, QString> row("text", "options", "exitCode", "out");
-    const QByteArray broken("<pvsetup>\n <window><timetask type='x'/><width>y</width></window>\n</pvsetup>");
+    const QByteArray broken("<pvsetup><buttonOK><action type='call' slot='accept'>w</action></buttonOK>\n "
+                            "<window><w/><timetask type='x'/><width>y</width></window>\n</pvsetup>");
     row("clean", "<pvsetup/>", {}, 0, "%1: errors: 0, warnings: 0\n");
     row("warning", "<pvsetup><window><width>y</width></window></pvsetup>", {}, 0,
+        "%1:1:1: warning: OK does nothing: there is no \"buttonOK\" with a call\n"
         "%1:1:18: warning: \"y\" is no number and counts as 0\n"
-        "%1: errors: 0, warnings: 1\n");
+        "%1: errors: 0, warnings: 2\n");
     row("error", broken, {}, 1,
-        "%1:2:10: error: Unknown time task \"x\"\n"
-        "%1:2:30: warning: \"y\" is no number and counts as 0\n"
+        "%1:2:14: error: Unknown time task \"x\"\n"
+        "%1:2:34: warning: \"y\" is no number and counts as 0\n"
         "%1: errors: 1, warnings: 1\n");
     row("for programs", broken, {"--json"}, 1,
-        R"({"errors":1,"file":"%1","problems":[{"column":10,"line":2,)"
-        R"("severity":"error","text":"Unknown time task \"x\""},{"column":30,)"
+        R"({"errors":1,"file":"%1","problems":[{"column":14,"line":2,)"
+        R"("severity":"error","text":"Unknown time task \"x\""},{"column":34,)"
         R"("line":2,"severity":"warning","text":"\"y\" is no number and )"
         R"(counts as 0"}],"warnings":1})");
     row("no such folder", broken, {"--files", "nosuch"}, 6, "");
@@ -281,7 +285,11 @@ void TestSetupProgram::checksDescriptions()
     QTEST(run.exitCode, "exitCode");
     const QJsonDocument json = QJsonDocument::fromJson(run.out.toUtf8());
     QCOMPARE(json.isNull() ? run.out : QString(json.toJson(QJsonDocument::Compact)),
-             out.replace("%1", file.fileName()));
+             QString(out).replace("%1", file.fileName()));
+    const Run piped = runProgram(QStringList{"--check", "-"} + options, "nosuchplatform", QDir::tempPath(),
+                                 file.fileName());
+    QCOMPARE(piped.exitCode, run.exitCode);
+    QCOMPARE(piped.out, QString(run.out).replace(file.fileName(), "<stdin>"));
 }
 
 void TestSetupProgram::previewsOnCopies()

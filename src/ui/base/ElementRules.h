@@ -19,13 +19,14 @@ struct AttributeRule {
 
     QString name;
     Kind kind = Number;
-    QStringList words = {};
+    QStringList words = {}; ///< of a Text: those that somebody else checks
 };
 
-/// The attributes of all elements with one tag.
+/// What elements with one tag may have.
 struct ElementRule {
     QString tag;
-    QList<AttributeRule> attributes;
+    QList<AttributeRule> attributes = {};
+    QStringList children = {};
 };
 
 } // namespace paravue

@@ -60,7 +60,7 @@ struct RangeRule {
 struct ControlTraits {
     QList<ChangeSignal> changes = {};
     QList<AttributeRule> attributes = {};
-    QList<ElementRule> children = {}; ///< only those with attributes
+    QList<ElementRule> children = {}; ///< without those that keys has
     QList<KeyRule> keys = {KeyRule()};
     std::optional<RangeRule> range = {};
     /// All states that its actions may ask for, unless they depend on the element.

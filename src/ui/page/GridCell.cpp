@@ -63,27 +63,48 @@ LayoutItem layoutItem(const QString &type)
     return type == QLatin1String("spacer") ? LayoutItem::Spacer : LayoutItem::None;
 }
 
-const QList<ElementRule> &pageRules()
+const QList<AttributeRule> &cellAttributes()
 {
     using Rule = AttributeRule;
-    static const QList<ElementRule> rules{
-        {"item",
-         {{rowAttribute},
-          {columnAttribute},
-          {"rowSpan"},
-          {"columnSpan"},
-          {"width"},
-          {"height"},
-          {"alignment", Rule::Word, {"left", "center", "right"}},
-          {"valign", Rule::Word, {"top", "center", "bottom"}},
-          {"orientation", Rule::Word, {"horizontal", "vertical"}},
-          {"enabled", Rule::Word, {"yes", "no"}},
-          {"visible", Rule::Word, {"yes", "no"}},
-          {"textside", Rule::Word, {"left", "right"}}}},
-        {"stretch", {{rowAttribute}, {columnAttribute}}},
-        {"window", {{"width"}, {"height"}}},
+    static const QList<Rule> rules{
+        {rowAttribute},
+        {columnAttribute},
+        {"rowSpan"},
+        {"columnSpan"},
+        {"alignment", Rule::Word, {"left", "center", "right"}},
+        {"valign", Rule::Word, {"top", "center", "bottom"}},
     };
     return rules;
+}
+
+QList<AttributeRule> layoutAttributes(LayoutItem layout)
+{
+    return layout == LayoutItem::Spacer ? QList<AttributeRule>{orientationRule()} : QList<AttributeRule>();
+}
+
+const QList<AttributeRule> &controlAttributes()
+{
+    using Rule = AttributeRule;
+    static const QList<Rule> rules{
+        {"width"},
+        {"height"},
+        {"enabled", Rule::Word, {"yes", "no"}},
+        {"visible", Rule::Word, {"yes", "no"}},
+        {"textside", Rule::Word, {"left", "right"}},
+    };
+    return rules;
+}
+
+const AttributeRule &orientationRule()
+{
+    static const AttributeRule rule{"orientation", AttributeRule::Word, {"horizontal", "vertical"}};
+    return rule;
+}
+
+const ElementRule &stretchRule()
+{
+    static const ElementRule rule{"stretch", {{rowAttribute}, {columnAttribute}}};
+    return rule;
 }
 
 } // namespace paravue

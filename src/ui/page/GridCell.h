@@ -39,8 +39,14 @@ enum class LayoutItem { None, Grid, Spacer };
 /// The type of an item, from its attribute "type".
 LayoutItem layoutItem(const QString &type);
 
-/// The attributes of pages, grids and windows: "item" has those of all its types except what only one type of
-/// control has.
-const QList<ElementRule> &pageRules();
+/// What every item of a grid may have.
+const QList<AttributeRule> &cellAttributes();
+/// What an item may have besides when it is a grid or a spacer.
+QList<AttributeRule> layoutAttributes(LayoutItem layout);
+/// What every control may have besides, and windows as far as they do not say otherwise.
+const QList<AttributeRule> &controlAttributes();
+/// Which of the two orientations an item has.
+const AttributeRule &orientationRule();
+const ElementRule &stretchRule();
 
 } // namespace paravue

@@ -49,7 +49,13 @@ void TimeTasks::setClock(const Clock &clock)
 
 const ElementRule &TimeTasks::rule()
 {
-    static const ElementRule rule{taskTag, {{periodAttribute}}};
+    static const ElementRule rule{
+        taskTag,
+        {{typeAttribute, AttributeRule::Text, {"call", "v3getjpeg", "startVideoOnline"}},
+         {periodAttribute},
+         {"slot", AttributeRule::Text},
+         {"param", AttributeRule::Text}},
+        {"url", "target", "login", "password", "ptz"}};
     return rule;
 }
 

@@ -36,6 +36,7 @@ public:
               {.changes = {{SIGNAL(clicked()), SLOT(onCtrlChanged())}},
                .attributes = {{"checkable", AttributeRule::Word, {"true", "false"}},
                               {"color", AttributeRule::Word, {"green", "blue", "darkCyan", "red"}}},
+               .children = {{"text"}},
                .runsCalls = true})
     {
     }

@@ -45,6 +45,7 @@ public:
         : TypedAdapter<Editor>(
               {.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
                .attributes = QList<AttributeRule>{{"ctrlColumns"}, {"ctrlRows"}} + attributes,
+               .children = {{"text"}},
                .keys = {{KeyRule::Rows}}})
     {
     }

@@ -19,6 +19,7 @@ public:
     CheckBoxAdapter()
         : TypedAdapter({.changes = {{SIGNAL(stateChanged(int)), SLOT(onCtrlChanged(int))}},
                         .attributes = {{"default", AttributeRule::Word, {"on", "off"}}},
+                        .children = {{"text"}},
                         .actionStates = {"on", "off"},
                         .runsCalls = true})
     {

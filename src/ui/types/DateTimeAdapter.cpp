@@ -22,7 +22,8 @@ class DateTimeAdapter : public TypedAdapter<QDateTimeEdit>
 public:
     DateTimeAdapter()
         : TypedAdapter({.changes = {{SIGNAL(dateTimeChanged(QDateTime)), SLOT(onCtrlChanged(QDateTime))}},
-                        .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}}}})
+                        .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}},
+                                       {"format", AttributeRule::Text}}})
     {
     }
 

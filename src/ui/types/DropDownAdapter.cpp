@@ -59,6 +59,7 @@ class DropDownAdapter : public TypedAdapter<QComboBox>
 public:
     DropDownAdapter()
         : TypedAdapter({.changes = {{SIGNAL(activated(int)), SLOT(onCtrlChanged(int))}},
+                        .children = {{"text", {}, {"key"}}, {"keyset"}},
                         .keys = {{KeyRule::Assignment}},
                         .runsCalls = true})
     {

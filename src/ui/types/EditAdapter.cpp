@@ -23,6 +23,7 @@ public:
     EditAdapter()
         : TypedAdapter({.changes = {{SIGNAL(textChanged(QString)), SLOT(onCtrlChanged(QString))}},
                         .attributes = {{"validator", AttributeRule::Pattern},
+                                       {"inputMask", AttributeRule::Text},
                                        {"password", AttributeRule::Word, {"on", "off"}}},
                         .actionStates = {emptyState, filledState}})
     {

@@ -40,8 +40,8 @@ class LabelAdapter : public TypedAdapter<QLabel>
 public:
     LabelAdapter()
         : TypedAdapter({.attributes = {{"format", AttributeRule::Text}},
-                        .children = {{choiceTag, {{valueTag, AttributeRule::Text}}}},
-                        .keys = {{}, {.tag = valueTag}}})
+                        .children = {{"text"}, {choiceTag, {{valueTag, AttributeRule::Text}}}},
+                        .keys = {{.tag = valueTag}}})
     {
     }
 

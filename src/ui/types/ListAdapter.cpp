@@ -59,7 +59,7 @@ class ListAdapter : public TypedAdapter<ListView>
 {
 public:
     ListAdapter()
-        : TypedAdapter({.children = {{"column", {{"width"}}}},
+        : TypedAdapter({.children = {{"column", {{"width"}}}, {"text"}},
                         .keys = {{},
                                  {.form = KeyRule::Rows,
                                   .tag = "column_source",

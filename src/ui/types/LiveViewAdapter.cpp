@@ -14,7 +14,7 @@ namespace
 class LiveViewAdapter : public TypedAdapter<LiveView>
 {
 public:
-    LiveViewAdapter() : TypedAdapter(ControlTraits{}) {}
+    LiveViewAdapter() : TypedAdapter({.keys = {}}) {}
 
     QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
     {

@@ -29,7 +29,10 @@ int percentOf(qint64 part, qint64 size)
 class ProgressPieAdapter : public TypedAdapter<OrbProgressPie>
 {
 public:
-    ProgressPieAdapter() : TypedAdapter({.attributes = {{"value"}}}) {}
+    ProgressPieAdapter()
+        : TypedAdapter({.attributes = {{"value"}}, .children = {{"size"}, {"used"}, {"limit"}}})
+    {
+    }
 
     QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
     {

@@ -49,10 +49,11 @@ class ScheduleAdapter : public TypedAdapter<WeekSchedule>
 {
 public:
     ScheduleAdapter()
-        : TypedAdapter(
-              {.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
-               .children = {{"column", {{"width"}}}, {"kind", {{"value", AttributeRule::Character}}}},
-               .keys = {{.form = KeyRule::Rows, .keyPerRow = WeekPlan::Days}}})
+        : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+                        .children = {{"column", {{"width"}}},
+                                     {"text"},
+                                     {"kind", {{"value", AttributeRule::Character}}}},
+                        .keys = {{.form = KeyRule::Rows, .keyPerRow = WeekPlan::Days}}})
     {
     }
 

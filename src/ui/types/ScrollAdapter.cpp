@@ -2,6 +2,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/page/GridCell.h"
 #include "ui/types/AdapterTexts.h"
 
 #include <QScrollBar>
@@ -20,7 +21,7 @@ class ScrollAdapter : public TypedAdapter<QScrollBar>
 public:
     ScrollAdapter()
         : TypedAdapter({.changes = {{SIGNAL(valueChanged(int)), SLOT(onCtrlChanged(int))}},
-                        .attributes = {{"minvalue"}, {"maxvalue"}, {"value"}},
+                        .attributes = {orientationRule(), {"minvalue"}, {"maxvalue"}, {"value"}},
                         .range = RangeRule(),
                         .runsCalls = true})
     {

@@ -1,5 +1,6 @@
 #include "ui/base/Alignment.h"
 #include "ui/binding/ControlAdapter.h"
+#include "ui/page/GridCell.h"
 
 #include <QFrame>
 
@@ -13,7 +14,7 @@ namespace
 class SeparatorAdapter : public TypedAdapter<QFrame>
 {
 public:
-    SeparatorAdapter() : TypedAdapter(ControlTraits{}) {}
+    SeparatorAdapter() : TypedAdapter({.attributes = {orientationRule()}, .keys = {}}) {}
 
     QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
     {

@@ -13,7 +13,7 @@ namespace
 class SetupAdapter : public TypedAdapter<cSetupWidget>
 {
 public:
-    SetupAdapter() : TypedAdapter(ControlTraits{}) {}
+    SetupAdapter() : TypedAdapter({.keys = {}}) {}
 
     QWidget *create(ControlContext &context, const Control &, QWidget *parent) const override
     {

@@ -14,7 +14,7 @@ namespace
 class TabWidgetAdapter : public TypedAdapter<QTabWidget>
 {
 public:
-    TabWidgetAdapter() : TypedAdapter({.hasPages = true}) {}
+    TabWidgetAdapter() : TypedAdapter({.children = {{"tab"}, {"selection"}}, .keys = {}, .hasPages = true}) {}
 
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override
     {
