@@ -56,7 +56,7 @@ QList<ElementRule> childrenOf(const ControlAdapter &adapter)
                 children.append({tag});
         }
     }
-    return children + QList<ElementRule>{{"tooltip"}, {"action"}};
+    return children + QList<ElementRule>{{"tooltip"}, {"help"}, {"unit"}, {"action"}};
 }
 
 /// The tags that the window itself looks for.

@@ -1,6 +1,7 @@
 #include "DescribedWindow.h"
 #include "controls/OrbProgressPie.h"
 #include "entry/cSetupWidget.h"
+#include "support/TestTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -100,6 +101,9 @@ private Q_SLOTS:
     void write();
     void appliesAttributes();
     void placesCells();
+    void notesWhatIsWrong_data();
+    void notesWhatIsWrong();
+    void keepsNotesWithTheirField();
     void enablesAndDisables();
     void callsInStates();
     void callsInTheStatesOfButtonsAndChoices();
@@ -137,6 +141,9 @@ void TestControls::load_data()
         "type='label'><value>net/untitled/MODE</value><choice value='x'>High</choice>", "b");
     row("label with a date", "type='label' format='dd.MM.yyyy'><value>net/untitled/TIME</value>",
         "31.03.2024", "net/untitled/TIME/soon", "soon");
+    row("label with a unit",
+        "type='label'><value>net/untitled/LEVEL</value><unit>m{net/untitled/MODE}</unit>", "7 mb",
+        "net/untitled/LEVEL/", "");
     row("label with a tag", "type='label'><text>Name</text><value/>", "Name");
     row("edit", "type='edit'><key>net/untitled/NAME</key><key>net/untitled/MODE</key>", "Gate 1",
         "net/untitled/NAME/New", "New");
@@ -346,6 +353,66 @@ void TestControls::placesCells()
     QCOMPARE(grid->columnStretch(1), 4);
     QCOMPARE(grid->rowStretch(2), 5);
     QCOMPARE(grid->rowStretch(3), 0); // of two numbers the column counts
+}
+
+void TestControls::notesWhatIsWrong_data()
+{
+    const TestTable<QByteArray, QString, QString> row("words", "value", "note");
+    const QByteArray range("minimum='1' maximum='10'>");
+    row("within", range, "10", "From 1 to 10");
+    row("beyond", range, "10.5", "Outside of the range: From 1 to 10");
+    row("not a number", range, "1x", "Not a number: From 1 to 10");
+    row("nothing", range, "", "From 1 to 10");
+    row("needed", "required='yes' minimum='0'>", " ", "A value is needed here");
+    row("needed and there", "required='yes'>", "x", "Required");
+    row("below", "minimum='-5'>", "-6", "Outside of the range: At least -5");
+    row("above", "maximum='5'>", "6", "Outside of the range: At most 5");
+    row("help", "maximum='5'><help>Up to {net/untitled/LEVEL}</help>", "5", "Up to 7");
+    row("help, but wrong", "maximum='5'><help>Help</help>", "6", "Outside of the range: At most 5");
+    row("no range", "minimum='x'><help>Help</help>", "y", "Help");
+}
+
+void TestControls::notesWhatIsWrong()
+{
+    QFETCH(QByteArray, words);
+    QFETCH(QString, value);
+    QFETCH(QString, note);
+    const QByteArray cell = "<item type='edit' " + words + "<key>net/untitled/NEW</key></item>";
+    DescribedWindow window(describePage(cell), {{"net", Net + "NEW='" + value.toUtf8() + "'\n"}});
+    auto *edit = window.widget<QLineEdit>();
+    const auto *label = window.widget<QLabel>();
+    QCOMPARE(label->text(), note);
+    // It is written all the same.
+    edit->clear();
+    QTest::keyClicks(edit, value);
+    QCOMPARE(window.value("net/untitled/NEW"), value);
+    QCOMPARE(label->text(), note);
+    QCOMPARE(edit->accessibleDescription(), note);
+}
+
+void TestControls::keepsNotesWithTheirField()
+{
+    DescribedWindow window(
+        describePage("<item type='edit' minimum='1' width='150' visible='no'><key>net/untitled/LEVEL</key>"
+                     "<unit>{net/untitled/MODE}</unit><x/></item>"
+                     "<item type='checkbox' row='1'><action type='enable' state='on'>x</action>"
+                     "<action type='disable' state='off'>x</action>"
+                     "<action type='call' slot='show'>x</action></item>"),
+        {{"net", Net}});
+    auto *edit = window.widget<QLineEdit>();
+    const auto *unit = window.widget<QLabel>(0);
+    const auto *note = window.widget<QLabel>(1);
+    QVERIFY(!unit->isVisible() && !note->isVisible());
+    window.widget<QCheckBox>()->click();
+    QVERIFY(edit->isVisible() && unit->isVisible() && note->isVisible());
+    QVERIFY(!edit->isEnabled() && !unit->isEnabled() && !note->isEnabled());
+    window.settle();
+    QVERIFY(unit->x() > edit->geometry().right());
+    QVERIFY(note->y() > edit->geometry().bottom());
+    QVERIFY(edit->width() >= 150);
+    QVERIFY(unit->width() >= unit->sizeHint().width());
+    window.window->setValue("net/untitled/MODE/kbit");
+    QCOMPARE(unit->text(), "kbit");
 }
 
 void TestControls::enablesAndDisables()

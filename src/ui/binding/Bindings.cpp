@@ -6,6 +6,7 @@
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
+#include "ui/binding/FieldNotes.h"
 #include "ui/binding/ToolTip.h"
 #include "ui/description/TextResolver.h"
 
@@ -34,6 +35,7 @@ void Bindings::loadNew(const QList<int> &numbers)
         if (!control || !control->adapter || !control->widget)
             continue;
         control->adapter->load(m_context, *control);
+        loadFieldNotes(m_context, *control);
         control->loaded = true;
         m_actions.reactToState(*control);
     }
@@ -52,7 +54,9 @@ void Bindings::reload(Control &control)
     if (!control.widget)
         return;
     loadToolTip(m_context, control);
-    if (control.adapter && control.adapter->load(m_context, control))
+    const bool hasChanged = control.adapter && control.adapter->load(m_context, control);
+    loadFieldNotes(m_context, control);
+    if (hasChanged)
         m_actions.reactToState(control);
 }
 

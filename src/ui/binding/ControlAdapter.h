@@ -70,6 +70,8 @@ struct ControlTraits {
     /// The attributes "width" and "height" are those of a part of the widget, which makes room for it.
     /// Otherwise they are the least size of the widget.
     bool sizesItself = false;
+    /// The widget shows the "unit" of its value itself.
+    bool showsUnit = false;
     /// It has pages of its own: tabs().
     bool hasPages = false;
 };

@@ -6,10 +6,12 @@
 #include "ui/base/WindowText.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
+#include "ui/binding/FieldNotes.h"
 #include "ui/binding/ToolTip.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/page/GridCell.h"
 #include "ui/page/GridFillItem.h"
+#include "ui/page/NotedFieldItem.h"
 #include "ui/page/PageArea.h"
 #include "ui/page/WheelGuard.h"
 
@@ -104,6 +106,7 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
     }
     for (const auto &[position, widgets] : cells)
         m_widgets->append(widgets);
+    alignWithFields(grid);
 }
 
 Qt::Orientations PageBuilder::applyStretch(QGridLayout &grid, const QDomElement &stretch)
@@ -192,6 +195,7 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
         widget->hide();
     connectChanges(adapter, widget);
     WheelGuard::install(widget);
+    FieldNotes::attach(control, adapter.traits().showsUnit);
     place(widget, adapter.fills(item), grid, cell);
     m_widgets->append(widget);
     m_created.append(widget);
@@ -201,11 +205,12 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
 
 void PageBuilder::place(QWidget *widget, Qt::Orientations fills, QGridLayout &grid, const GridCell &cell)
 {
-    if (!fills) {
+    FieldNotes *notes = FieldNotes::of(widget);
+    if (!fills && !notes) {
         grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
         return;
     }
-    auto *item = new GridFillItem(widget, fills);
+    auto *item = notes ? new NotedFieldItem(widget, fills, notes) : new GridFillItem(widget, fills);
     m_grows |= item->expandingDirections();
     grid.addItem(item, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
 }

@@ -15,6 +15,13 @@ QString caption(ControlContext &context, const Control &control)
     return context.text(control, control.element.firstChildElement(QStringLiteral("text")).text());
 }
 
+QString unitBehind(ControlContext &context, const Control &control)
+{
+    const QString unit =
+        context.text(control, control.element.firstChildElement(QStringLiteral("unit")).text());
+    return unit.isEmpty() ? unit : u' ' + unit;
+}
+
 QStringList captions(ControlContext &context, const Control &control, const QString &tag, qsizetype most)
 {
     QStringList texts;

@@ -15,6 +15,8 @@ class ControlContext;
 
 /// The visible form of the first "text".
 QString caption(ControlContext &context, const Control &control);
+/// The visible form of the "unit" behind a value, with a blank in front; empty without one.
+QString unitBehind(ControlContext &context, const Control &control);
 /// The visible forms of the children with this tag, at most so many of them.
 QStringList captions(ControlContext &context, const Control &control, const QString &tag, qsizetype most);
 /// The attributes "width" of the "column" children, in pixels; 0 without one.

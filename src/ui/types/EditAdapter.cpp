@@ -24,7 +24,10 @@ public:
         : TypedAdapter({.changes = {{SIGNAL(textChanged(QString)), SLOT(onCtrlChanged(QString))}},
                         .attributes = {{"validator", AttributeRule::Pattern},
                                        {"inputMask", AttributeRule::Text},
-                                       {"password", AttributeRule::Word, {"on", "off"}}},
+                                       {"password", AttributeRule::Word, {"on", "off"}},
+                                       {"minimum"},
+                                       {"maximum"},
+                                       {"required", AttributeRule::Word, {"yes", "no"}}},
                         .actionStates = {emptyState, filledState}})
     {
     }

@@ -19,7 +19,7 @@ const QString valueTag = QStringLiteral("value");
 const QString choiceTag = QStringLiteral("choice");
 
 /// The words for \a value: those of the choice with that value, or the date that it stands for, or the value
-/// itself.
+/// itself with its unit.
 QString inWords(ControlContext &context, const Control &control, const QString &value)
 {
     for (QDomElement choice = control.element.firstChildElement(choiceTag); !choice.isNull();
@@ -31,7 +31,9 @@ QString inWords(ControlContext &context, const Control &control, const QString &
     const QDateTime stored = QDateTime::fromString(value, QStringLiteral("yyyyMMddHHmmss"));
     // The recorder's clock is not this computer's: an hour that the local time zone skips exists there.
     const QDateTime date(stored.date(), stored.time(), Qt::UTC);
-    return format.isEmpty() || !date.isValid() ? value : date.toString(format);
+    if (!format.isEmpty() && date.isValid())
+        return date.toString(format);
+    return value.isEmpty() ? value : value + unitBehind(context, control);
 }
 
 /// A text or, with a "value", what is stored at the address there. An empty "value" is a tag.
@@ -41,7 +43,8 @@ public:
     LabelAdapter()
         : TypedAdapter({.attributes = {{"format", AttributeRule::Text}},
                         .children = {{"text"}, {choiceTag, {{valueTag, AttributeRule::Text}}}},
-                        .keys = {{.tag = valueTag}}})
+                        .keys = {{.tag = valueTag}},
+                        .showsUnit = true})
     {
     }
 

@@ -1,6 +1,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/types/AdapterTexts.h"
 
 #include <QProgressBar>
 
@@ -16,7 +17,9 @@ class ProgressBarAdapter : public TypedAdapter<QProgressBar>
 {
 public:
     ProgressBarAdapter()
-        : TypedAdapter({.attributes = {{"minvalue"}, {"maxvalue"}, {"value"}}, .range = RangeRule()})
+        : TypedAdapter({.attributes = {{"minvalue"}, {"maxvalue"}, {"value"}},
+                        .range = RangeRule(),
+                        .showsUnit = true})
     {
     }
 
@@ -34,6 +37,9 @@ public:
     bool load(ControlContext &context, const Control &control) const override
     {
         QProgressBar &bar = widget(control);
+        // Without a unit the bar shows how full it is, in per cent.
+        if (const QString unit = unitBehind(context, control); !unit.isEmpty())
+            bar.setFormat(QStringLiteral("%v") + unit);
         const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
         if (key.isNull())
             return false;

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class QLabel;
+class QWidget;
+
+namespace paravue
+{
+
+class ControlContext;
+struct Control;
+
+/// What stands beside a field: its unit, and below it a note, which is a help for the user, or says what is
+/// wrong with what the field holds. It only says so: any value is written as before.
+///
+/// The words of the description are the children "unit" and "help", and of an edit field the attributes
+/// "minimum", "maximum" and "required".
+class FieldNotes : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Makes the notes of a new control when its element has any of these words; \a showsUnit: the widget
+    /// shows its unit itself. The labels stand on the page of the widget, which places them (NotedFieldItem),
+    /// and have the widget's visibility.
+    static void attach(const Control &control, bool showsUnit);
+    /// Null for a widget without notes.
+    static FieldNotes *of(const QWidget *field);
+
+    QLabel *unit() const { return m_unit; }
+    QLabel *note() const { return m_note; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    friend void loadFieldNotes(ControlContext &context, const Control &control);
+
+    FieldNotes(const Control &control, bool showsUnit);
+    void check();
+    void follow();
+    QString problem() const;
+    QString range() const;
+    void setNote(const QString &text, bool isProblem);
+    void paintNote();
+
+    QWidget *m_field;
+    QLabel *m_unit = nullptr;
+    QLabel *m_note = nullptr;
+    QString m_help;
+    std::optional<int> m_least;
+    std::optional<int> m_most;
+    bool m_isRequired = false;
+    bool m_isProblem = false;
+};
+
+/// Shows the present texts of the notes of a control, if it has any, and whether its value is a good one.
+void loadFieldNotes(ControlContext &context, const Control &control);
+
+} // namespace paravue

@@ -1,0 +1,109 @@
+#include "ui/page/NotedFieldItem.h"
+
+#include "ui/base/WindowStyle.h"
+#include "ui/binding/FieldNotes.h"
+
+#include <QGridLayout>
+#include <QHash>
+#include <QLabel>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+constexpr int UnitGap = 2 * SpacingStep;
+constexpr int NoteGap = SpacingStep / 2;
+constexpr int NoteWidth = 140; // a note is at least this wide before it is wrapped
+
+} // namespace
+
+NotedFieldItem::NotedFieldItem(QWidget *field, Qt::Orientations fills, FieldNotes *notes)
+    : GridFillItem(field, fills), m_notes(notes)
+{
+}
+
+int NotedFieldItem::unitWidth() const
+{
+    return m_notes && m_notes->unit() ? UnitGap + m_notes->unit()->sizeHint().width() : 0;
+}
+
+QSize NotedFieldItem::noteRoom(int fieldWidth) const
+{
+    if (!m_notes || !m_notes->note())
+        return {};
+    const int width = std::max(fieldWidth, NoteWidth);
+    return {width, NoteGap + m_notes->note()->heightForWidth(width)};
+}
+
+QSize NotedFieldItem::withNotes(const QSize &field) const
+{
+    if (isEmpty())
+        return field;
+    const int width = field.width() + unitWidth();
+    const QSize note = noteRoom(width);
+    return {std::max(width, note.width()), field.height() + std::max(note.height(), 0)};
+}
+
+QSize NotedFieldItem::sizeHint() const
+{
+    const QSize field = GridFillItem::sizeHint();
+    return m_isPlacingField ? field : withNotes(field);
+}
+
+QSize NotedFieldItem::minimumSize() const
+{
+    return withNotes(GridFillItem::minimumSize());
+}
+
+QSize NotedFieldItem::maximumSize() const
+{
+    return {QLAYOUTSIZE_MAX, QLAYOUTSIZE_MAX};
+}
+
+void NotedFieldItem::setGeometry(const QRect &rect)
+{
+    if (isEmpty() || !m_notes)
+        return GridFillItem::setGeometry(rect);
+    const QSize own = GridFillItem::sizeHint();
+    const int noteHeight = std::max(noteRoom(std::min(rect.width(), own.width() + unitWidth())).height(), 0);
+    m_isPlacingField = true; // its alignment in the rectangle uses the size hint
+    GridFillItem::setGeometry(rect.adjusted(0, 0, -unitWidth(), -noteHeight));
+    m_isPlacingField = false;
+    const QRect field = widget()->geometry();
+    if (QLabel *unit = m_notes->unit())
+        unit->setGeometry(field.right() + 1 + UnitGap, field.top(), unit->sizeHint().width(), field.height());
+    if (QLabel *note = m_notes->note())
+        note->setGeometry(field.left(), field.bottom() + 1 + NoteGap, rect.right() + 1 - field.left(),
+                          noteHeight - NoteGap);
+}
+
+void alignWithFields(QGridLayout &grid)
+{
+    QHash<int, int> heights; // by row: of the fields with notes
+    const auto rowOf = [&grid](int index) {
+        int row, column, rows, columns;
+        grid.getItemPosition(index, &row, &column, &rows, &columns);
+        return rows == 1 ? row : -1;
+    };
+    for (int i = 0; i < grid.count(); ++i) {
+        const QWidget *field = grid.itemAt(i)->widget();
+        const FieldNotes *notes = field ? FieldNotes::of(field) : nullptr;
+        if (notes && notes->note())
+            heights[rowOf(i)] = std::max(heights.value(rowOf(i)), field->sizeHint().height());
+    }
+    for (int i = 0; i < grid.count() && !heights.isEmpty(); ++i) {
+        QLayoutItem *item = grid.itemAt(i);
+        QWidget *widget = item->widget();
+        const int height = rowOf(i) < 0 ? 0 : heights.value(rowOf(i));
+        if (!widget || height == 0 || !item->alignment().testFlag(Qt::AlignVCenter))
+            continue;
+        item->setAlignment((item->alignment() & ~Qt::AlignVertical_Mask) | Qt::AlignTop);
+        if (!FieldNotes::of(widget))
+            widget->setMinimumHeight(std::max(widget->minimumHeight(), height));
+    }
+}
+
+} // namespace paravue
