@@ -2,6 +2,7 @@
 
 #include "RecorderAddress.h"
 
+#include "check/DescriptionSchema.h"
 #include "device/TimeZoneTable.h"
 #include "program/HelpText.h"
 
@@ -112,6 +113,7 @@ QList<QCommandLineOption> programOptions()
          OptionText::tr(
              "Take the configuration files that go with FILE from DIR (with --check or --preview)."),
          "DIR"},
+        {"schema", OptionText::tr("Print the RELAX NG schema of interface descriptions, for XML editors.")},
         {"time-zones",
          OptionText::tr("List the time zones of the world with the rules that recorders take for them (in "
                         "Russian with --language ru).")}};
@@ -214,6 +216,8 @@ CommandLine CommandLine::parse(const QStringList &words)
                      '\n');
     if (!isParsed)
         return refused(parser.errorText());
+    if (parser.isSet("schema"))
+        return shown(QString::fromUtf8(descriptionSchema()));
     if (parser.isSet("time-zones"))
         return shown(timeZoneList(parser.value("language")));
 
