@@ -51,6 +51,7 @@ private Q_SLOTS:
     void looksIntoFiles();
     void leavesModelsAlone_data();
     void leavesModelsAlone();
+    void documentsWhatIsRight();
 
 private:
     QStringList check(const QByteArray &text, const QString &files = {});
@@ -459,6 +460,32 @@ void TestDescriptionCheck::leavesModelsAlone()
          checkDescription(server.filePath(QStringLiteral("interface")), folder.path()))
         problems += line(problem);
     QCOMPARE(problems, QStringList());
+}
+
+/// The page of patterns quotes a description in which there is nothing to find.
+void TestDescriptionCheck::documentsWhatIsRight()
+{
+    const QTemporaryDir folder;
+    const recorder::RecorderServer server(folder.path(), "everything");
+    QStringList problems;
+    for (const DescriptionProblem &problem : checkDescription(DOCS "/patterns.xml", folder.path()))
+        problems += line(problem);
+    QCOMPARE(problems, QStringList());
+
+    const auto linesOf = [](const char *path) {
+        QFile file(path);
+        QStringList lines;
+        if (file.open(QIODevice::ReadOnly)) {
+            for (const QString &line : QString::fromUtf8(file.readAll()).split('\n'))
+                lines << line.trimmed();
+        }
+        return lines.join('\n');
+    };
+    const QString description = linesOf(DOCS "/patterns.xml");
+    const QStringList parts = linesOf(DOCS "/patterns.md").split("```");
+    QVERIFY(parts.size() > 20);
+    for (qsizetype i = 1; i < parts.size(); i += 2)
+        QVERIFY2(description.contains(parts[i].mid(QString("xml").size())), qPrintable(parts[i]));
 }
 
 QTEST_APPLESS_MAIN(TestDescriptionCheck)
