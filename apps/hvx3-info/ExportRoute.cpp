@@ -44,6 +44,7 @@ std::optional<size_t> ExportRoute::place(const RecordedFrame &frame)
     const bool isEarlier = frame.time < file.begin && file.begin - frame.time <= StreamClock::LargestStepBack;
     if (isFirst || isEarlier)
         file.begin = frame.time;
+    file.orders[id].take(frame.time, facts.isBPicture);
     return stream->second.file;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FrameReader.h"
+#include "PictureOrder.h"
 
 #include <map>
 #include <optional>
@@ -12,7 +13,8 @@ namespace paravue
 /// One file of an export.
 struct ExportFile {
     std::map<quint8, PictureFacts> tracks; ///< by stream id: the facts of its first picture
-    qint64 begin = 0;                      ///< the earliest time in it, in milliseconds
+    std::map<quint8, PictureOrderFinder> orders;
+    qint64 begin = 0; ///< the earliest time in it, in milliseconds
     qint64 pictures = 0;
 };
 

@@ -56,18 +56,20 @@ MediaFile::MediaFile(const QString &name, const ExportFile &content)
         throw std::bad_alloc();
     m_format->pb = m_io.get();
     for (const auto &[streamId, facts] : content.tracks)
-        addTrack(streamId, facts, content.begin);
+        addTrack(streamId, facts, content);
     require(avformat_write_header(m_format.get(), nullptr));
 }
 
-void MediaFile::addTrack(quint8 streamId, const PictureFacts &facts, qint64 begin)
+void MediaFile::addTrack(quint8 streamId, const PictureFacts &facts, const ExportFile &content)
 {
     AVStream *stream = avformat_new_stream(m_format.get(), nullptr);
     if (!stream)
         throw std::bad_alloc();
     stream->time_base = Milliseconds;
     describe(*stream->codecpar, facts);
-    m_tracks.emplace(streamId, Track{stream->index, StreamClock(begin)});
+    const PictureOrder order = content.orders.at(streamId).order();
+    stream->codecpar->video_delay = order.delay;
+    m_tracks.emplace(streamId, Track{stream->index, StreamClock(content.begin), PictureTimes(order)});
 }
 
 /// Writes in the order of the recording. Sorting the streams by time would keep pictures in memory, and all
@@ -79,15 +81,15 @@ void MediaFile::write(const RecordedFrame &frame)
     std::memcpy(m_packet->data, payload.constData(), static_cast<size_t>(payload.size()));
 
     Track &track = m_tracks.at(frame.record.streamId);
-    const qint64 time = track.clock.advance(frame.time);
-    const qint64 written = qMax(time, track.last + 1);
-    m_movedTimes += written == time ? 0 : 1;
-    if (track.last >= 0)
-        track.step = written - track.last;
-    track.last = written;
+    const bool isFirst = track.times.count() == 0;
+    const PictureTimes::Times times = track.times.advance(track.clock.advance(frame.time));
+    if (!isFirst)
+        track.step = times.decoded - track.lastDecoded;
+    track.lastDecoded = times.decoded;
 
     m_packet->stream_index = track.index;
-    m_packet->pts = m_packet->dts = written;
+    m_packet->pts = times.shown;
+    m_packet->dts = times.decoded;
     // Players use the duration of the last picture only.
     m_packet->duration = track.step;
     m_packet->flags = frame.picture.isKey ? AV_PKT_FLAG_KEY : 0;
@@ -108,6 +110,14 @@ void MediaFile::commit()
 {
     if (!m_file.commit())
         throw MediaError(QStringLiteral("cannot write %1: %2").arg(m_name, m_file.errorString()));
+}
+
+qint64 MediaFile::movedTimes() const
+{
+    qint64 moved = 0;
+    for (const auto &[streamId, track] : m_tracks)
+        moved += track.times.moved();
+    return moved;
 }
 
 int MediaFile::timesSetBack() const

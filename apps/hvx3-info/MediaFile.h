@@ -28,19 +28,21 @@ public:
     void commit();
 
     const QString &name() const { return m_name; }
-    /// The number of times that were moved because they were not later than the time before.
-    qint64 movedTimes() const { return m_movedTimes; }
+    /// The number of pictures that are not shown at their times, because several have the same time or come
+    /// in another order.
+    qint64 movedTimes() const;
     int timesSetBack() const;
 
 private:
     struct Track {
         int index = 0;
         StreamClock clock;
-        qint64 last = -1;
+        PictureTimes times;
+        qint64 lastDecoded = 0;
         qint64 step = 1;
     };
 
-    void addTrack(quint8 streamId, const PictureFacts &facts, qint64 begin);
+    void addTrack(quint8 streamId, const PictureFacts &facts, const ExportFile &content);
     /// Throws when \a result, which a function of FFmpeg has returned, is an error.
     void require(int result) const;
 
@@ -55,7 +57,6 @@ private:
     FormatHandle m_format;
     PacketHandle m_packet;
     std::map<quint8, Track> m_tracks;
-    qint64 m_movedTimes = 0;
 };
 
 } // namespace paravue

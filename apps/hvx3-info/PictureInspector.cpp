@@ -94,6 +94,7 @@ bool PictureInspector::open()
 PictureFacts PictureInspector::inspect(const QByteArray &picture)
 {
     m_facts.isKey = false;
+    m_facts.isBPicture = false;
     // A packet has the padding that parsers and codecs read beyond the end.
     if (picture.isEmpty() || av_new_packet(m_packet.get(), static_cast<int>(picture.size())) != 0)
         return m_facts;
@@ -120,6 +121,7 @@ void PictureInspector::parse(const AVPacket &packet)
                      AV_NOPTS_VALUE, 0);
     m_facts.isKey =
         m_parser->key_frame == 1 || (m_parser->key_frame < 0 && m_parser->pict_type == AV_PICTURE_TYPE_I);
+    m_facts.isBPicture = m_parser->pict_type == AV_PICTURE_TYPE_B;
     const QSize parserSize(m_parser->width, m_parser->height);
     const QSize contextSize(m_context->width, m_context->height);
     if (isSensible(parserSize))

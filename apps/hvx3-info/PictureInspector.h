@@ -15,6 +15,7 @@ namespace paravue
 struct PictureFacts {
     AVCodecID codec = AV_CODEC_ID_NONE;
     bool isKey = false;       ///< can be decoded without the pictures before it
+    bool isBPicture = false;  ///< needs a picture that is shown behind it
     QSize size;               ///< empty while it is not known
     QByteArray parameterSets; ///< what a decoder needs beforehand; empty while they are not known
 };

@@ -149,6 +149,7 @@ CodecContextHandle openEncoder(const ClipFormat &format)
     context->log_level_offset = 100; // below the levels that are shown
     if (codec->id == AV_CODEC_ID_H264) {
         av_opt_set(context->priv_data, "preset", format.reordered > 0 ? "veryfast" : "ultrafast", 0);
+        av_opt_set_int(context->priv_data, "b_strategy", 0, 0); // as many of them as allowed
         av_opt_set(context->priv_data, "qp", QByteArray::number(10 + format.quality * 4), 0);
     }
     require(avcodec_open2(context.get(), codec, nullptr) == 0, "the encoder does not open");
@@ -166,11 +167,12 @@ FrameHandle frameFor(const AVCodecContext &context)
     return frame;
 }
 
-void collect(AVCodecContext &context, QList<QByteArray> &pictures)
+void collect(AVCodecContext &context, EncodedClip &clip)
 {
     const PacketHandle packet(av_packet_alloc());
     while (avcodec_receive_packet(&context, packet.get()) == 0) {
-        pictures << QByteArray(reinterpret_cast<const char *>(packet->data), packet->size);
+        clip.pictures << QByteArray(reinterpret_cast<const char *>(packet->data), packet->size);
+        clip.shown << int(packet->pts);
         av_packet_unref(packet.get());
     }
 }
@@ -200,10 +202,10 @@ EncodedClip encodeClip(const ClipFormat &format)
         sws_scale(scaler.get(), planes, strides, 0, context->height, frame->data, frame->linesize);
         frame->pts = number;
         require(avcodec_send_frame(context.get(), frame.get()) == 0, "a picture was refused");
-        collect(*context, clip.pictures);
+        collect(*context, clip);
     }
     avcodec_send_frame(context.get(), nullptr);
-    collect(*context, clip.pictures);
+    collect(*context, clip);
     require(clip.pictures.size() == format.pictures, "pictures are missing");
     return clip;
 }

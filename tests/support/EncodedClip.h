@@ -32,6 +32,7 @@ struct ClipFormat {
 struct EncodedClip {
     QByteArray decoder;         ///< the name for cFfmpegDecoder::create()
     QList<QByteArray> pictures; ///< one coded picture each; the first one can be decoded by itself
+    QList<int> shown;           ///< the place of each of them in the order in which they are shown
     QByteArray whole() const { return pictures.join(); }
 };
 

@@ -91,6 +91,7 @@ QList<QByteArray> partsOf(const QByteArray &picture, const QByteArray &codec, bo
 /// A picture of a media file.
 struct Packet {
     qint64 time; ///< in milliseconds
+    qint64 decodingTime;
     bool isKey;
     QByteArray bytes;
     int number; ///< which picture of a clip it shows; -1 when it cannot be decoded
@@ -149,6 +150,7 @@ QList<Track> tracksOf(const QString &file)
         const int at = packet->stream_index;
         const AVRational base = input->streams[at]->time_base;
         tracks[at].packets.append({av_rescale_q(packet->pts, base, {1, 1000}),
+                                   av_rescale_q(packet->dts, base, {1, 1000}),
                                    (packet->flags & AV_PKT_FLAG_KEY) != 0,
                                    QByteArray(reinterpret_cast<char *>(packet->data), packet->size),
                                    decodedNumber(*decoders[size_t(at)], *packet)});
@@ -172,6 +174,8 @@ private Q_SLOTS:
     void exportsPicturesAsTheyAre_data();
     void exportsPicturesAsTheyAre();
     void makesTimesAscend();
+    void keepsTheOrderOfBPictures_data();
+    void keepsTheOrderOfBPictures();
     void beginsAFileWhereTheSizeChanges();
     void leavesNothingBehindWhenItFails();
     void handlesCommandLines_data();
@@ -368,6 +372,45 @@ void TestHvx3Info::makesTimesAscend()
         QCOMPARE(tracksOf(path("out." + ending)).value(0).times(),
                  QList<qint64>({0, 40, 41, 42, 80, 81, 120}));
     }
+}
+
+void TestHvx3Info::keepsTheOrderOfBPictures_data()
+{
+    const TestTable<QByteArray, QByteArray, QString> row("encoder", "label", "ending");
+    for (const char *ending : {"mkv", "mp4"}) {
+        row(QByteArray("H.264 ") + ending, "libx264", "H264", ending);
+        row(QByteArray("MPEG-4 ") + ending, "mpeg4", "mp4v", ending);
+    }
+}
+
+void TestHvx3Info::keepsTheOrderOfBPictures()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(QByteArray, label);
+    QFETCH(QString, ending);
+    if (!canEncode(encoder))
+        QSKIP("This FFmpeg has no such encoder.");
+    constexpr int Step = 40; // milliseconds
+    const EncodedClip clip =
+        encodeClip({.encoder = encoder, .size = {64, 48}, .pictures = 20, .reordered = 2});
+    QByteArray stream = headerOf(label);
+    for (qsizetype i = 0; i < clip.pictures.size(); ++i)
+        stream += frameAt(90'000'900 + clip.shown[i] * Step, Video, clip.pictures[i]);
+    const QString name = path("out." + ending);
+    const Run run = runProgram({record(stream), "--export", name, "--json"});
+    QCOMPARE(run.json().value("exported")[0].toObject().value("movedTimes"), QJsonValue(0));
+
+    const Track track = tracksOf(name).value(0);
+    QList<qint64> shown;
+    for (const int place : clip.shown)
+        shown << place * Step;
+    QVERIFY(!std::is_sorted(shown.begin(), shown.end()));
+    QCOMPARE(track.times(), shown);
+    // A demuxer makes up those of a Matroska file.
+    for (qsizetype i = 1; i < track.packets.size() && ending == "mp4"; ++i)
+        QCOMPARE(track.packets[i].decodingTime - track.packets[i - 1].decodingTime, Step);
+    for (const Packet &packet : track.packets)
+        QVERIFY(ending == "mkv" || packet.decodingTime <= packet.time);
 }
 
 void TestHvx3Info::beginsAFileWhereTheSizeChanges()
