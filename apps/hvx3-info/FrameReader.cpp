@@ -13,7 +13,7 @@ constexpr qint64 MillisecondsPerIndexSecond = 1000;
 
 } // namespace
 
-FrameReader::FrameReader()
+FrameReader::FrameReader(const QByteArray &header) : m_givenHeader(header)
 {
     m_parser.setMaxFrameSize(MaxFrameBytes);
     const auto connect = [this](auto signal, auto slot) {
@@ -32,6 +32,7 @@ FrameReader::FrameReader()
 
 void FrameReader::read(const QString &file)
 {
+    m_parser.append(m_givenHeader);
     readRecording(file, [this](const QByteArray &piece) {
         m_bytes += piece.size();
         parse(piece);

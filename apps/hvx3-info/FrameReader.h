@@ -20,7 +20,8 @@ struct RecordedFrame {
 class FrameReader
 {
 public:
-    FrameReader();
+    /// \a header is that of a recording that begins behind its own one (see GivenHeader.h), or empty.
+    explicit FrameReader(const QByteArray &header = {});
 
     std::function<void(const HDR_T &header)> onHeader;
     std::function<void(qint64 time)> onIndex;
@@ -31,6 +32,7 @@ public:
 
     const cHvx3Parser &parser() const { return m_parser; }
     qint64 bytes() const { return m_bytes; }
+    bool hasGivenHeader() const { return !m_givenHeader.isEmpty(); }
     /// Whether the recording begins with the answer to a login.
     bool hasAnswerToLogin() const { return m_hasAnswer; }
 
@@ -44,6 +46,7 @@ private:
     void takeFrame(const DATA_T &record);
     PictureFacts inspect(const DATA_T &record);
 
+    const QByteArray m_givenHeader;
     cHvx3Parser m_parser;
     std::map<quint8, Inspected> m_inspected;
     qint64 m_bytes = 0;

@@ -1,6 +1,7 @@
 #include "InfoCommandLine.h"
 
 #include "MediaFile.h"
+#include "video/cHvx3Demuxer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -36,6 +37,11 @@ InfoCommandLine ended(InfoCommandLine::Task task, const QString &text)
 /// What is wrong with the options; empty when nothing is.
 QString problemOf(const InfoCommandLine &line, bool exports)
 {
+    if (!line.codec.isEmpty() && cHvx3Demuxer::decoderOf(line.codec).isEmpty())
+        return QStringLiteral("unknown codec \"%1\": it is H264, mp4v or mjpeg")
+            .arg(QString::fromUtf8(line.codec));
+    if (!line.codec.isEmpty() && !line.headerFile.isEmpty())
+        return QStringLiteral("a header is given by --codec or by --header");
     if (!exports)
         return line.force ? QStringLiteral("--force needs --export") : QString();
     if (line.exportFile.isEmpty())
@@ -59,11 +65,18 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
     const QCommandLineOption exportTo(
         "export", "Write the video streams to FILE, which ends in .mkv or .mp4, without encoding them again.",
         "FILE");
+    const QCommandLineOption codec("codec",
+                                   "Of a recording that begins behind its header: its stream 0 is video of "
+                                   "CODEC, which is H264, mp4v or mjpeg. Other streams are lost.",
+                                   "CODEC");
+    const QCommandLineOption header(
+        "header", "Of a recording that begins behind its header: use the one of the recording OTHER.",
+        "OTHER");
     const QCommandLineOption force("force", "Overwrite FILE when it exists (with --export).");
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Lists the streams of a recorded HVX3 byte stream.");
-    parser.addOptions({help, version, json, exportTo, force});
+    parser.addOptions({help, version, json, codec, header, exportTo, force});
     parser.addPositionalArgument("RECORDING", "The recorded bytes; - reads them from standard input.");
 
     const bool isParsed = parser.parse(words);
@@ -81,6 +94,8 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
     InfoCommandLine line;
     line.file = files.first();
     line.exportFile = parser.value(exportTo);
+    line.codec = parser.value(codec).toUtf8();
+    line.headerFile = parser.value(header);
     line.force = parser.isSet(force);
     line.json = parser.isSet(json);
     if (const QString problem = problemOf(line, parser.isSet(exportTo)); !problem.isEmpty())

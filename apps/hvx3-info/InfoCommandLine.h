@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +17,8 @@ struct InfoCommandLine {
     QString text;       ///< what to show: the help, the version, or what is wrong with the command line
     QString file;       ///< "-" is the standard input
     QString exportFile; ///< not empty: where to write the video streams
+    QByteArray codec;   ///< not empty: of a recording that begins behind its header
+    QString headerFile; ///< not empty: a recording whose header is to be used
     bool force = false; ///< overwrite what is there
     bool json = false;  ///< print for other programs
 

@@ -43,7 +43,8 @@ public:
     bool hasAnswerToLogin() const { return m_reader.hasAnswerToLogin(); }
     qint64 unreadBytes() const { return m_reader.parser().unreadBytes(); }
     Hvx3Losses losses() const { return m_reader.parser().losses(); }
-    qint64 headers() const { return m_headers; }
+    qint64 headers() const { return m_headers - (m_reader.hasGivenHeader() ? 1 : 0); }
+    bool hasGivenHeader() const { return m_reader.hasGivenHeader(); }
     qint64 indexes() const { return m_indexes; }
     /// The times of the video frames. Without any, those of the index records, which are whole seconds.
     const StreamClock &clock() const { return m_hasVideo ? m_videoClock : m_indexClock; }

@@ -112,6 +112,8 @@ void addRecording(QString &text, const InfoReport &report)
         lines.add(
             "in front",
             QStringLiteral("answer to the login, %1").arg(counted(qint64(std::strlen(AnswerToLogin)), Byte)));
+    if (survey.hasGivenHeader())
+        lines.add("header", QStringLiteral("given on the command line"));
     lines.add("name", survey.name());
     for (qsizetype tag = 1; tag < survey.texts().size(); ++tag) {
         if (!survey.texts().at(tag).isEmpty())
@@ -298,6 +300,7 @@ QByteArray jsonReport(const InfoReport &report)
                        {"gaps", losses.gaps},
                        {"lostFragments", losses.fragments},
                        {"unfinishedFrames", losses.frames},
+                       {"givenHeader", survey.hasGivenHeader()},
                        {"answerToLogin", survey.hasAnswerToLogin()},
                        {"unreadBytes", survey.unreadBytes()},
                        {"streams", streams}};

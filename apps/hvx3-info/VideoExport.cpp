@@ -78,8 +78,8 @@ private:
 
 } // namespace
 
-QList<ExportedFile> exportVideo(const QString &recording, const ExportRoute &route, const QString &name,
-                                bool overwrite)
+QList<ExportedFile> exportVideo(const QString &recording, const QByteArray &header, const ExportRoute &route,
+                                const QString &name, bool overwrite)
 {
     const std::vector<ExportFile> &contents = route.files();
     if (contents.empty())
@@ -89,7 +89,7 @@ QList<ExportedFile> exportVideo(const QString &recording, const ExportRoute &rou
 
     FileSet files(name, contents);
     ExportRoute again;
-    FrameReader reader;
+    FrameReader reader(header);
     reader.onFrame = [&](const RecordedFrame &frame) {
         if (const std::optional<size_t> place = again.place(frame))
             files.write(*place, frame);

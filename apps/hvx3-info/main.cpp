@@ -1,5 +1,6 @@
 // hvx3-info: lists the contents of a recorded video stream, and exports its pictures into a media file.
 
+#include "GivenHeader.h"
 #include "InfoCommandLine.h"
 #include "Recording.h"
 #include "SurveyReport.h"
@@ -35,12 +36,23 @@ QString noStreamIn(const QString &file, const RecordingSurvey &survey)
     if (survey.bytes() == 0)
         return QStringLiteral("%1 is empty").arg(file);
     const QString problem = QStringLiteral("there is no stream in %1: ").arg(file);
+    if (survey.hasGivenHeader())
+        return problem + QStringLiteral("no index record begins in its %1")
+                             .arg(counted(survey.bytes(), QStringLiteral("byte")));
     // Without a header, unread bytes are the beginning of one.
     constexpr qint64 HeaderMagicSize = 4;
     if (survey.unreadBytes() >= HeaderMagicSize)
         return problem + QStringLiteral("a header begins in it but does not end");
-    return problem +
-           QStringLiteral("no header begins in its %1").arg(counted(survey.bytes(), QStringLiteral("byte")));
+    return problem + QStringLiteral("no header begins in its %1. If it begins behind its header, --codec or "
+                                    "--header helps")
+                         .arg(counted(survey.bytes(), QStringLiteral("byte")));
+}
+
+QByteArray givenHeader(const InfoCommandLine &line)
+{
+    if (!line.headerFile.isEmpty())
+        return headerOf(line.headerFile);
+    return line.codec.isEmpty() ? QByteArray() : headerWithCodec(line.codec);
 }
 
 int list(const InfoCommandLine &line)
@@ -49,7 +61,8 @@ int list(const InfoCommandLine &line)
     if (exports && isPipe(line.file))
         throw MediaError(
             QStringLiteral("--export reads the recording twice, which %1 cannot be").arg(line.file));
-    FrameReader reader;
+    const QByteArray header = givenHeader(line);
+    FrameReader reader(header);
     RecordingSurvey survey(reader);
     ExportRoute route;
     reader.onHeader = [&](const HDR_T &header) { survey.takeHeader(header); };
@@ -60,14 +73,14 @@ int list(const InfoCommandLine &line)
             route.place(frame);
     };
     reader.read(line.file);
-    if (survey.headers() == 0) {
+    if (survey.headers() == 0 && (header.isEmpty() || survey.indexes() == 0)) {
         printError(noStreamIn(line.file, survey));
         return NoStream;
     }
     InfoReport report{line.file, survey, {}, 0};
     try {
         if (exports) {
-            report.exported = exportVideo(line.file, route, line.exportFile, line.force);
+            report.exported = exportVideo(line.file, header, route, line.exportFile, line.force);
             report.leftOut = route.leftOut();
         }
     } catch (const MediaError &) {

@@ -176,6 +176,8 @@ private Q_SLOTS:
     void makesTimesAscend();
     void keepsTheOrderOfBPictures_data();
     void keepsTheOrderOfBPictures();
+    void readsBehindTheHeader_data();
+    void readsBehindTheHeader();
     void beginsAFileWhereTheSizeChanges();
     void leavesNothingBehindWhenItFails();
     void handlesCommandLines_data();
@@ -413,6 +415,41 @@ void TestHvx3Info::keepsTheOrderOfBPictures()
         QVERIFY(ending == "mkv" || packet.decodingTime <= packet.time);
 }
 
+void TestHvx3Info::readsBehindTheHeader_data()
+{
+    // %1: another recording
+    const TestTable<QStringList, int> row("given", "tracks");
+    row("codec", {"--codec", "mp4v"}, 1);
+    row("header", {"--header", "%1"}, 2);
+}
+
+void TestHvx3Info::readsBehindTheHeader()
+{
+    QFETCH(QStringList, given);
+    QFETCH(int, tracks);
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {128, 96}, .pictures = 3});
+    QByteArray stream = "the rest of a record";
+    for (int i = 0; i < 3; ++i) {
+        stream += frameAt(1000 + i * 40, Video, clip.pictures[i]) + hvx3Data(Text, WholeFrame, "text") +
+                  frameAt(1000 + i * 40, Second, clip.pictures[i]);
+    }
+    given.replaceInStrings("%1", record(headerOf("mp4v") + hvx3Index(1), "other"));
+    const QString recording = record(stream);
+    QCOMPARE(runProgram({recording}).exitCode, 1);
+    const QString name = path("out.mkv");
+    const Run run = runProgram(QStringList{recording, "--json", "--export", name} + given);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QVERIFY(run.json().value("givenHeader").toBool());
+    QCOMPARE(run.json().value("headers"), QJsonValue(0));
+    const QList<Track> exported = tracksOf(name);
+    QCOMPARE(exported.size(), tracks);
+    for (const Track &track : exported)
+        QCOMPARE(track.numbers(), QList<int>({0, 1, 2}));
+    const QJsonArray streams = run.json().value("streams").toArray();
+    QCOMPARE(streams[0].toObject().value("title"), QJsonValue(tracks > 1 ? "Camera" : ""));
+    QCOMPARE(streams.size(), tracks > 1 ? 3 : 1);
+}
+
 void TestHvx3Info::beginsAFileWhereTheSizeChanges()
 {
     const auto encode = [](QSize size, int pictures) {
@@ -489,6 +526,10 @@ void TestHvx3Info::handlesCommandLines_data()
     row("export nowhere", {"%1", "--export="}, 2, "--export needs a value");
     row("another format", {"%1", "--export", "x.avi"}, 2, ".mkv or .mp4");
     row("force without export", {"%1", "--force"}, 2, "--force needs --export");
+    row("unknown codec", {"%1", "--codec", "H265"}, 2, "unknown codec \"H265\"");
+    row("two headers", {"%1", "--codec", "H264", "--header", "%1"}, 2, "--codec or by --header");
+    row("no header in the other file", {"%1", "--header", "%3"}, 3, "there is no usable header in");
+    row("nothing behind the header", {"%3", "--codec", "H264"}, 1, "no index record begins in its 5 bytes");
     row("export standard input", {"-", "--export", "x.mkv"}, 2, "twice");
     row("no such file", {"nosuch", "--export", "x.mkv"}, 3, "there is no file nosuch");
     row("folder", {"."}, 3, ". is a folder");
