@@ -7,6 +7,8 @@
 #include "check/TextCheck.h"
 #include "device/protocol/DeviceCommands.h"
 #include "store/OrbSetup.h"
+#include "ui/binding/CallableSlot.h"
+#include "ui/description/DialogTags.h"
 #include "ui/description/InterfaceDocument.h"
 
 #include <algorithm>
@@ -20,14 +22,6 @@ namespace
 bool isVariable(const QString &text)
 {
     return text.contains(u'@') || text.contains(u'{');
-}
-
-QStringList fieldsOf(const QString &param)
-{
-    QStringList fields = param.split(u',');
-    for (QString &field : fields)
-        field = field.trimmed();
-    return fields;
 }
 
 /// True for what stands in \a part, at any depth.
@@ -48,7 +42,7 @@ SlotParams::SlotParams(const InterfaceDocument &document, const DescribedParts &
                        AddressCheck &addresses, const TextCheck &texts, ProblemList &problems)
     : m_document(document), m_parts(parts), m_addresses(addresses), m_texts(texts), m_problems(problems)
 {
-    open(QStringLiteral("progress_dialog"));
+    open(dialogtags::Progress);
 }
 
 void SlotParams::check(const QDomElement &action, const QString &slot, const QString &param)
@@ -104,7 +98,7 @@ void SlotParams::showDialog(const QDomElement &action, const QString &tag)
 
 void SlotParams::fileDialog(const QDomElement &action, const QString &param)
 {
-    const QStringList fields = fieldsOf(param);
+    const QStringList fields = slotFields(param);
     if (fields.size() < 4)
         return wrongParam(action, QStringLiteral("action,title,filter,address"));
     if (!isVariable(fields.first()) && fields.first() != QLatin1String("open") &&
@@ -115,11 +109,11 @@ void SlotParams::fileDialog(const QDomElement &action, const QString &param)
 
 void SlotParams::settings(const QDomElement &action, const QString &param)
 {
-    const QStringList fields = fieldsOf(param);
+    const QStringList fields = slotFields(param);
     if (fields.size() != 3)
         return wrongParam(action, QStringLiteral("action,address,tag"));
     if (fields.first() == QLatin1String("write"))
-        needDialogs(action, {QStringLiteral("filewriteerror")});
+        needDialogs(action, {dialogtags::ExportFailed});
     else if (fields.first() != QLatin1String("read") && !isVariable(fields.first()))
         wrongField(action, fields.first(), QStringLiteral("write, read"));
     address(action, fields.at(1));
@@ -130,7 +124,7 @@ void SlotParams::settings(const QDomElement &action, const QString &param)
 
 void SlotParams::saveFileAs(const QDomElement &action, const QString &param)
 {
-    const QStringList fields = fieldsOf(param);
+    const QStringList fields = slotFields(param);
     if (fields.size() != 2)
         return wrongParam(action, QStringLiteral("file,address"));
     if (!isVariable(fields.first()))
@@ -141,12 +135,10 @@ void SlotParams::saveFileAs(const QDomElement &action, const QString &param)
 void SlotParams::accessList(const QDomElement &action, const QString &tag)
 {
     if (tag == QLatin1String("newok"))
-        needDialogs(action,
-                    {QStringLiteral("accessdlgerr_namedouble"), QStringLiteral("accessdlgerr_editrights"),
-                     QStringLiteral("accessdlgerr_name"), QStringLiteral("accessdlgerr_pass")});
+        needDialogs(action, {dialogtags::UserNameTaken, dialogtags::UserNotAllowed, dialogtags::UserNameEmpty,
+                             dialogtags::PasswordsDiffer});
     else if (tag == QLatin1String("remove"))
-        needDialogs(action,
-                    {QStringLiteral("accessdlgerr_lastuser"), QStringLiteral("accessdlgerr_editrights")});
+        needDialogs(action, {dialogtags::LastUser, dialogtags::UserNotAllowed});
     else if (tag != QLatin1String("edit") && tag != QLatin1String("new") && !isVariable(tag))
         return wrongField(action, tag, QStringLiteral("edit, new, newok, remove"));
     needList(action, QStringLiteral("accesslist"));
@@ -156,7 +148,7 @@ void SlotParams::softList(const QDomElement &action, const QString &tag)
 {
     if (tag != QLatin1String("remove") && !isVariable(tag))
         return wrongField(action, tag, QStringLiteral("remove"));
-    needDialogs(action, {QStringLiteral("softcantdelete"), QStringLiteral("softdodelete")});
+    needDialogs(action, {dialogtags::PackageNeeded, dialogtags::RemovePackage});
     needList(action, QStringLiteral("softlist"));
 }
 

@@ -5,6 +5,7 @@
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
 #include "ui/base/WindowStyle.h"
+#include "ui/description/DialogTags.h"
 #include "ui/tasks/PictureSources.h"
 #include "ui/types/ControlTypes.h"
 #include "ui/window/ErrorDisplay.h"
@@ -18,7 +19,6 @@
 #include "ui/window/WindowParts.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLoggingCategory>
@@ -38,7 +38,6 @@ const QString progressFile = QStringLiteral("general");
 const QString progressAddress = QStringLiteral("general/progress_dialog/progress");
 constexpr int TaskTick = 500; // milliseconds
 Q_LOGGING_CATEGORY(windowLog, "paravue.window", QtWarningMsg)
-const QString progressTag = QStringLiteral("progress_dialog");
 
 /// The host in a store's address. Login and password are not shown, and the port may be in a form that only
 /// the connection parses.
@@ -199,9 +198,9 @@ void CWinMain::onSetupProgress()
             m_progressShown = false;
         m_progress = percent;
         if (isDone)
-            m_parts->dialogs.close(progressTag);
+            m_parts->dialogs.close(dialogtags::Progress);
         else if (!m_progressShown)
-            m_progressShown = m_parts->dialogs.show(progressTag);
+            m_progressShown = m_parts->dialogs.show(dialogtags::Progress);
     });
 }
 
@@ -306,7 +305,7 @@ void CWinMain::slot_onpseudothrow(const QString &s)
     // After the end of the window only what it has done itself concerns the user.
     if (!isVisible() && !m_errors->isOperating())
         return;
-    m_parts->dialogs.close(progressTag);
+    m_parts->dialogs.close(dialogtags::Progress);
     m_progressShown = false;
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
                                                       : ErrorDisplay::Repeats::Allowed);
@@ -317,12 +316,11 @@ void CWinMain::readDescription()
     const QString path = m_setup->filePath(descriptionFile);
     if (path.isEmpty())
         return; // the store has reported it
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        Q_EMIT pseudothrow(tr("Cannot read file %1").arg(path));
+    QByteArray description;
+    if (const QString fault = InterfaceDocument::read(path, description); !fault.isEmpty()) {
+        Q_EMIT pseudothrow(fault);
         return;
     }
-    const QByteArray description = file.readAll();
     // The load may have been one of other files, a report for example.
     if (path != m_builtFrom || description != m_builtText) {
         build(description, path);

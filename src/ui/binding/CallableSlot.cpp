@@ -27,4 +27,12 @@ bool setsCaption(const QMetaObject &widgetClass, const QString &slot, bool hasPa
             widgetClass.inherits(&QAbstractButton::staticMetaObject));
 }
 
+QStringList slotFields(const QString &param)
+{
+    QStringList fields = param.split(u',');
+    for (QString &field : fields)
+        field = field.trimmed();
+    return fields;
+}
+
 } // namespace paravue

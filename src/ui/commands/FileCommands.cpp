@@ -8,10 +8,12 @@
 #include "ui/base/WindowText.h"
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
+#include "ui/binding/CallableSlot.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/FileAccessGuard.h"
 #include "ui/commands/SettingsExport.h"
 #include "ui/commands/WindowServices.h"
+#include "ui/description/DialogTags.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -38,14 +40,6 @@ QString cannotOpen(const QString &path)
     return WindowText::tr("Can't open file\"%1\"").arg(path);
 }
 
-QStringList trimmedFields(const QString &param)
-{
-    QStringList fields = param.split(u',');
-    for (QString &field : fields)
-        field = field.trimmed();
-    return fields;
-}
-
 enum FileDialogField { Action, Title, FirstOfFilter };
 
 } // namespace
@@ -59,7 +53,7 @@ FileCommands::FileCommands(QWidget &window, ControlContext &context, Bindings &b
 void FileCommands::chooseFile(const QString &param)
 {
     const QString slot = QStringLiteral("CWinMain::fileDialog");
-    const QStringList fields = trimmedFields(param);
+    const QStringList fields = slotFields(param);
     if (fields.size() < FirstOfFilter + 2) {
         m_context.report(wrongParam(slot, param));
         return;
@@ -114,7 +108,7 @@ void FileCommands::closeDialog()
 void FileCommands::transferSettings(const QString &param)
 {
     const QString slot = QStringLiteral("CWinMain::settingsSlot");
-    const QStringList fields = trimmedFields(param);
+    const QStringList fields = slotFields(param);
     const bool isWrite = fields.constFirst() == QLatin1String("write");
     if (!isWrite && fields.constFirst() != QLatin1String("read"))
         m_context.report(wrongAction(slot, fields.constFirst()));
@@ -145,7 +139,7 @@ void FileCommands::writeSettings(const QString &pathAddress, const QString &tag)
             leftOut.append(assignment.path);
     }
     if (!writeWholeFile(*path, text.toUtf8())) {
-        m_services.showDialog(QStringLiteral("filewriteerror"));
+        m_services.showDialog(dialogtags::ExportFailed);
         return;
     }
     if (!leftOut.isEmpty())
@@ -180,7 +174,7 @@ void FileCommands::readSettings(const QString &pathAddress, const QString &tag)
 
 void FileCommands::copyConfigurationFile(const QString &param)
 {
-    const QStringList fields = trimmedFields(param);
+    const QStringList fields = slotFields(param);
     if (fields.size() != 2) {
         m_context.report(
             WindowText::tr("Wrong arguments %1(%2)").arg(QStringLiteral("CWinMain::saveFileAs"), param));

@@ -5,6 +5,7 @@
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
+#include "ui/description/DialogTags.h"
 
 #include <utility>
 
@@ -47,11 +48,11 @@ void PackageListEditor::removeSelected()
         return;
     const Package &package = packages->packages().at(packages->selectedRow());
     if (!isRemovable(package)) {
-        m_showDialog(QStringLiteral("softcantdelete"));
+        m_showDialog(dialogtags::PackageNeeded);
         return;
     }
     m_bindings.write({{QStringLiteral("general/remove_package/name"), package.name}});
-    m_showDialog(QStringLiteral("softdodelete"));
+    m_showDialog(dialogtags::RemovePackage);
 }
 
 } // namespace paravue

@@ -10,6 +10,7 @@
 #include "ui/binding/ControlContext.h"
 #include "ui/commands/DialogManager.h"
 #include "ui/commands/UserRights.h"
+#include "ui/description/DialogTags.h"
 
 #include <algorithm>
 #include <utility>
@@ -20,7 +21,6 @@ namespace
 {
 
 const QString userListTag = QStringLiteral("accesslist");
-const QString dialogTag = QStringLiteral("accessdlg");
 const QString keepPassword = QStringLiteral("keeppassword");
 const QString scratch = QStringLiteral("general/access/");
 const QString firstPassword = QStringLiteral("pass1");
@@ -30,7 +30,7 @@ bool hasPasswords(const QDomElement &dialog)
 {
     if (dialog.isNull())
         return false;
-    if (!dialog.firstChildElement(dialogTag).isNull())
+    if (!dialog.firstChildElement(dialogtags::User).isNull())
         return true;
     const QDomNodeList keys = dialog.elementsByTagName(QStringLiteral("key"));
     for (int i = 0; i < keys.size(); ++i) {
@@ -169,15 +169,15 @@ QString UserListEditor::refusal(const QList<User> &users, int row)
     const User user{typed("name"), {}, typed("level")};
     for (int other = 0; other < users.size(); ++other) {
         if (other != row && users[other].name == user.name)
-            return QStringLiteral("accessdlgerr_namedouble");
+            return dialogtags::UserNameTaken;
     }
     const UserRights rights(users, currentUser(users));
     if (row < 0 ? !rights.mayAdd(user) : !rights.mayReplace(row, user))
-        return QStringLiteral("accessdlgerr_editrights");
+        return dialogtags::UserNotAllowed;
     if (user.name.isEmpty())
-        return QStringLiteral("accessdlgerr_name");
+        return dialogtags::UserNameEmpty;
     if (typed(firstPassword) != typed(secondPassword))
-        return QStringLiteral("accessdlgerr_pass");
+        return dialogtags::PasswordsDiffer;
     return {};
 }
 
@@ -189,9 +189,9 @@ void UserListEditor::removeSelected()
     QList<User> edited = users->users();
     const int row = users->selectedRow();
     if (edited.size() == 1) {
-        m_showDialog(QStringLiteral("accessdlgerr_lastuser"));
+        m_showDialog(dialogtags::LastUser);
     } else if (row >= 0 && !UserRights(edited, currentUser(edited)).mayRemove(row)) {
-        m_showDialog(QStringLiteral("accessdlgerr_editrights"));
+        m_showDialog(dialogtags::UserNotAllowed);
     } else if (row >= 0) {
         edited.removeAt(row);
         rememberEdited(edited);

@@ -27,12 +27,20 @@ QString validate(const QDomDocument &document, const QString &path)
 
 } // namespace
 
-QString InterfaceDocument::load(const QString &path)
+QString InterfaceDocument::read(const QString &path, QByteArray &text)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return WindowText::tr("Cannot read file %1").arg(path);
-    return load(file.readAll(), path);
+    text = file.readAll();
+    return {};
+}
+
+QString InterfaceDocument::load(const QString &path)
+{
+    QByteArray text;
+    const QString fault = read(path, text);
+    return fault.isEmpty() ? load(text, path) : fault;
 }
 
 QString InterfaceDocument::load(const QByteArray &text, const QString &path)

@@ -18,10 +18,12 @@ namespace paravue
 class InterfaceDocument
 {
 public:
-    /// Reads and validates the file. Returns an empty string, or a translated message; the document keeps
-    /// what it held before in that case.
-    QString load(const QString &path);
+    /// Reads the bytes of a file. Returns an empty string, or a translated message.
+    static QString read(const QString &path, QByteArray &text);
+    /// Reads and validates \a text, the bytes of the file. Returns an empty string, or a translated message;
+    /// the document keeps what it held before in that case.
     QString load(const QByteArray &text, const QString &path);
+    QString load(const QString &path);
 
     QDomElement root() const { return m_document.documentElement(); }
 

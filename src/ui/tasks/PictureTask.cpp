@@ -137,7 +137,7 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
 {
     if (m_source) {
         if (m_status.poll(*m_source, now))
-            m_notice.clear(); // by the picture
+            m_notice.clear(); // the picture has replaced it on the widgets
         m_attempt->poll(*m_source, m_status, now);
         setRemark(m_status.remark());
     }
