@@ -2,10 +2,13 @@
 #include "controls/OrbProgressPie.h"
 #include "entry/cSetupWidget.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
+#include "ui/types/RunningTime.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTimeEdit>
+#include <QFile>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -14,6 +17,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QWheelEvent>
 
@@ -87,6 +91,24 @@ QByteArrayList linesExcept(const QByteArray &file, const QStringList &values)
     return lines;
 }
 
+/// A store with one function, which sends the time.
+class ClockStore : public OrbSetup
+{
+public:
+    ClockStore()
+    {
+        setProperty("offline", true);
+        setFunctionUse([](const QString &, const QString &) {
+            return FunctionUse{false, {"net/untitled/TIME"}};
+        });
+    }
+
+    void load() override { Q_EMIT loadDone(); }
+    void function(const QString &, const QString &) override { sent << value("net/untitled/TIME"); }
+
+    QStringList sent;
+};
+
 } // namespace
 
 class TestControls : public QObject
@@ -110,6 +132,7 @@ private Q_SLOTS:
     void writesKeysetsInTheActiveWindowOnly();
     void writesKeysetsOfDialogs();
     void leavesTheWheelToThePage();
+    void letsAClockRunUntilItIsEdited();
     void staysQuietWhileLoading();
     void passesCommandsToTheStore();
 };
@@ -601,6 +624,53 @@ void TestControls::leavesTheWheelToThePage()
         turn(field);
         QVERIFY(window.value(address) != stored);
     }
+}
+
+void TestControls::letsAClockRunUntilItIsEdited()
+{
+    const QString loaded = "20240331235959";
+    QTemporaryDir folder;
+    ClockStore store;
+    const QMap<QString, QByteArray> files{
+        {"net", "TIME=" + loaded.toLatin1() + '\n'},
+        {"interface",
+         describePage("<item type='datetime' ticks='yes' format='yyyyMMddHHmmss'><key>net/untitled/TIME</key>"
+                      "</item><item type='datetime' row='1'><key>net/untitled/TIME</key></item>"
+                      "<item type='setup' row='2'><device/></item><item type='pushbutton' row='3'>"
+                      "<action type='call' slot='callSetup' param='set_time'>device</action></item>")}};
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        QFile written(folder.filePath(file.key()));
+        QVERIFY(written.open(QIODevice::WriteOnly) && written.write(file.value()) == file.value().size());
+        store.setFilePath(file.key(), written.fileName());
+    }
+    CWinMain window(&store, nullptr);
+    auto *clock = window.findChild<QDateTimeEdit *>();
+    QCOMPARE(clock->text(), loaded);
+    AWAIT_VERIFY(clock->text() >= "20240401000000");
+    QVERIFY(clock->text() < "20240401000030");
+    // Nobody has edited anything.
+    QCOMPARE(store.value("net/untitled/TIME"), loaded);
+    window.onLoadDone();
+    QVERIFY(clock->text() >= "20240401000000");
+
+    auto *button = window.findChildren<QPushButton *>().first();
+    const QString shown = clock->text();
+    button->click();
+    QVERIFY(store.sent.constLast() >= shown);
+    AWAIT_VERIFY(clock->text() > store.sent.constLast());
+
+    // The hours; what is half typed stays.
+    clock->setFocus();
+    clock->setSelectedSection(QDateTimeEdit::HourSection);
+    QTest::keyClicks(clock, "12");
+    const QString edited = clock->text();
+    QCOMPARE(edited.mid(8, 2), "12");
+    QCOMPARE(store.value("net/untitled/TIME"), edited);
+    QVERIFY(!paravue::RunningTime::of(*clock)->isRunning());
+    button->click();
+    QCOMPARE(store.sent.constLast(), edited);
+    window.setValue("net/untitled/TIME/20250101000000");
+    AWAIT_VERIFY(clock->text() > "20250101000000");
 }
 
 void TestControls::staysQuietWhileLoading()

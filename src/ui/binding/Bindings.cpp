@@ -123,4 +123,18 @@ void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
     }
 }
 
+void Bindings::writeRunningValues(const QStringList &addresses)
+{
+    QList<Assignment> values;
+    for (const QString &address : addresses) {
+        for (const int number : m_table.dependants(OrbSetup::path(address))) {
+            const Control *control = m_table.find(number);
+            if (control && control->widget && control->adapter)
+                values += control->adapter->runningValues(m_context, *control);
+        }
+    }
+    if (!values.isEmpty())
+        write(values);
+}
+
 } // namespace paravue

@@ -4,6 +4,7 @@
 #include "ui/description/Assignment.h"
 
 #include <QList>
+#include <QStringList>
 
 class QWidget;
 
@@ -33,6 +34,9 @@ public:
 
     /// \a show is called when the language was changed, after all controls were reloaded.
     void setLanguageObserver(const std::function<void()> &show) { m_languageChanged = show; }
+    /// Writes what controls show of these addresses when that changes by itself: a function is going to send
+    /// it.
+    void writeRunningValues(const QStringList &addresses);
 
 private:
     void reload(Control &control);

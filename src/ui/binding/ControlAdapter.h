@@ -100,6 +100,10 @@ public:
     virtual bool load(ControlContext &, const Control &) const { return false; }
     /// What a change writes, in this order.
     virtual QList<Assignment> assignments(ControlContext &, const Control &) const { return {}; }
+    /// What the control shows at this moment when that changes by itself, such as the time of a clock. Nobody
+    /// has edited it, so it is written only before a function that sends it. None of a control that is
+    /// disabled, which is there to be looked at.
+    virtual QList<Assignment> runningValues(ControlContext &, const Control &) const { return {}; }
     /// True when the shown value was typed in, as opposed to chosen from what the description offers.
     virtual bool isTyped(const Control &) const { return false; }
     /// The state that the actions of the control may ask for ("on", "empty", ...); empty without states.

@@ -2,6 +2,7 @@
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/types/AdapterTexts.h"
+#include "ui/types/RunningTime.h"
 
 #include <QDateTimeEdit>
 #include <QSignalBlocker>
@@ -23,7 +24,8 @@ public:
     DateTimeAdapter()
         : TypedAdapter({.changes = {{SIGNAL(dateTimeChanged(QDateTime)), SLOT(onCtrlChanged(QDateTime))}},
                         .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}},
-                                       {"format", AttributeRule::Text}}})
+                                       {"format", AttributeRule::Text},
+                                       {"ticks", AttributeRule::Word, {"yes", "no"}}}})
     {
     }
 
@@ -36,6 +38,8 @@ public:
         edit->setCalendarPopup(element.attribute(QStringLiteral("calendarPopup")) == QLatin1String("on"));
         if (const QString format = element.attribute(QStringLiteral("format")); !format.isEmpty())
             edit->setDisplayFormat(format);
+        if (element.attribute(QStringLiteral("ticks")) == QLatin1String("yes"))
+            new RunningTime(*edit);
         return edit;
     }
 
@@ -48,6 +52,8 @@ public:
         const QString text = context.value(control, addressText(key));
         const QDateTime stored = QDateTime::fromString(text, storedFormat);
         const QDateTime time(stored.date(), stored.time(), Qt::UTC);
+        if (RunningTime *running = RunningTime::of(edit))
+            return running->begin(time);
         if (!time.isValid() || time == edit.dateTime())
             return false;
         const QSignalBlocker silent(edit);
@@ -58,6 +64,13 @@ public:
     QList<Assignment> assignments(ControlContext &, const Control &control) const override
     {
         return assignmentToFirstKey(control, widget(control).dateTime().toString(writtenFormat));
+    }
+
+    QList<Assignment> runningValues(ControlContext &context, const Control &control) const override
+    {
+        const RunningTime *running = RunningTime::of(widget(control));
+        return running && running->isRunning() && widget(control).isEnabled() ? assignments(context, control)
+                                                                              : QList<Assignment>();
     }
 };
 

@@ -32,7 +32,8 @@ struct WindowParts {
           packages(context, bindings, services.showDialog), files(window, context, bindings, paths, services)
     {
         actions.setPermit([this](const QWidget &target, const QString &slot, const QString &param) {
-            return paths.permitsCall(target, slot, param) && !callFunction(context, target, slot, param);
+            return paths.permitsCall(target, slot, param) &&
+                   !callFunction(context, bindings, target, slot, param);
         });
     }
 
