@@ -58,7 +58,8 @@ void ExportRoute::begin(Stream &stream, quint8 id, const PictureFacts &facts)
         if (m_files.size() == MaxFiles)
             throw MediaError(QStringLiteral("the size of the pictures changes too often: an export has at "
                                             "most %1 files")
-                                 .arg(MaxFiles));
+                                 .arg(MaxFiles),
+                             ExitCode::BadData);
         m_files.emplace_back();
     }
     m_files.back().tracks.emplace(id, facts);

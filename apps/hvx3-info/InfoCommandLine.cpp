@@ -1,10 +1,13 @@
 #include "InfoCommandLine.h"
 
 #include "MediaFile.h"
+#include "program/HelpText.h"
 #include "video/cHvx3Demuxer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QFileInfo>
 
 namespace paravue
 {
@@ -13,7 +16,8 @@ namespace
 {
 
 const char Notes[] = "\nA recording is what a recorder sent on a connection to its video service. It may\n"
-                     "begin and end anywhere.\n"
+                     "begin and end anywhere. With ADDRESS, login:password@host[:port], one is made first\n"
+                     "and kept if --record names a file for it.\n"
                      "\n"
                      "An export has every video stream that begins with a key picture. Its times are\n"
                      "those of the stream, counted from the first picture. A time that is not behind\n"
@@ -22,9 +26,13 @@ const char Notes[] = "\nA recording is what a recorder sent on a connection to i
                      "The files get their names when all of them are complete.\n"
                      "\nExit code:\n"
                      "  0  the streams were listed, and exported if that was asked for\n"
-                     "  1  there is no stream in the file\n"
                      "  2  the command line was wrong\n"
-                     "  3  something failed: the file could not be read or the export not be written\n";
+                     "  3  no connection to the recorder, or no answer in time\n"
+                     "  4  the recorder has refused the login\n"
+                     "  6  a file could not be read or written\n"
+                     "  7  there is no stream in the file, or no video to export\n";
+
+constexpr uint MaxSeconds = 24 * 60 * 60;
 
 InfoCommandLine ended(InfoCommandLine::Task task, const QString &text)
 {
@@ -43,7 +51,7 @@ QString problemOf(const InfoCommandLine &line, bool exports)
     if (!line.codec.isEmpty() && !line.headerFile.isEmpty())
         return QStringLiteral("a header is given by --codec or by --header");
     if (!exports)
-        return line.force ? QStringLiteral("--force needs --export") : QString();
+        return line.force && !line.address ? QStringLiteral("--force needs --export or --record") : QString();
     if (line.exportFile.isEmpty())
         return QStringLiteral("--export needs a value");
     if (line.file == u'-')
@@ -51,6 +59,38 @@ QString problemOf(const InfoCommandLine &line, bool exports)
     if (!MediaFile::isKnownName(line.exportFile))
         return QStringLiteral("cannot export to \"%1\": the name has to end in .mkv or .mp4")
             .arg(line.exportFile);
+    return {};
+}
+
+/// What follows from an address in place of a recording, or a problem.
+QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
+{
+    const bool isFile = line.file == u'-' || QFileInfo::exists(line.file);
+    line.address = isFile ? std::nullopt : VideoAddress::fromText(line.file);
+    // The text holds a password.
+    if (!isFile && !line.address && line.file.contains(u'@'))
+        return QStringLiteral(
+            "there is no such file, and an address has the form login:password@host[:port]");
+    if (!line.address) {
+        for (const char *option : {"record", "seconds", "digest"}) {
+            if (parser.isSet(option))
+                return QStringLiteral("--%1 needs an ADDRESS, login:password@host[:port]").arg(option);
+        }
+        return {};
+    }
+    if (parser.isSet("record") && parser.value("record").isEmpty())
+        return QStringLiteral("--record needs a value");
+    bool isNumber = true;
+    const uint seconds = parser.isSet("seconds") ? parser.value("seconds").toUInt(&isNumber) : 10;
+    if (!isNumber || seconds < 1 || seconds > MaxSeconds)
+        return QStringLiteral("--seconds takes a number from 1 to %1").arg(MaxSeconds);
+    line.duration = std::chrono::seconds(seconds);
+    if (parser.isSet("digest")) {
+        const QByteArray typed = line.address->password.toLocal8Bit();
+        line.address->password =
+            QString::fromLatin1(QCryptographicHash::hash(typed, QCryptographicHash::Md5).toHex());
+    }
+    line.file = parser.value("record");
     return {};
 }
 
@@ -72,16 +112,23 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
     const QCommandLineOption header(
         "header", "Of a recording that begins behind its header: use the one of the recording OTHER.",
         "OTHER");
-    const QCommandLineOption force("force", "Overwrite FILE when it exists (with --export).");
+
+    const QCommandLineOption force("force", "Overwrite FILE when it exists (with --export and --record).");
+    const QCommandLineOption recordTo("record", "Keep the recording of ADDRESS in FILE.", "FILE");
+    const QCommandLineOption seconds("seconds", "Record for so long (without it 10).", "SECONDS");
+    const QCommandLineOption digest("digest",
+                                    "The password in ADDRESS is the one that a user types: send its "
+                                    "digest. Otherwise it is sent as it stands.");
 
     QCommandLineParser parser;
-    parser.setApplicationDescription("Lists the streams of a recorded HVX3 byte stream.");
-    parser.addOptions({help, version, json, codec, header, exportTo, force});
-    parser.addPositionalArgument("RECORDING", "The recorded bytes; - reads them from standard input.");
+    parser.setApplicationDescription("Lists the streams of a recorded HVX3 byte stream, or of a recorder.");
+    parser.addOptions({help, version, json, codec, header, exportTo, force, recordTo, seconds, digest});
+    parser.addPositionalArgument("RECORDING", "The recorded bytes; - reads them from standard input.",
+                                 "RECORDING|ADDRESS");
 
     const bool isParsed = parser.parse(words);
     if (parser.isSet(help))
-        return ended(Task::ShowText, parser.helpText() + Notes);
+        return ended(Task::ShowText, helpText(parser) + Notes);
     if (parser.isSet(version))
         return ended(Task::ShowText, QCoreApplication::applicationName() + ' ' +
                                          QCoreApplication::applicationVersion() + '\n');
@@ -90,7 +137,7 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
     const QStringList files = parser.positionalArguments();
     if (files.size() != 1 || files.first().isEmpty())
         return ended(Task::RefuseUsage,
-                     files.size() > 1 ? "more than one file was given" : "no file was given");
+                     files.size() > 1 ? "more than one file was given" : "no file was given, and no address");
     InfoCommandLine line;
     line.file = files.first();
     line.exportFile = parser.value(exportTo);
@@ -98,6 +145,8 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
     line.headerFile = parser.value(header);
     line.force = parser.isSet(force);
     line.json = parser.isSet(json);
+    if (const QString problem = readLive(line, parser); !problem.isEmpty())
+        return ended(Task::RefuseUsage, problem);
     if (const QString problem = problemOf(line, parser.isSet(exportTo)); !problem.isEmpty())
         return ended(Task::RefuseUsage, problem);
     return line;

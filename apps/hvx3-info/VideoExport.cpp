@@ -83,7 +83,8 @@ QList<ExportedFile> exportVideo(const QString &recording, const QByteArray &head
 {
     const std::vector<ExportFile> &contents = route.files();
     if (contents.empty())
-        throw MediaError(QStringLiteral("there is no video stream with a key picture in %1").arg(recording));
+        throw MediaError(QStringLiteral("there is no video stream with a key picture in %1").arg(recording),
+                         ExitCode::BadData);
     for (size_t index = 0; index < contents.size(); ++index)
         requireFree(numbered(name, index), recording, overwrite);
 

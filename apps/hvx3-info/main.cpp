@@ -4,9 +4,13 @@
 #include "InfoCommandLine.h"
 #include "Recording.h"
 #include "SurveyReport.h"
+#include "program/TemporaryFolder.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QTextStream>
+
+#include <optional>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -55,7 +59,7 @@ QByteArray givenHeader(const InfoCommandLine &line)
     return line.codec.isEmpty() ? QByteArray() : headerWithCodec(line.codec);
 }
 
-int list(const InfoCommandLine &line)
+ExitCode list(const InfoCommandLine &line)
 {
     const bool exports = !line.exportFile.isEmpty();
     if (exports && isPipe(line.file))
@@ -75,7 +79,7 @@ int list(const InfoCommandLine &line)
     reader.read(line.file);
     if (survey.headers() == 0 && (header.isEmpty() || survey.indexes() == 0)) {
         printError(noStreamIn(line.file, survey));
-        return NoStream;
+        return ExitCode::BadData;
     }
     InfoReport report{line.file, survey, {}, 0};
     try {
@@ -89,7 +93,22 @@ int list(const InfoCommandLine &line)
         throw;
     }
     print(report, line.json);
-    return Listed;
+    return ExitCode::Done;
+}
+
+/// Makes the recording first.
+ExitCode listLive(InfoCommandLine line)
+{
+    std::optional<TemporaryFolder> temporary;
+    if (line.file.isEmpty()) {
+        if (!temporary.emplace().isValid())
+            throw MediaError(temporary->errorString());
+        line.file = temporary->path() + QStringLiteral("/live.hvx3");
+    } else if (!line.force && QFileInfo::exists(line.file)) {
+        throw MediaError(QStringLiteral("%1 exists; --force overwrites it").arg(line.file));
+    }
+    recordLive(*line.address, line.duration, line.file);
+    return list(line);
 }
 
 } // namespace
@@ -106,17 +125,17 @@ int main(int argc, char **argv)
     switch (line.task) {
     case InfoCommandLine::Task::ShowText:
         QTextStream(stdout) << line.text;
-        return Listed;
+        return int(ExitCode::Done);
     case InfoCommandLine::Task::RefuseUsage:
         printError(line.text + "\nTry hvx3-info --help.");
-        return WrongInfoUsage;
+        return int(ExitCode::WrongUsage);
     case InfoCommandLine::Task::ListStreams:
         break;
     }
     try {
-        return list(line);
+        return int(line.address ? listLive(line) : list(line));
     } catch (const MediaError &error) {
         printError(error.text());
-        return InfoFailed;
+        return int(error.exitCode());
     }
 }

@@ -1,6 +1,8 @@
+#include "recorder/RecorderServer.h"
 #include "support/EncodedClip.h"
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 #include "video/FfmpegHandles.h"
 #include "video/PictureConverter.h"
 
@@ -9,6 +11,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
@@ -46,6 +50,17 @@ Run runProgram(const QStringList &arguments, const QByteArray &input = QByteArra
     process.write(input);
     process.closeWriteChannel();
     if (!process.waitForFinished())
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+/// As runProgram(), while servers of this process answer.
+Run runBeside(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(INFO_PROGRAM, arguments);
+    if (!waitUntil([&] { return process.state() == QProcess::NotRunning; }, 30'000))
         return {};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
@@ -180,6 +195,10 @@ private Q_SLOTS:
     void readsBehindTheHeader();
     void beginsAFileWhereTheSizeChanges();
     void leavesNothingBehindWhenItFails();
+    void leavesTheOldFileWhenItIsKilled();
+    void listsTheVideoOfARecorder();
+    void tellsWhyThereIsNoVideo_data();
+    void tellsWhyThereIsNoVideo();
     void handlesCommandLines_data();
     void handlesCommandLines();
 
@@ -497,7 +516,7 @@ void TestHvx3Info::leavesNothingBehindWhenItFails()
     old.close();
 
     const Run refused = runProgram({recording, "--export", path("out.mkv")});
-    QCOMPARE(refused.exitCode, 3);
+    QCOMPARE(refused.exitCode, 6);
     QVERIFY2(refused.err.contains("out-3.mkv exists; --force"), qPrintable(refused.err));
     QVERIFY2(refused.out.contains("stream 0: video"), qPrintable(refused.out));
     QCOMPARE(files(), QStringList({"out-3.mkv", "recording"}));
@@ -509,9 +528,78 @@ void TestHvx3Info::leavesNothingBehindWhenItFails()
         stream += frameAt(1000 + i, Video, sizes[i % 2]);
     const QStringList before = files();
     const Run tooMany = runProgram({record(stream), "--export", path("many.mkv")});
-    QCOMPARE(tooMany.exitCode, 3);
+    QCOMPARE(tooMany.exitCode, 7);
     QVERIFY2(tooMany.err.contains("at most 100 files"), qPrintable(tooMany.err));
     QCOMPARE(files(), before);
+}
+
+void TestHvx3Info::leavesTheOldFileWhenItIsKilled()
+{
+#ifdef Q_OS_WIN
+    QSKIP("needs a limit for files");
+#else
+    const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {640, 480}, .pictures = 1});
+    QByteArray stream = headerOf("mjpeg");
+    for (int i = 0; i < 200; ++i)
+        stream += frameAt(1000 + i, Video, clip.whole());
+    const QString recording = record(stream);
+    QFile old(path("out.mkv"));
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+    old.close();
+    // The system ends the program in the middle of the export.
+    QProcess program;
+    program.start("sh", {"-c", "ulimit -c 0; ulimit -f 200; exec \"$0\" \"$@\"", INFO_PROGRAM, recording,
+                         "--force", "--export", path("out.mkv")});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("old"));
+#endif
+}
+
+void TestHvx3Info::listsTheVideoOfARecorder()
+{
+    const QTemporaryDir data;
+    recorder::RecorderServer recorder(data.path());
+    QVERIFY2(recorder.listen(), qPrintable(recorder.errorString()));
+    const QString address = QStringLiteral("admin:admin@127.0.0.1:%1").arg(recorder.port());
+    const Run run = runBeside(
+        {address, "--seconds", "2", "--json", "--export", path("live.mkv"), "--record", path("live.hvx3")});
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QVERIFY2(run.json()["streams"].toArray()[0].toObject()["frames"].toInt() > 5, qPrintable(run.out));
+    QVERIFY(tracksOf(path("live.mkv")).value(0).numbers().size() > 5);
+    // The recording is one like any other.
+    const Run again = runProgram({path("live.hvx3")});
+    QVERIFY2(again.out.contains("answer to the login"), qPrintable(again.out));
+    const QStringList before = files();
+    QCOMPARE(runBeside({address, "--seconds", "1"}).exitCode, 0);
+    QCOMPARE(files(), before);
+}
+
+void TestHvx3Info::tellsWhyThereIsNoVideo_data()
+{
+    const TestTable<QByteArray, int, QString> row("answer", "exitCode", "says");
+    row("login refused", "LENGTH=19\r\nVORN_ANSWER=ERROR\r\n", 4, "has refused the login");
+    row("no recorder", "HTTP/1.1 400 Bad Request\r\n\r\n", 7, "is not a recorder");
+    row("closed", "", 3, "no video from 127.0.0.1: The remote host closed the connection");
+}
+
+void TestHvx3Info::tellsWhyThereIsNoVideo()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, says);
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, &server, [&] {
+        QTcpSocket *client = server.nextPendingConnection();
+        connect(client, &QTcpSocket::readyRead, client, [client, answer] {
+            client->readAll();
+            answer.isEmpty() ? client->close() : void(client->write(answer));
+        });
+    });
+    const Run run = runBeside({QStringLiteral("admin:s3cret@127.0.0.1:%1").arg(server.serverPort())});
+    QTEST(run.exitCode, "exitCode");
+    QVERIFY2(run.err.contains(says) && !run.err.contains("s3cret"), qPrintable(run.err));
 }
 
 void TestHvx3Info::handlesCommandLines_data()
@@ -519,6 +607,12 @@ void TestHvx3Info::handlesCommandLines_data()
     // %1: a recording without pictures, %2: one with a picture, %3: another file
     const TestTable<QStringList, int, QString> row("arguments", "exitCode", "says");
     row("help", {"--help"}, 0, "Exit code");
+    row("no path in the usage", {"--help"}, 0, "Usage: hvx3-info [options] RECORDING|ADDRESS");
+    row("record a file", {"%1", "--record", "x"}, 2, "--record needs an ADDRESS");
+    row("no time", {"a:b@host", "--seconds", "0"}, 2, "--seconds takes a number from 1");
+    row("no such port", {"a:b@host:65536"}, 2, "an address has the form");
+    row("record over a file", {"a:b@host", "--record", "%1"}, 6, "exists; --force");
+    row("nobody listens", {"a:b@127.0.0.1:1"}, 3, "no video from 127.0.0.1: Connection refused");
     row("version", {"--version"}, 0, "hvx3-info " PARAVUE_VERSION);
     row("nothing", {}, 2, "no file was given");
     row("two files", {"%1", "%1"}, 2, "more than one file");
@@ -531,18 +625,18 @@ void TestHvx3Info::handlesCommandLines_data()
     row("no header in the other file", {"%1", "--header", "%3"}, 3, "there is no usable header in");
     row("nothing behind the header", {"%3", "--codec", "H264"}, 1, "no index record begins in its 5 bytes");
     row("export standard input", {"-", "--export", "x.mkv"}, 2, "twice");
-    row("no such file", {"nosuch", "--export", "x.mkv"}, 3, "there is no file nosuch");
-    row("folder", {"."}, 3, ". is a folder");
-    row("empty", {"-"}, 1, "- is empty");
-    row("no stream", {"%3"}, 1, "no header begins in its 5 bytes");
-    row("another answer", {"%5"}, 1, "no header begins in its 28 bytes");
-    row("cut in the header", {"%6"}, 1, "a header begins in it but does not end");
+    row("no such file", {"nosuch", "--export", "x.mkv"}, 6, "there is no file nosuch");
+    row("folder", {"."}, 6, ". is a folder");
+    row("empty", {"-"}, 7, "- is empty");
+    row("no stream", {"%3"}, 7, "no header begins in its 5 bytes");
+    row("another answer", {"%5"}, 7, "no header begins in its 28 bytes");
+    row("cut in the header", {"%6"}, 7, "a header begins in it but does not end");
     row("no pictures", {"%1"}, 0, "duration 0:00:03.000 bit rate");
     row("one record", {"%2"}, 0, "frames 1 in 1 record pictures");
     row("nothing lost", {"%2"}, 0, "in front answer to the login, 27 bytes name");
-    row("no pictures to export", {"%1", "--export", "x.mkv"}, 3, "no video stream with a key picture");
-    row("onto itself", {"%4", "--force", "--export", "%4"}, 3, "is the recording itself");
-    row("no such folder", {"%2", "--export", "nosuch/x.mkv"}, 3, "cannot write nosuch/x.mkv");
+    row("no pictures to export", {"%1", "--export", "x.mkv"}, 7, "no video stream with a key picture");
+    row("onto itself", {"%4", "--force", "--export", "%4"}, 6, "is the recording itself");
+    row("no such folder", {"%2", "--export", "nosuch/x.mkv"}, 6, "cannot write nosuch/x.mkv");
 }
 
 void TestHvx3Info::handlesCommandLines()

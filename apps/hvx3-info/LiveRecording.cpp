@@ -1,0 +1,137 @@
+#include "LiveRecording.h"
+
+#include "Recording.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTcpSocket>
+#include <QTimer>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr std::chrono::seconds AnswerLimit(12);
+constexpr QByteArrayView Accepted("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
+constexpr QByteArrayView Refused("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n");
+
+/// One connection, from its beginning to its end.
+class LiveRecording
+{
+public:
+    LiveRecording(const VideoAddress &address, std::chrono::seconds duration, QFile &file)
+        : m_address(address), m_duration(duration), m_file(file)
+    {
+        m_limit.setSingleShot(true);
+        QObject::connect(&m_limit, &QTimer::timeout, &m_loop, [this] { timeIsUp(); });
+        QObject::connect(&m_socket, &QTcpSocket::connected, &m_loop, [this] { logIn(); });
+        QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_loop, [this] { receive(); });
+        QObject::connect(&m_socket, &QTcpSocket::errorOccurred, &m_loop, [this] { fail(); });
+    }
+
+    void run()
+    {
+        m_limit.start(AnswerLimit);
+        m_socket.connectToHost(m_address.host, m_address.port);
+        m_loop.exec();
+        if (m_error)
+            throw *m_error;
+    }
+
+private:
+    void logIn()
+    {
+        m_limit.start(AnswerLimit);
+        m_socket.write(
+            QStringLiteral("\x01LOGIN=%1\r\nPASS=%2\r\n").arg(m_address.login, m_address.password).toUtf8());
+    }
+
+    void receive()
+    {
+        const QByteArray bytes = m_socket.readAll();
+        if (m_file.write(bytes) != bytes.size())
+            return end(MediaError(
+                QStringLiteral("cannot write %1: %2").arg(m_file.fileName(), m_file.errorString())));
+        if (m_isAccepted)
+            return;
+        m_answer += bytes;
+        if (m_answer.startsWith(Accepted)) {
+            m_isAccepted = true;
+            m_limit.start(m_duration);
+        } else if (m_answer.startsWith(Refused)) {
+            end(MediaError(QStringLiteral("the recorder has refused the login"), ExitCode::Login));
+        } else if (!Accepted.startsWith(m_answer) && !Refused.startsWith(m_answer)) {
+            end(MediaError(QStringLiteral("what answers at %1 is not a recorder").arg(m_address.host),
+                           ExitCode::BadData));
+        }
+    }
+
+    void timeIsUp()
+    {
+        if (m_isAccepted)
+            end({});
+        else
+            end(MediaError(QStringLiteral("no answer from %1 for %2 s")
+                               .arg(m_address.host, QString::number(AnswerLimit.count())),
+                           ExitCode::Network));
+    }
+
+    void fail()
+    {
+        if (m_isAccepted)
+            end({});
+        else
+            end(MediaError(QStringLiteral("no video from %1: %2").arg(m_address.host, m_socket.errorString()),
+                           ExitCode::Network));
+    }
+
+    void end(const std::optional<MediaError> &error)
+    {
+        m_error = error;
+        m_loop.quit();
+    }
+
+    const VideoAddress m_address;
+    const std::chrono::seconds m_duration;
+    QFile &m_file;
+    QEventLoop m_loop; // outlives what it is the context of
+    QTcpSocket m_socket;
+    QTimer m_limit;
+    QByteArray m_answer;
+    bool m_isAccepted = false;
+    std::optional<MediaError> m_error;
+};
+
+} // namespace
+
+std::optional<VideoAddress> VideoAddress::fromText(const QString &text)
+{
+    // As in all addresses of recorders, the last "@" and the last ":" before it separate.
+    static const QRegularExpression form(QStringLiteral("^(.*):([^:]*)@([^:@/]+)(?::(\\d{1,5}))?$"));
+    const auto match = form.match(text);
+    if (!match.hasMatch())
+        return {};
+    VideoAddress address{match.captured(3), 5049, match.captured(1), match.captured(2)};
+    if (match.hasCaptured(4)) {
+        const int port = match.captured(4).toInt();
+        if (port < 1 || port > 65535)
+            return {};
+        address.port = quint16(port);
+    }
+    return address;
+}
+
+void recordLive(const VideoAddress &address, std::chrono::seconds duration, const QString &file)
+{
+    QFile output(file);
+    if (!output.open(QIODevice::WriteOnly))
+        throw MediaError(QStringLiteral("cannot write %1: %2").arg(file, output.errorString()));
+    LiveRecording(address, duration, output).run();
+    if (!output.flush())
+        throw MediaError(QStringLiteral("cannot write %1: %2").arg(file, output.errorString()));
+}
+
+} // namespace paravue

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+namespace paravue
+{
+
+/// Where live video comes from.
+struct VideoAddress {
+    QString host;
+    quint16 port = 5049;
+    QString login;
+    QString password; ///< as it is sent
+
+    /// Reads login:password\@host[:port]. Nothing when \a text has another form.
+    static std::optional<VideoAddress> fromText(const QString &text);
+};
+
+/// Writes what the recorder at \a address sends on a connection to its video service, from its answer to the
+/// login on, for \a duration into a new file. A connection that ends earlier ends the recording, too. Needs a
+/// QCoreApplication. Throws a MediaError; what was recorded until then stays in the file.
+void recordLive(const VideoAddress &address, std::chrono::seconds duration, const QString &file);
+
+} // namespace paravue
