@@ -3,6 +3,13 @@
 
 include(CMakePackageConfigHelpers)
 
+# What hosts may include, in src.
+set(PARAVUE_PUBLIC_HEADERS
+    store/LinkStatus.h store/OrbSetup.h
+    device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h device/TimeZoneTable.h
+    entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h entry/cSetupWidget.h
+    check/DescriptionCheck.h)
+
 set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
 
 # paravue_install_program(TARGET): installs a program that finds the shared library of its own installation, also after
@@ -36,10 +43,7 @@ function(paravue_install_library)
     set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/ParavueSetup)
     install(FILES ${PARAVUE_GENERATED_DIR}/ParavueSetupExport.h
         DESTINATION ${include_dir} COMPONENT development)
-    foreach(header IN ITEMS
-            store/LinkStatus.h store/OrbSetup.h device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h device/TimeZoneTable.h
-            entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h
-            entry/cSetupWidget.h check/DescriptionCheck.h)
+    foreach(header IN LISTS PARAVUE_PUBLIC_HEADERS)
         cmake_path(GET header PARENT_PATH folder)
         install(FILES ${PARAVUE_SOURCE_DIR}/${header}
             DESTINATION ${include_dir}/${folder} COMPONENT development)

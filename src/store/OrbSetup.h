@@ -87,6 +87,7 @@ public:
     /// stay; nothing is emitted. Does nothing while the link is idle.
     void resetLink();
 
+    /// Which files of the last save the recorder has confirmed.
     const paravue::SaveStatus &saveStatus() const { return m_saveStatus; }
     /// Sends the missing files of the last save, and no others, as store() would, with the values that this
     /// save has had: what was edited since is dropped. Only while no exchange runs.
@@ -100,7 +101,9 @@ public:
     FunctionUse functionUse(const QString &name, const QString &arg) const;
 
 Q_SIGNALS:
+    /// All files are there, or the report of a function.
     void loadDone();
+    /// Everything was sent, or a function that is no report was done.
     void storeDone();
     /// \a prc is a percentage, 0 to 100.
     void progress(int prc);
