@@ -186,7 +186,7 @@ void addConfiguration(Corpus &corpus)
     addFiles(corpus);
     addTransfers(corpus);
     DescriptionParts parts(corpus);
-    for (const char *model : {"everything/interface.xml", "interface.xml"})
+    for (const char *model : {"everything/interface.xml", "patrol/interface.xml", "interface.xml"})
         parts.addModel(model);
     corpus.add("check", "packed", {}, recorder::gzip(described({})));
 }

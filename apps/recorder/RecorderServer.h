@@ -50,7 +50,8 @@ public:
     RecorderServer(const QString &dataDir, const QString &model, QObject *parent = nullptr);
     ~RecorderServer() override;
 
-    /// Names of the shipped models: "standard" and "everything", whose window has every type of control.
+    /// Names of the shipped models: "standard", "patrol" with sixteen channels and steered cameras, and
+    /// "everything", whose window has every type of control.
     static QStringList models();
 
     /// Listens on the loopback interface; port 0 picks a free one. False, with errorString() set, when the
