@@ -114,6 +114,7 @@ void TestSettingsFile::findsItsFile_data()
     row("no line of settings", no + "rubbish\n", off, "off", true);
     row("value without its last digit", "[authorization]\nremember=6e6", "", "true", true);
     row("value in plain text", "[authorization]\nremember=yes\n", "", "true", true);
+    row("key that would read as a comment", no + "[a/;]\nb=31\n", "", "true", true);
     row("group that would read as a key", no + "[ a= ]\nb=31\n", "", "true", true);
     row("far too large", "; " + QByteArray(5'000'000, 'x'), "", "true", true);
 }

@@ -27,9 +27,7 @@ std::optional<QByteArray> decoded(QStringView value)
     return bytes.toHex() == hex ? std::make_optional(bytes) : std::nullopt;
 }
 
-} // namespace
-
-std::optional<SettingsMap> parseSettings(const QByteArray &text)
+std::optional<SettingsMap> settingsOf(const QByteArray &text)
 {
     SettingsMap settings;
     QString group = QStringLiteral("General");
@@ -41,9 +39,6 @@ std::optional<SettingsMap> parseSettings(const QByteArray &text)
         const auto parsed = scanIniLine(QStringView(whole), EmptyValue::IsKey);
         if (parsed.kind == parsed.Section) {
             group = withSlashes(parsed.name);
-            // Written again, such a header would read as a key.
-            if (group.contains(u'='))
-                return {};
         } else if (parsed.kind == parsed.Key) {
             const auto value = decoded(parsed.value);
             if (!value)
@@ -54,6 +49,16 @@ std::optional<SettingsMap> parseSettings(const QByteArray &text)
         }
     }
     return settings;
+}
+
+} // namespace
+
+std::optional<SettingsMap> parseSettings(const QByteArray &text)
+{
+    const auto settings = settingsOf(text);
+    // Names in a damaged file may read as something else when they are written in their usual form, as
+    // comments for example.
+    return settings && settingsOf(settingsText(*settings)) == settings ? settings : std::nullopt;
 }
 
 QByteArray settingsText(const SettingsMap &settings)

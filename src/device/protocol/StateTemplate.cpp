@@ -34,18 +34,16 @@ qsizetype skipSpace(QStringView text, qsizetype from)
 /// Where the closing "/" stands: the first one that has nothing but blanks up to the next line end.
 qsizetype closingSlash(QStringView text, qsizetype from)
 {
-    for (qsizetype i = from; i < text.size(); ++i) {
-        if (text[i] != u'/')
-            continue;
-        qsizetype end = i + 1;
+    qsizetype slash = text.indexOf(u'/', from);
+    while (slash >= 0) {
+        qsizetype end = slash + 1;
         while (end < text.size() && text[end].isSpace() && !isLineEnd(text[end]))
             ++end;
         if (end < text.size() && isLineEnd(text[end]))
-            return i;
-        // No "/" stands among the blanks, so they need not be looked at again.
-        i = end - 1;
+            break;
+        slash = text.indexOf(u'/', end);
     }
-    return -1;
+    return slash;
 }
 
 /// The parts of a directive whose opening "#!s/" ends at \a from. Each part ends at the first fitting
