@@ -82,7 +82,7 @@ QByteArray headerOf(const QString &recording)
     });
     const QByteArray bytes = found ? bytesOf(*found) : QByteArray();
     if (bytes.isEmpty() || bytes.size() > std::numeric_limits<quint16>::max())
-        throw MediaError(QStringLiteral("there is no usable header in %1").arg(recording));
+        throw MediaError(QStringLiteral("there is no usable header in %1").arg(recording), ExitCode::BadData);
     return bytes;
 }
 

@@ -454,7 +454,7 @@ void TestHvx3Info::readsBehindTheHeader()
     }
     given.replaceInStrings("%1", record(headerOf("mp4v") + hvx3Index(1), "other"));
     const QString recording = record(stream);
-    QCOMPARE(runProgram({recording}).exitCode, 1);
+    QCOMPARE(runProgram({recording}).exitCode, 7);
     const QString name = path("out.mkv");
     const Run run = runProgram(QStringList{recording, "--json", "--export", name} + given);
     QVERIFY2(run.exitCode == 0, qPrintable(run.err));
@@ -622,8 +622,8 @@ void TestHvx3Info::handlesCommandLines_data()
     row("force without export", {"%1", "--force"}, 2, "--force needs --export");
     row("unknown codec", {"%1", "--codec", "H265"}, 2, "unknown codec \"H265\"");
     row("two headers", {"%1", "--codec", "H264", "--header", "%1"}, 2, "--codec or by --header");
-    row("no header in the other file", {"%1", "--header", "%3"}, 3, "there is no usable header in");
-    row("nothing behind the header", {"%3", "--codec", "H264"}, 1, "no index record begins in its 5 bytes");
+    row("no header in the other file", {"%1", "--header", "%3"}, 7, "there is no usable header in");
+    row("nothing behind the header", {"%3", "--codec", "H264"}, 7, "no index record begins in its 5 bytes");
     row("export standard input", {"-", "--export", "x.mkv"}, 2, "twice");
     row("no such file", {"nosuch", "--export", "x.mkv"}, 6, "there is no file nosuch");
     row("folder", {"."}, 6, ". is a folder");
