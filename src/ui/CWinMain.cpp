@@ -28,6 +28,8 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include <utility>
+
 using namespace paravue;
 
 namespace
@@ -307,6 +309,12 @@ void CWinMain::slot_onpseudothrow(const QString &s)
         return;
     m_parts->dialogs.close(dialogtags::Progress);
     m_progressShown = false;
+    // A recorder that has refused something may close the connection any time later.
+    const LinkStatus &link = m_setup->linkStatus();
+    if (link.state == LinkStatus::State::Failed && !m_errors->isOperating()) {
+        if (std::exchange(m_shownFault, link.fault) == link.fault)
+            return m_errors->logConsequence(s);
+    }
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
                                                       : ErrorDisplay::Repeats::Allowed);
 }

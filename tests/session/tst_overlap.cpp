@@ -64,6 +64,7 @@ private Q_SLOTS:
     void whatWaitsSendsTheValuesOfItsCall();
     void aFaultGivesUpWhatWaits();
     void aSilentRecorderCanBeGivenUp();
+    void aLaterEndOfTheConnectionIsNoSecondMessage();
     void triesTheFirstLoadAgain();
 
 private:
@@ -312,6 +313,27 @@ void TestOverlap::aSilentRecorderCanBeGivenUp()
     QVERIFY(session.errors.isEmpty());
     Session second(address());
     QVERIFY(second.field("renamed"));
+}
+
+void TestOverlap::aLaterEndOfTheConnectionIsNoSecondMessage()
+{
+    Session session(address());
+    QVERIFY(session.isFine());
+    const ModalWatcher messages;
+    edit(session, "core", "none");
+    press(session, "Remove"); // there is no such package
+    AWAIT_COMPARE(messages.texts().size(), 1);
+    AWAIT_COMPARE(QApplication::activeModalWidget(), session.window.get());
+    QSignalSpy reported(&session.store, &OrbSetup::pseudothrow);
+    const quint16 port = m_recorder->port();
+    m_recorder->close();
+    AWAIT_VERIFY(reported.size() >= 2); // the error, and the end
+    QTest::qWait(100);
+    QCOMPARE(messages.texts().size(), 1);
+    // The next fault is told.
+    QTest::mouseClick(session.window->findChild<QToolButton *>("statusRetry"), Qt::LeftButton);
+    AWAIT_COMPARE(messages.texts().size(), 2);
+    QVERIFY(m_recorder->listen(port));
 }
 
 void TestOverlap::triesTheFirstLoadAgain()

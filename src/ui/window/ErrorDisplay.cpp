@@ -22,10 +22,8 @@ Q_LOGGING_CATEGORY(messageLog, "paravue.messages", QtWarningMsg)
 void ErrorDisplay::show(const QString &message, Repeats repeats)
 {
     const bool isKnown = repeats == Repeats::Logged && m_shownOnce.contains(message);
-    if (isKnown || m_isOnScreen || (isOperating() && !m_deferred.isEmpty())) {
-        qCWarning(messageLog).noquote() << "not shown, a message came before:" << logText(message);
-        return;
-    }
+    if (isKnown || m_isOnScreen || (isOperating() && !m_deferred.isEmpty()))
+        return logConsequence(message);
     const QString explanation = m_explain(message);
     qCWarning(messageLog).noquote() << logText(
         explanation.isEmpty() ? message : message + QStringLiteral(": ") + explanation);
@@ -36,6 +34,11 @@ void ErrorDisplay::show(const QString &message, Repeats repeats)
         m_deferred = message;
     else
         showBox(message);
+}
+
+void ErrorDisplay::logConsequence(const QString &message)
+{
+    qCWarning(messageLog).noquote() << "not shown, a message came before:" << logText(message);
 }
 
 void ErrorDisplay::operate(const std::function<void()> &work)

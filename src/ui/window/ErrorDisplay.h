@@ -33,6 +33,8 @@ public:
     /// Shows \a message, now or at the end of the present operation. With Repeats::Logged a message is shown
     /// once until startOver().
     void show(const QString &message, Repeats repeats);
+    /// \a message follows from one that was shown.
+    void logConsequence(const QString &message);
     void startOver() { m_shownOnce.clear(); }
 
     /// Runs an operation and shows its first error at the end, so that a burst of errors becomes one message
