@@ -20,7 +20,7 @@ inline constexpr int CalibrationPoints = 64;          ///< of one control
 // much together.
 inline constexpr qsizetype TotalText = 4 * 1024 * 1024; ///< characters
 inline constexpr qsizetype TotalListCells = 200'000;
-inline constexpr qsizetype TotalItems = 20'000; ///< controls, spacers and grids: a widget takes up to 12 KiB
+inline constexpr qsizetype TotalItems = 12'000; ///< controls, spacers and grids, by what they cost: a second
 inline constexpr qsizetype TotalGridLines = 400'000; ///< rows and columns of grids
 
 inline constexpr int ActionDepth = 16;                   ///< actions that call actions

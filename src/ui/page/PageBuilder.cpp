@@ -150,7 +150,7 @@ void PageBuilder::addItem(QGridLayout &grid, const GridCell &cell, const QDomEle
                 .arg(QString::number(cell.row), QString::number(cell.column)));
         return;
     }
-    if (!m_context.take(ControlContext::Items, 1))
+    if (!m_context.take(ControlContext::Items, adapter ? adapter->traits().cost : 1))
         return;
     const int newRows = cell.row + std::max(cell.rowSpan, 1) - grid.rowCount();
     const int newColumns = cell.column + std::max(cell.columnSpan, 1) - grid.columnCount();

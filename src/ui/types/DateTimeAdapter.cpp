@@ -25,7 +25,8 @@ public:
         : TypedAdapter({.changes = {{SIGNAL(dateTimeChanged(QDateTime)), SLOT(onCtrlChanged(QDateTime))}},
                         .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}},
                                        {"format", AttributeRule::Text},
-                                       {"ticks", AttributeRule::Word, {"yes", "no"}}}})
+                                       {"ticks", AttributeRule::Word, {"yes", "no"}}},
+                        .cost = 4})
     {
     }
 

@@ -57,7 +57,8 @@ class DiskFitnessAdapter : public TypedAdapter<QProgressBar>
 {
 public:
     DiskFitnessAdapter()
-        : TypedAdapter({.attributes = {{"minvalue"}, {"maxvalue"}}, .range = RangeRule{.usualMost = 100}})
+        : TypedAdapter(
+              {.attributes = {{"minvalue"}, {"maxvalue"}}, .range = RangeRule{.usualMost = 100}, .cost = 3})
     {
     }
 

@@ -64,7 +64,8 @@ public:
                                  {.form = KeyRule::Rows,
                                   .tag = "column_source",
                                   .countTag = "row_count",
-                                  .captionTag = "column"}}})
+                                  .captionTag = "column"}},
+                        .cost = 40})
     {
     }
 

@@ -25,7 +25,8 @@ public:
         : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
                         .children = {{"column", {{"width"}}}},
                         .keys = {{.form = KeyRule::Group, .count = "/PACKAGES"}},
-                        .actionStates = rowStates()})
+                        .actionStates = rowStates(),
+                        .cost = 60})
     {
     }
 

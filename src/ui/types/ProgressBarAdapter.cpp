@@ -19,7 +19,8 @@ public:
     ProgressBarAdapter()
         : TypedAdapter({.attributes = {{"minvalue"}, {"maxvalue"}, {"value"}},
                         .range = RangeRule(),
-                        .showsUnit = true})
+                        .showsUnit = true,
+                        .cost = 5})
     {
     }
 

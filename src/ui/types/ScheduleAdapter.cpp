@@ -53,7 +53,8 @@ public:
                         .children = {{"column", {{"width"}}},
                                      {"text"},
                                      {"kind", {{"value", AttributeRule::Character}}}},
-                        .keys = {{.form = KeyRule::Rows, .keyPerRow = WeekPlan::Days}}})
+                        .keys = {{.form = KeyRule::Rows, .keyPerRow = WeekPlan::Days}},
+                        .cost = 15})
     {
     }
 

@@ -14,7 +14,10 @@ namespace
 class TabWidgetAdapter : public TypedAdapter<QTabWidget>
 {
 public:
-    TabWidgetAdapter() : TypedAdapter({.children = {{"tab"}, {"selection"}}, .keys = {}, .hasPages = true}) {}
+    TabWidgetAdapter()
+        : TypedAdapter({.children = {{"tab"}, {"selection"}}, .keys = {}, .hasPages = true, .cost = 4})
+    {
+    }
 
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override
     {

@@ -42,7 +42,8 @@ public:
                                        {"keeppassword", AttributeRule::Word, {"true", "false"}}},
                         .children = {{"column", {{"width"}}}, {"accesslevel", {{"level"}}}},
                         .keys = {{.form = KeyRule::Group, .count = "/CNT"}},
-                        .actionStates = rowStates()})
+                        .actionStates = rowStates(),
+                        .cost = 50})
     {
     }
 
