@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -133,6 +134,8 @@ private Q_SLOTS:
     void writesKeysetsOfDialogs();
     void leavesTheWheelToThePage();
     void letsAClockRunUntilItIsEdited();
+    void marksWhatAFieldCannotShow_data();
+    void marksWhatAFieldCannotShow();
     void staysQuietWhileLoading();
     void passesCommandsToTheStore();
 };
@@ -671,6 +674,83 @@ void TestControls::letsAClockRunUntilItIsEdited()
     QCOMPARE(store.sent.constLast(), edited);
     window.setValue("net/untitled/TIME/20250101000000");
     AWAIT_VERIFY(clock->text() > "20250101000000");
+}
+
+void TestControls::marksWhatAFieldCannotShow_data()
+{
+    const TestTable<QByteArray, QByteArray, QString, int, QString> row("attributes", "content", "mark", "key",
+                                                                       "edited");
+    const auto key = [](const QByteArray &name) { return "<key>net/untitled/" + name + "</key>"; };
+    const QByteArray choices = "<text>A<key>net/untitled/V/a</key></text><text>B<key>net/untitled/V/b</key>"
+                               "</text><text>without a key</text>";
+    const QByteArray empty = "<text>A<key>net/untitled/EMPTY/a</key></text>"
+                             "<text>B<key>net/untitled/EMPTY/b</key></text>";
+    const QString longText = "0123456789012345…";
+    row("no such choice", "type='dropdown'", choices, "Stored: other", Qt::Key_Down, "V/b");
+    row("no choice is stored", "type='dropdown'", empty, "Nothing stored", Qt::Key_Down, "EMPTY/b");
+    row("stored choice", "type='dropdown'", "<text>A<key>net/untitled/V/other</key></text>", "", 0, "");
+    row("choices without keys", "type='dropdown'", "<text>A</text>", "", 0, "");
+    row("beside the mask", "type='edit' inputMask='99;_'", key("V"), "Stored: other", Qt::Key_1, "V/1");
+    row("password", "type='edit' inputMask='99;_' password='on'", key("V"), "Another value stored", Qt::Key_1,
+        "V/1");
+    row("text", "type='edit'", key("V"), "", 0, "");
+    row("long text", "type='edit' inputMask='99;_'", key("LONG"), "Stored: " + longText, Qt::Key_1, "LONG/1");
+    row("neither on nor off", "type='checkbox'", key("V"), "Stored: other", Qt::Key_Space, "V/off");
+    row("neither on nor off by default", "type='checkbox'", key("EMPTY"), "", 0, "");
+    row("no number", "type='scroll' maxvalue='3'", key("V"), "Stored: other", Qt::Key_Down, "V/1");
+    row("position beyond the end", "type='scroll' maxvalue='3'", key("LEVEL"), "Stored: 7", Qt::Key_Up,
+        "LEVEL/2");
+    row("no position", "type='scroll' maxvalue='3'", key("EMPTY"), "", 0, "");
+    row("no date", "type='datetime' format='yyyy'", key("V"), "Stored: other", Qt::Key_Up, "V/\\d{14}");
+    row("missing date", "type='datetime' format='yyyy'", key("EMPTY"), "Nothing stored", Qt::Key_Up,
+        "EMPTY/\\d{14}");
+    row("date before all dates", "type='datetime' format='yyyy'", key("OLD"), "Stored: 01000101000000",
+        Qt::Key_Up, "");
+    row("date", "type='datetime' format='yyyy'", key("TIME"), "", 0, "");
+    row("date of a clock", "type='datetime' ticks='yes'", key("TIME"), "", 0, "");
+    row("missing date of a clock", "type='datetime' ticks='yes' format='yyyy'", key("EMPTY"),
+        "Nothing stored", Qt::Key_Up, "EMPTY/\\d{14}");
+}
+
+void TestControls::marksWhatAFieldCannotShow()
+{
+    QFETCH(QByteArray, attributes);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, mark);
+    QFETCH(int, key);
+    QFETCH(QString, edited);
+    const QByteArray file = "EMPTY=\nLEVEL=7\nLONG=0123456789012345678\nOLD=01000101000000\n"
+                            "TIME=20240331023000\nV=other\n";
+    DescribedWindow window(describePage("<item " + attributes + ">" + content + "</item>"), {{"net", file}});
+    const auto values = [&] {
+        return window.fixture.store().regexp_values("net/untitled/.*").replaceInStrings("net/untitled/", "");
+    };
+    const QStringList before = values();
+    const auto shownMark = [&] {
+        const auto *label = window.page()->findChild<QLabel *>("storedMark");
+        return label && label->isVisible() ? label->text() : QString();
+    };
+    QWidget *field = control(window, 1);
+    QCOMPARE(shownMark(), mark);
+    QCOMPARE(field->accessibleDescription().isEmpty(), mark.isEmpty());
+    if (const auto *box = qobject_cast<QComboBox *>(field))
+        QCOMPARE(box->currentIndex(), 0);
+    if (mark.isEmpty())
+        return;
+    const auto *label = window.page()->findChild<QLabel *>("storedMark");
+    QVERIFY(label->geometry().left() > field->geometry().right());
+    QVERIFY(window.page()->findChild<QScrollArea *>()->widget()->rect().contains(label->geometry()));
+    window.window->onLoadDone();
+    QCOMPARE(values(), before);
+    if (edited.isEmpty())
+        return;
+    field->setFocus();
+    if (auto *edit = qobject_cast<QLineEdit *>(field))
+        edit->selectAll();
+    QTest::keyClick(field, Qt::Key(key));
+    QCOMPARE(values().filter(QRegularExpression(edited)).size(), 1);
+    QCOMPARE(shownMark(), QString());
+    QVERIFY(field->accessibleDescription().isEmpty());
 }
 
 void TestControls::staysQuietWhileLoading()

@@ -72,6 +72,8 @@ struct ControlTraits {
     bool sizesItself = false;
     /// The widget shows the "unit" of its value itself.
     bool showsUnit = false;
+    /// There are stored values that it cannot show: unfitValue().
+    bool hasUnfitValues = false;
     /// It has pages of its own: tabs().
     bool hasPages = false;
     /// Time and memory that making it takes, as a number of labels: what a description may hold is limited by
@@ -101,6 +103,9 @@ public:
     /// Shows the present values of the store. Writes nothing and emits no change; leaves the widget alone
     /// when it shows them already. Returns true when the widget has changed.
     virtual bool load(ControlContext &, const Control &) const { return false; }
+    /// The stored value when the widget does not show it, an empty text when nothing is stored; none when it
+    /// shows what is stored.
+    virtual std::optional<QString> unfitValue(ControlContext &, const Control &) const { return {}; }
     /// What a change writes, in this order.
     virtual QList<Assignment> assignments(ControlContext &, const Control &) const { return {}; }
     /// What the control shows at this moment when that changes by itself, such as the time of a clock. Nobody

@@ -3,6 +3,7 @@
 #include "ui/base/SafeText.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
 
@@ -17,6 +18,8 @@ namespace
 
 const QString unitTag = QStringLiteral("unit");
 const QString helpTag = QStringLiteral("help");
+constexpr int MarkLength = 16;   // of a stored value beside its field, in characters
+constexpr int MostOfValue = 200; // the same, as its tool tip
 
 QString childText(const Control &control, const QString &tag)
 {
@@ -103,6 +106,8 @@ void FieldNotes::follow()
         label->setVisible(!m_field->isHidden());
         label->setEnabled(m_field->isEnabled());
     }
+    if (m_storedMark)
+        m_storedMark->setVisible(!m_field->isHidden() && !m_storedMark->text().isEmpty());
 }
 
 QString FieldNotes::range() const
@@ -151,25 +156,77 @@ void FieldNotes::setNote(const QString &text, bool isProblem)
     m_isProblem = isProblem;
     m_note->setText(text);
     paintNote();
-    m_field->setAccessibleDescription(text);
+    describe();
     m_field->updateGeometry();
+}
+
+void FieldNotes::setUnfitValue(const std::optional<QString> &value)
+{
+    if (!value && !m_storedMark)
+        return;
+    if (!m_storedMark) {
+        m_storedMark = makeLabel(*m_field);
+        m_storedMark->setObjectName(QStringLiteral("storedMark"));
+    }
+    const auto *edit = qobject_cast<const QLineEdit *>(m_field);
+    const bool isSecret = edit && edit->echoMode() != QLineEdit::Normal;
+    QString text;
+    QString sentence;
+    if (value && value->isEmpty()) {
+        text = WindowText::tr("Nothing stored");
+        sentence = WindowText::tr("No value is stored here, and none will be until you edit the field");
+    } else if (value && isSecret) {
+        text = WindowText::tr("Another value stored");
+        sentence =
+            WindowText::tr("The field cannot show the stored value, which stays until you edit the field");
+    } else if (value) {
+        const QString line = value->simplified();
+        text =
+            WindowText::tr("Stored: %1").arg(line.size() > MarkLength ? line.left(MarkLength) + u'…' : line);
+        sentence = WindowText::tr("The field cannot show the stored value \"%1\", which stays until you edit "
+                                  "the field")
+                       .arg(value->left(MostOfValue));
+    }
+    if (m_storedMark->text() == text && m_storedSentence == sentence)
+        return;
+    m_storedMark->setText(text);
+    m_storedSentence = sentence;
+    m_storedMark->setToolTip(sentence.toHtmlEscaped());
+    paintNote();
+    follow();
+    describe();
+    m_field->updateGeometry();
+}
+
+/// For screen readers, which do not come to the labels.
+void FieldNotes::describe()
+{
+    QStringList parts{m_storedSentence, m_note ? m_note->text() : QString()};
+    parts.removeAll(QString());
+    m_field->setAccessibleDescription(parts.join(QStringLiteral(". ")));
 }
 
 void FieldNotes::paintNote()
 {
-    if (!m_note)
-        return;
-    QPalette palette;
-    if (m_isProblem) {
-        const QColor ground = m_field->palette().color(QPalette::Window);
-        palette.setColor(QPalette::WindowText, readableVersion(QColor(0xC0, 0x20, 0x20), ground));
-    }
-    m_note->setPalette(palette);
+    const QColor ground = m_field->palette().color(QPalette::Window);
+    QPalette problem;
+    problem.setColor(QPalette::WindowText, readableVersion(QColor(0xC0, 0x20, 0x20), ground));
+    if (m_note)
+        m_note->setPalette(m_isProblem ? problem : QPalette());
+    if (m_storedMark)
+        m_storedMark->setPalette(problem);
 }
 
 void loadFieldNotes(ControlContext &context, const Control &control)
 {
     FieldNotes *notes = FieldNotes::of(control.widget);
+    if (control.adapter && control.adapter->traits().hasUnfitValues) {
+        const std::optional<QString> unfit = control.adapter->unfitValue(context, control);
+        if (!notes && unfit)
+            notes = new FieldNotes(control, true);
+        if (notes)
+            notes->setUnfitValue(unfit);
+    }
     if (!notes)
         return;
     if (notes->m_unit) {

@@ -14,8 +14,9 @@ namespace paravue
 class ControlContext;
 struct Control;
 
-/// What stands beside a field: its unit, and below it a note, which is a help for the user, or says what is
-/// wrong with what the field holds. It only says so: any value is written as before.
+/// What stands beside a field: its unit, a mark when something else is stored than the field shows, and below
+/// it a note, which is a help for the user, or says what is wrong with what the field holds. It only says so:
+/// any value is written as before.
 ///
 /// The words of the description are the children "unit" and "help", and of an edit field the attributes
 /// "minimum", "maximum" and "required".
@@ -33,6 +34,8 @@ public:
 
     QLabel *unit() const { return m_unit; }
     QLabel *note() const { return m_note; }
+    /// Null, or hidden, while the field shows what is stored.
+    QLabel *storedMark() const { return m_storedMark; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -46,11 +49,15 @@ private:
     QString range() const;
     void setNote(const QString &text, bool isProblem);
     void paintNote();
+    void setUnfitValue(const std::optional<QString> &value);
+    void describe();
 
     QWidget *m_field;
     QLabel *m_unit = nullptr;
     QLabel *m_note = nullptr;
+    QLabel *m_storedMark = nullptr; ///< created by the first value that the field cannot show
     QString m_help;
+    QString m_storedSentence; ///< what the mark means, in full
     std::optional<int> m_least;
     std::optional<int> m_most;
     bool m_isRequired = false;

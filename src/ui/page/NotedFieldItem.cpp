@@ -20,29 +20,48 @@ constexpr int NoteWidth = 140; // a note is at least this wide before it is wrap
 
 } // namespace
 
-NotedFieldItem::NotedFieldItem(QWidget *field, Qt::Orientations fills, FieldNotes *notes)
-    : GridFillItem(field, fills), m_notes(notes)
+NotedFieldItem::NotedFieldItem(QWidget *field, Qt::Orientations fills) : GridFillItem(field, fills) {}
+
+FieldNotes *NotedFieldItem::notes() const
 {
+    if (!m_notes)
+        m_notes = FieldNotes::of(const_cast<NotedFieldItem *>(this)->widget());
+    return m_notes;
 }
 
-int NotedFieldItem::unitWidth() const
+QList<QLabel *> NotedFieldItem::besideField() const
 {
-    return m_notes && m_notes->unit() ? UnitGap + m_notes->unit()->sizeHint().width() : 0;
+    QList<QLabel *> labels;
+    if (const FieldNotes *notes = this->notes()) {
+        for (QLabel *label : {notes->unit(), notes->storedMark()}) {
+            if (label && !label->isHidden())
+                labels.append(label);
+        }
+    }
+    return labels;
+}
+
+int NotedFieldItem::widthBeside() const
+{
+    int width = 0;
+    for (const QLabel *label : besideField())
+        width += UnitGap + label->sizeHint().width();
+    return width;
 }
 
 QSize NotedFieldItem::noteRoom(int fieldWidth) const
 {
-    if (!m_notes || !m_notes->note())
+    if (!notes() || !notes()->note())
         return {};
     const int width = std::max(fieldWidth, NoteWidth);
-    return {width, NoteGap + m_notes->note()->heightForWidth(width)};
+    return {width, NoteGap + notes()->note()->heightForWidth(width)};
 }
 
 QSize NotedFieldItem::withNotes(const QSize &field) const
 {
     if (isEmpty())
         return field;
-    const int width = field.width() + unitWidth();
+    const int width = field.width() + widthBeside();
     const QSize note = noteRoom(width);
     return {std::max(width, note.width()), field.height() + std::max(note.height(), 0)};
 }
@@ -65,17 +84,22 @@ QSize NotedFieldItem::maximumSize() const
 
 void NotedFieldItem::setGeometry(const QRect &rect)
 {
-    if (isEmpty() || !m_notes)
+    if (isEmpty() || !notes())
         return GridFillItem::setGeometry(rect);
     const QSize own = GridFillItem::sizeHint();
-    const int noteHeight = std::max(noteRoom(std::min(rect.width(), own.width() + unitWidth())).height(), 0);
+    const int noteHeight =
+        std::max(noteRoom(std::min(rect.width(), own.width() + widthBeside())).height(), 0);
     m_isPlacingField = true; // its alignment in the rectangle uses the size hint
-    GridFillItem::setGeometry(rect.adjusted(0, 0, -unitWidth(), -noteHeight));
+    GridFillItem::setGeometry(rect.adjusted(0, 0, -widthBeside(), -noteHeight));
     m_isPlacingField = false;
     const QRect field = widget()->geometry();
-    if (QLabel *unit = m_notes->unit())
-        unit->setGeometry(field.right() + 1 + UnitGap, field.top(), unit->sizeHint().width(), field.height());
-    if (QLabel *note = m_notes->note())
+    int left = field.right() + 1;
+    for (QLabel *label : besideField()) {
+        const int width = label->sizeHint().width();
+        label->setGeometry(left + UnitGap, field.top(), width, field.height());
+        left += UnitGap + width;
+    }
+    if (QLabel *note = notes()->note())
         note->setGeometry(field.left(), field.bottom() + 1 + NoteGap, rect.right() + 1 - field.left(),
                           noteHeight - NoteGap);
 }

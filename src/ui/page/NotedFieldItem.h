@@ -2,21 +2,24 @@
 
 #include "ui/page/GridFillItem.h"
 
+#include <QList>
 #include <QPointer>
 
 class QGridLayout;
+class QLabel;
 
 namespace paravue
 {
 
 class FieldNotes;
 
-/// A layout item for a field with notes: its unit stands right of it, and the note below. For the grid, and
-/// for what looks into it, the item is that of the field.
+/// A layout item for a field that has notes or may get some: its unit and the mark of a stored value that it
+/// cannot show stand right of it, and the note below. For the grid, and for what looks into it, the item is
+/// that of the field.
 class NotedFieldItem : public GridFillItem
 {
 public:
-    NotedFieldItem(QWidget *field, Qt::Orientations fills, FieldNotes *notes);
+    NotedFieldItem(QWidget *field, Qt::Orientations fills);
 
     QSize sizeHint() const override;
     QSize minimumSize() const override;
@@ -27,9 +30,12 @@ private:
     /// The room that the notes take beside a field of this width.
     QSize noteRoom(int fieldWidth) const;
     QSize withNotes(const QSize &field) const;
-    int unitWidth() const;
+    /// The visible labels on the right of the field, in order.
+    QList<QLabel *> besideField() const;
+    int widthBeside() const;
+    FieldNotes *notes() const;
 
-    QPointer<FieldNotes> m_notes;
+    mutable QPointer<FieldNotes> m_notes; ///< looked up until there are some
     bool m_isPlacingField = false;
 };
 

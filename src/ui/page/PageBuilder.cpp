@@ -196,21 +196,22 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
     connectChanges(adapter, widget);
     WheelGuard::install(widget);
     FieldNotes::attach(control, adapter.traits().showsUnit);
-    place(widget, adapter.fills(item), grid, cell);
+    const bool isNoted = adapter.traits().hasUnfitValues || FieldNotes::of(widget);
+    place(widget, adapter.fills(item), isNoted, grid, cell);
     m_widgets->append(widget);
     m_created.append(widget);
     if (QTabWidget *tabs = adapter.tabs(control))
         buildTabs(item, tabs);
 }
 
-void PageBuilder::place(QWidget *widget, Qt::Orientations fills, QGridLayout &grid, const GridCell &cell)
+void PageBuilder::place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
+                        const GridCell &cell)
 {
-    FieldNotes *notes = FieldNotes::of(widget);
-    if (!fills && !notes) {
+    if (!fills && !isNoted) {
         grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
         return;
     }
-    auto *item = notes ? new NotedFieldItem(widget, fills, notes) : new GridFillItem(widget, fills);
+    auto *item = isNoted ? new NotedFieldItem(widget, fills) : new GridFillItem(widget, fills);
     m_grows |= item->expandingDirections();
     grid.addItem(item, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
 }

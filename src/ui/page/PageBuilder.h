@@ -44,7 +44,8 @@ private:
     void addSpacer(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
     void addControl(const ControlAdapter &adapter, QGridLayout &grid, const GridCell &cell,
                     const QDomElement &item);
-    void place(QWidget *widget, Qt::Orientations fills, QGridLayout &grid, const GridCell &cell);
+    void place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
+               const GridCell &cell);
     void buildGrids(const QDomElement &container, QWidget *page);
     void applyLook(const Control &control, QWidget *widget);
     void connectChanges(const ControlAdapter &adapter, QWidget *widget);

@@ -21,7 +21,8 @@ public:
                         .attributes = {{"default", AttributeRule::Word, {"on", "off"}}},
                         .children = {{"text"}},
                         .actionStates = {"on", "off"},
-                        .runsCalls = true})
+                        .runsCalls = true,
+                        .hasUnfitValues = true})
     {
     }
 
@@ -51,6 +52,16 @@ public:
         const QSignalBlocker silent(box);
         box.setChecked(checked);
         return true;
+    }
+
+    std::optional<QString> unfitValue(ControlContext &context, const Control &control) const override
+    {
+        const QString key = firstAddress(control.element);
+        const QString value = key.isEmpty() ? QString() : context.value(control, key);
+        // Without a value the box shows what a recorder without it does.
+        return value.isEmpty() || value == QLatin1String("on") || value == QLatin1String("off")
+                   ? std::nullopt
+                   : std::optional(value);
     }
 
     QList<Assignment> assignments(ControlContext &, const Control &control) const override

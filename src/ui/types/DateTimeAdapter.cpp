@@ -26,6 +26,7 @@ public:
                         .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}},
                                        {"format", AttributeRule::Text},
                                        {"ticks", AttributeRule::Word, {"yes", "no"}}},
+                        .hasUnfitValues = true,
                         .cost = 4})
     {
     }
@@ -50,9 +51,7 @@ public:
         const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
         if (key.isNull())
             return false;
-        const QString text = context.value(control, addressText(key));
-        const QDateTime stored = QDateTime::fromString(text, storedFormat);
-        const QDateTime time(stored.date(), stored.time(), Qt::UTC);
+        const QDateTime time = storedTime(context.value(control, addressText(key)));
         if (RunningTime *running = RunningTime::of(edit))
             return running->begin(time);
         if (!time.isValid() || time == edit.dateTime())
@@ -60,6 +59,20 @@ public:
         const QSignalBlocker silent(edit);
         edit.setDateTime(time);
         return true;
+    }
+
+    std::optional<QString> unfitValue(ControlContext &context, const Control &control) const override
+    {
+        const QString key = firstAddress(control.element);
+        if (key.isEmpty())
+            return {};
+        const QString value = context.value(control, key);
+        const QDateTime time = storedTime(value);
+        // A clock runs on when its value is gone: a save empties that of the recorder's clock.
+        const RunningTime *running = RunningTime::of(widget(control));
+        const bool isShown =
+            running ? running->hasBegun() : time.isValid() && time == widget(control).dateTime();
+        return isShown ? std::nullopt : std::optional(value);
     }
 
     QList<Assignment> assignments(ControlContext &, const Control &control) const override
@@ -72,6 +85,13 @@ public:
         const RunningTime *running = RunningTime::of(widget(control));
         return running && running->isRunning() && widget(control).isEnabled() ? assignments(context, control)
                                                                               : QList<Assignment>();
+    }
+
+private:
+    static QDateTime storedTime(const QString &value)
+    {
+        const QDateTime stored = QDateTime::fromString(value, storedFormat);
+        return QDateTime(stored.date(), stored.time(), Qt::UTC);
     }
 };
 

@@ -61,7 +61,8 @@ public:
         : TypedAdapter({.changes = {{SIGNAL(activated(int)), SLOT(onCtrlChanged(int))}},
                         .children = {{"text", {}, {"key"}}, {"keyset"}},
                         .keys = {{KeyRule::Assignment}},
-                        .runsCalls = true})
+                        .runsCalls = true,
+                        .hasUnfitValues = true})
     {
     }
 
@@ -83,17 +84,26 @@ public:
         bool changed = false;
         for (int i = 0; i < box.count(); ++i) {
             changed |= control.loaded && showCaption(box, i, context.text(control, entries.value(i).caption));
-            const QString assignment = box.itemData(i).toString();
-            if (assignment.isEmpty())
-                continue;
             // Deliberate: of several entries that fit, the last one is shown.
-            if (context.value(control, OrbSetup::path(assignment)) == OrbSetup::defValue(assignment))
+            if (isStored(context, control, i))
                 current = i;
         }
         if (current == box.currentIndex())
             return changed;
         box.setCurrentIndex(current);
         return true;
+    }
+
+    std::optional<QString> unfitValue(ControlContext &context, const Control &control) const override
+    {
+        const QComboBox &box = widget(control);
+        if (isStored(context, control, box.currentIndex()))
+            return {};
+        for (int i = 0; i < box.count(); ++i) {
+            if (const QString assignment = box.itemData(i).toString(); !assignment.isEmpty())
+                return context.value(control, OrbSetup::path(assignment));
+        }
+        return {};
     }
 
     QList<Assignment> assignments(ControlContext &, const Control &control) const override
@@ -122,6 +132,14 @@ public:
                 states.append(choice.assignment);
         }
         return states;
+    }
+
+private:
+    static bool isStored(ControlContext &context, const Control &control, int index)
+    {
+        const QString assignment = widget(control).itemData(index).toString();
+        return !assignment.isEmpty() &&
+               context.value(control, OrbSetup::path(assignment)) == OrbSetup::defValue(assignment);
     }
 };
 

@@ -28,7 +28,8 @@ public:
                                        {"minimum"},
                                        {"maximum"},
                                        {"required", AttributeRule::Word, {"yes", "no"}}},
-                        .actionStates = {emptyState, filledState}})
+                        .actionStates = {emptyState, filledState},
+                        .hasUnfitValues = true})
     {
     }
 
@@ -57,6 +58,13 @@ public:
             edit.setText(value);
         }
         return edit.text() != before;
+    }
+
+    std::optional<QString> unfitValue(ControlContext &context, const Control &control) const override
+    {
+        const QStringList keys = childAddresses(control.element);
+        const QString value = keys.isEmpty() ? QString() : context.value(control, keys.first());
+        return value.isEmpty() || value == widget(control).text() ? std::nullopt : std::optional(value);
     }
 
     QList<Assignment> assignments(ControlContext &, const Control &control) const override

@@ -25,6 +25,8 @@ public:
     /// nothing. Returns whether the field has changed.
     bool begin(const QDateTime &time);
     bool isRunning() const { return m_isRunning; }
+    /// A value was loaded.
+    bool hasBegun() const { return m_loaded.isValid(); }
 
 private:
     void tick();

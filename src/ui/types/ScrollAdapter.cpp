@@ -23,7 +23,8 @@ public:
         : TypedAdapter({.changes = {{SIGNAL(valueChanged(int)), SLOT(onCtrlChanged(int))}},
                         .attributes = {orientationRule(), {"minvalue"}, {"maxvalue"}, {"value"}},
                         .range = RangeRule(),
-                        .runsCalls = true})
+                        .runsCalls = true,
+                        .hasUnfitValues = true})
     {
     }
 
@@ -54,6 +55,16 @@ public:
         const QSignalBlocker silent(bar);
         bar.setValue(context.value(control, addressText(key)).toInt());
         return bar.value() != before;
+    }
+
+    std::optional<QString> unfitValue(ControlContext &context, const Control &control) const override
+    {
+        const QString key = firstAddress(control.element);
+        const QString value = key.isEmpty() ? QString() : context.value(control, key);
+        bool isNumber = false;
+        const int position = value.toInt(&isNumber);
+        const bool isShown = value.isEmpty() || (isNumber && position == widget(control).value());
+        return isShown ? std::nullopt : std::optional(value);
     }
 
     QList<Assignment> assignments(ControlContext &, const Control &control) const override
