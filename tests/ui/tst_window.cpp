@@ -77,6 +77,7 @@ private Q_SLOTS:
     void showsTheNewLanguageOfAnOldDescription();
     void showsAnotherLanguageAtOnce();
     void rebuildsForANewDescription();
+    void showsEveryControlOfANewDescription();
     void reloadsForOtherFiles();
     void keepsTheOldPagesWhenTheNewOnesAreBad();
     void showsProgressInTheDialog();
@@ -308,6 +309,25 @@ void TestWindow::rebuildsForANewDescription()
     QTest::keyClicks(window.widget<QLineEdit>(), "!");
     QCOMPARE(window.value("net/untitled/NAME"), "Gate!");
     QCOMPARE(window.messages.texts(), QStringList());
+}
+
+/// The pages are visible already while they are built again.
+void TestWindow::showsEveryControlOfANewDescription()
+{
+    DescribedWindow window(describePage("<item type='label'/>"));
+    window.fixture.setFile("interface",
+                           describePage("<item type='label'/><item type='edit' row='1'/><item type='list' "
+                                        "row='2'/><item type='separator' row='3' orientation='horizontal'/>"
+                                        "<item type='dropdown' row='4'/><item type='edit' visible='no'/>"));
+    window.window->onLoadDone();
+    window.settle();
+    const QWidget *page = window.widget<QLineEdit>()->parentWidget();
+    QStringList hidden;
+    for (const QWidget *control : page->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (!control->isVisible())
+            hidden << control->accessibleName();
+    }
+    QCOMPARE(hidden, QStringList{window.widget<QLineEdit>(1)->accessibleName()});
 }
 
 void TestWindow::reloadsForOtherFiles()

@@ -214,6 +214,19 @@ void PageBuilder::place(QWidget *widget, Qt::Orientations fills, bool isNoted, Q
     auto *item = isNoted ? new NotedFieldItem(widget, fills) : new GridFillItem(widget, fills);
     m_grows |= item->expandingDirections();
     grid.addItem(item, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
+    showLater(widget);
+}
+
+/// A layout shows the widgets that are added to a visible page, but not those of items.
+void PageBuilder::showLater(QWidget *widget)
+{
+    if (!m_page->isVisible())
+        return; // shown together with the page
+    const auto showUnlessHidden = [widget] {
+        if (!widget->testAttribute(Qt::WA_WState_ExplicitShowHide))
+            widget->show();
+    };
+    QMetaObject::invokeMethod(widget, showUnlessHidden, Qt::QueuedConnection);
 }
 
 Control &PageBuilder::adoptWindow(const QDomElement &element, QWidget *window)

@@ -46,6 +46,7 @@ private:
                     const QDomElement &item);
     void place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
                const GridCell &cell);
+    void showLater(QWidget *widget);
     void buildGrids(const QDomElement &container, QWidget *page);
     void applyLook(const Control &control, QWidget *widget);
     void connectChanges(const ControlAdapter &adapter, QWidget *widget);
