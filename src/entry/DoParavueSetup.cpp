@@ -39,11 +39,12 @@ void abandon(std::unique_ptr<CWinMain> window)
 }
 
 /// The result of the window, and whether it came to show the recorder's pages.
-std::pair<int, bool> runWindow(OrbSetup *setup, QWidget *parent)
+std::pair<int, bool> runWindow(OrbSetup *setup, const paravue::SessionOptions &options)
 {
     std::unique_ptr<CWinMain> window;
     try {
-        window = std::make_unique<CWinMain>(setup, parent);
+        window =
+            std::make_unique<CWinMain>(setup, options.parent, CWinMain::Placement::Window, options.window);
         const int result = window->exec();
         const bool isShown = window->isBuilt();
         dispose(std::move(window));
@@ -61,11 +62,11 @@ std::pair<int, bool> runWindow(OrbSetup *setup, QWidget *parent)
 
 int PARAVUE_CALL DoParavueSetup(OrbSetup *setup)
 {
-    return runWindow(setup, nullptr).first;
+    return runWindow(setup, {}).first;
 }
 
 paravue::SessionOutcome RunParavueSetup(OrbSetup *setup, const paravue::SessionOptions &options)
 {
-    const auto [result, isShown] = runWindow(setup, options.parent);
+    const auto [result, isShown] = runWindow(setup, options);
     return {result == QDialog::Accepted, isShown};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ParavueSetupExport.h"
+#include "ui/WindowOptions.h"
 
 class OrbSetup;
 class QWidget;
@@ -12,6 +13,7 @@ struct SessionOptions {
     /// The window stands above this one, and in its middle at first. It must outlive the session. Null: the
     /// window stands on its own.
     QWidget *parent = nullptr;
+    WindowOptions window = {};
 };
 
 struct SessionOutcome {

@@ -35,7 +35,7 @@ void SetupPage::begin()
 {
     if (!m_setup)
         return;
-    m_window = new CWinMain(&*m_setup, this, CWinMain::Placement::Page);
+    m_window = new CWinMain(&*m_setup, this, CWinMain::Placement::Page, m_options);
     layout()->addWidget(m_window);
     connect(m_window, &QDialog::finished, this, [this](int result) {
         end();

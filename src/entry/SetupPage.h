@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ParavueSetupExport.h"
+#include "ui/WindowOptions.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -27,6 +28,9 @@ public:
     explicit SetupPage(OrbSetup *setup, QWidget *parent = nullptr);
     ~SetupPage() override;
 
+    /// To be called before the page is shown for the first time.
+    void setWindowOptions(const WindowOptions &options) { m_options = options; }
+
 Q_SIGNALS:
     /// The user has pressed OK (\a isAccepted) or Cancel, or \a setup was deleted.
     void finished(bool isAccepted);
@@ -40,6 +44,7 @@ private:
 
     QPointer<OrbSetup> m_setup;
     QPointer<CWinMain> m_window;
+    WindowOptions m_options;
     bool m_hasBegun = false;
 };
 

@@ -30,7 +30,11 @@ ExchangeQueue *ExchangeQueue::find(const OrbSetup &store)
     return store.findChild<ExchangeQueue *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-ExchangeQueue::ExchangeQueue(OrbSetup &store) : QObject(&store), m_store(store) {}
+ExchangeQueue::ExchangeQueue(OrbSetup &store) : QObject(&store), m_store(store)
+{
+    connect(&store, &OrbSetup::loadDone, this, [this] { m_isDone = true; });
+    connect(&store, &OrbSetup::storeDone, this, [this] { m_isDone = true; });
+}
 
 void ExchangeQueue::linkHasEnded()
 {
@@ -92,6 +96,8 @@ void ExchangeQueue::perform(const Call &call)
     const bool wasRunning = m_store.linkStatus().state == LinkStatus::State::Running;
     // A receiver of the store's signals may delete it, and the queue with it.
     const QPointer<ExchangeQueue> alive(this);
+    if (!wasRunning)
+        m_isDone = false;
     m_store.function(call.name, call.arg);
     if (!alive)
         return;
@@ -111,14 +117,20 @@ void ExchangeQueue::proceed()
     if (status.state == LinkStatus::State::Running)
         return;
     const bool hasFailed = !status.problem.isEmpty();
+    const bool isAnswered = m_hasLast && (hasFailed ? !m_hasFailed : m_isDone);
     m_hasFailed = hasFailed && m_hasLast;
     if (!hasFailed)
         m_hasLast = false;
+    const QPointer<ExchangeQueue> alive(this);
+    if (isAnswered) {
+        Q_EMIT answered(m_last.name, !hasFailed);
+        if (!alive)
+            return;
+    }
     if (m_calls.isEmpty())
         return;
     if (hasFailed)
         giveUp();
-    const QPointer<ExchangeQueue> alive(this);
     while (!m_calls.isEmpty() && m_store.linkStatus().state != LinkStatus::State::Running) {
         perform(m_calls.takeFirst());
         if (!alive)

@@ -54,6 +54,10 @@ public:
 Q_SIGNALS:
     /// Something waits now, or does not wait any more.
     void changed();
+    /// The exchange that the function \a name has started for a user is over. \a isDone: the recorder has
+    /// accepted it; otherwise the store's link status says what is wrong. Nothing is emitted for an exchange
+    /// that was given up.
+    void answered(const QString &name, bool isDone);
 
 private:
     struct Value {
@@ -81,6 +85,7 @@ private:
     Call m_last;                ///< the exchange that runs, or has ended last
     bool m_hasLast = false;
     bool m_hasFailed = false;
+    bool m_isDone = false; ///< the last exchange has ended as it should
     QStringList m_abandoned;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/CWinMain.h"
 
 #include "controls/DialogLoop.h"
+#include "controls/OrbDlgQuestion.h"
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
@@ -25,6 +26,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -37,6 +39,7 @@ namespace
 
 const QString descriptionFile = QStringLiteral("interface");
 const QString progressFile = QStringLiteral("general");
+const QString saveFunction = QStringLiteral("save_settings");
 const QString progressAddress = QStringLiteral("general/progress_dialog/progress");
 constexpr int TaskTick = 500; // milliseconds
 Q_LOGGING_CATEGORY(windowLog, "paravue.window", QtWarningMsg)
@@ -64,7 +67,7 @@ bool pressFocusedButton(const QKeyEvent &event)
 
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent) : CWinMain(setup, parent, Placement::Window) {}
 
-CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement)
+CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const WindowOptions &options)
     : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(*setup)
 {
     if (placement == Placement::Page)
@@ -102,6 +105,12 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement)
     m_status = new StatusLine(*setup, this);
     m_frame->addStatusLine(m_status);
     connect(m_status, &StatusLine::retryRequested, this, [this] { operate([this] { tryAgain(); }); });
+    connect(m_status, &StatusLine::refreshRequested, this, [this] { operate([this] { refresh(); }); });
+    if (options.offersRefresh) {
+        m_status->offerRefresh();
+        connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, m_status,
+                &StatusLine::refreshRequested);
+    }
     if (isWindow())
         new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
@@ -129,6 +138,11 @@ void CWinMain::wire()
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
     connect(&*m_setup, &QObject::destroyed, this, &CWinMain::reject);
     connect(&*m_setup, &OrbSetup::loadDone, this, &CWinMain::onLoadDone);
+    connect(&ExchangeQueue::of(*m_setup), &ExchangeQueue::answered, this,
+            [this](const QString &name, bool isDone) {
+                if (isDone && name == saveFunction)
+                    m_parts->bindings.setEdited(false);
+            });
     connect(&*m_setup, &OrbSetup::progress, this, qOverload<int>(&CWinMain::onSetupProgress));
 }
 
@@ -235,7 +249,10 @@ void CWinMain::timeout()
 
 void CWinMain::onLoadDone()
 {
-    operate([this] { readDescription(); });
+    operate([this] {
+        noteLoaded();
+        readDescription();
+    });
 }
 
 void CWinMain::showDialog(const QString &tag)
@@ -302,8 +319,40 @@ void CWinMain::tryAgain()
     m_setup->load();
 }
 
+void CWinMain::refresh()
+{
+    if (!m_status->canRefresh())
+        return;
+    bool isAllowed = !m_parts->bindings.isEdited();
+    if (!isAllowed)
+        letUserAct([&] {
+            isAllowed =
+                OrbDlgQuestion::Do(this, QMessageBox::Warning, tr("Paravue Setup"),
+                                   tr("There are changes that were not sent to the recorder. Refresh "
+                                      "all the same, and lose them?"),
+                                   QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+        });
+    // An exchange may have begun meanwhile.
+    if (!isAllowed || !m_status->canRefresh())
+        return;
+    m_setup->resetLink();
+    m_isRefreshing = true;
+    m_setup->load();
+}
+
+/// After the end of a fetch, which may also have been that of a report.
+void CWinMain::noteLoaded()
+{
+    if (!std::exchange(m_isRefreshing, false))
+        return;
+    m_parts->bindings.setEdited(false);
+    m_status->noteRefreshed();
+}
+
 void CWinMain::slot_onpseudothrow(const QString &s)
 {
+    if (m_setup->linkStatus().state != LinkStatus::State::Running)
+        m_isRefreshing = false;
     // After the end of the window only what it has done itself concerns the user.
     if (!isVisible() && !m_errors->isOperating())
         return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/WindowOptions.h"
 #include "ui/binding/FileAccessGuard.h"
 #include "ui/description/StoreReference.h"
 
@@ -38,7 +39,8 @@ public:
 
     /// \a setup stays the caller's. The window closes when it is deleted.
     CWinMain(OrbSetup *setup, QWidget *parent);
-    CWinMain(OrbSetup *setup, QWidget *parent, Placement placement);
+    CWinMain(OrbSetup *setup, QWidget *parent, Placement placement,
+             const paravue::WindowOptions &options = {});
     ~CWinMain() override;
 
     /// Runs the window in an event loop of its own until it is closed; returns its result. Exceptions of type
@@ -98,6 +100,9 @@ private:
 
     /// Repeats the exchange that has failed.
     void tryAgain();
+    /// Fetches all files anew, after a question when there are edits.
+    void refresh();
+    void noteLoaded();
     void readDescription();
     void build(const QByteArray &description, const QString &path);
 
@@ -110,6 +115,7 @@ private:
     int m_progress = 0;
     bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
+    bool m_isRefreshing = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;

@@ -760,7 +760,7 @@ void TestFaults::savesAgainInAWindow()
     AWAIT_COMPARE(messages.count(), 1);
     letEventsArrive();
     QCOMPARE(messages.count(), 1);
-    QCOMPARE(session.window->findChild<QLabel *>("statusText")->text(), problem);
+    QVERIFY(session.window->findChild<QLabel *>("statusText")->text().endsWith(problem));
     QVERIFY(session.field("renamed"));
     m_recorder->setFaults({});
     m_files.clear();

@@ -21,6 +21,15 @@ namespace
 
 Q_LOGGING_CATEGORY(valueLog, "paravue.values", QtWarningMsg)
 
+/// True for a new value in a file that is sent to the recorder.
+bool changesRecorder(OrbSetup &store, const Assignment &assignment)
+{
+    const QString &path = assignment.path;
+    const bool isLocal = path.startsWith(QLatin1String("general/")) || path.startsWith(QLatin1String("tmp/"));
+    return !isLocal && assignment.hasValue && ConfigAddress(path).hasKey() &&
+           store.value(path) != assignment.value;
+}
+
 } // namespace
 
 Bindings::Bindings(ControlContext &context, ActionRunner &actions, FileAccessGuard &paths)
@@ -98,6 +107,7 @@ void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
     bool isOtherLanguage = false;
     for (const Assignment &given : assignments) {
         const QString text = given.text();
+        m_isEdited = m_isEdited || changesRecorder(m_context.store(), given);
         m_context.store().setValue(text);
         // When the key of the description is no complete address, the value supplies the rest of it.
         const bool isAddress = ConfigAddress(given.path).hasKey();
@@ -133,8 +143,10 @@ void Bindings::writeRunningValues(const QStringList &addresses)
                 values += control->adapter->runningValues(m_context, *control);
         }
     }
+    const bool wasEdited = m_isEdited;
     if (!values.isEmpty())
         write(values);
+    m_isEdited = wasEdited;
 }
 
 } // namespace paravue

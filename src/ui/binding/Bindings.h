@@ -32,6 +32,11 @@ public:
     /// Writes all of them into the store, and then reloads each control that shows any of the addresses.
     void write(const QList<Assignment> &assignments, ValueOrigin origin = ValueOrigin::Description);
 
+    /// A value was changed that belongs to the recorder, since setEdited(false). Files that are only of this
+    /// computer, such as "general", do not count.
+    bool isEdited() const { return m_isEdited; }
+    void setEdited(bool isEdited) { m_isEdited = isEdited; }
+
     /// \a show is called when the language was changed, after all controls were reloaded.
     void setLanguageObserver(const std::function<void()> &show) { m_languageChanged = show; }
     /// Writes what controls show of these addresses when that changes by itself: a function is going to send
@@ -47,6 +52,7 @@ private:
     ActionRunner &m_actions;
     FileAccessGuard &m_fileAccess;
     std::function<void()> m_languageChanged;
+    bool m_isEdited = false;
     QString m_loggedChange; ///< the address that was logged last
 };
 

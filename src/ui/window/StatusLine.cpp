@@ -4,8 +4,11 @@
 #include "store/OrbSetup.h"
 #include "ui/base/ElidedLabel.h"
 #include "ui/base/WindowStyle.h"
+#include "ui/window/FunctionTitle.h"
 
 #include <QHBoxLayout>
+#include <QLocale>
+#include <QTime>
 #include <QTimer>
 #include <QToolButton>
 
@@ -20,6 +23,11 @@ qint64 roundedSeconds(qint64 milliseconds)
 {
     const qint64 seconds = milliseconds / 1000;
     return seconds < 60 ? seconds - seconds % 6 : seconds - seconds % 60;
+}
+
+QString timeNow()
+{
+    return QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss"));
 }
 
 } // namespace
@@ -49,6 +57,7 @@ StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
     connect(m_giveUp, &QToolButton::clicked, this, [this] { queue().giveUpRunning(); });
     connect(m_timer, &QTimer::timeout, this, &StatusLine::update);
     connect(&queue(), &ExchangeQueue::changed, this, &StatusLine::update);
+    connect(&queue(), &ExchangeQueue::answered, this, &StatusLine::noteAnswer);
     // Queued: the store's status is up to date when the receivers of its signals have returned.
     connect(&store, &OrbSetup::progress, this, &StatusLine::update, Qt::QueuedConnection);
     connect(&store, &OrbSetup::pseudothrow, this, &StatusLine::update, Qt::QueuedConnection);
@@ -73,9 +82,51 @@ void StatusLine::setBuilt(bool isBuilt)
     update();
 }
 
+void StatusLine::offerRefresh()
+{
+    m_refresh = new QToolButton(this);
+    m_refresh->setObjectName(QStringLiteral("statusRefresh"));
+    m_refresh->setText(tr("Refresh"));
+    m_refresh->setToolTip(tr("Fetch the values of the recorder anew (F5)"));
+    m_refresh->setFocusPolicy(Qt::TabFocus);
+    m_refresh->hide();
+    layout()->addWidget(m_refresh);
+    connect(m_refresh, &QToolButton::clicked, this, &StatusLine::refreshRequested);
+    update();
+}
+
+bool StatusLine::canRefresh() const
+{
+    return m_isBuilt && m_store->linkStatus().state != LinkStatus::State::Running &&
+           queue().waiting().isEmpty();
+}
+
+void StatusLine::noteRefreshed()
+{
+    m_answer = tr("Refreshed at %1").arg(timeNow());
+    update();
+}
+
+void StatusLine::noteAnswer(const QString &name, bool isDone)
+{
+    const QString time = timeNow();
+    const bool isRefused = !isDone && m_store->linkStatus().cause == LinkStatus::Cause::Refused;
+    if (isDone)
+        m_answer = tr("%1: done at %2").arg(functionTitle(name), time);
+    else
+        m_answer = isRefused ? tr("%1: refused at %2").arg(functionTitle(name), time) : QString();
+    update();
+}
+
+/// While the next exchange runs, the answer to the last one is out of date.
+QString StatusLine::answerText() const
+{
+    return m_store->linkStatus().state == LinkStatus::State::Running ? QString() : m_answer;
+}
+
 void StatusLine::update()
 {
-    QStringList parts{linkText(), waitingText()};
+    QStringList parts{answerText(), linkText(), waitingText()};
     parts.removeAll(QString());
     const QString text = parts.join(QStringLiteral(" — "));
     if (m_text->text() != text)
@@ -85,6 +136,8 @@ void StatusLine::update()
     m_retry->setVisible(hasFailed && (!m_isBuilt || queue().canRepeat()));
     // Before the window is built Cancel does the same.
     m_giveUp->setVisible(m_isBuilt && isSilent());
+    if (m_refresh)
+        m_refresh->setVisible(canRefresh());
 }
 
 bool StatusLine::isSilent() const

@@ -13,8 +13,9 @@ namespace paravue
 class ElidedLabel;
 class ExchangeQueue;
 
-/// One line at the foot of the window: what the link to the recorder does, what waits for it, and in plain
-/// words what is wrong, with a way to try again or to give up. Empty while there is nothing to say.
+/// One line at the foot of the window: what the link to the recorder does, what waits for it, what the
+/// recorder has answered to the last function and when, and in plain words what is wrong, with a way to try
+/// again or to give up. Empty while there is nothing to say.
 class StatusLine : public QWidget
 {
     Q_OBJECT
@@ -26,12 +27,17 @@ public:
     QToolButton *retryButton() const { return m_retry; }
     /// Shows "Try again" for a failed exchange: of the first load, or one that the queue can repeat.
     void setBuilt(bool isBuilt);
+    /// Shows "Refresh" while the window is built and no exchange runs.
+    void offerRefresh();
+    bool canRefresh() const;
+    void noteRefreshed();
     /// A recorder that formats a disk answers after seconds. Silence of \a milliseconds (at first 12,000) is
     /// shown, and the exchange can be given up.
     void setReportedSilence(qint64 milliseconds) { m_reportedSilence = milliseconds; }
 
 Q_SIGNALS:
     void retryRequested();
+    void refreshRequested();
 
 private:
     ExchangeQueue &queue() const;
@@ -39,11 +45,15 @@ private:
     bool isSilent() const;
     QString linkText() const;
     QString waitingText() const;
+    QString answerText() const;
+    void noteAnswer(const QString &name, bool isDone);
 
     StoreReference m_store;
     ElidedLabel *m_text;
     QToolButton *m_retry;
     QToolButton *m_giveUp;
+    QToolButton *m_refresh = nullptr; ///< only when it is offered
+    QString m_answer;                 ///< to the last function, with its time
     QTimer *m_timer;
     bool m_isBuilt = false;
     qint64 m_reportedSilence = 12'000;
