@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QLabel>
 #include <QPointer>
 
 #include <memory>
@@ -14,6 +15,20 @@ namespace
 
 // The layout of a longer text would delay the box, and this is more than anybody reads.
 constexpr qsizetype MaxDetails = 64 * 1024;
+
+/// Qt would detect markup in the explanation, and make its label as narrow as the text above it.
+void adjustExplanation(QMessageBox &box)
+{
+    constexpr int MostLetters = 48; // of average width, in a line
+    auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));
+    if (!label)
+        return;
+    label->setTextFormat(Qt::PlainText);
+    const QFontMetrics metrics = label->fontMetrics();
+    const int margin = 2 * metrics.averageCharWidth();
+    label->setMinimumWidth(
+        qMin(metrics.horizontalAdvance(label->text()) + margin, MostLetters * metrics.averageCharWidth()));
+}
 
 } // namespace
 
@@ -43,6 +58,7 @@ QMessageBox::StandardButton OrbDlgQuestion::DoExplained(QWidget *parent, QMessag
     box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     if (!explanation.isEmpty()) {
         box->setInformativeText(paravue::shortenedMessage(explanation));
+        adjustExplanation(*box);
     }
     box->setDefaultButton(defaultButton);
     if (shown != message) {

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void returnsTheButton();
     void textIsNeverMarkup_data();
     void textIsNeverMarkup();
+    void explainsAShortText();
     void longTextStaysOnTheScreen_data();
     void longTextStaysOnTheScreen();
     void remembersNotToAskAgain();
@@ -140,6 +141,26 @@ void TestQuestion::textIsNeverMarkup()
     });
     ask(text);
     QCOMPARE(boxes.count(), 1);
+}
+
+void TestQuestion::explainsAShortText()
+{
+    const QString explanation = "The recorder <b>refuses</b> the connection";
+    bool isExplained = false;
+    const OnBox box([&](QMessageBox &box) {
+        QCOMPARE(box.text(), "Short");
+        for (const QLabel *label : box.findChildren<QLabel *>()) {
+            if (label->text() != explanation)
+                continue;
+            isExplained = true;
+            QCOMPARE(label->textFormat(), Qt::PlainText);
+            QVERIFY2(label->contentsRect().width() >= label->fontMetrics().horizontalAdvance(explanation),
+                     "on two lines");
+        }
+    });
+    OrbDlgQuestion::DoExplained(nullptr, QMessageBox::Critical, "Paravue Setup", "Short", explanation,
+                                QMessageBox::Ok, QMessageBox::NoButton);
+    QVERIFY(isExplained);
 }
 
 void TestQuestion::longTextStaysOnTheScreen_data()
