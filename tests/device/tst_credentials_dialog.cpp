@@ -37,6 +37,7 @@ private Q_SLOTS:
     void isFilledInWithKeys_data();
     void isFilledInWithKeys();
     void hasTheNamesOfItsParts();
+    void standsInTheMiddleOfTheWindow();
     void showsThePasswordOnRequest();
     void forgetsTheRememberedLogin();
     void endsWithWhatEndsItsLoop_data();
@@ -114,6 +115,19 @@ void TestCredentialsDialog::hasTheNamesOfItsParts()
     for (const char *name :
          {"vboxLayout", "hboxLayout", "hboxLayout1", "hboxLayout2", "hboxLayout3", "hboxLayout4"})
         QVERIFY2(dialog.findChild<QLayout *>(name), name);
+}
+
+void TestCredentialsDialog::standsInTheMiddleOfTheWindow()
+{
+    Credentials record{false, "host", "", 0, "", ""};
+    QWidget window;
+    window.setGeometry(150, 120, 500, 400);
+    window.show();
+    cDlg dialog(record, nullptr, &window);
+    dialog.tellRefusal();
+    dialog.show();
+    const QPoint distance = dialog.geometry().center() - window.geometry().center();
+    QVERIFY2(distance.manhattanLength() <= 4, qPrintable(QString::number(distance.manhattanLength())));
 }
 
 void TestCredentialsDialog::showsThePasswordOnRequest()

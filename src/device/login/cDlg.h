@@ -50,6 +50,7 @@ protected:
 private:
     void buildRows();
     void makeRoom();
+    void centre();
     void keepRemember();
     void showNotice();
     void applyPalette();
