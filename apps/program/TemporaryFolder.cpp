@@ -15,6 +15,7 @@ namespace
 
 const QString Prefix = QStringLiteral("paravue-program-");
 const QString LockName = QStringLiteral("lock");
+const QString FilesName = QStringLiteral("files");
 
 /// Others can put folders and links into a temporary folder that is shared.
 bool isOwn(const QFileInfo &folder)
@@ -45,8 +46,12 @@ void removeAbandoned()
         if (!isOwn(folder) || !QFileInfo::exists(folder.filePath() + u'/' + LockName))
             continue;
         const auto lock = lockOf(folder.filePath());
-        if (lock->tryLock())
-            QDir(folder.filePath()).removeRecursively();
+        if (!lock->tryLock())
+            continue;
+        QDir(folder.filePath() + u'/' + FilesName).removeRecursively();
+        // Its file goes with it, which Windows would not remove while it is open.
+        lock->unlock();
+        QDir().rmdir(folder.filePath());
     }
 }
 
@@ -57,7 +62,7 @@ TemporaryFolder::TemporaryFolder() : m_folder(QDir::tempPath() + u'/' + Prefix +
     removeAbandoned();
     if (!m_folder.isValid())
         return;
-    m_files = m_folder.filePath(QStringLiteral("files"));
+    m_files = m_folder.filePath(FilesName);
     auto lock = lockOf(m_folder.path());
     if (lock->tryLock() && QDir().mkpath(m_files))
         m_lock = std::move(lock);

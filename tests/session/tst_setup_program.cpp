@@ -143,6 +143,8 @@ private Q_SLOTS:
 
     void leavesNoFilesWhenItIsEnded_data();
     void leavesNoFilesWhenItIsEnded();
+    void leavesNoFilesOfAKilledRun_data();
+    void leavesNoFilesOfAKilledRun();
     void finishesTheSaveOfAnAcceptedWindow();
     void endsWithOneWhenCancelled();
     void tellsWhenTheSaveFails();
@@ -609,6 +611,37 @@ void TestSetupProgram::leavesNoFilesWhenItIsEnded()
     QCOMPARE(next.exitCode, 3); // nobody listens
     QVERIFY2(local.isEmpty(), qPrintable(local.entryList().join(' ')));
 #endif
+}
+
+void TestSetupProgram::leavesNoFilesOfAKilledRun_data()
+{
+    const test::TestTable<QStringList> row("arguments");
+    row("preview", {"--preview", "%1", "--files", "%2"});
+    row("demo", {"--demo"});
+}
+
+/// What it could not remove goes when the next one starts.
+void TestSetupProgram::leavesNoFilesOfAKilledRun()
+{
+    QFETCH(QStringList, arguments);
+    arguments.replaceInStrings("%1", m_recorder->filePath("interface"));
+    arguments.replaceInStrings("%2", m_folder->filePath("data"));
+    QVERIFY(QDir(m_folder->path()).mkdir("local"));
+    const QDir local(m_folder->filePath("local"));
+    const auto folders = [&local] { return local.entryList(QDir::Dirs | QDir::NoDotAndDotDot); };
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", local.path());
+    process.setProcessEnvironment(environment);
+    process.start(SETUP_PROGRAM, arguments);
+    // Of the program or its simulator, and of the session with that.
+    AWAIT_VERIFY_WITHIN(folders().size() == (arguments.contains("--demo") ? 2 : 1), 20'000);
+    process.kill();
+    AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
+    QVERIFY(!folders().isEmpty());
+    const QStringList next = arguments + QStringList{"--screenshot", m_folder->filePath("pictures")};
+    QCOMPARE(runProgram(next, "offscreen", local.path()).exitCode, 0);
+    AWAIT_COMPARE(folders(), QStringList());
 }
 
 CommandLine TestSetupProgram::sessionWithTheRecorder(const QString &account) const
