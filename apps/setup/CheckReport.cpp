@@ -86,6 +86,15 @@ QList<DescriptionProblem> problemsOf(const QString &path, const QString &folder)
     return checkDescription(input, InputName, folder);
 }
 
+/// That of a file that cannot be read is not one of the description.
+QString readingProblem(const QString &path)
+{
+    QFile file(path);
+    if (path == StandardInput || file.open(QIODevice::ReadOnly))
+        return {};
+    return ReportText::tr("%1 cannot be read: %2").arg(path, file.errorString());
+}
+
 } // namespace
 
 ExitCode runCheck(const CommandLine &commandLine)
@@ -93,6 +102,10 @@ ExitCode runCheck(const CommandLine &commandLine)
     const QString folder = commandLine.filesFolder;
     if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
         ProgramLog::tellFailure(ReportText::tr("%1 is no folder").arg(folder));
+        return ExitCode::LocalFile;
+    }
+    if (const QString problem = readingProblem(commandLine.description); !problem.isEmpty()) {
+        ProgramLog::tellFailure(problem);
         return ExitCode::LocalFile;
     }
     const QList<DescriptionProblem> problems = problemsOf(commandLine.description, folder);
