@@ -28,7 +28,10 @@ const test::EncodedClip &detailedClip(const QByteArray &encoder)
     return found->second;
 }
 
-int decodeBare(const test::EncodedClip &clip)
+namespace
+{
+
+int decode(const test::EncodedClip &clip, bool scales)
 {
     av_log_set_level(AV_LOG_ERROR); // it warns of pixel formats that a bare loop uses
     const AVCodec *codec = avcodec_find_decoder_by_name(clip.decoder.constData());
@@ -49,6 +52,9 @@ int decodeBare(const test::EncodedClip &clip)
         avcodec_send_packet(context.get(), packet.get());
         av_packet_unref(packet.get());
         while (avcodec_receive_frame(context.get(), frame.get()) == 0) {
+            ++shown;
+            if (!scales)
+                continue;
             const int rowBytes = frame->width * 4; // a multiple of 64 in these clips
             if (!scaler) {
                 pixels.reset(av_buffer_alloc(rowBytes * frame->height + 64));
@@ -59,10 +65,21 @@ int decodeBare(const test::EncodedClip &clip)
             uint8_t *const planes[] = {pixels->data, nullptr, nullptr, nullptr};
             const int strides[] = {rowBytes, 0, 0, 0};
             sws_scale(scaler.get(), frame->data, frame->linesize, 0, frame->height, planes, strides);
-            ++shown;
         }
     }
     return shown;
+}
+
+} // namespace
+
+int decodeBare(const test::EncodedClip &clip)
+{
+    return decode(clip, true);
+}
+
+int decodeOnly(const test::EncodedClip &clip)
+{
+    return decode(clip, false);
 }
 
 int splitBare(const QByteArray &decoder, const QByteArray &bytes)

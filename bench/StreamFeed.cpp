@@ -3,7 +3,9 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#include <ctime>
 #include <memory>
+#include <pthread.h>
 
 namespace paravue::bench
 {
@@ -42,7 +44,22 @@ QDomElement StreamFeed::element()
 
 void StreamFeed::send(const QByteArray &start, const QByteArray &again, int times)
 {
-    delete m_task.exchange(new Task{start, again, times});
+    delete m_task.exchange(new Task{start, again, times, {}, {}});
+}
+
+void StreamFeed::play(const QByteArray &start, const QList<QByteArray> &frames,
+                      std::chrono::milliseconds interval)
+{
+    delete m_task.exchange(new Task{start, {}, 0, frames, interval});
+}
+
+double StreamFeed::processorSeconds()
+{
+    clockid_t clock{};
+    timespec time{};
+    if (pthread_getcpuclockid(m_thread.native_handle(), &clock) != 0 || clock_gettime(clock, &time) != 0)
+        qFatal("no processor time");
+    return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
 }
 
 void StreamFeed::run()
@@ -76,6 +93,17 @@ void StreamFeed::serve(QTcpSocket &socket)
         bool goesOn = write(socket, task->start);
         for (int done = 0; goesOn && done != task->times; ++done)
             goesOn = write(socket, task->again);
+        if (goesOn && !task->frames.isEmpty())
+            play(socket, *task);
+    }
+}
+
+void StreamFeed::play(QTcpSocket &socket, const Task &task)
+{
+    auto due = std::chrono::steady_clock::now();
+    for (qsizetype next = 0; write(socket, task.frames[next]); next = (next + 1) % task.frames.size()) {
+        due += task.interval;
+        std::this_thread::sleep_until(due);
     }
 }
 

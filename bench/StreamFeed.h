@@ -2,8 +2,10 @@
 
 #include <QByteArray>
 #include <QDomElement>
+#include <QList>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <thread>
 
@@ -26,16 +28,23 @@ public:
     /// Sends \a start and then \a again \a times, or without end.
     void send(const QByteArray &start, const QByteArray &again = {}, int times = 0);
     static constexpr int Endless = -1;
+    /// Sends \a start and then the \a frames again and again, one in each \a interval.
+    void play(const QByteArray &start, const QList<QByteArray> &frames, std::chrono::milliseconds interval);
+    /// The processor time of the service so far.
+    double processorSeconds();
 
 private:
     struct Task {
         QByteArray start;
         QByteArray again;
         int times = 0;
+        QList<QByteArray> frames;
+        std::chrono::milliseconds interval{0};
     };
 
     void run();
     void serve(QTcpSocket &socket);
+    void play(QTcpSocket &socket, const Task &task);
     bool write(QTcpSocket &socket, const QByteArray &bytes);
 
     std::promise<quint16> m_port;

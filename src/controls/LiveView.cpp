@@ -61,29 +61,32 @@ void LiveView::setPixmap(const QPixmap &pixmap)
     setNotice({});
 }
 
-void LiveView::paintEvent(QPaintEvent *event)
+void LiveView::paintEvent(QPaintEvent *)
 {
-    if (hasPicture())
-        QLabel::paintEvent(event);
     const QString shown = shortenedMessage(valueText());
-    if (hasPicture() && shown.isEmpty())
-        return;
     const QColor background = palette().color(backgroundRole());
     const QColor foreground = palette().color(foregroundRole());
     QPainter painter(this);
-    if (hasPicture() && m_notice.isEmpty()) {
+    drawFrame(&painter);
+    if (hasPicture())
+        paintPicture(painter);
+    if (hasPicture() && m_notice.isEmpty())
         paintRemark(painter, contentsRect(), shown, background, foreground);
-    } else {
-        if (hasPicture())
-            dimPicture(painter, contentsRect(), background);
-        else
-            drawFrame(&painter);
+    else
         paintNotice(painter, contentsRect(), shown, background, foreground);
-    }
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), FocusFrameWidth));
         painter.drawRect(rect().adjusted(1, 1, -2, -2));
     }
+}
+
+void LiveView::paintPicture(QPainter &painter)
+{
+    const QRect area = contentsRect();
+    painter.drawPixmap(area.topLeft(),
+                       m_scaled.of(pixmap(Qt::ReturnByValue), area.size(), devicePixelRatioF()));
+    if (!m_notice.isEmpty() || !isEnabled())
+        dimPicture(painter, area, palette().color(backgroundRole()));
 }
 
 } // namespace paravue

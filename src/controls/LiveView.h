@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/PictureNotice.h"
+#include "controls/ScaledPicture.h"
 
 #include <QLabel>
 
@@ -30,7 +31,9 @@ protected:
 
 private:
     void stateChanged();
+    void paintPicture(QPainter &painter);
 
+    ScaledPicture m_scaled;
     QString m_notice;
     QString m_remark;
 };

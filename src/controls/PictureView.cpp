@@ -187,8 +187,7 @@ void PictureView::paintEvent(QPaintEvent *event)
     if (m_pixmap.isNull()) {
         painter.fillRect(picture, mixedColor(background, foreground, 0.1));
     } else {
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(picture, m_pixmap);
+        painter.drawPixmap(picture.topLeft(), m_scaled.of(m_pixmap, picture.size(), devicePixelRatioF()));
     }
     if (!isEnabled() || (!m_notice.isEmpty() && !m_pixmap.isNull()))
         dimPicture(painter, picture, background);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/PictureNotice.h"
+#include "controls/ScaledPicture.h"
 
 #include <QPixmap>
 #include <QWidget>
@@ -75,6 +76,7 @@ private:
     QString placeholder() const;
 
     QPixmap m_pixmap;
+    ScaledPicture m_scaled;
     QString m_notice;
     QString m_remark;
     QString m_reason;

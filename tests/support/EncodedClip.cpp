@@ -139,7 +139,7 @@ CodecContextHandle openEncoder(const ClipFormat &format)
     if (format.fullRange)
         context->color_range = AVCOL_RANGE_JPEG;
     context->thread_count = 1;
-    context->gop_size = 250;
+    context->gop_size = format.keyInterval;
     context->slices = format.slices;
     if (format.packet > 0)
         av_opt_set_int(context->priv_data, "ps", format.packet, 0);

@@ -19,6 +19,7 @@ struct ClipFormat {
     int pixelHeight = 1;
     int reordered = 0;        ///< pictures in a row that need a later one
     int quality = 2;          ///< quantizer, 2 is the best
+    int keyInterval = 250;    ///< every so many pictures one is a key picture
     int slices = 1;           ///< parts of a picture that are coded on their own; H.264 only
     int packet = 0;           ///< bytes after which a picture goes on in a packet of its own; MPEG-4 only
     bool fineColours = false; ///< a colour for each pixel; motion JPEG only

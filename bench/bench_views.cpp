@@ -1,0 +1,177 @@
+#include "BareDecoder.h"
+#include "PairedRatio.h"
+#include "ProcessorTime.h"
+#include "StreamFeed.h"
+
+#include "support/Hvx3Bytes.h"
+#include "support/StoreFixture.h"
+#include "ui/CWinMain.h"
+#include "video/VideoHVX3Reciver.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTabWidget>
+
+#include <memory>
+#include <vector>
+
+// The setup window with live pictures of 25 a second, beside a bare loop of FFmpeg calls that decodes as
+// many.
+
+namespace
+{
+
+using namespace paravue;
+using paravue::bench::applyPaired;
+using paravue::bench::pairedRatio;
+using paravue::bench::processorTime;
+using paravue::bench::Seconds;
+using paravue::bench::StreamFeed;
+
+constexpr int Rate = 25;
+constexpr std::chrono::milliseconds Interval(1000 / Rate);
+constexpr int MeasuredSeconds = 2;
+
+struct Cameras {
+    int count;
+    QSize size;  ///< of the pictures
+    QSize shown; ///< of the controls
+};
+
+constexpr Cameras FourLarge{4, {1920, 1080}, {480, 270}};
+constexpr Cameras SixteenSmall{16, {640, 480}, {320, 240}};
+
+/// A second of video.
+test::EncodedClip clipOf(const Cameras &cameras)
+{
+    return test::encodeClip({.encoder = "libx264",
+                             .size = cameras.size,
+                             .pictures = Rate,
+                             .quality = 9,
+                             .keyInterval = Rate,
+                             .noise = true});
+}
+
+void run(int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < milliseconds)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents);
+}
+
+/// The setup window with a page of cameras and an empty one.
+class LiveWindow
+{
+public:
+    LiveWindow(const Cameras &cameras, const test::EncodedClip &clip) : m_feeds(cameras.count)
+    {
+        QByteArray tasks;
+        QByteArray cells;
+        for (int i = 0; i < cameras.count; ++i) {
+            const QByteArray number = QByteArray::number(i);
+            m_feeds[i] = std::make_unique<StreamFeed>();
+            const QString address =
+                m_feeds[i]->element().firstChildElement(QStringLiteral("url")).attribute("parsed");
+            tasks += "<timetask type='startVideoOnline' period='100'><url>" + address.toUtf8() +
+                     "</url><login/><password/><target>view" + number + "</target></timetask>";
+            cells += "<item type='online' row='" + QByteArray::number(i / 4) + "' column='" +
+                     QByteArray::number(i % 4) + "' width='" + QByteArray::number(cameras.shown.width()) +
+                     "' height='" + QByteArray::number(cameras.shown.height()) + "'><view" + number +
+                     "/></item>";
+        }
+        const QByteArray text = "<pvsetup version='1.0'><window>" + tasks +
+                                "</window><tabwidget><tab><name>Cameras</name><item type='gridlayout'>" +
+                                cells +
+                                "</item></tab><tab><name>Other</name><item type='gridlayout'/></tab>"
+                                "</tabwidget></pvsetup>";
+        m_store = std::make_unique<test::StoreFixture>(QMap<QString, QByteArray>{{"interface", text}});
+        m_store->store().setProperty("offline", false); // else the window makes no connections
+        m_window = std::make_unique<CWinMain>(&m_store->store(), nullptr);
+        m_window->show();
+        QByteArray start = test::hvx3Header({{.label1 = "H264"}}) + test::hvx3Index(0);
+        QList<QByteArray> frames;
+        for (const QByteArray &picture : clip.pictures)
+            frames << test::hvx3Frame(0, picture, 16'000);
+        for (const auto &feed : m_feeds)
+            feed->play(start, frames, Interval);
+        run(3000); // until all of them play
+        for (VideoHVX3Reciver *receiver : m_window->findChildren<VideoHVX3Reciver *>())
+            QObject::connect(receiver, &VideoHVX3Reciver::pixmapReady, receiver, [this] { ++m_shown; });
+    }
+    ~LiveWindow() { m_window->endSession(); }
+
+    /// Pictures that were shown in their turn so far, and those that were left out.
+    int shown() const { return m_shown; }
+    quint64 leftOut() const
+    {
+        quint64 sum = 0;
+        for (const VideoHVX3Reciver *receiver : m_window->findChildren<VideoHVX3Reciver *>())
+            sum += receiver->leftOut();
+        return sum;
+    }
+
+    void showPage(int page) { m_window->findChild<QTabWidget *>()->setCurrentIndex(page); }
+
+    /// The processor time of the window while pictures come.
+    Seconds measure()
+    {
+        const double before = feedSeconds();
+        const Seconds all = processorTime([] { run(MeasuredSeconds * 1000); }, CLOCK_PROCESS_CPUTIME_ID);
+        return all - Seconds(feedSeconds() - before);
+    }
+
+private:
+    double feedSeconds() const
+    {
+        double sum = 0;
+        for (const auto &feed : m_feeds)
+            sum += feed->processorSeconds();
+        return sum;
+    }
+
+    std::vector<std::unique_ptr<StreamFeed>> m_feeds;
+    std::unique_ptr<test::StoreFixture> m_store;
+    std::unique_ptr<CWinMain> m_window;
+    int m_shown = 0;
+};
+
+void watch(benchmark::State &state, const Cameras &cameras)
+{
+    const test::EncodedClip clip = clipOf(cameras);
+    LiveWindow window(cameras, clip);
+    pairedRatio(
+        state, [&] { return window.measure(); },
+        [&] {
+            return processorTime([&] {
+                for (int i = 0; i < cameras.count * MeasuredSeconds; ++i) {
+                    if (bench::decodeOnly(clip) != Rate)
+                        qFatal("pictures are missing");
+                }
+            });
+        },
+        {.limit = 1.5});
+    state.counters["shown"] = window.shown();
+    state.counters["left_out"] = double(window.leftOut());
+}
+
+/// Controls on another page beside the same ones while their page is shown.
+void hide(benchmark::State &state, const Cameras &cameras)
+{
+    const test::EncodedClip clip = clipOf(cameras);
+    LiveWindow window(cameras, clip);
+    const auto measure = [&](int page) {
+        window.showPage(page);
+        run(1500);
+        return window.measure();
+    };
+    pairedRatio(
+        state, [&] { return measure(1); }, [&] { return measure(0); }, {.limit = 0.15});
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(watch, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
+BENCHMARK_CAPTURE(watch, 16_of_640x480, SixteenSmall)->Apply(applyPaired);
+BENCHMARK_CAPTURE(hide, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
+BENCHMARK_CAPTURE(hide, 16_of_640x480, SixteenSmall)->Apply(applyPaired);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QPixmap>
+
+namespace paravue
+{
+
+/// A picture in the size in which it is painted. Scaling takes longer than all else that a live picture needs
+/// behind its decoding, so it is done once for each picture, whatever is painted over it.
+class ScaledPicture
+{
+public:
+    /// \a picture in \a size, in device-independent pixels of a screen with so many pixels to each.
+    const QPixmap &of(const QPixmap &picture, const QSize &size, qreal pixelRatio);
+
+private:
+    QPixmap m_scaled;
+    qint64 m_key = 0; ///< of the picture
+};
+
+} // namespace paravue
