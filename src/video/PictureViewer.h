@@ -15,6 +15,9 @@ public:
     /// Asked about each decoded picture. \a isInTurn: by the count of all pictures it is to be shown, so that
     /// the receiver emits pixmapReady() for it if it is wanted.
     virtual bool wantsPicture(bool isInTurn) = 0;
+    /// Asked about each frame before it is decoded. While false the pictures are not decoded, and none is
+    /// shown; afterwards the present one is.
+    virtual bool isWatching() = 0;
     /// Called with each picture that is wanted out of its turn.
     virtual void showPicture(const QPixmap &pixmap) = 0;
 };

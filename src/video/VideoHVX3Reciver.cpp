@@ -164,6 +164,7 @@ void VideoHVX3Reciver::setViewer(paravue::PictureViewer *viewer)
 {
     m_viewer = viewer;
     m_decoder->setFilter([this] { return isWanted(); });
+    m_decoder->setWatch([viewer] { return viewer->isWatching(); });
 }
 
 /// Asked before imageReady(). A picture that is not wanted counts all the same.

@@ -34,6 +34,11 @@ inline constexpr std::chrono::milliseconds MaxKeyWait{20'000};
 /// Bytes of a live stream that wait for their decoding. More is left in the socket.
 inline constexpr qsizetype MaxWaitingBytes = 8 * 1024 * 1024;
 
+/// What is kept of a live stream that nobody sees, from its last key picture on, so that the present picture
+/// can be decoded at once when somebody does. With more the pictures are decoded nevertheless.
+inline constexpr std::size_t MaxHeldFrames = 60;
+inline constexpr qsizetype MaxHeldBytes = 4 * 1024 * 1024;
+
 /// Limits of the pictures that are decoded.
 struct DecodingLimits {
     /// Bytes of one coded picture.

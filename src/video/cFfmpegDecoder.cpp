@@ -55,7 +55,7 @@ void cFfmpegDecoder::append(const QByteArray &bytes)
 void cFfmpegDecoder::addTask(bool opens, const QByteArray &bytes)
 {
     const bool isFirst = m_tasks.empty();
-    m_tasks.push_back({opens, bytes, SteadyClock::now()});
+    m_tasks.push_back({opens, bytes, SteadyClock::now(), false});
     m_waitingBytes += m_tasks.back().size();
     if (isFirst && m_budget)
         m_budget->defer(this, [this] { return step(); });
@@ -93,11 +93,47 @@ void cFfmpegDecoder::beginTask()
         removeTask();
         open(name);
     } else if (!m_stream || isLeftOut()) {
+        dropHeld();
         removeTask();
+    } else if (!task.isUnseen && isHeld()) {
+        removeTask();
+    } else if (!task.isUnseen && !m_held.empty()) {
+        releaseHeld();
     } else {
         m_stream->begin(task.bytes);
         m_isDecoding = true;
     }
+}
+
+/// Keeps the next bytes while nobody sees them. Those before a key picture are not needed any more.
+bool cFfmpegDecoder::isHeld()
+{
+    if (!m_budget || !m_isWatched || m_isWatched())
+        return false;
+    const QByteArray &bytes = m_tasks.front().bytes;
+    if (m_stream->isKey(bytes))
+        dropHeld();
+    if (m_held.size() >= paravue::MaxHeldFrames || m_heldBytes + bytes.size() > paravue::MaxHeldBytes)
+        return false;
+    m_held.push_back(bytes);
+    m_heldBytes += bytes.size();
+    return true;
+}
+
+void cFfmpegDecoder::dropHeld()
+{
+    m_held.clear();
+    m_heldBytes = 0;
+}
+
+/// Puts what was held before the next bytes.
+void cFfmpegDecoder::releaseHeld()
+{
+    for (; !m_held.empty(); m_held.pop_back()) {
+        m_tasks.push_front({false, m_held.back(), SteadyClock::now(), true});
+        m_waitingBytes += m_tasks.front().size();
+    }
+    m_heldBytes = 0;
 }
 
 bool cFfmpegDecoder::isLate() const
@@ -126,6 +162,7 @@ void cFfmpegDecoder::open(const QByteArray &name)
     m_hasPicture = false;
     m_converter.reset();
     m_skippingSince.reset();
+    dropHeld();
     m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
 }
 
@@ -143,7 +180,7 @@ void cFfmpegDecoder::decodeNext()
 void cFfmpegDecoder::showPicture()
 {
     m_hasPicture = false;
-    if (m_isWanted && !m_isWanted())
+    if (m_tasks.front().isUnseen || (m_isWanted && !m_isWanted()))
         return;
     const QImage image = m_converter.convert(m_stream->picture());
     if (!image.isNull())

@@ -44,6 +44,9 @@ public:
     /// Whether the picture that was decoded is wanted. One that is not is neither converted nor emitted.
     using Filter = std::function<bool()>;
     void setFilter(const Filter &isWanted) { m_isWanted = isWanted; }
+    /// In turns: whether anybody sees the pictures. While nobody does, bytes are kept instead of decoded, and
+    /// what they show is not emitted. They are decoded before the first ones that somebody sees.
+    void setWatch(const Filter &isWatched) { m_isWatched = isWatched; }
     /// Leaves its memory to the \a image of onFrame(), so that a receiver can keep it without a copy. False
     /// when it is not the last image.
     bool release(const QImage &image) { return m_converter.release(image); }
@@ -72,6 +75,7 @@ private:
         bool opens;
         QByteArray bytes;
         std::chrono::steady_clock::time_point begin;
+        bool isUnseen = false; ///< was held
 
         qsizetype size() const { return qsizetype(sizeof(Task)) + bytes.size(); }
     };
@@ -82,6 +86,9 @@ private:
     void beginTask();
     bool isLate() const;
     bool isLeftOut();
+    bool isHeld();
+    void dropHeld();
+    void releaseHeld();
     void open(const QByteArray &name);
     void decodeNext();
     void showPicture();
@@ -96,6 +103,9 @@ private:
     bool m_working = false;
     bool m_hasPicture = false; ///< decoded and not shown yet
     Filter m_isWanted;
+    Filter m_isWatched;
+    std::deque<QByteArray> m_held;
+    qsizetype m_heldBytes = 0;
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
     std::shared_ptr<paravue::EventLoopBudget> m_budget; ///< null when the work is done at once

@@ -2,6 +2,7 @@
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
+#include "ui/tasks/PictureAudience.h"
 #include "ui/tasks/PictureChoice.h"
 #include "ui/tasks/PictureSources.h"
 #include "ui/tasks/PictureStatus.h"
@@ -9,9 +10,11 @@
 #include "video/cFfmpegDecoder.h"
 
 #include <QDomElement>
+#include <QLabel>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -98,6 +101,8 @@ private Q_SLOTS:
     void showsEveryCamera();
     void showsPicturesOutOfTheirTurn();
     void namesAnUnknownCodec();
+    void pausesWhileNobodyLooks();
+    void knowsWhoLooks();
 };
 
 void TestLivePictures::showsEveryCamera_data()
@@ -184,6 +189,56 @@ void TestLivePictures::namesAnUnknownCodec()
     status.begin(0);
     QVERIFY(!status.poll(*source, 1000));
     QCOMPARE(status.text(), source->problem());
+}
+
+void TestLivePictures::pausesWhileNobodyLooks()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {64, 64}});
+    SteadyCamera camera(clip.pictures);
+    QObject window;
+    const auto source = pictureSources(window)(PictureKind::Live, camera.task());
+    bool isSeen = false;
+    source->setAudience([&] { return isSeen; });
+    camera.mayGoOn = [&] { return source->isAccepted(); };
+    AWAIT_COMPARE(source->pictures(), 1U);
+    QVERIFY(source->isPaused());
+    const quint64 traffic = source->traffic();
+    AWAIT_VERIFY(source->traffic() > traffic + 20);
+    QCOMPARE(source->pictures(), 1U);
+    isSeen = true;
+    AWAIT_VERIFY(source->pictures() > 1);
+}
+
+void TestLivePictures::knowsWhoLooks()
+{
+    QTabWidget tabs;
+    auto *page = new QWidget;
+    QLabel first(page);
+    first.resize(100, 100);
+    tabs.addTab(page, "Cameras");
+    tabs.addTab(new QWidget, "Other");
+    PictureAudience audience;
+    QVERIFY(!audience.isWatching());
+    audience.controls = {nullptr, &first};
+    QVERIFY(audience.isWatching()); // the window is not shown
+    tabs.show();
+    QVERIFY(audience.isWatching());
+    tabs.setCurrentIndex(1);
+    QVERIFY(!audience.isWatching());
+    QLabel second(tabs.widget(1));
+    second.show();
+    audience.controls << &second;
+    QVERIFY(audience.isWatching());
+    tabs.setCurrentIndex(0);
+    tabs.showMinimized();
+    QVERIFY(!audience.isWatching());
+    tabs.showNormal();
+    QVERIFY(audience.isWatching());
+    QWidget cover(page);
+    cover.setAutoFillBackground(true);
+    cover.resize(200, 200);
+    cover.show();
+    QVERIFY(!audience.isWatching());
 }
 
 QTEST_MAIN(TestLivePictures)

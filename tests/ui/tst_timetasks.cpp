@@ -61,12 +61,14 @@ public:
     bool isRefused() const override { return PictureSource::isRefused() || reason == "Login refused"; }
     QString problem() const override { return reason; }
     quint64 leftOut() const override { return lost; }
+    bool isPaused() const override { return paused; }
     QString cameraPosition() const override { return connected ? "0.5,0.5" : ""; }
 
     bool active = true;
     bool connected = false;
     quint64 bytes = 0;
     quint64 lost = 0;
+    bool paused = false;
     QString reason;
 };
 
@@ -408,6 +410,14 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
                                                   {"picture", "", true},
                                                   {"lose", slow, true},
                                                   {"close", "Connection lost"}};
+    QTest::newRow("pauses while nobody looks") << live
+                                               << Story{{"connect", "No picture yet", true},
+                                                        {"picture", "", true},
+                                                        {"pause", "", true},
+                                                        {"bytes 10", "", true},
+                                                        {"bytes 10", "", true},
+                                                        {"wait 6", "No picture for 25 s"},
+                                                        {"bytes 1", "", true}};
     QTest::newRow("still pictures") << still
                                     << Story{
                                            {"", "Connecting…"},
@@ -450,6 +460,7 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
             receiver->active = false;
         if (event.startsWith("fail"))
             receiver->reason = event.section(' ', 1);
+        receiver->paused = receiver->paused || event == "pause";
         if (event == "lose")
             ++receiver->lost;
         if (event.startsWith("bytes") || event.startsWith("picture"))

@@ -99,6 +99,8 @@ private Q_SLOTS:
     void worksInTurns();
     void leavesOutLatePictures_data();
     void leavesOutLatePictures();
+    void catchesUpWhenSomebodyLooks_data();
+    void catchesUpWhenSomebodyLooks();
     void receiverMayCallDecoderInTurns();
 };
 
@@ -532,6 +534,51 @@ void TestFfmpegDecoder::leavesOutLatePictures()
     QTEST(viewer.numbers, "shown");
     QTEST(int(viewer.decoder.leftOut()), "leftOut");
     QCOMPARE(viewer.decoder.waitingBytes(), 0);
+}
+
+void TestFfmpegDecoder::catchesUpWhenSomebodyLooks_data()
+{
+    const TestTable<QByteArray> row("encoder");
+    for (const char *encoder : {"libx264", "mpeg4", "mjpeg"})
+        row(encoder, encoder);
+}
+
+void TestFfmpegDecoder::catchesUpWhenSomebodyLooks()
+{
+    QFETCH(QByteArray, encoder);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+    const EncodedClip clip = encodeClip({.encoder = encoder, .size = {64, 64}});
+    Viewer viewer;
+    bool isWatched = true;
+    viewer.decoder.workInTurns();
+    viewer.decoder.setWatch([&] { return isWatched; });
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    const auto append = [&](bool watched, const QList<QByteArray> &pictures) {
+        isWatched = watched;
+        for (const QByteArray &picture : pictures)
+            viewer.decoder.append(picture);
+        return waitUntil([&] { return !viewer.decoder.isBusy(); });
+    };
+    QVERIFY(append(true, clip.pictures.first(1)));
+    QVERIFY(append(false, clip.pictures.mid(1, 3)));
+    QCOMPARE(viewer.numbers, QList<int>({0}));
+    QVERIFY(append(true, clip.pictures.mid(4, 1)));
+    QCOMPARE(viewer.numbers, QList<int>({0, 4}));
+    // Behind many key pictures, and where more come than are kept.
+    for (int round = 0; round < 3; ++round)
+        QVERIFY(append(false, clip.pictures));
+    for (int round = 0; round < 30; ++round)
+        QVERIFY(append(false, clip.pictures.sliced(1)));
+    QCOMPARE(viewer.numbers.size(), 2);
+    QVERIFY(append(false, clip.pictures.first(3)));
+    QVERIFY(append(true, clip.pictures.mid(3, 1)));
+    QCOMPARE(viewer.numbers, QList<int>({0, 4, 3}));
+    // Another stream.
+    QVERIFY(append(false, clip.pictures.first(2)));
+    viewer.decoder.create(clip.decoder);
+    QVERIFY(append(true, clip.pictures.first(1)));
+    QCOMPARE(viewer.numbers, QList<int>({0, 4, 3, 0}));
 }
 
 void TestFfmpegDecoder::receiverMayCallDecoderInTurns()

@@ -39,6 +39,11 @@ public:
     /// Why there is no picture, as a short text for the user; empty when the source does not know.
     virtual QString problem() const { return {}; }
 
+    /// From now on pictures that nobody sees need not come. \a isSeen may be called until the source ends.
+    virtual void setAudience(const std::function<bool()> &) {}
+    /// True while no pictures come because nobody sees them.
+    virtual bool isPaused() const { return false; }
+
     /// For a camera that turns: where it looks (controls/PtzPosition.h), empty while that is not known.
     virtual QString cameraPosition() const { return {}; }
     virtual void goTo(int) {}

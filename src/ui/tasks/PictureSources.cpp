@@ -47,13 +47,19 @@ public:
         return codec ? PictureStatus::unknownCodec(*codec) : QString();
     }
 
+    void setAudience(const std::function<bool()> &isSeen) override { m_isSeen = isSeen; }
+    // Even a control that nobody sees gets its first picture.
+    bool isPaused() const override { return pictures() > 0 && m_isSeen && !m_isSeen(); }
+
 protected:
     Receiver m_receiver;
 
 private:
     bool wantsPicture(bool isInTurn) override { return m_choice.takes(isInTurn, m_clock.elapsed()); }
+    bool isWatching() override { return !isPaused(); }
     void showPicture(const QPixmap &pixmap) override { Q_EMIT pixmapReady(pixmap); }
 
+    std::function<bool()> m_isSeen;
     QElapsedTimer m_clock;
     PictureChoice m_choice;
     QTcpSocket *const m_socket; // a child of the receiver

@@ -41,7 +41,8 @@ void PictureStatus::begin(quint32 now)
 bool PictureStatus::poll(const PictureSource &source, quint32 now)
 {
     const bool isNew = source.pictures() != m_pictures;
-    if (isNew || source.hasConnected() != m_wasConnected)
+    const bool isSavedPicture = source.isPaused() && source.traffic() != m_traffic;
+    if (isNew || isSavedPicture || source.hasConnected() != m_wasConnected)
         m_waitBegin = now;
     if (source.traffic() != m_traffic || source.hasConnected() != m_wasConnected)
         m_lastTraffic = now;

@@ -120,8 +120,9 @@ void PictureTask::begin(PictureKind kind, const QDomElement &task, quint32 now)
     m_status.begin(now);
     if (!m_source)
         return;
+    m_source->setAudience([audience = m_audience] { return audience->isWatching(); });
     m_attempt = std::make_unique<LoginAttempt>(m_login);
-    for (QWidget *target : std::as_const(m_targets))
+    for (QWidget *target : std::as_const(m_audience->controls))
         connectTarget(*target);
 }
 
@@ -163,16 +164,16 @@ void PictureTask::end()
 
 QList<QWidget *> PictureTask::findTargets(const QDomElement &task)
 {
-    const QSet<QWidget *> before(m_targets.begin(), m_targets.end());
+    const QSet<QWidget *> before(m_audience->controls.begin(), m_audience->controls.end());
     QSet<QWidget *> found; // one may have the tag twice
     QList<QWidget *> added;
-    m_targets.clear();
+    m_audience->controls.clear();
     for (QWidget *target : m_context->description().widgets(
              task.firstChildElement(QStringLiteral("target")).text().trimmed())) {
         if (found.contains(target))
             continue;
         found.insert(target);
-        m_targets.append(target);
+        m_audience->controls.append(target);
         if (before.contains(target))
             continue;
         added.append(target);
@@ -215,7 +216,7 @@ void PictureTask::offerRetry(bool isOffered)
 {
     if (!isOffered)
         return m_retries.clear();
-    for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
+    for (const QPointer<QWidget> &target : std::as_const(m_audience->controls)) {
         const auto belongs = [&](const auto &retry) { return retry->belongsTo(target); };
         if (target && RetryGesture::suits(*target) &&
             std::none_of(m_retries.begin(), m_retries.end(), belongs))
@@ -228,7 +229,7 @@ void PictureTask::setNotice(const QString &text)
     if (text == m_notice)
         return;
     m_notice = text;
-    for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
+    for (const QPointer<QWidget> &target : std::as_const(m_audience->controls)) {
         if (target)
             showNotice(target, text);
     }
@@ -239,7 +240,7 @@ void PictureTask::setRemark(const QString &text)
     if (text == m_remark)
         return;
     m_remark = text;
-    for (const QPointer<QWidget> &target : std::as_const(m_targets)) {
+    for (const QPointer<QWidget> &target : std::as_const(m_audience->controls)) {
         if (target)
             showRemark(target, text);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/tasks/CameraLink.h"
+#include "ui/tasks/PictureAudience.h"
 #include "ui/tasks/PictureSource.h"
 #include "ui/tasks/PictureStatus.h"
 #include "ui/tasks/RecorderLogin.h"
@@ -82,7 +83,8 @@ private:
     QString m_notice;
     QString m_remark;
     bool m_isDeferred = false;
-    QList<QPointer<QWidget>> m_targets;
+    /// Its controls. The source has a reference.
+    std::shared_ptr<PictureAudience> m_audience = std::make_shared<PictureAudience>();
     std::vector<std::unique_ptr<RetryGesture>> m_retries; ///< of the targets, while the task waits
 };
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+namespace paravue
+{
+
+/// The controls that show the pictures of one task.
+struct PictureAudience {
+    QList<QPointer<QWidget>> controls;
+
+    /// Whether a user can see one of them: not while it is on another page, in a minimised window or covered.
+    bool isWatching() const;
+};
+
+} // namespace paravue
