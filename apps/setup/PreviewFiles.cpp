@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QXmlStreamReader>
 
 #include <optional>
 
@@ -61,6 +62,17 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
             return problem;
     }
     return {};
+}
+
+bool PreviewFiles::replaceDescription(OrbSetup &store, const QByteArray &content)
+{
+    const auto interface = unpackedDescription(content);
+    if (!interface)
+        return false;
+    QXmlStreamReader xml(*interface);
+    while (!xml.atEnd())
+        xml.readNext();
+    return !xml.hasError() && copy(store, descriptionName, *interface).isEmpty();
 }
 
 /// Like a store that fetches files, this keeps a second copy of each, as it came.

@@ -19,6 +19,10 @@ public:
     /// an empty text.
     QString copyTo(OrbSetup &store, const QString &description, const QString &folder);
 
+    /// Gives \a store another description. False, with the old one kept, when \a content is no well-formed
+    /// document or cannot be copied.
+    bool replaceDescription(OrbSetup &store, const QByteArray &content);
+
 private:
     QString copy(OrbSetup &store, const QString &name, const QByteArray &content);
 

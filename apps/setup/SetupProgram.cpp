@@ -4,6 +4,7 @@
 #include "DemoRecorder.h"
 #include "LanguageChoice.h"
 #include "PreviewFiles.h"
+#include "PreviewWatch.h"
 #include "ProgramLog.h"
 #include "RecorderAddress.h"
 #include "ScreenshotTour.h"
@@ -17,6 +18,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QNetworkProxy>
+
+#include <optional>
 
 namespace paravue
 {
@@ -111,6 +114,9 @@ ExitCode runPreview(const CommandLine &commandLine)
     const QString problem = files->copyTo(*store, commandLine.description, commandLine.filesFolder);
     if (!problem.isEmpty())
         return failed(ExitCode::LocalFile, problem, commandLine.screenshotFolder.isEmpty());
+    std::optional<PreviewWatch> watch;
+    if (commandLine.screenshotFolder.isEmpty())
+        watch.emplace(*store, *files, commandLine.description, commandLine.filesFolder);
     return runWith(*store, commandLine);
 }
 

@@ -14,6 +14,7 @@
 #include "device/protocol/Limits.h"
 #include "store/XmlLimits.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/page/GridCell.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
@@ -66,6 +67,21 @@ public:
         m_actions.finish();
         m_params.finish();
         m_texts.finish();
+    }
+
+    /// The numbers of the controls that the window builds on its pages, in the order in which it does.
+    QHash<ElementId, int> controlNumbers(const QDomElement &root) const
+    {
+        const QDomElement pages = root.firstChildElement(QStringLiteral("tabwidget"));
+        QHash<ElementId, int> numbers;
+        for (const DescribedParts::Control &control : m_parts.controls) {
+            QDomNode outer = control.element;
+            while (!outer.isNull() && outer != pages)
+                outer = outer.parentNode();
+            if (!outer.isNull() && GridCell::of(control.element).isWithinLimits())
+                numbers.insert(elementId(control.element), int(numbers.size()));
+        }
+        return numbers;
     }
 
 private:
@@ -201,8 +217,9 @@ QList<DescriptionProblem> checkDescription(QIODevice &file, const QString &name,
 
     const SourcePositions positions(text, document.root());
     ProblemList problems(positions);
-    DescriptionChecker(document, filesFolder, problems).check(document.root());
-    return problems.sorted();
+    DescriptionChecker checker(document, filesFolder, problems);
+    checker.check(document.root());
+    return problems.sorted(checker.controlNumbers(document.root()));
 }
 
 } // namespace paravue

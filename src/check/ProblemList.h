@@ -15,14 +15,19 @@ public:
     void error(const QDomElement &at, const QString &text);
     void warning(const QDomElement &at, const QString &text);
 
-    /// All of them in the order of their places, errors before warnings.
-    QList<DescriptionProblem> sorted() const;
+    /// All of them in the order of their places, errors before warnings. \a controls are the numbers of
+    /// controls.
+    QList<DescriptionProblem> sorted(const QHash<ElementId, int> &controls) const;
 
 private:
     void add(DescriptionProblem::Severity severity, const QDomElement &at, const QString &text);
 
     const SourcePositions &m_positions;
-    QList<DescriptionProblem> m_problems;
+    struct Entry {
+        DescriptionProblem problem;
+        QDomElement element;
+    };
+    QList<Entry> m_entries;
 };
 
 } // namespace paravue

@@ -1,0 +1,174 @@
+#include "entry/DoParavueSetup.h"
+#include "setup/FindingsView.h"
+#include "setup/PreviewFiles.h"
+#include "setup/PreviewWatch.h"
+#include "store/OrbSetup.h"
+#include "support/Waiting.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSaveFile>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+using namespace paravue;
+
+namespace
+{
+
+/// Two pages: a label, and a field on a page within a page; \a more stands beside the field.
+QByteArray description(const QByteArray &label, const QByteArray &more = {})
+{
+    return "<pvsetup>\n<window><main/></window>\n"
+           "<buttonOK><action type='call' slot='accept'>main</action></buttonOK>\n"
+           "<tabwidget><tabposition>Up</tabposition><tab><name>First</name><item type='gridlayout'>"
+           "<item type='label'><text>" +
+           label +
+           "</text></item></item></tab>\n<tab><name>Second</name><item type='gridlayout'><item "
+           "type='tabwidget'>"
+           "<tab><name>A</name></tab><tab><name>B</name><item type='gridlayout'>\n"
+           "<item type='edit' colour='red'><key>general/a/b</key></item>" +
+           more + "</item></tab></item></item></tab></tabwidget></pvsetup>";
+}
+
+} // namespace
+
+/// The window of a preview while its description is being written.
+class TestPreview : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void followsTheFile();
+    void keepsTheWindowOfTheLastDocument();
+    void jumpsToControls();
+
+private:
+    /// Runs a preview; \a user acts while its window is open.
+    void preview(const std::function<void()> &user);
+    bool write(const QByteArray &text) const;
+    QStringList findings() const;
+    bool shows(const QString &text) const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    OrbSetup *m_store = nullptr;
+    QWidget *m_window = nullptr;
+};
+
+void TestPreview::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(write(description("One")));
+}
+
+void TestPreview::preview(const std::function<void()> &user)
+{
+    PreviewFiles files;
+    OrbSetup store("described.xml");
+    const QString path = m_folder->filePath("described.xml");
+    QCOMPARE(files.copyTo(store, path, {}), QString());
+    const PreviewWatch watch(store, files, path, QString());
+    bool hasActed = false;
+    QTimer closing;
+    connect(&closing, &QTimer::timeout, this, [] {
+        if (QWidget *top = QApplication::activeModalWidget())
+            top->close();
+    });
+    QTimer::singleShot(0, this, [&] {
+        m_store = &store;
+        m_window = QApplication::activeModalWidget();
+        hasActed = m_window && test::waitUntil([this] { return findings().size() == 2; });
+        if (hasActed)
+            user();
+        closing.start(50);
+    });
+    DoParavueSetup(&store);
+    QVERIFY(hasActed);
+}
+
+/// As most editors do: another file takes its place.
+bool TestPreview::write(const QByteArray &text) const
+{
+    QSaveFile file(m_folder->filePath("described.xml"));
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+}
+
+QStringList TestPreview::findings() const
+{
+    const auto *view = m_window->findChild<FindingsView *>();
+    QStringList lines;
+    for (int row = 0; view && view->isVisible() && row < view->count(); ++row)
+        lines << view->item(row)->text();
+    return lines;
+}
+
+bool TestPreview::shows(const QString &text) const
+{
+    for (const QLabel *label : m_window->findChildren<QLabel *>()) {
+        if (label->text() == text)
+            return true;
+    }
+    return false;
+}
+
+void TestPreview::followsTheFile()
+{
+    preview([this] {
+        QVERIFY(shows("One"));
+        m_store->setValue("general/a/b/typed");
+        QVERIFY(write(description("Two", "<item type='edit' row='1' validator='['/>")));
+        QVERIFY(test::waitUntil([this] { return shows("Two"); }));
+        QVERIFY(test::waitUntil([this] { return findings().size() == 3; }));
+        QVERIFY2(findings().at(2).endsWith("missing terminating ] for character class"),
+                 qPrintable(findings().at(2)));
+        QCOMPARE(m_window->findChild<QLineEdit *>()->text(), "typed");
+        // Once more, as the watched file is another one now.
+        QVERIFY(write(description("Three")));
+        QVERIFY(test::waitUntil([this] { return shows("Three"); }));
+        QVERIFY(test::waitUntil([this] { return findings().size() == 2; }));
+    });
+}
+
+void TestPreview::keepsTheWindowOfTheLastDocument()
+{
+    preview([this] {
+        QVERIFY(write(description("Two").chopped(3)));
+        QVERIFY(test::waitUntil([this] { return findings().size() == 1; }));
+        QVERIFY2(findings().at(0).startsWith("6:"), qPrintable(findings().at(0)));
+        QVERIFY(shows("One"));
+        QVERIFY(write(description("Two")));
+        QVERIFY(test::waitUntil([this] { return shows("Two"); }));
+    });
+}
+
+void TestPreview::jumpsToControls()
+{
+    preview([this] {
+        auto *view = m_window->findChild<FindingsView *>();
+        auto *pages = m_window->findChild<QTabWidget *>("tabWidget");
+        const auto *field = m_window->findChild<QLineEdit *>();
+        QCOMPARE(pages->currentIndex(), 0);
+        QVERIFY(view->item(1)->text().contains("colour"));
+        view->setCurrentRow(1);
+        QTest::keyClick(view, Qt::Key_Return);
+        QCOMPARE(pages->currentIndex(), 1);
+        QVERIFY(field->isVisible());
+        QCOMPARE(m_window->focusWidget(), field);
+        // What is about no control of the pages leads nowhere.
+        pages->setCurrentIndex(0);
+        QVERIFY(view->item(0)->text().contains("Unknown word"));
+        view->setCurrentRow(0);
+        QTest::keyClick(view, Qt::Key_Return);
+        QCOMPARE(pages->currentIndex(), 0);
+    });
+}
+
+QTEST_MAIN(TestPreview)
+#include "tst_preview.moc"
