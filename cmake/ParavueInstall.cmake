@@ -8,8 +8,8 @@ set(PARAVUE_PUBLIC_HEADERS
     store/LinkStatus.h store/OrbSetup.h
     device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h device/TimeZoneTable.h
     entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h entry/cSetupWidget.h
-    ui/WindowOptions.h
-    check/DescriptionCheck.h)
+     ui/WindowOptions.h
+     check/DescriptionCheck.h check/DescriptionSchema.h)
 
 set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
 

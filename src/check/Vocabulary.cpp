@@ -1,6 +1,7 @@
 #include "check/Vocabulary.h"
 
 #include "ui/binding/ControlAdapter.h"
+#include "ui/description/DialogTags.h"
 #include "ui/page/GridCell.h"
 #include "ui/tasks/TimeTasks.h"
 #include "ui/types/ControlTypes.h"
@@ -62,18 +63,19 @@ QList<ElementRule> childrenOf(const ControlAdapter &adapter)
 /// The tags that the window itself looks for.
 QStringList windowTags()
 {
-    return {"accesslist",
-            "softlist",
-            "accessdlg",
-            "accessdlgerr_namedouble",
-            "accessdlgerr_editrights",
-            "accessdlgerr_name",
-            "accessdlgerr_pass",
-            "accessdlgerr_lastuser",
-            "softcantdelete",
-            "softdodelete",
-            "progress_dialog",
-            "filewriteerror"};
+    using namespace dialogtags;
+    return {QStringLiteral("accesslist"),
+            QStringLiteral("softlist"),
+            Progress,
+            User,
+            UserNameTaken,
+            UserNotAllowed,
+            UserNameEmpty,
+            PasswordsDiffer,
+            LastUser,
+            PackageNeeded,
+            RemovePackage,
+            ExportFailed};
 }
 
 /// How many letters must be changed, added, left out or swapped with their neighbour to make the one word
