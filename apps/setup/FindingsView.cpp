@@ -1,5 +1,6 @@
 #include "FindingsView.h"
 
+#include <QApplication>
 #include <QRegularExpression>
 #include <QRubberBand>
 #include <QScreen>
@@ -20,6 +21,7 @@ constexpr int MarkMs = 1'500;
 constexpr int MarkMargin = 3;
 constexpr QSize UsualSize(420, 320);
 constexpr int ControlRole = Qt::UserRole;
+constexpr int DialogRole = Qt::UserRole + 1;
 
 QString lineOf(const DescriptionProblem &problem)
 {
@@ -30,8 +32,8 @@ QString lineOf(const DescriptionProblem &problem)
                             : text;
 }
 
-/// The controls of the window's pages in the order in which they were built, which is that of the
-/// description. Dialogs are windows of their own.
+/// The controls of a window in the order in which they were built, which is that of the description. Dialogs
+/// are windows of their own.
 QList<QWidget *> controlsOf(const QWidget &window)
 {
     static const QRegularExpression name(QStringLiteral("^link(\\d+)$"));
@@ -101,8 +103,8 @@ void FindingsView::show(const QList<DescriptionProblem> &problems, const QString
     for (const DescriptionProblem &problem : problems) {
         auto *item = new QListWidgetItem(lineOf(problem), this);
         item->setData(ControlRole, problem.control);
-        item->setToolTip(problem.control < 0 ? tr("This is about no control of the pages.")
-                                             : tr("Shows the control."));
+        item->setData(DialogRole, problem.dialog);
+        item->setToolTip(problem.control < 0 ? tr("This is about no control.") : tr("Shows the control."));
     }
     if (problems.isEmpty())
         (new QListWidgetItem(tr("No problems were found."), this))->setData(ControlRole, -1);
@@ -112,7 +114,17 @@ void FindingsView::show(const QList<DescriptionProblem> &problems, const QString
 
 void FindingsView::jump(const QListWidgetItem &item)
 {
-    jumpToControl(*parentWidget(), item.data(ControlRole).toInt());
+    const int control = item.data(ControlRole).toInt();
+    const QString dialog = item.data(DialogRole).toString();
+    if (dialog.isEmpty())
+        return jumpToControl(*parentWidget(), control);
+    // The dialog runs in the call that opens it.
+    QTimer::singleShot(0, this, [this, control] {
+        QWidget *opened = QApplication::activeModalWidget();
+        if (opened && opened != parentWidget())
+            jumpToControl(*opened, control);
+    });
+    QMetaObject::invokeMethod(parentWidget(), "showDialog", Q_ARG(QString, dialog));
 }
 
 /// Right of the window where there is room, else over its lower right corner.

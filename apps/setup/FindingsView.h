@@ -8,7 +8,7 @@ namespace paravue
 {
 
 /// The problems of a description beside the window that shows it. A click on one, or Enter, jumps to the
-/// control of the window that it is about.
+/// control of the window that it is about, for which it may open a dialog.
 class FindingsView : public QListWidget
 {
     Q_OBJECT
@@ -24,8 +24,8 @@ private:
     void placeBeside(const QWidget &window);
 };
 
-/// Brings the control number \a control of the pages of \a window (DescriptionProblem::control) to the front
-/// and marks it for a moment. Nothing happens when there is none.
+/// Brings the control number \a control of \a window, which is the setup window or a dialog, to the front and
+/// marks it for a moment (DescriptionProblem::control). Nothing happens when there is none.
 void jumpToControl(QWidget &window, int control);
 
 } // namespace paravue

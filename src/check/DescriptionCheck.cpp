@@ -69,19 +69,23 @@ public:
         m_texts.finish();
     }
 
-    /// The numbers of the controls that the window builds on its pages, in the order in which it does.
-    QHash<ElementId, int> controlNumbers(const QDomElement &root) const
+    /// The places of the controls that the window builds, in the order in which it does.
+    ControlPlaces controlPlaces(const QDomElement &root) const
     {
         const QDomElement pages = root.firstChildElement(QStringLiteral("tabwidget"));
-        QHash<ElementId, int> numbers;
+        QHash<ElementId, int> counts; // by what the controls are built into
+        ControlPlaces places;
         for (const DescribedParts::Control &control : m_parts.controls) {
-            QDomNode outer = control.element;
-            while (!outer.isNull() && outer != pages)
-                outer = outer.parentNode();
-            if (!outer.isNull() && GridCell::of(control.element).isWithinLimits())
-                numbers.insert(elementId(control.element), int(numbers.size()));
+            QDomElement whole = control.element;
+            while (!whole.isNull() && whole != pages && m_parts.of(whole).kind != ActionTarget::Kind::Dialog)
+                whole = whole.parentNode().toElement();
+            if (whole.isNull() || !GridCell::of(control.element).isWithinLimits())
+                continue;
+            const QString dialog = whole == pages ? QString() : openingTag(whole);
+            if (whole == pages || !dialog.isEmpty())
+                places.insert(elementId(control.element), {counts[elementId(whole)]++, dialog});
         }
-        return numbers;
+        return places;
     }
 
 private:
@@ -132,6 +136,16 @@ private:
             param = fields.join(u',');
         }
         m_texts.resolved(element, param);
+    }
+
+    /// The tag by which showDialog() finds \a dialog; empty when another dialog has the same ones before it.
+    QString openingTag(const QDomElement &dialog) const
+    {
+        for (QDomElement tag = dialog.firstChildElement(); !tag.isNull(); tag = tag.nextSiblingElement()) {
+            if (!tag.hasChildNodes() && m_document.first(tag.tagName()) == tag)
+                return tag.tagName();
+        }
+        return {};
     }
 
     static bool isCancelButton(const QDomNode &node)
@@ -219,7 +233,7 @@ QList<DescriptionProblem> checkDescription(QIODevice &file, const QString &name,
     ProblemList problems(positions);
     DescriptionChecker checker(document, filesFolder, problems);
     checker.check(document.root());
-    return problems.sorted(checker.controlNumbers(document.root()));
+    return problems.sorted(checker.controlPlaces(document.root()));
 }
 
 } // namespace paravue

@@ -26,9 +26,10 @@ struct DescriptionProblem {
     int line = 0;
     int column = 0;
     QString text; ///< one line, translated
-    /// Which control of the window's pages it is about, counted from 0 in the order of the description; -1
-    /// for none, such as one of a dialog.
+    /// Which control it is about, of the window's pages or of \a dialog, counted from 0 in the order of the
+    /// description; -1 for none.
     int control = -1;
+    QString dialog = {}; ///< the tag that opens the dialog; empty for the pages
 };
 
 /// A description as it is read: \a content itself, or what it unpacks to when it has the gzip form in which

@@ -8,15 +8,15 @@ namespace paravue
 namespace
 {
 
-/// The number of the control that \a element is, or a part of; -1 for none.
-int controlAround(const QDomElement &element, const QHash<ElementId, int> &controls)
+/// The place of the control that \a element is, or a part of.
+ControlPlace controlAround(const QDomElement &element, const ControlPlaces &controls)
 {
     for (QDomElement outer = element; !outer.isNull(); outer = outer.parentNode().toElement()) {
         const auto found = controls.constFind(elementId(outer));
         if (found != controls.constEnd())
             return *found;
     }
-    return -1;
+    return {};
 }
 
 } // namespace
@@ -37,12 +37,14 @@ void ProblemList::add(DescriptionProblem::Severity severity, const QDomElement &
     m_entries.append({{severity, position.line, position.column, text.simplified()}, at});
 }
 
-QList<DescriptionProblem> ProblemList::sorted(const QHash<ElementId, int> &controls) const
+QList<DescriptionProblem> ProblemList::sorted(const ControlPlaces &controls) const
 {
     QList<DescriptionProblem> problems;
     for (const Entry &entry : m_entries) {
         problems.append(entry.problem);
-        problems.last().control = controlAround(entry.element, controls);
+        const ControlPlace place = controlAround(entry.element, controls);
+        problems.last().control = place.number;
+        problems.last().dialog = place.dialog;
     }
     std::sort(problems.begin(), problems.end(), [](const auto &a, const auto &b) {
         return std::tie(a.line, a.column, a.severity, a.text) <

@@ -6,6 +6,13 @@
 namespace paravue
 {
 
+/// Where the window builds a control: DescriptionProblem::control and dialog.
+struct ControlPlace {
+    int number = -1;
+    QString dialog;
+};
+using ControlPlaces = QHash<ElementId, ControlPlace>;
+
 /// Gathers what is found in a description.
 class ProblemList
 {
@@ -15,9 +22,8 @@ public:
     void error(const QDomElement &at, const QString &text);
     void warning(const QDomElement &at, const QString &text);
 
-    /// All of them in the order of their places, errors before warnings. \a controls are the numbers of
-    /// controls.
-    QList<DescriptionProblem> sorted(const QHash<ElementId, int> &controls) const;
+    /// All of them in the order of their places, errors before warnings.
+    QList<DescriptionProblem> sorted(const ControlPlaces &controls) const;
 
 private:
     void add(DescriptionProblem::Severity severity, const QDomElement &at, const QString &text);

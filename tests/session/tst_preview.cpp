@@ -1,3 +1,4 @@
+#include "ModalWatcher.h"
 #include "entry/DoParavueSetup.h"
 #include "setup/FindingsView.h"
 #include "setup/PreviewFiles.h"
@@ -22,7 +23,7 @@ using namespace paravue;
 namespace
 {
 
-/// Two pages: a label, and a field on a page within a page; \a more stands beside the field.
+/// Two pages and a dialog: a label, and a field on a page within a page; \a more stands beside the field.
 QByteArray description(const QByteArray &label, const QByteArray &more = {})
 {
     return "<pvsetup>\n<window><main/></window>\n"
@@ -34,7 +35,9 @@ QByteArray description(const QByteArray &label, const QByteArray &more = {})
            "type='tabwidget'>"
            "<tab><name>A</name></tab><tab><name>B</name><item type='gridlayout'>\n"
            "<item type='edit' colour='red'><key>general/a/b</key></item>" +
-           more + "</item></tab></item></item></tab></tabwidget></pvsetup>";
+           more +
+           "</item></tab></item></item></tab></tabwidget>\n<ask><asked/><item type='gridlayout'>"
+           "<item type='checkbox'/><item type='edit' row='1' colour='red'/></item></ask></pvsetup>";
 }
 
 } // namespace
@@ -84,7 +87,7 @@ void TestPreview::preview(const std::function<void()> &user)
     QTimer::singleShot(0, this, [&] {
         m_store = &store;
         m_window = QApplication::activeModalWidget();
-        hasActed = m_window && test::waitUntil([this] { return findings().size() == 2; });
+        hasActed = m_window && test::waitUntil([this] { return findings().size() == 4; });
         if (hasActed)
             user();
         closing.start(50);
@@ -125,14 +128,14 @@ void TestPreview::followsTheFile()
         m_store->setValue("general/a/b/typed");
         QVERIFY(write(description("Two", "<item type='edit' row='1' validator='['/>")));
         QVERIFY(test::waitUntil([this] { return shows("Two"); }));
-        QVERIFY(test::waitUntil([this] { return findings().size() == 3; }));
+        QVERIFY(test::waitUntil([this] { return findings().size() == 5; }));
         QVERIFY2(findings().at(2).endsWith("missing terminating ] for character class"),
                  qPrintable(findings().at(2)));
         QCOMPARE(m_window->findChild<QLineEdit *>()->text(), "typed");
         // Once more, as the watched file is another one now.
         QVERIFY(write(description("Three")));
         QVERIFY(test::waitUntil([this] { return shows("Three"); }));
-        QVERIFY(test::waitUntil([this] { return findings().size() == 2; }));
+        QVERIFY(test::waitUntil([this] { return findings().size() == 4; }));
     });
 }
 
@@ -141,7 +144,7 @@ void TestPreview::keepsTheWindowOfTheLastDocument()
     preview([this] {
         QVERIFY(write(description("Two").chopped(3)));
         QVERIFY(test::waitUntil([this] { return findings().size() == 1; }));
-        QVERIFY2(findings().at(0).startsWith("6:"), qPrintable(findings().at(0)));
+        QVERIFY2(findings().at(0).startsWith("7:"), qPrintable(findings().at(0)));
         QVERIFY(shows("One"));
         QVERIFY(write(description("Two")));
         QVERIFY(test::waitUntil([this] { return shows("Two"); }));
@@ -167,6 +170,15 @@ void TestPreview::jumpsToControls()
         view->setCurrentRow(0);
         QTest::keyClick(view, Qt::Key_Return);
         QCOMPARE(pages->currentIndex(), 0);
+        // A control of a dialog.
+        QWidget *focus = nullptr;
+        const test::ModalWatcher dialogs([&focus](QWidget &dialog) { focus = dialog.focusWidget(); },
+                                         "QDialog");
+        view->setCurrentRow(3);
+        QVERIFY(view->item(3)->text().contains("colour"));
+        QTest::keyClick(view, Qt::Key_Return);
+        QCOMPARE(dialogs.count(), 1);
+        QVERIFY(qobject_cast<QLineEdit *>(focus));
     });
 }
 
