@@ -127,6 +127,7 @@ private Q_SLOTS:
     void notesWhatIsWrong_data();
     void notesWhatIsWrong();
     void keepsNotesWithTheirField();
+    void linesUpWithNotedFields();
     void enablesAndDisables();
     void callsInStates();
     void callsInTheStatesOfButtonsAndChoices();
@@ -439,6 +440,24 @@ void TestControls::keepsNotesWithTheirField()
     QVERIFY(unit->width() >= unit->sizeHint().width());
     window.window->setValue("net/untitled/MODE/kbit");
     QCOMPARE(unit->text(), "kbit");
+}
+
+void TestControls::linesUpWithNotedFields()
+{
+    DescribedWindow window(describePage(
+        "<item type='label'><text>Name</text></item>"
+        "<item type='edit' column='1' width='60'><help>A little longer than the field is wide</help></item>"
+        "<item type='checkbox' column='2'><text>On</text></item>"
+        "<item type='edit' row='1' column='1' width='60'/>"));
+    window.settle();
+    const auto centre = [](const QWidget *widget) { return widget->geometry().center().y(); };
+    const auto *edit = window.widget<QLineEdit>(0);
+    QVERIFY(qAbs(centre(window.widget<QLabel>(0)) - centre(edit)) <= 1);
+    QVERIFY(qAbs(centre(window.widget<QCheckBox>()) - centre(edit)) <= 1);
+    QCOMPARE(edit->size(), window.widget<QLineEdit>(1)->size());
+    const auto *help = window.widget<QLabel>(1);
+    QVERIFY(help->height() < 2 * help->fontMetrics().height()); // one line
+    QVERIFY(help->geometry().bottom() < window.widget<QLineEdit>(1)->y());
 }
 
 void TestControls::enablesAndDisables()

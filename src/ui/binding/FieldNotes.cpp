@@ -73,6 +73,7 @@ FieldNotes::FieldNotes(const Control &control, bool showsUnit)
     if (!childText(control, helpTag).isEmpty() || m_least || m_most || m_isRequired) {
         m_note = makeLabel(*m_field);
         m_note->setWordWrap(true);
+        m_note->setAlignment(Qt::AlignTop);
         QFont font = m_note->font();
         font.setPointSizeF(font.pointSizeF() * 0.9);
         m_note->setFont(font);

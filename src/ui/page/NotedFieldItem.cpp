@@ -16,7 +16,7 @@ namespace
 
 constexpr int UnitGap = 2 * SpacingStep;
 constexpr int NoteGap = SpacingStep / 2;
-constexpr int NoteWidth = 140; // a note is at least this wide before it is wrapped
+constexpr int NoteWidth = 280; // a longer note is wrapped, unless its field is wider
 
 } // namespace
 
@@ -53,8 +53,10 @@ QSize NotedFieldItem::noteRoom(int fieldWidth) const
 {
     if (!notes() || !notes()->note())
         return {};
-    const int width = std::max(fieldWidth, NoteWidth);
-    return {width, NoteGap + notes()->note()->heightForWidth(width)};
+    const QLabel &note = *notes()->note();
+    const int wanted = note.fontMetrics().horizontalAdvance(note.text()) + 1;
+    const int width = std::max(fieldWidth, std::min(wanted, NoteWidth));
+    return {width, NoteGap + note.heightForWidth(width)};
 }
 
 QSize NotedFieldItem::withNotes(const QSize &field) const
