@@ -94,7 +94,7 @@ QList<QCommandLineOption> programOptions()
          "LANGUAGE"},
         {"timeout",
          OptionText::tr("Wait SECONDS for the connection and for each answer of the recorder; 0 is for ever "
-                        "(without it 12 for the connection, 60 for an answer)."),
+                        "(without it 12 for the connection, and with --screenshot 60 for an answer)."),
          "SECONDS"},
         {"log",
          OptionText::tr("Write what happens to FILE, behind what it holds: connections, commands, changed "

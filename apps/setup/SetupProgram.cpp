@@ -28,8 +28,10 @@ namespace
 {
 
 constexpr std::chrono::seconds ConnectionLimit(12);
-/// A recorder that formats a disk takes its time.
-constexpr std::chrono::seconds AnswerLimit(60);
+/// Only where nobody watches. A recorder that formats a disk takes its time, and a user sees that it is
+/// silent and can give up.
+constexpr std::chrono::seconds UnwatchedAnswerLimit(60);
+constexpr std::chrono::seconds NoLimit(0);
 
 /// A user who started the program from a desktop sees no terminal.
 ExitCode failed(ExitCode exitCode, const QString &problem, bool isUserWatching)
@@ -157,10 +159,11 @@ ExitCode runSession(const CommandLine &commandLine)
         address = RecorderAddress::withLogin(commandLine.address);
     }
     auto store = std::make_unique<OrbNetSetup>(address);
-    store->setTimeouts(
-        {commandLine.timeout.value_or(ConnectionLimit), commandLine.timeout.value_or(AnswerLimit)});
+    const bool isWatched = commandLine.screenshotFolder.isEmpty();
+    store->setTimeouts({commandLine.timeout.value_or(ConnectionLimit),
+                        commandLine.timeout.value_or(isWatched ? NoLimit : UnwatchedAnswerLimit)});
     const SessionEnd end([&store] { store.reset(); });
-    if (!commandLine.screenshotFolder.isEmpty())
+    if (!isWatched)
         store->setCredentialsSource(nullptr); // nobody is there to ask
     return runWith(*store, commandLine);
 }
