@@ -7,7 +7,6 @@
 #include "ui/types/ControlTypes.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace paravue
 {
@@ -78,11 +77,13 @@ QStringList windowTags()
             ExportFailed};
 }
 
+constexpr qsizetype LongestWord = 32; // that is compared with others
+
 /// How many letters must be changed, added, left out or swapped with their neighbour to make the one word
 /// from the other (the restricted Damerau-Levenshtein distance).
-int distance(const QString &a, const QString &b)
+int distance(QStringView a, QStringView b)
 {
-    std::vector<std::vector<int>> cost(a.size() + 1, std::vector<int>(b.size() + 1));
+    int cost[LongestWord + 1][LongestWord + 1];
     for (qsizetype i = 0; i <= a.size(); ++i) {
         for (qsizetype j = 0; j <= b.size(); ++j) {
             if (i == 0 || j == 0) {
@@ -103,13 +104,16 @@ int distance(const QString &a, const QString &b)
 QString nearWord(const QString &word, const QStringList &words)
 {
     constexpr qsizetype ShortWord = 5;
+    if (word.size() > LongestWord)
+        return {};
+    const QString lowered = word.toLower();
     QString best;
     int least = 0;
     for (const QString &known : words) {
         const int allowed = std::min(word.size(), known.size()) < ShortWord ? 1 : 2;
-        if (word == known || qAbs(word.size() - known.size()) > allowed)
+        if (word == known || qAbs(word.size() - known.size()) > allowed || known.size() > LongestWord)
             continue;
-        const int cost = distance(word.toLower(), known.toLower());
+        const int cost = distance(lowered, known.toLower());
         if (cost <= allowed && (best.isEmpty() || cost < least)) {
             best = known;
             least = cost;
