@@ -265,7 +265,7 @@ void OrbNetSetup::noteWrongLoginReply()
                                     : tr("What answers at this address is not a recorder");
     m_stopped = true;
     showFailed(LinkStatus::Cause::BadAnswer, problem);
-    if (m_timeouts.answer.count() == 0)
+    if (m_timeouts.connection.count() == 0 && m_timeouts.answer.count() == 0)
         return;
     stopWaiting();
     cutConnection();

@@ -335,7 +335,8 @@ void TestLink::noticesWhatIsNoRecorder()
     FakeRecorder recorder;
     recorder.expect(Login).send(answer);
     NotedStore store(recorder.address());
-    store.setTimeouts({std::chrono::hours(1), std::chrono::hours(hasTimeout ? 1 : 0)});
+    if (hasTimeout)
+        store.setTimeouts({std::chrono::hours(1), std::chrono::hours(0)});
     store.load();
     AWAIT_COMPARE(store.linkStatus().problem, problem);
     QCOMPARE(store.linkStatus().state, paravue::LinkStatus::State::Failed);
