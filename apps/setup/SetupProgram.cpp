@@ -56,7 +56,8 @@ ExitCode runForUser(OrbSetup &store)
     bool isLoaded = false;
     const QObject watch;
     QObject::connect(&store, &OrbSetup::loadDone, &watch, [&isLoaded] { isLoaded = true; });
-    const SessionOutcome session = RunParavueSetup(&store, {.window = {.offersRefresh = true}});
+    const SessionOutcome session =
+        RunParavueSetup(&store, {.window = {.offersRefresh = true, .putsAdjustmentsBack = true}});
     const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
     // The user has seen the problems of a save.

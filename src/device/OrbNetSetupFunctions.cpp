@@ -71,9 +71,9 @@ OrbSetup::FunctionUse OrbNetSetup::useOfFunction(const QString &name, const QStr
     const DeviceCommand *command = findDeviceCommand(name);
     if (!command)
         return {name == u"save_settings"};
-    if (command->kind == DeviceCommand::Kind::Cancel || command->kind == DeviceCommand::Kind::AdjustPicture)
-        return {};
-    FunctionUse use{true};
+    const bool startsExchange =
+        command->kind != DeviceCommand::Kind::Cancel && command->kind != DeviceCommand::Kind::AdjustPicture;
+    FunctionUse use{startsExchange};
     if (command->kind == DeviceCommand::Kind::InstallPackage)
         use.addresses << arg;
     for (const char *address : command->addresses) {

@@ -109,6 +109,7 @@ void ExchangeQueue::perform(const Call &call)
     }
     for (const Value &value : std::as_const(present))
         m_store.setValue(value.path + u'/' + value.value);
+    Q_EMIT called(call.name);
 }
 
 void ExchangeQueue::proceed()

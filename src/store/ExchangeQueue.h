@@ -54,6 +54,8 @@ public:
 Q_SIGNALS:
     /// Something waits now, or does not wait any more.
     void changed();
+    /// The store has been told to run the function \a name.
+    void called(const QString &name);
     /// The exchange that the function \a name has started for a user is over. \a isDone: the recorder has
     /// accepted it; otherwise the store's link status says what is wrong. Nothing is emitted for an exchange
     /// that was given up.

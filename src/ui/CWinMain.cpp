@@ -6,6 +6,7 @@
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
 #include "ui/base/WindowStyle.h"
+#include "ui/commands/LiveAdjustments.h"
 #include "ui/description/DialogTags.h"
 #include "ui/tasks/PictureSources.h"
 #include "ui/types/ControlTypes.h"
@@ -111,6 +112,10 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
         connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, m_status,
                 &StatusLine::refreshRequested);
     }
+    if (options.putsAdjustmentsBack) {
+        m_adjustments = new LiveAdjustments(*setup, this);
+        connect(this, &QDialog::rejected, m_adjustments, &LiveAdjustments::putBack);
+    }
     if (isWindow())
         new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
@@ -153,6 +158,8 @@ int CWinMain::exec()
     const QScopedValueRollback running(m_isRunning, true);
     setResult(Rejected);
     DialogLoop::run(*this);
+    if (m_adjustments)
+        m_adjustments->finish();
     return result();
 }
 
@@ -250,6 +257,8 @@ void CWinMain::timeout()
 void CWinMain::onLoadDone()
 {
     operate([this] {
+        if (m_adjustments && (m_isRefreshing || !isBuilt()))
+            m_adjustments->noteStored();
         noteLoaded();
         readDescription();
     });

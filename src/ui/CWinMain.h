@@ -18,6 +18,7 @@ namespace paravue
 {
 class ErrorDisplay;
 class FrameBinding;
+class LiveAdjustments;
 class StatusLine;
 struct WindowParts;
 class WindowFrame;
@@ -109,6 +110,7 @@ private:
     paravue::StoreReference m_setup;
     QTimer *m_taskTimer = nullptr;
     paravue::StatusLine *m_status = nullptr;
+    paravue::LiveAdjustments *m_adjustments = nullptr; ///< null when they are not put back
     QString m_builtFrom;    ///< path of the description that the pages were built from
     QByteArray m_builtText; ///< and its bytes
     int m_shownFault = 0;   ///< the fault of the link that the last message of the store was about

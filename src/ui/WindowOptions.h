@@ -9,6 +9,9 @@ struct WindowOptions {
     /// "Refresh" beside the status line, and F5, fetch all files of the recorder anew. When there are edits
     /// that were not sent yet, the user is asked first.
     bool offersRefresh = false;
+    /// When the user closes the window without OK, the recorder gets back the picture (brightness and so on)
+    /// that it had before. The window's event loop then ends up to a few seconds after it was closed.
+    bool putsAdjustmentsBack = false;
 };
 
 } // namespace paravue

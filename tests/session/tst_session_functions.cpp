@@ -7,6 +7,7 @@
 #include "device/TimeZoneTable.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/device/ZoneRule.h"
+#include "store/ExchangeQueue.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -97,6 +98,8 @@ private Q_SLOTS:
     void setsTheClockInAnyZone_data();
     void setsTheClockInAnyZone();
     void adjustsThePictureOnce();
+    void putsAdjustmentsBack_data();
+    void putsAdjustmentsBack();
     void showsTheReport();
     void switchesMaintenance();
     void takesTimesOfTheDayOnly();
@@ -294,6 +297,43 @@ void TestSessionFunctions::adjustsThePictureOnce()
              "LOGIN=admin|PASS=***|ADJUST VIDEO|LENGTH=73|[ stream_0 ]\\x0abrightness=" + expected +
                  "\\x0acontrast=50\\x0asaturation=50\\x0ahue=50\\x0asharpness=40\\x0a");
     QCOMPARE(fetched("streams/stream_0/brightness"), expected);
+}
+
+void TestSessionFunctions::putsAdjustmentsBack_data()
+{
+    const test::TestTable<bool, QString, bool> row("isAsked", "end", "isPutBack");
+    row("cancelled", true, "cancel", true);
+    row("cancelled without the option", false, "cancel", false);
+    row("accepted", true, "accept", false);
+    row("saved before", true, "save", false);
+}
+
+void TestSessionFunctions::putsAdjustmentsBack()
+{
+    QFETCH(bool, isAsked);
+    QFETCH(QString, end);
+    QFETCH(bool, isPutBack);
+    const QString address = "streams/stream_0/brightness";
+    const QString before = fetched(address);
+    OrbNetSetup store(addressOf(*m_recorder));
+    QSignalSpy loaded(&store, &OrbSetup::loadDone);
+    QSignalSpy stored(&store, &OrbSetup::storeDone);
+    CWinMain window(&store, nullptr, CWinMain::Placement::Window, {.putsAdjustmentsBack = isAsked});
+    AWAIT_COMPARE(loaded.count(), 1);
+    window.setValue(address + "/93");
+    ExchangeQueue::of(store).call("adjust_bcsh", {}, ExchangeQueue::Caller::User);
+    AWAIT_COMPARE(stored.count(), 1);
+    QCOMPARE(fetched(address), "93");
+    if (end == "save") {
+        ExchangeQueue::of(store).call("save_settings", {}, ExchangeQueue::Caller::User);
+        AWAIT_COMPARE(stored.count(), 2);
+        QCoreApplication::processEvents();
+    }
+    QTimer::singleShot(0, &window, [&] { end == "accept" ? window.accept() : window.reject(); });
+    window.exec();
+    QCOMPARE(fetched(address), isPutBack ? before : "93");
+    QCOMPARE(store.value(address), isPutBack ? before : "93");
+    window.endSession();
 }
 
 void TestSessionFunctions::showsTheReport()
