@@ -27,7 +27,7 @@ QWidget *setupWindow()
     return nullptr;
 }
 
-QByteArray contentOf(const QString &path)
+QByteArray watchedContent(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -38,7 +38,7 @@ QByteArray contentOf(const QString &path)
 PreviewWatch::PreviewWatch(OrbSetup &store, PreviewFiles &files, const QString &description,
                            const QString &folder)
     : m_store(store), m_files(files), m_description(description), m_folder(folder),
-      m_content(contentOf(description))
+      m_content(watchedContent(description))
 {
     m_settled.setSingleShot(true);
     m_settled.setInterval(SettlingMs);
@@ -72,7 +72,7 @@ void PreviewWatch::listFindings()
 void PreviewWatch::update()
 {
     watch();
-    const QByteArray content = contentOf(m_description);
+    const QByteArray content = watchedContent(m_description);
     if (content == m_content || content.isEmpty())
         return;
     m_content = content;

@@ -1,6 +1,7 @@
 #include "check/ActionCheck.h"
 
 #include "check/CheckText.h"
+#include "check/ElementNames.h"
 #include "check/ProblemList.h"
 #include "check/SlotParams.h"
 #include "entry/cSetupWidget.h"
@@ -16,7 +17,6 @@ namespace paravue
 namespace
 {
 
-const QString typeName = QStringLiteral("type");
 const QString stateName = QStringLiteral("state");
 const QString paramName = QStringLiteral("param");
 

@@ -1,6 +1,7 @@
 #include "check/DescribedParts.h"
 
 #include "check/CheckText.h"
+#include "check/ElementNames.h"
 #include "check/GridOverlap.h"
 #include "check/ProblemList.h"
 #include "ui/CWinMain.h"
@@ -13,7 +14,6 @@ namespace paravue
 namespace
 {
 
-const QString itemTag = QStringLiteral("item");
 const QString tabTag = QStringLiteral("tab");
 
 template <typename Visit>

@@ -1,5 +1,6 @@
 #include "check/DescriptionSchema.h"
 
+#include "check/ElementNames.h"
 #include "check/Vocabulary.h"
 #include "ui/page/GridCell.h"
 
@@ -10,7 +11,6 @@ namespace paravue
 namespace
 {
 
-const QString itemTag = QStringLiteral("item");
 const QString gridType = QStringLiteral("gridlayout");
 const QString cellName = QStringLiteral("cell");
 const QString pageGridName = QStringLiteral("page.grid");

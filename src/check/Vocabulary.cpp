@@ -1,5 +1,6 @@
 #include "check/Vocabulary.h"
 
+#include "check/ElementNames.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/description/DialogTags.h"
 #include "ui/page/GridCell.h"
@@ -12,9 +13,6 @@ namespace paravue
 {
 namespace
 {
-
-const QString itemTag = QStringLiteral("item");
-const QString typeName = QStringLiteral("type");
 
 /// The elements around the items.
 QList<ElementRule> frameRules()

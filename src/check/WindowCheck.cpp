@@ -2,6 +2,7 @@
 
 #include "check/CheckText.h"
 #include "check/DescribedParts.h"
+#include "check/ElementNames.h"
 #include "check/ProblemList.h"
 #include "check/TextCheck.h"
 #include "ui/binding/ControlAdapter.h"
@@ -17,7 +18,6 @@ namespace
 {
 
 const QString actionTag = QStringLiteral("action");
-const QString typeName = QStringLiteral("type");
 
 void checkOk(const QDomElement &root, ProblemList &problems)
 {

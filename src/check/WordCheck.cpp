@@ -2,6 +2,7 @@
 
 #include "check/CheckText.h"
 #include "check/DescribedParts.h"
+#include "check/ElementNames.h"
 #include "check/ProblemList.h"
 #include "check/Vocabulary.h"
 #include "ui/description/InterfaceDocument.h"
@@ -20,7 +21,6 @@ namespace
 /// The screen that most users have at least; the window's pages scroll on smaller ones.
 constexpr QSize UsualScreen(1920, 1080);
 
-const QString itemTag = QStringLiteral("item");
 const QString widthName = QStringLiteral("width");
 const QString heightName = QStringLiteral("height");
 

@@ -21,7 +21,7 @@ const QString helpTag = QStringLiteral("help");
 constexpr int MarkLength = 16;   // of a stored value beside its field, in characters
 constexpr int MostOfValue = 200; // the same, as its tool tip
 
-QString childText(const Control &control, const QString &tag)
+QString noteText(const Control &control, const QString &tag)
 {
     return control.element.firstChildElement(tag).text();
 }
@@ -47,7 +47,7 @@ void FieldNotes::attach(const Control &control, bool showsUnit)
 {
     const bool isEdit = qobject_cast<QLineEdit *>(control.widget);
     bool hasWords =
-        !childText(control, helpTag).isEmpty() || (!showsUnit && !childText(control, unitTag).isEmpty());
+        !noteText(control, helpTag).isEmpty() || (!showsUnit && !noteText(control, unitTag).isEmpty());
     for (const char *name : {"minimum", "maximum", "required"})
         hasWords |= isEdit && control.element.hasAttribute(QLatin1String(name));
     if (hasWords)
@@ -62,7 +62,7 @@ FieldNotes *FieldNotes::of(const QWidget *field)
 FieldNotes::FieldNotes(const Control &control, bool showsUnit)
     : QObject(control.widget), m_field(control.widget)
 {
-    if (!showsUnit && !childText(control, unitTag).isEmpty())
+    if (!showsUnit && !noteText(control, unitTag).isEmpty())
         m_unit = makeLabel(*m_field);
     if (auto *edit = qobject_cast<QLineEdit *>(m_field)) {
         m_least = numberAttribute(control, QStringLiteral("minimum"));
@@ -70,7 +70,7 @@ FieldNotes::FieldNotes(const Control &control, bool showsUnit)
         m_isRequired = control.element.attribute(QStringLiteral("required")) == QLatin1String("yes");
         connect(edit, &QLineEdit::textChanged, this, &FieldNotes::check);
     }
-    if (!childText(control, helpTag).isEmpty() || m_least || m_most || m_isRequired) {
+    if (!noteText(control, helpTag).isEmpty() || m_least || m_most || m_isRequired) {
         m_note = makeLabel(*m_field);
         m_note->setWordWrap(true);
         m_note->setAlignment(Qt::AlignTop);
@@ -231,13 +231,13 @@ void loadFieldNotes(ControlContext &context, const Control &control)
     if (!notes)
         return;
     if (notes->m_unit) {
-        const QString unit = context.text(control, childText(control, unitTag));
+        const QString unit = context.text(control, noteText(control, unitTag));
         if (notes->m_unit->text() != unit) {
             notes->m_unit->setText(unit);
             notes->m_field->updateGeometry();
         }
     }
-    notes->m_help = context.text(control, childText(control, helpTag));
+    notes->m_help = context.text(control, noteText(control, helpTag));
     notes->check();
 }
 

@@ -11,8 +11,8 @@ namespace
 {
 
 const QString adjustFunction = QStringLiteral("adjust_bcsh");
-const QString saveFunction = QStringLiteral("save_settings");
-constexpr int LongestWait = 5000; // milliseconds
+const QString savingFunction = QStringLiteral("save_settings");
+constexpr int SendingLimit = 5000; // milliseconds
 
 } // namespace
 
@@ -20,7 +20,7 @@ LiveAdjustments::LiveAdjustments(OrbSetup &store, QObject *parent) : QObject(par
 {
     const ExchangeQueue &queue = ExchangeQueue::of(store);
     connect(&queue, &ExchangeQueue::called, this, [this](const QString &name) {
-        m_isSaving |= name == saveFunction;
+        m_isSaving |= name == savingFunction;
         if (name != adjustFunction)
             return;
         m_isAdjusted = true;
@@ -28,7 +28,7 @@ LiveAdjustments::LiveAdjustments(OrbSetup &store, QObject *parent) : QObject(par
             m_keepsRunning.emplace();
     });
     connect(&queue, &ExchangeQueue::answered, this, [this](const QString &name, bool isDone) {
-        if (name != saveFunction)
+        if (name != savingFunction)
             return;
         m_isSaving = false;
         if (isDone)
@@ -57,7 +57,7 @@ void LiveAdjustments::noteStored()
 
 bool LiveAdjustments::isSaving() const
 {
-    return m_isSaving || ExchangeQueue::of(*m_store).waiting().contains(saveFunction);
+    return m_isSaving || ExchangeQueue::of(*m_store).waiting().contains(savingFunction);
 }
 
 void LiveAdjustments::putBack()
@@ -92,7 +92,7 @@ void LiveAdjustments::finish()
         connect(&*m_store, end, &loop, quitWhenDone);
     connect(&*m_store, &OrbSetup::pseudothrow, &loop, quitWhenDone);
     connect(&*m_store, &QObject::destroyed, &loop, &QEventLoop::quit);
-    QTimer::singleShot(LongestWait, &loop, &QEventLoop::quit);
+    QTimer::singleShot(SendingLimit, &loop, &QEventLoop::quit);
     if (m_awaitedEnds > 0)
         loop.exec();
     m_keepsRunning.reset();
