@@ -152,7 +152,8 @@ void TestOverlap::aReportWaitsForASave()
     AWAIT_VERIFY(m_received.size() == 1);
     press(session, "Report");
     press(session, "Report");
-    QVERIFY2(status(session).contains("get_report, get_report"), qPrintable(status(session)));
+    QVERIFY2(status(session).contains("Waiting: Get the report, Get the report"),
+             qPrintable(status(session)));
     AWAIT_COMPARE(loaded.size(), 2);
     AWAIT_VERIFY(isIdle(session));
     QCOMPARE(stored.size(), 1);
@@ -275,7 +276,7 @@ void TestOverlap::aFaultGivesUpWhatWaits()
     press(session, "Remove"); // there is no such package
     press(session, "Reboot");
     AWAIT_VERIFY(retry->isVisible());
-    QVERIFY2(status(session).endsWith("Not done: soft_reboot"), qPrintable(status(session)));
+    QVERIFY2(status(session).endsWith("Not done: Restart the recorder"), qPrintable(status(session)));
     QVERIFY2(status(session).contains("Device error"), qPrintable(status(session)));
     QVERIFY2(status(session).startsWith("Remove the package: refused at "), qPrintable(status(session)));
     QCOMPARE(messages.texts().size(), 1);
@@ -307,7 +308,7 @@ void TestOverlap::aSilentRecorderCanBeGivenUp()
     AWAIT_VERIFY(giveUp->isVisible());
     QVERIFY2(status(session).startsWith("No answer from the recorder for "), qPrintable(status(session)));
     QTest::mouseClick(giveUp, Qt::LeftButton);
-    AWAIT_COMPARE(status(session), "Not done: get_report, save_settings");
+    AWAIT_COMPARE(status(session), "Not done: Get the report, Save the settings");
     QVERIFY(!giveUp->isVisible());
     QVERIFY(isIdle(session));
     m_recorder->setReplyDelay(ReplyDelay);

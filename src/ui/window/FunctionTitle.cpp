@@ -31,4 +31,12 @@ QString functionTitle(const QString &name)
     return titles.value(name, name);
 }
 
+QString functionTitles(const QStringList &names)
+{
+    QStringList titles;
+    for (const QString &name : names)
+        titles.append(functionTitle(name));
+    return titles.join(QStringLiteral(", "));
+}
+
 } // namespace paravue

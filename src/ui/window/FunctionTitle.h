@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace paravue
 {
@@ -8,5 +9,7 @@ namespace paravue
 /// What a function of the recorder does, in words for the user: "Format disk 1". The name itself of a
 /// function that has no words.
 QString functionTitle(const QString &name);
+/// The same of several, in one line.
+QString functionTitles(const QStringList &names);
 
 } // namespace paravue

@@ -161,10 +161,9 @@ QString StatusLine::waitingText() const
 {
     const QStringList waiting = queue().waiting();
     const QStringList abandoned = queue().abandoned();
-    const QString separator = QStringLiteral(", ");
     if (!waiting.isEmpty())
-        return tr("Waiting: %1").arg(waiting.mid(0, 8).join(separator));
-    return abandoned.isEmpty() ? QString() : tr("Not done: %1").arg(abandoned.mid(0, 8).join(separator));
+        return tr("Waiting: %1").arg(functionTitles(waiting.mid(0, 8)));
+    return abandoned.isEmpty() ? QString() : tr("Not done: %1").arg(functionTitles(abandoned.mid(0, 8)));
 }
 
 } // namespace paravue
