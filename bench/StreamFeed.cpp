@@ -104,6 +104,8 @@ void StreamFeed::play(QTcpSocket &socket, const Task &task)
     for (qsizetype next = 0; write(socket, task.frames[next]); next = (next + 1) % task.frames.size()) {
         due += task.interval;
         std::this_thread::sleep_until(due);
+        for (; m_isPaused && !m_stopped; due = std::chrono::steady_clock::now())
+            std::this_thread::sleep_for(task.interval);
     }
 }
 

@@ -30,6 +30,8 @@ public:
     static constexpr int Endless = -1;
     /// Sends \a start and then the \a frames again and again, one in each \a interval.
     void play(const QByteArray &start, const QList<QByteArray> &frames, std::chrono::milliseconds interval);
+    /// Interrupts play().
+    void setPaused(bool isPaused) { m_isPaused = isPaused; }
     /// The processor time of the service so far.
     double processorSeconds();
 
@@ -50,6 +52,7 @@ private:
     std::promise<quint16> m_port;
     std::atomic<const Task *> m_task = nullptr;
     std::atomic<bool> m_stopped = false;
+    std::atomic<bool> m_isPaused = false;
     std::thread m_thread;
 };
 
