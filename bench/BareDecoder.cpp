@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <vector>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -28,10 +29,7 @@ const test::EncodedClip &detailedClip(const QByteArray &encoder)
     return found->second;
 }
 
-namespace
-{
-
-int decode(const test::EncodedClip &clip, bool scales)
+int decodeBare(const test::EncodedClip &clip)
 {
     av_log_set_level(AV_LOG_ERROR); // it warns of pixel formats that a bare loop uses
     const AVCodec *codec = avcodec_find_decoder_by_name(clip.decoder.constData());
@@ -53,8 +51,6 @@ int decode(const test::EncodedClip &clip, bool scales)
         av_packet_unref(packet.get());
         while (avcodec_receive_frame(context.get(), frame.get()) == 0) {
             ++shown;
-            if (!scales)
-                continue;
             const int rowBytes = frame->width * 4; // a multiple of 64 in these clips
             if (!scaler) {
                 pixels.reset(av_buffer_alloc(rowBytes * frame->height + 64));
@@ -70,16 +66,32 @@ int decode(const test::EncodedClip &clip, bool scales)
     return shown;
 }
 
-} // namespace
-
-int decodeBare(const test::EncodedClip &clip)
+int decodeSideBySide(const test::EncodedClip &clip, int streams)
 {
-    return decode(clip, true);
-}
-
-int decodeOnly(const test::EncodedClip &clip)
-{
-    return decode(clip, false);
+    const AVCodec *codec = avcodec_find_decoder_by_name(clip.decoder.constData());
+    std::vector<CodecContextHandle> contexts;
+    for (int i = 0; i < streams; ++i) {
+        contexts.emplace_back(avcodec_alloc_context3(codec));
+        contexts.back()->thread_count = 1;
+        contexts.back()->flags |= AV_CODEC_FLAG_LOW_DELAY;
+        if (avcodec_open2(contexts.back().get(), codec, nullptr) != 0)
+            qFatal("no decoder");
+    }
+    const PacketHandle packet(av_packet_alloc());
+    const FrameHandle frame(av_frame_alloc());
+    int decoded = 0;
+    for (const QByteArray &picture : clip.pictures) {
+        for (const CodecContextHandle &context : contexts) {
+            if (av_new_packet(packet.get(), static_cast<int>(picture.size())) != 0)
+                qFatal("no memory");
+            std::copy(picture.begin(), picture.end(), packet->data);
+            avcodec_send_packet(context.get(), packet.get());
+            av_packet_unref(packet.get());
+            while (avcodec_receive_frame(context.get(), frame.get()) == 0)
+                ++decoded;
+        }
+    }
+    return decoded;
 }
 
 int splitBare(const QByteArray &decoder, const QByteArray &bytes)

@@ -8,8 +8,8 @@ namespace paravue::bench
 /// The least that FFmpeg needs to show a clip: decodes each picture and scales it into one buffer. Returns
 /// the number of pictures.
 int decodeBare(const test::EncodedClip &clip);
-/// The same without the scaling.
-int decodeOnly(const test::EncodedClip &clip);
+/// Decodes the clip in several streams at once, a picture of each in turn, and scales nothing.
+int decodeSideBySide(const test::EncodedClip &clip, int streams);
 
 /// Finds the ends of the coded pictures in \a bytes as FFmpeg does, with its parser of the \a decoder's
 /// codec. Returns the number of pictures.

@@ -176,8 +176,8 @@ void watch(benchmark::State &state, const Cameras &cameras)
         state, [&] { return window.measure(); },
         [&] {
             return processorTime([&] {
-                for (int i = 0; i < cameras.count * MeasuredSeconds; ++i) {
-                    if (bench::decodeOnly(clip) != Rate)
+                for (int second = 0; second < MeasuredSeconds; ++second) {
+                    if (bench::decodeSideBySide(clip, cameras.count) != cameras.count * Rate)
                         qFatal("pictures are missing");
                 }
             });
