@@ -194,8 +194,9 @@ private:
     SaveOutcome outcome() const
     {
         const SaveStatus &save = m_store.saveStatus();
-        SaveOutcome result{SaveOutcome::Result::Done, save.arrived, save.missing, replaced(),
-                           m_store.linkStatus().problem, m_store.linkStatus().cause};
+        SaveOutcome result{
+            SaveOutcome::Result::Done, save.arrived, save.missing, replaced(), m_store.linkStatus().problem,
+            m_store.linkStatus().cause};
         if (m_isStopped) {
             result.result = SaveOutcome::Result::Stopped;
             result.problem = tr("Sending was stopped.");
