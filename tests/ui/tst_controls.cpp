@@ -133,6 +133,8 @@ private Q_SLOTS:
     void callsInTheStatesOfButtonsAndChoices();
     void writesKeysetsInTheActiveWindowOnly();
     void writesKeysetsOfDialogs();
+    void showsHeadings();
+    void showsScrollBarsAsSliders();
     void leavesTheWheelToThePage();
     void letsAClockRunUntilItIsEdited();
     void marksWhatAFieldCannotShow_data();
@@ -609,6 +611,46 @@ void TestControls::writesKeysetsOfDialogs()
     QCOMPARE(dialogs.count(), 1);
     QCOMPARE(window.value("net/untitled/MODE"), "a");
     QCOMPARE(window.value("net/untitled/X"), "1");
+}
+
+void TestControls::showsHeadings()
+{
+    DescribedWindow window(
+        describePage("<item type='separator' row='2' orientation='horizontal'/><item type='label' row='1'/>"
+                     "<item type='label' row='3'/><item type='label' row='1' column='1'/>"
+                     "<item type='label' row='5'/><item type='separator' row='6' orientation='vertical'/>"));
+    QList<int> headings;
+    for (int number = 0; number < 4; ++number) {
+        if (window.widget<QLabel>(number)->font().weight() > QFont::Normal)
+            headings << number;
+    }
+    QCOMPARE(headings, QList<int>{0});
+}
+
+void TestControls::showsScrollBarsAsSliders()
+{
+    DescribedWindow window(describePage("<item type='scroll' maxvalue='100' value='50' width='200'>"
+                                        "<key>net/untitled/HALF/50</key></item>"
+                                        "<item type='scroll' row='1' maxvalue='100' orientation='vertical' "
+                                        "height='200'><key>net/untitled/HALF/50</key></item>"));
+    for (const int number : {0, 1}) {
+        auto *bar = window.widget<QScrollBar>(number);
+        const bool isHorizontal = bar->orientation() == Qt::Horizontal;
+        const int length = isHorizontal ? bar->width() : bar->height();
+        const auto at = [&](int along) {
+            return isHorizontal ? QPoint(along, bar->height() / 2) : QPoint(bar->width() / 2, along);
+        };
+        QCOMPARE(bar->value(), 50);
+        QTest::mouseClick(bar, Qt::LeftButton, {}, at(2)); // where an arrow would be
+        QCOMPARE(bar->value(), 40);
+        QTest::mouseClick(bar, Qt::LeftButton, {}, at(length - 3));
+        QCOMPARE(bar->value(), 50);
+        QTest::mousePress(bar, Qt::LeftButton, {}, at(length / 2));
+        QTest::mouseMove(bar, at(length - 1));
+        QTest::mouseRelease(bar, Qt::LeftButton, {}, at(length - 1));
+        QCOMPARE(bar->value(), 100);
+        window.window->setValue("net/untitled/HALF/50");
+    }
 }
 
 void TestControls::leavesTheWheelToThePage()

@@ -108,11 +108,23 @@ void TestWindowFrame::colouredButtonsAreReadable()
     };
     button.resize(button.sizeHint());
     const QImage enabled = button.grab().toImage();
+    const auto lightness = [&button] {
+        return button.grab().toImage().pixelColor(8, button.height() / 2).lightnessF();
+    };
+    const double raised = lightness();
     for (const bool down : {false, true}) {
         button.setDown(down);
         QVERIFY2(contrast() >= 4.5, qPrintable(QString::number(contrast())));
     }
+    QVERIFY2(lightness() < raised, "pressed");
     button.setDown(false);
+    button.setCheckable(true);
+    button.setChecked(true);
+    QVERIFY2(lightness() < raised, "checked");
+    button.setChecked(false);
+    // A calm tone of the colour, not the pure one.
+    const QColor painted = enabled.pixelColor(8, enabled.height() / 2);
+    QVERIFY(painted != color && qAbs(painted.hueF() - color.hueF()) < 0.09);
     button.setEnabled(false);
     QVERIFY2(contrast() >= 4.5, qPrintable(QString::number(contrast())));
     QVERIFY(button.grab().toImage() != enabled);

@@ -8,7 +8,8 @@
 #include <QStyle>
 #include <QStyleOptionButton>
 
-#include <optional>
+#include <algorithm>
+#include <array>
 
 namespace paravue
 {
@@ -18,14 +19,29 @@ namespace
 
 constexpr double CornerRadius = 3;
 
-std::optional<QColor> namedColor(const QString &word)
+struct ButtonColor {
+    const char *word;
+    QColor brush;
+    QColor painted; ///< white text has a contrast of 5.3 and more on it
+};
+
+const std::array<ButtonColor, 4> &buttonColors()
 {
-    static const QHash<QString, QColor> colors{{QStringLiteral("green"), Qt::green},
-                                               {QStringLiteral("blue"), Qt::blue},
-                                               {QStringLiteral("darkCyan"), Qt::darkCyan},
-                                               {QStringLiteral("red"), Qt::red}};
-    const auto found = colors.constFind(word);
-    return found == colors.cend() ? std::nullopt : std::optional(*found);
+    static const std::array<ButtonColor, 4> colors{{{"green", Qt::green, QColor(0x2b, 0x7a, 0x3d)},
+                                                    {"blue", Qt::blue, QColor(0x2a, 0x5c, 0xaa)},
+                                                    {"darkCyan", Qt::darkCyan, QColor(0x0b, 0x6e, 0x75)},
+                                                    {"red", Qt::red, QColor(0xb3, 0x36, 0x2b)}}};
+    return colors;
+}
+
+/// What is painted for a button brush: a calm tone for the pure colours, and others as they are.
+QColor paintedColor(const QColor &brush)
+{
+    for (const ButtonColor &color : buttonColors()) {
+        if (color.brush == brush)
+            return color.painted;
+    }
+    return brush;
 }
 
 QStyleOptionButton optionOf(const QPushButton &button)
@@ -42,7 +58,7 @@ QStyleOptionButton optionOf(const QPushButton &button)
 
 void paintGround(QPainter &painter, const QStyleOptionButton &option)
 {
-    const QColor color = option.palette.color(QPalette::Button);
+    const QColor color = paintedColor(option.palette.color(QPalette::Button));
     const QColor text = option.palette.color(QPalette::ButtonText);
     // Pressed and hovered buttons get a colour with more contrast to the text, never less.
     const QColor awayFromText = readableTextOn(text);
@@ -59,6 +75,11 @@ void paintGround(QPainter &painter, const QStyleOptionButton &option)
     painter.setPen(mixedColor(color, option.palette.color(QPalette::WindowText), 0.4));
     painter.setBrush(mixedColor(color, awayFromText, shift));
     painter.drawRoundedRect(rect, CornerRadius, CornerRadius);
+    if (option.state & QStyle::State_Sunken) { // the shadow of the upper edge
+        painter.setPen(mixedColor(color, Qt::black, 0.65));
+        painter.drawLine(rect.topLeft() + QPointF(CornerRadius, 1),
+                         rect.topRight() + QPointF(-CornerRadius, 1));
+    }
     if (option.state & QStyle::State_HasFocus) {
         painter.setPen(text);
         painter.setBrush(Qt::NoBrush);
@@ -99,14 +120,15 @@ private:
 
 void colourButton(QPushButton &button, const QString &word)
 {
-    const std::optional<QColor> color = namedColor(word);
-    if (!color) {
+    const auto color =
+        std::find_if(buttonColors().begin(), buttonColors().end(),
+                     [&](const ButtonColor &known) { return word == QLatin1StringView(known.word); });
+    if (color == buttonColors().end())
         return;
-    }
     QPalette palette = button.palette();
-    const QColor faded = mixedColor(palette.color(QPalette::Window), *color, 0.3);
-    palette.setBrush(QPalette::Button, *color);
-    palette.setColor(QPalette::ButtonText, readableTextOn(*color));
+    const QColor faded = mixedColor(palette.color(QPalette::Window), color->painted, 0.3);
+    palette.setBrush(QPalette::Button, color->brush);
+    palette.setColor(QPalette::ButtonText, Qt::white);
     palette.setColor(QPalette::Disabled, QPalette::Button, faded);
     palette.setColor(QPalette::Disabled, QPalette::ButtonText,
                      readableVersion(mixedColor(faded, readableTextOn(faded), 0.5), faded));

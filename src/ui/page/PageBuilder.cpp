@@ -16,6 +16,7 @@
 #include "ui/page/WheelGuard.h"
 
 #include <QGridLayout>
+#include <QLabel>
 #include <QScopedValueRollback>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -25,6 +26,29 @@
 
 namespace paravue
 {
+
+namespace
+{
+
+/// A horizontal line.
+bool isRule(const QList<QWidget *> &widgets)
+{
+    const auto *frame = widgets.size() == 1 ? qobject_cast<QFrame *>(widgets.first()) : nullptr;
+    return frame && frame->frameShape() == QFrame::HLine;
+}
+
+/// A label right above a line is the heading of what stands below.
+void showAsHeading(const QList<QWidget *> &widgets)
+{
+    auto *label = widgets.size() == 1 ? qobject_cast<QLabel *>(widgets.first()) : nullptr;
+    if (!label)
+        return;
+    QFont font = label->font();
+    font.setWeight(QFont::DemiBold);
+    label->setFont(font);
+}
+
+} // namespace
 
 PageBuilder::PageBuilder(ControlContext &context, QWidget &window, AdapterLookup adapterOf)
     : m_context(context), m_table(context.description().table()), m_window(window), m_adapterOf(adapterOf)
@@ -104,8 +128,12 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
             cells.emplace(std::pair(cell.row, cell.column), widgets);
         }
     }
-    for (const auto &[position, widgets] : cells)
+    for (const auto &[position, widgets] : cells) {
         m_widgets->append(widgets);
+        const auto above = isRule(widgets) ? cells.find({position.first - 1, position.second}) : cells.end();
+        if (above != cells.end())
+            showAsHeading(above->second);
+    }
     alignWithFields(grid);
 }
 

@@ -1,4 +1,5 @@
 #include "ui/base/Alignment.h"
+#include "ui/base/SliderLook.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
@@ -40,6 +41,7 @@ public:
         bar->setFocusPolicy(Qt::StrongFocus);
         // Qt means the direction in which a page moves: its right arrow would make a value smaller.
         bar->setInvertedControls(bar->orientation() == Qt::Vertical);
+        showAsSlider(*bar);
         return bar;
     }
 

@@ -20,7 +20,9 @@ public:
     {
         auto *line = new QFrame(parent);
         line->setFrameShape(fills(control.element) == Qt::Horizontal ? QFrame::HLine : QFrame::VLine);
-        line->setFrameShadow(QFrame::Sunken);
+        // A sunken line is two pixels wide and lost on dark grounds.
+        line->setFrameShadow(QFrame::Plain);
+        line->setForegroundRole(QPalette::Mid);
         return line;
     }
 
