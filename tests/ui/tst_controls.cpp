@@ -615,16 +615,22 @@ void TestControls::writesKeysetsOfDialogs()
 
 void TestControls::showsHeadings()
 {
-    DescribedWindow window(
-        describePage("<item type='separator' row='2' orientation='horizontal'/><item type='label' row='1'/>"
-                     "<item type='label' row='3'/><item type='label' row='1' column='1'/>"
-                     "<item type='label' row='5'/><item type='separator' row='6' orientation='vertical'/>"));
+    const QByteArray line = "<item type='separator' orientation='horizontal' columnSpan='2' row='";
+    DescribedWindow window(describePage(
+        "<item type='label' row='0'/>" + line + "1'/>" + // 0: a heading
+        "<item type='label' row='2'/><item type='label' row='2' column='1'/>"
+        "<item type='label' row='3'/><item type='label' row='3' column='1'/>" +
+        line + "4'/>" + // values
+        "<item type='label' row='6'/><item type='label' row='6' column='1'/>" + line +
+        "7'/>" + // 5, 6: a table
+        "<item type='label' row='8'/><item type='edit' row='8' column='1'/>" + line + "9'/>" + // a field
+        "<item type='label' row='10'/><item type='separator' row='11' orientation='vertical'/>"));
     QList<int> headings;
-    for (int number = 0; number < 4; ++number) {
+    for (int number = 0; number < 9; ++number) {
         if (window.widget<QLabel>(number)->font().weight() > QFont::Normal)
             headings << number;
     }
-    QCOMPARE(headings, QList<int>{0});
+    QCOMPARE(headings, (QList<int>{0, 5, 6}));
 }
 
 void TestControls::showsScrollBarsAsSliders()

@@ -30,22 +30,48 @@ namespace paravue
 namespace
 {
 
-/// A horizontal line.
-bool isRule(const QList<QWidget *> &widgets)
+struct Cell {
+    QList<QWidget *> widgets;
+    int columnSpan = 1;
+};
+/// By row and column.
+using Cells = std::multimap<std::pair<int, int>, Cell>;
+
+bool isHorizontalLine(const Cell &cell)
 {
-    const auto *frame = widgets.size() == 1 ? qobject_cast<QFrame *>(widgets.first()) : nullptr;
+    const auto *frame = cell.widgets.size() == 1 ? qobject_cast<QFrame *>(cell.widgets.first()) : nullptr;
     return frame && frame->frameShape() == QFrame::HLine;
 }
 
-/// A label right above a line is the heading of what stands below.
-void showAsHeading(const QList<QWidget *> &widgets)
+/// The widgets of \a row in the columns of \a line.
+QList<QWidget *> widgetsInRow(const Cells &cells, int row, int column, const Cell &line)
 {
-    auto *label = widgets.size() == 1 ? qobject_cast<QLabel *>(widgets.first()) : nullptr;
-    if (!label)
-        return;
-    QFont font = label->font();
-    font.setWeight(QFont::DemiBold);
-    label->setFont(font);
+    QList<QWidget *> widgets;
+    const auto end = cells.lower_bound({row, column + std::max(line.columnSpan, 1)});
+    for (auto cell = cells.lower_bound({row, column}); cell != end; ++cell)
+        widgets.append(cell->second.widgets);
+    return widgets;
+}
+
+/// What stands right above a line is the heading of what stands below: a label of its own, or the row of
+/// labels that a table begins with.
+void showHeadings(const Cells &cells)
+{
+    for (const auto &[position, cell] : cells) {
+        if (!isHorizontalLine(cell))
+            continue;
+        const auto [row, column] = position;
+        const QList<QWidget *> above = widgetsInRow(cells, row - 1, column, cell);
+        const bool areLabels = std::all_of(above.begin(), above.end(),
+                                           [](QWidget *widget) { return qobject_cast<QLabel *>(widget); });
+        if (!areLabels || (above.size() > 1 && !widgetsInRow(cells, row - 2, column, cell).isEmpty()))
+            continue;
+        for (QWidget *label : above) {
+            QFont font = label->font();
+            font.setWeight(QFont::DemiBold);
+            label->setFont(font);
+        }
+    }
 }
 
 } // namespace
@@ -116,7 +142,7 @@ void PageBuilder::buildTabs(const QDomElement &container, QTabWidget *tabs, TabP
 void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
 {
     grid.setSpacing(GridSpacing);
-    std::multimap<std::pair<int, int>, QList<QWidget *>> cells;
+    Cells cells;
     for (QDomElement child = item.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("stretch")) {
             m_grows |= applyStretch(grid, child);
@@ -125,15 +151,12 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
             QList<QWidget *> widgets;
             QScopedValueRollback receiver(m_widgets, &widgets);
             addItem(grid, cell, child);
-            cells.emplace(std::pair(cell.row, cell.column), widgets);
+            cells.emplace(std::pair(cell.row, cell.column), Cell{widgets, cell.columnSpan});
         }
     }
-    for (const auto &[position, widgets] : cells) {
-        m_widgets->append(widgets);
-        const auto above = isRule(widgets) ? cells.find({position.first - 1, position.second}) : cells.end();
-        if (above != cells.end())
-            showAsHeading(above->second);
-    }
+    for (const auto &[position, cell] : cells)
+        m_widgets->append(cell.widgets);
+    showHeadings(cells);
     alignWithFields(grid);
 }
 
