@@ -26,7 +26,7 @@ struct SaveOutcome {
     /// Those that it has not and that were fetched anew meanwhile, behind another login for example: what was
     /// edited in them is gone.
     QStringList replaced = {};
-    QString problem = {}; ///< in plain words for the user, translated
+    QString problem = {};                              ///< in plain words for the user, translated
     LinkStatus::Cause cause = LinkStatus::Cause::None; ///< what kind of problem it is
 };
 
