@@ -1,5 +1,6 @@
 #include "program/TemporaryFolder.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -37,13 +38,20 @@ std::unique_ptr<QLockFile> lockOf(const QString &folder)
     return lock;
 }
 
+/// Without a lock a folder was made a moment ago, or its program was killed at that moment.
+bool isBeingMade(const QFileInfo &folder)
+{
+    constexpr qint64 LongestStart = 60; // seconds
+    return !QFileInfo::exists(folder.filePath() + u'/' + LockName) &&
+           folder.lastModified().secsTo(QDateTime::currentDateTime()) < LongestStart;
+}
+
 void removeAbandoned()
 {
     const QFileInfoList folders =
         QDir(QDir::tempPath()).entryInfoList({Prefix + u'*'}, QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QFileInfo &folder : folders) {
-        // One without a lock was made a moment ago.
-        if (!isOwn(folder) || !QFileInfo::exists(folder.filePath() + u'/' + LockName))
+        if (!isOwn(folder) || isBeingMade(folder))
             continue;
         const auto lock = lockOf(folder.filePath());
         if (!lock->tryLock())

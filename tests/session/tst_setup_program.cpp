@@ -636,8 +636,15 @@ void TestSetupProgram::leavesNoFilesOfAKilledRun()
     environment.insert("TMPDIR", local.path());
     process.setProcessEnvironment(environment);
     process.start(SETUP_PROGRAM, arguments);
-    // Of the program or its simulator, and of the session with that.
-    AWAIT_VERIFY_WITHIN(folders().size() == (arguments.contains("--demo") ? 2 : 1), 20'000);
+    // Of the program or its simulator, and of the session with that. Each is locked once it holds something.
+    const qsizetype count = arguments.contains("--demo") ? 2 : 1;
+    const auto areLocked = [&] {
+        const QStringList all = folders();
+        return all.size() == count && std::none_of(all.cbegin(), all.cend(), [&](const QString &name) {
+                   return QDir(local.filePath(name)).isEmpty();
+               });
+    };
+    AWAIT_VERIFY_WITHIN(areLocked(), 20'000);
     process.kill();
     AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
     QVERIFY(!folders().isEmpty());
