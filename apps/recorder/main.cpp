@@ -192,6 +192,8 @@ int endedWith(paravue::ExitCode exitCode)
 
 int run(const Options &options)
 {
+    // Before there are files to be removed. Who started the program may end it as soon as it listens.
+    recorder::quitOnStopSignal();
     std::optional<paravue::TemporaryFolder> temporary;
     if (options.dataDir.isEmpty() && !temporary.emplace().isValid()) {
         printError(temporary->errorString());
@@ -231,7 +233,6 @@ int run(const Options &options)
         announcement.start();
     // Programs that start this one read the port from this line.
     out << "Listening on " << server.address().toString() << ':' << server.port() << Qt::endl;
-    recorder::quitOnStopSignal();
     return QCoreApplication::exec();
 }
 
