@@ -326,8 +326,13 @@ void OrbNetSetup::keepReply()
 void OrbNetSetup::afterSocket(const std::function<void()> &handle)
 {
     const auto ofSameExchange = [this, handle, exchange = m_exchange] {
-        if (exchange == m_exchange)
-            handle();
+        if (exchange != m_exchange)
+            return;
+        const QPointer<OrbNetSetup> alive(this);
+        setReportingConsequence(linkStatus().state == LinkStatus::State::Failed);
+        handle();
+        if (alive)
+            setReportingConsequence(false);
     };
     QMetaObject::invokeMethod(this, ofSameExchange, Qt::QueuedConnection);
 }

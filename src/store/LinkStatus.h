@@ -36,8 +36,6 @@ struct LinkStatus {
     bool isSending = false;
     /// What kind of problem it is, for programs.
     Cause cause = Cause::None;
-    /// How often exchanges have failed.
-    int fault = 0;
 };
 
 /// The files of the last save. A save that is over has either no missing and no replaced files or has failed.

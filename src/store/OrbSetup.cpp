@@ -164,11 +164,7 @@ void OrbSetup::giveUpWaiting()
 void OrbSetup::setLinkStatus(const LinkStatus &status)
 {
     const bool wasRunning = m_linkStatus.state == LinkStatus::State::Running;
-    const bool isFault =
-        status.state == LinkStatus::State::Failed && m_linkStatus.state != LinkStatus::State::Failed;
-    const int faults = m_linkStatus.fault + (isFault ? 1 : 0);
     m_linkStatus = status;
-    m_linkStatus.fault = faults;
     if (!wasRunning || status.state == LinkStatus::State::Running)
         return;
     // Not by a signal: an exchange may end without one.

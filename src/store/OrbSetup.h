@@ -82,6 +82,9 @@ public:
     /// What a message of pseudothrow() about the link means, in plain words for the user (translated); empty
     /// when the message says it itself. Valid from the signal on.
     QString explanation(const QString &message) const { return m_explanations.value(message); }
+    /// True within a signal pseudothrow() that only tells what follows from a failure reported before: the
+    /// recorder has closed the connection after it has refused something.
+    bool isReportingConsequence() const { return m_isReportingConsequence; }
     /// Gives up the exchange that runs or has failed: the connection is cut, nothing more is sent, functions
     /// that wait for its end are not done any more, and the next exchange can start. Files, values and edits
     /// stay; nothing is emitted. Does nothing while the link is idle.
@@ -114,6 +117,7 @@ protected:
     /// The local file \a name, created on first use and kept for the life of the store.
     OrbSettings &settings(const QString &name);
     void setActivity(const QString &text);
+    void setReportingConsequence(bool isReporting) { m_isReportingConsequence = isReporting; }
     void setLinkStatus(const paravue::LinkStatus &status);
     /// Gives up the functions that wait for the link.
     void giveUpWaiting();
@@ -175,6 +179,7 @@ private:
 
     QString m_activity;
     paravue::LinkStatus m_linkStatus;
+    bool m_isReportingConsequence = false;
     paravue::SaveStatus m_saveStatus;
     QHash<QString, QString> m_explanations; ///< by message
     std::function<void()> m_linkReset;

@@ -368,11 +368,8 @@ void CWinMain::slot_onpseudothrow(const QString &s)
     m_parts->dialogs.close(dialogtags::Progress);
     m_progressShown = false;
     // A recorder that has refused something may close the connection any time later.
-    const LinkStatus &link = m_setup->linkStatus();
-    if (link.state == LinkStatus::State::Failed && !m_errors->isOperating()) {
-        if (std::exchange(m_shownFault, link.fault) == link.fault)
-            return m_errors->logConsequence(s);
-    }
+    if (m_setup->isReportingConsequence())
+        return m_errors->logConsequence(s);
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
                                                       : ErrorDisplay::Repeats::Allowed);
 }

@@ -113,7 +113,6 @@ private:
     paravue::LiveAdjustments *m_adjustments = nullptr; ///< null when they are not put back
     QString m_builtFrom;    ///< path of the description that the pages were built from
     QByteArray m_builtText; ///< and its bytes
-    int m_shownFault = 0;   ///< the fault of the link that the last message of the store was about
     int m_progress = 0;
     bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
