@@ -5,6 +5,7 @@
 #include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
 #include "store/PasswordDigest.h"
+#include "support/FullDisk.h"
 #include "support/TestTable.h"
 
 #include <QDir>
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void readsWhatItWrites_data();
     void readsWhatItWrites();
     void worksWithoutAFolder();
+    void keepsTheOldFileOnAFullDisk();
     void giveUpWhenNothingIsInstalled();
     void keepsWhatSeveralProgramsSave();
     void writesLaterWhenAnotherProgramHoldsTheLock();
@@ -187,6 +189,22 @@ void TestSettingsFile::worksWithoutAFolder()
     file.setValue("authorization/remember", "false");
     file.sync();
     QCOMPARE(file.value("authorization/remember"), "false");
+}
+
+void TestSettingsFile::keepsTheOldFileOnAFullDisk()
+{
+    Save(record("first", "admin"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("nothing is remembered"));
+    {
+        const FullDisk full;
+        SettingsFile file;
+        file.setValue("authorization/login", "second");
+        file.sync();
+        QCOMPARE(file.value("authorization/login"), "second");
+    }
+    QCOMPARE(QFileInfo(m_user->settingsPath()).dir().entryList(QDir::Files | QDir::Hidden),
+             QStringList({"settings.ini", "settings.ini.lock"}));
+    QVERIFY(savedCredentials(SettingsFile().all(), "first"));
 }
 
 void TestSettingsFile::giveUpWhenNothingIsInstalled()

@@ -1,5 +1,6 @@
 #include "DescribedWindow.h"
 #include "store/OrbSettings.h"
+#include "support/FullDisk.h"
 #include "ui/binding/FileAccessGuard.h"
 #include "ui/commands/FileCommands.h"
 
@@ -83,6 +84,8 @@ private Q_SLOTS:
     void takesTheFirstExtension();
     void writesAndReadsSettings();
     void showsTheDialogOfAFailedWrite();
+    void keepsTheOldFileOnAFullDisk_data();
+    void keepsTheOldFileOnAFullDisk();
     void copiesAFile();
     void asksAboutPathsOfTheRecorder_data();
     void asksAboutPathsOfTheRecorder();
@@ -213,6 +216,35 @@ void TestFileCommands::showsTheDialogOfAFailedWrite()
     window.window->settingsSlot("write,tmp/untitled/PATH,settings");
     QCOMPARE(dialogs.title(), "Full");
     QCOMPARE(window.messages.texts(), QStringList());
+}
+
+void TestFileCommands::keepsTheOldFileOnAFullDisk_data()
+{
+    QTest::addColumn<QString>("slot");
+    QTest::addColumn<QString>("param");
+    QTest::newRow("settings") << "settingsSlot"
+                              << "write,tmp/untitled/PATH,settings";
+    QTest::newRow("copy") << "saveFileAs"
+                          << "net,tmp/untitled/PATH";
+}
+
+void TestFileCommands::keepsTheOldFileOnAFullDisk()
+{
+    QFETCH(QString, slot);
+    QFETCH(QString, param);
+    FileWindow window;
+    QFile file(window.path("export.ini"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("old") == 3);
+    file.close();
+    window.setPath(file.fileName());
+    ModalWatcher dialogs({}, "QDialog");
+    {
+        const FullDisk full;
+        QVERIFY(QMetaObject::invokeMethod(window.window.get(), qPrintable(slot), Q_ARG(QString, param)));
+    }
+    QCOMPARE(content(file.fileName()), "old");
+    QCOMPARE(QDir(window.folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList("export.ini"));
+    QCOMPARE(dialogs.count() + window.messages.count(), 1);
 }
 
 void TestFileCommands::copiesAFile()

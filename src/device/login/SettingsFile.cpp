@@ -255,9 +255,10 @@ bool SettingsFile::setAside() const
 bool SettingsFile::write(const QByteArray &text) const
 {
     QSaveFile file(path());
-    // While the file is still empty, so that nobody else can read the password digests.
+    // While the file is still empty, so that nobody else can read the password digests. commit() does not
+    // heed that the last bytes cannot be written (Qt 6.4).
     return file.open(QIODevice::WriteOnly) && file.setPermissions(OwnerOnly) &&
-           file.write(text) == text.size() && file.commit();
+           file.write(text) == text.size() && file.flush() && file.commit();
 }
 
 } // namespace paravue
