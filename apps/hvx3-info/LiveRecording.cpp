@@ -18,6 +18,11 @@ constexpr std::chrono::seconds AnswerLimit(12);
 constexpr QByteArrayView Accepted("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
 constexpr QByteArrayView Refused("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n");
 
+MediaError writeError(const QFile &file)
+{
+    return MediaError(QStringLiteral("cannot write %1: %2").arg(file.fileName(), file.errorString()));
+}
+
 /// One connection, from its beginning to its end.
 class LiveRecording
 {
@@ -52,21 +57,28 @@ private:
     void receive()
     {
         const QByteArray bytes = m_socket.readAll();
-        if (m_file.write(bytes) != bytes.size())
-            return end(MediaError(
-                QStringLiteral("cannot write %1: %2").arg(m_file.fileName(), m_file.errorString())));
         if (m_isAccepted)
-            return;
+            return keep(bytes);
         m_answer += bytes;
         if (m_answer.startsWith(Accepted)) {
             m_isAccepted = true;
             m_limit.start(m_duration);
+            // Not before, so that a refused login costs no recording that is to be overwritten.
+            if (!m_file.open(QIODevice::WriteOnly))
+                return end(writeError(m_file));
+            keep(m_answer);
         } else if (m_answer.startsWith(Refused)) {
             end(MediaError(QStringLiteral("the recorder has refused the login"), ExitCode::Login));
         } else if (!Accepted.startsWith(m_answer) && !Refused.startsWith(m_answer)) {
             end(MediaError(QStringLiteral("what answers at %1 is not a recorder").arg(m_address.host),
                            ExitCode::BadData));
         }
+    }
+
+    void keep(const QByteArray &bytes)
+    {
+        if (m_file.write(bytes) != bytes.size())
+            end(writeError(m_file));
     }
 
     void timeIsUp()
@@ -127,11 +139,9 @@ std::optional<VideoAddress> VideoAddress::fromText(const QString &text)
 void recordLive(const VideoAddress &address, std::chrono::seconds duration, const QString &file)
 {
     QFile output(file);
-    if (!output.open(QIODevice::WriteOnly))
-        throw MediaError(QStringLiteral("cannot write %1: %2").arg(file, output.errorString()));
     LiveRecording(address, duration, output).run();
     if (!output.flush())
-        throw MediaError(QStringLiteral("cannot write %1: %2").arg(file, output.errorString()));
+        throw writeError(output);
 }
 
 } // namespace paravue

@@ -1,5 +1,6 @@
 #include "recorder/RecorderServer.h"
 #include "support/EncodedClip.h"
+#include "support/FullDisk.h"
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
@@ -199,6 +200,7 @@ private Q_SLOTS:
     void listsTheVideoOfARecorder();
     void tellsWhyThereIsNoVideo_data();
     void tellsWhyThereIsNoVideo();
+    void keepsTheOldExportOnAFullDisk();
     void handlesCommandLines_data();
     void handlesCommandLines();
 
@@ -597,9 +599,31 @@ void TestHvx3Info::tellsWhyThereIsNoVideo()
             answer.isEmpty() ? client->close() : void(client->write(answer));
         });
     });
-    const Run run = runBeside({QStringLiteral("admin:s3cret@127.0.0.1:%1").arg(server.serverPort())});
+    const QString address = QStringLiteral("admin:s3cret@127.0.0.1:%1").arg(server.serverPort());
+    const QString old = record("old", "old.hvx3");
+    const Run run = runBeside({address, "--force", "--record", old});
     QTEST(run.exitCode, "exitCode");
     QVERIFY2(run.err.contains(says) && !run.err.contains("s3cret"), qPrintable(run.err));
+    QCOMPARE(QFileInfo(old).size(), 3);
+}
+
+void TestHvx3Info::keepsTheOldExportOnAFullDisk()
+{
+    const EncodedClip clip = encodeClip({.encoder = "mjpeg", .size = {64, 48}, .pictures = 1});
+    const QString recording = record(headerOf("mjpeg") + frameAt(1, Video, clip.whole()));
+    QCOMPARE(runProgram({recording, "--export", path("whole.mkv")}).exitCode, 0);
+    const qint64 size = QFileInfo(path("whole.mkv")).size();
+    QFile old(path("old.mkv"));
+    QVERIFY(old.open(QIODevice::ReadWrite) && old.write("old") == 3 && old.flush());
+    for (const qint64 room : {qint64(0), size / 2, size - 1}) {
+        const FullDisk full{rlim_t(room)}; // programs started now have it, too
+        const Run run = runProgram({recording, "--force", "--export", old.fileName()});
+        QCOMPARE(run.exitCode, 6);
+        QVERIFY2(run.err.contains("cannot write " + old.fileName()), qPrintable(run.err));
+        QFile now(old.fileName());
+        QVERIFY(now.open(QIODevice::ReadOnly));
+        QCOMPARE(now.readAll(), "old");
+    }
 }
 
 void TestHvx3Info::handlesCommandLines_data()
