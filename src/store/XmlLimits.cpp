@@ -56,8 +56,16 @@ private:
     {
         if (++m_otherNodes > MaxXmlOtherNodes)
             m_violation = XmlText::tr("it has more than %1 comments and instructions").arg(MaxXmlOtherNodes);
+        count(XmlNodeBytes::Other);
         const qsizetype end = m_text.indexOf(closing, m_pos + opening);
         m_pos = end < 0 ? m_text.size() : end + closing.size();
+    }
+
+    void count(int bytes)
+    {
+        m_treeBytes += bytes;
+        if (m_treeBytes > MaxXmlTreeBytes)
+            m_violation = XmlText::tr("it has too many elements with attributes");
     }
 
     void readDeclaration()
@@ -84,9 +92,9 @@ private:
             attributes += c == '=';
             last = c;
         });
-        m_attributes += attributes;
-        if (m_attributes > MaxXmlAttributes)
-            m_violation = XmlText::tr("it has more than %1 attributes").arg(MaxXmlAttributes);
+        count(XmlNodeBytes::Element);
+        if (attributes > 0)
+            count(XmlNodeBytes::FirstAttribute + (attributes - 1) * XmlNodeBytes::FurtherAttribute);
         if (attributes > MaxXmlAttributesOfOneElement)
             m_violation =
                 XmlText::tr("one element has more than %1 attributes").arg(MaxXmlAttributesOfOneElement);
@@ -120,8 +128,8 @@ private:
     qsizetype m_pos = 0;
     int m_depth = 0;
     int m_elements = 0;
-    int m_attributes = 0;
     int m_otherNodes = 0;
+    qsizetype m_treeBytes = 0;
     std::optional<QString> m_violation;
 };
 

@@ -631,7 +631,7 @@ void TestFaults::descriptionsInAWindow_data()
     row("bomb", "File \"interface\" is too large");
     row("deep", ": its elements are nested more than 64 levels deep");
     row("entities", ": it declares entities");
-    row("controls", ": it has more than 200000 elements");
+    row("controls", ": it has too many elements with attributes");
 }
 
 void TestFaults::descriptionsInAWindow()

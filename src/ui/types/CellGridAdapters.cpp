@@ -46,7 +46,8 @@ public:
               {.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
                .attributes = QList<AttributeRule>{{"ctrlColumns"}, {"ctrlRows"}} + attributes,
                .children = {{"text"}},
-               .keys = {{KeyRule::Rows}}})
+               .keys = {{KeyRule::Rows}},
+               .cost = 4})
     {
     }
 
@@ -55,7 +56,9 @@ public:
         const QDomElement &element = control.element;
         QSize size(lineCount(element, QStringLiteral("ctrlColumns"), UsualGrid.width()),
                    lineCount(element, QStringLiteral("ctrlRows"), UsualGrid.height()));
-        if (!context.take(ControlContext::ListCells, size.height()))
+        // Several of these small cells are painted in the time of one cell of a list.
+        constexpr int CellsPerListCell = 4;
+        if (!context.take(ControlContext::ListCells, size.width() * size.height() / CellsPerListCell))
             size = QSize(1, 1);
         return makeEditor(element, size, parent);
     }

@@ -82,7 +82,8 @@ public:
                                     {SIGNAL(signal_Goto_point_selected(int)), SLOT(onCtrlChanged(int))}},
                         .attributes = {{"points"}},
                         .keys = {{KeyRule::Rows}},
-                        .sizesItself = true})
+                        .sizesItself = true,
+                        .cost = 8})
     {
     }
 
