@@ -1,6 +1,7 @@
 #include "controls/OrbDlgQuestion.h"
 
 #include "controls/DialogLoop.h"
+#include "controls/DialogPlace.h"
 #include "controls/MessageText.h"
 
 #include <QCheckBox>
@@ -71,6 +72,7 @@ QMessageBox::StandardButton OrbDlgQuestion::DoExplained(QWidget *parent, QMessag
         box->setCheckBox(checkBox);
     }
 
+    paravue::DialogPlace::keepCentred(*box);
     // The nested event loop may destroy the parent, and the box with it.
     const QPointer<QMessageBox> alive(box.get());
     paravue::DialogLoop::run(*box);

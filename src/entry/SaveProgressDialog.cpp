@@ -1,5 +1,7 @@
 #include "entry/SaveProgressDialog.h"
 
+#include "controls/DialogPlace.h"
+
 #include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
@@ -19,6 +21,7 @@ SaveProgressDialog::SaveProgressDialog() : m_activity(new QLabel(this)), m_bar(n
 {
     setWindowTitle(tr("Paravue Setup"));
     setModal(true);
+    DialogPlace::keepCentred(*this);
     m_activity->setTextFormat(Qt::PlainText); // names of files come from the recorder
     m_activity->setWordWrap(true);
     auto *stop = new QPushButton(tr("Stop"), this);

@@ -1,5 +1,6 @@
 #include "ModalWatcher.h"
 #include "controls/OrbDlgQuestion.h"
+#include "support/TestTable.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -50,6 +51,8 @@ class TestQuestion : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void standsInTheMiddle_data();
+    void standsInTheMiddle();
     void showsWhatItWasGiven();
     void returnsTheButton_data();
     void returnsTheButton();
@@ -61,6 +64,38 @@ private Q_SLOTS:
     void remembersNotToAskAgain();
     void survivesTheDestructionOfItsParent();
 };
+
+void TestQuestion::standsInTheMiddle_data()
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const paravue::test::TestTable<QRect, bool> row("window", "isInTheMiddle");
+    row("of its window", QRect(40, 60, 500, 400), true);
+    row("of the screen", QRect(), true);
+    row("never beyond the left", QRect(screen.left() - 400, 200, 450, 400), false);
+    row("never beyond the corner", QRect(screen.bottomRight() - QPoint(20, 20), QSize(500, 400)), false);
+}
+
+void TestQuestion::standsInTheMiddle()
+{
+    QFETCH(QRect, window);
+    QFETCH(bool, isInTheMiddle);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget parent;
+    parent.resize(window.size());
+    const bool hasParent = window.isValid();
+    parent.setVisible(hasParent);
+    const OnBox boxes([&](QMessageBox &box) {
+        // The window learns only now where the window manager has put it.
+        if (hasParent)
+            parent.move(window.topLeft());
+        const QRect around = hasParent ? window : screen;
+        const QPoint distance = box.geometry().center() - around.center();
+        QCOMPARE(distance.manhattanLength() <= 8, isInTheMiddle);
+        QVERIFY(screen.contains(box.frameGeometry()));
+    });
+    ask("Short", QMessageBox::Ok, QMessageBox::NoButton, nullptr, hasParent ? &parent : nullptr);
+    QVERIFY(boxes.hasSeen());
+}
 
 void TestQuestion::showsWhatItWasGiven()
 {

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void explainsWhatCannotBeLoaded();
     void leavesOutUnknownTypes();
     void showsTheFrameOfTheDescription();
+    void standsWhereItWasPut();
     void placesTabs();
     void keepsItsOwnSizeWithoutBothNumbers();
     void showsTheNewLanguageOfAnOldDescription();
@@ -178,6 +179,21 @@ void TestWindow::showsTheFrameOfTheDescription()
     DescribedWindow bare(describe(TwoPages));
     QVERIFY(bare.button<QPushButton>("OK"));
     QVERIFY(bare.button<QPushButton>("Cancel"));
+}
+
+/// A window manager that takes up the window reports the corner of the screen for a while.
+void TestWindow::standsWhereItWasPut()
+{
+    StoreFixture fixture(
+        {{"interface", describe("<window><width>500</width><height>400</height></window>")}});
+    fixture.store().blockSignals(true); // load() has not ended yet
+    CWinMain window(&fixture.store(), nullptr);
+    fixture.store().blockSignals(false);
+    const QPoint before = window.geometry().center();
+    window.move(0, 0);
+    fixture.store().load();
+    QCOMPARE(window.size(), QSize(500, 400));
+    QVERIFY((window.geometry().center() - before).manhattanLength() <= 4);
 }
 
 void TestWindow::placesTabs()

@@ -1,5 +1,6 @@
 #include "device/login/cDlg.h"
 
+#include "controls/DialogPlace.h"
 #include "controls/MessageText.h"
 #include "controls/ReadableColors.h"
 #include "controls/SharedPictures.h"
@@ -18,7 +19,6 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
-#include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -89,6 +89,7 @@ cDlg::cDlg(Credentials &record, cODAdaptor *adaptor, QWidget *parent)
           named("buttonBox", new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this)))
 {
     setWindowTitle(tr("Dialog"));
+    DialogPlace::keepCentred(*this);
     registerSharedPictures();
     const QIcon picture(QStringLiteral(":/icons/resources/settings.png"));
     m_icon->setPixmap(picture.pixmap(QSize(PictureSize, PictureSize), devicePixelRatioF()));
@@ -246,25 +247,9 @@ void cDlg::makeRoom()
 /// Makes room first, as Qt gives a new window no more than two thirds of the screen.
 void cDlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous()) {
+    if (!event->spontaneous())
         makeRoom();
-        centre();
-    }
     QDialog::showEvent(event);
-}
-
-/// Qt has placed the dialog before it had its size.
-void cDlg::centre()
-{
-    const QRect ground = screen()->availableGeometry();
-    const QRect above = parentWidget() ? parentWidget()->window()->geometry() : ground;
-    QRect place(QPoint(), size());
-    place.moveCenter(above.center());
-    place.moveRight(std::min(place.right(), ground.right()));
-    place.moveBottom(std::min(place.bottom(), ground.bottom()));
-    place.moveLeft(std::max(place.left(), ground.left()));
-    place.moveTop(std::max(place.top(), ground.top()));
-    move(place.topLeft());
 }
 
 void cDlg::changeEvent(QEvent *event)

@@ -50,7 +50,6 @@ protected:
 private:
     void buildRows();
     void makeRoom();
-    void centre();
     void keepRemember();
     void showNotice();
     void applyPalette();

@@ -1,5 +1,6 @@
 #include "ui/commands/DialogManager.h"
 
+#include "controls/DialogPlace.h"
 #include "ui/base/RetiredWidgets.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
@@ -111,6 +112,7 @@ QDialog *DialogManager::open(const QDomElement &element)
     const quint64 loopsBegun = m_retired.loopsBegun();
     auto *dialog = new QDialog(&m_window);
     dialog->setWindowTitle(title(element));
+    DialogPlace::keepCentred(*dialog);
     const int first = m_context.description().table().nextNumber();
     m_builder.adoptWindow(element, dialog);
     auto *page = new QWidget;

@@ -32,7 +32,7 @@ QTabWidget::TabPosition tabPosition(const QString &word)
 
 } // namespace
 
-FrameBinding::FrameBinding(QDialog &window, const WindowFrame &frame, WindowParts &parts)
+FrameBinding::FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts)
     : m_window(window), m_frame(frame), m_parts(parts), m_headerBase(frame.header()->label()->text()),
       m_okText(frame.okButton()->text()), m_cancelText(frame.cancelButton()->text()),
       m_retiredPages(new QWidget)
@@ -110,7 +110,7 @@ void FrameBinding::applySize()
     const int height = childText(window, QStringLiteral("height")).toInt();
     if (width == 0 || height == 0)
         return;
-    m_frame.place(QSize(width, height), m_window.geometry().center());
+    m_frame.place(QSize(width, height), m_frame.middle());
 }
 
 } // namespace paravue

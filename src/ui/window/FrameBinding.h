@@ -20,7 +20,7 @@ class FrameBinding
 public:
     /// All must outlive the object. The present texts are the defaults; the title is appended to that of the
     /// header.
-    FrameBinding(QDialog &window, const WindowFrame &frame, WindowParts &parts);
+    FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts);
     ~FrameBinding();
 
     /// Builds the pages in place of those that are there. \a shownPage is the page to show; when there is
@@ -36,7 +36,7 @@ private:
     void showButtons();
 
     QDialog &m_window;
-    const WindowFrame &m_frame;
+    WindowFrame &m_frame;
     WindowParts &m_parts;
     QString m_headerBase;
     QString m_okText;

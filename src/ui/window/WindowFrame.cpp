@@ -1,5 +1,6 @@
 #include "ui/window/WindowFrame.h"
 
+#include "controls/DialogPlace.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
 #include "ui/window/LoadingView.h"
@@ -81,12 +82,19 @@ void WindowFrame::placeWindow()
     place(QSize(840, 600), around.center());
 }
 
-void WindowFrame::place(const QSize &size, const QPoint &middle) const
+QPoint WindowFrame::middle() const
+{
+    return m_sincePlaced.hasExpired(DialogPlace::TakeUpTime) ? m_window.geometry().center() : m_middle;
+}
+
+void WindowFrame::place(const QSize &size, const QPoint &middle)
 {
     if (!m_window.isWindow())
         return; // the layout that it stands in decides
     const QWidget *parent = m_window.parentWidget();
     const QRect ground = (parent ? parent->screen() : m_window.screen())->availableGeometry();
+    m_middle = middle;
+    m_sincePlaced.start();
     m_window.resize(size.boundedTo(ground.size()));
     QRect window = m_window.rect(); // larger than asked for where a least size wants it
     window.moveCenter(middle);

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <QElapsedTimer>
+#include <QPoint>
 #include <QString>
 
 class QDialog;
 class QGridLayout;
-class QPoint;
 class QPushButton;
 class QSize;
 class QSizeGrip;
@@ -37,7 +38,10 @@ public:
 
     /// Gives the window this size as far as the screen has room for it, and puts it around \a middle, or as
     /// near to that as the edges of the screen allow.
-    void place(const QSize &size, const QPoint &middle) const;
+    void place(const QSize &size, const QPoint &middle);
+    /// The middle of the window; right after place() the one that it was asked to have, as the window system
+    /// may report others for a while.
+    QPoint middle() const;
     /// Puts the widgets below and above the pages behind them in the tab order.
     void chainTabOrder();
     /// To be called whenever the window was resized.
@@ -50,6 +54,8 @@ private:
 
     QDialog &m_window;
     QString m_recorder;
+    QPoint m_middle; ///< where the window was last asked to stand
+    QElapsedTimer m_sincePlaced;
     WindowHeader *m_header = nullptr;
     QGridLayout *m_pages = nullptr;
     QGridLayout *m_buttons = nullptr;
