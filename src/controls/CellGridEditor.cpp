@@ -31,7 +31,7 @@ bool isForFrame(const QKeyEvent &event)
 
 CellGridEditor::CellGridEditor(const QSize &size, QWidget *parent)
     : PictureView(parent), m_cells(size.expandedTo({1, 1})), m_strip(*this), m_frame(gridSize()),
-      m_gesture(*this, EditGesture::Interruption::Drops, EditGesture::Report::EachStep)
+      m_gesture(*this, EditGesture::Interruption::Drops, &m_history)
 {
     setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::PreventContextMenu);
@@ -43,6 +43,8 @@ bool CellGridEditor::setRows(const QStringList &rows)
     if (!m_cells.setTexts(rows))
         return false;
     m_gesture.textsReplaced();
+    if (m_gesture.isDragging())
+        paintWay(0);
     stateChanged();
     return true;
 }
@@ -179,28 +181,37 @@ bool CellGridEditor::beginDrag(const QMouseEvent &press)
     if (!pictureRect().contains(position))
         return false;
     const QPoint cell = cellAt(position);
-    m_stroke = {isLeft ? brushFor(cell) : Brush::EraseAny, cell};
+    m_stroke = {isLeft ? brushFor(cell) : Brush::EraseAny, {cell}};
     return true;
 }
 
-/// A quick mouse passes many cells between two events; they are painted as well.
 void CellGridEditor::dragTo(const QPointF &position)
 {
-    const QPoint end = cellAt(position.toPoint());
-    const QPoint start = m_stroke.last;
-    const QPoint way = end - start;
-    const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
-    for (int step = 0; step <= steps; ++step)
-        apply(m_stroke.brush,
-              start + QPoint(qRound(double(way.x()) * step / steps), qRound(double(way.y()) * step / steps)));
-    m_stroke.last = end;
-    select(CellFrame(gridSize(), end, end));
+    const QPoint cell = cellAt(position.toPoint());
+    if (m_stroke.way.size() > 1 && m_stroke.way.constLast() == cell)
+        return;
+    m_stroke.way.append(cell);
+    paintWay(m_stroke.way.size() - 2);
+    select(CellFrame(gridSize(), cell, cell));
 }
 
-void CellGridEditor::cancelDrag(const QStringList &before)
+/// A quick mouse passes many cells between two places of its way; they are painted as well.
+void CellGridEditor::paintWay(qsizetype start)
 {
-    if (setRows(before))
-        Q_EMIT valueChanged();
+    for (qsizetype i = start + 1; i < m_stroke.way.size(); ++i) {
+        const QPoint from = m_stroke.way[i - 1];
+        const QPoint way = m_stroke.way[i] - from;
+        const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
+        for (int step = 0; step <= steps; ++step)
+            apply(m_stroke.brush, from + QPoint(qRound(double(way.x()) * step / steps),
+                                                qRound(double(way.y()) * step / steps)));
+    }
+}
+
+void CellGridEditor::restore(const QStringList &rows)
+{
+    m_cells.setTexts(rows);
+    stateChanged();
 }
 
 void CellGridEditor::textsEdited(const QStringList &, const QStringList &)
@@ -208,9 +219,19 @@ void CellGridEditor::textsEdited(const QStringList &, const QStringList &)
     Q_EMIT valueChanged();
 }
 
+EditActions CellGridEditor::editActions()
+{
+    return historyActions(m_gesture);
+}
+
+bool CellGridEditor::event(QEvent *event)
+{
+    return claimKey([this] { return editActions(); }, *event) || PictureView::event(event);
+}
+
 void CellGridEditor::keyPressEvent(QKeyEvent *event)
 {
-    if (m_gesture.takeKey(*event))
+    if (m_gesture.takeKey(*event) || performByKey(editActions(), *event))
         return;
     if (event->matches(QKeySequence::SelectAll)) {
         select(CellFrame(gridSize(), {0, 0}, m_frame.lastCell()));

@@ -4,7 +4,9 @@
 #include "controls/CellRows.h"
 #include "controls/CellStyle.h"
 #include "controls/ChipStrip.h"
+#include "controls/EditActions.h"
 #include "controls/EditGesture.h"
+#include "controls/EditHistory.h"
 #include "controls/PictureView.h"
 
 namespace paravue
@@ -18,7 +20,7 @@ namespace paravue
 /// Keys: arrows, Home, End, Page Up and Page Down (Home and End with Ctrl: the corners) go to a cell; with
 /// Shift they extend the selected rectangle, Ctrl+A selects all cells. Space paints the selection, or erases
 /// the chosen kind there when the cell where the selection began has it; Delete and Backspace erase any mark;
-/// 1 to 9 choose a kind; Escape undoes what the held button has done so far.
+/// 1 to 9 choose a kind; Ctrl+Z and Ctrl+Shift+Z undo and redo; Escape cancels what the held button has done.
 class CellGridEditor : public PictureView, private EditGesture::Editor
 {
     Q_OBJECT
@@ -31,7 +33,8 @@ public:
 
     /// The rows in the form that CellRows documents.
     QStringList rows() const { return m_cells.texts(); }
-    /// Emits nothing. Returns false when they are shown already.
+    /// Emits nothing; a drag goes on with the new rows. Returns false when they are shown already, otherwise
+    /// nothing can be undone any more.
     bool setRows(const QStringList &rows);
 
     /// The names of the kinds, 1 to 9 of them. Returns false when they have these names already.
@@ -47,7 +50,7 @@ public Q_SLOTS:
     void slot_Choose_kind(const QString &number);
 
 Q_SIGNALS:
-    /// The user has painted.
+    /// The user has changed the rows; emitted once for each drag.
     void valueChanged();
 
 protected:
@@ -60,6 +63,7 @@ protected:
     void paintOver(QPainter &painter, const QRect &dirty) override;
     int footerHeight(int width) const override;
     void paintFooter(QPainter &painter) override;
+    bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -69,10 +73,10 @@ protected:
 
 private:
     enum class Brush { Paint, EraseKind, EraseAny };
-    /// What a held button does, and the last cell that it was done to.
+    /// What a held button does, and the way of the mouse.
     struct Stroke {
         Brush brush;
-        QPoint last;
+        QList<QPoint> way;
     };
 
     /// The left and top edges of the cells in the widget, and behind them the end of the last ones.
@@ -90,7 +94,7 @@ private:
     QStringList texts() const override { return rows(); }
     bool beginDrag(const QMouseEvent &press) override;
     void dragTo(const QPointF &position) override;
-    void cancelDrag(const QStringList &before) override;
+    void restore(const QStringList &rows) override;
     void textsEdited(const QStringList &before, const QStringList &after) override;
 
     QSize gridSize() const { return m_cells.size(); }
@@ -98,6 +102,8 @@ private:
     Borders borders() const;
 
     void choose(int kind);
+    EditActions editActions();
+    void paintWay(qsizetype start);
     void select(const CellFrame &frame);
     Brush brushFor(const QPoint &cell) const;
     bool apply(Brush brush, const QPoint &cell);
@@ -111,6 +117,7 @@ private:
     int m_kind = 1;
     CellFrame m_frame;
     Stroke m_stroke{};
+    EditHistory m_history;
     EditGesture m_gesture;
 };
 

@@ -1,5 +1,7 @@
 #include "controls/EditGesture.h"
 
+#include "controls/EditHistory.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -18,7 +20,7 @@ void EditGesture::press(const QMouseEvent &event)
     if (m_drag || !m_editor.beginDrag(event))
         return;
     m_drag = Drag{button, m_editor.texts()};
-    step(event.position());
+    m_editor.dragTo(event.position());
 }
 
 void EditGesture::move(const QMouseEvent &event)
@@ -26,7 +28,7 @@ void EditGesture::move(const QMouseEvent &event)
     if (m_drag && !(event.buttons() & m_drag->button))
         interrupt();
     if (m_drag)
-        step(event.position());
+        m_editor.dragTo(event.position());
 }
 
 void EditGesture::release(const QMouseEvent &event)
@@ -63,29 +65,57 @@ void EditGesture::perform(const std::function<void()> &change)
 {
     const QStringList before = m_editor.texts();
     change();
+    record(before);
+}
+
+bool EditGesture::canUndo() const
+{
+    return m_history && !m_drag && m_history->canUndo();
+}
+
+bool EditGesture::canRedo() const
+{
+    return m_history && !m_drag && m_history->canRedo();
+}
+
+void EditGesture::undo()
+{
+    if (!canUndo())
+        return;
+    const QStringList before = m_editor.texts();
+    m_editor.restore(m_history->undo(before));
+    report(before);
+}
+
+void EditGesture::redo()
+{
+    if (!canRedo())
+        return;
+    const QStringList before = m_editor.texts();
+    m_editor.restore(m_history->redo(before));
     report(before);
 }
 
 void EditGesture::textsReplaced()
 {
+    if (m_history)
+        m_history->clear();
     if (m_drag)
         m_drag->before = m_editor.texts();
 }
 
-void EditGesture::step(const QPointF &position)
-{
-    const QStringList before = m_editor.texts();
-    m_editor.dragTo(position);
-    if (m_report == Report::EachStep)
-        report(before);
-}
-
 void EditGesture::end()
 {
-    QStringList before = std::exchange(m_drag, std::nullopt)->before;
-    if (m_report == Report::EachStep)
-        before = m_editor.texts();
+    const QStringList before = std::exchange(m_drag, std::nullopt)->before;
     m_editor.drop();
+    record(before);
+}
+
+void EditGesture::record(const QStringList &before)
+{
+    const QStringList after = m_editor.texts();
+    if (m_history && after != before)
+        m_history->record(before, after);
     report(before);
 }
 

@@ -12,9 +12,11 @@ class QMouseEvent;
 namespace paravue
 {
 
+class EditHistory;
+
 /// The gestures by which the user changes the texts of an editor: drags from the press of a mouse button to
 /// its release, and changes that are made at once, such as by a key. Every change by the user goes through
-/// here, and the end of a gesture knows the texts before and after it.
+/// here, and the end of a gesture knows the texts before and after it: a history has one step for each.
 ///
 /// The widget forwards its mouse events, its keys and the loss of its focus.
 class EditGesture
@@ -34,18 +36,19 @@ public:
         /// The drag is over, and this is the last change that belongs to it.
         virtual void drop() {}
         /// The drag is over and shall leave the texts \a before.
-        virtual void cancelDrag(const QStringList &before) = 0;
+        virtual void cancelDrag(const QStringList &before) { restore(before); }
+        /// Shows \a texts again, which are of a drag that is cancelled or of a step that is undone or redone.
+        virtual void restore(const QStringList &) {}
         /// The user has changed the texts.
         virtual void textsEdited(const QStringList &before, const QStringList &after) = 0;
     };
 
     /// What becomes of a drag when its release is missed or the focus is lost.
     enum class Interruption { Drops, Cancels };
-    /// Whether a drag is one change, or each of its steps.
-    enum class Report { WholeDrag, EachStep };
 
-    EditGesture(Editor &editor, Interruption interruption, Report report)
-        : m_editor(editor), m_interruption(interruption), m_report(report)
+    /// \a history may be null.
+    EditGesture(Editor &editor, Interruption interruption, EditHistory *history = nullptr)
+        : m_editor(editor), m_interruption(interruption), m_history(history)
     {
     }
 
@@ -65,7 +68,15 @@ public:
 
     /// Makes a change at once.
     void perform(const std::function<void()> &change);
-    /// The texts have been replaced from outside; cancelling the drag restores these and not the former ones.
+
+    /// Never during a drag.
+    bool canUndo() const;
+    bool canRedo() const;
+    void undo();
+    void redo();
+
+    /// The texts have been replaced from outside. Cancelling the drag restores these and not the former ones,
+    /// and the steps that led to the former ones are forgotten.
     void textsReplaced();
 
 private:
@@ -74,13 +85,13 @@ private:
         QStringList before;
     };
 
-    void step(const QPointF &position);
     void end();
+    void record(const QStringList &before);
     void report(const QStringList &before);
 
     Editor &m_editor;
     Interruption m_interruption;
-    Report m_report;
+    EditHistory *m_history;
     std::optional<Drag> m_drag;
 };
 

@@ -35,8 +35,7 @@ QList<QLineF> armsAround(const QPointF &position, double length)
 } // namespace
 
 PtzCalibrator::PtzCalibrator(int points, QWidget *parent)
-    : PtzView(parent), m_strip(*this),
-      m_gesture(*this, EditGesture::Interruption::Cancels, EditGesture::Report::WholeDrag)
+    : PtzView(parent), m_strip(*this), m_gesture(*this, EditGesture::Interruption::Cancels)
 {
     setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::PreventContextMenu);

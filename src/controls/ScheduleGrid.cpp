@@ -17,7 +17,7 @@ constexpr QSize WeekSize(WeekPlan::Hours, WeekPlan::Days);
 
 ScheduleGrid::ScheduleGrid(QWidget *parent)
     : QWidget(parent), m_kinds(usualScheduleKinds()), m_frame(WeekSize),
-      m_gesture(*this, EditGesture::Interruption::Drops, EditGesture::Report::WholeDrag)
+      m_gesture(*this, EditGesture::Interruption::Drops, &m_history)
 {
     installAccessibleSchedule();
     setObjectName(QStringLiteral("scheduleGrid"));
@@ -65,6 +65,11 @@ void ScheduleGrid::textsEdited(const QStringList &, const QStringList &)
     update();
     announceSchedule(*this);
     Q_EMIT edited();
+}
+
+EditActions ScheduleGrid::editActions()
+{
+    return historyActions(m_gesture);
 }
 
 void ScheduleGrid::setKind(int number)
@@ -205,9 +210,9 @@ void ScheduleGrid::paintTo(const PlanCell &cell)
     select(CellFrame(WeekSize, near, far));
 }
 
-void ScheduleGrid::cancelDrag(const QStringList &before)
+void ScheduleGrid::restore(const QStringList &days)
 {
-    m_plan.setTexts(before);
+    m_plan.setTexts(days);
     update();
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "controls/CellFrame.h"
+#include "controls/EditActions.h"
 #include "controls/EditGesture.h"
+#include "controls/EditHistory.h"
 #include "controls/ScheduleGeometry.h"
 #include "controls/ScheduleKinds.h"
 #include "controls/WeekPlan.h"
@@ -31,10 +33,12 @@ public:
     const QStringList &dayNames() const { return m_dayNames; }
 
     const WeekPlan &plan() const { return m_plan; }
-    /// Emits nothing. A drag goes on with the new plan.
+    /// Emits nothing. A drag goes on with the new plan, and nothing can be undone any more.
     void setPlan(const WeekPlan &plan);
     /// Changes the plan as if the user did.
     void edit(const WeekPlan &plan);
+
+    EditActions editActions();
 
     /// The kind that is painted with.
     int kind() const { return m_kind; }
@@ -73,7 +77,7 @@ private:
     QStringList texts() const override { return m_plan.texts(); }
     bool beginDrag(const QMouseEvent &press) override;
     void dragTo(const QPointF &position) override;
-    void cancelDrag(const QStringList &before) override;
+    void restore(const QStringList &days) override;
     void textsEdited(const QStringList &before, const QStringList &after) override;
 
     void measure();
@@ -99,6 +103,7 @@ private:
     CellFrame m_frame;   ///< a column is an hour, a row a day
     PlanRange m_pressed; ///< where the drag began
     bool m_erases = false;
+    EditHistory m_history;
     EditGesture m_gesture;
     std::optional<std::u32string> m_copied; ///< the hours of a day
 };

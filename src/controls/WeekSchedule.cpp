@@ -142,13 +142,19 @@ void WeekSchedule::changeEvent(QEvent *event)
         arrangeTools();
 }
 
+/// A key goes from the grid or the button that has the focus to this widget, unless they use it.
+bool WeekSchedule::event(QEvent *event)
+{
+    return claimKey([this] { return m_grid->editActions(); }, *event) || QWidget::event(event);
+}
+
 /// Keys that the grid and the buttons have left. Escape would close the window and Enter press its OK.
 void WeekSchedule::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         if (auto *button = qobject_cast<QAbstractButton *>(focusWidget()))
             button->click();
-    } else if (event->key() != Qt::Key_Escape) {
+    } else if (event->key() != Qt::Key_Escape && !performByKey(m_grid->editActions(), *event)) {
         QWidget::keyPressEvent(event);
     }
 }

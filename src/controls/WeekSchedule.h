@@ -35,7 +35,7 @@ public:
     bool setKinds(const ScheduleKinds &kinds);
 
     QStringList days() const;
-    /// Emits nothing. Returns false when these are shown already.
+    /// Emits nothing. Returns false when these are shown already, otherwise nothing can be undone any more.
     bool setDays(const QStringList &days);
 
 public Q_SLOTS:
@@ -47,6 +47,7 @@ Q_SIGNALS:
     void valueChanged();
 
 protected:
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 

@@ -3,8 +3,10 @@
 #include "ui/DescribedWindow.h"
 
 #include <QAccessible>
+#include <QAction>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QSignalSpy>
 
 #include <algorithm>
 
@@ -60,6 +62,7 @@ private Q_SLOTS:
     void paints_data();
     void paints();
     void undoesItsOwnPaintingOnly();
+    void leavesKeysToTheWindow();
     void choosesZonesInTheStrip();
     void boundsItsSize();
     void showsPicturesUnderItsCells();
@@ -86,7 +89,7 @@ void TestCellGrids::paints_data()
     row("drag that begins outside", Mask, none, "L-1,1 M2,1 U", none);
     row("drag from a masked cell", Mask, "0110/0000/0000", "L1,0 M3,0 M3,1 U", none);
     row("right button", Mask, "1111/0000/0000", "R3,0 M1,0 U", "1000/0000/0000");
-    row("right button while the left is held", Mask, none, "L0,0 R1,0 M2,0 U", "1110/0000/0000");
+    row("right button while the left is held", Mask, none, "L0,0 R1,0 M2,0 U F", "1110/0000/0000");
     row("escape in a drag", Mask, "0010/0000/0000", "L0,0 M3,0 Esc M3,2 U", "0010/0000/0000");
     row("drag that loses the focus", Mask, none, "L0,0 M1,0 F M3,0 U", "1100/0000/0000");
     row("space", Mask, none, "Right Down Space Down Space Up Space", "0000/0000/0100");
@@ -104,6 +107,11 @@ void TestCellGrids::paints_data()
     row("rectangle to the first corner", Mask, none, "Right Down Shift+Ctrl+Home Space", "1100/1100/0000");
     row("all", Mask, none, "Ctrl+A Space", "1111/1111/1111");
     row("clear all", Mask, "0110/1111/0001", "Ctrl+A Del", none);
+
+    row("undo", Mask, none, "L0,0 M2,0 U Down Space Ctrl+Z", "1110/0000/0000");
+    row("undo of a drag", Mask, "0001/0x00/0000", "L0,0 M2,0 M2,1 U Ctrl+Z", "0001/0x00/0000");
+    row("redo", Mask, none, "Space Right Space Ctrl+Z Ctrl+Z Ctrl+Shift+Z", "1000/0000/0000");
+    row("undo of what a short row has grown by", Mask, "1//0000", "L2,0 U L2,1 U Ctrl+Z Ctrl+Z", "1//0000");
 
     row("zone", Zones, none, "2 L0,0 M1,0 U 3 Down Space", "2200/0300/0000");
     row("zone that does not exist", Zones, none, "5 Space", "1000/0000/0000");
@@ -158,9 +166,39 @@ void TestCellGrids::undoesItsOwnPaintingOnly()
     perform(*editor, "L0,0");
     window.window->setValue("motion/cam0/MASK2/1111");
     perform(*editor, "M1,0 Esc U");
-    QCOMPARE(editor->rows(), QStringList({"1000", "0000", "1111"}));
+    QCOMPARE(editor->rows(), QStringList({"0000", "0000", "1111"}));
     QCOMPARE(window.value("motion/cam0/MASK2"), "1111");
     QVERIFY(window.window->isVisible());
+    // What is held is painted over a row that has come meanwhile.
+    perform(*editor, "L0,1 M1,1");
+    window.window->setValue("motion/cam0/MASK1/00x0");
+    perform(*editor, "M1,0 F");
+    editor->setFocus();
+    QCOMPARE(editor->rows(), QStringList({"0100", "11x0", "1111"}));
+    QCOMPARE(window.value("motion/cam0/MASK1"), "11x0");
+    window.window->onLoadDone(); // the same values
+    perform(*editor, "Ctrl+Z");
+    QCOMPARE(editor->rows(), QStringList({"0000", "00x0", "1111"}));
+    window.window->setValue("motion/cam0/MASK0/0001");
+    perform(*editor, "Ctrl+Shift+Z");
+    QCOMPARE(editor->rows(), QStringList({"0001", "00x0", "1111"}));
+}
+
+/// A window may have an undo of its own; the control that has the focus comes first while it has something
+/// to undo.
+void TestCellGrids::leavesKeysToTheWindow()
+{
+    DescribedWindow window(page(Mask), {{"motion", storedRows("0000/0000/0000")}});
+    auto *editor = window.widget<CellGridEditor>();
+    editor->setFocus();
+    QAction undo;
+    undo.setShortcut(Qt::CTRL | Qt::Key_Z);
+    window.window->addAction(&undo);
+    QSignalSpy undone(&undo, &QAction::triggered);
+    perform(*editor, "Space Ctrl+Z");
+    QCOMPARE(undone.size(), 0);
+    perform(*editor, "Ctrl+Z");
+    QCOMPARE(undone.size(), 1);
 }
 
 void TestCellGrids::choosesZonesInTheStrip()

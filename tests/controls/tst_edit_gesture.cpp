@@ -1,28 +1,30 @@
 #include "controls/CellFrame.h"
 #include "controls/EditGesture.h"
+#include "controls/EditHistory.h"
+#include "support/TestTable.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTest>
 
 using namespace paravue;
+using namespace paravue::test;
 
 namespace
 {
 
 using Interruption = EditGesture::Interruption;
-using Report = EditGesture::Report;
 
 /// An editor of one text. A drag adds a letter for each position, and "." when it is dropped; nothing can be
 /// dragged with the right button.
 class Editor : public EditGesture::Editor
 {
 public:
-    Editor(Interruption interruption, Report report) : m_gesture(*this, interruption, report) {}
+    explicit Editor(Interruption interruption) : m_gesture(*this, interruption, &m_history) {}
 
     /// "L", "R" and "l", "r" press and release a button; "m" moves the mouse with the left one held, "n"
     /// without any; "e" is Escape, "E" Enter, "k" another key; "f" loses the focus; "p" changes the text at
-    /// once, "s" replaces it from elsewhere.
+    /// once, "s" replaces it from elsewhere; "u" undoes and "U" redoes.
     void perform(const QString &steps)
     {
         for (const QChar step : steps)
@@ -55,6 +57,10 @@ private:
             return m_gesture.interrupt();
         case u'p':
             return m_gesture.perform([this] { text += u'p'; });
+        case u'u':
+            return m_gesture.undo();
+        case u'U':
+            return m_gesture.redo();
         case u's':
             text = u's';
             return m_gesture.textsReplaced();
@@ -70,12 +76,13 @@ private:
     bool beginDrag(const QMouseEvent &press) override { return press.button() == Qt::LeftButton; }
     void dragTo(const QPointF &) override { text += u'd'; }
     void drop() override { text += u'.'; }
-    void cancelDrag(const QStringList &before) override { text = before[0]; }
+    void restore(const QStringList &texts) override { text = texts[0]; }
     void textsEdited(const QStringList &before, const QStringList &after) override
     {
         reports << before[0] + u'>' + after[0];
     }
 
+    EditHistory m_history;
     EditGesture m_gesture;
 };
 
@@ -88,6 +95,9 @@ class TestEditGesture : public QObject
 private Q_SLOTS:
     void reportsChanges_data();
     void reportsChanges();
+    void remembersWhatDiffers_data();
+    void remembersWhatDiffers();
+    void forgetsTheFirstSteps();
     void movesTheFrame_data();
     void movesTheFrame();
 };
@@ -95,48 +105,92 @@ private Q_SLOTS:
 void TestEditGesture::reportsChanges_data()
 {
     QTest::addColumn<Interruption>("interruption");
-    QTest::addColumn<Report>("report");
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("reports");
     QTest::addColumn<QString>("unusedKeys");
 
-    const auto row = [](const char *name, Interruption interruption, Report report, const QString &steps,
+    const auto row = [](const char *name, Interruption interruption, const QString &steps,
                         const QString &text, const QString &reports, const QString &unusedKeys = {}) {
-        QTest::newRow(name) << interruption << report << steps << text << reports << unusedKeys;
+        QTest::newRow(name) << interruption << steps << text << reports << unusedKeys;
     };
     using enum Interruption;
-    using enum Report;
-    row("drag", Cancels, WholeDrag, "Lmml", "ddd.", ">ddd.");
-    row("drag in steps", Drops, EachStep, "Lml", "dd.", ">d d>dd dd>dd.");
-    row("button that begins no drag", Cancels, WholeDrag, "Rmr", "", "");
-    row("other button in a drag", Cancels, WholeDrag, "LRrml", "dd.", ">dd.");
-    row("moves outside of a drag", Cancels, WholeDrag, "mLlm", "d.", ">d.");
-    row("change at once", Drops, EachStep, "pp", "pp", ">p p>pp");
-    row("keys outside of a drag", Drops, EachStep, "keELlke", "d.", ">d d>d.", "kk");
-    row("escape", Cancels, WholeDrag, "pLmkeml", "p", ">p");
-    row("escape after another text", Cancels, WholeDrag, "Lsme", "s", "");
-    row("drop after another text", Cancels, WholeDrag, "Lsml", "sd.", "s>sd.");
+    row("drag", Cancels, "Lmml", "ddd.", ">ddd.");
+    row("button that begins no drag", Cancels, "Rmr", "", "");
+    row("other button in a drag", Cancels, "LRrml", "dd.", ">dd.");
+    row("moves outside of a drag", Cancels, "mLlm", "d.", ">d.");
+    row("change at once", Drops, "pp", "pp", ">p p>pp");
+    row("keys outside of a drag", Drops, "keELlke", "d.", ">d.", "kk");
+    row("escape", Cancels, "pLmkeml", "p", ">p");
+    row("escape after another text", Cancels, "Lsme", "s", "");
+    row("drop after another text", Cancels, "Lsml", "sd.", "s>sd.");
 
-    row("missed release that drops", Drops, WholeDrag, "Lmnm", "dd.", ">dd.");
-    row("missed release that cancels", Cancels, WholeDrag, "Lmnm", "", "");
-    row("second press after a missed release", Cancels, WholeDrag, "LmLl", "d.", ">d.");
-    row("second press that drops", Drops, WholeDrag, "LLl", "d.d.", ">d. d.>d.d.");
-    row("focus that drops", Drops, WholeDrag, "Lfm", "d.", ">d.");
-    row("focus that cancels", Cancels, WholeDrag, "Lfm", "", "");
-    row("focus without a drag", Drops, WholeDrag, "f", "", "");
+    row("missed release that drops", Drops, "Lmnm", "dd.", ">dd.");
+    row("missed release that cancels", Cancels, "Lmnm", "", "");
+    row("second press after a missed release", Cancels, "LmLl", "d.", ">d.");
+    row("second press that drops", Drops, "LLl", "d.d.", ">d. d.>d.d.");
+    row("focus that drops", Drops, "Lfm", "d.", ">d.");
+    row("focus that cancels", Cancels, "Lfm", "", "");
+    row("focus without a drag", Drops, "f", "", "");
+
+    row("undo and redo of drags", Drops, "LmlLluuUUU", "dd.d.",
+        ">dd. dd.>dd.d. dd.d.>dd. dd.> >dd. dd.>dd.d.");
+    row("undo of a change at once", Drops, "ppu", "p", ">p p>pp pp>p");
+    row("nothing to undo", Drops, "uUpUuu", "", ">p p>");
+    row("change after an undo", Drops, "pupU", "p", ">p p> >p");
+    row("no undo in a drag", Cancels, "pLuml", "pdd.", ">p p>pdd.");
+    row("cancelled drag", Cancels, "pLmeu", "", ">p p>");
+    row("other text after a step", Drops, "psuU", "s", ">p");
+    row("other text after an undo", Drops, "pusU", "s", ">p p>");
 }
 
 void TestEditGesture::reportsChanges()
 {
     QFETCH(Interruption, interruption);
-    QFETCH(Report, report);
     QFETCH(QString, steps);
-    Editor editor(interruption, report);
+    Editor editor(interruption);
     editor.perform(steps);
     QTEST(editor.text, "text");
     QTEST(editor.reports.join(u' '), "reports");
     QTEST(editor.unusedKeys, "unusedKeys");
+}
+
+void TestEditGesture::remembersWhatDiffers_data()
+{
+    const TestTable<QString, QString> row("before", "after");
+    row("one character", "0000", "0100");
+    row("several texts", "0000/1111/22", "0100/1111/23");
+    row("longer", "00", "0011");
+    row("shorter", "0011", "00");
+    row("from nothing", "/1", "000/1");
+    row("to nothing", "0/1", "/1");
+    row("repeated characters", "aaa", "aaaaa");
+    row("fewer repeated characters", "abab", "ab");
+    row("halves of a character in common", QString::fromUtf8("🎥x"), QString::fromUtf8("🎦x"));
+}
+
+void TestEditGesture::remembersWhatDiffers()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    EditHistory history;
+    history.record(before.split(u'/'), after.split(u'/'));
+    for (int turn = 0; turn < 2; ++turn) {
+        QCOMPARE(history.undo(after.split(u'/')), before.split(u'/'));
+        QCOMPARE(history.redo(before.split(u'/')), after.split(u'/'));
+    }
+}
+
+void TestEditGesture::forgetsTheFirstSteps()
+{
+    EditHistory history;
+    const int steps = EditHistory::MaxSteps + 20;
+    for (int step = 0; step < steps; ++step)
+        history.record({QString::number(step)}, {QString::number(step + 1)});
+    QStringList texts{QString::number(steps)};
+    while (history.canUndo())
+        texts = history.undo(texts);
+    QCOMPARE(texts, QStringList("20"));
 }
 
 void TestEditGesture::movesTheFrame_data()

@@ -71,7 +71,7 @@ private:
         } else if (verb == "key") {
             QTest::keySequence(m_grid, keys(object));
         } else if (verb == "type") { // wherever the focus is
-            QTest::keySequence(QApplication::focusWidget(), keys(object));
+            QTest::keySequence(m_schedule->window()->focusWidget(), keys(object));
         } else if (verb == "legend") {
             QTest::mouseClick(button(object), Qt::LeftButton);
         } else {
@@ -219,6 +219,11 @@ void TestSchedule::paints_data()
     row("clear the day", "press:-1,-1 release press:0,4 release Clear:Fri",
         {{0, on}, {1, on}, {2, on}, {3, on}, {4, QString(24, u'0')}, {5, on}, {6, on}}, 2);
     row("clear the week", "press:1,0 release Clear:Wholeweek", {{0, "00"}}, 2);
+    row("undo", "press:3,1 drag:5,2 release key:Ctrl+Home key:Space key:Ctrl+Z",
+        {{1, "000111"}, {2, "000111"}}, 3);
+    row("redo", "key:Space key:Ctrl+Z key:Ctrl+Shift+Z", {{0, "1"}}, 3);
+    row("undo behind a menu", "press:1,5 release Copy:Wholeweek type:Ctrl+Z", {{5, "01"}}, 3);
+    row("undo in the legend", "press:1,5 release type:Tab type:Ctrl+Z", {}, 2);
     row("kind by the keys of the legend", "type:Tab type:Right key:Space", {{0, "2"}});
 }
 
@@ -316,6 +321,8 @@ void TestSchedule::followsTheStore()
     QCOMPARE(first->days(), QStringList({"11", "11", "11", "3", "11", "11", "11"}));
     QCOMPARE(second->days(), first->days());
     QCOMPARE(edits.size(), 0);
+    user.does("press:0,3 release key:Ctrl+Z key:Ctrl+Z");
+    QCOMPARE(first->days().value(3), "3"); // what was painted before the value came stays
     window.button<QPushButton>("")->click();
     QCOMPARE(window.value("plan/untitled/DAY3"), "0");
     QCOMPARE(first->days().value(0), "00");

@@ -1,0 +1,67 @@
+#include "controls/EditActions.h"
+
+#include "controls/EditGesture.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace paravue
+{
+namespace
+{
+
+class ActionText
+{
+    Q_DECLARE_TR_FUNCTIONS(paravue::EditActions)
+};
+
+const EditAction *actionFor(const EditActions &actions, const QKeyEvent &event)
+{
+    const QKeySequence key(
+        QKeyCombination(event.modifiers() & ~Qt::KeypadModifier, static_cast<Qt::Key>(event.key())));
+    const auto action = std::find_if(actions.cbegin(), actions.cend(), [&](const EditAction &action) {
+        return action.isPossible && action.keys.contains(key);
+    });
+    return action == actions.cend() ? nullptr : &*action;
+}
+
+/// The keys of the platform for it, and the one that is usual in most programs.
+QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequence &usual)
+{
+    QList<QKeySequence> keys{usual};
+    for (const QKeySequence &key : QKeySequence::keyBindings(standard)) {
+        if (!keys.contains(key))
+            keys.append(key);
+    }
+    return keys;
+}
+
+} // namespace
+
+EditActions historyActions(EditGesture &gesture)
+{
+    return {{ActionText::tr("Undo"), keysFor(QKeySequence::Undo, Qt::CTRL | Qt::Key_Z),
+             [&gesture] { gesture.undo(); }, gesture.canUndo()},
+            {ActionText::tr("Redo"), keysFor(QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+             [&gesture] { gesture.redo(); }, gesture.canRedo()}};
+}
+
+bool performByKey(const EditActions &actions, const QKeyEvent &event)
+{
+    const EditAction *action = actionFor(actions, event);
+    if (action)
+        action->perform();
+    return action;
+}
+
+bool claimKey(const std::function<EditActions()> &actions, QEvent &event)
+{
+    if (event.type() != QEvent::ShortcutOverride || !actionFor(actions(), static_cast<QKeyEvent &>(event)))
+        return false;
+    event.accept();
+    return true;
+}
+
+} // namespace paravue
