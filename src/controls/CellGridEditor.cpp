@@ -2,7 +2,6 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +12,6 @@ namespace
 {
 
 constexpr int LongestName = 100; // more than a line has room for
-constexpr int SmallestLinedCell = 4;
 
 bool isShiftOnly(Qt::KeyboardModifiers modifiers)
 {
@@ -34,7 +32,6 @@ CellGridEditor::CellGridEditor(const QSize &size, QWidget *parent)
       m_gesture(*this, EditGesture::Interruption::Drops, &m_history)
 {
     setFocusPolicy(Qt::StrongFocus);
-    setContextMenuPolicy(Qt::PreventContextMenu);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -43,8 +40,8 @@ bool CellGridEditor::setRows(const QStringList &rows)
     if (!m_cells.setTexts(rows))
         return false;
     m_gesture.textsReplaced();
-    if (m_gesture.isDragging())
-        paintWay(0);
+    if (m_gesture.isDragging() && !m_stroke.isClick)
+        m_tool == Tool::Rectangle ? paintRectangle() : paintWay(0);
     stateChanged();
     return true;
 }
@@ -54,9 +51,10 @@ bool CellGridEditor::setKinds(const QStringList &names)
     QStringList fitting = names.mid(0, MaxKinds);
     for (QString &name : fitting)
         name = name.left(LongestName).simplified();
-    if (fitting.isEmpty() || fitting == m_strip.texts())
+    if (fitting.isEmpty() || fitting == m_kinds)
         return false;
-    m_strip.setTexts(fitting);
+    m_kinds = fitting;
+    m_strip.setTexts(m_kinds + QStringList{tr("Rectangle"), tr("Brush")});
     m_kind = std::min(m_kind, int(fitting.size()));
     updateGeometry();
     stateChanged();
@@ -74,9 +72,10 @@ QString CellGridEditor::valueText() const
                        QString::number(cells.top() + 1), QString::number(cells.bottom() + 1));
     const int mark = m_cells.mark(m_frame.current());
     const QString state = mark == 0 ? tr("not marked") : markName(mark);
-    const QString text = tr("%1: %2").arg(place, state);
-    return withNotice(kinds().size() > 1 ? tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1))
-                                         : text);
+    QString text = tr("%1: %2").arg(place, state);
+    if (kinds().size() > 1)
+        text = tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1));
+    return withNotice(m_tool == Tool::Brush ? tr("%1; brush").arg(text) : text);
 }
 
 void CellGridEditor::slot_Set_all()
@@ -87,6 +86,24 @@ void CellGridEditor::slot_Set_all()
 void CellGridEditor::slot_Clear_all()
 {
     applyTo(Brush::EraseAny, QRect(QPoint(), gridSize()));
+}
+
+void CellGridEditor::slot_Invert()
+{
+    changeCells(QRect(QPoint(), gridSize()), [this](const QPoint &cell) {
+        const int mark = m_cells.mark(cell);
+        return (mark == 0 || isOfKind(mark, m_kind)) && m_cells.setMark(cell, mark == 0 ? m_kind : 0);
+    });
+}
+
+void CellGridEditor::slot_Undo()
+{
+    m_gesture.undo();
+}
+
+void CellGridEditor::slot_Redo()
+{
+    m_gesture.redo();
 }
 
 void CellGridEditor::slot_Choose_kind(const QString &number)
@@ -100,6 +117,22 @@ void CellGridEditor::choose(int kind)
         return;
     m_kind = kind;
     stateChanged();
+}
+
+void CellGridEditor::chooseTool(Tool tool)
+{
+    m_tool = tool;
+    stateChanged();
+}
+
+void CellGridEditor::pressStrip(const QPoint &position)
+{
+    const int chip = m_strip.at(position, footerRect());
+    const int tool = chip - int(kinds().size());
+    if (tool >= 0)
+        chooseTool(Tool(tool));
+    else
+        choose(chip + 1);
 }
 
 void CellGridEditor::select(const CellFrame &frame)
@@ -123,11 +156,18 @@ bool CellGridEditor::apply(Brush brush, const QPoint &cell)
 
 void CellGridEditor::applyTo(Brush brush, const QRect &cells)
 {
+    changeCells(cells, [&](const QPoint &cell) { return apply(brush, cell); });
+}
+
+/// \a change returns whether it has changed the cell.
+void CellGridEditor::changeCells(const QRect &cells, const std::function<bool(const QPoint &)> &change)
+{
+    m_gesture.cancel();
     m_gesture.perform([&] {
         bool changed = false;
         for (int y = cells.top(); y <= cells.bottom(); ++y) {
             for (int x = cells.left(); x <= cells.right(); ++x)
-                changed |= apply(brush, {x, y});
+                changed |= change({x, y});
         }
         if (changed)
             stateChanged();
@@ -145,18 +185,6 @@ QPoint CellGridEditor::cellAt(const QPoint &position) const
     return {line(fraction.x(), gridSize().width()), line(fraction.y(), gridSize().height())};
 }
 
-CellGridEditor::Borders CellGridEditor::borders() const
-{
-    // Borders on whole pixels keep the lines sharp.
-    const QRect picture = pictureRect();
-    Borders borders;
-    for (int column = 0; column <= gridSize().width(); ++column)
-        borders.x.append(picture.left() + qRound(double(picture.width()) * column / gridSize().width()));
-    for (int row = 0; row <= gridSize().height(); ++row)
-        borders.y.append(picture.top() + qRound(double(picture.height()) * row / gridSize().height()));
-    return borders;
-}
-
 void CellGridEditor::mousePressEvent(QMouseEvent *event)
 {
     m_gesture.press(*event);
@@ -169,30 +197,86 @@ void CellGridEditor::mouseMoveEvent(QMouseEvent *event)
 
 void CellGridEditor::mouseReleaseEvent(QMouseEvent *event)
 {
+    const bool opensMenu = m_gesture.isDragging() && event->button() == Qt::RightButton && m_stroke.isClick;
     m_gesture.release(*event);
+    if (!opensMenu)
+        return;
+    const QPoint cell = m_stroke.way.constFirst();
+    if (!m_frame.cells().contains(cell))
+        select(CellFrame(gridSize(), cell, cell));
+    showMenu(*this, editActions(), event->globalPosition().toPoint());
+}
+
+/// The right button opens the menu when it is let go, as a drag with it erases.
+void CellGridEditor::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (m_gesture.isDragging() ||
+        (event->reason() == QContextMenuEvent::Mouse && pictureRect().contains(event->pos())))
+        return;
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        showMenuAtSelection();
+    else
+        showMenu(*this, editActions(), event->globalPos());
+}
+
+void CellGridEditor::showMenuAtSelection()
+{
+    showMenu(*this, editActions(), mapToGlobal(borders().place(m_frame.cells()).center()));
 }
 
 bool CellGridEditor::beginDrag(const QMouseEvent &press)
 {
     const bool isLeft = press.button() == Qt::LeftButton;
     const QPoint position = press.position().toPoint();
-    if (isLeft)
-        choose(m_strip.at(position, footerRect()) + 1);
-    if (!pictureRect().contains(position))
+    if (!pictureRect().contains(position)) {
+        if (isLeft)
+            pressStrip(position);
         return false;
+    }
     const QPoint cell = cellAt(position);
-    m_stroke = {isLeft ? brushFor(cell) : Brush::EraseAny, {cell}};
+    m_stroke = {brushOf(press, cell), !isLeft, {cell}};
     return true;
+}
+
+CellGridEditor::Brush CellGridEditor::brushOf(const QMouseEvent &press, const QPoint &cell) const
+{
+    if (press.button() == Qt::RightButton || press.modifiers() & Qt::AltModifier)
+        return Brush::EraseAny;
+    return press.modifiers() & Qt::ShiftModifier ? Brush::Paint : brushFor(cell);
+}
+
+/// From the start of the drag to the mouse.
+CellFrame CellGridEditor::draggedFrame() const
+{
+    return CellFrame(gridSize(), m_stroke.way.constFirst(), m_stroke.way.constLast());
 }
 
 void CellGridEditor::dragTo(const QPointF &position)
 {
     const QPoint cell = cellAt(position.toPoint());
-    if (m_stroke.way.size() > 1 && m_stroke.way.constLast() == cell)
+    const bool hasMoved = cell != m_stroke.way.constLast();
+    if (!hasMoved && (m_stroke.isClick || m_stroke.way.size() > 1))
         return;
-    m_stroke.way.append(cell);
-    paintWay(m_stroke.way.size() - 2);
-    select(CellFrame(gridSize(), cell, cell));
+    m_stroke.isClick = false;
+    if (m_tool == Tool::Rectangle) {
+        m_stroke.way = {m_stroke.way.constFirst(), cell};
+        m_cells.setTexts(m_gesture.before());
+        paintRectangle();
+        select(draggedFrame());
+    } else {
+        m_stroke.way.append(cell);
+        paintWay(m_stroke.way.size() - 2);
+        select(CellFrame(gridSize(), cell, cell));
+    }
+}
+
+void CellGridEditor::paintRectangle()
+{
+    const QRect cells = draggedFrame().cells();
+    for (int y = cells.top(); y <= cells.bottom(); ++y) {
+        for (int x = cells.left(); x <= cells.right(); ++x)
+            apply(m_stroke.brush, {x, y});
+    }
 }
 
 /// A quick mouse passes many cells between two places of its way; they are painted as well.
@@ -221,7 +305,42 @@ void CellGridEditor::textsEdited(const QStringList &, const QStringList &)
 
 EditActions CellGridEditor::editActions()
 {
-    return historyActions(m_gesture);
+    return groupedActions({historyActions(m_gesture), toolActions(), kindActions(), cellActions()});
+}
+
+EditActions CellGridEditor::toolActions()
+{
+    const auto action = [this](const QString &text, Qt::Key key, Tool tool) {
+        return EditAction{text, {Qt::CTRL | key}, [this, tool] { chooseTool(tool); }, true, m_tool == tool};
+    };
+    return {action(tr("Rectangle"), Qt::Key_R, Tool::Rectangle), action(tr("Brush"), Qt::Key_B, Tool::Brush)};
+}
+
+EditActions CellGridEditor::kindActions()
+{
+    EditActions actions;
+    for (int kind = 1; kinds().size() > 1 && kind <= kinds().size(); ++kind)
+        actions.append({kinds().at(kind - 1),
+                        {Qt::Key(Qt::Key_0 + kind)},
+                        [this, kind] { choose(kind); },
+                        true,
+                        kind == m_kind});
+    return actions;
+}
+
+EditActions CellGridEditor::cellActions()
+{
+    return {{tr("Mark selected cells"), {Qt::Key_Insert}, [this] { applyTo(Brush::Paint, m_frame.cells()); }},
+            {tr("Clear selected cells"),
+             {Qt::Key_Delete, Qt::Key_Backspace},
+             [this] { applyTo(Brush::EraseAny, m_frame.cells()); }},
+            {tr("Select all cells"),
+             {Qt::CTRL | Qt::Key_A},
+             [this] {
+                 select(CellFrame(gridSize(), {0, 0}, m_frame.lastCell()));
+             }},
+            {tr("Invert"), {Qt::CTRL | Qt::Key_I}, [this] { slot_Invert(); }},
+            {tr("Clear all"), {Qt::CTRL | Qt::Key_Delete}, [this] { slot_Clear_all(); }}};
 }
 
 bool CellGridEditor::event(QEvent *event)
@@ -233,16 +352,14 @@ void CellGridEditor::keyPressEvent(QKeyEvent *event)
 {
     if (m_gesture.takeKey(*event) || performByKey(editActions(), *event))
         return;
-    if (event->matches(QKeySequence::SelectAll)) {
-        select(CellFrame(gridSize(), {0, 0}, m_frame.lastCell()));
+    if (isMenuKey(*event)) {
+        showMenuAtSelection();
     } else if (const auto frame = m_frame.movedBy(*event); frame && isForFrame(*event)) {
         select(*frame);
     } else if (!isShiftOnly(event->modifiers())) {
         PictureView::keyPressEvent(event);
     } else if (event->key() == Qt::Key_Space) {
         applyTo(brushFor(m_frame.anchor()), m_frame.cells());
-    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
-        applyTo(Brush::EraseAny, m_frame.cells());
     } else if (event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
         choose(event->key() - Qt::Key_0);
     } else {
@@ -260,78 +377,6 @@ void CellGridEditor::focusOutEvent(QFocusEvent *event)
 {
     PictureView::focusOutEvent(event);
     m_gesture.interrupt();
-}
-
-int CellGridEditor::footerHeight(int width) const
-{
-    return m_strip.height(width);
-}
-
-void CellGridEditor::paintFooter(QPainter &painter)
-{
-    m_strip.paint(painter, footerRect(), kinds().size() > 1 ? m_kind - 1 : -1,
-                  [&](const QRect &place, int chip) { paintCell(painter, place, markStyle(chip + 1)); });
-}
-
-void CellGridEditor::paintLines(QPainter &painter, const Borders &borders)
-{
-    const QRect picture = pictureRect();
-    // A line of two tones is visible on bright and dark pictures.
-    const QColor bright(255, 255, 255, 90);
-    const QColor dark(0, 0, 0, 90);
-    for (const int x : borders.x.mid(1, gridSize().width() - 1)) {
-        painter.fillRect(x - 1, picture.top(), 1, picture.height(), bright);
-        painter.fillRect(x, picture.top(), 1, picture.height(), dark);
-    }
-    for (const int y : borders.y.mid(1, gridSize().height() - 1)) {
-        painter.fillRect(picture.left(), y - 1, picture.width(), 1, bright);
-        painter.fillRect(picture.left(), y, picture.width(), 1, dark);
-    }
-}
-
-void CellGridEditor::paintMarks(QPainter &painter, const Borders &borders, const QRect &dirty)
-{
-    // The sizes of cells differ by a pixel; either all of them show a sign or none.
-    const QSizeF least(pictureRect().width() / gridSize().width(),
-                       pictureRect().height() / gridSize().height());
-    const bool hasSigns = hasRoomForSign(painter, least);
-    CellPainter cellPainter(painter);
-    for (int y = 0; y < gridSize().height(); ++y) {
-        for (int x = 0; x < gridSize().width(); ++x) {
-            const int mark = m_cells.mark({x, y});
-            const QRect cell = borders.place({x, y, 1, 1});
-            if (mark == 0 || !cell.intersects(dirty))
-                continue;
-            CellStyle style = markStyle(mark);
-            if (!hasSigns)
-                style.sign.clear();
-            cellPainter.paint(cell, mark, style);
-        }
-    }
-}
-
-void CellGridEditor::paintSelection(QPainter &painter, const Borders &borders)
-{
-    const QRectF frame = QRectF(borders.place(m_frame.cells())).adjusted(2, 2, -2, -2);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(Qt::black, 4, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    painter.drawRect(frame);
-    painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    painter.drawRect(frame);
-}
-
-void CellGridEditor::paintOver(QPainter &painter, const QRect &dirty)
-{
-    const Borders all = borders();
-    const QRect picture = pictureRect();
-    if (picture.width() >= SmallestLinedCell * gridSize().width() &&
-        picture.height() >= SmallestLinedCell * gridSize().height())
-        paintLines(painter, all);
-    paintMarks(painter, all, dirty);
-    paintPlaceholder(painter, 0.8F); // lets the cells under it be seen
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (hasFocus())
-        paintSelection(painter, all);
 }
 
 } // namespace paravue

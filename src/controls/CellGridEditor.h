@@ -15,18 +15,21 @@ namespace paravue
 /// A grid of cells over a picture, which the user paints with marks of one or several kinds. Kinds are
 /// numbered from 1; the strip below the picture names them and shows the chosen one.
 ///
-/// Mouse: the left button paints while it is held; when the first cell has the chosen kind already, it erases
-/// this kind instead. The right button erases any mark. A press on the strip chooses a kind.
-/// Keys: arrows, Home, End, Page Up and Page Down (Home and End with Ctrl: the corners) go to a cell; with
-/// Shift they extend the selected rectangle, Ctrl+A selects all cells. Space paints the selection, or erases
-/// the chosen kind there when the cell where the selection began has it; Delete and Backspace erase any mark;
-/// 1 to 9 choose a kind; Ctrl+Z and Ctrl+Shift+Z undo and redo; Escape cancels what the held button has done.
+/// Mouse: a drag with the left button paints the rectangle from its start or, with the brush, what it passes;
+/// when the first cell has the chosen kind already, it erases this kind instead. With Shift it always paints,
+/// with Alt it erases any mark, and so does a drag with the right button. A click with the right button opens
+/// a menu. A press on the strip chooses a kind or a tool. Keys: arrows, Home, End, Page Up and Page Down
+/// (Home and End with Ctrl: the corners) go to a cell; with Shift they extend the selected rectangle, Ctrl+A
+/// selects all cells. Space paints the selection, or erases the chosen kind there when the cell where the
+/// selection began has it; 1 to 9 choose a kind; Escape cancels what the held button has done. The menu lists
+/// the other keys.
 class CellGridEditor : public PictureView, private EditGesture::Editor
 {
     Q_OBJECT
 
 public:
     static constexpr int MaxKinds = 9;
+    enum class Tool { Rectangle, Brush };
 
     /// \a size in columns and rows, at least 1 by 1.
     explicit CellGridEditor(const QSize &size, QWidget *parent = nullptr);
@@ -40,12 +43,17 @@ public:
     /// The names of the kinds, 1 to 9 of them. Returns false when they have these names already.
     bool setKinds(const QStringList &names);
     int chosenKind() const { return m_kind; }
+    Tool tool() const { return m_tool; }
 
     QString valueText() const override;
 
 public Q_SLOTS:
     void slot_Set_all();
     void slot_Clear_all();
+    /// Cells of the chosen kind become unmarked and unmarked ones get it; cells of other kinds stay.
+    void slot_Invert();
+    void slot_Undo();
+    void slot_Redo();
     /// \a number is that of a kind; any other text changes nothing.
     void slot_Choose_kind(const QString &number);
 
@@ -58,7 +66,7 @@ protected:
     virtual bool isOfKind(int mark, int kind) const = 0;
     virtual CellStyle markStyle(int mark) const = 0;
     virtual QString markName(int mark) const = 0;
-    QStringList kinds() const { return m_strip.texts(); }
+    const QStringList &kinds() const { return m_kinds; }
 
     void paintOver(QPainter &painter, const QRect &dirty) override;
     int footerHeight(int width) const override;
@@ -67,6 +75,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
@@ -76,6 +85,7 @@ private:
     /// What a held button does, and the way of the mouse.
     struct Stroke {
         Brush brush;
+        bool isClick; ///< does nothing yet: the right button has not left the first cell
         QList<QPoint> way;
     };
 
@@ -101,20 +111,32 @@ private:
     QPoint cellAt(const QPoint &position) const;
     Borders borders() const;
 
-    void choose(int kind);
     EditActions editActions();
+    EditActions toolActions();
+    EditActions kindActions();
+    EditActions cellActions();
+    void showMenuAtSelection();
+    void choose(int kind);
+    void chooseTool(Tool tool);
+    void pressStrip(const QPoint &position);
+    Brush brushOf(const QMouseEvent &press, const QPoint &cell) const;
+    CellFrame draggedFrame() const;
+    void paintRectangle();
     void paintWay(qsizetype start);
     void select(const CellFrame &frame);
     Brush brushFor(const QPoint &cell) const;
     bool apply(Brush brush, const QPoint &cell);
     void applyTo(Brush brush, const QRect &cells);
+    void changeCells(const QRect &cells, const std::function<bool(const QPoint &)> &change);
     void paintLines(QPainter &painter, const Borders &borders);
     void paintMarks(QPainter &painter, const Borders &borders, const QRect &dirty);
     void paintSelection(QPainter &painter, const Borders &borders);
 
     CellRows m_cells;
     ChipStrip m_strip;
+    QStringList m_kinds;
     int m_kind = 1;
+    Tool m_tool = Tool::Rectangle;
     CellFrame m_frame;
     Stroke m_stroke{};
     EditHistory m_history;

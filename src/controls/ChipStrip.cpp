@@ -48,7 +48,7 @@ int ChipStrip::at(const QPoint &position, const QRect &area) const
     return hit == all.cend() ? -1 : int(hit - all.cbegin());
 }
 
-void ChipStrip::paint(QPainter &painter, const QRect &area, int chosen,
+void ChipStrip::paint(QPainter &painter, const QRect &area, const QList<int> &chosen,
                       const std::function<void(const QRect &, int)> &swatch) const
 {
     const QFontMetrics metrics = m_owner.fontMetrics();
@@ -56,7 +56,7 @@ void ChipStrip::paint(QPainter &painter, const QRect &area, int chosen,
     const QList<QRect> all = places(area);
     for (int chip = 0; chip < all.size(); ++chip) {
         const QRect &place = all[chip];
-        const bool isChosen = chip == chosen;
+        const bool isChosen = chosen.contains(chip);
         const QPalette &palette = m_owner.palette();
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette.brush(QPalette::Highlight));

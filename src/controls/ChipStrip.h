@@ -12,8 +12,8 @@ class QWidget;
 namespace paravue
 {
 
-/// A row of small labelled swatches that wraps into further lines: a legend, one entry of which may be
-/// chosen. It is not a widget; its owner provides room, font, palette and layout direction.
+/// A row of small labelled swatches that wraps into further lines: a legend, entries of which may be chosen.
+/// It is not a widget; its owner provides room, font, palette and layout direction.
 class ChipStrip
 {
 public:
@@ -25,8 +25,8 @@ public:
 
     /// The chip at a position, counted from 0; -1 for none.
     int at(const QPoint &position, const QRect &area) const;
-    /// \a swatch draws the sample before the text of a chip. \a chosen is -1 for none.
-    void paint(QPainter &painter, const QRect &area, int chosen,
+    /// \a swatch draws the sample before the text of a chip.
+    void paint(QPainter &painter, const QRect &area, const QList<int> &chosen,
                const std::function<void(const QRect &place, int chip)> &swatch) const;
 
 private:

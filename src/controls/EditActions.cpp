@@ -2,8 +2,10 @@
 
 #include "controls/EditGesture.h"
 
+#include <QActionGroup>
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMenu>
 
 #include <algorithm>
 
@@ -40,6 +42,17 @@ QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequen
 
 } // namespace
 
+EditActions groupedActions(const QList<EditActions> &groups)
+{
+    EditActions actions;
+    for (const EditActions &group : groups) {
+        if (!actions.isEmpty() && !group.isEmpty())
+            actions.append(EditAction());
+        actions.append(group);
+    }
+    return actions;
+}
+
 EditActions historyActions(EditGesture &gesture)
 {
     return {{ActionText::tr("Undo"), keysFor(QKeySequence::Undo, Qt::CTRL | Qt::Key_Z),
@@ -62,6 +75,40 @@ bool claimKey(const std::function<EditActions()> &actions, QEvent &event)
         return false;
     event.accept();
     return true;
+}
+
+bool isMenuKey(const QKeyEvent &event)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(event);
+    return false;
+#else
+    return event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier;
+#endif
+}
+
+void showMenu(QWidget &editor, const EditActions &actions, const QPoint &globalPosition)
+{
+    auto *menu = new QMenu(&editor);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    auto *group = new QActionGroup(menu);
+    for (const EditAction &action : actions) {
+        if (action.text.isEmpty()) {
+            menu->addSeparator();
+            group = new QActionGroup(menu);
+            continue;
+        }
+        QAction *entry =
+            menu->addAction(QString(action.text).replace(u'&', QStringLiteral("&&")), action.perform);
+        entry->setShortcuts(action.keys);
+        entry->setShortcutVisibleInContextMenu(true);
+        entry->setEnabled(action.isPossible);
+        entry->setCheckable(action.isChosen.has_value());
+        entry->setChecked(action.isChosen.value_or(false));
+        if (action.isChosen)
+            group->addAction(entry);
+    }
+    menu->popup(globalPosition);
 }
 
 } // namespace paravue

@@ -5,25 +5,31 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QEvent;
 class QKeyEvent;
+class QPoint;
+class QWidget;
 
 namespace paravue
 {
 
 class EditGesture;
 
-/// Something that the user can do with an editor by a key.
+/// Something that the user can do with an editor, by a key and from its context menu.
 struct EditAction {
-    QString text;
-    QList<QKeySequence> keys;
-    std::function<void()> perform;
-    bool isPossible = true; ///< otherwise its keys are left to the window
+    QString text; ///< without access keys; empty for a line between groups of entries
+    QList<QKeySequence> keys = {};
+    std::function<void()> perform = {};
+    bool isPossible = true;            ///< otherwise its keys are left to the window
+    std::optional<bool> isChosen = {}; ///< of one of a group that excludes the others
 };
 
 using EditActions = QList<EditAction>;
 
+/// All of \a groups with a line between them.
+EditActions groupedActions(const QList<EditActions> &groups);
 /// Undo and redo.
 EditActions historyActions(EditGesture &gesture);
 
@@ -32,5 +38,10 @@ bool performByKey(const EditActions &actions, const QKeyEvent &event);
 /// Lets performByKey() have its keys before a shortcut of the window gets them. To be called with every event
 /// of the editor; true when nothing else is to be done with it. \a actions is asked only when it matters.
 bool claimKey(const std::function<EditActions()> &actions, QEvent &event);
+
+/// Whether a key asks for the menu without a QContextMenuEvent of the platform.
+bool isMenuKey(const QKeyEvent &event);
+/// A menu of all actions with their keys; returns while it is open.
+void showMenu(QWidget &editor, const EditActions &actions, const QPoint &globalPosition);
 
 } // namespace paravue

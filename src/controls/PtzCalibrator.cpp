@@ -299,7 +299,7 @@ int PtzCalibrator::footerHeight(int width) const
 void PtzCalibrator::paintFooter(QPainter &painter)
 {
     PtzView::paintFooter(painter);
-    m_strip.paint(painter, stripRect(), m_current - 1, [&](const QRect &place, int chip) {
+    m_strip.paint(painter, stripRect(), {m_current - 1}, [&](const QRect &place, int chip) {
         painter.fillRect(place, Qt::gray);
         if (placeOf(chip + 1))
             drawOnPicture(painter, armsAround(QRectF(place).center(), place.width() / 2.0 - 3), 1);

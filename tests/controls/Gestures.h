@@ -9,19 +9,19 @@ namespace paravue::test
 {
 
 /// Performs a gesture on \a widget for each word, at places that \a position gives: "L1,2" and "R1,2" press a
-/// button, "M1,2" moves the mouse, "U" lets the button go, "D1,2" clicks twice, "F" takes the focus away;
-/// anything else is a key.
+/// button ("SL1,2" with Shift, "AL1,2" with Alt), "M1,2" moves the mouse, "U" lets the button go, "D1,2"
+/// clicks twice, "F" takes the focus away; anything else is a key.
 inline void perform(QWidget &widget, const QString &gestures,
                     const std::function<QPoint(const QPointF &)> &position)
 {
-    static const QRegularExpression mouse("^([LRMD])(-?[\\d.]+),(-?[\\d.]+)$");
+    static const QRegularExpression mouse("^([SA]?)([LRMD])(-?[\\d.]+),(-?[\\d.]+)$");
     Qt::MouseButton held = Qt::NoButton;
     QPoint place;
     for (const QString &word : gestures.split(u' ', Qt::SkipEmptyParts)) {
         const auto match = mouse.match(word);
         if (match.hasMatch())
-            place = position({match.captured(2).toDouble(), match.captured(3).toDouble()});
-        const QString kind = match.captured(1);
+            place = position({match.captured(3).toDouble(), match.captured(4).toDouble()});
+        const QString kind = match.captured(2);
         if (kind == "M") {
             QTest::mouseMove(&widget, place);
         } else if (kind == "D") {
@@ -29,7 +29,9 @@ inline void perform(QWidget &widget, const QString &gestures,
             QTest::mouseDClick(&widget, Qt::LeftButton, {}, place);
         } else if (match.hasMatch()) {
             held = kind == "L" ? Qt::LeftButton : Qt::RightButton;
-            QTest::mousePress(&widget, held, {}, place);
+            const QMap<QString, Qt::KeyboardModifier> modifiers{{"S", Qt::ShiftModifier},
+                                                                {"A", Qt::AltModifier}};
+            QTest::mousePress(&widget, held, modifiers.value(match.captured(1)), place);
         } else if (word == "U") {
             QTest::mouseRelease(&widget, held, {}, place);
         } else if (word == "F") {

@@ -4,6 +4,9 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -63,6 +66,7 @@ private Q_SLOTS:
     void paints();
     void undoesItsOwnPaintingOnly();
     void leavesKeysToTheWindow();
+    void hasAMenu();
     void choosesZonesInTheStrip();
     void boundsItsSize();
     void showsPicturesUnderItsCells();
@@ -83,12 +87,24 @@ void TestCellGrids::paints_data()
     const QByteArray none = "0000/0000/0000";
     row("nothing", Mask, "0110/?/", "", "0110/?/");
     row("press", Mask, none, "L1,1 U", "0000/0100/0000");
-    row("drag", Mask, none, "L0,1 M1,1 M1,2 U M3,2", "0000/1100/0100");
-    row("quick drag", Mask, none, "L0,0 M3,0 U", "1111/0000/0000");
-    row("drag over the edge", Mask, none, "L1,1 M9,1 M9,9 U", "0000/0111/0000");
+    row("drag", Mask, none, "L0,1 M1,1 M1,2 U M3,2", "0000/1100/1100");
+    row("drag there and back", Mask, "0000/0000/0010", "L1,1 M3,2 M0,0 M0,1 U", "0000/1100/0010");
+    row("drag over the edge", Mask, none, "L1,1 M9,1 M9,9 U", "0000/0111/0111");
+    row("drag with Shift", Mask, "0110/0000/0000", "SL1,0 M0,1 U", "1110/1100/0000");
+    row("drag with Alt", Mask, "0011/0111/0000", "AL0,0 M2,1 U", "0001/0001/0000");
+    row("stroke", Mask, none, "Ctrl+B L0,1 M1,1 M1,2 U M3,2", "0000/1100/0100");
+    row("quick stroke", Mask, none, "Ctrl+B L0,0 M3,0 U", "1111/0000/0000");
+    row("stroke there and back", Mask, none, "Ctrl+B L0,0 M2,0 M0,0 U", "1110/0000/0000");
+    row("stroke over the edge", Mask, none, "Ctrl+B L1,1 M9,1 M9,9 U", "0000/0111/0000");
+    row("stroke with Shift", Mask, "0110/0000/0000", "Ctrl+B SL1,0 M0,0 U", "1110/0000/0000");
+    row("stroke with Alt", Mask, "0110/0000/0000", "Ctrl+B AL0,0 M1,0 U", "0010/0000/0000");
+    row("stroke with the right button", Mask, "1110/1010/0000", "Ctrl+B R0,0 M1,0 M1,1 U", "0010/1010/0000");
+    row("rectangle again", Mask, none, "Ctrl+B Ctrl+R L0,0 M1,1 U", "1100/1100/0000");
     row("drag that begins outside", Mask, none, "L-1,1 M2,1 U", none);
     row("drag from a masked cell", Mask, "0110/0000/0000", "L1,0 M3,0 M3,1 U", none);
-    row("right button", Mask, "1111/0000/0000", "R3,0 M1,0 U", "1000/0000/0000");
+    row("right button", Mask, "1111/0100/0000", "R3,0 M1,1 U", "1000/0000/0000");
+    row("right button that comes back", Mask, "1111/0000/0000", "R3,0 M2,0 M3,0 U", "1110/0000/0000");
+    row("click with the right button", Mask, "1111/0000/0000", "R3,0 U", "1111/0000/0000");
     row("right button while the left is held", Mask, none, "L0,0 R1,0 M2,0 U F", "1110/0000/0000");
     row("escape in a drag", Mask, "0010/0000/0000", "L0,0 M3,0 Esc M3,2 U", "0010/0000/0000");
     row("drag that loses the focus", Mask, none, "L0,0 M1,0 F M3,0 U", "1100/0000/0000");
@@ -108,6 +124,9 @@ void TestCellGrids::paints_data()
     row("all", Mask, none, "Ctrl+A Space", "1111/1111/1111");
     row("clear all", Mask, "0110/1111/0001", "Ctrl+A Del", none);
 
+    row("insert", Mask, "1000/0100/0000", "Shift+Right Shift+Down Insert", "1100/1100/0000");
+    row("invert", Mask, "0210/x000/0000", "Ctrl+I", "1001/1111/1111");
+    row("clear", Mask, "0210/x000/0001", "Ctrl+Del", "0000/x000/0000");
     row("undo", Mask, none, "L0,0 M2,0 U Down Space Ctrl+Z", "1110/0000/0000");
     row("undo of a drag", Mask, "0001/0x00/0000", "L0,0 M2,0 M2,1 U Ctrl+Z", "0001/0x00/0000");
     row("redo", Mask, none, "Space Right Space Ctrl+Z Ctrl+Z Ctrl+Shift+Z", "1000/0000/0000");
@@ -124,6 +143,9 @@ void TestCellGrids::paints_data()
         "Down 9 Space",
         "1234/8765/9000");
     row("escape in a drag over zones", Zones, "1221/0000/0000", "R0,0 M3,0 Esc U", "1221/0000/0000");
+    row("add to a zone", Zones, "1221/0000/0000", "SL0,0 M2,0 U", "1111/0000/0000");
+    row("take any zone away with Alt", Zones, "1221/0000/0000", "AL0,0 M2,0 U", "0001/0000/0000");
+    row("invert a zone", Zones, "0210/3000/0000", "Ctrl+I", "1201/3111/1111");
     row("take any zone away", Zones, "1221/0000/0000", "R0,0 M2,0 U", "0001/0000/0000");
     row("paint over another zone", Zones, "0220/0000/0000", "L0,0 M3,0 U", "1111/0000/0000");
     row("zones of their own", "type='PTZAlarm'" + Grid + "<text>Gate</text><text>Wall</text>", none,
@@ -170,15 +192,17 @@ void TestCellGrids::undoesItsOwnPaintingOnly()
     QCOMPARE(window.value("motion/cam0/MASK2"), "1111");
     QVERIFY(window.window->isVisible());
     // What is held is painted over a row that has come meanwhile.
-    perform(*editor, "L0,1 M1,1");
-    window.window->setValue("motion/cam0/MASK1/00x0");
-    perform(*editor, "M1,0 F");
-    editor->setFocus();
-    QCOMPARE(editor->rows(), QStringList({"0100", "11x0", "1111"}));
-    QCOMPARE(window.value("motion/cam0/MASK1"), "11x0");
-    window.window->onLoadDone(); // the same values
-    perform(*editor, "Ctrl+Z");
-    QCOMPARE(editor->rows(), QStringList({"0000", "00x0", "1111"}));
+    for (const char *tool : {"Ctrl+R", "Ctrl+B"}) {
+        perform(*editor, tool + QStringLiteral(" L0,1 M1,1"));
+        window.window->setValue("motion/cam0/MASK1/00x0");
+        QCOMPARE(editor->rows(), QStringList({"0000", "11x0", "1111"}));
+        perform(*editor, "F");
+        editor->setFocus();
+        QCOMPARE(window.value("motion/cam0/MASK1"), "11x0");
+        window.window->onLoadDone(); // the same values
+        perform(*editor, "Ctrl+Z");
+        QCOMPARE(editor->rows(), QStringList({"0000", "00x0", "1111"}));
+    }
     window.window->setValue("motion/cam0/MASK0/0001");
     perform(*editor, "Ctrl+Shift+Z");
     QCOMPARE(editor->rows(), QStringList({"0001", "00x0", "1111"}));
@@ -201,17 +225,64 @@ void TestCellGrids::leavesKeysToTheWindow()
     QCOMPARE(undone.size(), 1);
 }
 
+void TestCellGrids::hasAMenu()
+{
+    DescribedWindow window(page(Zones + "<text>Gate</text><text>R&amp;D</text>"),
+                           {{"motion", storedRows("0000/0000/0000")}});
+    auto *editor = window.widget<CellGridEditor>();
+    editor->setFocus();
+    const auto menu = [] { return qobject_cast<QMenu *>(QApplication::activePopupWidget()); };
+    const auto entry = [&](const QString &text) {
+        for (QAction *action : menu()->actions()) {
+            if (action->text() == text)
+                return action;
+        }
+        return static_cast<QAction *>(nullptr);
+    };
+    perform(*editor, "R2,1 U");
+    QVERIFY(menu());
+    QVERIFY(!entry("Undo")->isEnabled());
+    QVERIFY(entry("Rectangle")->isChecked() && !entry("Brush")->isChecked());
+    QStringList keys;
+    for (const QAction *action : menu()->actions()) {
+        if (!action->isSeparator())
+            keys << action->shortcut().toString(QKeySequence::PortableText);
+    }
+    QVERIFY(!keys.contains(QString()));
+    keys.removeDuplicates();
+    QVERIFY(keys.size() >= 11);
+    entry("Mark selected cells")->trigger();
+    menu()->close();
+    QCOMPARE(editor->rows(), QStringList({"0000", "0010", "0000"}));
+
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
+    QVERIFY(QApplication::sendEvent(editor, &key));
+    entry("R&&D")->trigger();
+    entry("Undo")->trigger();
+    menu()->close();
+    QCOMPARE(editor->rows(), QStringList({"0000", "0000", "0000"}));
+    QCOMPARE(editor->chosenKind(), 2);
+    QVERIFY(!menu());
+    perform(*editor, "Shift+F10");
+    QVERIFY(menu());
+    menu()->close();
+}
+
 void TestCellGrids::choosesZonesInTheStrip()
 {
     DescribedWindow window(page(Zones), {{"motion", storedRows("//")}});
     auto *editor = window.widget<CellGridEditor>();
     QList<int> chosen;
+    QList<CellGridEditor::Tool> tools;
     for (int x = 0; x < editor->width(); x += 8) {
         QTest::mouseClick(editor, Qt::LeftButton, {}, {x, editor->pictureRect().bottom() + 20});
         if (chosen.value(chosen.size() - 1) != editor->chosenKind())
             chosen.append(editor->chosenKind());
+        if (tools.isEmpty() || tools.constLast() != editor->tool())
+            tools.append(editor->tool());
     }
     QCOMPARE(chosen, QList<int>({1, 2, 3, 4}));
+    QVERIFY(tools.contains(CellGridEditor::Tool::Brush));
 
     // The buttons of a description call these slots.
     QVERIFY(QMetaObject::invokeMethod(editor, "slot_Choose_kind", Q_ARG(QString, "2")));
@@ -219,6 +290,11 @@ void TestCellGrids::choosesZonesInTheStrip()
     QCOMPARE(window.value("motion/cam0/MASK2"), "2222");
     QVERIFY(QMetaObject::invokeMethod(editor, "slot_Clear_all"));
     QCOMPARE(window.value("motion/cam0/MASK2"), "0000");
+    QVERIFY(QMetaObject::invokeMethod(editor, "slot_Undo"));
+    QCOMPARE(window.value("motion/cam0/MASK2"), "2222");
+    QVERIFY(QMetaObject::invokeMethod(editor, "slot_Redo"));
+    QVERIFY(QMetaObject::invokeMethod(editor, "slot_Invert"));
+    QCOMPARE(window.value("motion/cam0/MASK2"), "2222");
 }
 
 void TestCellGrids::boundsItsSize()
@@ -281,7 +357,8 @@ void TestCellGrids::isReadOut()
     const QPair<QString, QString> steps[] = {
         {"", "column 1, row 1: Gate a lot; painting with Gate a lot"},
         {"Right 2", "column 2, row 1: Zone 3; painting with Wall"},
-        {"Shift+Down", "columns 2 to 2, rows 1 to 2: not marked; painting with Wall"}};
+        {"Shift+Down", "columns 2 to 2, rows 1 to 2: not marked; painting with Wall"},
+        {"Ctrl+B", "columns 2 to 2, rows 1 to 2: not marked; painting with Wall; brush"}};
     for (const auto &[gestures, value] : steps) {
         perform(*editor, gestures);
         QCOMPARE(heard->text(QAccessible::Value), value);
