@@ -21,9 +21,10 @@ public:
     struct Entry {
         QStringView key; ///< valid as long as the IniEntries holds it
         QString value;
-        bool inFile = false; ///< the key was found in the file
-        bool edited = false; ///< the value is not that of the file
-        bool met = false;    ///< the read in progress has found the key
+        bool inFile = false;    ///< the key was found in the file
+        bool edited = false;    ///< the value is not that of the file
+        bool met = false;       ///< the read in progress has found the key
+        bool withdrawn = false; ///< its first value was taken back, so that the key counts as never set
 
         /// The part of the key before its first "/"; the default section when there is none.
         QStringView section() const;

@@ -60,6 +60,7 @@ void OrbSettings::setPath(const QString &path)
     m_loaded = false;
     m_text = {};
     m_entries.clear();
+    m_unedited.clear();
     m_entriesOfLines.clear();
     m_linesKnown = false;
     m_lastContent.clear();
@@ -149,7 +150,9 @@ void OrbSettings::takeKeys()
         entry.inFile = true;
         entry.edited = false;
         entry.met = true;
+        entry.withdrawn = false;
     }
+    m_unedited.removeIf([this](auto unedited) { return !m_entries[unedited.key()].edited; });
 }
 
 void OrbSettings::appendRepeats()
@@ -167,11 +170,13 @@ void OrbSettings::appendRepeats()
 IniText OrbSettings::merged()
 {
     std::vector<const IniEntries::Entry *> newEntries;
+    qsizetype keysInFile = 0;
     for (const IniEntries::Entry &entry : m_entries.all()) {
-        if (!entry.inFile)
+        if (entry.inFile)
+            ++keysInFile;
+        else if (!entry.withdrawn)
             newEntries.push_back(&entry);
     }
-    const qsizetype keysInFile = qsizetype(m_entries.all().size() - newEntries.size());
     std::optional<IniText> text;
     if (m_linesKnown && everyKeyOwnsOneLine(m_text, keysInFile, m_sectioned) &&
         std::none_of(newEntries.cbegin(), newEntries.cend(), [](auto entry) { return mayDisturb(*entry); }))
@@ -183,8 +188,10 @@ IniText OrbSettings::merged()
     IniMerge merge(text ? *text : m_text, m_sectioned);
     if (text)
         IniEntries::sort(newEntries);
-    for (const IniEntries::Entry *entry : text ? newEntries : m_entries.sorted())
-        merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
+    for (const IniEntries::Entry *entry : text ? newEntries : m_entries.sorted()) {
+        if (!entry->withdrawn)
+            merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
+    }
     return merge.result();
 }
 
@@ -240,9 +247,28 @@ QVariant OrbSettings::value(const QString &key, const QVariant &defaultValue)
 void OrbSettings::setValue(const QString &key, const QVariant &value)
 {
     readIfEmpty();
-    IniEntries::Entry &entry = m_entries[m_entries.numberOf(key)];
+    const size_t known = m_entries.all().size();
+    const quint32 number = m_entries.numberOf(key);
+    IniEntries::Entry &entry = m_entries[number];
+    const bool isNew = number == known || entry.withdrawn;
+    if (!entry.edited)
+        m_unedited.insert(number, isNew ? std::nullopt : std::optional(entry.value));
     entry.value = value.toString();
     entry.edited = true;
+    entry.withdrawn = false;
+}
+
+void OrbSettings::putBack(const QString &key, const std::optional<QString> &value)
+{
+    setValue(key, value.value_or(QString()));
+    const quint32 number = m_entries.numberOf(key);
+    const auto unedited = m_unedited.constFind(number);
+    if (*unedited != value)
+        return;
+    IniEntries::Entry &entry = m_entries[number];
+    entry.edited = false;
+    entry.withdrawn = !value;
+    m_unedited.erase(unedited);
 }
 
 QStringList OrbSettings::matching(const QString &pattern)
@@ -252,7 +278,7 @@ QStringList OrbSettings::matching(const QString &pattern)
     QStringList result;
     for (const IniEntries::Entry *entry : m_entries.sorted()) {
         const QString key = entry->key.toString();
-        if (keyPattern.matchesWhole(key))
+        if (!entry->withdrawn && keyPattern.matchesWhole(key))
             result << key + u'/' + entry->value;
     }
     return result;

@@ -5,10 +5,12 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
+#include <optional>
 #include <vector>
 
 /// One local configuration file: ini text that is kept line by line.
@@ -54,6 +56,10 @@ public:
     QVariant value(const QString &key, const QVariant &defaultValue = QVariant());
     /// Keeps \a value, as a string, until the next write.
     void setValue(const QString &key, const QVariant &value);
+    /// As setValue(), or without a \a value as if the key had never been set. When this is what the file
+    /// says, the edit of the key is forgotten, so that a file without other edits keeps the form that it has
+    /// on the disk. A key that the file holds cannot be taken out of it: it gets an empty value.
+    void putBack(const QString &key, const std::optional<QString> &value);
     /// All "section/key/value" whose "section/key" matches the regular expression \a pattern as a whole, in
     /// the order of keys.
     QStringList matching(const QString &pattern);
@@ -63,7 +69,7 @@ public:
     {
         readIfEmpty();
         const paravue::IniEntries::Entry *entry = m_entries.find(key);
-        return entry ? &entry->value : nullptr;
+        return entry && !entry->withdrawn ? &entry->value : nullptr;
     }
 
 private:
@@ -85,8 +91,9 @@ private:
     bool m_isWritten = true;
     paravue::IniText m_text;
     paravue::IniEntries m_entries;
-    std::vector<quint32> m_entriesOfLines; ///< for each marked line its entry, while m_linesKnown
-    bool m_linesKnown = false;             ///< no two lines have the same entry
+    QHash<quint32, std::optional<QString>> m_unedited; ///< of edited entries, what they were before
+    std::vector<quint32> m_entriesOfLines;             ///< for each marked line its entry, while m_linesKnown
+    bool m_linesKnown = false;                         ///< no two lines have the same entry
 
     /// A file without any key is read again at each access, and its lines are added each time. The content
     /// that was read last, and how many more times it stands behind the text.

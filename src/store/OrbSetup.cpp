@@ -4,6 +4,7 @@
 #include "store/ExchangeQueue.h"
 #include "store/IniMapCodec.h"
 #include "store/OrbSettings.h"
+#include "store/StoreObserver.h"
 #include "store/TextPattern.h"
 
 #include <utility>
@@ -12,6 +13,7 @@ using paravue::ConfigAddress;
 using paravue::ExchangeQueue;
 using paravue::LinkStatus;
 using paravue::PatternBudget;
+using paravue::StoreObserver;
 
 OrbSetup::OrbSetup() : OrbSetup(QString()) {}
 
@@ -56,6 +58,8 @@ void OrbSetup::setFilePath(const QString &name, const QString &path)
     OrbSettings *settings = m_settings.find(name);
     if (settings && settings->path().isEmpty())
         settings->setPath(path);
+    for (StoreObserver *observer : m_observers)
+        observer->fileReplaced(name);
 }
 
 QString OrbSetup::filePath(const QString &name)
@@ -103,6 +107,44 @@ void OrbSetup::setValue(const QString &address)
         return;
     }
     settingsOf(parts.file()).setValue(parts.entry().toString(), parts.rest().toString());
+    tellValueSet(parts.path());
+}
+
+std::optional<QString> OrbSetup::storedValue(const QString &path)
+{
+    const ConfigAddress parts(path);
+    if (!parts.hasKey()) {
+        Q_EMIT pseudothrow(tr("Wrong key \"%1\"").arg(path));
+        return {};
+    }
+    const QString *found = settingsOf(parts.file()).find(parts.entry());
+    return found ? std::optional(*found) : std::nullopt;
+}
+
+void OrbSetup::putBack(const QString &path, const std::optional<QString> &value)
+{
+    const ConfigAddress parts(path);
+    settingsOf(parts.file()).putBack(parts.entry().toString(), value);
+    tellValueSet(parts.path());
+}
+
+void OrbSetup::addObserver(StoreObserver &observer)
+{
+    m_observers.push_back(&observer);
+}
+
+void OrbSetup::removeObserver(StoreObserver &observer)
+{
+    std::erase(m_observers, &observer);
+}
+
+void OrbSetup::tellValueSet(QStringView path) const
+{
+    if (m_observers.empty())
+        return;
+    const QString text = path.toString();
+    for (StoreObserver *observer : m_observers)
+        observer->valueSet(text);
 }
 
 QStringList OrbSetup::regexp_values(const QString &address)

@@ -13,10 +13,17 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
+#include <vector>
 
 class OrbSettings;
 class QIODevice;
+
+namespace paravue
+{
+class StoreObserver;
+}
 
 /// The configuration store of a setup session: local copies of a recorder's configuration files, read and
 /// written one value at a time through configuration addresses.
@@ -66,6 +73,15 @@ public:
     QString value(const QString &address);
     /// \a address carries the new value behind its third "/".
     void setValue(const QString &address);
+    /// The value at \a path, "file/section/key"; nothing when there is none. Reports what value() does.
+    std::optional<QString> storedValue(const QString &path);
+    /// As setValue() with \a value, or without one as if the key had never been set; see
+    /// OrbSettings::putBack().
+    void putBack(const QString &path, const std::optional<QString> &value);
+    /// \a observer is told of every change of a value from now on, until it is removed.
+    void addObserver(paravue::StoreObserver &observer);
+    void removeObserver(paravue::StoreObserver &observer);
+
     /// Section and key of \a address are regular expressions; the result lists every match as
     /// "file/section/key/value", in key order.
     QStringList regexp_values(const QString &address);
@@ -176,7 +192,9 @@ protected:
 
 private:
     OrbSettings &settingsOf(QStringView name);
+    void tellValueSet(QStringView path) const;
 
+    std::vector<paravue::StoreObserver *> m_observers;
     QString m_activity;
     paravue::LinkStatus m_linkStatus;
     bool m_isReportingConsequence = false;

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void setPathForgetsEverything();
     void flushKeepsValuesThatTheFileLost();
     void anUnwritableFileKeepsItsEdits();
+    void whatIsPutBackIsNoEdit();
     void matchingGivesKeysInOrder();
     void agreesWithTheLiteralRules();
     void manyQuotedValuesAreWritten();
@@ -305,6 +306,31 @@ void TestOrbSettings::anUnwritableFileKeepsItsEdits()
     const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
     QVERIFY(QFile::exists(settings.path()));
     QVERIFY(!(QFile::permissions(settings.path()) & others));
+}
+
+void TestOrbSettings::whatIsPutBackIsNoEdit()
+{
+    setContent("[s]\r\na=1\r\n");
+    OrbSettings settings(m_path);
+    for (const char *value : {"2", "3"})
+        settings.setValue("s/a", value);
+    settings.setValue("s/new", "4");
+    settings.putBack("s/a", "2");
+    QCOMPARE(settings.value("s/a"), "2");
+    settings.putBack("s/new", std::nullopt);
+    QVERIFY(settings.hasEdits());
+    settings.putBack("s/a", "1");
+    QVERIFY(!settings.hasEdits());
+    QVERIFY(settings.value("s/new").isNull());
+    QCOMPARE(settings.matching(".*/.*"), QStringList("s/a/1"));
+    QVERIFY(settings.flush());
+    QCOMPARE(content(), "[s]\r\na = 1\r\n");
+
+    settings.setValue("s/new", "5");
+    settings.flush();
+    settings.putBack("s/new", std::nullopt); // stands in the file by now
+    QVERIFY(settings.hasEdits());
+    QCOMPARE(settings.value("s/new"), "");
 }
 
 void TestOrbSettings::matchingGivesKeysInOrder()

@@ -1,0 +1,146 @@
+#include "changes/ChangeList.h"
+
+#include "store/ConfigAddress.h"
+#include "store/OrbSettings.h"
+#include "store/OrbSetup.h"
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+const QLatin1StringView PristineSuffix(".original");
+
+bool reachesTheRecorder(const ConfigAddress &address)
+{
+    return address.hasKey() && address.file() != QLatin1StringView("general") &&
+           address.file() != QLatin1StringView("tmp") && !address.file().endsWith(PristineSuffix) &&
+           address.path() != QLatin1StringView("time/untitled/YYYYMMDDHHMMSS");
+}
+
+} // namespace
+
+/// The values that the recorder has in one file: those of the copy that was fetched, and over them those that
+/// were saved since.
+class PristineFile
+{
+public:
+    explicit PristineFile(const QString &path) : m_settings(path) {}
+    /// The copy is not written.
+    ~PristineFile() { m_settings.forget(); }
+    Q_DISABLE_COPY_MOVE(PristineFile)
+
+    std::optional<QString> value(const QString &path)
+    {
+        const auto saved = m_saved.constFind(path);
+        if (saved != m_saved.constEnd())
+            return *saved;
+        const QString *found = m_settings.find(ConfigAddress(path).entry());
+        return found ? std::optional(*found) : std::nullopt;
+    }
+    void setSaved(const QString &path, const QString &value) { m_saved.insert(path, value); }
+
+private:
+    OrbSettings m_settings;
+    QHash<QString, QString> m_saved; ///< by path
+};
+
+QString Change::shownOldValue() const
+{
+    return isSecret && oldValue ? SecretKeys::dots() : oldValue.value_or(QString());
+}
+
+QString Change::shownNewValue() const
+{
+    return isSecret ? SecretKeys::dots() : newValue;
+}
+
+ChangeList::ChangeList(OrbSetup &store) : m_store(&store)
+{
+    m_store->addObserver(*this);
+}
+
+ChangeList::~ChangeList()
+{
+    if (m_store)
+        m_store->removeObserver(*this);
+}
+
+const Change *ChangeList::find(const QString &path) const
+{
+    const auto found = m_changes.constFind(path);
+    return found == m_changes.constEnd() ? nullptr : &*found;
+}
+
+QList<Change> ChangeList::all() const
+{
+    QList<Change> changes = m_changes.values();
+    std::sort(changes.begin(), changes.end(),
+              [](const Change &a, const Change &b) { return a.path < b.path; });
+    return changes;
+}
+
+std::optional<QString> ChangeList::oldValue(const QString &path)
+{
+    const QString file = ConfigAddress(path).file().toString();
+    if (!m_store || !m_store->fileExists(file))
+        return {};
+    return pristine(file).value(path);
+}
+
+void ChangeList::takeBack(const QString &path)
+{
+    if (m_store)
+        m_store->putBack(path, oldValue(path));
+}
+
+void ChangeList::accept(const QList<Change> &sent)
+{
+    for (const Change &change : sent) {
+        const QString file = ConfigAddress(change.path).file().toString();
+        if (!m_store || !m_store->fileExists(file))
+            continue;
+        pristine(file).setSaved(change.path, change.newValue);
+        valueSet(change.path);
+    }
+}
+
+void ChangeList::valueSet(const QString &path)
+{
+    const ConfigAddress address(path);
+    if (!reachesTheRecorder(address) || !m_store->fileExists(address.file().toString()))
+        return;
+    const std::optional<QString> before = oldValue(path);
+    const std::optional<QString> now = m_store->storedValue(path);
+    if (now == before)
+        m_changes.remove(path);
+    else
+        m_changes.insert(path, {path, before, now.value_or(QString()), m_secrets.contains(path)});
+    Q_EMIT changed(path);
+}
+
+void ChangeList::fileReplaced(const QString &name)
+{
+    const QString file = name.endsWith(PristineSuffix) ? name.chopped(PristineSuffix.size()) : name;
+    const QString prefix = file + u'/';
+    m_pristine.erase(file);
+    const auto isInFile = [&prefix](auto change) { return change.key().startsWith(prefix); };
+    if (m_changes.removeIf(isInFile) > 0)
+        Q_EMIT dropped(file);
+}
+
+PristineFile &ChangeList::pristine(const QString &file)
+{
+    std::unique_ptr<PristineFile> &known = m_pristine[file];
+    if (!known) {
+        // A local store has no pristine copies, but its files are not written before their first edit.
+        const QString copy = file + PristineSuffix;
+        known = std::make_unique<PristineFile>(m_store->filePath(m_store->fileExists(copy) ? copy : file));
+    }
+    return *known;
+}
+
+} // namespace paravue

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "changes/SecretKeys.h"
+#include "store/StoreObserver.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+class OrbSetup;
+
+namespace paravue
+{
+
+class PristineFile;
+
+/// A value that is another one than the recorder has.
+struct Change {
+    QString path;                    ///< "file/section/key"
+    std::optional<QString> oldValue; ///< nothing when the recorder has no such key
+    QString newValue;
+    bool isSecret = false;
+
+    /// As they may be shown: dots in the place of a secret value.
+    QString shownOldValue() const;
+    QString shownNewValue() const;
+};
+
+/// What was changed in a store since its files were fetched, or since they were saved. An edit costs the same
+/// whatever the size of the configuration; the first one of a file reads its pristine copy.
+///
+/// The files that never reach a recorder do not count ("general" and "tmp"), and neither does the time of its
+/// clock, which a save leaves out.
+class ChangeList : public QObject, private StoreObserver
+{
+    Q_OBJECT
+
+public:
+    /// When \a store is deleted the list stays as it was.
+    explicit ChangeList(OrbSetup &store);
+    ~ChangeList() override;
+    Q_DISABLE_COPY_MOVE(ChangeList)
+
+    SecretKeys &secrets() { return m_secrets; }
+
+    bool isEmpty() const { return m_changes.isEmpty(); }
+    qsizetype count() const { return m_changes.size(); }
+    /// Null when the value at \a path is that of the recorder. Valid until the next change.
+    const Change *find(const QString &path) const;
+    /// All changes in the order of their paths.
+    QList<Change> all() const;
+
+    /// The value that the recorder has at \a path, nothing when it has none.
+    std::optional<QString> oldValue(const QString &path);
+    /// Sets the value at \a path to that of the recorder.
+    void takeBack(const QString &path);
+
+    /// The recorder has got the new values of \a sent, which may have been changed again meanwhile.
+    void accept(const QList<Change> &sent);
+
+Q_SIGNALS:
+    /// The value at \a path is another one than before, or compares otherwise with that of the recorder.
+    void changed(const QString &path);
+    /// The changes of the file \a name are no more, as it was fetched anew.
+    void dropped(const QString &name);
+
+private:
+    void valueSet(const QString &path) override;
+    void fileReplaced(const QString &name) override;
+
+    PristineFile &pristine(const QString &file);
+
+    QPointer<OrbSetup> m_store;
+    SecretKeys m_secrets;
+    QHash<QString, Change> m_changes;                                      ///< by path
+    std::unordered_map<QString, std::unique_ptr<PristineFile>> m_pristine; ///< by file
+};
+
+} // namespace paravue

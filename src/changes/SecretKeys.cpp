@@ -1,0 +1,39 @@
+#include "changes/SecretKeys.h"
+
+#include "store/ConfigAddress.h"
+
+#include <algorithm>
+#include <array>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr int DotCount = 8;
+
+bool hasSecretName(QStringView path)
+{
+    static constexpr std::array<QLatin1StringView, 6> Words{
+        QLatin1StringView("PASS"),  QLatin1StringView("PWD"), QLatin1StringView("SECRET"),
+        QLatin1StringView("TOKEN"), QLatin1StringView("KEY"), QLatin1StringView("COMMUNITY")};
+    const QStringView entry = ConfigAddress(path).entry();
+    const QStringView key = entry.sliced(entry.indexOf(u'/') + 1);
+    return std::any_of(Words.begin(), Words.end(),
+                       [key](QLatin1StringView word) { return key.contains(word, Qt::CaseInsensitive); });
+}
+
+} // namespace
+
+bool SecretKeys::contains(QStringView path) const
+{
+    return hasSecretName(path) || (!m_marked.isEmpty() && m_marked.contains(path.toString()));
+}
+
+QString SecretKeys::dots()
+{
+    return QString(DotCount, QChar(0x2022));
+}
+
+} // namespace paravue

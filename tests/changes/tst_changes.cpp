@@ -1,0 +1,153 @@
+#include "changes/ChangeList.h"
+#include "support/StoreFixture.h"
+#include "support/TestTable.h"
+
+#include <QSignalSpy>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Net = "ID=old\r\n# [ a ]\r\nPASSWORD=x\r\nNAME=\"it's\"\r\n";
+
+/// A file "net" with its pristine copy, and a local one without.
+struct Session : StoreFixture {
+    Session() : StoreFixture({{"net", Net}, {"net.original", Net}, {"alone", "A=1\r\n"}, {"tmp", ""}}) {}
+
+    /// "path: old -> new" for each change.
+    QStringList texts() const
+    {
+        QStringList texts;
+        for (const Change &change : list.all()) {
+            texts << change.path + ": " + (change.oldValue ? change.shownOldValue() : "none") + " -> " +
+                         change.shownNewValue();
+        }
+        return texts;
+    }
+
+    ChangeList list{store()};
+};
+
+} // namespace
+
+/// The list of what was changed since the files were fetched.
+class TestChanges : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void comparesWithTheRecorder_data();
+    void comparesWithTheRecorder();
+    void leavesNoTraceOfWhatIsTakenBack();
+    void startsOverWithAFetchedFile();
+    void goesOnFromWhatWasSent();
+    void hidesSecrets_data();
+    void hidesSecrets();
+};
+
+void TestChanges::comparesWithTheRecorder_data()
+{
+    const TestTable<QStringList, QStringList> row("edits", "changes");
+    row("nothing", {}, {});
+    row("a value", {"net/untitled/ID/new"}, {"net/untitled/ID: old -> new"});
+    row("back again", {"net/untitled/ID/new", "net/untitled/ID/old"}, {});
+    row("the same value", {"net/untitled/NAME/it's"}, {});
+    row("twice", {"net/untitled/ID/1", "net/untitled/ID/2"}, {"net/untitled/ID: old -> 2"});
+    row("slashes", {"net/untitled/ID/a/b"}, {"net/untitled/ID: old -> a/b"});
+    row("emptied", {"net/untitled/ID/"}, {"net/untitled/ID: old -> "});
+    row("new key", {"net/untitled/NEW/1"}, {"net/untitled/NEW: none -> 1"});
+    row("new empty key", {"net/untitled/NEW/"}, {"net/untitled/NEW: none -> "});
+    row("without a pristine copy", {"alone/untitled/A/2"}, {"alone/untitled/A: 1 -> 2"});
+    row("in order", {"net/untitled/NAME/n", "alone/untitled/A/2"},
+        {"alone/untitled/A: 1 -> 2", "net/untitled/NAME: it's -> n"});
+    row("never sent", {"tmp/untitled/A/1", "general/network/login/x", "net.original/untitled/ID/x"}, {});
+}
+
+void TestChanges::comparesWithTheRecorder()
+{
+    QFETCH(QStringList, edits);
+    Session session;
+    const QSignalSpy heard(&session.list, &ChangeList::changed);
+    for (const QString &edit : edits)
+        session.store().setValue(edit);
+    QTEST(session.texts(), "changes");
+    session.store().flush();
+    QTEST(session.texts(), "changes");
+    QVERIFY(heard.size() == (QTest::currentDataTag() == QByteArray("never sent") ? 0 : edits.size()));
+}
+
+void TestChanges::leavesNoTraceOfWhatIsTakenBack()
+{
+    Session session;
+    for (const char *edit : {"net/untitled/ID/1", "net/untitled/NEW/1", "net/untitled/ID/2"})
+        session.store().setValue(edit);
+    for (const Change &change : session.list.all())
+        session.list.takeBack(change.path);
+    QVERIFY(session.list.isEmpty());
+    QCOMPARE(session.store().value("net/untitled/ID"), "old");
+    QCOMPARE(session.store().value("net/untitled/NEW/none"), "none");
+    QCOMPARE(session.store().regexp_values("net/untitled/.*").size(), 3);
+    session.store().setValue("net/untitled/NEW/2");
+    session.store().flush();
+    session.list.takeBack("net/untitled/NEW");
+    session.store().flush();
+    QCOMPARE(session.store().value("net/untitled/NEW/none"), ""); // the file holds the key now
+}
+
+void TestChanges::startsOverWithAFetchedFile()
+{
+    Session session;
+    session.store().setValue("net/untitled/ID/new");
+    session.store().setValue("alone/untitled/A/2");
+    const QSignalSpy dropped(&session.list, &ChangeList::dropped);
+    session.setFile("net", "ID=fetched\r\n");
+    session.setFile("net.original", "ID=fetched\r\n");
+    QCOMPARE(session.texts(), QStringList("alone/untitled/A: 1 -> 2"));
+    QCOMPARE(dropped.size(), 1);
+    session.store().setValue("net/untitled/ID/new");
+    QCOMPARE(session.texts().value(1), "net/untitled/ID: fetched -> new");
+}
+
+void TestChanges::goesOnFromWhatWasSent()
+{
+    Session session;
+    session.store().setValue("net/untitled/ID/sent");
+    session.store().setValue("net/untitled/NAME/sent");
+    const QList<Change> sent = session.list.all();
+    session.store().setValue("net/untitled/ID/later");
+    session.list.takeBack("net/untitled/NAME");
+    session.list.accept(sent);
+    QCOMPARE(session.texts(),
+             QStringList({"net/untitled/ID: sent -> later", "net/untitled/NAME: sent -> it's"}));
+    session.list.takeBack("net/untitled/ID");
+    QCOMPARE(session.store().value("net/untitled/ID"), "sent");
+}
+
+void TestChanges::hidesSecrets_data()
+{
+    const TestTable<QString, bool> row("path", "isSecret");
+    row("password", "net/untitled/PASSWORD", true);
+    row("in small letters", "users/untitled/user_pwd3", true);
+    row("community", "net/snmp/READ_COMMUNITY", true);
+    row("in the section only", "net/token/ID", false);
+    row("in the file only", "keys/untitled/ID", false);
+    row("anything else", "net/untitled/NAME", false);
+    row("marked", "net/untitled/PIN", true);
+}
+
+void TestChanges::hidesSecrets()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, isSecret);
+    SecretKeys secrets;
+    secrets.mark("net/untitled/PIN");
+    QCOMPARE(secrets.contains(path), isSecret);
+    const Change change{path, "long old value", "new", isSecret};
+    QCOMPARE(change.shownOldValue() == change.shownNewValue(), isSecret);
+    QCOMPARE(change.shownNewValue() == "new", !isSecret);
+}
+
+QTEST_GUILESS_MAIN(TestChanges)
+#include "tst_changes.moc"
