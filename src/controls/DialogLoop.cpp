@@ -1,5 +1,7 @@
 #include "controls/DialogLoop.h"
 
+#include "controls/WindowLook.h"
+
 #include <QDialog>
 #include <QEvent>
 
@@ -15,6 +17,7 @@ DialogLoop::DialogLoop(QDialog &dialog)
 void DialogLoop::run(QDialog &dialog)
 {
     DialogLoop waiting(dialog);
+    WindowLook::apply(dialog);
     dialog.setAttribute(Qt::WA_ShowModal);
     dialog.show();
     if (dialog.isVisible())

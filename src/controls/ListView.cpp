@@ -17,8 +17,6 @@ namespace paravue
 namespace
 {
 
-constexpr int FocusRing = 2;
-
 /// Rows with room above and below their text.
 class RoomyDelegate : public QStyledItemDelegate
 {
@@ -112,13 +110,9 @@ bool ListView::viewportEvent(QEvent *event)
 void ListView::paintEvent(QPaintEvent *event)
 {
     QTreeWidget::paintEvent(event);
-    QPainter painter(viewport());
-    if (hasFocus()) { // the current row may be out of sight, or missing
-        painter.setPen(QPen(palette().color(QPalette::Highlight), FocusRing));
-        painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
-    }
     if (topLevelItemCount() > 0 || m_placeholder.isEmpty())
         return;
+    QPainter painter(viewport());
     // QPalette::PlaceholderText is too faint on a light background.
     painter.setPen(
         paravue::mixedColor(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.7));

@@ -11,8 +11,6 @@ namespace paravue
 namespace
 {
 
-constexpr int FocusFrameWidth = 3; // pixels
-
 } // namespace
 
 LiveView::LiveView(QWidget *parent) : QLabel(tr("No signal"), parent)
@@ -74,10 +72,6 @@ void LiveView::paintEvent(QPaintEvent *)
         paintRemark(painter, contentsRect(), shown, background, foreground);
     else
         paintNotice(painter, contentsRect(), shown, background, foreground);
-    if (hasFocus()) {
-        painter.setPen(QPen(palette().color(QPalette::Highlight), FocusFrameWidth));
-        painter.drawRect(rect().adjusted(1, 1, -2, -2));
-    }
 }
 
 void LiveView::paintPicture(QPainter &painter)

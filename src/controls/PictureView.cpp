@@ -13,10 +13,8 @@ namespace paravue
 namespace
 {
 
-// Narrow, so that the picture lines up with the controls above it. The focus ring covers the edge of the
-// picture.
+// Narrow, so that the picture lines up with the controls above it.
 constexpr int FrameWidth = 1;
-constexpr int RingWidth = 3;
 constexpr int FooterGap = 3;
 constexpr QSize UsualSize(320, 240);
 constexpr QSize SmallestSize(96, 72);
@@ -199,13 +197,10 @@ void PictureView::paintEvent(QPaintEvent *event)
         paintRemark(painter, picture, m_remark, background, foreground);
     painter.restore();
     paintFooter(painter);
-    const bool ring = hasFocus();
-    const double width = ring ? RingWidth : FrameWidth;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(
-        QPen(ring ? palette().color(QPalette::Highlight) : mixedColor(background, foreground, 0.4), width));
-    const double out = FrameWidth - width / 2;
+    painter.setPen(QPen(mixedColor(background, foreground, 0.4), FrameWidth));
+    const double out = FrameWidth / 2.0;
     painter.drawRect(QRectF(picture).adjusted(-out, -out, out, out));
 }
 

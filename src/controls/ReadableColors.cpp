@@ -35,14 +35,14 @@ QColor readableTextOn(const QColor &background)
     return contrastRatio(black, background) >= contrastRatio(white, background) ? black : white;
 }
 
-QColor readableVersion(const QColor &preferred, const QColor &background)
+QColor readableVersion(const QColor &preferred, const QColor &background, double contrast)
 {
+    constexpr int Steps = 20;
     const QColor strongest = readableTextOn(background);
-    for (double share = 0; share < 1; share += 0.1) {
-        const QColor candidate = mixedColor(preferred, strongest, share);
-        if (contrastRatio(candidate, background) >= ReadableContrast) {
+    for (int step = 0; step < Steps; ++step) {
+        const QColor candidate = mixedColor(preferred, strongest, double(step) / Steps);
+        if (contrastRatio(candidate, background) >= contrast)
             return candidate;
-        }
     }
     return strongest;
 }

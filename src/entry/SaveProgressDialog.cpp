@@ -1,6 +1,7 @@
 #include "entry/SaveProgressDialog.h"
 
 #include "controls/DialogPlace.h"
+#include "controls/WindowLook.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -36,6 +37,7 @@ SaveProgressDialog::SaveProgressDialog() : m_activity(new QLabel(this)), m_bar(n
     setMinimumWidth(Width);
     m_bar->setFocusPolicy(Qt::StrongFocus);
     m_bar->setFocus();
+    WindowLook::apply(*this);
 }
 
 void SaveProgressDialog::setProgress(int percent, const QString &activity)

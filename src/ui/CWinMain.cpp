@@ -2,6 +2,7 @@
 
 #include "controls/DialogLoop.h"
 #include "controls/OrbDlgQuestion.h"
+#include "controls/WindowLook.h"
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
@@ -119,6 +120,7 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
     if (isWindow())
         new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
+    WindowLook::apply(*this);
     show();
     qCInfo(windowLog) << "opened for" << recorderName(setup->address());
     operate([this] { m_setup->load(); });
@@ -428,6 +430,8 @@ void CWinMain::build(const QByteArray &description, const QString &path)
 
 bool CWinMain::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Polish && watched->isWidgetType()) // a dialog of the description
+        WindowLook::apply(static_cast<QWidget &>(*watched));
     if (event->type() == QEvent::KeyPress && pressFocusedButton(*static_cast<QKeyEvent *>(event)))
         return true;
     return QDialog::eventFilter(watched, event);

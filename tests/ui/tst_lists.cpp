@@ -157,7 +157,6 @@ private Q_SLOTS:
     void asksBeforeAPackageGoes_data();
     void asksBeforeAPackageGoes();
     void marksRowsOfATable();
-    void showsThatItHasTheFocus();
     void refusesUnknownTags();
 };
 
@@ -548,21 +547,6 @@ void TestLists::marksRowsOfATable()
         QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(),
                  name == QString("bob") ? "" : name);
     }
-}
-
-void TestLists::showsThatItHasTheFocus()
-{
-    DescribedWindow window(describePage("<item type='softlist'><key>soft/none</key></item>"
-                                        "<item type='edit' row='1'/>"),
-                           {{"soft", Packages}});
-    QTreeWidget &empty = list(window);
-    const auto corner = [&] {
-        return empty.viewport()->grab().toImage().pixelColor(empty.viewport()->rect().bottomRight());
-    };
-    window.widget<QLineEdit>()->setFocus();
-    QCOMPARE(corner(), empty.palette().color(QPalette::Base));
-    empty.setFocus(Qt::TabFocusReason);
-    QCOMPARE(corner(), empty.palette().color(QPalette::Highlight));
 }
 
 void TestLists::refusesUnknownTags()

@@ -1,5 +1,6 @@
 #include "ui/base/ColouredButton.h"
 
+#include "controls/ControlStyle.h"
 #include "controls/ReadableColors.h"
 
 #include <QEvent>
@@ -17,20 +18,18 @@ namespace paravue
 namespace
 {
 
-constexpr double CornerRadius = 3;
-
 struct ButtonColor {
     const char *word;
     QColor brush;
-    QColor painted; ///< white text has a contrast of 5.3 and more on it
+    QColor painted; ///< white text has a contrast of 7.1 and more on it
 };
 
 const std::array<ButtonColor, 4> &buttonColors()
 {
-    static const std::array<ButtonColor, 4> colors{{{"green", Qt::green, QColor(0x2b, 0x7a, 0x3d)},
-                                                    {"blue", Qt::blue, QColor(0x2a, 0x5c, 0xaa)},
-                                                    {"darkCyan", Qt::darkCyan, QColor(0x0b, 0x6e, 0x75)},
-                                                    {"red", Qt::red, QColor(0xb3, 0x36, 0x2b)}}};
+    static const std::array<ButtonColor, 4> colors{{{"green", Qt::green, QColor(0x22, 0x64, 0x2f)},
+                                                    {"blue", Qt::blue, QColor(0x26, 0x54, 0x9b)},
+                                                    {"darkCyan", Qt::darkCyan, QColor(0x09, 0x60, 0x67)},
+                                                    {"red", Qt::red, QColor(0x9c, 0x2f, 0x26)}}};
     return colors;
 }
 
@@ -59,33 +58,8 @@ QStyleOptionButton optionOf(const QPushButton &button)
 void paintGround(QPainter &painter, const QStyleOptionButton &option)
 {
     const QColor color = paintedColor(option.palette.color(QPalette::Button));
-    const QColor text = option.palette.color(QPalette::ButtonText);
-    // Pressed and hovered buttons get a colour with more contrast to the text, never less.
-    const QColor awayFromText = readableTextOn(text);
-    double shift = 0;
-    if (option.state & QStyle::State_Sunken) {
-        shift = 0.3;
-    } else if ((option.state & QStyle::State_MouseOver) && (option.state & QStyle::State_Enabled)) {
-        shift = 0.12;
-    }
-
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF rect = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.setPen(mixedColor(color, option.palette.color(QPalette::WindowText), 0.4));
-    painter.setBrush(mixedColor(color, awayFromText, shift));
-    painter.drawRoundedRect(rect, CornerRadius, CornerRadius);
-    if (option.state & QStyle::State_Sunken) { // the shadow of the upper edge
-        painter.setPen(mixedColor(color, Qt::black, 0.65));
-        painter.drawLine(rect.topLeft() + QPointF(CornerRadius, 1),
-                         rect.topRight() + QPointF(-CornerRadius, 1));
-    }
-    if (option.state & QStyle::State_HasFocus) {
-        painter.setPen(text);
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(rect.adjusted(2, 2, -2, -2), CornerRadius - 1, CornerRadius - 1);
-    }
-    painter.restore();
+    paintButtonGround(painter, option, color,
+                      mixedColor(color, option.palette.color(QPalette::WindowText), 0.4));
 }
 
 /// Paints the button that it is the child of.

@@ -1,5 +1,6 @@
 #include "ui/base/SliderLook.h"
 
+#include "controls/ReadablePalette.h"
 #include "ui/base/WindowStyle.h"
 
 #include <QApplication>
@@ -104,25 +105,19 @@ private:
             option.direction == Qt::RightToLeft ? before.setLeft(centre.x()) : before.setRight(centre.x());
         else
             before.setBottom(centre.y());
-        const QColor line = borderColor(palette);
-        const QColor mark = isEnabled ? accentColor(palette) : line;
+        const QColor mark = isEnabled ? markColor(palette) : fieldEdgeColor(palette);
 
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(line);
+        painter.setBrush(borderColor(palette));
         painter.drawRoundedRect(groove, half, half);
         painter.setBrush(mark);
         painter.drawRoundedRect(before, half, half);
         const bool isHeld = option.state & State_Sunken;
-        painter.setPen(QPen(isEnabled ? readableVersion(mark, palette.color(QPalette::Window)) : line, 1.5));
+        painter.setPen(QPen(mark, 1.5));
         painter.setBrush(isHeld ? mark : palette.color(isEnabled ? QPalette::Base : QPalette::Window));
         painter.drawEllipse(centre, radius, radius);
-        if (option.state & State_HasFocus) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(readableVersion(mark, palette.color(QPalette::Window)));
-            painter.drawEllipse(centre, radius - 3, radius - 3);
-        }
         painter.restore();
     }
 };

@@ -48,11 +48,6 @@ QColor headerBackground(const QPalette &palette)
     return mixedColor(ground(palette), ink(palette), 0.08);
 }
 
-QColor accentColor(const QPalette &palette)
-{
-    return palette.color(QPalette::Highlight);
-}
-
 void registerPictures()
 {
     initPictures();

@@ -25,8 +25,6 @@ QFont headerFont(const QFont &base);
 QColor borderColor(const QPalette &palette);
 /// The strip behind the header text, a shade apart from the window.
 QColor headerBackground(const QPalette &palette);
-/// For marks such as the focus or the progress.
-QColor accentColor(const QPalette &palette);
 
 /// Registers the window's icons (":/resources/ok.png" and so on); safe to call again. A static library does
 /// not register its resources by itself.

@@ -1,5 +1,6 @@
 #include "ui/binding/Bindings.h"
 
+#include "controls/WindowLook.h"
 #include "store/OrbSetup.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ActionRunner.h"
@@ -43,6 +44,7 @@ void Bindings::loadNew(const QList<int> &numbers)
         Control *control = m_table.find(number);
         if (!control || !control->adapter || !control->widget)
             continue;
+        WindowLook::styleControls(*control->widget);
         control->adapter->load(m_context, *control);
         loadFieldNotes(m_context, *control);
         control->loaded = true;

@@ -63,10 +63,6 @@ protected:
         cross.moveCenter(QRectF(rect()).center());
         painter.drawLine(cross.topLeft(), cross.bottomRight());
         painter.drawLine(cross.topRight(), cross.bottomLeft());
-        if (hasFocus()) {
-            painter.setPen(QPen(accentColor(palette()), 2));
-            painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), SpacingStep, SpacingStep);
-        }
     }
 };
 

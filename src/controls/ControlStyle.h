@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QColor>
+
+class QPainter;
+class QStyle;
+class QStyleOption;
+class QWidget;
+
+namespace paravue
+{
+
+/// The style of the controls in the windows of this library, for QWidget::setStyle(): that of the
+/// application, with flat fields, buttons and check boxes whose edges are visible on every ground, a default
+/// button in the colour of the selection, and one ring for the keyboard focus. The application's own style is
+/// left alone. There is one object for all, which belongs to the application.
+QStyle *controlStyle();
+
+/// Marks \a widget as a value to read: while it is disabled it shows its text like a label, without the frame
+/// of a field. Once it is enabled it looks like any other control.
+void showAsValue(QWidget &widget);
+
+/// The flat ground of a push button in the state of \a option, with the given colour.
+void paintButtonGround(QPainter &painter, const QStyleOption &option, const QColor &color,
+                       const QColor &edge);
+
+} // namespace paravue

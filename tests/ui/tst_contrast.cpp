@@ -1,0 +1,441 @@
+// The contrasts of everything that the windows show, computed from what is painted.
+
+#include "DescribedWindow.h"
+
+#include "controls/DialogLoop.h"
+#include "controls/OrbDlgQuestion.h"
+#include "controls/ReadableColors.h"
+#include "device/login/cDlg.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStyleFactory>
+#include <QStyleOptionButton>
+#include <QStyleOptionSlider>
+#include <QTabBar>
+#include <QTreeWidget>
+
+#include <algorithm>
+#include <limits>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+constexpr int Scale = 3; // strokes of letters are then as wide as a whole pixel
+using Colors = QHash<QRgb, int>;
+
+const QByteArray Controls = R"(
+    <item row="0" type="label"><text>Text</text></item>
+    <item row="1" type="edit"><key>net/a/text</key></item>
+    <item row="2" type="edit" password="on"><key>net/a/text</key></item>
+    <item row="3" type="dropdown"><text>One<key>net/a/choice/1</key></text>
+        <text>Two<key>net/a/choice/2</key></text></item>
+    <item row="4" type="datetime" format="dd.MM.yyyy"><key>net/a/time</key></item>
+    <item row="5" type="datetime" format="dd.MM.yyyy" calendarPopup="on"><key>net/a/time</key></item>
+    <item row="6" type="checkbox"><text>Text</text><key>net/a/on</key></item>
+    <item row="7" type="checkbox"><text>Text</text><key>net/a/off</key></item>
+    <item row="8" type="pushbutton"><text>Text</text></item>
+    <item row="9" type="pushbutton" checkable="true"><text>Text</text></item>
+    <item row="10" type="pushbutton" checkable="true" color="green"><text>Text</text></item>
+    <item row="11" type="pushbutton" checkable="true" color="blue"><text>Text</text></item>
+    <item row="12" type="pushbutton" checkable="true" color="darkCyan"><text>Text</text></item>
+    <item row="13" type="pushbutton" checkable="true" color="red"><text>Text</text></item>
+    <item row="14" type="k9m_button" checkable="true"><text>Text</text></item>
+    <item row="15" type="scroll" orientation="horizontal" maxvalue="9" value="4"/>
+    <item row="16" type="progressbar" maxvalue="9" value="0"/>
+    <item row="17" type="progressbar" maxvalue="9" value="9"/>
+    <item row="18" type="orbpie"><size>9</size><used>4</used></item>
+    <item row="19" type="list"><column>Column</column><text>One</text><text>Two</text></item>
+    <item row="20" type="softlist"><key>soft/none</key><column>Column</column></item>
+    <item row="21" type="accesslist"><key>net/users</key><column>Column</column></item>
+    <item row="22" type="vornschedule"><key>net/week/1</key></item>
+    <item row="23" type="maskctrl" ctrlColumns="4" ctrlRows="3"><key>net/a/mask</key></item>
+    <item row="24" type="tabwidget"><tab><name>One</name></tab><tab><name>Two</name></tab></item>)";
+
+const QByteArray Values = "[a]\r\ntext=Text\r\ntime=20260102030405\r\nchoice=1\r\non=on\r\noff=off\r\n";
+
+/// A part of a window as it is painted.
+class Painted
+{
+public:
+    Painted(QWidget &window, const QRect &area) : m_image(area.size() * Scale, QImage::Format_RGB32)
+    {
+        m_image.setDevicePixelRatio(Scale);
+        m_image.fill(Qt::magenta);
+        QPainter painter(&m_image);
+        window.render(&painter, QPoint(), QRegion(area),
+                      QWidget::DrawWindowBackground | QWidget::DrawChildren);
+    }
+
+    QColor at(const QPointF &point) const { return m_image.pixelColor((point * Scale).toPoint()); }
+    int width() const { return m_image.width() / Scale; }
+    int height() const { return m_image.height() / Scale; }
+
+    /// Of what stands out most, to the colour that most of the area has.
+    double contrast() const
+    {
+        Colors colors;
+        for (int y = 0; y < m_image.height(); ++y) {
+            for (int x = 0; x < m_image.width(); ++x)
+                ++colors[m_image.pixel(x, y)];
+        }
+        const QColor ground = std::max_element(colors.cbegin(), colors.cend()).key();
+        double most = 1;
+        for (auto color = colors.cbegin(); color != colors.cend(); ++color)
+            most = std::max(most, contrastRatio(ground, color.key()));
+        return most;
+    }
+
+private:
+    QImage m_image;
+};
+
+QRect inWindow(const QWidget &widget, const QRect &area)
+{
+    return {widget.mapTo(widget.window(), area.topLeft()), area.size()};
+}
+
+Painted painted(const QWidget &widget, const QRect &area)
+{
+    return Painted(*widget.window(), inWindow(widget, area));
+}
+
+/// Where the widget writes its text, without edges, arrows and boxes.
+QRect textArea(const QWidget &widget)
+{
+    QRect area = widget.rect().adjusted(5, 4, -5, -4);
+    if (qobject_cast<const QComboBox *>(&widget) || qobject_cast<const QAbstractSpinBox *>(&widget))
+        area.setRight(area.right() - 20);
+    if (const auto *box = qobject_cast<const QCheckBox *>(&widget)) {
+        QStyleOptionButton option;
+        option.initFrom(box);
+        area = box->style()->subElementRect(QStyle::SE_CheckBoxContents, &option, box);
+    }
+    return area;
+}
+
+/// The least contrast of the edge to what is around \a area of the widget, of three places on its upper side.
+double edgeContrast(const QWidget &widget, const QRect &area)
+{
+    constexpr int Around = 3;
+    constexpr int Depth = 2;
+    const Painted picture = painted(widget, area.adjusted(0, -Around, 0, 0));
+    double least = std::numeric_limits<double>::max();
+    for (const int quarter : {1, 2, 3}) {
+        const double x = picture.width() * quarter / 4.0;
+        double most = 1;
+        for (double y = Around - 1; y < Around + Depth; y += 1.0 / Scale)
+            most = std::max(most, contrastRatio(picture.at({x, 0}), picture.at({x, y})));
+        least = std::min(least, most);
+    }
+    return least;
+}
+
+/// The contrast of the focus ring around \a area to what is there without it, of the side where it is least.
+double ringContrast(QWidget &widget, const QRect &area, QWidget &elsewhere)
+{
+    constexpr int Band = 6;
+    const QRect all = area.adjusted(-Band, -Band, Band, Band);
+    elsewhere.setFocus(Qt::MouseFocusReason);
+    const Painted without = painted(widget, all);
+    widget.setFocus(Qt::MouseFocusReason);
+    const Painted with = painted(widget, all);
+    const double right = with.width() - 1;
+    const double bottom = with.height() - 1;
+    const QPointF middle(right / 2, bottom / 2);
+    double least = std::numeric_limits<double>::max();
+    for (const QLineF &band : {QLineF(0, middle.y(), 2 * Band, middle.y()),
+                               QLineF(right, middle.y(), right - 2 * Band, middle.y()),
+                               QLineF(middle.x(), 0, middle.x(), 2 * Band),
+                               QLineF(middle.x(), bottom, middle.x(), bottom - 2 * Band)}) {
+        double most = 1;
+        for (double along = 0; along <= 1; along += 1.0 / (2 * Band * Scale))
+            most =
+                std::max(most, contrastRatio(with.at(band.pointAt(along)), without.at(band.pointAt(along))));
+        least = std::min(least, most);
+    }
+    return least;
+}
+
+struct Look {
+    const char *name;
+    QPalette palette;
+    double text;
+};
+
+QPalette palette(QRgb window, QRgb text, QRgb base, QRgb button, QRgb highlight, QRgb highlightedText)
+{
+    QPalette palette{QColor(button), QColor(window)};
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, QColor(text));
+    palette.setColor(QPalette::Base, QColor(base));
+    palette.setColor(QPalette::Highlight, QColor(highlight));
+    palette.setColor(QPalette::HighlightedText, QColor(highlightedText));
+    return palette;
+}
+
+QList<Look> looks()
+{
+    return {{"light", QStyleFactory::create("Fusion")->standardPalette(), ReadableContrast},
+            {"dark", palette(0xff353535, 0xffffffff, 0xff2a2a2a, 0xff404040, 0xff2a82da, 0xffffffff),
+             ReadableContrast},
+            {"high contrast, dark",
+             palette(0xff000000, 0xffffffff, 0xff000000, 0xff000000, 0xff1aebff, 0xff000000), HighContrast},
+            {"high contrast, light",
+             palette(0xffffffff, 0xff000000, 0xffffffff, 0xffffffff, 0xff37006e, 0xffffffff), HighContrast}};
+}
+
+} // namespace
+
+/// Each test notes every contrast that is too low, so that one run tells all.
+class TestContrast : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { QVERIFY2(m_faults.isEmpty(), qPrintable(m_faults.join(u'\n'))); }
+
+    void computesContrasts();
+    void controls_data() { everyLook(); }
+    void controls();
+    void lists_data() { everyLook(); }
+    void lists();
+    void tabs_data() { everyLook(); }
+    void tabs();
+    void messages_data() { everyLook(); }
+    void messages();
+    void login_data() { everyLook(); }
+    void login();
+
+private:
+    static void everyLook()
+    {
+        QTest::addColumn<int>("number");
+        for (int number = 0; number < looks().size(); ++number)
+            QTest::newRow(looks()[number].name) << number;
+    }
+    void expect(const QString &what, double contrast, double least)
+    {
+        if (contrast < least)
+            m_faults << QString("%1: %2 instead of %3").arg(what).arg(contrast, 0, 'f', 2).arg(least);
+    }
+    void measureText(const QString &name, QWidget &widget, double least)
+    {
+        expect(name, painted(widget, textArea(widget)).contrast(), least);
+    }
+    void measureStates(const QString &name, QWidget &widget);
+    void measureEdge(const QString &name, QWidget &widget);
+    void measureButtons(const QString &name, QWidget &dialog);
+
+    double m_text = 0;
+    QStringList m_faults;
+};
+
+void TestContrast::init()
+{
+    m_faults.clear();
+    if (!QTest::currentDataTag())
+        return;
+    QFETCH(int, number);
+    QApplication::setPalette(looks()[number].palette);
+    m_text = looks()[number].text;
+}
+
+void TestContrast::computesContrasts()
+{
+    QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
+    // The grey that is known to be just too light for text on white.
+    QCOMPARE(qRound(contrastRatio(QColor(0x77, 0x77, 0x77), Qt::white) * 100), 448);
+}
+
+/// The text of a control in all its states.
+void TestContrast::measureStates(const QString &name, QWidget &widget)
+{
+    measureText(name, widget, m_text);
+    widget.setAttribute(Qt::WA_UnderMouse);
+    measureText(name + ", hovered", widget, m_text);
+    widget.setAttribute(Qt::WA_UnderMouse, false);
+    if (auto *button = qobject_cast<QPushButton *>(&widget)) {
+        button->setDown(true);
+        measureText(name + ", pressed", widget, m_text);
+        button->setDown(false);
+        button->setChecked(button->isCheckable());
+        measureText(name + ", checked", widget, m_text);
+        button->setEnabled(false);
+        measureText(name + ", checked and disabled", widget, VisibleContrast);
+        button->setEnabled(true);
+        button->setChecked(false);
+    }
+    widget.setEnabled(false);
+    measureText(name + ", disabled", widget, VisibleContrast);
+    widget.setEnabled(true);
+}
+
+/// The edge of a field, and the handle of a slider.
+void TestContrast::measureEdge(const QString &name, QWidget &widget)
+{
+    QRect area = widget.rect();
+    if (const auto *bar = qobject_cast<QScrollBar *>(&widget)) {
+        QStyleOptionSlider option;
+        option.initFrom(bar);
+        option.orientation = bar->orientation();
+        option.maximum = bar->maximum();
+        option.sliderPosition = bar->value();
+        area = bar->style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, bar);
+    } else if (const auto *box = qobject_cast<QCheckBox *>(&widget)) {
+        QStyleOptionButton option;
+        option.initFrom(box);
+        area = box->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, box);
+    } else if (!widget.inherits("QLineEdit") && !widget.inherits("QComboBox") &&
+               !widget.inherits("QAbstractSpinBox") && !widget.inherits("QPushButton") &&
+               !widget.inherits("QAbstractItemView")) {
+        return;
+    }
+    expect(name + ", edge", edgeContrast(widget, area), VisibleContrast);
+}
+
+void TestContrast::controls()
+{
+    DescribedWindow window(describePage(Controls), {{"net", Values}});
+    window.window->resize(700, 3000);
+    window.settle();
+    QWidget &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
+    elsewhere.setFocus();
+    const QRegularExpression given("^link\\d+$");
+    int measured = 0;
+    for (QWidget *widget : window.page()->findChildren<QWidget *>()) {
+        if (!given.match(widget->accessibleName()).hasMatch() || widget->inherits("QTabWidget"))
+            continue;
+        const QString name =
+            QString("%1 %2").arg(widget->accessibleName(), widget->metaObject()->className());
+        ++measured;
+        measureEdge(name, *widget);
+        if (widget->focusPolicy() != Qt::NoFocus)
+            expect(name + ", focus", ringContrast(*widget, widget->rect(), elsewhere), VisibleContrast);
+        elsewhere.setFocus();
+        const bool isOneText = !widget->inherits("QScrollBar") && !widget->inherits("QAbstractItemView") &&
+                               !widget->inherits("paravue::WeekSchedule") &&
+                               !widget->inherits("paravue::MaskEditor");
+        if (isOneText)
+            measureStates(name, *widget);
+    }
+    QCOMPARE(measured, 24);
+    QPushButton &ok = *window.window->findChild<QPushButton *>("buttonOK");
+    measureStates("default", ok);
+    expect("default stands out", edgeContrast(ok, ok.rect()), VisibleContrast);
+}
+
+void TestContrast::lists()
+{
+    DescribedWindow window(describePage(Controls), {{"net", Values}});
+    window.window->resize(700, 3000);
+    window.settle();
+    auto *list = window.widget<QTreeWidget>();
+    list->setCurrentItem(list->topLevelItem(0));
+    for (const bool isFocused : {true, false}) {
+        if (isFocused)
+            list->setFocus();
+        else
+            window.window->findChild<QPushButton *>("buttonCancel")->setFocus();
+        for (const int row : {0, 1}) {
+            const QRect place = list->visualItemRect(list->topLevelItem(row)).adjusted(4, 2, -4, -2);
+            expect(QString("row %1 with focus %2").arg(row).arg(isFocused),
+                   painted(*list->viewport(), place).contrast(), m_text);
+        }
+    }
+    expect("header of a column", painted(*list->header(), list->header()->rect()).contrast(), m_text);
+    auto *box = window.widget<QComboBox>();
+    box->showPopup();
+    QAbstractItemView *view = box->view();
+    for (const int row : {0, 1}) {
+        const QRect place = view->visualRect(view->model()->index(row, 0)).adjusted(4, 2, -4, -2);
+        expect(QString("choice %1").arg(row), painted(*view->viewport(), place).contrast(), m_text);
+    }
+    box->hidePopup();
+}
+
+void TestContrast::tabs()
+{
+    DescribedWindow window(describePage(Controls), {{"net", Values}});
+    window.window->resize(700, 3000);
+    window.settle();
+    auto *bar = window.page()->findChild<QTabBar *>();
+    QPushButton &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
+    for (const int tab : {0, 1})
+        expect(QString("tab %1").arg(tab), painted(*bar, bar->tabRect(tab).adjusted(8, 6, -8, -6)).contrast(),
+               m_text);
+    expect("tab, focus", ringContrast(*bar, bar->tabRect(0), elsewhere), VisibleContrast);
+}
+
+/// The texts of a dialog's labels, the texts and focus of its buttons and fields, and its default button.
+void TestContrast::measureButtons(const QString &name, QWidget &dialog)
+{
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QWidget *first = QApplication::focusWidget();
+    QVERIFY2(first, qPrintable(name));
+    QWidget *elsewhere = first->nextInFocusChain();
+    while (elsewhere->focusPolicy() == Qt::NoFocus || !elsewhere->isVisible() || elsewhere->isWindow())
+        elsewhere = elsewhere->nextInFocusChain();
+    expect(name + ", first focus", ringContrast(*first, first->rect(), *elsewhere), VisibleContrast);
+    for (QWidget *widget : dialog.findChildren<QWidget *>()) {
+        if (!widget->isVisible())
+            continue;
+        const QString part = name + u' ' + widget->metaObject()->className();
+        auto *label = qobject_cast<QLabel *>(widget);
+        if (label && !label->text().isEmpty())
+            expect(part, painted(*label, label->rect()).contrast(), m_text);
+        if (auto *button = qobject_cast<QPushButton *>(widget)) {
+            button->setEnabled(true);
+            measureText(part + button->text(), *button, m_text);
+            if (button->isDefault())
+                expect(part + ", default", edgeContrast(*button, button->rect()), VisibleContrast);
+        }
+        measureEdge(part, *widget);
+    }
+}
+
+void TestContrast::messages()
+{
+    const ModalWatcher watcher([this](QWidget &box) { measureButtons("question", box); });
+    OrbDlgQuestion::Do(nullptr, QMessageBox::Question, "Title", "Text", QMessageBox::Yes | QMessageBox::No,
+                       QMessageBox::No);
+    OrbDlgQuestion::DoExplained(nullptr, QMessageBox::Critical, "Title", "Text", "Explanation",
+                                QMessageBox::Ok, QMessageBox::NoButton);
+    QCOMPARE(watcher.count(), 2);
+}
+
+void TestContrast::login()
+{
+    const auto measure = [this](QWidget &dialog) {
+        measureButtons("login", dialog);
+        for (QLineEdit *edit : dialog.findChildren<QLineEdit *>()) {
+            edit->setText("Text");
+            measureText(edit->objectName(), *edit, m_text);
+        }
+    };
+    const ModalWatcher watcher(measure, "cDlg");
+    Credentials record;
+    record.url = "recorder";
+    cDlg dialog(record, nullptr, nullptr);
+    dialog.tellRefusal();
+    DialogLoop::run(dialog);
+    QCOMPARE(watcher.count(), 1);
+}
+
+QTEST_MAIN(TestContrast)
+
+#include "tst_contrast.moc"
