@@ -1,5 +1,7 @@
 #include "controls/CellGridEditor.h"
 
+#include "controls/CellClipboard.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -75,6 +77,8 @@ QString CellGridEditor::valueText() const
     QString text = tr("%1: %2").arg(place, state);
     if (kinds().size() > 1)
         text = tr("%1; painting with %2").arg(text, kinds().value(m_kind - 1));
+    if (!m_refusal.isEmpty())
+        text = tr("%1; %2").arg(m_refusal, text);
     return withNotice(m_tool == Tool::Brush ? tr("%1; brush").arg(text) : text);
 }
 
@@ -104,6 +108,57 @@ void CellGridEditor::slot_Undo()
 void CellGridEditor::slot_Redo()
 {
     m_gesture.redo();
+}
+
+void CellGridEditor::slot_Copy()
+{
+    copyCells(m_cells);
+}
+
+void CellGridEditor::slot_Paste()
+{
+    const QStringList copied = copiedCells().value_or(QStringList());
+    m_refusal = faultOf(copied);
+    if (!m_refusal.isEmpty()) {
+        stateChanged();
+        showRefusal(*this, m_refusal);
+        return;
+    }
+    changeCells(QRect(QPoint(), gridSize()), [&](const QPoint &cell) {
+        const int mark = copied[cell.y()][cell.x()].digitValue();
+        const int kind = kindOf(mark);
+        return (kind == 0 || !isOfKind(m_cells.mark(cell), kind)) &&
+               m_cells.setMark(cell, kind == 0 ? mark : kind);
+    });
+}
+
+/// The kind that a mark counts as here; 0 for none.
+int CellGridEditor::kindOf(int mark) const
+{
+    int kind = 1;
+    while (kind <= kinds().size() && !isOfKind(mark, kind))
+        ++kind;
+    return kind <= kinds().size() ? kind : 0;
+}
+
+/// Why copied cells cannot be pasted; empty when they can.
+QString CellGridEditor::faultOf(const QStringList &copied) const
+{
+    if (copied.isEmpty())
+        return tr("Not pasted: the clipboard holds no cells");
+    const QSize size(int(copied[0].size()), int(copied.size()));
+    if (size != gridSize())
+        return tr("Not pasted: the copied grid has %1 columns and %2 rows, this one has %3 and %4")
+            .arg(QString::number(size.width()), QString::number(size.height()),
+                 QString::number(gridSize().width()), QString::number(gridSize().height()));
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const int mark = copied[y][x].digitValue();
+            if (mark != 0 && kindOf(mark) == 0 && m_cells.mark({x, y}) != mark)
+                return tr("Not pasted: there is no zone %1 here").arg(QString::number(mark));
+        }
+    }
+    return {};
 }
 
 void CellGridEditor::slot_Choose_kind(const QString &number)
@@ -187,6 +242,7 @@ QPoint CellGridEditor::cellAt(const QPoint &position) const
 
 void CellGridEditor::mousePressEvent(QMouseEvent *event)
 {
+    m_refusal.clear();
     m_gesture.press(*event);
 }
 
@@ -305,7 +361,15 @@ void CellGridEditor::textsEdited(const QStringList &, const QStringList &)
 
 EditActions CellGridEditor::editActions()
 {
-    return groupedActions({historyActions(m_gesture), toolActions(), kindActions(), cellActions()});
+    return groupedActions(
+        {historyActions(m_gesture), clipboardActions(), toolActions(), kindActions(), cellActions()});
+}
+
+EditActions CellGridEditor::clipboardActions()
+{
+    return {
+        {tr("Copy all cells"), keysFor(QKeySequence::Copy, Qt::CTRL | Qt::Key_C), [this] { slot_Copy(); }},
+        {tr("Paste"), keysFor(QKeySequence::Paste, Qt::CTRL | Qt::Key_V), [this] { slot_Paste(); }}};
 }
 
 EditActions CellGridEditor::toolActions()
@@ -350,6 +414,7 @@ bool CellGridEditor::event(QEvent *event)
 
 void CellGridEditor::keyPressEvent(QKeyEvent *event)
 {
+    m_refusal.clear();
     if (m_gesture.takeKey(*event) || performByKey(editActions(), *event))
         return;
     if (isMenuKey(*event)) {

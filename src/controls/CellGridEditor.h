@@ -54,6 +54,11 @@ public Q_SLOTS:
     void slot_Invert();
     void slot_Undo();
     void slot_Redo();
+    /// All cells, for another grid of this size.
+    void slot_Copy();
+    /// Changes nothing and says why when the clipboard has no cells, or a grid of another size or with marks
+    /// of kinds that do not exist here.
+    void slot_Paste();
     /// \a number is that of a kind; any other text changes nothing.
     void slot_Choose_kind(const QString &number);
 
@@ -115,9 +120,12 @@ private:
     EditActions toolActions();
     EditActions kindActions();
     EditActions cellActions();
+    EditActions clipboardActions();
     void showMenuAtSelection();
     void choose(int kind);
     void chooseTool(Tool tool);
+    int kindOf(int mark) const;
+    QString faultOf(const QStringList &copied) const;
     void pressStrip(const QPoint &position);
     Brush brushOf(const QMouseEvent &press, const QPoint &cell) const;
     CellFrame draggedFrame() const;
@@ -139,6 +147,7 @@ private:
     Tool m_tool = Tool::Rectangle;
     CellFrame m_frame;
     Stroke m_stroke{};
+    QString m_refusal; ///< why the last paste has changed nothing
     EditHistory m_history;
     EditGesture m_gesture;
 };

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -29,7 +30,8 @@ const EditAction *actionFor(const EditActions &actions, const QKeyEvent &event)
     return action == actions.cend() ? nullptr : &*action;
 }
 
-/// The keys of the platform for it, and the one that is usual in most programs.
+} // namespace
+
 QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequence &usual)
 {
     QList<QKeySequence> keys{usual};
@@ -39,8 +41,6 @@ QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequen
     }
     return keys;
 }
-
-} // namespace
 
 EditActions groupedActions(const QList<EditActions> &groups)
 {
@@ -109,6 +109,13 @@ void showMenu(QWidget &editor, const EditActions &actions, const QPoint &globalP
             group->addAction(entry);
     }
     menu->popup(globalPosition);
+}
+
+void showRefusal(QWidget &editor, const QString &reason)
+{
+    constexpr int Shown = 10'000; // milliseconds
+    QToolTip::showText(editor.mapToGlobal(editor.rect().center()), reason.toHtmlEscaped(), &editor, {},
+                       Shown);
 }
 
 } // namespace paravue

@@ -28,6 +28,8 @@ struct EditAction {
 
 using EditActions = QList<EditAction>;
 
+/// The keys of the platform for it, and the one that is usual in most programs as the first.
+QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequence &usual);
 /// All of \a groups with a line between them.
 EditActions groupedActions(const QList<EditActions> &groups);
 /// Undo and redo.
@@ -43,5 +45,8 @@ bool claimKey(const std::function<EditActions()> &actions, QEvent &event);
 bool isMenuKey(const QKeyEvent &event);
 /// A menu of all actions with their keys; returns while it is open.
 void showMenu(QWidget &editor, const EditActions &actions, const QPoint &globalPosition);
+
+/// Says for some seconds why something was not done.
+void showRefusal(QWidget &editor, const QString &reason);
 
 } // namespace paravue

@@ -1,15 +1,19 @@
 #include "Gestures.h"
 #include "controls/CellGridEditor.h"
+#include "support/TestTable.h"
 #include "ui/DescribedWindow.h"
 
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -66,6 +70,9 @@ private Q_SLOTS:
     void paints();
     void undoesItsOwnPaintingOnly();
     void leavesKeysToTheWindow();
+    void pastesCopiedCells_data();
+    void pastesCopiedCells();
+    void copiesCells();
     void hasAMenu();
     void choosesZonesInTheStrip();
     void boundsItsSize();
@@ -223,6 +230,57 @@ void TestCellGrids::leavesKeysToTheWindow()
     QCOMPARE(undone.size(), 0);
     perform(*editor, "Ctrl+Z");
     QCOMPARE(undone.size(), 1);
+}
+
+void TestCellGrids::pastesCopiedCells_data()
+{
+    const TestTable<QByteArray, QString, QString, QString> row("control", "text", "pasted", "refusal");
+    const QString before = "0100/x009/0000";
+    row("cells", Zones, "1.2./..../3333", "1020/x000/3333", "");
+    row("zeros, blanks and line ends", Zones, "1020\r\n 0000 \n3333\n\n", "1020/x000/3333", "");
+    row("mark of a newer recorder in its place", Zones, "..../...9/....", "0000/x009/0000", "");
+    row("zone that does not exist", Zones, "...9/..../....", before, "there is no zone 9 here");
+    row("zones in a mask", Mask, ".3../...7/8...", "0100/x009/1000", "");
+    row("other size", Mask, "111/111/111/111", before,
+        "the copied grid has 3 columns and 4 rows, this one has 4 and 3");
+    row("uneven rows", Mask, "1111/111/1111", before, "the clipboard holds no cells");
+    row("other text", Mask, "four/rows/here", before, "the clipboard holds no cells");
+    row("nothing", Mask, "", before, "the clipboard holds no cells");
+    row("too much", Mask, QString(100'000, u'1'), before, "the clipboard holds no cells");
+}
+
+void TestCellGrids::pastesCopiedCells()
+{
+    QFETCH(QByteArray, control);
+    QFETCH(QString, text);
+    DescribedWindow window(page(control), {{"motion", storedRows("0100/x009/0000")}});
+    auto *editor = window.widget<CellGridEditor>();
+    editor->setFocus();
+    QGuiApplication::clipboard()->setText(text.replace(u'/', u'\n'));
+    perform(*editor, "Ctrl+V");
+    QTEST(editor->rows().join(u'/'), "pasted");
+    QTEST(editor->valueText().section("; column", 0, -2).section("Not pasted: ", 1), "refusal");
+    QCOMPARE(QToolTip::text().isEmpty(), !editor->valueText().startsWith("Not pasted"));
+    perform(*editor, "Right");
+    QVERIFY(!editor->valueText().contains("pasted"));
+}
+
+void TestCellGrids::copiesCells()
+{
+    DescribedWindow window(page(Mask), {{"motion", storedRows("0100/x009/0000")}});
+    DescribedWindow other(page(Zones), {{"motion", storedRows("0200/0000/3000")}});
+    auto *source = window.widget<CellGridEditor>();
+    auto *target = other.widget<CellGridEditor>();
+    perform(*source, "Right Down Space Ctrl+C");
+    const QMimeData *copy = QGuiApplication::clipboard()->mimeData();
+    QCOMPARE(copy->text(), ".1..\n.1.9\n....");
+    QCOMPARE(copy->data("application/x-paravue-cells"), "0100\n0109\n0000");
+    perform(*source, "Down Right Space Right Space");
+    perform(*source, "Up Del Ctrl+C");
+    perform(*target, "Ctrl+V");
+    QCOMPARE(target->rows(), QStringList({"0100", "0100", "0011"}));
+    perform(*target, "Ctrl+Z");
+    QCOMPARE(target->rows(), QStringList({"0200", "0000", "3000"}));
 }
 
 void TestCellGrids::hasAMenu()
