@@ -14,13 +14,6 @@ namespace
 
 const QLatin1StringView PristineSuffix(".original");
 
-bool reachesTheRecorder(const ConfigAddress &address)
-{
-    return address.hasKey() && address.file() != QLatin1StringView("general") &&
-           address.file() != QLatin1StringView("tmp") && !address.file().endsWith(PristineSuffix) &&
-           address.path() != QLatin1StringView("time/untitled/YYYYMMDDHHMMSS");
-}
-
 } // namespace
 
 /// The values that the recorder has in one file: those of the copy that was fetched, and over them those that
@@ -56,6 +49,13 @@ QString Change::shownOldValue() const
 QString Change::shownNewValue() const
 {
     return isSecret ? SecretKeys::dots() : newValue;
+}
+
+bool ChangeList::reachesTheRecorder(const ConfigAddress &address)
+{
+    return address.hasKey() && address.file() != QLatin1StringView("general") &&
+           address.file() != QLatin1StringView("tmp") && !address.file().endsWith(PristineSuffix) &&
+           address.path() != QLatin1StringView("time/untitled/YYYYMMDDHHMMSS");
 }
 
 ChangeList::ChangeList(OrbSetup &store) : m_store(&store)

@@ -18,6 +18,7 @@ class OrbSetup;
 namespace paravue
 {
 
+class ConfigAddress;
 class PristineFile;
 
 /// A value that is another one than the recorder has.
@@ -34,9 +35,6 @@ struct Change {
 
 /// What was changed in a store since its files were fetched, or since they were saved. An edit costs the same
 /// whatever the size of the configuration; the first one of a file reads its pristine copy.
-///
-/// The files that never reach a recorder do not count ("general" and "tmp"), and neither does the time of its
-/// clock, which a save leaves out.
 class ChangeList : public QObject, private StoreObserver
 {
     Q_OBJECT
@@ -46,6 +44,10 @@ public:
     explicit ChangeList(OrbSetup &store);
     ~ChangeList() override;
     Q_DISABLE_COPY_MOVE(ChangeList)
+
+    /// False for the files that stay on this computer ("general" and "tmp"), and for the time of the recorder's
+    /// clock, which a save leaves out.
+    static bool reachesTheRecorder(const ConfigAddress &address);
 
     SecretKeys &secrets() { return m_secrets; }
 

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 
 #include <memory>
 
@@ -45,7 +46,7 @@ QMessageBox::StandardButton OrbDlgQuestion::DoExplained(QWidget *parent, QMessag
                                                         const QString &explanation,
                                                         QMessageBox::StandardButtons buttons,
                                                         QMessageBox::StandardButton defaultButton,
-                                                        bool *doNotAskAgain)
+                                                        bool *doNotAskAgain, const Captions &captions)
 {
     if (doNotAskAgain && *doNotAskAgain) {
         return defaultButton;
@@ -62,6 +63,9 @@ QMessageBox::StandardButton OrbDlgQuestion::DoExplained(QWidget *parent, QMessag
         adjustExplanation(*box);
     }
     box->setDefaultButton(defaultButton);
+    for (auto caption = captions.begin(); caption != captions.end(); ++caption) {
+        box->button(caption.key())->setText(caption.value());
+    }
     if (shown != message) {
         box->setDetailedText(message.left(MaxDetails));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QMessageBox>
 #include <QString>
 
@@ -25,9 +26,13 @@ public:
                                           QMessageBox::StandardButton defaultButton,
                                           bool *doNotAskAgain = nullptr);
 
+    /// Texts of buttons in place of the usual ones.
+    using Captions = QHash<QMessageBox::StandardButton, QString>;
+
     /// As Do(), with an \a explanation of the text below it, unless it is empty.
     static QMessageBox::StandardButton
     DoExplained(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
                 const QString &explanation, QMessageBox::StandardButtons buttons,
-                QMessageBox::StandardButton defaultButton, bool *doNotAskAgain = nullptr);
+                QMessageBox::StandardButton defaultButton, bool *doNotAskAgain = nullptr,
+                const Captions &captions = {});
 };

@@ -9,6 +9,8 @@
 #include "ui/base/WindowStyle.h"
 #include "ui/commands/LiveAdjustments.h"
 #include "ui/description/DialogTags.h"
+#include "ui/review/ChangeTracking.h"
+#include "ui/review/ReviewDialog.h"
 #include "ui/tasks/PictureSources.h"
 #include "ui/types/ControlTypes.h"
 #include "ui/window/ErrorDisplay.h"
@@ -31,6 +33,7 @@
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
+#include <QToolButton>
 
 #include <utility>
 
@@ -70,7 +73,7 @@ bool pressFocusedButton(const QKeyEvent &event)
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent) : CWinMain(setup, parent, Placement::Window) {}
 
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const WindowOptions &options)
-    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(*setup)
+    : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint), m_setup(*setup), m_options(options)
 {
     if (placement == Placement::Page)
         setWindowFlags(Qt::Widget); // given to the constructor, it would mean a dialog
@@ -117,6 +120,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
         m_adjustments = new LiveAdjustments(*setup, this);
         connect(this, &QDialog::rejected, m_adjustments, &LiveAdjustments::putBack);
     }
+    if (options.tracksChanges)
+        trackChanges();
     if (isWindow())
         new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
@@ -151,6 +156,59 @@ void CWinMain::wire()
                     m_parts->bindings.setEdited(false);
             });
     connect(&*m_setup, &OrbSetup::progress, this, qOverload<int>(&CWinMain::onSetupProgress));
+}
+
+void CWinMain::trackChanges()
+{
+    m_changes = new ChangeTracking(*this, *m_setup, m_parts->bindings, m_parts->description.table());
+    m_changes->setParent(this);
+    m_frame->header()->addTool(m_changes->countButton());
+    connect(m_changes, &ChangeTracking::reviewRequested, this,
+            [this] { operate([this] { review(false); }); });
+    ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
+    connect(&queue, &ExchangeQueue::called, m_changes, [this](const QString &name) {
+        if (name == saveFunction)
+            m_changes->noteSaveBegins();
+    });
+    connect(&queue, &ExchangeQueue::answered, m_changes, [this](const QString &name) {
+        if (name == saveFunction)
+            m_changes->noteSaved(m_setup->saveStatus().arrived);
+    });
+}
+
+bool CWinMain::review(bool offersSending)
+{
+    if (m_isReviewing)
+        return false;
+    const QScopedValueRollback reviewing(m_isReviewing, true);
+    ReviewDialog dialog([this] { return m_changes->reviewed(); }, this);
+    if (offersSending)
+        dialog.offerSending();
+    connect(&dialog, &ReviewDialog::takeBackRequested, this,
+            [this](const QStringList &paths) { operate([&] { m_changes->takeBack(paths); }); });
+    letUserAct([&dialog] { DialogLoop::run(dialog); });
+    if (!dialog.chosenPath().isEmpty())
+        m_changes->goTo(dialog.chosenPath());
+    return dialog.result() == QDialog::Accepted;
+}
+
+bool CWinMain::mayClose()
+{
+    if (!m_changes || !m_options.asksBeforeClosing || m_changes->list().isEmpty() || !isVisible())
+        return true;
+    auto answer = ChangeTracking::Answer::GoOnEditing;
+    letUserAct([&] { answer = m_changes->askBeforeClosing(); });
+    if (answer == ChangeTracking::Answer::Send)
+        saveSettings();
+    return answer == ChangeTracking::Answer::Discard;
+}
+
+void CWinMain::reject()
+{
+    bool isAllowed = true;
+    operate([&] { isAllowed = mayClose(); });
+    if (isAllowed)
+        QDialog::reject();
 }
 
 int CWinMain::exec()
@@ -313,6 +371,8 @@ void CWinMain::setValue(const QString &assignment)
 void CWinMain::saveSettings()
 {
     operate([this] {
+        if (m_changes && m_options.reviewsBeforeSending && !m_changes->list().isEmpty() && !review(true))
+            return;
         m_parts->actions.runCalls(
             m_parts->description.document().root().firstChildElement(QStringLiteral("buttonOK")));
     });
@@ -415,6 +475,8 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     setUpdatesEnabled(false);
     m_described->build(shownPage);
     m_parts->bindings.loadNew(m_parts->description.table().numbersSince(0));
+    if (m_changes)
+        m_changes->startDescription();
     m_frame->chainTabOrder();
     m_parts->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
     m_taskTimer->start();

@@ -16,6 +16,7 @@ class QTimer;
 
 namespace paravue
 {
+class ChangeTracking;
 class ErrorDisplay;
 class FrameBinding;
 class LiveAdjustments;
@@ -60,6 +61,8 @@ public:
     void setPathQuestion(const paravue::PathQuestion &ask);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
+    /// Closes the window, after a question when there are changes and the host has asked for it.
+    void reject() override;
 
 Q_SIGNALS:
     /// \a s is a translated error message, of the window or of its store.
@@ -99,6 +102,11 @@ private:
     /// Runs \a wait, an event loop in which the user acts.
     void letUserAct(const std::function<void()> &wait);
 
+    void trackChanges();
+    /// Shows the list of changes; true when they are to be sent now.
+    bool review(bool offersSending);
+    bool mayClose();
+
     /// Repeats the exchange that has failed.
     void tryAgain();
     /// Fetches all files anew, after a question when there are edits.
@@ -111,12 +119,15 @@ private:
     QTimer *m_taskTimer = nullptr;
     paravue::StatusLine *m_status = nullptr;
     paravue::LiveAdjustments *m_adjustments = nullptr; ///< null when they are not put back
-    QString m_builtFrom;    ///< path of the description that the pages were built from
-    QByteArray m_builtText; ///< and its bytes
+    const paravue::WindowOptions m_options;
+    paravue::ChangeTracking *m_changes = nullptr; ///< null when they are not tracked
+    QString m_builtFrom;                          ///< path of the description that the pages were built from
+    QByteArray m_builtText;                       ///< and its bytes
     int m_progress = 0;
     bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
     bool m_isRefreshing = false;
+    bool m_isReviewing = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;

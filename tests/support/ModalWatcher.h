@@ -27,6 +27,8 @@ public:
     /// \a className is the exact class: message boxes, unless something else is asked for.
     explicit ModalWatcher(Action action = {}, const QByteArray &className = "QMessageBox");
 
+    void setAction(const Action &action) { m_action = action; }
+
     bool hasSeen() const { return !m_texts.isEmpty(); }
     int count() const { return int(m_texts.size()); }
     /// Of the first window.

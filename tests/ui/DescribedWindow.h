@@ -32,9 +32,10 @@ class DescribedWindow
 public:
     using Files = QMap<QString, QByteArray>;
 
-    explicit DescribedWindow(const QByteArray &description, Files files = {})
+    explicit DescribedWindow(const QByteArray &description, Files files = {},
+                             const paravue::WindowOptions &options = {})
         : fixture(with(std::move(files), description)),
-          window(std::make_unique<CWinMain>(&fixture.store(), nullptr))
+          window(std::make_unique<CWinMain>(&fixture.store(), nullptr, CWinMain::Placement::Window, options))
     {
         window->activateWindow();
         static_cast<void>(QTest::qWaitForWindowActive(window.get()));

@@ -7,11 +7,13 @@
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
+#include "ui/binding/EditSteps.h"
 #include "ui/binding/FieldNotes.h"
 #include "ui/binding/ToolTip.h"
 #include "ui/description/TextResolver.h"
 
 #include <QLoggingCategory>
+#include <QScopedValueRollback>
 #include <QSet>
 
 namespace paravue
@@ -81,6 +83,7 @@ void Bindings::changed(QWidget *sender)
             WindowText::tr("Unknown control type action \"%1\"").arg(control->element.attribute("type")));
         return;
     }
+    const EditSteps::Gesture gesture(m_steps);
     const int number = control->number;
     const QList<Assignment> assignments = control->adapter->assignments(m_context, *control);
     logChange(assignments);
@@ -103,27 +106,49 @@ void Bindings::logChange(const QList<Assignment> &assignments)
 
 void Bindings::write(const QList<Assignment> &assignments, ValueOrigin origin)
 {
-    // A list may write thousands of addresses; a control that shows several of them is reloaded once.
-    QList<int> dependants;
-    QSet<int> known;
-    bool isOtherLanguage = false;
+    const EditSteps::Gesture gesture(m_steps);
+    QStringList paths;
     for (const Assignment &given : assignments) {
         const QString text = given.text();
         m_isEdited = m_isEdited || changesRecorder(m_context.store(), given);
-        m_context.store().setValue(text);
         // When the key of the description is no complete address, the value supplies the rest of it.
         const bool isAddress = ConfigAddress(given.path).hasKey();
         const Assignment assignment = isAddress ? given : Assignment::fromText(text);
+        if (m_steps && assignment.hasValue && !m_context.isUnattended())
+            m_steps->note(assignment.path);
+        m_context.store().setValue(text);
         m_fileAccess.written(assignment, origin);
-        isOtherLanguage |= assignment.path == TextResolver::LanguagePath;
-        for (const int number : m_table.dependants(assignment.path)) {
+        paths << assignment.path;
+    }
+    reloadDependants(paths);
+}
+
+void Bindings::putBack(const QList<ValueEdit> &edits)
+{
+    QStringList paths;
+    for (const ValueEdit &edit : edits) {
+        m_context.store().putBack(edit.path, edit.after);
+        // The value may have come from the recorder once.
+        m_fileAccess.written({edit.path, edit.after.value_or(QString())}, ValueOrigin::Description);
+        paths << edit.path;
+    }
+    reloadDependants(paths);
+}
+
+/// A list may write thousands of addresses; a control that shows several of them is reloaded once.
+void Bindings::reloadDependants(const QStringList &paths)
+{
+    QList<int> dependants;
+    QSet<int> known;
+    for (const QString &path : paths) {
+        for (const int number : m_table.dependants(path)) {
             if (known.contains(number))
                 continue;
             known.insert(number);
             dependants.append(number);
         }
     }
-    if (isOtherLanguage) {
+    if (paths.contains(TextResolver::LanguagePath)) {
         reload();
         if (m_languageChanged)
             m_languageChanged();
@@ -145,10 +170,11 @@ void Bindings::writeRunningValues(const QStringList &addresses)
                 values += control->adapter->runningValues(m_context, *control);
         }
     }
-    const bool wasEdited = m_isEdited;
+    // Nobody has edited them.
+    const QScopedValueRollback edited(m_isEdited);
+    const QScopedValueRollback<EditSteps *> steps(m_steps, nullptr);
     if (!values.isEmpty())
         write(values);
-    m_isEdited = wasEdited;
 }
 
 } // namespace paravue

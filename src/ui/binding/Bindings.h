@@ -14,7 +14,9 @@ namespace paravue
 class ActionRunner;
 class ControlContext;
 class ControlTable;
+class EditSteps;
 struct Control;
+struct ValueEdit;
 
 /// Carries values between the configuration store and the controls.
 class Bindings
@@ -32,6 +34,11 @@ public:
     /// Writes all of them into the store, and then reloads each control that shows any of the addresses.
     void write(const QList<Assignment> &assignments, ValueOrigin origin = ValueOrigin::Description);
 
+    /// Sets these values to what they have behind them ("after") and shows them.
+    void putBack(const QList<ValueEdit> &edits);
+    /// What is written from now on can be undone with \a steps.
+    void setEditSteps(EditSteps *steps) { m_steps = steps; }
+
     /// A value was changed that belongs to the recorder, since setEdited(false). Files that are only of this
     /// computer, such as "general", do not count.
     bool isEdited() const { return m_isEdited; }
@@ -45,6 +52,7 @@ public:
 
 private:
     void reload(Control &control);
+    void reloadDependants(const QStringList &paths);
     void logChange(const QList<Assignment> &assignments);
 
     ControlContext &m_context;
@@ -52,6 +60,7 @@ private:
     ActionRunner &m_actions;
     FileAccessGuard &m_fileAccess;
     std::function<void()> m_languageChanged;
+    EditSteps *m_steps = nullptr;
     bool m_isEdited = false;
     QString m_loggedChange; ///< the address that was logged last
 };

@@ -88,6 +88,11 @@ void WindowHeader::complete()
     m_layout->addWidget(m_closeButton);
 }
 
+void WindowHeader::addTool(QWidget *tool)
+{
+    m_layout->insertWidget(m_layout->indexOf(m_closeButton), tool);
+}
+
 void WindowHeader::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);

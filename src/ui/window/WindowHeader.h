@@ -22,6 +22,9 @@ public:
     /// the widgets that were made first come first in the tab order.
     void complete();
 
+    /// Puts \a tool between the text and the button.
+    void addTool(QWidget *tool);
+
     /// Shows plain text. A text that is too long is elided on the screen and shown whole as its tool tip;
     /// text() is always the whole of it.
     QLabel *label() const { return m_label; }

@@ -1,0 +1,169 @@
+#include "ui/binding/EditSteps.h"
+
+#include "changes/ChangeList.h"
+#include "store/ConfigAddress.h"
+#include "store/OrbSetup.h"
+
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <QUndoCommand>
+
+#include <algorithm>
+#include <utility>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr int MostSteps = 1000;
+
+bool isTypedInto(const QWidget *widget)
+{
+    return qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QAbstractSpinBox *>(widget);
+}
+
+/// True when \a event is a key that the field would take although it has nothing to undo or to redo.
+bool isLeftToTheWindow(const QObject &field, const QKeyEvent &event)
+{
+    const auto *edit = qobject_cast<const QLineEdit *>(&field);
+    if (!edit)
+        return false;
+    return (event.matches(QKeySequence::Undo) && !edit->isUndoAvailable()) ||
+           (event.matches(QKeySequence::Redo) && !edit->isRedoAvailable());
+}
+
+} // namespace
+
+class EditSteps::Command : public QUndoCommand
+{
+public:
+    Command(EditSteps &steps, QList<ValueEdit> edits, int input)
+        : m_steps(steps), m_edits(std::move(edits)), m_input(input)
+    {
+    }
+
+    int id() const override { return 0; }
+    bool mergeWith(const QUndoCommand *command) override
+    {
+        const auto &later = static_cast<const Command &>(*command);
+        const auto hasSamePath = [](const ValueEdit &a, const ValueEdit &b) { return a.path == b.path; };
+        if (later.m_input != m_input || !std::equal(m_edits.begin(), m_edits.end(), later.m_edits.begin(),
+                                                    later.m_edits.end(), hasSamePath))
+            return false;
+        bool isEdit = false;
+        for (qsizetype i = 0; i < m_edits.size(); ++i) {
+            m_edits[i].after = later.m_edits[i].after;
+            isEdit = isEdit || m_edits[i].after != m_edits[i].before;
+        }
+        setObsolete(!isEdit);
+        return true;
+    }
+    void undo() override
+    {
+        QList<ValueEdit> back = m_edits;
+        for (ValueEdit &edit : back)
+            std::swap(edit.before, edit.after);
+        m_steps.apply(back);
+    }
+    void redo() override
+    {
+        // The stack calls it for a step that was just done.
+        if (std::exchange(m_isDone, true))
+            m_steps.apply(m_edits);
+    }
+
+private:
+    EditSteps &m_steps;
+    QList<ValueEdit> m_edits;
+    const int m_input;
+    bool m_isDone = false;
+};
+
+EditSteps::EditSteps(OrbSetup &store, std::function<void(const QList<ValueEdit> &)> putBack)
+    : m_store(store), m_observed(&store), m_putBack(std::move(putBack))
+{
+    m_stack.setUndoLimit(MostSteps);
+    store.addObserver(*this);
+    qApp->installEventFilter(this);
+    connect(qApp, &QApplication::focusChanged, this, [this] { ++m_input; });
+}
+
+EditSteps::~EditSteps()
+{
+    if (m_observed)
+        m_observed->removeObserver(*this);
+}
+
+EditSteps::Gesture::Gesture(EditSteps *steps) : m_steps(steps)
+{
+    if (m_steps)
+        ++m_steps->m_depth;
+}
+
+EditSteps::Gesture::~Gesture()
+{
+    if (m_steps && --m_steps->m_depth == 0)
+        m_steps->finish();
+}
+
+void EditSteps::note(const QString &path)
+{
+    const ConfigAddress address(path);
+    if (m_isApplying || m_numbers.contains(path) || !ChangeList::reachesTheRecorder(address) ||
+        !m_store->fileExists(address.file().toString()))
+        return;
+    m_numbers.insert(path, m_edits.size());
+    m_edits.append({path, m_store->storedValue(path), {}});
+}
+
+void EditSteps::finish()
+{
+    m_numbers.clear();
+    QList<ValueEdit> edits = std::exchange(m_edits, {});
+    for (ValueEdit &edit : edits)
+        edit.after = m_store->storedValue(edit.path);
+    edits.removeIf([](const ValueEdit &edit) { return edit.before == edit.after; });
+    if (edits.isEmpty())
+        return;
+    for (const ValueEdit &edit : std::as_const(edits))
+        m_files.insert(ConfigAddress(edit.path).file().toString());
+    m_stack.push(new Command(*this, std::move(edits), m_input));
+}
+
+void EditSteps::apply(const QList<ValueEdit> &edits)
+{
+    {
+        const QScopedValueRollback applying(m_isApplying, true);
+        m_putBack(edits);
+    }
+    Q_EMIT moved(edits);
+}
+
+/// The steps of a file lead from one of its states to the next, so none fits another file.
+void EditSteps::fileReplaced(const QString &name)
+{
+    if (!m_files.contains(name))
+        return;
+    m_files.clear();
+    m_stack.clear();
+}
+
+bool EditSteps::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto type = event->type();
+    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick ||
+        (type == QEvent::KeyPress && !isTypedInto(QApplication::focusWidget())))
+        ++m_input;
+    if (type == QEvent::ShortcutOverride && isLeftToTheWindow(*watched, *static_cast<QKeyEvent *>(event))) {
+        event->ignore();
+        return true;
+    }
+    return false;
+}
+
+} // namespace paravue

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "store/StoreObserver.h"
+#include "ui/description/StoreReference.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+#include <QUndoStack>
+
+#include <functional>
+#include <optional>
+
+namespace paravue
+{
+
+/// A value of the store before and after an edit; nothing when there was no such key.
+struct ValueEdit {
+    QString path; ///< file/section/key
+    std::optional<QString> before;
+    std::optional<QString> after;
+};
+
+/// The edits of a window as steps that can be undone. A step is what one gesture has done: a click with all
+/// values that the description's actions write because of it, the drag of a slider, or what was typed into a
+/// field while it had the focus.
+///
+/// A field that has the focus and something to undo itself gets the keys first; the window gets them when the
+/// field has nothing left.
+class EditSteps : public QObject, private StoreObserver
+{
+    Q_OBJECT
+
+public:
+    /// \a putBack sets values and shows them.
+    EditSteps(OrbSetup &store, std::function<void(const QList<ValueEdit> &)> putBack);
+    ~EditSteps() override;
+    Q_DISABLE_COPY_MOVE(EditSteps)
+
+    QUndoStack &stack() { return m_stack; }
+
+    /// What is written until the end of the outermost gesture is one step.
+    class Gesture
+    {
+    public:
+        /// Without \a steps nothing is kept.
+        explicit Gesture(EditSteps *steps);
+        ~Gesture();
+        Q_DISABLE_COPY_MOVE(Gesture)
+
+    private:
+        EditSteps *m_steps;
+    };
+
+    /// To be called within a gesture before the value at \a path is set.
+    void note(const QString &path);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    /// A step was undone or done again, which concerns these values.
+    void moved(const QList<paravue::ValueEdit> &edits);
+
+private:
+    class Command;
+
+    void valueSet(const QString &) override {}
+    void fileReplaced(const QString &name) override;
+
+    void finish();
+    void apply(const QList<ValueEdit> &edits);
+
+    StoreReference m_store;
+    QPointer<OrbSetup> m_observed;
+    std::function<void(const QList<ValueEdit> &)> m_putBack;
+    QUndoStack m_stack;
+    QSet<QString> m_files; ///< that the steps have edited
+    int m_depth = 0;
+    int m_input = 0; ///< counts the presses that begin another step
+    bool m_isApplying = false;
+    QList<ValueEdit> m_edits;            ///< of the gesture
+    QHash<QString, qsizetype> m_numbers; ///< of the edits by path
+};
+
+} // namespace paravue

@@ -1,0 +1,140 @@
+#include "ui/review/ChangeTracking.h"
+
+#include "controls/OrbDlgQuestion.h"
+#include "store/ConfigAddress.h"
+#include "store/OrbSetup.h"
+#include "ui/binding/Bindings.h"
+#include "ui/binding/ControlTable.h"
+#include "ui/review/ReviewDialog.h"
+
+#include <QShortcut>
+#include <QToolButton>
+
+#include <algorithm>
+#include <limits>
+
+namespace paravue
+{
+
+ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls)
+    : m_window(window), m_bindings(bindings), m_places(controls), m_list(store),
+      m_steps(store, [this](const QList<ValueEdit> &edits) { m_bindings.putBack(edits); }),
+      m_count(new QToolButton(&window))
+{
+    m_count->setObjectName(QStringLiteral("changes"));
+    m_count->setAutoRaise(true);
+    m_count->setFocusPolicy(Qt::TabFocus);
+    m_count->setToolTip(tr("Show what was changed and not sent yet (Ctrl+R)"));
+    m_count->hide();
+    bindings.setEditSteps(&m_steps);
+    connect(m_count, &QToolButton::clicked, this, &ChangeTracking::reviewRequested);
+    connect(&m_list, &ChangeList::changed, this, &ChangeTracking::noteChange);
+    connect(&m_list, &ChangeList::dropped, this, &ChangeTracking::markAll);
+    connect(&m_steps, &EditSteps::moved, this,
+            [this](const QList<ValueEdit> &edits) { goTo(edits.constFirst().path); });
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), &window), &QShortcut::activated, this,
+            &ChangeTracking::reviewRequested);
+    connect(new QShortcut(QKeySequence::Undo, &window), &QShortcut::activated, this, &ChangeTracking::undo);
+    for (const QKeyCombination keys : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y})
+        connect(new QShortcut(keys, &window), &QShortcut::activated, this, &ChangeTracking::redo);
+}
+
+void ChangeTracking::startDescription()
+{
+    m_marks.clear();
+    markAll();
+}
+
+void ChangeTracking::noteChange(const QString &path)
+{
+    const bool isChanged = m_list.find(path);
+    for (const Control *control : m_places.editors(path))
+        m_marks.set(*control, path, isChanged);
+    showCount();
+}
+
+void ChangeTracking::markAll()
+{
+    m_marks.clear();
+    for (const Change &change : m_list.all())
+        noteChange(change.path);
+    showCount();
+}
+
+void ChangeTracking::showCount()
+{
+    const qsizetype count = m_list.count();
+    m_count->setText(count == 1 ? tr("1 change") : tr("%1 changes").arg(count));
+    m_count->setVisible(count > 0);
+}
+
+void ChangeTracking::noteSaved(const QStringList &arrived)
+{
+    QList<Change> sent = std::exchange(m_sent, {});
+    sent.removeIf([&arrived](const Change &change) {
+        return !arrived.contains(ConfigAddress(change.path).file().toString());
+    });
+    m_list.accept(sent);
+}
+
+QList<ReviewedChange> ChangeTracking::reviewed() const
+{
+    QList<ReviewedChange> all;
+    for (const Change &change : m_list.all()) {
+        const QList<const Control *> editors = m_places.editors(change.path);
+        if (editors.isEmpty()) {
+            all.append({change, QString(), std::numeric_limits<int>::max(), false});
+        } else {
+            const Control &first = *editors.constFirst();
+            all.append({change, ChangePlaces::caption(first), first.number, true});
+        }
+    }
+    std::stable_sort(all.begin(), all.end(),
+                     [](const ReviewedChange &a, const ReviewedChange &b) { return a.order < b.order; });
+    return all;
+}
+
+ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
+{
+    const OrbDlgQuestion::Captions captions{{QMessageBox::Save, tr("Send")},
+                                            {QMessageBox::Discard, tr("Discard")},
+                                            {QMessageBox::Cancel, tr("Go on editing")}};
+    const auto answer = OrbDlgQuestion::DoExplained(
+        &m_window, QMessageBox::Question, m_window.windowTitle(),
+        tr("There are changes that were not sent to the recorder."), m_count->text(),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel, nullptr,
+        captions);
+    if (answer == QMessageBox::Save)
+        return Answer::Send;
+    return answer == QMessageBox::Discard ? Answer::Discard : Answer::GoOnEditing;
+}
+
+void ChangeTracking::takeBack(const QStringList &paths)
+{
+    const EditSteps::Gesture gesture(&m_steps);
+    QList<ValueEdit> edits;
+    for (const QString &path : paths) {
+        m_steps.note(path);
+        edits.append({path, {}, m_list.oldValue(path)});
+    }
+    m_bindings.putBack(edits);
+}
+
+void ChangeTracking::goTo(const QString &path) const
+{
+    const QList<const Control *> editors = m_places.editors(path);
+    if (!editors.isEmpty())
+        ChangePlaces::show(*editors.constFirst());
+}
+
+void ChangeTracking::undo()
+{
+    m_steps.stack().undo();
+}
+
+void ChangeTracking::redo()
+{
+    m_steps.stack().redo();
+}
+
+} // namespace paravue

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "changes/ChangeList.h"
+#include "ui/binding/EditSteps.h"
+#include "ui/review/ChangeMarks.h"
+#include "ui/review/ChangePlaces.h"
+
+#include <QObject>
+#include <QStringList>
+
+class QToolButton;
+class QWidget;
+
+namespace paravue
+{
+
+class Bindings;
+class ControlTable;
+struct ReviewedChange;
+
+/// What a window does about the changes that its user makes: it marks them, counts them, lists them, and
+/// undoes and takes them back.
+class ChangeTracking : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive the object, except that \a store may go.
+    ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls);
+
+    /// "3 changes", hidden without any; reviewRequested() follows its click. For the header of the window.
+    QToolButton *countButton() const { return m_count; }
+    const ChangeList &list() const { return m_list; }
+
+    /// To be called when the window was built from another description: marks the new controls.
+    void startDescription();
+    /// To be called when a save begins, and when it has ended: \a arrived are the files that the recorder has
+    /// taken.
+    void noteSaveBegins() { m_sent = m_list.all(); }
+    void noteSaved(const QStringList &arrived);
+
+    /// In the order of the window.
+    QList<ReviewedChange> reviewed() const;
+    enum class Answer { Send, Discard, GoOnEditing };
+    /// Asks what is to become of the changes when the window is closed.
+    Answer askBeforeClosing() const;
+    /// As one step, which can be undone.
+    void takeBack(const QStringList &paths);
+    void goTo(const QString &path) const;
+    void undo();
+    void redo();
+
+Q_SIGNALS:
+    void reviewRequested();
+
+private:
+    void noteChange(const QString &path);
+    void markAll();
+    void showCount();
+
+    QWidget &m_window;
+    Bindings &m_bindings;
+    ChangePlaces m_places;
+    ChangeList m_list;
+    EditSteps m_steps;
+    ChangeMarks m_marks;
+    QToolButton *m_count;
+    QList<Change> m_sent;
+};
+
+} // namespace paravue

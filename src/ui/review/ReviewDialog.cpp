@@ -1,0 +1,177 @@
+#include "ui/review/ReviewDialog.h"
+
+#include "controls/DialogPlace.h"
+#include "controls/WindowLook.h"
+#include "ui/base/WindowStyle.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace paravue
+{
+
+namespace
+{
+
+enum Column { Setting, Old, New, Address, ColumnCount };
+constexpr int PathRole = Qt::UserRole;
+constexpr int IsShownRole = Qt::UserRole + 1;
+constexpr QSize UsualSize(760, 400);
+constexpr int UsualWidths[] = {270, 140, 140};
+
+QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
+{
+    auto *button = new QToolButton(parent);
+    button->setText(text);
+    button->setToolTip(toolTip);
+    button->setObjectName(QLatin1StringView(name));
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+/// A value with line ends, or an empty one, in one line.
+QString inOneLine(const QString &value)
+{
+    return value.isEmpty() ? QStringLiteral("–") : value.simplified();
+}
+
+} // namespace
+
+ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
+    : QDialog(parent), m_changes(std::move(changes)), m_list(new QTreeWidget(this)),
+      m_takeBack(makeButton(tr("Take back"), tr("Set the selected values to those of the recorder (Delete)"),
+                            "takeBack", this)),
+      m_takeAllBack(makeButton(tr("Take all back"), tr("Set all values to those of the recorder"),
+                               "takeAllBack", this)),
+      m_goTo(makeButton(tr("Go there"), tr("Show where the value is edited (Enter)"), "goTo", this)),
+      m_buttons(new QDialogButtonBox(QDialogButtonBox::Close, this))
+{
+    setWindowTitle(tr("Changes"));
+    m_list->setHeaderLabels({tr("Setting"), tr("Recorder"), tr("New"), tr("Address")});
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setAccessibleName(tr("Changes that were not sent yet"));
+    for (int column = 0; column < Address; ++column)
+        m_list->header()->resizeSection(column, UsualWidths[column]);
+
+    auto *bottom = new QHBoxLayout;
+    for (QToolButton *button : {m_takeBack, m_takeAllBack, m_goTo})
+        bottom->addWidget(button);
+    bottom->addStretch();
+    bottom->addWidget(m_buttons);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    layout->setSpacing(GridSpacing);
+    layout->addWidget(m_list, 1);
+    layout->addLayout(bottom);
+    resize(UsualSize);
+
+    connect(m_takeBack, &QToolButton::clicked, this, [this] { takeBack(selectedPaths()); });
+    connect(m_takeAllBack, &QToolButton::clicked, this, [this] {
+        QStringList paths;
+        for (const ReviewedChange &reviewed : m_changes())
+            paths << reviewed.change.path;
+        takeBack(paths);
+    });
+    connect(m_goTo, &QToolButton::clicked, this, &ReviewDialog::goTo);
+    connect(m_list, &QTreeWidget::itemDoubleClicked, this, &ReviewDialog::goTo);
+    connect(m_list, &QTreeWidget::itemSelectionChanged, this, &ReviewDialog::updateButtons);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    m_list->installEventFilter(this);
+    fill();
+    m_list->setFocus();
+    WindowLook::apply(*this);
+    DialogPlace::keepCentred(*this);
+}
+
+void ReviewDialog::offerSending()
+{
+    QPushButton *send = m_buttons->addButton(tr("Send"), QDialogButtonBox::AcceptRole);
+    send->setDefault(true);
+    m_offersSending = true;
+    m_goTo->setToolTip(tr("Show where the value is edited"));
+    m_buttons->button(QDialogButtonBox::Close)->setText(tr("Go on editing"));
+}
+
+void ReviewDialog::fill()
+{
+    m_list->clear();
+    QList<QTreeWidgetItem *> rows;
+    for (const ReviewedChange &reviewed : m_changes()) {
+        const Change &change = reviewed.change;
+        auto *row = new QTreeWidgetItem;
+        row->setText(Setting, reviewed.caption.isEmpty() ? change.path : reviewed.caption);
+        row->setText(Old, change.oldValue ? inOneLine(change.shownOldValue()) : tr("(none)"));
+        row->setText(New, inOneLine(change.shownNewValue()));
+        row->setText(Address, change.path);
+        for (int column = 0; column < ColumnCount; ++column)
+            row->setToolTip(column, row->text(column));
+        row->setData(0, PathRole, change.path);
+        row->setData(0, IsShownRole, reviewed.isShown);
+        rows << row;
+    }
+    m_list->addTopLevelItems(rows);
+    if (!rows.isEmpty())
+        m_list->setCurrentItem(rows.constFirst(), 0,
+                               QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    updateButtons();
+}
+
+void ReviewDialog::updateButtons()
+{
+    const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
+    m_takeBack->setEnabled(!selected.isEmpty());
+    m_takeAllBack->setEnabled(m_list->topLevelItemCount() > 0);
+    m_goTo->setEnabled(selected.size() == 1 && selected.constFirst()->data(0, IsShownRole).toBool());
+}
+
+QStringList ReviewDialog::selectedPaths() const
+{
+    QStringList paths;
+    for (const QTreeWidgetItem *row : m_list->selectedItems())
+        paths << row->data(0, PathRole).toString();
+    return paths;
+}
+
+void ReviewDialog::takeBack(const QStringList &paths)
+{
+    if (paths.isEmpty())
+        return;
+    Q_EMIT takeBackRequested(paths);
+    fill();
+}
+
+void ReviewDialog::goTo()
+{
+    if (!m_goTo->isEnabled())
+        return;
+    m_chosenPath = selectedPaths().constFirst();
+    reject();
+}
+
+bool ReviewDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (key == Qt::Key_Delete)
+        takeBack(selectedPaths());
+    else if (isEnter && !m_offersSending)
+        goTo();
+    else
+        return QDialog::eventFilter(watched, event);
+    return true;
+}
+
+} // namespace paravue

@@ -1,0 +1,255 @@
+#include "DescribedWindow.h"
+#include "support/TestTable.h"
+#include "support/Waiting.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QTreeWidget>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Description = describe(
+    "<window><self/></window><tabwidget>"
+    "<tab><name>Network</name><item type='gridlayout'>"
+    "<item type='label'><text>Name</text></item>"
+    "<item type='edit' column='1'><key>net/untitled/NAME</key></item>"
+    "<item type='label' row='1'><text>Shown: {net/untitled/NAME}</text></item>"
+    "<item type='label' row='2'><text>Password</text></item>"
+    "<item type='edit' row='2' column='1'><key>net/untitled/PASSWORD</key></item>"
+    "</item></tab>"
+    "<tab><name>Alarm</name><item type='gridlayout'>"
+    "<item type='checkbox'><text>Siren</text><key>net/untitled/SIREN</key>"
+    "<action type='call' state='on' slot='setValue' param='net/untitled/MODE/loud'>self</action></item>"
+    "</item></tab></tabwidget>"
+    "<buttonOK><action type='call' slot='setValue' param='tmp/untitled/OK/pressed'>self</action></buttonOK>");
+
+const QByteArray Net = "NAME=old\nPASSWORD=secret\nSIREN=off\nMODE=quiet\n";
+
+struct TrackedWindow : DescribedWindow {
+    explicit TrackedWindow(WindowOptions options = {})
+        : DescribedWindow(Description, {{"net", Net}, {"net.original", Net}, {"tmp", "A=1\n"}},
+                          tracking(options))
+    {
+    }
+
+    static WindowOptions tracking(WindowOptions options)
+    {
+        options.tracksChanges = true;
+        return options;
+    }
+    QLineEdit &name() const { return *widget<QLineEdit>(0); }
+    QCheckBox &siren() const { return *widget<QCheckBox>(); }
+    void type(QLineEdit &field, const QString &text) const
+    {
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClicks(&field, text);
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) const
+    {
+        activate();
+        QTest::keyClick(window->focusWidget(), key, modifiers);
+    }
+    /// There is no window manager that does it when a dialog was closed.
+    void activate() const
+    {
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+    /// The number of changes in the header, and those of the tabs.
+    QString counts() const
+    {
+        const auto *button = window->findChild<QToolButton *>("changes");
+        QStringList parts{button->isVisible() ? button->text() : QString("none")};
+        const auto *tabs = window->findChild<QTabWidget *>();
+        for (int i = 0; i < tabs->count(); ++i) {
+            const auto *badge = qobject_cast<QLabel *>(tabs->tabBar()->tabButton(i, QTabBar::RightSide));
+            parts << tabs->tabText(i) + ' ' + (badge ? badge->text() : "-");
+        }
+        return parts.join(", ");
+    }
+    QString values()
+    {
+        return value("net/untitled/NAME") + ' ' + value("net/untitled/SIREN") + ' ' +
+               value("net/untitled/MODE");
+    }
+};
+
+/// Runs its function on the list of changes when that is open, and closes it.
+class InTheList : public ModalWatcher
+{
+public:
+    explicit InTheList(const std::function<void(QTreeWidget &list)> &work)
+        : ModalWatcher([work](QWidget &dialog) { work(*dialog.findChild<QTreeWidget *>()); },
+                       "paravue::ReviewDialog")
+    {
+    }
+};
+
+} // namespace
+
+/// Changes are marked, listed, taken back and undone.
+class TestChangeReview : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void countsWhatDiffers();
+    void undoesGestures();
+    void fieldsUndoFirst();
+    void listsAndTakesBack();
+    void goesToTheControl();
+    void asksBeforeItCloses_data();
+    void asksBeforeItCloses();
+    void showsTheListBeforeItSends();
+};
+
+void TestChangeReview::countsWhatDiffers()
+{
+    TrackedWindow window;
+    QCOMPARE(window.counts(), "none, Network -, Alarm -");
+    window.type(window.name(), "new");
+    QCOMPARE(window.counts(), "1 change, Network 1, Alarm -");
+    window.siren().click();
+    QCOMPARE(window.counts(), "3 changes, Network 1, Alarm 1");
+    window.type(window.name(), "old");
+    QCOMPARE(window.counts(), "2 changes, Network -, Alarm 1");
+    window.fixture.setFile("net", Net);
+    QCOMPARE(window.counts(), "none, Network -, Alarm -");
+}
+
+void TestChangeReview::undoesGestures()
+{
+    TrackedWindow window;
+    window.type(window.name(), "first");
+    window.siren().click(); // writes two values
+    window.siren().click();
+    window.type(window.name(), "second");
+    window.siren().setFocus();
+    QCOMPARE(window.values(), "second off loud");
+    const QStringList states{"first off loud", "first on loud", "first off quiet", "old off quiet"};
+    for (const QString &state : states) {
+        window.press(Qt::Key_Z);
+        QCOMPARE(window.values(), state);
+    }
+    QCOMPARE(window.counts(), "none, Network -, Alarm -");
+    QCOMPARE(window.name().text(), "old");
+    for (int i = 0; i < 3; ++i)
+        window.press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(window.values(), "first off loud");
+}
+
+void TestChangeReview::fieldsUndoFirst()
+{
+    TrackedWindow window;
+    window.siren().click();
+    window.type(window.name(), "x");
+    window.press(Qt::Key_Z);
+    QCOMPARE(window.values(), "old on loud");
+    QVERIFY(window.name().hasFocus());
+    while (window.name().isUndoAvailable())
+        window.press(Qt::Key_Z);
+    window.press(Qt::Key_Z);
+    QCOMPARE(window.values(), "old off quiet");
+    QVERIFY(window.siren().hasFocus());
+}
+
+void TestChangeReview::listsAndTakesBack()
+{
+    TrackedWindow window;
+    window.siren().click();
+    window.type(window.name(), "new");
+    window.type(*window.widget<QLineEdit>(1), "longer secret");
+    QStringList rows;
+    {
+        const InTheList review([&rows](QTreeWidget &list) {
+            for (int i = 0; i < list.topLevelItemCount(); ++i) {
+                const auto &row = *list.topLevelItem(i);
+                rows << row.text(0) + ": " + row.text(1) + " -> " + row.text(2);
+            }
+            QTest::keyClick(&list, Qt::Key_Delete);
+            QCOMPARE(list.topLevelItemCount(), 3);
+        });
+        window.press(Qt::Key_R);
+    }
+    QCOMPARE(rows, QStringList({"Network › Name: old -> new", "Network › Password: •••••••• -> ••••••••",
+                                "Alarm › Siren: off -> on", "net/untitled/MODE: quiet -> loud"}));
+    QCOMPARE(window.values(), "old on loud");
+    const InTheList review(
+        [](QTreeWidget &list) { list.window()->findChild<QToolButton *>("takeAllBack")->click(); });
+    window.press(Qt::Key_R);
+    QCOMPARE(window.counts(), "none, Network -, Alarm -");
+    window.press(Qt::Key_Z); // one step for all of them
+    QCOMPARE(window.counts(), "3 changes, Network 1, Alarm 1");
+}
+
+void TestChangeReview::goesToTheControl()
+{
+    TrackedWindow window;
+    window.siren().click();
+    window.type(window.name(), "new");
+    const InTheList review([](QTreeWidget &list) {
+        QTest::keyClick(&list, Qt::Key_Down);
+        QTest::keyClick(&list, Qt::Key_Return);
+    });
+    window.window->findChild<QToolButton *>("changes")->click();
+    QVERIFY(review.hasSeen());
+    QVERIFY(window.siren().isVisible());
+    window.activate();
+    QVERIFY(window.siren().hasFocus());
+}
+
+void TestChangeReview::asksBeforeItCloses_data()
+{
+    const TestTable<bool, QMessageBox::StandardButton, bool, bool> row("isChanged", "answer", "isClosed",
+                                                                       "isSent");
+    row("nothing changed", false, QMessageBox::NoButton, true, false);
+    row("go on editing", true, QMessageBox::Cancel, false, false);
+    row("discard", true, QMessageBox::Discard, true, false);
+    row("send", true, QMessageBox::Save, false, true);
+}
+
+void TestChangeReview::asksBeforeItCloses()
+{
+    QFETCH(bool, isChanged);
+    QFETCH(QMessageBox::StandardButton, answer);
+    TrackedWindow window({.asksBeforeClosing = true});
+    if (isChanged)
+        window.type(window.name(), "new");
+    window.messages.setAction(
+        [answer](QWidget &box) { static_cast<QMessageBox &>(box).button(answer)->click(); });
+    QTest::keyClick(window.window.get(), Qt::Key_Escape);
+    QCOMPARE(window.messages.count(), int(isChanged));
+    QTEST(!window.window->isVisible(), "isClosed");
+    QTEST(window.value("tmp/untitled/OK") == "pressed", "isSent");
+}
+
+void TestChangeReview::showsTheListBeforeItSends()
+{
+    TrackedWindow window({.reviewsBeforeSending = true});
+    auto *ok = window.button<QPushButton>("OK");
+    ok->click(); // nothing to show
+    QCOMPARE(window.value("tmp/untitled/OK"), "pressed");
+    window.fixture.store().setValue("tmp/untitled/OK/");
+    window.type(window.name(), "new");
+    Qt::Key key = Qt::Key_Escape;
+    const InTheList review([&key](QTreeWidget &list) { QTest::keyClick(&list, key); });
+    ok->click();
+    QCOMPARE(window.value("tmp/untitled/OK"), "");
+    key = Qt::Key_Return;
+    ok->click();
+    QCOMPARE(review.count(), 2);
+    QCOMPARE(window.value("tmp/untitled/OK"), "pressed");
+}
+
+QTEST_MAIN(TestChangeReview)
+#include "tst_changereview.moc"
