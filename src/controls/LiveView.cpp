@@ -20,7 +20,7 @@ LiveView::LiveView(QWidget *parent) : QLabel(tr("No signal"), parent)
     setScaledContents(true);
     setBackgroundRole(QPalette::Base);
     setForegroundRole(QPalette::Text);
-    setAutoFillBackground(true);
+    setAttribute(Qt::WA_OpaquePaintEvent); // what the picture covers is not filled before
 }
 
 void LiveView::setNotice(const QString &text)
@@ -56,6 +56,8 @@ QString LiveView::valueText() const
 void LiveView::setPixmap(const QPixmap &pixmap)
 {
     QLabel::setPixmap(pixmap);
+    if (isVisible()) // at once, while the picture is in the caches of the processor
+        scaledPicture();
     setNotice({});
 }
 
@@ -65,6 +67,9 @@ void LiveView::paintEvent(QPaintEvent *)
     const QColor background = palette().color(backgroundRole());
     const QColor foreground = palette().color(foregroundRole());
     QPainter painter(this);
+    const QRegion border = QRegion(rect()) - contentsRect();
+    for (const QRect &part : hasPicture() ? border : QRegion(rect()))
+        painter.fillRect(part, background);
     drawFrame(&painter);
     if (hasPicture())
         paintPicture(painter);
@@ -74,11 +79,15 @@ void LiveView::paintEvent(QPaintEvent *)
         paintNotice(painter, contentsRect(), shown, background, foreground);
 }
 
+const QPixmap &LiveView::scaledPicture()
+{
+    return m_scaled.of(pixmap(Qt::ReturnByValue), contentsRect().size(), devicePixelRatioF());
+}
+
 void LiveView::paintPicture(QPainter &painter)
 {
     const QRect area = contentsRect();
-    painter.drawPixmap(area.topLeft(),
-                       m_scaled.of(pixmap(Qt::ReturnByValue), area.size(), devicePixelRatioF()));
+    painter.drawPixmap(area.topLeft(), scaledPicture());
     if (!m_notice.isEmpty() || !isEnabled())
         dimPicture(painter, area, palette().color(backgroundRole()));
 }

@@ -31,6 +31,7 @@ protected:
 
 private:
     void stateChanged();
+    const QPixmap &scaledPicture();
     void paintPicture(QPainter &painter);
 
     ScaledPicture m_scaled;

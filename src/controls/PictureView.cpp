@@ -81,6 +81,8 @@ void PictureView::setPixmap(const QPixmap &pixmap)
     const bool sameSize = pixmap.size() == m_pixmap.size() && m_notice.isEmpty();
     m_pixmap = pixmap;
     m_notice.clear();
+    if (isVisible()) // at once, while the picture is in the caches of the processor
+        scaledPicture();
     // A live picture comes many times a second: screen readers are told only of another size or the end of a
     // notice.
     sameSize ? update() : stateChanged();
@@ -174,6 +176,11 @@ void PictureView::stateChanged()
     QAccessible::updateAccessibility(&event);
 }
 
+const QPixmap &PictureView::scaledPicture()
+{
+    return m_scaled.of(m_pixmap, pictureRect().size(), devicePixelRatioF());
+}
+
 void PictureView::paintEvent(QPaintEvent *event)
 {
     const QRect picture = pictureRect();
@@ -185,7 +192,7 @@ void PictureView::paintEvent(QPaintEvent *event)
     if (m_pixmap.isNull()) {
         painter.fillRect(picture, mixedColor(background, foreground, 0.1));
     } else {
-        painter.drawPixmap(picture.topLeft(), m_scaled.of(m_pixmap, picture.size(), devicePixelRatioF()));
+        painter.drawPixmap(picture.topLeft(), scaledPicture());
     }
     if (!isEnabled() || (!m_notice.isEmpty() && !m_pixmap.isNull()))
         dimPicture(painter, picture, background);

@@ -74,6 +74,7 @@ private:
     QSize viewSize(const QSize &picture) const;
     int footerRoom(int width) const;
     QString placeholder() const;
+    const QPixmap &scaledPicture();
 
     QPixmap m_pixmap;
     ScaledPicture m_scaled;

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QPainter>
 
+#include <utility>
+
 namespace paravue
 {
 namespace
@@ -12,10 +14,19 @@ namespace
 /// computer longer than for the work.
 constexpr int RowsAtOnce = 64;
 
-/// Each pixel is made of the four nearest ones.
-QImage interpolated(const QImage &image, const QSize &size)
+/// Gives \a image this size and format, in the memory that it has when it is of these already. New memory for
+/// each picture takes as long as a third of its scaling.
+void provide(QImage &image, const QSize &size, QImage::Format format)
 {
-    QImage scaled(size, image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : image.format());
+    if (image.size() != size || image.format() != format)
+        image = QImage(size, format);
+    image.setDevicePixelRatio(1);
+}
+
+/// Each pixel is made of the four nearest ones.
+void interpolate(const QImage &image, QImage &scaled)
+{
+    const QSize size = scaled.size();
     QPainter painter(&scaled);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -23,17 +34,19 @@ QImage interpolated(const QImage &image, const QSize &size)
         painter.setClipRect(0, row, size.width(), RowsAtOnce);
         painter.drawImage(QRect(QPoint(), size), image);
     }
-    return scaled;
 }
 
 /// In steps of no less than a half, so that no pixel is left out. That is twice as fast as QImage::scaled().
-QImage scaled(const QImage &picture, const QSize &size)
+/// \a step is the memory of the first step.
+void scale(const QImage &picture, QImage &scaled, QImage &step)
 {
-    QImage image = picture;
-    while (image.width() > 2 * size.width() || image.height() > 2 * size.height())
-        image =
-            interpolated(image, QSize((image.width() + 1) / 2, (image.height() + 1) / 2).expandedTo(size));
-    return image.size() == size ? image : interpolated(image, size);
+    const QSize half = QSize((picture.width() + 1) / 2, (picture.height() + 1) / 2).expandedTo(scaled.size());
+    if (half == scaled.size())
+        return interpolate(picture, scaled);
+    provide(step, half, scaled.format());
+    interpolate(picture, step);
+    QImage further;
+    scale(step, scaled, further);
 }
 
 } // namespace
@@ -42,13 +55,22 @@ const QPixmap &ScaledPicture::of(const QPixmap &picture, const QSize &size, qrea
 {
     const QSize pixels = (QSizeF(size) * pixelRatio).toSize();
     if (m_scaled.size() != pixels || m_key != picture.cacheKey()) {
-        m_scaled = picture.isNull() || pixels.isEmpty()
-                       ? QPixmap()
-                       : QPixmap::fromImage(scaled(picture.toImage(), pixels));
+        m_scaled = picture.isNull() || pixels.isEmpty() ? QPixmap() : scaledTo(pixels, picture.toImage());
         m_key = picture.cacheKey();
     }
     m_scaled.setDevicePixelRatio(pixelRatio);
     return m_scaled;
+}
+
+QPixmap ScaledPicture::scaledTo(const QSize &size, const QImage &picture)
+{
+    static QImage step; // all controls use it in turn
+    QImage image = m_scaled.toImage();
+    m_scaled = QPixmap(); // so that the image is not copied when it is written
+    provide(image, size,
+            picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    scale(picture, image, step);
+    return QPixmap::fromImage(std::move(image));
 }
 
 } // namespace paravue

@@ -14,6 +14,8 @@ public:
     const QPixmap &of(const QPixmap &picture, const QSize &size, qreal pixelRatio);
 
 private:
+    QPixmap scaledTo(const QSize &size, const QImage &picture);
+
     QPixmap m_scaled;
     qint64 m_key = 0; ///< of the picture
 };

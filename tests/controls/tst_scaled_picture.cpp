@@ -33,6 +33,8 @@ private Q_SLOTS:
     void scalesToThePixelsOfTheScreen_data();
     void scalesToThePixelsOfTheScreen();
     void scalesOnce();
+    void scalesOneAfterTheOther_data();
+    void scalesOneAfterTheOther();
     void viewsKeepThePicture();
 };
 
@@ -82,6 +84,36 @@ void TestScaledPicture::scalesOnce()
     QVERIFY(scaled.of(first, {32, 8}, 1).cacheKey() != key);
     const qint64 wide = scaled.of(first, {32, 8}, 1).cacheKey();
     QVERIFY(scaled.of(second, {32, 8}, 1).cacheKey() != wide);
+    const QPixmap kept = scaled.of(second, {32, 8}, 1);
+    const QImage before = kept.toImage().copy();
+    scaled.of(stripes({16, 8}), {32, 8}, 1);
+    QCOMPARE(kept.toImage(), before);
+}
+
+void TestScaledPicture::scalesOneAfterTheOther_data()
+{
+    const TestTable<QSize, double, QColor> row("size", "ratio", "colour");
+    row("the same", {16, 8}, 1.0, Qt::red);
+    row("high resolution", {16, 8}, 2.0, Qt::red);
+    row("larger in one direction", {64, 4}, 1.0, Qt::red);
+    row("transparent", {16, 8}, 2.0, QColor(255, 0, 0, 0));
+}
+
+/// The memory of the first one is used for the second one.
+void TestScaledPicture::scalesOneAfterTheOther()
+{
+    QFETCH(QSize, size);
+    QFETCH(double, ratio);
+    QFETCH(QColor, colour);
+    QImage picture({64, 48}, QImage::Format_ARGB32);
+    picture.fill(colour);
+    picture.setPixelColor(32, 24, Qt::blue);
+    const QPixmap second = QPixmap::fromImage(picture);
+    ScaledPicture alone;
+    ScaledPicture both;
+    both.of(stripes({64, 48}), size, ratio);
+    QCOMPARE(both.of(second, size, ratio).toImage(), alone.of(second, size, ratio).toImage());
+    QCOMPARE(both.of(second, size, ratio).size(), (QSizeF(size) * ratio).toSize());
 }
 
 void TestScaledPicture::viewsKeepThePicture()
