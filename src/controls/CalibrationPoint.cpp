@@ -9,6 +9,9 @@ namespace paravue
 namespace
 {
 
+/// Behind which the name stands.
+constexpr int Numbers = 5;
+
 QString decimal(double number)
 {
     return QString::number(number, 'g', 6);
@@ -31,6 +34,19 @@ std::optional<QPointF> placeOfPoint(const QString &text)
     return QPointF(std::clamp(*x, 0.0, 1.0), std::clamp(*y, 0.0, 1.0));
 }
 
+QString nameOfPoint(const QString &text)
+{
+    return text.section(u',', Numbers).trimmed();
+}
+
+QString namedPoint(const QString &text, const QString &name)
+{
+    if (!placeOfPoint(text) || text.count(u',') < Numbers - 1)
+        return text;
+    const QString numbers = text.section(u',', 0, Numbers - 1);
+    return name.isEmpty() ? numbers : numbers + u',' + name;
+}
+
 QString placedPoint(const QString &text, const QPointF &place, const std::optional<PtzPosition> &camera)
 {
     QStringList fields = placeOfPoint(text) ? text.split(u',') : QStringList{{}, {}};
@@ -38,7 +54,7 @@ QString placedPoint(const QString &text, const QPointF &place, const std::option
     fields[1] = QString::number(place.y(), 'f', 4);
     if (!camera)
         return fields.join(u',');
-    fields.resize(std::max<qsizetype>(fields.size(), 5));
+    fields.resize(std::max<qsizetype>(fields.size(), Numbers));
     fields[2] = decimal(camera->pan);
     fields[3] = decimal(camera->tilt);
     if (camera->zoom)

@@ -2,6 +2,7 @@
 
 #include "controls/CalibrationPoint.h"
 #include "controls/CellFrame.h"
+#include "controls/NameEdit.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -9,6 +10,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace paravue
 {
@@ -19,6 +21,7 @@ constexpr double ArmLength = 9;
 constexpr double Reach = 10; // how near to a point a press has to be
 constexpr double Step = 0.01;
 constexpr double FineStep = 0.001;
+constexpr int ShownName = 16; // characters in the strip
 
 QPointF intoPicture(const QPointF &fraction)
 {
@@ -40,10 +43,30 @@ PtzCalibrator::PtzCalibrator(int points, QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::PreventContextMenu);
     m_points.resize(std::max(points, 1));
-    QStringList numbers;
-    for (int number = 1; number <= m_points.size(); ++number)
-        numbers.append(QString::number(number));
-    m_strip.setTexts(numbers);
+    connect(this, &PtzView::cameraAtRest, this, &PtzCalibrator::setDeferred);
+    pointsChanged();
+}
+
+QString PtzCalibrator::titleOf(int number) const
+{
+    const QString name = nameOfPoint(m_points.value(number - 1));
+    return name.isEmpty() ? QString::number(number) : tr("%1 %2").arg(QString::number(number), name);
+}
+
+void PtzCalibrator::pointsChanged()
+{
+    QStringList titles;
+    for (int number = 1; number <= m_points.size(); ++number) {
+        QString title = titleOf(number);
+        if (title.size() > ShownName)
+            title = title.left(ShownName - 1) + u'…';
+        titles.append(title);
+    }
+    if (titles != m_strip.texts()) {
+        m_strip.setTexts(titles);
+        updateGeometry();
+    }
+    stateChanged();
 }
 
 bool PtzCalibrator::setPoints(const QStringList &points)
@@ -53,8 +76,9 @@ bool PtzCalibrator::setPoints(const QStringList &points)
     if (fitting == m_points)
         return false;
     m_points = fitting;
+    m_deferred.clear();
     m_gesture.textsReplaced();
-    stateChanged();
+    pointsChanged();
     return true;
 }
 
@@ -70,20 +94,22 @@ bool PtzCalibrator::setGotoPoint(int number)
 
 std::optional<QPointF> PtzCalibrator::placeOf(int number) const
 {
-    return m_gesture.isDragging() && number == m_current ? m_held.place
-                                                         : placeOfPoint(m_points.value(number - 1));
+    if (m_gesture.isDragging() && number == m_current)
+        return m_held.place;
+    const auto deferred = m_deferred.constFind(number);
+    return deferred != m_deferred.cend() ? *deferred : placeOfPoint(m_points.value(number - 1));
 }
 
 QString PtzCalibrator::valueText() const
 {
-    const QString point =
-        tr("Point %1 of %2").arg(QString::number(m_current), QString::number(m_points.size()));
+    const QString point = tr("Point %1 of %2").arg(titleOf(m_current), QString::number(m_points.size()));
     const auto place = placeOf(m_current);
     const auto percent = [this](double share) { return locale().toString(100 * share, 'f', 1); };
     const QString state =
         place ? tr("%1% from the left, %2% from the top").arg(percent(place->x()), percent(place->y()))
               : tr("not set");
-    const QString text = tr("%1: %2. %3").arg(point, state, PtzView::valueText());
+    const QString wait = m_deferred.isEmpty() ? QString() : deferral() + u' ';
+    const QString text = tr("%1: %2. %3").arg(point, state, wait + PtzView::valueText());
     return m_goto == 0 ? text : tr("%1. Gone to point %2").arg(text, QString::number(m_goto));
 }
 
@@ -106,18 +132,80 @@ void PtzCalibrator::chooseNextUnset()
 
 void PtzCalibrator::place(const QPointF &fraction)
 {
+    if (isTurning()) {
+        m_deferred.insert(m_current, intoPicture(fraction));
+        stateChanged();
+        return;
+    }
     QString &point = m_points[m_current - 1];
     point = placedPoint(point, intoPicture(fraction), position());
-    stateChanged();
+    m_deferred.remove(m_current);
+    pointsChanged();
+}
+
+void PtzCalibrator::setDeferred()
+{
+    const QMap<int, QPointF> places = std::exchange(m_deferred, {});
+    for (auto each = places.cbegin(); position() && each != places.cend(); ++each) {
+        m_gesture.perform([&] {
+            QString &point = m_points[each.key() - 1];
+            point = placedPoint(point, each.value(), position());
+        });
+    }
+    if (!places.isEmpty())
+        pointsChanged();
+}
+
+QString PtzCalibrator::deferral() const
+{
+    return tr("Point %1 is set as soon as the camera stands still.")
+        .arg(QString::number(m_deferred.firstKey()));
+}
+
+void PtzCalibrator::rename()
+{
+    const int number = m_current;
+    const QString text = m_points.value(number - 1);
+    const QString name = nameOfPoint(text);
+    if (m_nameEdit || namedPoint(text, name + u'x') == text) // it has no place for a name
+        return;
+    m_nameEdit = new NameEdit(name, this);
+    m_nameEdit->setAccessibleName(tr("Name of point %1").arg(QString::number(number)));
+    connect(m_nameEdit, &NameEdit::named, this, [this, number](const QString &given) {
+        m_gesture.perform([&] {
+            QString &point = m_points[number - 1];
+            point = namedPoint(point, given);
+            pointsChanged();
+        });
+    });
+    placeNameEdit();
+    m_nameEdit->show();
+    m_nameEdit->setFocus();
+}
+
+void PtzCalibrator::placeNameEdit()
+{
+    if (!m_nameEdit)
+        return;
+    const int height = m_nameEdit->fontMetrics().height() + 12;
+    const QRect picture = pictureRect();
+    m_nameEdit->setGeometry(picture.left(), picture.bottom() + 1 - height, picture.width(), height);
+}
+
+void PtzCalibrator::resizeEvent(QResizeEvent *event)
+{
+    PtzView::resizeEvent(event);
+    placeNameEdit();
 }
 
 void PtzCalibrator::remove(int number)
 {
     if (!placeOf(number))
         return;
+    m_deferred.remove(number);
     m_gesture.perform([&] {
         m_points[number - 1].clear();
-        stateChanged();
+        pointsChanged();
     });
 }
 
@@ -130,7 +218,7 @@ void PtzCalibrator::textsEdited(const QStringList &before, const QStringList &af
 
 void PtzCalibrator::goTo(int number)
 {
-    if (!placeOf(number))
+    if (!placeOf(number) || m_deferred.contains(number))
         return;
     m_goto = number;
     stateChanged();
@@ -276,6 +364,8 @@ void PtzCalibrator::keyPressEvent(QKeyEvent *event)
         choose(m_current + (key == Qt::Key_PageUp ? -1 : 1));
     } else if (key >= Qt::Key_1 && key <= Qt::Key_9) {
         choose(key - Qt::Key_0);
+    } else if (key == Qt::Key_F2) {
+        rename();
     } else if (key == Qt::Key_Space) {
         m_gesture.perform([&] { place(placeOf(m_current).value_or(QPointF(0.5, 0.5))); });
     } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
@@ -336,6 +426,9 @@ void PtzCalibrator::paintOver(QPainter &painter, const QRect &dirty)
     }
     if (const auto place = placeOf(m_current))
         paintPoint(painter, m_current, positionOf(*place));
+    if (!m_deferred.isEmpty())
+        paintRemark(painter, pictureRect(), deferral(), palette().color(QPalette::Window),
+                    palette().color(QPalette::WindowText));
 }
 
 } // namespace paravue

@@ -4,10 +4,15 @@
 #include "controls/EditGesture.h"
 #include "controls/PtzView.h"
 
+#include <QMap>
+#include <QPointer>
+
 #include <optional>
 
 namespace paravue
 {
+
+class NameEdit;
 
 /// A picture with numbered calibration points, each of which ties a place in the picture to where the camera
 /// looked when it was set. Points count from 1; one of them is the current one.
@@ -17,7 +22,10 @@ namespace paravue
 /// the right button removes it. In the strip below the picture a press chooses a point, a double click goes
 /// to it. Keys: Page Up and Page Down, or 1 to 9, choose a point; Space sets it with the present position of
 /// the camera, in the middle if it has no place yet; arrows move it by a hundredth of the picture, with Shift
-/// by a thousandth; Enter goes to it; Delete and Backspace remove it; Escape cancels a drag.
+/// by a thousandth; Enter goes to it; F2 names it; Delete and Backspace remove it; Escape cancels a drag.
+///
+/// A point that is set while the camera turns waits until it stands still: a position that the camera has
+/// left by then is never stored. When the position becomes unknown meanwhile, the point stays as it was.
 class PtzCalibrator : public PtzView, private EditGesture::Editor
 {
     Q_OBJECT
@@ -33,6 +41,8 @@ public:
 
     /// The point that was gone to last; 0 for none.
     int gotoPoint() const { return m_goto; }
+    /// Lets the camera turn to a point, as a double click on it does. Does nothing when it is not set.
+    void goTo(int number);
     bool setGotoPoint(int number);
 
     QString valueText() const override;
@@ -53,6 +63,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     /// The point that is dragged.
@@ -80,12 +91,20 @@ private:
     /// Gives the current point another place.
     void place(const QPointF &fraction);
     void remove(int number);
-    void goTo(int number);
     void chooseNextUnset();
+    void setDeferred();
+    void rename();
+    void placeNameEdit();
+    /// Shows the texts of the points.
+    void pointsChanged();
+    QString titleOf(int number) const;
+    QString deferral() const;
     bool moveByKey(const QKeyEvent &event);
     void paintPoint(QPainter &painter, int number, const QPointF &position);
 
     QStringList m_points;
+    QMap<int, QPointF> m_deferred; ///< places of the points that wait for the camera to stand still
+    QPointer<NameEdit> m_nameEdit;
     ChipStrip m_strip;
     int m_current = 1;
     int m_goto = 0;

@@ -29,4 +29,13 @@ std::optional<PtzPosition> parsePtzPosition(const QString &text)
     return PtzPosition{*pan, *tilt, field(2, 0)};
 }
 
+QString ptzPositionText(const PtzPosition &position)
+{
+    const auto number = [](double value) {
+        return QString::number(std::round(value * 1000) / 1000 + 0, 'f', 3); // -0 becomes 0
+    };
+    const QString direction = number(position.pan) + u',' + number(position.tilt);
+    return position.zoom ? direction + u',' + number(*position.zoom) : direction;
+}
+
 } // namespace paravue

@@ -13,11 +13,16 @@ struct PtzPosition {
     double pan = 0;
     double tilt = 0;
     std::optional<double> zoom;
+
+    friend bool operator==(const PtzPosition &, const PtzPosition &) = default;
 };
 
 /// "pan,tilt" or "pan,tilt,zoom" with decimal points, such as "0.25,-0.4,0.1"; further fields are ignored and
 /// numbers clamped to the ranges. Nothing when pan or tilt is not a number.
 std::optional<PtzPosition> parsePtzPosition(const QString &text);
+
+/// The text of a position, without a zoom that is not known. Numbers have three decimals.
+QString ptzPositionText(const PtzPosition &position);
 
 /// A decimal number as it stands in such texts; nothing for other texts and numbers that are not finite.
 std::optional<double> parseDecimal(const QString &text);

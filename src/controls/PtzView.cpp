@@ -10,10 +10,27 @@ namespace
 {
 
 constexpr int LineGap = 4;
+/// Between positions of a camera that turns. In milliseconds.
+constexpr int LongestPause = 500;
 
 } // namespace
 
-PtzView::PtzView(QWidget *parent) : PictureView(parent) {}
+PtzView::PtzView(QWidget *parent) : PictureView(parent)
+{
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(LongestPause);
+    connect(&m_rest, &QTimer::timeout, this, [this] {
+        if (m_isCertain)
+            Q_EMIT cameraAtRest();
+    });
+}
+
+void PtzView::setCertain(bool isCertain)
+{
+    if (isCertain && !m_isCertain)
+        m_rest.start();
+    m_isCertain = isCertain;
+}
 
 QString PtzView::valueText() const
 {
@@ -33,8 +50,15 @@ void PtzView::slot_Set_PTZ_pos(double pan, double tilt, double zoom)
 
 void PtzView::setPosition(const std::optional<PtzPosition> &position)
 {
+    const bool hasMoved = m_position && position && *m_position != *position;
     m_position = position;
+    if (hasMoved)
+        m_rest.start();
+    else if (!position)
+        m_rest.stop();
     stateChanged();
+    if (!position)
+        Q_EMIT cameraAtRest();
 }
 
 QString PtzView::positionText() const

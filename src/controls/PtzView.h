@@ -3,6 +3,8 @@
 #include "controls/PictureView.h"
 #include "controls/PtzPosition.h"
 
+#include <QTimer>
+
 namespace paravue
 {
 
@@ -16,8 +18,15 @@ public:
 
     /// Nothing while it is not known.
     const std::optional<PtzPosition> &position() const { return m_position; }
+    /// The position has just changed, so that the camera may have gone on since, or is not certain.
+    bool isTurning() const { return m_rest.isActive() || !m_isCertain; }
+    void setCertain(bool isCertain);
 
     QString valueText() const override;
+
+Q_SIGNALS:
+    /// isTurning() is over, or the position has become unknown.
+    void cameraAtRest();
 
 public Q_SLOTS:
     /// "pan,tilt" or "pan,tilt,zoom" as PtzPosition documents them. Any other text means that the position is
@@ -34,6 +43,8 @@ private:
     QString positionText() const;
 
     std::optional<PtzPosition> m_position;
+    QTimer m_rest;
+    bool m_isCertain = true;
 };
 
 } // namespace paravue

@@ -1,4 +1,5 @@
 #include "Gestures.h"
+#include "controls/NameEdit.h"
 #include "controls/PtzCalibrator.h"
 #include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
@@ -50,6 +51,9 @@ private Q_SLOTS:
     void calibrates_data();
     void calibrates();
     void choosesPointsInTheStrip();
+    void setsPointsWhenTheCameraStandsStill();
+    void namesPoints_data();
+    void namesPoints();
     void pointsTheCross_data();
     void pointsTheCross();
     void passesPicturesOn();
@@ -167,6 +171,84 @@ void TestPtzControls::choosesPointsInTheStrip()
     calibrator->slot_Set_PTZ_pos(0.5, 0, 0);
     QCOMPARE(heard->text(QAccessible::Value), "Point 2 of 4: 20.0% from the left, 25.0% from the top. "
                                               "Pan 0.50, tilt 0.00, zoom 0.00. Gone to point 2");
+}
+
+void TestPtzControls::setsPointsWhenTheCameraStandsStill()
+{
+    DescribedWindow window(describePage(Calibrator), {{"ptz", storedPoints("0.1,0.1,0,0,0///", "99")}});
+    auto *calibrator = window.widget<PtzCalibrator>();
+    QSignalSpy calibrated(calibrator, &PtzCalibrator::signal_Point_calibrated);
+    calibrator->slot_Set_PTZ_pos("0,0,0");
+    calibrator->slot_Set_PTZ_pos("0.1,0,0");
+    QTest::keyClick(calibrator, Qt::Key_Space);
+    QTest::keyClick(calibrator, Qt::Key_2);
+    QTest::keyClick(calibrator, Qt::Key_Space);
+    QTest::keyClick(calibrator, Qt::Key_Return); // it has no position yet
+    QVERIFY(calibrator->valueText().contains("as soon as the camera stands still"));
+    calibrator->slot_Set_PTZ_pos("0.5,0.25,0");
+    QCOMPARE(calibrator->points(), QStringList({"0.1,0.1,0,0,0", "", "", ""}));
+    AWAIT_COMPARE(calibrated.size(), 2);
+    QCOMPARE(calibrator->points(),
+             QStringList({"0.1000,0.1000,0.5,0.25,0", "0.5000,0.5000,0.5,0.25,0", "", ""}));
+    QCOMPARE(calibrator->gotoPoint(), 0);
+    QVERIFY(!calibrator->valueText().contains("stands still"));
+
+    calibrator->setCertain(false);
+    QTest::keyClick(calibrator, Qt::Key_Space);
+    QVERIFY2(!waitUntil([&] { return calibrated.size() > 2; }, 700), "it may have turned unheard");
+    calibrator->slot_Set_PTZ_pos("0.6,0,0");
+    calibrator->setCertain(true);
+    AWAIT_COMPARE(calibrated.size(), 3);
+    QCOMPARE(calibrator->points().at(1), "0.5000,0.5000,0.6,0,0");
+
+    calibrator->slot_Set_PTZ_pos("0.7,0,0");
+    QTest::keyClick(calibrator, Qt::Key_Space);
+    calibrator->slot_Set_PTZ_pos(""); // lost on the way
+    QCOMPARE(calibrator->points().at(1), "0.5000,0.5000,0.6,0,0");
+    QVERIFY(!calibrator->valueText().contains("stands still"));
+}
+
+void TestPtzControls::namesPoints_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<Qt::Key>("last");
+    QTest::addColumn<QByteArray>("after");
+    const auto row = [](const char *name, const QByteArray &before, const QString &typed, Qt::Key last,
+                        const QByteArray &after) { QTest::newRow(name) << before << typed << last << after; };
+    row("first name", "0.1,0.1,0,0,0", "Main gate", Qt::Key_Return, "0.1,0.1,0,0,0,Main gate");
+    row("another name, with a comma", "0.1,0.1,0,0,0,x, y", " Gate, left ", Qt::Key_Enter,
+        "0.1,0.1,0,0,0,Gate, left");
+    row("none any more", "0.1,0.1,0,0,0,x", " ", Qt::Key_Return, "0.1,0.1,0,0,0");
+    row("escape", "0.1,0.1,0,0,0,x", "y", Qt::Key_Escape, "0.1,0.1,0,0,0,x");
+    row("tab", "0.1,0.1,0,0,0,x", "y", Qt::Key_Tab, "0.1,0.1,0,0,0,y");
+    row("long", "0.1,0.1,0,0,0", QString(60, 'n'), Qt::Key_Return, "0.1,0.1,0,0,0," + QByteArray(40, 'n'));
+    row("without a position", "0.1,0.1", "y", Qt::Key_Return, "0.1,0.1");
+}
+
+void TestPtzControls::namesPoints()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QString, typed);
+    QFETCH(Qt::Key, last);
+    QFETCH(QByteArray, after);
+    DescribedWindow window(describePage(Calibrator), {{"ptz", storedPoints(before + "///", "99")}});
+    auto *calibrator = window.widget<PtzCalibrator>();
+    calibrator->setFocus();
+    QTest::keyClick(calibrator, Qt::Key_F2);
+    if (auto *edit = calibrator->findChild<NameEdit *>()) {
+        QCOMPARE(edit->accessibleName(), "Name of point 1");
+        QTest::keyClicks(edit, typed);
+        QTest::keyClick(edit, last);
+    }
+    AWAIT_VERIFY(!calibrator->findChild<NameEdit *>());
+    QCOMPARE(calibrator->points().at(0).toUtf8(), after);
+    const QString name = QString::fromUtf8(after).section(',', 5);
+    QVERIFY(
+        calibrator->valueText().startsWith(name.isEmpty() ? "Point 1 of 4" : "Point 1 " + name + " of 4"));
+    window.fixture.store().flush();
+    QCOMPARE(window.fixture.content("ptz"), storedPoints(after + "///", "99"));
+    QVERIFY(window.window->isVisible());
 }
 
 void TestPtzControls::pointsTheCross_data()
