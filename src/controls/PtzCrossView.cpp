@@ -12,11 +12,12 @@ constexpr double Ring = 14;
 
 } // namespace
 
-PtzCrossView::PtzCrossView(QWidget *parent) : PtzView(parent) {}
+PtzCrossView::PtzCrossView(QWidget *parent) : PtzView(parent), m_steering(*this, PtzSteering::Scene::All) {}
 
 void PtzCrossView::paintOver(QPainter &painter, const QRect &dirty)
 {
     paintCross(painter);
+    m_steering.paint(painter);
     PtzView::paintOver(painter, dirty); // last, so that the cross does not strike its text through
 }
 

@@ -67,6 +67,13 @@ PtzVideoReceiver::PtzVideoReceiver(QObject *parent, const QDomElement &element)
 
 PtzVideoReceiver::~PtzVideoReceiver() = default;
 
+void PtzVideoReceiver::turnTo(const QString &position)
+{
+    const QByteArray bytes = position.toUtf8();
+    if (!bytes.isEmpty() && bytes.size() <= MaxPositionText && !hasControlCharacter(position))
+        send("PTZ MOVE " + bytes);
+}
+
 void PtzVideoReceiver::goTo(int point)
 {
     if (point >= 1)

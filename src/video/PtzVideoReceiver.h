@@ -29,6 +29,8 @@ public:
     /// The text of the last positionChanged().
     QString position() const { return m_position; }
 
+    /// Turns the camera to a position, "pan,tilt" or "pan,tilt,zoom" as in positionChanged().
+    void turnTo(const QString &position);
     /// Turns the camera to a point. Points count from 1.
     void goTo(int point);
     /// Sets a point (controls/CalibrationPoint.h describes the text) or, with an empty text, removes it. A

@@ -10,6 +10,8 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 
+#include <cmath>
+
 using namespace paravue;
 using namespace paravue::test;
 
@@ -49,11 +51,13 @@ class TestTurningCamera : public QObject
 private Q_SLOTS:
     void init();
     void turnsToAPoint();
+    void isSteered();
+    void tellsThoseWhoMayNotSteer();
     void sendsPointsAtOnce();
     void comesBackWithTheRecorder();
 
 private:
-    void open();
+    void open(const QString &login = "admin:admin");
     QPoint placeOf(int point) const;
     QString crossText() const { return m_cross->valueText(); }
 
@@ -67,12 +71,17 @@ private:
 
 void TestTurningCamera::init()
 {
+    open();
+}
+
+void TestTurningCamera::open(const QString &login)
+{
     m_session.reset();
     m_folder = std::make_unique<QTemporaryDir>();
     m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path(), "everything");
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
-    m_session = std::make_unique<Session>("admin:admin@127.0.0.1:" +
-                                          QString::number(static_cast<qint16>(m_recorder->port())));
+    m_session = std::make_unique<Session>(
+        login + "@127.0.0.1:" + QString::number(static_cast<qint16>(m_recorder->port())));
     QVERIFY(m_session->isFine());
     CWinMain &window = *m_session->window;
     m_picture = window.findChild<PtzVideoInput *>();
@@ -112,6 +121,38 @@ void TestTurningCamera::turnsToAPoint()
     QVERIFY2(positions.size() >= 3, qPrintable(positions.join(" | "))); // it turns, it does not jump
     QVERIFY(seen(*m_cross) != crossBefore);
     AWAIT_VERIFY_WITHIN(difference(before, seen(*m_picture)) > 10, Patience);
+}
+
+void TestTurningCamera::isSteered()
+{
+    const auto pan = [&] { return m_recorder->ptz().pose().pan; };
+    const auto isCentred = [&] {
+        return std::abs(pan()) < 0.02 && std::abs(m_recorder->ptz().pose().tilt) < 0.02;
+    };
+    m_picture->setFocus();
+    const QPoint centre = m_picture->pictureRect().center();
+    QTest::mousePress(m_picture, Qt::LeftButton, {}, centre);
+    QTest::mouseMove(m_picture, centre + QPoint(m_picture->width() / 3, 0));
+    AWAIT_VERIFY_WITHIN(pan() > 0.5, Patience);
+    QTest::mouseRelease(m_picture, Qt::LeftButton, {}, centre);
+    AWAIT_VERIFY_WITHIN(!m_recorder->ptz().isTurning(), Patience);
+    QVERIFY2(pan() < 0.9, "the camera has not stopped"); // it would be at 1 within a second
+    QTest::mouseDClick(m_cross, Qt::LeftButton, {}, m_cross->pictureRect().center());
+    AWAIT_VERIFY_WITHIN(isCentred() && !m_recorder->ptz().isTurning(), Patience);
+    QTest::keyClick(m_picture, Qt::Key_Plus);
+    AWAIT_VERIFY_WITHIN(crossText().contains("zoom 0.55"), Patience);
+    QTest::keyClick(m_cross, Qt::Key_2);
+    AWAIT_VERIFY_WITHIN(crossText().contains(AtPoint2), Patience);
+    QCOMPARE(m_calibrator->gotoPoint(), 2);
+    QVERIFY(!m_picture->valueText().contains("not allowed"));
+}
+
+void TestTurningCamera::tellsThoseWhoMayNotSteer()
+{
+    open("guest:");
+    QTest::keyClick(m_picture, Qt::Key_Right);
+    AWAIT_VERIFY_WITHIN(m_picture->valueText().contains("The recorder does not turn the camera"), Patience);
+    QVERIFY(crossText().contains(Begin));
 }
 
 void TestTurningCamera::sendsPointsAtOnce()

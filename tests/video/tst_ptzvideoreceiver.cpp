@@ -114,7 +114,8 @@ void TestPtzVideoReceiver::emitsTheLastOfManyPositions()
 
 void TestPtzVideoReceiver::sendsCommands()
 {
-    const QByteArray commands = "PTZ GOTO 64\r\nPTZ POINT 2 0.5,0.5,\xC3\xA9\r\nPTZ POINT 1 \r\n";
+    const QByteArray commands = "PTZ GOTO 64\r\nPTZ POINT 2 0.5,0.5,\xC3\xA9\r\nPTZ POINT 1 \r\n"
+                                "PTZ MOVE 0.5,-1,0\r\n";
     FakeRecorder recorder;
     recorder.expect(Login).send(Acknowledgement).expect(commands).send("last").close();
     paravue::PtzVideoReceiver receiver(nullptr, taskFor(recorder));
@@ -131,6 +132,9 @@ void TestPtzVideoReceiver::sendsCommands()
     receiver.goTo(64);
     receiver.setPoint(2, QStringLiteral("0.5,0.5,\u00e9"));
     receiver.setPoint(1, QString());
+    for (const QString &bad : {QString(), QString("0,0\r\nPTZ GOTO 1"), QString(129, '1')})
+        receiver.turnTo(bad);
+    receiver.turnTo("0.5,-1,0");
     QSignalSpy closed(socket, &QTcpSocket::disconnected);
     QVERIFY(closed.wait());
     receiver.goTo(3);

@@ -1,12 +1,28 @@
 #include "ui/tasks/CameraLink.h"
 
 #include "controls/PtzCalibrator.h"
+#include "controls/PtzSteering.h"
+#include "controls/PtzVideoInput.h"
 #include "ui/tasks/PictureSource.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace paravue
 {
 namespace
 {
+
+constexpr int AnswerTime = 3'000; // milliseconds
+constexpr int RemarkTime = 10'000;
+/// Some cameras do not reach a goal exactly.
+constexpr double SmallestTurn = 0.02;
+
+bool isNear(const PtzPosition &left, const PtzPosition &right)
+{
+    return std::abs(left.pan - right.pan) < SmallestTurn && std::abs(left.tilt - right.tilt) < SmallestTurn &&
+           std::abs(left.zoom.value_or(0) - right.zoom.value_or(0)) < SmallestTurn;
+}
 
 void showPosition(QObject *control, const QString &position)
 {
@@ -17,7 +33,16 @@ void showPosition(QObject *control, const QString &position)
 
 CameraLink::CameraLink(PictureSource &source) : m_source(source)
 {
-    connect(&source, &PictureSource::cameraMoved, this, [this] { sendPosition(position()); });
+    for (QTimer *timer : {&m_answer, &m_ignored})
+        timer->setSingleShot(true);
+    m_answer.setInterval(AnswerTime);
+    m_ignored.setInterval(RemarkTime);
+    connect(&m_answer, &QTimer::timeout, &m_ignored, qOverload<>(&QTimer::start));
+    connect(&source, &PictureSource::cameraMoved, this, [this] {
+        m_answer.stop();
+        m_ignored.stop();
+        sendPosition(position());
+    });
 }
 
 CameraLink::~CameraLink()
@@ -28,6 +53,8 @@ CameraLink::~CameraLink()
 void CameraLink::add(const QList<QWidget *> &controls)
 {
     for (QWidget *control : controls) {
+        if (auto *view = dynamic_cast<SteeredView *>(control))
+            addSteering(*control, view->steering());
         if (m_controls.contains(control) ||
             control->metaObject()->indexOfSlot("slot_Set_PTZ_pos(QString)") < 0)
             continue;
@@ -37,23 +64,80 @@ void CameraLink::add(const QList<QWidget *> &controls)
         auto *calibrator = qobject_cast<PtzCalibrator *>(control);
         if (!calibrator)
             continue;
-        const auto send = [this, calibrator](int point) {
-            m_source.setPoint(point, calibrator->points().value(point - 1));
-        };
-        connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this, send);
-        connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this, [this, send](int point) {
-            // The recorder may have started again since it was told the point.
-            send(point);
-            m_source.goTo(point);
-        });
+        const auto textOf = [calibrator](int point) { return calibrator->points().value(point - 1); };
+        connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this,
+                [this, textOf](int point) { m_source.setPoint(point, textOf(point)); });
+        connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this,
+                [this, textOf](int point) { goToPoint(point, textOf(point)); });
     }
 }
 
-void CameraLink::setLive(bool isLive)
+void CameraLink::addPictures(const QList<QPointer<QWidget>> &controls)
 {
+    for (const QPointer<QWidget> &control : controls) {
+        if (auto *view = qobject_cast<PtzVideoInput *>(control))
+            addSteering(*view, view->steering());
+    }
+}
+
+void CameraLink::addSteering(QObject &control, PtzSteering &steering)
+{
+    if (m_steerings.contains(&control))
+        return;
+    m_steerings.insert(&control, &steering);
+    connect(&control, &QObject::destroyed, this, [this](QObject *gone) { m_steerings.remove(gone); });
+    connect(&steering, &PtzSteering::turnRequested, this, &CameraLink::turnTo);
+    connect(&steering, &PtzSteering::pointRequested, this, &CameraLink::goTo);
+    steering.setPosition(parsePtzPosition(position()));
+}
+
+void CameraLink::turnTo(const PtzPosition &goal)
+{
+    m_source.turnTo(ptzPositionText(goal));
+    expectTurn(goal);
+}
+
+/// The points are those of the calibrator, if there is one.
+void CameraLink::goTo(int point)
+{
+    bool isKnown = false;
+    for (QObject *control : std::as_const(m_controls)) {
+        if (auto *calibrator = qobject_cast<PtzCalibrator *>(control)) {
+            isKnown = true;
+            calibrator->goTo(point);
+        }
+    }
+    if (!isKnown)
+        m_source.goTo(point);
+}
+
+void CameraLink::goToPoint(int point, const QString &text)
+{
+    // The recorder may have started again since it was told the point.
+    m_source.setPoint(point, text);
+    m_source.goTo(point);
+    if (const auto goal = parsePtzPosition(text.section(u',', 2)))
+        expectTurn(*goal);
+}
+
+void CameraLink::expectTurn(const PtzPosition &goal)
+{
+    const auto present = parsePtzPosition(position());
+    if (present && !isNear(*present, goal) && !m_answer.isActive() && !isIgnored())
+        m_answer.start();
+}
+
+void CameraLink::setLive(bool isLive, bool isHeard)
+{
+    for (QObject *control : std::as_const(m_controls)) {
+        if (auto *view = qobject_cast<PtzView *>(control))
+            view->setCertain(isHeard);
+    }
     if (isLive == m_isLive)
         return;
     m_isLive = isLive;
+    m_answer.stop();
+    m_ignored.stop();
     sendPosition(position());
 }
 
@@ -66,6 +150,8 @@ void CameraLink::sendPosition(const QString &position)
 {
     for (QObject *control : std::as_const(m_controls))
         showPosition(control, position);
+    for (PtzSteering *steering : std::as_const(m_steerings))
+        steering->setPosition(parsePtzPosition(position));
 }
 
 } // namespace paravue

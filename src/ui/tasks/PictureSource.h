@@ -46,6 +46,7 @@ public:
 
     /// For a camera that turns: where it looks (controls/PtzPosition.h), empty while that is not known.
     virtual QString cameraPosition() const { return {}; }
+    virtual void turnTo(const QString &) {}
     virtual void goTo(int) {}
     virtual void setPoint(int, const QString &) {}
 

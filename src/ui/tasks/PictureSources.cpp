@@ -76,6 +76,7 @@ public:
     }
 
     QString cameraPosition() const override { return m_receiver.position(); }
+    void turnTo(const QString &position) override { m_receiver.turnTo(position); }
     void goTo(int point) override { m_receiver.goTo(point); }
     void setPoint(int point, const QString &text) override { m_receiver.setPoint(point, text); }
 };

@@ -9,6 +9,7 @@ namespace
 
 // In milliseconds. Sources show half of the pictures, in groups: with a picture each second there are gaps
 // of five seconds in which the stream runs on.
+constexpr quint32 ShortSilence = 2'500;
 constexpr quint32 ReportedSilence = 5'000;
 constexpr quint32 ReportedGap = 15'000;
 constexpr quint32 LongestSilence = 60'000;
@@ -58,6 +59,7 @@ bool PictureStatus::poll(const PictureSource &source, quint32 now)
     if (m_isDead && (m_hasPicture || m_trouble.isEmpty()))
         m_trouble = tr("Connection lost");
     m_isStale = !source.isActive() || m_isDead || isOverdue(now);
+    m_isSilent = m_wasConnected && now - m_lastTraffic >= ShortSilence;
     m_text = textFor(source, now);
     pollLeftOut(source, now);
     return isNew;

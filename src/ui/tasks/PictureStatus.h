@@ -33,6 +33,8 @@ public:
     bool isDead() const { return m_isDead; }
     /// The last picture and the last camera position are not current any more.
     bool isStale() const { return m_isStale; }
+    /// Nothing has arrived for some time, so that the camera may have turned since.
+    bool isSilent() const { return m_isSilent; }
 
 private:
     QString textFor(const PictureSource &source, quint32 now);
@@ -54,6 +56,7 @@ private:
     bool m_wasConnected = false;
     bool m_isDead = false;
     bool m_isStale = false;
+    bool m_isSilent = false;
 };
 
 } // namespace paravue

@@ -140,10 +140,11 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
         if (m_status.poll(*m_source, now))
             m_notice.clear(); // the picture has replaced it on the widgets
         m_attempt->poll(*m_source, m_status, now);
-        setRemark(m_status.remark());
     }
     if (m_camera)
-        m_camera->setLive(!m_status.isStale());
+        m_camera->setLive(!m_status.isStale(), !m_status.isSilent());
+    if (m_source)
+        setRemark(remark());
     if (std::any_of(m_retries.begin(), m_retries.end(), [](const auto &each) { return each->isRequested(); }))
         retry();
     offerRetry(isWaiting());
@@ -198,6 +199,7 @@ void PictureTask::findCamera(const QDomElement &task)
     if (!m_camera)
         m_camera = std::make_unique<CameraLink>(*m_source);
     m_camera->add(m_context->description().widgets(ptz.text().trimmed()));
+    m_camera->addPictures(m_audience->controls);
 }
 
 QString PictureTask::notice(quint32 untilAttempt) const
@@ -210,6 +212,13 @@ QString PictureTask::notice(quint32 untilAttempt) const
     const int seconds = roundedWait(untilAttempt);
     return seconds <= 60 ? tr("%1 (next attempt within %2 s)").arg(reason, QString::number(seconds))
                          : tr("%1 (next attempt within %2 min)").arg(reason, QString::number(seconds / 60));
+}
+
+QString PictureTask::remark() const
+{
+    return m_camera && m_camera->isIgnored()
+               ? tr("The recorder does not turn the camera. Perhaps this login is not allowed to.")
+               : m_status.remark();
 }
 
 void PictureTask::offerRetry(bool isOffered)

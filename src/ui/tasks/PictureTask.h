@@ -68,6 +68,7 @@ private:
     void connectTarget(QWidget &target);
     void findCamera(const QDomElement &task);
     QString notice(quint32 untilAttempt) const;
+    QString remark() const;
     void setNotice(const QString &text);
     void setRemark(const QString &text);
     void offerRetry(bool isOffered);

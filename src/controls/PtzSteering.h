@@ -1,0 +1,99 @@
+#pragma once
+
+#include "controls/PtzPosition.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointF>
+#include <QTimer>
+
+#include <optional>
+
+class QKeyEvent;
+class QMouseEvent;
+class QPainter;
+class QWheelEvent;
+
+namespace paravue
+{
+
+class PictureView;
+
+/// Turns a camera by the mouse and the keys in a view of it.
+///
+/// A drag with the left button turns it in the direction of the drag, the faster the longer the drag is; a
+/// double click turns it to that place. Arrows turn it by a step and, held, on and on; with Shift by less.
+/// The wheel (while the view has the focus), plus and minus zoom. 1 to 9 go to a point. Escape ends a drag.
+/// The camera stops when button or key is released, and when the view loses the focus.
+///
+/// All goals are near to the last known position of the camera, so that it never turns on by itself.
+class PtzSteering : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Scene {
+        Camera, ///< the view shows what the camera sees
+        All,    ///< the view shows all that the camera can turn to
+    };
+    PtzSteering(PictureView &view, Scene scene);
+
+    /// Where the camera looks. As long as that is not known the view takes no input.
+    void setPosition(const std::optional<PtzPosition> &position);
+    bool isSteerable() const { return m_position.has_value(); }
+    /// Draws the drag.
+    void paint(QPainter &painter) const;
+
+Q_SIGNALS:
+    /// The camera is to turn there; \a goal is within the ranges of PtzPosition.
+    void turnRequested(const paravue::PtzPosition &goal);
+    /// The camera is to turn to a point, counted from 1.
+    void pointRequested(int number);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    struct Drag {
+        QPointF start;
+        QPointF end;
+    };
+
+    bool press(const QMouseEvent &event);
+    bool move(const QMouseEvent &event);
+    bool centre(const QMouseEvent &event);
+    bool zoomByWheel(const QWheelEvent &event);
+    bool pressKey(const QKeyEvent &event);
+    bool releaseKey(const QKeyEvent &event);
+    void goOn();
+    void stop();
+    void zoom(double steps);
+    /// A position beside the present one, by so much of the picture to the right and downwards.
+    void turnBy(const QPointF &pictures);
+    void turnTo(PtzPosition goal);
+    /// How much of the ranges of pan and tilt the camera sees.
+    QPointF seenRange() const;
+    void setSteerable(bool isSteerable);
+
+    PictureView &m_view;
+    const Scene m_scene;
+    std::optional<PtzPosition> m_position;
+    std::optional<PtzPosition> m_goal; ///< the last one
+    std::optional<Drag> m_drag;
+    int m_key = 0; ///< the arrow that is held
+    bool m_isFine = false;
+    bool m_isTurning = false; ///< goals follow each other
+    QTimer m_pace;
+    QElapsedTimer m_lastZoom;
+    bool m_hasToolTip = false;
+};
+
+/// A view in which a camera can be steered.
+class SteeredView
+{
+public:
+    virtual ~SteeredView() = default;
+    virtual PtzSteering &steering() = 0;
+};
+
+} // namespace paravue
