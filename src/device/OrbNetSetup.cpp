@@ -138,6 +138,7 @@ void OrbNetSetup::_connect()
     setValue(QStringLiteral("general/network/password/") + device->password);
     setValue(QStringLiteral("general/network/url/") + device->url);
     m_state = Connecting;
+    setAcceptance({});
     setActivity(tr("Connecting"));
     showRunning();
     waitFor(m_timeouts.connection);
@@ -289,6 +290,7 @@ bool OrbNetSetup::_isDataReady()
     const ReplyContent content = takeAnswer(m_buffer);
     switch (content.answer) {
     case ReplyContent::Answer::Ok:
+        noteAcceptance(content.text);
         return true;
     case ReplyContent::Answer::Missing:
         stopExchange(LinkStatus::Cause::BadAnswer, tr("Wrong device answer"));
@@ -301,6 +303,14 @@ bool OrbNetSetup::_isDataReady()
         break;
     }
     return false;
+}
+
+void OrbNetSetup::noteAcceptance(const QString &words)
+{
+    if (words.isEmpty())
+        return;
+    qCInfo(linkLog).noquote() << "accepted:" << logText(words);
+    setAcceptance(words);
 }
 
 /// Hands the reply to the handler of the command that it belongs to.

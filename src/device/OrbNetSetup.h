@@ -175,6 +175,7 @@ private:
     void processReceived();
     void receive();
     bool acceptLogin();
+    void noteAcceptance(const QString &words);
     void keepReply();
     void retryLogin();
     void askForLogin();

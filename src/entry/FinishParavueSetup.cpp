@@ -4,6 +4,7 @@
 #include "entry/SaveProgressDialog.h"
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
+#include "ui/base/FunctionTitle.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -220,7 +221,7 @@ private:
         if (!outcome.arrived.isEmpty())
             text += QStringLiteral("<br>") + tr("Arrived: %1").arg(outcome.arrived.join(separator));
         if (!m_queue.abandoned().isEmpty())
-            text += QStringLiteral("<br>") + tr("Not done: %1").arg(m_queue.abandoned().join(separator));
+            text += QStringLiteral("<br>") + tr("Not done: %1").arg(functionTitles(m_queue.abandoned()));
         if (!outcome.replaced.isEmpty())
             text += QStringLiteral("<br>") + tr("Not sent, and replaced by what the recorder has: %1")
                                                  .arg(outcome.replaced.join(separator));

@@ -101,6 +101,9 @@ public:
     /// True within a signal pseudothrow() that only tells what follows from a failure reported before: the
     /// recorder has closed the connection after it has refused something.
     bool isReportingConsequence() const { return m_isReportingConsequence; }
+    /// What the recorder has added, in its own words, when it last accepted something in this exchange or the
+    /// last one; mostly empty. Plain text.
+    QString acceptance() const { return m_acceptance; }
     /// Gives up the exchange that runs or has failed: the connection is cut, nothing more is sent, functions
     /// that wait for its end are not done any more, and the next exchange can start. Files, values and edits
     /// stay; nothing is emitted. Does nothing while the link is idle.
@@ -135,6 +138,7 @@ protected:
     void setActivity(const QString &text);
     void setReportingConsequence(bool isReporting) { m_isReportingConsequence = isReporting; }
     void setLinkStatus(const paravue::LinkStatus &status);
+    void setAcceptance(const QString &words) { m_acceptance = words; }
     /// Gives up the functions that wait for the link.
     void giveUpWaiting();
     void setExplanation(const QString &message, const QString &words);
@@ -197,6 +201,7 @@ private:
     std::vector<paravue::StoreObserver *> m_observers;
     QString m_activity;
     paravue::LinkStatus m_linkStatus;
+    QString m_acceptance;
     bool m_isReportingConsequence = false;
     paravue::SaveStatus m_saveStatus;
     QHash<QString, QString> m_explanations; ///< by message

@@ -112,7 +112,7 @@ void TestReplyFrame::judgesAnswers_data()
     row("body", "abcdVORN_ANSWER=OK\r\n", Answer::Ok, "", "abcd");
     row("body holds an answer line", "VORN_ANSWER=OK\r\nVORN_ANSWER=OK\r\n", Answer::Ok, "",
         "VORN_ANSWER=OK\r\n");
-    row("OK with a text", "abVORN_ANSWER=OK:well\r\n", Answer::Ok, "", "ab");
+    row("OK with a text", "abVORN_ANSWER=OK:well\r\n", Answer::Ok, "well", "ab");
     row("error", "VORN_ANSWER=ERROR\r\n", Answer::Error, "", "");
     row("error with a text", "VORN_ANSWER=ERROR:disk busy\r\n", Answer::Error, "disk busy", "");
     row("error with an empty text", "VORN_ANSWER=ERROR:\r\n", Answer::Error, "", "");

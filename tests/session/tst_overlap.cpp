@@ -1,5 +1,7 @@
+#include "FakeRecorder.h"
 #include "ModalWatcher.h"
 #include "SetupRun.h"
+#include "device/OrbNetSetup.h"
 #include "recorder/RecorderServer.h"
 #include "store/ExchangeQueue.h"
 #include "support/Waiting.h"
@@ -67,6 +69,7 @@ private Q_SLOTS:
     void aFaultGivesUpWhatWaits();
     void aSilentRecorderCanBeGivenUp();
     void aLaterEndOfTheConnectionIsNoSecondMessage();
+    void showsWhatTheRecorderAdds();
     void triesTheFirstLoadAgain();
     void tellsWhatAFunctionHasDone();
     void refreshesWhenItIsAsked();
@@ -340,6 +343,23 @@ void TestOverlap::aLaterEndOfTheConnectionIsNoSecondMessage()
     QTest::mouseClick(session.window->findChild<QToolButton *>("statusRetry"), Qt::LeftButton);
     AWAIT_COMPARE(messages.texts().size(), 2);
     QVERIFY(m_recorder->listen(port));
+}
+
+void TestOverlap::showsWhatTheRecorderAdds()
+{
+    FakeRecorder recorder;
+    recorder.login().expect("DO REBOOT\r\n");
+    recorder.send(FakeRecorder::frame({}, "VORN_ANSWER=OK:back in 40 s\r\n"));
+    recorder.startConnection().login().reply("GET REPORT\r\n");
+    OrbNetSetup store(recorder.address());
+    const StatusLine line(store, nullptr);
+    ExchangeQueue &queue = ExchangeQueue::of(store);
+    queue.call("soft_reboot", {}, ExchangeQueue::Caller::User);
+    AWAIT_VERIFY(line.text().startsWith("Restart the recorder: done at "));
+    QVERIFY2(line.text().endsWith(": back in 40 s"), qPrintable(line.text()));
+    queue.call("get_report", {}, ExchangeQueue::Caller::User);
+    AWAIT_VERIFY(line.text().startsWith("Get the report: done at "));
+    QVERIFY2(!line.text().contains("back"), qPrintable(line.text()));
 }
 
 void TestOverlap::triesTheFirstLoadAgain()

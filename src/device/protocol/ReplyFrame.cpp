@@ -35,9 +35,8 @@ ReplyContent judge(QByteArrayView answer)
     rest.chop(LineEnd.size());
     if (!rest.isEmpty() && !rest.startsWith(':'))
         return unrecognized;
-    if (ok)
-        return {ReplyContent::Answer::Ok, {}};
-    return {ReplyContent::Answer::Error, rest.isEmpty() ? QString() : quoted(rest.sliced(1))};
+    return {ok ? ReplyContent::Answer::Ok : ReplyContent::Answer::Error,
+            rest.isEmpty() ? QString() : quoted(rest.sliced(1))};
 }
 
 } // namespace

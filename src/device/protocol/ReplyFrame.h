@@ -47,7 +47,7 @@ private:
 /// What a complete reply says.
 struct ReplyContent {
     enum class Answer {
-        Ok,
+        Ok,           ///< text is what the recorder adds, or empty
         Error,        ///< the recorder refuses; text says why, or is empty
         Unrecognized, ///< text is the whole answer line
         Missing,      ///< there is no answer line

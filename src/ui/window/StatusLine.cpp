@@ -3,8 +3,8 @@
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/base/ElidedLabel.h"
+#include "ui/base/FunctionTitle.h"
 #include "ui/base/WindowStyle.h"
-#include "ui/window/FunctionTitle.h"
 
 #include <QHBoxLayout>
 #include <QLocale>
@@ -111,10 +111,13 @@ void StatusLine::noteAnswer(const QString &name, bool isDone)
 {
     const QString time = timeNow();
     const bool isRefused = !isDone && m_store->linkStatus().cause == LinkStatus::Cause::Refused;
-    if (isDone)
+    if (isDone) {
         m_answer = tr("%1: done at %2").arg(functionTitle(name), time);
-    else
+        if (const QString words = m_store->acceptance(); !words.isEmpty())
+            m_answer += QStringLiteral(": ") + words;
+    } else {
         m_answer = isRefused ? tr("%1: refused at %2").arg(functionTitle(name), time) : QString();
+    }
     update();
 }
 

@@ -1,4 +1,4 @@
-#include "ui/window/FunctionTitle.h"
+#include "ui/base/FunctionTitle.h"
 
 #include "ui/base/WindowText.h"
 
