@@ -510,9 +510,10 @@ void TestSetupProgram::writesALogWithoutSecrets()
     QFile file(log);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
-    for (const char *part : {"paravue.link", "connecting to 127.0.0.1", "logging in as admin", "logged in",
-                             "sent GET NET CONFIG for net", "answered, ", "exchange ended",
-                             "description shown, ", "closed, rejected"})
+    for (const char *part :
+         {"paravue.link", "connecting to 127.0.0.1", "logging in as admin", "logged in",
+          "sent GET NET CONFIG for net", "answered, ", "exchange ended", "description shown, ",
+          "paravue.pictures", "connected", "first picture", "closed, rejected"})
         QVERIFY2(text.contains(part), part);
     for (const char *secret : {"abc1234", "a141c47927929bc2d1fb6d336a256df4"})
         QVERIFY2(!text.contains(secret), secret);

@@ -8,6 +8,7 @@
 #include "ui/window/WindowParts.h"
 
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTcpServer>
@@ -174,6 +175,7 @@ private Q_SLOTS:
     void opensDialogsUpToALimit();
     void showsAnErrorOnce();
     void fetchesPictures();
+    void logsConnectionsOfLiveVideo();
     void saysWhyThereIsNoPicture_data();
     void saysWhyThereIsNoPicture();
     void waitsLongerAfterEachRefusal_data();
@@ -350,6 +352,38 @@ void TestTimeTasks::fetchesPictures()
     QCOMPARE(sources.value(3), "live other:1 guest secret");
     parts.tasks.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// Once for each change, however often a recorder that is off is tried.
+void TestTimeTasks::logsConnectionsOfLiveVideo()
+{
+    static QStringList logged;
+    logged.clear();
+    QLoggingCategory::setFilterRules("paravue.pictures.info=true");
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &text) { logged << text; });
+    {
+        PlayedTasks played(pictureTask("startVideoOnline"), "<item type='online'><view/></item>");
+        const auto end = [&played] {
+            played.sources.last()->active = false;
+            played.tick(1);
+        };
+        played.tick(1);
+        end();
+        end();
+        played.sources.last()->connected = true;
+        played.tick(1);
+        Q_EMIT played.sources.last()->pixmapReady(QPixmap(1, 1));
+        played.tick(1);
+        end();
+        played.refuse("startVideoOnline");
+    }
+    qInstallMessageHandler(before);
+    QLoggingCategory::setFilterRules(QString());
+    const QString recorder = "camera:5049 ";
+    QCOMPARE(logged, QStringList({recorder + "No connection", recorder + "connected",
+                                  recorder + "first picture", recorder + "Connection lost",
+                                  recorder + "connected", recorder + "No picture: login refused?"}));
 }
 
 void TestTimeTasks::saysWhyThereIsNoPicture_data()

@@ -122,6 +122,11 @@ void PictureTask::begin(PictureKind kind, const QDomElement &task, quint32 now)
         return;
     m_source->setAudience([audience = m_audience] { return audience->isWatching(); });
     m_attempt = std::make_unique<LoginAttempt>(m_login);
+    if (kind == PictureKind::Live) {
+        if (!m_log)
+            m_log.emplace();
+        m_log->begin(accountOf(kind, task).recorder);
+    }
     for (QWidget *target : std::as_const(m_audience->controls))
         connectTarget(*target);
 }
@@ -139,6 +144,8 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
     if (m_source) {
         if (m_status.poll(*m_source, now))
             m_notice.clear(); // the picture has replaced it on the widgets
+        if (m_log)
+            m_log->poll(*m_source, m_status);
         m_attempt->poll(*m_source, m_status, now);
     }
     if (m_camera)

@@ -2,6 +2,7 @@
 
 #include "ui/tasks/CameraLink.h"
 #include "ui/tasks/PictureAudience.h"
+#include "ui/tasks/PictureLog.h"
 #include "ui/tasks/PictureSource.h"
 #include "ui/tasks/PictureStatus.h"
 #include "ui/tasks/RecorderLogin.h"
@@ -14,6 +15,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace paravue
@@ -81,6 +83,7 @@ private:
     std::unique_ptr<LoginAttempt> m_attempt; ///< of the source
     std::unique_ptr<CameraLink> m_camera;    ///< of a task with a child "ptz"
     PictureStatus m_status;
+    std::optional<PictureLog> m_log; ///< of a live video task
     QString m_notice;
     QString m_remark;
     bool m_isDeferred = false;
