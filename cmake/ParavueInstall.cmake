@@ -6,7 +6,8 @@ include(CMakePackageConfigHelpers)
 # What hosts may include, in src.
 set(PARAVUE_PUBLIC_HEADERS
     store/LinkStatus.h store/OrbSetup.h
-    device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h device/TimeZoneTable.h
+    device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h
+    device/RememberedWindows.h device/TimeZoneTable.h
     entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h entry/cSetupWidget.h
      ui/WindowOptions.h
      check/DescriptionCheck.h check/DescriptionSchema.h)

@@ -11,6 +11,7 @@
 #include "SessionEnd.h"
 
 #include "device/OrbNetSetup.h"
+#include "device/RememberedWindows.h"
 #include "entry/DoParavueSetup.h"
 #include "entry/FinishParavueSetup.h"
 #include "entry/RunParavueSetup.h"
@@ -57,7 +58,9 @@ ExitCode runForUser(OrbSetup &store)
     const QObject watch;
     QObject::connect(&store, &OrbSetup::loadDone, &watch, [&isLoaded] { isLoaded = true; });
     const SessionOutcome session =
-        RunParavueSetup(&store, {.window = {.offersRefresh = true, .putsAdjustmentsBack = true}});
+        RunParavueSetup(&store, {.window = {.offersRefresh = true,
+                                            .putsAdjustmentsBack = true,
+                                            .memory = {rememberedWindow, rememberWindow}}});
     const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
     // The user has seen the problems of a save.

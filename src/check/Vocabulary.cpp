@@ -26,7 +26,7 @@ QList<ElementRule> frameRules()
         {"pvsetup",
          {{"version", Rule::Text, {"1.0"}}},
          {"window", "buttonOK", "buttonCancel", "tabwidget", "translations", "di"}},
-        {"window", controlAttributes(), {"width", "height", "title", "tooltip", "timetask"}},
+        {"window", controlAttributes(), {"width", "height", "title", "model", "tooltip", "timetask"}},
         {"buttonOK", {}, {"text", "tooltip", "action"}},
         {"buttonCancel", {}, {"text"}},
         {"tabwidget", {}, {"tabposition", "tab", "selection"}},

@@ -101,14 +101,17 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
     if (!setup->property("offline").toBool())
         m_parts->tasks.setSourceFactory(pictureSources(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
-    m_described = std::make_unique<FrameBinding>(*this, *m_frame, *m_parts);
+    m_described = std::make_unique<FrameBinding>(*this, *m_frame, *m_parts, options.memory);
     wire();
     m_parts->bindings.setLanguageObserver([this] {
         m_described->showTexts();
         m_parts->dialogs.showTitles();
     });
     m_status = new StatusLine(*setup, this);
-    m_frame->addStatusLine(m_status);
+    if (options.hasStatusLine)
+        m_frame->addStatusLine(m_status);
+    else
+        m_status->hide();
     connect(m_status, &StatusLine::retryRequested, this, [this] { operate([this] { tryAgain(); }); });
     connect(m_status, &StatusLine::refreshRequested, this, [this] { operate([this] { refresh(); }); });
     if (options.offersRefresh) {
@@ -522,9 +525,11 @@ void CWinMain::resizeEvent(QResizeEvent *event)
 void CWinMain::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
+    if (event->spontaneous())
+        return;
+    m_described->remember();
     // An open dialog would otherwise outlive the window that it has closed.
-    if (!event->spontaneous())
-        closeDialogs();
+    closeDialogs();
 }
 
 void CWinMain::closeDialogs()

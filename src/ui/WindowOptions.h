@@ -1,7 +1,19 @@
 #pragma once
 
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
 namespace paravue
 {
+
+/// Keeps what a user has made of a window, from one session to the next. A key is what a recorder calls its
+/// model; values are for the window only.
+struct WindowMemory {
+    std::function<QByteArray(const QString &key)> read;
+    std::function<void(const QString &key, const QByteArray &value)> write;
+};
 
 /// What the setup window does for its user only when the host asks for it, as it changes how a session goes.
 /// Given before the window runs, as a part of SessionOptions for example.
@@ -12,6 +24,13 @@ struct WindowOptions {
     /// When the user closes the window without OK, the recorder gets back the picture (brightness and so on)
     /// that it had before. The window's event loop then ends up to a few seconds after it was closed.
     bool putsAdjustmentsBack = false;
+    /// The window opens with the size, at the place and with the tab that it was left with in the last
+    /// session with a recorder of the same model. rememberedWindow() and rememberWindow()
+    /// (device/RememberedWindows.h) keep that in the library's settings file.
+    WindowMemory memory = {};
+    /// The line at the foot of the window: what the link does, what the recorder has answered, and what is
+    /// wrong, with "Try again" and "Give up". Without it only messages tell of failures.
+    bool hasStatusLine = true;
     /// Values that the recorder does not have are marked and counted; a list shows them (Ctrl+R) and takes
     /// them back; edits can be undone (Ctrl+Z, Ctrl+Shift+Z).
     bool tracksChanges = false;

@@ -1,5 +1,6 @@
 #include "NotedStore.h"
 #include "OwnUserFolders.h"
+#include "device/RememberedWindows.h"
 #include "device/login/Authorization.h"
 #include "device/login/FileLock.h"
 #include "device/login/SavedCredentials.h"
@@ -65,6 +66,7 @@ private Q_SLOTS:
     void savesOneRecordForEachRecorder_data();
     void savesOneRecordForEachRecorder();
     void fillsInWithoutAsking();
+    void remembersWindows();
 
 private:
     std::unique_ptr<OwnUserFolders> m_user;
@@ -316,6 +318,18 @@ void TestSettingsFile::savesOneRecordForEachRecorder()
     const auto found = savedCredentials(settings, url.toLower());
     QCOMPARE(found.has_value(), remember);
     QVERIFY(!found || (found->password == passwordDigest("c") && found->level == 2 && found->name == "Gate"));
+}
+
+void TestSettingsFile::remembersWindows()
+{
+    const QString model = QString::fromUtf8("R4 [\xc3\xbc] = / \n");
+    QCOMPARE(rememberedWindow(model), QByteArray());
+    rememberWindow(model, "1 2");
+    rememberWindow("R5", "3 4");
+    rememberWindow(model, "5 6");
+    QCOMPARE(rememberedWindow(model), "5 6");
+    QCOMPARE(rememberedWindow("R5"), "3 4");
+    QVERIFY(QFile::exists(m_user->settingsPath()));
 }
 
 void TestSettingsFile::fillsInWithoutAsking()

@@ -2,7 +2,9 @@
 #include "controls/MaskEditor.h"
 #include "controls/PtzCalibrator.h"
 #include "controls/ScheduleGrid.h"
+#include "support/TestTable.h"
 #include "ui/window/LoadingView.h"
+#include "ui/window/StatusLine.h"
 #include "ui/window/WindowHeader.h"
 
 #include <QApplication>
@@ -73,6 +75,10 @@ private Q_SLOTS:
     void leavesOutUnknownTypes();
     void showsTheFrameOfTheDescription();
     void standsWhereItWasPut();
+    void remembersItsPlace_data();
+    void remembersItsPlace();
+    void keepsAReadableWidth();
+    void hidesTheStatusLineOnRequest();
     void placesTabs();
     void keepsItsOwnSizeWithoutBothNumbers();
     void showsTheNewLanguageOfAnOldDescription();
@@ -194,6 +200,69 @@ void TestWindow::standsWhereItWasPut()
     fixture.store().load();
     QCOMPARE(window.size(), QSize(500, 400));
     QVERIFY((window.geometry().center() - before).manhattanLength() <= 4);
+}
+
+void TestWindow::remembersItsPlace_data()
+{
+    const TestTable<QByteArray, QSize, QPoint, int> row("kept", "size", "middle", "page");
+    const QPoint centre = QGuiApplication::primaryScreen()->availableGeometry().center();
+    row("as it was left", "400 350 310 260 0", QSize(400, 350), QPoint(310, 260), 0);
+    row("nothing", "", QSize(500, 400), centre, 1);
+    row("nonsense", "400 350 many 260 0", QSize(500, 400), centre, 1);
+    row("too little", "400 350", QSize(500, 400), centre, 1);
+    row("no size", "0 350 310 260 0", QSize(500, 400), centre, 1);
+    row("outside of every screen", "400 350 9000 -9000 0", QSize(400, 350), centre, 0);
+    row("a page that is gone", "400 350 310 260 9", QSize(400, 350), QPoint(310, 260), 1);
+}
+
+void TestWindow::remembersItsPlace()
+{
+    QFETCH(QByteArray, kept);
+    QFETCH(QSize, size);
+    QFETCH(QPoint, middle);
+    StoreFixture fixture({{"interface", describe("<window><width>500</width><height>400</height>"
+                                                 "<model>{soft/untitled/MODEL}</model></window>" +
+                                                 TwoPages)},
+                          {"net", ""},
+                          {"soft", "MODEL=Model 4\n"}});
+    QMap<QString, QByteArray> memory{{"Model 4", kept}, {"Model 5", "300 300 300 300 0"}};
+    paravue::WindowOptions options;
+    options.memory = {[&](const QString &key) { return memory.value(key); },
+                      [&](const QString &key, const QByteArray &value) { memory[key] = value; }};
+    CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window, options);
+    auto *tabs = window.findChild<QTabWidget *>();
+    QCOMPARE(window.size(), size);
+    QVERIFY((window.geometry().center() - middle).manhattanLength() <= 4);
+    QTEST(tabs->currentIndex(), "page");
+    window.resize(450, 390);
+    tabs->setCurrentIndex(1);
+    window.reject();
+    QCOMPARE(memory["Model 4"], QStringLiteral("450 390 %1 %2 1").arg(middle.x()).arg(middle.y()).toLatin1());
+}
+
+void TestWindow::keepsAReadableWidth()
+{
+    const auto listWidth = [](const QByteArray &label) {
+        DescribedWindow window(
+            describePage("<item type='list'><column/></item><item type='label' row='1' " + label + "/>"));
+        window.window->resize(2400, 700);
+        window.settle();
+        return window.widget<QTreeWidget>()->width();
+    };
+    const int usual = listWidth({});
+    QVERIFY2(usual > 1000 && usual <= 1200, qPrintable(QString::number(usual)));
+    QCOMPARE(listWidth("width='1700'"), 1700);
+}
+
+void TestWindow::hidesTheStatusLineOnRequest()
+{
+    StoreFixture fixture({{"interface", describe(TwoPages)}, {"net", ""}});
+    for (const bool isWanted : {true, false}) {
+        paravue::WindowOptions options;
+        options.hasStatusLine = isWanted;
+        const CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window, options);
+        QCOMPARE(window.findChild<paravue::StatusLine *>()->isVisible(), isWanted);
+    }
 }
 
 void TestWindow::placesTabs()

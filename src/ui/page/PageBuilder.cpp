@@ -13,13 +13,13 @@
 #include "ui/page/GridFillItem.h"
 #include "ui/page/NotedFieldItem.h"
 #include "ui/page/PageArea.h"
+#include "ui/page/PageLayout.h"
 #include "ui/page/WheelGuard.h"
 
 #include <QGridLayout>
 #include <QLabel>
 #include <QScopedValueRollback>
 #include <QTabWidget>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <map>
@@ -101,7 +101,7 @@ void PageBuilder::buildPage(const QDomElement &container, QWidget *page)
 void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
 {
     QScopedValueRollback parent(m_page, page);
-    auto *layout = new QVBoxLayout(page);
+    auto *layout = new PageLayout(page);
     layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
     layout->setSpacing(GridSpacing);
     // Spare room goes to widgets that grow and to lines with a stretch; without any, forms stay at the top

@@ -5,8 +5,10 @@
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
 #include "ui/window/WindowParts.h"
+#include "ui/window/WindowPlace.h"
 
 #include <QDialog>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
@@ -15,6 +17,8 @@ namespace paravue
 {
 namespace
 {
+
+constexpr qsizetype LongestModel = 200;
 
 QString childText(const QDomElement &element, const QString &tag)
 {
@@ -32,10 +36,11 @@ QTabWidget::TabPosition tabPosition(const QString &word)
 
 } // namespace
 
-FrameBinding::FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts)
-    : m_window(window), m_frame(frame), m_parts(parts), m_headerBase(frame.header()->label()->text()),
-      m_okText(frame.okButton()->text()), m_cancelText(frame.cancelButton()->text()),
-      m_retiredPages(new QWidget)
+FrameBinding::FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts,
+                           const WindowMemory &memory)
+    : m_window(window), m_frame(frame), m_parts(parts), m_memory(memory),
+      m_headerBase(frame.header()->label()->text()), m_okText(frame.okButton()->text()),
+      m_cancelText(frame.cancelButton()->text()), m_retiredPages(new QWidget)
 {
 }
 
@@ -45,8 +50,36 @@ void FrameBinding::build(int shownPage)
 {
     adoptWindow();
     showTexts();
-    buildPages(shownPage);
-    applySize();
+    m_model = model();
+    const auto last = shownPage < 0 ? WindowPlace::recall(m_memory, m_model) : std::nullopt;
+    buildPages(last ? last->page : shownPage);
+    if (!last)
+        return applySize();
+    const bool isOnScreen = QGuiApplication::screenAt(last->middle);
+    m_frame.place(last->size, isOnScreen ? last->middle : m_frame.middle());
+}
+
+void FrameBinding::remember() const
+{
+    if (!m_model.isEmpty())
+        WindowPlace{m_window.normalGeometry().size(), m_frame.middle(), m_frame.tabs()->currentIndex()}.keep(
+            m_memory, m_model);
+}
+
+/// As the recorder calls it; of one that does not say, what its tabs are called.
+QString FrameBinding::model() const
+{
+    const QDomElement root = m_parts.description.document().root();
+    const QString name = m_parts.context.text(
+        childText(root.firstChildElement(QStringLiteral("window")), QStringLiteral("model")));
+    if (!name.trimmed().isEmpty())
+        return name.trimmed().left(LongestModel);
+    QStringList tabs{QStringLiteral("tabs")};
+    const QDomElement pages = root.firstChildElement(QStringLiteral("tabwidget"));
+    for (QDomElement tab = pages.firstChildElement(QStringLiteral("tab")); !tab.isNull();
+         tab = tab.nextSiblingElement(QStringLiteral("tab")))
+        tabs.append(childText(tab, QStringLiteral("name")));
+    return tabs.join(u' ').left(LongestModel);
 }
 
 void FrameBinding::adoptWindow()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/WindowOptions.h"
+
 #include <QString>
 
 #include <memory>
@@ -20,12 +22,15 @@ class FrameBinding
 public:
     /// All must outlive the object. The present texts are the defaults; the title is appended to that of the
     /// header.
-    FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts);
+    FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts, const WindowMemory &memory);
     ~FrameBinding();
 
     /// Builds the pages in place of those that are there. \a shownPage is the page to show; when there is
-    /// none of this number the description says which.
+    /// none of this number the description says which. Of the first pages (-1), and of the place of the
+    /// window, the memory has the first word.
     void build(int shownPage);
+    /// Keeps the place of the window and the open page in the memory. Nothing before build().
+    void remember() const;
     /// Updates the texts that are not controls; to be called again when values have changed.
     void showTexts();
 
@@ -34,10 +39,13 @@ private:
     void buildPages(int shownPage);
     void applySize();
     void showButtons();
+    QString model() const;
 
     QDialog &m_window;
     WindowFrame &m_frame;
     WindowParts &m_parts;
+    const WindowMemory m_memory;
+    QString m_model; ///< empty before build()
     QString m_headerBase;
     QString m_okText;
     QString m_cancelText;

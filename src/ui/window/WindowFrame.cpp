@@ -8,6 +8,7 @@
 
 #include <QDialog>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -92,7 +93,10 @@ void WindowFrame::place(const QSize &size, const QPoint &middle)
     if (!m_window.isWindow())
         return; // the layout that it stands in decides
     const QWidget *parent = m_window.parentWidget();
-    const QRect ground = (parent ? parent->screen() : m_window.screen())->availableGeometry();
+    const QScreen *screen = QGuiApplication::screenAt(middle);
+    if (!screen)
+        screen = parent ? parent->screen() : m_window.screen();
+    const QRect ground = screen->availableGeometry();
     m_middle = middle;
     m_sincePlaced.start();
     m_window.resize(size.boundedTo(ground.size()));
