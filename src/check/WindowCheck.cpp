@@ -6,6 +6,7 @@
 #include "check/ProblemList.h"
 #include "check/TextCheck.h"
 #include "ui/binding/ControlAdapter.h"
+#include "ui/description/EnableTargets.h"
 #include "ui/description/InterfaceDocument.h"
 
 #include <QSet>
@@ -40,23 +41,19 @@ void checkOk(const QDomElement &root, ProblemList &problems)
 class Awakenings
 {
 public:
-    explicit Awakenings(const InterfaceDocument &document)
+    explicit Awakenings(const InterfaceDocument &document) : m_enabled(document)
     {
         for (const QDomElement &action : document.elements(actionTag)) {
-            const QString tag = action.text().trimmed();
-            const QString slot = action.attribute(QStringLiteral("slot"));
-            if (action.attribute(typeName) == QLatin1String("enable"))
-                m_enabled.insert(tag);
-            else if (slot == QLatin1String("show"))
-                m_shown.insert(tag);
+            if (action.attribute(QStringLiteral("slot")) == QLatin1String("show"))
+                m_shown.insert(action.text().trimmed());
         }
     }
 
     bool isReachable(const QDomElement &control) const
     {
-        const QString no = QStringLiteral("no");
-        return (control.attribute(QStringLiteral("enabled")) != no || hasTagOf(control, m_enabled)) &&
-               (control.attribute(QStringLiteral("visible")) != no || hasTagOf(control, m_shown));
+        return !m_enabled.leaveDisabled(control) &&
+               (control.attribute(QStringLiteral("visible")) != QLatin1String("no") ||
+                hasTagOf(control, m_shown));
     }
 
 private:
@@ -70,7 +67,7 @@ private:
         return false;
     }
 
-    QSet<QString> m_enabled;
+    EnableTargets m_enabled;
     QSet<QString> m_shown;
 };
 

@@ -35,11 +35,6 @@ bool isPressed(const QStyleOption &option)
     return option.state & (QStyle::State_Sunken | QStyle::State_On);
 }
 
-bool isValue(const QWidget *widget)
-{
-    return widget && !widget->isEnabled() && widget->property(ValueProperty).toBool();
-}
-
 /// The ground of a button, changed visibly: towards the text where that stays readable, or away from it.
 QColor shifted(const QColor &ground, const QColor &text, double share)
 {
@@ -248,8 +243,7 @@ public:
             drawRing(*option, *painter, option->rect, RingWidth / 2.0);
         } else if (element == CE_PushButtonBevel &&
                    button) { // native styles paint it with their own pictures
-            if (!(button->features & QStyleOptionButton::Flat) || isPressed(*button))
-                drawOwn(PE_PanelButtonCommand, *button, *painter, widget);
+            drawBevel(*button, *painter, widget);
         } else if (element == CE_PushButton && button && isEnabled(*button) &&
                    (button->features & QStyleOptionButton::DefaultButton)) {
             const QStyleOptionButton marked = asDefault(*button, *painter);
@@ -290,21 +284,23 @@ private:
         case PE_PanelLineEdit:
             if (!frame || frame->lineWidth <= 0)
                 return false; // a part of another control
-            if (!isValue(widget))
+            if (!isShownAsValue(widget))
                 paintField(painter, option, option.rect, QPalette::Base);
             return true;
         case PE_Frame:
             if (!isList)
                 return false;
-            painter.setPen(edgeColor(option));
-            painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+            if (!isShownAsValue(widget)) {
+                painter.setPen(edgeColor(option));
+                painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+            }
             return true;
         case PE_FrameTabWidget:
             painter.fillRect(option.rect, paneEdgeColor(option.palette));
             painter.fillRect(option.rect.adjusted(1, 1, -1, -1), option.palette.window());
             return true;
         case PE_IndicatorCheckBox:
-            paintCheckBox(painter, option, isValue(widget));
+            paintCheckBox(painter, option, isShownAsValue(widget));
             return true;
         case PE_PanelButtonCommand:
             paintButtonGround(painter, option, option.palette.color(QPalette::Button), edgeColor(option));
@@ -314,6 +310,18 @@ private:
         default:
             return false;
         }
+    }
+
+    void drawBevel(const QStyleOptionButton &option, QPainter &painter, const QWidget *widget) const
+    {
+        if (!(option.features & QStyleOptionButton::Flat) || isPressed(option))
+            drawOwn(PE_PanelButtonCommand, option, painter, widget);
+        if (!(option.features & QStyleOptionButton::HasMenu))
+            return;
+        const int size = pixelMetric(PM_MenuButtonIndicator, &option, widget);
+        const QRect arrow(option.rect.right() - size, option.rect.top(), size, option.rect.height());
+        paintArrow(painter, visualRect(option.direction, option.rect, arrow),
+                   option.palette.color(QPalette::ButtonText), false);
     }
 
     static void drawRing(const QStyleOption &option, QPainter &painter, const QRect &rect, double inset)
@@ -329,7 +337,7 @@ private:
 
     void drawDropDown(const QStyleOptionComboBox &option, QPainter &painter, const QWidget *widget) const
     {
-        if (isValue(widget))
+        if (isShownAsValue(widget))
             return;
         // Styles write the text of a drop-down in the colour of buttons, and that of an editable one as a
         // field.
@@ -342,7 +350,7 @@ private:
 
     void drawSpinBox(const QStyleOptionSpinBox &option, QPainter &painter, const QWidget *widget) const
     {
-        if (isValue(widget))
+        if (isShownAsValue(widget))
             return;
         paintField(painter, option, option.rect, QPalette::Base);
         for (const SubControl part : {SC_SpinBoxUp, SC_SpinBoxDown}) {
@@ -377,9 +385,10 @@ private:
     void apply()
     {
         QPalette palette = m_widget.palette();
-        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
             palette.setBrush(QPalette::Disabled, role, palette.brush(QPalette::Active, QPalette::WindowText));
-        }
+        palette.setBrush(QPalette::Disabled, QPalette::Base,
+                         palette.brush(QPalette::Active, QPalette::Window));
         m_widget.setPalette(palette);
     }
 
@@ -402,6 +411,11 @@ void showAsValue(QWidget &widget)
         return;
     widget.setProperty(ValueProperty, true);
     new ValueColors(widget);
+}
+
+bool isShownAsValue(const QWidget *widget)
+{
+    return widget && !widget->isEnabled() && widget->property(ValueProperty).toBool();
 }
 
 void paintButtonGround(QPainter &painter, const QStyleOption &option, const QColor &color, const QColor &edge)

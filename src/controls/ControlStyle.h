@@ -19,6 +19,8 @@ QStyle *controlStyle();
 /// Marks \a widget as a value to read: while it is disabled it shows its text like a label, without the frame
 /// of a field. Once it is enabled it looks like any other control.
 void showAsValue(QWidget &widget);
+/// True for such a widget while it is disabled.
+bool isShownAsValue(const QWidget *widget);
 
 /// The flat ground of a push button in the state of \a option, with the given colour.
 void paintButtonGround(QPainter &painter, const QStyleOption &option, const QColor &color,

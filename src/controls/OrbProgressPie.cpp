@@ -1,5 +1,6 @@
 #include "controls/OrbProgressPie.h"
 
+#include "controls/ControlStyle.h"
 #include "controls/ReadableColors.h"
 
 #include <QAccessible>
@@ -139,7 +140,7 @@ void OrbProgressPie::paintEvent(QPaintEvent *)
     if (rect.width() < 1) {
         return;
     }
-    const PieColors colors = pieColors(palette(), isEnabled());
+    const PieColors colors = pieColors(palette(), isEnabled() || paravue::isShownAsValue(this));
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);

@@ -62,8 +62,26 @@ const QByteArray Controls = R"(
     <item row="20" type="softlist"><key>soft/none</key><column>Column</column></item>
     <item row="21" type="accesslist"><key>net/users</key><column>Column</column></item>
     <item row="22" type="vornschedule"><key>net/week/1</key></item>
-    <item row="23" type="maskctrl" ctrlColumns="4" ctrlRows="3"><key>net/a/mask</key></item>
-    <item row="24" type="tabwidget"><tab><name>One</name></tab><tab><name>Two</name></tab></item>)";
+    <item row="23" type="maskctrl" ctrlColumns="4" ctrlRows="3"><key>net/a/mask</key></item>)";
+
+const QByteArray ListsAndTabs = R"(
+    <item row="0" type="dropdown"><text>One<key>net/a/choice/1</key></text>
+        <text>Two<key>net/a/choice/2</key></text></item>
+    <item row="1" type="list"><column>Column</column><text>One</text><text>Two</text></item>
+    <item row="2" type="tabwidget"><tab><name>One</name></tab><tab><name>Two</name></tab></item>)";
+
+// The last one waits for the check box.
+const QByteArray ValuesToRead = R"(
+    <item row="0" type="label" enabled="no"><text>Text</text></item>
+    <item row="1" type="edit" enabled="no"><key>net/a/text</key></item>
+    <item row="2" type="dropdown" enabled="no"><text>One<key>net/a/choice/1</key></text></item>
+    <item row="3" type="datetime" enabled="no" format="dd.MM.yyyy"><key>net/a/time</key></item>
+    <item row="4" type="checkbox" enabled="no"><text>Text</text><key>net/a/off</key></item>
+    <item row="5" type="list" enabled="no"><text>One</text></item>
+    <item row="6" type="progressbar" enabled="no" maxvalue="9"/>
+    <item row="7" type="orbpie" enabled="no"><size>9</size><used>4</used></item>
+    <item row="8" type="edit" enabled="no"><waiting/><key>net/a/text</key></item>
+    <item row="9" type="checkbox"><key>net/a/on</key><action type="enable" state="off"> waiting </action></item>)";
 
 const QByteArray Values = "[a]\r\ntext=Text\r\ntime=20260102030405\r\nchoice=1\r\non=on\r\noff=off\r\n";
 
@@ -88,9 +106,12 @@ public:
     double contrast() const
     {
         Colors colors;
-        for (int y = 0; y < m_image.height(); ++y) {
-            for (int x = 0; x < m_image.width(); ++x)
-                ++colors[m_image.pixel(x, y)];
+        const auto *pixels = reinterpret_cast<const QRgb *>(m_image.constBits());
+        const auto *end = pixels + m_image.sizeInBytes() / qsizetype(sizeof(QRgb));
+        while (pixels != end) {
+            const auto *run = std::find_if(pixels, end, [&](QRgb pixel) { return pixel != *pixels; });
+            colors[*pixels] += int(run - pixels);
+            pixels = run;
         }
         const QColor ground = std::max_element(colors.cbegin(), colors.cend()).key();
         double most = 1;
@@ -198,6 +219,18 @@ QList<Look> looks()
              palette(0xffffffff, 0xff000000, 0xffffffff, 0xffffffff, 0xff37006e, 0xffffffff), HighContrast}};
 }
 
+/// Those of the page, in the order of the description.
+QList<QWidget *> describedControls(const DescribedWindow &window)
+{
+    const QRegularExpression uniqueName("^link\\d+$");
+    QList<QWidget *> controls;
+    for (QWidget *widget : window.page()->findChildren<QWidget *>()) {
+        if (uniqueName.match(widget->accessibleName()).hasMatch())
+            controls.append(widget);
+    }
+    return controls;
+}
+
 } // namespace
 
 /// Each test notes every contrast that is too low, so that one run tells all.
@@ -212,6 +245,8 @@ private Q_SLOTS:
     void computesContrasts();
     void controls_data() { everyLook(); }
     void controls();
+    void valuesToRead_data() { everyLook(); }
+    void valuesToRead();
     void lists_data() { everyLook(); }
     void lists();
     void tabs_data() { everyLook(); }
@@ -315,14 +350,11 @@ void TestContrast::controls()
     window.settle();
     QWidget &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
     elsewhere.setFocus();
-    const QRegularExpression given("^link\\d+$");
-    int measured = 0;
-    for (QWidget *widget : window.page()->findChildren<QWidget *>()) {
-        if (!given.match(widget->accessibleName()).hasMatch() || widget->inherits("QTabWidget"))
-            continue;
+    const QList<QWidget *> described = describedControls(window);
+    QCOMPARE(described.size(), 24);
+    for (QWidget *widget : described) {
         const QString name =
             QString("%1 %2").arg(widget->accessibleName(), widget->metaObject()->className());
-        ++measured;
         measureEdge(name, *widget);
         if (widget->focusPolicy() != Qt::NoFocus)
             expect(name + ", focus", ringContrast(*widget, widget->rect(), elsewhere), VisibleContrast);
@@ -333,17 +365,35 @@ void TestContrast::controls()
         if (isOneText)
             measureStates(name, *widget);
     }
-    QCOMPARE(measured, 24);
     QPushButton &ok = *window.window->findChild<QPushButton *>("buttonOK");
     measureStates("default", ok);
     expect("default stands out", edgeContrast(ok, ok.rect()), VisibleContrast);
 }
 
+void TestContrast::valuesToRead()
+{
+    DescribedWindow window(describePage(ValuesToRead), {{"net", Values}});
+    window.window->resize(700, 1000);
+    window.settle();
+    const QList<QWidget *> controls = describedControls(window);
+    QCOMPARE(controls.size(), 10);
+    for (QWidget *value : controls.mid(0, 8)) {
+        QVERIFY(!value->isEnabled());
+        measureText(value->metaObject()->className(), *value, m_text);
+    }
+    const auto edge = [](QWidget *widget) { return edgeContrast(*widget, widget->rect()); };
+    for (const int field : {1, 2, 3, 5}) {
+        const QByteArray row = QByteArray::number(field);
+        QVERIFY2(edge(controls[field]) < 1.1, row.constData());
+        controls[field]->setEnabled(true); // by the host
+        QVERIFY2(edge(controls[field]) >= VisibleContrast, row.constData());
+    }
+    QVERIFY2(edge(controls[8]) > 1.5, "A field that may be enabled remains one");
+}
+
 void TestContrast::lists()
 {
-    DescribedWindow window(describePage(Controls), {{"net", Values}});
-    window.window->resize(700, 3000);
-    window.settle();
+    DescribedWindow window(describePage(ListsAndTabs), {{"net", Values}});
     auto *list = window.widget<QTreeWidget>();
     list->setCurrentItem(list->topLevelItem(0));
     for (const bool isFocused : {true, false}) {
@@ -370,9 +420,7 @@ void TestContrast::lists()
 
 void TestContrast::tabs()
 {
-    DescribedWindow window(describePage(Controls), {{"net", Values}});
-    window.window->resize(700, 3000);
-    window.settle();
+    DescribedWindow window(describePage(ListsAndTabs), {{"net", Values}});
     auto *bar = window.page()->findChild<QTabBar *>();
     QPushButton &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
     for (const int tab : {0, 1})

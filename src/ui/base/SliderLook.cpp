@@ -1,5 +1,6 @@
 #include "ui/base/SliderLook.h"
 
+#include "controls/ControlStyle.h"
 #include "controls/ReadablePalette.h"
 #include "ui/base/WindowStyle.h"
 
@@ -105,7 +106,8 @@ private:
             option.direction == Qt::RightToLeft ? before.setLeft(centre.x()) : before.setRight(centre.x());
         else
             before.setBottom(centre.y());
-        const QColor mark = isEnabled ? markColor(palette) : fieldEdgeColor(palette);
+        const bool isValue = isShownAsValue(widget);
+        const QColor mark = isEnabled || isValue ? markColor(palette) : fieldEdgeColor(palette);
 
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
@@ -117,7 +119,8 @@ private:
         const bool isHeld = option.state & State_Sunken;
         painter.setPen(QPen(mark, 1.5));
         painter.setBrush(isHeld ? mark : palette.color(isEnabled ? QPalette::Base : QPalette::Window));
-        painter.drawEllipse(centre, radius, radius);
+        if (!isValue) // a value to read has nothing to hold
+            painter.drawEllipse(centre, radius, radius);
         painter.restore();
     }
 };

@@ -1,5 +1,6 @@
 #include "ui/binding/Bindings.h"
 
+#include "controls/ControlStyle.h"
 #include "controls/WindowLook.h"
 #include "store/OrbSetup.h"
 #include "ui/base/WindowText.h"
@@ -13,6 +14,7 @@
 #include "ui/description/TextResolver.h"
 
 #include <QLoggingCategory>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QSet>
 
@@ -40,6 +42,14 @@ Bindings::Bindings(ControlContext &context, ActionRunner &actions, FileAccessGua
 {
 }
 
+/// A control that the user can never use only shows its value.
+bool Bindings::isValueToRead(const Control &control) const
+{
+    const bool isButton = qobject_cast<QPushButton *>(control.widget);
+    return !isButton && !control.adapter->traits().hasPages &&
+           m_context.description().enableTargets().leaveDisabled(control.element);
+}
+
 void Bindings::loadNew(const QList<int> &numbers)
 {
     for (const int number : numbers) {
@@ -47,6 +57,8 @@ void Bindings::loadNew(const QList<int> &numbers)
         if (!control || !control->adapter || !control->widget)
             continue;
         WindowLook::styleControls(*control->widget);
+        if (isValueToRead(*control))
+            showAsValue(*control->widget);
         control->adapter->load(m_context, *control);
         loadFieldNotes(m_context, *control);
         control->loaded = true;

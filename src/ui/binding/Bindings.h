@@ -51,6 +51,7 @@ public:
     void writeRunningValues(const QStringList &addresses);
 
 private:
+    bool isValueToRead(const Control &control) const;
     void reload(Control &control);
     void reloadDependants(const QStringList &paths);
     void logChange(const QList<Assignment> &assignments);

@@ -9,6 +9,7 @@ void BuiltDescription::replace(const InterfaceDocument &document)
 {
     m_table.clear();
     m_document = document;
+    m_enableTargets = EnableTargets(m_document);
 }
 
 QList<QWidget *> BuiltDescription::widgets(const QString &tag)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/binding/ControlTable.h"
+#include "ui/description/EnableTargets.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/description/TextResolver.h"
 
@@ -25,6 +26,9 @@ public:
     ControlTable &table() { return m_table; }
     const TextResolver &texts() const { return m_texts; }
 
+    /// What the present description may enable.
+    const EnableTargets &enableTargets() const { return m_enableTargets; }
+
     /// Replaces the description; nothing is built yet, and the table of controls is cleared.
     void replace(const InterfaceDocument &document);
 
@@ -43,6 +47,7 @@ public:
 
 private:
     InterfaceDocument m_document;
+    EnableTargets m_enableTargets;
     ControlTable m_table;
     TextResolver m_texts;
 };

@@ -1,5 +1,6 @@
 #include "ui/binding/FieldNotes.h"
 
+#include "controls/ControlStyle.h"
 #include "ui/base/SafeText.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
@@ -91,6 +92,7 @@ bool FieldNotes::eventFilter(QObject *watched, QEvent *event)
         follow();
         break;
     case QEvent::PaletteChange:
+        follow(); // it may have become a value to read
         paintNote();
         break;
     default:
@@ -105,7 +107,7 @@ void FieldNotes::follow()
         if (!label)
             continue;
         label->setVisible(!m_field->isHidden());
-        label->setEnabled(m_field->isEnabled());
+        label->setEnabled(m_field->isEnabled() || isShownAsValue(m_field));
     }
     if (m_storedMark)
         m_storedMark->setVisible(!m_field->isHidden() && !m_storedMark->text().isEmpty());
