@@ -60,7 +60,10 @@ ExitCode runForUser(OrbSetup &store)
     const SessionOutcome session =
         RunParavueSetup(&store, {.window = {.offersRefresh = true,
                                             .putsAdjustmentsBack = true,
-                                            .memory = {rememberedWindow, rememberWindow}}});
+                                            .memory = {rememberedWindow, rememberWindow},
+                                            .tracksChanges = true,
+                                            .asksBeforeClosing = true,
+                                            .reviewsBeforeSending = true}});
     const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
     // The user has seen the problems of a save.
