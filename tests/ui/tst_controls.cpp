@@ -128,6 +128,8 @@ private Q_SLOTS:
     void notesWhatIsWrong();
     void keepsNotesWithTheirField();
     void linesUpWithNotedFields();
+    void keepsOneRhythm();
+    void drawsLinesAcrossTheirGrid();
     void enablesAndDisables();
     void callsInStates();
     void callsInTheStatesOfButtonsAndChoices();
@@ -460,6 +462,64 @@ void TestControls::linesUpWithNotedFields()
     const auto *help = window.widget<QLabel>(1);
     QVERIFY(help->height() < 2 * help->fontMetrics().height()); // one line
     QVERIFY(help->geometry().bottom() < window.widget<QLineEdit>(1)->y());
+}
+
+void TestControls::keepsOneRhythm()
+{
+    DescribedWindow window(describePage(
+        "<item type='edit'/><item type='dropdown' row='1'><text>A choice of many words</text></item>"
+        "<item type='datetime' row='2'/><item type='pushbutton' row='3'/><item type='checkbox' row='4'/>"
+        "<item type='scroll' orientation='horizontal' row='5'/><item type='progressbar' row='6'/>"
+        "<item type='k9m_button' row='7'/><item type='edit' row='8' width='400'/>"
+        "<item type='edit' row='8' column='1'/>"));
+    window.settle();
+    QList<QWidget *> controls;
+    for (QWidget *control : window.page()->findChildren<QWidget *>()) {
+        if (control->isVisible() && !control->accessibleName().isEmpty())
+            controls.append(control);
+    }
+    QCOMPARE(controls.size(), 10);
+    const auto middle = [](const QWidget *control) { return 2 * control->y() + control->height(); };
+    const int pitch = middle(controls[1]) - middle(controls[0]);
+    for (int row = 2; row < 9; ++row)
+        QVERIFY2(qAbs(middle(controls[row]) - middle(controls[row - 1]) - pitch) <= 2,
+                 controls[row]->metaObject()->className());
+    const QWidget *choice = window.widget<QComboBox>();
+    for (const int row : {0, 1, 2}) {
+        QCOMPARE(controls[row]->width(), choice->width());
+        QCOMPARE(controls[row]->minimumWidth(), 0);
+    }
+    for (const int row : {0, 1, 2, 3, 7, 8})
+        QCOMPARE(controls[row]->height(), choice->height());
+    QCOMPARE(controls[8]->width(), 400);
+    QVERIFY(controls[9]->width() < choice->width()); // another column
+}
+
+void TestControls::drawsLinesAcrossTheirGrid()
+{
+    const QByteArray line = "<item type='separator' orientation='horizontal' row='";
+    DescribedWindow window(describePage(
+        "<item type='label' columnSpan='3' width='300'/>" + line + "1'/>" + line + "2' column='1'/>" + line +
+        "3' column='1'/><item type='label' row='3' width='50'/>" + line +
+        "5' column='1'/><item type='label' row='4' rowSpan='2' column='2' width='100'/>"));
+    window.settle();
+    QList<QFrame *> lines;
+    for (QFrame *frame : window.page()->findChildren<QFrame *>()) {
+        if (frame->frameShape() == QFrame::HLine)
+            lines.append(frame);
+    }
+    QCOMPARE(lines.size(), 4);
+    for (const int alone : {0, 1}) {
+        QCOMPARE(lines[alone]->x(), window.widget<QLabel>(0)->x());
+        QCOMPARE(lines[alone]->width(), 300);
+    }
+    for (const int beside : {2, 3})
+        QVERIFY2(lines[beside]->width() < 200, qPrintable(QString::number(lines[beside]->width())));
+    const QImage picture = lines[0]->grab().toImage();
+    int drawn = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        drawn += picture.pixel(100, y) == lines[0]->palette().color(QPalette::Mid).rgb();
+    QCOMPARE(drawn, 1);
 }
 
 void TestControls::enablesAndDisables()

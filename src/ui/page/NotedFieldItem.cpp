@@ -20,7 +20,7 @@ constexpr int NoteWidth = 280; // a longer note is wrapped, unless its field is 
 
 } // namespace
 
-NotedFieldItem::NotedFieldItem(QWidget *field, Qt::Orientations fills) : GridFillItem(field, fills) {}
+NotedFieldItem::NotedFieldItem(QWidget *field, Qt::Orientations fills) : ControlItem(field, fills) {}
 
 FieldNotes *NotedFieldItem::notes() const
 {
@@ -70,13 +70,13 @@ QSize NotedFieldItem::withNotes(const QSize &field) const
 
 QSize NotedFieldItem::sizeHint() const
 {
-    const QSize field = GridFillItem::sizeHint();
-    return m_isPlacingField ? field : withNotes(field);
+    const QSize field = ControlItem::sizeHint();
+    return isPlacing() ? field : withNotes(field);
 }
 
 QSize NotedFieldItem::minimumSize() const
 {
-    return withNotes(GridFillItem::minimumSize());
+    return withNotes(ControlItem::minimumSize());
 }
 
 QSize NotedFieldItem::maximumSize() const
@@ -87,13 +87,11 @@ QSize NotedFieldItem::maximumSize() const
 void NotedFieldItem::setGeometry(const QRect &rect)
 {
     if (isEmpty() || !notes())
-        return GridFillItem::setGeometry(rect);
-    const QSize own = GridFillItem::sizeHint();
+        return ControlItem::setGeometry(rect);
+    const QSize own = ControlItem::sizeHint();
     const int noteHeight =
         std::max(noteRoom(std::min(rect.width(), own.width() + widthBeside())).height(), 0);
-    m_isPlacingField = true; // its alignment in the rectangle uses the size hint
-    GridFillItem::setGeometry(rect.adjusted(0, 0, -widthBeside(), -noteHeight));
-    m_isPlacingField = false;
+    ControlItem::setGeometry(rect.adjusted(0, 0, -widthBeside(), -noteHeight));
     const QRect field = widget()->geometry();
     int left = field.right() + 1;
     for (QLabel *label : besideField()) {
@@ -118,7 +116,8 @@ void alignWithFields(QGridLayout &grid)
         const QWidget *field = grid.itemAt(i)->widget();
         const FieldNotes *notes = field ? FieldNotes::of(field) : nullptr;
         if (notes && notes->note())
-            heights[rowOf(i)] = std::max(heights.value(rowOf(i)), field->sizeHint().height());
+            heights[rowOf(i)] =
+                std::max({heights.value(rowOf(i)), field->sizeHint().height(), lineHeight(*field)});
     }
     for (int i = 0; i < grid.count() && !heights.isEmpty(); ++i) {
         QLayoutItem *item = grid.itemAt(i);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/page/GridFillItem.h"
+#include "ui/page/ControlItem.h"
 
 #include <QList>
 #include <QPointer>
@@ -16,7 +16,7 @@ class FieldNotes;
 /// A layout item for a field that has notes or may get some: its unit and the mark of a stored value that it
 /// cannot show stand right of it, and the note below. For the grid, and for what looks into it, the item is
 /// that of the field.
-class NotedFieldItem : public GridFillItem
+class NotedFieldItem : public ControlItem
 {
 public:
     NotedFieldItem(QWidget *field, Qt::Orientations fills);
@@ -36,7 +36,6 @@ private:
     FieldNotes *notes() const;
 
     mutable QPointer<FieldNotes> m_notes; ///< looked up until there are some
-    bool m_isPlacingField = false;
 };
 
 /// Moves what stands beside a field with a note in its row of \a grid to the height of the field: its cell

@@ -10,10 +10,10 @@
 #include "ui/binding/ToolTip.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/page/GridCell.h"
-#include "ui/page/GridFillItem.h"
 #include "ui/page/NotedFieldItem.h"
 #include "ui/page/PageArea.h"
 #include "ui/page/PageLayout.h"
+#include "ui/page/SeparatorItem.h"
 #include "ui/page/WheelGuard.h"
 
 #include <QGridLayout>
@@ -23,6 +23,8 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
+#include <vector>
 
 namespace paravue
 {
@@ -32,15 +34,21 @@ namespace
 
 struct Cell {
     QList<QWidget *> widgets;
+    int rowSpan = 1;
     int columnSpan = 1;
 };
 /// By row and column.
 using Cells = std::multimap<std::pair<int, int>, Cell>;
 
+bool isHorizontalLine(const QWidget *widget)
+{
+    const auto *frame = qobject_cast<const QFrame *>(widget);
+    return frame && frame->frameShape() == QFrame::HLine;
+}
+
 bool isHorizontalLine(const Cell &cell)
 {
-    const auto *frame = cell.widgets.size() == 1 ? qobject_cast<QFrame *>(cell.widgets.first()) : nullptr;
-    return frame && frame->frameShape() == QFrame::HLine;
+    return cell.widgets.size() == 1 && isHorizontalLine(cell.widgets.first());
 }
 
 /// The widgets of \a row in the columns of \a line.
@@ -71,6 +79,25 @@ void showHeadings(const Cells &cells)
             font.setWeight(QFont::DemiBold);
             label->setFont(font);
         }
+    }
+}
+
+/// Lets those of \a lines that stand in a row of their own go across the whole of \a grid.
+void crossGrid(const QGridLayout &grid, const Cells &cells, const QList<SeparatorItem *> &lines)
+{
+    const int rows = grid.rowCount();
+    std::vector<int> taken(rows + 1); // the cells that begin in a row, less those that end above it
+    for (const auto &[position, cell] : cells) {
+        const int row = position.first;
+        if (row < 0 || row >= rows)
+            continue; // was left out
+        ++taken[row];
+        --taken[cell.rowSpan < 0 ? rows : std::min(row + cell.rowSpan, rows)];
+    }
+    std::partial_sum(taken.begin(), taken.end(), taken.begin());
+    for (SeparatorItem *line : lines) {
+        if (taken[line->row()] == 1)
+            line->crossGrid(grid);
     }
 }
 
@@ -143,6 +170,10 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
 {
     grid.setSpacing(GridSpacing);
     Cells cells;
+    QList<SeparatorItem *> lines;
+    QHash<int, std::shared_ptr<FieldColumn>> columns;
+    const QScopedValueRollback lineReceiver(m_lines, &lines);
+    const QScopedValueRollback columnsOfGrid(m_columns, &columns);
     for (QDomElement child = item.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("stretch")) {
             m_grows |= applyStretch(grid, child);
@@ -151,12 +182,13 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
             QList<QWidget *> widgets;
             QScopedValueRollback receiver(m_widgets, &widgets);
             addItem(grid, cell, child);
-            cells.emplace(std::pair(cell.row, cell.column), Cell{widgets, cell.columnSpan});
+            cells.emplace(std::pair(cell.row, cell.column), Cell{widgets, cell.rowSpan, cell.columnSpan});
         }
     }
     for (const auto &[position, cell] : cells)
         m_widgets->append(cell.widgets);
     showHeadings(cells);
+    crossGrid(grid, cells, lines);
     alignWithFields(grid);
 }
 
@@ -248,24 +280,40 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
     WheelGuard::install(widget);
     FieldNotes::attach(control, adapter.traits().showsUnit);
     const bool isNoted = adapter.traits().hasUnfitValues || FieldNotes::of(widget);
-    place(widget, adapter.fills(item), isNoted, grid, cell);
+    ControlItem *placed = place(widget, adapter.fills(item), isNoted, grid, cell);
+    const bool hasOwnWidth = intAttribute(item, QStringLiteral("width")) > 0;
+    if (placed && !hasOwnWidth && cell.columnSpan == 1 && ControlItem::isField(*widget)) {
+        std::shared_ptr<FieldColumn> &column = (*m_columns)[cell.column];
+        if (!column)
+            column = std::make_shared<FieldColumn>();
+        placed->join(column);
+    }
     m_widgets->append(widget);
     m_created.append(widget);
     if (QTabWidget *tabs = adapter.tabs(control))
         buildTabs(item, tabs);
 }
 
-void PageBuilder::place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
-                        const GridCell &cell)
+ControlItem *PageBuilder::place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
+                                const GridCell &cell)
 {
-    if (!fills && !isNoted) {
+    ControlItem *item = nullptr;
+    if (isHorizontalLine(widget)) {
+        auto *line = new SeparatorItem(widget, cell.row);
+        m_lines->append(line);
+        item = line;
+    } else if (isNoted) {
+        item = new NotedFieldItem(widget, fills);
+    } else if (fills || ControlItem::suits(*widget)) {
+        item = new ControlItem(widget, fills);
+    } else {
         grid.addWidget(widget, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
-        return;
+        return nullptr;
     }
-    auto *item = isNoted ? new NotedFieldItem(widget, fills) : new GridFillItem(widget, fills);
     m_grows |= item->expandingDirections();
     grid.addItem(item, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
     showLater(widget);
+    return item;
 }
 
 /// A layout shows the widgets that are added to a visible page, but not those of items.

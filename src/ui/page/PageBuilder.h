@@ -3,13 +3,19 @@
 #include "ui/binding/ControlAdapter.h"
 
 #include <QDomElement>
+#include <QHash>
 #include <QList>
+
+#include <memory>
 
 class QGridLayout;
 
 namespace paravue
 {
 
+class ControlItem;
+class FieldColumn;
+class SeparatorItem;
 struct GridCell;
 
 /// Turns the page content of a description into widgets: grids, their cells, and the pages of tabs. Every
@@ -44,8 +50,9 @@ private:
     void addSpacer(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
     void addControl(const ControlAdapter &adapter, QGridLayout &grid, const GridCell &cell,
                     const QDomElement &item);
-    void place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
-               const GridCell &cell);
+    /// Returns null when the grid has made the item itself.
+    ControlItem *place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
+                       const GridCell &cell);
     void showLater(QWidget *widget);
     void buildGrids(const QDomElement &container, QWidget *page);
     void applyLook(const Control &control, QWidget *widget);
@@ -55,10 +62,12 @@ private:
     ControlTable &m_table;
     QWidget &m_window;
     AdapterLookup m_adapterOf;
-    QWidget *m_page = nullptr;             ///< parent of the widgets that are being built
-    QList<QWidget *> *m_widgets = nullptr; ///< receives the widgets of the cell that is being built
-    Qt::Orientations m_grows;              ///< directions in which the grid that is being built takes room
-    QList<QWidget *> m_created;            ///< the widgets of the page in the order of the description
+    QWidget *m_page = nullptr;                 ///< parent of the widgets that are being built
+    QList<QWidget *> *m_widgets = nullptr;     ///< receives the widgets of the cell that is being built
+    QList<SeparatorItem *> *m_lines = nullptr; ///< receives the lines of the grid that is being built
+    QHash<int, std::shared_ptr<FieldColumn>> *m_columns = nullptr; ///< its fields without a width, by column
+    Qt::Orientations m_grows;   ///< directions in which the grid that is being built takes room
+    QList<QWidget *> m_created; ///< the widgets of the page in the order of the description
 };
 
 } // namespace paravue

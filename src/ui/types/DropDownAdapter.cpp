@@ -69,6 +69,7 @@ public:
     QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
     {
         auto *box = new QComboBox(parent);
+        box->setSizeAdjustPolicy(QComboBox::AdjustToContents); // in any language
         for (const Choice &choice : choices(control.element))
             box->addItem(context.text(control, choice.caption), choice.assignment);
         return box;
