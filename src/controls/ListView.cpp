@@ -48,7 +48,16 @@ void ListView::setColumns(const QStringList &headers, const QList<int> &widths)
     for (int column = 0; column < widths.size(); ++column) {
         if (widths[column] > 0)
             setColumnWidth(column, widths[column]);
+        makeRoomForHeader(column);
     }
+}
+
+/// Headers, unlike cells, have no tool tips, and Qt cuts them.
+void ListView::makeRoomForHeader(int column)
+{
+    const int needed = header()->sectionSizeHint(column);
+    if (columnWidth(column) < needed)
+        setColumnWidth(column, needed);
 }
 
 bool ListView::setHeaders(const QStringList &headers)
@@ -58,6 +67,7 @@ bool ListView::setHeaders(const QStringList &headers)
         if (headerItem()->text(column) == headers[column])
             continue;
         headerItem()->setText(column, headers[column]);
+        makeRoomForHeader(column);
         changed = true;
     }
     return changed;

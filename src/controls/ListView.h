@@ -31,6 +31,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void makeRoomForHeader(int column);
+
     QString m_placeholder;
 };
 

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -19,6 +20,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QToolTip>
 #include <QTreeWidget>
 #include <QWheelEvent>
 
@@ -129,6 +131,8 @@ private Q_SLOTS:
     void keepsNotesWithTheirField();
     void linesUpWithNotedFields();
     void keepsOneRhythm();
+    void makesRoomForTexts();
+    void elidesLongLabels();
     void drawsLinesAcrossTheirGrid();
     void enablesAndDisables();
     void callsInStates();
@@ -493,6 +497,66 @@ void TestControls::keepsOneRhythm()
         QCOMPARE(controls[row]->height(), choice->height());
     QCOMPARE(controls[8]->width(), 400);
     QVERIFY(controls[9]->width() < choice->width()); // another column
+}
+
+/// Beside a label that wants all of a narrow window.
+void TestControls::makesRoomForTexts()
+{
+    const QByteArray words = "Words that want more room than a window of this width has";
+    DescribedWindow window(
+        describePage("<item type='label'><text>" + words +
+                         "</text></item>"
+                         "<item type='dropdown' column='1'><text>@more</text></item>"
+                         "<item type='checkbox' column='2'><text>" +
+                         words +
+                         "</text></item>"
+                         "<item type='pushbutton' column='3'><text>" +
+                         words +
+                         "</text></item>"
+                         "<item type='list' row='1'><column width='20'>@more</column><column/></item>",
+                     "<translations><ru><more>Short</more></ru><en><more>Not a short "
+                     "choice</more></en></translations>"),
+        {{"streams", "[ common ]\nlanguage=ru\n"}});
+    window.window->resize(300, 300);
+    window.window->setValue("streams/common/language/en");
+    window.settle();
+    for (QWidget *control : QList<QWidget *>{window.widget<QLabel>(), window.widget<QComboBox>(),
+                                             window.widget<QCheckBox>(), window.widget<QPushButton>()}) {
+        QVERIFY2(control->width() >= control->sizeHint().width(), control->metaObject()->className());
+        QCOMPARE(control->minimumWidth(), 0);
+    }
+    const auto *choices = window.widget<QComboBox>();
+    QVERIFY(choices->width() > choices->fontMetrics().horizontalAdvance(choices->currentText()));
+    const QHeaderView *header = window.widget<QTreeWidget>()->header();
+    QVERIFY(header->sectionSize(0) >= header->fontMetrics().horizontalAdvance("Not a short choice"));
+}
+
+void TestControls::elidesLongLabels()
+{
+    const QString text = QString("a & b ").repeated(400).trimmed();
+    DescribedWindow window(describePage("<item type='label'><text>{net/untitled/NAME}</text></item>"
+                                        "<item type='label' row='1'><text>{net/untitled/NAME}</text>"
+                                        "<tooltip>Own</tooltip></item>"),
+                           {{"net", "NAME='" + text.toUtf8() + "'\n"}});
+    window.settle();
+    auto *label = window.widget<QLabel>();
+    auto *other = window.widget<QLabel>(1);
+    QCOMPARE(label->text(), text);
+    QVERIFY2(label->width() < 1000, qPrintable(QString::number(label->width())));
+    // An ellipsis ends the line, where the plain label would have cut a letter.
+    const QImage elided = label->grab().toImage();
+    QLabel cut(text);
+    cut.setFont(label->font());
+    cut.setAlignment(label->alignment());
+    cut.resize(label->size());
+    QVERIFY(elided != cut.grab().toImage().convertToFormat(elided.format()));
+    const auto toolTip = [](QLabel *over) {
+        QHelpEvent help(QEvent::ToolTip, over->rect().center(), over->mapToGlobal(over->rect().center()));
+        QApplication::sendEvent(over, &help);
+        return QToolTip::text();
+    };
+    QVERIFY2(toolTip(label).contains("a & b a & b"), qPrintable(QToolTip::text()));
+    QCOMPARE(toolTip(other), "Own");
 }
 
 void TestControls::drawsLinesAcrossTheirGrid()

@@ -19,6 +19,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSizeGrip>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -80,6 +81,7 @@ private Q_SLOTS:
     void keepsAReadableWidth();
     void hidesTheStatusLineOnRequest();
     void placesTabs();
+    void elidesAndScrollsTabs();
     void keepsItsOwnSizeWithoutBothNumbers();
     void showsTheNewLanguageOfAnOldDescription();
     void showsAnotherLanguageAtOnce();
@@ -274,6 +276,36 @@ void TestWindow::placesTabs()
     for (const auto &[word, position] : positions) {
         DescribedWindow window(describe("<tabwidget><tabposition>" + word + "</tabposition></tabwidget>"));
         QCOMPARE(tabs(window)->tabPosition(), position);
+    }
+}
+
+void TestWindow::elidesAndScrollsTabs()
+{
+    const QString longName = QString("A tab with too many words ").repeated(4).trimmed();
+    QByteArray pages = "<tab><name>" + longName.toUtf8() + "</name></tab>";
+    for (int i = 0; i < 12; ++i)
+        pages += "<tab><name>Page of something</name></tab>";
+    for (const QByteArray position : {"North", "East"}) {
+        DescribedWindow window(describe("<window><width>500</width><height>400</height></window><tabwidget>"
+                                        "<tabposition>" +
+                                        position + "</tabposition>" + pages + "</tabwidget>"));
+        const QTabBar *bar = tabs(window)->tabBar();
+        const auto length = [bar](int tab) {
+            return qMax(bar->tabRect(tab).width(), bar->tabRect(tab).height());
+        };
+        const auto textWidth = [bar](int tab) {
+            return bar->fontMetrics().horizontalAdvance(bar->tabText(tab));
+        };
+        QCOMPARE(bar->tabText(0), longName);
+        QVERIFY2(length(0) < textWidth(0), position);
+        QVERIFY2(bar->tabToolTip(0).contains(longName), qPrintable(bar->tabToolTip(0)));
+        QVERIFY2(length(1) > textWidth(1), position);
+        QCOMPARE(bar->tabToolTip(1), QString());
+        const QList<QToolButton *> scrollers = bar->findChildren<QToolButton *>();
+        QVERIFY2(std::any_of(scrollers.begin(), scrollers.end(),
+                             [](const QToolButton *button) { return button->isVisible(); }),
+                 position);
+        QCOMPARE(window.window->size(), QSize(500, 400));
     }
 }
 

@@ -12,6 +12,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace paravue
 {
@@ -34,9 +35,7 @@ int lineHeight(const QWidget &control)
 
 void FieldColumn::remove(const ControlItem &field)
 {
-    const auto found = std::find(m_fields.begin(), m_fields.end(), &field);
-    *found = m_fields.back();
-    m_fields.pop_back();
+    m_fields.remove(&field);
     invalidate();
 }
 
@@ -44,7 +43,7 @@ int FieldColumn::width()
 {
     if (m_width < 0) {
         m_width = 0;
-        for (const ControlItem *field : m_fields)
+        for (const ControlItem *field : std::as_const(m_fields))
             m_width = std::max(m_width, field->ownWidth());
     }
     return m_width;

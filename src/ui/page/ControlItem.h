@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QLayoutItem>
+#include <QSet>
 
 #include <memory>
-#include <vector>
 
 namespace paravue
 {
@@ -18,13 +18,13 @@ int lineHeight(const QWidget &control);
 class FieldColumn
 {
 public:
-    void add(const ControlItem &field) { m_fields.push_back(&field); }
+    void add(const ControlItem &field) { m_fields.insert(&field); }
     void remove(const ControlItem &field);
     void invalidate() { m_width = -1; }
     int width();
 
 private:
-    std::vector<const ControlItem *> m_fields;
+    QSet<const ControlItem *> m_fields;
     int m_width = -1; ///< not known
 };
 

@@ -1,5 +1,6 @@
 #include "ui/base/Alignment.h"
 #include "ui/base/SafeText.h"
+#include "ui/base/TextLabel.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
@@ -50,7 +51,7 @@ public:
 
     QWidget *create(ControlContext &, const Control &control, QWidget *parent) const override
     {
-        auto *label = new QLabel(parent);
+        auto *label = new TextLabel(parent);
         label->setAlignment(horizontalAlignment(control.element.attribute(QStringLiteral("alignment"))) |
                             verticalAlignment(control.element.attribute(QStringLiteral("valign"))));
         return label;

@@ -1,8 +1,7 @@
+#include "ui/base/PageTabs.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/page/TabPages.h"
-
-#include <QTabWidget>
 
 #include <memory>
 
@@ -21,7 +20,7 @@ public:
 
     QWidget *create(ControlContext &, const Control &, QWidget *parent) const override
     {
-        return new QTabWidget(parent);
+        return new PageTabs(parent);
     }
 
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }

@@ -1,6 +1,7 @@
 #include "ui/window/WindowFrame.h"
 
 #include "controls/DialogPlace.h"
+#include "ui/base/PageTabs.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
 #include "ui/window/LoadingView.h"
@@ -14,7 +15,6 @@
 #include <QScreen>
 #include <QSizeGrip>
 #include <QStyle>
-#include <QTabWidget>
 #include <QToolButton>
 
 #include <algorithm>
@@ -35,7 +35,7 @@ void WindowFrame::createWidgets()
     // The title of a description is put directly behind it.
     m_header->label()->setText((m_recorder.isEmpty() ? m_window.windowTitle() : m_recorder) + u' ');
     m_header->label()->setObjectName(QStringLiteral("labelHeader"));
-    m_tabs = new QTabWidget(&m_window);
+    m_tabs = new PageTabs(&m_window);
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
     m_tabs->hide();
     m_ok = new QPushButton(QIcon(QStringLiteral(":/resources/ok.png")), WindowText::tr("OK"), &m_window);
