@@ -8,6 +8,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QMap>
 
 namespace paravue
 {
@@ -16,6 +17,8 @@ namespace
 {
 
 constexpr uint MaxTimeout = 24 * 60 * 60; // seconds
+const QMap<QString, ColorScheme> ColorSchemes{
+    {"light", ColorScheme::Light}, {"dark", ColorScheme::Dark}, {"system", ColorScheme::Desktop}};
 
 class OptionText
 {
@@ -67,7 +70,7 @@ QString timeZoneList(const QString &language)
 /// they are not refused, and left out of the help.
 void acceptQtOptions(QCommandLineParser &parser)
 {
-    for (const char *name : {"platform", "style", "display"}) {
+    for (const char *name : {"platform", "display"}) {
         QCommandLineOption option(QString::fromLatin1(name), {}, "value");
         option.setFlags(QCommandLineOption::HiddenFromHelp);
         parser.addOption(option);
@@ -92,6 +95,10 @@ QList<QCommandLineOption> programOptions()
          OptionText::tr("Show the window in LANGUAGE, one of those that the recorder knows (such as "
                         "en or ru). It counts as an edit, so saving keeps it."),
          "LANGUAGE"},
+        {"style",
+         OptionText::tr("Show the window in the colours STYLE: light, dark, or system (as the desktop "
+                        "asks for, which is the usual one)."),
+         "STYLE"},
         {"timeout",
          OptionText::tr("Wait SECONDS for the connection and for each answer of the recorder; 0 is for ever "
                         "(without it 12 for the connection, and with --screenshot 60 for an answer)."),
@@ -131,6 +138,8 @@ QString valueProblem(const QCommandLineParser &parser)
     const uint seconds = parser.value("timeout").toUInt(&isNumber);
     if (parser.isSet("timeout") && (!isNumber || seconds > MaxTimeout))
         return OptionText::tr("--timeout takes a number of seconds from 0 to %1").arg(MaxTimeout);
+    if (parser.isSet("style") && !ColorSchemes.contains(parser.value("style")))
+        return OptionText::tr("--style takes light, dark or system");
     const QString language = parser.value("language");
     if (language.contains('/') || language.contains('\''))
         return OptionText::tr("a language is a name such as en");
@@ -183,6 +192,7 @@ CommandLine sessionOf(const QCommandLineParser &parser)
     line.demoModel = parser.value("model");
     line.screenshotFolder = parser.value("screenshot");
     line.language = parser.value("language");
+    line.colorScheme = ColorSchemes.value(parser.value("style"), ColorScheme::Desktop);
     line.logFile = parser.value("log");
     if (parser.isSet("timeout"))
         line.timeout = std::chrono::seconds(parser.value("timeout").toUInt());

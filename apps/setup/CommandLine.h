@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Appearance.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -23,9 +25,10 @@ struct CommandLine {
     QString filesFolder;    ///< the configuration files that go with it; empty: none
     bool json = false;      ///< print the result of the check for other programs
     QString demoModel;      ///< which recorder it simulates; empty: its usual one
-    QString screenshotFolder;                    ///< not empty: save a picture of every tab there and end
-    QString language;                            ///< not empty: show the window in this language
-    QString logFile;                             ///< not empty: write there what happens
+    QString screenshotFolder;                       ///< not empty: save a picture of every tab there and end
+    QString language;                               ///< not empty: show the window in this language
+    ColorScheme colorScheme = ColorScheme::Desktop; ///< of the window
+    QString logFile;                                ///< not empty: write there what happens
     std::optional<std::chrono::seconds> timeout; ///< for the connection and for each answer of the recorder
 
     /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.

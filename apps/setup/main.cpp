@@ -1,6 +1,7 @@
 // paravue-setup: shows the setup window of one recorder. A host of the library like any other: it uses the
 // public headers only.
 
+#include "Appearance.h"
 #include "CheckReport.h"
 #include "CommandLine.h"
 #include "ProgramLog.h"
@@ -11,7 +12,9 @@
 #include <QTextStream>
 #include <QTimer>
 
+#include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 using namespace paravue;
 
@@ -37,9 +40,21 @@ void endWithoutScreen()
     std::_Exit(int(ExitCode::WrongUsage));
 }
 
-} // namespace
+/// The words without --style, which QApplication would take for one of its own options.
+QList<char *> wordsForQt(int argc, char **argv)
+{
+    QList<char *> words;
+    for (int i = 0; i < argc; ++i) {
+        const QByteArrayView word(argv[i]);
+        if (word == "--style" || word == "-style")
+            ++i; // and its value
+        else if (!word.startsWith("--style=") && !word.startsWith("-style="))
+            words.append(argv[i]);
+    }
+    return words;
+}
 
-int main(int argc, char **argv)
+int run(int argc, char **argv)
 {
     QCoreApplication::setApplicationName("paravue-setup");
     QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
@@ -64,12 +79,19 @@ int main(int argc, char **argv)
         return int(ExitCode::LocalFile);
     }
     ProgramLog::setScreenFailure(endWithoutScreen);
-    const QApplication application(argc, argv);
+    QList<char *> words = wordsForQt(argc, argv);
+    int count = int(words.size());
+    words.append(nullptr);
+    const QApplication application(count, words.data());
     ProgramLog::setScreenFailure(nullptr);
     // The program does not end with its window: a save may still be running.
     QApplication::setQuitOnLastWindowClosed(false);
     // A signal cancels the window, so that the local copies of the recorder's files are removed.
     recorder::quitOnStopSignal();
+    // Pictures are the same in every run, unless told otherwise.
+    std::optional<Appearance> appearance;
+    if (commandLine.colorScheme != ColorScheme::Desktop || commandLine.screenshotFolder.isEmpty())
+        appearance.emplace(commandLine.colorScheme);
 
     ExitCode exitCode = ExitCode::Cancelled;
     QTimer::singleShot(0, [&] {
@@ -78,4 +100,16 @@ int main(int argc, char **argv)
     });
     QApplication::exec();
     return int(recorder::hasStopSignal() ? ExitCode::Cancelled : exitCode);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const int exitCode = run(argc, argv);
+    if (DesktopColors::isBusSilent()) {
+        std::fflush(nullptr);
+        std::_Exit(exitCode); // the end of QtDBus would wait for the bus
+    }
+    return exitCode;
 }

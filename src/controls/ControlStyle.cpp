@@ -1,5 +1,6 @@
 #include "controls/ControlStyle.h"
 
+#include "controls/DrawnIcon.h"
 #include "controls/ReadableColors.h"
 #include "controls/ReadablePalette.h"
 
@@ -114,16 +115,6 @@ void paintCheckBox(QPainter &painter, const QStyleOption &option, bool isToRead)
     painter.restore();
 }
 
-/// The icon in one colour: the colours of a picture are for the ground of other buttons.
-QIcon tinted(const QIcon &icon, const QSize &size, const QColor &color, double ratio)
-{
-    QPixmap picture = icon.pixmap(size, ratio);
-    QPainter painter(&picture);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(picture.rect(), color);
-    return picture;
-}
-
 QStyleOptionButton asDefault(const QStyleOptionButton &button, const QPainter &painter)
 {
     QStyleOptionButton option = button;
@@ -131,7 +122,7 @@ QStyleOptionButton asDefault(const QStyleOptionButton &button, const QPainter &p
     option.palette.setBrush(QPalette::Button, option.palette.brush(QPalette::Highlight));
     option.palette.setColor(QPalette::ButtonText, text);
     if (!option.icon.isNull())
-        option.icon = tinted(option.icon, option.iconSize, text, painter.device()->devicePixelRatioF());
+        option.icon = iconInColor(option.icon, option.iconSize, painter, text);
     return option;
 }
 

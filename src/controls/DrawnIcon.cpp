@@ -46,4 +46,13 @@ QIcon drawnIcon(IconPainter paint)
     return QIcon(new DrawnIconEngine(std::move(paint)));
 }
 
+QPixmap iconInColor(const QIcon &icon, const QSize &size, const QPainter &painter, const QColor &color)
+{
+    QPixmap picture = icon.pixmap(size, painter.device()->devicePixelRatioF());
+    QPainter tint(&picture);
+    tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    tint.fillRect(picture.rect(), color);
+    return picture;
+}
+
 } // namespace paravue

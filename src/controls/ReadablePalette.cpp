@@ -32,6 +32,15 @@ void mendSelection(QPalette &palette, QPalette::ColorGroup group)
     palette.setColor(group, QPalette::Highlight, readable);
 }
 
+/// Many dark palettes give separators a colour that is darker still.
+void mendLines(QPalette &palette)
+{
+    constexpr double LeastOfLines = 1.4;
+    const QColor window = palette.color(QPalette::Window);
+    if (contrastRatio(palette.color(QPalette::Mid), window) < LeastOfLines)
+        palette.setColor(QPalette::Mid, mixedColor(window, palette.color(QPalette::WindowText), 0.3));
+}
+
 } // namespace
 
 QPalette readablePalette(const QPalette &palette)
@@ -44,6 +53,7 @@ QPalette readablePalette(const QPalette &palette)
         const double placeholder = group == QPalette::Disabled ? VisibleContrast : ReadableContrast;
         mend(mended, group, QPalette::PlaceholderText, QPalette::Base, placeholder);
     }
+    mendLines(mended);
     mend(mended, QPalette::Disabled, QPalette::WindowText, QPalette::Window, VisibleContrast);
     mend(mended, QPalette::Disabled, QPalette::Text, QPalette::Base, VisibleContrast);
     mend(mended, QPalette::Disabled, QPalette::ButtonText, QPalette::Button, VisibleContrast);

@@ -237,6 +237,7 @@ void TestSetupProgram::refusesWrongUsage_data()
     row("files of a recorder", {address, "--files", "x"}, "--files needs");
     row("preview for programs", {"--preview", "x", "--json"}, "--json needs");
     row("time without a unit", {address, "--timeout", "soon"}, "--timeout takes a number of seconds");
+    row("unknown style", {address, "--style", "fusion"}, "--style takes light, dark or system");
     row("no file for the log", {address, "--log", ""}, "needs a value");
     row("language with a value", {address, "--language", "en/x"}, "a language is");
 }

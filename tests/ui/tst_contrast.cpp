@@ -6,6 +6,7 @@
 #include "controls/OrbDlgQuestion.h"
 #include "controls/ReadableColors.h"
 #include "device/login/cDlg.h"
+#include "setup/ProgramPalettes.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -197,26 +198,25 @@ struct Look {
     double text;
 };
 
-QPalette palette(QRgb window, QRgb text, QRgb base, QRgb button, QRgb highlight, QRgb highlightedText)
+/// As high-contrast themes have it: all grounds the same.
+QPalette contrastPalette(Qt::GlobalColor ground, Qt::GlobalColor text, QRgb selection)
 {
-    QPalette palette{QColor(button), QColor(window)};
+    QPalette palette{QColor(ground), QColor(ground)};
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(role, QColor(text));
-    palette.setColor(QPalette::Base, QColor(base));
-    palette.setColor(QPalette::Highlight, QColor(highlight));
-    palette.setColor(QPalette::HighlightedText, QColor(highlightedText));
+        palette.setColor(role, text);
+    palette.setColor(QPalette::Base, ground);
+    palette.setColor(QPalette::Highlight, QColor(selection));
+    palette.setColor(QPalette::HighlightedText, ground);
     return palette;
 }
 
 QList<Look> looks()
 {
-    return {{"light", QStyleFactory::create("Fusion")->standardPalette(), ReadableContrast},
-            {"dark", palette(0xff353535, 0xffffffff, 0xff2a2a2a, 0xff404040, 0xff2a82da, 0xffffffff),
-             ReadableContrast},
-            {"high contrast, dark",
-             palette(0xff000000, 0xffffffff, 0xff000000, 0xff000000, 0xff1aebff, 0xff000000), HighContrast},
-            {"high contrast, light",
-             palette(0xffffffff, 0xff000000, 0xffffffff, 0xffffffff, 0xff37006e, 0xffffffff), HighContrast}};
+    return {{"Qt's own", QStyleFactory::create("Fusion")->standardPalette(), ReadableContrast},
+            {"light", lightPalette(), ReadableContrast},
+            {"dark", darkPalette(), ReadableContrast},
+            {"high contrast, dark", contrastPalette(Qt::black, Qt::white, 0xff1aebff), HighContrast},
+            {"high contrast, light", contrastPalette(Qt::white, Qt::black, 0xff37006e), HighContrast}};
 }
 
 /// Those of the page, in the order of the description.
@@ -367,6 +367,13 @@ void TestContrast::controls()
     }
     QPushButton &ok = *window.window->findChild<QPushButton *>("buttonOK");
     measureStates("default", ok);
+    QPushButton &cancel = *window.window->findChild<QPushButton *>("buttonCancel");
+    for (const QPushButton *button : {&ok, &cancel}) {
+        const int icon = button->iconSize().width();
+        const int text = button->fontMetrics().horizontalAdvance(button->text());
+        const QRect place((button->width() - icon - 4 - text) / 2, 4, icon, button->height() - 8);
+        expect(button->text() + ", icon", painted(*button, place).contrast(), VisibleContrast);
+    }
     expect("default stands out", edgeContrast(ok, ok.rect()), VisibleContrast);
 }
 

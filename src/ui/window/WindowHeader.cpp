@@ -1,5 +1,6 @@
 #include "ui/window/WindowHeader.h"
 
+#include "controls/DrawnIcon.h"
 #include "ui/base/ElidedLabel.h"
 #include "ui/base/WindowStyle.h"
 
@@ -16,6 +17,7 @@ namespace
 {
 
 constexpr int PictureSize = 24;
+constexpr QColor PictureColor(0x64, 0x80, 0x9f);
 constexpr int CloseButtonSize = 28;
 
 /// Renders the icon at every paint, so that it is sharp on every screen.
@@ -34,7 +36,8 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
-        m_icon.paint(&painter, rect());
+        const QColor color = readableVersion(PictureColor, headerBackground(palette()), VisibleContrast);
+        painter.drawPixmap(rect(), iconInColor(m_icon, size(), painter, color));
     }
 
 private:
