@@ -5,6 +5,7 @@
 #include "controls/DialogLoop.h"
 #include "controls/OrbDlgQuestion.h"
 #include "controls/ReadableColors.h"
+#include "controls/WindowLook.h"
 #include "device/login/cDlg.h"
 #include "setup/ProgramPalettes.h"
 
@@ -193,9 +194,9 @@ double ringContrast(QWidget &widget, const QRect &area, QWidget &elsewhere)
 }
 
 struct Look {
-    const char *name;
+    const char *name = nullptr;
     QPalette palette;
-    double text;
+    double text = 0; ///< the least contrast
 };
 
 /// As high-contrast themes have it: all grounds the same.
@@ -263,6 +264,11 @@ private:
         for (int number = 0; number < looks().size(); ++number)
             QTest::newRow(looks()[number].name) << number;
     }
+    void changeDesktop()
+    {
+        QApplication::setPalette(m_look.palette);
+        QCoreApplication::processEvents();
+    }
     void expect(const QString &what, double contrast, double least)
     {
         if (contrast < least)
@@ -276,7 +282,7 @@ private:
     void measureEdge(const QString &name, QWidget &widget);
     void measureButtons(const QString &name, QWidget &dialog);
 
-    double m_text = 0;
+    Look m_look;
     QStringList m_faults;
 };
 
@@ -286,8 +292,9 @@ void TestContrast::init()
     if (!QTest::currentDataTag())
         return;
     QFETCH(int, number);
-    QApplication::setPalette(looks()[number].palette);
-    m_text = looks()[number].text;
+    // Windows follow a new palette of the desktop: all but the first begin with that of the row before.
+    QApplication::setPalette(looks()[std::max(number - 1, 0)].palette);
+    m_look = looks()[number];
 }
 
 void TestContrast::computesContrasts()
@@ -300,16 +307,16 @@ void TestContrast::computesContrasts()
 /// The text of a control in all its states.
 void TestContrast::measureStates(const QString &name, QWidget &widget)
 {
-    measureText(name, widget, m_text);
+    measureText(name, widget, m_look.text);
     widget.setAttribute(Qt::WA_UnderMouse);
-    measureText(name + ", hovered", widget, m_text);
+    measureText(name + ", hovered", widget, m_look.text);
     widget.setAttribute(Qt::WA_UnderMouse, false);
     if (auto *button = qobject_cast<QPushButton *>(&widget)) {
         button->setDown(true);
-        measureText(name + ", pressed", widget, m_text);
+        measureText(name + ", pressed", widget, m_look.text);
         button->setDown(false);
         button->setChecked(button->isCheckable());
-        measureText(name + ", checked", widget, m_text);
+        measureText(name + ", checked", widget, m_look.text);
         button->setEnabled(false);
         measureText(name + ", checked and disabled", widget, VisibleContrast);
         button->setEnabled(true);
@@ -347,7 +354,10 @@ void TestContrast::controls()
 {
     DescribedWindow window(describePage(Controls), {{"net", Values}});
     window.window->resize(700, 3000);
-    window.settle();
+    changeDesktop();
+    QWidget opened;
+    WindowLook::apply(opened);
+    QCOMPARE(window.window->palette(), opened.palette()); // nothing is left of the palette before
     QWidget &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
     elsewhere.setFocus();
     const QList<QWidget *> described = describedControls(window);
@@ -381,12 +391,12 @@ void TestContrast::valuesToRead()
 {
     DescribedWindow window(describePage(ValuesToRead), {{"net", Values}});
     window.window->resize(700, 1000);
-    window.settle();
+    changeDesktop();
     const QList<QWidget *> controls = describedControls(window);
     QCOMPARE(controls.size(), 10);
     for (QWidget *value : controls.mid(0, 8)) {
         QVERIFY(!value->isEnabled());
-        measureText(value->metaObject()->className(), *value, m_text);
+        measureText(value->metaObject()->className(), *value, m_look.text);
     }
     const auto edge = [](QWidget *widget) { return edgeContrast(*widget, widget->rect()); };
     for (const int field : {1, 2, 3, 5}) {
@@ -401,6 +411,7 @@ void TestContrast::valuesToRead()
 void TestContrast::lists()
 {
     DescribedWindow window(describePage(ListsAndTabs), {{"net", Values}});
+    changeDesktop();
     auto *list = window.widget<QTreeWidget>();
     list->setCurrentItem(list->topLevelItem(0));
     for (const bool isFocused : {true, false}) {
@@ -411,16 +422,16 @@ void TestContrast::lists()
         for (const int row : {0, 1}) {
             const QRect place = list->visualItemRect(list->topLevelItem(row)).adjusted(4, 2, -4, -2);
             expect(QString("row %1 with focus %2").arg(row).arg(isFocused),
-                   painted(*list->viewport(), place).contrast(), m_text);
+                   painted(*list->viewport(), place).contrast(), m_look.text);
         }
     }
-    expect("header of a column", painted(*list->header(), list->header()->rect()).contrast(), m_text);
+    expect("header of a column", painted(*list->header(), list->header()->rect()).contrast(), m_look.text);
     auto *box = window.widget<QComboBox>();
     box->showPopup();
     QAbstractItemView *view = box->view();
     for (const int row : {0, 1}) {
         const QRect place = view->visualRect(view->model()->index(row, 0)).adjusted(4, 2, -4, -2);
-        expect(QString("choice %1").arg(row), painted(*view->viewport(), place).contrast(), m_text);
+        expect(QString("choice %1").arg(row), painted(*view->viewport(), place).contrast(), m_look.text);
     }
     box->hidePopup();
 }
@@ -428,17 +439,19 @@ void TestContrast::lists()
 void TestContrast::tabs()
 {
     DescribedWindow window(describePage(ListsAndTabs), {{"net", Values}});
+    changeDesktop();
     auto *bar = window.page()->findChild<QTabBar *>();
     QPushButton &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
     for (const int tab : {0, 1})
         expect(QString("tab %1").arg(tab), painted(*bar, bar->tabRect(tab).adjusted(8, 6, -8, -6)).contrast(),
-               m_text);
+               m_look.text);
     expect("tab, focus", ringContrast(*bar, bar->tabRect(0), elsewhere), VisibleContrast);
 }
 
 /// The texts of a dialog's labels, the texts and focus of its buttons and fields, and its default button.
 void TestContrast::measureButtons(const QString &name, QWidget &dialog)
 {
+    changeDesktop();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     QWidget *first = QApplication::focusWidget();
     QVERIFY2(first, qPrintable(name));
@@ -452,10 +465,10 @@ void TestContrast::measureButtons(const QString &name, QWidget &dialog)
         const QString part = name + u' ' + widget->metaObject()->className();
         auto *label = qobject_cast<QLabel *>(widget);
         if (label && !label->text().isEmpty())
-            expect(part, painted(*label, label->rect()).contrast(), m_text);
+            expect(part, painted(*label, label->rect()).contrast(), m_look.text);
         if (auto *button = qobject_cast<QPushButton *>(widget)) {
             button->setEnabled(true);
-            measureText(part + button->text(), *button, m_text);
+            measureText(part + button->text(), *button, m_look.text);
             if (button->isDefault())
                 expect(part + ", default", edgeContrast(*button, button->rect()), VisibleContrast);
         }
@@ -479,7 +492,7 @@ void TestContrast::login()
         measureButtons("login", dialog);
         for (QLineEdit *edit : dialog.findChildren<QLineEdit *>()) {
             edit->setText("Text");
-            measureText(edit->objectName(), *edit, m_text);
+            measureText(edit->objectName(), *edit, m_look.text);
         }
     };
     const ModalWatcher watcher(measure, "cDlg");

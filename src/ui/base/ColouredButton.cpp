@@ -33,14 +33,25 @@ const std::array<ButtonColor, 4> &buttonColors()
     return colors;
 }
 
-/// What is painted for a button brush: a calm tone for the pure colours, and others as they are.
-QColor paintedColor(const QColor &brush)
+/// Null for others than the four.
+const ButtonColor *colorOfBrush(const QColor &brush)
 {
-    for (const ButtonColor &color : buttonColors()) {
-        if (color.brush == brush)
-            return color.painted;
-    }
-    return brush;
+    const auto color = std::find_if(buttonColors().begin(), buttonColors().end(),
+                                    [&](const ButtonColor &known) { return known.brush == brush; });
+    return color == buttonColors().end() ? nullptr : &*color;
+}
+
+/// The disabled colours lie between that of the button and that of the window.
+void setColors(QPushButton &button, const ButtonColor &color)
+{
+    QPalette palette = button.palette();
+    const QColor faded = mixedColor(palette.color(QPalette::Window), color.painted, 0.3);
+    palette.setBrush(QPalette::Button, color.brush);
+    palette.setColor(QPalette::ButtonText, Qt::white);
+    palette.setColor(QPalette::Disabled, QPalette::Button, faded);
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText,
+                     readableVersion(mixedColor(faded, readableTextOn(faded), 0.5), faded, ReadableContrast));
+    button.setPalette(palette);
 }
 
 QStyleOptionButton optionOf(const QPushButton &button)
@@ -57,7 +68,9 @@ QStyleOptionButton optionOf(const QPushButton &button)
 
 void paintGround(QPainter &painter, const QStyleOptionButton &option)
 {
-    const QColor color = paintedColor(option.palette.color(QPalette::Button));
+    const QColor brush = option.palette.color(QPalette::Button);
+    const ButtonColor *known = colorOfBrush(brush);
+    const QColor color = known ? known->painted : brush;
     paintButtonGround(painter, option, color,
                       mixedColor(color, option.palette.color(QPalette::WindowText), 0.4));
 }
@@ -76,9 +89,11 @@ public:
 
     bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() != QEvent::Paint) {
+        const ButtonColor *color = colorOfBrush(m_button.palette().color(QPalette::Active, QPalette::Button));
+        if (event->type() == QEvent::PaletteChange && color)
+            setColors(m_button, *color); // there may be another window colour
+        if (event->type() != QEvent::Paint)
             return false;
-        }
         const QStyleOptionButton option = optionOf(m_button);
         QPainter painter(&m_button);
         paintGround(painter, option);
@@ -99,14 +114,7 @@ void colourButton(QPushButton &button, const QString &word)
                      [&](const ButtonColor &known) { return word == QLatin1StringView(known.word); });
     if (color == buttonColors().end())
         return;
-    QPalette palette = button.palette();
-    const QColor faded = mixedColor(palette.color(QPalette::Window), color->painted, 0.3);
-    palette.setBrush(QPalette::Button, color->brush);
-    palette.setColor(QPalette::ButtonText, Qt::white);
-    palette.setColor(QPalette::Disabled, QPalette::Button, faded);
-    palette.setColor(QPalette::Disabled, QPalette::ButtonText,
-                     readableVersion(mixedColor(faded, readableTextOn(faded), 0.5), faded));
-    button.setPalette(palette);
+    setColors(button, *color);
     button.setAttribute(Qt::WA_Hover);
     if (!button.findChild<QObject *>(ButtonPainter::name(), Qt::FindDirectChildrenOnly)) {
         new ButtonPainter(button);
