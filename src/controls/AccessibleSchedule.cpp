@@ -20,7 +20,7 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         if (kind == QAccessible::Value)
-            return m_grid->describe(m_grid->current());
+            return m_grid->valueText();
         if (kind != QAccessible::Name)
             return QAccessibleWidget::text(kind);
         const QAccessibleInterface *control = parent();
@@ -51,7 +51,7 @@ void installAccessibleSchedule()
 
 void announceSchedule(ScheduleGrid &grid)
 {
-    QAccessibleValueChangeEvent event(&grid, grid.describe(grid.current()));
+    QAccessibleValueChangeEvent event(&grid, grid.valueText());
     QAccessible::updateAccessibility(&event);
 }
 

@@ -31,7 +31,8 @@ std::optional<QStringList> copiedCells()
 {
     static const QRegularExpression form(QStringLiteral("\\A[0-9.]+\\z"));
     QStringList rows = copiedLines(MimeType);
-    for (const QString &row : rows) {
+    for (QString &row : rows) {
+        row = row.trimmed();
         if (row.size() != rows[0].size() || !form.match(row).hasMatch())
             return {};
     }

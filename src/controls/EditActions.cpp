@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QTextDocument>
 #include <QToolTip>
 
 #include <algorithm>
@@ -114,8 +115,8 @@ void showMenu(QWidget &editor, const EditActions &actions, const QPoint &globalP
 void showRefusal(QWidget &editor, const QString &reason)
 {
     constexpr int Shown = 10'000; // milliseconds
-    QToolTip::showText(editor.mapToGlobal(editor.rect().center()), reason.toHtmlEscaped(), &editor, {},
-                       Shown);
+    QToolTip::showText(editor.mapToGlobal(editor.rect().center()),
+                       Qt::convertFromPlainText(reason, Qt::WhiteSpaceNormal), &editor, {}, Shown);
 }
 
 } // namespace paravue

@@ -30,8 +30,10 @@ QStringList copiedLines(const QString &mimeType)
     if (text.isEmpty() || text.size() > LargestCopy)
         return {};
     QStringList lines = text.split(u'\n');
-    for (QString &line : lines)
-        line = line.trimmed();
+    for (QString &line : lines) {
+        if (line.endsWith(u'\r'))
+            line.chop(1);
+    }
     while (!lines.isEmpty() && lines.constLast().isEmpty())
         lines.removeLast();
     return lines;

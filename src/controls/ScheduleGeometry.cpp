@@ -14,19 +14,21 @@ constexpr int CellMargin = 4; // between a text and the edge of its cell
 
 } // namespace
 
-void ScheduleGeometry::measure(const QFontMetrics &metrics, const QStringList &days, const QStringList &hours,
-                               const QList<int> &widths)
+void ScheduleGeometry::measure(const QFontMetrics &metrics, int slotsPerHour, const QStringList &days,
+                               const QStringList &hours, const QList<int> &widths)
 {
+    m_slotsPerHour = slotsPerHour;
     m_namesWidth = 0;
     for (const QString &day : days)
         m_namesWidth = std::max(m_namesWidth, metrics.horizontalAdvance(day) + 2 * CellMargin);
     m_captionHeight = metrics.height() + CellMargin;
     m_minimumRowHeight = metrics.height() + 2 * CellMargin;
     const int usual = metrics.horizontalAdvance(QStringLiteral("00")) + 2 * CellMargin;
+    const int finest = slotsPerHour > 1 ? slotsPerHour * (metrics.horizontalAdvance(u'0') - 1) : 0;
     for (int hour = 0; hour < WeekPlan::Hours; ++hour) {
         const int needed = std::max(usual, metrics.horizontalAdvance(hours.value(hour)) + CellMargin);
         const int asked = widths.value(hour);
-        m_minimumWidths[hour] = asked > 0 ? asked : needed;
+        m_minimumWidths[hour] = std::max(asked > 0 ? asked : needed, finest);
     }
 }
 
@@ -62,12 +64,21 @@ int ScheduleGeometry::leading(const QPoint &position) const
     return m_isMirrored ? m_size.width() - 1 - position.x() : position.x();
 }
 
+/// The leading edge of a slot, or the end of the last one.
+int ScheduleGeometry::edge(int slot) const
+{
+    const int hour = slot / m_slotsPerHour;
+    const int part = slot % m_slotsPerHour;
+    return part == 0 ? m_edges[hour]
+                     : m_edges[hour] + (m_edges[hour + 1] - m_edges[hour]) * part / m_slotsPerHour;
+}
+
 QRect ScheduleGeometry::rect(const PlanRange &range) const
 {
-    const int left = m_edges[range.first.hour];
+    const int left = edge(range.first.slot);
     const int top = m_captionHeight + range.first.day * m_rowHeight;
-    return mirrored({left, top, m_edges[range.last.hour + 1] - left,
-                     (range.last.day - range.first.day + 1) * m_rowHeight});
+    return mirrored(
+        {left, top, edge(range.last.slot + 1) - left, (range.last.day - range.first.day + 1) * m_rowHeight});
 }
 
 QRect ScheduleGeometry::dayName(int day) const
@@ -83,24 +94,35 @@ QRect ScheduleGeometry::hourCaption(int hour) const
 PlanRange ScheduleGeometry::rangeAt(const QPoint &position) const
 {
     const PlanCell cell = nearestCell(position);
-    PlanRange range{cell, cell};
+    const bool isAtHours = position.y() < m_captionHeight;
+    PlanRange range = isAtHours ? hourOf(cell) : PlanRange{cell, cell};
     if (leading(position) < m_namesWidth) {
-        range.first.hour = 0;
-        range.last.hour = WeekPlan::Hours - 1;
+        range.first.slot = 0;
+        range.last.slot = WeekPlan::Hours * m_slotsPerHour - 1;
     }
-    if (position.y() < m_captionHeight) {
+    if (isAtHours) {
         range.first.day = 0;
         range.last.day = WeekPlan::Days - 1;
     }
     return range;
 }
 
+PlanRange ScheduleGeometry::hourOf(const PlanCell &cell) const
+{
+    const int first = cell.slot - cell.slot % m_slotsPerHour;
+    return {{cell.day, first}, {cell.day, first + m_slotsPerHour - 1}};
+}
+
 PlanCell ScheduleGeometry::nearestCell(const QPoint &position) const
 {
-    const auto edge = std::upper_bound(m_edges.begin(), m_edges.end(), leading(position));
-    const int hour = int(edge - m_edges.begin()) - 1;
+    const int place = leading(position);
+    const auto end = std::upper_bound(m_edges.begin() + 1, m_edges.end() - 1, place);
+    int slot = int(end - m_edges.begin() - 1) * m_slotsPerHour;
+    const int last = slot + m_slotsPerHour - 1;
+    while (slot < last && edge(slot + 1) <= place)
+        ++slot;
     const int day = (position.y() - m_captionHeight) / std::max(1, m_rowHeight);
-    return {std::clamp(day, 0, WeekPlan::Days - 1), std::clamp(hour, 0, WeekPlan::Hours - 1)};
+    return {std::clamp(day, 0, WeekPlan::Days - 1), slot};
 }
 
 } // namespace paravue

@@ -1,22 +1,17 @@
 #include "controls/ScheduleGrid.h"
 
 #include "controls/AccessibleSchedule.h"
+#include "controls/ScheduleTexts.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QTextDocument>
 #include <QToolTip>
 
 namespace paravue
 {
-namespace
-{
-
-constexpr QSize WeekSize(WeekPlan::Hours, WeekPlan::Days);
-
-} // namespace
-
 ScheduleGrid::ScheduleGrid(QWidget *parent)
-    : QWidget(parent), m_kinds(usualScheduleKinds()), m_frame(WeekSize),
+    : QWidget(parent), m_kinds(usualScheduleKinds()), m_frame(gridSize()),
       m_gesture(*this, EditGesture::Interruption::Drops, &m_history)
 {
     installAccessibleSchedule();
@@ -47,17 +42,30 @@ bool ScheduleGrid::setCaptions(const QStringList &days, const QStringList &hours
 
 void ScheduleGrid::setPlan(const WeekPlan &plan)
 {
+    const int slotsBefore = m_plan.slotsPerHour();
+    const int slots = plan.slotsPerHour();
+    if (slots != slotsBefore)
+        m_gesture.cancel();
     m_plan = plan;
     m_gesture.textsReplaced();
-    if (m_gesture.isDragging())
+    if (slots != slotsBefore) {
+        const auto scaled = [&](const QPoint &place) {
+            return QPoint(place.x() * slots / slotsBefore, place.y());
+        };
+        m_frame = CellFrame(gridSize(), scaled(m_frame.anchor()), scaled(m_frame.current()));
+        measure();
+    }
+    if (m_gesture.isDragging() && !m_isClick)
         paintTo(current());
     update();
 }
 
-void ScheduleGrid::edit(const WeekPlan &plan)
+/// Days from \a firstDay to \a lastDay were to be changed; those that are not understood have not been.
+void ScheduleGrid::edit(const WeekPlan &plan, int firstDay, int lastDay)
 {
     m_gesture.cancel();
     m_gesture.perform([&] { m_plan = plan; });
+    refuseDays(firstDay, lastDay);
 }
 
 void ScheduleGrid::textsEdited(const QStringList &, const QStringList &)
@@ -67,11 +75,6 @@ void ScheduleGrid::textsEdited(const QStringList &, const QStringList &)
     Q_EMIT edited();
 }
 
-EditActions ScheduleGrid::editActions()
-{
-    return historyActions(m_gesture);
-}
-
 void ScheduleGrid::setKind(int number)
 {
     m_kind = qBound(0, number, int(m_kinds.size()) - 1);
@@ -79,12 +82,13 @@ void ScheduleGrid::setKind(int number)
 
 QString ScheduleGrid::describe(const PlanCell &cell) const
 {
-    const char32_t entry = m_plan.at(cell);
-    const int number = kindNumber(m_kinds, entry);
-    const QString name =
-        number == UnknownKind ? tr("unknown (%1)").arg(QString::fromUcs4(&entry, 1)) : m_kinds[number].name;
-    return tr("%1, %2:00 to %3:00: %4")
-        .arg(m_dayNames.value(cell.day), QString::number(cell.hour), QString::number(cell.hour + 1), name);
+    return ScheduleTexts::cell(m_plan, cell, m_kinds, m_dayNames);
+}
+
+QString ScheduleGrid::valueText() const
+{
+    const QString text = describe(current());
+    return m_refusal.isEmpty() ? text : tr("%1; %2").arg(m_refusal, text);
 }
 
 QSize ScheduleGrid::sizeHint() const
@@ -99,7 +103,7 @@ QSize ScheduleGrid::minimumSizeHint() const
 
 void ScheduleGrid::measure()
 {
-    m_geometry.measure(fontMetrics(), m_dayNames, m_hourCaptions, m_widths);
+    m_geometry.measure(fontMetrics(), m_plan.slotsPerHour(), m_dayNames, m_hourCaptions, m_widths);
     fit();
     updateGeometry();
 }
@@ -115,12 +119,13 @@ bool ScheduleGrid::event(QEvent *event)
     if (event->type() == QEvent::ToolTip) {
         const auto *help = static_cast<QHelpEvent *>(event);
         const PlanRange range = m_geometry.rangeAt(help->pos());
-        if (range.first == range.last) {
-            QToolTip::showText(help->globalPos(), describe(range.first).toHtmlEscaped(), this);
+        if (range.first == range.last || !m_plan.isUnderstood(range.first.day)) {
+            QToolTip::showText(help->globalPos(),
+                               Qt::convertFromPlainText(describe(range.first), Qt::WhiteSpaceNormal), this);
             return true;
         }
     }
-    return QWidget::event(event);
+    return claimKey([this] { return editActions(); }, *event) || QWidget::event(event);
 }
 
 void ScheduleGrid::resizeEvent(QResizeEvent *)
@@ -170,6 +175,7 @@ void ScheduleGrid::focusOutEvent(QFocusEvent *)
 
 void ScheduleGrid::mousePressEvent(QMouseEvent *event)
 {
+    m_refusal.clear();
     m_gesture.press(*event);
 }
 
@@ -180,34 +186,65 @@ void ScheduleGrid::mouseMoveEvent(QMouseEvent *event)
 
 void ScheduleGrid::mouseReleaseEvent(QMouseEvent *event)
 {
+    const bool opensMenu = m_gesture.isDragging() && event->button() == Qt::RightButton && m_isClick;
     m_gesture.release(*event);
+    if (!opensMenu)
+        return;
+    if (!selection().contains(m_pressed.first) || !selection().contains(m_pressed.last))
+        select(CellFrame(gridSize(), {m_pressed.last.slot, m_pressed.last.day},
+                         {m_pressed.first.slot, m_pressed.first.day}));
+    showMenu(*this, editActions(), event->globalPosition().toPoint());
+}
+
+/// The right button opens the menu when it is let go, as a drag with it erases.
+void ScheduleGrid::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() != QContextMenuEvent::Mouse && !m_gesture.isDragging())
+        showMenuAtSelection();
+}
+
+void ScheduleGrid::showMenuAtSelection()
+{
+    showMenu(*this, editActions(), mapToGlobal(m_geometry.rect(selection()).center()));
 }
 
 bool ScheduleGrid::beginDrag(const QMouseEvent &press)
 {
     m_pressed = m_geometry.rangeAt(press.position().toPoint());
     m_erases = press.button() == Qt::RightButton;
+    m_isClick = m_erases;
     return true;
 }
 
 void ScheduleGrid::dragTo(const QPointF &position)
 {
-    paintTo(m_geometry.nearestCell(position.toPoint()));
+    const PlanCell cell = m_geometry.nearestCell(position.toPoint());
+    m_isClick = m_isClick && m_pressed.contains(cell);
+    if (!m_isClick)
+        paintTo(cell);
 }
 
-/// A drag paints the rectangle from its start to \a cell; hours outside of it get back their values from
+void ScheduleGrid::drop()
+{
+    if (!m_isClick)
+        refuseDays(selection().first.day, selection().last.day);
+}
+
+/// A drag paints the rectangle from its start to \a cell; slots outside of it get back their values from
 /// before the drag.
 void ScheduleGrid::paintTo(const PlanCell &cell)
 {
-    const PlanRange covered = m_pressed.united({cell, cell});
+    // What began at the caption of an hour covers whole hours.
+    const bool isByHours = m_pressed.first.day != m_pressed.last.day;
+    const PlanRange covered = m_pressed.united(isByHours ? m_geometry.hourOf(cell) : PlanRange{cell, cell});
     m_plan.setTexts(m_gesture.before());
     m_plan.fill(covered, m_kinds[m_erases ? 0 : m_kind].value);
     const auto farEnd = [](int at, int start, int first, int last) { return at < start ? first : last; };
-    const QPoint far(farEnd(cell.hour, m_pressed.first.hour, covered.first.hour, covered.last.hour),
+    const QPoint far(farEnd(cell.slot, m_pressed.first.slot, covered.first.slot, covered.last.slot),
                      farEnd(cell.day, m_pressed.first.day, covered.first.day, covered.last.day));
-    const QPoint near(covered.first.hour + covered.last.hour - far.x(),
+    const QPoint near(covered.first.slot + covered.last.slot - far.x(),
                       covered.first.day + covered.last.day - far.y());
-    select(CellFrame(WeekSize, near, far));
+    select(CellFrame(gridSize(), near, far));
 }
 
 void ScheduleGrid::restore(const QStringList &days)
@@ -230,43 +267,29 @@ void ScheduleGrid::fillSelection(int number)
 {
     WeekPlan plan = m_plan;
     plan.fill(selection(), m_kinds[number].value);
-    edit(plan);
-}
-
-void ScheduleGrid::pasteDay()
-{
-    if (!m_copied)
-        return;
-    WeekPlan plan = m_plan;
-    for (int day = selection().first.day; day <= selection().last.day; ++day)
-        plan.setHours(day, *m_copied);
-    edit(plan);
+    edit(plan, selection().first.day, selection().last.day);
 }
 
 void ScheduleGrid::keyPressEvent(QKeyEvent *event)
 {
-    if (m_gesture.takeKey(*event))
+    m_refusal.clear();
+    if (m_gesture.takeKey(*event) || performByKey(editActions(), *event))
         return;
-    if (event->matches(QKeySequence::SelectAll)) {
-        select(CellFrame(WeekSize, m_frame.lastCell(), {0, 0}));
-    } else if (event->matches(QKeySequence::Copy)) {
-        m_copied = m_plan.hoursOf(current().day);
-    } else if (event->matches(QKeySequence::Paste)) {
-        pasteDay();
-    } else if (event->key() == Qt::Key_Space) {
-        fillSelection(m_kind);
-    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
-        fillSelection(0);
-    } else if (!moveFrame(*event) && !chooseKind(*event)) {
+    if (isMenuKey(*event))
+        showMenuAtSelection();
+    else if (!moveFrame(*event) && !chooseKind(*event))
         QWidget::keyPressEvent(event);
-    }
 }
 
 bool ScheduleGrid::moveFrame(const QKeyEvent &event)
 {
     if (event.key() == Qt::Key_PageUp || event.key() == Qt::Key_PageDown)
         return false; // for the page around the schedule
-    const auto frame = m_frame.movedBy(event, layoutDirection());
+    auto frame = m_frame.movedBy(event, layoutDirection());
+    const bool isSideways = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
+    const int steps = isSideways && event.modifiers() & Qt::ControlModifier ? m_plan.slotsPerHour() : 1;
+    for (int step = 1; frame && step < steps; ++step)
+        frame = frame->movedBy(event, layoutDirection());
     if (frame)
         select(*frame);
     return frame.has_value();
@@ -280,8 +303,7 @@ bool ScheduleGrid::chooseKind(const QKeyEvent &event)
     const int number = text.size() == 1 ? text.front().digitValue() : -1;
     if (number < 0 || number >= m_kinds.size())
         return false;
-    setKind(number);
-    Q_EMIT kindChosen(number);
+    chooseKind(number);
     return true;
 }
 

@@ -1,7 +1,10 @@
 #include "controls/ReadableColors.h"
 #include "controls/ScheduleGrid.h"
+#include "controls/ScheduleTexts.h"
 
 #include <QPainter>
+
+#include <algorithm>
 
 namespace paravue
 {
@@ -9,7 +12,9 @@ namespace
 {
 
 constexpr double LineShare = 0.3;
+constexpr double SlotLineShare = 0.12;
 constexpr double CurrentDayShare = 0.3;
+constexpr int NoteMargin = 6;
 
 } // namespace
 
@@ -20,6 +25,8 @@ void ScheduleGrid::paintEvent(QPaintEvent *)
     for (int day = 0; day < WeekPlan::Days; ++day)
         paintDay(painter, day);
     paintLines(painter);
+    for (int day = 0; day < WeekPlan::Days; ++day)
+        paintMarks(painter, day);
     if (hasFocus())
         paintFocus(painter);
 }
@@ -48,34 +55,63 @@ void ScheduleGrid::paintCaptions(QPainter &painter) const
 void ScheduleGrid::paintDay(QPainter &painter, int day) const
 {
     const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
-    int before = 0;
-    for (int hour = 0; hour < WeekPlan::Hours; ++hour) {
-        const PlanCell cell{day, hour};
-        const QRect rect = m_geometry.rect({cell, cell});
-        const int number = kindNumber(m_kinds, m_plan.at(cell));
-        painter.setPen(paintKind(painter, rect, number, palette(), group));
-        // One mark for each run of equal hours: a mark in every hour would hide where the runs end.
-        if (number == UnknownKind)
-            painter.drawText(rect, Qt::AlignCenter, QStringLiteral("?"));
-        else if (number != 0 && number != before)
-            painter.drawText(rect, Qt::AlignCenter, QString::number(number));
-        before = number;
+    if (!m_plan.isUnderstood(day))
+        paintKind(painter, m_geometry.rect(m_plan.day(day)), UnknownKind, palette(), group);
+    for (const PlanRange &run : m_plan.runsOf(day))
+        paintKind(painter, m_geometry.rect(run), kindNumber(m_kinds, m_plan.at(run.first)), palette(), group);
+}
+
+/// One mark for each run of equal slots: a mark in every slot would hide where the runs end.
+void ScheduleGrid::paintMarks(QPainter &painter, int day) const
+{
+    const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    if (!m_plan.isUnderstood(day))
+        paintNote(painter, m_geometry.rect(m_plan.day(day)), ScheduleTexts::notUnderstood(m_plan, day));
+    for (const PlanRange &run : m_plan.runsOf(day)) {
+        const int number = kindNumber(m_kinds, m_plan.at(run.first));
+        if (number == 0)
+            continue;
+        const QString mark = number == UnknownKind ? QStringLiteral("?") : QString::number(number);
+        const int last = std::min(run.last.slot, run.first.slot + m_plan.slotsPerHour() - 1);
+        QRect place(0, 0, fontMetrics().horizontalAdvance(mark), fontMetrics().height());
+        place.moveCenter(m_geometry.rect({run.first, {day, last}}).center());
+        const QColor background = kindColor(number, palette(), group);
+        painter.fillRect(place, background); // hides lines between slots
+        painter.setPen(readableTextOn(background));
+        painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, mark);
     }
+}
+
+void ScheduleGrid::paintNote(QPainter &painter, const QRect &row, const QString &text) const
+{
+    const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    const QString fitting = fontMetrics().elidedText(text, Qt::ElideRight, row.width() - 2 * NoteMargin);
+    QRect note(0, 0, fontMetrics().horizontalAdvance(fitting) + 2 * NoteMargin, row.height() - 2);
+    note.moveCenter(row.center());
+    painter.fillRect(note, palette().color(group, QPalette::Base));
+    painter.setPen(palette().color(group, QPalette::Text));
+    painter.drawText(note, Qt::AlignCenter, fitting);
 }
 
 void ScheduleGrid::paintLines(QPainter &painter) const
 {
     const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
-    painter.setPen(mixedColor(palette().color(group, QPalette::Base), palette().color(group, QPalette::Text),
-                              LineShare));
-    const QRect week = m_geometry.rect(WeekPlan::Week);
+    const auto color = [&](double share) {
+        QColor color = palette().color(group, QPalette::Text);
+        color.setAlphaF(share);
+        return color;
+    };
+    const QRect week = m_geometry.rect(m_plan.week());
     for (int day = 0; day < WeekPlan::Days; ++day) {
-        const QRect row = m_geometry.rect(WeekPlan::day(day));
+        const QRect row = m_geometry.rect(m_plan.day(day));
+        for (int slot = 0; m_plan.isUnderstood(day) && slot < m_plan.slotsPerDay(); ++slot) {
+            const bool beginsHour = slot % m_plan.slotsPerHour() == 0;
+            const QRect cell = m_geometry.rect({{day, slot}, {day, slot}});
+            painter.setPen(color(beginsHour ? LineShare : SlotLineShare));
+            painter.drawLine(cell.topLeft(), cell.bottomLeft());
+        }
+        painter.setPen(color(LineShare));
         painter.drawLine(row.topLeft(), row.topRight());
-    }
-    for (int hour = 0; hour < WeekPlan::Hours; ++hour) {
-        const QRect column = m_geometry.hourCaption(hour);
-        painter.drawLine(column.left(), week.top(), column.left(), week.bottom());
     }
     painter.drawRect(week);
 }

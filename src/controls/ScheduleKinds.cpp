@@ -25,15 +25,6 @@ class KindText
     Q_DECLARE_TR_FUNCTIONS(paravue::WeekSchedule)
 };
 
-QColor backgroundColor(int number, const QPalette &palette, QPalette::ColorGroup group)
-{
-    const QColor page = palette.color(group, QPalette::Base);
-    if (number < 1 || number >= MaxScheduleKinds)
-        return page;
-    const QColor color(KindColors[number - 1]);
-    return group == QPalette::Disabled ? mixedColor(page, color, DisabledShare) : color;
-}
-
 } // namespace
 
 ScheduleKinds usualScheduleKinds()
@@ -53,15 +44,23 @@ int kindNumber(const ScheduleKinds &kinds, char32_t value)
     return UnknownKind;
 }
 
-QColor paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
-                 QPalette::ColorGroup group)
+QColor kindColor(int number, const QPalette &palette, QPalette::ColorGroup group)
 {
-    const QColor background = backgroundColor(number, palette, group);
+    const QColor page = palette.color(group, QPalette::Base);
+    if (number < 1 || number >= MaxScheduleKinds)
+        return page;
+    const QColor color(KindColors[number - 1]);
+    return group == QPalette::Disabled ? mixedColor(page, color, DisabledShare) : color;
+}
+
+void paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
+               QPalette::ColorGroup group)
+{
+    const QColor background = kindColor(number, palette, group);
     painter.fillRect(rect, background);
     if (number == UnknownKind)
         painter.fillRect(rect,
                          QBrush(mixedColor(background, readableTextOn(background), 0.3), Qt::BDiagPattern));
-    return readableTextOn(background);
 }
 
 QIcon kindIcon(int number, const QPalette &palette)
@@ -70,7 +69,8 @@ QIcon kindIcon(int number, const QPalette &palette)
                                        QIcon::State state) {
         const QPalette::ColorGroup group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const QRectF sample = rect.adjusted(0.5, 0.5, -0.5, -0.5);
-        painter.setPen(paintKind(painter, sample, number, palette, group));
+        paintKind(painter, sample, number, palette, group);
+        painter.setPen(readableTextOn(kindColor(number, palette, group)));
         QFont font = painter.font();
         font.setPixelSize(qMax(1, qRound(rect.height() * 0.7)));
         painter.setFont(font);

@@ -31,9 +31,11 @@ constexpr int UnknownKind = -1;
 ScheduleKinds usualScheduleKinds();
 int kindNumber(const ScheduleKinds &kinds, char32_t value);
 
-/// Paints the background of an hour of this kind, and returns the colour in which a mark is readable on it.
-QColor paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
-                 QPalette::ColorGroup group);
+/// The background of this kind.
+QColor kindColor(int number, const QPalette &palette, QPalette::ColorGroup group);
+/// Paints it, with lines for an unknown kind. Marks are readable on it in readableTextOn(kindColor()).
+void paintKind(QPainter &painter, const QRectF &rect, int number, const QPalette &palette,
+               QPalette::ColorGroup group);
 /// A sample of the kind for a legend.
 QIcon kindIcon(int number, const QPalette &palette);
 

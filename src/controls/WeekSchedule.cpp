@@ -67,6 +67,7 @@ WeekSchedule::WeekSchedule(QWidget *parent)
     connect(m_kindButtons, &QButtonGroup::idClicked, m_grid, &ScheduleGrid::setKind);
     connect(m_kindButtons, &QButtonGroup::buttonToggled, this, &WeekSchedule::keepTabStop);
     connect(m_copy->menu(), &QMenu::aboutToShow, this, &WeekSchedule::fillCopyMenu);
+    connect(m_clear->menu(), &QMenu::aboutToShow, this, &WeekSchedule::fillClearMenu);
     setCaptions({}, {});
     buildLegend();
 }
@@ -96,6 +97,18 @@ bool WeekSchedule::setKinds(const ScheduleKinds &kinds)
     return true;
 }
 
+bool WeekSchedule::setResolution(int minutes)
+{
+    const int slots = minutes > 0 && 60 % minutes == 0 ? 60 / minutes : 1;
+    WeekPlan plan = m_grid->plan();
+    plan.setLeastSlotsPerHour(WeekPlan::isSlotsPerHour(slots) ? slots : 1);
+    if (plan == m_grid->plan())
+        return false;
+    m_grid->setPlan(plan);
+    arrangeTools();
+    return true;
+}
+
 QStringList WeekSchedule::days() const
 {
     return m_grid->plan().texts();
@@ -108,29 +121,13 @@ bool WeekSchedule::setDays(const QStringList &days)
     if (plan == m_grid->plan())
         return false;
     m_grid->setPlan(plan);
+    arrangeTools(); // the grid may have become wider
     return true;
 }
 
 void WeekSchedule::clear()
 {
-    WeekPlan plan = m_grid->plan();
-    plan.fill(WeekPlan::Week, plan.blank());
-    m_grid->edit(plan);
-}
-
-void WeekSchedule::clearDay()
-{
-    WeekPlan plan = m_grid->plan();
-    plan.fill(WeekPlan::day(m_grid->current().day), plan.blank());
-    m_grid->edit(plan);
-}
-
-void WeekSchedule::copyTo(int firstDay, int lastDay)
-{
-    WeekPlan plan = m_grid->plan();
-    for (int day = firstDay; day <= lastDay; ++day)
-        plan.setHours(day, plan.hoursOf(m_grid->current().day));
-    m_grid->edit(plan);
+    m_grid->clearWeek();
 }
 
 void WeekSchedule::changeEvent(QEvent *event)
@@ -145,7 +142,7 @@ void WeekSchedule::changeEvent(QEvent *event)
 /// A key goes from the grid or the button that has the focus to this widget, unless they use it.
 bool WeekSchedule::event(QEvent *event)
 {
-    return claimKey([this] { return m_grid->editActions(); }, *event) || QWidget::event(event);
+    return claimKey([this] { return m_grid->undoActions(); }, *event) || QWidget::event(event);
 }
 
 /// Keys that the grid and the buttons have left. Escape would close the window and Enter press its OK.
@@ -154,7 +151,7 @@ void WeekSchedule::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         if (auto *button = qobject_cast<QAbstractButton *>(focusWidget()))
             button->click();
-    } else if (event->key() != Qt::Key_Escape && !performByKey(m_grid->editActions(), *event)) {
+    } else if (event->key() != Qt::Key_Escape && !performByKey(m_grid->undoActions(), *event)) {
         QWidget::keyPressEvent(event);
     }
 }
@@ -241,22 +238,30 @@ void WeekSchedule::showCurrentDay()
 {
     m_copy->setText(tr("Copy %1 to").arg(currentDayName()));
     m_clear->setText(tr("Clear"));
-    m_clear->menu()->clear();
-    m_clear->menu()->addAction(currentDayName(), this, &WeekSchedule::clearDay);
-    m_clear->menu()->addAction(tr("Whole week"), this, &WeekSchedule::clear);
+}
+
+void WeekSchedule::fillClearMenu()
+{
+    QMenu *menu = m_clear->menu();
+    menu->clear();
+    const bool isUnderstood = m_grid->plan().isUnderstood(m_grid->current().day);
+    menu->addAction(isUnderstood ? currentDayName() : literal(m_grid->clearDayText()), m_grid,
+                    &ScheduleGrid::clearDay);
+    menu->addAction(tr("Whole week"), this, &WeekSchedule::clear);
 }
 
 void WeekSchedule::fillCopyMenu()
 {
     QMenu *menu = m_copy->menu();
     menu->clear();
-    menu->addAction(tr("Whole week"), this, [this] { copyTo(0, WeekPlan::Days - 1); });
-    menu->addAction(tr("Working days"), this, [this] { copyTo(0, WorkingDays - 1); });
-    menu->addAction(tr("Weekend"), this, [this] { copyTo(WorkingDays, WeekPlan::Days - 1); });
+    menu->addAction(tr("Whole week"), this, [this] { m_grid->copyDayTo(0, WeekPlan::Days - 1); });
+    menu->addAction(tr("Working days"), this, [this] { m_grid->copyDayTo(0, WorkingDays - 1); });
+    menu->addAction(tr("Weekend"), this, [this] { m_grid->copyDayTo(WorkingDays, WeekPlan::Days - 1); });
     menu->addSeparator();
     for (int day = 0; day < WeekPlan::Days; ++day) {
         if (day != m_grid->current().day)
-            menu->addAction(literal(m_grid->dayNames().value(day)), this, [this, day] { copyTo(day, day); });
+            menu->addAction(literal(m_grid->dayNames().value(day)), this,
+                            [this, day] { m_grid->copyDayTo(day, day); });
     }
 }
 

@@ -14,11 +14,11 @@ namespace paravue
 
 class ScheduleGrid;
 
-/// What is planned for each hour of a week: a grid of seven days by 24 hours that is painted over, a legend
-/// where the kind to paint with is chosen, and buttons to copy a day and to clear.
+/// What is planned for each hour, half or quarter of an hour of a week: a grid of seven days that is painted
+/// over, a legend where the kind to paint with is chosen, and buttons to copy a day and to clear.
 ///
-/// Its value is a text per day, from Monday, with one character per hour, from midnight. Short, long and
-/// unknown texts stay as they are except for the hours that the user sets (see WeekPlan).
+/// Its value is a text per day, from Monday, with 24, 48 or 96 characters, from midnight. Other texts stay as
+/// they are until the user replaces them (see WeekPlan).
 class WeekSchedule : public QWidget
 {
     Q_OBJECT
@@ -34,12 +34,16 @@ public:
     /// left out. Returns false when they are offered already.
     bool setKinds(const ScheduleKinds &kinds);
 
+    /// The length of a slot in minutes: 60, 30 or 15, or less when a day has shorter ones. Any other number
+    /// stands for 60. Returns false when nothing changes.
+    bool setResolution(int minutes);
+
     QStringList days() const;
     /// Emits nothing. Returns false when these are shown already, otherwise nothing can be undone any more.
     bool setDays(const QStringList &days);
 
 public Q_SLOTS:
-    /// Clears the whole week as if the user did.
+    /// Clears the whole week as if the user did, but for days that are not understood.
     void clear();
 
 Q_SIGNALS:
@@ -58,9 +62,8 @@ private:
     void keepTabStop();
     void showKindIcons();
     void showCurrentDay();
-    void clearDay();
+    void fillClearMenu();
     void fillCopyMenu();
-    void copyTo(int firstDay, int lastDay);
     QString currentDayName() const;
 
     ScheduleGrid *m_grid;

@@ -344,10 +344,12 @@ void TestDescriptionCheck::findsProblems_data()
         description("<item type='diskfitness' minvalue='10'><key>disk/u/SMART</key></item>"
                     "<item type='PTZCalibrator'><key>net/u</key><key>net/u</key></item>\n"
                     "<item type='maskctrl' mask='Privacy'/>\n"
-                    "<item type='vornschedule'><kind value='ab'/><kind value='\xF0\x9F\x98\x80'/></item>"),
+                    "<item type='vornschedule' resolution='20'><kind value='ab'/><kind "
+                    "value='\xF0\x9F\x98\x80'/></item>"),
         {"2:113 error: \"net/u\" is no address; that would be file/section/key",
          "3:1 warning: Unknown word in mask=\"Privacy\"; known are motion, privacy",
-         "4:27 error: value=\"ab\" is not one character, so nothing can be planned with this kind"});
+         "4:1 warning: Unknown word in resolution=\"20\"; known are 60, 30, 15",
+         "4:43 error: value=\"ab\" is not one character, so nothing can be planned with this kind"});
     row("keys without entries",
         description("<item type='dropdown'><text>a</text><key>net/u/k/1</key>"
                     "<key>net/u/k/2</key></item>"),

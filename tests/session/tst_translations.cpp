@@ -226,12 +226,14 @@ void TestTranslations::everyControl()
     auto *zones = window.findChild<AlarmZoneEditor *>();
     QTest::keyClick(zones, Qt::Key_Space);
     readAloud(QAccessible::queryAccessibleInterface(zones));
+    QTest::keyClick(window.findChild<QWidget *>("scheduleGrid"), Qt::Key_Space);
     m_expectedContexts = {"CWinMain",
                           "OrbNetSetup",
                           "OrbProgressPie",
                           "PictureTask",
                           "paravue::AlarmZoneEditor",
                           "paravue::CellGridEditor",
+                          "paravue::EditActions",
                           "paravue::K9mButton",
                           "paravue::LiveView",
                           "paravue::LoadingView",
@@ -241,6 +243,7 @@ void TestTranslations::everyControl()
                           "paravue::PtzCalibrator",
                           "paravue::PtzView",
                           "paravue::ScheduleGrid",
+                          "paravue::ScheduleTexts",
                           "paravue::WeekSchedule",
                           "paravue::WindowHeader"};
 }

@@ -37,19 +37,21 @@ QStringList dayAddresses(const Control &control)
                              0, WeekPlan::Days);
 }
 
-/// A week by 24 hours (see WeekSchedule). The captions of the hours are the "column" children with their
+/// A week by hours (see WeekSchedule). The captions of the hours are the "column" children with their
 /// "width", those of the days, from Monday, the "text" children, and what can be planned the "kind" children
 /// with the character that stands for each in their "value".
 ///
-/// The plan of each day is a text with one character per hour. With one "key" it stands at that address with
-/// 0 (Monday) to 6 behind it, or, when it ends with its section, at DAY0 to DAY6 of that section; seven keys
-/// are the addresses of the days themselves. Only days that the user has changed are written, and of these
-/// only the hours.
+/// The plan of each day is a text with one character per hour, half or quarter of an hour; "resolution" is
+/// what a character stands for, in minutes, where the stored texts do not tell. With one "key" it stands at
+/// that address with 0 (Monday) to 6 behind it, or, when it ends with its section, at DAY0 to DAY6 of that
+/// section; seven keys are the addresses of the days themselves. Only days that the user has changed are
+/// written.
 class ScheduleAdapter : public TypedAdapter<WeekSchedule>
 {
 public:
     ScheduleAdapter()
         : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+                        .attributes = {{"resolution", AttributeRule::Word, {"60", "30", "15"}}},
                         .children = {{"column", {{"width"}}},
                                      {"text"},
                                      {"kind", {{"value", AttributeRule::Character}}}},
@@ -73,9 +75,11 @@ public:
                                  captions(context, control, QStringLiteral("column"), WeekPlan::Hours),
                                  columnWidths(control, WeekPlan::Hours));
         const bool newKinds = schedule.setKinds(kinds(context, control));
+        const bool newSlots =
+            schedule.setResolution(intAttribute(control.element, QStringLiteral("resolution")));
         const QStringList days = valuesAt(context, control, dayAddresses(control));
         const bool newDays = !days.isEmpty() && schedule.setDays(days);
-        return newCaptions || newKinds || newDays;
+        return newCaptions || newKinds || newSlots || newDays;
     }
 
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
