@@ -83,8 +83,9 @@ public:
     explicit User(const std::function<void(QWidget &)> &act)
     {
         QObject::connect(&m_timer, &QTimer::timeout, [act] {
+            // Not from here: a timer whose receiver waits in a dialog is not called again.
             if (QWidget *top = QApplication::activeModalWidget())
-                act(*top);
+                QTimer::singleShot(0, top, [act, top] { act(*top); });
         });
         m_timer.start(20);
     }
