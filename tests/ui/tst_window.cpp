@@ -3,6 +3,7 @@
 #include "controls/PtzCalibrator.h"
 #include "controls/ScheduleGrid.h"
 #include "support/TestTable.h"
+#include "support/Waiting.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/StatusLine.h"
 #include "ui/window/WindowHeader.h"
@@ -198,6 +199,8 @@ void TestWindow::standsWhereItWasPut()
     CWinMain window(&fixture.store(), nullptr);
     fixture.store().blockSignals(false);
     const QPoint before = window.geometry().center();
+    window.move(0, 0);
+    AWAIT_COMPARE(window.geometry().center(), before);
     window.move(0, 0);
     fixture.store().load();
     QCOMPARE(window.size(), QSize(500, 400));

@@ -1,6 +1,5 @@
 #include "ui/window/WindowFrame.h"
 
-#include "controls/DialogPlace.h"
 #include "ui/base/PageTabs.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
@@ -22,7 +21,8 @@
 namespace paravue
 {
 
-WindowFrame::WindowFrame(QDialog &window, const QString &recorder) : m_window(window), m_recorder(recorder)
+WindowFrame::WindowFrame(QDialog &window, const QString &recorder)
+    : m_window(window), m_recorder(recorder), m_place(window)
 {
     createWidgets();
     arrangeWidgets();
@@ -85,7 +85,7 @@ void WindowFrame::placeWindow()
 
 QPoint WindowFrame::middle() const
 {
-    return m_sincePlaced.hasExpired(DialogPlace::TakeUpTime) ? m_window.geometry().center() : m_middle;
+    return m_place.isNew() ? m_middle : m_window.geometry().center();
 }
 
 void WindowFrame::place(const QSize &size, const QPoint &middle)
@@ -98,13 +98,12 @@ void WindowFrame::place(const QSize &size, const QPoint &middle)
         screen = parent ? parent->screen() : m_window.screen();
     const QRect ground = screen->availableGeometry();
     m_middle = middle;
-    m_sincePlaced.start();
     m_window.resize(size.boundedTo(ground.size()));
     QRect window = m_window.rect(); // larger than asked for where a least size wants it
     window.moveCenter(middle);
     const QPoint last = ground.bottomRight() - QPoint(window.width() - 1, window.height() - 1);
-    m_window.move(std::max(ground.left(), std::min(window.left(), last.x())),
-                  std::max(ground.top(), std::min(window.top(), last.y())));
+    m_place.put(QPoint(std::max(ground.left(), std::min(window.left(), last.x())),
+                       std::max(ground.top(), std::min(window.top(), last.y()))));
 }
 
 LoadingView &WindowFrame::loadingView()

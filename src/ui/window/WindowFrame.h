@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include "controls/KeptPlace.h"
+
 #include <QPoint>
 #include <QString>
 
@@ -55,7 +56,7 @@ private:
     QDialog &m_window;
     QString m_recorder;
     QPoint m_middle; ///< where the window was last asked to stand
-    QElapsedTimer m_sincePlaced;
+    KeptPlace m_place;
     WindowHeader *m_header = nullptr;
     QGridLayout *m_pages = nullptr;
     QGridLayout *m_buttons = nullptr;
