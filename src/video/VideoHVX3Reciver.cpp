@@ -3,6 +3,7 @@
 #include "video/CodecStream.h"
 #include "video/EventLoopBudget.h"
 #include "video/PictureViewer.h"
+#include "video/StreamFigures.h"
 #include "video/VideoLimits.h"
 #include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Demuxer.h"
@@ -80,6 +81,8 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
     connect(m_parser, &cHvx3Parser::onHDR, m_demuxer, &cHvx3Demuxer::hdr_slot);
     connect(m_parser, &cHvx3Parser::onIDX, m_demuxer, &cHvx3Demuxer::idx_slot);
     connect(m_parser, &cHvx3Parser::onDATA, m_demuxer, &cHvx3Demuxer::data_slot);
+    connect(m_parser, &cHvx3Parser::onDATA, this,
+            [this](const DATA_T &frame) { m_frames += frame.streamId == PictureStream ? 1 : 0; });
     connect(m_demuxer, &cHvx3Demuxer::onCreate, this, &VideoHVX3Reciver::checkCodec);
     connect(m_decoder, &cFfmpegDecoder::onFrame, this, &VideoHVX3Reciver::imageReady);
     connect(m_decoder, &cFfmpegDecoder::idle, this, &VideoHVX3Reciver::parseDeferred);
@@ -138,6 +141,17 @@ void VideoHVX3Reciver::read()
         checkAcknowledgement();
 }
 
+paravue::StreamFigures VideoHVX3Reciver::figures() const
+{
+    return {.codec = m_codec,
+            .size = m_decoder->pictureSize(),
+            .bytes = m_parsedBytes,
+            .frames = m_frames,
+            .leftOut = leftOut(),
+            .wait = m_decoder->lastWait(),
+            .losses = m_parser->losses()};
+}
+
 quint64 VideoHVX3Reciver::leftOut() const
 {
     return m_decoder->leftOut();
@@ -183,8 +197,9 @@ void VideoHVX3Reciver::checkCodec()
         return stream.streamId == PictureStream && stream.streamType == paravue::VideoStream;
     });
     m_unknownCodec.reset();
+    m_codec = pictures == streams.end() ? QString() : shownName(pictures->label1);
     if (pictures != streams.end() && !isDecodable(pictures->label1))
-        m_unknownCodec = shownName(pictures->label1);
+        m_unknownCodec = m_codec;
     if (m_unknownCodec && !std::exchange(m_hasWarned, true))
         qCWarning(receiverLog) << "Live video has a codec that is not known:" << *m_unknownCodec;
 }
@@ -220,6 +235,7 @@ void VideoHVX3Reciver::parse()
         return;
     if (m_budget->hasTime()) {
         m_received += m_socket->readAll();
+        m_parsedBytes += m_received.size();
         m_budget->run([this] { m_parser->append(std::exchange(m_received, {})); });
     } else if (!std::exchange(m_isQueued, true)) {
         // Before decoding goes on: bytes in the socket become old unnoticed.

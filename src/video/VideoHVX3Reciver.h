@@ -14,6 +14,7 @@ namespace paravue
 {
 class EventLoopBudget;
 class PictureViewer;
+struct StreamFigures;
 } // namespace paravue
 class QTcpSocket;
 class cFfmpegDecoder;
@@ -42,6 +43,7 @@ public:
     bool isStreaming() const { return m_state == Streaming; }
     /// The recorder's name for the codec of the pictures, when there is no decoder for it.
     const std::optional<QString> &unknownCodec() const { return m_unknownCodec; }
+    paravue::StreamFigures figures() const;
     /// How many frames were left out because they could not be decoded in time.
     quint64 leftOut() const;
 
@@ -76,6 +78,9 @@ private:
 
     QDomElement m_element;
     QByteArray m_received;
+    quint64 m_parsedBytes = 0;
+    quint64 m_frames = 0; ///< of pictures
+    QString m_codec;      ///< the recorder's name for it
     std::optional<QString> m_unknownCodec;
     bool m_hasWarned = false; ///< of an unknown codec
     State m_state = Connecting;

@@ -7,6 +7,10 @@
 
 #include <utility>
 
+extern "C" {
+#include <libavutil/frame.h>
+}
+
 using paravue::CodecStream;
 using paravue::DecodingLimits;
 using paravue::EventLoopBudget;
@@ -100,6 +104,7 @@ void cFfmpegDecoder::beginTask()
     } else if (!task.isUnseen && !m_held.empty()) {
         releaseHeld();
     } else {
+        m_lastWait = std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - task.begin);
         m_stream->begin(task.bytes);
         m_isDecoding = true;
     }
@@ -180,6 +185,7 @@ void cFfmpegDecoder::decodeNext()
 void cFfmpegDecoder::showPicture()
 {
     m_hasPicture = false;
+    m_pictureSize = QSize(m_stream->picture().width, m_stream->picture().height);
     if (m_tasks.front().isUnseen || (m_isWanted && !m_isWanted()))
         return;
     const QImage image = m_converter.convert(m_stream->picture());

@@ -50,6 +50,10 @@ public:
     /// Leaves its memory to the \a image of onFrame(), so that a receiver can keep it without a copy. False
     /// when it is not the last image.
     bool release(const QImage &image) { return m_converter.release(image); }
+    /// The size of the last decoded picture.
+    QSize pictureSize() const { return m_pictureSize; }
+    /// How long the last bytes have waited until their decoding began.
+    std::chrono::milliseconds lastWait() const { return m_lastWait; }
     /// How many times bytes were appended that were left out.
     quint64 leftOut() const { return m_leftOut; }
 
@@ -97,6 +101,8 @@ private:
     qsizetype m_waitingBytes = 0;
     std::optional<std::chrono::milliseconds> m_maxWait;
     quint64 m_leftOut = 0;
+    QSize m_pictureSize;
+    std::chrono::milliseconds m_lastWait{0};
     /// Since when pictures are left out.
     std::optional<std::chrono::steady_clock::time_point> m_skippingSince;
     bool m_isDecoding = false; ///< the first task has begun

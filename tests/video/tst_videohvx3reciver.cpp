@@ -3,6 +3,7 @@
 #include "support/Hvx3Bytes.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
+#include "video/StreamFigures.h"
 #include "video/VideoHVX3Reciver.h"
 #include "video/VideoLimits.h"
 #include "video/cFfmpegDecoder.h"
@@ -142,6 +143,15 @@ void TestVideoHVX3Reciver::showsHalfOfThePictures()
     AWAIT_VERIFY(viewer.isClosed());
     QCOMPARE(recorder.connectionCount(), 1);
     QCOMPARE(recorder.problem(), QString());
+
+    const paravue::StreamFigures figures = viewer.receiver->figures();
+    QCOMPARE(figures.codec, QString::fromLatin1(label));
+    QCOMPARE(figures.size, QSize(180, 144));
+    QCOMPARE(figures.frames, 17U);
+    QCOMPARE(figures.bytes, quint64(streamOf(clip, label).size()));
+    QCOMPARE(figures.leftOut, 0U);
+    QCOMPARE(figures.losses.bytes, 0);
+    QVERIFY(figures.wait < std::chrono::seconds(1));
 }
 
 void TestVideoHVX3Reciver::readsTheAddress_data()
