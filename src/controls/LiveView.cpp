@@ -31,6 +31,13 @@ void LiveView::setNotice(const QString &text)
     stateChanged();
 }
 
+void LiveView::setCaption(const QString &text)
+{
+    m_caption = shortenedMessage(text);
+    setAccessibleDescription(m_caption);
+    update();
+}
+
 void LiveView::setRemark(const QString &text)
 {
     if (text == m_remark)
@@ -73,10 +80,12 @@ void LiveView::paintEvent(QPaintEvent *)
     drawFrame(&painter);
     if (hasPicture())
         paintPicture(painter);
-    if (hasPicture() && m_notice.isEmpty())
+    if (hasPicture() && m_notice.isEmpty()) {
         paintRemark(painter, contentsRect(), shown, background, foreground);
-    else
+        paintCaption(painter, contentsRect(), m_caption, background, foreground);
+    } else {
         paintNotice(painter, contentsRect(), shown, background, foreground);
+    }
 }
 
 const QPixmap &LiveView::scaledPicture()

@@ -19,6 +19,7 @@ public:
 
     void setNotice(const QString &text) override;
     void setRemark(const QString &text) override;
+    void setCaption(const QString &text) override;
     bool hasPicture() const { return !pixmap(Qt::ReturnByValue).isNull(); }
     /// The state of the view in words; empty while it shows the present picture without a remark.
     QString valueText() const;
@@ -37,6 +38,7 @@ private:
     ScaledPicture m_scaled;
     QString m_notice;
     QString m_remark;
+    QString m_caption;
 };
 
 } // namespace paravue

@@ -13,6 +13,7 @@ constexpr int SmallestText = 8; // pixels
 constexpr float DimmedShare = 0.6F;
 constexpr int NoticeFlags = Qt::AlignCenter | Qt::TextWordWrap;
 constexpr int RemarkFlags = Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap;
+constexpr int CaptionFlags = Qt::AlignRight | Qt::AlignTop | Qt::TextWordWrap;
 constexpr float RemarkCoverage = 0.8F;
 
 /// Where \a text goes in \a room, with the font of the painter made as small as it needs.
@@ -58,6 +59,14 @@ void paintNotice(QPainter &painter, const QRect &picture, const QString &text, c
     QColor base = background;
     base.setAlphaF(coverage);
     paintText(painter, picture, NoticeFlags, text, base, foreground);
+}
+
+void paintCaption(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
+                  const QColor &foreground)
+{
+    QColor base = background;
+    base.setAlphaF(RemarkCoverage);
+    paintText(painter, picture, CaptionFlags, text, base, foreground);
 }
 
 void paintRemark(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,

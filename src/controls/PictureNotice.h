@@ -21,6 +21,9 @@ public:
     /// Plain text that stands at the lower edge of the picture until it is set to an empty text. It is hidden
     /// while there is a notice or no picture.
     virtual void setRemark(const QString &text) = 0;
+    /// Plain text about the shown picture, such as its time, which stands at the upper edge of it while there
+    /// is no notice, and is the description of the widget for screen readers.
+    virtual void setCaption(const QString &text) = 0;
 };
 
 /// Dims what was painted in \a picture.
@@ -29,6 +32,9 @@ void dimPicture(QPainter &painter, const QRect &picture, const QColor &backgroun
 /// not fit gets a smaller font.
 void paintNotice(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
                  const QColor &foreground, float coverage = 1);
+/// Paints \a text at the upper edge of \a picture.
+void paintCaption(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
+                  const QColor &foreground);
 /// Paints \a text at the lower edge of \a picture.
 void paintRemark(QPainter &painter, const QRect &picture, const QString &text, const QColor &background,
                  const QColor &foreground);

@@ -32,6 +32,12 @@ void PictureView::setPreferredSize(const QSize &size)
     update();
 }
 
+void PictureView::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    update();
+}
+
 QString PictureView::valueText() const
 {
     if (m_pixmap.isNull())
@@ -98,6 +104,13 @@ void PictureView::setNotice(const QString &text)
     stateChanged();
 }
 
+void PictureView::setCaption(const QString &text)
+{
+    m_caption = shortenedMessage(text);
+    setAccessibleDescription(m_caption);
+    update();
+}
+
 void PictureView::setRemark(const QString &text)
 {
     const QString remark = shortenedMessage(text);
@@ -126,7 +139,7 @@ QRect PictureView::pictureRect() const
         return {};
     const QSize shape = m_pixmap.isNull() ? m_preferred : m_pixmap.size();
     const QSize size = shape.scaled(area.size(), Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-    return QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignTop, size, area);
+    return QStyle::alignedRect(layoutDirection(), m_alignment, size, area);
 }
 
 QRect PictureView::footerRect() const
@@ -200,8 +213,10 @@ void PictureView::paintEvent(QPaintEvent *event)
     painter.setOpacity(isEnabled() ? 1 : 0.6);
     painter.setClipRect(picture);
     paintOver(painter, event->rect());
-    if (hasPicture() && m_notice.isEmpty())
+    if (hasPicture() && m_notice.isEmpty()) {
         paintRemark(painter, picture, m_remark, background, foreground);
+        paintCaption(painter, picture, m_caption, background, foreground);
+    }
     painter.restore();
     paintFooter(painter);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -28,12 +28,16 @@ public:
     /// where there is no room.
     void setPreferredSize(const QSize &size);
 
+    /// Where the picture stands in a view of other proportions; at the left and the top by default.
+    void setAlignment(Qt::Alignment alignment);
+
     /// Where in the widget the picture is, or would be. Empty while the widget is too small for one.
     QRect pictureRect() const;
     /// The state of the view in words. Derived classes put their own state behind the notice.
     virtual QString valueText() const;
     void setNotice(const QString &text) override;
     void setRemark(const QString &text) override;
+    void setCaption(const QString &text) override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -80,8 +84,10 @@ private:
     ScaledPicture m_scaled;
     QString m_notice;
     QString m_remark;
+    QString m_caption;
     QString m_reason;
     QSize m_preferred;
+    Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignTop;
     QSize m_requested; ///< 0 or less: not given
 };
 

@@ -54,6 +54,7 @@ void PtzSteering::setPosition(const std::optional<PtzPosition> &position)
 void PtzSteering::setSteerable(bool isSteerable)
 {
     if (isSteerable) {
+        m_focusPolicy = m_view.focusPolicy();
         m_view.setFocusPolicy(Qt::StrongFocus);
         m_hasToolTip = m_view.toolTip().isEmpty();
         if (m_hasToolTip)
@@ -64,7 +65,7 @@ void PtzSteering::setSteerable(bool isSteerable)
         m_key = 0;
         m_isTurning = false;
         m_pace.stop();
-        m_view.setFocusPolicy(Qt::NoFocus);
+        m_view.setFocusPolicy(m_focusPolicy);
         if (m_hasToolTip)
             m_view.setToolTip(QString());
     }
@@ -152,7 +153,7 @@ bool PtzSteering::zoomByWheel(const QWheelEvent &event)
 bool PtzSteering::pressKey(const QKeyEvent &event)
 {
     const int key = event.key();
-    if (key == Qt::Key_Escape && (m_drag || m_key != 0)) {
+    if (key == Qt::Key_Escape && isInGesture()) {
         stop();
         return true;
     }

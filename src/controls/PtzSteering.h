@@ -41,6 +41,8 @@ public:
     /// Where the camera looks. As long as that is not known the view takes no input.
     void setPosition(const std::optional<PtzPosition> &position);
     bool isSteerable() const { return m_position.has_value(); }
+    /// A drag, or an arrow that is held.
+    bool isInGesture() const { return m_drag || m_key != 0; }
     /// Draws the drag.
     void paint(QPainter &painter) const;
 
@@ -86,6 +88,7 @@ private:
     QTimer m_pace;
     QElapsedTimer m_lastZoom;
     bool m_hasToolTip = false;
+    Qt::FocusPolicy m_focusPolicy = Qt::NoFocus; ///< while it is not steerable
 };
 
 /// A view in which a camera can be steered.

@@ -15,10 +15,15 @@
 #include "ui/commands/WindowServices.h"
 #include "ui/description/DialogTags.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QStandardPaths>
 
 #include <memory>
+#include <utility>
 
 namespace paravue
 {
@@ -73,19 +78,54 @@ void FileCommands::chooseFile(const QString &param)
 QString FileCommands::chosenPath(bool isSave, const QString &title, const QString &filter,
                                  const QString &address)
 {
-    // A time task may come again while the dialog is open.
-    if (m_dialog)
-        return {};
     auto dialog = std::make_unique<QFileDialog>(&m_window, m_context.text(title));
-    m_dialog = dialog.get();
     dialog->setAcceptMode(isSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(isSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog->setNameFilter(filter);
     dialog->setDefaultSuffix(defaultSuffix(filter));
     if (const QString folder = startFolder(address); !folder.isEmpty())
         dialog->setDirectory(folder);
-    m_services.letUserAct([&] { DialogLoop::run(*dialog); });
-    return dialog->result() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
+    return chosenPath(*dialog);
+}
+
+QString FileCommands::chosenPath(QFileDialog &dialog)
+{
+    // A time task may come again while the dialog is open.
+    if (m_dialog)
+        return {};
+    m_dialog = &dialog;
+    m_services.letUserAct([&] { DialogLoop::run(dialog); });
+    const QPointer<QFileDialog> ended = std::exchange(m_dialog, nullptr);
+    return ended && ended->result() == QDialog::Accepted ? ended->selectedFiles().value(0) : QString();
+}
+
+void FileCommands::savePicture(const QPixmap &picture, const QString &name, const QWidget &control)
+{
+    const QStringList filters{WindowText::tr("PNG pictures (*.png)"),
+                              WindowText::tr("JPEG pictures (*.jpg)")};
+    // It may end before this function, together with its parent.
+    const QPointer<QFileDialog> dialog = new QFileDialog(control.window(), WindowText::tr("Save picture"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setNameFilters(filters);
+    dialog->setDefaultSuffix(defaultSuffix(filters.first()));
+    QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
+                     [dialog](const QString &filter) { dialog->setDefaultSuffix(defaultSuffix(filter)); });
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+    dialog->selectFile(name);
+    const QString path = chosenPath(*dialog);
+    if (dialog)
+        dialog->deleteLater();
+    if (path.isEmpty())
+        return;
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const bool isJpeg = suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg");
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    constexpr int JpegQuality = 92;
+    const bool isMade = picture.save(&bytes, isJpeg ? "JPEG" : "PNG", isJpeg ? JpegQuality : -1);
+    if (!isMade || !writeWholeFile(path, bytes.data()))
+        m_context.report(cannotOpen(path));
 }
 
 /// The folder of the path that stands at the address now.

@@ -4,6 +4,7 @@
 #include <QString>
 
 class QFileDialog;
+class QPixmap;
 class QWidget;
 
 namespace paravue
@@ -32,11 +33,17 @@ public:
     /// Name of a configuration file, address of a path: copies the store's local file there.
     void copyConfigurationFile(const QString &param);
 
+    /// Lets the user choose a file and saves \a picture there, as PNG or JPEG by its suffix. \a name is the
+    /// proposed one, without a suffix. The dialog stands over the window of \a control.
+    void savePicture(const QPixmap &picture, const QString &name, const QWidget &control);
+
     /// Closes the file dialog, if one is open.
     void closeDialog();
 
 private:
     /// The path that the user has chosen; empty without one.
+    /// Runs \a dialog, which may end with its parent.
+    QString chosenPath(QFileDialog &dialog);
     QString chosenPath(bool isSave, const QString &title, const QString &filter, const QString &address);
     void writeSettings(const QString &pathAddress, const QString &tag);
     void readSettings(const QString &pathAddress, const QString &tag);

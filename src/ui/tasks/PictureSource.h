@@ -1,10 +1,13 @@
 #pragma once
 
+#include "video/StreamFigures.h"
+
 #include <QObject>
 #include <QPixmap>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QDomElement;
 
@@ -36,6 +39,8 @@ public:
     virtual quint64 traffic() const { return 0; }
     /// A counter of the pictures that were left out because this computer has not kept up.
     virtual quint64 leftOut() const { return 0; }
+    /// Of a live stream.
+    virtual std::optional<StreamFigures> figures() const { return {}; }
     /// Why there is no picture, as a short text for the user; empty when the source does not know.
     virtual QString problem() const { return {}; }
 

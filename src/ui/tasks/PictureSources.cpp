@@ -41,6 +41,7 @@ public:
     bool isAccepted() const override { return m_receiver.isStreaming(); }
     quint64 traffic() const override { return m_traffic; }
     quint64 leftOut() const override { return m_receiver.leftOut(); }
+    std::optional<StreamFigures> figures() const override { return m_receiver.figures(); }
     QString problem() const override
     {
         const auto &codec = m_receiver.unknownCodec();

@@ -85,8 +85,9 @@ void PictureTask::DeleteLater::operator()(PictureSource *source) const
     source->deleteLater();
 }
 
-void PictureTask::announce(const QDomElement &task)
+void PictureTask::announce(PictureKind kind, const QDomElement &task)
 {
+    m_actions = std::make_unique<PictureActions>(kind, m_audience, *m_savePicture);
     findTargets(task);
     setNotice(*m_makeSource ? tr("No picture yet") : tr("No video in a preview"));
 }
@@ -118,6 +119,7 @@ void PictureTask::begin(PictureKind kind, const QDomElement &task, quint32 now)
     m_attempt.reset();
     m_source.reset((*m_makeSource)(kind, task).release());
     m_status.begin(now);
+    m_actions->setSource(m_source.get());
     if (!m_source)
         return;
     m_source->setAudience([audience = m_audience] { return audience->isWatching(); });
@@ -142,8 +144,10 @@ void PictureTask::retry()
 void PictureTask::poll(quint32 now, quint32 untilDue)
 {
     if (m_source) {
-        if (m_status.poll(*m_source, now))
+        if (m_status.poll(*m_source, now)) {
             m_notice.clear(); // the picture has replaced it on the widgets
+            m_actions->setNotice({});
+        }
         if (m_log)
             m_log->poll(*m_source, m_status);
         m_attempt->poll(*m_source, m_status, now);
@@ -155,12 +159,18 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
     if (std::any_of(m_retries.begin(), m_retries.end(), [](const auto &each) { return each->isRequested(); }))
         retry();
     offerRetry(isWaiting());
+    if (m_actions && m_actions->takeFetchRequest()) {
+        m_isDeferred = true;
+        if (m_login)
+            m_login->endWait();
+    }
     if (m_source || m_isDeferred)
         setNotice(notice(isWaiting() ? std::max(m_login->remaining(now), untilDue) : 0));
 }
 
 void PictureTask::end()
 {
+    m_actions.reset();
     m_camera.reset();
     m_attempt.reset();
     m_source.reset();
@@ -185,9 +195,14 @@ QList<QWidget *> PictureTask::findTargets(const QDomElement &task)
         if (before.contains(target))
             continue;
         added.append(target);
+        m_actions->add(*target);
         if (!m_notice.isEmpty())
             showNotice(target, m_notice);
         showRemark(target, m_remark);
+    }
+    for (const QPointer<QWidget> &view : m_actions->enlarged()) {
+        if (view)
+            m_audience->controls.append(view);
     }
     return added;
 }
@@ -207,6 +222,10 @@ void PictureTask::findCamera(const QDomElement &task)
         m_camera = std::make_unique<CameraLink>(*m_source);
     m_camera->add(m_context->description().widgets(ptz.text().trimmed()));
     m_camera->addPictures(m_audience->controls);
+    for (const QPointer<QWidget> &view : m_actions->enlarged()) {
+        if (view)
+            m_camera->add({view});
+    }
 }
 
 QString PictureTask::notice(quint32 untilAttempt) const
@@ -245,6 +264,8 @@ void PictureTask::setNotice(const QString &text)
     if (text == m_notice)
         return;
     m_notice = text;
+    if (m_actions)
+        m_actions->setNotice(text);
     for (const QPointer<QWidget> &target : std::as_const(m_audience->controls)) {
         if (target)
             showNotice(target, text);
@@ -256,6 +277,8 @@ void PictureTask::setRemark(const QString &text)
     if (text == m_remark)
         return;
     m_remark = text;
+    if (m_actions)
+        m_actions->setRemark(text);
     for (const QPointer<QWidget> &target : std::as_const(m_audience->controls)) {
         if (target)
             showRemark(target, text);

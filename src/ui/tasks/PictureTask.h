@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/tasks/CameraLink.h"
+#include "ui/tasks/PictureActions.h"
 #include "ui/tasks/PictureAudience.h"
 #include "ui/tasks/PictureLog.h"
 #include "ui/tasks/PictureSource.h"
@@ -33,13 +34,14 @@ class PictureTask
 
 public:
     /// All must outlive the object. \a makeSource is empty in a window that has no recorder.
-    PictureTask(ControlContext &context, const PictureSourceFactory &makeSource, RecorderLogins &logins)
-        : m_context(&context), m_makeSource(&makeSource), m_logins(&logins)
+    PictureTask(ControlContext &context, const PictureSourceFactory &makeSource,
+                const PictureSaver &savePicture, RecorderLogins &logins)
+        : m_context(&context), m_makeSource(&makeSource), m_savePicture(&savePicture), m_logins(&logins)
     {
     }
 
     /// Sets the notice that the controls show until the first run.
-    void announce(const QDomElement &task);
+    void announce(PictureKind kind, const QDomElement &task);
     /// Fetches pictures for \a task unless its source is active or has to wait. Controls that were built
     /// since the last run are connected too.
     void run(PictureKind kind, const QDomElement &task, quint32 now);
@@ -77,6 +79,7 @@ private:
 
     ControlContext *m_context;
     const PictureSourceFactory *m_makeSource;
+    const PictureSaver *m_savePicture;
     RecorderLogins *m_logins;
     std::shared_ptr<RecorderLogin> m_login;
     std::unique_ptr<PictureSource, DeleteLater> m_source;
@@ -89,6 +92,7 @@ private:
     bool m_isDeferred = false;
     /// Its controls. The source has a reference.
     std::shared_ptr<PictureAudience> m_audience = std::make_shared<PictureAudience>();
+    std::unique_ptr<PictureActions> m_actions;            ///< null in a task without pictures
     std::vector<std::unique_ptr<RetryGesture>> m_retries; ///< of the targets, while the task waits
 };
 

@@ -6,7 +6,7 @@
 namespace paravue
 {
 
-RetryGesture::RetryGesture(QWidget &widget) : m_widget(&widget)
+RetryGesture::RetryGesture(QWidget &widget) : m_widget(&widget), m_focusPolicy(widget.focusPolicy())
 {
     widget.setFocusPolicy(Qt::TabFocus); // a click leaves the focus where it is
     widget.setCursor(Qt::PointingHandCursor);
@@ -20,7 +20,7 @@ RetryGesture::~RetryGesture()
 {
     if (!m_widget)
         return;
-    m_widget->setFocusPolicy(Qt::NoFocus);
+    m_widget->setFocusPolicy(m_focusPolicy);
     m_widget->unsetCursor();
     if (m_hasToolTip)
         m_widget->setToolTip(QString());

@@ -17,7 +17,7 @@ class RetryGesture : public QObject
 
 public:
     /// False for a widget with an input of its own, such as a mask.
-    static bool suits(const QWidget &widget) { return widget.focusPolicy() == Qt::NoFocus; }
+    static bool suits(const QWidget &widget) { return !(widget.focusPolicy() & Qt::ClickFocus); }
 
     explicit RetryGesture(QWidget &widget);
     ~RetryGesture() override;
@@ -31,6 +31,7 @@ protected:
 private:
     const QPointer<QWidget> m_widget;
     bool m_hasToolTip = false;
+    const Qt::FocusPolicy m_focusPolicy;
     bool m_isRequested = false;
 };
 

@@ -81,9 +81,9 @@ QList<QDomElement> TimeTasks::add(const QDomElement &owner)
             break;
         }
         start(element);
-        m_tasks.push_back({element, PictureTask(m_context, m_makeSource, m_logins)});
-        if (pictureKind(element.attribute(typeAttribute)))
-            m_tasks.back().video.announce(element);
+        m_tasks.push_back({element, PictureTask(m_context, m_makeSource, m_savePicture, m_logins)});
+        if (const auto kind = pictureKind(element.attribute(typeAttribute)))
+            m_tasks.back().video.announce(*kind, element);
         added.append(element);
     }
     return added;

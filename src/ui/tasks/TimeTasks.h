@@ -34,6 +34,9 @@ public:
     static const ElementRule &rule();
     static std::optional<PictureKind> pictureKind(const QString &type);
 
+    /// What saves the pictures of tasks that are added later.
+    void setPictureSaver(const PictureSaver &saver) { m_savePicture = saver; }
+
     /// Restarts the period of the registered tasks. The default is a monotonic clock.
     void setClock(const Clock &clock);
     /// Without one the controls for pictures show that a preview has none.
@@ -68,6 +71,7 @@ private:
     ActionRunner &m_actions;
     Clock m_clock;
     PictureSourceFactory m_makeSource;
+    PictureSaver m_savePicture;
     RecorderLogins m_logins;
     std::vector<Task> m_tasks;
 };

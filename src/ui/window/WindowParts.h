@@ -31,6 +31,9 @@ struct WindowParts {
           users(context, bindings, dialogs, services.showDialog),
           packages(context, bindings, services.showDialog), files(window, context, bindings, paths, services)
     {
+        tasks.setPictureSaver([this](const QPixmap &picture, const QString &name, const QWidget &control) {
+            files.savePicture(picture, name, control);
+        });
         actions.setPermit([this](const QWidget &target, const QString &slot, const QString &param) {
             return paths.permitsCall(target, slot, param) &&
                    !callFunction(context, bindings, target, slot, param);

@@ -1,0 +1,305 @@
+#include "ui/tasks/PictureActions.h"
+
+#include "controls/LiveView.h"
+#include "controls/PictureView.h"
+#include "controls/PtzCrossView.h"
+#include "controls/PtzVideoInput.h"
+#include "ui/accessibility/ControlAccessibility.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScreen>
+
+#include <algorithm>
+#include <utility>
+
+namespace paravue
+{
+namespace
+{
+
+QPixmap pictureOf(const QWidget &control)
+{
+    if (const auto *view = qobject_cast<const LiveView *>(&control))
+        return view->pixmap(Qt::ReturnByValue);
+    const auto *view = qobject_cast<const PictureView *>(&control);
+    return view ? view->pixmap() : QPixmap();
+}
+
+/// What the user sees as the name of a control.
+QString nameOf(QWidget &control)
+{
+    const QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&control);
+    return interface ? interface->text(QAccessible::Name) : QString();
+}
+
+/// Whether the mouse and some keys edit something in the control.
+bool isEditor(const QWidget &control)
+{
+    return control.contextMenuPolicy() == Qt::PreventContextMenu;
+}
+
+/// The window of \a control among \a windows, if it has one.
+bool raiseWindowOf(const QWidget &control, const QList<QPointer<QWidget>> &windows)
+{
+    for (const QPointer<QWidget> &window : windows) {
+        if (!window || window->parentWidget() != &control)
+            continue;
+        window->raise();
+        window->activateWindow();
+        return true;
+    }
+    return false;
+}
+
+/// A view of the same kind. Like its window it ends with \a control.
+PictureView *enlargedView(QWidget &control)
+{
+    if (qobject_cast<PtzVideoInput *>(&control))
+        return new PtzVideoInput(&control);
+    if (qobject_cast<PtzCrossView *>(&control))
+        return new PtzCrossView(&control);
+    return new PictureView(&control);
+}
+
+/// A name of a file, from what a description calls a picture.
+QString fileNameOf(const QString &name, const QDateTime &time)
+{
+    QString text = name;
+    for (QChar &character : text) {
+        if (!character.isLetterOrNumber() && character != u'-')
+            character = u' ';
+    }
+    constexpr qsizetype Longest = 60;
+    return (text.simplified().left(Longest) + time.toString(QStringLiteral(" yyyy-MM-dd HH-mm-ss")))
+        .trimmed();
+}
+
+} // namespace
+
+PictureActions::PictureActions(PictureKind kind, std::shared_ptr<PictureAudience> audience,
+                               const PictureSaver &save)
+    : m_kind(kind), m_audience(std::move(audience)), m_save(save)
+{
+}
+
+PictureActions::~PictureActions()
+{
+    for (const QList<QPointer<QWidget>> &windows :
+         {std::exchange(m_enlarged, {}), std::exchange(m_details, {})}) {
+        for (const QPointer<QWidget> &window : windows) {
+            if (window)
+                window->deleteLater();
+        }
+    }
+}
+
+void PictureActions::add(QWidget &control)
+{
+    if (m_controls.contains(&control) || !dynamic_cast<PictureNotice *>(&control))
+        return;
+    m_controls.removeAll(nullptr);
+    m_controls.append(&control);
+    control.installEventFilter(this);
+}
+
+void PictureActions::setSource(PictureSource *source)
+{
+    if (m_source)
+        m_shown += m_source->pictures();
+    m_source = source;
+    if (!source)
+        return;
+    ++m_sources;
+    connect(source, &PictureSource::pixmapReady, this, &PictureActions::pictureCame);
+}
+
+void PictureActions::pictureCame()
+{
+    m_notice.clear(); // as the controls do
+    if (m_kind == PictureKind::Still)
+        m_time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+    for (const QPointer<QWidget> &control : std::as_const(m_controls)) {
+        if (!control)
+            continue;
+        // Not before: a window opens with its focus on a field.
+        if (control->focusPolicy() == Qt::NoFocus)
+            control->setFocusPolicy(Qt::TabFocus);
+        if (m_kind == PictureKind::Still && !isEditor(*control))
+            dynamic_cast<PictureNotice &>(*control).setCaption(tr("Picture of %1").arg(m_time));
+    }
+}
+
+bool PictureActions::takeFetchRequest()
+{
+    return std::exchange(m_isFetchRequested, false);
+}
+
+bool PictureActions::isEnlarged(const QWidget &control) const
+{
+    return control.isWindow();
+}
+
+bool PictureActions::isSteered(QWidget &control) const
+{
+    auto *view = dynamic_cast<SteeredView *>(&control);
+    return view && view->steering().isSteerable();
+}
+
+bool PictureActions::eventFilter(QObject *watched, QEvent *event)
+{
+    auto &control = *static_cast<QWidget *>(watched);
+    bool isUsed = false;
+    if (event->type() == QEvent::KeyPress) {
+        isUsed = pressKey(control, *static_cast<QKeyEvent *>(event));
+    } else if (event->type() == QEvent::MouseButtonDblClick) {
+        isUsed = doubleClick(control, *static_cast<QMouseEvent *>(event));
+    } else if (event->type() == QEvent::ContextMenu) {
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        isUsed = !isEditor(control) || menu->reason() == QContextMenuEvent::Keyboard;
+        if (isUsed)
+            showMenu(control, menu->globalPos());
+    }
+    return isUsed || QObject::eventFilter(watched, event);
+}
+
+bool PictureActions::pressKey(QWidget &control, const QKeyEvent &event)
+{
+    const bool isPlain = !(event.modifiers() & ~Qt::KeypadModifier);
+    const int key = event.key();
+    if (isPlain && key == Qt::Key_F11) {
+        enlarge(control);
+    } else if (isPlain && key == Qt::Key_I) {
+        showDetails(control);
+    } else if (isPlain && key == Qt::Key_F5 && m_kind == PictureKind::Still) {
+        m_isFetchRequested = true;
+    } else if (isPlain && key == Qt::Key_Escape && isEnlarged(control)) {
+        auto *view = dynamic_cast<SteeredView *>(&control);
+        if (view && view->steering().isInGesture())
+            return false;
+        control.close();
+    } else if (!isEditor(control) && event.matches(QKeySequence::Save)) {
+        save(control);
+    } else if (!isEditor(control) && event.matches(QKeySequence::Copy)) {
+        QGuiApplication::clipboard()->setPixmap(pictureOf(control));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool PictureActions::doubleClick(QWidget &control, const QMouseEvent &event)
+{
+    if (event.button() != Qt::LeftButton || isEditor(control) || isSteered(control))
+        return false;
+    enlarge(control);
+    return true;
+}
+
+void PictureActions::showMenu(QWidget &control, const QPoint &place)
+{
+    auto *menu = new QMenu(&control);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const QString &text, const QKeySequence &key, auto action) {
+        const QString shown = text + u'\t' + key.toString(QKeySequence::NativeText);
+        QAction *entry = menu->addAction(shown);
+        connect(entry, &QAction::triggered, &control, action);
+        return entry;
+    };
+    const bool hasPicture = !pictureOf(control).isNull();
+    if (isEnlarged(control))
+        add(tr("Close"), Qt::Key_Escape, [&control] { control.close(); });
+    else
+        add(tr("Enlarge"), Qt::Key_F11, [this, &control] { enlarge(control); });
+    add(tr("Save picture…"), isEditor(control) ? QKeySequence() : QKeySequence(QKeySequence::Save),
+        [this, &control] { save(control); })
+        ->setEnabled(hasPicture);
+    add(tr("Copy picture"), isEditor(control) ? QKeySequence() : QKeySequence(QKeySequence::Copy),
+        [&control] { QGuiApplication::clipboard()->setPixmap(pictureOf(control)); })
+        ->setEnabled(hasPicture);
+    if (m_kind == PictureKind::Still)
+        add(tr("Fetch a picture now"), Qt::Key_F5, [this] { m_isFetchRequested = true; });
+    add(tr("Stream details"), Qt::Key_I, [this, &control] { showDetails(control); });
+    menu->popup(place);
+}
+
+/// Once more it closes the larger picture.
+void PictureActions::enlarge(QWidget &control)
+{
+    if (isEnlarged(control)) {
+        control.close();
+        return;
+    }
+    if (raiseWindowOf(control, m_enlarged))
+        return;
+    PictureView *view = enlargedView(control);
+    view->setWindowFlag(Qt::Window);
+    view->setAttribute(Qt::WA_DeleteOnClose);
+    view->setAlignment(Qt::AlignCenter);
+    view->setFocusPolicy(Qt::StrongFocus);
+    const QString name = nameOf(control);
+    view->setWindowTitle(name.isEmpty() ? tr("Picture") : name);
+    view->setAccessibleName(view->windowTitle());
+    describeToScreenReaders(view);
+    view->setPixmap(pictureOf(control));
+    view->setNotice(m_notice);
+    view->setRemark(m_remark);
+    if (!m_time.isEmpty())
+        view->setCaption(tr("Picture of %1").arg(m_time));
+    add(*view);
+    m_enlarged.removeAll(nullptr);
+    m_enlarged.append(view);
+    m_audience->controls.append(view);
+    if (m_source)
+        connect(m_source, &PictureSource::pixmapReady, view, &PictureView::setPixmap);
+    const QRect room = control.screen()->availableGeometry();
+    view->setGeometry(
+        QRect(room.topLeft(), room.size() * 4 / 5).translated(QPoint(room.width(), room.height()) / 10));
+    view->showMaximized();
+    view->setFocus();
+}
+
+void PictureActions::save(QWidget &control)
+{
+    const QPixmap picture = pictureOf(control);
+    if (!picture.isNull() && m_save)
+        m_save(picture, fileNameOf(nameOf(control), QDateTime::currentDateTime()), control);
+}
+
+void PictureActions::showDetails(QWidget &control)
+{
+    if (raiseWindowOf(control, m_details))
+        return;
+    auto *window =
+        new StreamDetails([this, shown = QPointer<QWidget>(&control)] { return details(shown); }, &control);
+    m_details.removeAll(nullptr);
+    m_details.append(window);
+    window->show();
+}
+
+PictureDetails PictureActions::details(const QPointer<QWidget> &control) const
+{
+    PictureDetails details;
+    details.kind = m_kind;
+    if (control) {
+        details.name = nameOf(*control);
+        details.size = pictureOf(*control).size();
+    }
+    details.state = m_notice.isEmpty() ? m_remark : m_notice;
+    details.shown = m_shown;
+    details.time = m_time;
+    details.reconnections = m_sources > 0 ? m_sources - 1 : 0;
+    if (m_source) {
+        details.figures = m_source->figures();
+        details.shown += m_source->pictures();
+    }
+    return details;
+}
+
+} // namespace paravue

@@ -1,0 +1,456 @@
+#include "DescribedWindow.h"
+#include "controls/LiveView.h"
+#include "controls/MaskEditor.h"
+#include "controls/PtzVideoInput.h"
+#include "support/ModalWatcher.h"
+#include "support/TestTable.h"
+#include "support/Waiting.h"
+#include "ui/tasks/StreamDetails.h"
+#include "ui/types/ControlTypes.h"
+#include "ui/window/WindowParts.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFileDialog>
+#include <QImageReader>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QToolButton>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+class FakeSource : public PictureSource
+{
+public:
+    bool isActive() const override { return active; }
+    bool hasConnected() const override { return connected; }
+    quint64 traffic() const override { return pictures(); }
+    std::optional<StreamFigures> figures() const override { return given; }
+
+    bool active = true;
+    bool connected = true;
+    std::optional<StreamFigures> given;
+};
+
+QPixmap filled(const QColor &colour, const QSize &size = {64, 48})
+{
+    QPixmap picture(size);
+    picture.fill(colour);
+    return picture;
+}
+
+/// A page with a live picture, a mask and a turning camera that show the pictures of one task.
+struct Played {
+    explicit Played(const QByteArray &type = "startVideoOnline")
+        : fixture({{"net", ""}, {"general", ""}}),
+          parts(fixture.store(), window, adapterOfType,
+                {.report = [this](const QString &message) { reported << message; },
+                 .showDialog = {},
+                 .letUserAct = [](const std::function<void()> &wait) { wait(); },
+                 .askForFileAccess = {}})
+    {
+        InterfaceDocument document;
+        document.load(describe("<window><timetask period='1000' type='" + type +
+                               "'><url>camera</url><target>view</target></timetask></window>"
+                               "<page><item type='gridlayout'>"
+                               "<item type='label'><text>Yard</text></item>"
+                               "<item type='online' row='1'><view/></item>"
+                               "<item type='maskctrl' row='2'><view/></item>"
+                               "<item type='PTZvideoin' row='3'><view/></item></item></page>"),
+                      QStringLiteral("description"));
+        parts.description.replace(document);
+        parts.builder.buildPage(parts.description.document().first("page"), &window);
+        for (QLabel *label : window.findChildren<QLabel *>()) {
+            if (!qobject_cast<LiveView *>(label))
+                label->setText("Yard");
+        }
+        window.resize(400, 900);
+        window.show();
+        parts.tasks.setSourceFactory([this](PictureKind, const QDomElement &) {
+            auto made = std::make_unique<FakeSource>();
+            sources << made.get();
+            return made;
+        });
+        parts.tasks.setClock([this] { return now; });
+        parts.tasks.add(parts.description.document().first("window"));
+        tick(1001);
+    }
+    ~Played()
+    {
+        parts.tasks.clear();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void tick(int milliseconds)
+    {
+        now += milliseconds;
+        parts.tasks.tick();
+    }
+    void send(const QPixmap &picture) { Q_EMIT sources.last()->pixmapReady(picture); }
+    template <class View>
+    View &view() const
+    {
+        return *window.findChild<View *>();
+    }
+    /// The window over the page, if there is one.
+    PictureView *enlarged() const
+    {
+        for (PictureView *view : window.findChildren<PictureView *>()) {
+            if (view->isWindow() && view->isVisible())
+                return view;
+        }
+        return nullptr;
+    }
+    StreamDetails *details() const { return window.findChild<StreamDetails *>(); }
+
+    QStringList reported;
+    StoreFixture fixture;
+    QWidget window;
+    WindowParts parts;
+    QList<QPointer<FakeSource>> sources;
+    quint32 now = 0;
+};
+
+bool openMenu(QWidget &control, QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse)
+{
+    const QPoint place = control.rect().center();
+    QContextMenuEvent event(reason, place, control.mapToGlobal(place));
+    QCoreApplication::sendEvent(&control, &event);
+    return control.findChild<QMenu *>() != nullptr;
+}
+
+/// Chooses the entry that begins with \a text in the context menu of \a control.
+void choose(QWidget &control, const QString &text)
+{
+    QVERIFY(openMenu(control));
+    for (QAction *action : control.findChild<QMenu *>()->actions()) {
+        if (action->text().startsWith(text)) {
+            QVERIFY(action->isEnabled());
+            action->trigger();
+            control.findChild<QMenu *>()->close();
+            return;
+        }
+    }
+    QFAIL(qPrintable("no entry " + text));
+}
+
+} // namespace
+
+class TestPictureActions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void takesTheFocusWithItsFirstPicture();
+    void enlarges_data();
+    void enlarges();
+    void leavesEditorsTheirMouse();
+    void endsWithItsTask();
+    void copies();
+    void proposesAName();
+    void savesAsItsSuffixSays_data();
+    void savesAsItsSuffixSays();
+    void dropsASaveWhoseWindowEnds();
+    void tellsTheTimeOfStillPictures();
+    void fetchesNow();
+    void detailsTheStream();
+    void keepsWhatIsSelected();
+};
+
+void TestPictureActions::takesTheFocusWithItsFirstPicture()
+{
+    Played played;
+    auto &online = played.view<LiveView>();
+    QCOMPARE(online.focusPolicy(), Qt::NoFocus);
+    played.send(filled(Qt::red));
+    QCOMPARE(online.focusPolicy(), Qt::TabFocus);
+    QCOMPARE(played.view<MaskEditor>().focusPolicy(), Qt::StrongFocus);
+    played.sources.last()->active = false;
+    played.tick(1);
+    QCOMPARE(online.focusPolicy(), Qt::TabFocus);
+}
+
+void TestPictureActions::enlarges_data()
+{
+    const TestTable<std::function<void(QWidget &)>, std::function<void(QWidget &)>> row("open", "close");
+    const auto press = [](Qt::Key key) { return [key](QWidget &view) { QTest::keyClick(&view, key); }; };
+    const auto doubleClick = [](QWidget &view) {
+        QTest::mouseDClick(&view, Qt::LeftButton, {}, view.rect().center());
+    };
+    row("key", press(Qt::Key_F11), press(Qt::Key_Escape));
+    row("key, twice", press(Qt::Key_F11), press(Qt::Key_F11));
+    row("double click", doubleClick, doubleClick);
+    row(
+        "menu", [](QWidget &view) { choose(view, "Enlarge"); }, [](QWidget &view) { choose(view, "Close"); });
+}
+
+void TestPictureActions::enlarges()
+{
+    QFETCH(std::function<void(QWidget &)>, open);
+    QFETCH(std::function<void(QWidget &)>, close);
+    Played played;
+    auto &online = played.view<LiveView>();
+    played.send(filled(Qt::red));
+    open(online);
+    QPointer<PictureView> large = played.enlarged();
+    QVERIFY(large && large->width() > 3 * online.width() / 2);
+    QCOMPARE(large->windowTitle(), "Yard");
+    QCOMPARE(large->pixmap().toImage(), filled(Qt::red).toImage());
+    const QAccessibleInterface *heard = QAccessible::queryAccessibleInterface(large);
+    QCOMPARE(heard->role(), QAccessible::Graphic);
+    QCOMPARE(heard->text(QAccessible::Name), "Yard");
+    QCOMPARE(heard->text(QAccessible::Value), large->valueText());
+    QTest::keyClick(&online, Qt::Key_F11);
+    QCOMPARE(played.enlarged(), large.data()); // one is enough
+
+    // It lives on with the same task, over a lost connection too.
+    played.send(filled(Qt::green));
+    QCOMPARE(large->pixmap().toImage(), filled(Qt::green).toImage());
+    QCOMPARE(played.sources.size(), 1);
+    played.sources.last()->active = false;
+    played.tick(1);
+    QVERIFY2(large->valueText().startsWith("Connection lost"), qPrintable(large->valueText()));
+    played.tick(1001);
+    QCOMPARE(played.sources.size(), 2);
+    played.send(filled(Qt::blue));
+    QCOMPARE(large->pixmap().toImage(), filled(Qt::blue).toImage());
+    played.tick(1);
+    QVERIFY2(!large->valueText().contains("lost"), qPrintable(large->valueText()));
+
+    close(*large);
+    AWAIT_VERIFY(!large);
+    played.send(filled(Qt::red));
+    played.tick(1001);
+    QVERIFY(played.window.isVisible());
+}
+
+void TestPictureActions::leavesEditorsTheirMouse()
+{
+    Played played;
+    played.send(filled(Qt::red));
+    auto &mask = played.view<MaskEditor>();
+    QTest::mouseDClick(&mask, Qt::LeftButton, {}, mask.rect().center());
+    QVERIFY(!openMenu(mask));
+    QVERIFY(!played.enlarged());
+    QVERIFY(openMenu(mask, QContextMenuEvent::Keyboard));
+    mask.findChild<QMenu *>()->close();
+    QTest::keyClick(&mask, Qt::Key_F11);
+    QVERIFY(played.enlarged());
+    // A double click turns a camera whose position is known.
+    auto &camera = played.view<PtzVideoInput>();
+    camera.steering().setPosition(PtzPosition{});
+    QTest::keyClick(played.enlarged(), Qt::Key_Escape);
+    QTest::mouseDClick(&camera, Qt::LeftButton, {}, camera.rect().center());
+    QVERIFY(!played.enlarged());
+}
+
+void TestPictureActions::endsWithItsTask()
+{
+    Played played;
+    played.send(filled(Qt::red));
+    auto &online = played.view<LiveView>();
+    QTest::keyClick(&online, Qt::Key_F11);
+    QTest::keyClick(&online, Qt::Key_I);
+    const QPointer<PictureView> large = played.enlarged();
+    const QPointer<StreamDetails> details = played.details();
+    QVERIFY(large && details);
+    played.parts.tasks.remove({played.parts.description.document().first("window").firstChildElement()});
+    AWAIT_VERIFY(!large && !details);
+    QTest::keyClick(&online, Qt::Key_F11);
+    QVERIFY(!played.enlarged());
+}
+
+void TestPictureActions::copies()
+{
+    Played played;
+    played.send(filled(Qt::red));
+    QTest::keyClick(&played.view<LiveView>(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QApplication::clipboard()->pixmap().toImage().convertToFormat(QImage::Format_RGB32),
+             filled(Qt::red).toImage().convertToFormat(QImage::Format_RGB32));
+}
+
+void TestPictureActions::proposesAName()
+{
+    Played played;
+    QStringList names;
+    played.parts.tasks.clear();
+    played.parts.tasks.setPictureSaver([&](const QPixmap &picture, const QString &name, const QWidget &) {
+        QCOMPARE(picture.size(), QSize(64, 48)); // of the stream
+        names << name;
+    });
+    played.parts.tasks.add(played.parts.description.document().first("window"));
+    played.tick(1001);
+    QTest::keyClick(&played.view<LiveView>(), Qt::Key_S, Qt::ControlModifier); // no picture yet
+    QVERIFY(names.isEmpty());
+    played.send(filled(Qt::red));
+    QTest::keyClick(&played.view<LiveView>(), Qt::Key_S, Qt::ControlModifier);
+    choose(played.view<LiveView>(), "Save picture");
+    QCOMPARE(names.size(), 2);
+    QVERIFY2(
+        QRegularExpression("^Yard \\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d$").match(names[0]).hasMatch(),
+        qPrintable(names[0]));
+}
+
+void TestPictureActions::savesAsItsSuffixSays_data()
+{
+    const TestTable<QString, QString, QByteArray, bool> row("typed", "file", "format", "isSaved");
+    row("no suffix", "yard", "yard.png", "png", true);
+    row("jpeg", "yard.JPEG", "yard.JPEG", "jpeg", true);
+    row("jpg", "yard.jpg", "yard.jpg", "jpeg", true);
+    row("another suffix", "yard.bmp", "yard.bmp", "png", true);
+    row("a folder that is not there", "none/yard.png", "none/yard.png", "", false);
+}
+
+void TestPictureActions::savesAsItsSuffixSays()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, file);
+    QFETCH(bool, isSaved);
+    Played played;
+    const QTemporaryDir folder;
+    ModalWatcher dialogs(
+        [&](QWidget &shown) {
+            auto &dialog = static_cast<QFileDialog &>(shown);
+            QCOMPARE(dialog.nameFilters().size(), 2);
+            auto *name = dialog.findChild<QLineEdit *>("fileNameEdit");
+            QVERIFY(name->text().startsWith("proposed"));
+            if (!isSaved) // the dialog itself refuses such names
+                return dialog.reject();
+            dialog.setDirectory(folder.path());
+            name->selectAll();
+            QTest::keyClicks(name, typed);
+            QTest::keyClick(name, Qt::Key_Return);
+        },
+        "QFileDialog");
+    played.parts.files.savePicture(filled(Qt::red), "proposed", played.view<LiveView>());
+    QCOMPARE(dialogs.count(), 1);
+    QImageReader reader(folder.filePath(file));
+    reader.setDecideFormatFromContent(true);
+    QTEST(reader.format(), "format");
+    QCOMPARE(reader.read().size(), isSaved ? QSize(64, 48) : QSize(0, 0));
+    QCOMPARE(played.reported, QStringList());
+}
+
+void TestPictureActions::dropsASaveWhoseWindowEnds()
+{
+    Played played;
+    auto over = std::make_unique<QWidget>(&played.window, Qt::Window);
+    over->show();
+    ModalWatcher dialogs([&](QWidget &) { over.reset(); }, "QFileDialog");
+    played.parts.files.savePicture(filled(Qt::red), "proposed", *over);
+    QCOMPARE(dialogs.count(), 1);
+    QVERIFY(!over);
+}
+
+void TestPictureActions::tellsTheTimeOfStillPictures()
+{
+    Played played("v3getjpeg");
+    auto &online = played.view<LiveView>();
+    const QImage before = [&] {
+        online.setPixmap(filled(Qt::red));
+        return online.grab().toImage();
+    }();
+    played.send(filled(Qt::red));
+    QVERIFY(online.grab().toImage() != before);
+    const QString said = online.accessibleDescription();
+    QVERIFY2(QRegularExpression("^Picture of \\d\\d:\\d\\d:\\d\\d$").match(said).hasMatch(),
+             qPrintable(said));
+    QCOMPARE(online.valueText(), QString());
+    QVERIFY(played.view<MaskEditor>().accessibleDescription().isEmpty()); // it would cover cells
+    Played live;
+    live.send(filled(Qt::red));
+    QCOMPARE(live.view<LiveView>().accessibleDescription(), QString());
+}
+
+void TestPictureActions::fetchesNow()
+{
+    Played played("v3getjpeg");
+    auto &online = played.view<LiveView>();
+    played.send(filled(Qt::red));
+    played.sources.last()->active = false;
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 1);
+    QTest::keyClick(&online, Qt::Key_F5);
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 2);
+    QTest::keyClick(&online, Qt::Key_F5); // one is under way
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 2);
+    played.send(filled(Qt::red));
+    played.sources.last()->active = false;
+    choose(online, "Fetch");
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 3);
+}
+
+void TestPictureActions::detailsTheStream()
+{
+    Played played;
+    auto &online = played.view<LiveView>();
+    StreamFigures figures;
+    figures.codec = "H264";
+    figures.size = {1920, 1080};
+    figures.bytes = 1000;
+    figures.frames = 50;
+    figures.leftOut = 3;
+    figures.wait = std::chrono::milliseconds(40);
+    figures.losses = {.bytes = 7, .gaps = 2, .fragments = 4, .frames = 5};
+    played.sources.last()->given = figures;
+    played.send(filled(Qt::red));
+    QTest::keyClick(&online, Qt::Key_I);
+    StreamDetails *window = played.details();
+    QVERIFY(window && window->isVisible());
+    for (const char *line :
+         {"Picture: Yard", "State: current", "Shown: 64 × 48 pixels", "Pictures shown: 1", "Codec: H264",
+          "Size: 1920 × 1080 pixels", "Pictures received: 50", "Pictures left out: 3",
+          "Lateness: 40 ms, at most 40 ms", "Bytes received: 1000", "Lost bytes: 7 at 2 places",
+          "Lost fragments: 4, lost frames: 5", "Reconnections: 0"})
+        QVERIFY2(window->text().split('\n').contains(QString::fromUtf8(line)), qPrintable(window->text()));
+    figures.bytes += 1'000'000;
+    figures.wait = std::chrono::milliseconds(5);
+    played.sources.last()->given = figures;
+    AWAIT_VERIFY(window->text().contains("Lateness: 5 ms, at most 40 ms"));
+    static const QRegularExpression rate("Bit rate: ([\\d,]+) kbit/s");
+    const double kilobits = rate.match(window->text()).captured(1).remove(',').toDouble();
+    QVERIFY2(kilobits > 2'000 && kilobits < 9'000, qPrintable(window->text()));
+    QTest::mouseClick(window->findChild<QToolButton *>(), Qt::LeftButton);
+    QVERIFY(QApplication::clipboard()->text().contains("Codec: H264"));
+
+    played.sources.last()->active = false;
+    played.tick(1);
+    played.tick(1001);
+    AWAIT_VERIFY(window->text().contains("Reconnections: 1"));
+    QVERIFY(window->text().contains("State: Connection lost"));
+    QTest::keyClick(window->findChild<QPlainTextEdit *>(), Qt::Key_Escape);
+    AWAIT_VERIFY(!played.details());
+}
+
+void TestPictureActions::keepsWhatIsSelected()
+{
+    int calls = 0;
+    StreamDetails details(
+        [&] {
+            PictureDetails given;
+            given.shown = ++calls;
+            return given;
+        },
+        nullptr);
+    auto *text = details.findChild<QPlainTextEdit *>();
+    text->selectAll();
+    const QString before = details.text();
+    AWAIT_VERIFY(calls >= 3);
+    QCOMPARE(details.text(), before);
+    QVERIFY(text->textCursor().hasSelection());
+}
+
+QTEST_MAIN(TestPictureActions)
+#include "tst_picture_actions.moc"
