@@ -1,14 +1,8 @@
-#include "ModalWatcher.h"
-#include "SetupRun.h"
-#include "recorder/RecorderServer.h"
+#include "FaultTest.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
-#include <QLabel>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QToolButton>
+#include <QRegularExpression>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -16,30 +10,6 @@ using recorder::AnswerFault;
 
 namespace
 {
-
-// Of few files, so that each of the many sessions is short.
-const char Description[] = R"(<pvsetup version="1.0">
-  <di>
-    <difile name="interface" get_command="GET SETUP"/>
-    <difile name="streams" get_command="GET CONFIG" put_command="PUT CONFIG"/>
-    <difile name="net" get_command="GET NET CONFIG" put_command="PUT NET CONFIG" type="sectionless"/>
-    <difile name="state" get_command="GET STATE CONFIG" put_command="PUT STATE CONFIG" type="state"/>
-  </di>
-  <window><self/></window>
-  <tabwidget><tab><name>Page</name>
-    <item type="gridlayout">
-      <item type="setup" row="0" column="0"><device/></item>
-      <item type="edit" row="1" column="0"><key>net/untitled/HOSTNAME</key></item>
-      <item type="pushbutton" row="2" column="0"><text>Save</text>
-        <action type="call" slot="callSetup" param="save_settings">device</action></item>
-      <item type="pushbutton" row="3" column="0"><text>Report</text>
-        <action type="call" slot="callSetup" param="get_report">device</action></item>
-    </item>
-  </tab></tabwidget>
-</pvsetup>)";
-
-const QString HostName = "net/untitled/HOSTNAME";
-const QString Closed = "The recorder has closed the connection";
 
 /// What an exchange comes to.
 struct Outcome {
@@ -150,13 +120,6 @@ public:
     int stores = 0;
 };
 
-/// Both sides handle what is under way.
-void letEventsArrive()
-{
-    for (int pass = 0; pass < 20; ++pass)
-        QCoreApplication::processEvents();
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Outcome)
@@ -164,14 +127,14 @@ Q_DECLARE_METATYPE(Phase)
 
 /// A recorder that answers wrongly, late or not at all. Whatever it does, a session says so once, does not
 /// hang, loses no edit, and sends nothing but what was asked for.
-class TestFaults : public QObject
+class TestFaults : public FaultTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
-    void cleanup();
+    void init() { startRecorder(); }
+    void cleanup() { m_recorder.reset(); }
     void exchanges_data();
     void exchanges();
     void aLateAnswerDoesNotReachTheNextExchange();
@@ -183,69 +146,17 @@ private Q_SLOTS:
     void descriptions_data();
     void descriptions();
     void directives();
-    void descriptionsInAWindow_data();
-    void descriptionsInAWindow();
-    void cancelClosesTheWindow_data();
-    void cancelClosesTheWindow();
-    void triesAgainInAWindow();
-    void aWaitingSaveFollowsALostConnection_data();
-    void aWaitingSaveFollowsALostConnection();
-    void savesAgainInAWindow_data();
-    void savesAgainInAWindow();
 
 private:
-    void startRecorder();
-    QString address() const;
-    void setFaults(const QStringList &texts);
     void prepare(WatchedStore &watched, Phase phase);
     void start(WatchedStore &watched, Phase phase, const QStringList &faults);
     void checkOutcome(WatchedStore &watched, Phase phase, const Outcome &outcome);
     void checkRequests(const PhaseRow &row, bool isWhole);
     void save(WatchedStore &watched);
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<recorder::RecorderServer> m_recorder;
-    QMap<QString, QByteArray> m_files; ///< that the recorder has received
-    QStringList m_requests;            ///< the lines that it has received
-    int m_faultCount = 0;              ///< answers that were wrong
     QMap<QString, QByteArray> m_saved; ///< what a save sends without a fault
     QMap<Phase, QStringList> m_meant;  ///< what each phase sends without a fault
 };
-
-void TestFaults::startRecorder()
-{
-    m_recorder.reset();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path());
-    QFile file(m_recorder->filePath("interface"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(Description) > 0);
-    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
-    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
-            [this](const QString &name, const QByteArray &body) { m_files.insert(name, body); });
-    connect(m_recorder.get(), &recorder::RecorderServer::logged, this, [this](const QString &line) {
-        const QString text = line.section(u' ', 1);
-        if (text.startsWith("< "))
-            m_requests << text.mid(2);
-        m_faultCount += text.startsWith("fault: ") ? 1 : 0;
-    });
-}
-
-QString TestFaults::address() const
-{
-    return "admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port()));
-}
-
-void TestFaults::setFaults(const QStringList &texts)
-{
-    QList<AnswerFault> faults;
-    for (const QString &text : texts) {
-        QString reason;
-        const auto fault = recorder::readAnswerFault(text, reason);
-        QVERIFY2(fault, qPrintable(reason));
-        faults << *fault;
-    }
-    m_recorder->setFaults(faults);
-}
 
 void TestFaults::initTestCase()
 {
@@ -262,18 +173,6 @@ void TestFaults::initTestCase()
     QCOMPARE(m_saved.size(), 3);
     QVERIFY(m_saved["net"].contains("HOSTNAME = 'renamed'"));
     QCOMPARE(m_meant[Phase::LoginRetry].size(), m_meant[Phase::FirstLoad].size() + 2);
-}
-
-void TestFaults::init()
-{
-    startRecorder();
-    m_files.clear();
-    m_faultCount = 0;
-}
-
-void TestFaults::cleanup()
-{
-    m_recorder.reset();
 }
 
 void TestFaults::prepare(WatchedStore &watched, Phase phase)
@@ -620,156 +519,6 @@ void TestFaults::directives()
     save(watched);
     QCOMPARE(m_files, m_saved);
     QCOMPARE(watched.messages.size(), 1);
-}
-
-void TestFaults::descriptionsInAWindow_data()
-{
-    const TestTable<QString> row("message");
-    row("truncated", "\nPremature end of document.");
-    row("no-xml", "\nStart tag expected.");
-    row("no-gzip", "\nPremature end of document.");
-    row("bomb", "File \"interface\" is too large");
-    row("deep", ": its elements are nested more than 64 levels deep");
-    row("entities", ": it declares entities");
-    row("controls", ": it has too many elements with attributes");
-}
-
-void TestFaults::descriptionsInAWindow()
-{
-    QFETCH(QString, message);
-    const ModalWatcher messages;
-    setFaults({QTest::currentDataTag()});
-    OrbNetSetup store(address());
-    CWinMain window(&store, nullptr);
-    AWAIT_VERIFY_WITHIN(messages.count() == 1, 20'000);
-    letEventsArrive();
-    QVERIFY2(messages.texts().join(u'|').contains(message), qPrintable(messages.texts().join(u'|')));
-    QCOMPARE(messages.count(), 1);
-    QVERIFY(!window.findChild<QTabWidget *>("tabWidget")->isVisible());
-    QTest::mouseClick(window.findChild<QPushButton *>("buttonCancel"), Qt::LeftButton);
-    QVERIFY(!window.isVisible());
-    window.endSession();
-}
-
-void TestFaults::cancelClosesTheWindow_data()
-{
-    QTest::addColumn<bool>("isBuilt");
-    for (const char *fault : {"never@login", "never@GET SETUP", "late=60000@login", "length=more@GET SETUP"})
-        QTest::newRow(fault) << false;
-    for (const char *fault : {"never@GET REPORT", "late=60000@GET REPORT"})
-        QTest::newRow(fault) << true;
-}
-
-void TestFaults::cancelClosesTheWindow()
-{
-    QFETCH(bool, isBuilt);
-    const ModalWatcher messages;
-    if (!isBuilt)
-        setFaults({QTest::currentDataTag()});
-    OrbNetSetup store(address());
-    CWinMain window(&store, nullptr);
-    if (isBuilt) {
-        AWAIT_VERIFY(window.findChild<QTabWidget *>("tabWidget")->isVisible());
-        AWAIT_VERIFY(store.linkStatus().state == LinkStatus::State::Idle);
-        setFaults({QTest::currentDataTag()});
-        store.function("get_report", QString());
-    }
-    AWAIT_VERIFY(m_faultCount > 0);
-    letEventsArrive();
-    QVERIFY(window.isVisible());
-    QTest::mouseClick(window.findChild<QPushButton *>("buttonCancel"), Qt::LeftButton);
-    QVERIFY(!window.isVisible());
-    window.endSession();
-    QCOMPARE(store.linkStatus().state, LinkStatus::State::Running);
-    store.resetLink();
-    m_recorder->setFaults({});
-    QSignalSpy loaded(&store, &OrbSetup::loadDone);
-    store.load();
-    AWAIT_COMPARE(loaded.size(), 1);
-    QCOMPARE(messages.count(), 0);
-}
-
-void TestFaults::triesAgainInAWindow()
-{
-    const ModalWatcher messages;
-    setFaults({"close-within@GET NET CONFIG"});
-    OrbNetSetup store(address());
-    CWinMain window(&store, nullptr);
-    auto *retry = window.findChild<QToolButton *>("statusRetry");
-    auto *text = window.findChild<QLabel *>("statusText");
-    AWAIT_VERIFY(retry->isVisible());
-    AWAIT_COMPARE(messages.count(), 1);
-    letEventsArrive();
-    QCOMPARE(messages.texts(), QStringList("Network error 1\n" + Closed));
-    QCOMPARE(text->text(), Closed);
-    setFaults({"bytewise"});
-    QTest::mouseClick(retry, Qt::LeftButton);
-    AWAIT_VERIFY(window.findChild<QTabWidget *>("tabWidget")->isVisible());
-    AWAIT_COMPARE(text->text(), QString());
-    QCOMPARE(messages.count(), 1);
-    window.endSession();
-}
-
-void TestFaults::aWaitingSaveFollowsALostConnection_data()
-{
-    QTest::addColumn<QString>("message");
-    QTest::newRow("error") << "Device error \"\"";
-    for (const char *fault : {"close-before", "close-within", "reset"})
-        QTest::newRow(fault) << "Network error 1";
-}
-
-void TestFaults::aWaitingSaveFollowsALostConnection()
-{
-    QFETCH(QString, message);
-    const ModalWatcher messages;
-    Session session(address());
-    QVERIFY(session.isFine());
-    QSignalSpy stored(&session.store, &OrbSetup::storeDone);
-    m_files.clear();
-    setFaults({QTest::currentDataTag() + QStringLiteral("@GET REPORT"), "late=20@GET REPORT"});
-    replaceText(*session.field("paravue-r4"), "renamed");
-    QTest::mouseClick(buttonWithText<QPushButton>(*session.window, "Report"), Qt::LeftButton);
-    QTest::mouseClick(buttonWithText<QPushButton>(*session.window, "Save"), Qt::LeftButton);
-    AWAIT_COMPARE(stored.size(), 1);
-    QCOMPARE(m_files, m_saved);
-    QCOMPARE(messages.count(), 1);
-    QVERIFY2(messages.texts().first().contains(message), qPrintable(messages.texts().first()));
-    AWAIT_COMPARE(session.store.linkStatus().state, LinkStatus::State::Idle);
-}
-
-void TestFaults::savesAgainInAWindow_data()
-{
-    const TestTable<QString> row("problem");
-    row("error=disk busy@PUT NET CONFIG", "Device error \"disk busy\"");
-    row("no-answer-line@PUT NET CONFIG", "Wrong device answer");
-    row("close-before@PUT NET CONFIG", Closed);
-    row("reset@login", Closed);
-}
-
-void TestFaults::savesAgainInAWindow()
-{
-    QFETCH(QString, problem);
-    const ModalWatcher messages;
-    Session session(address());
-    QVERIFY(session.isFine());
-    setFaults({QTest::currentDataTag()});
-    replaceText(*session.field("paravue-r4"), "renamed");
-    QTest::mouseClick(buttonWithText<QPushButton>(*session.window, "Save"), Qt::LeftButton);
-    auto *retry = session.window->findChild<QToolButton *>("statusRetry");
-    AWAIT_VERIFY(retry->isVisible());
-    AWAIT_COMPARE(messages.count(), 1);
-    letEventsArrive();
-    QCOMPARE(messages.count(), 1);
-    QVERIFY(session.window->findChild<QLabel *>("statusText")->text().endsWith(problem));
-    QVERIFY(session.field("renamed"));
-    m_recorder->setFaults({});
-    m_files.clear();
-    QSignalSpy stored(&session.store, &OrbSetup::storeDone);
-    QTest::mouseClick(retry, Qt::LeftButton);
-    AWAIT_COMPARE(stored.size(), 1);
-    QCOMPARE(m_files, m_saved);
-    AWAIT_VERIFY(!retry->isVisible());
-    QCOMPARE(messages.count(), 1);
 }
 
 QTEST_MAIN(TestFaults)
