@@ -1,187 +1,49 @@
 #include "OwnUserFolders.h"
-#include "recorder/RecorderServer.h"
-#include "recorder/files/Gzip.h"
+#include "ProgramRun.h"
 #include "setup/CommandLine.h"
-#include "setup/RecorderAddress.h"
-#include "setup/SetupProgram.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
-#include <QAccessible>
-#include <QApplication>
-#include <QCryptographicHash>
-#include <QDialog>
-#include <QDir>
 #include <QDirIterator>
 #include <QJsonDocument>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMap>
-#include <QMessageBox>
-#include <QNetworkProxy>
-#include <QProcess>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <csignal>
-#include <functional>
 
 using namespace paravue;
+using namespace paravue::test;
 
-namespace
-{
-
-struct Run {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Run runProgram(const QStringList &arguments, const QString &platform = "offscreen",
-               const QString &temporaryFolder = QDir::tempPath(),
-               const QString &input = QProcess::nullDevice())
-{
-    QProcess process;
-    process.setStandardInputFile(input);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_QPA_PLATFORM", platform);
-    environment.insert("TMPDIR", temporaryFolder);
-    process.setProcessEnvironment(environment);
-    QEventLoop loop; // keeps a recorder of this process answering
-    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-    process.start(SETUP_PROGRAM, arguments);
-    QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
-    loop.exec();
-    if (process.state() != QProcess::NotRunning)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-QString addressOf(const recorder::RecorderServer &recorder, const QString &account)
-{
-    return account + "@127.0.0.1:" + QString::number(recorder.port());
-}
-
-QPushButton *buttonWithText(const QWidget &window, const QString &text)
-{
-    for (QPushButton *button : window.findChildren<QPushButton *>()) {
-        if (button->text() == text)
-            return button;
-    }
-    return nullptr;
-}
-
-/// Acts as the user of a session: does \a act to the topmost window whenever there is one.
-class User
-{
-public:
-    explicit User(const std::function<void(QWidget &)> &act)
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [act] {
-            // Not from here: a timer whose receiver waits in a dialog is not called again.
-            if (QWidget *top = QApplication::activeModalWidget())
-                QTimer::singleShot(0, top, [act, top] { act(*top); });
-        });
-        m_timer.start(20);
-    }
-
-private:
-    QTimer m_timer;
-};
-
-/// The share of the pixels that are far from grey, as those of a camera's picture are.
-double colouredShare(const QImage &image)
-{
-    int coloured = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            const auto [least, most] = std::minmax({qRed(pixel), qGreen(pixel), qBlue(pixel)});
-            coloured += most - least > 40;
-        }
-    }
-    return double(coloured) / (image.width() * image.height());
-}
-
-} // namespace
-
-class TestSetupProgram : public QObject
+class TestSetupProgram : public ProgramTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-
+    void init() { startRecorder(); }
     void readsAddresses_data();
     void readsAddresses();
     void showsTextWithoutAScreen();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
-
     void checksDescriptions_data();
     void checksDescriptions();
-    void previewsOnCopies();
-    void takesPicturesOfAPreview();
-    void takesPicturesOfTheDemo();
     void failsInsteadOfHanging_data();
     void failsInsteadOfHanging();
-
     void saysWhyItCannotStart_data();
     void saysWhyItCannotStart();
-    void refusesALanguageThatTheDescriptionLacks_data();
-    void refusesALanguageThatTheDescriptionLacks();
-    void takesPicturesOfWholePages();
     void writesALogWithoutSecrets();
     void waitsNoLongerThanItMay();
-    void endsLikeTheSessionThatShowsNothing_data();
-    void endsLikeTheSessionThatShowsNothing();
-
     void leavesNoFilesWhenItIsEnded_data();
     void leavesNoFilesWhenItIsEnded();
     void leavesNoFilesOfAKilledRun_data();
     void leavesNoFilesOfAKilledRun();
-    void finishesTheSaveOfAnAcceptedWindow();
-    void endsWithOneWhenCancelled();
-    void tellsWhenTheSaveFails();
-    void isCancelledWhenASignalStopsTheSave_data();
-    void isCancelledWhenASignalStopsTheSave();
-    void asksForALoginOnce();
 
 private:
-    CommandLine sessionWithTheRecorder(const QString &account = "admin:admin@") const;
-    ExitCode runSessionAs(const CommandLine &commandLine, const std::function<void(QWidget &)> &user);
-    ExitCode runSessionAs(const std::function<void(QWidget &)> &user);
-
-    test::OwnUserFolders m_user;
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<recorder::RecorderServer> m_recorder;
-    QStringList m_received;
+    OwnUserFolders m_user;
 };
-
-void TestSetupProgram::initTestCase()
-{
-    QApplication::setQuitOnLastWindowClosed(false);
-}
-
-void TestSetupProgram::init()
-{
-    m_received.clear();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"));
-    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
-    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
-            [this](const QString &name) { m_received += name; });
-}
 
 void TestSetupProgram::readsAddresses_data()
 {
-    const test::TestTable<QStringList, QString> row("arguments", "address");
+    const TestTable<QStringList, QString> row("arguments", "address");
     row("no port", {"a:b@host"}, "a:b@host");
     row("port", {"a:b@host:32767"}, "a:b@host:32767");
     row("port beyond 15 bits", {"a:b@host:32768"}, "a:b@host:-32768");
@@ -216,7 +78,7 @@ void TestSetupProgram::showsTextWithoutAScreen()
 
 void TestSetupProgram::refusesWrongUsage_data()
 {
-    const test::TestTable<QStringList, QString> row("arguments", "reason");
+    const TestTable<QStringList, QString> row("arguments", "reason");
     const QString address = "admin:s3cret@host";
     row("nothing", {}, "no address");
     row("two addresses", {address, address}, "more than one address");
@@ -257,7 +119,7 @@ void TestSetupProgram::refusesWrongUsage()
 void TestSetupProgram::checksDescriptions_data()
 {
     // %1: the file
-    const test::TestTable<QByteArray, QStringList, int, QString> row("text", "options", "exitCode", "out");
+    const TestTable<QByteArray, QStringList, int, QString> row("text", "options", "exitCode", "out");
     const QByteArray broken("<pvsetup><buttonOK><action type='call' slot='accept'>w</action></buttonOK>\n "
                             "<window><w/><timetask type='x'/><width>y</width></window>\n</pvsetup>");
     row("clean", "<pvsetup/>", {}, 0, "%1: errors: 0, warnings: 0\n");
@@ -296,101 +158,9 @@ void TestSetupProgram::checksDescriptions()
     QCOMPARE(piped.out, QString(run.out).replace(file.fileName(), "<stdin>"));
 }
 
-void TestSetupProgram::previewsOnCopies()
-{
-    // The simulator has just put its files there: the description and all the others.
-    const QDir folder(m_folder->filePath("data"));
-    const auto contents = [&folder] {
-        QMap<QString, QByteArray> contents;
-        for (const QFileInfo &info : folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
-            QFile file(info.filePath());
-            if (file.open(QIODevice::ReadOnly))
-                contents.insert(info.fileName(), file.readAll() + info.lastModified().toString().toUtf8());
-        }
-        return contents;
-    };
-    const auto before = contents();
-    QVERIFY(before.size() >= 9);
-
-    CommandLine commandLine;
-    commandLine.description = m_recorder->filePath("interface");
-    commandLine.filesFolder = folder.path();
-    commandLine.language = "en";
-    QString shown;
-    QString picture;
-    const auto proxy = [] { return QNetworkProxy::applicationProxy(); };
-    const QNetworkProxy usual = proxy();
-    QNetworkProxy meanwhile;
-    const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
-        meanwhile = proxy();
-        for (QWidget *child : top.findChildren<QWidget *>()) {
-            if (child->inherits("paravue::LiveView"))
-                picture = QAccessible::queryAccessibleInterface(child)->text(QAccessible::Value);
-        }
-        for (QLineEdit *name : top.findChildren<QLineEdit *>()) {
-            if (name->text() != "Warehouse recorder")
-                continue;
-            shown = name->text();
-            name->setText("changed");
-        }
-        if (top.inherits("paravue::ReviewDialog"))
-            QTest::keyClick(&top, Qt::Key_Return);
-        else if (QPushButton *save = buttonWithText(top, "Save"))
-            save->click();
-    });
-    QCOMPARE(code, ExitCode::Done);
-    QCOMPARE(picture, "No video in a preview");
-    QVERIFY(meanwhile.type() == QNetworkProxy::HttpProxy && meanwhile.port() == 0); // leads nowhere
-    QCOMPARE(proxy(), usual);
-    QVERIFY2(!shown.isEmpty() && before.value("streams").contains(shown.toUtf8()), qPrintable(shown));
-    QCOMPARE(contents(), before);
-    QCOMPARE(m_received, QStringList());
-}
-
-void TestSetupProgram::takesPicturesOfAPreview()
-{
-    const QDir pictures(m_folder->filePath("pictures"));
-    QFile plain(m_recorder->filePath("interface"));
-    QFile packed(m_folder->filePath("interface.gz")); // as the recorder sends it
-    QVERIFY(plain.open(QIODevice::ReadOnly) && packed.open(QIODevice::WriteOnly));
-    packed.write(recorder::gzip(plain.readAll()));
-    packed.close();
-    const Run run =
-        runProgram({"--preview", packed.fileName(), "--language", "en", "--screenshot", pictures.path()});
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
-    QCOMPARE(names.value(0), "01-overview.png");
-    QCOMPARE(runProgram({"--preview", "nosuch", "--screenshot", pictures.path()}).exitCode, 6);
-}
-
-void TestSetupProgram::takesPicturesOfTheDemo()
-{
-    const QDir pictures(m_folder->filePath("pictures"));
-    const QString data = m_folder->filePath("demo");
-    const Run run =
-        runProgram({"--demo", "--demo-data", data, "--language", "en", "--screenshot", pictures.path()});
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QVERIFY(QFile::exists(data + "/streams"));
-
-    const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
-    QVERIFY2(names.size() >= 8, qPrintable(names.join(' ')));
-    QCOMPARE(run.out.split('\n', Qt::SkipEmptyParts).size(), names.size());
-    QCOMPARE(names.first(), "01-overview.png");
-    QVERIFY2(names.contains("02-cameras-02-camera-2.png"), qPrintable(names.join(' ')));
-    QList<QImage> seen;
-    for (const QString &name : names) {
-        const QImage picture(pictures.filePath(name));
-        QVERIFY(picture.width() > 300 && picture.height() > 200);
-        QVERIFY2(!seen.contains(picture), qPrintable(name + " shows the same as another one"));
-        seen += picture;
-    }
-    const QImage live(pictures.filePath("03-live.png"));
-    QVERIFY2(colouredShare(live) > 0.1, "the page with video shows none");
-}
-
 void TestSetupProgram::failsInsteadOfHanging_data()
 {
-    const test::TestTable<QString, bool, int, QString> row("account", "isListening", "exitCode", "reason");
+    const TestTable<QString, bool, int, QString> row("account", "isListening", "exitCode", "reason");
     row("wrong password", "admin:s3cret", true, 4,
         "Authorization failed: The recorder has refused the login");
     row("nobody listens", "admin:s3cret", false, 3, "Network error 0: The recorder refuses the connection");
@@ -419,8 +189,7 @@ void TestSetupProgram::failsInsteadOfHanging()
 
 void TestSetupProgram::saysWhyItCannotStart_data()
 {
-    const test::TestTable<QStringList, QString, int, QString> row("arguments", "platform", "exitCode",
-                                                                  "reason");
+    const TestTable<QStringList, QString, int, QString> row("arguments", "platform", "exitCode", "reason");
     row("no screen", {"nobody:x@127.0.0.1:1"}, "xcb", 2, "there is no screen");
     row("unknown model", {"--demo", "--model", "other", "--screenshot", "x"}, "offscreen", 2,
         "there is no model \"other\", only: standard, everything");
@@ -440,65 +209,6 @@ void TestSetupProgram::saysWhyItCannotStart()
     const Run run = runProgram(arguments, platform);
     QTEST(run.exitCode, "exitCode");
     QVERIFY2(run.err.contains(reason), qPrintable(run.err));
-}
-
-void TestSetupProgram::refusesALanguageThatTheDescriptionLacks_data()
-{
-    const test::TestTable<QByteArray, QString> row("description", "reason");
-    row("others", {}, "no texts in the language \"de\", only in: en, ru");
-    row("none", "<pvsetup version='1.0'><tabwidget><tab/></tabwidget></pvsetup>", "has no translations");
-}
-
-void TestSetupProgram::refusesALanguageThatTheDescriptionLacks()
-{
-    QFETCH(QByteArray, description);
-    QFETCH(QString, reason);
-    if (!description.isEmpty()) {
-        QFile file(m_recorder->filePath("interface"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(description) > 0);
-    }
-    CommandLine commandLine = sessionWithTheRecorder();
-    commandLine.language = "de";
-    QString message;
-    QCOMPARE(runSessionAs(commandLine,
-                          [&](QWidget &top) {
-                              if (auto *box = qobject_cast<QMessageBox *>(&top)) {
-                                  message = box->text();
-                                  box->close();
-                              }
-                          }),
-             ExitCode::WrongUsage);
-    QVERIFY2(message.contains(reason), qPrintable(message));
-    const Run run = runProgram({addressOf(*m_recorder, "admin:admin"), "--language", "de", "--screenshot",
-                                m_folder->filePath("pictures")});
-    QCOMPARE(run.exitCode, 2);
-    QVERIFY2(run.err.contains(reason), qPrintable(run.err));
-    QCOMPARE(run.out, "");
-}
-
-void TestSetupProgram::takesPicturesOfWholePages()
-{
-    QByteArray rows;
-    for (int i = 0; i < 60; ++i)
-        rows += "<item type='label' row='" + QByteArray::number(i) + "'><text>line</text></item>";
-    // The last row is the only thing with a colour.
-    rows += "<item type='pushbutton' row='60'><text>end</text><color>red</color></item>";
-    QFile description(m_folder->filePath("long.xml"));
-    QVERIFY(description.open(QIODevice::WriteOnly));
-    description.write("<pvsetup version='1.0'><tabwidget><tab><name>long</name><item type='gridlayout'>" +
-                      rows +
-                      "</item></tab><tab><name>short</name><item type='gridlayout'><item "
-                      "type='label'><text>x</text></item></item></tab>"
-                      "</tabwidget></pvsetup>");
-    description.close();
-    const QDir pictures(m_folder->filePath("pictures"));
-    const Run run = runProgram({"--preview", description.fileName(), "--screenshot", pictures.path()});
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    const QImage whole(pictures.filePath("01-long.png"));
-    const QImage other(pictures.filePath("02-short.png"));
-    QVERIFY2(whole.height() > 1000, qPrintable(QString::number(whole.height())));
-    // Each picture has the size of its own page.
-    QVERIFY2(other.height() <= 600, qPrintable(QString::number(other.height())));
 }
 
 void TestSetupProgram::writesALogWithoutSecrets()
@@ -534,42 +244,10 @@ void TestSetupProgram::waitsNoLongerThanItMay()
     QVERIFY2(run.err.contains("No answer from the recorder for 1 s"), qPrintable(run.err));
 }
 
-/// The user closes the message, and then the window.
-void TestSetupProgram::endsLikeTheSessionThatShowsNothing_data()
-{
-    const test::TestTable<QString, QByteArray, ExitCode> row("account", "description", "exitCode");
-    row("login given up", "admin:wrong@", "", ExitCode::Login);
-    row("nobody listens", "", "", ExitCode::Network);
-    row("description is no XML", "admin:admin@", "<pvsetup>", ExitCode::BadData);
-}
-
-void TestSetupProgram::endsLikeTheSessionThatShowsNothing()
-{
-    QFETCH(QString, account);
-    QFETCH(QByteArray, description);
-    QFETCH(ExitCode, exitCode);
-    const CommandLine commandLine = sessionWithTheRecorder(account.isEmpty() ? "a:b@" : account);
-    if (account.isEmpty())
-        m_recorder->close();
-    QFile file(m_recorder->filePath("interface"));
-    if (!description.isEmpty())
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(description) > 0);
-    file.close();
-    bool hasSeenMessage = false;
-    const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
-        const bool isMessage = qobject_cast<QMessageBox *>(&top);
-        hasSeenMessage = hasSeenMessage || isMessage;
-        if (isMessage || hasSeenMessage || top.inherits("cDlg"))
-            top.close();
-    });
-    QCOMPARE(code, exitCode);
-    QVERIFY(hasSeenMessage);
-}
-
 void TestSetupProgram::leavesNoFilesWhenItIsEnded_data()
 {
 #ifdef Q_OS_UNIX
-    const test::TestTable<int, bool> row("signal", "isClean");
+    const TestTable<int, bool> row("signal", "isClean");
     row("asked", SIGTERM, true);
     row("Ctrl+C", SIGINT, true);
     row("terminal closed", SIGHUP, true);
@@ -622,7 +300,7 @@ void TestSetupProgram::leavesNoFilesWhenItIsEnded()
 
 void TestSetupProgram::leavesNoFilesOfAKilledRun_data()
 {
-    const test::TestTable<QStringList> row("arguments");
+    const TestTable<QStringList> row("arguments");
     row("preview", {"--preview", "%1", "--files", "%2"});
     row("demo", {"--demo"});
 }
@@ -656,131 +334,6 @@ void TestSetupProgram::leavesNoFilesOfAKilledRun()
     const QStringList next = arguments + QStringList{"--screenshot", m_folder->filePath("pictures")};
     QCOMPARE(runProgram(next, "offscreen", local.path()).exitCode, 0);
     AWAIT_COMPARE(folders(), QStringList());
-}
-
-CommandLine TestSetupProgram::sessionWithTheRecorder(const QString &account) const
-{
-    CommandLine commandLine;
-    const QString url = addressOf(*m_recorder, {}).mid(1);
-    commandLine.address = RecorderAddress::fromText(account + url, RecorderAddress::Password::AsSent).address;
-    commandLine.language = "en";
-    return commandLine;
-}
-
-ExitCode TestSetupProgram::runSessionAs(const std::function<void(QWidget &)> &user)
-{
-    return runSessionAs(sessionWithTheRecorder(), user);
-}
-
-ExitCode TestSetupProgram::runSessionAs(const CommandLine &commandLine,
-                                        const std::function<void(QWidget &)> &user)
-{
-    const User acting(user);
-    return runSession(commandLine);
-}
-
-void TestSetupProgram::finishesTheSaveOfAnAcceptedWindow()
-{
-    m_recorder->setReplyDelay(30); // the save is still running when the window has closed
-    const ExitCode code = runSessionAs([](QWidget &top) {
-        if (QPushButton *save = buttonWithText(top, "Save"))
-            save->click();
-    });
-    QCOMPARE(code, ExitCode::Done);
-    QCOMPARE(m_received, QStringList({"streams", "net", "time", "timers", "disk", "users", "state"}));
-}
-
-void TestSetupProgram::endsWithOneWhenCancelled()
-{
-    const ExitCode code = runSessionAs([](QWidget &top) { QTest::keyClick(&top, Qt::Key_Escape); });
-    QCOMPARE(code, ExitCode::Rejected);
-    QCOMPARE(m_received, QStringList());
-}
-
-void TestSetupProgram::tellsWhenTheSaveFails()
-{
-    QString message;
-    const ExitCode code = runSessionAs([&](QWidget &top) {
-        if (auto *box = qobject_cast<QMessageBox *>(&top)) {
-            message = box->text();
-            box->accept();
-            return;
-        }
-        if (QPushButton *save = buttonWithText(top, "Save")) {
-            save->click();
-            m_recorder->close();
-        }
-    });
-    QCOMPARE(code, ExitCode::Network);
-    QVERIFY(!message.isEmpty());
-    QVERIFY(m_received.size() < 7);
-}
-
-void TestSetupProgram::isCancelledWhenASignalStopsTheSave_data()
-{
-    const test::TestTable<bool> row("hasBegun");
-    row("before it begins", false);
-    row("when a file has arrived", true);
-}
-
-void TestSetupProgram::isCancelledWhenASignalStopsTheSave()
-{
-    QFETCH(bool, hasBegun);
-    const auto quit = [] { QCoreApplication::exit(); }; // as the program does on a signal
-    if (hasBegun)
-        connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, quit);
-    ExitCode code = ExitCode::Done;
-    QTimer::singleShot(0, this, [&] {
-        code = runSessionAs([&](QWidget &top) {
-            QPushButton *save = buttonWithText(top, "Save");
-            if (!save)
-                return;
-            save->click();
-            if (!hasBegun)
-                quit();
-        });
-    });
-    QCoreApplication::exec();
-    QVERIFY(m_received.size() <= 1);
-    QCOMPARE(code, ExitCode::Cancelled);
-}
-
-void TestSetupProgram::asksForALoginOnce()
-{
-    QFile accounts(m_recorder->filePath("users"));
-    QVERIFY(accounts.open(QIODevice::WriteOnly));
-    accounts.write("CNT=1\nNAME0=admin\nPASSWD0=s3cret\nLEVEL0=2\n");
-    accounts.close();
-    QStringList passwords{"s3cre", "s3cret"};
-    QStringList events;
-    const auto user = [&](QWidget &top) {
-        if (auto *box = qobject_cast<QMessageBox *>(&top)) {
-            events += box->text();
-            box->accept();
-        } else if (auto *password = top.findChild<QLineEdit *>("lineEditPassword")) {
-            events += top.findChild<QLabel *>("labelRefusal")->text();
-            // The login is typed once.
-            if (passwords.size() == 2)
-                QTest::keyClicks(top.focusWidget(), "admin");
-            QTest::keyClicks(password, passwords.takeFirst());
-            QTest::keyClick(password, Qt::Key_Return);
-        } else if (buttonWithText(top, "Save")) {
-            events += "loaded";
-            QTest::keyClick(&top, Qt::Key_Escape);
-        }
-    };
-    const QString refused = "The recorder has refused the login.";
-    QCOMPARE(runSessionAs(sessionWithTheRecorder("admin:wrong@"), user), ExitCode::Rejected);
-    QCOMPARE(events, QStringList({refused, refused, "loaded"}));
-    QCOMPARE(runSessionAs(sessionWithTheRecorder(""), user), ExitCode::Rejected);
-    QCOMPARE(events, QStringList({refused, refused, "loaded", "loaded"}));
-
-    QFile settings(m_user.settingsPath());
-    QVERIFY(settings.open(QIODevice::ReadOnly));
-    const QByteArray text = settings.readAll();
-    const QByteArray digest = QCryptographicHash::hash("s3cret", QCryptographicHash::Md5).toHex();
-    QVERIFY(text.contains("password0=" + digest.toHex()));
-    QVERIFY(!text.contains(QByteArray("s3cret").toHex()) && !text.contains("password1="));
 }
 
 QTEST_MAIN(TestSetupProgram)

@@ -1,0 +1,318 @@
+#include "OwnUserFolders.h"
+#include "ProgramRun.h"
+#include "SetupRun.h"
+#include "setup/CommandLine.h"
+#include "setup/RecorderAddress.h"
+#include "setup/SetupProgram.h"
+#include "support/TestTable.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCryptographicHash>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMap>
+#include <QMessageBox>
+#include <QNetworkProxy>
+#include <QPushButton>
+#include <QTimer>
+
+#include <functional>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+/// Acts as the user of a session: does \a act to the topmost window whenever there is one.
+class User
+{
+public:
+    explicit User(const std::function<void(QWidget &)> &act)
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, [act] {
+            // Not from here: a timer whose receiver waits in a dialog is not called again.
+            if (QWidget *top = QApplication::activeModalWidget())
+                QTimer::singleShot(0, top, [act, top] { act(*top); });
+        });
+        m_timer.start(20);
+    }
+
+private:
+    QTimer m_timer;
+};
+
+} // namespace
+
+class TestSetupSessions : public ProgramTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void init() { startRecorder(); }
+    void previewsOnCopies();
+    void refusesALanguageThatTheDescriptionLacks_data();
+    void refusesALanguageThatTheDescriptionLacks();
+    void endsLikeTheSessionThatShowsNothing_data();
+    void endsLikeTheSessionThatShowsNothing();
+    void finishesTheSaveOfAnAcceptedWindow();
+    void endsWithOneWhenCancelled();
+    void tellsWhenTheSaveFails();
+    void isCancelledWhenASignalStopsTheSave_data();
+    void isCancelledWhenASignalStopsTheSave();
+    void asksForALoginOnce();
+
+private:
+    CommandLine sessionWithTheRecorder(const QString &account = "admin:admin@") const;
+    ExitCode runSessionAs(const CommandLine &commandLine, const std::function<void(QWidget &)> &user);
+    ExitCode runSessionAs(const std::function<void(QWidget &)> &user);
+
+    OwnUserFolders m_user;
+};
+
+CommandLine TestSetupSessions::sessionWithTheRecorder(const QString &account) const
+{
+    CommandLine commandLine;
+    const QString url = addressOf(*m_recorder, {}).mid(1);
+    commandLine.address = RecorderAddress::fromText(account + url, RecorderAddress::Password::AsSent).address;
+    commandLine.language = "en";
+    return commandLine;
+}
+
+ExitCode TestSetupSessions::runSessionAs(const std::function<void(QWidget &)> &user)
+{
+    return runSessionAs(sessionWithTheRecorder(), user);
+}
+
+ExitCode TestSetupSessions::runSessionAs(const CommandLine &commandLine,
+                                         const std::function<void(QWidget &)> &user)
+{
+    const User acting(user);
+    return runSession(commandLine);
+}
+
+void TestSetupSessions::previewsOnCopies()
+{
+    // The simulator has just put its files there: the description and all the others.
+    const QDir folder(m_folder->filePath("data"));
+    const auto contents = [&folder] {
+        QMap<QString, QByteArray> contents;
+        for (const QFileInfo &info : folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+            QFile file(info.filePath());
+            if (file.open(QIODevice::ReadOnly))
+                contents.insert(info.fileName(), file.readAll() + info.lastModified().toString().toUtf8());
+        }
+        return contents;
+    };
+    const auto before = contents();
+    QVERIFY(before.size() >= 9);
+
+    CommandLine commandLine;
+    commandLine.description = m_recorder->filePath("interface");
+    commandLine.filesFolder = folder.path();
+    commandLine.language = "en";
+    QString shown;
+    QString picture;
+    const auto proxy = [] { return QNetworkProxy::applicationProxy(); };
+    const QNetworkProxy usual = proxy();
+    QNetworkProxy meanwhile;
+    const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
+        meanwhile = proxy();
+        for (QWidget *child : top.findChildren<QWidget *>()) {
+            if (child->inherits("paravue::LiveView"))
+                picture = QAccessible::queryAccessibleInterface(child)->text(QAccessible::Value);
+        }
+        for (QLineEdit *name : top.findChildren<QLineEdit *>()) {
+            if (name->text() != "Warehouse recorder")
+                continue;
+            shown = name->text();
+            name->setText("changed");
+        }
+        if (top.inherits("paravue::ReviewDialog"))
+            QTest::keyClick(&top, Qt::Key_Return);
+        else if (QPushButton *save = buttonWithText<QPushButton>(top, "Save"))
+            save->click();
+    });
+    QCOMPARE(code, ExitCode::Done);
+    QCOMPARE(picture, "No video in a preview");
+    QVERIFY(meanwhile.type() == QNetworkProxy::HttpProxy && meanwhile.port() == 0); // leads nowhere
+    QCOMPARE(proxy(), usual);
+    QVERIFY2(!shown.isEmpty() && before.value("streams").contains(shown.toUtf8()), qPrintable(shown));
+    QCOMPARE(contents(), before);
+    QCOMPARE(m_received, QStringList());
+}
+
+void TestSetupSessions::refusesALanguageThatTheDescriptionLacks_data()
+{
+    const TestTable<QByteArray, QString> row("description", "reason");
+    row("others", {}, "no texts in the language \"de\", only in: en, ru");
+    row("none", "<pvsetup version='1.0'><tabwidget><tab/></tabwidget></pvsetup>", "has no translations");
+}
+
+void TestSetupSessions::refusesALanguageThatTheDescriptionLacks()
+{
+    QFETCH(QByteArray, description);
+    QFETCH(QString, reason);
+    if (!description.isEmpty()) {
+        QFile file(m_recorder->filePath("interface"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(description) > 0);
+    }
+    CommandLine commandLine = sessionWithTheRecorder();
+    commandLine.language = "de";
+    QString message;
+    QCOMPARE(runSessionAs(commandLine,
+                          [&](QWidget &top) {
+                              if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+                                  message = box->text();
+                                  box->close();
+                              }
+                          }),
+             ExitCode::WrongUsage);
+    QVERIFY2(message.contains(reason), qPrintable(message));
+    const Run run = runProgram({addressOf(*m_recorder, "admin:admin"), "--language", "de", "--screenshot",
+                                m_folder->filePath("pictures")});
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.err.contains(reason), qPrintable(run.err));
+    QCOMPARE(run.out, "");
+}
+
+/// The user closes the message, and then the window.
+void TestSetupSessions::endsLikeTheSessionThatShowsNothing_data()
+{
+    const TestTable<QString, QByteArray, ExitCode> row("account", "description", "exitCode");
+    row("login given up", "admin:wrong@", "", ExitCode::Login);
+    row("nobody listens", "", "", ExitCode::Network);
+    row("description is no XML", "admin:admin@", "<pvsetup>", ExitCode::BadData);
+}
+
+void TestSetupSessions::endsLikeTheSessionThatShowsNothing()
+{
+    QFETCH(QString, account);
+    QFETCH(QByteArray, description);
+    QFETCH(ExitCode, exitCode);
+    const CommandLine commandLine = sessionWithTheRecorder(account.isEmpty() ? "a:b@" : account);
+    if (account.isEmpty())
+        m_recorder->close();
+    QFile file(m_recorder->filePath("interface"));
+    if (!description.isEmpty())
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(description) > 0);
+    file.close();
+    bool hasSeenMessage = false;
+    const ExitCode code = runSessionAs(commandLine, [&](QWidget &top) {
+        const bool isMessage = qobject_cast<QMessageBox *>(&top);
+        hasSeenMessage = hasSeenMessage || isMessage;
+        if (isMessage || hasSeenMessage || top.inherits("cDlg"))
+            top.close();
+    });
+    QCOMPARE(code, exitCode);
+    QVERIFY(hasSeenMessage);
+}
+
+void TestSetupSessions::finishesTheSaveOfAnAcceptedWindow()
+{
+    m_recorder->setReplyDelay(30); // the save is still running when the window has closed
+    const ExitCode code = runSessionAs([](QWidget &top) {
+        if (QPushButton *save = buttonWithText<QPushButton>(top, "Save"))
+            save->click();
+    });
+    QCOMPARE(code, ExitCode::Done);
+    QCOMPARE(m_received, QStringList({"streams", "net", "time", "timers", "disk", "users", "state"}));
+}
+
+void TestSetupSessions::endsWithOneWhenCancelled()
+{
+    const ExitCode code = runSessionAs([](QWidget &top) { QTest::keyClick(&top, Qt::Key_Escape); });
+    QCOMPARE(code, ExitCode::Rejected);
+    QCOMPARE(m_received, QStringList());
+}
+
+void TestSetupSessions::tellsWhenTheSaveFails()
+{
+    QString message;
+    const ExitCode code = runSessionAs([&](QWidget &top) {
+        if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+            message = box->text();
+            box->accept();
+            return;
+        }
+        if (QPushButton *save = buttonWithText<QPushButton>(top, "Save")) {
+            save->click();
+            m_recorder->close();
+        }
+    });
+    QCOMPARE(code, ExitCode::Network);
+    QVERIFY(!message.isEmpty());
+    QVERIFY(m_received.size() < 7);
+}
+
+void TestSetupSessions::isCancelledWhenASignalStopsTheSave_data()
+{
+    const TestTable<bool> row("hasBegun");
+    row("before it begins", false);
+    row("when a file has arrived", true);
+}
+
+void TestSetupSessions::isCancelledWhenASignalStopsTheSave()
+{
+    QFETCH(bool, hasBegun);
+    const auto quit = [] { QCoreApplication::exit(); }; // as the program does on a signal
+    if (hasBegun)
+        connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, quit);
+    ExitCode code = ExitCode::Done;
+    QTimer::singleShot(0, this, [&] {
+        code = runSessionAs([&](QWidget &top) {
+            QPushButton *save = buttonWithText<QPushButton>(top, "Save");
+            if (!save)
+                return;
+            save->click();
+            if (!hasBegun)
+                quit();
+        });
+    });
+    QCoreApplication::exec();
+    QVERIFY(m_received.size() <= 1);
+    QCOMPARE(code, ExitCode::Cancelled);
+}
+
+void TestSetupSessions::asksForALoginOnce()
+{
+    QFile accounts(m_recorder->filePath("users"));
+    QVERIFY(accounts.open(QIODevice::WriteOnly));
+    accounts.write("CNT=1\nNAME0=admin\nPASSWD0=s3cret\nLEVEL0=2\n");
+    accounts.close();
+    QStringList passwords{"s3cre", "s3cret"};
+    QStringList events;
+    const auto user = [&](QWidget &top) {
+        if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+            events += box->text();
+            box->accept();
+        } else if (auto *password = top.findChild<QLineEdit *>("lineEditPassword")) {
+            events += top.findChild<QLabel *>("labelRefusal")->text();
+            // The login is typed once.
+            if (passwords.size() == 2)
+                QTest::keyClicks(top.focusWidget(), "admin");
+            QTest::keyClicks(password, passwords.takeFirst());
+            QTest::keyClick(password, Qt::Key_Return);
+        } else if (buttonWithText<QPushButton>(top, "Save")) {
+            events += "loaded";
+            QTest::keyClick(&top, Qt::Key_Escape);
+        }
+    };
+    const QString refused = "The recorder has refused the login.";
+    QCOMPARE(runSessionAs(sessionWithTheRecorder("admin:wrong@"), user), ExitCode::Rejected);
+    QCOMPARE(events, QStringList({refused, refused, "loaded"}));
+    QCOMPARE(runSessionAs(sessionWithTheRecorder(""), user), ExitCode::Rejected);
+    QCOMPARE(events, QStringList({refused, refused, "loaded", "loaded"}));
+
+    QFile settings(m_user.settingsPath());
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    const QByteArray text = settings.readAll();
+    const QByteArray digest = QCryptographicHash::hash("s3cret", QCryptographicHash::Md5).toHex();
+    QVERIFY(text.contains("password0=" + digest.toHex()));
+    QVERIFY(!text.contains(QByteArray("s3cret").toHex()) && !text.contains("password1="));
+}
+
+QTEST_MAIN(TestSetupSessions)
+#include "tst_setup_sessions.moc"
