@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 using namespace recorder;
 using paravue::test::TestTable;
@@ -104,6 +105,8 @@ private Q_SLOTS:
     void dropsOneFragment();
     void repeatsTheHeader();
     void stallsWithinARecord();
+    void slowsDown();
+    void jumpsInTime();
     void recordsTheStream();
     void refusesInvalidSettings();
     void disconnectsWatchersForARestart();
@@ -373,6 +376,48 @@ void TestRecorderVideo::stallsWithinARecord()
     const QByteArray stalled = streamWith(faults);
     QVERIFY(!stalled.isEmpty());
     QVERIFY2(streamWith({}).startsWith(stalled), "a stall changes what comes");
+}
+
+void TestRecorderVideo::slowsDown()
+{
+    VideoService service;
+    makeFast(service);
+    const auto sink = std::make_shared<TestSink>();
+    VideoFaults faults;
+    faults.kinds = VideoFaults::Slow;
+    faults.every = 100;
+    service.setFaults(faults);
+    QSignalSpy logged(&service, &VideoService::logged);
+    service.watch(sink);
+    const auto picturesAt = [&](qint64 pictures) {
+        return paravue::test::waitUntil([&] { return service.encodedPictures() >= pictures; });
+    };
+    QVERIFY(picturesAt(50) && logged.size() == 1);
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(picturesAt(60));
+    const double interval = 1000.0 / VideoSettings::MaxRate;
+    QVERIFY2(clock.elapsed() >= 9 * 9 * interval, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(picturesAt(150));
+    QCOMPARE(logged.at(1).at(0).toString(), "video fault: slow: no more");
+}
+
+void TestRecorderVideo::jumpsInTime()
+{
+    VideoFaults faults;
+    faults.kinds = VideoFaults::TimeJump;
+    QStringList log;
+    const QByteArray jumping = streamWith(faults, FragmentSize, &log);
+    QCOMPARE(log.value(0), "video fault: jump: the time shifts by 3600000 ms");
+    const QByteArray mark = QByteArray::fromHex("05b5b5b5");
+    QList<qint64> steps;
+    qint64 last = 1700000000;
+    for (qsizetype at = jumping.indexOf(mark); at >= 0; at = jumping.indexOf(mark, at + 1)) {
+        const qint64 second = qFromLittleEndian<quint32>(jumping.constData() + at + mark.size());
+        steps << second - last;
+        last = second;
+    }
+    QVERIFY2(steps.contains(3600) || steps.contains(3601), qPrintable(QString::number(steps.size())));
 }
 
 void TestRecorderVideo::repeatsTheHeader()

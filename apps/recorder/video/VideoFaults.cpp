@@ -19,7 +19,7 @@ QStringList videoFaultNames()
 {
     return {QStringLiteral("garbage"), QStringLiteral("lost"),  QStringLiteral("header"),
             QStringLiteral("unknown"), QStringLiteral("stall"), QStringLiteral("size"),
-            QStringLiteral("codec")};
+            QStringLiteral("codec"),   QStringLiteral("slow"),  QStringLiteral("jump")};
 }
 
 std::optional<VideoFaults> readVideoFaults(const QString &list, QString &reason)

@@ -21,6 +21,8 @@ struct VideoFaults {
         Stall = 16,         ///< nothing is sent for a while, in the middle of a record
         SizeChange = 32,    ///< the pictures get another size; test picture only
         CodecChange = 64,   ///< the pictures get another codec; test picture only
+        Slow = 128,         ///< pictures come ten times as rarely, until the fault comes again
+        TimeJump = 256,     ///< the time of the stream jumps by an hour, forwards and back in turn
     };
     static constexpr int MaxStall = 20 * 1000;
     static constexpr int MaxEvery = 100000;
@@ -33,7 +35,8 @@ struct VideoFaults {
     bool has(Kind kind) const { return (kinds & kind) != 0; }
 };
 
-/// The names on the command line: "garbage", "lost", "header", "unknown", "stall", "size", "codec".
+/// The names on the command line: "garbage", "lost", "header", "unknown", "stall", "size", "codec", "slow",
+/// "jump".
 QStringList videoFaultNames();
 /// Reads names with commas between them; the stall may have its milliseconds, as in "stall=2000". Nothing,
 /// with \a reason set, when a name is unknown.

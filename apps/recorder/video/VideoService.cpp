@@ -21,6 +21,8 @@ constexpr qint64 MsPerSecond = 1000;
 constexpr QSize OverviewSize = {640, 360};
 /// Milliseconds; pictures that are later than this are skipped.
 constexpr double MaxDelayMs = 500;
+constexpr int SlowFactor = 10;
+constexpr qint64 TimeJumpMs = 3600 * MsPerSecond;
 
 /// Half the size, or twice when that is too small.
 QSize otherSize(QSize size)
@@ -85,6 +87,13 @@ bool VideoService::setFile(const QString &path, QString *fault)
         return false;
     m_file = path;
     return true;
+}
+
+void VideoService::setFaults(const VideoFaults &faults)
+{
+    m_faults = FaultInjector(faults);
+    m_isSlow = false;
+    m_timeShift = 0;
 }
 
 bool VideoService::record(const QString &path, QString *fault)
@@ -189,7 +198,8 @@ void VideoService::tick()
 void VideoService::schedule()
 {
     const double now = double(m_elapsed.elapsed());
-    m_due += m_isStalled ? m_faults.faults().stall : m_source->interval();
+    const double interval = m_isSlow ? SlowFactor * m_source->interval() : m_source->interval();
+    m_due += m_isStalled ? m_faults.faults().stall : interval;
     if (m_due < now - MaxDelayMs)
         m_due = now;
     m_timer.start(int(std::max(0.0, std::ceil(m_due - now))));
@@ -224,6 +234,15 @@ void VideoService::changeByFault()
     if (m_faults.isDue(VideoFaults::HeaderTwice)) {
         m_beginsAnew = m_repeatsHeader = true;
         logFault(QStringLiteral("header: it comes again, twice"));
+    }
+    if (m_faults.isDue(VideoFaults::Slow)) {
+        m_isSlow = !m_isSlow;
+        logFault(m_isSlow ? QStringLiteral("slow: a tenth of the pictures")
+                          : QStringLiteral("slow: no more"));
+    }
+    if (m_faults.isDue(VideoFaults::TimeJump)) {
+        m_timeShift = m_timeShift == 0 ? TimeJumpMs : 0;
+        logFault(QStringLiteral("jump: the time shifts by %1 ms").arg(m_timeShift));
     }
     VideoSettings wanted = m_current;
     if (m_faults.isDue(VideoFaults::SizeChange))
@@ -267,6 +286,8 @@ void VideoService::endStream()
     m_beginsAnew = false;
     m_repeatsHeader = false;
     m_isStalled = false;
+    m_isSlow = false;
+    m_timeShift = 0;
     m_second = -1;
 }
 
@@ -285,9 +306,10 @@ bool VideoService::hasNewWatcher() const
 
 VideoService::Burst VideoService::nextBurst()
 {
-    const qint64 time = m_clock();
+    const qint64 now = m_clock();
+    const qint64 time = now + m_timeShift;
     const bool needsIndex = m_beginsAnew || time / MsPerSecond != m_second;
-    const CodedPicture picture = m_source->next(needsIndex || hasNewWatcher(), m_pose, time);
+    const CodedPicture picture = m_source->next(needsIndex || hasNewWatcher(), m_pose, now);
     ++m_encodedPictures;
     QList<QByteArray> records;
     if (!picture.bytes.isEmpty())

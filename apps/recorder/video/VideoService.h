@@ -68,8 +68,8 @@ public:
     /// Shows a video file in a loop; an empty path shows the test picture. False, with \a fault set and
     /// nothing changed, when the file cannot be played.
     bool setFile(const QString &path, QString *fault = nullptr);
-    /// Takes effect with the next picture.
-    void setFaults(const VideoFaults &faults) { m_faults = FaultInjector(faults); }
+    /// Takes effect with the next picture. Ends a slow time and a shift of the time.
+    void setFaults(const VideoFaults &faults);
 
     /// Writes the stream to a new file, as a watcher of its own. An earlier recording ends. False, with \a
     /// fault set and nothing changed, when the file exists or cannot be written.
@@ -160,6 +160,8 @@ private:
     bool m_beginsAnew = false;
     bool m_repeatsHeader = false;
     bool m_isStalled = false;
+    bool m_isSlow = false;
+    qint64 m_timeShift = 0; // of the stream, in milliseconds
     QList<Watcher> m_watchers;
     QByteArray m_texts; // records that are sent with the next picture
     std::map<quint8, QByteArray> m_stateTexts;
