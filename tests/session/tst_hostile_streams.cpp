@@ -1,0 +1,195 @@
+#include "controls/LiveView.h"
+#include "recorder/RecorderServer.h"
+#include "recorder/video/VideoService.h"
+#include "support/PictureClock.h"
+#include "support/StoreFixture.h"
+#include "support/TestTable.h"
+#include "support/Waiting.h"
+#include "ui/CWinMain.h"
+#include "video/VideoHVX3Reciver.h"
+#include "video/VideoLimits.h"
+#include "video/cFfmpegDecoder.h"
+
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <vector>
+
+using namespace paravue;
+using namespace paravue::test;
+using recorder::RecorderServer;
+using recorder::VideoFaults;
+using recorder::VideoSettings;
+
+namespace
+{
+
+constexpr int Cameras = 16;
+constexpr int Rate = 25;
+constexpr int Patience = 30'000; // milliseconds
+
+bool isSoak()
+{
+    return qEnvironmentVariableIsSet("PARAVUE_SOAK");
+}
+
+/// The fault of a camera, which comes once in so many pictures.
+struct Damage {
+    const char *faults;
+    int every;
+};
+
+/// Freezing, a tenth of the speed, jumps in time, another codec each second, and all that damages a stream.
+const std::vector<Damage> Damages{
+    {"stall=1500", Rate}, {"slow", Rate},
+    {"jump", 10},         {"codec", Rate},
+    {"codec,size", 8},    {"garbage,lost", 3},
+    {"header", 2},        {"garbage,lost,header,unknown,stall=300,size,codec,slow,jump", 20}};
+
+/// The tenths of a second between two times of the same day.
+int elapsedTenths(int from, int to)
+{
+    constexpr int Day = 24 * 60 * 60 * 10;
+    return (to - from + Day) % Day;
+}
+
+int nowInTenths()
+{
+    return QTime::fromMSecsSinceStartOfDay(0).msecsTo(QDateTime::currentDateTimeUtc().time()) / 100;
+}
+
+} // namespace
+
+/// Sixteen cameras of the simulator in one window.
+class TestHostileStreams : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void showsTheOthersMeanwhile();
+    void isLiveAgainAfterwards();
+
+private:
+    void damage(int round);
+    /// Watches the pictures of all cameras for so long.
+    void watch(int milliseconds);
+    QString state(int camera) const { return m_views[camera]->valueText(); }
+
+    QTemporaryDir m_folder;
+    std::vector<std::unique_ptr<RecorderServer>> m_recorders;
+    std::unique_ptr<StoreFixture> m_store;
+    std::unique_ptr<CWinMain> m_window;
+    QList<LiveView *> m_views;
+    QList<QSet<qint64>> m_seen; ///< the keys of the pictures of each camera
+};
+
+void TestHostileStreams::initTestCase()
+{
+    QByteArray tasks;
+    QByteArray cells;
+    for (int camera = 0; camera < Cameras; ++camera) {
+        const QByteArray number = QByteArray::number(camera);
+        auto server = std::make_unique<RecorderServer>(m_folder.filePath(number));
+        VideoSettings settings;
+        settings.codec = recorder::VideoCodec(camera % 3);
+        if (!recorder::VideoService::canEncode(settings.codec))
+            settings.codec = recorder::VideoCodec::Mpeg4;
+        settings.size = {160, 120};
+        settings.rate = Rate;
+        QVERIFY(server->video().setSettings(settings));
+        QVERIFY2(server->listen(), qPrintable(server->errorString()));
+        tasks += "<timetask type='startVideoOnline' period='500'><url>127.0.0.1:" +
+                 QByteArray::number(server->port()) +
+                 "</url><login>admin</login><password>admin</password><target>view" + number +
+                 "</target></timetask>";
+        cells += "<item type='online' row='" + QByteArray::number(camera / 4) + "' column='" +
+                 QByteArray::number(camera % 4) + "' width='160' height='120'><view" + number + "/></item>";
+        m_recorders.push_back(std::move(server));
+    }
+    const QByteArray text = "<pvsetup version='1.0'><window>" + tasks +
+                            "</window><tabwidget><tab><name>Cameras</name><item type='gridlayout'>" + cells +
+                            "</item></tab></tabwidget></pvsetup>";
+    m_store = std::make_unique<StoreFixture>(QMap<QString, QByteArray>{{"interface", text}});
+    m_store->store().setProperty("offline", false); // else the window makes no connections
+    m_window = std::make_unique<CWinMain>(&m_store->store(), nullptr);
+    m_window->resize(900, 700);
+    m_window->show();
+    m_views = m_window->findChildren<LiveView *>();
+    QCOMPARE(m_views.size(), Cameras);
+    m_seen.resize(Cameras);
+    for (const LiveView *view : std::as_const(m_views))
+        AWAIT_VERIFY_WITHIN(view->hasPicture(), Patience);
+}
+
+void TestHostileStreams::damage(int round)
+{
+    for (int camera = 0; camera < Cameras; ++camera) {
+        const Damage &damage = Damages[size_t(camera + round) % Damages.size()];
+        QString reason;
+        auto faults = recorder::readVideoFaults(damage.faults, reason);
+        QVERIFY2(faults, qPrintable(reason));
+        faults->every = damage.every;
+        faults->seed = quint32(100 * round + camera);
+        if (isSoak() && faults->stall == 1500)
+            faults->stall = 15'000; // the connection counts as silent
+        m_recorders[size_t(camera)]->video().setFaults(*faults);
+    }
+}
+
+void TestHostileStreams::watch(int milliseconds)
+{
+    for (QSet<qint64> &seen : m_seen)
+        seen.clear();
+    waitUntil(
+        [&] {
+            for (int camera = 0; camera < Cameras; ++camera)
+                m_seen[camera] << m_views[camera]->pixmap(Qt::ReturnByValue).cacheKey();
+            return false;
+        },
+        milliseconds);
+}
+
+void TestHostileStreams::showsTheOthersMeanwhile()
+{
+    const int rounds = isSoak() ? 12 : 1; // a function of a test may take five minutes
+    for (int round = 0; round < rounds; ++round) {
+        damage(round);
+        watch(isSoak() ? 20'000 : 4'000);
+        for (int camera = 0; camera < Cameras; ++camera) {
+            const QByteArray where = "camera " + QByteArray::number(camera) + " in round " +
+                                     QByteArray::number(round) + ": " + state(camera).toUtf8();
+            QVERIFY2(m_seen[camera].size() > 1, where);
+        }
+        for (const VideoHVX3Reciver *receiver : m_window->findChildren<VideoHVX3Reciver *>()) {
+            const qsizetype waiting = receiver->findChild<cFfmpegDecoder *>()->waitingBytes();
+            QVERIFY2(waiting < MaxWaitingBytes, QByteArray::number(waiting));
+        }
+    }
+}
+
+void TestHostileStreams::isLiveAgainAfterwards()
+{
+    for (const auto &server : m_recorders)
+        server->video().setFaults({});
+    constexpr int Late = 15; // tenths of a second; the thinning leaves out half a second
+    for (int camera = 0; camera < Cameras; ++camera) {
+        const auto age = [&] {
+            const auto shown = shownTenths(m_views[camera]->pixmap(Qt::ReturnByValue).toImage());
+            return shown ? elapsedTenths(*shown, nowInTenths()) : -1;
+        };
+        const auto isLive = [&] { return age() >= 0 && age() <= Late && state(camera).isEmpty(); };
+        QVERIFY2(waitUntil(isLive, Patience), "camera " + QByteArray::number(camera) + ": " +
+                                                  QByteArray::number(age()) + " tenths, " +
+                                                  state(camera).toUtf8());
+    }
+    watch(2'000);
+    for (int camera = 0; camera < Cameras; ++camera)
+        QVERIFY2(m_seen[camera].size() > 5, QByteArray::number(camera));
+    m_window->endSession();
+}
+
+QTEST_MAIN(TestHostileStreams)
+#include "tst_hostile_streams.moc"
