@@ -361,8 +361,8 @@ void CellGridEditor::textsEdited(const QStringList &, const QStringList &)
 
 EditActions CellGridEditor::editActions()
 {
-    return groupedActions(
-        {historyActions(m_gesture), clipboardActions(), toolActions(), kindActions(), cellActions()});
+    return groupedActions({historyActions(m_gesture), clipboardActions(), toolActions(), kindActions(),
+                           cellActions(), pictureActions()});
 }
 
 EditActions CellGridEditor::clipboardActions()

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "controls/EditActions.h"
 #include "controls/PictureNotice.h"
 #include "controls/ScaledPicture.h"
 
 #include <QPixmap>
 #include <QWidget>
+
+#include <functional>
 
 namespace paravue
 {
@@ -31,6 +34,9 @@ public:
     /// Where the picture stands in a view of other proportions; at the left and the top by default.
     void setAlignment(Qt::Alignment alignment);
 
+    /// What else the user can do with the picture, for views with a menu of their own.
+    void setPictureActions(const std::function<EditActions()> &actions) { m_actions = actions; }
+
     /// Where in the widget the picture is, or would be. Empty while the widget is too small for one.
     QRect pictureRect() const;
     /// The state of the view in words. Derived classes put their own state behind the notice.
@@ -53,6 +59,7 @@ Q_SIGNALS:
     void pictureChanged();
 
 protected:
+    EditActions pictureActions() const { return m_actions ? m_actions() : EditActions(); }
     QRect footerRect() const;
     /// A fraction of the picture (0 to 1 in both directions) for a position in the widget, and back.
     QPointF fractionAt(const QPointF &position) const;
@@ -86,6 +93,7 @@ private:
     QString m_remark;
     QString m_caption;
     QString m_reason;
+    std::function<EditActions()> m_actions;
     QSize m_preferred;
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignTop;
     QSize m_requested; ///< 0 or less: not given

@@ -239,10 +239,19 @@ void TestPictureActions::leavesEditorsTheirMouse()
     played.send(filled(Qt::red));
     auto &mask = played.view<MaskEditor>();
     QTest::mouseDClick(&mask, Qt::LeftButton, {}, mask.rect().center());
+    QTest::mouseRelease(&mask, Qt::LeftButton, {}, mask.rect().center());
     QVERIFY(!openMenu(mask));
     QVERIFY(!played.enlarged());
+    // Its own menu goes on with what can be done with the picture.
     QVERIFY(openMenu(mask, QContextMenuEvent::Keyboard));
-    mask.findChild<QMenu *>()->close();
+    QStringList entries;
+    for (const QAction *action : mask.findChild<QMenu *>()->actions())
+        entries << action->text();
+    QVERIFY2(entries.contains("Invert") && entries.last() == "Stream details", qPrintable(entries.join('|')));
+    delete mask.findChild<QMenu *>();
+    QApplication::clipboard()->clear();
+    QTest::keyClick(&mask, Qt::Key_C, Qt::ControlModifier);
+    QVERIFY(QApplication::clipboard()->pixmap().isNull()); // it copies its cells
     QTest::keyClick(&mask, Qt::Key_F11);
     QVERIFY(played.enlarged());
     // A double click turns a camera whose position is known.
@@ -379,6 +388,11 @@ void TestPictureActions::fetchesNow()
     played.sources.last()->active = false;
     played.tick(1);
     QCOMPARE(played.sources.size(), 1);
+    // A shortcut of the window does not get the key.
+    QKeyEvent claim(QEvent::ShortcutOverride, Qt::Key_F5, {});
+    claim.ignore();
+    QCoreApplication::sendEvent(&online, &claim);
+    QVERIFY(claim.isAccepted());
     QTest::keyClick(&online, Qt::Key_F5);
     played.tick(1);
     QCOMPARE(played.sources.size(), 2);

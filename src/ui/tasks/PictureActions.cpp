@@ -1,7 +1,9 @@
 #include "ui/tasks/PictureActions.h"
 
+#include "controls/CellGridEditor.h"
 #include "controls/LiveView.h"
 #include "controls/PictureView.h"
+#include "controls/PtzCalibrator.h"
 #include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
 #include "ui/accessibility/ControlAccessibility.h"
@@ -12,7 +14,6 @@
 #include <QDateTime>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QScreen>
 
@@ -39,10 +40,10 @@ QString nameOf(QWidget &control)
     return interface ? interface->text(QAccessible::Name) : QString();
 }
 
-/// Whether the mouse and some keys edit something in the control.
+/// Whether the control is for changing something, so that the mouse and some keys are taken.
 bool isEditor(const QWidget &control)
 {
-    return control.contextMenuPolicy() == Qt::PreventContextMenu;
+    return qobject_cast<const CellGridEditor *>(&control) || qobject_cast<const PtzCalibrator *>(&control);
 }
 
 /// The window of \a control among \a windows, if it has one.
@@ -106,7 +107,12 @@ void PictureActions::add(QWidget &control)
         return;
     m_controls.removeAll(nullptr);
     m_controls.append(&control);
-    control.installEventFilter(this);
+    if (auto *editor = qobject_cast<CellGridEditor *>(&control)) // has a menu of its own
+        editor->setPictureActions([self = QPointer<PictureActions>(this), editor] {
+            return self ? self->actionsFor(*editor) : EditActions();
+        });
+    else
+        control.installEventFilter(this);
 }
 
 void PictureActions::setSource(PictureSource *source)
@@ -141,98 +147,71 @@ bool PictureActions::takeFetchRequest()
     return std::exchange(m_isFetchRequested, false);
 }
 
-bool PictureActions::isEnlarged(const QWidget &control) const
-{
-    return control.isWindow();
-}
-
-bool PictureActions::isSteered(QWidget &control) const
-{
-    auto *view = dynamic_cast<SteeredView *>(&control);
-    return view && view->steering().isSteerable();
-}
-
 bool PictureActions::eventFilter(QObject *watched, QEvent *event)
 {
     auto &control = *static_cast<QWidget *>(watched);
-    bool isUsed = false;
+    const auto actions = [&] { return actionsFor(control); };
+    if (claimKey(actions, *event))
+        return true;
     if (event->type() == QEvent::KeyPress) {
-        isUsed = pressKey(control, *static_cast<QKeyEvent *>(event));
+        const auto &press = *static_cast<QKeyEvent *>(event);
+        if (performByKey(actions(), press))
+            return true;
+        if (isMenuKey(press)) {
+            showMenu(control, actions(), control.mapToGlobal(control.rect().center()));
+            return true;
+        }
     } else if (event->type() == QEvent::MouseButtonDblClick) {
-        isUsed = doubleClick(control, *static_cast<QMouseEvent *>(event));
+        if (doubleClick(control, *static_cast<QMouseEvent *>(event)))
+            return true;
     } else if (event->type() == QEvent::ContextMenu) {
-        const auto *menu = static_cast<QContextMenuEvent *>(event);
-        isUsed = !isEditor(control) || menu->reason() == QContextMenuEvent::Keyboard;
-        if (isUsed)
-            showMenu(control, menu->globalPos());
+        const auto &menu = *static_cast<QContextMenuEvent *>(event);
+        if (!isEditor(control) || menu.reason() == QContextMenuEvent::Keyboard) {
+            showMenu(control, actions(), menu.globalPos());
+            return true;
+        }
     }
-    return isUsed || QObject::eventFilter(watched, event);
+    return QObject::eventFilter(watched, event);
 }
 
-bool PictureActions::pressKey(QWidget &control, const QKeyEvent &event)
+EditActions PictureActions::actionsFor(QWidget &control)
 {
-    const bool isPlain = !(event.modifiers() & ~Qt::KeypadModifier);
-    const int key = event.key();
-    if (isPlain && key == Qt::Key_F11) {
-        enlarge(control);
-    } else if (isPlain && key == Qt::Key_I) {
-        showDetails(control);
-    } else if (isPlain && key == Qt::Key_F5 && m_kind == PictureKind::Still) {
-        m_isFetchRequested = true;
-    } else if (isPlain && key == Qt::Key_Escape && isEnlarged(control)) {
-        auto *view = dynamic_cast<SteeredView *>(&control);
-        if (view && view->steering().isInGesture())
-            return false;
-        control.close();
-    } else if (!isEditor(control) && event.matches(QKeySequence::Save)) {
-        save(control);
-    } else if (!isEditor(control) && event.matches(QKeySequence::Copy)) {
-        QGuiApplication::clipboard()->setPixmap(pictureOf(control));
-    } else {
-        return false;
-    }
-    return true;
+    const bool hasPicture = !pictureOf(control).isNull();
+    auto *steered = dynamic_cast<SteeredView *>(&control);
+    const auto copyKeys =
+        isEditor(control) ? QList<QKeySequence>() : keysFor(QKeySequence::Copy, Qt::CTRL | Qt::Key_C);
+    EditActions actions;
+    if (control.isWindow())
+        actions.append({tr("Close"),
+                        {Qt::Key_Escape, Qt::Key_F11},
+                        [&control] { control.close(); },
+                        !steered || !steered->steering().isInGesture()});
+    else
+        actions.append({tr("Enlarge"), {Qt::Key_F11}, [this, &control] { enlarge(control); }});
+    actions.append({tr("Save picture…"), keysFor(QKeySequence::Save, Qt::CTRL | Qt::Key_S),
+                    [this, &control] { save(control); }, hasPicture});
+    actions.append({tr("Copy picture"), copyKeys,
+                    [&control] { QGuiApplication::clipboard()->setPixmap(pictureOf(control)); }, hasPicture});
+    if (m_kind == PictureKind::Still)
+        actions.append({tr("Fetch a picture now"), {Qt::Key_F5}, [this] { m_isFetchRequested = true; }});
+    actions.append({tr("Stream details"), {Qt::Key_I}, [this, &control] { showDetails(control); }});
+    return actions;
 }
 
 bool PictureActions::doubleClick(QWidget &control, const QMouseEvent &event)
 {
-    if (event.button() != Qt::LeftButton || isEditor(control) || isSteered(control))
+    auto *steered = dynamic_cast<SteeredView *>(&control);
+    const bool isSteered = steered && steered->steering().isSteerable();
+    if (event.button() != Qt::LeftButton || isEditor(control) || isSteered)
         return false;
     enlarge(control);
     return true;
 }
 
-void PictureActions::showMenu(QWidget &control, const QPoint &place)
-{
-    auto *menu = new QMenu(&control);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [&](const QString &text, const QKeySequence &key, auto action) {
-        const QString shown = text + u'\t' + key.toString(QKeySequence::NativeText);
-        QAction *entry = menu->addAction(shown);
-        connect(entry, &QAction::triggered, &control, action);
-        return entry;
-    };
-    const bool hasPicture = !pictureOf(control).isNull();
-    if (isEnlarged(control))
-        add(tr("Close"), Qt::Key_Escape, [&control] { control.close(); });
-    else
-        add(tr("Enlarge"), Qt::Key_F11, [this, &control] { enlarge(control); });
-    add(tr("Save picture…"), isEditor(control) ? QKeySequence() : QKeySequence(QKeySequence::Save),
-        [this, &control] { save(control); })
-        ->setEnabled(hasPicture);
-    add(tr("Copy picture"), isEditor(control) ? QKeySequence() : QKeySequence(QKeySequence::Copy),
-        [&control] { QGuiApplication::clipboard()->setPixmap(pictureOf(control)); })
-        ->setEnabled(hasPicture);
-    if (m_kind == PictureKind::Still)
-        add(tr("Fetch a picture now"), Qt::Key_F5, [this] { m_isFetchRequested = true; });
-    add(tr("Stream details"), Qt::Key_I, [this, &control] { showDetails(control); });
-    menu->popup(place);
-}
-
 /// Once more it closes the larger picture.
 void PictureActions::enlarge(QWidget &control)
 {
-    if (isEnlarged(control)) {
+    if (control.isWindow()) {
         control.close();
         return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/EditActions.h"
 #include "ui/tasks/PictureAudience.h"
 #include "ui/tasks/PictureSource.h"
 #include "ui/tasks/StreamDetails.h"
@@ -10,7 +11,6 @@
 #include <functional>
 #include <memory>
 
-class QKeyEvent;
 class QMouseEvent;
 
 namespace paravue
@@ -52,11 +52,8 @@ protected:
 
 private:
     void pictureCame();
-    bool pressKey(QWidget &control, const QKeyEvent &event);
+    EditActions actionsFor(QWidget &control);
     bool doubleClick(QWidget &control, const QMouseEvent &event);
-    bool isEnlarged(const QWidget &control) const;
-    bool isSteered(QWidget &control) const;
-    void showMenu(QWidget &control, const QPoint &place);
     void enlarge(QWidget &control);
     void save(QWidget &control);
     void showDetails(QWidget &control);
