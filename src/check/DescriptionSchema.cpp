@@ -62,21 +62,24 @@ private:
     }
 
     template <class Content>
+    void named(const char *tag, const QString &name, Content content)
+    {
+        within(tag, [&] {
+            m_xml.writeAttribute("name", name);
+            content();
+        });
+    }
+
+    template <class Content>
     void define(const QString &name, Content content)
     {
-        m_xml.writeStartElement("define");
-        m_xml.writeAttribute("name", name);
-        content();
-        m_xml.writeEndElement();
+        named("define", name, content);
     }
 
     template <class Content>
     void element(const QString &name, Content content)
     {
-        m_xml.writeStartElement("element");
-        m_xml.writeAttribute("name", name);
-        content();
-        m_xml.writeEndElement();
+        named("element", name, content);
     }
 
     void ref(const QString &name)

@@ -49,6 +49,8 @@ private Q_SLOTS:
 
 private:
     QString address() const;
+    /// Begins a slow save, during which the user presses Escape.
+    void saveAndAskToStop(OrbNetSetup &store);
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
@@ -68,6 +70,17 @@ void TestFinishSave::init()
 QString TestFinishSave::address() const
 {
     return "admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port()));
+}
+
+void TestFinishSave::saveAndAskToStop(OrbNetSetup &store)
+{
+    m_recorder->setReplyDelay(120);
+    store.store();
+    QTimer::singleShot(400, &store, [] {
+        auto *dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog);
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    });
 }
 
 namespace
@@ -225,13 +238,7 @@ void TestFinishSave::stopIsAskedFor()
     QFETCH(QMessageBox::StandardButton, answer);
     QFETCH(Result, result);
     LoadedStore store(address());
-    m_recorder->setReplyDelay(120);
-    store.store();
-    QTimer::singleShot(400, &store, [&] {
-        auto *dialog = QApplication::activeModalWidget();
-        QVERIFY(dialog);
-        QTest::keyClick(dialog, Qt::Key_Escape);
-    });
+    saveAndAskToStop(store);
     const ModalWatcher questions(
         [&](QWidget &box) { static_cast<QMessageBox &>(box).button(answer)->click(); });
     const SaveOutcome outcome = FinishParavueSetup(&store);
@@ -396,13 +403,7 @@ void TestFinishSave::aLargePackageIsNoSilence()
 void TestFinishSave::theEndClosesTheQuestionToStop()
 {
     LoadedStore store(address());
-    m_recorder->setReplyDelay(120);
-    store.store();
-    QTimer::singleShot(400, &store, [&] {
-        auto *dialog = QApplication::activeModalWidget();
-        QVERIFY(dialog);
-        QTest::keyClick(dialog, Qt::Key_Escape);
-    });
+    saveAndAskToStop(store);
     QCOMPARE(FinishParavueSetup(&store).result, Result::Done); // nobody answers
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(m_received, Files);

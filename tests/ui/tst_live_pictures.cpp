@@ -1,5 +1,6 @@
 #include "support/EncodedClip.h"
 #include "support/Hvx3Bytes.h"
+#include "support/PictureCount.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 #include "ui/tasks/PictureAudience.h"
@@ -73,22 +74,6 @@ private:
     QTimer m_timer;
     int m_sent = 0;
 };
-
-/// Makes the next picture of the process the first one of the eight of which the latter four are shown.
-void startCountingPictures()
-{
-    VideoHVX3Reciver receiver(nullptr, QDomElement());
-    QSignalSpy shown(&receiver, &VideoHVX3Reciver::pixmapReady);
-    const auto isShown = [&] {
-        shown.clear();
-        receiver.imageReady(QImage(1, 1, QImage::Format_RGB32));
-        return !shown.isEmpty();
-    };
-    while (!isShown()) {
-    }
-    while (isShown()) {
-    }
-}
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "support/EncodedClip.h"
 #include "support/FakeRecorder.h"
 #include "support/Hvx3Bytes.h"
+#include "support/PictureCount.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 #include "video/StreamFigures.h"
@@ -68,22 +69,6 @@ public:
     QList<int> shown;
     QList<QPixmap> kept;
 };
-
-/// Makes the next picture of the process the first one of the eight of which the latter four are shown.
-void startCountingPictures()
-{
-    VideoHVX3Reciver receiver(nullptr, QDomElement());
-    QSignalSpy shown(&receiver, &VideoHVX3Reciver::pixmapReady);
-    const auto isShown = [&] {
-        shown.clear();
-        receiver.imageReady(QImage(1, 1, QImage::Format_RGB32));
-        return !shown.isEmpty();
-    };
-    while (!isShown()) {
-    }
-    while (isShown()) {
-    }
-}
 
 QByteArray streamOf(const EncodedClip &clip, const QByteArray &label)
 {
