@@ -377,7 +377,7 @@ EditActions CellGridEditor::toolActions()
     const auto action = [this](const QString &text, Qt::Key key, Tool tool) {
         return EditAction{text, {Qt::CTRL | key}, [this, tool] { chooseTool(tool); }, true, m_tool == tool};
     };
-    return {action(tr("Rectangle"), Qt::Key_R, Tool::Rectangle), action(tr("Brush"), Qt::Key_B, Tool::Brush)};
+    return {action(tr("Rectangle"), Qt::Key_E, Tool::Rectangle), action(tr("Brush"), Qt::Key_B, Tool::Brush)};
 }
 
 EditActions CellGridEditor::kindActions()

@@ -45,6 +45,9 @@ public:
     int chosenKind() const { return m_kind; }
     Tool tool() const { return m_tool; }
 
+    /// While valueChanged() is emitted.
+    HistoryMove historyMove() const { return m_gesture.historyMove(); }
+
     QString valueText() const override;
 
 public Q_SLOTS:

@@ -1,9 +1,8 @@
 #include "controls/EditGesture.h"
 
-#include "controls/EditHistory.h"
-
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 
 #include <utility>
 
@@ -80,19 +79,21 @@ bool EditGesture::canRedo() const
 
 void EditGesture::undo()
 {
-    if (!canUndo())
-        return;
-    const QStringList before = m_editor.texts();
-    m_editor.restore(m_history->undo(before));
-    report(before);
+    if (canUndo())
+        travel(HistoryMove::Undo);
 }
 
 void EditGesture::redo()
 {
-    if (!canRedo())
-        return;
+    if (canRedo())
+        travel(HistoryMove::Redo);
+}
+
+void EditGesture::travel(HistoryMove move)
+{
+    const QScopedValueRollback moving(m_historyMove, move);
     const QStringList before = m_editor.texts();
-    m_editor.restore(m_history->redo(before));
+    m_editor.restore(move == HistoryMove::Undo ? m_history->undo(before) : m_history->redo(before));
     report(before);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/EditHistory.h"
+
 #include <QPointF>
 #include <QStringList>
 
@@ -11,8 +13,6 @@ class QMouseEvent;
 
 namespace paravue
 {
-
-class EditHistory;
 
 /// The gestures by which the user changes the texts of an editor: drags from the press of a mouse button to
 /// its release, and changes that are made at once, such as by a key. Every change by the user goes through
@@ -74,6 +74,8 @@ public:
     bool canRedo() const;
     void undo();
     void redo();
+    /// While the editor is told of a change.
+    HistoryMove historyMove() const { return m_historyMove; }
 
     /// The texts have been replaced from outside. Cancelling the drag restores these and not the former ones,
     /// and the steps that led to the former ones are forgotten.
@@ -87,11 +89,13 @@ private:
 
     void end();
     void record(const QStringList &before);
+    void travel(HistoryMove move);
     void report(const QStringList &before);
 
     Editor &m_editor;
     Interruption m_interruption;
     EditHistory *m_history;
+    HistoryMove m_historyMove = HistoryMove::None;
     std::optional<Drag> m_drag;
 };
 

@@ -6,6 +6,9 @@
 namespace paravue
 {
 
+/// What a change is: an edit of its own, or a step of a history that is taken back or made again.
+enum class HistoryMove { None, Undo, Redo };
+
 /// The last steps by which the user has changed the texts of an editor, for undo and redo. A step keeps only
 /// the characters in which the texts differ.
 ///

@@ -45,6 +45,8 @@ public:
     QString clearDayText() const;
 
     EditActions editActions();
+    /// While edited() is emitted.
+    HistoryMove historyMove() const { return m_gesture.historyMove(); }
     EditActions undoActions() { return historyActions(m_gesture); }
 
     /// The kind that is painted with.

@@ -125,6 +125,11 @@ bool WeekSchedule::setDays(const QStringList &days)
     return true;
 }
 
+HistoryMove WeekSchedule::historyMove() const
+{
+    return m_grid->historyMove();
+}
+
 void WeekSchedule::clear()
 {
     m_grid->clearWeek();

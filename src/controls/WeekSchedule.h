@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/EditHistory.h"
 #include "controls/ScheduleKinds.h"
 
 #include <QStringList>
@@ -41,6 +42,9 @@ public:
     QStringList days() const;
     /// Emits nothing. Returns false when these are shown already, otherwise nothing can be undone any more.
     bool setDays(const QStringList &days);
+
+    /// While valueChanged() is emitted.
+    HistoryMove historyMove() const;
 
 public Q_SLOTS:
     /// Clears the whole week as if the user did, but for days that are not understood.

@@ -106,7 +106,7 @@ void TestCellGrids::paints_data()
     row("stroke with Shift", Mask, "0110/0000/0000", "Ctrl+B SL1,0 M0,0 U", "1110/0000/0000");
     row("stroke with Alt", Mask, "0110/0000/0000", "Ctrl+B AL0,0 M1,0 U", "0010/0000/0000");
     row("stroke with the right button", Mask, "1110/1010/0000", "Ctrl+B R0,0 M1,0 M1,1 U", "0010/1010/0000");
-    row("rectangle again", Mask, none, "Ctrl+B Ctrl+R L0,0 M1,1 U", "1100/1100/0000");
+    row("rectangle again", Mask, none, "Ctrl+B Ctrl+E L0,0 M1,1 U", "1100/1100/0000");
     row("drag that begins outside", Mask, none, "L-1,1 M2,1 U", none);
     row("drag from a masked cell", Mask, "0110/0000/0000", "L1,0 M3,0 M3,1 U", none);
     row("right button", Mask, "1111/0100/0000", "R3,0 M1,1 U", "1000/0000/0000");
@@ -199,7 +199,7 @@ void TestCellGrids::undoesItsOwnPaintingOnly()
     QCOMPARE(window.value("motion/cam0/MASK2"), "1111");
     QVERIFY(window.window->isVisible());
     // What is held is painted over a row that has come meanwhile.
-    for (const char *tool : {"Ctrl+R", "Ctrl+B"}) {
+    for (const char *tool : {"Ctrl+E", "Ctrl+B"}) {
         perform(*editor, tool + QStringLiteral(" L0,1 M1,1"));
         window.window->setValue("motion/cam0/MASK1/00x0");
         QCOMPARE(editor->rows(), QStringList({"0000", "11x0", "1111"}));

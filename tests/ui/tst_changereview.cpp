@@ -1,4 +1,6 @@
 #include "DescribedWindow.h"
+#include "controls/CellGridEditor.h"
+#include "controls/ScheduleGrid.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -106,6 +108,8 @@ private Q_SLOTS:
     void countsWhatDiffers();
     void undoesGestures();
     void fieldsUndoFirst();
+    void editorsUndoFirst_data();
+    void editorsUndoFirst();
     void listsAndTakesBack();
     void goesToTheControl();
     void asksBeforeItCloses_data();
@@ -161,6 +165,50 @@ void TestChangeReview::fieldsUndoFirst()
     window.press(Qt::Key_Z);
     QCOMPARE(window.values(), "old off quiet");
     QVERIFY(window.siren().hasFocus());
+}
+
+void TestChangeReview::editorsUndoFirst_data()
+{
+    const TestTable<QByteArray, QByteArray> row("type", "key");
+    row("mask", "maskctrl", "ROW");
+    row("week", "vornschedule", "ROW");
+    row("mask with a default", "maskctrl", "ROW/0x0");
+}
+
+/// An editor of cells undoes its own gestures; the same steps of the window go with them.
+void TestChangeReview::editorsUndoFirst()
+{
+    QFETCH(QByteArray, type);
+    QFETCH(QByteArray, key);
+    DescribedWindow window(
+        describePage("<item type='edit'><key>net/untitled/NAME</key></item><item row='1' type='" + type +
+                     "'><key>net/untitled/" + key + "</key></item>"),
+        {{"net", Net}, {"net.original", Net}}, TrackedWindow::tracking({}));
+    auto *name = window.widget<QLineEdit>(0);
+    name->setFocus();
+    QTest::keyClicks(name, "er");
+    auto *editor = window.widget<CellGridEditor>() ? static_cast<QWidget *>(window.widget<CellGridEditor>())
+                                                   : window.widget<ScheduleGrid>();
+    editor->setFocus();
+    const auto press = [&](const QString &keys) {
+        QTest::keySequence(window.window->focusWidget(), QKeySequence(keys));
+    };
+    const auto cells = [&] { return int(window.value("net/untitled/ROW0").count('1')); };
+    for (const char *keys : {"Space", "Right", "Space", "Right", "Space"})
+        press(keys);
+    QCOMPARE(cells(), 3);
+    for (const int left : {2, 1, 0}) {
+        press("Ctrl+Z");
+        QCOMPARE(cells(), left);
+    }
+    press("Ctrl+Shift+Z");
+    QCOMPARE(cells(), 1);
+    press("Ctrl+Z");
+    QCOMPARE(cells(), 0);
+    QVERIFY(!window.fixture.store().storedValue("net/untitled/ROW0")); // as before
+    press("Ctrl+Z");                                                   // nothing is left here
+    QCOMPARE(cells(), 0);
+    QCOMPARE(window.value("net/untitled/NAME"), "old");
 }
 
 void TestChangeReview::listsAndTakesBack()

@@ -95,7 +95,7 @@ void Bindings::changed(QWidget *sender)
             WindowText::tr("Unknown control type action \"%1\"").arg(control->element.attribute("type")));
         return;
     }
-    const EditSteps::Gesture gesture(m_steps);
+    const EditSteps::Gesture gesture(m_steps, control->adapter->historyMove(*control));
     const int number = control->number;
     const QList<Assignment> assignments = control->adapter->assignments(m_context, *control);
     logChange(assignments);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/EditHistory.h"
 #include "ui/base/ElementRules.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/description/Assignment.h"
@@ -108,6 +109,8 @@ public:
     virtual std::optional<QString> unfitValue(ControlContext &, const Control &) const { return {}; }
     /// What a change writes, in this order.
     virtual QList<Assignment> assignments(ControlContext &, const Control &) const { return {}; }
+    /// Whether the change that is being written is a step of the control's own history.
+    virtual HistoryMove historyMove(const Control &) const { return HistoryMove::None; }
     /// What the control shows at this moment when that changes by itself, such as the time of a clock. Nobody
     /// has edited it, so it is written only before a function that sends it. None of a control that is
     /// disabled, which is there to be looked at.

@@ -77,6 +77,17 @@ public:
             m_steps.apply(m_edits);
     }
 
+    /// Whether undoing or redoing it sets what \a edits have set.
+    bool leadsTo(const QList<ValueEdit> &edits, HistoryMove move) const
+    {
+        return std::equal(m_edits.begin(), m_edits.end(), edits.begin(), edits.end(),
+                          [move](const ValueEdit &own, const ValueEdit &other) {
+                              // A control cannot remove a key: it writes what it shows without one.
+                              const auto &goal = move == HistoryMove::Undo ? own.before : own.after;
+                              return own.path == other.path && (!goal || goal == other.after);
+                          });
+    }
+
 private:
     EditSteps &m_steps;
     QList<ValueEdit> m_edits;
@@ -99,10 +110,10 @@ EditSteps::~EditSteps()
         m_observed->removeObserver(*this);
 }
 
-EditSteps::Gesture::Gesture(EditSteps *steps) : m_steps(steps)
+EditSteps::Gesture::Gesture(EditSteps *steps, HistoryMove move) : m_steps(steps)
 {
-    if (m_steps)
-        ++m_steps->m_depth;
+    if (m_steps && m_steps->m_depth++ == 0)
+        m_steps->m_move = move;
 }
 
 EditSteps::Gesture::~Gesture()
@@ -130,9 +141,21 @@ void EditSteps::finish()
     edits.removeIf([](const ValueEdit &edit) { return edit.before == edit.after; });
     if (edits.isEmpty())
         return;
+    if (isNextMove(edits)) {
+        m_move == HistoryMove::Undo ? m_stack.undo() : m_stack.redo();
+        return;
+    }
     for (const ValueEdit &edit : std::as_const(edits))
         m_files.insert(ConfigAddress(edit.path).file().toString());
     m_stack.push(new Command(*this, std::move(edits), m_input));
+}
+
+bool EditSteps::isNextMove(const QList<ValueEdit> &edits) const
+{
+    if (m_move == HistoryMove::None)
+        return false;
+    const QUndoCommand *next = m_stack.command(m_stack.index() - (m_move == HistoryMove::Undo ? 1 : 0));
+    return next && static_cast<const Command *>(next)->leadsTo(edits, m_move);
 }
 
 void EditSteps::apply(const QList<ValueEdit> &edits)

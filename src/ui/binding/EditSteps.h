@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/EditHistory.h"
 #include "store/StoreObserver.h"
 #include "ui/description/StoreReference.h"
 
@@ -46,8 +47,9 @@ public:
     class Gesture
     {
     public:
-        /// Without \a steps nothing is kept.
-        explicit Gesture(EditSteps *steps);
+        /// Without \a steps nothing is kept. A \a move in the history of a control moves the steps instead
+        /// of adding one, when it does what their next move does: both have recorded the same gesture.
+        explicit Gesture(EditSteps *steps, HistoryMove move = HistoryMove::None);
         ~Gesture();
         Q_DISABLE_COPY_MOVE(Gesture)
 
@@ -71,6 +73,7 @@ private:
     void fileReplaced(const QString &name) override;
 
     void finish();
+    bool isNextMove(const QList<ValueEdit> &edits) const;
     void apply(const QList<ValueEdit> &edits);
 
     StoreReference m_store;
@@ -79,7 +82,8 @@ private:
     QUndoStack m_stack;
     QSet<QString> m_files; ///< that the steps have edited
     int m_depth = 0;
-    int m_input = 0; ///< counts the presses that begin another step
+    HistoryMove m_move = HistoryMove::None; ///< of the gesture
+    int m_input = 0;                        ///< counts the presses that begin another step
     bool m_isApplying = false;
     QList<ValueEdit> m_edits;            ///< of the gesture
     QHash<QString, qsizetype> m_numbers; ///< of the edits by path

@@ -76,6 +76,11 @@ public:
         return (!rows.isEmpty() && editor.setRows(rows)) || renamed;
     }
 
+    HistoryMove historyMove(const Control &control) const override
+    {
+        return this->widget(control).historyMove();
+    }
+
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
     {
         const QStringList rows = this->widget(control).rows();

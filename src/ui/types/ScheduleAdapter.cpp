@@ -82,6 +82,8 @@ public:
         return newCaptions || newKinds || newSlots || newDays;
     }
 
+    HistoryMove historyMove(const Control &control) const override { return widget(control).historyMove(); }
+
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
     {
         return changedValues(context, dayAddresses(control), widget(control).days());
