@@ -10,7 +10,7 @@ namespace paravue
 namespace
 {
 
-const QLatin1String MimeType("application/x-paravue-cells");
+const QLatin1String CellsMimeType("application/x-paravue-cells");
 
 } // namespace
 
@@ -24,13 +24,13 @@ void copyCells(const CellRows &cells)
         rows.append(row);
     }
     QStringList readable = rows;
-    copyLines(MimeType, rows, readable.replaceInStrings(QStringLiteral("0"), QStringLiteral(".")));
+    copyLines(CellsMimeType, rows, readable.replaceInStrings(QStringLiteral("0"), QStringLiteral(".")));
 }
 
 std::optional<QStringList> copiedCells()
 {
     static const QRegularExpression form(QStringLiteral("\\A[0-9.]+\\z"));
-    QStringList rows = copiedLines(MimeType);
+    QStringList rows = copiedLines(CellsMimeType);
     for (QString &row : rows) {
         row = row.trimmed();
         if (row.size() != rows[0].size() || !form.match(row).hasMatch())

@@ -11,14 +11,14 @@ namespace
 {
 
 /// What differs in one of the texts.
-struct Change {
+struct TextChange {
     qsizetype text;
     qsizetype at;
     QString before;
     QString after;
 };
 
-Change change(qsizetype text, const QString &before, const QString &after)
+TextChange change(qsizetype text, const QString &before, const QString &after)
 {
     const auto [end, endAfter] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
     const qsizetype same = end - before.begin();
@@ -31,14 +31,14 @@ Change change(qsizetype text, const QString &before, const QString &after)
             after.mid(same, after.size() - same - sameBehind)};
 }
 
-class Step : public QUndoCommand
+class HistoryStep : public QUndoCommand
 {
 public:
-    Step(QStringList &texts, const QList<Change> &changes) : m_texts(texts), m_changes(changes) {}
+    HistoryStep(QStringList &texts, const QList<TextChange> &changes) : m_texts(texts), m_changes(changes) {}
 
     void undo() override
     {
-        for (const Change &change : m_changes)
+        for (const TextChange &change : m_changes)
             m_texts[change.text].replace(change.at, change.after.size(), change.before);
     }
 
@@ -47,13 +47,13 @@ public:
         // A stack redoes a command that is pushed; this one was done by the user.
         if (!std::exchange(m_isPushed, true))
             return;
-        for (const Change &change : m_changes)
+        for (const TextChange &change : m_changes)
             m_texts[change.text].replace(change.at, change.before.size(), change.after);
     }
 
 private:
     QStringList &m_texts;
-    QList<Change> m_changes;
+    QList<TextChange> m_changes;
     bool m_isPushed = false;
 };
 
@@ -61,12 +61,12 @@ private:
 
 void EditHistory::record(const QStringList &before, const QStringList &after)
 {
-    QList<Change> changes;
+    QList<TextChange> changes;
     for (qsizetype text = 0; text < before.size(); ++text) {
         if (before[text] != after[text])
             changes.append(change(text, before[text], after[text]));
     }
-    m_steps.push(new Step(m_texts, changes));
+    m_steps.push(new HistoryStep(m_texts, changes));
 }
 
 QStringList EditHistory::undo(const QStringList &texts)

@@ -9,7 +9,7 @@ namespace paravue
 namespace
 {
 
-const QLatin1String MimeType("application/x-paravue-days");
+const QLatin1String DaysMimeType("application/x-paravue-days");
 
 } // namespace
 
@@ -21,13 +21,13 @@ void copyDays(const WeekPlan &plan, int first, int last, const ScheduleKinds &ki
         lines.append(QString::fromStdU32String(plan.entriesOf(day)));
         readable.append(ScheduleTexts::day(plan, day, kinds, names));
     }
-    copyLines(MimeType, lines, readable);
+    copyLines(DaysMimeType, lines, readable);
 }
 
 QList<std::u32string> copiedDays()
 {
     QList<std::u32string> days;
-    for (const QString &line : copiedLines(MimeType)) {
+    for (const QString &line : copiedLines(DaysMimeType)) {
         const std::u32string entries = line.toStdU32String();
         const size_t slots = entries.size() / WeekPlan::Hours;
         if (entries.size() % WeekPlan::Hours != 0 || slots > WeekPlan::MostSlotsPerHour ||
