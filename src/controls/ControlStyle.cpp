@@ -230,7 +230,9 @@ public:
     {
         const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
         const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
-        if (element == CE_FocusFrame) {
+        if (element == CE_ProgressBarGroove) {
+            paintField(*painter, *option, option->rect, QPalette::Base);
+        } else if (element == CE_FocusFrame) {
             drawRing(*option, *painter, option->rect, RingWidth / 2.0);
         } else if (element == CE_PushButtonBevel &&
                    button) { // native styles paint it with their own pictures
@@ -243,7 +245,7 @@ public:
                    tab && element == CE_TabBarTabShape) {
             paintTab(*painter, *tab, pixelMetric(PM_TabBarBaseOverlap, option, widget));
         } else if (element == CE_MenuItem && item) {
-            // The list of a drop-down is a window of its own, with the palette of the application.
+            // The rows of a drop-down have the palette of the application's menus.
             QStyleOptionMenuItem readable = *item;
             readable.palette = readablePalette(item->palette);
             QProxyStyle::drawControl(element, &readable, painter, widget);
@@ -279,7 +281,7 @@ private:
                 paintField(painter, option, option.rect, QPalette::Base);
             return true;
         case PE_Frame:
-            if (!isList)
+            if (!isList && !(widget && widget->windowType() == Qt::Popup))
                 return false;
             if (!isShownAsValue(widget)) {
                 painter.setPen(edgeColor(option));

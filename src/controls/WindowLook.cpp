@@ -1,19 +1,24 @@
 #include "controls/WindowLook.h"
 
 #include "controls/ControlStyle.h"
+#include "controls/ReadableColors.h"
 #include "controls/ReadablePalette.h"
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QEvent>
 #include <QFocusFrame>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QScopedValueRollback>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTextCharFormat>
 
 namespace paravue
 {
@@ -25,6 +30,9 @@ const QString LookName = QStringLiteral("paravueWindowLook");
 
 bool isStyled(const QWidget *widget)
 {
+    // Style sheets say all of how a widget is drawn.
+    if (const auto *bar = qobject_cast<const QProgressBar *>(widget))
+        return bar->styleSheet().isEmpty();
     return qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QAbstractButton *>(widget) ||
            qobject_cast<const QComboBox *>(widget) || qobject_cast<const QAbstractSpinBox *>(widget) ||
            qobject_cast<const QTabBar *>(widget) || qobject_cast<const QTabWidget *>(widget) ||
@@ -36,6 +44,28 @@ void styleControl(QWidget *widget)
     // A style of its own has a slider, for example.
     if (isStyled(widget) && !widget->testAttribute(Qt::WA_SetStyle))
         widget->setStyle(controlStyle());
+}
+
+/// Qt writes weekends in pure red, with a contrast of 4 on white and on dark grounds.
+void makeWeekendsReadable(QCalendarWidget &calendar)
+{
+    for (const Qt::DayOfWeek day :
+         {Qt::Monday, Qt::Tuesday, Qt::Wednesday, Qt::Thursday, Qt::Friday, Qt::Saturday, Qt::Sunday}) {
+        QTextCharFormat format = calendar.weekdayTextFormat(day);
+        if (format.foreground().color() != Qt::red)
+            continue;
+        format.setForeground(readableVersion(Qt::red, calendar.palette().color(QPalette::Base)));
+        calendar.setWeekdayTextFormat(day, format);
+    }
+}
+
+/// The list of a drop-down or a calendar: a window of its own, with the palette of the application.
+void adaptPopup(QWidget &popup)
+{
+    popup.setStyle(controlStyle());
+    popup.setPalette(readablePalette(popup.palette()));
+    for (QCalendarWidget *calendar : popup.findChildren<QCalendarWidget *>())
+        makeWeekendsReadable(*calendar);
 }
 
 /// What the host has set explicitly for the widget, without what it has from its parent or the application.
@@ -59,11 +89,21 @@ void WindowLook::styleControls(QWidget &root)
         styleControl(widget);
 }
 
+/// Some desktops put coloured pictures of their own on OK, Cancel and so on.
+void WindowLook::removeThemeIcons()
+{
+    for (QDialogButtonBox *box : m_window.findChildren<QDialogButtonBox *>()) {
+        for (QAbstractButton *button : box->buttons())
+            button->setIcon(QIcon());
+    }
+}
+
 WindowLook::WindowLook(QWidget &window) : QObject(&window), m_window(window), m_given(givenPalette(window))
 {
     setObjectName(LookName);
     applyPalette();
     styleControls(window);
+    removeThemeIcons();
     window.installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { showFocus(now); });
     showFocus(QApplication::focusWidget());
@@ -85,8 +125,18 @@ void WindowLook::applyPalette()
     m_window.setPalette(readablePalette(m_window.palette()));
 }
 
+bool WindowLook::ownsPopup(const QWidget &popup) const
+{
+    if (popup.windowType() != Qt::Popup)
+        return false;
+    const QWidget *owner = popup.parentWidget();
+    return owner && (owner == &m_window || m_window.isAncestorOf(owner));
+}
+
 void WindowLook::showFocus(QWidget *focused)
 {
+    if (focused && ownsPopup(*focused->window()))
+        adaptPopup(*focused->window());
     // The bar of tabs spans the window; its style marks the current tab.
     const bool hasRing = focused && m_window.isAncestorOf(focused) && !qobject_cast<QTabBar *>(focused);
     if (!hasRing) {

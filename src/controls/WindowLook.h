@@ -30,6 +30,8 @@ private:
     explicit WindowLook(QWidget &window);
 
     void applyPalette();
+    void removeThemeIcons();
+    bool ownsPopup(const QWidget &popup) const;
     void showFocus(QWidget *focused);
 
     QWidget &m_window;

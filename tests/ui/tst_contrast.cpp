@@ -25,6 +25,7 @@
 #include <QStyleOptionButton>
 #include <QStyleOptionSlider>
 #include <QTabBar>
+#include <QTableView>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -70,6 +71,7 @@ const QByteArray ListsAndTabs = R"(
     <item row="0" type="dropdown"><text>One<key>net/a/choice/1</key></text>
         <text>Two<key>net/a/choice/2</key></text></item>
     <item row="1" type="list"><column>Column</column><text>One</text><text>Two</text></item>
+    <item row="3" type="datetime" format="dd.MM.yyyy" calendarPopup="on"><key>net/a/time</key></item>
     <item row="2" type="tabwidget"><tab><name>One</name></tab><tab><name>Two</name></tab></item>)";
 
 // The last one waits for the check box.
@@ -430,10 +432,22 @@ void TestContrast::lists()
     box->showPopup();
     QAbstractItemView *view = box->view();
     for (const int row : {0, 1}) {
-        const QRect place = view->visualRect(view->model()->index(row, 0)).adjusted(4, 2, -4, -2);
+        const QRect cell = view->visualRect(view->model()->index(row, 0)) & view->viewport()->rect();
+        const QRect place = cell.adjusted(4, 2, -4, -2);
         expect(QString("choice %1").arg(row), painted(*view->viewport(), place).contrast(), m_look.text);
     }
     box->hidePopup();
+    auto *date = window.widget<QDateTimeEdit>();
+    QTest::mouseClick(date, Qt::LeftButton, {}, QPoint(date->width() - 8, date->height() / 2));
+    auto *days = date->findChild<QTableView *>("qt_calendar_calendarview");
+    QVERIFY(days && days->isVisible());
+    const int midMonth = 3;
+    for (int column = 0; column < days->model()->columnCount(); ++column) {
+        const QRect place = days->visualRect(days->model()->index(midMonth, column));
+        if (!place.isEmpty())
+            expect(QString("day %1").arg(column), painted(*days->viewport(), place).contrast(), m_look.text);
+    }
+    days->window()->close();
 }
 
 void TestContrast::tabs()

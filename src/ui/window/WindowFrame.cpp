@@ -1,5 +1,6 @@
 #include "ui/window/WindowFrame.h"
 
+#include "controls/WindowLook.h"
 #include "ui/base/PageTabs.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
@@ -113,6 +114,7 @@ LoadingView &WindowFrame::loadingView()
         m_loading = new LoadingView(&m_window);
         m_loading->setRecorder(m_recorder);
         m_pages->addWidget(m_loading, 0, 0);
+        WindowLook::styleControls(*m_loading);
     }
     return *m_loading;
 }
