@@ -360,6 +360,9 @@ void TestContrast::controls()
     QWidget opened;
     WindowLook::apply(opened);
     QCOMPARE(window.window->palette(), opened.palette()); // nothing is left of the palette before
+    QPushButton hosts;
+    QCOMPARE(hosts.palette(), m_look.palette);
+    QCOMPARE(hosts.style(), QApplication::style());
     QWidget &elsewhere = *window.window->findChild<QPushButton *>("buttonCancel");
     elsewhere.setFocus();
     const QList<QWidget *> described = describedControls(window);
