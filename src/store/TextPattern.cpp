@@ -2,6 +2,12 @@
 
 #include <QLoggingCategory>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <ctime>
+#endif
+
 namespace paravue
 {
 
@@ -13,6 +19,24 @@ Q_LOGGING_CATEGORY(patternLog, "paravue.pattern")
 /// What one match of a recorder's pattern may cost, in steps of the engine, and all of one piece of work.
 constexpr QStringView StepLimit = u"(*LIMIT_MATCH=1000000)";
 constexpr std::chrono::seconds TimeLimit(1);
+
+/// What the thread has used of the processor.
+std::chrono::nanoseconds threadTime()
+{
+#ifdef Q_OS_WIN
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME kernel{};
+    FILETIME user{};
+    GetThreadTimes(GetCurrentThread(), &created, &ended, &kernel, &user);
+    const ULARGE_INTEGER used{{user.dwLowDateTime, user.dwHighDateTime}};
+    return std::chrono::nanoseconds(100) * qint64(used.QuadPart);
+#else
+    timespec used{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return std::chrono::seconds(used.tv_sec) + std::chrono::nanoseconds(used.tv_nsec);
+#endif
+}
 
 thread_local PatternBudget *currentBudget = nullptr;
 
@@ -94,7 +118,7 @@ bool PatternBudget::isExhausted() const
     return (m_around ? m_around : this)->m_spent > TimeLimit;
 }
 
-void PatternBudget::spend(std::chrono::steady_clock::duration time)
+void PatternBudget::spend(std::chrono::nanoseconds time)
 {
     (m_around ? m_around : this)->m_spent += time;
 }
@@ -116,7 +140,7 @@ TextPattern::TextPattern(const QString &pattern, Greed greed, Origin origin)
         m_usable = false;
         return;
     }
-    const auto start = std::chrono::steady_clock::now();
+    const std::chrono::nanoseconds start = threadTime();
     QRegularExpression::PatternOptions options =
         QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption;
     if (greed == Greed::Minimal)
@@ -129,7 +153,7 @@ TextPattern::TextPattern(const QString &pattern, Greed greed, Origin origin)
     if (m_search.isValid())
         m_whole = QRegularExpression(limit + QRegularExpression::anchoredPattern(text), options);
     if (origin == Origin::Recorder)
-        budget.spend(std::chrono::steady_clock::now() - start); // huge repetitions take long to compile, too
+        budget.spend(threadTime() - start); // huge repetitions take long to compile, too
     if (!m_search.isValid())
         giveUp(m_search.errorString());
     else if (!m_whole.isValid())
@@ -163,9 +187,9 @@ QRegularExpressionMatch TextPattern::run(const QRegularExpression &expression, c
     PatternBudget budget;
     if (budget.isExhausted())
         return {};
-    const auto start = std::chrono::steady_clock::now();
+    const std::chrono::nanoseconds start = threadTime();
     QRegularExpressionMatch match = expression.match(text, from, type, options);
-    budget.spend(std::chrono::steady_clock::now() - start);
+    budget.spend(threadTime() - start);
     if (!match.isValid() && text.isValidUtf16())
         giveUp(QStringLiteral("it is too expensive"));
     return m_usable && !budget.isExhausted() ? match : QRegularExpressionMatch();

@@ -11,8 +11,10 @@ namespace paravue
 {
 
 /// The time that all patterns of recorders may take together during one piece of work, such as a save or an
-/// export: one second, spent in matching. The budget covers every match of its thread while the object lives;
-/// one that is made within another shares its time. A match without a budget around it has one to itself.
+/// export: one second of the processor, spent in matching. (On a busy computer a match of microseconds can
+/// take a second by the clock on the wall.) The budget covers every match of its thread while the object
+/// lives; one that is made within another shares its time. A match without a budget around it has one to
+/// itself.
 class PatternBudget
 {
 public:
@@ -26,10 +28,10 @@ public:
 
 private:
     friend class TextPattern;
-    void spend(std::chrono::steady_clock::duration time);
+    void spend(std::chrono::nanoseconds time);
 
     PatternBudget *const m_around; ///< null for the outermost one, which counts
-    std::chrono::steady_clock::duration m_spent{};
+    std::chrono::nanoseconds m_spent{};
 };
 
 /// A regular expression with the meaning that recorders rely on: in configuration addresses, state directives
