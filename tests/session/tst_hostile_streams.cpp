@@ -42,10 +42,12 @@ struct Damage {
 };
 
 /// Freezing, a tenth of the speed, jumps in time, another codec each second, and all that damages a stream.
+/// Garbage takes the pictures up to the next index record: were it to come in a ratio to the rate, it could
+/// hit each key picture.
 const std::vector<Damage> Damages{
     {"stall=1500", Rate}, {"slow", Rate},
     {"jump", 10},         {"codec", Rate},
-    {"codec,size", 8},    {"garbage,lost", 3},
+    {"codec,size", 8},    {"garbage,lost", 13},
     {"header", 2},        {"garbage,lost,header,unknown,stall=300,size,codec,slow,jump", 20}};
 
 /// The tenths of a second between two times of the same day.
