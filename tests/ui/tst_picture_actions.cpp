@@ -272,8 +272,11 @@ void TestPictureActions::endsWithItsTask()
     const QPointer<PictureView> large = played.enlarged();
     const QPointer<StreamDetails> details = played.details();
     QVERIFY(large && details);
+    QVERIFY(openMenu(online));
     played.parts.tasks.remove({played.parts.description.document().first("window").firstChildElement()});
     AWAIT_VERIFY(!large && !details);
+    for (QAction *action : online.findChild<QMenu *>()->actions())
+        action->trigger(); // leads nowhere
     QTest::keyClick(&online, Qt::Key_F11);
     QVERIFY(!played.enlarged());
 }

@@ -176,6 +176,13 @@ bool PictureActions::eventFilter(QObject *watched, QEvent *event)
 
 EditActions PictureActions::actionsFor(QWidget &control)
 {
+    // A menu may stay open longer than the task or the control.
+    const auto call = [this, &control](void (PictureActions::*action)(QWidget &)) {
+        return [self = QPointer<PictureActions>(this), shown = QPointer<QWidget>(&control), action] {
+            if (self && shown)
+                (self->*action)(*shown);
+        };
+    };
     const bool hasPicture = !pictureOf(control).isNull();
     auto *steered = dynamic_cast<SteeredView *>(&control);
     const auto copyKeys =
@@ -184,17 +191,16 @@ EditActions PictureActions::actionsFor(QWidget &control)
     if (control.isWindow())
         actions.append({tr("Close"),
                         {Qt::Key_Escape, Qt::Key_F11},
-                        [&control] { control.close(); },
+                        call(&PictureActions::enlarge),
                         !steered || !steered->steering().isInGesture()});
     else
-        actions.append({tr("Enlarge"), {Qt::Key_F11}, [this, &control] { enlarge(control); }});
+        actions.append({tr("Enlarge"), {Qt::Key_F11}, call(&PictureActions::enlarge)});
     actions.append({tr("Save picture…"), keysFor(QKeySequence::Save, Qt::CTRL | Qt::Key_S),
-                    [this, &control] { save(control); }, hasPicture});
-    actions.append({tr("Copy picture"), copyKeys,
-                    [&control] { QGuiApplication::clipboard()->setPixmap(pictureOf(control)); }, hasPicture});
+                    call(&PictureActions::save), hasPicture});
+    actions.append({tr("Copy picture"), copyKeys, call(&PictureActions::copy), hasPicture});
     if (m_kind == PictureKind::Still)
-        actions.append({tr("Fetch a picture now"), {Qt::Key_F5}, [this] { m_isFetchRequested = true; }});
-    actions.append({tr("Stream details"), {Qt::Key_I}, [this, &control] { showDetails(control); }});
+        actions.append({tr("Fetch a picture now"), {Qt::Key_F5}, call(&PictureActions::requestFetch)});
+    actions.append({tr("Stream details"), {Qt::Key_I}, call(&PictureActions::showDetails)});
     return actions;
 }
 
@@ -249,6 +255,16 @@ void PictureActions::save(QWidget &control)
     const QPixmap picture = pictureOf(control);
     if (!picture.isNull() && m_save)
         m_save(picture, fileNameOf(nameOf(control), QDateTime::currentDateTime()), control);
+}
+
+void PictureActions::copy(QWidget &control)
+{
+    QGuiApplication::clipboard()->setPixmap(pictureOf(control));
+}
+
+void PictureActions::requestFetch(QWidget &)
+{
+    m_isFetchRequested = true;
 }
 
 void PictureActions::showDetails(QWidget &control)

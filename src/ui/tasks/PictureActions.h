@@ -56,6 +56,8 @@ private:
     bool doubleClick(QWidget &control, const QMouseEvent &event);
     void enlarge(QWidget &control);
     void save(QWidget &control);
+    void copy(QWidget &control);
+    void requestFetch(QWidget &control);
     void showDetails(QWidget &control);
     PictureDetails details(const QPointer<QWidget> &control) const;
 
