@@ -40,6 +40,7 @@ public:
 
     /// Where the camera looks. As long as that is not known the view takes no input.
     void setPosition(const std::optional<PtzPosition> &position);
+    const std::optional<PtzPosition> &position() const { return m_position; }
     bool isSteerable() const { return m_position.has_value(); }
     /// A drag, or an arrow that is held.
     bool isInGesture() const { return m_drag || m_key != 0; }

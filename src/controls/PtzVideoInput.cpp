@@ -1,5 +1,9 @@
 #include "controls/PtzVideoInput.h"
 
+#include "controls/PtzView.h"
+
+#include <QLocale>
+
 namespace paravue
 {
 
@@ -10,6 +14,13 @@ PtzVideoInput::PtzVideoInput(QWidget *parent)
         if (!pixmap().isNull())
             Q_EMIT signal_Pixmap_ready();
     });
+}
+
+QString PtzVideoInput::valueText() const
+{
+    const QString text = PictureView::valueText();
+    const auto &position = m_steering.position();
+    return position ? tr("%1; %2").arg(text, PtzView::textOf(*position, locale())) : text;
 }
 
 void PtzVideoInput::paintOver(QPainter &painter, const QRect &dirty)

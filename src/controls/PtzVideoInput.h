@@ -16,6 +16,8 @@ public:
 
     PtzSteering &steering() override { return m_steering; }
 
+    QString valueText() const override;
+
 Q_SIGNALS:
     /// A picture has come and is shown.
     void signal_Pixmap_ready();

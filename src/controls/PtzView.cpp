@@ -63,11 +63,14 @@ void PtzView::setPosition(const std::optional<PtzPosition> &position)
 
 QString PtzView::positionText() const
 {
-    if (!m_position)
-        return tr("Camera position not known");
-    const auto number = [this](double value) { return locale().toString(value, 'f', 2); };
-    const QString direction = tr("Pan %1, tilt %2").arg(number(m_position->pan), number(m_position->tilt));
-    return m_position->zoom ? tr("%1, zoom %2").arg(direction, number(*m_position->zoom)) : direction;
+    return m_position ? textOf(*m_position, locale()) : tr("Camera position not known");
+}
+
+QString PtzView::textOf(const PtzPosition &position, const QLocale &locale)
+{
+    const auto number = [&](double value) { return locale.toString(value, 'f', 2); };
+    const QString direction = tr("Pan %1, tilt %2").arg(number(position.pan), number(position.tilt));
+    return position.zoom ? tr("%1, zoom %2").arg(direction, number(*position.zoom)) : direction;
 }
 
 int PtzView::footerHeight(int width) const

@@ -22,6 +22,9 @@ public:
     bool isTurning() const { return m_rest.isActive() || !m_isCertain; }
     void setCertain(bool isCertain);
 
+    /// A position for the user.
+    static QString textOf(const PtzPosition &position, const QLocale &locale);
+
     QString valueText() const override;
 
 Q_SIGNALS:

@@ -197,10 +197,13 @@ void TestPtzSteering::zoomsByTheWheelWithTheFocus()
 void TestPtzSteering::takesNothingWithoutAPosition()
 {
     Steered<PtzVideoInput> steered;
+    steered.view.setPixmap(QPixmap(64, 48));
+    QCOMPARE(steered.view.valueText(), "64 × 48 pixels; Pan 0.20, tilt -0.40, zoom 0.50");
     QCOMPARE(steered.view.focusPolicy(), Qt::StrongFocus);
     steered.play("L.5,.5 M.75,.5");
     steered.asked.clear();
     steered.moveTo(QString()); // within a drag
+    QCOMPARE(steered.view.valueText(), "64 × 48 pixels");
     QCOMPARE(steered.view.focusPolicy(), Qt::NoFocus);
     steered.play("M.9,.5 U Right + D.75,.25 3");
     QVERIFY2(!waitUntil([&] { return !steered.asked.isEmpty(); }, 300), "the camera is turned");
