@@ -12,9 +12,6 @@ namespace paravue
 namespace
 {
 
-/// What a window manager puts around a dialog, as far as it is known before the dialog is on the screen.
-constexpr QSize FrameAllowance(8, 36);
-
 bool isExposed(const QWidget &widget)
 {
     const QWindow *window = widget.windowHandle();
@@ -55,8 +52,7 @@ void DialogPlace::place()
     const QRect ground = (m_above ? m_above->screen() : m_dialog.screen())->availableGeometry();
     QRect frame(QPoint(), m_dialog.size());
     frame.moveCenter(m_above ? m_above->geometry().center() : ground.center());
-    const QPoint last = ground.bottomRight() - QPoint(frame.width(), frame.height()) -
-                        QPoint(FrameAllowance.width(), FrameAllowance.height());
+    const QPoint last = ground.bottomRight() - QPoint(frame.width() - 1, frame.height() - 1);
     m_place.put(QPoint(std::max(ground.left(), std::min(frame.left(), last.x())),
                        std::max(ground.top(), std::min(frame.top(), last.y()))));
 }

@@ -1,7 +1,7 @@
 #include "controls/OrbDlgQuestion.h"
 
+#include "controls/DialogFrame.h"
 #include "controls/DialogLoop.h"
-#include "controls/DialogPlace.h"
 #include "controls/MessageText.h"
 
 #include <QCheckBox>
@@ -76,7 +76,7 @@ QMessageBox::StandardButton OrbDlgQuestion::DoExplained(QWidget *parent, QMessag
         box->setCheckBox(checkBox);
     }
 
-    paravue::DialogPlace::keepCentred(*box);
+    paravue::DialogFrame::give(*box, paravue::DialogFrame::Size::OfItsContent);
     // The nested event loop may destroy the parent, and the box with it.
     const QPointer<QMessageBox> alive(box.get());
     paravue::DialogLoop::run(*box);

@@ -1,6 +1,7 @@
 #include "controls/WindowLook.h"
 
 #include "controls/ControlStyle.h"
+#include "controls/DialogIcons.h"
 #include "controls/ReadableColors.h"
 #include "controls/ReadablePalette.h"
 
@@ -90,12 +91,10 @@ void WindowLook::styleControls(QWidget &root)
 }
 
 /// Some desktops put coloured pictures of their own on OK, Cancel and so on.
-void WindowLook::removeThemeIcons()
+void WindowLook::replaceThemeIcons()
 {
-    for (QDialogButtonBox *box : m_window.findChildren<QDialogButtonBox *>()) {
-        for (QAbstractButton *button : box->buttons())
-            button->setIcon(QIcon());
-    }
+    for (const QDialogButtonBox *box : m_window.findChildren<QDialogButtonBox *>())
+        setOwnIcons(*box);
 }
 
 WindowLook::WindowLook(QWidget &window) : QObject(&window), m_window(window), m_given(givenPalette(window))
@@ -103,7 +102,7 @@ WindowLook::WindowLook(QWidget &window) : QObject(&window), m_window(window), m_
     setObjectName(LookName);
     applyPalette();
     styleControls(window);
-    removeThemeIcons();
+    replaceThemeIcons();
     window.installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { showFocus(now); });
     showFocus(QApplication::focusWidget());

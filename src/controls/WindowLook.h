@@ -30,7 +30,7 @@ private:
     explicit WindowLook(QWidget &window);
 
     void applyPalette();
-    void removeThemeIcons();
+    void replaceThemeIcons();
     bool ownsPopup(const QWidget &popup) const;
     void showFocus(QWidget *focused);
 

@@ -1,6 +1,6 @@
 #include "entry/SaveProgressDialog.h"
 
-#include "controls/DialogPlace.h"
+#include "controls/DialogFrame.h"
 #include "controls/WindowLook.h"
 
 #include <QKeyEvent>
@@ -22,7 +22,6 @@ SaveProgressDialog::SaveProgressDialog() : m_activity(new QLabel(this)), m_bar(n
 {
     setWindowTitle(tr("Paravue Setup"));
     setModal(true);
-    DialogPlace::keepCentred(*this);
     m_activity->setTextFormat(Qt::PlainText); // names of files come from the recorder
     m_activity->setWordWrap(true);
     auto *stop = new QPushButton(tr("Stop"), this);
@@ -38,6 +37,7 @@ SaveProgressDialog::SaveProgressDialog() : m_activity(new QLabel(this)), m_bar(n
     m_bar->setFocusPolicy(Qt::StrongFocus);
     m_bar->setFocus();
     WindowLook::apply(*this);
+    DialogFrame::give(*this, DialogFrame::Size::OfItsContent);
 }
 
 void SaveProgressDialog::setProgress(int percent, const QString &activity)

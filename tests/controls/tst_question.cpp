@@ -1,4 +1,5 @@
 #include "ModalWatcher.h"
+#include "controls/DialogFrame.h"
 #include "controls/OrbDlgQuestion.h"
 #include "support/TestTable.h"
 
@@ -6,7 +7,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 #include <QTest>
+#include <QToolButton>
 
 #include <functional>
 #include <memory>
@@ -53,6 +56,8 @@ class TestQuestion : public QObject
 private Q_SLOTS:
     void standsInTheMiddle_data();
     void standsInTheMiddle();
+    void looksLikeTheWindow_data();
+    void looksLikeTheWindow();
     void showsWhatItWasGiven();
     void returnsTheButton_data();
     void returnsTheButton();
@@ -94,6 +99,46 @@ void TestQuestion::standsInTheMiddle()
         QVERIFY(screen.contains(box.frameGeometry()));
     });
     ask("Short", QMessageBox::Ok, QMessageBox::NoButton, nullptr, hasParent ? &parent : nullptr);
+    QVERIFY(boxes.hasSeen());
+}
+
+void TestQuestion::looksLikeTheWindow_data()
+{
+    const paravue::test::TestTable<QMessageBox::Icon, QMessageBox::StandardButtons> row("icon", "buttons");
+    row("error", QMessageBox::Critical, QMessageBox::Ok);
+    row("question", QMessageBox::Question, QMessageBox::Yes | QMessageBox::No);
+    row("warning", QMessageBox::Warning, QMessageBox::Ok | QMessageBox::Cancel);
+    row("information", QMessageBox::Information, QMessageBox::Close | QMessageBox::Retry);
+}
+
+void TestQuestion::looksLikeTheWindow()
+{
+    QFETCH(QMessageBox::Icon, icon);
+    QFETCH(QMessageBox::StandardButtons, buttons);
+    const auto look = [](const QIcon &picture) { return picture.pixmap(32, 32).toImage(); };
+    const OnBox boxes([&](QMessageBox &box) {
+        QVERIFY(box.windowFlags().testFlag(Qt::FramelessWindowHint));
+        QCOMPARE(box.icon(), icon);
+        const auto *picture = box.findChild<QLabel *>("qt_msgboxex_icon_label");
+        const QPixmap shown = picture->pixmap(Qt::ReturnByValue);
+        QVERIFY(!shown.isNull() && shown.toImage() != QMessageBox(icon, {}, {}).iconPixmap().toImage());
+        for (QAbstractButton *button : box.buttons())
+            QCOMPARE(button->icon().isNull(), box.standardButton(button) == QMessageBox::Retry);
+        QVERIFY(look(box.buttons().constFirst()->icon()) != look(box.buttons().constLast()->icon()) ||
+                box.buttons().size() == 1);
+        QVERIFY(qobject_cast<QPushButton *>(box.focusWidget()));
+        auto *frame = box.findChild<paravue::DialogFrame *>();
+        QCOMPARE(frame->width(), box.width() - 2);
+        QVERIFY(frame->geometry().bottom() < textLabel(box)->mapTo(&box, QPoint()).y());
+        const QPoint before = box.pos();
+        QTest::mousePress(frame, Qt::LeftButton, {}, QPoint(20, 10));
+        QTest::mouseMove(frame, QPoint(30, 15));
+        QTest::mouseRelease(frame, Qt::LeftButton);
+        QCOMPARE(box.pos() - before, QPoint(10, 5));
+        frame->findChild<QToolButton *>()->click();
+        QVERIFY(!box.isVisible());
+    });
+    OrbDlgQuestion::Do(nullptr, icon, "Title", "Text", buttons, QMessageBox::NoButton);
     QVERIFY(boxes.hasSeen());
 }
 

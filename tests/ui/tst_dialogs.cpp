@@ -1,4 +1,5 @@
 #include "DescribedWindow.h"
+#include "controls/DialogFrame.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -109,6 +110,8 @@ void TestDialogs::sharesValuesWithTheWindow()
         Files);
     ModalWatcher dialogs(
         [&](QWidget &dialog) {
+            QVERIFY(in<paravue::DialogFrame>(dialog));
+            QCOMPARE(dialog.focusWidget(), in<QLineEdit>(dialog));
             in<QLineEdit>(dialog)->clear();
             QVERIFY(!window.widget<QLineEdit>()->isEnabled());
             QTest::keyClicks(in<QLineEdit>(dialog), "New");

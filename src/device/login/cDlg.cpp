@@ -1,6 +1,6 @@
 #include "device/login/cDlg.h"
 
-#include "controls/DialogPlace.h"
+#include "controls/DialogFrame.h"
 #include "controls/MessageText.h"
 #include "controls/ReadableColors.h"
 #include "controls/SharedPictures.h"
@@ -17,8 +17,8 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -89,7 +89,6 @@ cDlg::cDlg(Credentials &record, cODAdaptor *adaptor, QWidget *parent)
           named("buttonBox", new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this)))
 {
     setWindowTitle(tr("Dialog"));
-    DialogPlace::keepCentred(*this);
     registerSharedPictures();
     const QIcon picture(QStringLiteral(":/icons/resources/settings.png"));
     m_icon->setPixmap(picture.pixmap(QSize(PictureSize, PictureSize), devicePixelRatioF()));
@@ -111,6 +110,7 @@ cDlg::cDlg(Credentials &record, cODAdaptor *adaptor, QWidget *parent)
     onLoginChanged(m_login->text());
     (m_login->text().isEmpty() ? m_login : m_password)->setFocus();
 
+    DialogFrame::give(*this, DialogFrame::Size::OfItsContent);
     connect(m_login, &QLineEdit::textChanged, this, &cDlg::onLoginChanged);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &cDlg::accept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &cDlg::reject);
@@ -241,7 +241,10 @@ void cDlg::onODUpdate()
 void cDlg::makeRoom()
 {
     layout()->activate();
-    resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
+    const QSize ground = screen()->availableSize();
+    const bool isTooHigh = layout()->totalHeightForWidth(width()) > ground.height();
+    const int wide = isTooHigh ? std::max(width(), ground.width() * 9 / 10) : width();
+    resize(wide, std::min(std::max(height(), layout()->totalHeightForWidth(wide)), ground.height()));
 }
 
 /// Makes room first, as Qt gives a new window no more than two thirds of the screen.
@@ -257,15 +260,6 @@ void cDlg::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange)
         applyPalette();
     QDialog::changeEvent(event);
-}
-
-/// A line around the dialog sets it apart from the window below it where no window manager does.
-void cDlg::paintEvent(QPaintEvent *event)
-{
-    QDialog::paintEvent(event);
-    QPainter painter(this);
-    painter.setPen(mixedColor(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.3));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 /// The refusal and the icons stand out, on light and on dark grounds.

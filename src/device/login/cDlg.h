@@ -44,7 +44,6 @@ public Q_SLOTS:
 
 protected:
     void changeEvent(QEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:

@@ -1,6 +1,6 @@
 #include "ui/commands/DialogManager.h"
 
-#include "controls/DialogPlace.h"
+#include "controls/DialogFrame.h"
 #include "ui/base/RetiredWidgets.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
@@ -112,7 +112,6 @@ QDialog *DialogManager::open(const QDomElement &element)
     const quint64 loopsBegun = m_retired.loopsBegun();
     auto *dialog = new QDialog(&m_window);
     dialog->setWindowTitle(title(element));
-    DialogPlace::keepCentred(*dialog);
     const int first = m_context.description().table().nextNumber();
     m_builder.adoptWindow(element, dialog);
     auto *page = new QWidget;
@@ -125,6 +124,7 @@ QDialog *DialogManager::open(const QDomElement &element)
     m_open.push_back({element, dialog, controls, m_tasks.add(element), true, loopsBegun});
     m_actions.runCalls(element);
     dialog->installEventFilter(&m_window);
+    DialogFrame::give(*dialog, DialogFrame::Size::OfTheUser);
     if (find(element))
         return dialog;
     // Its own actions have brought a new description.

@@ -1,6 +1,6 @@
 #include "ui/review/ReviewDialog.h"
 
-#include "controls/DialogPlace.h"
+#include "controls/DialogFrame.h"
 #include "controls/WindowLook.h"
 #include "ui/base/WindowStyle.h"
 
@@ -91,7 +91,7 @@ ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
     fill();
     m_list->setFocus();
     WindowLook::apply(*this);
-    DialogPlace::keepCentred(*this);
+    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
 }
 
 void ReviewDialog::offerSending()
