@@ -45,6 +45,9 @@ void styleControl(QWidget *widget)
     // A style of its own has a slider, for example.
     if (isStyled(widget) && !widget->testAttribute(Qt::WA_SetStyle))
         widget->setStyle(controlStyle());
+    // The arrows of a bar with many tabs: its own keys show every tab.
+    if (qobject_cast<const QTabBar *>(widget->parentWidget()))
+        widget->setFocusPolicy(Qt::NoFocus);
 }
 
 /// Qt writes weekends in pure red, with a contrast of 4 on white and on dark grounds.

@@ -1,5 +1,6 @@
 #include "ui/review/ChangeMarks.h"
 
+#include "controls/ReadablePalette.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/review/ChangePlaces.h"
 
@@ -45,10 +46,7 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter(this).fillRect(rect(), palette().color(QPalette::Active, QPalette::Highlight));
-    }
+    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), markColor(palette())); }
 
 private:
     void follow()
