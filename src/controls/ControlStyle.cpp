@@ -1,7 +1,7 @@
 #include "controls/ControlStyle.h"
 
+#include "controls/ControlPainting.h"
 #include "controls/DrawnIcon.h"
-#include "controls/ReadableColors.h"
 #include "controls/ReadablePalette.h"
 
 #include <QAbstractItemView>
@@ -11,7 +11,6 @@
 #include <QPointer>
 #include <QProxyStyle>
 #include <QStyleOption>
-#include <QTabBar>
 
 namespace paravue
 {
@@ -19,101 +18,8 @@ namespace paravue
 namespace
 {
 
-constexpr double CornerRadius = 3;
-constexpr int RingMargin = 3;
-constexpr int RingWidth = 2;
-constexpr int TabMark = 3;
-constexpr double TickWidth = 1.8;
+constexpr int FocusRingMargin = 3;
 constexpr const char *ValueProperty = "paravueShowsValue";
-
-bool isEnabled(const QStyleOption &option)
-{
-    return option.state & QStyle::State_Enabled;
-}
-
-bool isPressed(const QStyleOption &option)
-{
-    return option.state & (QStyle::State_Sunken | QStyle::State_On);
-}
-
-/// The ground of a button, changed visibly: towards the text where that stays readable, or away from it.
-QColor shifted(const QColor &ground, const QColor &text, double share)
-{
-    const QColor towardsText = mixedColor(ground, text, share / 2);
-    if (contrastRatio(towardsText, text) >= HighContrast)
-        return towardsText;
-    return mixedColor(ground, ground.lightnessF() > text.lightnessF() ? Qt::white : Qt::black, share);
-}
-
-QRectF outline(const QRect &rect)
-{
-    return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
-}
-
-QColor edgeColor(const QStyleOption &option)
-{
-    const QColor edge = fieldEdgeColor(option.palette);
-    return isEnabled(option) ? edge : mixedColor(option.palette.color(QPalette::Window), edge, 0.6);
-}
-
-void paintField(QPainter &painter, const QStyleOption &option, const QRect &rect, QPalette::ColorRole ground)
-{
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(edgeColor(option));
-    painter.setBrush(option.palette.brush(ground));
-    painter.drawRoundedRect(outline(rect), CornerRadius, CornerRadius);
-    painter.restore();
-}
-
-/// A line that points down, or up.
-void paintArrow(QPainter &painter, const QRect &rect, const QColor &color, bool isUp)
-{
-    const QPointF centre = QRectF(rect).center();
-    const double height = isUp ? -1.5 : 1.5;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(
-        QPolygonF{centre + QPointF(-3, -height), centre + QPointF(0, height), centre + QPointF(3, -height)});
-    painter.restore();
-}
-
-void paintTick(QPainter &painter, const QRectF &box, QStyle::State state)
-{
-    const auto at = [&box](double x, double y) {
-        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
-    };
-    if (state & QStyle::State_On)
-        painter.drawPolyline(QPolygonF{at(0.2, 0.52), at(0.42, 0.74), at(0.8, 0.28)});
-    else
-        painter.drawLine(at(0.25, 0.5), at(0.75, 0.5));
-}
-
-/// A check box to read is a tick, or a dash.
-void paintCheckBox(QPainter &painter, const QStyleOption &option, bool isToRead)
-{
-    const QRectF box = outline(option.rect);
-    const bool isMarked = option.state & (QStyle::State_On | QStyle::State_NoChange);
-    const bool isFilled = isMarked && isEnabled(option);
-    const QPalette &palette = option.palette;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isToRead) {
-        const QColor accent = palette.color(QPalette::Highlight);
-        painter.setPen(isFilled ? readableVersion(accent, palette.color(QPalette::Window), VisibleContrast)
-                                : edgeColor(option));
-        painter.setBrush(isFilled ? accent : palette.color(QPalette::Base));
-        painter.drawRoundedRect(box, CornerRadius, CornerRadius);
-    }
-    const QPalette::ColorRole ink = isFilled   ? QPalette::HighlightedText
-                                    : isToRead ? QPalette::WindowText
-                                               : QPalette::Text;
-    painter.setPen(QPen(palette.color(ink), TickWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    if (isMarked || isToRead)
-        paintTick(painter, box, option.state);
-    painter.restore();
-}
 
 QStyleOptionButton asDefault(const QStyleOptionButton &button, const QPainter &painter)
 {
@@ -126,77 +32,6 @@ QStyleOptionButton asDefault(const QStyleOptionButton &button, const QPainter &p
     return option;
 }
 
-enum class Side { Top, Bottom, Left, Right };
-
-/// The side of a tab that is away from the page.
-Side outerSide(const QStyleOptionTab &tab)
-{
-    switch (tab.shape) {
-    case QTabBar::RoundedSouth:
-    case QTabBar::TriangularSouth:
-        return Side::Bottom;
-    case QTabBar::RoundedWest:
-    case QTabBar::TriangularWest:
-        return Side::Left;
-    case QTabBar::RoundedEast:
-    case QTabBar::TriangularEast:
-        return Side::Right;
-    default:
-        return Side::Top;
-    }
-}
-
-QRect without(QRect rect, Side side, int width)
-{
-    rect.adjust(side == Side::Left ? width : 0, side == Side::Top ? width : 0,
-                side == Side::Right ? -width : 0, side == Side::Bottom ? -width : 0);
-    return rect;
-}
-
-Side opposite(Side side)
-{
-    switch (side) {
-    case Side::Top:
-        return Side::Bottom;
-    case Side::Bottom:
-        return Side::Top;
-    case Side::Left:
-        return Side::Right;
-    default:
-        return Side::Left;
-    }
-}
-
-QColor paneEdgeColor(const QPalette &palette)
-{
-    return mixedColor(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.3);
-}
-
-/// The current tab is a part of its page, with a mark along its outer side; \a overlap is how far tabs reach
-/// into the edge of the page.
-void paintTab(QPainter &painter, const QStyleOptionTab &tab, int overlap)
-{
-    const QPalette &palette = tab.palette;
-    const bool isCurrent = tab.state & QStyle::State_Selected;
-    const bool isHovered = tab.state & QStyle::State_MouseOver;
-    const Side outer = outerSide(tab);
-    const double shade = isCurrent ? 0 : isHovered ? 0.04 : 0.1;
-    const QRect rect = isCurrent ? tab.rect : without(tab.rect, opposite(outer), overlap);
-    painter.fillRect(rect, paneEdgeColor(palette));
-    QRect inside = rect;
-    for (const Side side : {Side::Top, Side::Bottom, Side::Left, Side::Right}) {
-        if (side != opposite(outer))
-            inside = without(inside, side, 1);
-    }
-    painter.fillRect(inside,
-                     mixedColor(palette.color(QPalette::Window), palette.color(QPalette::WindowText), shade));
-    if (!isCurrent)
-        return;
-    const QRegion mark = QRegion(rect) - without(rect, outer, TabMark);
-    for (const QRect &part : mark)
-        painter.fillRect(part, markColor(palette));
-}
-
 class ControlStyle : public QProxyStyle
 {
 public:
@@ -205,7 +40,7 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
     {
         if (metric == PM_FocusFrameHMargin || metric == PM_FocusFrameVMargin)
-            return RingMargin;
+            return FocusRingMargin;
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
 
@@ -229,31 +64,24 @@ public:
                      const QWidget *widget) const override
     {
         const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+        const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
         const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
-        if (element == CE_ProgressBarGroove) {
-            paintField(*painter, *option, option->rect, QPalette::Base);
-        } else if (element == CE_FocusFrame) {
-            drawRing(*option, *painter, option->rect, RingWidth / 2.0);
-        } else if (element == CE_PushButtonBevel &&
-                   button) { // native styles paint it with their own pictures
-            drawBevel(*button, *painter, widget);
-        } else if (element == CE_PushButton && button && isEnabled(*button) &&
-                   (button->features & QStyleOptionButton::DefaultButton)) {
-            const QStyleOptionButton marked = asDefault(*button, *painter);
-            QProxyStyle::drawControl(element, &marked, painter, widget);
-        } else if (const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
-                   tab && element == CE_TabBarTabShape) {
+        if (element == CE_FocusFrame)
+            paintRing(*painter, option->palette, option->rect);
+        else if (element == CE_ProgressBarGroove)
+            paintField(*painter, *option, QPalette::Base);
+        else if (element == CE_PushButton && button)
+            drawButton(*button, *painter, widget);
+        else if (element == CE_PushButtonBevel && button)
+            drawBevel(*button, *painter);
+        else if (element == CE_TabBarTabShape && tab)
             paintTab(*painter, *tab, pixelMetric(PM_TabBarBaseOverlap, option, widget));
-        } else if (element == CE_MenuItem && item) {
-            // The rows of a drop-down have the palette of the application's menus.
-            QStyleOptionMenuItem readable = *item;
-            readable.palette = readablePalette(item->palette);
-            QProxyStyle::drawControl(element, &readable, painter, widget);
-        } else {
+        else if (element == CE_TabBarTabLabel && tab)
+            drawTabLabel(*tab, *painter, widget);
+        else if (element == CE_MenuItem && item)
+            drawChoice(*item, *painter, widget);
+        else
             QProxyStyle::drawControl(element, option, painter, widget);
-            if (element == CE_TabBarTabLabel && (option->state & State_HasFocus))
-                drawRing(*option, *painter, option->rect, RingMargin);
-        }
     }
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
@@ -278,7 +106,7 @@ private:
             if (!frame || frame->lineWidth <= 0)
                 return false; // a part of another control
             if (!isShownAsValue(widget))
-                paintField(painter, option, option.rect, QPalette::Base);
+                paintField(painter, option, QPalette::Base);
             return true;
         case PE_Frame:
             if (!isList && !(widget && widget->windowType() == Qt::Popup))
@@ -289,8 +117,7 @@ private:
             }
             return true;
         case PE_FrameTabWidget:
-            painter.fillRect(option.rect, paneEdgeColor(option.palette));
-            painter.fillRect(option.rect.adjusted(1, 1, -1, -1), option.palette.window());
+            paintPane(painter, option);
             return true;
         case PE_IndicatorCheckBox:
             paintCheckBox(painter, option, isShownAsValue(widget));
@@ -305,27 +132,47 @@ private:
         }
     }
 
-    void drawBevel(const QStyleOptionButton &option, QPainter &painter, const QWidget *widget) const
+    void drawButton(const QStyleOptionButton &option, QPainter &painter, const QWidget *widget) const
     {
-        if (!(option.features & QStyleOptionButton::Flat) || isPressed(option))
-            drawOwn(PE_PanelButtonCommand, option, painter, widget);
-        if (!(option.features & QStyleOptionButton::HasMenu))
+        const bool isDefault =
+            (option.features & QStyleOptionButton::DefaultButton) && (option.state & State_Enabled);
+        if (!isDefault) {
+            QProxyStyle::drawControl(CE_PushButton, &option, &painter, widget);
             return;
-        const int size = pixelMetric(PM_MenuButtonIndicator, &option, widget);
-        const QRect arrow(option.rect.right() - size, option.rect.top(), size, option.rect.height());
-        paintArrow(painter, visualRect(option.direction, option.rect, arrow),
-                   option.palette.color(QPalette::ButtonText), false);
+        }
+        const QStyleOptionButton marked = asDefault(option, painter);
+        QProxyStyle::drawControl(CE_PushButton, &marked, &painter, widget);
     }
 
-    static void drawRing(const QStyleOption &option, QPainter &painter, const QRect &rect, double inset)
+    /// Native styles paint it with pictures of their own.
+    void drawBevel(const QStyleOptionButton &option, QPainter &painter) const
     {
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(markColor(option.palette), RingWidth));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), CornerRadius + 1,
-                                CornerRadius + 1);
-        painter.restore();
+        const bool isPressed = option.state & (State_Sunken | State_On);
+        if (!(option.features & QStyleOptionButton::Flat) || isPressed)
+            paintButtonGround(painter, option, option.palette.color(QPalette::Button), edgeColor(option));
+        if (!(option.features & QStyleOptionButton::HasMenu))
+            return;
+        const int size = pixelMetric(PM_MenuButtonIndicator, &option, nullptr);
+        const QRect arrow(option.rect.right() - size, option.rect.top(), size, option.rect.height());
+        paintArrow(painter, visualRect(option.direction, option.rect, arrow),
+                   option.palette.color(QPalette::ButtonText), ArrowDirection::Down);
+    }
+
+    /// The focus frame would surround the whole bar.
+    void drawTabLabel(const QStyleOptionTab &tab, QPainter &painter, const QWidget *widget) const
+    {
+        constexpr int Inset = 2;
+        QProxyStyle::drawControl(CE_TabBarTabLabel, &tab, &painter, widget);
+        if (tab.state & State_HasFocus)
+            paintRing(painter, tab.palette, tab.rect.adjusted(Inset, Inset, -Inset, -Inset));
+    }
+
+    /// The rows of a drop-down have the palette of the application's menus.
+    void drawChoice(const QStyleOptionMenuItem &item, QPainter &painter, const QWidget *widget) const
+    {
+        QStyleOptionMenuItem readable = item;
+        readable.palette = readablePalette(item.palette);
+        QProxyStyle::drawControl(CE_MenuItem, &readable, &painter, widget);
     }
 
     void drawDropDown(const QStyleOptionComboBox &option, QPainter &painter, const QWidget *widget) const
@@ -335,24 +182,24 @@ private:
         // Styles write the text of a drop-down in the colour of buttons, and that of an editable one as a
         // field.
         const bool isField = option.editable;
-        paintField(painter, option, option.rect, isField ? QPalette::Base : QPalette::Button);
+        paintField(painter, option, isField ? QPalette::Base : QPalette::Button);
         const QRect arrow = subControlRect(CC_ComboBox, &option, SC_ComboBoxArrow, widget);
         const QPalette::ColorRole ink = isField ? QPalette::Text : QPalette::ButtonText;
-        paintArrow(painter, arrow, option.palette.color(ink), false);
+        paintArrow(painter, arrow, option.palette.color(ink), ArrowDirection::Down);
     }
 
     void drawSpinBox(const QStyleOptionSpinBox &option, QPainter &painter, const QWidget *widget) const
     {
         if (isShownAsValue(widget))
             return;
-        paintField(painter, option, option.rect, QPalette::Base);
+        paintField(painter, option, QPalette::Base);
         for (const SubControl part : {SC_SpinBoxUp, SC_SpinBoxDown}) {
             const bool isUp = part == SC_SpinBoxUp;
             const auto step = isUp ? QAbstractSpinBox::StepUpEnabled : QAbstractSpinBox::StepDownEnabled;
-            const bool canStep = isEnabled(option) && option.stepEnabled.testFlag(step);
+            const bool canStep = (option.state & State_Enabled) && option.stepEnabled.testFlag(step);
             paintArrow(painter, subControlRect(CC_SpinBox, &option, part, widget),
                        option.palette.color(canStep ? QPalette::Active : QPalette::Disabled, QPalette::Text),
-                       isUp);
+                       isUp ? ArrowDirection::Up : ArrowDirection::Down);
         }
     }
 };
@@ -409,24 +256,6 @@ void showAsValue(QWidget &widget)
 bool isShownAsValue(const QWidget *widget)
 {
     return widget && !widget->isEnabled() && widget->property(ValueProperty).toBool();
-}
-
-void paintButtonGround(QPainter &painter, const QStyleOption &option, const QColor &color, const QColor &edge)
-{
-    const bool isHovered = (option.state & QStyle::State_MouseOver) && isEnabled(option);
-    const double shift = isPressed(option) ? 0.3 : isHovered ? 0.12 : 0;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(edge);
-    painter.setBrush(shifted(color, option.palette.color(QPalette::ButtonText), shift));
-    const QRectF rect = outline(option.rect);
-    painter.drawRoundedRect(rect, CornerRadius, CornerRadius);
-    if (isPressed(option)) { // the shadow of the upper edge
-        painter.setPen(mixedColor(color, Qt::black, 0.65));
-        painter.drawLine(rect.topLeft() + QPointF(CornerRadius, 1),
-                         rect.topRight() + QPointF(-CornerRadius, 1));
-    }
-    painter.restore();
 }
 
 } // namespace paravue

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QColor>
-
-class QPainter;
 class QStyle;
-class QStyleOption;
 class QWidget;
 
 namespace paravue
@@ -21,9 +17,5 @@ QStyle *controlStyle();
 void showAsValue(QWidget &widget);
 /// True for such a widget while it is disabled.
 bool isShownAsValue(const QWidget *widget);
-
-/// The flat ground of a push button in the state of \a option, with the given colour.
-void paintButtonGround(QPainter &painter, const QStyleOption &option, const QColor &color,
-                       const QColor &edge);
 
 } // namespace paravue

@@ -1,6 +1,6 @@
 #include "ui/base/ColouredButton.h"
 
-#include "controls/ControlStyle.h"
+#include "controls/ControlPainting.h"
 #include "controls/ReadableColors.h"
 
 #include <QEvent>
