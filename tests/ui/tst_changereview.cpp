@@ -75,7 +75,7 @@ struct TrackedWindow : DescribedWindow {
         const auto *tabs = window->findChild<QTabWidget *>();
         for (int i = 0; i < tabs->count(); ++i) {
             const auto *badge = qobject_cast<QLabel *>(tabs->tabBar()->tabButton(i, QTabBar::RightSide));
-            parts << tabs->tabText(i) + ' ' + (badge ? badge->text() : "-");
+            parts << tabs->tabText(i) + ' ' + (badge && badge->isVisible() ? badge->text() : "-");
         }
         return parts.join(", ");
     }

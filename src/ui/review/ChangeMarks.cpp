@@ -133,13 +133,14 @@ void ChangeMarks::showCount(QTabWidget &tabs, QWidget &page)
         badge = new QLabel(tabs.tabBar());
         badge->setObjectName(QStringLiteral("changeCount"));
         badge->setAttribute(Qt::WA_TransparentForMouseEvents);
-        tabs.tabBar()->setTabButton(tabs.indexOf(&page), QTabBar::RightSide, badge);
     }
     badge->setText(QString::number(number));
     badge->setAccessibleName(number == 1 ? tr("1 change") : tr("%1 changes").arg(number));
     badge->adjustSize();
-    // The bar measures its tabs when one of them is changed.
-    tabs.tabBar()->setTabButton(tabs.indexOf(&page), QTabBar::RightSide, badge);
+    // The bar measures a button when it gets one, and hides the one that it had.
+    const int index = tabs.indexOf(&page);
+    tabs.tabBar()->setTabButton(index, QTabBar::RightSide, nullptr);
+    tabs.tabBar()->setTabButton(index, QTabBar::RightSide, badge);
 }
 
 } // namespace paravue
