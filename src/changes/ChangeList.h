@@ -31,6 +31,8 @@ struct Change {
     /// As they may be shown: dots in the place of a secret value.
     QString shownOldValue() const;
     QString shownNewValue() const;
+
+    bool operator==(const Change &other) const = default;
 };
 
 /// What was changed in a store since its files were fetched, or since they were saved. An edit costs the same

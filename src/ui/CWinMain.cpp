@@ -197,7 +197,7 @@ bool CWinMain::review(bool offersSending)
 
 bool CWinMain::mayClose()
 {
-    if (!m_changes || !m_options.asksBeforeClosing || m_changes->list().isEmpty() || !isVisible())
+    if (!m_changes || !m_options.asksBeforeClosing || !m_changes->hasUserChanges() || !isVisible())
         return true;
     auto answer = ChangeTracking::Answer::GoOnEditing;
     letUserAct([&] { answer = m_changes->askBeforeClosing(); });

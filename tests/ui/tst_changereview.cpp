@@ -114,6 +114,7 @@ private Q_SLOTS:
     void goesToTheControl();
     void asksBeforeItCloses_data();
     void asksBeforeItCloses();
+    void lettingTheHostsChangesGoIsNoQuestion();
     void showsTheListBeforeItSends();
 };
 
@@ -279,6 +280,21 @@ void TestChangeReview::asksBeforeItCloses()
     QCOMPARE(window.messages.count(), int(isChanged));
     QTEST(!window.window->isVisible(), "isClosed");
     QTEST(window.value("tmp/untitled/OK") == "pressed", "isSent");
+}
+
+void TestChangeReview::lettingTheHostsChangesGoIsNoQuestion()
+{
+    StoreFixture fixture({{"interface", Description}, {"net", Net}});
+    const QObject host;
+    connect(&fixture.store(), &OrbSetup::loadDone, &host,
+            [&fixture] { fixture.store().setValue("net/untitled/NAME/by the host"); });
+    const ModalWatcher messages;
+    CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.asksBeforeClosing = true}));
+    QVERIFY(window.findChild<QToolButton *>("changes")->isVisible());
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QVERIFY(!window.isVisible());
+    QCOMPARE(messages.count(), 0);
 }
 
 void TestChangeReview::showsTheListBeforeItSends()

@@ -41,7 +41,7 @@ ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindi
 
 void ChangeTracking::startDescription()
 {
-    m_marks.clear();
+    m_hostChanges = m_list.all();
     markAll();
 }
 

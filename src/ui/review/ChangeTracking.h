@@ -31,6 +31,8 @@ public:
     /// "3 changes", hidden without any; reviewRequested() follows its click. For the header of the window.
     QToolButton *countButton() const { return m_count; }
     const ChangeList &list() const { return m_list; }
+    /// There are others than those that the host has made before the window was built.
+    bool hasUserChanges() const { return !m_list.isEmpty() && m_list.all() != m_hostChanges; }
 
     /// To be called when the window was built from another description: marks the new controls.
     void startDescription();
@@ -66,6 +68,7 @@ private:
     ChangeMarks m_marks;
     QToolButton *m_count;
     QList<Change> m_sent;
+    QList<Change> m_hostChanges;
 };
 
 } // namespace paravue
