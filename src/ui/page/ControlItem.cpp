@@ -1,5 +1,6 @@
 #include "ui/page/ControlItem.h"
 
+#include "ui/base/TextLabel.h"
 #include "ui/base/WindowStyle.h"
 
 #include <QAbstractSpinBox>
@@ -23,6 +24,11 @@ template <class... Classes>
 bool isAnyOf(const QWidget &widget)
 {
     return (qobject_cast<const Classes *>(&widget) || ...);
+}
+
+bool showsText(const QWidget &widget)
+{
+    return qobject_cast<const QAbstractButton *>(&widget) || dynamic_cast<const TextLabel *>(&widget);
 }
 
 } // namespace
@@ -71,7 +77,7 @@ ControlItem::Line ControlItem::lineOf(const QWidget &widget)
 
 bool ControlItem::suits(const QWidget &widget)
 {
-    return lineOf(widget) != Line::None;
+    return lineOf(widget) != Line::None || showsText(widget);
 }
 
 bool ControlItem::isField(const QWidget &widget)
@@ -111,9 +117,12 @@ QSize ControlItem::minimumSize() const
         return size;
     if (m_line != Line::None)
         size.setHeight(std::max(size.height(), lineHeight(*wid)));
-    // By itself a drop-down list keeps the least width of its first choices.
+    // A described width is the least one, but smaller than a text it would cut that. By itself a drop-down
+    // list keeps the least width of its first choices.
     if (qobject_cast<const QComboBox *>(wid))
         size.setWidth(std::max(size.width(), ownWidth()));
+    else if (showsText(*wid))
+        size.setWidth(std::max(size.width(), wid->minimumSizeHint().width()));
     return size;
 }
 
