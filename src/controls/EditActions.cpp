@@ -94,7 +94,7 @@ void showMenu(QWidget &editor, const EditActions &actions, const QPoint &globalP
     menu->setAttribute(Qt::WA_DeleteOnClose);
     auto *group = new QActionGroup(menu);
     for (const EditAction &action : actions) {
-        if (action.text.isEmpty()) {
+        if (!action.perform) {
             menu->addSeparator();
             group = new QActionGroup(menu);
             continue;

@@ -19,11 +19,11 @@ class EditGesture;
 
 /// Something that the user can do with an editor, by a key and from its context menu.
 struct EditAction {
-    QString text; ///< without access keys; empty for a line between groups of entries
+    QString text; ///< without access keys
     QList<QKeySequence> keys = {};
-    std::function<void()> perform = {};
-    bool isPossible = true;            ///< otherwise its keys are left to the window
-    std::optional<bool> isChosen = {}; ///< of one of a group that excludes the others
+    std::function<void()> perform = {}; ///< none: a line between groups of entries
+    bool isPossible = true;             ///< otherwise its keys are left to the window
+    std::optional<bool> isChosen = {};  ///< of one of a group that excludes the others
 };
 
 using EditActions = QList<EditAction>;

@@ -102,11 +102,7 @@ bool WeekSchedule::setResolution(int minutes)
     const int slots = minutes > 0 && 60 % minutes == 0 ? 60 / minutes : 1;
     WeekPlan plan = m_grid->plan();
     plan.setLeastSlotsPerHour(WeekPlan::isSlotsPerHour(slots) ? slots : 1);
-    if (plan == m_grid->plan())
-        return false;
-    m_grid->setPlan(plan);
-    arrangeTools();
-    return true;
+    return setPlan(plan);
 }
 
 QStringList WeekSchedule::days() const
@@ -118,10 +114,17 @@ bool WeekSchedule::setDays(const QStringList &days)
 {
     WeekPlan plan = m_grid->plan();
     plan.setTexts(days);
+    return setPlan(plan);
+}
+
+bool WeekSchedule::setPlan(const WeekPlan &plan)
+{
     if (plan == m_grid->plan())
         return false;
+    const int width = m_grid->sizeHint().width();
     m_grid->setPlan(plan);
-    arrangeTools(); // the grid may have become wider
+    if (m_grid->sizeHint().width() != width) // of other slots
+        arrangeTools();
     return true;
 }
 

@@ -14,6 +14,7 @@ namespace paravue
 {
 
 class ScheduleGrid;
+class WeekPlan;
 
 /// What is planned for each hour, half or quarter of an hour of a week: a grid of seven days that is painted
 /// over, a legend where the kind to paint with is chosen, and buttons to copy a day and to clear.
@@ -60,6 +61,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    bool setPlan(const WeekPlan &plan);
     void buildLegend();
     void arrangeTools();
     int widestCopyButton() const;
