@@ -58,11 +58,11 @@ void waitUntilShown(QWidget &window)
 
 /// A setup window on a local store.
 struct SetupForm {
-    explicit SetupForm(const FormFiles &files)
+    explicit SetupForm(const FormFiles &files, const paravue::WindowOptions &options = {})
     {
         store.setFilePath("interface", files.path("interface"));
         store.setFilePath("values", files.path("values"));
-        window = std::make_unique<CWinMain>(&store, nullptr);
+        window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
         waitUntilShown(*window);
     }
 
@@ -155,5 +155,26 @@ void editInALargeWindow(benchmark::State &state)
         state, [&] { editOften(large); }, [&] { editOften(small); }, {.limit = 1.3});
 }
 BENCHMARK(editInALargeWindow)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
+
+const paravue::WindowOptions Tracking{.tracksChanges = true};
+
+void openTracked(benchmark::State &state)
+{
+    const FormFiles files(10'000);
+    paravue::bench::pairedRatio(
+        state, [&] { return timeToShow([&] { return std::make_unique<SetupForm>(files, Tracking); }); },
+        [&] { return showSetupForm(files); }, {.limit = 1.03});
+}
+BENCHMARK(openTracked)->Apply(paravue::bench::applyPaired);
+
+void editTracked(benchmark::State &state)
+{
+    const FormFiles files(10'000);
+    SetupForm tracked(files, Tracking);
+    SetupForm plain(files);
+    paravue::bench::pairedRatio(
+        state, [&] { editOften(tracked); }, [&] { editOften(plain); }, {.limit = 1.1});
+}
+BENCHMARK(editTracked)->Apply(paravue::bench::applyPaired);
 
 } // namespace

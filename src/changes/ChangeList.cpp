@@ -77,9 +77,12 @@ const Change *ChangeList::find(const QString &path) const
 
 QList<Change> ChangeList::all() const
 {
-    QList<Change> changes = m_changes.values();
-    std::sort(changes.begin(), changes.end(),
-              [](const Change &a, const Change &b) { return a.path < b.path; });
+    QStringList paths = m_changes.keys();
+    std::sort(paths.begin(), paths.end());
+    QList<Change> changes;
+    changes.reserve(paths.size());
+    for (const QString &path : std::as_const(paths))
+        changes << m_changes.value(path);
     return changes;
 }
 

@@ -51,6 +51,7 @@ public:
     /// clock, which a save leaves out.
     static bool reachesTheRecorder(const ConfigAddress &address);
 
+    bool isSecret(const QString &path) const { return m_secrets.contains(path); }
     SecretKeys &secrets() { return m_secrets; }
 
     bool isEmpty() const { return m_changes.isEmpty(); }

@@ -21,7 +21,7 @@ namespace
 
 constexpr int Edge = 1;
 constexpr int Margin = 12;
-constexpr int Spacing = 8;
+constexpr int TitleSpacing = 8;
 
 QColor edgeColor(const QPalette &palette)
 {
@@ -55,7 +55,7 @@ void DialogFrame::fitFont()
     QFont bold = m_dialog.font();
     bold.setWeight(QFont::DemiBold);
     setFont(bold);
-    m_dialog.setContentsMargins(Edge, Edge + fontMetrics().height() + 2 * Spacing, Edge, Edge);
+    m_dialog.setContentsMargins(Edge, Edge + fontMetrics().height() + 2 * TitleSpacing, Edge, Edge);
     fitWidth();
 }
 
@@ -121,7 +121,7 @@ void DialogFrame::paintEvent(QPaintEvent *)
     painter.fillRect(
         rect(), mixedColor(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.08));
     painter.fillRect(0, height() - Edge, width(), Edge, edgeColor(palette()));
-    const QRect room(Margin, 0, width() - height() - Margin - Spacing, height());
+    const QRect room(Margin, 0, width() - height() - Margin - TitleSpacing, height());
     const QString title = fontMetrics().elidedText(m_dialog.windowTitle(), Qt::ElideRight, room.width());
     style()->drawItemText(&painter, QStyle::visualRect(layoutDirection(), rect(), room),
                           int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)),

@@ -20,7 +20,7 @@ namespace
 constexpr double ArmLength = 9;
 constexpr double Reach = 10; // how near to a point a press has to be
 constexpr double Step = 0.01;
-constexpr double FineStep = 0.001;
+constexpr double FinePointStep = 0.001;
 constexpr int ShownName = 16; // characters in the strip
 
 QPointF intoPicture(const QPointF &fraction)
@@ -340,7 +340,7 @@ bool PtzCalibrator::moveByKey(const QKeyEvent &event)
     if (step.isNull())
         return false;
     if (const auto start = placeOf(m_current)) {
-        const double length = event.modifiers() & Qt::ShiftModifier ? FineStep : Step;
+        const double length = event.modifiers() & Qt::ShiftModifier ? FinePointStep : Step;
         m_gesture.perform([&] { place(*start + step * length); });
     }
     return true;

@@ -168,6 +168,11 @@ void CWinMain::trackChanges()
     m_frame->header()->addTool(m_changes->countButton());
     connect(m_changes, &ChangeTracking::reviewRequested, this,
             [this] { operate([this] { review(false); }); });
+    connect(m_changes, &ChangeTracking::findRequested, this, [this] {
+        operate([this] {
+            m_changes->find([this](QDialog &dialog) { letUserAct([&dialog] { DialogLoop::run(dialog); }); });
+        });
+    });
     ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
     connect(&queue, &ExchangeQueue::called, m_changes, [this](const QString &name) {
         if (name == saveFunction)

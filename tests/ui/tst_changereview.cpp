@@ -112,6 +112,8 @@ private Q_SLOTS:
     void editorsUndoFirst();
     void listsAndTakesBack();
     void goesToTheControl();
+    void findsControls_data();
+    void findsControls();
     void asksBeforeItCloses_data();
     void asksBeforeItCloses();
     void lettingTheHostsChangesGoIsNoQuestion();
@@ -255,6 +257,45 @@ void TestChangeReview::goesToTheControl()
     QVERIFY(window.siren().isVisible());
     window.activate();
     QVERIFY(window.siren().hasFocus());
+}
+
+void TestChangeReview::findsControls_data()
+{
+    const TestTable<QString, bool, QStringList> row("query", "isChangedOnly", "found");
+    row("caption", "siren", false, {"Alarm › Siren"});
+    row("page", "network", false, {"Network › Name", "Network › Shown: old", "Network › Password"});
+    row("all words", "old  name", false, {"Network › Name", "Network › Shown: old"});
+    row("address", "untitled/PASS", false, {"Network › Password"});
+    row("secret value", "secret", false, {});
+    row("static caption", "password name", false, {});
+    row("changed only", "", true, {"Alarm › Siren"});
+}
+
+void TestChangeReview::findsControls()
+{
+    QFETCH(QString, query);
+    QFETCH(bool, isChangedOnly);
+    TrackedWindow window;
+    if (isChangedOnly)
+        window.siren().click();
+    QStringList found;
+    const ModalWatcher dialogs(
+        [&](QWidget &dialog) {
+            auto *field = dialog.findChild<QLineEdit *>();
+            QTest::keyClicks(field, query);
+            dialog.findChild<QCheckBox *>()->setChecked(isChangedOnly);
+            const auto *list = dialog.findChild<QTreeWidget *>();
+            for (int i = 0; i < list->topLevelItemCount(); ++i)
+                found << list->topLevelItem(i)->text(0);
+            if (found.size() > 1)
+                QTest::keyClick(field, Qt::Key_Down);
+            QTest::keyClick(field, Qt::Key_Return);
+        },
+        "paravue::FindDialog");
+    window.press(Qt::Key_F);
+    QTEST(found, "found");
+    window.activate();
+    QCOMPARE(window.siren().hasFocus(), found == QStringList("Alarm › Siren"));
 }
 
 void TestChangeReview::asksBeforeItCloses_data()

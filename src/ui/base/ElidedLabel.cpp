@@ -11,7 +11,7 @@ namespace
 {
 
 // Measuring takes time in proportion to the length, and no screen shows more than this.
-constexpr int LongestLine = 1000;
+constexpr int LongestToolTipLine = 1000;
 
 } // namespace
 
@@ -43,7 +43,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 
 QString ElidedLabel::line() const
 {
-    return text().left(LongestLine).simplified();
+    return text().left(LongestToolTipLine).simplified();
 }
 
 } // namespace paravue

@@ -11,7 +11,7 @@ namespace paravue
 namespace
 {
 
-constexpr int MostLetters = 32; // of average width, in a caption
+constexpr int MostTabLetters = 32; // of average width, in a caption
 
 class PageTabBar : public QTabBar
 {
@@ -45,7 +45,7 @@ private:
         return shape() == RoundedWest || shape() == RoundedEast || shape() == TriangularWest ||
                shape() == TriangularEast;
     }
-    int longest() const { return MostLetters * fontMetrics().averageCharWidth(); }
+    int longest() const { return MostTabLetters * fontMetrics().averageCharWidth(); }
 };
 
 } // namespace

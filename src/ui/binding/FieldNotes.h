@@ -37,6 +37,9 @@ public:
     /// Null, or hidden, while the field shows what is stored.
     QLabel *storedMark() const { return m_storedMark; }
 
+    /// What the field holds is said to be wrong.
+    bool hasProblem() const { return m_isProblem; }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

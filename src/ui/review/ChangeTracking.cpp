@@ -5,6 +5,8 @@
 #include "store/OrbSetup.h"
 #include "ui/binding/Bindings.h"
 #include "ui/binding/ControlTable.h"
+#include "ui/review/FindDialog.h"
+#include "ui/review/FindIndex.h"
 #include "ui/review/ReviewDialog.h"
 
 #include <QShortcut>
@@ -17,8 +19,8 @@ namespace paravue
 {
 
 ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls)
-    : m_window(window), m_bindings(bindings), m_places(controls), m_list(store),
-      m_steps(store, [this](const QList<ValueEdit> &edits) { m_bindings.putBack(edits); }),
+    : m_window(window), m_bindings(bindings), m_store(store), m_controls(controls), m_places(controls),
+      m_list(store), m_steps(store, [this](const QList<ValueEdit> &edits) { m_bindings.putBack(edits); }),
       m_count(new QToolButton(&window))
 {
     m_count->setObjectName(QStringLiteral("changes"));
@@ -34,6 +36,8 @@ ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindi
             [this](const QList<ValueEdit> &edits) { goTo(edits.constFirst().path); });
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), &window), &QShortcut::activated, this,
             &ChangeTracking::reviewRequested);
+    connect(new QShortcut(QKeySequence::Find, &window), &QShortcut::activated, this,
+            &ChangeTracking::findRequested);
     connect(new QShortcut(QKeySequence::Undo, &window), &QShortcut::activated, this, &ChangeTracking::undo);
     for (const QKeyCombination keys : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y})
         connect(new QShortcut(keys, &window), &QShortcut::activated, this, &ChangeTracking::redo);
@@ -125,6 +129,16 @@ void ChangeTracking::goTo(const QString &path) const
     const QList<const Control *> editors = m_places.editors(path);
     if (!editors.isEmpty())
         ChangePlaces::show(*editors.constFirst());
+}
+
+void ChangeTracking::find(const std::function<void(QDialog &)> &run)
+{
+    const FindIndex index(m_controls, *m_store, m_list);
+    FindDialog dialog(index, &m_window);
+    run(dialog);
+    const Control *control = m_controls.find(dialog.chosenControl());
+    if (control && control->widget)
+        ChangePlaces::show(*control);
 }
 
 void ChangeTracking::undo()

@@ -2,12 +2,16 @@
 
 #include "changes/ChangeList.h"
 #include "ui/binding/EditSteps.h"
+#include "ui/description/StoreReference.h"
 #include "ui/review/ChangeMarks.h"
 #include "ui/review/ChangePlaces.h"
 
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
+
+class QDialog;
 class QToolButton;
 class QWidget;
 
@@ -49,11 +53,14 @@ public:
     /// As one step, which can be undone.
     void takeBack(const QStringList &paths);
     void goTo(const QString &path) const;
+    /// Lets the user find a control; \a run runs the dialog.
+    void find(const std::function<void(QDialog &)> &run);
     void undo();
     void redo();
 
 Q_SIGNALS:
     void reviewRequested();
+    void findRequested();
 
 private:
     void noteChange(const QString &path);
@@ -62,6 +69,8 @@ private:
 
     QWidget &m_window;
     Bindings &m_bindings;
+    StoreReference m_store;
+    ControlTable &m_controls;
     ChangePlaces m_places;
     ChangeList m_list;
     EditSteps m_steps;

@@ -23,8 +23,8 @@ namespace
 enum Column { Setting, Old, New, Address, ColumnCount };
 constexpr int PathRole = Qt::UserRole;
 constexpr int IsShownRole = Qt::UserRole + 1;
-constexpr QSize UsualSize(760, 400);
-constexpr int UsualWidths[] = {270, 140, 140};
+constexpr QSize ReviewSize(760, 400);
+constexpr int ChangeWidths[] = {270, 140, 140};
 
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
 {
@@ -61,7 +61,7 @@ ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setAccessibleName(tr("Changes that were not sent yet"));
     for (int column = 0; column < Address; ++column)
-        m_list->header()->resizeSection(column, UsualWidths[column]);
+        m_list->header()->resizeSection(column, ChangeWidths[column]);
 
     auto *bottom = new QHBoxLayout;
     for (QToolButton *button : {m_takeBack, m_takeAllBack, m_goTo})
@@ -73,7 +73,7 @@ ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
     layout->setSpacing(GridSpacing);
     layout->addWidget(m_list, 1);
     layout->addLayout(bottom);
-    resize(UsualSize);
+    resize(ReviewSize);
 
     connect(m_takeBack, &QToolButton::clicked, this, [this] { takeBack(selectedPaths()); });
     connect(m_takeAllBack, &QToolButton::clicked, this, [this] {

@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr int AnswerTime = 3'000; // milliseconds
-constexpr int RemarkTime = 10'000;
+constexpr int CameraRemarkTime = 10'000;
 /// Some cameras do not reach a goal exactly.
 constexpr double SmallestTurn = 0.02;
 
@@ -36,7 +36,7 @@ CameraLink::CameraLink(PictureSource &source) : m_source(source)
     for (QTimer *timer : {&m_answer, &m_ignored})
         timer->setSingleShot(true);
     m_answer.setInterval(AnswerTime);
-    m_ignored.setInterval(RemarkTime);
+    m_ignored.setInterval(CameraRemarkTime);
     connect(&m_answer, &QTimer::timeout, &m_ignored, qOverload<>(&QTimer::start));
     connect(&source, &PictureSource::cameraMoved, this, [this] {
         m_answer.stop();

@@ -1,0 +1,121 @@
+// Searching a large window, and the list of many changes.
+
+#include "GeneratedForm.h"
+#include "PairedRatio.h"
+#include "ProcessorTime.h"
+
+#include "store/OrbSetup.h"
+#include "ui/CWinMain.h"
+#include "ui/review/ChangeTracking.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFile>
+#include <QLineEdit>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+namespace
+{
+
+using paravue::bench::Seconds;
+
+/// A window on a local store that tracks changes, with files of these texts.
+class TrackedWindow
+{
+public:
+    TrackedWindow(const QByteArray &description, const QByteArray &values)
+    {
+        write("interface", description);
+        write("values", values);
+        m_window = std::make_unique<CWinMain>(&m_store, nullptr, CWinMain::Placement::Window,
+                                              paravue::WindowOptions{.tracksChanges = true});
+    }
+
+    OrbSetup &store() { return m_store; }
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    /// Emits \a request, which opens a dialog, and runs \a work in it once it is shown.
+    void inDialog(void (paravue::ChangeTracking::*request)(), const std::function<void(QDialog &)> &work)
+    {
+        QTimer::singleShot(0, m_window.get(), [&work] {
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            QCoreApplication::processEvents();
+            work(*dialog);
+            dialog->close();
+        });
+        (m_window->findChild<paravue::ChangeTracking *>()->*request)();
+    }
+
+private:
+    void write(const QString &name, const QByteArray &text)
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            throw std::runtime_error("cannot write the files");
+        m_store.setFilePath(name, file.fileName());
+    }
+
+    QTemporaryDir m_folder;
+    OrbSetup m_store;
+    std::unique_ptr<CWinMain> m_window;
+};
+
+/// Each key of a query, until what was found is painted.
+void findAmongControls(benchmark::State &state)
+{
+    const GeneratedForm form(int(state.range(0)));
+    TrackedWindow window(form.description(), form.values());
+    Seconds longest{};
+    for (auto _ : state) {
+        window.inDialog(&paravue::ChangeTracking::findRequested, [&](QDialog &dialog) {
+            auto *query = dialog.findChild<QLineEdit *>();
+            for (const QString &text : {QString("v"), QString("va"), QString("val"), QString("value 19"),
+                                        QString("value 19 high"), QString("value 19 hig nothing")}) {
+                longest = std::max(longest, paravue::bench::processorTime([&] {
+                                       query->setText(text);
+                                       QCoreApplication::processEvents();
+                                   }));
+            }
+        });
+    }
+    constexpr double FrameMs = 16;
+    state.counters["longest_ms"] = longest.count() * 1000;
+    state.SetLabel(longest.count() * 1000 <= FrameMs ? "within limit" : "OVER LIMIT");
+}
+BENCHMARK(findAmongControls)->Arg(10'000)->Iterations(3)->Unit(benchmark::kMillisecond);
+
+/// 1,000 changes among 100,000 values, from the request to the shown list, beside QSettings, which only
+/// parses the file.
+void listChanges(benchmark::State &state)
+{
+    constexpr int Values = 100'000;
+    constexpr int Step = 100;
+    QByteArray values = "[untitled]\r\n";
+    for (int i = 0; i < Values; ++i)
+        values += "KEY" + QByteArray::number(i) + "='Value number " + QByteArray::number(i) + "'\r\n";
+    const GeneratedForm form(100);
+    TrackedWindow window(form.description(), values);
+    for (int i = 0; i < Values; i += Step)
+        window.store().setValue(QStringLiteral("values/untitled/KEY%1/changed").arg(i));
+    const auto list = [&] {
+        const auto start = std::chrono::steady_clock::now();
+        Seconds elapsed{};
+        window.inDialog(&paravue::ChangeTracking::reviewRequested,
+                        [&](QDialog &) { elapsed = std::chrono::steady_clock::now() - start; });
+        return elapsed;
+    };
+    const auto parse = [&] {
+        QSettings settings(window.path("values"), QSettings::IniFormat);
+        benchmark::DoNotOptimize(settings.value("untitled/KEY1").toString());
+    };
+    paravue::bench::pairedRatio(state, list, parse, {.limit = 1.0 / 3});
+}
+BENCHMARK(listChanges)->Apply(paravue::bench::applyPaired);
+
+} // namespace
