@@ -5,6 +5,7 @@
 #include "ui/base/ElidedLabel.h"
 #include "ui/base/FunctionTitle.h"
 #include "ui/base/WindowStyle.h"
+#include "ui/page/ControlItem.h"
 
 #include <QHBoxLayout>
 #include <QLocale>
@@ -46,6 +47,8 @@ StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
     m_giveUp->setToolTip(tr("Close the connection; nothing more is sent"));
     m_giveUp->setFocusPolicy(Qt::TabFocus);
     m_giveUp->hide();
+    for (QToolButton *button : {m_retry, m_giveUp})
+        button->setMinimumHeight(lineHeight(*button));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(GridSpacing);
@@ -90,6 +93,7 @@ void StatusLine::offerRefresh()
     m_refresh->setToolTip(tr("Fetch the values of the recorder anew (F5)"));
     m_refresh->setFocusPolicy(Qt::TabFocus);
     m_refresh->hide();
+    m_refresh->setMinimumHeight(lineHeight(*m_refresh));
     layout()->addWidget(m_refresh);
     connect(m_refresh, &QToolButton::clicked, this, &StatusLine::refreshRequested);
     update();

@@ -4,6 +4,7 @@
 #include "ui/base/PageTabs.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
+#include "ui/page/ControlItem.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/WindowHeader.h"
 
@@ -49,6 +50,7 @@ void WindowFrame::createWidgets()
     for (QPushButton *button : {m_ok, m_cancel}) {
         button->setAutoDefault(false);
         button->setMinimumWidth(20 * SpacingStep);
+        button->setMinimumHeight(lineHeight(*button));
     }
     m_header->complete();
     m_grip = new QSizeGrip(&m_window);
