@@ -347,7 +347,11 @@ void TestChangeReview::showsTheListBeforeItSends()
     window.fixture.store().setValue("tmp/untitled/OK/");
     window.type(window.name(), "new");
     Qt::Key key = Qt::Key_Escape;
-    const InTheList review([&key](QTreeWidget &list) { QTest::keyClick(&list, key); });
+    const InTheList review([&key](QTreeWidget &list) {
+        for (const QPushButton *button : list.window()->findChildren<QPushButton *>())
+            QVERIFY2(!button->icon().isNull(), qPrintable(button->text()));
+        QTest::keyClick(&list, key);
+    });
     ok->click();
     QCOMPARE(window.value("tmp/untitled/OK"), "");
     key = Qt::Key_Return;

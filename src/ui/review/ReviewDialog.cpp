@@ -1,6 +1,7 @@
 #include "ui/review/ReviewDialog.h"
 
 #include "controls/DialogFrame.h"
+#include "controls/DialogIcons.h"
 #include "controls/WindowLook.h"
 #include "ui/base/WindowStyle.h"
 
@@ -98,6 +99,8 @@ void ReviewDialog::offerSending()
 {
     QPushButton *send = m_buttons->addButton(tr("Send"), QDialogButtonBox::AcceptRole);
     send->setDefault(true);
+    WindowLook::styleControls(*send);
+    setOwnIcons(*m_buttons);
     m_offersSending = true;
     m_goTo->setToolTip(tr("Show where the value is edited"));
     m_buttons->button(QDialogButtonBox::Close)->setText(tr("Go on editing"));
