@@ -19,11 +19,11 @@ namespace paravue
 namespace
 {
 
-constexpr int Edge = 1;
-constexpr int Margin = 12;
+constexpr int FrameEdge = 1;
+constexpr int TitleMargin = 12;
 constexpr int TitleSpacing = 8;
 
-QColor edgeColor(const QPalette &palette)
+QColor frameEdgeColor(const QPalette &palette)
 {
     return mixedColor(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.3);
 }
@@ -55,14 +55,15 @@ void DialogFrame::fitFont()
     QFont bold = m_dialog.font();
     bold.setWeight(QFont::DemiBold);
     setFont(bold);
-    m_dialog.setContentsMargins(Edge, Edge + fontMetrics().height() + 2 * TitleSpacing, Edge, Edge);
+    m_dialog.setContentsMargins(FrameEdge, FrameEdge + fontMetrics().height() + 2 * TitleSpacing, FrameEdge,
+                                FrameEdge);
     fitWidth();
 }
 
 void DialogFrame::fitWidth()
 {
-    const int height = m_dialog.contentsMargins().top() - Edge;
-    setGeometry(Edge, Edge, m_dialog.width() - 2 * Edge, height);
+    const int height = m_dialog.contentsMargins().top() - FrameEdge;
+    setGeometry(FrameEdge, FrameEdge, m_dialog.width() - 2 * FrameEdge, height);
     constexpr int Gap = 3;
     const QRect cross(width() - height + Gap, Gap, height - 2 * Gap, height - 2 * Gap);
     m_close->setGeometry(QStyle::visualRect(layoutDirection(), rect(), cross));
@@ -111,7 +112,7 @@ bool DialogFrame::eventFilter(QObject *, QEvent *event)
 void DialogFrame::paintEdge() const
 {
     QPainter painter(&m_dialog);
-    painter.setPen(edgeColor(m_dialog.palette()));
+    painter.setPen(frameEdgeColor(m_dialog.palette()));
     painter.drawRect(m_dialog.rect().adjusted(0, 0, -1, -1));
 }
 
@@ -120,8 +121,8 @@ void DialogFrame::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(
         rect(), mixedColor(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.08));
-    painter.fillRect(0, height() - Edge, width(), Edge, edgeColor(palette()));
-    const QRect room(Margin, 0, width() - height() - Margin - TitleSpacing, height());
+    painter.fillRect(0, height() - FrameEdge, width(), FrameEdge, frameEdgeColor(palette()));
+    const QRect room(TitleMargin, 0, width() - height() - TitleMargin - TitleSpacing, height());
     const QString title = fontMetrics().elidedText(m_dialog.windowTitle(), Qt::ElideRight, room.width());
     style()->drawItemText(&painter, QStyle::visualRect(layoutDirection(), rect(), room),
                           int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)),

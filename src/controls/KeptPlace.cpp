@@ -8,7 +8,7 @@ namespace paravue
 namespace
 {
 
-constexpr int Attempts = 3;
+constexpr int PlaceAttempts = 3;
 
 /// With or without the title bar and border of a window manager.
 bool isCorner(const QPoint &position)
@@ -27,7 +27,7 @@ KeptPlace::KeptPlace(QWidget &window) : m_window(window)
 void KeptPlace::put(const QPoint &topLeft)
 {
     m_asked = topLeft;
-    m_attempts = Attempts;
+    m_attempts = PlaceAttempts;
     m_sincePut.start();
     m_window.move(topLeft);
 }

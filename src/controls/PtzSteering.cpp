@@ -26,7 +26,7 @@ constexpr double ZoomStep = 0.05;
 /// In pictures. A goal is no further away, so that the camera stops soon when the connection ends.
 constexpr double LongestStep = 0.25;
 constexpr double KeyStep = 0.1;
-constexpr double FineStep = 0.02;
+constexpr double FineSteeringStep = 0.02;
 /// A drag of that many pixels or less does not turn the camera.
 constexpr double Rest = 6;
 /// The part of the range of pan and tilt that a camera sees, without zoom and with all of it. Recorders do
@@ -169,7 +169,7 @@ bool PtzSteering::pressKey(const QKeyEvent &event)
             return true;
         stop();
         m_isFine = event.modifiers() & Qt::ShiftModifier;
-        turnBy(QPointF(arrowStep(key)) * (m_isFine ? FineStep : KeyStep));
+        turnBy(QPointF(arrowStep(key)) * (m_isFine ? FineSteeringStep : KeyStep));
         m_key = key;
         m_pace.start(HoldTime);
     } else {
@@ -199,7 +199,7 @@ void PtzSteering::goOn()
             step = {std::clamp(way.x() / half.width(), -1.0, 1.0) * LongestStep,
                     std::clamp(way.y() / half.height(), -1.0, 1.0) * LongestStep};
     } else if (m_key != 0) {
-        step = QPointF(arrowStep(m_key)) * (m_isFine ? FineStep : KeyStep);
+        step = QPointF(arrowStep(m_key)) * (m_isFine ? FineSteeringStep : KeyStep);
     } else {
         return;
     }

@@ -11,7 +11,7 @@ namespace paravue
 namespace
 {
 
-constexpr int MostTabLetters = 32; // of average width, in a caption
+constexpr int CaptionLetters = 32; // of average width, in a caption
 
 class PageTabBar : public QTabBar
 {
@@ -45,7 +45,7 @@ private:
         return shape() == RoundedWest || shape() == RoundedEast || shape() == TriangularWest ||
                shape() == TriangularEast;
     }
-    int longest() const { return MostTabLetters * fontMetrics().averageCharWidth(); }
+    int longest() const { return CaptionLetters * fontMetrics().averageCharWidth(); }
 };
 
 } // namespace

@@ -14,9 +14,9 @@ namespace paravue
 namespace
 {
 
-constexpr int MostLetters = 120; // of average width, in a line
+constexpr int LabelLetters = 120; // of average width, in a line
 /// Measuring takes time in proportion to the length, and no screen shows more than this.
-constexpr int LongestLine = 1000;
+constexpr int LongestElidedLine = 1000;
 
 } // namespace
 
@@ -30,7 +30,7 @@ QSize TextLabel::bounded(const QSize &size) const
 {
     if (!isPlain())
         return size;
-    return {std::min(size.width(), MostLetters * fontMetrics().averageCharWidth()), size.height()};
+    return {std::min(size.width(), LabelLetters * fontMetrics().averageCharWidth()), size.height()};
 }
 
 QSize TextLabel::sizeHint() const
@@ -63,7 +63,7 @@ void TextLabel::paintEvent(QPaintEvent *event)
         return QLabel::paintEvent(event);
     QStringList lines;
     for (const QString &line : text().split(u'\n'))
-        lines.append(fontMetrics().elidedText(line.left(LongestLine), Qt::ElideRight, width()));
+        lines.append(fontMetrics().elidedText(line.left(LongestElidedLine), Qt::ElideRight, width()));
     QPainter painter(this);
     style()->drawItemText(&painter, contentsRect(),
                           int(QStyle::visualAlignment(layoutDirection(), alignment())), palette(),

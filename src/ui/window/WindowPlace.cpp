@@ -12,8 +12,8 @@ namespace
 {
 
 /// "width height x y page"
-constexpr int Numbers = 5;
-constexpr int Farthest = 100'000; // pixels: screens can stand beside each other
+constexpr int PlaceNumbers = 5;
+constexpr int FarthestPlace = 100'000; // pixels: screens can stand beside each other
 
 } // namespace
 
@@ -25,10 +25,10 @@ std::optional<WindowPlace> WindowPlace::recall(const WindowMemory &memory, const
     for (const QByteArray &word : memory.read(key).split(' ')) {
         bool isNumber = false;
         numbers.append(word.toInt(&isNumber));
-        if (!isNumber || std::abs(numbers.last()) > Farthest)
+        if (!isNumber || std::abs(numbers.last()) > FarthestPlace)
             return {};
     }
-    if (numbers.size() != Numbers || numbers[0] <= 0 || numbers[1] <= 0)
+    if (numbers.size() != PlaceNumbers || numbers[0] <= 0 || numbers[1] <= 0)
         return {};
     return WindowPlace{QSize(numbers[0], numbers[1]), QPoint(numbers[2], numbers[3]), numbers[4]};
 }
