@@ -23,8 +23,20 @@ void provide(QImage &image, const QSize &size, QImage::Format format)
     image.setDevicePixelRatio(1);
 }
 
-/// Each pixel is made of the four nearest ones.
-void interpolate(const QImage &image, QImage &scaled)
+/// When the half of a picture is larger by no more than this share, its edges are cut off. Another step would
+/// blur it and take as long again.
+constexpr double CutShare = 0.01;
+
+/// Where \a half is painted to fill \a size; empty when it is too large for that.
+QRect placeOfHalf(const QSize &half, const QSize &size)
+{
+    const QSize cut = half - size;
+    const bool isNear = cut.width() <= size.width() * CutShare && cut.height() <= size.height() * CutShare;
+    return isNear ? QRect({-cut.width() / 2, -cut.height() / 2}, half) : QRect();
+}
+
+/// Paints \a image in \a place of \a scaled. Each pixel is made of the four nearest ones.
+void interpolate(const QImage &image, QImage &scaled, const QRect &place)
 {
     const QSize size = scaled.size();
     QPainter painter(&scaled);
@@ -32,7 +44,7 @@ void interpolate(const QImage &image, QImage &scaled)
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     for (int row = 0; row < size.height(); row += RowsAtOnce) {
         painter.setClipRect(0, row, size.width(), RowsAtOnce);
-        painter.drawImage(QRect(QPoint(), size), image);
+        painter.drawImage(place, image);
     }
 }
 
@@ -41,10 +53,10 @@ void interpolate(const QImage &image, QImage &scaled)
 void scale(const QImage &picture, QImage &scaled, QImage &step)
 {
     const QSize half = QSize((picture.width() + 1) / 2, (picture.height() + 1) / 2).expandedTo(scaled.size());
-    if (half == scaled.size())
-        return interpolate(picture, scaled);
+    if (const QRect place = placeOfHalf(half, scaled.size()); !place.isEmpty())
+        return interpolate(picture, scaled, place);
     provide(step, half, scaled.format());
-    interpolate(picture, step);
+    interpolate(picture, step, step.rect());
     QImage further;
     scale(step, scaled, further);
 }

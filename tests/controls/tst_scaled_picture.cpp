@@ -30,6 +30,7 @@ class TestScaledPicture : public QObject
 
 private Q_SLOTS:
     void leavesOutNoPixel();
+    void halvesAPictureThatIsNearlyTwiceAsLarge();
     void scalesToThePixelsOfTheScreen_data();
     void scalesToThePixelsOfTheScreen();
     void scalesOnce();
@@ -49,6 +50,17 @@ void TestScaledPicture::leavesOutNoPixel()
             QVERIFY2(qAbs(grey - 64) <= 2, qPrintable(QString::number(grey)));
         }
     }
+}
+
+/// A control of half the size has a frame. Scaled once more, each column would be mixed in another way.
+void TestScaledPicture::halvesAPictureThatIsNearlyTwiceAsLarge()
+{
+    ScaledPicture scaled;
+    const QImage image = scaled.of(stripes({640, 480}), {318, 238}, 1).toImage();
+    QCOMPARE(image.size(), QSize(318, 238));
+    for (int x = 2; x < image.width(); ++x)
+        QCOMPARE(image.pixel(x, 100), image.pixel(x - 2, 100));
+    QVERIFY(image.pixel(0, 100) != image.pixel(1, 100));
 }
 
 void TestScaledPicture::scalesToThePixelsOfTheScreen_data()
