@@ -173,7 +173,7 @@ void editTracked(benchmark::State &state)
     SetupForm tracked(files, Tracking);
     SetupForm plain(files);
     paravue::bench::pairedRatio(
-        state, [&] { editOften(tracked); }, [&] { editOften(plain); }, {.limit = 1.1});
+        state, [&] { editOften(tracked); }, [&] { editOften(plain); }, {.limit = 1.3});
 }
 BENCHMARK(editTracked)->Apply(paravue::bench::applyPaired);
 

@@ -107,21 +107,35 @@ void ChangeList::accept(const QList<Change> &sent)
         if (!m_store || !m_store->fileExists(file))
             continue;
         pristine(file).setSaved(change.path, change.newValue);
+        const bool wasChanged = m_changes.remove(change.path);
         valueSet(change.path);
+        if (wasChanged && !m_changes.contains(change.path))
+            Q_EMIT changed(change.path);
     }
 }
 
 void ChangeList::valueSet(const QString &path)
 {
+    // Typing sets one value again and again.
+    const auto known = m_changes.find(path);
+    if (known != m_changes.end()) {
+        const std::optional<QString> now = m_store->storedValue(path);
+        if (now == known->oldValue) {
+            m_changes.erase(known);
+            Q_EMIT changed(path);
+        } else {
+            known->newValue = now.value_or(QString());
+        }
+        return;
+    }
     const ConfigAddress address(path);
     if (!reachesTheRecorder(address) || !m_store->fileExists(address.file().toString()))
         return;
     const std::optional<QString> before = oldValue(path);
     const std::optional<QString> now = m_store->storedValue(path);
     if (now == before)
-        m_changes.remove(path);
-    else
-        m_changes.insert(path, {path, before, now.value_or(QString()), m_secrets.contains(path)});
+        return;
+    m_changes.insert(path, {path, before, now.value_or(QString()), m_secrets.contains(path)});
     Q_EMIT changed(path);
 }
 

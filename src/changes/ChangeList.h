@@ -70,7 +70,7 @@ public:
     void accept(const QList<Change> &sent);
 
 Q_SIGNALS:
-    /// The value at \a path is another one than before, or compares otherwise with that of the recorder.
+    /// The value at \a path is another one than that of the recorder now, or is not any more.
     void changed(const QString &path);
     /// The changes of the file \a name are no more, as it was fetched anew.
     void dropped(const QString &name);

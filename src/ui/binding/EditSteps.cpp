@@ -124,17 +124,34 @@ EditSteps::Gesture::~Gesture()
 
 void EditSteps::note(const QString &path)
 {
-    const ConfigAddress address(path);
-    if (m_isApplying || m_numbers.contains(path) || !ChangeList::reachesTheRecorder(address) ||
-        !m_store->fileExists(address.file().toString()))
+    if (m_isApplying || isNoted(path))
         return;
-    m_numbers.insert(path, m_edits.size());
+    const ConfigAddress address(path);
+    if (!ChangeList::reachesTheRecorder(address) || !m_store->fileExists(address.file().toString()))
+        return;
     m_edits.append({path, m_store->storedValue(path), {}});
+}
+
+/// Most gestures write a few values, and a list may write thousands.
+bool EditSteps::isNoted(const QString &path)
+{
+    constexpr qsizetype Few = 8;
+    if (m_edits.size() < Few) {
+        return std::any_of(m_edits.cbegin(), m_edits.cend(),
+                           [&path](const ValueEdit &edit) { return edit.path == path; });
+    }
+    if (m_paths.isEmpty()) {
+        for (const ValueEdit &edit : std::as_const(m_edits))
+            m_paths.insert(edit.path);
+    }
+    const qsizetype before = m_paths.size();
+    m_paths.insert(path);
+    return m_paths.size() == before;
 }
 
 void EditSteps::finish()
 {
-    m_numbers.clear();
+    m_paths.clear();
     QList<ValueEdit> edits = std::exchange(m_edits, {});
     for (ValueEdit &edit : edits)
         edit.after = m_store->storedValue(edit.path);

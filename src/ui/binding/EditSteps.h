@@ -4,7 +4,6 @@
 #include "store/StoreObserver.h"
 #include "ui/description/StoreReference.h"
 
-#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -72,6 +71,7 @@ private:
     void valueSet(const QString &) override {}
     void fileReplaced(const QString &name) override;
 
+    bool isNoted(const QString &path);
     void finish();
     bool isNextMove(const QList<ValueEdit> &edits) const;
     void apply(const QList<ValueEdit> &edits);
@@ -85,8 +85,8 @@ private:
     HistoryMove m_move = HistoryMove::None; ///< of the gesture
     int m_input = 0;                        ///< counts the presses that begin another step
     bool m_isApplying = false;
-    QList<ValueEdit> m_edits;            ///< of the gesture
-    QHash<QString, qsizetype> m_numbers; ///< of the edits by path
+    QList<ValueEdit> m_edits; ///< of the gesture
+    QSet<QString> m_paths;    ///< of the edits, when there are many
 };
 
 } // namespace paravue
