@@ -86,7 +86,7 @@ QIcon closeIcon(const QPalette &palette)
 QIcon messageIcon(QMessageBox::Icon icon, const QPalette &palette)
 {
     const auto tone = [&palette](const QColor &color) {
-        return readableVersion(color, palette.color(QPalette::Window));
+        return readableVersion(color, palette.color(QPalette::Window), VisibleContrast);
     };
     switch (icon) {
     case QMessageBox::Information:
@@ -109,7 +109,7 @@ QIcon messageIcon(QMessageBox::Icon icon, const QPalette &palette)
 void setOwnIcons(const QDialogButtonBox &buttons)
 {
     const auto tone = [&buttons](const QColor &color) {
-        return readableVersion(color, buttons.palette().color(QPalette::Button));
+        return readableVersion(color, buttons.palette().color(QPalette::Button), VisibleContrast);
     };
     for (QAbstractButton *button : buttons.buttons()) {
         const auto role = buttons.buttonRole(button);

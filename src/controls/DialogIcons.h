@@ -9,7 +9,7 @@ class QPalette;
 namespace paravue
 {
 
-// The pictures of dialogs, in tones that are readable on the ground of \a palette.
+// The pictures of dialogs, in tones that are visible on the ground of \a palette.
 
 /// A cross in the colour of the text.
 QIcon closeIcon(const QPalette &palette);
