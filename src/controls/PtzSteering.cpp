@@ -29,10 +29,8 @@ constexpr double KeyStep = 0.1;
 constexpr double FineSteeringStep = 0.02;
 /// A drag of that many pixels or less does not turn the camera.
 constexpr double Rest = 6;
-/// The part of the range of pan and tilt that a camera sees, without zoom and with all of it. Recorders do
-/// not tell it. A camera that sees less takes another double click.
-constexpr double WideView = 0.5;
-constexpr double NearView = 0.125;
+/// What a camera sees with all of its zoom, as a share of what it sees without.
+constexpr double NearView = 0.25;
 
 } // namespace
 
@@ -235,8 +233,8 @@ void PtzSteering::zoom(double steps)
 
 QPointF PtzSteering::seenRange() const
 {
-    const double share = WideView + (NearView - WideView) * m_position->zoom.value_or(0);
-    return {2 * share, 2 * share};
+    const double zoomed = 1 - (1 - NearView) * m_position->zoom.value_or(0);
+    return {2 * m_seenShares.width() * zoomed, 2 * m_seenShares.height() * zoomed};
 }
 
 void PtzSteering::turnBy(const QPointF &pictures)

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointF>
+#include <QSizeF>
 #include <QTimer>
 
 #include <optional>
@@ -38,6 +39,10 @@ public:
     };
     PtzSteering(PictureView &view, Scene scene);
 
+    /// The shares of the ranges of pan and tilt that the camera sees without zoom; half of each by default. A
+    /// double click in its picture depends on them.
+    void setSeenShares(const QSizeF &shares) { m_seenShares = shares; }
+    QSizeF seenShares() const { return m_seenShares; }
     /// Where the camera looks. As long as that is not known the view takes no input.
     void setPosition(const std::optional<PtzPosition> &position);
     const std::optional<PtzPosition> &position() const { return m_position; }
@@ -80,6 +85,7 @@ private:
 
     PictureView &m_view;
     const Scene m_scene;
+    QSizeF m_seenShares{0.5, 0.5};
     std::optional<PtzPosition> m_position;
     std::optional<PtzPosition> m_goal; ///< the last one
     std::optional<Drag> m_drag;

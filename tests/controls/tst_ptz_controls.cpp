@@ -57,6 +57,8 @@ private Q_SLOTS:
     void pointsTheCross_data();
     void pointsTheCross();
     void passesPicturesOn();
+    void knowsWhatTheCameraSees_data();
+    void knowsWhatTheCameraSees();
     void boundsItsSizes();
 };
 
@@ -327,6 +329,30 @@ void TestPtzControls::passesPicturesOn()
     QCOMPARE(input->valueText(), "Connection lost");
     input->setText(QString());
     QCOMPARE(input->valueText(), waiting);
+}
+
+void TestPtzControls::knowsWhatTheCameraSees_data()
+{
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::addColumn<QSizeF>("shares");
+    QTest::newRow("none") << QByteArray() << QSizeF(0.5, 0.5);
+    QTest::newRow("both") << QByteArray("seenPan='17' seenTilt='40'") << QSizeF(0.17, 0.4);
+    QTest::newRow("odd") << QByteArray("seenPan='-3' seenTilt='1000'") << QSizeF(0.5, 1);
+}
+
+void TestPtzControls::knowsWhatTheCameraSees()
+{
+    QFETCH(QByteArray, attributes);
+    DescribedWindow window(describePage("<item type='PTZvideoin' " + attributes + "/>"), {});
+    auto *view = window.widget<PtzVideoInput>();
+    QTEST(view->steering().seenShares(), "shares");
+    PtzPosition goal;
+    connect(&view->steering(), &PtzSteering::turnRequested, this,
+            [&](const PtzPosition &asked) { goal = asked; });
+    view->steering().setPosition(PtzPosition{0, 0, 1});
+    QTest::mouseDClick(view, Qt::LeftButton, {}, placeIn(*view, {0.75, 0.75}));
+    const QSizeF shares = view->steering().seenShares() / 8; // a quarter of the picture, at full zoom
+    QVERIFY(std::abs(goal.pan - shares.width()) < 0.01 && std::abs(goal.tilt + shares.height()) < 0.01);
 }
 
 void TestPtzControls::boundsItsSizes()

@@ -62,8 +62,11 @@ bool raiseWindowOf(const QWidget &control, const QList<QPointer<QWidget>> &windo
 /// A view of the same kind. Like its window it ends with \a control.
 PictureView *enlargedView(QWidget &control)
 {
-    if (qobject_cast<PtzVideoInput *>(&control))
-        return new PtzVideoInput(&control);
+    if (auto *camera = qobject_cast<PtzVideoInput *>(&control)) {
+        auto *view = new PtzVideoInput(&control);
+        view->steering().setSeenShares(camera->steering().seenShares());
+        return view;
+    }
     if (qobject_cast<PtzCrossView *>(&control))
         return new PtzCrossView(&control);
     return new PictureView(&control);

@@ -40,14 +40,22 @@ QString gotoAddress(const QDomElement &element)
     return childAddresses(element).value(1);
 }
 
+/// What a camera sees of its range without zoom: the attribute in percent, half of it without one.
+double seenShare(const QDomElement &element, const QString &attribute)
+{
+    const int percent = intAttribute(element, attribute);
+    return percent > 0 ? std::min(percent, 100) / 100.0 : 0.5;
+}
+
 /// The live picture. With a "key" the size of the picture is kept there as "704x576", whenever a picture of
 /// another size has come.
 class PtzVideoInputAdapter : public TypedAdapter<PtzVideoInput>
 {
 public:
     PtzVideoInputAdapter()
-        : TypedAdapter(
-              {.changes = {{SIGNAL(signal_Pixmap_ready()), SLOT(onCtrlChanged())}}, .sizesItself = true})
+        : TypedAdapter({.changes = {{SIGNAL(signal_Pixmap_ready()), SLOT(onCtrlChanged())}},
+                        .attributes = {{"seenPan"}, {"seenTilt"}},
+                        .sizesItself = true})
     {
     }
 
@@ -55,6 +63,8 @@ public:
     {
         auto *view = new PtzVideoInput(parent);
         view->setPreferredSize(pictureSize(control.element));
+        view->steering().setSeenShares({seenShare(control.element, QStringLiteral("seenPan")),
+                                        seenShare(control.element, QStringLiteral("seenTilt"))});
         return view;
     }
 
