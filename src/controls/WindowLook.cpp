@@ -40,11 +40,27 @@ bool isStyled(const QWidget *widget)
            qobject_cast<const QAbstractScrollArea *>(widget);
 }
 
+/// Keeps the news of another style from a drop-down. It would make the window of its list at once, which
+/// takes several times longer than all the rest of it, and does not need to know before it has one.
+class StyleChangeFilter : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override { return event->type() == QEvent::StyleChange; }
+};
+
+void setControlStyle(QWidget &widget)
+{
+    StyleChangeFilter filter;
+    if (qobject_cast<QComboBox *>(&widget))
+        widget.installEventFilter(&filter);
+    widget.setStyle(controlStyle());
+}
+
 void styleControl(QWidget *widget)
 {
     // A style of its own has a slider, for example.
     if (isStyled(widget) && !widget->testAttribute(Qt::WA_SetStyle))
-        widget->setStyle(controlStyle());
+        setControlStyle(*widget);
     // The arrows of a bar with many tabs: its own keys show every tab.
     if (qobject_cast<const QTabBar *>(widget->parentWidget()))
         widget->setFocusPolicy(Qt::NoFocus);

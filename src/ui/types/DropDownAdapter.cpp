@@ -54,6 +54,14 @@ bool showCaption(QComboBox &box, int index, const QString &caption)
     return true;
 }
 
+/// Makes room for the present captions, those of another language. With the policy to follow them always, Qt
+/// would make the window of the list for every box at once, which takes longer than all the rest of the box.
+void fitAgain(QComboBox &box)
+{
+    box.setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    box.setSizeAdjustPolicy(QComboBox::AdjustToContentsOnFirstShow);
+}
+
 class DropDownAdapter : public TypedAdapter<QComboBox>
 {
 public:
@@ -69,7 +77,6 @@ public:
     QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
     {
         auto *box = new QComboBox(parent);
-        box->setSizeAdjustPolicy(QComboBox::AdjustToContents); // in any language
         for (const Choice &choice : choices(control.element))
             box->addItem(context.text(control, choice.caption), choice.assignment);
         return box;
@@ -89,6 +96,8 @@ public:
             if (isStored(context, control, i))
                 current = i;
         }
+        if (changed)
+            fitAgain(box);
         if (current == box.currentIndex())
             return changed;
         box.setCurrentIndex(current);
