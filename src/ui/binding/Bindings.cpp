@@ -45,6 +45,8 @@ Bindings::Bindings(ControlContext &context, ActionRunner &actions, FileAccessGua
 /// A control that the user can never use only shows its value.
 bool Bindings::isValueToRead(const Control &control) const
 {
+    if (control.widget->isEnabled())
+        return false;
     const bool isButton = qobject_cast<QPushButton *>(control.widget);
     return !isButton && !control.adapter->traits().hasPages &&
            m_context.description().enableTargets().leaveDisabled(control.element);

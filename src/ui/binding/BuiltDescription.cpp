@@ -9,7 +9,14 @@ void BuiltDescription::replace(const InterfaceDocument &document)
 {
     m_table.clear();
     m_document = document;
-    m_enableTargets = EnableTargets(m_document);
+    m_enableTargets.reset();
+}
+
+const EnableTargets &BuiltDescription::enableTargets()
+{
+    if (!m_enableTargets)
+        m_enableTargets.emplace(m_document);
+    return *m_enableTargets;
 }
 
 QList<QWidget *> BuiltDescription::widgets(const QString &tag)

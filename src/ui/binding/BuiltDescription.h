@@ -8,6 +8,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 class OrbSetup;
 
 namespace paravue
@@ -27,7 +29,7 @@ public:
     const TextResolver &texts() const { return m_texts; }
 
     /// What the present description may enable.
-    const EnableTargets &enableTargets() const { return m_enableTargets; }
+    const EnableTargets &enableTargets();
 
     /// Replaces the description; nothing is built yet, and the table of controls is cleared.
     void replace(const InterfaceDocument &document);
@@ -47,7 +49,7 @@ public:
 
 private:
     InterfaceDocument m_document;
-    EnableTargets m_enableTargets;
+    std::optional<EnableTargets> m_enableTargets; ///< found when it is asked for
     ControlTable m_table;
     TextResolver m_texts;
 };
