@@ -47,8 +47,8 @@ public:
     ~ChangeList() override;
     Q_DISABLE_COPY_MOVE(ChangeList)
 
-    /// False for the files that stay on this computer ("general" and "tmp"), and for the time of the recorder's
-    /// clock, which a save leaves out.
+    /// False for the files that stay on this computer ("general" and "tmp"), and for the time of the
+    /// recorder's clock, which a save leaves out.
     static bool reachesTheRecorder(const ConfigAddress &address);
 
     bool isSecret(const QString &path) const { return m_secrets.contains(path); }
