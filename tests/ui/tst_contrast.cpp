@@ -30,6 +30,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -215,7 +216,8 @@ QPalette contrastPalette(Qt::GlobalColor ground, Qt::GlobalColor text, QRgb sele
 
 QList<Look> looks()
 {
-    return {{"Qt's own", QStyleFactory::create("Fusion")->standardPalette(), ReadableContrast},
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create("Fusion"));
+    return {{"Qt's own", fusion->standardPalette(), ReadableContrast},
             {"light", lightPalette(), ReadableContrast},
             {"dark", darkPalette(), ReadableContrast},
             {"high contrast, dark", contrastPalette(Qt::black, Qt::white, 0xff1aebff), HighContrast},
