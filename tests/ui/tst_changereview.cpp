@@ -27,6 +27,8 @@ const QByteArray Description = describe(
     "<item type='label' row='1'><text>Shown: {net/untitled/NAME}</text></item>"
     "<item type='label' row='2'><text>Password</text></item>"
     "<item type='edit' row='2' column='1'><key>net/untitled/PASSWORD</key></item>"
+    "<item type='label' row='3'><text>Present</text></item>"
+    "<item type='edit' row='3' column='1' enabled='no'><key>net/untitled/NAME</key></item>"
     "</item></tab>"
     "<tab><name>Alarm</name><item type='gridlayout'>"
     "<item type='checkbox'><text>Siren</text><key>net/untitled/SIREN</key>"
@@ -106,6 +108,7 @@ class TestChangeReview : public QObject
 
 private Q_SLOTS:
     void countsWhatDiffers();
+    void comesBehindThePages();
     void undoesGestures();
     void fieldsUndoFirst();
     void editorsUndoFirst_data();
@@ -132,6 +135,22 @@ void TestChangeReview::countsWhatDiffers()
     QCOMPARE(window.counts(), "2 changes, Network -, Alarm 1");
     window.fixture.setFile("net", Net);
     QCOMPARE(window.counts(), "none, Network -, Alarm -");
+}
+
+void TestChangeReview::comesBehindThePages()
+{
+    TrackedWindow window({.offersRefresh = true});
+    window.type(window.name(), "new"); // shows the count in the header
+    window.window->findChild<QTabWidget *>()->tabBar()->setFocus();
+    QStringList order;
+    for (int i = 0; i < 8; ++i) {
+        window.press(Qt::Key_Tab, Qt::NoModifier);
+        const QWidget *focus = window.window->focusWidget();
+        const auto *button = qobject_cast<const QAbstractButton *>(focus);
+        order << (button && !button->text().isEmpty() ? button->text() : focus->metaObject()->className());
+    }
+    QCOMPARE(order, QStringList({"QLineEdit", "QLineEdit", "Refresh", "OK", "Cancel", "1 change",
+                                 "QToolButton", "QTabBar"}));
 }
 
 void TestChangeReview::undoesGestures()
@@ -263,8 +282,9 @@ void TestChangeReview::findsControls_data()
 {
     const TestTable<QString, bool, QStringList> row("query", "isChangedOnly", "found");
     row("caption", "siren", false, {"Alarm › Siren"});
-    row("page", "network", false, {"Network › Name", "Network › Shown: old", "Network › Password"});
-    row("all words", "old  name", false, {"Network › Name", "Network › Shown: old"});
+    row("page", "network", false,
+        {"Network › Name", "Network › Shown: old", "Network › Password", "Network › Present"});
+    row("all words", "old  name", false, {"Network › Name", "Network › Shown: old", "Network › Present"});
     row("address", "untitled/PASS", false, {"Network › Password"});
     row("secret value", "secret", false, {});
     row("static caption", "password name", false, {});

@@ -1,5 +1,6 @@
 #include "ui/review/ChangePlaces.h"
 
+#include "controls/ControlStyle.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlName.h"
 #include "ui/binding/ControlAdapter.h"
@@ -45,7 +46,8 @@ bool hasKey(const QDomElement &element, const KeyRule &rule, const QString &path
 
 bool isEditorOf(const Control &control, const QString &path)
 {
-    if (!control.widget || !control.adapter || control.adapter->traits().changes.isEmpty())
+    if (!control.widget || !control.adapter || control.adapter->traits().changes.isEmpty() ||
+        isShownAsValue(control.widget))
         return false;
     const QList<KeyRule> &rules = control.adapter->traits().keys;
     return std::any_of(rules.begin(), rules.end(),

@@ -134,13 +134,25 @@ void WindowFrame::showPages()
 
 void WindowFrame::addStatusLine(QWidget *line)
 {
+    m_line = line;
     m_buttons->addWidget(line, 0, 0);
 }
 
 void WindowFrame::chainTabOrder()
 {
-    for (QWidget *next : {static_cast<QWidget *>(m_ok), static_cast<QWidget *>(m_cancel),
-                          static_cast<QWidget *>(m_header->closeButton())}) {
+    QList<QWidget *> behind;
+    const auto addTools = [&behind, this](const QWidget &place) {
+        for (QToolButton *tool : place.findChildren<QToolButton *>()) {
+            if (tool != m_header->closeButton())
+                behind << tool;
+        }
+    };
+    if (m_line)
+        addTools(*m_line);
+    behind << m_ok << m_cancel;
+    addTools(*m_header);
+    behind << m_header->closeButton();
+    for (QWidget *next : std::as_const(behind)) {
         // The order is a ring that begins and ends at the window.
         if (QWidget *last = m_window.previousInFocusChain(); last != next)
             QWidget::setTabOrder(last, next);

@@ -11,6 +11,7 @@ class QPushButton;
 class QSize;
 class QSizeGrip;
 class QTabWidget;
+class QWidget;
 
 namespace paravue
 {
@@ -43,7 +44,8 @@ public:
     /// The middle of the window; right after place() the one that it was asked to have, as the window system
     /// may report others for a while.
     QPoint middle() const;
-    /// Puts the widgets below and above the pages behind them in the tab order.
+    /// Puts the widgets below and above the pages behind them in the tab order: those of the status line, the
+    /// buttons, and those of the header.
     void chainTabOrder();
     /// To be called whenever the window was resized.
     void placeGrip();
@@ -58,6 +60,7 @@ private:
     QPoint m_middle; ///< where the window was last asked to stand
     KeptPlace m_place;
     WindowHeader *m_header = nullptr;
+    QWidget *m_line = nullptr; ///< null without a status line
     QGridLayout *m_pages = nullptr;
     QGridLayout *m_buttons = nullptr;
     LoadingView *m_loading = nullptr; ///< created by the first load that takes a while
