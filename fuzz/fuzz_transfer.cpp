@@ -124,9 +124,12 @@ void Exchanges::fetch(QList<QByteArray> pieces)
         m_peer.close();
     handleEvents();
     const State state = m_store.linkStatus().state;
+    // Behind such an answer to the login an exchange waits for ever, and only the status tells why.
+    const bool isSilent =
+        !(m_choice & LoggedIn) && m_store.linkStatus().cause == paravue::LinkStatus::Cause::BadAnswer;
     require(m_done <= 1, "an exchange is done once");
     require(state != State::Idle || m_done + m_errors > 0, "an exchange that ended is announced");
-    require(state != State::Failed || m_errors > 0, "a failure has a message");
+    require(state != State::Failed || m_errors > 0 || isSilent, "a failure has a message");
     require(!isRunning() || !(m_choice & ClosedByPeer), "a closed connection ends the exchange");
     m_peer.close();
     handleEvents();
