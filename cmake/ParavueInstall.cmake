@@ -5,12 +5,12 @@ include(CMakePackageConfigHelpers)
 
 # What hosts may include, in src.
 set(PARAVUE_PUBLIC_HEADERS
-    store/LinkStatus.h store/OrbSetup.h
+    store/LinkStatus.h store/OrbSetup.h store/StoreObserver.h
     device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h
     device/RememberedWindows.h device/TimeZoneTable.h
     entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h entry/cSetupWidget.h
-     ui/WindowOptions.h
-     check/DescriptionCheck.h check/DescriptionSchema.h)
+    ui/WindowOptions.h
+    check/DescriptionCheck.h check/DescriptionSchema.h)
 
 set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
 
