@@ -81,8 +81,10 @@ QList<Change> ChangeList::all() const
     std::sort(paths.begin(), paths.end());
     QList<Change> changes;
     changes.reserve(paths.size());
-    for (const QString &path : std::as_const(paths))
+    for (const QString &path : std::as_const(paths)) {
         changes << m_changes.value(path);
+        changes.last().isSecret = isSecret(path); // may have been marked since
+    }
     return changes;
 }
 

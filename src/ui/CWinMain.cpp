@@ -151,7 +151,8 @@ void CWinMain::wire()
     connect(m_taskTimer, &QTimer::timeout, this, &CWinMain::timeout);
     connect(&*m_setup, &OrbSetup::pseudothrow, this, &CWinMain::pseudothrow);
     connect(this, &CWinMain::pseudothrow, this, &CWinMain::slot_onpseudothrow);
-    connect(&*m_setup, &QObject::destroyed, this, &CWinMain::reject);
+    // Without a question: there is nothing left to send to.
+    connect(&*m_setup, &QObject::destroyed, this, [this] { QDialog::reject(); });
     connect(&*m_setup, &OrbSetup::loadDone, this, &CWinMain::onLoadDone);
     connect(&ExchangeQueue::of(*m_setup), &ExchangeQueue::answered, this,
             [this](const QString &name, bool isDone) {

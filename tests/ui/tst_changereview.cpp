@@ -120,6 +120,8 @@ private Q_SLOTS:
     void asksBeforeItCloses_data();
     void asksBeforeItCloses();
     void lettingTheHostsChangesGoIsNoQuestion();
+    void closesWithoutAQuestionWhenTheStoreGoes();
+    void hidesWhatIsTypedHidden();
     void showsTheListBeforeItSends();
 };
 
@@ -356,6 +358,52 @@ void TestChangeReview::lettingTheHostsChangesGoIsNoQuestion()
     QTest::keyClick(&window, Qt::Key_Escape);
     QVERIFY(!window.isVisible());
     QCOMPARE(messages.count(), 0);
+}
+
+void TestChangeReview::closesWithoutAQuestionWhenTheStoreGoes()
+{
+    StoreFixture files({{"interface", Description}, {"net", Net}});
+    auto store = std::make_unique<OrbSetup>();
+    for (const char *name : {"interface", "net"})
+        store->setFilePath(name, files.store().filePath(name));
+    const ModalWatcher messages;
+    CWinMain window(store.get(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.asksBeforeClosing = true}));
+    window.findChild<QCheckBox *>()->click();
+    QVERIFY(window.findChild<QToolButton *>("changes")->isVisible());
+    store.reset();
+    QVERIFY(!window.isVisible());
+    QCOMPARE(messages.count(), 0);
+}
+
+void TestChangeReview::hidesWhatIsTypedHidden()
+{
+    StoreFixture files(
+        {{"net", "PIN=1234\n"},
+         {"net.original", "PIN=1234\n"},
+         {"interface", describePage("<item type='edit' password='on'><key>net/untitled/PIN</key></item>")}});
+    CWinMain window(&files.store(), nullptr, CWinMain::Placement::Window, TrackedWindow::tracking({}));
+    QStringList shown;
+    const auto read = [&shown](QWidget &dialog) {
+        const auto *list = dialog.findChild<QTreeWidget *>();
+        for (int column = 0; column < list->columnCount() && list->topLevelItem(0); ++column)
+            shown << list->topLevelItem(0)->text(column);
+    };
+    const ModalWatcher found(read, "paravue::FindDialog");
+    const ModalWatcher listed(read, "paravue::ReviewDialog");
+    auto *field = window.findChild<QLineEdit *>();
+    field->setFocus();
+    for (const Qt::Key key : {Qt::Key_F, Qt::Key_R}) {
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(field, key, Qt::ControlModifier);
+        QTest::keyClicks(field, "5678");
+    }
+    QVERIFY(found.hasSeen() && listed.hasSeen());
+    QVERIFY2(shown.contains("net/untitled/PIN"), qPrintable(shown.join('|')));
+    QVERIFY2(!shown.join('|').contains("1234") && !shown.join('|').contains("5678"),
+             qPrintable(shown.join('|')));
+    window.endSession();
 }
 
 void TestChangeReview::showsTheListBeforeItSends()

@@ -6,6 +6,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlTable.h"
 
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QStringList>
 #include <QTabWidget>
@@ -67,6 +68,12 @@ QList<const Control *> ChangePlaces::editors(const QString &path) const
     std::sort(found.begin(), found.end(),
               [](const Control *a, const Control *b) { return a->number < b->number; });
     return found;
+}
+
+bool ChangePlaces::isSecretField(const Control &control)
+{
+    const auto *field = qobject_cast<const QLineEdit *>(control.widget);
+    return field && field->echoMode() != QLineEdit::Normal;
 }
 
 QString ChangePlaces::caption(const Control &control)

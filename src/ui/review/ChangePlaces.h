@@ -32,6 +32,8 @@ public:
     /// The controls that write the value at \a path ("file/section/key"), in the order of the window. Those
     /// of dialogs that are not open do not exist.
     QList<const Control *> editors(const QString &path) const;
+    /// True for a field that hides what is typed.
+    static bool isSecretField(const Control &control);
     /// What the user would call \a control, behind the captions of the pages that it stands on.
     static QString caption(const Control &control);
     /// Opens the pages that \a control stands on and gives it the focus.

@@ -52,8 +52,11 @@ void ChangeTracking::startDescription()
 void ChangeTracking::noteChange(const QString &path)
 {
     const bool isChanged = m_list.find(path);
-    for (const Control *control : m_places.editors(path))
+    for (const Control *control : m_places.editors(path)) {
+        if (ChangePlaces::isSecretField(*control))
+            m_list.secrets().mark(path);
         m_marks.set(*control, path, isChanged);
+    }
     showCount();
 }
 

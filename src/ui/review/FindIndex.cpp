@@ -52,7 +52,8 @@ FindIndex::FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &
             texts << path;
             entry.isChanged = entry.isChanged || changes.find(path);
             const bool isKnown = store.fileExists(ConfigAddress(path).file().toString());
-            if (!isKnown || !ConfigAddress(path).hasKey() || changes.isSecret(path))
+            if (!isKnown || !ConfigAddress(path).hasKey() || changes.isSecret(path) ||
+                ChangePlaces::isSecretField(*control))
                 continue;
             const QString value = store.value(path);
             texts << value;
