@@ -63,7 +63,9 @@ ExitCode runForUser(OrbSetup &store)
                                             .memory = {rememberedWindow, rememberWindow},
                                             .tracksChanges = true,
                                             .asksBeforeClosing = true,
-                                            .reviewsBeforeSending = true}});
+                                            .reviewsBeforeSending = true,
+                                            .comparesBeforeSending = true,
+                                            .confirmsSaves = true}});
     const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
     // The user has seen the problems of a save.

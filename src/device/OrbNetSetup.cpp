@@ -61,6 +61,9 @@ OrbNetSetup::OrbNetSetup(const QString &address)
     connect(m_bcshTimer, &QTimer::timeout, this, &OrbNetSetup::bcshTimer);
     setLinkReset([this] { giveUpExchange(); });
     setFunctionUse(&OrbNetSetup::useOfFunction);
+    setReading(
+        [this](const auto &only) { return makeReader(only); },
+        [this](const QString &name, const QByteArray &content) { return keepLocalCopies(name, content); });
     setMissingSender([this] {
         if (!saveStatus().missing.isEmpty())
             startSave(saveStatus().missing);

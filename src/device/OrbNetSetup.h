@@ -190,6 +190,14 @@ private:
                     const std::function<QString(const QString &)> &valueOf);
     void installPackage(const paravue::DeviceCommand &command, const QString &address);
 
+    /// What a store fetches that reads only some files, as another store of the recorder has told it.
+    struct PartialFetch {
+        QByteArray description;
+        std::optional<QStringList> only; ///< nothing: the files that a save sends
+    };
+
+    std::unique_ptr<OrbSetup> makeReader(const std::optional<QStringList> &only);
+    void restrictFetch();
     void fillCommandList();
     QByteArray requestOf(const compcommand &command) const;
     void startSave(const std::optional<QStringList> &only);
@@ -233,5 +241,6 @@ private:
     int m_resetsBeforeQuestion = 0; ///< the value of m_resets when the exchange was refused that asks
     bool m_isLoginGiven = false;    ///< the user was asked and has answered
     Timeouts m_timeouts;
+    std::optional<PartialFetch> m_partialFetch;
     QTimer *m_waiting; ///< runs while the exchange waits for the recorder, if there is a time-out
 };

@@ -78,8 +78,34 @@ void OrbNetSetup::load()
     m_buffer.clear();
     m_reply->reset();
     fillCommandList();
+    restrictFetch();
     m_operation = Fetch;
     _connect();
+}
+
+std::unique_ptr<OrbSetup> OrbNetSetup::makeReader(const std::optional<QStringList> &only)
+{
+    const QString description = QStringLiteral("interface");
+    auto reader = std::make_unique<OrbNetSetup>(address());
+    reader->m_credentialsSource = m_credentialsSource;
+    reader->m_timeouts = m_timeouts;
+    reader->m_partialFetch = PartialFetch{
+        fileExists(description) ? readLocalFile(filePath(description)).value_or(QByteArray()) : QByteArray(),
+        only};
+    return reader;
+}
+
+/// Leaves out of the command list what a partial fetch has no use for.
+void OrbNetSetup::restrictFetch()
+{
+    if (!m_partialFetch)
+        return;
+    replaceCommandList(m_partialFetch->description);
+    const auto &only = m_partialFetch->only;
+    for (const auto &entry : m_cmdlist) {
+        if (only ? !only->contains(QString::fromUtf8(entry->name)) : entry->put.isEmpty())
+            entry->get.clear();
+    }
 }
 
 void OrbNetSetup::store()

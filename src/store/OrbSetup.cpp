@@ -77,6 +77,16 @@ bool OrbSetup::fileExists(const QString &name)
     return !m_filePaths[name].isEmpty();
 }
 
+QStringList OrbSetup::files() const
+{
+    QStringList names;
+    for (auto file = m_filePaths.cbegin(); file != m_filePaths.cend(); ++file) {
+        if (!file->isEmpty())
+            names.append(file.key());
+    }
+    return names;
+}
+
 QString OrbSetup::path(const QString &address)
 {
     return ConfigAddress(address).path().toString();
@@ -182,6 +192,22 @@ void OrbSetup::sendMissing()
 {
     if (m_sendMissing)
         m_sendMissing();
+}
+
+std::unique_ptr<OrbSetup> OrbSetup::reader(const std::optional<QStringList> &only) const
+{
+    return m_makeReader ? m_makeReader(only) : nullptr;
+}
+
+bool OrbSetup::takeAsFetched(const QString &name, const QByteArray &content)
+{
+    return m_takeFile && m_takeFile(name, content);
+}
+
+void OrbSetup::setReading(const ReaderFactory &makeReader, const FileTaker &take)
+{
+    m_makeReader = makeReader;
+    m_takeFile = take;
 }
 
 OrbSetup::FunctionUse OrbSetup::functionUse(const QString &name, const QString &arg) const

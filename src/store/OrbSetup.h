@@ -3,6 +3,7 @@
 #include "ParavueSetupExport.h"
 #include "store/LinkStatus.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QMap>
 #include <QObject>
@@ -64,6 +65,8 @@ public:
     QString filePath(const QString &name);
     /// True when \a name has a local path. Never reports anything.
     bool fileExists(const QString &name);
+    /// The names of all files that have a local path, sorted.
+    QStringList files() const;
 
     /// The first three parts of \a address.
     static QString path(const QString &address);
@@ -115,6 +118,15 @@ public:
     /// save has had: what was edited since is dropped. Only while no exchange runs.
     void sendMissing();
 
+    /// Another store of the same recorder, with the login in use, whose load() fetches the files \a only, or
+    /// those that a save sends, and no others. It asks for a login as this store does. Null for a local
+    /// store.
+    bool hasReader() const { return bool(m_makeReader); }
+    std::unique_ptr<OrbSetup> reader(const std::optional<QStringList> &only = {}) const;
+    /// Takes \a content as what the recorder has in the file \a name, as a fetch does: edits of the file are
+    /// dropped. False, with a report, when it cannot be kept, and always for a local store.
+    bool takeAsFetched(const QString &name, const QByteArray &content);
+
     /// What a call of function() does on the link.
     struct FunctionUse {
         bool startsExchange = false;
@@ -147,6 +159,10 @@ protected:
     void setLinkReset(const std::function<void()> &reset) { m_linkReset = reset; }
     void setSaveStatus(const paravue::SaveStatus &status) { m_saveStatus = status; }
     void setMissingSender(const std::function<void()> &send) { m_sendMissing = send; }
+    using ReaderFactory = std::function<std::unique_ptr<OrbSetup>(const std::optional<QStringList> &only)>;
+    using FileTaker = std::function<bool(const QString &name, const QByteArray &content)>;
+    /// What reader() and takeAsFetched() do.
+    void setReading(const ReaderFactory &makeReader, const FileTaker &take);
     /// What functionUse() answers; without it no function starts an exchange.
     void setFunctionUse(const std::function<FunctionUse(const QString &, const QString &)> &use)
     {
@@ -208,4 +224,6 @@ private:
     std::function<void()> m_linkReset;
     std::function<void()> m_sendMissing;
     std::function<FunctionUse(const QString &, const QString &)> m_functionUse;
+    ReaderFactory m_makeReader;
+    FileTaker m_takeFile;
 };

@@ -11,6 +11,7 @@
 #include "ui/description/DialogTags.h"
 #include "ui/review/ChangeTracking.h"
 #include "ui/review/ReviewDialog.h"
+#include "ui/sending/CheckedSave.h"
 #include "ui/tasks/PictureSources.h"
 #include "ui/types/ControlTypes.h"
 #include "ui/window/ErrorDisplay.h"
@@ -97,7 +98,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
                            bool allowed = false;
                            letUserAct([&] { allowed = askForFileAccess(this, path, use); });
                            return allowed;
-                       }});
+                       },
+                       [this](const QString &name, const auto &call) { callFunction(name, call); }});
     if (!setup->property("offline").toBool())
         m_parts->tasks.setSourceFactory(pictureSources(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
@@ -176,13 +178,41 @@ void CWinMain::trackChanges()
     });
     ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
     connect(&queue, &ExchangeQueue::called, m_changes, [this](const QString &name) {
-        if (name == saveFunction)
-            m_changes->noteSaveBegins();
+        if (name != saveFunction)
+            return;
+        m_changes->noteSaveBegins();
+        m_save->noteSaveBegins();
     });
     connect(&queue, &ExchangeQueue::answered, m_changes, [this](const QString &name) {
-        if (name == saveFunction)
-            m_changes->noteSaved(m_setup->saveStatus().arrived);
+        if (name != saveFunction)
+            return;
+        m_changes->noteSaved(m_setup->saveStatus().arrived);
+        m_save->noteSaved(m_setup->saveStatus().arrived);
     });
+    m_save = std::make_unique<CheckedSave>(
+        *m_setup, m_changes->list(), m_options,
+        CheckedSave::Services{
+            [this](const auto &wait) { letUserAct(wait); }, [this] { return reviewBeforeSending(); },
+            [this] { m_parts->bindings.reload(); },
+            ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
+                       [this](const QString &path) { return m_changes->list().isSecret(path); }},
+            [this](const QString &path) { return m_changes->isEditable(path); }},
+        *this);
+}
+
+void CWinMain::callFunction(const QString &name, const std::function<void()> &call)
+{
+    if (name != saveFunction || !m_save)
+        return call();
+    bool goesOn = false;
+    operate([&] { goesOn = m_save->run(call); });
+    if (!goesOn)
+        m_parts->actions.abandon();
+}
+
+bool CWinMain::reviewBeforeSending()
+{
+    return !m_options.reviewsBeforeSending || m_changes->list().isEmpty() || review(true);
 }
 
 bool CWinMain::review(bool offersSending)
@@ -291,7 +321,7 @@ void CWinMain::onSetupProgress()
         m_progress = percent;
         if (isDone)
             m_parts->dialogs.close(dialogtags::Progress);
-        else if (!m_progressShown)
+        else if (!m_progressShown && !(m_save && m_save->isShown()))
             m_progressShown = m_parts->dialogs.show(dialogtags::Progress);
     });
 }
@@ -380,8 +410,6 @@ void CWinMain::setValue(const QString &assignment)
 void CWinMain::saveSettings()
 {
     operate([this] {
-        if (m_changes && m_options.reviewsBeforeSending && !m_changes->list().isEmpty() && !review(true))
-            return;
         m_parts->actions.runCalls(
             m_parts->description.document().root().firstChildElement(QStringLiteral("buttonOK")));
     });
@@ -439,7 +467,7 @@ void CWinMain::slot_onpseudothrow(const QString &s)
     m_parts->dialogs.close(dialogtags::Progress);
     m_progressShown = false;
     // A recorder that has refused something may close the connection any time later.
-    if (m_setup->isReportingConsequence())
+    if (m_setup->isReportingConsequence() || (m_save && m_save->isShown()))
         return m_errors->logConsequence(s);
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
                                                       : ErrorDisplay::Repeats::Allowed);

@@ -17,6 +17,7 @@ class QTimer;
 namespace paravue
 {
 class ChangeTracking;
+class CheckedSave;
 class ErrorDisplay;
 class FrameBinding;
 class LiveAdjustments;
@@ -105,6 +106,9 @@ private:
     void trackChanges();
     /// Shows the list of changes; true when they are to be sent now.
     bool review(bool offersSending);
+    bool reviewBeforeSending();
+    /// Makes a \a call of the function \a name that the user has started.
+    void callFunction(const QString &name, const std::function<void()> &call);
     bool mayClose();
 
     /// Repeats the exchange that has failed.
@@ -121,6 +125,7 @@ private:
     paravue::LiveAdjustments *m_adjustments = nullptr; ///< null when they are not put back
     const paravue::WindowOptions m_options;
     paravue::ChangeTracking *m_changes = nullptr; ///< null when they are not tracked
+    std::unique_ptr<paravue::CheckedSave> m_save; ///< null when they are not tracked
     QString m_builtFrom;                          ///< path of the description that the pages were built from
     QByteArray m_builtText;                       ///< and its bytes
     int m_progress = 0;

@@ -36,8 +36,14 @@ struct WindowOptions {
     bool tracksChanges = false;
     /// With tracksChanges: a window with changes that is closed without OK asks whether they are to be sent.
     bool asksBeforeClosing = false;
-    /// With tracksChanges: OK shows the list of changes before the first byte is sent.
+    /// With tracksChanges: a save shows the list of changes before the first byte is sent.
     bool reviewsBeforeSending = false;
+    /// With tracksChanges: before a save, the files are fetched again; what somebody else has changed
+    /// meanwhile is shown, and kept unless the user decides otherwise.
+    bool comparesBeforeSending = false;
+    /// With tracksChanges: a dialog shows the state of each file while a save runs; afterwards the files are
+    /// fetched again, and what the recorder keeps otherwise is shown.
+    bool confirmsSaves = false;
 };
 
 } // namespace paravue

@@ -29,12 +29,14 @@ const QByteArray Description = describe(
     "<item type='edit' row='2' column='1'><key>net/untitled/PASSWORD</key></item>"
     "<item type='label' row='3'><text>Present</text></item>"
     "<item type='edit' row='3' column='1' enabled='no'><key>net/untitled/NAME</key></item>"
+    "<item type='setup' row='4'><device/></item>"
     "</item></tab>"
     "<tab><name>Alarm</name><item type='gridlayout'>"
     "<item type='checkbox'><text>Siren</text><key>net/untitled/SIREN</key>"
     "<action type='call' state='on' slot='setValue' param='net/untitled/MODE/loud'>self</action></item>"
     "</item></tab></tabwidget>"
-    "<buttonOK><action type='call' slot='setValue' param='tmp/untitled/OK/pressed'>self</action></buttonOK>");
+    "<buttonOK><action type='call' slot='callSetup' param='save_settings'>device</action>"
+    "<action type='call' slot='setValue' param='tmp/untitled/OK/pressed'>self</action></buttonOK>");
 
 const QByteArray Net = "NAME=old\nPASSWORD=secret\nSIREN=off\nMODE=quiet\n";
 

@@ -37,6 +37,22 @@ QList<QDomElement> actionsOf(const QDomElement &owner)
 
 } // namespace
 
+/// The actions of one element. Those of the outermost one are what a gesture has started.
+class ActionRunner::Group
+{
+public:
+    explicit Group(ActionRunner &runner) : m_runner(runner) { ++m_runner.m_groups; }
+    ~Group()
+    {
+        if (--m_runner.m_groups == 0)
+            m_runner.m_isAbandoned = false;
+    }
+    Q_DISABLE_COPY_MOVE(Group)
+
+private:
+    ActionRunner &m_runner;
+};
+
 ActionRunner::ActionRunner(ControlContext &context) : m_context(context), m_description(context.description())
 {
 }
@@ -46,6 +62,7 @@ void ActionRunner::reactToChange(const Control &control)
     const QString actionState = control.adapter->actionState(control);
     const QString callState = control.adapter->callState(control);
     const bool runsCalls = control.adapter->traits().runsCalls;
+    const Group group(*this);
     for (const QDomElement &action : actionsOf(control.element)) {
         const QString &state = isCall(action) ? callState : actionState;
         const bool asksForState = action.hasAttribute(QStringLiteral("state"));
@@ -74,6 +91,7 @@ void ActionRunner::reactToState(const Control &control)
 
 void ActionRunner::runCalls(const QDomElement &owner)
 {
+    const Group group(*this);
     for (const QDomElement &action : actionsOf(owner)) {
         if (isCall(action))
             runCall(action);
@@ -103,7 +121,7 @@ void ActionRunner::runCall(const QDomElement &action)
     if (widgets.isEmpty())
         qCWarning(actionLog) << "no control has the tag" << action.text();
     for (const QPointer<QWidget> &widget : widgets) {
-        if (widget && !m_unwinding)
+        if (widget && !m_unwinding && !m_isAbandoned)
             invoke(widget, action);
     }
     leave();
@@ -114,6 +132,8 @@ void ActionRunner::suspend(const std::function<void()> &wait)
     const QScopedValueRollback depth(m_depth, 0);
     const QScopedValueRollback work(m_work, qsizetype(0));
     const QScopedValueRollback unwinding(m_unwinding, false);
+    const QScopedValueRollback groups(m_groups, 0);
+    const QScopedValueRollback abandoned(m_isAbandoned, false);
     wait();
 }
 
@@ -156,7 +176,7 @@ void ActionRunner::setCaption(QWidget &target, const QDomElement &action)
 
 bool ActionRunner::enter()
 {
-    if (m_unwinding)
+    if (m_unwinding || m_isAbandoned)
         return false;
     if (m_depth == 0)
         m_work = 0;

@@ -34,6 +34,9 @@ public:
     void runCalls(const QDomElement &owner);
     /// Runs one call action or time task.
     void runCall(const QDomElement &action);
+    /// What the running action has called was refused by the user: nothing more runs of what the gesture that
+    /// has started it would do.
+    void abandon() { m_isAbandoned = m_groups > 0; }
     /// True while calls run.
     bool isRunning() const { return m_depth > 0; }
     /// \a permit decides about each call before it is made; it may wait for the user.
@@ -49,11 +52,14 @@ private:
     void setCaption(QWidget &target, const QDomElement &action);
     bool enter();
     void leave();
+    class Group;
 
     ControlContext &m_context;
     BuiltDescription &m_description;
     Permit m_permit;
     int m_depth = 0;
+    int m_groups = 0; ///< elements whose actions run, one inside the other
+    bool m_isAbandoned = false;
     qsizetype m_work = 0; ///< elements that actions have visited since the outermost one began
     bool m_unwinding =
         false; ///< an endless chain was cut; nothing more runs until its outermost action returns

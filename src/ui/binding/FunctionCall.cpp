@@ -9,8 +9,8 @@
 namespace paravue
 {
 
-bool callFunction(ControlContext &context, Bindings &bindings, const QWidget &target, const QString &slot,
-                  const QString &param)
+bool callFunction(ControlContext &context, Bindings &bindings, const FunctionPermit &permit,
+                  const QWidget &target, const QString &slot, const QString &param)
 {
     if (slot != QLatin1String("callSetup") || !qobject_cast<const cSetupWidget *>(&target))
         return false;
@@ -19,7 +19,13 @@ bool callFunction(ControlContext &context, Bindings &bindings, const QWidget &ta
     const QString name = comma < 0 ? param : param.left(comma);
     const QString arg = comma < 0 ? QString() : param.mid(comma + 1);
     bindings.writeRunningValues(context.store().functionUse(name, arg).addresses);
-    ExchangeQueue::of(context.store()).call(name, arg, caller);
+    const auto call = [&context, name, arg, caller] {
+        ExchangeQueue::of(context.store()).call(name, arg, caller);
+    };
+    if (permit && caller == ExchangeQueue::Caller::User)
+        permit(name, call);
+    else
+        call();
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/binding/FileAccessGuard.h"
+#include "ui/binding/FunctionCall.h"
 
 #include <QString>
 
@@ -18,6 +19,7 @@ struct WindowServices {
     /// Runs \a wait, an event loop in which the user acts.
     std::function<void(const std::function<void()> &wait)> letUserAct;
     PathQuestion askForFileAccess;
+    FunctionPermit permitsFunction = {};
 };
 
 } // namespace paravue

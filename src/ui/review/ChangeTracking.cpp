@@ -77,11 +77,18 @@ void ChangeTracking::showCount()
 
 void ChangeTracking::noteSaved(const QStringList &arrived)
 {
-    QList<Change> sent = std::exchange(m_sent, {});
-    sent.removeIf([&arrived](const Change &change) {
-        return !arrived.contains(ConfigAddress(change.path).file().toString());
-    });
+    QList<Change> sent;
+    QList<Change> missing; // the user may send them later
+    for (const Change &change : std::as_const(m_sent))
+        (arrived.contains(ConfigAddress(change.path).file().toString()) ? sent : missing) << change;
+    m_sent = missing;
     m_list.accept(sent);
+}
+
+QString ChangeTracking::caption(const QString &path) const
+{
+    const QList<const Control *> editors = m_places.editors(path);
+    return editors.isEmpty() ? path : ChangePlaces::caption(*editors.constFirst());
 }
 
 QList<ReviewedChange> ChangeTracking::reviewed() const

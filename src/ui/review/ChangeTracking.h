@@ -35,6 +35,11 @@ public:
     /// "3 changes", hidden without any; reviewRequested() follows its click. For the header of the window.
     QToolButton *countButton() const { return m_count; }
     const ChangeList &list() const { return m_list; }
+    ChangeList &list() { return m_list; }
+    /// What the user would call the value at \a path: the caption of its first control, or the path.
+    QString caption(const QString &path) const;
+    /// There is a control that edits the value at \a path.
+    bool isEditable(const QString &path) const { return !m_places.editors(path).isEmpty(); }
     /// There are others than those that the host has made before the window was built.
     bool hasUserChanges() const { return !m_list.isEmpty() && m_list.all() != m_hostChanges; }
 

@@ -36,7 +36,7 @@ struct WindowParts {
         });
         actions.setPermit([this](const QWidget &target, const QString &slot, const QString &param) {
             return paths.permitsCall(target, slot, param) &&
-                   !callFunction(context, bindings, target, slot, param);
+                   !callFunction(context, bindings, services.permitsFunction, target, slot, param);
         });
     }
 

@@ -1,0 +1,220 @@
+#include "changes/SaveCheck.h"
+
+#include "changes/ChangeList.h"
+#include "store/ConfigAddress.h"
+#include "store/OrbSetup.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace paravue
+{
+
+namespace
+{
+
+const QLatin1StringView PristineSuffix(".original");
+
+QByteArray contentOf(OrbSetup &store, const QString &name)
+{
+    QFile file(store.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A number, a date or a time of day.
+bool isMeasured(const QString &value)
+{
+    const auto isPart = [](QChar c) { return c.isDigit() || QStringLiteral(".,:-+/ TZ%").contains(c); };
+    return std::any_of(value.begin(), value.end(), [](QChar c) { return c.isDigit(); }) &&
+           std::all_of(value.begin(), value.end(), isPart);
+}
+
+/// Recorders count, and have clocks and thermometers.
+bool isMeasured(const ValueDifference &difference)
+{
+    return isMeasured(difference.before) && isMeasured(difference.after);
+}
+
+QList<ValueDifference> sentDifferences(const QString &name, const QByteArray &before, const QByteArray &after)
+{
+    QList<ValueDifference> all = differences(name, before, after);
+    all.removeIf([](const ValueDifference &difference) {
+        return !ChangeList::reachesTheRecorder(ConfigAddress(difference.path));
+    });
+    return all;
+}
+
+} // namespace
+
+SaveCheck::SaveCheck(OrbSetup &store, ChangeList &changes, IsEditable isEditable)
+    : m_store(&store), m_changes(changes), m_isEditable(std::move(isEditable))
+{
+    store.addObserver(*this);
+}
+
+SaveCheck::~SaveCheck()
+{
+    if (m_store)
+        m_store->removeObserver(*this);
+}
+
+void SaveCheck::compare()
+{
+    fetch({});
+}
+
+void SaveCheck::confirm(const QStringList &arrived)
+{
+    fetch(arrived);
+}
+
+void SaveCheck::fetch(const std::optional<QStringList> &only)
+{
+    cancel();
+    m_recorder.clear();
+    m_reader = m_store ? m_store->reader(only) : nullptr;
+    if (!m_reader)
+        return fail(tr("There is no recorder to ask"));
+    // Through the event loop: the store must not be deleted by what it tells.
+    connect(m_reader.get(), &OrbSetup::loadDone, this, &SaveCheck::collect, Qt::QueuedConnection);
+    connect(
+        m_reader.get(), &OrbSetup::pseudothrow, this,
+        [this](const QString &message) {
+            if (!m_reader)
+                return;
+            const QString explanation = m_reader->explanation(message);
+            fail(explanation.isEmpty() ? message : explanation);
+        },
+        Qt::QueuedConnection);
+    m_reader->load();
+}
+
+void SaveCheck::cancel()
+{
+    m_reader.reset();
+}
+
+void SaveCheck::fail(const QString &problem)
+{
+    cancel();
+    // The caller of compare() waits for the end only after it.
+    QMetaObject::invokeMethod(
+        this, [this, problem] { Q_EMIT finished(problem); }, Qt::QueuedConnection);
+}
+
+void SaveCheck::collect()
+{
+    if (!m_reader)
+        return;
+    for (const QString &name : m_reader->files()) {
+        if (m_store && m_store->fileExists(name) && m_reader->fileExists(name + PristineSuffix) &&
+            name != QLatin1StringView("general"))
+            m_recorder.insert(name, contentOf(*m_reader, name));
+    }
+    // The user may have given another login.
+    if (m_store)
+        m_store->setAddress(m_reader->address());
+    m_reader.release()->deleteLater();
+    Q_EMIT finished(QString());
+}
+
+/// What the recorder is known to have in the file \a name.
+QByteArray SaveCheck::known(const QString &name) const
+{
+    const auto sent = m_known.constFind(name);
+    return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + PristineSuffix);
+}
+
+QList<ForeignChange> SaveCheck::foreignChanges() const
+{
+    QList<ForeignChange> result;
+    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
+        for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
+            const Change *own = m_changes.find(difference.path);
+            if (own && own->newValue == difference.after)
+                continue;
+            if (own || m_isEditable(difference.path) || !isMeasured(difference))
+                result.append({difference.path, difference.before, difference.after,
+                               own ? std::optional(own->newValue) : std::nullopt});
+        }
+    }
+    return result;
+}
+
+/// Those that the recorder has otherwise than is known. A clock that has gone on makes no other file.
+QStringList SaveCheck::differingFiles() const
+{
+    QStringList names;
+    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
+        if (!sentDifferences(file.key(), known(file.key()), *file).isEmpty())
+            names << file.key();
+    }
+    return names;
+}
+
+void SaveCheck::merge(const QSet<QString> &own)
+{
+    const QStringList files = differingFiles();
+    QSet<QString> foreign;
+    QMap<QString, QString> values; ///< of this side, by path
+    for (const ForeignChange &change : foreignChanges()) {
+        foreign.insert(change.path);
+        if (own.contains(change.path))
+            values.insert(change.path, change.own.value_or(change.before));
+    }
+    for (const Change &change : m_changes.all()) {
+        if (!foreign.contains(change.path) && files.contains(ConfigAddress(change.path).file().toString()))
+            values.insert(change.path, change.newValue);
+    }
+    takeRecorders(files);
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+        m_store->setValue(value.key() + u'/' + value.value());
+}
+
+void SaveCheck::noteSaveBegins()
+{
+    m_edited.clear();
+    for (const Change &change : m_changes.all())
+        m_edited.insert(change.path);
+}
+
+void SaveCheck::noteSaved(const QStringList &arrived)
+{
+    for (const QString &name : arrived) {
+        if (m_store && m_store->fileExists(name))
+            m_known.insert(name, contentOf(*m_store, name));
+    }
+}
+
+QList<ValueDifference> SaveCheck::keptOtherwise() const
+{
+    QList<ValueDifference> result;
+    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
+        for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
+            if (m_edited.contains(difference.path) ||
+                (m_isEditable(difference.path) && !isMeasured(difference)))
+                result.append(difference);
+        }
+    }
+    return result;
+}
+
+void SaveCheck::keepRecorders()
+{
+    takeRecorders(differingFiles());
+}
+
+void SaveCheck::takeRecorders(const QStringList &names)
+{
+    for (const QString &name : names)
+        m_store->takeAsFetched(name, m_recorder.value(name));
+}
+
+void SaveCheck::fileReplaced(const QString &name)
+{
+    m_known.remove(name);
+}
+
+} // namespace paravue

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "changes/FileDifference.h"
+#include "store/StoreObserver.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class OrbSetup;
+
+namespace paravue
+{
+
+class ChangeList;
+
+/// A value that somebody else has changed at the recorder since it was fetched.
+struct ForeignChange {
+    QString path;               ///< "file/section/key"
+    QString before;             ///< what was fetched
+    QString recorder;           ///< what the recorder has now
+    std::optional<QString> own; ///< what the user has made of it, if that is something else
+};
+
+/// Compares the recorder's files with those of a store, before they are sent and afterwards. For this the
+/// files are fetched over an exchange of their own, which leaves the store as it is.
+///
+/// One exchange at a time: compare() or confirm(), which ends with finished() unless it is cancelled.
+class SaveCheck : public QObject, private StoreObserver
+{
+    Q_OBJECT
+
+public:
+    /// Whether the user can see and edit the value at a path.
+    using IsEditable = std::function<bool(const QString &path)>;
+
+    /// \a changes must be those of \a store and outlive the object.
+    SaveCheck(OrbSetup &store, ChangeList &changes, IsEditable isEditable);
+    ~SaveCheck() override;
+    Q_DISABLE_COPY_MOVE(SaveCheck)
+
+    /// Fetches the files that a save would send.
+    void compare();
+    /// Fetches the files \a arrived, which the last save has sent.
+    void confirm(const QStringList &arrived);
+    void cancel();
+
+    /// After compare(): what somebody else has changed, as far as the user can see it.
+    QList<ForeignChange> foreignChanges() const;
+    /// Takes what somebody else has changed into the files of the store and makes the edits of the user anew
+    /// in them, of the collisions only those in \a own. Values in \a own that the user has not edited get
+    /// what they had before. The store reports files that cannot be kept; a save leaves them out.
+    void merge(const QSet<QString> &own);
+
+    /// To be called when a save begins, with the edits that it sends, and when it has ended.
+    void noteSaveBegins();
+    void noteSaved(const QStringList &arrived);
+    /// After confirm(): the values that were sent (before) and that the recorder has otherwise (after). Of
+    /// values that were not edited only those count that the user can see and that are no numbers or times,
+    /// as recorders count and have a clock.
+    QList<ValueDifference> keptOtherwise() const;
+    /// Takes the recorder's files in which values are kept otherwise.
+    void keepRecorders();
+
+Q_SIGNALS:
+    /// \a problem is empty when the files are there, otherwise it says in plain words why not.
+    void finished(const QString &problem);
+
+private:
+    void valueSet(const QString &) override {}
+    void fileReplaced(const QString &name) override;
+
+    void fetch(const std::optional<QStringList> &only);
+    void collect();
+    void fail(const QString &problem);
+    QByteArray known(const QString &name) const;
+    QStringList differingFiles() const;
+    void takeRecorders(const QStringList &names);
+
+    QPointer<OrbSetup> m_store;
+    ChangeList &m_changes;
+    IsEditable m_isEditable;
+    std::unique_ptr<OrbSetup> m_reader;   ///< while it fetches
+    QMap<QString, QByteArray> m_recorder; ///< what was fetched last, by file
+    QMap<QString, QByteArray> m_known;    ///< what the recorder has got since the store has fetched the file
+    QSet<QString> m_edited;               ///< paths, of the last save
+};
+
+} // namespace paravue

@@ -1,0 +1,242 @@
+#include "ui/sending/CheckedSave.h"
+
+#include "changes/ChangeList.h"
+#include "controls/DialogLoop.h"
+#include "controls/OrbDlgQuestion.h"
+#include "store/ExchangeQueue.h"
+#include "store/OrbSetup.h"
+
+#include <QScopedValueRollback>
+
+#include <chrono>
+#include <utility>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr std::chrono::milliseconds PollInterval(50);
+/// What is over sooner shows no dialog, which would only flash. It blocks the window from the start.
+constexpr std::chrono::milliseconds VisibleAfter(300);
+
+} // namespace
+
+CheckedSave::CheckedSave(OrbSetup &store, ChangeList &changes, const WindowOptions &options,
+                         Services services, QWidget &window)
+    : m_store(&store), m_changes(changes), m_options(options), m_services(std::move(services)),
+      m_window(window), m_check(store, changes, m_services.isEditable)
+{
+    m_poll.setInterval(PollInterval);
+    connect(&m_poll, &QTimer::timeout, this, &CheckedSave::update);
+    connect(&m_check, &SaveCheck::finished, this, &CheckedSave::noteFetched);
+}
+
+bool CheckedSave::canAsk() const
+{
+    return m_store && m_store->hasReader();
+}
+
+bool CheckedSave::run(const std::function<void()> &send)
+{
+    if (m_isRunning)
+        return false;
+    const QScopedValueRollback running(m_isRunning, true);
+    if (m_options.comparesBeforeSending && canAsk() && !(compare() && decideAboutForeignChanges()))
+        return false;
+    if (!m_services.review())
+        return false;
+    send();
+    if (!m_options.confirmsSaves || !canAsk())
+        return true;
+    m_send = send;
+    return follow();
+}
+
+void CheckedSave::runDialog(SendingDialog &dialog)
+{
+    const QScopedValueRollback shown(m_dialog, &dialog);
+    connect(&dialog, &SendingDialog::chosen, this, &CheckedSave::choose);
+    m_services.letUserAct([&dialog] { DialogLoop::run(dialog); });
+}
+
+bool CheckedSave::compare()
+{
+    SendingDialog dialog(m_services.texts, &m_window);
+    dialog.showBusy(tr("Fetching what the recorder has now"), tr("Go on editing"));
+    dialog.setWindowOpacity(0);
+    QTimer::singleShot(VisibleAfter, &dialog, [&dialog] { dialog.setWindowOpacity(1); });
+    m_stage = Stage::Comparing;
+    m_goesOn = false;
+    m_fetchProblem.clear();
+    m_check.compare();
+    runDialog(dialog);
+    m_check.cancel();
+    m_stage = Stage::Over;
+    if (m_goesOn || m_fetchProblem.isEmpty())
+        return m_goesOn;
+    auto answer = QMessageBox::NoButton;
+    m_services.letUserAct([&] {
+        answer = OrbDlgQuestion::DoExplained(
+            &m_window, QMessageBox::Warning, m_window.windowTitle(),
+            tr("What the recorder has now could not be fetched, so what somebody else has changed would be "
+               "lost. "
+               "Send all the same?"),
+            m_fetchProblem, QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel, nullptr,
+            {{QMessageBox::Save, tr("Send")}, {QMessageBox::Cancel, tr("Go on editing")}});
+    });
+    return answer == QMessageBox::Save;
+}
+
+bool CheckedSave::decideAboutForeignChanges()
+{
+    if (!m_store || !m_fetchProblem.isEmpty())
+        return m_store;
+    QSet<QString> own;
+    if (const QList<ForeignChange> foreign = m_check.foreignChanges(); !foreign.isEmpty()) {
+        ForeignChangesDialog dialog(foreign, m_services.texts, &m_window);
+        m_services.letUserAct([&dialog] { DialogLoop::run(dialog); });
+        if (dialog.result() != QDialog::Accepted || !m_store)
+            return false;
+        own = dialog.own();
+    }
+    m_check.merge(own);
+    m_services.reload();
+    return true;
+}
+
+bool CheckedSave::follow()
+{
+    SendingDialog dialog(m_services.texts, &m_window);
+    m_stage = Stage::Sending;
+    m_goesOn = false;
+    m_isStopped = false;
+    dialog.showSending(m_store->saveStatus(), m_store->activity());
+    m_poll.start();
+    runDialog(dialog);
+    m_poll.stop();
+    m_check.cancel();
+    m_stage = Stage::Over;
+    return m_goesOn;
+}
+
+bool CheckedSave::isSaving() const
+{
+    return m_store->linkStatus().state == LinkStatus::State::Running ||
+           !ExchangeQueue::of(*m_store).waiting().isEmpty();
+}
+
+void CheckedSave::update()
+{
+    if (m_stage != Stage::Sending || !m_dialog || !m_store)
+        return;
+    if (isSaving())
+        m_dialog->showSending(m_store->saveStatus(), m_store->activity());
+    else
+        endSending();
+}
+
+void CheckedSave::endSending()
+{
+    const SaveStatus &save = m_store->saveStatus();
+    const QString problem = m_store->linkStatus().problem;
+    if (problem.isEmpty() && save.missing.isEmpty() && save.replaced.isEmpty() && !m_isStopped) {
+        startConfirming();
+        return;
+    }
+    m_stage = Stage::Over;
+    if (m_isStopped)
+        m_dialog->showFailed(save, tr("Sending was stopped."));
+    else
+        m_dialog->showFailed(save, problem.isEmpty() ? tr("Not everything could be sent.") : problem);
+}
+
+void CheckedSave::startConfirming()
+{
+    m_stage = Stage::Confirming;
+    m_dialog->showConfirming(m_store->saveStatus());
+    m_check.confirm(m_store->saveStatus().arrived);
+}
+
+void CheckedSave::noteFetched(const QString &problem)
+{
+    const Stage stage = std::exchange(m_stage, Stage::Over);
+    if (!m_dialog || !m_store)
+        return;
+    if (stage == Stage::Comparing) {
+        m_fetchProblem = problem;
+        close(problem.isEmpty());
+        return;
+    }
+    if (!problem.isEmpty()) {
+        m_dialog->showUnconfirmed(problem);
+        return;
+    }
+    const QList<ValueDifference> values = m_check.keptOtherwise();
+    if (values.isEmpty())
+        m_dialog->showConfirmed(m_store->saveStatus());
+    else
+        m_dialog->showKeptOtherwise(values);
+}
+
+void CheckedSave::choose(SendingDialog::Choice choice)
+{
+    if (!m_dialog || !m_store)
+        return;
+    switch (choice) {
+    case SendingDialog::Choice::Stop:
+        return askToStop();
+    case SendingDialog::Choice::SendAgain:
+    case SendingDialog::Choice::SendMissing:
+        m_isStopped = false;
+        m_stage = Stage::Sending;
+        if (choice == SendingDialog::Choice::SendAgain)
+            m_send();
+        else
+            m_store->sendMissing();
+        return update();
+    case SendingDialog::Choice::ConfirmAgain:
+        return startConfirming();
+    case SendingDialog::Choice::KeepRecorders:
+        m_check.keepRecorders();
+        m_services.reload();
+        return close(true);
+    case SendingDialog::Choice::GoOnEditing:
+        return close(false);
+    case SendingDialog::Choice::Close:
+        return close(true);
+    }
+}
+
+void CheckedSave::askToStop()
+{
+    if (m_stage != Stage::Sending) {
+        m_check.cancel();
+        if (std::exchange(m_stage, Stage::Over) == Stage::Comparing)
+            return close(false);
+        return m_dialog->showUnconfirmed(tr("The comparison was stopped"));
+    }
+    const SaveStatus &save = m_store->saveStatus();
+    const QPointer<SendingDialog> dialog(m_dialog);
+    const auto answer =
+        OrbDlgQuestion::Do(m_dialog, QMessageBox::Question, m_window.windowTitle(),
+                           tr("Stop sending? %1 of %2 files have arrived at the recorder.")
+                               .arg(QString::number(save.arrived.size()),
+                                    QString::number(save.arrived.size() + save.missing.size())),
+                           QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    if (answer != QMessageBox::Yes || !dialog || !m_store || m_stage != Stage::Sending || !isSaving())
+        return;
+    m_isStopped = true;
+    ExchangeQueue &queue = ExchangeQueue::of(*m_store);
+    queue.giveUpAll();
+    queue.giveUpRunning();
+}
+
+void CheckedSave::close(bool goesOn)
+{
+    m_goesOn = goesOn;
+    m_dialog->done(goesOn ? QDialog::Accepted : QDialog::Rejected);
+}
+
+} // namespace paravue

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "changes/SaveCheck.h"
+#include "ui/WindowOptions.h"
+#include "ui/sending/SendingDialog.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+
+class OrbSetup;
+
+namespace paravue
+{
+
+class ChangeList;
+
+/// A save as its user sees it: what somebody else has changed at the recorder meanwhile, the review, the
+/// state of each file while it is sent, and whether the recorder has kept what was sent. Which of these
+/// there are is said by the options of the window.
+class CheckedSave : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Services {
+        /// Runs \a wait, an event loop in which the user acts.
+        std::function<void(const std::function<void()> &wait)> letUserAct;
+        /// Shows the list of changes; false when the user goes on editing.
+        std::function<bool()> review;
+        /// Shows values that were changed behind the window's back.
+        std::function<void()> reload;
+        ValueTexts texts;
+        SaveCheck::IsEditable isEditable;
+    };
+
+    /// All must outlive the object, except that \a store may go.
+    CheckedSave(OrbSetup &store, ChangeList &changes, const WindowOptions &options, Services services,
+                QWidget &window);
+
+    /// Runs the save that \a send starts. False when the user goes on editing, so that nothing that was to
+    /// follow the save is done.
+    bool run(const std::function<void()> &send);
+    /// What the store reports meanwhile is shown by the dialog of the save.
+    bool isShown() const { return m_dialog; }
+
+    /// To be called when a save begins, and when it has ended, also for those that do not run here.
+    void noteSaveBegins() { m_check.noteSaveBegins(); }
+    void noteSaved(const QStringList &arrived) { m_check.noteSaved(arrived); }
+
+private:
+    enum class Stage { Comparing, Sending, Confirming, Over };
+
+    bool canAsk() const;
+    bool compare();
+    bool decideAboutForeignChanges();
+    bool follow();
+    void update();
+    void endSending();
+    void startConfirming();
+    void noteFetched(const QString &problem);
+    void choose(SendingDialog::Choice choice);
+    void askToStop();
+    void runDialog(SendingDialog &dialog);
+    void close(bool goesOn);
+    bool isSaving() const;
+    QString problem() const;
+
+    QPointer<OrbSetup> m_store;
+    ChangeList &m_changes;
+    const WindowOptions &m_options;
+    const Services m_services;
+    QWidget &m_window;
+    SaveCheck m_check;
+    SendingDialog *m_dialog = nullptr; ///< while a save is followed
+    QTimer m_poll;
+    Stage m_stage = Stage::Over;
+    std::function<void()> m_send;
+    QString m_fetchProblem;
+    bool m_isRunning = false;
+    bool m_isStopped = false; ///< by the user
+    bool m_goesOn = false;    ///< with what follows the save
+};
+
+} // namespace paravue

@@ -1,0 +1,209 @@
+#include "ui/sending/SendingDialog.h"
+
+#include "controls/DialogFrame.h"
+#include "controls/WindowLook.h"
+#include "ui/base/WindowStyle.h"
+
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace paravue
+{
+
+namespace
+{
+
+enum FileColumn { File, FileState };
+enum ValueColumn { Setting, Sent, Recorder };
+constexpr QSize DialogSize(640, 420);
+constexpr int FileWidth = 300;
+constexpr int ValueWidths[] = {280, 150};
+
+QTreeWidget *makeList(const QStringList &headers, const QString &name, QWidget *parent)
+{
+    auto *list = new QTreeWidget(parent);
+    list->setHeaderLabels(headers);
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    list->setAllColumnsShowFocus(true);
+    list->setAccessibleName(name);
+    return list;
+}
+
+} // namespace
+
+SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
+    : QDialog(parent), m_texts(texts), m_headline(new QLabel(this)), m_bar(new QProgressBar(this)),
+      m_files(makeList({tr("File"), tr("State")}, tr("Files"), this)),
+      m_values(
+          makeList({tr("Setting"), tr("Sent"), tr("Recorder")}, tr("Kept otherwise by the recorder"), this)),
+      m_buttons(new QDialogButtonBox(this))
+{
+    setWindowTitle(tr("Sending"));
+    setModal(true);
+    m_headline->setTextFormat(Qt::PlainText); // names and words come from the recorder
+    m_headline->setWordWrap(true);
+    m_files->header()->resizeSection(File, FileWidth);
+    for (int column = 0; column < Recorder; ++column)
+        m_values->header()->resizeSection(column, ValueWidths[column]);
+    m_values->hide();
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    layout->setSpacing(GridSpacing);
+    layout->addWidget(m_headline);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_files, 1);
+    layout->addWidget(m_values, 1);
+    layout->addWidget(m_buttons);
+    resize(DialogSize);
+    WindowLook::apply(*this);
+    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    connect(m_buttons, &QDialogButtonBox::clicked, this, [this](QAbstractButton *button) {
+        Q_EMIT chosen(static_cast<Choice>(button->property("choice").toInt()));
+    });
+}
+
+void SendingDialog::showState(const QString &headline, bool isBusy, const QList<Button> &buttons)
+{
+    m_headline->setText(headline);
+    m_bar->setVisible(isBusy);
+    m_isBusy = isBusy;
+    m_onClosing = buttons.constLast().choice;
+    QStringList captions;
+    for (const Button &button : buttons)
+        captions << button.caption;
+    // This is called again and again while a save runs; a button must not go while it is pressed.
+    if (captions == m_captions)
+        return;
+    m_captions = captions;
+    m_buttons->clear();
+    for (const Button &button : buttons) {
+        QPushButton *shown = m_buttons->addButton(button.caption, QDialogButtonBox::ActionRole);
+        shown->setProperty("choice", static_cast<int>(button.choice));
+        shown->setAutoDefault(!isBusy);
+        WindowLook::styleControls(*shown);
+    }
+    // While a save runs Enter stops nothing: it may be the second one of an impatient user.
+    if (isBusy) {
+        m_files->setFocus();
+    } else {
+        auto *first = qobject_cast<QPushButton *>(m_buttons->buttons().constFirst());
+        first->setDefault(true);
+        first->setFocus();
+    }
+}
+
+void SendingDialog::setFiles(const QStringList &names, const QString &state)
+{
+    for (const QString &name : names) {
+        QTreeWidgetItem *&row = m_rows[name];
+        if (!row)
+            row = new QTreeWidgetItem(m_files, {name});
+        row->setText(FileState, state);
+        row->setToolTip(FileState, state);
+    }
+}
+
+void SendingDialog::showBusy(const QString &text, const QString &stopCaption)
+{
+    m_files->hide();
+    m_bar->setRange(0, 0);
+    showState(text, true, {{stopCaption, Choice::Stop}});
+}
+
+void SendingDialog::showSending(const SaveStatus &save, const QString &activity)
+{
+    m_files->show();
+    m_values->hide();
+    setFiles(save.arrived, tr("Sent"));
+    setFiles(save.missing.mid(0, 1), tr("Being sent"));
+    setFiles(save.missing.mid(1), tr("Waiting"));
+    m_bar->setRange(0, int(qMax(1, save.arrived.size() + save.missing.size())));
+    m_bar->setValue(int(save.arrived.size()));
+    showState(activity.isEmpty() ? tr("Saving the settings") : activity, true, {{tr("Stop"), Choice::Stop}});
+}
+
+void SendingDialog::showConfirming(const SaveStatus &save)
+{
+    m_values->hide();
+    m_files->show();
+    setFiles(save.arrived, tr("Sent, being compared"));
+    m_bar->setRange(0, 0);
+    showState(tr("Fetching what the recorder has now, to compare it"), true,
+              {{tr("Do not compare"), Choice::Stop}});
+}
+
+void SendingDialog::showConfirmed(const SaveStatus &save)
+{
+    setFiles(save.arrived, tr("Sent and confirmed"));
+    showState(tr("Sent and confirmed"), false, {{tr("Close"), Choice::Close}});
+}
+
+void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
+{
+    QStringList files;
+    m_values->clear();
+    for (const ValueDifference &value : values) {
+        auto *row = new QTreeWidgetItem(m_values);
+        row->setText(Setting, m_texts.caption(value.path));
+        row->setToolTip(Setting, value.path);
+        row->setText(Sent, m_texts.shown(value.path, value.before));
+        row->setText(Recorder, m_texts.shown(value.path, value.after));
+        files << value.path.section(u'/', 0, 0);
+    }
+    for (auto row = m_rows.cbegin(); row != m_rows.cend(); ++row)
+        setFiles({row.key()},
+                 files.contains(row.key()) ? tr("Sent, kept otherwise") : tr("Sent and confirmed"));
+    m_values->show();
+    showState(values.size() == 1 ? tr("Sent, but the recorder keeps one value otherwise")
+                                 : tr("Sent, but the recorder keeps %1 values otherwise").arg(values.size()),
+              false,
+              {{tr("Keep the recorder's"), Choice::KeepRecorders},
+               {tr("Send again"), Choice::SendAgain},
+               {tr("Go on editing"), Choice::GoOnEditing}});
+}
+
+void SendingDialog::showUnconfirmed(const QString &problem)
+{
+    for (auto row = m_rows.cbegin(); row != m_rows.cend(); ++row)
+        setFiles({row.key()}, tr("Sent, not confirmed"));
+    showState(tr("Everything was sent, but could not be confirmed: %1").arg(problem), false,
+              {{tr("Try again"), Choice::ConfirmAgain}, {tr("Close"), Choice::Close}});
+}
+
+void SendingDialog::showFailed(const SaveStatus &save, const QString &problem)
+{
+    setFiles(save.arrived, tr("Sent"));
+    setFiles(save.missing, tr("Not sent"));
+    setFiles(save.replaced, tr("Not sent, and replaced by what the recorder has"));
+    m_files->show();
+    const Button goOn{tr("Go on editing"), Choice::GoOnEditing};
+    showState(problem, false,
+              save.missing.isEmpty() ? QList<Button>{goOn}
+                                     : QList<Button>{{tr("Send the rest"), Choice::SendMissing}, goOn});
+}
+
+void SendingDialog::reject()
+{
+    // The window was closed by the host, which waits for the end of the save itself.
+    if (!parentWidget()->isVisible())
+        return QDialog::reject();
+    Q_EMIT chosen(m_onClosing);
+}
+
+void SendingDialog::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && m_isBusy)
+        event->accept();
+    else
+        QDialog::keyPressEvent(event);
+}
+
+} // namespace paravue

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "changes/FileDifference.h"
+#include "store/LinkStatus.h"
+#include "ui/sending/ForeignChangesDialog.h"
+
+#include <QDialog>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QDialogButtonBox;
+class QLabel;
+class QProgressBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace paravue
+{
+
+/// What a save does: the state of each file, and in the end that the recorder has what was sent, or which of
+/// it it keeps otherwise, or what could not be sent. It only shows; the buttons come from whoever asks.
+class SendingDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    SendingDialog(const ValueTexts &texts, QWidget *parent);
+
+    /// What the user may choose, beside closing the dialog.
+    enum class Choice { Stop, SendAgain, SendMissing, ConfirmAgain, KeepRecorders, GoOnEditing, Close };
+
+    /// Something runs: \a text says what.
+    void showBusy(const QString &text, const QString &stopCaption);
+    /// \a activity is what the store does at the moment.
+    void showSending(const SaveStatus &save, const QString &activity);
+    void showConfirming(const SaveStatus &save);
+    void showConfirmed(const SaveStatus &save);
+    void showKeptOtherwise(const QList<ValueDifference> &values);
+    /// Everything was sent, but could not be compared.
+    void showUnconfirmed(const QString &problem);
+    /// Not everything was sent.
+    void showFailed(const SaveStatus &save, const QString &problem);
+
+    /// Escape and the cross choose Stop while something runs, then to go on editing, or to close when all is
+    /// well.
+    void reject() override;
+
+Q_SIGNALS:
+    void chosen(Choice choice);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    struct Button {
+        QString caption;
+        Choice choice;
+    };
+
+    /// The first of \a buttons is the default; the last one stands for closing the dialog.
+    void showState(const QString &headline, bool isBusy, const QList<Button> &buttons);
+    void setFiles(const QStringList &names, const QString &state);
+
+    const ValueTexts m_texts;
+    QLabel *m_headline;
+    QProgressBar *m_bar;
+    QTreeWidget *m_files;
+    QTreeWidget *m_values;
+    QDialogButtonBox *m_buttons;
+    QHash<QString, QTreeWidgetItem *> m_rows; ///< by file
+    QStringList m_captions;                   ///< of the buttons
+    Choice m_onClosing = Choice::Stop;
+    bool m_isBusy = true;
+};
+
+} // namespace paravue

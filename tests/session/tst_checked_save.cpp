@@ -1,0 +1,381 @@
+#include "FaultTest.h"
+#include "ModalWatcher.h"
+#include "device/login/Credentials.h"
+#include "support/TestTable.h"
+#include "support/Waiting.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+#include <QTreeWidget>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const char Page[] = R"(<pvsetup version="1.0">
+  <di>
+    <difile name="interface" get_command="GET SETUP"/>
+    <difile name="streams" get_command="GET CONFIG" put_command="PUT CONFIG"/>
+    <difile name="net" get_command="GET NET CONFIG" put_command="PUT NET CONFIG" type="sectionless"/>
+    <difile name="soft" get_command="GET SOFT CONFIG" type="sectionless"/>
+    <difile name="time" get_command="GET TIME CONFIG" put_command="PUT TIME CONFIG" type="sectionless"/>
+  </di>
+  <window><self/></window>
+  <buttonOK>
+    <action type="call" slot="callSetup" param="save_settings">device</action>
+    <action type="call" slot="accept">self</action>
+  </buttonOK>
+  <tabwidget><tab><name>Page</name>
+    <item type="gridlayout">
+      <item type="setup"><device/></item>
+      <item type="label" row="1"><text>Host</text></item>
+      <item type="edit" row="1" column="1"><key>net/untitled/HOSTNAME</key></item>
+      <item type="label" row="2"><text>Place</text></item>
+      <item type="edit" row="2" column="1"><key>net/untitled/PLACE</key></item>
+      <item type="label" row="3"><text>Key</text></item>
+      <item type="edit" row="3" column="1"><key>net/untitled/WIFI_KEY</key></item>
+    </item>
+  </tab></tabwidget>
+</pvsetup>)";
+
+const QByteArray Net = "HOSTNAME=old\nPLACE=Gate\nWIFI_KEY=secret\nUPTIME=17\n";
+
+/// Every row of \a list, its columns joined by "|".
+QStringList rows(const QTreeWidget &list)
+{
+    QStringList texts;
+    for (int i = 0; i < list.topLevelItemCount(); ++i) {
+        QStringList columns;
+        for (int column = 0; column < list.columnCount(); ++column)
+            columns << list.topLevelItem(i)->text(column);
+        texts << columns.join('|');
+    }
+    return texts;
+}
+
+class KnownLogin : public CredentialsSource
+{
+public:
+    explicit KnownLogin(const QByteArray &password) : m_password(password) {}
+    bool ask(Credentials &record) override
+    {
+        record.login = "admin";
+        record.password = m_password;
+        return true;
+    }
+    void save(const Credentials &) override {}
+
+private:
+    QByteArray m_password;
+};
+
+/// A window whose saves are compared and confirmed.
+struct Sending {
+    explicit Sending(const QString &address) : store(address)
+    {
+        QSignalSpy loaded(&store, &OrbSetup::loadDone);
+        WindowOptions options;
+        options.tracksChanges = true;
+        options.comparesBeforeSending = true;
+        options.confirmsSaves = true;
+        window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
+        isLoaded = loaded.wait(20'000) && waitUntil([this] { return isIdle(); });
+    }
+    bool isIdle() const { return store.linkStatus().state == LinkStatus::State::Idle; }
+    void type(const QString &old, const QString &text) const
+    {
+        for (QLineEdit *edit : window->findChildren<QLineEdit *>()) {
+            if (edit->text() == old)
+                replaceText(*edit, text);
+        }
+    }
+    void pressOk() const { buttonWithText<QPushButton>(*window, "OK")->click(); }
+    QString changes() const { return window->findChild<QToolButton *>("changes")->text(); }
+
+    OrbNetSetup store;
+    std::unique_ptr<CWinMain> window;
+    bool isLoaded = false;
+};
+
+/// Drives the dialog of a save: waits for each of the states that the script names, notes what it shows, and
+/// presses the button that the script has for it.
+class SavePilot
+{
+public:
+    struct Step {
+        QString headline; ///< its beginning
+        QString button;
+        std::function<void()> before = {};
+    };
+    explicit SavePilot(const QList<Step> &script)
+        : m_script(script), m_watcher([this](QWidget &dialog) { drive(dialog); }, "paravue::SendingDialog")
+    {
+    }
+
+    QStringList files;  ///< of the last step
+    QStringList values; ///< that are kept otherwise
+    QString headline;
+    bool isAtItsEnd() const { return m_next == m_script.size(); }
+
+private:
+    void drive(QWidget &dialog)
+    {
+        const auto lists = dialog.findChildren<QTreeWidget *>();
+        // The one of comparing before a save goes by itself.
+        while (m_next < m_script.size()) {
+            const Step &step = m_script.at(m_next);
+            const bool isReached = waitUntil(
+                [&] { return !dialog.isVisible() || headlineOf(dialog).startsWith(step.headline); }, 10'000);
+            headline = headlineOf(dialog);
+            if (!isReached || !dialog.isVisible())
+                return;
+            files = rows(*lists.at(0));
+            values = rows(*lists.at(1));
+            ++m_next;
+            if (step.before)
+                step.before();
+            buttonWithText<QPushButton>(dialog, step.button)->click();
+        }
+        waitUntil([&] { return !dialog.isVisible(); });
+    }
+    static QString headlineOf(const QWidget &dialog)
+    {
+        QStringList lines;
+        for (const QLabel *label : dialog.findChildren<QLabel *>()) {
+            if (label->wordWrap())
+                lines << label->text();
+        }
+        return lines.join(' ');
+    }
+
+    const QList<Step> m_script;
+    qsizetype m_next = 0;
+    ModalWatcher m_watcher;
+};
+
+using Steps = QList<SavePilot::Step>;
+
+} // namespace
+
+/// A save that is compared with the recorder before and afterwards.
+class TestCheckedSave : public FaultTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void confirmsWhatWasSent();
+    void showsWhatTheRecorderKeepsOtherwise_data();
+    void showsWhatTheRecorderKeepsOtherwise();
+    void sendsTheRestOfABrokenSave();
+    void goesOnEditingAfterABrokenSave();
+    void keepsWhatSomebodyElseHasChanged_data();
+    void keepsWhatSomebodyElseHasChanged();
+    void asksWithoutARecorder();
+    void asksForANewLoginBeforeAnythingIsLost();
+
+private:
+    void setNet(const QByteArray &content);
+    QByteArray net() const;
+};
+
+void TestCheckedSave::init()
+{
+    startRecorder();
+    QFile file(m_recorder->filePath("interface"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(Page) > 0);
+    setNet(Net);
+}
+
+void TestCheckedSave::setNet(const QByteArray &content)
+{
+    QFile file(m_recorder->filePath("net"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+}
+
+QByteArray TestCheckedSave::net() const
+{
+    QFile file(m_recorder->filePath("net"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().replace("\r\n", "\n") : QByteArray();
+}
+
+void TestCheckedSave::confirmsWhatWasSent()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    m_requests.clear();
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(pilot.files, QStringList({"streams|Sent and confirmed", "net|Sent and confirmed",
+                                       "time|Sent and confirmed"}));
+    QCOMPARE(session.window->result(), int(QDialog::Accepted));
+    QVERIFY(net().contains("HOSTNAME = 'new'"));
+    // Each file is fetched once before and once afterwards; what is never sent is not fetched.
+    m_requests.removeIf([](const QString &line) { return !line.contains(" CONFIG"); });
+    QCOMPARE(m_requests,
+             QStringList({"GET CONFIG", "GET NET CONFIG", "GET TIME CONFIG", "PUT CONFIG", "PUT NET CONFIG",
+                          "PUT TIME CONFIG", "GET CONFIG", "GET NET CONFIG", "GET TIME CONFIG"}));
+}
+
+void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise_data()
+{
+    const TestTable<QString, QString, QString, bool> row("button", "shown", "kept", "isClosed");
+    row("keep the recorder's", "Keep the recorder's", "limited", "HOSTNAME = 'limited'", true);
+    row("send again", "Send again", "limited", "HOSTNAME = 'new'", true);
+    row("go on editing", "Go on editing", "new", "HOSTNAME = 'limited'", false);
+}
+
+void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
+{
+    QFETCH(QString, button);
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    session.type("secret", "other");
+    // The recorder allows another name only, once, has a key of its own, and has counted on.
+    const auto limit =
+        connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+            if (name == "net")
+                QTimer::singleShot(0, this, [this] {
+                    setNet(net().replace("'new'", "'limited'").replace("17", "18").replace("'other'", "'x'"));
+                });
+        });
+    Steps script{{"Sent, but the recorder keeps 2", button, [&] { disconnect(limit); }}};
+    if (button == "Send again")
+        script += SavePilot::Step{"Sent and confirmed", "Close"};
+    SavePilot pilot(script);
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(pilot.values, QStringList({"Page › Host|new|limited", "Page › Key|••••••••|••••••••"}));
+    QVERIFY(
+        pilot.files.contains(button == "Send again" ? "net|Sent and confirmed" : "net|Sent, kept otherwise"));
+    QFETCH(QString, kept);
+    QVERIFY2(net().contains(kept.toUtf8()), net());
+    QFETCH(bool, isClosed);
+    QCOMPARE(session.window->isVisible(), !isClosed);
+    if (button == "Keep the recorder's")
+        QCOMPARE(session.store.value(HostName), QString("limited"));
+}
+
+void TestCheckedSave::sendsTheRestOfABrokenSave()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"error@PUT NET CONFIG"});
+    SavePilot pilot(
+        Steps{{"Device error", "Send the rest", [&] { setFaults({}); }}, {"Sent and confirmed", "Close"}});
+    const ModalWatcher box; // a message in the way
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(box.texts(), QStringList());
+    QVERIFY(net().contains("HOSTNAME = 'new'"));
+    QVERIFY(!session.window->isVisible());
+}
+
+void TestCheckedSave::goesOnEditingAfterABrokenSave()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"error@PUT NET CONFIG"});
+    SavePilot pilot(Steps{{"Device error", "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(pilot.files, QStringList({"streams|Sent", "net|Not sent", "time|Not sent"}));
+    QVERIFY(session.window->isVisible());
+    QCOMPARE(session.changes(), QString("1 change"));
+    setFaults({});
+    SavePilot second(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(second.isAtItsEnd(), qPrintable(second.headline));
+    QVERIFY(net().contains("HOSTNAME = 'new'"));
+}
+
+void TestCheckedSave::keepsWhatSomebodyElseHasChanged_data()
+{
+    const TestTable<QByteArray, QStringList, QString, QByteArray> row("theirs", "shown", "ticked", "saved");
+    row("nothing", Net, {}, {}, "'new' 'Gate'");
+    row("a counter", QByteArray(Net).replace("17", "99"), {}, {}, "'new' 'Gate'");
+    const QByteArray place = QByteArray(Net).replace("Gate", "Yard");
+    row("another value", place, {"Page › Place|Gate|Yard|Gate"}, {}, "'new' 'Yard'");
+    row("another value, back", place, {"Page › Place|Gate|Yard|Gate"}, "Page › Place", "'new' 'Gate'");
+    const QByteArray host = QByteArray(Net).replace("old", "theirs");
+    row("the same value", host, {"Page › Host|old|theirs|new"}, {}, "'theirs' 'Gate'");
+    row("the same value, mine", host, {"Page › Host|old|theirs|new"}, "Page › Host", "'new' 'Gate'");
+    row("what I want too", QByteArray(Net).replace("old", "new"), {}, {}, "'new' 'Gate'");
+    row("a secret", QByteArray(Net).replace("secret", "s3"), {"Page › Key|••••••••|••••••••|••••••••"}, {},
+        "'new' 'Gate'");
+    row("a removed key", QByteArray(Net).replace("PLACE=Gate\n", ""), {"Page › Place|Gate|–|Gate"}, {},
+        "'new'");
+}
+
+void TestCheckedSave::keepsWhatSomebodyElseHasChanged()
+{
+    QFETCH(QByteArray, theirs);
+    QFETCH(QString, ticked);
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setNet(theirs);
+    QStringList shown;
+    const ModalWatcher question(
+        [&](QWidget &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>();
+            shown = rows(*list);
+            for (int i = 0; i < list->topLevelItemCount(); ++i) {
+                if (list->topLevelItem(i)->text(0) == ticked)
+                    list->topLevelItem(i)->setCheckState(3, Qt::Checked);
+            }
+            buttonWithText<QPushButton>(dialog, "Continue")->click();
+        },
+        "paravue::ForeignChangesDialog");
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QTEST(shown, "shown");
+    QByteArray saved;
+    for (const QByteArray &line : net().split('\n')) {
+        if (line.startsWith("HOSTNAME") || line.startsWith("PLACE"))
+            saved += (saved.isEmpty() ? "" : " ") + line.mid(line.indexOf('\''));
+    }
+    QTEST(saved, "saved");
+    QVERIFY2(net().contains(theirs.contains("99") ? "99" : "17"), net());
+}
+
+void TestCheckedSave::asksWithoutARecorder()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    m_recorder->close();
+    ModalWatcher question([](QWidget &box) { buttonWithText<QPushButton>(box, "Go on editing")->click(); });
+    session.pressOk();
+    QCOMPARE(question.count(), 1);
+    QVERIFY2(question.texts().constFirst().contains("The recorder refuses the connection"),
+             qPrintable(question.texts().constFirst()));
+    QVERIFY(session.window->isVisible());
+    QCOMPARE(session.changes(), QString("1 change"));
+    QVERIFY(session.isIdle());
+}
+
+void TestCheckedSave::asksForANewLoginBeforeAnythingIsLost()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    session.store.setCredentialsSource(std::make_unique<KnownLogin>("admin"));
+    setFaults({"refuse=1"});
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QVERIFY(net().contains("HOSTNAME = 'new'"));
+}
+
+QTEST_MAIN(TestCheckedSave)
+#include "tst_checked_save.moc"
