@@ -8,8 +8,7 @@
 #include "InputTime.h"
 #include "Require.h"
 
-#include "device/protocol/Limits.h"
-#include "device/protocol/StateTemplate.h"
+#include "store/StateTemplate.h"
 #include "store/TextPattern.h"
 
 #include <QLoggingCategory>

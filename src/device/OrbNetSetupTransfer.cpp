@@ -6,10 +6,10 @@
 #include "device/protocol/GzText.h"
 #include "device/protocol/Limits.h"
 #include "device/protocol/ReplyFrame.h"
-#include "device/protocol/StateTemplate.h"
 #include "device/protocol/WireBody.h"
 #include "store/LogText.h"
 #include "store/OrbSettings.h"
+#include "store/StateTemplate.h"
 #include "store/WholeFile.h"
 
 #include <QFile>

@@ -7,7 +7,7 @@ namespace paravue
 
 // What a recorder sends is never trusted. These are far above what any recorder sends; they keep a broken or
 // hostile one from filling the memory or the disk. The limits on the description's XML are in
-// store/XmlLimits.h.
+// store/XmlLimits.h, those on the directives of state files in store/StateTemplate.h.
 
 /// One reply, and everything that is received while a reply is awaited.
 inline constexpr qsizetype MaxReplyBytes = 48 * 1024 * 1024;
@@ -25,10 +25,5 @@ inline constexpr qint64 MaxPackageBytes = 256 * 1024 * 1024;
 inline constexpr qsizetype MaxDescriptionBytes = 16 * 1024 * 1024;
 /// Files that a description may list for transfer.
 inline constexpr qsizetype MaxListedFiles = 1000;
-
-/// By how much the directives of a state file may lengthen it, in characters.
-inline constexpr qsizetype MaxStateGrowth = 16 * 1024 * 1024;
-/// What the directives of a state file may read through, in characters, all passes over the text together.
-inline constexpr qsizetype MaxStateWork = 256 * 1024 * 1024;
 
 } // namespace paravue

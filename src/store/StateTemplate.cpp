@@ -1,9 +1,6 @@
-#include "device/protocol/StateTemplate.h"
+#include "store/StateTemplate.h"
 
-#include "device/protocol/Limits.h"
 #include "store/TextPattern.h"
-
-#include <optional>
 
 namespace paravue
 {
@@ -96,8 +93,11 @@ CompiledState applyStateDirectives(const QString &original, const ValueLookup &v
         work += text.size();
         if (work > MaxStateWork)
             return {CompiledState::Fault::TooSlow};
+        const std::optional<QString> value = valueOf(directive->address);
+        if (!value)
+            continue;
         const auto pattern = TextPattern::ofRecorder(directive->pattern, TextPattern::Greed::Minimal);
-        const QString replacement = directive->prefix + valueOf(directive->address) + directive->suffix;
+        const QString replacement = directive->prefix + *value + directive->suffix;
         auto replaced = pattern.replaceAll(text, replacement, maximumSize);
         if (budget.isExhausted())
             return {CompiledState::Fault::TooSlow};

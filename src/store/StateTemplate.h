@@ -3,12 +3,18 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace paravue
 {
 
-/// The value of a configuration address.
-using ValueLookup = std::function<QString(const QString &address)>;
+/// By how much the directives of a state file may lengthen it, in characters.
+inline constexpr qsizetype MaxStateGrowth = 16 * 1024 * 1024;
+/// What the directives of a state file may read through, in characters, all passes over the text together.
+inline constexpr qsizetype MaxStateWork = 256 * 1024 * 1024;
+
+/// The value of a configuration address; nothing leaves out the directive that asks for it.
+using ValueLookup = std::function<std::optional<QString>(const QString &address)>;
 
 /// A state file after its directives; \a text is empty unless \a fault is None.
 struct CompiledState {
@@ -30,7 +36,7 @@ struct CompiledState {
 /// before it made of it, and stay in the text. The parts end at the first "/", "{", "}" and the first "/" at
 /// the end of a line that follow, wherever these stand, also in later lines.
 ///
-/// Within the limits on growth and work in Limits.h, and the time that patterns may take.
+/// Within the limits on growth and work above, and the time that patterns may take.
 CompiledState applyStateDirectives(const QString &text, const ValueLookup &valueOf);
 
 } // namespace paravue

@@ -1,4 +1,4 @@
-#include "device/protocol/StateTemplate.h"
+#include "store/StateTemplate.h"
 #include "support/TestTable.h"
 
 using namespace paravue;
@@ -7,8 +7,10 @@ using paravue::test::TestTable;
 namespace
 {
 
-QString valueOf(const QString &address)
+std::optional<QString> valueOf(const QString &address)
 {
+    if (address == "left/out")
+        return {};
     static const QMap<QString, QString> values{{"net/a/ip", "10.0.0.5"}, {"x", "1"}, {"back", "\\1$&"}};
     return values.value(address);
 }
@@ -48,6 +50,7 @@ void TestStateTemplate::applies_data()
     row("two directives share a line end", "p q\n#!s/p /{x}/\n#!s/q\n/r{x}\n/\n",
         "1r1\n#!s/1/{x}/\n#!s/r1\n/r{x}\n/\n");
     row("parts run on over lines", "k\n#!s/k\n/x\ny{x}/\n", "x\ny1#!s/x\ny1/x\ny{x}/\n");
+    row("left out", "a b\n#!s/a/1{left/out}/\n#!s/b/2{x}/\n", "a 21\n#!s/a/1{left/out}/\n#!s/21/2{x}/\n");
     row("empty", "", "");
 }
 
