@@ -1,0 +1,145 @@
+#include "snapshots/SecretRemoval.h"
+
+#include "snapshots/FileValues.h"
+#include "store/ConfigAddress.h"
+#include "store/IniGrammar.h"
+#include "store/StateTemplate.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+const QString DescriptionFile = QStringLiteral("interface");
+/// Shorter ones stand in a text by chance.
+constexpr qsizetype ShortestSecret = 4;
+
+/// \a line without its secret value, if it has one. What stands before a "=" may be a name also where the
+/// store takes the line for no key: in one with odd quotes, or one that is commented out.
+QByteArray withoutSecret(const QByteArray &line, const QString &filePrefix, const QString &section,
+                         const SecretKeys &secrets)
+{
+    const qsizetype sign = line.indexOf('=');
+    if (sign < 0 || line.startsWith("#!"))
+        return line;
+    const QString name = QString::fromUtf8(line.first(sign)).remove(u';').remove(u'#').trimmed();
+    if (!secrets.contains(filePrefix + section + u'/' + name))
+        return line;
+    const qsizetype end = line.endsWith("\r\n") ? 2 : line.endsWith('\n') ? 1 : 0;
+    return line.first(sign + 1) + "''" + line.last(end);
+}
+
+/// In bytes, so that what is no UTF-8 stays as it is.
+QByteArray withoutSecretKeys(const QByteArray &text, const QString &file, const SecretKeys &secrets)
+{
+    const QString filePrefix = file + u'/';
+    QString section = DefaultSection.toString();
+    QByteArray result;
+    result.reserve(text.size());
+    for (qsizetype begin = 0; begin < text.size();) {
+        const qsizetype feed = text.indexOf('\n', begin);
+        const qsizetype end = feed < 0 ? text.size() : feed + 1;
+        const QByteArray line = text.sliced(begin, end - begin);
+        const QString decoded = QString::fromUtf8(line);
+        const auto scanned = scanIniLine(QStringView(decoded), EmptyValue::IsKey);
+        if (scanned.kind == IniLine<QStringView>::Section)
+            section = scanned.name.toString();
+        result += withoutSecret(line, filePrefix, section, secrets);
+        begin = end;
+    }
+    return result;
+}
+
+class SecretLookup
+{
+public:
+    SecretLookup(const FileContents &files, const SecretKeys &secrets) : m_files(files), m_secrets(secrets) {}
+
+    bool isSecret(const QString &address) const { return m_secrets.contains(ConfigAddress(address).path()); }
+
+    QString valueAt(const QString &address)
+    {
+        const ConfigAddress parts(address);
+        const QString file = parts.file().toString();
+        auto values = m_values.find(file);
+        if (values == m_values.end())
+            values = m_values.insert(file, FileValues(m_files.value(file)));
+        return values->value(parts.entry().toString()).value_or(QString());
+    }
+
+private:
+    const FileContents &m_files;
+    const SecretKeys &m_secrets;
+    QHash<QString, FileValues> m_values;
+};
+
+/// Nothing when the directives of \a text take too long.
+std::optional<QByteArray> withoutDirectedSecrets(const QByteArray &content, SecretLookup &lookup)
+{
+    const QString text = QString::fromUtf8(content);
+    QStringList values;
+    const CompiledState emptied =
+        applyStateDirectives(text, [&](const QString &address) -> std::optional<QString> {
+            if (!lookup.isSecret(address))
+                return {};
+            values << lookup.valueAt(address);
+            return QString();
+        });
+    if (emptied.fault != CompiledState::Fault::None)
+        return {};
+    // A pattern need not match what it was replaced with.
+    QString result = emptied.text;
+    values.removeDuplicates();
+    for (const QString &value : std::as_const(values)) {
+        if (value.size() >= ShortestSecret)
+            result.remove(value);
+    }
+    return result == text ? content : result.toUtf8();
+}
+
+/// The entries whose values in \a before are not those in \a after.
+QStringList changedEntries(const QByteArray &before, const QByteArray &after)
+{
+    const FileValues old(before);
+    const FileValues now(after);
+    QStringList changed;
+    for (auto value = old.all().cbegin(); value != old.all().cend(); ++value) {
+        if (now.value(value.key()) != *value)
+            changed << value.key();
+    }
+    return changed;
+}
+
+} // namespace
+
+QStringList removeSecrets(FileContents &files, const SecretKeys &secrets)
+{
+    const FileContents complete = files;
+    SecretLookup lookup(complete, secrets);
+    QStringList leftOut;
+    for (auto file = complete.cbegin(); file != complete.cend(); ++file) {
+        if (file.key() == DescriptionFile)
+            continue;
+        const auto directed = withoutDirectedSecrets(*file, lookup);
+        if (!directed) {
+            files.remove(file.key());
+            leftOut << file.key();
+            continue;
+        }
+        const QByteArray kept = withoutSecretKeys(*directed, file.key(), secrets);
+        if (kept == *file)
+            continue;
+        files[file.key()] = kept;
+        for (const QString &entry : changedEntries(*file, kept))
+            leftOut << file.key() + u'/' + entry;
+    }
+    std::sort(leftOut.begin(), leftOut.end());
+    return leftOut;
+}
+
+} // namespace paravue

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "changes/SecretKeys.h"
+#include "snapshots/Snapshot.h"
+
+#include <QList>
+#include <QString>
+
+namespace paravue
+{
+
+/// A snapshot on the disk.
+struct KeptSnapshot {
+    QString path;
+    SnapshotInfo info;
+    QString problem; ///< why it cannot be used, in words for the user; mostly empty
+};
+
+/// The snapshots of one recorder: archives named after their time in a folder of their own, which only its
+/// owner may read.
+class SnapshotFolder
+{
+public:
+    static constexpr int UsualCount = 30;
+
+    /// The folder within \a root of \a recorder, as recorderOfAddress() gives it. Its name is a safe one on
+    /// every system, and not that of another recorder. Nothing is made on the disk yet.
+    SnapshotFolder(const QString &root, const QString &recorder);
+    /// Where a user's snapshots usually are.
+    static QString usualRoot();
+
+    QString path() const { return m_path; }
+    /// The newest first. What has the name of a snapshot but cannot be read is listed with its problem.
+    QList<KeptSnapshot> list() const;
+
+    /// What keep() has done; \a problem is in words for the user, and empty when the snapshot at \a path is
+    /// on the disk.
+    struct Result {
+        QString path;
+        QString problem;
+    };
+    /// Keeps \a files as a snapshot of now, without the values that \a secrets knows unless it is null, and
+    /// removes the oldest ones beyond \a count.
+    Result keep(const FileContents &files, const SecretKeys *secrets, int count = UsualCount);
+    /// Keeps a snapshot that is whole already, under a new name after its time.
+    Result keep(const Snapshot &snapshot, int count = UsualCount);
+
+private:
+    QString newPath(const QDateTime &time) const;
+    void prune(int count, const QString &newest) const;
+
+    QString m_root;
+    QString m_recorder;
+    QString m_path;
+};
+
+} // namespace paravue
