@@ -108,9 +108,8 @@ void SaveCheck::collect()
 {
     if (!m_reader)
         return;
-    for (const QString &name : m_reader->files()) {
-        if (m_store && m_store->fileExists(name) && m_reader->fileExists(name + PristineSuffix) &&
-            name != QLatin1StringView("general"))
+    for (const QString &name : m_reader->fetchedFiles()) {
+        if (m_store && m_store->fileExists(name) && name != QLatin1StringView("general"))
             m_recorder.insert(name, contentOf(*m_reader, name));
     }
     // The user may have given another login.

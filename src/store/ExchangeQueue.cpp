@@ -44,6 +44,11 @@ void ExchangeQueue::linkHasEnded()
 
 void ExchangeQueue::call(const QString &name, const QString &arg, Caller caller)
 {
+    if (name == save && m_saveGuard) {
+        const QPointer<ExchangeQueue> alive(this);
+        if (!std::function(m_saveGuard)() || !alive)
+            return;
+    }
     if (caller == Caller::User)
         m_abandoned.clear();
     const Call call = noted(name, arg, caller);

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class OrbSetup;
 
 namespace paravue
@@ -35,6 +37,10 @@ public:
     /// Calls the function, at once or later. At once when no exchange runs, when the last one has failed (the
     /// store then reports it), and for a function that starts no exchange.
     void call(const QString &name, const QString &arg, Caller caller);
+
+    /// \a guard is asked before a save is called, and may run an event loop; the save is dropped unless it
+    /// returns true. One that repeats a failed save is not asked about again.
+    void setSaveGuard(const std::function<bool()> &guard) { m_saveGuard = guard; }
 
     /// The names of the functions that wait, in order.
     QStringList waiting() const;
@@ -89,6 +95,7 @@ private:
     bool m_hasFailed = false;
     bool m_isDone = false; ///< the last exchange has ended as it should
     QStringList m_abandoned;
+    std::function<bool()> m_saveGuard;
 };
 
 } // namespace paravue

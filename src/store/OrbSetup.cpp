@@ -77,12 +77,16 @@ bool OrbSetup::fileExists(const QString &name)
     return !m_filePaths[name].isEmpty();
 }
 
-QStringList OrbSetup::files() const
+QStringList OrbSetup::fetchedFiles() const
 {
+    const QLatin1StringView suffix(".original");
     QStringList names;
     for (auto file = m_filePaths.cbegin(); file != m_filePaths.cend(); ++file) {
-        if (!file->isEmpty())
-            names.append(file.key());
+        if (!file.key().endsWith(suffix))
+            continue;
+        const QString name = file.key().chopped(suffix.size());
+        if (name != QLatin1StringView("tmp") && !m_filePaths.value(name).isEmpty())
+            names << name;
     }
     return names;
 }

@@ -65,8 +65,10 @@ public:
     QString filePath(const QString &name);
     /// True when \a name has a local path. Never reports anything.
     bool fileExists(const QString &name);
-    /// The names of all files that have a local path, sorted.
-    QStringList files() const;
+
+    /// The names of the files that were fetched, which are those with a pristine copy beside them. The answer
+    /// to a function ("tmp") is none of them.
+    QStringList fetchedFiles() const;
 
     /// The first three parts of \a address.
     static QString path(const QString &address);
