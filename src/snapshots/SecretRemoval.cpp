@@ -3,11 +3,13 @@
 #include "snapshots/FileValues.h"
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
+#include "store/OrbSetup.h"
 #include "store/StateTemplate.h"
 
-#include <QSet>
+#include <QXmlStreamReader>
 
 #include <algorithm>
+#include <vector>
 
 namespace paravue
 {
@@ -117,8 +119,28 @@ QStringList changedEntries(const QByteArray &before, const QByteArray &after)
 
 } // namespace
 
-QStringList removeSecrets(FileContents &files, const SecretKeys &secrets)
+void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets)
 {
+    QXmlStreamReader xml(description);
+    std::vector<bool> isSecret; // of the elements around
+    while (!xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        if (token == QXmlStreamReader::EndElement && !isSecret.empty())
+            isSecret.pop_back();
+        if (token != QXmlStreamReader::StartElement)
+            continue;
+        if (!isSecret.empty() && isSecret.back() && xml.name() == QLatin1StringView("key"))
+            secrets.mark(OrbSetup::path(xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed()));
+        else
+            isSecret.push_back(xml.attributes().value(QLatin1StringView("password")) ==
+                               QLatin1StringView("on"));
+    }
+}
+
+QStringList removeSecrets(FileContents &files)
+{
+    SecretKeys secrets;
+    markDescribedSecrets(files.value(DescriptionFile), secrets);
     const FileContents complete = files;
     SecretLookup lookup(complete, secrets);
     QStringList leftOut;

@@ -6,9 +6,14 @@
 namespace paravue
 {
 
-/// Empties every secret value in \a files, which is the value of a key that \a secrets knows, in lines that
-/// are commented out too, and what the directives of a state file have put of such values into it. A state
-/// file whose directives take too long is removed. Returns what was left out, as SnapshotInfo::leftOut.
-QStringList removeSecrets(FileContents &files, const SecretKeys &secrets);
+/// Marks in \a secrets what an interface description hides while it is typed: the addresses of all elements
+/// with password="on".
+void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets);
+
+/// Empties every secret value in \a files: those of keys whose names tell it, in lines that are commented out
+/// too, what the description among the files hides, and what the directives of a state file have put of such
+/// values into it. A state file whose directives take too long is removed. Returns what was left out, as
+/// SnapshotInfo::leftOut.
+QStringList removeSecrets(FileContents &files);
 
 } // namespace paravue

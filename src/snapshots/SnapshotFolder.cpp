@@ -105,15 +105,15 @@ QList<KeptSnapshot> SnapshotFolder::list() const
     return kept;
 }
 
-SnapshotFolder::Result SnapshotFolder::keep(const FileContents &files, const SecretKeys *secrets, int count)
+SnapshotFolder::Result SnapshotFolder::keep(const FileContents &files, Secrets secrets, int count)
 {
     Snapshot snapshot;
     snapshot.files = files;
     describeRecorder(snapshot.info, files);
     snapshot.info.recorder = m_recorder;
     snapshot.info.time = QDateTime::currentDateTimeUtc();
-    if (secrets)
-        snapshot.info.leftOut = removeSecrets(snapshot.files, *secrets);
+    if (secrets == Secrets::LeftOut)
+        snapshot.info.leftOut = removeSecrets(snapshot.files);
     return keep(snapshot, count);
 }
 

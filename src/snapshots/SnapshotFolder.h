@@ -1,6 +1,5 @@
 #pragma once
 
-#include "changes/SecretKeys.h"
 #include "snapshots/Snapshot.h"
 
 #include <QList>
@@ -39,9 +38,9 @@ public:
         QString path;
         QString problem;
     };
-    /// Keeps \a files as a snapshot of now, without the values that \a secrets knows unless it is null, and
-    /// removes the oldest ones beyond \a count.
-    Result keep(const FileContents &files, const SecretKeys *secrets, int count = UsualCount);
+    enum class Secrets { LeftOut, Kept };
+    /// Keeps \a files as a snapshot of now, and removes the oldest ones beyond \a count.
+    Result keep(const FileContents &files, Secrets secrets = Secrets::LeftOut, int count = UsualCount);
     /// Keeps a snapshot that is whole already, under a new name after its time.
     Result keep(const Snapshot &snapshot, int count = UsualCount);
 

@@ -310,16 +310,16 @@ void TestSnapshotArchive::leavesOutSecrets_data()
 void TestSnapshotArchive::leavesOutSecrets()
 {
     QFETCH(QByteArray, net);
-    SecretKeys secrets;
-    secrets.mark("net/a/PIN");
-    FileContents files{{"net", net},
-                       {"other", "WLAN_KEY='geheim'\r\nID=5\r\n"},
-                       {"interface", "<interface><password>kept</password></interface>"}};
-    QStringList leftOut = removeSecrets(files, secrets);
+    const QByteArray description =
+        "<interface><item type='edit' password='on'><text>PIN</text><key>net/a/PIN/1</key>"
+        "</item><item password='off'><key>net/untitled/ID</key></item>"
+        "<password>kept</password></interface>";
+    FileContents files{{"net", net}, {"other", "WLAN_KEY='geheim'\r\nID=5\r\n"}, {"interface", description}};
+    QStringList leftOut = removeSecrets(files);
     QTEST(files.value("net"), "kept");
     QVERIFY(leftOut.removeOne("other/untitled/WLAN_KEY"));
     QTEST(leftOut, "leftOut");
-    QCOMPARE(files.value("interface"), "<interface><password>kept</password></interface>");
+    QCOMPARE(files.value("interface"), description);
     for (const QByteArray &content : files)
         QVERIFY(!content.contains("geheim"));
 }

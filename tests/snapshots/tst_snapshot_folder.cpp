@@ -43,7 +43,7 @@ int keepForever(const QString &root)
     SnapshotFolder folder(root, "recorder");
     const QByteArray content = noise();
     for (int i = 0;; ++i) {
-        folder.keep({{"net", content}}, nullptr, 3);
+        folder.keep({{"net", content}}, SnapshotFolder::Secrets::Kept, 3);
         QTextStream(stdout) << i << Qt::endl;
     }
 }
@@ -81,7 +81,7 @@ void TestSnapshotFolder::keepsTheNewest()
     other.close();
     QStringList paths;
     for (int i = 0; i < 33; ++i) {
-        const auto [path, problem] = m_folder.keep(filesOf(i), nullptr);
+        const auto [path, problem] = m_folder.keep(filesOf(i), SnapshotFolder::Secrets::Kept);
         QCOMPARE(problem, "");
         paths.prepend(path);
     }
@@ -99,7 +99,7 @@ void TestSnapshotFolder::keepsTheNewest()
 
 void TestSnapshotFolder::keepsTheOneOfASetBackClock()
 {
-    m_folder.keep(filesOf(1), nullptr, 1);
+    m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept, 1);
     Snapshot snapshot;
     snapshot.files = filesOf(2);
     snapshot.info.time = QDateTime::currentDateTimeUtc().addYears(-1);
@@ -110,9 +110,8 @@ void TestSnapshotFolder::keepsTheOneOfASetBackClock()
 
 void TestSnapshotFolder::leavesSecretsToTheCaller()
 {
-    const SecretKeys secrets;
-    m_folder.keep(filesOf(1), nullptr);
-    m_folder.keep(filesOf(1), &secrets);
+    m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept);
+    m_folder.keep(filesOf(1));
     const QList<KeptSnapshot> kept = m_folder.list();
     QCOMPARE(kept[0].info.leftOut, QStringList("net/untitled/PASSWORD"));
     QVERIFY(!snapshotarchive::read(kept[0].path).snapshot.files["net"].contains("secret"));
@@ -125,7 +124,7 @@ void TestSnapshotFolder::isForItsOwner()
 {
     const mode_t before = ::umask(0);
     QDir().mkpath(m_folder.path()); // an older one that others can read
-    const QString path = m_folder.keep(filesOf(1), nullptr).path;
+    const QString path = m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept).path;
     ::umask(before);
     for (const QString &own : {path, m_folder.path(), QFileInfo(m_folder.path()).path()})
         QVERIFY2(!(QFile::permissions(own) & Others), qPrintable(own));
@@ -133,8 +132,8 @@ void TestSnapshotFolder::isForItsOwner()
 
 void TestSnapshotFolder::listsWhatIsDamaged()
 {
-    const QString path = m_folder.keep(filesOf(1), nullptr).path;
-    m_folder.keep(filesOf(2), nullptr);
+    const QString path = m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept).path;
+    m_folder.keep(filesOf(2), SnapshotFolder::Secrets::Kept);
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly)); // empties it
     file.close();
@@ -181,10 +180,10 @@ void TestSnapshotFolder::hasASafeName()
 
 void TestSnapshotFolder::tellsOfAFullDisk()
 {
-    m_folder.keep(filesOf(1), nullptr, 1);
+    m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept, 1);
     const auto [path, problem] = [this] {
         const FullDisk full;
-        return m_folder.keep(filesOf(2), nullptr, 1);
+        return m_folder.keep(filesOf(2), SnapshotFolder::Secrets::Kept, 1);
     }();
     QCOMPARE(path, "");
     QVERIFY2(problem.contains("cannot be written"), qPrintable(problem));
@@ -213,11 +212,11 @@ void TestSnapshotFolder::leavesNothingHalfWhenKilled()
     const QString left = m_folder.path() + "/2024-05-01T115802.125Z.zip.Abcdef";
     QFile file(left);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("half") == 4 && file.flush());
-    m_folder.keep(filesOf(1), nullptr);
+    m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept);
     QVERIFY(file.exists());
     QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
     file.close();
-    m_folder.keep(filesOf(1), nullptr);
+    m_folder.keep(filesOf(1), SnapshotFolder::Secrets::Kept);
     QVERIFY(!file.exists());
 }
 
