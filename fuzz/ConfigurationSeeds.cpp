@@ -5,8 +5,11 @@
 
 #include "device/login/SavedCredentials.h"
 #include "recorder/files/Gzip.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotManifest.h"
 #include "store/OrbSettings.h"
 
+#include <QCryptographicHash>
 #include <QDomDocument>
 #include <QFile>
 #include <QSet>
@@ -132,6 +135,34 @@ QList<QByteArray> editsOf(const QString &name)
                  << "new/NEW/two words";
 }
 
+void addSnapshots(Corpus &corpus)
+{
+    Snapshot snapshot;
+    snapshot.info.recorder = "10.0.0.5";
+    snapshot.info.time = QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
+    snapshot.info.leftOut = QStringList{"net/untitled/SMTP_PASSWORD"};
+    QList<QByteArray> named;
+    for (const QString &name : {"net", "users", "state"}) {
+        snapshot.files.insert(name, modelFile(name));
+        named << name.toUtf8() << modelFile(name);
+    }
+    snapshot.edited.insert("net", "ID=1\r\n");
+    corpus.add("snapshot", "archive", {}, snapshotarchive::pack(snapshot).bytes);
+    corpus.add("snapshot", "files", "F", joined(named));
+    named << "other"
+          << "PSK_KEY=secret\n"
+          << "lines"
+          << "; PASSWORD='x'\nwlan secret\n#!s/wlan .*/wlan {other/untitled/PSK_KEY}/\n";
+    corpus.add("snapshot", "secrets", "F", joined(named));
+
+    SnapshotManifest manifest{snapshot.info, {}};
+    for (const char *entry : {"files/net", "edited/net"})
+        manifest.files.insert(entry, {4, QCryptographicHash::hash("ID=1", QCryptographicHash::Sha256)});
+    corpus.add(
+        "snapshot", "entries", "E",
+        joined({SnapshotManifest::EntryName, manifest.toJson(), "files/net", "ID=1", "edited/net", "ID=1"}));
+}
+
 void addFiles(Corpus &corpus)
 {
     for (const QString &name : FileNames)
@@ -183,6 +214,7 @@ void addTransfers(Corpus &corpus)
 
 void addConfiguration(Corpus &corpus)
 {
+    addSnapshots(corpus);
     addFiles(corpus);
     addTransfers(corpus);
     DescriptionParts parts(corpus);
