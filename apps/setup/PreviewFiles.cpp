@@ -51,7 +51,7 @@ QString PreviewFiles::copyTo(OrbSetup &store, const QString &description, const 
     const QStringList names = QStringList{QStringLiteral("general"), QStringLiteral("tmp")} +
                               OrbNetSetup::fileNames() + OrbNetSetup::fileNames(*interface);
     for (const QString &name : names) {
-        if (store.fileExists(name) || name.contains(u'/') || name.isEmpty())
+        if (store.fileExists(name))
             continue;
         const QString path = QDir(folder).filePath(name);
         const bool isGiven = !folder.isEmpty() && QFileInfo(path).isFile();

@@ -4,6 +4,7 @@
 #include "check/ProblemList.h"
 #include "device/OrbNetSetup.h"
 #include "store/ConfigAddress.h"
+#include "store/FileName.h"
 #include "store/TextPattern.h"
 
 namespace paravue
@@ -47,7 +48,7 @@ void AddressCheck::ownFile(const QDomElement &file, bool isFirst)
 {
     const QString name = file.attribute(QStringLiteral("name"));
     const QString type = file.attribute(QStringLiteral("type"));
-    if (name.isEmpty() || name.contains(u'/'))
+    if (!isPlainFileName(name))
         m_problems.error(file, CheckText::tr("\"%1\" is no name for a configuration file").arg(name));
     else if (m_own->contains(name))
         m_problems.warning(file, CheckText::tr("The file \"%1\" is listed twice").arg(name));

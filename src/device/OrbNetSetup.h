@@ -61,7 +61,8 @@ public:
     void function(const QString &name, const QString &arg) override;
 
     /// The names of the configuration files that a session with this interface description fetches, the
-    /// description's own name included: its own list when it has one, otherwise the built-in list.
+    /// description's own name included: its own list when it has one, otherwise the built-in list. Without
+    /// the names that lead out of a folder or to a device on any system, such as "../net" or "nul".
     static QStringList fileNames(const QByteArray &description = {});
 
     /// The address of the recorder at \a host and any \a port, for the constructor. In an address the port is

@@ -7,6 +7,7 @@
 #include "device/protocol/Limits.h"
 #include "device/protocol/ReplyFrame.h"
 #include "device/protocol/WireBody.h"
+#include "store/FileName.h"
 #include "store/LogText.h"
 #include "store/OrbSettings.h"
 #include "store/StateTemplate.h"
@@ -53,8 +54,10 @@ QStringList OrbNetSetup::fileNames(const QByteArray &description)
 {
     QStringList names;
     if (const auto files = readDescriptionFileList(description)) {
-        for (const ListedFile &file : *files)
-            names.append(file.name);
+        for (const ListedFile &file : *files) {
+            if (isPlainFileName(file.name))
+                names.append(file.name);
+        }
     } else {
         for (const commands &entry : mCommands)
             names.append(QString::fromLatin1(entry.name));

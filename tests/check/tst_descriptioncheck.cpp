@@ -319,6 +319,11 @@ void TestDescriptionCheck::findsProblems_data()
          "fetched",
          "4:31 warning: Unknown file type \"ini\" counts as \"inifile\"",
          "4:79 warning: Without a get_command the file \"map\" is not fetched"});
+    row("files that would lead elsewhere",
+        description("", "<di><difile name='interface'/><difile name='..\\net' get_command='x'/>"
+                        "<difile name='COM1.txt' get_command='x'/></di>"),
+        {"4:31 error: \"..\\net\" is no name for a configuration file",
+         "4:70 error: \"COM1.txt\" is no name for a configuration file"});
     row("pattern of keys", description("", "<s><regexp_key>net/untitled/a)|(b</regexp_key></s>"),
         {"4:4 error: The regular expression \"untitled/a)|(b\" is invalid: unmatched closing parenthesis"});
     row("choices",

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void followsTheFile();
     void keepsTheWindowOfTheLastDocument();
     void jumpsToControls();
+    void staysInItsFolder();
 
 private:
     /// Runs a preview; \a user acts while its window is open.
@@ -180,6 +181,19 @@ void TestPreview::jumpsToControls()
         QCOMPARE(dialogs.count(), 1);
         QVERIFY(qobject_cast<QLineEdit *>(focus));
     });
+}
+
+/// Windows would take these names out of the folder, or to a device.
+void TestPreview::staysInItsFolder()
+{
+    QVERIFY(write("<pvsetup><di><difile name='interface'/><difile name='..\\..\\above'/><difile "
+                  "name='C:net'/><difile name='nul'/><difile name='lens'/></di></pvsetup>"));
+    PreviewFiles files;
+    OrbSetup store("described.xml");
+    QCOMPARE(files.copyTo(store, m_folder->filePath("described.xml"), m_folder->path()), QString());
+    QVERIFY(store.fileExists("lens"));
+    for (const char *name : {"..\\..\\above", "C:net", "nul"})
+        QVERIFY2(!store.fileExists(name), name);
 }
 
 QTEST_MAIN(TestPreview)

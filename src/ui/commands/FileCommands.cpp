@@ -1,6 +1,7 @@
 #include "ui/commands/FileCommands.h"
 
 #include "controls/DialogLoop.h"
+#include "store/FileName.h"
 #include "store/OrbSetup.h"
 #include "store/TextPattern.h"
 #include "store/WholeFile.h"
@@ -16,6 +17,7 @@
 #include "ui/description/DialogTags.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -133,10 +135,10 @@ QString FileCommands::startFolder(const QString &address) const
 {
     const QString path = m_context.store().value(address);
     // Opening a folder of another computer would send it the user's credentials.
-    const bool isRemote = path.startsWith(QLatin1String("//")) || path.startsWith(QLatin1String("\\\\"));
-    if (isRemote && !m_fileAccess.isTrusted(address))
+    if (isPathOfOtherComputer(path) && !m_fileAccess.isTrusted(address))
         return {};
-    return path.left(path.lastIndexOf(u'/') + 1);
+    const QString usual = QDir::fromNativeSeparators(path);
+    return usual.left(usual.lastIndexOf(u'/') + 1);
 }
 
 void FileCommands::closeDialog()
