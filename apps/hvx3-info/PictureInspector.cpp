@@ -82,8 +82,9 @@ bool PictureInspector::open()
         m_context->skip_frame = AVDISCARD_ALL;
         return avcodec_open2(m_context.get(), decoder, nullptr) == 0;
     }
+    const AVBitStreamFilter *kind = av_bsf_get_by_name("extract_extradata");
     AVBSFContext *filter = nullptr;
-    if (av_bsf_alloc(av_bsf_get_by_name("extract_extradata"), &filter) < 0)
+    if (!kind || av_bsf_alloc(kind, &filter) < 0)
         return false;
     m_filter.reset(filter);
     filter->par_in->codec_id = m_facts.codec;

@@ -47,6 +47,9 @@ void readRecording(const QString &file, const std::function<void(const QByteArra
     QByteArray piece(PieceSize, Qt::Uninitialized);
     for (;;) {
         const qint64 size = input.read(piece.data(), PieceSize);
+        // On Windows the end of a pipe is reported as an error.
+        if (size < 0 && file == u'-' && std::feof(stdin) != 0)
+            return;
         if (size < 0)
             throw MediaError(QStringLiteral("cannot read %1: %2").arg(file, input.errorString()));
         if (size == 0)

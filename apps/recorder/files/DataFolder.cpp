@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
+#include <QRandomGenerator>
 
 #include <filesystem>
 #include <system_error>
@@ -37,19 +37,24 @@ std::optional<QByteArray> readFile(const QString &path)
 }
 
 /// Writes a new file and renames it to the old one, so that a reader never sees a part of it. QSaveFile would
-/// also flush it to the disk, which takes longer than all other work for a request. Temporary files are
-/// readable by their owner only, which is kept since the files hold passwords.
+/// also flush it to the disk, which takes longer than all other work for a request, and QTemporaryFile keeps
+/// the file open, which Windows then does not rename. The files hold passwords, so only their owner may read
+/// them.
 bool writeFile(const QString &path, const QByteArray &content)
 {
-    QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
-    if (!file.open() || file.write(content) != content.size() || !file.flush())
+    QFile file(path + u'.' + QString::number(QRandomGenerator::global()->generate64(), 36));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner))
         return false;
+    const bool isWritten = file.write(content) == content.size() && file.flush();
     file.close();
     std::error_code failure;
-    std::filesystem::rename(QFileInfo(file.fileName()).filesystemFilePath(),
-                            QFileInfo(path).filesystemFilePath(), failure);
-    file.setAutoRemove(bool(failure));
-    return !failure;
+    if (isWritten)
+        std::filesystem::rename(QFileInfo(file).filesystemFilePath(), QFileInfo(path).filesystemFilePath(),
+                                failure);
+    if (isWritten && !failure)
+        return true;
+    file.remove();
+    return false;
 }
 
 } // namespace

@@ -96,8 +96,12 @@ QString FileSource::openFile()
 
 QString FileSource::openFilter()
 {
+    const AVBitStreamFilter *kind = av_bsf_get_by_name(filterFor(m_codec));
+    if (!kind)
+        return QStringLiteral("FFmpeg on this computer lacks the filter %1")
+            .arg(QLatin1StringView(filterFor(m_codec)));
     AVBSFContext *filter = nullptr;
-    int result = av_bsf_alloc(av_bsf_get_by_name(filterFor(m_codec)), &filter);
+    int result = av_bsf_alloc(kind, &filter);
     m_filter.reset(filter);
     if (result >= 0)
         result = avcodec_parameters_copy(filter->par_in, m_input->streams[m_stream]->codecpar);
