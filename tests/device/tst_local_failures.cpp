@@ -80,6 +80,7 @@ private Q_SLOTS:
 
 void TestLocalFailures::sendsNoFunctionWithoutItsBody()
 {
+    SKIP_WITHOUT_FULL_DISK();
     FakeRecorder recorder;
     recorder.login().reply("DO FORMAT\r\nLENGTH=11\r\nDISC='USB'\n").expectClosed();
     recorder.startConnection().login().reply("DO FORMAT\r\nLENGTH=13\r\nDISC='DISC2'\n").expectClosed();
@@ -111,6 +112,7 @@ void TestLocalFailures::savesWhatCouldBeWritten_data()
 
 void TestLocalFailures::savesWhatCouldBeWritten()
 {
+    SKIP_WITHOUT_FULL_DISK();
     QFETCH(bool, edits);
     QFETCH(QByteArray, sent);
     QFETCH(QString, names);
@@ -148,6 +150,7 @@ void TestLocalFailures::savesWhatCouldBeWritten()
 
 void TestLocalFailures::sendsNothingOfAFetchThatWasNotKept()
 {
+    SKIP_WITHOUT_FULL_DISK();
     const QMap<QString, QByteArray> bodies{{"net", "A=1\n"}, {"users", "NAME0=admin\n"}};
     FakeRecorder recorder;
     recorder.login().fetchOf(bodies).expectClosed();
@@ -177,6 +180,7 @@ void TestLocalFailures::sendsNothingOfAFetchThatWasNotKept()
 
 void TestLocalFailures::sendsNothingWithoutTheDescription()
 {
+    SKIP_WITHOUT_FULL_DISK();
     const QByteArray description = "<pvsetup version='1.0'><di><difile name='interface'/>"
                                    "<difile name='own' get_command='GET OWN' put_command='PUT OWN'/>"
                                    "</di></pvsetup>";

@@ -195,6 +195,7 @@ void TestSettingsFile::worksWithoutAFolder()
 
 void TestSettingsFile::keepsTheOldFileOnAFullDisk()
 {
+    SKIP_WITHOUT_FULL_DISK();
     Save(record("first", "admin"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("nothing is remembered"));
     {

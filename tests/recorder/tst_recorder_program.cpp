@@ -1,4 +1,5 @@
 #include "RawClient.h"
+#include "support/TemporaryPlace.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -9,6 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using paravue::test::setTemporaryPlace;
 using paravue::test::TestTable;
 
 class TestRecorderProgram : public QObject
@@ -122,7 +124,7 @@ void TestRecorderProgram::leavesNoFilesBehind()
 {
     QTemporaryDir local;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TMPDIR", local.path());
+    setTemporaryPlace(environment, local.path());
     const auto folders = [&local] { return QDir(local.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot); };
     const auto start = [&environment](QProcess &program) {
         program.setProcessEnvironment(environment);

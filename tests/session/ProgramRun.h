@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recorder/RecorderServer.h"
+#include "support/TemporaryPlace.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -30,7 +31,7 @@ inline Run runProgram(const QStringList &arguments, const QString &platform = "o
     process.setStandardInputFile(input);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", platform);
-    environment.insert("TMPDIR", temporaryFolder);
+    setTemporaryPlace(environment, temporaryFolder);
     process.setProcessEnvironment(environment);
     QEventLoop loop; // keeps a recorder of this process answering
     QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);

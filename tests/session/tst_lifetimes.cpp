@@ -116,8 +116,12 @@ int rounds(int usual, int many)
 /// Bytes that the program has allocated; 0 where that is not known.
 size_t allocated()
 {
+#ifdef __GLIBC__
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
+#else
+    return 0;
+#endif
 }
 
 } // namespace

@@ -275,7 +275,7 @@ void TestSetupProgram::leavesNoFilesWhenItIsEnded()
     const auto run = [&](int number) {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("TMPDIR", local.path());
+        setTemporaryPlace(environment, local.path());
         process.setProcessEnvironment(environment);
         process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
         AWAIT_VERIFY_WITHIN(copies() >= bothCopiesOfAllFiles, 20'000);
@@ -316,7 +316,7 @@ void TestSetupProgram::leavesNoFilesOfAKilledRun()
     const auto folders = [&local] { return local.entryList(QDir::Dirs | QDir::NoDotAndDotDot); };
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TMPDIR", local.path());
+    setTemporaryPlace(environment, local.path());
     process.setProcessEnvironment(environment);
     process.start(SETUP_PROGRAM, arguments);
     // Of the program or its simulator, and of the session with that. Each is locked once it holds something.

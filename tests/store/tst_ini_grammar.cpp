@@ -1,13 +1,27 @@
 #include "store/IniGrammar.h"
 
 #include <QRandomGenerator>
-#include <QRegExp>
 #include <QTest>
+#if __has_include(<QRegExp>)
+#include <QRegExp>
+#endif
 
 using namespace paravue;
 
 namespace
 {
+
+QString describeKey(const QString &name, const QString &value)
+{
+    return "key <" + name + "> value <" + value + u'>';
+}
+
+QString describeSection(const QString &name)
+{
+    return "section <" + name + u'>';
+}
+
+#if __has_include(<QRegExp>)
 
 /// What the patterns of the recorder's own tools say about a line, asked from the engine they are written
 /// for.
@@ -25,12 +39,6 @@ public:
         return "other";
     }
 
-    static QString describeKey(const QString &name, const QString &value)
-    {
-        return "key <" + name + "> value <" + value + u'>';
-    }
-    static QString describeSection(const QString &name) { return "section <" + name + u'>'; }
-
 private:
     static QString keyPattern(EmptyValue emptyValue)
     {
@@ -44,14 +52,17 @@ private:
     QRegExp m_section{QStringLiteral(R"(^\s*\[\s*([^\s]+)\s*\].*$)")};
 };
 
+#endif
+
 template <typename View>
 QString describe(const IniLine<View> &line)
 {
     if (line.kind == IniLine<View>::Key)
-        return PatternOracle::describeKey(line.name.toString(), line.value.toString());
-    return line.kind == IniLine<View>::Section ? PatternOracle::describeSection(line.name.toString())
-                                               : QString("other");
+        return describeKey(line.name.toString(), line.value.toString());
+    return line.kind == IniLine<View>::Section ? describeSection(line.name.toString()) : QString("other");
 }
+
+#if __has_include(<QRegExp>)
 
 QString randomLine(QRandomGenerator &random)
 {
@@ -70,6 +81,8 @@ QString randomLine(QRandomGenerator &random)
     return line;
 }
 
+#endif
+
 } // namespace
 
 class TestIniGrammar : public QObject
@@ -85,6 +98,9 @@ private Q_SLOTS:
 
 void TestIniGrammar::agreesWithThePatterns()
 {
+#if !__has_include(<QRegExp>)
+    QSKIP("needs the engine that the patterns are written for");
+#else
     for (const EmptyValue emptyValue : {EmptyValue::IsKey, EmptyValue::IsIgnored}) {
         PatternOracle oracle(emptyValue);
         QRandomGenerator random(20240611);
@@ -105,6 +121,7 @@ void TestIniGrammar::agreesWithThePatterns()
         QVERIFY(keys > 1'600);
         QVERIFY(sections > 160);
     }
+#endif
 }
 
 void TestIniGrammar::anyLineIsLinear()

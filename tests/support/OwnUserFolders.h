@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QStandardPaths>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -15,7 +14,7 @@ public:
     OwnUserFolders()
     {
 #ifdef Q_OS_WIN
-        QStandardPaths::setTestModeEnabled(true);
+        qputenv("PARAVUE_DATA_HOME", m_folder.path().toLocal8Bit());
 #else
         for (const char *variable : {"XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
             qputenv(variable, m_folder.path().toLocal8Bit());
@@ -24,8 +23,7 @@ public:
 
     QString settingsPath() const
     {
-        return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-               "/Paravue/settings.ini";
+        return m_folder.filePath("Paravue/settings.ini");
     }
 
 private:

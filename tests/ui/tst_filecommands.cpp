@@ -230,6 +230,7 @@ void TestFileCommands::keepsTheOldFileOnAFullDisk_data()
 
 void TestFileCommands::keepsTheOldFileOnAFullDisk()
 {
+    SKIP_WITHOUT_FULL_DISK();
     QFETCH(QString, slot);
     QFETCH(QString, param);
     FileWindow window;

@@ -55,14 +55,20 @@ std::optional<QByteArray> contentOf(QFile &file)
     return bytes.size() > MaxFileBytes ? std::nullopt : std::make_optional(bytes);
 }
 
+/// Local application data on Windows. It cannot be moved there by a variable of the system, and programs that
+/// are tried out must not touch it.
+QString userData()
+{
+    const QString given = qEnvironmentVariable("PARAVUE_DATA_HOME");
+    return given.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) : given;
+}
+
 } // namespace
 
 SettingsFile::Places SettingsFile::Places::standard()
 {
     initDefaultSettings();
-    // Local application data on Windows.
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return {data + QStringLiteral("/Paravue"),
+    return {userData() + QStringLiteral("/Paravue"),
             QCoreApplication::instance()
                 ? QCoreApplication::applicationDirPath() + QStringLiteral("/settings.ini")
                 : QString(),
