@@ -141,10 +141,11 @@ void checkCharacters(const QDomElement &element, const ControlTraits &traits, Pr
 
 void checkRange(const QDomElement &element, const ControlTraits &traits, ProblemList &problems)
 {
-    const QString minimum = QStringLiteral("minimum");
-    const QString maximum = QStringLiteral("maximum");
-    if (element.hasAttribute(minimum) && element.hasAttribute(maximum) &&
-        intAttribute(element, minimum) > intAttribute(element, maximum))
+    bool hasMinimum = false;
+    bool hasMaximum = false;
+    const int minimum = element.attribute(QStringLiteral("minimum")).toInt(&hasMinimum);
+    const int maximum = element.attribute(QStringLiteral("maximum")).toInt(&hasMaximum);
+    if (hasMinimum && hasMaximum && minimum > maximum)
         problems.warning(element, CheckText::tr("minimum is greater than maximum"));
     if (!traits.range)
         return;

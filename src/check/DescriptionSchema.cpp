@@ -160,7 +160,7 @@ private:
                 for (const QString &word : rule.words)
                     m_xml.writeTextElement("value", word);
             });
-        } else if (rule.kind == AttributeRule::Number) {
+        } else if (rule.kind == AttributeRule::Number || rule.kind == AttributeRule::Limit) {
             m_xml.writeEmptyElement("data");
             m_xml.writeAttribute("type", "integer");
         } else {

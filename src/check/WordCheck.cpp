@@ -104,6 +104,9 @@ void WordCheck::checkValue(const QDomElement &element, const AttributeRule &rule
     if (rule.kind == AttributeRule::Number && !isNumber(value))
         m_problems.warning(element,
                            CheckText::tr("%1=\"%2\" is no number and counts as 0").arg(rule.name, value));
+    else if (rule.kind == AttributeRule::Limit && !isNumber(value))
+        m_problems.warning(element,
+                           CheckText::tr("%1=\"%2\" is no number and limits nothing").arg(rule.name, value));
     else if (rule.kind == AttributeRule::Word && !rule.words.contains(value))
         m_problems.warning(element, CheckText::tr("Unknown word in %1=\"%2\"; known are %3")
                                         .arg(rule.name, value, rule.words.join(QStringLiteral(", "))));

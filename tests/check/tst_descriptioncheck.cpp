@@ -133,6 +133,15 @@ void TestDescriptionCheck::findsProblems_data()
         {"2:1 warning: Unknown word in alignment=\"centre\"; known are left, center, right",
          "2:1 warning: Unknown word in enabled=\"false\"; known are yes, no",
          "2:1 warning: row=\"x\" is no number and counts as 0"});
+    row("limits of fields",
+        description("<item type='edit' minimum='low' maximum='-1'/>\n<item type='edit' minimum='2' "
+                    "maximum='1' required='always'/>\n<item type='dropdown' required='yes' maximum='1'/>"
+                    "\n<item type='edit' minimum='1' maximum='1' required='no'/>"),
+        {"2:1 warning: minimum=\"low\" is no number and limits nothing",
+         "3:1 warning: Unknown word in required=\"always\"; known are no, yes",
+         "3:1 warning: minimum is greater than maximum",
+         "4:1 warning: The attribute \"maximum\" has no meaning here",
+         "4:1 warning: The attribute \"required\" has no meaning here"});
     row("validator", description("<item type='edit' validator='[0-9'/>"),
         {"2:1 error: The regular expression \"[0-9\" is invalid: missing terminating ] for character class"});
 

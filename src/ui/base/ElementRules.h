@@ -11,6 +11,7 @@ namespace paravue
 struct AttributeRule {
     enum Kind {
         Number,    ///< a decimal number; anything else counts as 0
+        Limit,     ///< a decimal number; anything else is no limit
         Word,      ///< one of some words; anything else counts as the first of them
         Character, ///< just one character
         Pattern,   ///< a regular expression

@@ -25,9 +25,9 @@ public:
                         .attributes = {{"validator", AttributeRule::Pattern},
                                        {"inputMask", AttributeRule::Text},
                                        {"password", AttributeRule::Word, {"on", "off"}},
-                                       {"minimum"},
-                                       {"maximum"},
-                                       {"required", AttributeRule::Word, {"yes", "no"}}},
+                                       {"minimum", AttributeRule::Limit},
+                                       {"maximum", AttributeRule::Limit},
+                                       {"required", AttributeRule::Word, {"no", "yes"}}},
                         .actionStates = {emptyState, filledState},
                         .hasUnfitValues = true})
     {
