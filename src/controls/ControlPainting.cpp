@@ -117,6 +117,19 @@ void paintField(QPainter &painter, const QStyleOption &option, QPalette::ColorRo
     painter.restore();
 }
 
+void paintProblem(QPainter &painter, const QStyleOption &option)
+{
+    constexpr double Width = 2;
+    constexpr double Half = Width / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(problemColor(option.palette), Width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(Half, Half, -Half, -Half), CornerRadius,
+                            CornerRadius);
+    painter.restore();
+}
+
 void paintArrow(QPainter &painter, const QRect &rect, const QColor &color, ArrowDirection direction)
 {
     const QPointF centre = QRectF(rect).center();

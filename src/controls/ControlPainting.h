@@ -22,6 +22,9 @@ QColor edgeColor(const QStyleOption &option);
 /// A rectangle with an edge.
 void paintField(QPainter &painter, const QStyleOption &option, QPalette::ColorRole ground);
 
+/// The outline of a field with a wrong text, over its edge.
+void paintProblem(QPainter &painter, const QStyleOption &option);
+
 enum class ArrowDirection { Up, Down };
 void paintArrow(QPainter &painter, const QRect &rect, const QColor &color, ArrowDirection direction);
 

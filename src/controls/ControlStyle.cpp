@@ -20,6 +20,7 @@ namespace
 
 constexpr int FocusRingMargin = 3;
 constexpr const char *ValueProperty = "paravueShowsValue";
+constexpr const char *ProblemProperty = "paravueProblem";
 
 QStyleOptionButton asDefault(const QStyleOptionButton &button, const QPainter &painter)
 {
@@ -107,6 +108,8 @@ private:
                 return false; // a part of another control
             if (!isShownAsValue(widget))
                 paintField(painter, option, QPalette::Base);
+            if (widget && widget->property(ProblemProperty).toBool())
+                paintProblem(painter, option);
             return true;
         case PE_Frame:
             if (!isList && !(widget && widget->windowType() == Qt::Popup))
@@ -256,6 +259,12 @@ void showAsValue(QWidget &widget)
 bool isShownAsValue(const QWidget *widget)
 {
     return widget && !widget->isEnabled() && widget->property(ValueProperty).toBool();
+}
+
+void showProblem(QWidget &field, bool hasProblem)
+{
+    field.setProperty(ProblemProperty, hasProblem);
+    field.update();
 }
 
 } // namespace paravue

@@ -18,4 +18,7 @@ void showAsValue(QWidget &widget);
 /// True for such a widget while it is disabled.
 bool isShownAsValue(const QWidget *widget);
 
+/// Gives a line edit the thick outline of one whose text is wrong, or takes it away.
+void showProblem(QWidget &field, bool hasProblem);
+
 } // namespace paravue

@@ -74,4 +74,9 @@ QColor markColor(const QPalette &palette)
                            palette.color(QPalette::Window), VisibleContrast * StyleMargin);
 }
 
+QColor problemColor(const QPalette &palette)
+{
+    return readableVersion(QColor(0xC0, 0x20, 0x20), palette.color(QPalette::Window));
+}
+
 } // namespace paravue

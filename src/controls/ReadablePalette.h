@@ -14,5 +14,7 @@ QPalette readablePalette(const QPalette &palette);
 QColor fieldEdgeColor(const QPalette &palette);
 /// The frame around what has the keyboard focus, and other marks in the colour of the selection.
 QColor markColor(const QPalette &palette);
+/// Texts and outlines that say that something is wrong.
+QColor problemColor(const QPalette &palette);
 
 } // namespace paravue

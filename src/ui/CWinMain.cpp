@@ -108,6 +108,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
     m_parts->bindings.setLanguageObserver([this] {
         m_described->showTexts();
         m_parts->dialogs.showTitles();
+        if (m_changes)
+            m_changes->updateTexts();
     });
     m_status = new StatusLine(*setup, this);
     if (options.hasStatusLine)
@@ -166,24 +168,24 @@ void CWinMain::wire()
 
 void CWinMain::trackChanges()
 {
-    m_changes = new ChangeTracking(*this, *m_setup, m_parts->bindings, m_parts->description.table());
-    m_changes->setParent(this);
+    m_changes =
+        std::make_unique<ChangeTracking>(*this, *m_setup, m_parts->bindings, m_parts->description.table());
     m_frame->header()->addTool(m_changes->countButton());
-    connect(m_changes, &ChangeTracking::reviewRequested, this,
+    connect(m_changes.get(), &ChangeTracking::reviewRequested, this,
             [this] { operate([this] { review(false); }); });
-    connect(m_changes, &ChangeTracking::findRequested, this, [this] {
+    connect(m_changes.get(), &ChangeTracking::findRequested, this, [this] {
         operate([this] {
             m_changes->find([this](QDialog &dialog) { letUserAct([&dialog] { DialogLoop::run(dialog); }); });
         });
     });
     ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
-    connect(&queue, &ExchangeQueue::called, m_changes, [this](const QString &name) {
+    connect(&queue, &ExchangeQueue::called, m_changes.get(), [this](const QString &name) {
         if (name != saveFunction)
             return;
         m_changes->noteSaveBegins();
         m_save->noteSaveBegins();
     });
-    connect(&queue, &ExchangeQueue::answered, m_changes, [this](const QString &name) {
+    connect(&queue, &ExchangeQueue::answered, m_changes.get(), [this](const QString &name) {
         if (name != saveFunction)
             return;
         m_changes->noteSaved(m_setup->saveStatus().arrived);
@@ -192,8 +194,8 @@ void CWinMain::trackChanges()
     m_save = std::make_unique<CheckedSave>(
         *m_setup, m_changes->list(), m_options,
         CheckedSave::Services{
-            [this](const auto &wait) { letUserAct(wait); }, [this] { return reviewBeforeSending(); },
-            [this] { m_parts->bindings.reload(); },
+            [this](const auto &wait) { letUserAct(wait); }, [this] { return maySendProblems(); },
+            [this] { return reviewBeforeSending(); }, [this] { m_parts->bindings.reload(); },
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
             [this](const QString &path) { return m_changes->isEditable(path); }},
@@ -210,6 +212,14 @@ void CWinMain::callFunction(const QString &name, const std::function<void()> &ca
         m_parts->actions.abandon();
 }
 
+bool CWinMain::maySendProblems()
+{
+    bool isWanted = true;
+    if (m_changes->hasProblems())
+        letUserAct([&] { isWanted = m_changes->askAboutProblems(); });
+    return isWanted;
+}
+
 bool CWinMain::reviewBeforeSending()
 {
     return !m_options.reviewsBeforeSending || m_changes->list().isEmpty() || review(true);
@@ -220,7 +230,8 @@ bool CWinMain::review(bool offersSending)
     if (m_isReviewing)
         return false;
     const QScopedValueRollback reviewing(m_isReviewing, true);
-    ReviewDialog dialog([this] { return m_changes->reviewed(); }, this);
+    ReviewDialog dialog([this] { return m_changes->reviewed(); }, [this] { return m_changes->problems(); },
+                        this);
     if (offersSending)
         dialog.offerSending();
     connect(&dialog, &ReviewDialog::takeBackRequested, this,
@@ -228,6 +239,7 @@ bool CWinMain::review(bool offersSending)
     letUserAct([&dialog] { DialogLoop::run(dialog); });
     if (!dialog.chosenPath().isEmpty())
         m_changes->goTo(dialog.chosenPath());
+    m_changes->goToControl(dialog.chosenControl());
     return dialog.result() == QDialog::Accepted;
 }
 

@@ -107,6 +107,7 @@ private:
     /// Shows the list of changes; true when they are to be sent now.
     bool review(bool offersSending);
     bool reviewBeforeSending();
+    bool maySendProblems();
     /// Makes a \a call of the function \a name that the user has started.
     void callFunction(const QString &name, const std::function<void()> &call);
     bool mayClose();
@@ -124,10 +125,8 @@ private:
     paravue::StatusLine *m_status = nullptr;
     paravue::LiveAdjustments *m_adjustments = nullptr; ///< null when they are not put back
     const paravue::WindowOptions m_options;
-    paravue::ChangeTracking *m_changes = nullptr; ///< null when they are not tracked
-    std::unique_ptr<paravue::CheckedSave> m_save; ///< null when they are not tracked
-    QString m_builtFrom;                          ///< path of the description that the pages were built from
-    QByteArray m_builtText;                       ///< and its bytes
+    QString m_builtFrom;    ///< path of the description that the pages were built from
+    QByteArray m_builtText; ///< and its bytes
     int m_progress = 0;
     bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
@@ -137,4 +136,6 @@ private:
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;
     std::unique_ptr<paravue::FrameBinding> m_described;
+    std::unique_ptr<paravue::ChangeTracking> m_changes; ///< null when they are not tracked
+    std::unique_ptr<paravue::CheckedSave> m_save;       ///< null when they are not tracked
 };

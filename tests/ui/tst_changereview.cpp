@@ -78,8 +78,9 @@ struct TrackedWindow : DescribedWindow {
         QStringList parts{button->isVisible() ? button->text() : QString("none")};
         const auto *tabs = window->findChild<QTabWidget *>();
         for (int i = 0; i < tabs->count(); ++i) {
-            const auto *badge = qobject_cast<QLabel *>(tabs->tabBar()->tabButton(i, QTabBar::RightSide));
-            parts << tabs->tabText(i) + ' ' + (badge && badge->isVisible() ? badge->text() : "-");
+            const auto *badge = tabs->tabBar()->tabButton(i, QTabBar::RightSide);
+            const auto *count = badge ? badge->findChild<QLabel *>("changeCount") : nullptr;
+            parts << tabs->tabText(i) + ' ' + (count && count->isVisible() ? count->text() : "-");
         }
         return parts.join(", ");
     }

@@ -24,18 +24,6 @@ QString plainText(const QString &text, Qt::TextFormat format = Qt::AutoText)
     return (isRich ? QTextDocumentFragment::fromHtml(text).toPlainText() : text).simplified();
 }
 
-/// A caption without the marks of its access key: "&Save && close" is "Save & close".
-QString withoutAccessKey(const QString &caption)
-{
-    QString text;
-    for (qsizetype i = 0; i < caption.size(); ++i) {
-        if (caption[i] == u'&' && ++i == caption.size())
-            break;
-        text.append(caption[i]);
-    }
-    return text.simplified();
-}
-
 bool isPicture(const QLabel &label)
 {
     return label.hasScaledContents();
@@ -169,6 +157,17 @@ QString controlName(const QWidget &control)
     if (name.isEmpty() && isLabelled(control))
         name = textBeside(control);
     return name.isEmpty() ? plainToolTip(control) : name;
+}
+
+QString withoutAccessKey(const QString &caption)
+{
+    QString text;
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+        if (caption[i] == u'&' && ++i == caption.size())
+            break;
+        text.append(caption[i]);
+    }
+    return text.simplified();
 }
 
 QString plainToolTip(const QWidget &control)

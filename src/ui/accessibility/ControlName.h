@@ -12,6 +12,9 @@ namespace paravue
 /// else its tool tip; empty without any of them.
 QString controlName(const QWidget &control);
 
+/// A caption without the marks of its access key: "&Save && close" is "Save & close".
+QString withoutAccessKey(const QString &caption);
+
 QString plainToolTip(const QWidget &control);
 
 /// Discards the labels of a page, which are collected when the first name is asked for; needed when its grids

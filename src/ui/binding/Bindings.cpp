@@ -64,6 +64,8 @@ void Bindings::loadNew(const QList<int> &numbers)
         control->adapter->load(m_context, *control);
         loadFieldNotes(m_context, *control);
         control->loaded = true;
+        if (m_controlShown)
+            m_controlShown(*control);
         m_actions.reactToState(*control);
     }
 }
@@ -83,6 +85,8 @@ void Bindings::reload(Control &control)
     loadToolTip(m_context, control);
     const bool hasChanged = control.adapter && control.adapter->load(m_context, control);
     loadFieldNotes(m_context, control);
+    if (m_controlShown)
+        m_controlShown(control);
     if (hasChanged)
         m_actions.reactToState(control);
 }
@@ -105,8 +109,11 @@ void Bindings::changed(QWidget *sender)
     write(assignments, isTyped ? ValueOrigin::Person : ValueOrigin::Description);
     // A write may run any code, even replace the description.
     control = m_table.find(number);
-    if (control && control->widget == sender)
-        m_actions.reactToChange(*control);
+    if (!control || control->widget != sender)
+        return;
+    if (m_controlShown && assignments.isEmpty()) // nothing was loaded again
+        m_controlShown(*control);
+    m_actions.reactToChange(*control);
 }
 
 /// Once while one value is edited, and without the value, which may be a password.

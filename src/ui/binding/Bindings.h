@@ -36,6 +36,8 @@ public:
 
     /// Sets these values to what they have behind them ("after") and shows them.
     void putBack(const QList<ValueEdit> &edits);
+    /// \a show is called whenever a control was loaded or edited, so that it may hold another value.
+    void setControlObserver(const std::function<void(const Control &)> &show) { m_controlShown = show; }
     /// What is written from now on can be undone with \a steps.
     void setEditSteps(EditSteps *steps) { m_steps = steps; }
 
@@ -61,6 +63,7 @@ private:
     ActionRunner &m_actions;
     FileAccessGuard &m_fileAccess;
     std::function<void()> m_languageChanged;
+    std::function<void(const Control &)> m_controlShown;
     EditSteps *m_steps = nullptr;
     bool m_isEdited = false;
     QString m_loggedChange; ///< the address that was logged last

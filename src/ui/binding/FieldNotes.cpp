@@ -1,8 +1,8 @@
 #include "ui/binding/FieldNotes.h"
 
 #include "controls/ControlStyle.h"
+#include "controls/ReadablePalette.h"
 #include "ui/base/SafeText.h"
-#include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
@@ -60,6 +60,21 @@ FieldNotes *FieldNotes::of(const QWidget *field)
     return field->findChild<FieldNotes *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
+FieldNotes &FieldNotes::have(const Control &control)
+{
+    FieldNotes *notes = of(control.widget);
+    return notes ? *notes : *new FieldNotes(control, true);
+}
+
+bool FieldNotes::isEmpty(const QLineEdit &field)
+{
+    if (field.inputMask().isEmpty())
+        return field.text().trimmed().isEmpty();
+    QLineEdit untouched;
+    untouched.setInputMask(field.inputMask());
+    return field.text() == untouched.text();
+}
+
 FieldNotes::FieldNotes(const Control &control, bool showsUnit)
     : QObject(control.widget), m_field(control.widget)
 {
@@ -109,8 +124,10 @@ void FieldNotes::follow()
         label->setVisible(!m_field->isHidden());
         label->setEnabled(m_field->isEnabled() || isShownAsValue(m_field));
     }
-    if (m_storedMark)
-        m_storedMark->setVisible(!m_field->isHidden() && !m_storedMark->text().isEmpty());
+    for (QLabel *mark : {m_storedMark, m_refusalMark}) {
+        if (mark)
+            mark->setVisible(!m_field->isHidden() && !mark->text().isEmpty());
+    }
 }
 
 QString FieldNotes::range() const
@@ -122,15 +139,14 @@ QString FieldNotes::range() const
     return m_most ? WindowText::tr("At most %1").arg(*m_most) : QString();
 }
 
-/// What is wrong with the value; empty when nothing is.
 QString FieldNotes::problem() const
 {
     const auto *edit = qobject_cast<QLineEdit *>(m_field);
     if (!edit)
         return {};
-    const QString value = edit->text().trimmed();
-    if (value.isEmpty())
+    if (isEmpty(*edit))
         return m_isRequired ? WindowText::tr("A value is needed here") : QString();
+    const QString value = edit->text().trimmed();
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
     const bool isWithin = isNumber && (!m_least || number >= *m_least) && (!m_most || number <= *m_most);
@@ -144,7 +160,8 @@ void FieldNotes::check()
 {
     if (!m_note)
         return;
-    if (const QString found = problem(); !found.isEmpty())
+    const QString wrong = problem();
+    if (const QString &found = wrong.isEmpty() ? m_refusal : wrong; !found.isEmpty())
         setNote(found, true);
     else if (!m_help.isEmpty())
         setNote(m_help, false);
@@ -159,6 +176,24 @@ void FieldNotes::setNote(const QString &text, bool isProblem)
     m_isProblem = isProblem;
     m_note->setText(text);
     paintNote();
+    describe();
+    m_field->updateGeometry();
+}
+
+void FieldNotes::setRefusal(const QString &text)
+{
+    if (m_refusal == text)
+        return;
+    m_refusal = text;
+    if (m_note)
+        return check();
+    if (!m_refusalMark) {
+        m_refusalMark = makeLabel(*m_field);
+        m_refusalMark->setObjectName(QStringLiteral("refusalMark"));
+    }
+    m_refusalMark->setText(text);
+    paintNote();
+    follow();
     describe();
     m_field->updateGeometry();
 }
@@ -204,20 +239,21 @@ void FieldNotes::setUnfitValue(const std::optional<QString> &value)
 /// For screen readers, which do not come to the labels.
 void FieldNotes::describe()
 {
-    QStringList parts{m_storedSentence, m_note ? m_note->text() : QString()};
+    QStringList parts{m_storedSentence, m_note ? m_note->text() : m_refusal};
     parts.removeAll(QString());
     m_field->setAccessibleDescription(parts.join(QStringLiteral(". ")));
 }
 
 void FieldNotes::paintNote()
 {
-    const QColor ground = m_field->palette().color(QPalette::Window);
     QPalette problem;
-    problem.setColor(QPalette::WindowText, readableVersion(QColor(0xC0, 0x20, 0x20), ground));
+    problem.setColor(QPalette::WindowText, problemColor(m_field->palette()));
     if (m_note)
         m_note->setPalette(m_isProblem ? problem : QPalette());
-    if (m_storedMark)
-        m_storedMark->setPalette(problem);
+    for (QLabel *mark : {m_storedMark, m_refusalMark}) {
+        if (mark)
+            mark->setPalette(problem);
+    }
 }
 
 void loadFieldNotes(ControlContext &context, const Control &control)
@@ -225,8 +261,8 @@ void loadFieldNotes(ControlContext &context, const Control &control)
     FieldNotes *notes = FieldNotes::of(control.widget);
     if (control.adapter && control.adapter->traits().hasUnfitValues) {
         const std::optional<QString> unfit = control.adapter->unfitValue(context, control);
-        if (!notes && unfit)
-            notes = new FieldNotes(control, true);
+        if (unfit)
+            notes = &FieldNotes::have(control);
         if (notes)
             notes->setUnfitValue(unfit);
     }

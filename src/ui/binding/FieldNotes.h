@@ -6,6 +6,7 @@
 #include <optional>
 
 class QLabel;
+class QLineEdit;
 class QWidget;
 
 namespace paravue
@@ -16,7 +17,7 @@ struct Control;
 
 /// What stands beside a field: its unit, a mark when something else is stored than the field shows, and below
 /// it a note, which is a help for the user, or says what is wrong with what the field holds. It only says so:
-/// any value is written as before.
+/// any value is written as before. A field without a note says beside it what is wrong.
 ///
 /// The words of the description are the children "unit" and "help", and of an edit field the attributes
 /// "minimum", "maximum" and "required".
@@ -31,14 +32,24 @@ public:
     static void attach(const Control &control, bool showsUnit);
     /// Null for a widget without notes.
     static FieldNotes *of(const QWidget *field);
+    /// Those of a control that may have none yet.
+    static FieldNotes &have(const Control &control);
+
+    /// Nothing is typed into \a field, apart from the fixed letters of its mask.
+    static bool isEmpty(const QLineEdit &field);
 
     QLabel *unit() const { return m_unit; }
     QLabel *note() const { return m_note; }
     /// Null, or hidden, while the field shows what is stored.
     QLabel *storedMark() const { return m_storedMark; }
 
-    /// What the field holds is said to be wrong.
-    bool hasProblem() const { return m_isProblem; }
+    /// Null until there was something to say; hidden when there is nothing.
+    QLabel *refusalMark() const { return m_refusalMark; }
+
+    /// What is wrong with the value by the words of the description; empty when nothing is.
+    QString problem() const;
+    /// Says why a validator or a mask refuses what the field holds; empty when none does.
+    void setRefusal(const QString &text);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -48,7 +59,6 @@ private:
     FieldNotes(const Control &control, bool showsUnit);
     void check();
     void follow();
-    QString problem() const;
     QString range() const;
     void setNote(const QString &text, bool isProblem);
     void paintNote();
@@ -58,8 +68,10 @@ private:
     QWidget *m_field;
     QLabel *m_unit = nullptr;
     QLabel *m_note = nullptr;
-    QLabel *m_storedMark = nullptr; ///< created by the first value that the field cannot show
+    QLabel *m_storedMark = nullptr;  ///< created by the first value that the field cannot show
+    QLabel *m_refusalMark = nullptr; ///< created by the first refusal of a field without a note
     QString m_help;
+    QString m_refusal;
     QString m_storedSentence; ///< what the mark means, in full
     std::optional<int> m_least;
     std::optional<int> m_most;

@@ -6,13 +6,12 @@
 #include <QSet>
 #include <QString>
 
-class QLabel;
-class QTabWidget;
 class QWidget;
 
 namespace paravue
 {
 
+class TabBadges;
 struct Control;
 
 /// Shows which controls have a value that the recorder does not have: a bar beside each, and on each tab the
@@ -22,7 +21,7 @@ class ChangeMarks : public QObject
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit ChangeMarks(TabBadges &badges) : m_badges(badges) {}
     ~ChangeMarks() override;
 
     /// \a control shows the value at \a path, which is changed or not.
@@ -36,12 +35,8 @@ private:
         QPointer<QWidget> widget;
     };
 
-    void count(QWidget &widget, int difference);
-    void showCount(QTabWidget &tabs, QWidget &page);
-
-    QHash<int, Marked> m_controls;                     ///< by number
-    QHash<const QWidget *, int> m_counts;              ///< by page of a tab
-    QHash<const QWidget *, QPointer<QLabel>> m_badges; ///< the same
+    TabBadges &m_badges;
+    QHash<int, Marked> m_controls; ///< by number
 };
 
 } // namespace paravue

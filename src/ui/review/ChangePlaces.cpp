@@ -79,8 +79,9 @@ bool ChangePlaces::isSecretField(const Control &control)
 QString ChangePlaces::caption(const Control &control)
 {
     QStringList parts;
-    visitPages(*control.widget,
-               [&parts](const QTabWidget &tabs, int index) { parts.prepend(tabs.tabText(index)); });
+    visitPages(*control.widget, [&parts](const QTabWidget &tabs, int index) {
+        parts.prepend(withoutAccessKey(tabs.tabText(index)));
+    });
     parts << controlName(*control.widget);
     parts.removeAll(QString());
     return parts.join(QStringLiteral(" › "));

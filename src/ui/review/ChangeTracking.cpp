@@ -21,17 +21,23 @@ namespace paravue
 ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls)
     : m_window(window), m_bindings(bindings), m_store(store), m_controls(controls), m_places(controls),
       m_list(store), m_steps(store, [this](const QList<ValueEdit> &edits) { m_bindings.putBack(edits); }),
-      m_count(new QToolButton(&window))
+      m_problems(controls), m_count(new QToolButton(&window))
 {
     m_count->setObjectName(QStringLiteral("changes"));
     m_count->setAutoRaise(true);
     m_count->setFocusPolicy(Qt::TabFocus);
-    m_count->setToolTip(tr("Show what was changed and not sent yet (Ctrl+R)"));
+    m_count->setToolTip(tr("Show what was changed and not sent yet, and what is wrong (Ctrl+R)"));
     m_count->hide();
     bindings.setEditSteps(&m_steps);
     connect(m_count, &QToolButton::clicked, this, &ChangeTracking::reviewRequested);
     connect(&m_list, &ChangeList::changed, this, &ChangeTracking::noteChange);
     connect(&m_list, &ChangeList::dropped, this, &ChangeTracking::markAll);
+    bindings.setControlObserver([this](const Control &control) { m_problems.check(control); });
+    connect(&m_problems, &FieldProblems::changed, this, [this](QWidget *field, bool hasProblem) {
+        if (field)
+            m_badges.add(TabBadges::Problems, *field, hasProblem ? 1 : -1);
+        showCount();
+    });
     connect(&m_steps, &EditSteps::moved, this,
             [this](const QList<ValueEdit> &edits) { goTo(edits.constFirst().path); });
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), &window), &QShortcut::activated, this,
@@ -39,13 +45,25 @@ ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindi
     connect(new QShortcut(QKeySequence::Find, &window), &QShortcut::activated, this,
             &ChangeTracking::findRequested);
     connect(new QShortcut(QKeySequence::Undo, &window), &QShortcut::activated, this, &ChangeTracking::undo);
+    for (const bool isBackwards : {false, true}) {
+        const QKeyCombination keys(isBackwards ? Qt::ShiftModifier : Qt::NoModifier, Qt::Key_F8);
+        connect(new QShortcut(keys, &window), &QShortcut::activated, this,
+                [this, isBackwards] { goToNextProblem(isBackwards); });
+    }
     for (const QKeyCombination keys : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y})
         connect(new QShortcut(keys, &window), &QShortcut::activated, this, &ChangeTracking::redo);
+}
+
+ChangeTracking::~ChangeTracking()
+{
+    m_bindings.setEditSteps(nullptr);
+    m_bindings.setControlObserver({});
 }
 
 void ChangeTracking::startDescription()
 {
     m_hostChanges = m_list.all();
+    m_problems.forgetRemoved();
     markAll();
 }
 
@@ -70,9 +88,13 @@ void ChangeTracking::markAll()
 
 void ChangeTracking::showCount()
 {
-    const qsizetype count = m_list.count();
-    m_count->setText(count == 1 ? tr("1 change") : tr("%1 changes").arg(count));
-    m_count->setVisible(count > 0);
+    QStringList parts;
+    if (!m_list.isEmpty())
+        parts << TabBadges::changesText(m_list.count());
+    if (hasProblems())
+        parts << TabBadges::problemsText(m_problems.count());
+    m_count->setText(parts.join(QStringLiteral(", ")));
+    m_count->setVisible(!parts.isEmpty());
 }
 
 void ChangeTracking::noteSaved(const QStringList &arrived)
@@ -108,6 +130,35 @@ QList<ReviewedChange> ChangeTracking::reviewed() const
     return all;
 }
 
+QList<ReviewedProblem> ChangeTracking::problems() const
+{
+    QList<ReviewedProblem> all;
+    for (const int number : m_problems.controls()) {
+        if (const Control *control = m_controls.find(number); control && control->widget)
+            all.append({ChangePlaces::caption(*control), m_problems.problemOf(number), number});
+    }
+    return all;
+}
+
+bool ChangeTracking::askAboutProblems() const
+{
+    const OrbDlgQuestion::Captions captions{{QMessageBox::Yes, tr("Show the problem")},
+                                            {QMessageBox::Ignore, tr("Send all the same")},
+                                            {QMessageBox::Cancel, tr("Go on editing")}};
+    const QList<ReviewedProblem> left = problems();
+    if (left.isEmpty())
+        return true;
+    const ReviewedProblem &first = left.constFirst();
+    const auto answer = OrbDlgQuestion::DoExplained(
+        &m_window, QMessageBox::Warning, m_window.windowTitle(),
+        tr("There are fields with values that the recorder may refuse."),
+        left.size() == 1 ? first.line() : tr("%1\nand %2 more").arg(first.line()).arg(left.size() - 1),
+        QMessageBox::Yes | QMessageBox::Ignore | QMessageBox::Cancel, QMessageBox::Yes, nullptr, captions);
+    if (answer == QMessageBox::Yes)
+        goToControl(first.control);
+    return answer == QMessageBox::Ignore;
+}
+
 ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 {
     const OrbDlgQuestion::Captions captions{{QMessageBox::Save, tr("Send")},
@@ -141,14 +192,30 @@ void ChangeTracking::goTo(const QString &path) const
         ChangePlaces::show(*editors.constFirst());
 }
 
-void ChangeTracking::find(const std::function<void(QDialog &)> &run)
+void ChangeTracking::goToControl(int number) const
 {
-    const FindIndex index(m_controls, *m_store, m_list);
-    FindDialog dialog(index, &m_window);
-    run(dialog);
-    const Control *control = m_controls.find(dialog.chosenControl());
+    const Control *control = m_controls.find(number);
     if (control && control->widget)
         ChangePlaces::show(*control);
+}
+
+void ChangeTracking::goToNextProblem(bool isBackwards) const
+{
+    int focused = -1;
+    for (const QWidget *widget = m_window.focusWidget(); widget && focused < 0;
+         widget = widget->parentWidget()) {
+        if (const Control *control = m_controls.of(widget))
+            focused = control->number;
+    }
+    goToControl(m_problems.next(focused, isBackwards));
+}
+
+void ChangeTracking::find(const std::function<void(QDialog &)> &run)
+{
+    const FindIndex index(m_controls, *m_store, m_list, m_problems);
+    FindDialog dialog(index, &m_window);
+    run(dialog);
+    goToControl(dialog.chosenControl());
 }
 
 void ChangeTracking::undo()

@@ -5,6 +5,8 @@
 #include "ui/description/StoreReference.h"
 #include "ui/review/ChangeMarks.h"
 #include "ui/review/ChangePlaces.h"
+#include "ui/review/FieldProblems.h"
+#include "ui/review/TabBadges.h"
 
 #include <QObject>
 #include <QStringList>
@@ -21,9 +23,10 @@ namespace paravue
 class Bindings;
 class ControlTable;
 struct ReviewedChange;
+struct ReviewedProblem;
 
 /// What a window does about the changes that its user makes: it marks them, counts them, lists them, and
-/// undoes and takes them back.
+/// undoes and takes them back. It does the same about fields that hold something wrong.
 class ChangeTracking : public QObject
 {
     Q_OBJECT
@@ -31,8 +34,10 @@ class ChangeTracking : public QObject
 public:
     /// All must outlive the object, except that \a store may go.
     ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls);
+    ~ChangeTracking() override;
 
-    /// "3 changes", hidden without any; reviewRequested() follows its click. For the header of the window.
+    /// "3 changes, 1 problem", hidden without any; reviewRequested() follows its click. For the header of the
+    /// window.
     QToolButton *countButton() const { return m_count; }
     const ChangeList &list() const { return m_list; }
     ChangeList &list() { return m_list; }
@@ -52,16 +57,26 @@ public:
 
     /// In the order of the window.
     QList<ReviewedChange> reviewed() const;
+    /// The fields with problems, in the order of the window.
+    QList<ReviewedProblem> problems() const;
+    bool hasProblems() const { return m_problems.count() > 0; }
+    /// Asks whether to send with these problems. When the user wants to see them it goes to the first one.
+    bool askAboutProblems() const;
     enum class Answer { Send, Discard, GoOnEditing };
     /// Asks what is to become of the changes when the window is closed.
     Answer askBeforeClosing() const;
     /// As one step, which can be undone.
     void takeBack(const QStringList &paths);
     void goTo(const QString &path) const;
+    void goToControl(int number) const;
+    /// The field with a problem behind the one that has the focus, or before it.
+    void goToNextProblem(bool isBackwards) const;
     /// Lets the user find a control; \a run runs the dialog.
     void find(const std::function<void(QDialog &)> &run);
     void undo();
     void redo();
+    /// To be called when captions have changed that are no controls.
+    void updateTexts() { m_badges.updateNames(); }
 
 Q_SIGNALS:
     void reviewRequested();
@@ -79,7 +94,9 @@ private:
     ChangePlaces m_places;
     ChangeList m_list;
     EditSteps m_steps;
-    ChangeMarks m_marks;
+    TabBadges m_badges;
+    ChangeMarks m_marks{m_badges};
+    FieldProblems m_problems;
     QToolButton *m_count;
     QList<Change> m_sent;
     QList<Change> m_hostChanges;

@@ -6,8 +6,8 @@
 #include "ui/accessibility/ControlName.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlTable.h"
-#include "ui/binding/FieldNotes.h"
 #include "ui/review/ChangePlaces.h"
+#include "ui/review/FieldProblems.h"
 
 #include <QComboBox>
 #include <QStringList>
@@ -35,7 +35,8 @@ QStringList choicesOf(const QWidget &widget)
 
 } // namespace
 
-FindIndex::FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &changes)
+FindIndex::FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &changes,
+                     const FieldProblems &problems)
 {
     for (const int number : controls.numbersSince(0)) {
         const Control *control = controls.find(number);
@@ -61,8 +62,7 @@ FindIndex::FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &
                 entry.value = value.simplified();
         }
         entry.address = control->watched.value(0);
-        const FieldNotes *notes = FieldNotes::of(control->widget);
-        entry.hasProblem = notes && notes->hasProblem();
+        entry.hasProblem = !problems.problemOf(number).isEmpty();
         entry.text = texts.join(u'\n').toLower();
         m_entries.push_back(std::move(entry));
     }

@@ -12,13 +12,15 @@ namespace paravue
 
 class ChangeList;
 class ControlTable;
+class FieldProblems;
 
 /// What the controls of a window say and hold, to be searched: captions, tool tips, choices, addresses and
 /// values, but no secrets. Built once for each search, it is looked through at every key.
 class FindIndex
 {
 public:
-    FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &changes);
+    FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &changes,
+              const FieldProblems &problems);
 
     struct Entry {
         int control = 0; ///< number in the table

@@ -4,6 +4,7 @@
 #include "controls/DialogIcons.h"
 #include "controls/WindowLook.h"
 #include "ui/base/WindowStyle.h"
+#include "ui/review/TabBadges.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -24,6 +25,7 @@ namespace
 enum Column { Setting, Old, New, Address, ColumnCount };
 constexpr int PathRole = Qt::UserRole;
 constexpr int IsShownRole = Qt::UserRole + 1;
+constexpr int ControlRole = Qt::UserRole; ///< of a problem
 constexpr QSize ReviewSize(760, 400);
 constexpr int ChangeWidths[] = {270, 140, 140};
 
@@ -37,6 +39,21 @@ QToolButton *makeButton(const QString &text, const QString &toolTip, const char 
     return button;
 }
 
+QTreeWidget *makeProblemList(QWidget *parent)
+{
+    constexpr int Rows = 4; // without scrolling
+    auto *list = new QTreeWidget(parent);
+    list->setObjectName(QStringLiteral("problems"));
+    list->setHeaderLabels({ReviewDialog::tr("Setting"), ReviewDialog::tr("Problem")});
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    list->setAllColumnsShowFocus(true);
+    list->setAccessibleName(ReviewDialog::tr("Problems"));
+    list->header()->resizeSection(0, ChangeWidths[0]);
+    list->setMaximumHeight((Rows + 2) * (list->fontMetrics().height() + 2 * SpacingStep));
+    return list;
+}
+
 /// A value with line ends, or an empty one, in one line.
 QString inOneLine(const QString &value)
 {
@@ -45,8 +62,9 @@ QString inOneLine(const QString &value)
 
 } // namespace
 
-ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
-    : QDialog(parent), m_changes(std::move(changes)), m_list(new QTreeWidget(this)),
+ReviewDialog::ReviewDialog(Changes changes, Problems problems, QWidget *parent)
+    : QDialog(parent), m_changes(std::move(changes)), m_problems(std::move(problems)),
+      m_list(new QTreeWidget(this)), m_problemsTitle(new QLabel(this)), m_problemList(makeProblemList(this)),
       m_takeBack(makeButton(tr("Take back"), tr("Set the selected values to those of the recorder (Delete)"),
                             "takeBack", this)),
       m_takeAllBack(makeButton(tr("Take all back"), tr("Set all values to those of the recorder"),
@@ -72,10 +90,13 @@ ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
     layout->setSpacing(GridSpacing);
+    layout->addWidget(m_problemsTitle);
+    layout->addWidget(m_problemList);
     layout->addWidget(m_list, 1);
     layout->addLayout(bottom);
     resize(ReviewSize);
 
+    setTabOrder(m_problemList, m_list);
     connect(m_takeBack, &QToolButton::clicked, this, [this] { takeBack(selectedPaths()); });
     connect(m_takeAllBack, &QToolButton::clicked, this, [this] {
         QStringList paths;
@@ -88,9 +109,12 @@ ReviewDialog::ReviewDialog(Changes changes, QWidget *parent)
     connect(m_list, &QTreeWidget::itemSelectionChanged, this, &ReviewDialog::updateButtons);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_problemList, &QTreeWidget::itemDoubleClicked, this, &ReviewDialog::goToProblem);
+    m_problemList->installEventFilter(this);
     m_list->installEventFilter(this);
     fill();
-    m_list->setFocus();
+    const bool hasProblemsOnly = m_list->topLevelItemCount() == 0 && m_problemList->topLevelItemCount() > 0;
+    (hasProblemsOnly ? m_problemList : m_list)->setFocus();
     WindowLook::apply(*this);
     DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
 }
@@ -127,7 +151,24 @@ void ReviewDialog::fill()
     if (!rows.isEmpty())
         m_list->setCurrentItem(rows.constFirst(), 0,
                                QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    fillProblems();
     updateButtons();
+}
+
+void ReviewDialog::fillProblems()
+{
+    m_problemList->clear();
+    const QList<ReviewedProblem> problems = m_problems();
+    for (const ReviewedProblem &problem : problems) {
+        auto *row = new QTreeWidgetItem(m_problemList, {problem.caption, problem.text});
+        row->setData(0, ControlRole, problem.control);
+        for (int column = 0; column < m_problemList->columnCount(); ++column)
+            row->setToolTip(column, row->text(column));
+    }
+    m_problemList->setCurrentItem(m_problemList->topLevelItem(0));
+    m_problemsTitle->setText(TabBadges::problemsText(problems.size()));
+    m_problemsTitle->setVisible(!problems.isEmpty());
+    m_problemList->setVisible(!problems.isEmpty());
 }
 
 void ReviewDialog::updateButtons()
@@ -162,13 +203,26 @@ void ReviewDialog::goTo()
     reject();
 }
 
+void ReviewDialog::goToProblem()
+{
+    const QTreeWidgetItem *row = m_problemList->currentItem();
+    if (!row)
+        return;
+    m_chosenControl = row->data(0, ControlRole).toInt();
+    reject();
+}
+
 bool ReviewDialog::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::KeyPress)
         return QDialog::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent *>(event)->key();
     const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (key == Qt::Key_Delete)
+    if (watched == m_problemList) {
+        if (!isEnter)
+            return QDialog::eventFilter(watched, event);
+        goToProblem();
+    } else if (key == Qt::Key_Delete)
         takeBack(selectedPaths());
     else if (isEnter && !m_offersSending)
         goTo();

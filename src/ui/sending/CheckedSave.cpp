@@ -43,6 +43,8 @@ bool CheckedSave::run(const std::function<void()> &send)
     if (m_isRunning)
         return false;
     const QScopedValueRollback running(m_isRunning, true);
+    if (!m_services.begin())
+        return false;
     if (m_options.comparesBeforeSending && canAsk() && !(compare() && decideAboutForeignChanges()))
         return false;
     if (!m_services.review())

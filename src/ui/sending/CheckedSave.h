@@ -27,6 +27,8 @@ public:
     struct Services {
         /// Runs \a wait, an event loop in which the user acts.
         std::function<void(const std::function<void()> &wait)> letUserAct;
+        /// Asks about fields with wrong values; false when the user goes on editing.
+        std::function<bool()> begin;
         /// Shows the list of changes; false when the user goes on editing.
         std::function<bool()> review;
         /// Shows values that were changed behind the window's back.

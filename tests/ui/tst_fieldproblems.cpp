@@ -1,0 +1,372 @@
+#include "DescribedWindow.h"
+#include "support/TestTable.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QTreeWidget>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+/// Fields in the order of the window: of a page with a range and a pattern, and of one with a mask, a needed
+/// value, and inner tabs that an action hides.
+const QByteArray Description = describe(
+    "<window><self/></window><tabwidget>"
+    "<tab><name>Video</name><item type='gridlayout'>"
+    "<item type='label'><text>Rate</text></item>"
+    "<item type='edit' column='1' minimum='64' maximum='512'><key>net/untitled/RATE</key><rate/></item>"
+    "<item type='label' row='1'><text>From</text></item>"
+    "<item type='edit' row='1' column='1' validator='[0-9]{2}:[0-9]{2}'><key>net/untitled/FROM</key></item>"
+    "<item type='checkbox' row='2'><text>Own rate</text><key>net/untitled/OWN</key>"
+    "<action type='enable' state='on'>rate</action><action type='disable' state='off'>rate</action></item>"
+    "</item></tab>"
+    "<tab><name>Net&amp;work</name><item type='gridlayout'>"
+    "<item type='label'><text>Code</text></item>"
+    "<item type='edit' column='1' inputMask='99-99'><key>net/untitled/CODE</key></item>"
+    "<item type='tabwidget' row='1' columnSpan='2'><inner/><tab><name>Mail</name><item type='gridlayout'>"
+    "<item type='label'><text>Server</text></item>"
+    "<item type='edit' column='1' required='yes'><key>net/untitled/SERVER</key></item>"
+    "</item></tab></item>"
+    "<item type='pushbutton' row='2'><text>No mail</text>"
+    "<action type='call' slot='hide'>inner</action></item>"
+    "<item type='pushbutton' row='3'><text>Mail</text><action type='call' slot='show'>inner</action></item>"
+    "<item type='setup' row='4'><device/></item>"
+    "</item></tab></tabwidget>"
+    "<buttonOK><action type='call' slot='callSetup' param='save_settings'>device</action>"
+    "<action type='call' slot='setValue' param='tmp/untitled/OK/pressed'>self</action></buttonOK>");
+
+const QByteArray Fine = "RATE=128\nFROM=08:00\nOWN=on\nCODE=12-34\nSERVER=mail\n";
+
+const QString RangeNote = "From 64 to 512";
+
+enum Field { Rate, From, Code, Server };
+
+struct Window : DescribedWindow {
+    explicit Window(const QByteArray &net = Fine, WindowOptions options = {.tracksChanges = true})
+        : DescribedWindow(Description, {{"net", net}, {"net.original", net}, {"tmp", "A=1\n"}}, options)
+    {
+    }
+
+    QLineEdit &field(Field which) const
+    {
+        const bool isFirstPage = which == Rate || which == From;
+        const auto fields = tabs().widget(isFirstPage ? 0 : 1)->findChildren<QLineEdit *>();
+        return *fields[which == Rate || which == Code ? 0 : 1];
+    }
+    void type(Field which, const QString &text) const
+    {
+        field(which).setFocus();
+        field(which).selectAll();
+        QTest::keyClicks(&field(which), text);
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QTest::keyClick(window->focusWidget() ? window->focusWidget() : window.get(), key, modifiers);
+    }
+    const QTabWidget &tabs() const { return *window->findChild<QTabWidget *>(); }
+    /// What is said at the fields, on the tabs and in the header.
+    QString said() const
+    {
+        QStringList parts;
+        for (int i = 0; i < tabs().count(); ++i) {
+            const QWidget *badge = tabs().tabBar()->tabButton(i, QTabBar::RightSide);
+            const auto *count = badge ? badge->findChild<QLabel *>("problemCount") : nullptr;
+            parts << (count && count->isVisible() ? count->text() : "-");
+        }
+        for (const Field which : {Rate, From, Code, Server}) {
+            const QString text = field(which).accessibleDescription();
+            if (!text.isEmpty() && text != RangeNote && text != "Required")
+                parts << text;
+        }
+        return parts.join(" | ");
+    }
+    QString header() const
+    {
+        const auto *button = window->findChild<QToolButton *>("changes");
+        return button->isVisible() ? button->text() : QString();
+    }
+    bool hasOutline(Field which) const
+    {
+        const QImage picture = field(which).grab().toImage();
+        const QColor inside = picture.pixelColor(1, picture.height() / 2);
+        return inside.red() > inside.green() + 60;
+    }
+};
+
+} // namespace
+
+/// Fields that hold something wrong are marked, counted, listed and visited.
+class TestFieldProblems : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void saysWhatIsWrong_data();
+    void saysWhatIsWrong();
+    void marksTheField();
+    void followsEveryWayOfAnEdit();
+    void ofUsableFieldsOnly();
+    void speaksOnTheTabs();
+    void goesToTheNext();
+    void areListed();
+    void areFound();
+    void areAskedAbout_data();
+    void areAskedAbout();
+    void areLeftToHostsThatAsk();
+    void endWithTheirDialog();
+    void endWithTheirDescription();
+};
+
+void TestFieldProblems::saysWhatIsWrong_data()
+{
+    const TestTable<Field, QString, QString> row("field", "typed", "said");
+    row("within", Rate, "64", "- | -");
+    row("beyond", Rate, "9", "!1 | - | Outside of the range: " + RangeNote);
+    row("half a pattern", From, "07:3", "!1 | - | Not complete");
+    row("whole pattern", From, "07:30", "- | -");
+    row("nothing, with a pattern", From, "\b", "- | -");
+    row("half a mask", Code, "12-3\x7f", "- | !1 | Not complete");
+    row("empty mask", Code, "\x7f", "- | -");
+    row("missing", Server, "\b", "- | !1 | A value is needed here");
+}
+
+void TestFieldProblems::saysWhatIsWrong()
+{
+    QFETCH(Field, field);
+    QFETCH(QString, typed);
+    Window window;
+    QCOMPARE(window.said(), "- | -");
+    QLineEdit &edit = window.field(field);
+    edit.setFocus();
+    edit.selectAll();
+    for (const QChar letter : typed) {
+        if (letter == u'\b' || letter == u'\x7f')
+            QTest::keyClick(&edit, letter == u'\b' ? Qt::Key_Backspace : Qt::Key_Delete);
+        else
+            QTest::keyClick(&edit, letter.toLatin1());
+    }
+    QTEST(window.said(), "said");
+    // It is written all the same.
+    const QString names[] = {"RATE", "FROM", "CODE", "SERVER"};
+    QCOMPARE(window.value("net/untitled/" + names[field]), edit.text());
+}
+
+void TestFieldProblems::marksTheField()
+{
+    Window window;
+    const QWidget *badge = nullptr;
+    for (const Field which : {Rate, From}) {
+        QVERIFY(!window.hasOutline(which));
+        window.type(which, "1");
+        QVERIFY(window.hasOutline(which));
+        const auto labels = window.page()->findChildren<QLabel *>();
+        const QString text = which == Rate ? "Outside of the range: " + RangeNote : "Not complete";
+        const auto isText = [&text](const QLabel *label) { return label->text() == text; };
+        const auto label = std::find_if(labels.begin(), labels.end(), isText);
+        QVERIFY(label != labels.end() && (*label)->isVisible());
+        badge = window.tabs().tabBar()->tabButton(0, QTabBar::RightSide);
+    }
+    QVERIFY(badge && badge->width() >= badge->sizeHint().width());
+    Window plain(Fine, {});
+    plain.type(From, "1");
+    QVERIFY(!plain.hasOutline(From));
+    QCOMPARE(plain.field(From).accessibleDescription(), "");
+}
+
+/// A value is also changed by undoing, by actions of other controls, and by another fetch.
+void TestFieldProblems::followsEveryWayOfAnEdit()
+{
+    Window window;
+    window.type(Rate, "9");
+    QCOMPARE(window.header(), "1 change, 1 problem");
+    window.widget<QCheckBox>()->setFocus();
+    window.press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(window.header(), "");
+    window.window->setValue("net/untitled/FROM/8");
+    QCOMPARE(window.header(), "1 change, 1 problem");
+    window.window->setValue("net/untitled/FROM/08:00");
+    QCOMPARE(window.header(), "");
+    for (const char *value : {"RATE/1", "FROM/1", "SERVER/"})
+        window.fixture.store().setValue(QString("net/untitled/") + value);
+    window.fixture.store().load();
+    QCOMPARE(window.header(), "3 changes, 3 problems");
+}
+
+void TestFieldProblems::ofUsableFieldsOnly()
+{
+    Window window("RATE=1\nFROM=08:00\nOWN=off\nCODE=12-34\n");
+    QCOMPARE(window.header(), "1 problem");
+    QVERIFY(!window.hasOutline(Rate));
+    window.widget<QCheckBox>()->click();
+    QCOMPARE(window.header(), "1 change, 2 problems");
+    QVERIFY(window.hasOutline(Rate));
+    // What stands in hidden tabs is hidden, whichever page is open.
+    window.button<QPushButton>("No mail")->click();
+    QCOMPARE(window.header(), "1 change, 1 problem");
+    window.button<QPushButton>("Mail")->click();
+    QCOMPARE(window.header(), "1 change, 2 problems");
+    window.widget<QCheckBox>()->click();
+    QCOMPARE(window.header(), "1 problem");
+    QVERIFY(!window.hasOutline(Rate));
+}
+
+void TestFieldProblems::speaksOnTheTabs()
+{
+    Window window("RATE=1\nFROM=8\nOWN=on\nCODE=12-34\nSERVER=mail\n");
+    QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(window.tabs().tabBar());
+    const auto spoken = [bar](int tab) { return bar->child(tab)->text(QAccessible::Name); };
+    QCOMPARE(spoken(0), "Video, 2 problems");
+    QCOMPARE(spoken(1), "Network");
+    window.type(Rate, "65");
+    QCOMPARE(spoken(0), "Video, 1 change, 1 problem");
+    window.type(Server, "x");
+    QCOMPARE(spoken(1), "Network, 1 change");
+    window.press(Qt::Key_Z, Qt::ControlModifier);
+    window.press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(spoken(1), "Network");
+}
+
+void TestFieldProblems::goesToTheNext()
+{
+    Window window("RATE=1\nFROM=08:00\nOWN=on\nCODE=1\n");
+    const auto focus = [&window] {
+        for (const Field which : {Rate, From, Code, Server}) {
+            if (window.field(which).hasFocus())
+                return int(which);
+        }
+        return -1;
+    };
+    for (const Field expected : {Rate, Code, Server, Rate}) {
+        window.press(Qt::Key_F8);
+        QCOMPARE(focus(), int(expected));
+        QVERIFY(window.field(expected).isVisible());
+    }
+    for (const Field expected : {Server, Code}) {
+        window.press(Qt::Key_F8, Qt::ShiftModifier);
+        QCOMPARE(focus(), int(expected));
+    }
+    window.field(From).setFocus();
+    window.press(Qt::Key_F8, Qt::ShiftModifier);
+    QCOMPARE(focus(), int(Rate));
+    for (const Field which : {Rate, Code, Server})
+        window.type(which, which == Code ? "12-34" : "100");
+    window.press(Qt::Key_F8);
+    QCOMPARE(focus(), int(Server));
+}
+
+void TestFieldProblems::areListed()
+{
+    Window window("RATE=1\nFROM=08:00\nOWN=on\nCODE=1\nSERVER=mail\n");
+    QStringList rows;
+    const ModalWatcher lists(
+        [&rows](QWidget &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>("problems");
+            for (int i = 0; i < list->topLevelItemCount(); ++i)
+                rows << list->topLevelItem(i)->text(0) + ": " + list->topLevelItem(i)->text(1);
+            QVERIFY(list->isVisible() && list->hasFocus());
+            QTest::keyClick(list, Qt::Key_Down);
+            QTest::keyClick(list, Qt::Key_Return);
+        },
+        "paravue::ReviewDialog");
+    window.window->findChild<QToolButton *>("changes")->click();
+    QCOMPARE(rows, QStringList({"Video › Rate: Outside of the range: From 64 to 512",
+                                "Network › Code: Not complete"}));
+    window.press(Qt::Key_Control);
+    QVERIFY(window.field(Code).hasFocus());
+}
+
+void TestFieldProblems::areFound()
+{
+    Window window("RATE=1\nFROM=08:00\nOWN=on\nCODE=12-34\nSERVER=mail\n");
+    QStringList found;
+    const ModalWatcher dialogs(
+        [&found](QWidget &dialog) {
+            for (QCheckBox *box : dialog.findChildren<QCheckBox *>())
+                box->setChecked(box->text() == "With problems");
+            const auto *list = dialog.findChild<QTreeWidget *>();
+            for (int i = 0; i < list->topLevelItemCount(); ++i)
+                found << list->topLevelItem(i)->text(0);
+        },
+        "paravue::FindDialog");
+    window.press(Qt::Key_F, Qt::ControlModifier);
+    QCOMPARE(found, QStringList("Video › Rate"));
+}
+
+void TestFieldProblems::areAskedAbout_data()
+{
+    const TestTable<QMessageBox::StandardButton, bool, bool> row("answer", "isSent", "goesThere");
+    row("none, as nothing is wrong", QMessageBox::NoButton, true, false);
+    row("default", QMessageBox::Ok, false, true);
+    row("send", QMessageBox::Ignore, true, false);
+    row("go on editing", QMessageBox::Cancel, false, false);
+}
+
+void TestFieldProblems::areAskedAbout()
+{
+    QFETCH(QMessageBox::StandardButton, answer);
+    const bool isWrong = answer != QMessageBox::NoButton;
+    Window window(isWrong ? QByteArray("RATE=128\nFROM=08:00\nOWN=on\nCODE=12-34\n") : Fine);
+    window.messages.setAction([answer](QWidget &box) {
+        auto &question = static_cast<QMessageBox &>(box);
+        QVERIFY(question.informativeText().contains("Mail › Server: A value is needed here"));
+        auto *button = question.button(answer);
+        (button ? button : question.defaultButton())->click();
+    });
+    window.button<QPushButton>("OK")->click();
+    QCOMPARE(window.messages.count(), int(isWrong));
+    QTEST(window.value("tmp/untitled/OK") == "pressed", "isSent");
+    window.press(Qt::Key_Control);
+    QTEST(window.field(Server).hasFocus(), "goesThere");
+}
+
+void TestFieldProblems::areLeftToHostsThatAsk()
+{
+    Window window("RATE=1\n", {});
+    window.button<QPushButton>("OK")->click();
+    QCOMPARE(window.messages.count(), 0);
+    QVERIFY(!window.hasOutline(Rate));
+    QCOMPARE(window.tabs().tabBar()->tabButton(0, QTabBar::RightSide), nullptr);
+    QCOMPARE(window.value("tmp/untitled/OK"), "pressed");
+}
+
+void TestFieldProblems::endWithTheirDialog()
+{
+    DescribedWindow window(
+        describePage("<item type='pushbutton'><text>Open</text>"
+                     "<action type='call' slot='showDialog' param='more'>self</action></item>",
+                     "<dialog><more/><item type='gridlayout'><item type='edit' required='yes'>"
+                     "<key>net/untitled/NAME</key></item></item></dialog>"),
+        {{"net", "A=1\n"}}, {.tracksChanges = true});
+    const auto *header = window.window->findChild<QToolButton *>("changes");
+    QString whileOpen;
+    const ModalWatcher dialogs([&](QWidget &) { whileOpen = header->text(); }, "QDialog");
+    window.button<QPushButton>("Open")->click();
+    window.settle();
+    QCOMPARE(whileOpen, "1 problem");
+    QVERIFY(!header->isVisible());
+}
+
+void TestFieldProblems::endWithTheirDescription()
+{
+    Window window("RATE=1\nFROM=08:00\nOWN=on\nCODE=1\nSERVER=mail\n");
+    QCOMPARE(window.header(), "2 problems");
+    window.fixture.setFile(
+        "interface", describePage("<item type='edit' validator='x'><key>net/untitled/CODE</key></item>"));
+    window.window->onLoadDone();
+    window.settle();
+    QCOMPARE(window.header(), "1 problem");
+}
+
+QTEST_MAIN(TestFieldProblems)
+#include "tst_fieldproblems.moc"
