@@ -65,7 +65,8 @@ ExitCode runForUser(OrbSetup &store)
                                             .asksBeforeClosing = true,
                                             .reviewsBeforeSending = true,
                                             .comparesBeforeSending = true,
-                                            .confirmsSaves = true}});
+                                            .confirmsSaves = true,
+                                            .confirmsDangerousFunctions = true}});
     const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
     // The user has seen the problems of a save.

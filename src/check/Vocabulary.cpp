@@ -21,7 +21,8 @@ QList<ElementRule> frameRules()
     const QList<AttributeRule> call{{typeName, Rule::Text, {"call", "enable", "disable"}},
                                     {"slot", Rule::Text},
                                     {"param", Rule::Text},
-                                    {"state", Rule::Text}};
+                                    {"state", Rule::Text},
+                                    {"danger", Rule::Text, {"data", "restart"}}};
     return {
         {"pvsetup",
          {{"version", Rule::Text, {"1.0"}}},

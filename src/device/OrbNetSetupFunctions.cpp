@@ -73,7 +73,7 @@ OrbSetup::FunctionUse OrbNetSetup::useOfFunction(const QString &name, const QStr
         return {name == u"save_settings"};
     const bool startsExchange =
         command->kind != DeviceCommand::Kind::Cancel && command->kind != DeviceCommand::Kind::AdjustPicture;
-    FunctionUse use{startsExchange};
+    FunctionUse use{.startsExchange = startsExchange, .danger = command->danger};
     if (command->kind == DeviceCommand::Kind::InstallPackage)
         use.addresses << arg;
     for (const char *address : command->addresses) {

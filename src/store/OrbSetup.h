@@ -129,10 +129,17 @@ public:
     /// dropped. False, with a report, when it cannot be kept, and always for a local store.
     bool takeAsFetched(const QString &name, const QByteArray &content);
 
+    /// What a user may lose by a function.
+    enum class FunctionDanger {
+        None,
+        Data,    ///< something is gone for good: recordings, settings, a package
+        Restart, ///< the recorder restarts, and records nothing meanwhile
+    };
     /// What a call of function() does on the link.
     struct FunctionUse {
         bool startsExchange = false;
         QStringList addresses = {}; ///< of the values that it sends
+        FunctionDanger danger = FunctionDanger::None;
     };
     FunctionUse functionUse(const QString &name, const QString &arg) const;
 

@@ -17,6 +17,7 @@
 #include "ui/window/ErrorDisplay.h"
 #include "ui/window/FileAccessPrompt.h"
 #include "ui/window/FrameBinding.h"
+#include "ui/window/FunctionQuestion.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/StatusLine.h"
 #include "ui/window/WindowDrag.h"
@@ -204,12 +205,32 @@ void CWinMain::trackChanges()
 
 void CWinMain::callFunction(const QString &name, const std::function<void()> &call)
 {
-    if (name != saveFunction || !m_save)
-        return call();
-    bool goesOn = false;
-    operate([&] { goesOn = m_save->run(call); });
+    bool goesOn = true;
+    operate([&] {
+        if (name == saveFunction && m_save)
+            goesOn = m_save->run(call);
+        else if ((goesOn = mayCall(name)))
+            call();
+    });
     if (!goesOn)
         m_parts->actions.abandon();
+}
+
+bool CWinMain::mayCall(const QString &name)
+{
+    const OrbSetup::FunctionDanger danger =
+        dangerOf(m_parts->actions.action(), m_setup->functionUse(name, QString()).danger);
+    if (!m_options.confirmsDangerousFunctions || danger == OrbSetup::FunctionDanger::None)
+        return true;
+    // A dialog of the description has asked already.
+    const QWidget *origin = m_parts->actions.origin();
+    bool isAllowed = origin && origin->window() != window();
+    if (!isAllowed)
+        letUserAct(
+            [&] { isAllowed = askForFunction(this, m_frame->header()->label()->text(), name, danger); });
+    if (isAllowed && danger == OrbSetup::FunctionDanger::Restart)
+        m_status->expectRestartAfter(name);
+    return isAllowed;
 }
 
 bool CWinMain::maySendProblems()

@@ -106,6 +106,7 @@ private:
     void trackChanges();
     /// Shows the list of changes; true when they are to be sent now.
     bool review(bool offersSending);
+    bool mayCall(const QString &name);
     bool reviewBeforeSending();
     bool maySendProblems();
     /// Makes a \a call of the function \a name that the user has started.

@@ -44,6 +44,9 @@ struct WindowOptions {
     /// With tracksChanges: a dialog shows the state of each file while a save runs; afterwards the files are
     /// fetched again, and what the recorder keeps otherwise is shown.
     bool confirmsSaves = false;
+    /// A function that loses data or restarts the recorder is called after a question only, except from a
+    /// dialog of the description, which has asked already.
+    bool confirmsDangerousFunctions = false;
 };
 
 } // namespace paravue

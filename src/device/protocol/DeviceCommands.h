@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/OrbSetup.h"
+
 #include <QString>
 
 #include <array>
@@ -19,12 +21,14 @@ struct DeviceCommand {
         Cancel          ///< nothing goes over the wire
     };
     enum class Direction { Send, Fetch };
+    using Danger = OrbSetup::FunctionDanger;
 
     static constexpr int MaxValues = 5;
 
     const char *name;
     const char *request; ///< with its line end
     const char *body;    ///< its placeholders stand for the values at the addresses, in ascending order
+    Danger danger = Danger::None;
     Kind kind = Kind::Simple;
     Direction direction = Direction::Send;
     std::array<const char *, MaxValues> addresses = {};

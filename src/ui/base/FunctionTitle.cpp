@@ -31,6 +31,21 @@ QString functionTitle(const QString &name)
     return titles.value(name, name);
 }
 
+QString functionLoss(const QString &name)
+{
+    const QHash<QString, QString> losses{
+        {"format_usb", WindowText::tr("Everything on the USB disk is lost.")},
+        {"format_disk1", WindowText::tr("All recordings on disk 1 are lost.")},
+        {"format_disk2", WindowText::tr("All recordings on disk 2 are lost.")},
+        {"clear_email_usb", WindowText::tr("All e-mails on the USB disk are lost.")},
+        {"clear_email_disk", WindowText::tr("All e-mails on disk 1 are lost.")},
+        {"clear_email_disk1", WindowText::tr("All e-mails on disk 2 are lost.")},
+        {"soft_reset", WindowText::tr("All settings of the recorder are lost.")},
+        {"remove_package", WindowText::tr("The package and what it does are removed from the recorder.")},
+    };
+    return losses.value(name);
+}
+
 QString functionTitles(const QStringList &names)
 {
     QStringList titles;

@@ -11,5 +11,7 @@ namespace paravue
 QString functionTitle(const QString &name);
 /// The same of several, in one line.
 QString functionTitles(const QStringList &names);
+/// What a call of the function \a name loses, in one sentence; empty when it is not known.
+QString functionLoss(const QString &name);
 
 } // namespace paravue

@@ -41,11 +41,17 @@ QList<QDomElement> actionsOf(const QDomElement &owner)
 class ActionRunner::Group
 {
 public:
-    explicit Group(ActionRunner &runner) : m_runner(runner) { ++m_runner.m_groups; }
+    Group(ActionRunner &runner, QWidget *origin) : m_runner(runner)
+    {
+        if (m_runner.m_groups++ == 0)
+            m_runner.m_origin = origin;
+    }
     ~Group()
     {
-        if (--m_runner.m_groups == 0)
-            m_runner.m_isAbandoned = false;
+        if (--m_runner.m_groups > 0)
+            return;
+        m_runner.m_isAbandoned = false;
+        m_runner.m_origin = nullptr;
     }
     Q_DISABLE_COPY_MOVE(Group)
 
@@ -62,7 +68,7 @@ void ActionRunner::reactToChange(const Control &control)
     const QString actionState = control.adapter->actionState(control);
     const QString callState = control.adapter->callState(control);
     const bool runsCalls = control.adapter->traits().runsCalls;
-    const Group group(*this);
+    const Group group(*this, control.widget);
     for (const QDomElement &action : actionsOf(control.element)) {
         const QString &state = isCall(action) ? callState : actionState;
         const bool asksForState = action.hasAttribute(QStringLiteral("state"));
@@ -91,7 +97,7 @@ void ActionRunner::reactToState(const Control &control)
 
 void ActionRunner::runCalls(const QDomElement &owner)
 {
-    const Group group(*this);
+    const Group group(*this, nullptr);
     for (const QDomElement &action : actionsOf(owner)) {
         if (isCall(action))
             runCall(action);
@@ -134,6 +140,7 @@ void ActionRunner::suspend(const std::function<void()> &wait)
     const QScopedValueRollback unwinding(m_unwinding, false);
     const QScopedValueRollback groups(m_groups, 0);
     const QScopedValueRollback abandoned(m_isAbandoned, false);
+    const QScopedValueRollback origin(m_origin, QPointer<QWidget>());
     wait();
 }
 
@@ -157,6 +164,7 @@ void ActionRunner::invoke(const QPointer<QWidget> &target, const QDomElement &ac
         return;
     }
     const QString param = m_context.text(action.attribute(QStringLiteral("param")));
+    const QScopedValueRollback running(m_action, action);
     // The name of the slot that was found: the requested name may have blanks around it.
     const bool isPermitted = !m_permit || m_permit(*target, QString::fromLatin1(method.name()), param);
     if (isPermitted && target)

@@ -37,6 +37,10 @@ public:
     /// What the running action has called was refused by the user: nothing more runs of what the gesture that
     /// has started it would do.
     void abandon() { m_isAbandoned = m_groups > 0; }
+    /// The control whose gesture has started what runs; null when it was none.
+    const QWidget *origin() const { return m_origin; }
+    /// The action that runs.
+    QDomElement action() const { return m_action; }
     /// True while calls run.
     bool isRunning() const { return m_depth > 0; }
     /// \a permit decides about each call before it is made; it may wait for the user.
@@ -60,6 +64,8 @@ private:
     int m_depth = 0;
     int m_groups = 0; ///< elements whose actions run, one inside the other
     bool m_isAbandoned = false;
+    QPointer<QWidget> m_origin;
+    QDomElement m_action;
     qsizetype m_work = 0; ///< elements that actions have visited since the outermost one began
     bool m_unwinding =
         false; ///< an endless chain was cut; nothing more runs until its outermost action returns

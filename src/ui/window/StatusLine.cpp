@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr int UpdateInterval = 500; // milliseconds
+const QString restartFunction = QStringLiteral("soft_reboot");
 /// In steps that grow, so that a screen reader does not read a new text every second.
 qint64 shownSilence(qint64 milliseconds)
 {
@@ -115,6 +116,12 @@ void StatusLine::noteAnswer(const QString &name, bool isDone)
 {
     const QString time = timeNow();
     const bool isRefused = !isDone && m_store->linkStatus().cause == LinkStatus::Cause::Refused;
+    if (isDone && name == restartFunction) {
+        m_needsRestart.clear();
+        m_awaitsRestart.clear();
+    } else if (isDone && name == m_needsRestart) {
+        m_awaitsRestart = name;
+    }
     if (isDone) {
         m_answer = tr("%1: done at %2").arg(functionTitle(name), time);
         if (const QString words = m_store->acceptance(); !words.isEmpty())
@@ -133,7 +140,7 @@ QString StatusLine::answerText() const
 
 void StatusLine::update()
 {
-    QStringList parts{answerText(), linkText(), waitingText()};
+    QStringList parts{answerText(), linkText(), waitingText(), restartText()};
     parts.removeAll(QString());
     const QString text = parts.join(QStringLiteral(" — "));
     if (m_text->text() != text)
@@ -162,6 +169,13 @@ QString StatusLine::linkText() const
     if (isSilent())
         return tr("No answer from the recorder for %1 s").arg(shownSilence(status.lastTraffic.elapsed()));
     return m_isBuilt ? m_store->activity() : QString(); // the loading view shows it before
+}
+
+QString StatusLine::restartText() const
+{
+    return m_awaitsRestart.isEmpty()
+               ? QString()
+               : tr("%1: takes effect when the recorder is restarted").arg(functionTitle(m_awaitsRestart));
 }
 
 QString StatusLine::waitingText() const

@@ -31,6 +31,9 @@ public:
     void offerRefresh();
     bool canRefresh() const;
     void noteRefreshed();
+    /// The function \a name takes effect when the recorder restarts: once the recorder has accepted it, the
+    /// line says so until the recorder was restarted.
+    void expectRestartAfter(const QString &name) { m_needsRestart = name; }
     /// A recorder that formats a disk answers after seconds. Silence of \a milliseconds (at first 12,000) is
     /// shown, and the exchange can be given up.
     void setReportedSilence(qint64 milliseconds) { m_reportedSilence = milliseconds; }
@@ -46,6 +49,7 @@ private:
     QString linkText() const;
     QString waitingText() const;
     QString answerText() const;
+    QString restartText() const;
     void noteAnswer(const QString &name, bool isDone);
 
     StoreReference m_store;
@@ -54,6 +58,8 @@ private:
     QToolButton *m_giveUp;
     QToolButton *m_refresh = nullptr; ///< only when it is offered
     QString m_answer;                 ///< to the last function, with its time
+    QString m_needsRestart;           ///< function that was called and takes effect with a restart
+    QString m_awaitsRestart;          ///< function that the recorder has accepted and that needs one
     QTimer *m_timer;
     bool m_isBuilt = false;
     qint64 m_reportedSilence = 12'000;
