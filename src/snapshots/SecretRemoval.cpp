@@ -9,6 +9,7 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace paravue
@@ -21,26 +22,48 @@ const QString DescriptionFile = QStringLiteral("interface");
 /// Shorter ones stand in a text by chance.
 constexpr qsizetype ShortestSecret = 4;
 
-/// \a line without its secret value, if it has one. What stands before a "=" may be a name also where the
-/// store takes the line for no key: in one with odd quotes, or one that is commented out.
-QByteArray withoutSecret(const QByteArray &line, const QString &filePrefix, const QString &section,
-                         const SecretKeys &secrets)
+bool isDirective(const QByteArray &line)
 {
-    const qsizetype sign = line.indexOf('=');
-    if (sign < 0 || line.startsWith("#!"))
-        return line;
-    const QString name = QString::fromUtf8(line.first(sign)).remove(u';').remove(u'#').trimmed();
-    if (!secrets.contains(filePrefix + section + u'/' + name))
+    return line.startsWith("#!") && line.sliced(2).trimmed().startsWith("s/");
+}
+
+/// Where the secret value in \a line begins; -1 without one. What stands before any "=" may be a name, also
+/// where the store takes the line for no key: in one with odd quotes, or one that is commented out.
+qsizetype secretBegin(const QByteArray &line, const std::function<bool(const QString &name)> &isSecret)
+{
+    std::vector<qsizetype> signs;
+    for (qsizetype sign = line.indexOf('='); sign >= 0; sign = line.indexOf('=', sign + 1))
+        signs.push_back(sign);
+    const auto isNamedSecret = [&](qsizetype sign) {
+        // A "/" would end the name in an address.
+        return isSecret(QString::fromUtf8(line.first(sign)).remove(u';').remove(u'#').remove(u'/').trimmed());
+    };
+    if (signs.empty() || isDirective(line))
+        return -1;
+    if (isNamedSecret(signs.front()))
+        return signs.front() + 1;
+    if (!isNamedSecret(signs.back()))
+        return -1;
+    // A name that is secret for a word in it stays so when it goes on.
+    return *std::partition_point(signs.begin(), signs.end(), [&](qsizetype sign) {
+        return !isNamedSecret(sign);
+    }) + 1;
+}
+
+QByteArray withoutSecret(const QByteArray &line, const QString &sectionPath, const SecretKeys &secrets)
+{
+    const qsizetype begin =
+        secretBegin(line, [&](const QString &name) { return secrets.contains(sectionPath + name); });
+    if (begin < 0)
         return line;
     const qsizetype end = line.endsWith("\r\n") ? 2 : line.endsWith('\n') ? 1 : 0;
-    return line.first(sign + 1) + "''" + line.last(end);
+    return line.first(begin) + "''" + line.last(end);
 }
 
 /// In bytes, so that what is no UTF-8 stays as it is.
 QByteArray withoutSecretKeys(const QByteArray &text, const QString &file, const SecretKeys &secrets)
 {
-    const QString filePrefix = file + u'/';
-    QString section = DefaultSection.toString();
+    QString sectionPath = file + u'/' + DefaultSection.toString() + u'/';
     QByteArray result;
     result.reserve(text.size());
     for (qsizetype begin = 0; begin < text.size();) {
@@ -50,8 +73,8 @@ QByteArray withoutSecretKeys(const QByteArray &text, const QString &file, const 
         const QString decoded = QString::fromUtf8(line);
         const auto scanned = scanIniLine(QStringView(decoded), EmptyValue::IsKey);
         if (scanned.kind == IniLine<QStringView>::Section)
-            section = scanned.name.toString();
-        result += withoutSecret(line, filePrefix, section, secrets);
+            sectionPath = file + u'/' + scanned.name.toString() + u'/';
+        result += withoutSecret(line, sectionPath, secrets);
         begin = end;
     }
     return result;

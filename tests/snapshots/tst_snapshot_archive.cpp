@@ -288,6 +288,11 @@ void TestSnapshotArchive::leavesOutSecrets_data()
     row("empty already", "PASSWORD=''\r\n", "PASSWORD=''\r\n", {});
     row("odd quotes", "PASSWORD='gehe'im'\r\n", "PASSWORD=''\r\n", {});
     row("commented out", "; PASSWORD=geheim\r\n# TOKEN = geheim\r\n", "; PASSWORD=''\r\n# TOKEN =''\r\n", {});
+    row("name with a sign", "PSK=KEY=geheim\r\nA=B=C\r\n", "PSK=KEY=''\r\nA=B=C\r\n",
+        {"net/untitled/PSK=KEY"});
+    row("in an address", "URL=http://host/?token=geheim\r\n", "URL=http://host/?token=''\r\n",
+        {"net/untitled/URL=http://host/?token"});
+    row("no directive", "#! PASSWORD=geheim\r\n", "#! PASSWORD=''\r\n", {});
     row("twice", "PASSWORD=geheim\r\nPASSWORD=geheim2\r\n", "PASSWORD=''\r\nPASSWORD=''\r\n",
         {"net/untitled/PASSWORD"});
     row("marked", "[ a ]\r\nPIN=geheim\r\n", "[ a ]\r\nPIN=''\r\n", {"net/a/PIN"});
