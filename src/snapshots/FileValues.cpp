@@ -32,25 +32,35 @@ std::optional<QString> FileValues::value(const QString &entry) const
     return found == m_values.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-QList<ValueDifference> differences(const FileContents &before, const FileContents &after)
+ConfigurationValues valuesOf(const FileContents &files)
 {
+    ConfigurationValues values;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        if (file.key() != QLatin1StringView("interface"))
+            values.insert(file.key(), FileValues(*file));
+    }
+    return values;
+}
+
+QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
+                                   const QStringList &leftOut)
+{
+    const QSet<QString> ignored(leftOut.begin(), leftOut.end());
     QList<ValueDifference> found;
     for (auto file = before.cbegin(); file != before.cend(); ++file) {
         const auto other = after.constFind(file.key());
-        if (file.key() == QLatin1StringView("interface") || other == after.cend() || *file == *other)
+        if (other == after.cend() || ignored.contains(file.key()))
             continue;
-        const FileValues old(*file);
-        const FileValues now(*other);
         const auto note = [&](const QString &entry) {
-            ValueDifference difference{file.key() + u'/' + entry, old.value(entry), now.value(entry)};
-            if (difference.before != difference.after &&
+            ValueDifference difference{file.key() + u'/' + entry, file->value(entry), other->value(entry)};
+            if (difference.before != difference.after && !ignored.contains(difference.path) &&
                 ChangeList::reachesTheRecorder(ConfigAddress(difference.path)))
                 found << std::move(difference);
         };
-        for (auto value = old.all().cbegin(); value != old.all().cend(); ++value)
+        for (auto value = file->all().cbegin(); value != file->all().cend(); ++value)
             note(value.key());
-        for (auto value = now.all().cbegin(); value != now.all().cend(); ++value) {
-            if (!old.all().contains(value.key()))
+        for (auto value = other->all().cbegin(); value != other->all().cend(); ++value) {
+            if (!file->all().contains(value.key()))
                 note(value.key());
         }
     }
@@ -61,14 +71,8 @@ QList<ValueDifference> differences(const FileContents &before, const FileContent
 
 QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after)
 {
-    QSet<QString> leftOut(before.info.leftOut.begin(), before.info.leftOut.end());
-    leftOut.unite({after.info.leftOut.begin(), after.info.leftOut.end()});
-    QList<ValueDifference> found = differences(before.currentFiles(), after.currentFiles());
-    found.removeIf([&leftOut](const ValueDifference &difference) {
-        return leftOut.contains(difference.path) ||
-               leftOut.contains(ConfigAddress(difference.path).file().toString());
-    });
-    return found;
+    return differences(valuesOf(before.currentFiles()), valuesOf(after.currentFiles()),
+                       before.info.leftOut + after.info.leftOut);
 }
 
 } // namespace paravue

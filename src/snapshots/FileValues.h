@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -15,10 +16,12 @@ namespace paravue
 class FileValues
 {
 public:
+    FileValues() = default;
     explicit FileValues(const QByteArray &content);
 
     /// Nothing without the key \a entry, "section/key".
     std::optional<QString> value(const QString &entry) const;
+    void set(const QString &entry, const QString &value) { m_values.insert(entry, value); }
     /// By "section/key".
     const QHash<QString, QString> &all() const { return m_values; }
 
@@ -26,7 +29,12 @@ private:
     QHash<QString, QString> m_values;
 };
 
-/// A value that is not the same in two sets of files.
+/// The values of several files by their names.
+using ConfigurationValues = QMap<QString, FileValues>;
+/// Those of \a files that hold settings: the interface description does not.
+ConfigurationValues valuesOf(const FileContents &files);
+
+/// A value that is not the same in two configurations.
 struct ValueDifference {
     QString path;                  ///< "file/section/key"
     std::optional<QString> before; ///< nothing where there is no such key
@@ -34,10 +42,11 @@ struct ValueDifference {
     bool operator==(const ValueDifference &other) const = default;
 };
 
-/// The differing values of all files that both have, in the order of their paths. The interface description
-/// and the time of the recorder's clock do not count.
-QList<ValueDifference> differences(const FileContents &before, const FileContents &after);
-/// The same without what either snapshot has left out.
+/// The differing values of all files that both have, in the order of their paths. The time of the recorder's
+/// clock does not count, and neither does what \a leftOut names, as SnapshotInfo::leftOut.
+QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
+                                   const QStringList &leftOut = {});
+/// Those of two snapshots, without what either has left out.
 QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after);
 
 } // namespace paravue

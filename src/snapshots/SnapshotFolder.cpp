@@ -86,7 +86,7 @@ SnapshotFolder::SnapshotFolder(const QString &root, const QString &recorder)
 QString SnapshotFolder::usualRoot()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QStringLiteral("/paravue/snapshots");
+           QStringLiteral("/Paravue/snapshots");
 }
 
 QList<KeptSnapshot> SnapshotFolder::list() const

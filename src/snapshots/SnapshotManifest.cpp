@@ -21,7 +21,7 @@ constexpr int Version = 1;
 constexpr int ChecksumBytes = 32;
 constexpr qsizetype LongestName = 500;
 
-QString damaged()
+QString damagedManifest()
 {
     return ManifestText::tr("The list of contents of the snapshot is damaged.");
 }
@@ -74,7 +74,7 @@ QString SnapshotManifest::read(const QByteArray &json, SnapshotManifest &manifes
 {
     const QJsonObject object = QJsonDocument::fromJson(json).object();
     if (object.isEmpty())
-        return damaged();
+        return damagedManifest();
     if (object.value(QLatin1StringView("format")).toString() != Format)
         return ManifestText::tr("The file is no snapshot of a recorder.");
     const int version = object.value(QLatin1StringView("version")).toInt();
@@ -92,7 +92,7 @@ QString SnapshotManifest::read(const QByteArray &json, SnapshotManifest &manifes
     const QJsonValue files = object.value(QLatin1StringView("files"));
     if (version < 1 || !found.info.time.isValid() || !leftOut.isArray() || !files.isObject() ||
         !readFiles(files.toObject(), found.files))
-        return damaged();
+        return damagedManifest();
     manifest = std::move(found);
     return {};
 }

@@ -1,0 +1,34 @@
+#include "snapshots/EditMerge.h"
+
+#include "snapshots/FileValues.h"
+
+namespace paravue
+{
+
+namespace
+{
+
+MergedEdit::State stateOf(const MergedEdit &edit, bool isBeforeKnown)
+{
+    if (edit.now == edit.edited)
+        return MergedEdit::State::IsDone;
+    return isBeforeKnown && edit.now == edit.before ? MergedEdit::State::Fits : MergedEdit::State::Collides;
+}
+
+} // namespace
+
+QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const RecorderValues &recorder)
+{
+    QList<MergedEdit> merged;
+    for (const ValueDifference &edit : differences(valuesOf(snapshot.files), valuesOf(snapshot.edited))) {
+        MergedEdit row{edit.path, edit.before, edit.after, {}, MergedEdit::State::NoFile};
+        if (recorder.hasFile(edit.path.section(u'/', 0, 0))) {
+            row.now = recorder.value(edit.path);
+            row.state = stateOf(row, !snapshot.info.isLeftOut(edit.path));
+        }
+        merged << row;
+    }
+    return merged;
+}
+
+} // namespace paravue

@@ -1,0 +1,154 @@
+#include "snapshots/SnapshotStore.h"
+
+#include "snapshots/FileValues.h"
+#include "snapshots/SecretRemoval.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotFolder.h"
+#include "store/OrbSettings.h"
+#include "store/WholeFile.h"
+
+#include <QFile>
+#include <QSet>
+#include <QTemporaryDir>
+
+namespace paravue
+{
+
+namespace
+{
+
+/// What users enter and what functions answer is kept in files that no recorder has.
+const QStringList OwnFiles{QStringLiteral("general"), QStringLiteral("tmp")};
+
+} // namespace
+
+QString snapshotsFolder()
+{
+    return SnapshotFolder::usualRoot();
+}
+
+SnapshotStore::SnapshotStore(const QString &path) : m_path(path), m_snapshot(std::make_unique<Snapshot>())
+{
+    auto [snapshot, problem] = snapshotarchive::read(path);
+    *m_snapshot = std::move(snapshot);
+    m_problem = problem;
+    setProperty("savesToFile", true);
+    open();
+}
+
+SnapshotStore::SnapshotStore(const Snapshot &snapshot) : m_snapshot(std::make_unique<Snapshot>(snapshot))
+{
+    open();
+}
+
+void SnapshotStore::open()
+{
+    setProperty("offline", true);
+    // A host shows it as the name of the recorder, up to the first ":".
+    setAddress(m_snapshot->info.recorder.section(u':', 0, 0) + QStringLiteral(" – ") +
+               m_snapshot->info.time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH.mm")));
+}
+
+SnapshotStore::~SnapshotStore()
+{
+    m_settings.clear(); // writes its files
+}
+
+void SnapshotStore::load()
+{
+    if (!m_problem.isEmpty()) {
+        Q_EMIT pseudothrow(m_problem);
+        return;
+    }
+    m_copies = std::make_unique<QTemporaryDir>();
+    bool isCopied = m_copies->isValid();
+    for (auto file = m_snapshot->files.cbegin(); file != m_snapshot->files.cend() && isCopied; ++file)
+        isCopied = copy(file.key(), *file);
+    // Empty, so that there is no message for each control that shows a value of theirs.
+    for (const QString &name : OwnFiles + m_snapshot->info.leftOut) {
+        if (isCopied && !name.contains(u'/') && !m_snapshot->files.contains(name))
+            isCopied = copy(name, {});
+    }
+    if (!isCopied) {
+        Q_EMIT pseudothrow(tr("There is no room for the files of the snapshot: %1").arg(m_copies->path()));
+        return;
+    }
+    for (const ValueDifference &edit : differences(valuesOf(m_snapshot->files), valuesOf(m_snapshot->edited)))
+        setValue(edit.path + u'/' + edit.after.value_or(QString()));
+    OrbSetup::load();
+}
+
+bool SnapshotStore::copy(const QString &name, const QByteArray &content)
+{
+    // The names in an archive are not used on the disk.
+    const QString path = m_copies->filePath(QString::number(m_filePaths.size()));
+    for (const QString &suffix : {QString(), QStringLiteral(".original")}) {
+        if (!writeWholeFile(path + suffix, content))
+            return false;
+        setFilePath(name + suffix, path + suffix);
+    }
+    return true;
+}
+
+void SnapshotStore::store()
+{
+    const QString problem = m_path.isEmpty() ? QString() : writeArchive();
+    m_isSaved = problem.isEmpty();
+    if (!m_isSaved) {
+        Q_EMIT pseudothrow(problem);
+        return;
+    }
+    OrbSetup::store();
+}
+
+/// Returns what was wrong.
+QString SnapshotStore::writeArchive()
+{
+    flush();
+    Snapshot saved = *m_snapshot;
+    saved.edited.clear();
+    for (auto file = saved.files.cbegin(); file != saved.files.cend(); ++file) {
+        const OrbSettings *settings = m_settings.find(file.key());
+        if (settings && !settings->isWritten())
+            return tr("There is no room for the edited values of \"%1\".").arg(file.key());
+        QFile copy(filePath(file.key()));
+        if (!copy.open(QIODevice::ReadOnly))
+            return tr("The edited values of \"%1\" cannot be read: %2").arg(file.key(), copy.errorString());
+        saved.edited.insert(file.key(), copy.readAll());
+    }
+    const QStringList withdrawn = m_keepsSecrets ? QStringList() : withdrawSecrets(saved);
+    QSet<QString> edited;
+    for (const ValueDifference &edit : differences(valuesOf(saved.files), valuesOf(saved.edited)))
+        edited.insert(edit.path.section(u'/', 0, 0));
+    saved.edited.removeIf([&edited](auto file) { return !edited.contains(file.key()); });
+    const QString problem = snapshotarchive::write(saved, m_path);
+    if (problem.isEmpty() && !withdrawn.isEmpty())
+        Q_EMIT pseudothrow(tr("Passwords are not kept in snapshots, so these edits were left out: %1")
+                               .arg(withdrawn.join(QStringLiteral(", "))));
+    return problem;
+}
+
+/// Gives edited secrets the values back that they had. Returns their paths.
+QStringList SnapshotStore::withdrawSecrets(Snapshot &snapshot) const
+{
+    FileContents emptied = snapshot.edited;
+    const QStringList removed = removeSecrets(emptied);
+    const QSet<QString> secrets(removed.begin(), removed.end());
+    QStringList withdrawn;
+    for (const ValueDifference &edit : differences(valuesOf(snapshot.files), valuesOf(snapshot.edited))) {
+        if (!secrets.contains(edit.path))
+            continue;
+        const QString name = edit.path.section(u'/', 0, 0);
+        const QString path = m_copies->filePath(QStringLiteral("withdrawn"));
+        writeWholeFile(path, snapshot.edited.value(name));
+        OrbSettings settings(path);
+        settings.setValue(edit.path.section(u'/', 1), edit.before.value_or(QString()));
+        settings.flush();
+        QFile file(path);
+        snapshot.edited[name] = file.open(QIODevice::ReadOnly) ? file.readAll() : snapshot.files.value(name);
+        withdrawn << edit.path;
+    }
+    return withdrawn;
+}
+
+} // namespace paravue

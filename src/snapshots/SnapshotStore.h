@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ParavueSetupExport.h"
+#include "store/OrbSetup.h"
+
+#include <QString>
+
+#include <memory>
+
+class QTemporaryDir;
+
+namespace paravue
+{
+
+struct Snapshot;
+
+/// Where snapshots of recorders usually are, in the data folder of the user.
+PARAVUE_EXPORT QString snapshotsFolder();
+
+/// A store that holds a snapshot in the place of a recorder, so that a session can show it and edit it.
+///
+/// load() gives the session the fetched files, and makes the edits that the snapshot holds. store() writes
+/// what is edited then into the archive, beside the fetched files, which stay. The archive is replaced as a
+/// whole or not at all; what goes wrong is reported through pseudothrow(), and the edits stay in the store.
+class PARAVUE_EXPORT SnapshotStore : public OrbSetup
+{
+    Q_OBJECT
+
+public:
+    /// Reads the archive at \a path; problem() tells whether that went well.
+    explicit SnapshotStore(const QString &path);
+    /// One to be looked at: nothing is saved.
+    explicit SnapshotStore(const Snapshot &snapshot);
+    ~SnapshotStore() override;
+
+    /// Why there is no snapshot, in words for the user; empty when there is one.
+    QString problem() const { return m_problem; }
+    /// Edited passwords and the like are kept in the archive too. Without it they are left out, which is
+    /// reported.
+    void setKeepsSecrets(bool keepsSecrets) { m_keepsSecrets = keepsSecrets; }
+    /// True unless the last save has failed.
+    bool isSaved() const { return m_isSaved; }
+
+    void load() override;
+    void store() override;
+
+private:
+    void open();
+    bool copy(const QString &name, const QByteArray &content);
+    QString writeArchive();
+    QStringList withdrawSecrets(Snapshot &snapshot) const;
+
+    QString m_path; ///< empty: nothing is saved
+    std::unique_ptr<Snapshot> m_snapshot;
+    std::unique_ptr<QTemporaryDir> m_copies;
+    QString m_problem;
+    bool m_keepsSecrets = false;
+    bool m_isSaved = true;
+};
+
+} // namespace paravue

@@ -1,0 +1,193 @@
+#include "snapshots/EditMerge.h"
+#include "snapshots/FileValues.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotStore.h"
+#include "support/FullDisk.h"
+#include "support/TestTable.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+const QByteArray Net = "[ untitled ]\r\nID=1\r\nNAME='a'\r\nPASSWORD=''\r\n# end\r\n";
+
+} // namespace
+
+/// A session with a snapshot in the place of a recorder.
+class TestSnapshotStore : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void keepsEditsBesideTheFetchedFiles();
+    void keepsNothingOfWhatIsTakenBack();
+    void leavesSecretsOut_data();
+    void leavesSecretsOut();
+    void tellsOfAFullDiskAndSavesLater();
+    void refusesWhatIsNoSnapshot();
+    void mergesThreeSides_data();
+    void mergesThreeSides();
+
+private:
+    /// Opens the snapshot, makes these edits and saves.
+    QStringList edit(const QStringList &edits, bool keepsSecrets = false) const;
+    Snapshot read() const { return snapshotarchive::read(m_path).snapshot; }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+};
+
+void TestSnapshotStore::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_path = m_folder->filePath("snapshot.zip");
+    Snapshot snapshot;
+    snapshot.info.recorder = "recorder:5050";
+    snapshot.info.time = QDateTime::currentDateTimeUtc();
+    snapshot.info.leftOut = QStringList{"users/untitled/PASSWD0", "state"};
+    snapshot.files = {
+        {"net", Net}, {"users", "NAME0='admin'\r\nPASSWD0=''\r\n"}, {"interface", "<pvsetup/>"}};
+    QCOMPARE(snapshotarchive::write(snapshot, m_path), "");
+}
+
+QStringList TestSnapshotStore::edit(const QStringList &edits, bool keepsSecrets) const
+{
+    SnapshotStore store(m_path);
+    store.setKeepsSecrets(keepsSecrets);
+    QStringList messages;
+    connect(&store, &OrbSetup::pseudothrow, &store, [&](const QString &text) { messages << text; });
+    store.load();
+    for (const QString &edit : edits)
+        store.setValue(edit);
+    store.function("save_settings", "");
+    return messages;
+}
+
+void TestSnapshotStore::keepsEditsBesideTheFetchedFiles()
+{
+    const Snapshot before = read();
+    QCOMPARE(edit({"net/untitled/ID/2", "net/new/OTHER/x"}), QStringList());
+    const Snapshot saved = read();
+    QCOMPARE(saved.files, before.files);
+    QCOMPARE(saved.edited.keys(), QStringList("net"));
+    QVERIFY(saved.edited["net"].contains("# end") && saved.info.isEdited);
+    QVERIFY(!(QFile::permissions(m_path) & (QFile::ReadGroup | QFile::ReadOther)));
+
+    SnapshotStore store(m_path);
+    const QSignalSpy loaded(&store, &OrbSetup::loadDone);
+    store.load();
+    QCOMPARE(loaded.size(), 1);
+    QCOMPARE(store.value("net/untitled/ID"), "2");
+    QCOMPARE(store.value("net/new/OTHER"), "x");
+    QCOMPARE(store.value("net.original/untitled/ID"), "1");
+    QCOMPARE(store.fetchedFiles(), QStringList({"general", "interface", "net", "state", "users"}));
+    QVERIFY(store.address().startsWith("recorder – "));
+}
+
+void TestSnapshotStore::keepsNothingOfWhatIsTakenBack()
+{
+    edit({"net/untitled/ID/2"});
+    edit({"net/untitled/ID/1"});
+    QVERIFY(read().edited.isEmpty());
+}
+
+void TestSnapshotStore::leavesSecretsOut_data()
+{
+    const TestTable<bool> row("areKept");
+    row("usually", false);
+    row("unless they are asked for", true);
+}
+
+void TestSnapshotStore::leavesSecretsOut()
+{
+    QFETCH(bool, areKept);
+    const QStringList messages = edit(
+        {"net/untitled/PASSWORD/geheim", "users/untitled/PASSWD0/geheim", "net/untitled/NAME/b"}, areKept);
+    const Snapshot saved = read();
+    QCOMPARE(FileValues(saved.edited["net"]).value("untitled/NAME"), "b");
+    QCOMPARE(FileValues(saved.edited["net"]).value("untitled/PASSWORD"), areKept ? "geheim" : "");
+    QCOMPARE(saved.edited.contains("users"), areKept);
+    QCOMPARE(messages.join("").contains("net/untitled/PASSWORD, users/untitled/PASSWD0"), !areKept);
+}
+
+void TestSnapshotStore::tellsOfAFullDiskAndSavesLater()
+{
+    const Snapshot before = read();
+    SnapshotStore store(m_path);
+    store.load();
+    store.setValue("net/untitled/ID/2");
+    const QSignalSpy stored(&store, &OrbSetup::storeDone);
+    const QSignalSpy messages(&store, &OrbSetup::pseudothrow);
+    {
+        const FullDisk full;
+        store.store();
+    }
+    QVERIFY(!store.isSaved());
+    QCOMPARE(stored.size(), 0);
+    QCOMPARE(messages.size(), 1);
+    QCOMPARE(read().edited, before.edited);
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList("snapshot.zip"));
+    store.store();
+    QVERIFY(store.isSaved());
+    QCOMPARE(stored.size(), 1);
+    QCOMPARE(FileValues(read().edited["net"]).value("untitled/ID"), "2");
+}
+
+void TestSnapshotStore::refusesWhatIsNoSnapshot()
+{
+    for (const QByteArray &content : {QByteArray("PK"), QByteArray()}) {
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+        SnapshotStore store(m_path);
+        QVERIFY(!store.problem().isEmpty());
+        const QSignalSpy messages(&store, &OrbSetup::pseudothrow);
+        store.load();
+        QCOMPARE(messages.size(), 1);
+    }
+    QVERIFY(SnapshotStore(m_folder->filePath("none.zip")).problem().contains("none.zip"));
+}
+
+void TestSnapshotStore::mergesThreeSides_data()
+{
+    const TestTable<QByteArray, QString> row("now", "merged");
+    row("as it was", "ID=1\r\nPIN=''\r\n", "PIN fits, ID fits");
+    row("as edited", "ID=2\r\nPIN='5'\r\n", "PIN done, ID done");
+    row("changed too", "ID=3\r\nPIN='4'\r\n", "PIN collides, ID collides");
+    row("gone", "NAME=1\r\n", "PIN collides, ID collides");
+    row("another file", "", "PIN none, ID none");
+}
+
+void TestSnapshotStore::mergesThreeSides()
+{
+    QFETCH(QByteArray, now);
+    const auto merged = [&now](const QStringList &leftOut) {
+        Snapshot snapshot;
+        snapshot.info.leftOut = leftOut;
+        snapshot.files = {{"net", "ID=1\r\nPIN=''\r\nNAME=x\r\n"}};
+        snapshot.edited = {{"net", "ID=2\r\nPIN='5'\r\nNAME=x\r\n"}};
+        const FileValues values(now);
+        QStringList texts;
+        const auto edits =
+            mergeEdits(snapshot, {[&](const QString &) { return !now.isEmpty(); },
+                                  [&](const QString &path) { return values.value(path.section('/', 1)); }});
+        for (const MergedEdit &edit : edits)
+            texts.prepend(edit.path.section('/', 2) + ' ' +
+                          QStringList{"fits", "collides", "done", "none"}[int(edit.state)]);
+        return texts.join(", ");
+    };
+    QTEST(merged({}), "merged");
+    // What the recorder had is not known, so that nothing tells that it fits.
+    QCOMPARE(merged({"net/untitled/PIN"}).contains("PIN fits"), false);
+}
+
+QTEST_GUILESS_MAIN(TestSnapshotStore)
+#include "tst_snapshot_store.moc"
