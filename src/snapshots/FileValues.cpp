@@ -42,17 +42,17 @@ ConfigurationValues valuesOf(const FileContents &files)
     return values;
 }
 
-QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
-                                   const QStringList &leftOut)
+QList<SnapshotDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
+                                      const QStringList &leftOut)
 {
     const QSet<QString> ignored(leftOut.begin(), leftOut.end());
-    QList<ValueDifference> found;
+    QList<SnapshotDifference> found;
     for (auto file = before.cbegin(); file != before.cend(); ++file) {
         const auto other = after.constFind(file.key());
         if (other == after.cend() || ignored.contains(file.key()))
             continue;
         const auto note = [&](const QString &entry) {
-            ValueDifference difference{file.key() + u'/' + entry, file->value(entry), other->value(entry)};
+            SnapshotDifference difference{file.key() + u'/' + entry, file->value(entry), other->value(entry)};
             if (difference.before != difference.after && !ignored.contains(difference.path) &&
                 ChangeList::reachesTheRecorder(ConfigAddress(difference.path)))
                 found << std::move(difference);
@@ -65,11 +65,11 @@ QList<ValueDifference> differences(const ConfigurationValues &before, const Conf
         }
     }
     std::sort(found.begin(), found.end(),
-              [](const ValueDifference &a, const ValueDifference &b) { return a.path < b.path; });
+              [](const SnapshotDifference &a, const SnapshotDifference &b) { return a.path < b.path; });
     return found;
 }
 
-QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after)
+QList<SnapshotDifference> differences(const Snapshot &before, const Snapshot &after)
 {
     return differences(valuesOf(before.currentFiles()), valuesOf(after.currentFiles()),
                        before.info.leftOut + after.info.leftOut);

@@ -35,18 +35,18 @@ using ConfigurationValues = QMap<QString, FileValues>;
 ConfigurationValues valuesOf(const FileContents &files);
 
 /// A value that is not the same in two configurations.
-struct ValueDifference {
+struct SnapshotDifference {
     QString path;                  ///< "file/section/key"
     std::optional<QString> before; ///< nothing where there is no such key
     std::optional<QString> after;
-    bool operator==(const ValueDifference &other) const = default;
+    bool operator==(const SnapshotDifference &other) const = default;
 };
 
 /// The differing values of all files that both have, in the order of their paths. The time of the recorder's
 /// clock does not count, and neither does what \a leftOut names, as SnapshotInfo::leftOut.
-QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
-                                   const QStringList &leftOut = {});
+QList<SnapshotDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
+                                      const QStringList &leftOut = {});
 /// Those of two snapshots, without what either has left out.
-QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after);
+QList<SnapshotDifference> differences(const Snapshot &before, const Snapshot &after);
 
 } // namespace paravue

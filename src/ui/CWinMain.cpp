@@ -9,6 +9,7 @@
 #include "ui/base/WindowStyle.h"
 #include "ui/commands/LiveAdjustments.h"
 #include "ui/description/DialogTags.h"
+#include "ui/history/SnapshotHistory.h"
 #include "ui/review/ChangeTracking.h"
 #include "ui/review/ReviewDialog.h"
 #include "ui/sending/CheckedSave.h"
@@ -130,6 +131,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
     }
     if (options.tracksChanges)
         trackChanges();
+    if (m_changes && (!options.snapshots.folder.isEmpty() || !options.offeredEdits.isEmpty()))
+        keepHistory();
     if (isWindow())
         new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
@@ -196,7 +199,8 @@ void CWinMain::trackChanges()
         *m_setup, m_changes->list(), m_options,
         CheckedSave::Services{
             [this](const auto &wait) { letUserAct(wait); }, [this] { return maySendProblems(); },
-            [this] { return reviewBeforeSending(); }, [this] { m_parts->bindings.reload(); },
+            [this] { return reviewBeforeSending() && keepSnapshot(); },
+            [this] { m_parts->bindings.reload(); },
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
             [this](const QString &path) { return m_changes->isEditable(path); }},
@@ -206,6 +210,7 @@ void CWinMain::trackChanges()
 void CWinMain::callFunction(const QString &name, const std::function<void()> &call)
 {
     bool goesOn = true;
+    const QScopedValueRollback kept(m_isSnapshotKept, false);
     operate([&] {
         if (name == saveFunction && m_save)
             goesOn = m_save->run(call);
@@ -244,6 +249,51 @@ bool CWinMain::maySendProblems()
 bool CWinMain::reviewBeforeSending()
 {
     return !m_options.reviewsBeforeSending || m_changes->list().isEmpty() || review(true);
+}
+
+void CWinMain::keepHistory()
+{
+    m_history = std::make_unique<SnapshotHistory>(
+        *this, *m_setup, *m_changes, m_options.snapshots,
+        [this](QDialog &dialog) { letUserAct([&dialog] { DialogLoop::run(dialog); }); });
+    m_frame->header()->addTool(m_history->button());
+    connect(m_history.get(), &SnapshotHistory::requested, this, [this] {
+        if (isBuilt())
+            operate([this] { m_history->show(); });
+    });
+    connect(m_history.get(), &SnapshotHistory::showRequested, this, &CWinMain::showSnapshot);
+    // For the saves that no user has started.
+    ExchangeQueue::of(*m_setup).setSaveGuard([window = QPointer(this)] {
+        return !window || window->m_isSnapshotKept || window->m_history->keep([](const auto &) {});
+    });
+}
+
+/// Once, when the recorder's values are there.
+void CWinMain::offerEdits()
+{
+    if (!m_history || !isBuilt() || m_options.offeredEdits.isEmpty() || m_areEditsOffered)
+        return;
+    m_areEditsOffered = true;
+    const auto offer = [this] {
+        operate([this] {
+            if (const QString problem = m_history->offerEdits(m_options.offeredEdits); !problem.isEmpty())
+                Q_EMIT pseudothrow(problem);
+        });
+    };
+    QMetaObject::invokeMethod(this, offer, Qt::QueuedConnection); // the window first shows its pages
+}
+
+bool CWinMain::keepSnapshot()
+{
+    m_isSnapshotKept = !m_history || m_history->keep([this](const auto &wait) { letUserAct(wait); });
+    return m_isSnapshotKept;
+}
+
+void CWinMain::showSnapshot(OrbSetup &store)
+{
+    CWinMain window(&store, this, Placement::Window);
+    letUserAct([&window] { window.exec(); });
+    window.endSession();
 }
 
 bool CWinMain::review(bool offersSending)
@@ -393,6 +443,7 @@ void CWinMain::onLoadDone()
             m_adjustments->noteStored();
         noteLoaded();
         readDescription();
+        offerEdits();
     });
 }
 

@@ -21,6 +21,7 @@ class CheckedSave;
 class ErrorDisplay;
 class FrameBinding;
 class LiveAdjustments;
+class SnapshotHistory;
 class StatusLine;
 struct WindowParts;
 class WindowFrame;
@@ -104,6 +105,12 @@ private:
     void letUserAct(const std::function<void()> &wait);
 
     void trackChanges();
+    void keepHistory();
+    void offerEdits();
+    /// Keeps the recorder's files before something is sent; false when the user does not want to send.
+    bool keepSnapshot();
+    /// Shows \a store in a window of its own.
+    void showSnapshot(OrbSetup &store);
     /// Shows the list of changes; true when they are to be sent now.
     bool review(bool offersSending);
     bool mayCall(const QString &name);
@@ -133,10 +140,13 @@ private:
     bool m_isRunning = false;
     bool m_isRefreshing = false;
     bool m_isReviewing = false;
+    bool m_isSnapshotKept = false; ///< for what is about to be sent
+    bool m_areEditsOffered = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;
     std::unique_ptr<paravue::FrameBinding> m_described;
-    std::unique_ptr<paravue::ChangeTracking> m_changes; ///< null when they are not tracked
-    std::unique_ptr<paravue::CheckedSave> m_save;       ///< null when they are not tracked
+    std::unique_ptr<paravue::ChangeTracking> m_changes;  ///< null when they are not tracked
+    std::unique_ptr<paravue::CheckedSave> m_save;        ///< null when they are not tracked
+    std::unique_ptr<paravue::SnapshotHistory> m_history; ///< null when none is kept
 };

@@ -15,6 +15,14 @@ struct WindowMemory {
     std::function<void(const QString &key, const QByteArray &value)> write;
 };
 
+/// Where the configurations of recorders are kept before they are overwritten.
+struct SnapshotOptions {
+    QString folder = {};       ///< snapshotsFolder() (snapshots/SnapshotStore.h) for example; empty: nowhere
+    QString recorder = {};     ///< whose they are; empty: that of the store's address
+    int count = 30;            ///< of each recorder
+    bool keepsSecrets = false; ///< passwords and the like as well, which are left out otherwise
+};
+
 /// What the setup window does for its user only when the host asks for it, as it changes how a session goes.
 /// Given before the window runs, as a part of SessionOptions for example.
 struct WindowOptions {
@@ -47,6 +55,12 @@ struct WindowOptions {
     /// A function that loses data or restarts the recorder is called after a question only, except from a
     /// dialog of the description, which has asked already.
     bool confirmsDangerousFunctions = false;
+    /// With tracksChanges: before each save the fetched files are kept as a snapshot. "History" (Ctrl+H)
+    /// lists the snapshots, compares them, and restores values as edits.
+    SnapshotOptions snapshots = {};
+    /// With tracksChanges: the path of a snapshot that was edited without the recorder. Its edits are offered
+    /// once the recorder's files are there.
+    QString offeredEdits = {};
 };
 
 } // namespace paravue

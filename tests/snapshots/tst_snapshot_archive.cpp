@@ -344,7 +344,7 @@ void TestSnapshotArchive::listsDifferences()
                    {"state", "A=2\r\n"},
                    {"interface", "a=2\r\n"}};
     QStringList texts;
-    for (const ValueDifference &difference : differences(before, after)) {
+    for (const SnapshotDifference &difference : differences(before, after)) {
         texts << difference.path + ' ' + difference.before.value_or("none") + ' ' +
                      difference.after.value_or("none");
     }

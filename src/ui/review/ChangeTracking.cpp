@@ -161,14 +161,16 @@ bool ChangeTracking::askAboutProblems() const
 
 ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 {
-    const OrbDlgQuestion::Captions captions{{QMessageBox::Save, tr("Send")},
+    const bool isFile = m_store->property("savesToFile").toBool(); // a snapshot without its recorder
+    const OrbDlgQuestion::Captions captions{{QMessageBox::Save, isFile ? tr("Save") : tr("Send")},
                                             {QMessageBox::Discard, tr("Discard")},
                                             {QMessageBox::Cancel, tr("Go on editing")}};
     const auto answer = OrbDlgQuestion::DoExplained(
         &m_window, QMessageBox::Question, m_window.windowTitle(),
-        tr("There are changes that were not sent to the recorder."), m_count->text(),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel, nullptr,
-        captions);
+        isFile ? tr("There are changes that were not saved.")
+               : tr("There are changes that were not sent to the recorder."),
+        m_count->text(), QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel,
+        nullptr, captions);
     if (answer == QMessageBox::Save)
         return Answer::Send;
     return answer == QMessageBox::Discard ? Answer::Discard : Answer::GoOnEditing;
@@ -176,12 +178,17 @@ ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 
 void ChangeTracking::takeBack(const QStringList &paths)
 {
-    const EditSteps::Gesture gesture(&m_steps);
     QList<ValueEdit> edits;
-    for (const QString &path : paths) {
-        m_steps.note(path);
+    for (const QString &path : paths)
         edits.append({path, {}, m_list.oldValue(path)});
-    }
+    apply(edits);
+}
+
+void ChangeTracking::apply(const QList<ValueEdit> &edits)
+{
+    const EditSteps::Gesture gesture(&m_steps);
+    for (const ValueEdit &edit : edits)
+        m_steps.note(edit.path);
     m_bindings.putBack(edits);
 }
 

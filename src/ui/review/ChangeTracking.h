@@ -67,6 +67,8 @@ public:
     Answer askBeforeClosing() const;
     /// As one step, which can be undone.
     void takeBack(const QStringList &paths);
+    /// Sets each value to the \a after of its edit, as one step too.
+    void apply(const QList<ValueEdit> &edits);
     void goTo(const QString &path) const;
     void goToControl(int number) const;
     /// The field with a problem behind the one that has the focus, or before it.

@@ -1,0 +1,299 @@
+#include "ui/history/HistoryDialog.h"
+
+#include "controls/DialogFrame.h"
+#include "controls/WindowLook.h"
+#include "snapshots/SnapshotArchive.h"
+#include "ui/base/WindowStyle.h"
+#include "ui/history/DifferenceRows.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QTimer>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+enum Column { Time, Changes, Note };
+constexpr QSize HistorySize(780, 560);
+constexpr int TimeWidth = 200;
+constexpr int ChangesWidth = 160;
+constexpr int ShareOfSnapshots = 2; // of the height, in fifths
+constexpr int ShareOfValues = 3;
+
+QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
+{
+    auto *button = new QToolButton(parent);
+    button->setText(text);
+    button->setToolTip(toolTip);
+    button->setObjectName(QLatin1StringView(name));
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+QString timeText(const SnapshotInfo &info)
+{
+    return QLocale().toString(info.time.toLocalTime(), QLocale::ShortFormat);
+}
+
+} // namespace
+
+HistoryDialog::HistoryDialog(const SnapshotFolder &folder, PresentSettings present, QWidget *parent)
+    : QDialog(parent), m_present(std::move(present)), m_kept(folder.list()), m_newer(m_present.values)
+{
+    setWindowTitle(tr("History"));
+    createWidgets();
+    arrangeWidgets();
+    listSnapshots();
+    compare();
+    m_snapshots->setFocus();
+    WindowLook::apply(*this);
+    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+}
+
+void HistoryDialog::createWidgets()
+{
+    m_snapshots = new QTreeWidget(this);
+    differencerows::prepare(*m_snapshots, {tr("Kept"), tr("Changed afterwards"), tr("Remark")});
+    m_snapshots->header()->resizeSection(Time, TimeWidth);
+    m_snapshots->header()->resizeSection(Changes, ChangesWidth);
+    m_snapshots->setAccessibleName(tr("Snapshots, the newest first"));
+    m_snapshots->setToolTip(tr("Select one to compare it with the present settings, or two to compare them"));
+    m_snapshots->setObjectName(QStringLiteral("snapshots"));
+    m_caption = new QLabel(this);
+    m_caption->setTextFormat(Qt::PlainText);
+    m_values = new QTreeWidget(this);
+    m_values->setObjectName(QStringLiteral("values"));
+    m_settingsOnly = new QCheckBox(tr("Only what this window edits"), this);
+    m_settingsOnly->setChecked(true);
+    m_note = new QLabel(this);
+    m_note->setTextFormat(Qt::PlainText);
+    m_note->setWordWrap(true);
+    m_restore = makeButton(tr("Restore"), tr("Set the selected values to those of the snapshot (Enter)"),
+                           "restore", this);
+    m_restoreAll = makeButton(tr("Restore all"), tr("Set all listed values to those of the snapshot"),
+                              "restoreAll", this);
+    m_show = makeButton(tr("Show"), tr("Show the snapshot in a window of its own"), "show", this);
+    m_counter = new QTimer(this);
+
+    connect(m_snapshots, &QTreeWidget::itemSelectionChanged, this, &HistoryDialog::compare);
+    connect(m_values, &QTreeWidget::itemSelectionChanged, this, &HistoryDialog::updateButtons);
+    connect(m_settingsOnly, &QCheckBox::toggled, this, &HistoryDialog::compare);
+    connect(m_restore, &QToolButton::clicked, this, [this] { restore(true); });
+    connect(m_restoreAll, &QToolButton::clicked, this, [this] { restore(false); });
+    connect(m_show, &QToolButton::clicked, this, &HistoryDialog::showSelected);
+    connect(m_snapshots, &QTreeWidget::itemDoubleClicked, this, &HistoryDialog::showSelected);
+    connect(m_counter, &QTimer::timeout, this, &HistoryDialog::countNext);
+    m_values->installEventFilter(this);
+    m_snapshots->installEventFilter(this);
+}
+
+void HistoryDialog::arrangeWidgets()
+{
+    auto *above = new QHBoxLayout;
+    above->addWidget(m_caption, 1);
+    above->addWidget(m_settingsOnly);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *bottom = new QHBoxLayout;
+    for (QToolButton *button : {m_restore, m_restoreAll, m_show})
+        bottom->addWidget(button);
+    bottom->addStretch();
+    bottom->addWidget(buttons);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    layout->setSpacing(GridSpacing);
+    layout->addWidget(m_snapshots, ShareOfSnapshots);
+    layout->addLayout(above);
+    layout->addWidget(m_values, ShareOfValues);
+    layout->addWidget(m_note);
+    layout->addLayout(bottom);
+    resize(HistorySize);
+}
+
+void HistoryDialog::listSnapshots()
+{
+    QList<QTreeWidgetItem *> rows{new QTreeWidgetItem({tr("Present settings")})};
+    for (const KeptSnapshot &kept : std::as_const(m_kept)) {
+        QString remark = kept.problem;
+        if (remark.isEmpty())
+            remark = misfit(kept.info, m_present.recorder);
+        if (remark.isEmpty() && kept.info.isEdited)
+            remark = tr("Edited without the recorder");
+        rows << differencerows::row({timeText(kept.info), QString(), remark}, {});
+    }
+    m_snapshots->addTopLevelItems(rows);
+    m_snapshots->setCurrentItem(rows.value(1, rows.constFirst()), 0,
+                                QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_counter->start(0); // one at a time: there may be many large ones
+}
+
+/// Counts what changed between a snapshot and the next newer one that can be read.
+void HistoryDialog::countNext()
+{
+    if (m_counted == m_kept.size()) {
+        m_counter->stop();
+        return;
+    }
+    const int number = m_counted++;
+    const auto snapshot = read(number);
+    if (!snapshot)
+        return;
+    const ConfigurationValues values = valuesOf(snapshot->currentFiles());
+    const qsizetype count = differences(values, m_newer, snapshot->info.leftOut + m_newerLeftOut).size();
+    QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
+    row->setText(Changes, count == 1 ? tr("1 value") : tr("%1 values").arg(count));
+    m_newer = values;
+    m_newerLeftOut = snapshot->info.leftOut;
+}
+
+/// Nothing, with a remark in its row, when the archive cannot be used.
+std::optional<Snapshot> HistoryDialog::read(int number)
+{
+    KeptSnapshot &kept = m_kept[number];
+    if (!kept.problem.isEmpty())
+        return {};
+    auto [snapshot, problem] = snapshotarchive::read(kept.path);
+    if (problem.isEmpty())
+        return snapshot;
+    kept.problem = problem;
+    QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
+    row->setText(Note, problem);
+    row->setToolTip(Note, problem);
+    return {};
+}
+
+/// Of the selected snapshots, the newest first; -1 for the present settings.
+QList<int> HistoryDialog::selectedNumbers() const
+{
+    QList<int> numbers;
+    for (const QTreeWidgetItem *row : m_snapshots->selectedItems())
+        numbers << m_snapshots->indexOfTopLevelItem(const_cast<QTreeWidgetItem *>(row)) - 1;
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+void HistoryDialog::compare()
+{
+    const QList<int> numbers = selectedNumbers();
+    m_found.clear();
+    m_values->clear();
+    m_note->clear();
+    if (m_kept.isEmpty())
+        m_caption->setText(tr("No snapshot was kept yet. One is kept before each sending."));
+    else if (numbers == QList<int>{-1})
+        m_caption->setText(tr("Select a snapshot to compare it with the present settings."));
+    else if (numbers.size() == 1)
+        compareWithPresent(numbers.constFirst());
+    else if (numbers.size() == 2 && numbers.constFirst() < 0)
+        compareWithPresent(numbers.constLast());
+    else if (numbers.size() == 2)
+        compareTwo(numbers.constLast(), numbers.constFirst());
+    else
+        m_caption->setText(tr("Select one or two snapshots."));
+    m_note->setVisible(!m_note->text().isEmpty());
+    updateButtons();
+}
+
+void HistoryDialog::compareWithPresent(int number)
+{
+    const auto snapshot = read(number);
+    if (!snapshot) {
+        m_caption->setText(m_kept[number].problem);
+        return;
+    }
+    differencerows::prepare(*m_values, {tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
+    if (!snapshot->info.leftOut.isEmpty())
+        m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
+    fill(differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut));
+}
+
+void HistoryDialog::compareTwo(int older, int newer)
+{
+    const auto before = read(older);
+    const auto after = read(newer);
+    if (!before || !after) {
+        m_caption->setText(m_kept[before ? newer : older].problem);
+        return;
+    }
+    differencerows::prepare(*m_values,
+                            {tr("Setting"), timeText(before->info), timeText(after->info), tr("Address")});
+    fill(differences(*before, *after));
+}
+
+void HistoryDialog::fill(const QList<SnapshotDifference> &found)
+{
+    QList<QTreeWidgetItem *> rows;
+    for (const SnapshotDifference &difference : found) {
+        if (m_settingsOnly->isChecked() && !m_present.isEditable(difference.path))
+            continue;
+        const bool isSecret = m_present.isSecret(difference.path);
+        rows << differencerows::row({m_present.caption(difference.path),
+                                     differencerows::shown(difference.before, isSecret),
+                                     differencerows::shown(difference.after, isSecret), difference.path},
+                                    difference.path);
+        m_found << difference;
+    }
+    m_values->addTopLevelItems(rows);
+    const qsizetype others = found.size() - m_found.size();
+    QString text =
+        m_found.size() == 1 ? tr("1 different value") : tr("%1 different values").arg(m_found.size());
+    if (others > 0)
+        text = tr("%1 (and %2 that this window does not edit)").arg(text).arg(others);
+    m_caption->setText(text);
+}
+
+void HistoryDialog::updateButtons()
+{
+    const QList<int> numbers = selectedNumbers();
+    const bool isWithPresent = numbers.size() == 1 || (numbers.size() == 2 && numbers.constFirst() < 0);
+    m_restore->setEnabled(isWithPresent && !m_values->selectedItems().isEmpty());
+    m_restoreAll->setEnabled(isWithPresent && !m_found.isEmpty());
+    m_show->setEnabled(numbers.size() == 1 && numbers.constFirst() >= 0 &&
+                       m_kept[numbers.constFirst()].problem.isEmpty());
+}
+
+void HistoryDialog::restore(bool onlySelected)
+{
+    for (int i = 0; i < m_values->topLevelItemCount(); ++i) {
+        if (!onlySelected || m_values->topLevelItem(i)->isSelected())
+            m_restored.append({m_found[i].path, m_found[i].after, m_found[i].before});
+    }
+    accept();
+}
+
+void HistoryDialog::showSelected()
+{
+    if (!m_show->isEnabled())
+        return;
+    if (const auto snapshot = read(selectedNumbers().constFirst()))
+        Q_EMIT showRequested(*snapshot);
+}
+
+bool HistoryDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return QDialog::eventFilter(watched, event);
+    if (watched == m_snapshots)
+        showSelected();
+    else if (m_restore->isEnabled())
+        restore(true);
+    return true;
+}
+
+} // namespace paravue

@@ -1,0 +1,134 @@
+#include "ui/history/MergeDialog.h"
+
+#include "controls/DialogFrame.h"
+#include "controls/DialogIcons.h"
+#include "controls/WindowLook.h"
+#include "ui/base/WindowStyle.h"
+#include "ui/history/DifferenceRows.h"
+
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr QSize MergeSize(820, 420);
+
+} // namespace
+
+MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &edits,
+                         const PresentSettings &present, QWidget *parent)
+    : QDialog(parent), m_edits(edits), m_list(new QTreeWidget(this))
+{
+    std::stable_partition(m_edits.begin(), m_edits.end(),
+                          [](const MergedEdit &edit) { return edit.state == MergedEdit::State::Collides; });
+    setWindowTitle(tr("Edits without the recorder"));
+    auto *text = new QLabel(heading(snapshot, present), this);
+    text->setTextFormat(Qt::PlainText);
+    text->setWordWrap(true);
+    differencerows::prepare(*m_list, {tr("Setting"), tr("Snapshot"), tr("Edited"), tr("Recorder now"),
+                                      tr("Remark"), tr("Address")});
+    m_list->setAccessibleName(tr("Edits to take over"));
+    m_list->setObjectName(QStringLiteral("edits"));
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    QPushButton *takeOver = buttons->addButton(tr("Take over"), QDialogButtonBox::AcceptRole);
+    takeOver->setDefault(true);
+    takeOver->setToolTip(tr("Make the checked edits in the window, where they can be reviewed and sent"));
+    setOwnIcons(*buttons);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    layout->setSpacing(GridSpacing);
+    layout->addWidget(text);
+    layout->addWidget(m_list, 1);
+    layout->addWidget(buttons);
+    resize(MergeSize);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    fill(present);
+    m_list->installEventFilter(this);
+    m_list->setFocus();
+    WindowLook::apply(*this);
+    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+}
+
+QString MergeDialog::heading(const SnapshotInfo &snapshot, const PresentSettings &present) const
+{
+    const auto collisions = std::count_if(m_edits.begin(), m_edits.end(), [](const MergedEdit &edit) {
+        return edit.state == MergedEdit::State::Collides;
+    });
+    QStringList lines{misfit(snapshot, present.recorder)};
+    if (!snapshot.recorder.isEmpty() && snapshot.recorder != present.recorder.recorder)
+        lines << tr("The snapshot is of the recorder at %1.").arg(snapshot.recorder);
+    if (collisions > 0)
+        lines << tr("Values that were changed on the recorder too are not checked. Check those that are to "
+                    "become as they were edited.");
+    else
+        lines << tr("The checked values become as they were edited. Nothing is sent yet.");
+    lines.removeAll(QString());
+    return lines.join(u'\n');
+}
+
+void MergeDialog::fill(const PresentSettings &present)
+{
+    QList<QTreeWidgetItem *> rows;
+    for (const MergedEdit &edit : m_edits) {
+        const bool isSecret = present.isSecret(edit.path);
+        QString remark;
+        if (edit.state == MergedEdit::State::Collides)
+            remark = tr("Changed on the recorder too");
+        else if (edit.state == MergedEdit::State::IsDone)
+            remark = tr("The recorder has it already");
+        else if (edit.state == MergedEdit::State::NoFile)
+            remark = tr("The recorder has no such file");
+        QTreeWidgetItem *row =
+            differencerows::row({present.caption(edit.path), differencerows::shown(edit.before, isSecret),
+                                 differencerows::shown(edit.edited, isSecret),
+                                 differencerows::shown(edit.now, isSecret), remark, edit.path},
+                                edit.path);
+        const bool canTake =
+            edit.state == MergedEdit::State::Fits || edit.state == MergedEdit::State::Collides;
+        if (canTake)
+            row->setCheckState(0, edit.state == MergedEdit::State::Fits ? Qt::Checked : Qt::Unchecked);
+        rows << row;
+    }
+    m_list->addTopLevelItems(rows);
+    if (!rows.isEmpty())
+        m_list->setCurrentItem(rows.constFirst(), 0,
+                               QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+QList<ValueEdit> MergeDialog::chosen() const
+{
+    QList<ValueEdit> edits;
+    for (int i = 0; i < m_list->topLevelItemCount(); ++i) {
+        if (m_list->topLevelItem(i)->checkState(0) == Qt::Checked)
+            edits.append({m_edits[i].path, m_edits[i].now, m_edits[i].edited});
+    }
+    return edits;
+}
+
+/// Space checks all selected rows.
+bool MergeDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
+    if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Space ||
+        selected.isEmpty())
+        return QDialog::eventFilter(watched, event);
+    const bool isChecked = selected.constFirst()->checkState(0) == Qt::Checked;
+    for (QTreeWidgetItem *row : selected) {
+        if (!row->data(0, Qt::CheckStateRole).isNull())
+            row->setCheckState(0, isChecked ? Qt::Unchecked : Qt::Checked);
+    }
+    return true;
+}
+
+} // namespace paravue

@@ -1,0 +1,157 @@
+#include "ui/history/SnapshotHistory.h"
+
+#include "controls/OrbDlgQuestion.h"
+#include "snapshots/SecretRemoval.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotFolder.h"
+#include "snapshots/SnapshotStore.h"
+#include "store/ConfigAddress.h"
+#include "ui/history/HistoryDialog.h"
+#include "ui/history/MergeDialog.h"
+#include "ui/review/ChangeTracking.h"
+
+#include <QFile>
+#include <QShortcut>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+const QString PristineSuffix = QStringLiteral(".original");
+
+} // namespace
+
+SnapshotHistory::SnapshotHistory(QWidget &window, OrbSetup &store, ChangeTracking &changes,
+                                 const SnapshotOptions &options,
+                                 const std::function<void(QDialog &)> &runDialog)
+    : m_window(window), m_store(store), m_changes(changes), m_options(options), m_runDialog(runDialog),
+      m_button(new QToolButton(&window))
+{
+    m_button->setObjectName(QStringLiteral("history"));
+    m_button->setText(tr("History"));
+    m_button->setToolTip(tr("Compare with what the recorder had earlier, and restore it (Ctrl+H)"));
+    m_button->setAutoRaise(true);
+    m_button->setFocusPolicy(Qt::TabFocus);
+    m_button->setVisible(!options.folder.isEmpty());
+    connect(m_button, &QToolButton::clicked, this, &SnapshotHistory::requested);
+    if (!options.folder.isEmpty())
+        connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_H), &window), &QShortcut::activated, this,
+                &SnapshotHistory::requested);
+}
+
+QString SnapshotHistory::recorder() const
+{
+    return m_options.recorder.isEmpty() ? recorderOfAddress(m_store->address()) : m_options.recorder;
+}
+
+FileContents SnapshotHistory::fetchedFiles(QString &problem) const
+{
+    FileContents files;
+    for (const QString &name : m_store->fetchedFiles()) {
+        QFile file(m_store->filePath(name + PristineSuffix));
+        if (!file.open(QIODevice::ReadOnly)) {
+            problem = tr("The copy of \"%1\" cannot be read: %2").arg(name, file.errorString());
+            return {};
+        }
+        files.insert(name, file.readAll());
+    }
+    return files;
+}
+
+bool SnapshotHistory::keep(const std::function<void(const std::function<void()> &)> &ask) const
+{
+    if (m_options.folder.isEmpty())
+        return true;
+    QString problem;
+    const FileContents files = fetchedFiles(problem);
+    if (problem.isEmpty()) {
+        SnapshotFolder folder(m_options.folder, recorder());
+        const auto secrets =
+            m_options.keepsSecrets ? SnapshotFolder::Secrets::Kept : SnapshotFolder::Secrets::LeftOut;
+        problem = folder.keep(files, secrets, m_options.count).problem;
+    }
+    if (problem.isEmpty())
+        return true;
+    bool isAllowed = false;
+    ask([&] {
+        isAllowed =
+            OrbDlgQuestion::DoExplained(
+                &m_window, QMessageBox::Warning, m_window.windowTitle(),
+                tr("The present settings of the recorder could not be kept as a snapshot. Send all the "
+                   "same?"),
+                problem, QMessageBox::Yes | QMessageBox::No, QMessageBox::No, nullptr,
+                {{QMessageBox::Yes, tr("Send")}, {QMessageBox::No, tr("Do not send")}}) == QMessageBox::Yes;
+    });
+    return isAllowed;
+}
+
+PresentSettings SnapshotHistory::present() const
+{
+    PresentSettings present;
+    QString problem;
+    const FileContents files = fetchedFiles(problem);
+    describeRecorder(present.recorder, files);
+    present.recorder.recorder = recorder();
+    // The keys of the fetched files and of what was changed since; their values are those of the store.
+    present.values = valuesOf(files);
+    for (const Change &change : m_changes.list().all()) {
+        const ConfigAddress address(change.path);
+        present.values[address.file().toString()].set(address.entry().toString(), {});
+    }
+    for (auto file = present.values.begin(); file != present.values.end(); ++file) {
+        const QStringList entries = file->all().keys();
+        for (const QString &entry : entries)
+            file->set(entry, m_store->storedValue(file.key() + u'/' + entry).value_or(QString()));
+    }
+    present.caption = [this](const QString &path) { return m_changes.caption(path); };
+    present.isEditable = [this](const QString &path) { return m_changes.isEditable(path); };
+    SecretKeys described;
+    markDescribedSecrets(files.value(QStringLiteral("interface")), described);
+    present.isSecret = [described](const QString &path) { return described.contains(path); };
+    return present;
+}
+
+void SnapshotHistory::apply(QList<ValueEdit> edits)
+{
+    edits.removeIf([this](const ValueEdit &edit) {
+        return !m_store->fileExists(ConfigAddress(edit.path).file().toString());
+    });
+    if (!edits.isEmpty())
+        m_changes.apply(edits);
+}
+
+void SnapshotHistory::show()
+{
+    const SnapshotFolder folder(m_options.folder, recorder());
+    HistoryDialog dialog(folder, present(), &m_window);
+    connect(&dialog, &HistoryDialog::showRequested, this, [this](const Snapshot &snapshot) {
+        SnapshotStore store(snapshot);
+        Q_EMIT showRequested(store);
+    });
+    m_runDialog(dialog);
+    apply(dialog.restored());
+}
+
+QString SnapshotHistory::offerEdits(const QString &path)
+{
+    const auto [snapshot, problem] = snapshotarchive::read(path);
+    if (!problem.isEmpty())
+        return problem;
+    const QList<MergedEdit> edits =
+        mergeEdits(snapshot, {[this](const QString &file) { return m_store->fileExists(file); },
+                              [this](const QString &path) { return m_store->storedValue(path); }});
+    if (edits.isEmpty())
+        return tr("The snapshot %1 holds no edits.").arg(path);
+    MergeDialog dialog(snapshot.info, edits, present(), &m_window);
+    m_runDialog(dialog);
+    if (dialog.result() == QDialog::Accepted)
+        apply(dialog.chosen());
+    return {};
+}
+
+} // namespace paravue

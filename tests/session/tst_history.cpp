@@ -1,0 +1,421 @@
+#include "SetupRun.h"
+#include "recorder/RecorderServer.h"
+#include "snapshots/FileValues.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotFolder.h"
+#include "store/OrbSettings.h"
+#include "support/ModalWatcher.h"
+#include "support/TestTable.h"
+#include "support/Waiting.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QTreeWidget>
+
+using namespace paravue;
+using namespace paravue::test;
+
+namespace
+{
+
+/// A session with the simulator that keeps snapshots.
+class KeptSession
+{
+public:
+    KeptSession(const QString &address, const QString &folder, const QString &offeredEdits = {})
+        : store(address), errors(&store, &OrbSetup::pseudothrow)
+    {
+        WindowOptions options;
+        options.tracksChanges = true;
+        options.snapshots = {.folder = folder};
+        options.offeredEdits = offeredEdits;
+        QSignalSpy loaded(&store, &OrbSetup::loadDone);
+        window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
+        isLoaded = waitUntil([&] { return !loaded.isEmpty() && window->isBuilt(); }, 20'000);
+    }
+
+    QLineEdit *field(const QString &text) const
+    {
+        for (QLineEdit *edit : window->findChildren<QLineEdit *>()) {
+            if (edit->text() == text)
+                return edit;
+        }
+        return nullptr;
+    }
+    void rename(const QString &before, const QString &after) const
+    {
+        QLineEdit *name = field(before);
+        QVERIFY(name);
+        replaceText(*name, after);
+    }
+    /// Presses OK, and waits until the recorder has everything.
+    void send()
+    {
+        QSignalSpy stored(&store, &OrbSetup::storeDone);
+        QTest::mouseClick(buttonWithText<QPushButton>(*window, "Save"), Qt::LeftButton);
+        AWAIT_VERIFY(!stored.isEmpty());
+    }
+    QString changes() const { return window->findChild<QToolButton *>("changes")->text(); }
+    void press(const QKeySequence &keys) const
+    {
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QTest::keySequence(window->focusWidget(), keys);
+    }
+
+    OrbNetSetup store;
+    QSignalSpy errors;
+    std::unique_ptr<CWinMain> window;
+    bool isLoaded = false;
+};
+
+/// The texts of the rows, with " | " between their columns.
+QStringList rowsOf(const QWidget &dialog, const char *list)
+{
+    QStringList rows;
+    const auto *tree = dialog.findChild<QTreeWidget *>(list);
+    for (int row = 0; row < tree->topLevelItemCount(); ++row) {
+        QStringList texts;
+        for (int column = 0; column < tree->columnCount(); ++column)
+            texts << tree->topLevelItem(row)->text(column);
+        rows << texts.join(" | ");
+    }
+    return rows;
+}
+
+void click(const QWidget &dialog, const char *button)
+{
+    QTest::mouseClick(dialog.findChild<QToolButton *>(button), Qt::LeftButton);
+}
+
+const QString Name = "Warehouse recorder";
+const QString NamePath = "streams/common/name";
+
+} // namespace
+
+/// The history of a recorder in its window.
+class TestHistory : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void restoresYesterdaysSnapshot();
+    void restoresChosenValues();
+    void comparesAnyTwo();
+    void showsASnapshotWithoutItsRecorder();
+    void leavesPasswordsAsTheyAre();
+    void namesWhatCannotBeUsed();
+    void asksWhenNothingCanBeKept_data();
+    void asksWhenNothingCanBeKept();
+    void takesOverEditsThatFit();
+    void refusesOffersWithoutEdits();
+
+private:
+    std::unique_ptr<KeptSession> session(const QString &offeredEdits = {})
+    {
+        auto session = std::make_unique<KeptSession>(m_address, m_snapshots, offeredEdits);
+        if (!session->isLoaded)
+            qFatal("the session was not loaded");
+        return session;
+    }
+    /// A session that sends another name, so that the one before is kept.
+    void sendName(const QString &before, const QString &after)
+    {
+        const auto session = this->session();
+        session->rename(before, after);
+        session->send();
+    }
+    SnapshotFolder folder() const { return {m_snapshots, recorderOfAddress(m_address)}; }
+    /// What the recorder has in its file "streams".
+    QByteArray streams() const
+    {
+        QFile file(m_recorder->filePath("streams"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// A snapshot of the recorder with these edits, "path=value".
+    QString editedSnapshot(const QStringList &edits);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+    QString m_snapshots;
+    QString m_address;
+};
+
+void TestHistory::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_snapshots = m_folder->filePath("snapshots");
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"));
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    m_address = OrbNetSetup::deviceAddress("admin", "admin", "127.0.0.1", m_recorder->port());
+}
+
+void TestHistory::restoresYesterdaysSnapshot()
+{
+    sendName(Name, "Renamed");
+    QVERIFY(streams().contains("Renamed"));
+    QCOMPARE(folder().list().size(), 1);
+    QCOMPARE(folder().list().constFirst().info.firmware, "4.2.1");
+
+    const auto session = this->session();
+    QStringList rows;
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            AWAIT_VERIFY(!rowsOf(dialog, "snapshots").constLast().contains(" |  | "));
+            rows = rowsOf(dialog, "snapshots") + rowsOf(dialog, "values");
+            click(dialog, "restoreAll");
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QCOMPARE(rows.size(), 3);
+    QVERIFY2(rows[1].contains("value"), qPrintable(rows[1]));
+    QVERIFY2(rows[2].endsWith("| " + Name + " | Renamed | " + NamePath), qPrintable(rows[2]));
+
+    // An edit like any other: seen, undone in one step, and sent only with OK.
+    QVERIFY(session->field(Name));
+    QCOMPARE(session->changes(), "1 change");
+    QVERIFY(streams().contains("Renamed"));
+    session->press(QKeySequence::Undo);
+    QVERIFY(session->field("Renamed"));
+    session->press(Qt::CTRL | Qt::Key_Y);
+    session->send();
+    QVERIFY(streams().contains(Name.toUtf8()) && !streams().contains("Renamed"));
+    QCOMPARE(folder().list().size(), 2);
+    QCOMPARE(session->errors.size(), 0);
+}
+
+void TestHistory::restoresChosenValues()
+{
+    sendName(Name, "Renamed");
+    const auto session = this->session();
+    session->store.setValue("net/untitled/HTTP_PORT/81");
+    const ModalWatcher inTheHistory(
+        [](QWidget &dialog) {
+            auto *values = dialog.findChild<QTreeWidget *>("values");
+            QCOMPARE(values->topLevelItemCount(), 2);
+            values->setCurrentItem(values->topLevelItem(1));
+            QTest::keyClick(values, Qt::Key_Return);
+        },
+        "paravue::HistoryDialog");
+    QTest::mouseClick(session->window->findChild<QToolButton *>("history"), Qt::LeftButton);
+    QCOMPARE(session->store.value(NamePath), Name);
+    QCOMPARE(session->store.value("net/untitled/HTTP_PORT"), "81"); // edited, and not selected
+}
+
+void TestHistory::comparesAnyTwo()
+{
+    sendName(Name, "Second");
+    sendName("Second", "Third");
+    sendName("Third", "Fourth");
+    const auto session = this->session();
+    QStringList rows;
+    bool canRestore = true;
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>("snapshots");
+            list->clearSelection();
+            list->topLevelItem(1)->setSelected(true);
+            list->topLevelItem(3)->setSelected(true);
+            rows = rowsOf(dialog, "values");
+            canRestore = dialog.findChild<QToolButton *>("restoreAll")->isEnabled();
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QCOMPARE(rows.size(), 1);
+    QVERIFY2(rows[0].contains("| " + Name + " | Third | "), qPrintable(rows[0]));
+    QVERIFY(!canRestore);
+}
+
+void TestHistory::showsASnapshotWithoutItsRecorder()
+{
+    sendName(Name, "Renamed");
+    const auto session = this->session();
+    bool isShown = false;
+    const ModalWatcher inTheSnapshot(
+        [&](QWidget &window) {
+            if (&window == session->window.get())
+                return;
+            for (const QLineEdit *edit : window.findChildren<QLineEdit *>())
+                isShown |= edit->text() == Name;
+            window.close();
+        },
+        "CWinMain");
+    const ModalWatcher inTheHistory(
+        [](QWidget &dialog) {
+            QTest::keyClick(dialog.findChild<QTreeWidget *>("snapshots"), Qt::Key_Return);
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QVERIFY(isShown);
+    QCOMPARE(session->store.value(NamePath), "Renamed");
+    QCOMPARE(session->errors.size(), 0);
+}
+
+void TestHistory::leavesPasswordsAsTheyAre()
+{
+    sendName(Name, "Renamed");
+    const QString path = folder().list().constFirst().path;
+    QCOMPARE(FileValues(snapshotarchive::read(path).snapshot.files["users"]).value("untitled/PASSWD0"), "");
+    const auto session = this->session();
+    session->store.setValue("users/untitled/PASSWD0/new");
+    const ModalWatcher inTheHistory([](QWidget &dialog) { click(dialog, "restoreAll"); },
+                                    "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QCOMPARE(session->store.value(NamePath), Name);
+    QCOMPARE(session->store.value("users/untitled/PASSWD0"), "new");
+    QCOMPARE(session->store.value("users/untitled/PASSWD1"), "4b583376b2767b923c3e1da60d10de59");
+}
+
+void TestHistory::namesWhatCannotBeUsed()
+{
+    sendName(Name, "Second");
+    sendName("Second", "Third");
+    QFile file(folder().list().constFirst().path);
+    QVERIFY(file.resize(file.size() / 2));
+    Snapshot other = snapshotarchive::read(folder().list().constLast().path).snapshot;
+    other.info.model = "Paravue P16";
+    other.info.time = QDateTime::currentDateTimeUtc().addDays(-1);
+    QCOMPARE(folder().keep(other).problem, "");
+    const auto session = this->session();
+    QStringList rows;
+    QList<bool> canShow;
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>("snapshots");
+            for (int row = 1; row <= 3; ++row) {
+                list->clearSelection();
+                list->topLevelItem(row)->setSelected(true);
+                canShow << dialog.findChild<QToolButton *>("show")->isEnabled();
+            }
+            rows = rowsOf(dialog, "snapshots");
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QCOMPARE(rows.size(), 4);
+    QVERIFY2(rows[1].contains("damaged"), qPrintable(rows[1]));
+    QVERIFY2(rows[3].contains("Paravue P16"), qPrintable(rows[3]));
+    QCOMPARE(canShow, QList<bool>({false, true, true}));
+}
+
+void TestHistory::asksWhenNothingCanBeKept_data()
+{
+    const TestTable<QMessageBox::StandardButton, bool> row("answer", "isSent");
+    row("send", QMessageBox::Yes, true);
+    row("do not send", QMessageBox::No, false);
+    row("escape", QMessageBox::NoButton, false);
+}
+
+void TestHistory::asksWhenNothingCanBeKept()
+{
+    QFETCH(QMessageBox::StandardButton, answer);
+    QFETCH(bool, isSent);
+    const auto session = this->session();
+    session->rename(Name, "Renamed");
+    QFile blocking(m_snapshots); // where the folder should be
+    QVERIFY(blocking.open(QIODevice::WriteOnly));
+    QStringList received;
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+            [&](const QString &name) { received << name; });
+    const ModalWatcher question([&](QWidget &box) {
+        QVERIFY(received.isEmpty());
+        if (QAbstractButton *button = qobject_cast<QMessageBox *>(&box)->button(answer))
+            button->click();
+        else
+            QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    QSignalSpy stored(&session->store, &OrbSetup::storeDone);
+    QTest::mouseClick(buttonWithText<QPushButton>(*session->window, "Save"), Qt::LeftButton);
+    QCOMPARE(question.count(), 1);
+    QVERIFY2(question.texts().constFirst().contains(m_snapshots), qPrintable(question.texts().constFirst()));
+    QCOMPARE(session->window->isVisible(), !isSent);
+    QCOMPARE(session->store.linkStatus().state == LinkStatus::State::Running, isSent);
+    if (isSent)
+        AWAIT_VERIFY(!stored.isEmpty());
+    QCOMPARE(streams().contains("Renamed"), isSent);
+}
+
+QString TestHistory::editedSnapshot(const QStringList &edits)
+{
+    const auto session = this->session();
+    session->send();
+    Snapshot snapshot = snapshotarchive::read(folder().list().constFirst().path).snapshot;
+    for (const QString &edit : edits) {
+        const QString name = edit.section('/', 0, 0);
+        const QString copy = m_folder->filePath("copy");
+        QFile file(copy);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            qFatal("no copy");
+        file.write(snapshot.edited.value(name, snapshot.files.value(name)));
+        file.close();
+        OrbSettings settings(copy);
+        settings.setValue(edit.section('/', 1).section('=', 0, 0), edit.section('=', 1));
+        settings.flush();
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no copy");
+        snapshot.edited[name] = file.readAll();
+    }
+    const QString path = m_folder->filePath("edited.zip");
+    if (!snapshotarchive::write(snapshot, path).isEmpty())
+        qFatal("the snapshot was not written");
+    return path;
+}
+
+void TestHistory::takesOverEditsThatFit()
+{
+    const QString path =
+        editedSnapshot({NamePath + "=Edited", "net/untitled/HTTP_PORT=81", "net/untitled/MAIL_INTERVAL=20"});
+    sendName(Name, "Meanwhile");
+    {
+        const auto other = session();
+        other->store.setValue("net/untitled/MAIL_INTERVAL/20");
+        other->send();
+    }
+    QStringList rows;
+    ModalWatcher offer(
+        [&](QWidget &dialog) {
+            rows = rowsOf(dialog, "edits");
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        },
+        "paravue::MergeDialog");
+    auto session = this->session(path);
+    AWAIT_VERIFY(offer.hasSeen());
+    AWAIT_VERIFY(session->changes() == "1 change");
+    QCOMPARE(rows.size(), 3);
+    QVERIFY2(rows[1].contains("| 80 | 81 | 80 |  | net"), qPrintable(rows[0]));
+    QVERIFY2(rows[2].contains("| 10 | 20 | 20 | The recorder has it already |"), qPrintable(rows[1]));
+    QVERIFY2(rows[0].contains(Name + " | Edited | Meanwhile | Changed on the recorder too |"),
+             qPrintable(rows[2]));
+    QCOMPARE(session->store.value("net/untitled/HTTP_PORT"), "81");
+    QCOMPARE(session->store.value(NamePath), "Meanwhile");
+    session.reset();
+
+    // What collides is taken over when the user says so.
+    offer.setAction([](QWidget &dialog) {
+        QTest::keyClick(dialog.findChild<QTreeWidget *>("edits"), Qt::Key_Space); // on the first row
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    session = this->session(path);
+    AWAIT_VERIFY(session->changes() == "2 changes");
+    QCOMPARE(session->store.value(NamePath), "Edited");
+    session->send();
+    QVERIFY(streams().contains("Edited"));
+}
+
+void TestHistory::refusesOffersWithoutEdits()
+{
+    const ModalWatcher messages;
+    const auto one = session(editedSnapshot({}));
+    AWAIT_VERIFY(messages.count() == 1);
+    QVERIFY(messages.texts().constLast().contains("holds no edits"));
+    const auto other = session(m_recorder->filePath("net"));
+    AWAIT_VERIFY(messages.count() == 2);
+    QVERIFY(messages.texts().constLast().contains("no snapshot"));
+}
+
+QTEST_MAIN(TestHistory)
+#include "tst_history.moc"
