@@ -121,6 +121,16 @@ QList<QCommandLineOption> programOptions()
          OptionText::tr(
              "Take the configuration files that go with FILE from DIR (with --check or --preview)."),
          "DIR"},
+        {"open",
+         OptionText::tr("Edit the snapshot FILE without a recorder. Saving keeps the edits in FILE, beside "
+                        "what the recorder had."),
+         "FILE"},
+        {"send-to",
+         OptionText::tr("Set up the recorder ADDRESS, and offer the edits in the snapshot to be taken over "
+                        "(with --open)."),
+         "ADDRESS"},
+        {"keep-secrets",
+         OptionText::tr("Keep passwords too in the snapshots of recorders, and in FILE (with --open).")},
         {"schema", OptionText::tr("Print the RELAX NG schema of interface descriptions, for XML editors.")},
         {"time-zones",
          OptionText::tr("List the time zones of the world with the rules that recorders take for them (in "
@@ -129,8 +139,8 @@ QList<QCommandLineOption> programOptions()
 
 QString valueProblem(const QCommandLineParser &parser)
 {
-    for (const char *option :
-         {"demo-data", "model", "screenshot", "language", "log", "check", "preview", "files"}) {
+    for (const char *option : {"demo-data", "model", "screenshot", "language", "log", "check", "preview",
+                               "files", "open", "send-to"}) {
         if (parser.isSet(option) && parser.value(option).isEmpty())
             return OptionText::tr("--%1 needs a value").arg(QLatin1String(option));
     }
@@ -162,6 +172,20 @@ QString localProblem(const QCommandLineParser &parser)
     return !checks && parser.isSet("json") ? OptionText::tr("--json needs --check") : QString();
 }
 
+/// What is wrong with the options for snapshots; empty when nothing is.
+QString snapshotProblem(const QCommandLineParser &parser)
+{
+    if (!parser.isSet("open"))
+        return parser.isSet("send-to") ? OptionText::tr("--send-to needs --open") : QString();
+    if (parser.isSet("check") || parser.isSet("preview") || parser.isSet("demo"))
+        return OptionText::tr("--open excludes --check, --preview and --demo");
+    if (!parser.positionalArguments().isEmpty())
+        return OptionText::tr("--open reads a file and takes no recorder; use --send-to");
+    if (parser.isSet("send-to") && parser.isSet("screenshot"))
+        return OptionText::tr("--send-to asks, so that there are no pictures of it");
+    return {};
+}
+
 QString demoProblem(const QCommandLineParser &parser)
 {
     const bool isDemo = parser.isSet("demo");
@@ -177,7 +201,8 @@ QString demoProblem(const QCommandLineParser &parser)
 QString addressProblem(const QCommandLineParser &parser)
 {
     const qsizetype addresses = parser.positionalArguments().size();
-    if (parser.isSet("demo") || parser.isSet("check") || parser.isSet("preview") || addresses == 1)
+    if (parser.isSet("demo") || parser.isSet("check") || parser.isSet("preview") || parser.isSet("open") ||
+        addresses == 1)
         return {};
     return addresses == 0 ? OptionText::tr("no address was given")
                           : OptionText::tr("more than one address was given");
@@ -199,6 +224,9 @@ CommandLine sessionOf(const QCommandLineParser &parser)
     line.description = parser.value(parser.isSet("check") ? "check" : "preview");
     line.filesFolder = parser.value("files");
     line.json = parser.isSet("json");
+    line.snapshot = parser.value("open");
+    line.sendsEdits = parser.isSet("send-to");
+    line.keepsSecrets = parser.isSet("keep-secrets");
     if (parser.isSet("check"))
         line.task = CommandLine::Task::CheckDescription;
     return line;
@@ -232,17 +260,18 @@ CommandLine CommandLine::parse(const QStringList &words)
     if (parser.isSet("time-zones"))
         return shown(timeZoneList(parser.value("language")));
 
-    for (const auto &findProblem : {valueProblem, localProblem, demoProblem, addressProblem}) {
+    for (const auto &findProblem :
+         {valueProblem, localProblem, snapshotProblem, demoProblem, addressProblem}) {
         if (const QString problem = findProblem(parser); !problem.isEmpty())
             return refused(problem);
     }
     CommandLine line = sessionOf(parser);
-    if (line.demo || !line.description.isEmpty())
+    if (line.demo || !line.description.isEmpty() || (!line.snapshot.isEmpty() && !line.sendsEdits))
         return line;
     const auto password =
         parser.isSet("digest") ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent;
-    const RecorderAddress recorder =
-        RecorderAddress::fromText(parser.positionalArguments().constFirst(), password);
+    const RecorderAddress recorder = RecorderAddress::fromText(
+        line.sendsEdits ? parser.value("send-to") : parser.positionalArguments().constFirst(), password);
     if (!recorder.problem.isEmpty())
         return refused(recorder.problem);
     line.address = recorder.address;

@@ -15,7 +15,10 @@
 #include "entry/DoParavueSetup.h"
 #include "entry/FinishParavueSetup.h"
 #include "entry/RunParavueSetup.h"
+#include "snapshots/SnapshotStore.h"
 
+#include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QNetworkProxy>
@@ -27,6 +30,11 @@ namespace paravue
 
 namespace
 {
+
+class SetupText
+{
+    Q_DECLARE_TR_FUNCTIONS(SetupProgram)
+};
 
 constexpr std::chrono::seconds ConnectionLimit(12);
 /// Only where nobody watches. A recorder that formats a disk takes its time, and a user sees that it is
@@ -52,21 +60,36 @@ ExitCode endOfRejected(bool isShown, bool isLoaded, LinkStatus::Cause cause)
     return exitCodeOf(cause, isLoaded ? ExitCode::BadData : ExitCode::Rejected);
 }
 
-ExitCode runForUser(OrbSetup &store)
+WindowOptions windowOptions(const CommandLine &commandLine)
+{
+    WindowOptions options{.offersRefresh = true,
+                          .putsAdjustmentsBack = true,
+                          .memory = {rememberedWindow, rememberWindow},
+                          .tracksChanges = true,
+                          .asksBeforeClosing = true,
+                          .reviewsBeforeSending = true,
+                          .comparesBeforeSending = true,
+                          .confirmsSaves = true,
+                          .confirmsDangerousFunctions = true};
+    const bool isOpened = !commandLine.snapshot.isEmpty() && !commandLine.sendsEdits;
+    if (isOpened)
+        options.reviewsBeforeSending = false; // nothing is sent
+    else if (commandLine.description.isEmpty())
+        options.snapshots = {.folder = snapshotsFolder(), .keepsSecrets = commandLine.keepsSecrets};
+    // Another port at each start would be another recorder.
+    if (commandLine.demo)
+        options.snapshots.recorder = QStringLiteral("demo ") + commandLine.demoModel;
+    if (commandLine.sendsEdits)
+        options.offeredEdits = commandLine.snapshot;
+    return options;
+}
+
+ExitCode runForUser(OrbSetup &store, const CommandLine &commandLine)
 {
     bool isLoaded = false;
     const QObject watch;
     QObject::connect(&store, &OrbSetup::loadDone, &watch, [&isLoaded] { isLoaded = true; });
-    const SessionOutcome session =
-        RunParavueSetup(&store, {.window = {.offersRefresh = true,
-                                            .putsAdjustmentsBack = true,
-                                            .memory = {rememberedWindow, rememberWindow},
-                                            .tracksChanges = true,
-                                            .asksBeforeClosing = true,
-                                            .reviewsBeforeSending = true,
-                                            .comparesBeforeSending = true,
-                                            .confirmsSaves = true,
-                                            .confirmsDangerousFunctions = true}});
+    const SessionOutcome session = RunParavueSetup(&store, {.window = windowOptions(commandLine)});
     const LinkStatus::Cause cause = store.linkStatus().cause;
     const SaveOutcome save = FinishParavueSetup(&store);
     // The user has seen the problems of a save.
@@ -90,8 +113,8 @@ ExitCode runWith(OrbSetup &store, const CommandLine &commandLine)
 {
     const LanguageChoice language(store, commandLine.language);
     const bool isForUser = commandLine.screenshotFolder.isEmpty();
-    const ExitCode exitCode =
-        isForUser ? runForUser(store) : runForPictures(store, commandLine.screenshotFolder, language);
+    const ExitCode exitCode = isForUser ? runForUser(store, commandLine)
+                                        : runForPictures(store, commandLine.screenshotFolder, language);
     if (!language.problem().isEmpty())
         return failed(ExitCode::WrongUsage, language.problem(), isForUser);
     return exitCode;
@@ -132,6 +155,36 @@ ExitCode runPreview(const CommandLine &commandLine)
     return runWith(*store, commandLine);
 }
 
+/// The window is closed by now. Returns false when the edits are given up.
+bool hasSavedAtLast(SnapshotStore &store)
+{
+    QString problem = SetupText::tr("The snapshot could not be saved.");
+    const QObject watch;
+    QObject::connect(&store, &OrbSetup::pseudothrow, &watch,
+                     [&problem](const QString &text) { problem = text; });
+    while (!store.isSaved()) {
+        if (QMessageBox::warning(nullptr, "Paravue Setup", problem, QMessageBox::Retry | QMessageBox::Discard,
+                                 QMessageBox::Retry) != QMessageBox::Retry)
+            return false;
+        store.store();
+    }
+    return true;
+}
+
+ExitCode runSnapshot(const CommandLine &commandLine)
+{
+    const NoNetwork noNetwork;
+    auto store = std::make_unique<SnapshotStore>(commandLine.snapshot);
+    const SessionEnd end([&store] { store.reset(); });
+    const bool isForUser = commandLine.screenshotFolder.isEmpty();
+    if (!store->problem().isEmpty())
+        return failed(QFile::exists(commandLine.snapshot) ? ExitCode::BadData : ExitCode::LocalFile,
+                      store->problem(), isForUser);
+    store->setKeepsSecrets(commandLine.keepsSecrets);
+    const ExitCode exitCode = runWith(*store, commandLine);
+    return store && isForUser && !hasSavedAtLast(*store) ? ExitCode::LocalFile : exitCode;
+}
+
 } // namespace
 
 ExitCode exitCodeOf(LinkStatus::Cause cause, ExitCode otherwise)
@@ -158,6 +211,8 @@ ExitCode runSession(const CommandLine &commandLine)
 {
     if (!commandLine.description.isEmpty())
         return runPreview(commandLine);
+    if (!commandLine.snapshot.isEmpty() && !commandLine.sendsEdits)
+        return runSnapshot(commandLine);
     DemoRecorder demo;
     QString address;
     if (commandLine.demo) {
