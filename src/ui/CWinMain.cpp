@@ -19,6 +19,7 @@
 #include "ui/window/FileAccessPrompt.h"
 #include "ui/window/FrameBinding.h"
 #include "ui/window/FunctionQuestion.h"
+#include "ui/window/KeyboardFocus.h"
 #include "ui/window/LoadingView.h"
 #include "ui/window/StatusLine.h"
 #include "ui/window/WindowDrag.h"
@@ -138,6 +139,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
     describeToScreenReaders(this);
     WindowLook::apply(*this);
     show();
+    if (isWindow())
+        takeKeyboard(*this);
     qCInfo(windowLog) << "opened for" << recorderName(setup->address());
     operate([this] { m_setup->load(); });
     if (!isBuilt())

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QAbstractSlider>
+#include <QCoreApplication>
+#include <QHash>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QSizeGrip>
@@ -11,6 +13,8 @@
 
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
+
+#include <windowsx.h>
 #endif
 
 namespace paravue
@@ -18,40 +22,78 @@ namespace paravue
 
 #ifdef Q_OS_WIN
 
-/// The window procedure that the window and its header label share.
+/// The window procedure that windows and their header labels have instead of Qt's.
 struct NativeWindowDrag {
-    static inline QPointer<WindowDrag> drag;
-    static inline HWND windowHandle = nullptr;
-    static inline WNDPROC windowProcedure = nullptr;
+    struct Replaced {
+        WindowDrag *drag = nullptr;
+        bool isHeader = false;
+        WNDPROC usual = nullptr; ///< where all other messages go
+    };
+    static inline QHash<HWND, Replaced> replaced;
 
     static LRESULT CALLBACK procedure(HWND handle, UINT message, WPARAM wide, LPARAM wideLong)
     {
+        const Replaced entry = replaced.value(handle); // a copy, as the message may change the table
+        if (!entry.usual)
+            return DefWindowProcW(handle, message, wide, wideLong);
         if (message == WM_NCHITTEST) {
-            if (handle != windowHandle)
+            // The window below is asked instead.
+            if (entry.isHeader)
                 return HTTRANSPARENT;
-            if (drag && drag->isHandle(positionInWindow()))
+            if (entry.drag->isHandle(positionInWindow(*entry.drag, handle, wideLong)))
                 return HTCAPTION;
         }
+        if (message == WM_NCDESTROY)
+            putBack(handle);
+        return CallWindowProcW(entry.usual, handle, message, wide, wideLong);
+    }
+
+    /// The point of the message in device-independent pixels. By now the cursor may be elsewhere.
+    static QPoint positionInWindow(const WindowDrag &drag, HWND handle, LPARAM screenPoint)
+    {
+        POINT point{GET_X_LPARAM(screenPoint), GET_Y_LPARAM(screenPoint)};
+        ScreenToClient(handle, &point);
+        return (QPointF(point.x, point.y) / drag.m_window->devicePixelRatioF()).toPoint();
+    }
+
+    static void install(WindowDrag *drag)
+    {
+        const HWND window = handleOf(*drag->m_window);
+        const WNDPROC usual = replace(window, &procedure);
+        replaced[window] = {drag, false, usual};
+        installOnHeader(drag, usual);
+    }
+
+    /// Only the label becomes a native window: others between the two would keep the hit test for themselves.
+    static void installOnHeader(WindowDrag *drag, WNDPROC usual)
+    {
+        drag->m_header->setAttribute(Qt::WA_DontCreateNativeAncestors);
+        const bool before = QCoreApplication::testAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+        QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+        const HWND label = handleOf(*drag->m_header);
+        QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings, before);
+        replace(label, &procedure);
         // Deliberate: the label's messages go to the procedure of the window as well.
-        return CallWindowProcW(windowProcedure, handle, message, wide, wideLong);
+        replaced[label] = {drag, true, usual};
     }
 
-    static QPoint positionInWindow() { return drag->m_window->mapFromGlobal(QCursor::pos()); }
-
-    static void install(WindowDrag *object)
+    static void uninstall(WindowDrag *drag)
     {
-        drag = object;
-        windowHandle = reinterpret_cast<HWND>(object->m_window->winId());
-        windowProcedure = replace(windowHandle, &procedure);
-        replace(reinterpret_cast<HWND>(object->m_header->winId()), &procedure);
+        const QList<HWND> handles = replaced.keys();
+        for (const HWND handle : handles) {
+            if (replaced.value(handle).drag == drag)
+                putBack(handle);
+        }
     }
 
-    static void uninstall()
+    static void putBack(HWND handle)
     {
-        if (IsWindow(windowHandle))
-            replace(windowHandle, windowProcedure);
-        windowHandle = nullptr;
+        const Replaced entry = replaced.take(handle);
+        if (IsWindow(handle))
+            replace(handle, entry.usual);
     }
+
+    static HWND handleOf(const QWidget &widget) { return reinterpret_cast<HWND>(widget.winId()); }
 
     static WNDPROC replace(HWND handle, WNDPROC procedure)
     {
@@ -68,7 +110,7 @@ struct NativeWindowDrag {
         object->m_window->installEventFilter(object);
         object->m_header->installEventFilter(object);
     }
-    static void uninstall() {}
+    static void uninstall(WindowDrag *) {}
 };
 
 #endif
@@ -97,7 +139,7 @@ WindowDrag::WindowDrag(QWidget *window, QLabel *header) : QObject(window), m_win
 
 WindowDrag::~WindowDrag()
 {
-    NativeWindowDrag::uninstall();
+    NativeWindowDrag::uninstall(this);
 }
 
 bool WindowDrag::isHandle(const QPoint &windowPosition) const
