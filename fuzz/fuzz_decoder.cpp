@@ -1,9 +1,9 @@
 // Requires that all pictures that a decoder emits can be shown, whatever its bytes, and that the receiver may
 // keep one, append more, begin another stream or destroy the decoder.
 //
-// Input: a byte that chooses the codec, the action of the receiver and whether the decoder works in turns, a
-// byte that chooses the picture at which the receiver acts, then the bytes to append, with a PieceBorder
-// between pieces.
+// Input: a byte that chooses the codec, the action of the receiver, whether the decoder scales pictures and
+// whether it works in turns, a byte that chooses the picture at which the receiver acts, then the bytes to
+// append, with a PieceBorder between pieces.
 
 #include "Events.h"
 #include "FuzzInput.h"
@@ -28,6 +28,7 @@ enum Action { None, Keep, FeedMore, BeginAgain, BeginOther, End };
 constexpr std::array<const char *, 4> Codecs = {"h264", "mpeg4", "mjpeg", ""};
 constexpr int ActionCount = End + 1;
 constexpr quint8 InTurns = 0x80;
+constexpr quint8 Scaled = 0x40;
 
 class Receiver
 {
@@ -39,6 +40,7 @@ private:
     void take(const QImage &image);
     void act(const QImage &image);
     void begin(int codec);
+    QSize wantedSize() const;
 
     std::unique_ptr<cFfmpegDecoder> m_decoder = std::make_unique<cFfmpegDecoder>();
     QByteArray m_lastPiece;
@@ -50,11 +52,19 @@ private:
 };
 
 Receiver::Receiver(quint8 choice, int picturesUntilAction)
-    : m_codec(choice % Codecs.size()), m_action(Action((choice & ~InTurns) / Codecs.size() % ActionCount)),
+    : m_codec(choice % Codecs.size()),
+      m_action(Action((choice & ~(InTurns | Scaled)) / Codecs.size() % ActionCount)),
       m_picturesUntilAction(picturesUntilAction)
 {
     QObject::connect(m_decoder.get(), &cFfmpegDecoder::onFrame, m_decoder.get(),
                      [this](const QImage &image) { take(image); });
+    QObject::connect(
+        m_decoder.get(), &cFfmpegDecoder::onScaledFrame, m_decoder.get(), [this](const QImage &image) {
+            require(image.size() == wantedSize(), "a picture is scaled to the size that was chosen");
+            take(image);
+        });
+    if (choice & Scaled)
+        m_decoder->setChoice([this] { return wantedSize(); });
     if (choice & InTurns)
         m_decoder->workInTurns();
     begin(m_codec);
@@ -64,6 +74,12 @@ void Receiver::begin(int codec)
 {
     const char *name = Codecs[codec % Codecs.size()];
     require(m_decoder->create(QString::fromLatin1(name)) == (*name != 0), "the codecs are there, others not");
+}
+
+/// Large and small ones, and sometimes the picture's own.
+QSize Receiver::wantedSize() const
+{
+    return m_pictures % 4 == 0 ? QSize() : QSize(1 + m_pictures * 37 % 300, 1 + m_pictures * 23 % 200);
 }
 
 void Receiver::feed(const QList<QByteArray> &pieces)
@@ -88,6 +104,8 @@ void Receiver::take(const QImage &image)
 {
     checkImage(image);
     countPicture(image, m_pictures++);
+    if (const QImage whole = m_pictures % 3 == 0 ? m_decoder->wholePicture() : QImage(); !whole.isNull())
+        checkImage(whole);
     if (m_picturesUntilAction-- == 0)
         act(image);
 }

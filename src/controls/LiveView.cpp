@@ -8,11 +8,6 @@
 namespace paravue
 {
 
-namespace
-{
-
-} // namespace
-
 LiveView::LiveView(QWidget *parent) : QLabel(tr("No signal"), parent)
 {
     setTextFormat(Qt::PlainText);
@@ -63,9 +58,38 @@ QString LiveView::valueText() const
 void LiveView::setPixmap(const QPixmap &pixmap)
 {
     QLabel::setPixmap(pixmap);
+    m_isWhole = true;
     if (isVisible()) // at once, while the picture is in the caches of the processor
         scaledPicture();
     setNotice({});
+}
+
+QSize LiveView::scaledSize() const
+{
+    if (!isVisible() || !hasPicture() || !m_notice.isEmpty())
+        return {};
+    return (QSizeF(contentsRect().size()) * devicePixelRatioF()).toSize();
+}
+
+void LiveView::setScaledPicture(const QPixmap &picture)
+{
+    m_scaled.set(QLabel::pixmap(), picture);
+    m_isWhole = false;
+    update(contentsRect());
+}
+
+void LiveView::setWholePicture(const QPixmap &pixmap)
+{
+    m_scaled.setPicture(pixmap);
+    QLabel::setPixmap(pixmap);
+    m_isWhole = true;
+}
+
+QPixmap LiveView::pixmap() const
+{
+    if (!m_isWhole)
+        Q_EMIT wholePictureNeeded();
+    return QLabel::pixmap();
 }
 
 void LiveView::paintEvent(QPaintEvent *)
@@ -90,7 +114,7 @@ void LiveView::paintEvent(QPaintEvent *)
 
 const QPixmap &LiveView::scaledPicture()
 {
-    return m_scaled.of(pixmap(Qt::ReturnByValue), contentsRect().size(), devicePixelRatioF());
+    return m_scaled.of(QLabel::pixmap(), contentsRect().size(), devicePixelRatioF());
 }
 
 void LiveView::paintPicture(QPainter &painter)

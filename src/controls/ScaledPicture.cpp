@@ -74,6 +74,12 @@ const QPixmap &ScaledPicture::of(const QPixmap &picture, const QSize &size, qrea
     return m_scaled;
 }
 
+void ScaledPicture::set(const QPixmap &picture, const QPixmap &scaled)
+{
+    m_scaled = scaled;
+    m_key = picture.cacheKey();
+}
+
 QPixmap ScaledPicture::scaledTo(const QSize &size, const QImage &picture)
 {
     static QImage step; // all controls use it in turn

@@ -12,6 +12,10 @@ class ScaledPicture
 public:
     /// \a picture in \a size, in device-independent pixels of a screen with so many pixels to each.
     const QPixmap &of(const QPixmap &picture, const QSize &size, qreal pixelRatio);
+    /// Replaces what of() returns for \a picture as long as the size stays that of \a scaled.
+    void set(const QPixmap &picture, const QPixmap &scaled);
+    /// The same for the last one that was set or scaled.
+    void setPicture(const QPixmap &picture) { m_key = picture.cacheKey(); }
 
 private:
     QPixmap scaledTo(const QSize &size, const QImage &picture);

@@ -144,6 +144,12 @@ CodecStream::Progress CodecStream::next()
     return Progress::Nothing;
 }
 
+void CodecStream::takePicture(AVFrame &frame)
+{
+    av_frame_unref(&frame);
+    av_frame_move_ref(&frame, m_frame.get());
+}
+
 /// Once for each stream, as a stream with one such picture usually has many.
 void CodecStream::warnOfLeftOutPicture()
 {

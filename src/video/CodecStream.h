@@ -34,6 +34,8 @@ public:
     Progress next();
     /// Valid after next() has returned Progress::Picture, until the next call of it.
     const AVFrame &picture() const { return *m_frame; }
+    /// Moves it to \a frame. Usually the codec keeps its memory, too, as the pictures to come refer to it.
+    void takePicture(AVFrame &frame);
 
 private:
     static int getBuffer(AVCodecContext *context, AVFrame *frame, int flags);

@@ -3,6 +3,8 @@
 #include "video/VideoLimits.h"
 
 #include <algorithm>
+#include <map>
+#include <mutex>
 #include <utility>
 
 extern "C" {
@@ -87,6 +89,13 @@ void setColours(SwsContext *scaler, int matrix, bool isFullRange)
                              Unchanged);
 }
 
+/// The fast way leaves out pixels of a picture that is much larger than \a target.
+int scalingFlags(QSize source, QSize target)
+{
+    const bool isMuchLarger = source.width() > 2 * target.width() || source.height() > 2 * target.height();
+    return isMuchLarger ? SWS_AREA : SWS_FAST_BILINEAR;
+}
+
 bool hasAlpha(int format)
 {
     const AVPixFmtDescriptor *known = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(format));
@@ -98,6 +107,20 @@ void makeOpaque(const AVBufferRef &pixels)
 {
     auto *pixel = reinterpret_cast<QRgb *>(pixels.data);
     std::for_each(pixel, pixel + pixels.size / BytesPerPixel, [](QRgb &one) { one |= 0xff000000; });
+}
+
+/// The buffers of \a size bytes, of which all converters together keep one more than is in use.
+std::shared_ptr<AVBufferPool> poolOf(std::size_t size)
+{
+    static std::mutex guard;
+    static std::map<std::size_t, std::weak_ptr<AVBufferPool>> pools;
+    const std::lock_guard lock(guard);
+    std::erase_if(pools, [](const auto &pool) { return pool.second.expired(); });
+    std::weak_ptr<AVBufferPool> &known = pools[size];
+    auto pool = known.lock();
+    if (!pool)
+        known = pool = paravue::BufferPoolHandle(av_buffer_pool_init(size, nullptr));
+    return pool;
 }
 
 /// An image over \a pixels that keeps them alive.
@@ -119,17 +142,28 @@ namespace paravue
 
 QImage PictureConverter::convert(const AVFrame &picture)
 {
-    const Source source{picture.width, picture.height, picture.format, picture.colorspace,
+    return convert(picture, planesOf(picture), shownSize(picture));
+}
+
+QImage PictureConverter::convertTo(const AVFrame &picture, QSize size)
+{
+    return convert(picture, halvedTo(picture, size), size);
+}
+
+/// \a planes are those of \a picture, or of a smaller one.
+QImage PictureConverter::convert(const AVFrame &picture, const PicturePlanes &planes, QSize target)
+{
+    const Source source{planes.size.width(), planes.size.height(), picture.format, picture.colorspace,
                         picture.color_range == AVCOL_RANGE_JPEG};
-    const QSize target = shownSize(picture);
     const bool isSame = source == m_source && target == m_target;
     if (!(isSame || prepare(source, target)) || !provideBuffer()) {
         reset();
         return {};
     }
-    uint8_t *const planes[] = {m_pixels->data, nullptr, nullptr, nullptr};
+    uint8_t *const pixels[] = {m_pixels->data, nullptr, nullptr, nullptr};
     const int strides[] = {static_cast<int>(rowBytes(target.width())), 0, 0, 0};
-    sws_scale(m_scaler.get(), picture.data, picture.linesize, 0, picture.height, planes, strides);
+    sws_scale(m_scaler.get(), planes.data.data(), planes.strides.data(), 0, planes.size.height(), pixels,
+              strides);
     if (hasAlpha(picture.format))
         makeOpaque(*m_pixels);
     return imageOver(*m_pixels, target);
@@ -162,13 +196,14 @@ bool PictureConverter::prepare(const Source &source, QSize target)
         return false;
     // The native-endian match of QImage::Format_RGB32.
     m_scaler.reset(sws_getContext(source.width, source.height, format, target.width(), target.height(),
-                                  AV_PIX_FMT_RGB32, SWS_FAST_BILINEAR, nullptr, nullptr, nullptr));
+                                  AV_PIX_FMT_RGB32, scalingFlags({source.width, source.height}, target),
+                                  nullptr, nullptr, nullptr));
     if (m_scaler)
         setColours(m_scaler.get(), matrixOf(source.colourSpace), isFullRange || source.isFullRange);
     if (!m_pool || target != m_target) {
         m_pixels.reset();
         const qsizetype size = rowBytes(target.width()) * target.height() + RowAlignment;
-        m_pool.reset(av_buffer_pool_init(std::size_t(size), nullptr));
+        m_pool = poolOf(std::size_t(size));
     }
     m_source = source;
     m_target = target;

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "video/FfmpegHandles.h"
+#include "video/PictureReducer.h"
 
 #include <QImage>
 #include <QSize>
+
+#include <memory>
 
 namespace paravue
 {
@@ -18,6 +21,8 @@ public:
     /// A null image when the picture's pixel format cannot be converted or memory is short. The image is
     /// scaled in height when the pixels of the picture are not square.
     QImage convert(const AVFrame &picture);
+    /// The same in \a size, which is not empty.
+    QImage convertTo(const AVFrame &picture, QSize size);
     /// Leaves the buffer to \a image. False when that is not the last image of this converter.
     bool release(const QImage &image);
     /// Releases buffers and scaler.
@@ -34,14 +39,15 @@ private:
         bool operator==(const Source &) const = default;
     };
 
+    QImage convert(const AVFrame &picture, const PicturePlanes &planes, QSize target);
     bool prepare(const Source &source, QSize target);
     bool provideBuffer();
 
     Source m_source;
     QSize m_target;
     ScalerHandle m_scaler;
-    BufferPoolHandle m_pool;
-    BufferHandle m_pixels; ///< null behind release()
+    std::shared_ptr<AVBufferPool> m_pool; ///< shared by all pictures of this size
+    BufferHandle m_pixels;                ///< null behind release()
 };
 
 } // namespace paravue

@@ -10,6 +10,7 @@
 #include "video/cHvx3Parser.h"
 
 #include <QLoggingCategory>
+#include <QMetaMethod>
 #include <QPointer>
 #include <QTcpSocket>
 
@@ -85,6 +86,7 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
             [this](const DATA_T &frame) { m_frames += frame.streamId == PictureStream ? 1 : 0; });
     connect(m_demuxer, &cHvx3Demuxer::onCreate, this, &VideoHVX3Reciver::checkCodec);
     connect(m_decoder, &cFfmpegDecoder::onFrame, this, &VideoHVX3Reciver::imageReady);
+    connect(m_decoder, &cFfmpegDecoder::onScaledFrame, this, &VideoHVX3Reciver::scaledImageReady);
     connect(m_decoder, &cFfmpegDecoder::idle, this, &VideoHVX3Reciver::parseDeferred);
     connect(m_socket, &QTcpSocket::connected, this, &VideoHVX3Reciver::connected);
     connect(m_socket, &QTcpSocket::errorOccurred, this, &VideoHVX3Reciver::error);
@@ -162,10 +164,28 @@ void VideoHVX3Reciver::disconnected() {}
 void VideoHVX3Reciver::imageReady(const QImage &image)
 {
     ++pictureCount;
-    if (isInTurn(pictureCount))
-        Q_EMIT pixmapReady(pixmapOf(image));
-    else if (m_viewer)
-        m_viewer->showPicture(pixmapOf(image));
+    const bool isShown = isInTurn(pictureCount);
+    if (!isShown && !m_viewer)
+        return;
+    const QPixmap pixmap = pixmapOf(image);
+    // A receiver of the picture may destroy this object.
+    const QPointer<VideoHVX3Reciver> self(this);
+    if (isShown)
+        Q_EMIT pixmapReady(pixmap);
+    if (self && m_viewer)
+        m_viewer->showPicture(pixmap);
+}
+
+void VideoHVX3Reciver::scaledImageReady(const QImage &image)
+{
+    ++pictureCount;
+    m_viewer->showScaled(pixmapOf(image));
+}
+
+QPixmap VideoHVX3Reciver::wholePicture()
+{
+    const QImage image = m_decoder->wholePicture();
+    return image.isNull() ? QPixmap() : pixmapOf(image);
 }
 
 /// A pixmap may share the memory of its image, which the next picture must not overwrite.
@@ -177,17 +197,21 @@ QPixmap VideoHVX3Reciver::pixmapOf(const QImage &image)
 void VideoHVX3Reciver::setViewer(paravue::PictureViewer *viewer)
 {
     m_viewer = viewer;
-    m_decoder->setFilter([this] { return isWanted(); });
+    m_decoder->setChoice([this] { return chooseSize(); });
     m_decoder->setWatch([viewer] { return viewer->isWatching(); });
 }
 
 /// Asked before imageReady(). A picture that is not wanted counts all the same.
-bool VideoHVX3Reciver::isWanted()
+std::optional<QSize> VideoHVX3Reciver::chooseSize()
 {
-    if (m_viewer->wantsPicture(isInTurn(pictureCount + 1)))
-        return true;
-    ++pictureCount;
-    return false;
+    const bool isShown = isInTurn(pictureCount + 1);
+    if (!m_viewer->wantsPicture(isShown)) {
+        ++pictureCount;
+        return {};
+    }
+    const bool isEmitted =
+        isShown && isSignalConnected(QMetaMethod::fromSignal(&VideoHVX3Reciver::pixmapReady));
+    return isEmitted ? QSize() : m_viewer->scaledSize();
 }
 
 void VideoHVX3Reciver::checkCodec()

@@ -39,6 +39,8 @@ public:
     /// From now on only the pictures that \a viewer wants are converted and shown. It has to outlive the
     /// receiver.
     void setViewer(paravue::PictureViewer *viewer);
+    /// The last picture in its own size when the viewer got it scaled, or else a null pixmap.
+    QPixmap wholePicture();
     /// True once the recorder has acknowledged the login.
     bool isStreaming() const { return m_state == Streaming; }
     /// The recorder's name for the codec of the pictures, when there is no decoder for it.
@@ -73,7 +75,8 @@ private:
     void parse();
     void parseDeferred();
     void checkCodec();
-    bool isWanted();
+    std::optional<QSize> chooseSize();
+    void scaledImageReady(const QImage &image);
     QPixmap pixmapOf(const QImage &image);
 
     QDomElement m_element;

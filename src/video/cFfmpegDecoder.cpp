@@ -166,6 +166,8 @@ void cFfmpegDecoder::open(const QByteArray &name)
     m_isDecoding = false;
     m_hasPicture = false;
     m_converter.reset();
+    m_scaler.reset();
+    m_scaled.reset();
     m_skippingSince.reset();
     dropHeld();
     m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
@@ -185,10 +187,36 @@ void cFfmpegDecoder::decodeNext()
 void cFfmpegDecoder::showPicture()
 {
     m_hasPicture = false;
-    m_pictureSize = QSize(m_stream->picture().width, m_stream->picture().height);
-    if (m_tasks.front().isUnseen || (m_isWanted && !m_isWanted()))
+    const QSize newSize(m_stream->picture().width, m_stream->picture().height);
+    const bool isSameSize = std::exchange(m_pictureSize, newSize) == newSize;
+    if (m_tasks.front().isUnseen)
         return;
+    const std::optional<QSize> size = m_wantedSize ? m_wantedSize() : QSize();
+    if (!size)
+        return;
+    if (isSameSize && !size->isEmpty() && showScaled(*size))
+        return;
+    m_scaled.reset();
     const QImage image = m_converter.convert(m_stream->picture());
     if (!image.isNull())
         Q_EMIT onFrame(image);
+}
+
+bool cFfmpegDecoder::showScaled(QSize size)
+{
+    const QImage image = m_scaler.convertTo(m_stream->picture(), size);
+    if (image.isNull())
+        return false;
+    if (!m_scaled)
+        m_scaled.reset(av_frame_alloc());
+    if (m_scaled)
+        m_stream->takePicture(*m_scaled);
+    Q_EMIT onScaledFrame(image);
+    return true;
+}
+
+QImage cFfmpegDecoder::wholePicture()
+{
+    const auto picture = std::exchange(m_scaled, nullptr);
+    return picture ? m_converter.convert(*picture) : QImage();
 }

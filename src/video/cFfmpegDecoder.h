@@ -41,15 +41,18 @@ public:
     /// Leaves out bytes that have waited longer than \a limit, and those behind them up to the next key
     /// picture. Without a limit, and without workInTurns(), all are decoded.
     void setMaxWait(std::chrono::milliseconds limit) { m_maxWait = limit; }
-    /// Whether the picture that was decoded is wanted. One that is not is neither converted nor emitted.
-    using Filter = std::function<bool()>;
-    void setFilter(const Filter &isWanted) { m_isWanted = isWanted; }
+    /// Asked in which size the picture that was decoded is wanted: an empty one stands for its own. Without
+    /// an answer it is neither converted nor emitted.
+    using Choice = std::function<std::optional<QSize>()>;
+    void setChoice(const Choice &wantedSize) { m_wantedSize = wantedSize; }
     /// In turns: whether anybody sees the pictures. While nobody does, bytes are kept instead of decoded, and
     /// what they show is not emitted. They are decoded before the first ones that somebody sees.
-    void setWatch(const Filter &isWatched) { m_isWatched = isWatched; }
-    /// Leaves its memory to the \a image of onFrame(), so that a receiver can keep it without a copy. False
+    void setWatch(const std::function<bool()> &isWatched) { m_isWatched = isWatched; }
+    /// Leaves its memory to the \a image of a signal, so that a receiver can keep it without a copy. False
     /// when it is not the last image.
-    bool release(const QImage &image) { return m_converter.release(image); }
+    bool release(const QImage &image) { return m_converter.release(image) || m_scaler.release(image); }
+    /// The last picture in its own size when it was emitted in another one, or else a null image.
+    QImage wholePicture();
     /// The size of the last decoded picture.
     QSize pictureSize() const { return m_pictureSize; }
     /// How long the last bytes have waited until their decoding began.
@@ -61,6 +64,8 @@ Q_SIGNALS:
     /// A decoded picture, in QImage::Format_RGB32 and with square pixels. The following pictures are written
     /// into the same memory, so a receiver that keeps the image has to copy it or to release() it.
     void onFrame(const QImage &image);
+    /// The same, in the size that was chosen (setChoice()).
+    void onScaledFrame(const QImage &image);
     /// All that was appended is decoded.
     void idle();
 
@@ -96,6 +101,7 @@ private:
     void open(const QByteArray &name);
     void decodeNext();
     void showPicture();
+    bool showScaled(QSize size);
 
     std::deque<Task> m_tasks;
     qsizetype m_waitingBytes = 0;
@@ -108,11 +114,13 @@ private:
     bool m_isDecoding = false; ///< the first task has begun
     bool m_working = false;
     bool m_hasPicture = false; ///< decoded and not shown yet
-    Filter m_isWanted;
-    Filter m_isWatched;
+    Choice m_wantedSize;
+    std::function<bool()> m_isWatched;
     std::deque<QByteArray> m_held;
     qsizetype m_heldBytes = 0;
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
+    paravue::PictureConverter m_scaler; ///< for the size that was chosen
+    paravue::FrameHandle m_scaled;      ///< the last picture, while it was emitted in that size alone
     std::shared_ptr<paravue::EventLoopBudget> m_budget; ///< null when the work is done at once
 };

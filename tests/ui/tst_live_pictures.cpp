@@ -1,3 +1,5 @@
+#include "controls/LiveView.h"
+#include "controls/PictureView.h"
 #include "support/EncodedClip.h"
 #include "support/Hvx3Bytes.h"
 #include "support/PictureCount.h"
@@ -75,6 +77,32 @@ private:
     int m_sent = 0;
 };
 
+std::shared_ptr<PictureAudience> audienceOf(const QList<QPointer<QWidget>> &controls)
+{
+    auto audience = std::make_shared<PictureAudience>();
+    audience->controls = controls;
+    return audience;
+}
+
+/// A control with the pictures of a camera, in a window.
+struct ShownCamera {
+    ShownCamera(const SteadyCamera &camera, QSize size)
+        : view(&window), source(pictureSources(window)(PictureKind::Live, camera.task()))
+    {
+        view.resize(size);
+        window.show();
+        source->setAudience(audienceOf({&view}));
+        QObject::connect(source.get(), &PictureSource::pixmapReady, &view, &LiveView::setPixmap);
+        QObject::connect(source.get(), &PictureSource::scaledReady, &view, &LiveView::setScaledPicture);
+        QObject::connect(source.get(), &PictureSource::wholeReady, &view, &LiveView::setWholePicture);
+        QObject::connect(&view, &LiveView::wholePictureNeeded, source.get(), &PictureSource::showWhole);
+    }
+
+    QWidget window;
+    LiveView view;
+    std::unique_ptr<PictureSource> source;
+};
+
 } // namespace
 
 class TestLivePictures : public QObject
@@ -88,6 +116,9 @@ private Q_SLOTS:
     void namesAnUnknownCodec();
     void pausesWhileNobodyLooks();
     void knowsWhoLooks();
+    void scalesWhatALiveViewShows();
+    void knowsWhoNeedsWholePictures();
+    void keepsFewPictures();
 };
 
 void TestLivePictures::showsEveryCamera_data()
@@ -182,15 +213,18 @@ void TestLivePictures::pausesWhileNobodyLooks()
     SteadyCamera camera(clip.pictures);
     QObject window;
     const auto source = pictureSources(window)(PictureKind::Live, camera.task());
-    bool isSeen = false;
-    source->setAudience([&] { return isSeen; });
+    QWidget shown;
+    QWidget control(&shown);
+    shown.show();
+    control.hide();
+    source->setAudience(audienceOf({&control}));
     camera.mayGoOn = [&] { return source->isAccepted(); };
     AWAIT_COMPARE(source->pictures(), 1U);
     QVERIFY(source->isPaused());
     const quint64 traffic = source->traffic();
     AWAIT_VERIFY(source->traffic() > traffic + 20);
     QCOMPARE(source->pictures(), 1U);
-    isSeen = true;
+    control.show();
     AWAIT_VERIFY(source->pictures() > 1);
 }
 
@@ -224,6 +258,94 @@ void TestLivePictures::knowsWhoLooks()
     cover.resize(200, 200);
     cover.show();
     QVERIFY(!audience.isWatching());
+}
+
+void TestLivePictures::scalesWhatALiveViewShows()
+{
+    SteadyCamera camera(encodeClip({.encoder = "mjpeg", .size = {64, 64}}).pictures);
+    ShownCamera shown(camera, {34, 34});
+    int whole = 0;
+    int scaled = 0;
+    int last = -1;
+    connect(shown.source.get(), &PictureSource::pixmapReady, this, [&] { ++whole; });
+    connect(shown.source.get(), &PictureSource::scaledReady, this, [&](const QPixmap &pixmap) {
+        ++scaled;
+        QCOMPARE(pixmap.size(), shown.view.contentsRect().size());
+        last = shownNumber(pixmap.toImage().scaled(64, 64));
+        QCOMPARE(static_cast<QLabel &>(shown.view).pixmap().size(), QSize(64, 64));
+        if (scaled % 3 == 0) { // those who ask get the picture that is shown
+            QCOMPARE(shownNumber(shown.view.pixmap().toImage()), last);
+            QCOMPARE(shown.view.property("pixmap").value<QPixmap>().cacheKey(),
+                     shown.view.QLabel::pixmap().cacheKey());
+        }
+    });
+    camera.mayGoOn = [&] { return shown.source->isAccepted() && scaled < 10; };
+    AWAIT_VERIFY(scaled == 10);
+    QVERIFY(whole > 0 && whole < scaled);
+    QCOMPARE(shown.source->pictures(), quint64(whole + scaled));
+    QCOMPARE(shownNumber(shown.view.grab(shown.view.contentsRect()).toImage().scaled(64, 64)), last);
+    // When no further one comes the label has the picture that it shows.
+    AWAIT_COMPARE(shownNumber(shown.view.QLabel::pixmap().toImage()), last);
+    QCOMPARE(shown.source->pictures(), quint64(whole + scaled));
+    // Somebody else asks for the pictures of the receiver.
+    QSignalSpy inTurn(shown.source->findChild<VideoHVX3Reciver *>(), &VideoHVX3Reciver::pixmapReady);
+    const int before = scaled;
+    camera.mayGoOn = [&] { return scaled < before + 20; };
+    AWAIT_VERIFY(inTurn.size() >= 4);
+    for (const auto &emitted : inTurn)
+        QCOMPARE(emitted.first().value<QPixmap>().size(), QSize(64, 64));
+}
+
+void TestLivePictures::knowsWhoNeedsWholePictures()
+{
+    QWidget window;
+    LiveView view(&window);
+    LiveView other(&window);
+    PictureView large(&window);
+    const QPixmap picture(64, 64);
+    for (LiveView *each : {&view, &other}) {
+        each->resize(34, 34);
+        each->setPixmap(picture);
+    }
+    const QSize size = view.contentsRect().size();
+    QVERIFY(audienceOf({})->scaledSize().isEmpty());
+    QVERIFY(audienceOf({&view})->scaledSize().isEmpty()); // not visible
+    window.show();
+    QCOMPARE(audienceOf({&view})->scaledSize(), size);
+    QCOMPARE(audienceOf({nullptr, &view, &other})->scaledSize(), size);
+    QVERIFY(audienceOf({&view, &large})->scaledSize().isEmpty());
+    other.resize(40, 40);
+    QVERIFY(audienceOf({&view, &other})->scaledSize().isEmpty());
+    view.setNotice("No picture for 6 s");
+    QVERIFY(audienceOf({&view})->scaledSize().isEmpty());
+}
+
+/// For all controls together one more picture of each size than there are controls: the one that is made.
+void TestLivePictures::keepsFewPictures()
+{
+    const QList<QByteArray> pictures = encodeClip({.encoder = "mjpeg", .size = {64, 64}}).pictures;
+    constexpr int Cameras = 3;
+    std::vector<std::unique_ptr<SteadyCamera>> cameras;
+    std::vector<std::unique_ptr<ShownCamera>> shown;
+    QSet<const uchar *> whole;
+    QSet<const uchar *> scaled;
+    for (int i = 0; i < Cameras; ++i) {
+        cameras.push_back(std::make_unique<SteadyCamera>(pictures));
+        shown.push_back(std::make_unique<ShownCamera>(*cameras.back(), QSize(34, 34)));
+        PictureSource *source = shown.back()->source.get();
+        auto *decoder = source->findChild<cFfmpegDecoder *>();
+        connect(decoder, &cFfmpegDecoder::onFrame, this,
+                [&](const QImage &image) { whole << image.constBits(); });
+        connect(decoder, &cFfmpegDecoder::onScaledFrame, this,
+                [&](const QImage &image) { scaled << image.constBits(); });
+        cameras.back()->mayGoOn = [source] { return source->isAccepted(); };
+    }
+    for (const auto &each : shown)
+        AWAIT_VERIFY_WITHIN(each->source->pictures() > 60, 20'000);
+    QVERIFY2(whole.size() <= Cameras + 1, qPrintable(QString::number(whole.size())));
+    QVERIFY2(scaled.size() <= Cameras + 1, qPrintable(QString::number(scaled.size())));
+    for (const auto &each : shown)
+        QVERIFY(whole.contains(each->view.QLabel::pixmap().toImage().constBits())); // no copy
 }
 
 QTEST_MAIN(TestLivePictures)

@@ -22,6 +22,7 @@ extern "C" {
 using namespace paravue::test;
 
 Q_DECLARE_METATYPE(paravue::test::ClipColours)
+Q_DECLARE_METATYPE(paravue::test::ClipFormat)
 
 namespace
 {
@@ -60,6 +61,21 @@ bool opaque(const QImage &image)
     return true;
 }
 
+/// Of the values of the colours, 0 to 255.
+double meanDifference(const QImage &left, const QImage &right)
+{
+    double sum = 0;
+    for (int y = 0; y < left.height(); ++y) {
+        for (int x = 0; x < left.width(); ++x) {
+            const QColor a = left.pixelColor(x, y);
+            const QColor b = right.pixelColor(x, y);
+            sum +=
+                std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue());
+        }
+    }
+    return sum / 3 / (double(left.width()) * left.height());
+}
+
 /// How often a codec has concealed damage, which it logs.
 int concealments = 0;
 
@@ -85,6 +101,8 @@ private Q_SLOTS:
     void squaresPixels();
     void showsTheColoursOfTheStream_data();
     void showsTheColoursOfTheStream();
+    void scalesPictures_data();
+    void scalesPictures();
     void survivesDamage_data();
     void survivesDamage();
     void findsPicturesAmongOtherBytes_data();
@@ -268,6 +286,58 @@ void TestFfmpegDecoder::showsTheColoursOfTheStream()
     viewer.decoder.append(encodeClip(usual).whole());
     viewer.decoder.append(encodeClip(format).whole());
     QCOMPARE(viewer.numbers, QList<int>({0, 0}));
+}
+
+void TestFfmpegDecoder::scalesPictures_data()
+{
+    const TestTable<ClipFormat, QSize> row("format", "size");
+    const ClipFormat usual{.encoder = "libx264", .size = {352, 288}};
+    row("half", usual, {176, 144});
+    row("half with a frame", usual, {175, 143});
+    row("quarter", usual, {88, 72});
+    row("between", usual, {100, 81});
+    row("less in one direction", usual, {88, 288});
+    row("larger", usual, {400, 300});
+    row("large to tiny", usual, {9, 7});
+    row("MPEG-4", {.encoder = "mpeg4", .size = {352, 288}}, {176, 144});
+    row("motion JPEG", {.encoder = "mjpeg", .size = {352, 288}}, {176, 144});
+    row("a colour for each pixel", {.encoder = "mjpeg", .size = {362, 298}, .fineColours = true}, {90, 74});
+    row("odd", {.encoder = "mjpeg", .size = {181, 99}}, {60, 33});
+    row("no multiple of four", {.encoder = "libx264", .size = {354, 286}}, {59, 47});
+    row("ten bits", {.encoder = "libx264", .size = {352, 288}, .fullRange = true, .tenBits = true}, {88, 72});
+    row("wide pixels", {.encoder = "libx264", .size = {176, 288}, .pixelWidth = 2}, {88, 72});
+}
+
+/// The scaled picture looks as the whole one would after scaling.
+void TestFfmpegDecoder::scalesPictures()
+{
+    QFETCH(ClipFormat, format);
+    QFETCH(QSize, size);
+    if (!canEncode(format.encoder))
+        QSKIP("this FFmpeg has no such encoder");
+    const EncodedClip clip = encodeClip(format);
+    Viewer viewer;
+    viewer.decoder.setChoice([&] { return size; });
+    QList<QImage> scaled;
+    connect(&viewer.decoder, &cFfmpegDecoder::onScaledFrame, this, [&](const QImage &image) {
+        QVERIFY(opaque(image));
+        scaled << image;
+        QVERIFY(viewer.decoder.release(image));
+    });
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    viewer.decoder.append(clip.pictures.first());
+    QCOMPARE(viewer.numbers, QList<int>({0})); // in its own size, which is new
+    QVERIFY(viewer.decoder.wholePicture().isNull());
+    viewer.decoder.append(clip.pictures.sliced(1).join());
+    QCOMPARE(viewer.numbers.size(), 1);
+    QCOMPARE(scaled.size(), clip.pictures.size() - 1);
+    const QImage whole = viewer.decoder.wholePicture();
+    QCOMPARE(shownNumber(whole), clip.shown.last());
+    QVERIFY(viewer.decoder.wholePicture().isNull());
+    const QImage expected = whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QCOMPARE(scaled.last().size(), size);
+    QVERIFY2(meanDifference(scaled.last(), expected) < 5,
+             qPrintable(QString::number(meanDifference(scaled.last(), expected))));
 }
 
 void TestFfmpegDecoder::survivesDamage_data()

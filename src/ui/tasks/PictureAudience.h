@@ -13,6 +13,9 @@ struct PictureAudience {
 
     /// Whether a user can see one of them: not while it is on another page, in a minimised window or covered.
     bool isWatching() const;
+    /// The size in pixels in which their pictures are painted, if none of them needs more (LiveView.h). Else
+    /// an empty size.
+    QSize scaledSize() const;
 };
 
 } // namespace paravue

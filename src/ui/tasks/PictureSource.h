@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/tasks/PictureAudience.h"
 #include "video/StreamFigures.h"
 
 #include <QObject>
@@ -23,6 +24,7 @@ public:
     explicit PictureSource(QObject *parent = nullptr) : QObject(parent)
     {
         connect(this, &PictureSource::pixmapReady, this, [this] { ++m_pictures; });
+        connect(this, &PictureSource::scaledReady, this, [this] { ++m_pictures; });
     }
 
     /// False when no further picture can come: a live one has lost its connection, or the request for a still
@@ -44,8 +46,11 @@ public:
     /// Why there is no picture, as a short text for the user; empty when the source does not know.
     virtual QString problem() const { return {}; }
 
-    /// From now on pictures that nobody sees need not come. \a isSeen may be called until the source ends.
-    virtual void setAudience(const std::function<bool()> &) {}
+    /// From now on pictures that nobody sees need not come, and those of which only the painted size is
+    /// needed may come in that size.
+    virtual void setAudience(const std::shared_ptr<const PictureAudience> &) {}
+    /// Emits wholeReady() if the last picture has come in another size only.
+    virtual void showWhole() {}
     /// True while no pictures come because nobody sees them.
     virtual bool isPaused() const { return false; }
 
@@ -60,6 +65,10 @@ public:
 
 Q_SIGNALS:
     void pixmapReady(const QPixmap &pixmap);
+    /// A picture in the size in which the audience paints it.
+    void scaledReady(const QPixmap &pixmap);
+    /// The last picture of scaledReady() in its own size.
+    void wholeReady(const QPixmap &pixmap);
     /// cameraPosition() has changed.
     void cameraMoved(const QString &position);
 

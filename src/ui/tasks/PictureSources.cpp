@@ -10,6 +10,7 @@
 #include <QDomElement>
 #include <QElapsedTimer>
 #include <QTcpSocket>
+#include <QTimer>
 
 namespace paravue
 {
@@ -27,9 +28,11 @@ public:
     {
         m_clock.start();
         m_receiver.setViewer(this);
-        connect(&m_receiver, &VideoHVX3Reciver::pixmapReady, this, &PictureSource::pixmapReady);
         connect(m_socket, &QTcpSocket::connected, this, [this] { m_hasConnected = true; });
         connect(m_socket, &QTcpSocket::readyRead, this, [this] { ++m_traffic; });
+        connect(m_socket, &QTcpSocket::disconnected, this, &LivePictureSource::showWhole);
+        m_wholeTimer.setSingleShot(true);
+        connect(&m_wholeTimer, &QTimer::timeout, this, &LivePictureSource::showWhole);
     }
 
     bool isActive() const override
@@ -48,9 +51,21 @@ public:
         return codec ? PictureStatus::unknownCodec(*codec) : QString();
     }
 
-    void setAudience(const std::function<bool()> &isSeen) override { m_isSeen = isSeen; }
+    void setAudience(const std::shared_ptr<const PictureAudience> &audience) override
+    {
+        m_audience = audience;
+    }
+    void showWhole() override
+    {
+        const QPixmap pixmap = m_receiver.wholePicture();
+        if (pixmap.isNull())
+            return;
+        m_lastWhole.start();
+        m_wholeTimer.stop();
+        Q_EMIT wholeReady(pixmap);
+    }
     // Even a control that nobody sees gets its first picture.
-    bool isPaused() const override { return pictures() > 0 && m_isSeen && !m_isSeen(); }
+    bool isPaused() const override { return pictures() > 0 && m_audience && !m_audience->isWatching(); }
 
 protected:
     Receiver m_receiver;
@@ -58,10 +73,31 @@ protected:
 private:
     bool wantsPicture(bool isInTurn) override { return m_choice.takes(isInTurn, m_clock.elapsed()); }
     bool isWatching() override { return !isPaused(); }
-    void showPicture(const QPixmap &pixmap) override { Q_EMIT pixmapReady(pixmap); }
+    QSize scaledSize() override
+    {
+        const bool isWholeDue = !m_lastWhole.isValid() || m_lastWhole.hasExpired(WholeInterval);
+        return m_audience && !isWholeDue ? m_audience->scaledSize() : QSize();
+    }
+    void showPicture(const QPixmap &pixmap) override
+    {
+        m_lastWhole.start();
+        m_wholeTimer.stop();
+        Q_EMIT pixmapReady(pixmap);
+    }
+    void showScaled(const QPixmap &pixmap) override
+    {
+        m_wholeTimer.start(WholeInterval);
+        Q_EMIT scaledReady(pixmap);
+    }
 
-    std::function<bool()> m_isSeen;
+    /// How old the picture in its own size may become that QLabel::pixmap() returns, which is no virtual
+    /// function.
+    static constexpr int WholeInterval = 250; // milliseconds
+
+    std::shared_ptr<const PictureAudience> m_audience;
     QElapsedTimer m_clock;
+    QElapsedTimer m_lastWhole;
+    QTimer m_wholeTimer; ///< when no further picture comes
     PictureChoice m_choice;
     QTcpSocket *const m_socket; // a child of the receiver
     quint64 m_traffic = 0;

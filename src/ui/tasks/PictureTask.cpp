@@ -1,5 +1,6 @@
 #include "ui/tasks/PictureTask.h"
 
+#include "controls/LiveView.h"
 #include "controls/PictureNotice.h"
 #include "store/OrbSetup.h"
 #include "ui/binding/BuiltDescription.h"
@@ -122,7 +123,7 @@ void PictureTask::begin(PictureKind kind, const QDomElement &task, quint32 now)
     m_actions->setSource(m_source.get());
     if (!m_source)
         return;
-    m_source->setAudience([audience = m_audience] { return audience->isWatching(); });
+    m_source->setAudience(m_audience);
     m_attempt = std::make_unique<LoginAttempt>(m_login);
     if (kind == PictureKind::Live) {
         if (!m_log)
@@ -209,7 +210,14 @@ QList<QWidget *> PictureTask::findTargets(const QDomElement &task)
 
 void PictureTask::connectTarget(QWidget &target)
 {
-    if (m_source && target.metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
+    if (!m_source)
+        return;
+    if (auto *view = qobject_cast<LiveView *>(&target)) {
+        QObject::connect(m_source.get(), &PictureSource::scaledReady, view, &LiveView::setScaledPicture);
+        QObject::connect(m_source.get(), &PictureSource::wholeReady, view, &LiveView::setWholePicture);
+        QObject::connect(view, &LiveView::wholePictureNeeded, m_source.get(), &PictureSource::showWhole);
+    }
+    if (target.metaObject()->indexOfSlot("setPixmap(QPixmap)") >= 0)
         QObject::connect(m_source.get(), SIGNAL(pixmapReady(QPixmap)), &target, SLOT(setPixmap(QPixmap)));
 }
 
