@@ -164,16 +164,22 @@ void VideoHVX3Reciver::disconnected() {}
 void VideoHVX3Reciver::imageReady(const QImage &image)
 {
     ++pictureCount;
-    const bool isShown = isInTurn(pictureCount);
-    if (!isShown && !m_viewer)
+    const bool isToEmit = isEmitted(pictureCount);
+    if (!isToEmit && !m_viewer)
         return;
     const QPixmap pixmap = pixmapOf(image);
     // A receiver of the picture may destroy this object.
     const QPointer<VideoHVX3Reciver> self(this);
-    if (isShown)
+    if (isToEmit)
         Q_EMIT pixmapReady(pixmap);
     if (self && m_viewer)
         m_viewer->showPicture(pixmap);
+}
+
+/// Whether the picture of this number is emitted, and somebody receives it.
+bool VideoHVX3Reciver::isEmitted(unsigned int number) const
+{
+    return isInTurn(number) && isSignalConnected(QMetaMethod::fromSignal(&VideoHVX3Reciver::pixmapReady));
 }
 
 void VideoHVX3Reciver::scaledImageReady(const QImage &image)
@@ -204,14 +210,11 @@ void VideoHVX3Reciver::setViewer(paravue::PictureViewer *viewer)
 /// Asked before imageReady(). A picture that is not wanted counts all the same.
 std::optional<QSize> VideoHVX3Reciver::chooseSize()
 {
-    const bool isShown = isInTurn(pictureCount + 1);
-    if (!m_viewer->wantsPicture(isShown)) {
+    if (!m_viewer->wantsPicture(isInTurn(pictureCount + 1))) {
         ++pictureCount;
         return {};
     }
-    const bool isEmitted =
-        isShown && isSignalConnected(QMetaMethod::fromSignal(&VideoHVX3Reciver::pixmapReady));
-    return isEmitted ? QSize() : m_viewer->scaledSize();
+    return isEmitted(pictureCount + 1) ? QSize() : m_viewer->scaledSize();
 }
 
 void VideoHVX3Reciver::checkCodec()

@@ -75,6 +75,7 @@ private:
     void parse();
     void parseDeferred();
     void checkCodec();
+    bool isEmitted(unsigned int number) const;
     std::optional<QSize> chooseSize();
     void scaledImageReady(const QImage &image);
     QPixmap pixmapOf(const QImage &image);
