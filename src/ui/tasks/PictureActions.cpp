@@ -28,9 +28,17 @@ namespace
 QPixmap pictureOf(const QWidget &control)
 {
     if (const auto *view = qobject_cast<const LiveView *>(&control))
-        return view->pixmap(Qt::ReturnByValue);
+        return view->pixmap();
     const auto *view = qobject_cast<const PictureView *>(&control);
     return view ? view->pixmap() : QPixmap();
+}
+
+bool hasPicture(const QWidget &control)
+{
+    if (const auto *view = qobject_cast<const LiveView *>(&control))
+        return view->hasPicture();
+    const auto *view = qobject_cast<const PictureView *>(&control);
+    return view && view->hasPicture();
 }
 
 /// What the user sees as the name of a control.
@@ -186,7 +194,6 @@ EditActions PictureActions::actionsFor(QWidget &control)
                 (self->*action)(*shown);
         };
     };
-    const bool hasPicture = !pictureOf(control).isNull();
     auto *steered = dynamic_cast<SteeredView *>(&control);
     const auto copyKeys =
         isEditor(control) ? QList<QKeySequence>() : keysFor(QKeySequence::Copy, Qt::CTRL | Qt::Key_C);
@@ -199,8 +206,8 @@ EditActions PictureActions::actionsFor(QWidget &control)
     else
         actions.append({tr("Enlarge"), {Qt::Key_F11}, call(&PictureActions::enlarge)});
     actions.append({tr("Save picture…"), keysFor(QKeySequence::Save, Qt::CTRL | Qt::Key_S),
-                    call(&PictureActions::save), hasPicture});
-    actions.append({tr("Copy picture"), copyKeys, call(&PictureActions::copy), hasPicture});
+                    call(&PictureActions::save), hasPicture(control)});
+    actions.append({tr("Copy picture"), copyKeys, call(&PictureActions::copy), hasPicture(control)});
     if (m_kind == PictureKind::Still)
         actions.append({tr("Fetch a picture now"), {Qt::Key_F5}, call(&PictureActions::requestFetch)});
     actions.append({tr("Stream details"), {Qt::Key_I}, call(&PictureActions::showDetails)});
