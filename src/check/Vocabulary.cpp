@@ -76,6 +76,13 @@ QStringList windowTags()
             ExportFailed};
 }
 
+bool hasSingleValues(const ControlTraits &traits)
+{
+    return std::any_of(traits.keys.begin(), traits.keys.end(), [](const KeyRule &key) {
+        return key.form == KeyRule::Value || key.form == KeyRule::Assignment;
+    });
+}
+
 constexpr qsizetype LongestWord = 32; // that is compared with others
 
 /// How many letters must be changed, added, left out or swapped with their neighbour to make the one word
@@ -138,6 +145,8 @@ Vocabulary::Vocabulary()
     forEachControlType([&](const QString &type, const ControlAdapter &adapter) {
         ElementRule &item = m_items[type];
         item = {itemTag, place + controlAttributes() + adapter.traits().attributes, {}};
+        if (hasSingleValues(adapter.traits()))
+            item.attributes.append(secretRule());
         for (const ElementRule &child : childrenOf(adapter)) {
             add(child);
             item.children.append(child.tag);

@@ -142,6 +142,11 @@ void TestDescriptionCheck::findsProblems_data()
          "3:1 warning: minimum is greater than maximum",
          "4:1 warning: The attribute \"maximum\" has no meaning here",
          "4:1 warning: The attribute \"required\" has no meaning here"});
+    row("secret",
+        description("<item type='label' secret='yes'><value>net/u/a</value></item>\n"
+                    "<item type='edit' row='1' secret='on'/>\n<item type='separator' row='2' secret='yes'/>"),
+        {"3:1 warning: Unknown word in secret=\"on\"; known are no, yes",
+         "4:1 warning: The attribute \"secret\" has no meaning here"});
     row("validator", description("<item type='edit' validator='[0-9'/>"),
         {"2:1 error: The regular expression \"[0-9\" is invalid: missing terminating ] for character class"});
 

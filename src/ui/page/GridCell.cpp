@@ -101,6 +101,12 @@ const AttributeRule &orientationRule()
     return rule;
 }
 
+const AttributeRule &secretRule()
+{
+    static const AttributeRule rule{"secret", AttributeRule::Word, {"no", "yes"}};
+    return rule;
+}
+
 const ElementRule &stretchRule()
 {
     static const ElementRule rule{"stretch", {{rowAttribute}, {columnAttribute}}};

@@ -48,5 +48,7 @@ const QList<AttributeRule> &controlAttributes();
 /// Which of the two orientations an item has.
 const AttributeRule &orientationRule();
 const ElementRule &stretchRule();
+/// Of a control with keys: its values are shown as dots wherever values are listed.
+const AttributeRule &secretRule();
 
 } // namespace paravue
