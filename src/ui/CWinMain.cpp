@@ -175,8 +175,8 @@ void CWinMain::wire()
 
 void CWinMain::trackChanges()
 {
-    m_changes =
-        std::make_unique<ChangeTracking>(*this, *m_setup, m_parts->bindings, m_parts->description.table());
+    m_changes = std::make_unique<ChangeTracking>(*this, m_parts->context, m_parts->bindings, adapterOfType);
+    connect(m_changes.get(), &ChangeTracking::dialogRequested, this, &CWinMain::showDialog);
     m_frame->header()->addTool(m_changes->countButton());
     connect(m_changes.get(), &ChangeTracking::reviewRequested, this,
             [this] { operate([this] { review(false); }); });

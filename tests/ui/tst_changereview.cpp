@@ -311,7 +311,7 @@ void TestChangeReview::findsControls()
             dialog.findChild<QCheckBox *>()->setChecked(isChangedOnly);
             const auto *list = dialog.findChild<QTreeWidget *>();
             for (int i = 0; i < list->topLevelItemCount(); ++i)
-                found << list->topLevelItem(i)->text(0);
+                found << list->topLevelItem(i)->text(1) + " › " + list->topLevelItem(i)->text(0);
             if (found.size() > 1)
                 QTest::keyClick(field, Qt::Key_Down);
             QTest::keyClick(field, Qt::Key_Return);

@@ -18,12 +18,6 @@ namespace
 
 const char *const labelsProperty = "paravuePageLabels";
 
-QString plainText(const QString &text, Qt::TextFormat format = Qt::AutoText)
-{
-    const bool isRich = format == Qt::RichText || (format == Qt::AutoText && Qt::mightBeRichText(text));
-    return (isRich ? QTextDocumentFragment::fromHtml(text).toPlainText() : text).simplified();
-}
-
 bool isPicture(const QLabel &label)
 {
     return label.hasScaledContents();
@@ -157,6 +151,12 @@ QString controlName(const QWidget &control)
     if (name.isEmpty() && isLabelled(control))
         name = textBeside(control);
     return name.isEmpty() ? plainToolTip(control) : name;
+}
+
+QString plainText(const QString &text, Qt::TextFormat format)
+{
+    const bool isRich = format == Qt::RichText || (format == Qt::AutoText && Qt::mightBeRichText(text));
+    return (isRich ? QTextDocumentFragment::fromHtml(text).toPlainText() : text).simplified();
 }
 
 QString withoutAccessKey(const QString &caption)

@@ -12,6 +12,9 @@ namespace paravue
 /// else its tool tip; empty without any of them.
 QString controlName(const QWidget &control);
 
+/// A text of the description without its markup, in one line.
+QString plainText(const QString &text, Qt::TextFormat format = Qt::AutoText);
+
 /// A caption without the marks of its access key: "&Save && close" is "Save & close".
 QString withoutAccessKey(const QString &caption);
 

@@ -1,13 +1,14 @@
 #include "ui/review/ChangePlaces.h"
 
 #include "controls/ControlStyle.h"
-#include "store/OrbSetup.h"
 #include "ui/accessibility/ControlName.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlTable.h"
+#include "ui/review/DescribedAddress.h"
 
 #include <QLineEdit>
 #include <QScrollArea>
+#include <QStackedWidget>
 #include <QStringList>
 #include <QTabWidget>
 
@@ -19,43 +20,33 @@ namespace paravue
 namespace
 {
 
-bool isAddressOf(const QString &path, const QString &text, KeyRule::Form form)
-{
-    switch (form) {
-    case KeyRule::Value:
-    case KeyRule::Assignment:
-        return OrbSetup::path(text) == path;
-    case KeyRule::Group:
-        return path.startsWith(text + u'/');
-    case KeyRule::Rows:
-        return path.startsWith(text);
-    }
-    return false;
-}
-
-/// The keys of a choice stand within its text.
-bool hasKey(const QDomElement &element, const KeyRule &rule, const QString &path)
-{
-    for (QDomElement child = element.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
-        const QDomElement key = child.tagName() == rule.tag ? child : child.firstChildElement(rule.tag);
-        if (!key.isNull() && isAddressOf(path, key.text(), rule.form))
-            return true;
-    }
-    return false;
-}
-
 bool isEditorOf(const Control &control, const QString &path)
 {
     if (!control.widget || !control.adapter || control.adapter->traits().changes.isEmpty() ||
         isShownAsValue(control.widget))
         return false;
-    const QList<KeyRule> &rules = control.adapter->traits().keys;
-    return std::any_of(rules.begin(), rules.end(),
-                       [&](const KeyRule &rule) { return hasKey(control.element, rule, path); });
+    const QList<DescribedAddress> addresses = describedAddresses(control.element, *control.adapter);
+    return std::any_of(addresses.begin(), addresses.end(),
+                       [&](const DescribedAddress &address) { return address.covers(path); });
 }
 
 } // namespace
+
+bool isPage(const QWidget &widget)
+{
+    return qobject_cast<const QStackedWidget *>(widget.parentWidget());
+}
+
+bool canBeUsed(const QWidget &control)
+{
+    if (!control.isEnabled())
+        return false;
+    for (const QWidget *widget = &control; widget && !widget->isWindow(); widget = widget->parentWidget()) {
+        if (widget->isHidden() && !isPage(*widget))
+            return false;
+    }
+    return true;
+}
 
 QList<const Control *> ChangePlaces::editors(const QString &path) const
 {

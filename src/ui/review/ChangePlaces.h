@@ -23,6 +23,12 @@ void visitPages(QWidget &widget, Visit visit)
     }
 }
 
+/// Tabs hide their pages but for one, which the user can choose.
+bool isPage(const QWidget &widget);
+/// False for a control that is disabled or hidden, or stands in something hidden. The page may be another one
+/// than that which is shown.
+bool canBeUsed(const QWidget &control);
+
 /// Where in the window a value is edited.
 class ChangePlaces
 {

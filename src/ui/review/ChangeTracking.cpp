@@ -2,26 +2,31 @@
 
 #include "controls/OrbDlgQuestion.h"
 #include "store/ConfigAddress.h"
-#include "store/OrbSetup.h"
 #include "ui/binding/Bindings.h"
+#include "ui/binding/BuiltDescription.h"
+#include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
-#include "ui/review/FindDialog.h"
+#include "ui/review/DescribedItems.h"
 #include "ui/review/FindIndex.h"
 #include "ui/review/ReviewDialog.h"
+#include "ui/review/SecretFields.h"
 
 #include <QShortcut>
 #include <QToolButton>
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace paravue
 {
 
-ChangeTracking::ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls)
-    : m_window(window), m_bindings(bindings), m_store(store), m_controls(controls), m_places(controls),
-      m_list(store), m_steps(store, [this](const QList<ValueEdit> &edits) { m_bindings.putBack(edits); }),
-      m_problems(controls), m_count(new QToolButton(&window))
+ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Bindings &bindings,
+                               AdapterLookup adapterOf)
+    : m_window(window), m_bindings(bindings), m_context(context), m_adapterOf(adapterOf),
+      m_controls(context.description().table()), m_places(m_controls), m_list(context.store()),
+      m_steps(context.store(), [this](const QList<ValueEdit> &edits) { m_bindings.putBack(edits); }),
+      m_problems(m_controls), m_count(new QToolButton(&window))
 {
     m_count->setObjectName(QStringLiteral("changes"));
     m_count->setAutoRaise(true);
@@ -63,6 +68,7 @@ ChangeTracking::~ChangeTracking()
 void ChangeTracking::startDescription()
 {
     m_hostChanges = m_list.all();
+    SecretFields::markValues(m_context.description().document(), m_adapterOf, m_list.secrets());
     m_problems.forgetRemoved();
     markAll();
 }
@@ -115,14 +121,27 @@ QString ChangeTracking::caption(const QString &path) const
 
 QList<ReviewedChange> ChangeTracking::reviewed() const
 {
+    constexpr int BehindTheWindow = std::numeric_limits<int>::max() / 2;
+    std::optional<DescribedItems> described; // both read when a value is edited in none of the open pages
+    std::optional<DialogRoutes> routes;
     QList<ReviewedChange> all;
     for (const Change &change : m_list.all()) {
         const QList<const Control *> editors = m_places.editors(change.path);
-        if (editors.isEmpty()) {
-            all.append({change, QString(), std::numeric_limits<int>::max(), false});
-        } else {
+        if (!editors.isEmpty()) {
             const Control &first = *editors.constFirst();
             all.append({change, ChangePlaces::caption(first), first.number, true});
+            continue;
+        }
+        if (!described) {
+            described.emplace(m_context, m_adapterOf);
+            routes.emplace(m_window, m_controls, *described);
+        }
+        if (const DescribedItem *item = described->editorInDialog(change.path)) {
+            const int order = BehindTheWindow + int(item - described->items().data());
+            all.append({change, item->fullCaption(described->dialogs()), order,
+                        routes->to(item->dialog).begin >= 0});
+        } else {
+            all.append({change, QString(), std::numeric_limits<int>::max(), false});
         }
     }
     std::stable_sort(all.begin(), all.end(),
@@ -192,11 +211,30 @@ void ChangeTracking::apply(const QList<ValueEdit> &edits)
     m_bindings.putBack(edits);
 }
 
-void ChangeTracking::goTo(const QString &path) const
+void ChangeTracking::goTo(const QString &path)
 {
     const QList<const Control *> editors = m_places.editors(path);
     if (!editors.isEmpty())
-        ChangePlaces::show(*editors.constFirst());
+        return ChangePlaces::show(*editors.constFirst());
+    const DescribedItems described(m_context, m_adapterOf);
+    if (const DescribedItem *item = described.editorInDialog(path))
+        showInDialog(item->element, described.dialogs()[item->dialog].tag,
+                     DialogRoutes(m_window, m_controls, described).to(item->dialog));
+}
+
+void ChangeTracking::showInDialog(const QDomElement &element, const QString &tag,
+                                  const DialogRoutes::Route &route)
+{
+    if (!route.canOpen)
+        return goToControl(route.begin);
+    // The request returns when the dialog is closed.
+    const auto show = [this, element] {
+        const Control *control = m_controls.of(element);
+        if (control && control->widget)
+            ChangePlaces::show(*control);
+    };
+    QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+    Q_EMIT dialogRequested(tag);
 }
 
 void ChangeTracking::goToControl(int number) const
@@ -217,12 +255,33 @@ void ChangeTracking::goToNextProblem(bool isBackwards) const
     goToControl(m_problems.next(focused, isBackwards));
 }
 
+FindDialog::Way ChangeTracking::wayTo(const DescribedDialog &dialog, const DialogRoutes::Route &route) const
+{
+    if (route.canOpen)
+        return {tr("Enter opens the dialog \"%1\".").arg(dialog.title)};
+    const Control *begin = m_controls.find(route.begin);
+    if (!begin || !begin->widget)
+        return {tr("This is in the dialog \"%1\", which opens by itself.").arg(dialog.title), false};
+    return {tr("This is in the dialog \"%1\". Enter shows where the way there begins: %2")
+                .arg(dialog.title, ChangePlaces::caption(*begin))};
+}
+
 void ChangeTracking::find(const std::function<void(QDialog &)> &run)
 {
-    const FindIndex index(m_controls, *m_store, m_list, m_problems);
-    FindDialog dialog(index, &m_window);
+    const DescribedItems described(m_context, m_adapterOf);
+    const DialogRoutes routes(m_window, m_controls, described);
+    const FindIndex index(m_context, described, m_list, m_problems);
+    const auto way = [&](const FindIndex::Entry &entry) {
+        return entry.control >= 0 ? FindDialog::Way()
+                                  : wayTo(described.dialogs()[entry.dialog], routes.to(entry.dialog));
+    };
+    FindDialog dialog(index, way, &m_window);
     run(dialog);
-    goToControl(dialog.chosenControl());
+    const FindIndex::Entry *chosen = dialog.chosen();
+    if (chosen && chosen->control >= 0)
+        goToControl(chosen->control);
+    else if (chosen)
+        showInDialog(chosen->element, described.dialogs()[chosen->dialog].tag, routes.to(chosen->dialog));
 }
 
 void ChangeTracking::undo()

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "changes/ChangeList.h"
+#include "ui/binding/ControlAdapter.h"
 #include "ui/binding/EditSteps.h"
-#include "ui/description/StoreReference.h"
 #include "ui/review/ChangeMarks.h"
 #include "ui/review/ChangePlaces.h"
+#include "ui/review/DialogRoutes.h"
 #include "ui/review/FieldProblems.h"
+#include "ui/review/FindDialog.h"
 #include "ui/review/TabBadges.h"
 
 #include <QObject>
@@ -21,7 +23,9 @@ namespace paravue
 {
 
 class Bindings;
+class ControlContext;
 class ControlTable;
+struct DescribedDialog;
 struct ReviewedChange;
 struct ReviewedProblem;
 
@@ -32,8 +36,8 @@ class ChangeTracking : public QObject
     Q_OBJECT
 
 public:
-    /// All must outlive the object, except that \a store may go.
-    ChangeTracking(QWidget &window, OrbSetup &store, Bindings &bindings, ControlTable &controls);
+    /// All must outlive the object, except that the store may go.
+    ChangeTracking(QWidget &window, ControlContext &context, Bindings &bindings, AdapterLookup adapterOf);
     ~ChangeTracking() override;
 
     /// "3 changes, 1 problem", hidden without any; reviewRequested() follows its click. For the header of the
@@ -69,7 +73,7 @@ public:
     void takeBack(const QStringList &paths);
     /// Sets each value to the \a after of its edit, as one step too.
     void apply(const QList<ValueEdit> &edits);
-    void goTo(const QString &path) const;
+    void goTo(const QString &path);
     void goToControl(int number) const;
     /// The field with a problem behind the one that has the focus, or before it.
     void goToNextProblem(bool isBackwards) const;
@@ -83,15 +87,21 @@ public:
 Q_SIGNALS:
     void reviewRequested();
     void findRequested();
+    /// The dialog with this tag is to be opened.
+    void dialogRequested(const QString &tag);
 
 private:
     void noteChange(const QString &path);
     void markAll();
+    /// Shows an element of a dialog that is not open, or else where the way to it begins.
+    void showInDialog(const QDomElement &element, const QString &tag, const DialogRoutes::Route &route);
+    FindDialog::Way wayTo(const DescribedDialog &dialog, const DialogRoutes::Route &route) const;
     void showCount();
 
     QWidget &m_window;
     Bindings &m_bindings;
-    StoreReference m_store;
+    ControlContext &m_context;
+    const AdapterLookup m_adapterOf;
     ControlTable &m_controls;
     ChangePlaces m_places;
     ChangeList m_list;

@@ -3,10 +3,10 @@
 #include "controls/ControlStyle.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/binding/FieldNotes.h"
+#include "ui/review/ChangePlaces.h"
 
 #include <QEvent>
 #include <QLineEdit>
-#include <QStackedWidget>
 #include <QValidator>
 
 #include <algorithm>
@@ -28,23 +28,6 @@ QString refusal(const QLineEdit &field)
     const bool isWrong =
         field.validator() && field.validator()->validate(text, cursor) == QValidator::Invalid;
     return isWrong ? FieldProblems::tr("Not allowed here") : FieldProblems::tr("Not complete");
-}
-
-/// The pages of tabs are hidden but for one, which the user can choose.
-bool isPage(const QWidget &widget)
-{
-    return qobject_cast<const QStackedWidget *>(widget.parentWidget());
-}
-
-bool canBeUsed(const QWidget &field)
-{
-    if (!field.isEnabled())
-        return false;
-    for (const QWidget *widget = &field; widget && !widget->isWindow(); widget = widget->parentWidget()) {
-        if (widget->isHidden() && !isPage(*widget))
-            return false;
-    }
-    return true;
 }
 
 } // namespace

@@ -20,8 +20,8 @@ namespace paravue
 namespace
 {
 
-constexpr QSize FindSize(720, 420);
-constexpr int FoundWidths[] = {320, 180};
+constexpr QSize FindSize(860, 440);
+constexpr int FoundWidths[] = {200, 190, 150, 130};
 /// More rows are not read, and making them would take longer than the search.
 constexpr qsizetype MostRows = 200;
 
@@ -32,17 +32,17 @@ bool isForTheList(int key)
 
 } // namespace
 
-FindDialog::FindDialog(const FindIndex &index, QWidget *parent)
-    : QDialog(parent), m_index(index), m_query(new QLineEdit(this)),
+FindDialog::FindDialog(const FindIndex &index, Ways ways, QWidget *parent)
+    : QDialog(parent), m_index(index), m_ways(std::move(ways)), m_query(new QLineEdit(this)),
       m_changedOnly(new QCheckBox(tr("Changed only"), this)),
       m_withProblems(new QCheckBox(tr("With problems"), this)), m_list(new QTreeWidget(this)),
-      m_count(new QLabel(this))
+      m_count(new QLabel(this)), m_way(new QLabel(this))
 {
     setWindowTitle(tr("Find"));
     m_query->setPlaceholderText(tr("Caption, choice, value or address"));
     m_query->setAccessibleName(tr("Find"));
     m_query->setClearButtonEnabled(true);
-    m_list->setHeaderLabels({tr("Setting"), tr("Value"), tr("Address")});
+    m_list->setHeaderLabels({tr("Setting"), tr("Place"), tr("Group"), tr("Value"), tr("Address")});
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
     m_list->setAllColumnsShowFocus(true);
@@ -61,12 +61,16 @@ FindDialog::FindDialog(const FindIndex &index, QWidget *parent)
     layout->addWidget(m_query);
     layout->addLayout(filters);
     layout->addWidget(m_list, 1);
+    layout->addWidget(m_way);
+    m_way->setWordWrap(true);
+    m_way->setTextFormat(Qt::PlainText);
     resize(FindSize);
 
     connect(m_query, &QLineEdit::textChanged, this, &FindDialog::search);
     connect(m_changedOnly, &QCheckBox::toggled, this, &FindDialog::search);
     connect(m_withProblems, &QCheckBox::toggled, this, &FindDialog::search);
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, &FindDialog::choose);
+    connect(m_list, &QTreeWidget::currentItemChanged, this, &FindDialog::showWay);
     m_query->installEventFilter(this);
     m_list->installEventFilter(this);
     m_query->setFocus();
@@ -80,29 +84,43 @@ void FindDialog::search()
     FindIndex::Filters filters = FindIndex::Everything;
     filters.setFlag(FindIndex::ChangedOnly, m_changedOnly->isChecked());
     filters.setFlag(FindIndex::WithProblems, m_withProblems->isChecked());
-    const auto found = m_index.find(m_query->text(), filters);
+    m_list->clear(); // its rows tell the number of what was found
+    m_found = m_index.find(m_query->text(), filters);
     QList<QTreeWidgetItem *> rows;
-    for (const FindIndex::Entry *entry : found.first(qMin(found.size(), MostRows))) {
-        auto *row = new QTreeWidgetItem({entry->caption, entry->value, entry->address});
+    for (const FindIndex::Entry *entry : m_found.first(qMin(m_found.size(), MostRows))) {
+        auto *row =
+            new QTreeWidgetItem({entry->caption, entry->place, entry->group, entry->value, entry->address});
         for (int column = 0; column < m_list->columnCount(); ++column)
             row->setToolTip(column, row->text(column));
-        row->setData(0, Qt::UserRole, entry->control);
         rows << row;
     }
-    m_list->clear();
     m_list->addTopLevelItems(rows);
     if (!rows.isEmpty())
         m_list->setCurrentItem(rows.constFirst());
-    m_count->setText(found.size() > MostRows ? tr("The first %1 of %2").arg(MostRows).arg(found.size())
-                                             : QString::number(found.size()));
+    showWay();
+    m_count->setText(m_found.size() > MostRows ? tr("The first %1 of %2").arg(MostRows).arg(m_found.size())
+                                               : QString::number(m_found.size()));
+}
+
+const FindIndex::Entry *FindDialog::current() const
+{
+    return m_found.value(m_list->indexOfTopLevelItem(m_list->currentItem()), nullptr);
+}
+
+void FindDialog::showWay()
+{
+    const FindIndex::Entry *entry = current();
+    const QString text = entry ? m_ways(*entry).text : QString();
+    m_way->setText(text);
+    m_list->setAccessibleDescription(text);
 }
 
 void FindDialog::choose()
 {
-    const QTreeWidgetItem *row = m_list->currentItem();
-    if (!row)
+    const FindIndex::Entry *entry = current();
+    if (!entry || !m_ways(*entry).exists)
         return;
-    m_chosen = row->data(0, Qt::UserRole).toInt();
+    m_chosen = entry;
     accept();
 }
 

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 class QCheckBox;
 class QLabel;
 class QLineEdit;
@@ -12,30 +14,42 @@ class QTreeWidget;
 namespace paravue
 {
 
-/// Finds controls of the window by what they say and hold. Enter shows the chosen one.
+/// Finds controls of the window and its dialogs by what they say and hold. Enter shows the chosen one.
 class FindDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    FindDialog(const FindIndex &index, QWidget *parent);
+    /// What there is to say about an element of a dialog that is not open.
+    struct Way {
+        QString text;
+        bool exists = true; ///< Enter leads there, or towards it
+    };
+    using Ways = std::function<Way(const FindIndex::Entry &)>;
 
-    /// The number of the control that the user wants to see; -1 for none.
-    int chosenControl() const { return m_chosen; }
+    FindDialog(const FindIndex &index, Ways ways, QWidget *parent);
+
+    /// What the user wants to see; null for nothing.
+    const FindIndex::Entry *chosen() const { return m_chosen; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void search();
+    const FindIndex::Entry *current() const;
+    void showWay();
     void choose();
 
     const FindIndex &m_index;
+    const Ways m_ways;
     QLineEdit *m_query;
     QCheckBox *m_changedOnly;
     QCheckBox *m_withProblems;
     QTreeWidget *m_list;
     QLabel *m_count;
-    int m_chosen = -1;
+    QLabel *m_way;
+    QList<const FindIndex::Entry *> m_found; ///< by row
+    const FindIndex::Entry *m_chosen = nullptr;
 };
 
 } // namespace paravue

@@ -4,12 +4,16 @@
 #include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlName.h"
-#include "ui/binding/ControlAdapter.h"
-#include "ui/binding/ControlTable.h"
+#include "ui/binding/BuiltDescription.h"
+#include "ui/binding/ControlContext.h"
+#include "ui/description/InterfaceDocument.h"
 #include "ui/review/ChangePlaces.h"
+#include "ui/review/DescribedItems.h"
 #include "ui/review/FieldProblems.h"
+#include "ui/review/SecretFields.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QStringList>
 
 #include <algorithm>
@@ -35,37 +39,99 @@ QStringList choicesOf(const QWidget &widget)
 
 } // namespace
 
-FindIndex::FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &changes,
+FindIndex::FindIndex(ControlContext &context, const DescribedItems &described, const ChangeList &changes,
                      const FieldProblems &problems)
+    : m_context(context), m_described(described), m_changes(changes), m_problems(problems)
 {
-    for (const int number : controls.numbersSince(0)) {
-        const Control *control = controls.find(number);
-        // A label without a value is the caption of something else.
-        if (!control || !control->widget || !control->adapter ||
-            (control->adapter->traits().changes.isEmpty() && control->watched.isEmpty()))
-            continue;
-        Entry entry;
-        entry.control = number;
-        entry.caption = ChangePlaces::caption(*control);
-        QStringList texts{entry.caption, plainToolTip(*control->widget)};
-        texts += choicesOf(*control->widget);
-        for (const QString &path : control->watched.first(qMin(control->watched.size(), MostAddresses))) {
-            texts << path;
-            entry.isChanged = entry.isChanged || changes.find(path);
-            const bool isKnown = store.fileExists(ConfigAddress(path).file().toString());
-            if (!isKnown || !ConfigAddress(path).hasKey() || changes.isSecret(path) ||
-                ChangePlaces::isSecretField(*control))
-                continue;
-            const QString value = store.value(path);
-            texts << value;
-            if (entry.value.isEmpty())
-                entry.value = value.simplified();
-        }
-        entry.address = control->watched.value(0);
-        entry.hasProblem = !problems.problemOf(number).isEmpty();
-        entry.text = texts.join(u'\n').toLower();
-        m_entries.push_back(std::move(entry));
+    ControlTable &table = context.description().table();
+    std::vector<const DescribedItem *> unbuilt;
+    for (const DescribedItem &item : described.items()) {
+        const Control *control = table.of(item.element);
+        if (control && control->widget)
+            addControl(*control, item);
+        else if (item.dialog >= 0)
+            unbuilt.push_back(&item);
     }
+    for (const DescribedItem *item : unbuilt)
+        addDescribed(*item);
+}
+
+void FindIndex::addControl(const Control &control, const DescribedItem &item)
+{
+    // A label without a value is the caption of something else.
+    if (control.adapter->traits().changes.isEmpty() && control.watched.isEmpty())
+        return;
+    if (qobject_cast<const QLabel *>(control.widget) && hasSecret(control.watched))
+        return;
+    Entry entry;
+    entry.control = control.number;
+    entry.caption = controlName(*control.widget);
+    entry.place = item.place(m_described.dialogs());
+    entry.group = item.group;
+    entry.hasProblem = !m_problems.problemOf(control.number).isEmpty();
+    add(std::move(entry), choicesOf(*control.widget) + QStringList{plainToolTip(*control.widget)},
+        control.watched.first(qMin(control.watched.size(), MostAddresses)),
+        ChangePlaces::isSecretField(control));
+}
+
+/// A text with a secret value shows it to those who open its page, but not here.
+bool FindIndex::hasSecret(const QStringList &paths) const
+{
+    return std::any_of(paths.begin(), paths.end(),
+                       [this](const QString &path) { return m_changes.isSecret(path); });
+}
+
+void FindIndex::addDescribed(const DescribedItem &item)
+{
+    QStringList paths;
+    for (const DescribedAddress &address : describedAddresses(item.element, *item.adapter))
+        paths << (address.path().isEmpty() ? address.text : address.path());
+    const QDomElement text = item.element.firstChildElement(QStringLiteral("text"));
+    QStringList shown;
+    for (const QString &address : m_context.description().texts().resolve(ownText(text)).addresses)
+        shown << OrbSetup::path(address);
+    if (hasSecret(shown))
+        return;
+    paths << shown;
+    if (item.adapter->traits().changes.isEmpty() && paths.isEmpty())
+        return;
+    paths.removeDuplicates();
+    Entry entry;
+    entry.element = item.element;
+    entry.dialog = item.dialog;
+    entry.caption = item.caption;
+    entry.place = item.place(m_described.dialogs());
+    entry.group = item.group;
+    QStringList texts;
+    for (const QString &tag : {QStringLiteral("text"), QStringLiteral("tooltip")}) {
+        for (QDomElement child = item.element.firstChildElement(tag); !child.isNull();
+             child = child.nextSiblingElement(tag))
+            texts << plainText(m_context.text(ownText(child)));
+    }
+    add(std::move(entry), texts, paths.first(qMin(paths.size(), MostAddresses)),
+        SecretFields::isMarked(item.element));
+}
+
+void FindIndex::add(Entry entry, QStringList texts, const QStringList &paths, bool isSecret)
+{
+    OrbSetup &store = m_context.store();
+    for (const QString &path : paths) {
+        texts << path;
+        entry.isChanged = entry.isChanged || m_changes.find(path);
+        const ConfigAddress address(path);
+        if (!address.hasKey() || isSecret || m_changes.isSecret(path) ||
+            !store.fileExists(address.file().toString()))
+            continue;
+        const QString value = store.value(path);
+        texts << value;
+        if (entry.value.isEmpty())
+            entry.value = value.simplified();
+    }
+    entry.address = paths.value(0);
+    if (entry.caption.isEmpty())
+        entry.caption = entry.group; // the head of its column
+    entry.text = (QStringList{entry.caption, entry.place, entry.group} + texts).join(u'\n').toLower();
+    m_entries.push_back(std::move(entry));
 }
 
 QList<const FindIndex::Entry *> FindIndex::find(const QString &query, Filters filters) const

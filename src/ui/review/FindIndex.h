@@ -1,30 +1,37 @@
 #pragma once
 
+#include <QDomElement>
 #include <QList>
 #include <QString>
 
 #include <vector>
 
-class OrbSetup;
-
 namespace paravue
 {
 
 class ChangeList;
-class ControlTable;
+class ControlContext;
+class DescribedItems;
 class FieldProblems;
+struct Control;
+struct DescribedItem;
 
-/// What the controls of a window say and hold, to be searched: captions, tool tips, choices, addresses and
-/// values, but no secrets. Built once for each search, it is looked through at every key.
+/// What the controls of a description say and hold, to be searched: captions, headings, tool tips, choices,
+/// addresses and values, but no secrets. Those of dialogs are there whether the dialog is open or not. Built
+/// once for each search, it is looked through at every key.
 class FindIndex
 {
 public:
-    FindIndex(ControlTable &controls, OrbSetup &store, const ChangeList &changes,
+    FindIndex(ControlContext &context, const DescribedItems &described, const ChangeList &changes,
               const FieldProblems &problems);
 
     struct Entry {
-        int control = 0; ///< number in the table
-        QString caption; ///< behind the captions of its pages
+        int control = -1;    ///< number in the table; -1 for an element of a dialog that is not open
+        QDomElement element; ///< of such a one
+        int dialog = -1;     ///< index of its dialog
+        QString caption;
+        QString place; ///< the tabs that it stands on, or the dialog
+        QString group; ///< the heading above it
         QString value;
         QString address;
         bool isChanged = false;
@@ -35,11 +42,20 @@ public:
     enum Filter { Everything = 0, ChangedOnly = 1, WithProblems = 2 };
     Q_DECLARE_FLAGS(Filters, Filter)
 
-    /// The entries that hold all words of \a query and pass \a filters, in the order of the window. Valid as
-    /// long as the index.
+    /// The entries that hold all words of \a query and pass \a filters, in the order of the window, those of
+    /// dialogs behind the others. Valid as long as the index.
     QList<const Entry *> find(const QString &query, Filters filters = Everything) const;
 
 private:
+    void addControl(const Control &control, const DescribedItem &item);
+    void addDescribed(const DescribedItem &item);
+    bool hasSecret(const QStringList &paths) const;
+    void add(Entry entry, QStringList texts, const QStringList &paths, bool isSecret);
+
+    ControlContext &m_context;
+    const DescribedItems &m_described;
+    const ChangeList &m_changes;
+    const FieldProblems &m_problems;
     std::vector<Entry> m_entries;
 };
 
