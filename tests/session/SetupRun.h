@@ -16,10 +16,11 @@ namespace paravue::test
 class Session
 {
 public:
-    explicit Session(const QString &address) : store(address), errors(&store, &OrbSetup::pseudothrow)
+    explicit Session(const QString &address, const WindowOptions &options = {})
+        : store(address), errors(&store, &OrbSetup::pseudothrow)
     {
         QSignalSpy loaded(&store, &OrbSetup::loadDone);
-        window = std::make_unique<CWinMain>(&store, nullptr);
+        window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
         m_isLoaded = !loaded.isEmpty() || loaded.wait(20'000);
     }
 

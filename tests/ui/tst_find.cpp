@@ -43,6 +43,9 @@ const QByteArray Description = describe(
     "<item type='separator' row='1' columnSpan='2' orientation='horizontal'/>"
     "<item type='edit' row='2'><key>net/untitled/FROM</key></item>"
     "<item type='edit' row='2' column='1'><key>net/untitled/UNTIL</key></item></item>" +
+    "<item type='label' row='5'><text>Serial number</text></item>"
+    "<item type='label' row='5' column='1'><text>{net/untitled/SERIAL}</text></item>"
+    "<item type='label' row='6'><text>Now: {net/untitled/SERIAL}</text></item>" +
     button("row='7'", "&amp;Properties", opens("camera")) +
     button("row='8'", "Format",
            "<action type='call' slot='setValue' param='tmp/untitled/WHAT/disk'>self</action>" +
@@ -61,7 +64,10 @@ const QByteArray Description = describe(
     button("", "Do it", "<action type='call' slot='setValue' param='tmp/untitled/DONE/yes'>self</action>") +
     "</item></confirmWindow>"
     "<detailsWindow><details/><title>Details</title><item type='gridlayout'>"
-    "<item type='checkbox'><text>&amp;Fine</text><key>net/untitled/FINE</key></item></item></detailsWindow>"
+    "<item type='checkbox'><text>&amp;Fine</text><key>net/untitled/FINE</key></item>"
+    "<item type='label' row='1'><text>Left {gone/untitled/TIME}</text></item>"
+    "<item type='dropdown' row='2'><text>{away/untitled/A}<key>net/untitled/CHOICE/1</key></text></item>"
+    "</item></detailsWindow>"
     "<lensWindow><lens/><title>Lens</title><item type='gridlayout'>" +
     field("0", "Zoom", "ZOOM") +
     "</item></lensWindow>"
@@ -70,7 +76,7 @@ const QByteArray Description = describe(
 
 const QByteArray Net =
     "BRIGHT=5\nSHARP=6\nFROM=1\nUNTIL=2\nRATE=4096\nPIN=4711\nSEED=9876\nFINE=off\nZOOM=3\n"
-    "SPEED=88\n";
+    "SPEED=88\nSERIAL=4-2\n";
 
 struct Window : DescribedWindow {
     Window()
@@ -169,8 +175,10 @@ void TestFind::knowsThePlaces_data()
     row("heading", "bright", {"Bright|Cameras|Picture|5|net/untitled/BRIGHT"});
     row("heading of the grid around", "sharp", {"Sharp|Cameras|Picture|6|net/untitled/SHARP"});
     row("heads of columns", "until 2", {"Until|Cameras|Until|2|net/untitled/UNTIL"});
-    row("heading only", "picture net",
-        {"Bright|Cameras|Picture|5|net/untitled/BRIGHT", "Sharp|Cameras|Picture|6|net/untitled/SHARP"});
+    row("head of the first column", "from 1", {"From|Cameras|From|1|net/untitled/FROM"});
+    row("group", "picture sharp", {"Sharp|Cameras|Picture|6|net/untitled/SHARP"});
+    row("value to read", "serial number", {"Serial number|Cameras|Picture|4-2|net/untitled/SERIAL"});
+    row("value beside its text", "now 4-2", {"Now: 4-2|Cameras|Picture|4-2|net/untitled/SERIAL"});
     row("dialog", "bitrate", {"Bitrate|Camera › Stream||4096|net/untitled/RATE"});
     row("value in a dialog", "4096", {"Bitrate|Camera › Stream||4096|net/untitled/RATE"});
     row("access key in a dialog", "fine", {"Fine|Details||off|net/untitled/FINE"});
@@ -190,6 +198,7 @@ void TestFind::knowsThePlaces()
     window.press(QKeySequence::Find);
     QVERIFY(search.hasSeen());
     QTEST(search.rows, "rows");
+    QCOMPARE(window.messages.count(), 0);
 }
 
 void TestFind::goesThere_data()

@@ -1,5 +1,6 @@
 #include "ui/review/DescribedItems.h"
 
+#include "store/OrbSetup.h"
 #include "ui/accessibility/ControlName.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
@@ -8,6 +9,7 @@
 
 #include <QAbstractButton>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <limits>
@@ -87,11 +89,11 @@ public:
         return {};
     }
 
-    /// The label left of \a cell, or above it.
+    /// The label left of \a cell, or above it. A label has none above it, which would be another value.
     QDomElement labelOf(const Cell &cell) const
     {
         const QDomElement left = m_rightOf.value({cell.place.row, cell.place.column});
-        return left.isNull() ? m_below.value({cell.place.row, cell.place.column}) : left;
+        return left.isNull() && !cell.isLabel() ? m_below.value({cell.place.row, cell.place.column}) : left;
     }
 
     std::vector<Cell> cells;
@@ -221,7 +223,8 @@ private:
     void addItem(const Cell &cell, const ControlAdapter &adapter, const Grid &grid, const QStringList &pages,
                  const QString &group)
     {
-        const QString caption = m_dialog < 0 ? QString() : captionOf(cell, adapter, grid);
+        const bool isBuilt = m_dialog < 0 && !cell.isLabel();
+        const QString caption = isBuilt ? QString() : captionOf(cell, adapter, grid);
         m_found.m_items.push_back({cell.element, &adapter, m_dialog, pages, group, caption});
         collectOpeners(cell.element, adapter);
         if (adapter.traits().hasPages)
@@ -242,13 +245,14 @@ private:
 
     QString captionOf(const Cell &cell, const ControlAdapter &adapter, const Grid &grid) const
     {
+        const QDomElement own = cell.element.firstChildElement(textTag);
         QString caption;
         if (adapter.widgetClass().inherits(&QAbstractButton::staticMetaObject))
-            caption = withoutAccessKey(m_context.text(ownText(cell.element.firstChildElement(textTag))));
-        else if (cell.isLabel())
-            caption = shown(cell.element.firstChildElement(textTag));
-        if (caption.isEmpty() && !cell.isLabel())
+            caption = withoutAccessKey(m_context.text(ownText(own)));
+        if (caption.isEmpty())
             caption = shown(grid.labelOf(cell).firstChildElement(textTag));
+        if (caption.isEmpty() && cell.isLabel())
+            caption = shown(own);
         return caption.isEmpty() ? shown(cell.element.firstChildElement(QStringLiteral("tooltip"))) : caption;
     }
 
@@ -289,6 +293,8 @@ QString DescribedItem::fullCaption(const QList<DescribedDialog> &dialogs) const
 
 DescribedItems::DescribedItems(ControlContext &context, AdapterLookup adapterOf)
 {
+    // A dialog may show values of a file that is only fetched when it opens.
+    const QSignalBlocker silent(context.store());
     const InterfaceDocument &document = context.description().document();
     Reader reader(context, adapterOf, *this);
     reader.read(document.root());

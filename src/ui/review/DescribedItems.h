@@ -39,7 +39,7 @@ struct DescribedItem {
     int dialog = -1;   ///< index of the dialog that it stands in; -1 in the window
     QStringList pages; ///< the captions of the tabs that it stands on, from the outside in
     QString group;     ///< the heading above it
-    QString caption;   ///< of an item in a dialog: what the user would call it
+    QString caption;   ///< of a label, and of any item in a dialog: what the user would call it
 
     /// Where it stands, for lists.
     QString place(const QList<DescribedDialog> &dialogs) const;

@@ -21,7 +21,7 @@ namespace
 {
 
 constexpr QSize FindSize(860, 440);
-constexpr int FoundWidths[] = {200, 190, 150, 130};
+constexpr int FoundWidths[] = {190, 160, 140, 130};
 /// More rows are not read, and making them would take longer than the search.
 constexpr qsizetype MostRows = 200;
 

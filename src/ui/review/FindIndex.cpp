@@ -14,6 +14,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QSignalBlocker>
 #include <QStringList>
 
 #include <algorithm>
@@ -52,6 +53,7 @@ FindIndex::FindIndex(ControlContext &context, const DescribedItems &described, c
         else if (item.dialog >= 0)
             unbuilt.push_back(&item);
     }
+    const QSignalBlocker silent(context.store()); // about files that are fetched when a dialog opens
     for (const DescribedItem *item : unbuilt)
         addDescribed(*item);
 }
@@ -65,11 +67,12 @@ void FindIndex::addControl(const Control &control, const DescribedItem &item)
         return;
     Entry entry;
     entry.control = control.number;
-    entry.caption = controlName(*control.widget);
+    const QString name = controlName(*control.widget);
+    entry.caption = item.caption.isEmpty() ? name : item.caption;
     entry.place = item.place(m_described.dialogs());
     entry.group = item.group;
     entry.hasProblem = !m_problems.problemOf(control.number).isEmpty();
-    add(std::move(entry), choicesOf(*control.widget) + QStringList{plainToolTip(*control.widget)},
+    add(std::move(entry), choicesOf(*control.widget) + QStringList{name, plainToolTip(*control.widget)},
         control.watched.first(qMin(control.watched.size(), MostAddresses)),
         ChangePlaces::isSecretField(control));
 }

@@ -41,7 +41,6 @@ QToolButton *makeButton(const QString &text, const QString &toolTip, const char 
 
 QTreeWidget *makeProblemList(QWidget *parent)
 {
-    constexpr int Rows = 4; // without scrolling
     auto *list = new QTreeWidget(parent);
     list->setObjectName(QStringLiteral("problems"));
     list->setHeaderLabels({ReviewDialog::tr("Setting"), ReviewDialog::tr("Problem")});
@@ -50,7 +49,6 @@ QTreeWidget *makeProblemList(QWidget *parent)
     list->setAllColumnsShowFocus(true);
     list->setAccessibleName(ReviewDialog::tr("Problems"));
     list->header()->resizeSection(0, ChangeWidths[0]);
-    list->setMaximumHeight((Rows + 2) * (list->fontMetrics().height() + 2 * SpacingStep));
     return list;
 }
 
@@ -165,10 +163,16 @@ void ReviewDialog::fillProblems()
         for (int column = 0; column < m_problemList->columnCount(); ++column)
             row->setToolTip(column, row->text(column));
     }
-    m_problemList->setCurrentItem(m_problemList->topLevelItem(0));
+    // Without a selection, which belongs to the list that has the focus.
+    m_problemList->setCurrentItem(m_problemList->topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
     m_problemsTitle->setText(TabBadges::problemsText(problems.size()));
     m_problemsTitle->setVisible(!problems.isEmpty());
     m_problemList->setVisible(!problems.isEmpty());
+    constexpr int MostRows = 4; // without scrolling
+    const int rows = int(qMin<qsizetype>(problems.size(), MostRows));
+    m_problemList->setFixedHeight(m_problemList->header()->sizeHint().height() +
+                                  rows * m_problemList->sizeHintForRow(0) + 2 * m_problemList->frameWidth() +
+                                  2 * SpacingStep);
 }
 
 void ReviewDialog::updateButtons()
@@ -214,6 +218,8 @@ void ReviewDialog::goToProblem()
 
 bool ReviewDialog::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_problemList && event->type() == QEvent::FocusIn)
+        m_problemList->setCurrentItem(m_problemList->currentItem());
     if (event->type() != QEvent::KeyPress)
         return QDialog::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent *>(event)->key();
