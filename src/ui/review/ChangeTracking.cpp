@@ -180,7 +180,7 @@ bool ChangeTracking::askAboutProblems() const
 
 ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 {
-    const bool isFile = m_store->property("savesToFile").toBool(); // a snapshot without its recorder
+    const bool isFile = m_context.store().property("savesToFile").toBool(); // a snapshot without its recorder
     const OrbDlgQuestion::Captions captions{{QMessageBox::Save, isFile ? tr("Save") : tr("Send")},
                                             {QMessageBox::Discard, tr("Discard")},
                                             {QMessageBox::Cancel, tr("Go on editing")}};
