@@ -15,7 +15,7 @@ namespace paravue
 namespace
 {
 
-const QLatin1StringView PristineSuffix(".original");
+const QLatin1StringView CopySuffix(".original");
 
 QByteArray contentOf(OrbSetup &store, const QString &name)
 {
@@ -123,7 +123,7 @@ void SaveCheck::collect()
 QByteArray SaveCheck::known(const QString &name) const
 {
     const auto sent = m_known.constFind(name);
-    return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + PristineSuffix);
+    return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + CopySuffix);
 }
 
 QList<ForeignChange> SaveCheck::foreignChanges() const
