@@ -5,6 +5,7 @@
 #include "store/IniGrammar.h"
 #include "store/OrbSetup.h"
 #include "store/StateTemplate.h"
+#include "store/TextPattern.h"
 
 #include <QXmlStreamReader>
 
@@ -164,6 +165,7 @@ QStringList removeSecrets(FileContents &files)
 {
     SecretKeys secrets;
     markDescribedSecrets(files.value(DescriptionFile), secrets);
+    const PatternBudget budget; // one for the directives of all files
     const FileContents complete = files;
     SecretLookup lookup(complete, secrets);
     QStringList leftOut;
