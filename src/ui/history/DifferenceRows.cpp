@@ -17,9 +17,9 @@ class RowText
     Q_DECLARE_TR_FUNCTIONS(DifferenceRows)
 };
 
-constexpr int PathRole = Qt::UserRole;
-constexpr int CaptionWidth = 250;
-constexpr int ValueWidth = 130;
+constexpr int RowPathRole = Qt::UserRole;
+constexpr int CaptionColumnWidth = 250;
+constexpr int ValueColumnWidth = 130;
 
 } // namespace
 
@@ -40,7 +40,7 @@ void prepare(QTreeWidget &list, const QStringList &columns)
     list.setAllColumnsShowFocus(true);
     list.setSelectionMode(QAbstractItemView::ExtendedSelection);
     for (int column = 0; column < columns.size() - 1; ++column)
-        list.header()->resizeSection(column, column == 0 ? CaptionWidth : ValueWidth);
+        list.header()->resizeSection(column, column == 0 ? CaptionColumnWidth : ValueColumnWidth);
 }
 
 QTreeWidgetItem *row(const QStringList &texts, const QString &path)
@@ -48,13 +48,13 @@ QTreeWidgetItem *row(const QStringList &texts, const QString &path)
     auto *item = new QTreeWidgetItem(texts);
     for (int column = 0; column < texts.size(); ++column)
         item->setToolTip(column, texts[column]);
-    item->setData(0, PathRole, path);
+    item->setData(0, RowPathRole, path);
     return item;
 }
 
 QString pathOf(const QTreeWidgetItem &row)
 {
-    return row.data(0, PathRole).toString();
+    return row.data(0, RowPathRole).toString();
 }
 
 } // namespace paravue::differencerows

@@ -26,14 +26,14 @@ namespace paravue
 namespace
 {
 
-enum Column { Time, Changes, Note };
+enum HistoryColumn { TimeColumn, ChangesColumn, RemarkColumn };
 constexpr QSize HistorySize(780, 560);
 constexpr int TimeWidth = 200;
 constexpr int ChangesWidth = 160;
 constexpr int ShareOfSnapshots = 2; // of the height, in fifths
 constexpr int ShareOfValues = 3;
 
-QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
+QToolButton *makeHistoryButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
 {
     auto *button = new QToolButton(parent);
     button->setText(text);
@@ -43,7 +43,7 @@ QToolButton *makeButton(const QString &text, const QString &toolTip, const char 
     return button;
 }
 
-QString timeText(const SnapshotInfo &info)
+QString snapshotTime(const SnapshotInfo &info)
 {
     return QLocale().toString(info.time.toLocalTime(), QLocale::ShortFormat);
 }
@@ -67,8 +67,8 @@ void HistoryDialog::createWidgets()
 {
     m_snapshots = new QTreeWidget(this);
     differencerows::prepare(*m_snapshots, {tr("Kept"), tr("Changed afterwards"), tr("Remark")});
-    m_snapshots->header()->resizeSection(Time, TimeWidth);
-    m_snapshots->header()->resizeSection(Changes, ChangesWidth);
+    m_snapshots->header()->resizeSection(TimeColumn, TimeWidth);
+    m_snapshots->header()->resizeSection(ChangesColumn, ChangesWidth);
     m_snapshots->setAccessibleName(tr("Snapshots, the newest first"));
     m_snapshots->setToolTip(tr("Select one to compare it with the present settings, or two to compare them"));
     m_snapshots->setObjectName(QStringLiteral("snapshots"));
@@ -76,16 +76,18 @@ void HistoryDialog::createWidgets()
     m_caption->setTextFormat(Qt::PlainText);
     m_values = new QTreeWidget(this);
     m_values->setObjectName(QStringLiteral("values"));
+    m_values->setAccessibleName(tr("Different values"));
+    differencerows::prepare(*m_values, {tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     m_settingsOnly = new QCheckBox(tr("Only what this window edits"), this);
     m_settingsOnly->setChecked(true);
     m_note = new QLabel(this);
     m_note->setTextFormat(Qt::PlainText);
     m_note->setWordWrap(true);
-    m_restore = makeButton(tr("Restore"), tr("Set the selected values to those of the snapshot (Enter)"),
-                           "restore", this);
-    m_restoreAll = makeButton(tr("Restore all"), tr("Set all listed values to those of the snapshot"),
-                              "restoreAll", this);
-    m_show = makeButton(tr("Show"), tr("Show the snapshot in a window of its own"), "show", this);
+    m_restore = makeHistoryButton(
+        tr("Restore"), tr("Set the selected values to those of the snapshot (Enter)"), "restore", this);
+    m_restoreAll = makeHistoryButton(tr("Restore all"), tr("Set all listed values to those of the snapshot"),
+                                     "restoreAll", this);
+    m_show = makeHistoryButton(tr("Show"), tr("Show the snapshot in a window of its own"), "show", this);
     m_counter = new QTimer(this);
 
     connect(m_snapshots, &QTreeWidget::itemSelectionChanged, this, &HistoryDialog::compare);
@@ -132,7 +134,7 @@ void HistoryDialog::listSnapshots()
             remark = misfit(kept.info, m_present.recorder);
         if (remark.isEmpty() && kept.info.isEdited)
             remark = tr("Edited without the recorder");
-        rows << differencerows::row({timeText(kept.info), QString(), remark}, {});
+        rows << differencerows::row({snapshotTime(kept.info), QString(), remark}, {});
     }
     m_snapshots->addTopLevelItems(rows);
     m_snapshots->setCurrentItem(rows.value(1, rows.constFirst()), 0,
@@ -154,7 +156,7 @@ void HistoryDialog::countNext()
     const ConfigurationValues values = valuesOf(snapshot->currentFiles());
     const qsizetype count = differences(values, m_newer, snapshot->info.leftOut + m_newerLeftOut).size();
     QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
-    row->setText(Changes, count == 1 ? tr("1 value") : tr("%1 values").arg(count));
+    row->setText(ChangesColumn, count == 1 ? tr("1 value") : tr("%1 values").arg(count));
     m_newer = values;
     m_newerLeftOut = snapshot->info.leftOut;
 }
@@ -170,8 +172,8 @@ std::optional<Snapshot> HistoryDialog::read(int number)
         return snapshot;
     kept.problem = problem;
     QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
-    row->setText(Note, problem);
-    row->setToolTip(Note, problem);
+    row->setText(RemarkColumn, problem);
+    row->setToolTip(RemarkColumn, problem);
     return {};
 }
 
@@ -228,8 +230,8 @@ void HistoryDialog::compareTwo(int older, int newer)
         m_caption->setText(m_kept[before ? newer : older].problem);
         return;
     }
-    differencerows::prepare(*m_values,
-                            {tr("Setting"), timeText(before->info), timeText(after->info), tr("Address")});
+    differencerows::prepare(
+        *m_values, {tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
     fill(differences(*before, *after));
 }
 

@@ -7,6 +7,7 @@
 #include "ui/history/DifferenceRows.h"
 
 #include <QDialogButtonBox>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -21,7 +22,8 @@ namespace paravue
 namespace
 {
 
-constexpr QSize MergeSize(820, 420);
+constexpr QSize MergeSize(880, 420);
+constexpr int MergeWidths[] = {190, 115, 115, 115, 200};
 
 } // namespace
 
@@ -37,6 +39,8 @@ MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &
     text->setWordWrap(true);
     differencerows::prepare(*m_list, {tr("Setting"), tr("Snapshot"), tr("Edited"), tr("Recorder now"),
                                       tr("Remark"), tr("Address")});
+    for (int column = 0; column < int(std::size(MergeWidths)); ++column)
+        m_list->header()->resizeSection(column, MergeWidths[column]);
     m_list->setAccessibleName(tr("Edits to take over"));
     m_list->setObjectName(QStringLiteral("edits"));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);

@@ -22,7 +22,7 @@ namespace paravue
 namespace
 {
 
-const QString PristineSuffix = QStringLiteral(".original");
+const QString SuffixOfPristine = QStringLiteral(".original");
 
 } // namespace
 
@@ -53,7 +53,7 @@ FileContents SnapshotHistory::fetchedFiles(QString &problem) const
 {
     FileContents files;
     for (const QString &name : m_store->fetchedFiles()) {
-        QFile file(m_store->filePath(name + PristineSuffix));
+        QFile file(m_store->filePath(name + SuffixOfPristine));
         if (!file.open(QIODevice::ReadOnly)) {
             problem = tr("The copy of \"%1\" cannot be read: %2").arg(name, file.errorString());
             return {};
