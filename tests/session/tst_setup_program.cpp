@@ -50,6 +50,7 @@ void TestSetupProgram::readsAddresses_data()
     row("last port", {"a:b@host:65535"}, "a:b@host:-1");
     row("no login", {"host:40000", "--digest"}, "host:-25536");
     row("separators in login and password", {"a:b:c@d@host"}, "a:b:c@d@host");
+    row("of a snapshot's edits", {"--open", "x", "--send-to", "host:40000"}, "host:-25536");
     row("typed password", {"admin:admin@host", "--digest"}, "admin:21232f297a57a5a743894a0e4a801fc3@host");
 }
 
@@ -99,6 +100,12 @@ void TestSetupProgram::refusesWrongUsage_data()
     row("pictures of a check", {"--check", "x", "--screenshot", "x"}, "no window");
     row("files of a recorder", {address, "--files", "x"}, "--files needs");
     row("preview for programs", {"--preview", "x", "--json"}, "--json needs");
+    row("open nothing", {"--open", ""}, "--open needs a value");
+    row("open a recorder", {"--open", "x", address}, "use --send-to");
+    row("open a preview", {"--open", "x", "--preview", "x"}, "--open excludes");
+    row("send nothing", {address, "--send-to", "host"}, "--send-to needs --open");
+    row("send to nobody", {"--open", "x", "--send-to", "admin:s3cret@"}, "names no host");
+    row("pictures of a question", {"--open", "x", "--send-to", "host", "--screenshot", "x"}, "asks");
     row("time without a unit", {address, "--timeout", "soon"}, "--timeout takes a number of seconds");
     row("unknown style", {address, "--style", "fusion"}, "--style takes light, dark or system");
     row("no file for the log", {address, "--log", ""}, "needs a value");

@@ -4,11 +4,13 @@
 #include "setup/CommandLine.h"
 #include "setup/RecorderAddress.h"
 #include "setup/SetupProgram.h"
+#include "snapshots/SnapshotStore.h"
 #include "support/TestTable.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QCryptographicHash>
+#include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMap>
@@ -53,6 +55,8 @@ private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init() { startRecorder(); }
     void previewsOnCopies();
+    void sendsWhatWasEditedWithoutTheRecorder();
+    void triesAgainToSaveASnapshot();
     void refusesALanguageThatTheDescriptionLacks_data();
     void refusesALanguageThatTheDescriptionLacks();
     void endsLikeTheSessionThatShowsNothing_data();
@@ -142,6 +146,105 @@ void TestSetupSessions::previewsOnCopies()
     QVERIFY2(!shown.isEmpty() && before.value("streams").contains(shown.toUtf8()), qPrintable(shown));
     QCOMPARE(contents(), before);
     QCOMPARE(m_received, QStringList());
+}
+
+/// A snapshot is kept by a save, edited without the recorder, and its edits are sent.
+void TestSetupSessions::sendsWhatWasEditedWithoutTheRecorder()
+{
+    const auto press = [](QWidget &top, const QString &caption) {
+        if (auto *button = buttonWithText<QPushButton>(top, caption))
+            button->click();
+    };
+    const auto rename = [](QWidget &top, const QString &before, const QString &after) {
+        for (QLineEdit *name : top.findChildren<QLineEdit *>()) {
+            if (name->text() == before)
+                name->setText(after);
+        }
+    };
+    const auto send = [&](QWidget &top) {
+        press(top, "Save");
+        press(top, "Close"); // that the save is confirmed
+    };
+    QCOMPARE(runSessionAs(send), ExitCode::Done);
+    const QString path = m_folder->filePath("kept.zip");
+    QDirIterator archives(snapshotsFolder(), {"*.zip"}, QDir::Files, QDirIterator::Subdirectories);
+    QVERIFY(archives.hasNext());
+    QVERIFY(QFile::copy(archives.next(), path));
+    m_received.clear();
+
+    CommandLine open;
+    open.snapshot = path;
+    QCOMPARE(runSessionAs(open,
+                          [&](QWidget &top) {
+                              rename(top, "Warehouse recorder", "Edited");
+                              press(top, "Save");
+                          }),
+             ExitCode::Done);
+    QCOMPARE(m_received, QStringList());
+
+    CommandLine merge = sessionWithTheRecorder();
+    merge.snapshot = path;
+    merge.sendsEdits = true;
+    QStringList asked;
+    QCOMPARE(runSessionAs(merge,
+                          [&](QWidget &top) {
+                              if (top.inherits("paravue::MergeDialog")) {
+                                  asked << "edits";
+                                  QTest::keyClick(&top, Qt::Key_Return);
+                              } else if (top.inherits("paravue::ReviewDialog")) {
+                                  asked << "changes";
+                                  QTest::keyClick(&top, Qt::Key_Return);
+                              } else if (!asked.isEmpty()) {
+                                  send(top);
+                              }
+                          }),
+             ExitCode::Done);
+    QCOMPARE(asked, QStringList({"edits", "changes"}));
+    QFile streams(m_recorder->filePath("streams"));
+    QVERIFY(streams.open(QIODevice::ReadOnly));
+    QVERIFY(streams.readAll().contains("Edited"));
+}
+
+void TestSetupSessions::triesAgainToSaveASnapshot()
+{
+    QCOMPARE(runSessionAs([&](QWidget &top) {
+                 for (const QString &caption : {"Save", "Close"}) {
+                     if (auto *button = buttonWithText<QPushButton>(top, caption))
+                         button->click();
+                 }
+             }),
+             ExitCode::Done);
+    QDirIterator archives(snapshotsFolder(), {"*.zip"}, QDir::Files, QDirIterator::Subdirectories);
+    QVERIFY(archives.hasNext());
+    const QString folder = m_folder->filePath("archives");
+    QVERIFY(QDir().mkpath(folder));
+    CommandLine open;
+    open.snapshot = folder + "/kept.zip";
+    QVERIFY(QFile::copy(archives.next(), open.snapshot));
+    const QString away = m_folder->filePath("away");
+    QStringList messages;
+    QCOMPARE(runSessionAs(open,
+                          [&](QWidget &top) {
+                              if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+                                  messages << box->text();
+                                  if (QAbstractButton *retry = box->button(QMessageBox::Retry)) {
+                                      QDir().rename(away, folder);
+                                      retry->click();
+                                  } else {
+                                      box->accept();
+                                  }
+                              } else if (auto *save = buttonWithText<QPushButton>(top, "Save")) {
+                                  top.findChild<QLineEdit *>()->setText("x");
+                                  QDir().rename(folder, away);
+                                  save->click();
+                              }
+                          }),
+             ExitCode::Done);
+    QCOMPARE(messages.size(), 2); // of the window, and when that was closed
+    QVERIFY2(messages.constFirst().contains("cannot be written"), qPrintable(messages.constFirst()));
+    SnapshotStore store(open.snapshot);
+    store.load();
+    QVERIFY(QFile(open.snapshot).size() > 0 && store.problem().isEmpty());
 }
 
 void TestSetupSessions::refusesALanguageThatTheDescriptionLacks_data()
