@@ -26,7 +26,7 @@ set(DOXYGEN_MACRO_EXPANSION YES)
 set(DOXYGEN_EXPAND_ONLY_PREDEF YES)
 set(DOXYGEN_PREDEFINED PARAVUE_EXPORT= PARAVUE_CALL= "Q_OBJECT=" "Q_DISABLE_COPY_MOVE(x)=")
 
-set(pages docs/hosts.md docs/changes.md)
+set(pages docs/hosts.md docs/changes.md docs/snapshots.md)
 foreach(header IN LISTS PARAVUE_PUBLIC_HEADERS)
     list(APPEND pages src/${header})
 endforeach()
