@@ -153,11 +153,14 @@ void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets)
             isSecret.pop_back();
         if (token != QXmlStreamReader::StartElement)
             continue;
-        if (!isSecret.empty() && isSecret.back() && xml.name() == QLatin1StringView("key"))
+        const bool isWithin = !isSecret.empty() && isSecret.back();
+        if (isWithin && xml.name() == QLatin1StringView("key"))
             secrets.mark(OrbSetup::path(xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed()));
         else
-            isSecret.push_back(xml.attributes().value(QLatin1StringView("password")) ==
-                               QLatin1StringView("on"));
+            isSecret.push_back(
+                isWithin ||
+                xml.attributes().value(QLatin1StringView("password")) == QLatin1StringView("on") ||
+                xml.attributes().value(QLatin1StringView("secret")) == QLatin1StringView("yes"));
     }
 }
 

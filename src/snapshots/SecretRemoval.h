@@ -6,8 +6,8 @@
 namespace paravue
 {
 
-/// Marks in \a secrets what an interface description hides while it is typed: the addresses of all elements
-/// with password="on".
+/// Marks in \a secrets what an interface description hides: the addresses of all elements with
+/// password="on" or secret="yes".
 void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets);
 
 /// Empties every secret value in \a files: those of keys whose names tell it, in lines that are commented out
