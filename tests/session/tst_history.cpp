@@ -3,6 +3,7 @@
 #include "snapshots/FileValues.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
+#include "store/ExchangeQueue.h"
 #include "store/OrbSettings.h"
 #include "support/ModalWatcher.h"
 #include "support/TestTable.h"
@@ -112,6 +113,7 @@ private Q_SLOTS:
     void namesWhatCannotBeUsed();
     void asksWhenNothingCanBeKept_data();
     void asksWhenNothingCanBeKept();
+    void keepsWhatTasksReplace();
     void takesOverEditsThatFit();
     void refusesOffersWithoutEdits();
 
@@ -337,6 +339,23 @@ void TestHistory::asksWhenNothingCanBeKept()
     if (isSent)
         AWAIT_VERIFY(!stored.isEmpty());
     QCOMPARE(streams().contains("Renamed"), isSent);
+}
+
+/// Nobody is asked about a save that a time task has started.
+void TestHistory::keepsWhatTasksReplace()
+{
+    const auto session = this->session();
+    ExchangeQueue &queue = ExchangeQueue::of(session->store);
+    QFile blocking(m_snapshots);
+    QVERIFY(blocking.open(QIODevice::WriteOnly));
+    const ModalWatcher question;
+    queue.call("save_settings", {}, ExchangeQueue::Caller::Task);
+    QCOMPARE(session->store.linkStatus().state, LinkStatus::State::Idle);
+    QVERIFY(!question.hasSeen() && blocking.remove());
+    QSignalSpy stored(&session->store, &OrbSetup::storeDone);
+    queue.call("save_settings", {}, ExchangeQueue::Caller::Task);
+    AWAIT_VERIFY(!stored.isEmpty());
+    QCOMPARE(folder().list().size(), 1);
 }
 
 QString TestHistory::editedSnapshot(const QStringList &edits)
