@@ -4,6 +4,7 @@
 #include "InfoCommandLine.h"
 #include "Recording.h"
 #include "SurveyReport.h"
+#include "program/ConsoleOutput.h"
 #include "program/TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -115,6 +116,7 @@ ExitCode listLive(InfoCommandLine line)
 
 int main(int argc, char **argv)
 {
+    const ConsoleOutput output;
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("hvx3-info");
     QCoreApplication::setApplicationVersion(PARAVUE_VERSION);

@@ -6,6 +6,7 @@
 #include "CommandLine.h"
 #include "ProgramLog.h"
 #include "SetupProgram.h"
+#include "program/ConsoleOutput.h"
 #include "recorder/StopSignal.h"
 
 #include <QApplication>
@@ -106,6 +107,7 @@ int run(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
+    const ConsoleOutput output;
     const int exitCode = run(argc, argv);
     if (DesktopColors::isBusSilent()) {
         std::fflush(nullptr);

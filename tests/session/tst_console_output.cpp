@@ -1,0 +1,31 @@
+#include "program/ConsoleOutput.h"
+
+#include <QTest>
+
+#include <qt_windows.h>
+
+using namespace paravue;
+
+class TestConsoleOutput : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsUtf8WhileItLives();
+};
+
+void TestConsoleOutput::readsUtf8WhileItLives()
+{
+    constexpr UINT Cyrillic = 866;
+    if (GetConsoleOutputCP() == 0)
+        QVERIFY(AllocConsole());
+    QVERIFY(SetConsoleOutputCP(Cyrillic));
+    {
+        const ConsoleOutput output;
+        QCOMPARE(GetConsoleOutputCP(), UINT(CP_UTF8));
+    }
+    QCOMPARE(GetConsoleOutputCP(), Cyrillic);
+}
+
+QTEST_APPLESS_MAIN(TestConsoleOutput)
+#include "tst_console_output.moc"
