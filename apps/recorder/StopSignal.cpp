@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 
 #ifdef Q_OS_WIN
+#include <thread>
+
 #include <windows.h>
 #else
 #include <QSocketNotifier>
@@ -80,6 +82,18 @@ void quitOnStopSignal()
         noteOnce(number);
 }
 
+void quitAtEndOfInput()
+{
+    auto *notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier] {
+        char ignored[256];
+        if (::read(STDIN_FILENO, ignored, sizeof ignored) > 0)
+            return;
+        notifier->setEnabled(false);
+        endEventLoops();
+    });
+}
+
 #else
 
 namespace
@@ -103,6 +117,19 @@ BOOL WINAPI noteConsoleEvent(DWORD event)
 void quitOnStopSignal()
 {
     SetConsoleCtrlHandler(noteConsoleEvent, TRUE);
+}
+
+void quitAtEndOfInput()
+{
+    // A pipe cannot be waited for. The thread ends with the process.
+    std::thread([] {
+        const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+        char ignored[256];
+        DWORD size = 0;
+        while (ReadFile(input, ignored, sizeof ignored, &size, nullptr) && size > 0) {
+        }
+        QMetaObject::invokeMethod(qApp, endEventLoops, Qt::QueuedConnection);
+    }).detach();
 }
 
 #endif

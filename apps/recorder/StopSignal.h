@@ -9,7 +9,11 @@ namespace recorder
 /// run. A signal that the parent process has chosen to ignore, as nohup does, stays ignored.
 void quitOnStopSignal();
 
-/// Whether such a signal has come.
+/// From now on the end of standard input ends the event loops too: a program that has started this one closes
+/// it, also when it is killed. Nothing else may read standard input.
+void quitAtEndOfInput();
+
+/// Whether one of these has come.
 bool hasStopSignal();
 
 } // namespace recorder

@@ -1,3 +1,4 @@
+#include "program/ConsoleOutput.h"
 #include "program/ExitCode.h"
 #include "program/HelpText.h"
 #include "program/TemporaryFolder.h"
@@ -35,6 +36,7 @@ struct Options {
     recorder::VideoOptions video;
     bool companion = false;
     bool log = false;
+    bool untilInputEnds = false;
 };
 
 void printError(const QString &text)
@@ -96,6 +98,9 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral(
              "Tell setup programs of this user the recorder's name, which the file \"streams\" holds as "
              "common/name.")},
+        {QStringLiteral("until-input-ends"),
+         QStringLiteral(
+             "End when standard input ends, as it does with the program that has started this one.")},
         {QStringLiteral("log"), QStringLiteral("Print every request and answer. Passwords are not shown.")},
     });
     recorder::addVideoOptions(parser);
@@ -150,6 +155,7 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     options.dataDir = parser.value(QStringLiteral("data"));
     options.companion = parser.isSet(QStringLiteral("companion"));
     options.log = parser.isSet(QStringLiteral("log"));
+    options.untilInputEnds = parser.isSet(QStringLiteral("until-input-ends"));
     return options;
 }
 
@@ -194,6 +200,8 @@ int run(const Options &options)
 {
     // Before there are files to be removed. Who started the program may end it as soon as it listens.
     recorder::quitOnStopSignal();
+    if (options.untilInputEnds)
+        recorder::quitAtEndOfInput();
     std::optional<paravue::TemporaryFolder> temporary;
     if (options.dataDir.isEmpty() && !temporary.emplace().isValid()) {
         printError(temporary->errorString());
@@ -240,6 +248,7 @@ int run(const Options &options)
 
 int main(int argc, char *argv[])
 {
+    const paravue::ConsoleOutput output;
     av_log_set_level(AV_LOG_QUIET); // errors of FFmpeg are reported in messages of the simulator
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("paravue-recorder"));
@@ -254,8 +263,12 @@ int main(int argc, char *argv[])
         QTextStream(stdout) << paravue::helpText(parser);
         return endedWith(paravue::ExitCode::Done);
     }
-    if (parser.isSet(QStringLiteral("version")))
-        parser.showVersion();
+    if (parser.isSet(QStringLiteral("version"))) {
+        // Without a console Qt's own way would show a message box.
+        QTextStream(stdout) << QCoreApplication::applicationName() << u' '
+                            << QCoreApplication::applicationVersion() << Qt::endl;
+        return endedWith(paravue::ExitCode::Done);
+    }
     const std::optional<Options> options = readOptions(parser);
     return options ? run(*options) : endedWith(paravue::ExitCode::WrongUsage);
 }

@@ -12,11 +12,6 @@
 #include <QTcpServer>
 #include <QTextStream>
 
-#ifdef Q_OS_LINUX
-#include <csignal>
-#include <sys/prctl.h>
-#endif
-
 namespace paravue
 {
 
@@ -85,9 +80,9 @@ DemoRecorder::~DemoRecorder()
 {
     if (m_process.state() == QProcess::NotRunning)
         return;
-    m_process.terminate();
+    // On every system, while Windows has no signal that a program without a window could be sent.
+    m_process.closeWriteChannel();
     if (!m_process.waitForFinished(EndLimitMs)) {
-        // A console program of Windows cannot be asked.
         m_process.kill();
         m_process.waitForFinished(EndLimitMs);
     }
@@ -105,11 +100,8 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
         if (m_port != 0)
             QTextStream(stderr) << QString::fromUtf8(m_process.readAllStandardError()) << Qt::flush;
     });
-#ifdef Q_OS_LINUX
-    // The simulator must not outlive us even when we are killed.
-    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-#endif
-    QStringList options{"--port", QString::number(freePort()), "--companion"};
+    // The simulator does not outlive this program, even when that is killed.
+    QStringList options{"--port", QString::number(freePort()), "--companion", "--until-input-ends"};
     if (!dataFolder.isEmpty())
         options << "--data" << dataFolder;
     if (!model.isEmpty())

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void checksArguments_data();
     void checksArguments();
     void servesUntilItIsStopped();
+    void endsWithItsInput();
     void leavesNoFilesBehind();
     void recordsOnlyWhenItListens();
     void reportsFailedRecordings();
@@ -117,6 +118,25 @@ void TestRecorderProgram::servesUntilItIsStopped()
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
     QCOMPARE(QDir(data).entryList(QDir::Files).size(), 10);
+}
+
+void TestRecorderProgram::endsWithItsInput()
+{
+    QTemporaryDir local;
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    setTemporaryPlace(environment, local.path());
+    program.setProcessEnvironment(environment);
+    program.start(RECORDER_PROGRAM, {"--port=0", "--until-input-ends"});
+    AWAIT_VERIFY(program.canReadLine());
+    program.write("ignored\n");
+    QVERIFY(program.waitForBytesWritten());
+    QCOMPARE(program.state(), QProcess::Running);
+    program.closeWriteChannel();
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QVERIFY(QDir(local.path()).isEmpty());
 }
 
 /// What a killed one could not remove goes when the next one starts. The files of one that runs stay.
