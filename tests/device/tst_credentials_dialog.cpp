@@ -36,6 +36,7 @@ private Q_SLOTS:
     void init();
     void isFilledInWithKeys_data();
     void isFilledInWithKeys();
+    void refusesLettersThatCannotBeSent();
     void hasTheNamesOfItsParts();
     void standsInTheMiddleOfTheWindow();
     void showsThePasswordOnRequest();
@@ -98,6 +99,31 @@ void TestCredentialsDialog::isFilledInWithKeys()
     QCOMPARE(SettingsFile::shared()->value("authorization/remember"), remember);
     cDlg next(record, nullptr, nullptr);
     QCOMPARE(next.findChild<QCheckBox *>("checkBoxRemember")->isChecked(), remember == "true");
+}
+
+/// Half of a surrogate pair stands for a letter that the local encoding lacks: here that is UTF-8.
+void TestCredentialsDialog::refusesLettersThatCannotBeSent()
+{
+    Credentials record{false, "host", "", 0, "a", ""};
+    cDlg dialog(record, nullptr, nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto *password = dialog.findChild<QLineEdit *>("lineEditPassword");
+    const auto *refusal = dialog.findChild<QLabel *>("labelRefusal");
+    password->setText(QString("pass") + QChar(0xd800));
+    QTest::keyClick(password, Qt::Key_Return);
+    QVERIFY(dialog.isVisible());
+    QVERIFY(record.password.isEmpty());
+    QVERIFY2(refusal->isVisible() && refusal->text().contains("password"), qPrintable(refusal->text()));
+    auto *login = dialog.findChild<QLineEdit *>("lineEditLogin");
+    login->setText(QChar(0xd800));
+    QTest::keyClick(login, Qt::Key_Return);
+    QVERIFY2(refusal->text().contains("login"), qPrintable(refusal->text()));
+    login->setText("a");
+    password->setText("pass");
+    QTest::keyClick(password, Qt::Key_Return);
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(record.password, "1a1dc91c907325c69271ddf0c944bc72"); // of "pass"
 }
 
 void TestCredentialsDialog::hasTheNamesOfItsParts()

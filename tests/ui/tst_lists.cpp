@@ -141,6 +141,7 @@ class TestLists : public QObject
 private Q_SLOTS:
     void changesUsers_data();
     void changesUsers();
+    void refusesLettersThatCannotBeSent();
     void keepsTheLevelOfTheOnlyEditor_data();
     void keepsTheLevelOfTheOnlyEditor();
     void keepsThePasswordWhenItIsTold_data();
@@ -223,6 +224,20 @@ void TestLists::changesUsers()
     QCOMPARE(storedUsers(window), withLines(Users + changed));
     QCOMPARE(window.value("general/access/pass1"), refusal.isEmpty() ? "" : fields.value(1));
     QCOMPARE(window.messages.texts(), QStringList());
+}
+
+/// Half of a surrogate pair stands for a letter that the local encoding lacks: here that is UTF-8.
+void TestLists::refusesLettersThatCannotBeSent()
+{
+    DescribedWindow window(userPage(), {{"users", Users}, {"general", general("carl")}});
+    window.window->accessListSlot("new");
+    const QString password = QString("pass") + QChar(0xd800);
+    for (const QString &value : {QString("name/dora"), "pass1/" + password, "pass2/" + password})
+        window.window->setValue("general/access/" + value);
+    press(window, "OK");
+    QCOMPARE(window.messages.texts(),
+             QStringList("The password has letters that this computer cannot send."));
+    QCOMPARE(storedUsers(window), withLines(Users));
 }
 
 void TestLists::keepsTheLevelOfTheOnlyEditor_data()

@@ -8,6 +8,7 @@
 #include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
 #include "device/login/cODAdaptor.h"
+#include "store/LocalEncoding.h"
 #include "store/PasswordDigest.h"
 
 #include <QAction>
@@ -198,8 +199,31 @@ void cDlg::showNotice()
     m_notice->setVisible(!m_notice->text().isEmpty());
 }
 
+/// False, with the reason shown, when the recorder would not get what was typed.
+bool cDlg::checkLetters()
+{
+    QLineEdit *refused = nullptr;
+    if (!isInLocalEncoding(m_login->text())) {
+        refused = m_login;
+        m_refusal->setText(tr("The login has letters that this computer cannot send."));
+    } else if (!isInLocalEncoding(m_password->text())) {
+        refused = m_password;
+        m_refusal->setText(tr("The password has letters that this computer cannot send."));
+    }
+    if (!refused)
+        return true;
+    m_refusal->show();
+    refused->setAccessibleDescription(m_refusal->text());
+    refused->setFocus();
+    refused->selectAll();
+    makeRoom();
+    return false;
+}
+
 void cDlg::accept()
 {
+    if (!checkLetters())
+        return;
     m_record.login = m_login->text().toLocal8Bit();
     m_record.password = passwordDigest(m_password->text().toLocal8Bit());
     m_record.remember = m_remember->isChecked();

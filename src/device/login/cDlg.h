@@ -49,6 +49,7 @@ protected:
 private:
     void buildRows();
     void makeRoom();
+    bool checkLetters();
     void keepRemember();
     void showNotice();
     void applyPalette();

@@ -1,6 +1,7 @@
 #include "ui/commands/UserListEditor.h"
 
 #include "controls/UserListView.h"
+#include "store/LocalEncoding.h"
 #include "store/OrbSetup.h"
 #include "store/PasswordDigest.h"
 #include "ui/base/UiLimits.h"
@@ -21,6 +22,7 @@ namespace
 {
 
 const QString userListTag = QStringLiteral("accesslist");
+const QString clearPassword = QStringLiteral("clearpassword");
 const QString keepPassword = QStringLiteral("keeppassword");
 const QString scratch = QStringLiteral("general/access/");
 const QString firstPassword = QStringLiteral("pass1");
@@ -135,6 +137,10 @@ void UserListEditor::acceptTyped()
         m_showDialog(tag);
         return;
     }
+    if (!isSet(*users, clearPassword) && !isInLocalEncoding(typed(firstPassword))) {
+        m_context.report(WindowText::tr("The password has letters that this computer cannot send."));
+        return;
+    }
     const User user{typed("name"), passwordFor(*users, row), typed("level")};
     if (row >= 0 && row == UserRights(edited, currentUser(edited)).self())
         m_renamed = RenamedUser{login(), user.name, {}};
@@ -157,7 +163,7 @@ QString UserListEditor::passwordFor(const UserListView &list, int row) const
     const QString password = typed(firstPassword);
     if (row >= 0 && password.isEmpty() && isSet(list, keepPassword))
         return list.users().at(row).password;
-    if (isSet(list, QStringLiteral("clearpassword")))
+    if (isSet(list, clearPassword))
         return password;
     return QString::fromLatin1(passwordDigest(password.toLocal8Bit()));
 }
