@@ -101,7 +101,7 @@ void TestRecorderProgram::servesUntilItIsStopped()
     program.start(RECORDER_PROGRAM, {"--port", "0", "--log", "--data", data});
     QVERIFY(paravue::test::waitUntil([&] { return program.canReadLine(); }));
     const QString line = QString::fromUtf8(program.readLine());
-    const auto match = QRegularExpression("^Listening on 127\\.0\\.0\\.1:(\\d+)\n$").match(line);
+    const auto match = QRegularExpression("^Listening on 127\\.0\\.0\\.1:(\\d+)\r?\n$").match(line);
     QVERIFY2(match.hasMatch(), qPrintable(line));
 
     RawClient client(match.captured(1).toUShort());

@@ -1,4 +1,5 @@
 #include "RawClient.h"
+#include "support/OwnerOnly.h"
 
 #include "recorder/RecorderServer.h"
 #include "support/TestTable.h"
@@ -206,7 +207,7 @@ void TestRecorderServer::exchangesFiles()
         QCOMPARE(client.ask(frame(body)), Ok);
         QCOMPARE(read(file), body);
         QCOMPARE(received, (QList<QVariantList>{{file, body}}));
-        QVERIFY(!(QFile::permissions(m_server->filePath(file)) & (QFile::ReadGroup | QFile::ReadOther)));
+        QVERIFY(paravue::test::isForOwnerOnly(m_server->filePath(file)));
         if (!hasClock)
             QCOMPARE(client.ask("GET " + subject + "\r\n"), answerTo(body));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recorder/RecorderServer.h"
+#include "support/ProgramText.h"
 #include "support/TemporaryPlace.h"
 
 #include <QDir>
@@ -40,8 +41,8 @@ inline Run runProgram(const QStringList &arguments, const QString &platform = "o
     loop.exec();
     if (process.state() != QProcess::NotRunning)
         return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return {process.exitCode(), programText(process.readAllStandardOutput()),
+            programText(process.readAllStandardError())};
 }
 
 inline QString addressOf(const recorder::RecorderServer &recorder, const QString &account)

@@ -1,6 +1,7 @@
 #include "LiteralSettings.h"
 
 #include "store/OrbSettings.h"
+#include "support/OwnerOnly.h"
 #include "support/TestTable.h"
 
 #include <QDateTime>
@@ -11,6 +12,7 @@
 
 #include <optional>
 
+using paravue::test::isForOwnerOnly;
 using paravue::test::TestTable;
 
 class TestOrbSettings : public QObject
@@ -303,9 +305,7 @@ void TestOrbSettings::anUnwritableFileKeepsItsEdits()
     QVERIFY(QDir(m_folder->path()).mkdir("missing"));
     QVERIFY(settings.write());
     // What is made anew is for the user alone.
-    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
-    QVERIFY(QFile::exists(settings.path()));
-    QVERIFY(!(QFile::permissions(settings.path()) & others));
+    QVERIFY(isForOwnerOnly(settings.path()));
 }
 
 void TestOrbSettings::whatIsPutBackIsNoEdit()

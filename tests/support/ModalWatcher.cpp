@@ -9,6 +9,8 @@ namespace paravue::test
 ModalWatcher::ModalWatcher(Action action, const QByteArray &className)
     : m_action(std::move(action)), m_className(className)
 {
+    // The system's own file dialogs are no widgets.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     connect(&m_timer, &QTimer::timeout, this, &ModalWatcher::look);
     m_timer.start(1);
 }

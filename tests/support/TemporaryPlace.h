@@ -6,11 +6,16 @@
 namespace paravue::test
 {
 
+#ifdef Q_OS_WIN
+constexpr const char *TemporaryFolderVariable = "TMP";
+#else
+constexpr const char *TemporaryFolderVariable = "TMPDIR";
+#endif
+
 /// Lets programs that are started with \a environment put their temporary files into \a folder.
 inline void setTemporaryPlace(QProcessEnvironment &environment, const QString &folder)
 {
-    for (const char *variable : {"TMPDIR", "TMP", "TEMP"}) // Windows reads the second
-        environment.insert(QString::fromLatin1(variable), folder);
+    environment.insert(QString::fromLatin1(TemporaryFolderVariable), folder);
 }
 
 } // namespace paravue::test

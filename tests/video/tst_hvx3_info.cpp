@@ -2,6 +2,7 @@
 #include "support/EncodedClip.h"
 #include "support/FullDisk.h"
 #include "support/Hvx3Bytes.h"
+#include "support/ProgramText.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 #include "video/FfmpegHandles.h"
@@ -52,8 +53,8 @@ Run runProgram(const QStringList &arguments, const QByteArray &input = QByteArra
     process.closeWriteChannel();
     if (!process.waitForFinished())
         return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return {process.exitCode(), programText(process.readAllStandardOutput()),
+            programText(process.readAllStandardError())};
 }
 
 /// As runProgram(), while servers of this process answer.
@@ -63,8 +64,8 @@ Run runBeside(const QStringList &arguments)
     process.start(INFO_PROGRAM, arguments);
     if (!waitUntil([&] { return process.state() == QProcess::NotRunning; }, 30'000))
         return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return {process.exitCode(), programText(process.readAllStandardOutput()),
+            programText(process.readAllStandardError())};
 }
 
 QByteArray headerOf(const QByteArray &label)
