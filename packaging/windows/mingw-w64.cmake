@@ -9,7 +9,7 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
 # Without this what the host has would be found. Programs, such as Qt's moc, run on the host.
-set(CMAKE_FIND_ROOT_PATH ${PARAVUE_WINDOWS_SDK} /usr/x86_64-w64-mingw32)
+list(APPEND CMAKE_FIND_ROOT_PATH ${PARAVUE_WINDOWS_SDK} /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
