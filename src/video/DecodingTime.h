@@ -10,7 +10,7 @@ namespace paravue
 ///
 /// Nothing can interrupt a codec. Pictures that are left out because of these estimates would stop the window
 /// for 0.4 to 7 s (bench_decoder, leaveOut); and with four streams of dense H.264 a key would wait 640
-/// instead of 140 ms for its letter (bench_live, answer/dense_h264).
+/// instead of 140 ms for its letter (bench_live, answer/dense_h264, when a picture was allowed 125 ms).
 
 /// For all of \a picture that does not depend on its pixels.
 double timeWithoutPixels(VideoCodec codec, const CodedPicture &picture);

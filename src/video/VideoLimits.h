@@ -50,8 +50,8 @@ struct DecodingLimits {
     qint64 concealedPixels = MaxPicturePixels;
 };
 
-/// The limits while a window has to answer a key within 200 ms. Pictures of 5472 x 3648 pixels are decoded,
+/// The limits while a window has to answer a key within 100 ms. Pictures of 5472 x 3648 pixels are decoded,
 /// damage is concealed in those of 1920 x 1080, and more bytes could not be decoded in the time.
-inline constexpr DecodingLimits LiveLimits{8 * 1024 * 1024, 20 * 1024 * 1024, 125e6, 2 * 1024 * 1024};
+inline constexpr DecodingLimits LiveLimits{8 * 1024 * 1024, 20 * 1024 * 1024, 95e6, 2 * 1024 * 1024};
 
 } // namespace paravue
