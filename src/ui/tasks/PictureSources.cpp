@@ -34,6 +34,8 @@ public:
         m_wholeTimer.setSingleShot(true);
         connect(&m_wholeTimer, &QTimer::timeout, this, &LivePictureSource::showWhole);
     }
+    // The socket ends its connection after this object, when its receiver does.
+    ~LivePictureSource() override { m_socket->disconnect(this); }
 
     bool isActive() const override
     {
@@ -73,11 +75,7 @@ protected:
 private:
     bool wantsPicture(bool isInTurn) override { return m_choice.takes(isInTurn, m_clock.elapsed()); }
     bool isWatching() override { return !isPaused(); }
-    QSize scaledSize() override
-    {
-        const bool isWholeDue = !m_lastWhole.isValid() || m_lastWhole.hasExpired(WholeInterval);
-        return m_audience && !isWholeDue ? m_audience->scaledSize() : QSize();
-    }
+    QSize scaledSize() override { return m_audience ? m_audience->scaledSize() : QSize(); }
     void showPicture(const QPixmap &pixmap) override
     {
         m_lastWhole.start();
@@ -86,8 +84,12 @@ private:
     }
     void showScaled(const QPixmap &pixmap) override
     {
-        m_wholeTimer.start(WholeInterval);
         Q_EMIT scaledReady(pixmap);
+        // What is painted does not change: scaled in another way the picture would twitch.
+        if (m_lastWhole.hasExpired(WholeInterval))
+            showWhole();
+        else
+            m_wholeTimer.start(WholeInterval);
     }
 
     /// How old the picture in its own size may become that QLabel::pixmap() returns, which is no virtual
@@ -96,8 +98,8 @@ private:
 
     std::shared_ptr<const PictureAudience> m_audience;
     QElapsedTimer m_clock;
-    QElapsedTimer m_lastWhole;
-    QTimer m_wholeTimer; ///< when no further picture comes
+    QElapsedTimer m_lastWhole; ///< runs from the first picture on
+    QTimer m_wholeTimer;       ///< when no further picture comes
     PictureChoice m_choice;
     QTcpSocket *const m_socket; // a child of the receiver
     quint64 m_traffic = 0;
