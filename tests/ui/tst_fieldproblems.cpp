@@ -115,6 +115,7 @@ private Q_SLOTS:
     void saysWhatIsWrong_data();
     void saysWhatIsWrong();
     void marksTheField();
+    void leavesTheLayoutAlone();
     void followsEveryWayOfAnEdit();
     void ofUsableFieldsOnly();
     void speaksOnTheTabs();
@@ -182,6 +183,44 @@ void TestFieldProblems::marksTheField()
     plain.type(From, "1");
     QVERIFY(!plain.hasOutline(From));
     QCOMPARE(plain.field(From).accessibleDescription(), "");
+}
+
+/// The reason stands in the field when there is room, else below it while the user is there.
+void TestFieldProblems::leavesTheLayoutAlone()
+{
+    DescribedWindow window(
+        describePage("<item type='edit' width='300' validator='[0-9]{9}'><key>net/untitled/A</key></item>"
+                     "<item type='edit' column='1' width='50' validator='[0-9]{9}'>"
+                     "<key>net/untitled/B</key></item><item type='edit' row='1'/>"),
+        {{"net", "A=123456789\nB=123456789\n"}}, {.tracksChanges = true});
+    QLineEdit *wide = window.widget<QLineEdit>(0);
+    QLineEdit *narrow = window.widget<QLineEdit>(1);
+    narrow->setFixedWidth(50);
+    QCoreApplication::processEvents();
+    const auto mark = [](const QLineEdit *field) {
+        QString said;
+        for (const QLabel *label : field->parentWidget()->findChildren<QLabel *>("refusalMark")) {
+            const QRect around = field->geometry().adjusted(0, 0, 0, 2 * field->height());
+            if (label->isVisible() && around.contains(label->geometry().topLeft()))
+                said = label->text() + (field->geometry().contains(label->geometry()) ? " inside" : " below");
+        }
+        return said;
+    };
+    const QRect before[] = {wide->geometry(), narrow->geometry()};
+    for (QLineEdit *field : {wide, narrow}) {
+        field->setFocus();
+        field->end(false);
+        QTest::keyClick(field, Qt::Key_Backspace);
+    }
+    QCoreApplication::processEvents();
+    QCOMPARE(mark(wide), "Not complete inside");
+    QCOMPARE(mark(narrow), "Not complete below");
+    QVERIFY(wide->geometry() == before[0] && narrow->geometry() == before[1]);
+    wide->setFocus();
+    QCOMPARE(mark(narrow), "! inside");
+    QCOMPARE(narrow->accessibleDescription(), "Not complete");
+    QTest::keyClicks(wide, "9");
+    QCOMPARE(mark(wide), "");
 }
 
 /// A value is also changed by undoing, by actions of other controls, and by another fetch.

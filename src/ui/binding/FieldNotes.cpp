@@ -7,6 +7,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
+#include "ui/binding/RefusalMark.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -124,10 +125,8 @@ void FieldNotes::follow()
         label->setVisible(!m_field->isHidden());
         label->setEnabled(m_field->isEnabled() || isShownAsValue(m_field));
     }
-    for (QLabel *mark : {m_storedMark, m_refusalMark}) {
-        if (mark)
-            mark->setVisible(!m_field->isHidden() && !mark->text().isEmpty());
-    }
+    if (m_storedMark)
+        m_storedMark->setVisible(!m_field->isHidden() && !m_storedMark->text().isEmpty());
 }
 
 QString FieldNotes::range() const
@@ -182,20 +181,19 @@ void FieldNotes::setNote(const QString &text, bool isProblem)
 
 void FieldNotes::setRefusal(const QString &text)
 {
-    if (m_refusal == text)
-        return;
+    const bool isSaid = m_refusal == text;
     m_refusal = text;
-    if (m_note)
+    auto *edit = qobject_cast<QLineEdit *>(m_field);
+    if (m_note || !edit)
         return check();
     if (!m_refusalMark) {
-        m_refusalMark = makeLabel(*m_field);
-        m_refusalMark->setObjectName(QStringLiteral("refusalMark"));
+        if (text.isEmpty())
+            return;
+        m_refusalMark = new RefusalMark(*edit);
     }
-    m_refusalMark->setText(text);
-    paintNote();
-    follow();
-    describe();
-    m_field->updateGeometry();
+    m_refusalMark->setReason(text);
+    if (!isSaid)
+        describe();
 }
 
 void FieldNotes::setUnfitValue(const std::optional<QString> &value)
@@ -250,10 +248,8 @@ void FieldNotes::paintNote()
     problem.setColor(QPalette::WindowText, problemColor(m_field->palette()));
     if (m_note)
         m_note->setPalette(m_isProblem ? problem : QPalette());
-    for (QLabel *mark : {m_storedMark, m_refusalMark}) {
-        if (mark)
-            mark->setPalette(problem);
-    }
+    if (m_storedMark)
+        m_storedMark->setPalette(problem);
 }
 
 void loadFieldNotes(ControlContext &context, const Control &control)

@@ -13,11 +13,12 @@ namespace paravue
 {
 
 class ControlContext;
+class RefusalMark;
 struct Control;
 
 /// What stands beside a field: its unit, a mark when something else is stored than the field shows, and below
 /// it a note, which is a help for the user, or says what is wrong with what the field holds. It only says so:
-/// any value is written as before. A field without a note says beside it what is wrong.
+/// any value is written as before.
 ///
 /// The words of the description are the children "unit" and "help", and of an edit field the attributes
 /// "minimum", "maximum" and "required".
@@ -43,9 +44,6 @@ public:
     /// Null, or hidden, while the field shows what is stored.
     QLabel *storedMark() const { return m_storedMark; }
 
-    /// Null until there was something to say; hidden when there is nothing.
-    QLabel *refusalMark() const { return m_refusalMark; }
-
     /// What is wrong with the value by the words of the description; empty when nothing is.
     QString problem() const;
     /// Says why a validator or a mask refuses what the field holds; empty when none does.
@@ -68,8 +66,8 @@ private:
     QWidget *m_field;
     QLabel *m_unit = nullptr;
     QLabel *m_note = nullptr;
-    QLabel *m_storedMark = nullptr;  ///< created by the first value that the field cannot show
-    QLabel *m_refusalMark = nullptr; ///< created by the first refusal of a field without a note
+    QLabel *m_storedMark = nullptr;       ///< created by the first value that the field cannot show
+    RefusalMark *m_refusalMark = nullptr; ///< created by the first refusal of a field without a note
     QString m_help;
     QString m_refusal;
     QString m_storedSentence; ///< what the mark means, in full

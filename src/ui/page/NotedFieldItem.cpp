@@ -33,7 +33,7 @@ QList<QLabel *> NotedFieldItem::besideField() const
 {
     QList<QLabel *> labels;
     if (const FieldNotes *notes = this->notes()) {
-        for (QLabel *label : {notes->unit(), notes->storedMark(), notes->refusalMark()}) {
+        for (QLabel *label : {notes->unit(), notes->storedMark()}) {
             if (label && !label->isHidden())
                 labels.append(label);
         }
