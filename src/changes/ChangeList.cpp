@@ -137,7 +137,7 @@ void ChangeList::valueSet(const QString &path)
     const std::optional<QString> now = m_store->storedValue(path);
     if (now == before)
         return;
-    m_changes.insert(path, {path, before, now.value_or(QString()), m_secrets.contains(path)});
+    m_changes.insert(path, {path, before, now.value_or(QString()), m_secrets.isKnown(path)});
     Q_EMIT changed(path);
 }
 

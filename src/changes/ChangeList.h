@@ -56,7 +56,8 @@ public:
 
     bool isEmpty() const { return m_changes.isEmpty(); }
     qsizetype count() const { return m_changes.size(); }
-    /// Null when the value at \a path is that of the recorder. Valid until the next change.
+    /// Null when the value at \a path is that of the recorder. Valid until the next change. Only all() tells
+    /// for sure whether a value is secret.
     const Change *find(const QString &path) const;
     /// All changes in the order of their paths.
     QList<Change> all() const;

@@ -28,6 +28,15 @@ bool hasSecretName(QStringView path)
 
 bool SecretKeys::contains(QStringView path) const
 {
+    if (const auto source = std::exchange(m_source, {})) {
+        for (const QString &marked : source())
+            m_marked.insert(marked);
+    }
+    return isKnown(path);
+}
+
+bool SecretKeys::isKnown(QStringView path) const
+{
     return hasSecretName(path) || (!m_marked.isEmpty() && m_marked.contains(path.toString()));
 }
 

@@ -2,7 +2,11 @@
 
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
+
+#include <functional>
+#include <utility>
 
 namespace paravue
 {
@@ -14,17 +18,21 @@ class SecretKeys
 public:
     /// The value at \a path, "file/section/key", is secret whatever its key is called.
     void mark(const QString &path) { m_marked.insert(path); }
-    void clear() { m_marked.clear(); }
+    /// \a source tells more such paths. It is asked once, by contains(), as it may take time.
+    void setSource(std::function<QStringList()> source) { m_source = std::move(source); }
 
     /// True for what was marked, and for keys whose names tell it.
     bool contains(QStringView path) const;
+    /// The same as far as it is known without the source.
+    bool isKnown(QStringView path) const;
 
     /// What stands in the place of every secret value. It has one length, so that it does not tell that of
     /// the value.
     static QString dots();
 
 private:
-    QSet<QString> m_marked;
+    mutable QSet<QString> m_marked;
+    mutable std::function<QStringList()> m_source; ///< empty once it was asked
 };
 
 } // namespace paravue

@@ -5,6 +5,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/review/DescribedAddress.h"
+#include "ui/review/SecretFields.h"
 
 #include <QLineEdit>
 #include <QScrollArea>
@@ -64,7 +65,7 @@ QList<const Control *> ChangePlaces::editors(const QString &path) const
 bool ChangePlaces::isSecretField(const Control &control)
 {
     const auto *field = qobject_cast<const QLineEdit *>(control.widget);
-    return field && field->echoMode() != QLineEdit::Normal;
+    return (field && field->echoMode() != QLineEdit::Normal) || SecretFields::isMarked(control.element);
 }
 
 QString ChangePlaces::caption(const Control &control)

@@ -38,7 +38,7 @@ public:
     /// The controls that write the value at \a path ("file/section/key"), in the order of the window. Those
     /// of dialogs that are not open do not exist.
     QList<const Control *> editors(const QString &path) const;
-    /// True for a field that hides what is typed.
+    /// True for a field that hides what is typed, and for what the description marks as secret.
     static bool isSecretField(const Control &control);
     /// What the user would call \a control, behind the captions of the pages that it stands on.
     static QString caption(const Control &control);

@@ -68,7 +68,8 @@ ChangeTracking::~ChangeTracking()
 void ChangeTracking::startDescription()
 {
     m_hostChanges = m_list.all();
-    SecretFields::markValues(m_context.description().document(), m_adapterOf, m_list.secrets());
+    m_list.secrets().setSource(
+        [this] { return SecretFields::paths(m_context.description().document(), m_adapterOf); });
     m_problems.forgetRemoved();
     markAll();
 }

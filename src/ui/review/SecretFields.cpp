@@ -1,6 +1,5 @@
 #include "ui/review/SecretFields.h"
 
-#include "changes/SecretKeys.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/page/GridCell.h"
 #include "ui/review/DescribedAddress.h"
@@ -14,8 +13,9 @@ bool SecretFields::isMarked(const QDomElement &item)
            item.attribute(secretRule().name) == QLatin1String("yes");
 }
 
-void SecretFields::markValues(const InterfaceDocument &document, AdapterLookup adapterOf, SecretKeys &secrets)
+QStringList SecretFields::paths(const InterfaceDocument &document, AdapterLookup adapterOf)
 {
+    QStringList found;
     for (const QDomElement &item : document.elements(QStringLiteral("item"))) {
         const ControlAdapter *adapter =
             isMarked(item) ? adapterOf(item.attribute(QStringLiteral("type"))) : nullptr;
@@ -23,9 +23,10 @@ void SecretFields::markValues(const InterfaceDocument &document, AdapterLookup a
             continue;
         for (const DescribedAddress &address : describedAddresses(item, *adapter)) {
             if (const QString path = address.path(); !path.isEmpty())
-                secrets.mark(path);
+                found << path;
         }
     }
+    return found;
 }
 
 } // namespace paravue

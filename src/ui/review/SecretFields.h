@@ -3,12 +3,12 @@
 #include "ui/binding/ControlAdapter.h"
 
 #include <QDomElement>
+#include <QStringList>
 
 namespace paravue
 {
 
 class InterfaceDocument;
-class SecretKeys;
 
 /// The fields that a description marks as secret: those that hide what is typed into them, and any control
 /// with secret="yes".
@@ -16,8 +16,8 @@ class SecretFields
 {
 public:
     static bool isMarked(const QDomElement &item);
-    /// Marks the values that such fields hold, those of dialogs included.
-    static void markValues(const InterfaceDocument &document, AdapterLookup adapterOf, SecretKeys &secrets);
+    /// The paths of the values that such fields hold, those of dialogs included.
+    static QStringList paths(const InterfaceDocument &document, AdapterLookup adapterOf);
 };
 
 } // namespace paravue
