@@ -145,6 +145,10 @@ QStringList changedEntries(const QByteArray &before, const QByteArray &after)
 
 void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets)
 {
+    const auto isMarked = [](const QXmlStreamAttributes &attributes) {
+        return attributes.value(QLatin1StringView("password")) == QLatin1StringView("on") ||
+               attributes.value(QLatin1StringView("secret")) == QLatin1StringView("yes");
+    };
     QXmlStreamReader xml(description);
     std::vector<bool> isSecret; // of the elements around
     while (!xml.atEnd()) {
@@ -154,13 +158,12 @@ void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets)
         if (token != QXmlStreamReader::StartElement)
             continue;
         const bool isWithin = !isSecret.empty() && isSecret.back();
-        if (isWithin && xml.name() == QLatin1StringView("key"))
+        if (isWithin && (xml.name() == QLatin1StringView("key") || xml.name() == QLatin1StringView("value")))
             secrets.mark(OrbSetup::path(xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed()));
         else
-            isSecret.push_back(
-                isWithin ||
-                xml.attributes().value(QLatin1StringView("password")) == QLatin1StringView("on") ||
-                xml.attributes().value(QLatin1StringView("secret")) == QLatin1StringView("yes"));
+            // The keys of choices stand within their texts.
+            isSecret.push_back(isMarked(xml.attributes()) ||
+                               (isWithin && xml.name() == QLatin1StringView("text")));
     }
 }
 

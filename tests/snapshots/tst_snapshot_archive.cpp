@@ -299,6 +299,8 @@ void TestSnapshotArchive::leavesOutSecrets_data()
     row("marked otherwise", "[ a ]\r\nCODE=geheim\r\n", "[ a ]\r\nCODE=''\r\n", {"net/a/CODE"});
     row("bytes that are no Unicode", "NAME='\xff'\r\nPASSWORD=geheim\r\n", "NAME='\xff'\r\nPASSWORD=''\r\n",
         {"net/untitled/PASSWORD"});
+    row("marked by the description", "[ a ]\r\nSEED='geheim'\r\nSERIAL='geheim'\r\n",
+        "[ a ]\r\nSEED=''\r\nSERIAL=''\r\n", {"net/a/SEED", "net/a/SERIAL"});
     row("by a directive",
         "A=1\r\nWLAN='geheim'\r\n#!s/WLAN='[^{}']*'(?=\r)/WLAN='{other/untitled/WLAN_KEY}'/\r\n",
         "A=1\r\nWLAN=''\r\n#!s/WLAN='[^{}']*'(?=\r)/WLAN='{other/untitled/WLAN_KEY}'/\r\n",
@@ -320,6 +322,8 @@ void TestSnapshotArchive::leavesOutSecrets()
         "<interface><item type='edit' password='on'><text>PIN</text><key>net/a/PIN/1</key>"
         "</item><item type='combobox' secret='yes'><text>A<key>net/a/CODE</key></text></item><item "
         "password='off'><key>net/untitled/ID</key></item>"
+        "<item secret='yes'><text>A<key>net/a/SEED/1</key></text></item>"
+        "<item secret='yes'><value>net/a/SERIAL</value></item>"
         "<password>kept</password></interface>";
     FileContents files{{"net", net}, {"other", "WLAN_KEY='geheim'\r\nID=5\r\n"}, {"interface", description}};
     QStringList leftOut = removeSecrets(files);
