@@ -145,6 +145,17 @@ void TestChanges::hidesSecrets()
     SecretKeys secrets;
     secrets.mark("net/untitled/PIN");
     QCOMPARE(secrets.contains(path), isSecret);
+    SecretKeys described;
+    int asked = 0;
+    described.setSource([&asked] {
+        ++asked;
+        return QStringList("net/untitled/PIN");
+    });
+    QCOMPARE(described.isKnown(path), isSecret && !path.endsWith("PIN"));
+    QCOMPARE(asked, 0);
+    QCOMPARE(described.contains(path), isSecret);
+    QCOMPARE(described.isKnown(path), isSecret);
+    QVERIFY(described.contains(path) == isSecret && asked == 1);
     const Change change{path, "long old value", "new", isSecret};
     QCOMPARE(change.shownOldValue() == change.shownNewValue(), isSecret);
     QCOMPARE(change.shownNewValue() == "new", !isSecret);

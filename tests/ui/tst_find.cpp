@@ -268,6 +268,14 @@ void TestFind::listsChangesInDialogs()
                                 "Transfer › Speed|88|1|net/untitled/SPEED",
                                 "net/untitled/OTHER|(none)|5|net/untitled/OTHER"}));
     QCOMPARE(opened.what, "Camera: 512");
+    // The next description names other values.
+    window.fixture.setFile("interface",
+                           describePage("", "<a><more/><title>New</title><item type='gridlayout'>" +
+                                                field("0", "Noise", "OTHER") + "</item></a>"));
+    window.window->onLoadDone();
+    rows.clear();
+    window.press(QKeySequence("Ctrl+R"));
+    QVERIFY2(rows.contains("New › Noise|(none)|5|net/untitled/OTHER"), qPrintable(rows.join('\n')));
 }
 
 QTEST_MAIN(TestFind)

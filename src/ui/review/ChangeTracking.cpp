@@ -6,7 +6,6 @@
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
-#include "ui/review/DescribedItems.h"
 #include "ui/review/FindIndex.h"
 #include "ui/review/ReviewDialog.h"
 #include "ui/review/SecretFields.h"
@@ -70,6 +69,7 @@ void ChangeTracking::startDescription()
     m_hostChanges = m_list.all();
     m_list.secrets().setSource(
         [this] { return SecretFields::paths(m_context.description().document(), m_adapterOf); });
+    m_described.reset();
     m_problems.forgetRemoved();
     markAll();
 }
@@ -114,17 +114,37 @@ void ChangeTracking::noteSaved(const QStringList &arrived)
     m_list.accept(sent);
 }
 
+const DescribedItems &ChangeTracking::described() const
+{
+    if (!m_described)
+        m_described.emplace(m_context, m_adapterOf);
+    return *m_described;
+}
+
+void ChangeTracking::updateTexts()
+{
+    m_described.reset();
+    m_badges.updateNames();
+}
+
 QString ChangeTracking::caption(const QString &path) const
 {
     const QList<const Control *> editors = m_places.editors(path);
-    return editors.isEmpty() ? path : ChangePlaces::caption(*editors.constFirst());
+    if (!editors.isEmpty())
+        return ChangePlaces::caption(*editors.constFirst());
+    const DescribedItem *item = described().editorInDialog(path);
+    return item ? item->fullCaption(described().dialogs()) : path;
+}
+
+bool ChangeTracking::isEditable(const QString &path) const
+{
+    return !m_places.editors(path).isEmpty() || described().editorInDialog(path);
 }
 
 QList<ReviewedChange> ChangeTracking::reviewed() const
 {
     constexpr int BehindTheWindow = std::numeric_limits<int>::max() / 2;
-    std::optional<DescribedItems> described; // both read when a value is edited in none of the open pages
-    std::optional<DialogRoutes> routes;
+    std::optional<DialogRoutes> routes; // found when a value is edited in none of the open pages
     QList<ReviewedChange> all;
     for (const Change &change : m_list.all()) {
         const QList<const Control *> editors = m_places.editors(change.path);
@@ -133,13 +153,11 @@ QList<ReviewedChange> ChangeTracking::reviewed() const
             all.append({change, ChangePlaces::caption(first), first.number, true});
             continue;
         }
-        if (!described) {
-            described.emplace(m_context, m_adapterOf);
-            routes.emplace(m_window, m_controls, *described);
-        }
-        if (const DescribedItem *item = described->editorInDialog(change.path)) {
-            const int order = BehindTheWindow + int(item - described->items().data());
-            all.append({change, item->fullCaption(described->dialogs()), order,
+        if (!routes)
+            routes.emplace(m_window, m_controls, described());
+        if (const DescribedItem *item = described().editorInDialog(change.path)) {
+            const int order = BehindTheWindow + int(item - described().items().data());
+            all.append({change, item->fullCaption(described().dialogs()), order,
                         routes->to(item->dialog).begin >= 0});
         } else {
             all.append({change, QString(), std::numeric_limits<int>::max(), false});
@@ -217,10 +235,9 @@ void ChangeTracking::goTo(const QString &path)
     const QList<const Control *> editors = m_places.editors(path);
     if (!editors.isEmpty())
         return ChangePlaces::show(*editors.constFirst());
-    const DescribedItems described(m_context, m_adapterOf);
-    if (const DescribedItem *item = described.editorInDialog(path))
-        showInDialog(item->element, described.dialogs()[item->dialog].tag,
-                     DialogRoutes(m_window, m_controls, described).to(item->dialog));
+    if (const DescribedItem *item = described().editorInDialog(path))
+        showInDialog(item->element, described().dialogs()[item->dialog].tag,
+                     DialogRoutes(m_window, m_controls, described()).to(item->dialog));
 }
 
 void ChangeTracking::showInDialog(const QDomElement &element, const QString &tag,

@@ -5,6 +5,7 @@
 #include "ui/binding/EditSteps.h"
 #include "ui/review/ChangeMarks.h"
 #include "ui/review/ChangePlaces.h"
+#include "ui/review/DescribedItems.h"
 #include "ui/review/DialogRoutes.h"
 #include "ui/review/FieldProblems.h"
 #include "ui/review/FindDialog.h"
@@ -14,6 +15,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 class QDialog;
 class QToolButton;
@@ -25,7 +27,6 @@ namespace paravue
 class Bindings;
 class ControlContext;
 class ControlTable;
-struct DescribedDialog;
 struct ReviewedChange;
 struct ReviewedProblem;
 
@@ -45,10 +46,11 @@ public:
     QToolButton *countButton() const { return m_count; }
     const ChangeList &list() const { return m_list; }
     ChangeList &list() { return m_list; }
-    /// What the user would call the value at \a path: the caption of its first control, or the path.
+    /// What the user would call the value at \a path: the caption of its first control, which may be one of a
+    /// dialog, or the path.
     QString caption(const QString &path) const;
-    /// There is a control that edits the value at \a path.
-    bool isEditable(const QString &path) const { return !m_places.editors(path).isEmpty(); }
+    /// There is a control that edits the value at \a path, in the window or in a dialog.
+    bool isEditable(const QString &path) const;
     /// There are others than those that the host has made before the window was built.
     bool hasUserChanges() const { return !m_list.isEmpty() && m_list.all() != m_hostChanges; }
 
@@ -82,7 +84,7 @@ public:
     void undo();
     void redo();
     /// To be called when captions have changed that are no controls.
-    void updateTexts() { m_badges.updateNames(); }
+    void updateTexts();
 
 Q_SIGNALS:
     void reviewRequested();
@@ -93,6 +95,8 @@ Q_SIGNALS:
 private:
     void noteChange(const QString &path);
     void markAll();
+    /// Read when it is asked for first, and again when the description or the language has changed.
+    const DescribedItems &described() const;
     /// Shows an element of a dialog that is not open, or else where the way to it begins.
     void showInDialog(const QDomElement &element, const QString &tag, const DialogRoutes::Route &route);
     FindDialog::Way wayTo(const DescribedDialog &dialog, const DialogRoutes::Route &route) const;
@@ -110,6 +114,7 @@ private:
     ChangeMarks m_marks{m_badges};
     FieldProblems m_problems;
     QToolButton *m_count;
+    mutable std::optional<DescribedItems> m_described;
     QList<Change> m_sent;
     QList<Change> m_hostChanges;
 };
