@@ -40,7 +40,8 @@ struct WindowOptions {
     /// wrong, with "Try again" and "Give up". Without it only messages tell of failures.
     bool hasStatusLine = true;
     /// Values that the recorder does not have are marked and counted; a list shows them (Ctrl+R) and takes
-    /// them back; edits can be undone (Ctrl+Z, Ctrl+Shift+Z); Ctrl+F finds controls.
+    /// them back; edits can be undone (Ctrl+Z, Ctrl+Shift+Z); Ctrl+F finds controls. Fields whose values the
+    /// description does not allow are marked and counted too; F8 goes to the next one, and a save asks first.
     bool tracksChanges = false;
     /// With tracksChanges: a window with changes that is closed without OK asks whether they are to be sent.
     bool asksBeforeClosing = false;
