@@ -1,10 +1,12 @@
 #include "changes/ChangeList.h"
 
+#include "changes/StateDirectives.h"
 #include "store/ConfigAddress.h"
 #include "store/OrbSettings.h"
 #include "store/OrbSetup.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace paravue
 {
@@ -73,6 +75,37 @@ const Change *ChangeList::find(const QString &path) const
 {
     const auto found = m_changes.constFind(path);
     return found == m_changes.constEnd() ? nullptr : &*found;
+}
+
+bool ChangeList::isSecret(const QString &path) const
+{
+    if (m_secrets.contains(path))
+        return true;
+    if (std::exchange(m_directedMarks, m_secrets.markCount()) != m_secrets.markCount())
+        m_directedSecrets.clear();
+    const QString file = ConfigAddress(path).file().toString();
+    auto directed = m_directedSecrets.find(file);
+    if (directed == m_directedSecrets.end()) {
+        QSet<QString> paths;
+        if (m_store)
+            paths = statedirectives::secretPaths(
+                *m_store, file, [this](const QString &key) { return m_secrets.contains(key); });
+        directed = m_directedSecrets.insert(file, paths);
+    }
+    return directed->contains(path);
+}
+
+QList<Change> ChangeList::pendingChanges() const
+{
+    QList<Change> pending;
+    for (const QString &file : m_store ? m_store->fetchedFiles() : QStringList()) {
+        for (Change change : statedirectives::pendingChanges(*m_store, file)) {
+            change.isSecret = isSecret(change.path);
+            if (!m_changes.contains(change.path))
+                pending << change;
+        }
+    }
+    return pending;
 }
 
 QList<Change> ChangeList::all() const
@@ -146,6 +179,7 @@ void ChangeList::fileReplaced(const QString &name)
     const QString file = name.endsWith(PristineSuffix) ? name.chopped(PristineSuffix.size()) : name;
     const QString prefix = file + u'/';
     m_pristine.erase(file);
+    m_directedSecrets.remove(file);
     const auto isInFile = [&prefix](auto change) { return change.key().startsWith(prefix); };
     if (m_changes.removeIf(isInFile) > 0)
         Q_EMIT dropped(file);

@@ -7,6 +7,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 
 #include <memory>
@@ -51,7 +52,8 @@ public:
     /// recorder's clock, which a save leaves out.
     static bool reachesTheRecorder(const ConfigAddress &address);
 
-    bool isSecret(const QString &path) const { return m_secrets.contains(path); }
+    /// Secret by its key or a mark, or because the directives of a state file fill it with a secret.
+    bool isSecret(const QString &path) const;
     SecretKeys &secrets() { return m_secrets; }
 
     bool isEmpty() const { return m_changes.isEmpty(); }
@@ -61,6 +63,10 @@ public:
     const Change *find(const QString &path) const;
     /// All changes in the order of their paths.
     QList<Change> all() const;
+
+    /// What the directives of the state files will change when these are sent, beside the edits. Asked for
+    /// when it is shown, as the directives go through the whole of the files.
+    QList<Change> pendingChanges() const;
 
     /// The value that the recorder has at \a path, nothing when it has none.
     std::optional<QString> oldValue(const QString &path);
@@ -84,7 +90,9 @@ private:
 
     QPointer<OrbSetup> m_store;
     SecretKeys m_secrets;
-    QHash<QString, Change> m_changes;                                      ///< by path
+    QHash<QString, Change> m_changes;                        ///< by path
+    mutable QHash<QString, QSet<QString>> m_directedSecrets; ///< paths by file, of the files asked about
+    mutable qsizetype m_directedMarks = 0;                   ///< marks of m_secrets at that time
     std::unordered_map<QString, std::unique_ptr<PristineFile>> m_pristine; ///< by file
 };
 

@@ -20,6 +20,8 @@ public:
     void mark(const QString &path) { m_marked.insert(path); }
     /// \a source tells more such paths. It is asked once, by contains(), as it may take time.
     void setSource(std::function<QStringList()> source) { m_source = std::move(source); }
+    /// How many paths were marked.
+    qsizetype markCount() const { return m_marked.size(); }
 
     /// True for what was marked, and for keys whose names tell it.
     bool contains(QStringView path) const;

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void leavesNoTraceOfWhatIsTakenBack();
     void startsOverWithAFetchedFile();
     void goesOnFromWhatWasSent();
+    void followsTheDirectivesOfStateFiles();
     void hidesSecrets_data();
     void hidesSecrets();
 };
@@ -124,6 +125,35 @@ void TestChanges::goesOnFromWhatWasSent()
              QStringList({"net/untitled/ID: sent -> later", "net/untitled/NAME: sent -> it's"}));
     session.list.takeBack("net/untitled/ID");
     QCOMPARE(session.store().value("net/untitled/ID"), "sent");
+}
+
+void TestChanges::followsTheDirectivesOfStateFiles()
+{
+    const QByteArray state = "[ door ]\n#!s/PLACE=\\w+(?=\\s)/PLACE={net/untitled/ID}/\n"
+                             "#! s/PIN=\\w+(?=\\s)/PIN={net/untitled/PASSWORD}/\n"
+                             "#!s/DOOR=\\w+(?=\\s)/DOOR={net/untitled/CODE}/\nPLACE=old\nPIN=x\nDOOR=1\n";
+    StoreFixture fixture(
+        {{"net", Net + "CODE=1\n"}, {"net.original", Net}, {"state", state}, {"state.original", state}});
+    ChangeList list(fixture.store());
+    const auto pending = [&list] {
+        QStringList texts;
+        for (const Change &change : list.pendingChanges())
+            texts << change.path + ": " + change.shownOldValue() + " -> " + change.shownNewValue();
+        return texts;
+    };
+    QCOMPARE(pending(), QStringList());
+    fixture.store().setValue("net/untitled/ID/new");
+    QCOMPARE(pending(), QStringList({"state/door/PLACE: old -> new"}));
+    // Neither its key nor its own mark tells that it is a secret.
+    QVERIFY(list.isSecret("state/door/PIN") && !list.isSecret("state/door/DOOR"));
+    list.secrets().mark("net/untitled/CODE");
+    QVERIFY(list.isSecret("state/door/DOOR"));
+    fixture.store().setValue("net/untitled/CODE/2");
+    QVERIFY(pending().contains("state/door/DOOR: " + SecretKeys::dots() + " -> " + SecretKeys::dots()));
+    // What the user edits in the file itself is listed there already.
+    fixture.store().setValue("state/door/PLACE/mine");
+    QVERIFY(!pending().join('|').contains("PLACE"));
+    QCOMPARE(list.find("state/door/PLACE")->newValue, "mine");
 }
 
 void TestChanges::hidesSecrets_data()

@@ -25,6 +25,7 @@ namespace
 enum Column { Setting, Old, New, Address, ColumnCount };
 constexpr int PathRole = Qt::UserRole;
 constexpr int IsShownRole = Qt::UserRole + 1;
+constexpr int IsEditRole = Qt::UserRole + 2;
 constexpr int ControlRole = Qt::UserRole; ///< of a problem
 constexpr QSize ReviewSize(760, 400);
 constexpr int ChangeWidths[] = {270, 140, 140};
@@ -98,8 +99,10 @@ ReviewDialog::ReviewDialog(Changes changes, Problems problems, QWidget *parent)
     connect(m_takeBack, &QToolButton::clicked, this, [this] { takeBack(selectedPaths()); });
     connect(m_takeAllBack, &QToolButton::clicked, this, [this] {
         QStringList paths;
-        for (const ReviewedChange &reviewed : m_changes())
-            paths << reviewed.change.path;
+        for (const ReviewedChange &reviewed : m_changes()) {
+            if (reviewed.isEdit)
+                paths << reviewed.change.path;
+        }
         takeBack(paths);
     });
     connect(m_goTo, &QToolButton::clicked, this, &ReviewDialog::goTo);
@@ -143,6 +146,7 @@ void ReviewDialog::fill()
             row->setToolTip(column, row->text(column));
         row->setData(0, PathRole, change.path);
         row->setData(0, IsShownRole, reviewed.isShown);
+        row->setData(0, IsEditRole, reviewed.isEdit);
         rows << row;
     }
     m_list->addTopLevelItems(rows);
@@ -178,7 +182,7 @@ void ReviewDialog::fillProblems()
 void ReviewDialog::updateButtons()
 {
     const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
-    m_takeBack->setEnabled(!selected.isEmpty());
+    m_takeBack->setEnabled(!selectedPaths().isEmpty());
     m_takeAllBack->setEnabled(m_list->topLevelItemCount() > 0);
     m_goTo->setEnabled(selected.size() == 1 && selected.constFirst()->data(0, IsShownRole).toBool());
 }
@@ -186,8 +190,10 @@ void ReviewDialog::updateButtons()
 QStringList ReviewDialog::selectedPaths() const
 {
     QStringList paths;
-    for (const QTreeWidgetItem *row : m_list->selectedItems())
-        paths << row->data(0, PathRole).toString();
+    for (const QTreeWidgetItem *row : m_list->selectedItems()) {
+        if (row->data(0, IsEditRole).toBool())
+            paths << row->data(0, PathRole).toString();
+    }
     return paths;
 }
 

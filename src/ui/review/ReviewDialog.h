@@ -22,6 +22,7 @@ struct ReviewedChange {
     QString caption;      ///< of the control, with its pages; empty when no open page shows the value
     int order = 0;        ///< place in the window
     bool isShown = false; ///< there is a control to go to
+    bool isEdit = true;   ///< otherwise it follows from edits, and cannot be taken back
 };
 
 /// A field that holds something wrong.
