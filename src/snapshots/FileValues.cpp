@@ -16,13 +16,14 @@ FileValues::FileValues(const QByteArray &content)
 {
     IniText text;
     text.append(content);
-    QString section = DefaultSection.toString();
+    m_values.reserve(qsizetype(text.marks().size()));
+    QString section = DefaultSection.toString() + u'/';
     for (const IniText::Mark &mark : text.marks()) {
         const QString name = QString::fromUtf8(text.name(mark));
         if (mark.isSection)
-            section = name;
+            section = name + u'/';
         else
-            m_values.insert(section + u'/' + name, QString::fromUtf8(text.value(mark)));
+            m_values.insert(section + name, QString::fromUtf8(text.value(mark)));
     }
 }
 
@@ -51,17 +52,23 @@ QList<SnapshotDifference> differences(const ConfigurationValues &before, const C
         const auto other = after.constFind(file.key());
         if (other == after.cend() || ignored.contains(file.key()))
             continue;
-        const auto note = [&](const QString &entry) {
-            SnapshotDifference difference{file.key() + u'/' + entry, file->value(entry), other->value(entry)};
-            if (difference.before != difference.after && !ignored.contains(difference.path) &&
+        const auto note = [&](const QString &entry, const std::optional<QString> &old,
+                              const std::optional<QString> &now) {
+            SnapshotDifference difference{file.key() + u'/' + entry, old, now};
+            if (!ignored.contains(difference.path) &&
                 ChangeList::reachesTheRecorder(ConfigAddress(difference.path)))
                 found << std::move(difference);
         };
-        for (auto value = file->all().cbegin(); value != file->all().cend(); ++value)
-            note(value.key());
+        for (auto value = file->all().cbegin(); value != file->all().cend(); ++value) {
+            const auto now = other->all().constFind(value.key());
+            if (now == other->all().cend())
+                note(value.key(), *value, {});
+            else if (*now != *value)
+                note(value.key(), *value, *now);
+        }
         for (auto value = other->all().cbegin(); value != other->all().cend(); ++value) {
             if (!file->all().contains(value.key()))
-                note(value.key());
+                note(value.key(), {}, *value);
         }
     }
     std::sort(found.begin(), found.end(),
@@ -71,8 +78,11 @@ QList<SnapshotDifference> differences(const ConfigurationValues &before, const C
 
 QList<SnapshotDifference> differences(const Snapshot &before, const Snapshot &after)
 {
-    return differences(valuesOf(before.currentFiles()), valuesOf(after.currentFiles()),
-                       before.info.leftOut + after.info.leftOut);
+    FileContents old = before.currentFiles();
+    FileContents now = after.currentFiles();
+    old.removeIf([&now](auto file) { return now.value(file.key()) == *file; }); // mostly all but one
+    now.removeIf([&old](auto file) { return !old.contains(file.key()); });
+    return differences(valuesOf(old), valuesOf(now), before.info.leftOut + after.info.leftOut);
 }
 
 } // namespace paravue

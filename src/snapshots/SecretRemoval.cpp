@@ -10,7 +10,6 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
-#include <functional>
 #include <vector>
 
 namespace paravue
@@ -23,42 +22,49 @@ const QString DescriptionFile = QStringLiteral("interface");
 /// Shorter ones stand in a text by chance.
 constexpr qsizetype ShortestSecret = 4;
 
-bool isDirective(const QByteArray &line)
+bool isDirective(QByteArrayView line)
 {
     return line.startsWith("#!") && line.sliced(2).trimmed().startsWith("s/");
 }
 
 /// Where the secret value in \a line begins; -1 without one. What stands before any "=" may be a name, also
 /// where the store takes the line for no key: in one with odd quotes, or one that is commented out.
-qsizetype secretBegin(const QByteArray &line, const std::function<bool(const QString &name)> &isSecret)
+template <typename IsSecret>
+qsizetype secretBegin(QByteArrayView line, IsSecret isSecret)
 {
-    std::vector<qsizetype> signs;
-    for (qsizetype sign = line.indexOf('='); sign >= 0; sign = line.indexOf('=', sign + 1))
-        signs.push_back(sign);
+    const qsizetype first = line.indexOf('=');
+    const qsizetype last = line.lastIndexOf('=');
     const auto isNamedSecret = [&](qsizetype sign) {
         // A "/" would end the name in an address.
         return isSecret(QString::fromUtf8(line.first(sign)).remove(u';').remove(u'#').remove(u'/').trimmed());
     };
-    if (signs.empty() || isDirective(line))
+    if (first < 0 || isDirective(line))
         return -1;
-    if (isNamedSecret(signs.front()))
-        return signs.front() + 1;
-    if (!isNamedSecret(signs.back()))
+    if (isNamedSecret(first))
+        return first + 1;
+    if (first == last || !isNamedSecret(last))
         return -1;
     // A name that is secret for a word in it stays so when it goes on.
+    std::vector<qsizetype> signs;
+    for (qsizetype sign = first; sign >= 0; sign = line.indexOf('=', sign + 1))
+        signs.push_back(sign);
     return *std::partition_point(signs.begin(), signs.end(), [&](qsizetype sign) {
         return !isNamedSecret(sign);
     }) + 1;
 }
 
-QByteArray withoutSecret(const QByteArray &line, const QString &sectionPath, const SecretKeys &secrets)
+/// Appends \a line to \a text, without its secret value.
+void appendWithoutSecret(QByteArray &text, QByteArrayView line, const QString &sectionPath,
+                         const SecretKeys &secrets)
 {
     const qsizetype begin =
         secretBegin(line, [&](const QString &name) { return secrets.contains(sectionPath + name); });
-    if (begin < 0)
-        return line;
+    if (begin < 0) {
+        text.append(line);
+        return;
+    }
     const qsizetype end = line.endsWith("\r\n") ? 2 : line.endsWith('\n') ? 1 : 0;
-    return line.first(begin) + "''" + line.last(end);
+    text.append(line.first(begin)).append("''").append(line.last(end));
 }
 
 /// In bytes, so that what is no UTF-8 stays as it is.
@@ -70,12 +76,14 @@ QByteArray withoutSecretKeys(const QByteArray &text, const QString &file, const 
     for (qsizetype begin = 0; begin < text.size();) {
         const qsizetype feed = text.indexOf('\n', begin);
         const qsizetype end = feed < 0 ? text.size() : feed + 1;
-        const QByteArray line = text.sliced(begin, end - begin);
-        const QString decoded = QString::fromUtf8(line);
-        const auto scanned = scanIniLine(QStringView(decoded), EmptyValue::IsKey);
-        if (scanned.kind == IniLine<QStringView>::Section)
-            sectionPath = file + u'/' + scanned.name.toString() + u'/';
-        result += withoutSecret(line, sectionPath, secrets);
+        const QByteArrayView line = QByteArrayView(text).sliced(begin, end - begin);
+        if (line.trimmed().startsWith('[')) {
+            const QString decoded = QString::fromUtf8(line);
+            const auto scanned = scanIniLine(QStringView(decoded), EmptyValue::IsKey);
+            if (scanned.kind == IniLine<QStringView>::Section)
+                sectionPath = file + u'/' + scanned.name.toString() + u'/';
+        }
+        appendWithoutSecret(result, line, sectionPath, secrets);
         begin = end;
     }
     return result;

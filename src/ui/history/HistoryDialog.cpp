@@ -51,7 +51,7 @@ QString snapshotTime(const SnapshotInfo &info)
 } // namespace
 
 HistoryDialog::HistoryDialog(const SnapshotFolder &folder, PresentSettings present, QWidget *parent)
-    : QDialog(parent), m_present(std::move(present)), m_kept(folder.list()), m_newer(m_present.values)
+    : QDialog(parent), m_present(std::move(present)), m_kept(folder.list())
 {
     setWindowTitle(tr("History"));
     createWidgets();
@@ -153,12 +153,13 @@ void HistoryDialog::countNext()
     const auto snapshot = read(number);
     if (!snapshot)
         return;
-    const ConfigurationValues values = valuesOf(snapshot->currentFiles());
-    const qsizetype count = differences(values, m_newer, snapshot->info.leftOut + m_newerLeftOut).size();
+    const qsizetype count =
+        m_newer ? differences(*snapshot, *m_newer).size()
+                : differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut)
+                      .size();
     QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
     row->setText(ChangesColumn, count == 1 ? tr("1 value") : tr("%1 values").arg(count));
-    m_newer = values;
-    m_newerLeftOut = snapshot->info.leftOut;
+    m_newer = snapshot;
 }
 
 /// Nothing, with a remark in its row, when the archive cannot be used.

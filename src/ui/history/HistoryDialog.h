@@ -62,10 +62,9 @@ private:
     void showSelected();
 
     PresentSettings m_present;
-    QList<KeptSnapshot> m_kept;  ///< the newest first; its rows follow that of the present settings
-    int m_counted = 0;           ///< rows whose changes are counted
-    ConfigurationValues m_newer; ///< of the row that was counted last
-    QStringList m_newerLeftOut;
+    QList<KeptSnapshot> m_kept;      ///< the newest first; its rows follow that of the present settings
+    int m_counted = 0;               ///< rows whose changes are counted
+    std::optional<Snapshot> m_newer; ///< that was counted last; none: the present settings
     QList<SnapshotDifference> m_found;
     QList<ValueEdit> m_restored;
     QTreeWidget *m_snapshots;
