@@ -17,6 +17,12 @@
 
 using namespace paravue;
 
+#ifdef Q_OS_WIN
+constexpr int SessionFiles = 3; ///< with the lock, which is a file there
+#else
+constexpr int SessionFiles = 2;
+#endif
+
 /// What stays in the temporary folder, whatever way the sessions before have ended.
 class TestLocalFiles : public QObject
 {
@@ -90,12 +96,12 @@ void TestLocalFiles::removesOnlyWhatEndedSessionsLeft()
     QCOMPARE(entries().size(), 3);
     killed.kill();
     QVERIFY(killed.waitForFinished());
-    QCOMPARE(QDir(killedFolder).entryList(QDir::Files).size(), 2);
+    QCOMPARE(QDir(killedFolder).entryList(QDir::Files).size(), SessionFiles);
 
     LocalFiles next;
     QVERIFY(!QFile::exists(killedFolder));
     QVERIFY(QFile::exists(ownCopy));
-    QCOMPARE(QDir(otherFolder).entryList(QDir::Files).size(), 2);
+    QCOMPARE(QDir(otherFolder).entryList(QDir::Files).size(), SessionFiles);
     const QString nextCopy = next.add("users", "2");
     const LocalFiles third;
     QVERIFY(QFile::exists(ownCopy) && QFile::exists(nextCopy));

@@ -4,6 +4,7 @@
 #include "support/Waiting.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTcpServer>
@@ -64,8 +65,9 @@ void TestRecorderProgram::checksArguments_data()
     row("recording that exists", QStringList{"--port=0", "--record", RECORDER_PROGRAM}, 6,
         RECORDER_PROGRAM ": it exists already");
     row("recording of itself",
-        QStringList{"--video", RECORDER_PROGRAM, "--record", RECORDER_PROGRAM "/../paravue-recorder"}, 2,
-        "--record: that is the file that --video shows");
+        QStringList{"--video", RECORDER_PROGRAM, "--record",
+                    RECORDER_PROGRAM "/../" + QFileInfo(RECORDER_PROGRAM).fileName()},
+        2, "--record: that is the file that --video shows");
     row("no such login", QStringList("--snapshot-login=none"), 2,
         "--snapshot-login takes basic, digest, both");
     row("no such answer fault", QStringList("--fault=fire"), 2,

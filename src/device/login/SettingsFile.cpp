@@ -4,11 +4,13 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QThread>
 
 // Must stand outside of every namespace.
 static void initDefaultSettings()
@@ -30,6 +32,27 @@ constexpr qint64 MaxFileBytes = 4 * 1024 * 1024;
 constexpr int LockLimitMs = 100;
 /// At the end of the program nobody waits for it, and it is the last chance.
 constexpr int LastLockLimitMs = 3000;
+
+/// Windows refuses to replace a file that another program has open, and to open one that is being replaced.
+/// Both take a moment.
+#ifdef Q_OS_WIN
+constexpr int SharingLimitMs = 500;
+#else
+constexpr int SharingLimitMs = 0;
+#endif
+
+template <typename Work>
+bool tryFor(int milliseconds, Work work)
+{
+    constexpr int PauseMs = 5;
+    const QDeadlineTimer limit(milliseconds);
+    while (!work()) {
+        if (limit.hasExpired())
+            return false;
+        QThread::msleep(PauseMs);
+    }
+    return true;
+}
 
 /// What could not be written yet.
 std::vector<SettingsFile::Edit> &unwrittenEdits()
@@ -195,7 +218,7 @@ bool SettingsFile::read()
     if (isOpenToOthers(file))
         file.setPermissions(OwnerOnly);
     m_canReplace = true;
-    if (file.open(QIODevice::ReadOnly)) {
+    if (tryFor(file.exists() ? SharingLimitMs : 0, [&file] { return file.open(QIODevice::ReadOnly); })) {
         const auto text = contentOf(file);
         if (const auto settings = text ? parseSettings(*text) : std::nullopt) {
             m_settings = *settings;
@@ -260,11 +283,13 @@ bool SettingsFile::setAside() const
 
 bool SettingsFile::write(const QByteArray &text) const
 {
-    QSaveFile file(path());
-    // While the file is still empty, so that nobody else can read the password digests. commit() does not
-    // heed that the last bytes cannot be written (Qt 6.4).
-    return file.open(QIODevice::WriteOnly) && file.setPermissions(OwnerOnly) &&
-           file.write(text) == text.size() && file.flush() && file.commit();
+    return tryFor(SharingLimitMs, [this, &text] {
+        QSaveFile file(path());
+        // While the file is still empty, so that nobody else can read the password digests. commit() does not
+        // heed that the last bytes cannot be written (Qt 6.4).
+        return file.open(QIODevice::WriteOnly) && file.setPermissions(OwnerOnly) &&
+               file.write(text) == text.size() && file.flush() && file.commit();
+    });
 }
 
 } // namespace paravue
