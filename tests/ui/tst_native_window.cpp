@@ -1,10 +1,12 @@
 #include "StoreFixture.h"
+#include "controls/DialogFrame.h"
 #include "support/Waiting.h"
 #include "ui/CWinMain.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QDeadlineTimer>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -210,13 +212,14 @@ class TestNativeWindow : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void keysWorkBeforeAnyClick();
     void isDraggedByAnyPlace_data();
     void isDraggedByAnyPlace();
     void controlsKeepTheirPresses();
     void okAndCloseEndIt();
     void gripResizesIt();
-    void keysWorkBeforeAnyClick();
     void secondSessionLeavesTheFirstUsable();
+    void dialogsAreDraggedByTheirStrip();
 };
 
 void TestNativeWindow::initTestCase()
@@ -356,6 +359,18 @@ void TestNativeWindow::secondSessionLeavesTheFirstUsable()
     AWAIT_VERIFY(first.field()->hasFocus());
     act([] { key('C'); });
     AWAIT_COMPARE(first.field()->text(), "c");
+}
+
+void TestNativeWindow::dialogsAreDraggedByTheirStrip()
+{
+    QDialog dialog;
+    dialog.resize(300, 200);
+    DialogFrame::give(dialog, DialogFrame::Size::OfTheUser);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const QPoint before = dialog.pos();
+    QVERIFY(drag(dialog.mapToGlobal(QPoint(60, 12)), DragDistance));
+    AWAIT_COMPARE(dialog.pos(), before + DragDistance);
 }
 
 QTEST_MAIN(TestNativeWindow)
