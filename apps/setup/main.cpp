@@ -10,9 +10,11 @@
 #include "recorder/StopSignal.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QTextStream>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -39,6 +41,22 @@ void endWithoutScreen()
     ProgramLog::tellFailure("there is no screen to show the window on. Set DISPLAY or WAYLAND_DISPLAY; "
                             "with QT_QPA_PLATFORM=offscreen, --screenshot needs none.");
     std::_Exit(int(ExitCode::WrongUsage));
+}
+
+/// Without its plug-in for the screen Qt would show a message box on Windows, and wait until somebody closes
+/// it.
+bool hasScreenPlugin([[maybe_unused]] int argc, [[maybe_unused]] char **argv)
+{
+#ifdef Q_OS_WIN
+    const QCoreApplication application(argc, argv);
+    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM", "windows").section(u':', 0, 0);
+    const QStringList folders = QCoreApplication::libraryPaths();
+    return std::any_of(folders.begin(), folders.end(), [&platform](const QString &folder) {
+        return QFileInfo::exists(QStringLiteral("%1/platforms/q%2.dll").arg(folder, platform));
+    });
+#else
+    return true; // Qt ends the program, and setScreenFailure() says why
+#endif
 }
 
 /// The words without --style, which QApplication would take for one of its own options.
@@ -79,6 +97,8 @@ int run(int argc, char **argv)
         ProgramLog::tellFailure(problem);
         return int(ExitCode::LocalFile);
     }
+    if (!hasScreenPlugin(argc, argv))
+        endWithoutScreen();
     ProgramLog::setScreenFailure(endWithoutScreen);
     QList<char *> words = wordsForQt(argc, argv);
     int count = int(words.size());
