@@ -3,6 +3,7 @@
 #include "video/VideoLimits.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -61,6 +62,17 @@ std::pair<AVPixelFormat, bool> presentFormat(int format)
     default:
         return {static_cast<AVPixelFormat>(format), false};
     }
+}
+
+/// FFmpeg writes numbers of the stream into enumerations. One that has no such value must not be read as
+/// such.
+template <typename Enumeration>
+int numberOf(const Enumeration &value)
+{
+    static_assert(sizeof(Enumeration) == sizeof(int));
+    int number = 0;
+    std::memcpy(&number, &value, sizeof(number));
+    return number;
 }
 
 /// The scaler's number of a colour space that a stream names.
@@ -153,8 +165,8 @@ QImage PictureConverter::convertTo(const AVFrame &picture, QSize size)
 /// \a planes are those of \a picture, or of a smaller one.
 QImage PictureConverter::convert(const AVFrame &picture, const PicturePlanes &planes, QSize target)
 {
-    const Source source{planes.size.width(), planes.size.height(), picture.format, picture.colorspace,
-                        picture.color_range == AVCOL_RANGE_JPEG};
+    const Source source{planes.size.width(), planes.size.height(), picture.format,
+                        numberOf(picture.colorspace), numberOf(picture.color_range) == AVCOL_RANGE_JPEG};
     const bool isSame = source == m_source && target == m_target;
     if (!(isSame || prepare(source, target)) || !provideBuffer()) {
         reset();

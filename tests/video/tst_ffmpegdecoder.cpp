@@ -101,6 +101,7 @@ private Q_SLOTS:
     void squaresPixels();
     void showsTheColoursOfTheStream_data();
     void showsTheColoursOfTheStream();
+    void survivesColoursThatDoNotExist();
     void scalesPictures_data();
     void scalesPictures();
     void survivesDamage_data();
@@ -286,6 +287,19 @@ void TestFfmpegDecoder::showsTheColoursOfTheStream()
     viewer.decoder.append(encodeClip(usual).whole());
     viewer.decoder.append(encodeClip(format).whole());
     QCOMPARE(viewer.numbers, QList<int>({0, 0}));
+}
+
+/// The sanitizers report when the number is read as one of the known colour spaces.
+void TestFfmpegDecoder::survivesColoursThatDoNotExist()
+{
+    if (!canEncode("mpeg4"))
+        QSKIP("this FFmpeg has no such encoder");
+    const QByteArray visualObject("\0\0\1\xb5\x15\x3a\x5b\x50\x74", 9);
+    Viewer viewer;
+    QVERIFY(viewer.decoder.create("mpeg4"));
+    viewer.decoder.append(visualObject +
+                          encodeClip({.encoder = "mpeg4", .size = {352, 288}, .pictures = 1}).whole());
+    QCOMPARE(viewer.numbers, QList<int>({0}));
 }
 
 void TestFfmpegDecoder::scalesPictures_data()

@@ -34,7 +34,7 @@ public:
         m_wholeTimer.setSingleShot(true);
         connect(&m_wholeTimer, &QTimer::timeout, this, &LivePictureSource::showWhole);
     }
-    // The socket ends its connection after this object, when its receiver does.
+    // The socket ends its connection behind this destructor, when the receiver is destroyed.
     ~LivePictureSource() override { m_socket->disconnect(this); }
 
     bool isActive() const override
