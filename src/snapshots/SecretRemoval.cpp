@@ -21,6 +21,8 @@ namespace
 const QString DescriptionFile = QStringLiteral("interface");
 /// Shorter ones stand in a text by chance.
 constexpr qsizetype ShortestSecret = 4;
+/// Directives that only take values out lengthen a text by what stands around these.
+constexpr qsizetype MaxGrowth = 64 * 1024;
 
 bool isDirective(QByteArrayView line)
 {
@@ -112,18 +114,20 @@ private:
     QHash<QString, FileValues> m_values;
 };
 
-/// Nothing when the directives of \a text take too long.
+/// Nothing when the directives of \a content take too long or feed themselves.
 std::optional<QByteArray> withoutDirectedSecrets(const QByteArray &content, SecretLookup &lookup)
 {
     const QString text = QString::fromUtf8(content);
     QStringList values;
-    const CompiledState emptied =
-        applyStateDirectives(text, [&](const QString &address) -> std::optional<QString> {
+    const CompiledState emptied = applyStateDirectives(
+        text,
+        [&](const QString &address) -> std::optional<QString> {
             if (!lookup.isSecret(address))
                 return {};
             values << lookup.valueAt(address);
             return QString();
-        });
+        },
+        MaxGrowth);
     if (emptied.fault != CompiledState::Fault::None)
         return {};
     // A pattern need not match what it was replaced with.

@@ -82,9 +82,10 @@ std::optional<Directive> findDirective(QStringView text, qsizetype from)
 
 } // namespace
 
-CompiledState applyStateDirectives(const QString &original, const ValueLookup &valueOf)
+CompiledState applyStateDirectives(const QString &original, const ValueLookup &valueOf,
+                                   qsizetype maximumGrowth)
 {
-    const qsizetype maximumSize = original.size() + MaxStateGrowth;
+    const qsizetype maximumSize = original.size() + maximumGrowth;
     const PatternBudget budget;
     qsizetype work = 0;
     QString text = original;

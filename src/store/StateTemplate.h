@@ -36,7 +36,9 @@ struct CompiledState {
 /// before it made of it, and stay in the text. The parts end at the first "/", "{", "}" and the first "/" at
 /// the end of a line that follow, wherever these stand, also in later lines.
 ///
-/// Within the limits on growth and work above, and the time that patterns may take.
-CompiledState applyStateDirectives(const QString &text, const ValueLookup &valueOf);
+/// The text may grow by \a maximumGrowth characters. Within the limit on work above, and the time that
+/// patterns may take.
+CompiledState applyStateDirectives(const QString &text, const ValueLookup &valueOf,
+                                   qsizetype maximumGrowth = MaxStateGrowth);
 
 } // namespace paravue
