@@ -29,7 +29,7 @@ const QString separator = QStringLiteral(" › ");
 const QString textTag = QStringLiteral("text");
 
 /// An item of a grid.
-struct Cell {
+struct DescribedCell {
     QDomElement element;
     GridCell place;
     QString type;
@@ -62,7 +62,7 @@ public:
     {
         for (QDomElement child = item.firstChildElement(itemTag); !child.isNull();
              child = child.nextSiblingElement(itemTag)) {
-            const Cell cell{child, GridCell::of(child), child.attribute(typeName)};
+            const DescribedCell cell{child, GridCell::of(child), child.attribute(typeName)};
             if (cell.isLabel()) {
                 m_rightOf.insert({cell.place.row, cell.columnEnd()}, child);
                 m_below.insert({cell.place.row + qMax(cell.place.rowSpan, 1), cell.place.column}, child);
@@ -70,7 +70,7 @@ public:
             m_rows[cell.place.row].append(int(cells.size()));
             cells.push_back(cell);
         }
-        for (const Cell &cell : cells) {
+        for (const DescribedCell &cell : cells) {
             if (cell.isLine())
                 addHeadings(cell);
         }
@@ -79,7 +79,7 @@ public:
     }
 
     /// The label of the heading above \a cell; null without one.
-    QDomElement heading(const Cell &cell) const
+    QDomElement heading(const DescribedCell &cell) const
     {
         for (auto heading = m_headings.rbegin(); heading != m_headings.rend(); ++heading) {
             if (heading->row < cell.place.row && heading->column < cell.columnEnd() &&
@@ -90,16 +90,16 @@ public:
     }
 
     /// The label left of \a cell, or above it. A label has none above it, which would be another value.
-    QDomElement labelOf(const Cell &cell) const
+    QDomElement labelOf(const DescribedCell &cell) const
     {
         const QDomElement left = m_rightOf.value({cell.place.row, cell.place.column});
         return left.isNull() && !cell.isLabel() ? m_below.value({cell.place.row, cell.place.column}) : left;
     }
 
-    std::vector<Cell> cells;
+    std::vector<DescribedCell> cells;
 
 private:
-    QList<int> cellsIn(int row, const Cell &line) const
+    QList<int> cellsIn(int row, const DescribedCell &line) const
     {
         QList<int> found = m_rows.value(row);
         found.removeIf([&](int index) {
@@ -111,7 +111,7 @@ private:
 
     /// As the page shows it: what stands right above a line is the heading of what stands below, a label of
     /// its own or the row of labels that a table begins with.
-    void addHeadings(const Cell &line)
+    void addHeadings(const DescribedCell &line)
     {
         const QList<int> above = cellsIn(line.place.row - 1, line);
         const bool areLabels =
@@ -119,7 +119,7 @@ private:
         if (!areLabels || (above.size() > 1 && !cellsIn(line.place.row - 2, line).isEmpty()))
             return;
         for (const int index : above) {
-            const Cell &of = above.size() > 1 ? cells[index] : line;
+            const DescribedCell &of = above.size() > 1 ? cells[index] : line;
             m_headings.push_back({line.place.row, of.place.column, of.columnEnd(), cells[index].element});
         }
     }
@@ -208,7 +208,7 @@ private:
     void readGrid(const QDomElement &item, const QStringList &pages, const QString &outerGroup)
     {
         const Grid grid(item);
-        for (const Cell &cell : grid.cells) {
+        for (const DescribedCell &cell : grid.cells) {
             const QDomElement heading = grid.heading(cell);
             const QString group = heading.isNull() ? outerGroup : headingText(heading);
             const LayoutItem layout = layoutItem(cell.type);
@@ -220,8 +220,8 @@ private:
         }
     }
 
-    void addItem(const Cell &cell, const ControlAdapter &adapter, const Grid &grid, const QStringList &pages,
-                 const QString &group)
+    void addItem(const DescribedCell &cell, const ControlAdapter &adapter, const Grid &grid,
+                 const QStringList &pages, const QString &group)
     {
         const bool isBuilt = m_dialog < 0 && !cell.isLabel();
         const QString caption = isBuilt ? QString() : captionOf(cell, adapter, grid);
@@ -243,7 +243,7 @@ private:
         }
     }
 
-    QString captionOf(const Cell &cell, const ControlAdapter &adapter, const Grid &grid) const
+    QString captionOf(const DescribedCell &cell, const ControlAdapter &adapter, const Grid &grid) const
     {
         const QDomElement own = cell.element.firstChildElement(textTag);
         QString caption;

@@ -19,10 +19,10 @@ namespace paravue
 namespace
 {
 
-enum Column { Setting, Before, Recorder, Own, ColumnCount };
-constexpr int PathRole = Qt::UserRole;
-constexpr QSize ListSize(800, 380);
-constexpr int ColumnWidths[] = {280, 150, 150};
+enum ForeignColumn { ForeignSetting, ForeignBefore, ForeignRecorder, ForeignOwn, ForeignColumnCount };
+constexpr int ForeignPathRole = Qt::UserRole;
+constexpr QSize ForeignListSize(800, 380);
+constexpr int ForeignWidths[] = {280, 150, 150};
 
 } // namespace
 
@@ -48,18 +48,18 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     m_list->setUniformRowHeights(true);
     m_list->setAllColumnsShowFocus(true);
     m_list->setAccessibleName(windowTitle());
-    for (int column = 0; column < Own; ++column)
-        m_list->header()->resizeSection(column, ColumnWidths[column]);
+    for (int column = 0; column < ForeignOwn; ++column)
+        m_list->header()->resizeSection(column, ForeignWidths[column]);
     for (const ForeignChange &change : changes) {
         auto *row = new QTreeWidgetItem(m_list);
-        row->setText(Setting, texts.caption(change.path));
-        row->setText(Before, texts.shown(change.path, change.before));
-        row->setText(Recorder, texts.shown(change.path, change.recorder));
-        row->setText(Own, texts.shown(change.path, change.own.value_or(change.before)));
-        row->setCheckState(Own, Qt::Unchecked);
-        for (int column = 0; column < ColumnCount; ++column)
-            row->setToolTip(column, column == Setting ? change.path : row->text(column));
-        row->setData(0, PathRole, change.path);
+        row->setText(ForeignSetting, texts.caption(change.path));
+        row->setText(ForeignBefore, texts.shown(change.path, change.before));
+        row->setText(ForeignRecorder, texts.shown(change.path, change.recorder));
+        row->setText(ForeignOwn, texts.shown(change.path, change.own.value_or(change.before)));
+        row->setCheckState(ForeignOwn, Qt::Unchecked);
+        for (int column = 0; column < ForeignColumnCount; ++column)
+            row->setToolTip(column, column == ForeignSetting ? change.path : row->text(column));
+        row->setData(0, ForeignPathRole, change.path);
     }
     m_list->setCurrentItem(m_list->topLevelItem(0));
 
@@ -76,7 +76,7 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     layout->addWidget(text);
     layout->addWidget(m_list, 1);
     layout->addWidget(buttons);
-    resize(ListSize);
+    resize(ForeignListSize);
     m_list->setFocus();
     WindowLook::apply(*this);
     setOwnIcons(*buttons);
@@ -88,8 +88,8 @@ QSet<QString> ForeignChangesDialog::own() const
     QSet<QString> paths;
     for (int i = 0; i < m_list->topLevelItemCount(); ++i) {
         const QTreeWidgetItem *row = m_list->topLevelItem(i);
-        if (row->checkState(Own) == Qt::Checked)
-            paths.insert(row->data(0, PathRole).toString());
+        if (row->checkState(ForeignOwn) == Qt::Checked)
+            paths.insert(row->data(0, ForeignPathRole).toString());
     }
     return paths;
 }

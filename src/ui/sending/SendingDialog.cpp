@@ -19,13 +19,13 @@ namespace paravue
 namespace
 {
 
-enum FileColumn { File, FileState };
-enum ValueColumn { Setting, Sent, Recorder };
-constexpr QSize DialogSize(640, 420);
+enum FileColumn { FileName, FileState };
+enum KeptColumn { KeptSetting, KeptSent, KeptRecorder };
+constexpr QSize SendingSize(640, 420);
 constexpr int FileWidth = 300;
-constexpr int ValueWidths[] = {280, 150};
+constexpr int KeptWidths[] = {280, 150};
 
-QTreeWidget *makeList(const QStringList &headers, const QString &name, QWidget *parent)
+QTreeWidget *makeSendingList(const QStringList &headers, const QString &name, QWidget *parent)
 {
     auto *list = new QTreeWidget(parent);
     list->setHeaderLabels(headers);
@@ -40,18 +40,18 @@ QTreeWidget *makeList(const QStringList &headers, const QString &name, QWidget *
 
 SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
     : QDialog(parent), m_texts(texts), m_headline(new QLabel(this)), m_bar(new QProgressBar(this)),
-      m_files(makeList({tr("File"), tr("State")}, tr("Files"), this)),
-      m_values(
-          makeList({tr("Setting"), tr("Sent"), tr("Recorder")}, tr("Kept otherwise by the recorder"), this)),
+      m_files(makeSendingList({tr("File"), tr("State")}, tr("Files"), this)),
+      m_values(makeSendingList({tr("Setting"), tr("Sent"), tr("Recorder")},
+                               tr("Kept otherwise by the recorder"), this)),
       m_buttons(new QDialogButtonBox(this))
 {
     setWindowTitle(tr("Sending"));
     setModal(true);
     m_headline->setTextFormat(Qt::PlainText); // names and words come from the recorder
     m_headline->setWordWrap(true);
-    m_files->header()->resizeSection(File, FileWidth);
-    for (int column = 0; column < Recorder; ++column)
-        m_values->header()->resizeSection(column, ValueWidths[column]);
+    m_files->header()->resizeSection(FileName, FileWidth);
+    for (int column = 0; column < KeptRecorder; ++column)
+        m_values->header()->resizeSection(column, KeptWidths[column]);
     m_values->hide();
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
@@ -61,7 +61,7 @@ SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
     layout->addWidget(m_files, 1);
     layout->addWidget(m_values, 1);
     layout->addWidget(m_buttons);
-    resize(DialogSize);
+    resize(SendingSize);
     WindowLook::apply(*this);
     DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
     connect(m_buttons, &QDialogButtonBox::clicked, this, [this](QAbstractButton *button) {
@@ -151,10 +151,10 @@ void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
     m_values->clear();
     for (const ValueDifference &value : values) {
         auto *row = new QTreeWidgetItem(m_values);
-        row->setText(Setting, m_texts.caption(value.path));
-        row->setToolTip(Setting, value.path);
-        row->setText(Sent, m_texts.shown(value.path, value.before));
-        row->setText(Recorder, m_texts.shown(value.path, value.after));
+        row->setText(KeptSetting, m_texts.caption(value.path));
+        row->setToolTip(KeptSetting, value.path);
+        row->setText(KeptSent, m_texts.shown(value.path, value.before));
+        row->setText(KeptRecorder, m_texts.shown(value.path, value.after));
         files << value.path.section(u'/', 0, 0);
     }
     for (auto row = m_rows.cbegin(); row != m_rows.cend(); ++row)
