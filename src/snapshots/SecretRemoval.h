@@ -12,8 +12,8 @@ void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets);
 
 /// Empties every secret value in \a files: those of keys whose names tell it, in lines that are commented out
 /// too, what the description among the files hides, and what the directives of a state file have put of such
-/// values into it. A state file whose directives take too long or feed themselves is removed. Returns what was left out, as
-/// SnapshotInfo::leftOut.
+/// values into it. A state file whose directives take too long or feed themselves is removed. Returns what
+/// was left out, as SnapshotInfo::leftOut.
 QStringList removeSecrets(FileContents &files);
 
 } // namespace paravue

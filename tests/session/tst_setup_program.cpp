@@ -201,8 +201,7 @@ void TestSetupProgram::saysWhyItCannotStart_data()
     row("no screen", {"nobody:x@127.0.0.1:1"}, "xcb", 2, "there is no screen");
     row("unknown model", {"--demo", "--model", "other", "--screenshot", "x"}, "offscreen", 2,
         "there is no model \"other\", only: standard, everything");
-    row("nothing to check", {"--check", "/no/such/file"}, "none", 6,
-        "/no/such/file cannot be read: ");
+    row("nothing to check", {"--check", "/no/such/file"}, "none", 6, "/no/such/file cannot be read: ");
     row("no folder for the log", {"--demo", "--log", "/no/such/folder/log"}, "offscreen", 6,
         "The log /no/such/folder/log cannot be written");
 }
