@@ -72,9 +72,11 @@ WindowOptions windowOptions(const CommandLine &commandLine)
                           .confirmsSaves = true,
                           .confirmsDangerousFunctions = true};
     const bool isOpened = !commandLine.snapshot.isEmpty() && !commandLine.sendsEdits;
-    if (isOpened)
-        options.reviewsBeforeSending = false; // nothing is sent
-    else if (commandLine.description.isEmpty())
+    if (isOpened) { // nothing is sent, and nothing can be fetched
+        options.reviewsBeforeSending = false;
+        options.offersRefresh = false;
+    }
+    if (!isOpened && commandLine.description.isEmpty())
         options.snapshots = {.folder = snapshotsFolder(), .keepsSecrets = commandLine.keepsSecrets};
     // Another port at each start would be another recorder.
     if (commandLine.demo)

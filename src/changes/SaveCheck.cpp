@@ -174,7 +174,8 @@ void SaveCheck::merge(const QSet<QString> &own)
 
 void SaveCheck::noteSaveBegins()
 {
-    m_edited.clear();
+    if (!std::exchange(m_repeatsEdits, false))
+        m_edited.clear();
     for (const Change &change : m_changes.all())
         m_edited.insert(change.path);
 }
@@ -205,6 +206,23 @@ void SaveCheck::keepRecorders()
     takeRecorders(differingFiles());
 }
 
+void SaveCheck::keepSent()
+{
+    const QList<ValueDifference> values = keptOtherwise();
+    keepRecorders();
+    for (const ValueDifference &value : values)
+        m_store->setValue(value.path + u'/' + value.before);
+}
+
+std::optional<QByteArray> SaveCheck::newerFile(const QString &name) const
+{
+    for (const auto *files : {&m_recorder, &m_known}) {
+        if (const auto file = files->constFind(name); file != files->constEnd())
+            return *file;
+    }
+    return {};
+}
+
 void SaveCheck::takeRecorders(const QStringList &names)
 {
     for (const QString &name : names)
@@ -214,6 +232,7 @@ void SaveCheck::takeRecorders(const QStringList &names)
 void SaveCheck::fileReplaced(const QString &name)
 {
     m_known.remove(name);
+    m_recorder.remove(name);
 }
 
 } // namespace paravue

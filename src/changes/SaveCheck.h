@@ -61,8 +61,14 @@ public:
     /// what they had before. The store reports files that cannot be kept; a save leaves them out.
     void merge(const QSet<QString> &own);
 
+    /// What the recorder has in the file \a name as far as it was heard since the store has fetched it:
+    /// fetched by compare() or confirm(), or sent. Nothing when the pristine copy still holds.
+    std::optional<QByteArray> newerFile(const QString &name) const;
+
     /// To be called when a save begins, with the edits that it sends, and when it has ended.
     void noteSaveBegins();
+    /// The next save sends the same edits once more.
+    void repeatEdits() { m_repeatsEdits = true; }
     void noteSaved(const QStringList &arrived);
     /// After confirm(): the values that were sent (before) and that the recorder has otherwise (after). Of
     /// values that were not edited only those count that the user can see and that are no numbers or times,
@@ -70,6 +76,8 @@ public:
     QList<ValueDifference> keptOtherwise() const;
     /// Takes the recorder's files in which values are kept otherwise.
     void keepRecorders();
+    /// The same, but what was sent becomes an edit again.
+    void keepSent();
 
 Q_SIGNALS:
     /// \a problem is empty when the files are there, otherwise it says in plain words why not.
@@ -93,6 +101,7 @@ private:
     QMap<QString, QByteArray> m_recorder; ///< what was fetched last, by file
     QMap<QString, QByteArray> m_known;    ///< what the recorder has got since the store has fetched the file
     QSet<QString> m_edited;               ///< paths, of the last save
+    bool m_repeatsEdits = false;
 };
 
 } // namespace paravue

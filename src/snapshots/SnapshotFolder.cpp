@@ -85,7 +85,9 @@ SnapshotFolder::SnapshotFolder(const QString &root, const QString &recorder)
 
 QString SnapshotFolder::usualRoot()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+    // See SettingsFile: what moves the settings moves these.
+    const QString given = qEnvironmentVariable("PARAVUE_DATA_HOME");
+    return (given.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) : given) +
            QStringLiteral("/Paravue/snapshots");
 }
 
@@ -119,7 +121,8 @@ SnapshotFolder::Result SnapshotFolder::keep(const FileContents &files, Secrets s
 
 SnapshotFolder::Result SnapshotFolder::keep(const Snapshot &snapshot, int count)
 {
-    if (!makeOwnFolder(m_root) || !makeOwnFolder(m_path))
+    // The folder that a host has made may be for others, too.
+    if ((!QFileInfo(m_root).isDir() && !makeOwnFolder(m_root)) || !makeOwnFolder(m_path))
         return {{}, FolderText::tr("The folder %1 for snapshots cannot be made.").arg(m_path)};
     removeAbandoned(m_path);
     const QString path = newPath(snapshot.info.time);

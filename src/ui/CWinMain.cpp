@@ -134,6 +134,9 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
         trackChanges();
     if (m_changes && (!options.snapshots.folder.isEmpty() || !options.offeredEdits.isEmpty()))
         keepHistory();
+    // The keys of a page are for what has the focus in it, not for the whole window of the host.
+    for (QShortcut *shortcut : findChildren<QShortcut *>(Qt::FindDirectChildrenOnly))
+        shortcut->setContext(isWindow() ? Qt::WindowShortcut : Qt::WidgetWithChildrenShortcut);
     if (isWindow())
         new WindowDrag(this, m_frame->header()->label());
     describeToScreenReaders(this);
@@ -206,7 +209,11 @@ void CWinMain::trackChanges()
             [this] { m_parts->bindings.reload(); },
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
-            [this](const QString &path) { return m_changes->isEditable(path); }},
+            [this](const QString &path) { return m_changes->isEditable(path); },
+            [this](const QStringList &arrived) {
+                m_changes->noteSaved(arrived);
+                m_save->noteSaved(arrived);
+            }},
         *this);
 }
 
@@ -258,6 +265,7 @@ void CWinMain::keepHistory()
 {
     m_history = std::make_unique<SnapshotHistory>(
         *this, *m_setup, *m_changes, m_options.snapshots,
+        [this](const QString &name) { return m_save->newerFile(name); },
         [this](QDialog &dialog) { letUserAct([&dialog] { DialogLoop::run(dialog); }); });
     m_frame->header()->addTool(m_history->button());
     connect(m_history.get(), &SnapshotHistory::requested, this, [this] {
@@ -554,8 +562,12 @@ void CWinMain::slot_onpseudothrow(const QString &s)
     m_parts->dialogs.close(dialogtags::Progress);
     m_progressShown = false;
     // A recorder that has refused something may close the connection any time later.
-    if (m_setup->isReportingConsequence() || (m_save && m_save->isShown()))
+    if (m_setup->isReportingConsequence())
         return m_errors->logConsequence(s);
+    if (m_save && m_save->isShown()) {
+        m_save->noteMessage(s);
+        return m_errors->logConsequence(s);
+    }
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
                                                       : ErrorDisplay::Repeats::Allowed);
 }

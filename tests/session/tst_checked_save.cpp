@@ -5,6 +5,7 @@
 #include "support/Waiting.h"
 
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -170,7 +171,9 @@ private Q_SLOTS:
     void confirmsWhatWasSent();
     void showsWhatTheRecorderKeepsOtherwise_data();
     void showsWhatTheRecorderKeepsOtherwise();
+    void findsALimitEachTime();
     void sendsTheRestOfABrokenSave();
+    void sendsTheRestOfAStoppedSave();
     void goesOnEditingAfterABrokenSave();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
@@ -262,6 +265,25 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
         QCOMPARE(session.store.value(HostName), QString("limited"));
 }
 
+void TestCheckedSave::findsALimitEachTime()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "30");
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+        if (name == "net")
+            QTimer::singleShot(0, this, [this] { setNet(net().replace("= 30", "= 25")); });
+    });
+    const QString limited = "Sent, but the recorder keeps one value otherwise";
+    SavePilot again(Steps{{limited, "Send again"}, {limited, "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(again.isAtItsEnd(), qPrintable(again.headline));
+    QCOMPARE(again.values, QStringList({"Page › Host|30|25"}));
+    // What was sent is an edit again.
+    QCOMPARE(session.changes(), QString("1 change"));
+    QCOMPARE(session.store.value(HostName), QString("30"));
+}
+
 void TestCheckedSave::sendsTheRestOfABrokenSave()
 {
     Sending session(address());
@@ -275,6 +297,26 @@ void TestCheckedSave::sendsTheRestOfABrokenSave()
     QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
     QCOMPARE(box.texts(), QStringList());
     QVERIFY(net().contains("HOSTNAME = 'new'"));
+    QVERIFY(!session.window->isVisible());
+}
+
+void TestCheckedSave::sendsTheRestOfAStoppedSave()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"never@PUT NET CONFIG"});
+    const ModalWatcher question(
+        [](QWidget &box) { static_cast<QMessageBox &>(box).button(QMessageBox::Yes)->click(); });
+    SavePilot pilot(Steps{{"Sending \"net\"", "Stop"},
+                          {"Sending was stopped", "Send the rest", [&] { setFaults({}); }},
+                          {"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(question.count(), 1);
+    QVERIFY2(question.texts().constFirst().contains("1 of 3 files"),
+             qPrintable(question.texts().constFirst()));
+    QVERIFY(session.window->findChild<QToolButton *>("changes")->isHidden());
     QVERIFY(!session.window->isVisible());
 }
 

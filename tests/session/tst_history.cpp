@@ -106,6 +106,7 @@ class TestHistory : public QObject
 private Q_SLOTS:
     void init();
     void restoresYesterdaysSnapshot();
+    void keepsWhatTheLastSaveHasSent();
     void restoresChosenValues();
     void comparesAnyTwo();
     void showsASnapshotWithoutItsRecorder();
@@ -189,6 +190,25 @@ void TestHistory::restoresYesterdaysSnapshot()
     QVERIFY(streams().contains(Name.toUtf8()) && !streams().contains("Renamed"));
     QCOMPARE(folder().list().size(), 2);
     QCOMPARE(session->errors.size(), 0);
+}
+
+void TestHistory::keepsWhatTheLastSaveHasSent()
+{
+    const auto session = this->session();
+    session->rename(Name, "First");
+    session->send();
+    AWAIT_VERIFY(session->window->findChild<QToolButton *>("changes")->isHidden());
+    session->store.setValue(NamePath + "/Second");
+    QSignalSpy stored(&session->store, &OrbSetup::storeDone);
+    ExchangeQueue::of(session->store).call("save_settings", {}, ExchangeQueue::Caller::User);
+    AWAIT_VERIFY(!stored.isEmpty());
+    QVERIFY(streams().contains("Second"));
+    QStringList names;
+    for (const KeptSnapshot &kept : folder().list()) {
+        const FileValues values(snapshotarchive::read(kept.path).snapshot.files.value("streams"));
+        names << values.value("common/name").value_or(QString());
+    }
+    QCOMPARE(names, QStringList({"First", Name}));
 }
 
 void TestHistory::restoresChosenValues()

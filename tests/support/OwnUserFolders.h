@@ -13,9 +13,8 @@ class OwnUserFolders
 public:
     OwnUserFolders()
     {
-#ifdef Q_OS_WIN
         qputenv("PARAVUE_DATA_HOME", m_folder.path().toLocal8Bit());
-#else
+#ifndef Q_OS_WIN
         for (const char *variable : {"XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
             qputenv(variable, m_folder.path().toLocal8Bit());
 #endif

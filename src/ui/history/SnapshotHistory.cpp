@@ -27,10 +27,10 @@ const QString SuffixOfPristine = QStringLiteral(".original");
 } // namespace
 
 SnapshotHistory::SnapshotHistory(QWidget &window, OrbSetup &store, ChangeTracking &changes,
-                                 const SnapshotOptions &options,
+                                 const SnapshotOptions &options, const NewerFile &newerFile,
                                  const std::function<void(QDialog &)> &runDialog)
-    : m_window(window), m_store(store), m_changes(changes), m_options(options), m_runDialog(runDialog),
-      m_button(new QToolButton(&window))
+    : m_window(window), m_store(store), m_changes(changes), m_options(options), m_newerFile(newerFile),
+      m_runDialog(runDialog), m_button(new QToolButton(&window))
 {
     m_button->setObjectName(QStringLiteral("history"));
     m_button->setText(tr("History"));
@@ -53,6 +53,10 @@ FileContents SnapshotHistory::fetchedFiles(QString &problem) const
 {
     FileContents files;
     for (const QString &name : m_store->fetchedFiles()) {
+        if (const auto newer = m_newerFile(name)) {
+            files.insert(name, *newer);
+            continue;
+        }
         QFile file(m_store->filePath(name + SuffixOfPristine));
         if (!file.open(QIODevice::ReadOnly)) {
             problem = tr("The copy of \"%1\" cannot be read: %2").arg(name, file.errorString());
@@ -112,7 +116,9 @@ PresentSettings SnapshotHistory::present() const
     present.isEditable = [this](const QString &path) { return m_changes.isEditable(path); };
     SecretKeys described;
     markDescribedSecrets(files.value(QStringLiteral("interface")), described);
-    present.isSecret = [described](const QString &path) { return described.contains(path); };
+    present.isSecret = [this, described](const QString &path) {
+        return described.contains(path) || m_changes.list().isSecret(path);
+    };
     return present;
 }
 

@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 class QDialog;
 class QToolButton;
@@ -25,10 +26,13 @@ class SnapshotHistory : public QObject
     Q_OBJECT
 
 public:
+    /// What the recorder has in a file; nothing when the pristine copy of the store says it.
+    using NewerFile = std::function<std::optional<QByteArray>(const QString &name)>;
+
     /// All must outlive the object, except that \a store may go. \a runDialog runs a dialog in which the user
     /// acts.
     SnapshotHistory(QWidget &window, OrbSetup &store, ChangeTracking &changes, const SnapshotOptions &options,
-                    const std::function<void(QDialog &)> &runDialog);
+                    const NewerFile &newerFile, const std::function<void(QDialog &)> &runDialog);
 
     /// "History"; requested() follows its click. For the header of the window.
     QToolButton *button() const { return m_button; }
@@ -57,6 +61,7 @@ private:
     StoreReference m_store;
     ChangeTracking &m_changes;
     const SnapshotOptions m_options;
+    const NewerFile m_newerFile;
     const std::function<void(QDialog &)> m_runDialog;
     QToolButton *m_button;
 };

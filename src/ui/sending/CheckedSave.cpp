@@ -114,13 +114,22 @@ bool CheckedSave::follow()
     m_stage = Stage::Sending;
     m_goesOn = false;
     m_isStopped = false;
-    dialog.showSending(m_store->saveStatus(), m_store->activity());
+    m_message.clear();
+    m_dialog = &dialog;
+    update();
+    m_dialog = nullptr;
     m_poll.start();
     runDialog(dialog);
     m_poll.stop();
     m_check.cancel();
     m_stage = Stage::Over;
     return m_goesOn;
+}
+
+/// The save itself still waits behind another exchange.
+bool CheckedSave::isWaiting() const
+{
+    return ExchangeQueue::of(*m_store).waiting().contains(QStringLiteral("save_settings"));
 }
 
 bool CheckedSave::isSaving() const
@@ -133,7 +142,10 @@ void CheckedSave::update()
 {
     if (m_stage != Stage::Sending || !m_dialog || !m_store)
         return;
-    if (isSaving())
+    m_isKeptOtherwise = false;
+    if (isWaiting())
+        m_dialog->showBusy(tr("Waiting for the recorder"), tr("Stop"));
+    else if (isSaving())
         m_dialog->showSending(m_store->saveStatus(), m_store->activity());
     else
         endSending();
@@ -151,11 +163,15 @@ void CheckedSave::endSending()
     if (m_isStopped)
         m_dialog->showFailed(save, tr("Sending was stopped."));
     else
-        m_dialog->showFailed(save, problem.isEmpty() ? tr("Not everything could be sent.") : problem);
+        m_dialog->showFailed(save, !problem.isEmpty()     ? problem
+                                   : !m_message.isEmpty() ? m_message
+                                                          : tr("Not everything could be sent."));
 }
 
 void CheckedSave::startConfirming()
 {
+    // A rest that was sent behind a stop is no answer to the save.
+    m_services.noteSaved(m_store->saveStatus().arrived);
     m_stage = Stage::Confirming;
     m_dialog->showConfirming(m_store->saveStatus());
     m_check.confirm(m_store->saveStatus().arrived);
@@ -176,6 +192,7 @@ void CheckedSave::noteFetched(const QString &problem)
         return;
     }
     const QList<ValueDifference> values = m_check.keptOtherwise();
+    m_isKeptOtherwise = !values.isEmpty();
     if (values.isEmpty())
         m_dialog->showConfirmed(m_store->saveStatus());
     else
@@ -192,11 +209,14 @@ void CheckedSave::choose(SendingDialog::Choice choice)
     case SendingDialog::Choice::SendAgain:
     case SendingDialog::Choice::SendMissing:
         m_isStopped = false;
+        m_message.clear();
         m_stage = Stage::Sending;
-        if (choice == SendingDialog::Choice::SendAgain)
+        if (choice == SendingDialog::Choice::SendAgain) {
+            m_check.repeatEdits();
             m_send();
-        else
+        } else {
             m_store->sendMissing();
+        }
         return update();
     case SendingDialog::Choice::ConfirmAgain:
         return startConfirming();
@@ -205,6 +225,10 @@ void CheckedSave::choose(SendingDialog::Choice choice)
         m_services.reload();
         return close(true);
     case SendingDialog::Choice::GoOnEditing:
+        if (m_isKeptOtherwise) {
+            m_check.keepSent();
+            m_services.reload();
+        }
         return close(false);
     case SendingDialog::Choice::Close:
         return close(true);
@@ -231,8 +255,12 @@ void CheckedSave::askToStop()
         return;
     m_isStopped = true;
     ExchangeQueue &queue = ExchangeQueue::of(*m_store);
+    const bool isRunning = !isWaiting();
     queue.giveUpAll();
-    queue.giveUpRunning();
+    if (isRunning)
+        queue.giveUpRunning();
+    else
+        m_dialog->done(QDialog::Rejected);
 }
 
 void CheckedSave::close(bool goesOn)

@@ -35,6 +35,8 @@ public:
         std::function<void()> reload;
         ValueTexts texts;
         SaveCheck::IsEditable isEditable;
+        /// The recorder has taken the files \a arrived.
+        std::function<void(const QStringList &arrived)> noteSaved;
     };
 
     /// All must outlive the object, except that \a store may go.
@@ -46,6 +48,9 @@ public:
     bool run(const std::function<void()> &send);
     /// What the store reports meanwhile is shown by the dialog of the save.
     bool isShown() const { return m_dialog; }
+    void noteMessage(const QString &message) { m_message = message; }
+    /// See SaveCheck::newerFile().
+    std::optional<QByteArray> newerFile(const QString &name) const { return m_check.newerFile(name); }
 
     /// To be called when a save begins, and when it has ended, also for those that do not run here.
     void noteSaveBegins() { m_check.noteSaveBegins(); }
@@ -67,7 +72,7 @@ private:
     void runDialog(SendingDialog &dialog);
     void close(bool goesOn);
     bool isSaving() const;
-    QString problem() const;
+    bool isWaiting() const;
 
     QPointer<OrbSetup> m_store;
     ChangeList &m_changes;
@@ -80,9 +85,11 @@ private:
     Stage m_stage = Stage::Over;
     std::function<void()> m_send;
     QString m_fetchProblem;
+    QString m_message; ///< of the store, the last one of the save
     bool m_isRunning = false;
-    bool m_isStopped = false; ///< by the user
-    bool m_goesOn = false;    ///< with what follows the save
+    bool m_isStopped = false;       ///< by the user
+    bool m_isKeptOtherwise = false; ///< values, as the dialog shows
+    bool m_goesOn = false;          ///< with what follows the save
 };
 
 } // namespace paravue

@@ -5,6 +5,7 @@
 #include <QAbstractSlider>
 #include <QCoreApplication>
 #include <QHash>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QSizeGrip>
@@ -126,8 +127,9 @@ bool takesPresses(const QWidget *widget)
         widget = area;
     if (qobject_cast<const QTabWidget *>(widget)) // can have the focus, but for its tabs only
         return false;
-    return widget->focusPolicy() != Qt::NoFocus || qobject_cast<const QAbstractButton *>(widget) ||
-           qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QSizeGrip *>(widget);
+    return widget->focusPolicy() != Qt::NoFocus || qobject_cast<const QHeaderView *>(widget) ||
+           qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QAbstractSlider *>(widget) ||
+           qobject_cast<const QSizeGrip *>(widget);
 }
 
 } // namespace
