@@ -130,8 +130,12 @@ void TestSnapshotFolder::isForItsOwner()
 #ifndef Q_OS_WIN
     ::umask(before);
 #endif
-    for (const QString &own : {path, m_folder.path(), QFileInfo(m_folder.path()).path()})
+    for (const QString &own : {path, m_folder.path()})
         QVERIFY2(isForOwnerOnly(own), qPrintable(own));
+#ifndef Q_OS_WIN
+    // The host may have other things in the folder around it, for others to read.
+    QVERIFY(!isForOwnerOnly(QFileInfo(m_folder.path()).path()));
+#endif
 }
 
 void TestSnapshotFolder::listsWhatIsDamaged()
