@@ -17,10 +17,14 @@ namespace
 
 const QLatin1StringView CopySuffix(".original");
 
-QByteArray contentOf(OrbSetup &store, const QString &name)
+/// Nothing when it cannot be read to its end: an empty text would be taken for that of the recorder.
+std::optional<QByteArray> contentOf(OrbSetup &store, const QString &name)
 {
-    QFile file(store.filePath(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    QFile file(store.fileExists(name) ? store.filePath(name) : QString());
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray content = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(std::move(content)) : std::nullopt;
 }
 
 /// A number, a date or a time of day.
@@ -109,8 +113,14 @@ void SaveCheck::collect()
     if (!m_reader)
         return;
     for (const QString &name : m_reader->fetchedFiles()) {
-        if (m_store && m_store->fileExists(name) && name != QLatin1StringView("general"))
-            m_recorder.insert(name, contentOf(*m_reader, name));
+        if (!m_store || !m_store->fileExists(name) || name == QLatin1StringView("general"))
+            continue;
+        const auto content = contentOf(*m_reader, name);
+        if (!content) {
+            m_recorder.clear();
+            return fail(tr("The copy of \"%1\" cannot be read").arg(name));
+        }
+        m_recorder.insert(name, *content);
     }
     // The user may have given another login.
     if (m_store)
@@ -123,7 +133,8 @@ void SaveCheck::collect()
 QByteArray SaveCheck::known(const QString &name) const
 {
     const auto sent = m_known.constFind(name);
-    return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + CopySuffix);
+    // Without it all of the file counts as changed, and is taken from the recorder.
+    return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + CopySuffix).value_or(QByteArray());
 }
 
 QList<ForeignChange> SaveCheck::foreignChanges() const
@@ -183,8 +194,8 @@ void SaveCheck::noteSaveBegins()
 void SaveCheck::noteSaved(const QStringList &arrived)
 {
     for (const QString &name : arrived) {
-        if (m_store && m_store->fileExists(name))
-            m_known.insert(name, contentOf(*m_store, name));
+        if (const auto content = m_store ? contentOf(*m_store, name) : std::nullopt)
+            m_known.insert(name, *content);
     }
 }
 

@@ -120,10 +120,11 @@ public:
     /// save has had: what was edited since is dropped. Only while no exchange runs.
     void sendMissing();
 
+    /// False for a local store, which has nobody to read from.
+    bool hasReader() const { return bool(m_makeReader); }
     /// Another store of the same recorder, with the login in use, whose load() fetches the files \a only, or
     /// those that a save sends, and no others. It asks for a login as this store does. Null for a local
     /// store.
-    bool hasReader() const { return bool(m_makeReader); }
     std::unique_ptr<OrbSetup> reader(const std::optional<QStringList> &only = {}) const;
     /// Takes \a content as what the recorder has in the file \a name, as a fetch does: edits of the file are
     /// dropped. False, with a report, when it cannot be kept, and always for a local store.

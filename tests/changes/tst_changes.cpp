@@ -1,8 +1,10 @@
 #include "changes/ChangeList.h"
+#include "changes/SaveCheck.h"
 #include "support/StoreFixture.h"
 #include "support/TestTable.h"
 
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -30,6 +32,21 @@ struct Session : StoreFixture {
     ChangeList list{store()};
 };
 
+/// A store of a recorder whose second fetch has left copies that cannot be read.
+struct UnreadableReader : OrbSetup {
+    explicit UnreadableReader(const QString &folder)
+    {
+        setReading(
+            [folder](const auto &) {
+                auto reader = std::make_unique<OrbSetup>();
+                for (const char *name : {"net", "net.original"})
+                    reader->setFilePath(name, folder + "/none");
+                return reader;
+            },
+            [](const QString &, const QByteArray &) { return false; });
+    }
+};
+
 } // namespace
 
 /// The list of what was changed since the files were fetched.
@@ -44,6 +61,7 @@ private Q_SLOTS:
     void startsOverWithAFetchedFile();
     void goesOnFromWhatWasSent();
     void followsTheDirectivesOfStateFiles();
+    void takesNoUnreadableCopyForTheRecorders();
     void hidesSecrets_data();
     void hidesSecrets();
 };
@@ -154,6 +172,20 @@ void TestChanges::followsTheDirectivesOfStateFiles()
     fixture.store().setValue("state/door/PLACE/mine");
     QVERIFY(!pending().join('|').contains("PLACE"));
     QCOMPARE(list.find("state/door/PLACE")->newValue, "mine");
+}
+
+void TestChanges::takesNoUnreadableCopyForTheRecorders()
+{
+    const QTemporaryDir folder;
+    UnreadableReader store(folder.path());
+    store.setFilePath("net", folder.filePath("net"));
+    ChangeList list(store);
+    SaveCheck check(store, list, [](const QString &) { return true; });
+    QSignalSpy finished(&check, &SaveCheck::finished);
+    check.compare();
+    QVERIFY(finished.wait());
+    QVERIFY2(finished[0][0].toString().contains("net"), qPrintable(finished[0][0].toString()));
+    QVERIFY(!check.newerFile("net"));
 }
 
 void TestChanges::hidesSecrets_data()
