@@ -19,7 +19,7 @@ namespace
 
 constexpr AVRational PictureTime = {1, 25};
 
-void require(bool condition, const char *what)
+void ensure(bool condition, const char *what)
 {
     if (!condition)
         throw std::runtime_error(what);
@@ -30,26 +30,26 @@ void require(bool condition, const char *what)
 QByteArray muxed(const char *format, const QList<QByteArrayView> &pictures)
 {
     AVFormatContext *context = nullptr;
-    require(avformat_alloc_output_context2(&context, nullptr, format, nullptr) >= 0, "no such container");
+    ensure(avformat_alloc_output_context2(&context, nullptr, format, nullptr) >= 0, "no such container");
     const FormatHandle output(context);
     AVStream *stream = avformat_new_stream(context, nullptr);
     stream->time_base = PictureTime;
     const PictureFacts facts = PictureInspector::create("H264")->inspect(pictures.first().toByteArray());
-    require(!facts.parameterSets.isEmpty(), "a container needs parameter sets");
+    ensure(!facts.parameterSets.isEmpty(), "a container needs parameter sets");
     describe(*stream->codecpar, facts);
-    require(avio_open_dyn_buf(&context->pb) == 0, "no memory");
-    require(avformat_write_header(context, nullptr) >= 0, "the container refuses the stream");
+    ensure(avio_open_dyn_buf(&context->pb) == 0, "no memory");
+    ensure(avformat_write_header(context, nullptr) >= 0, "the container refuses the stream");
     const PacketHandle packet(av_packet_alloc());
     for (qsizetype i = 0; i < pictures.size(); ++i) {
-        require(av_new_packet(packet.get(), int(pictures[i].size())) == 0, "no memory");
+        ensure(av_new_packet(packet.get(), int(pictures[i].size())) == 0, "no memory");
         std::memcpy(packet->data, pictures[i].data(), size_t(pictures[i].size()));
         packet->pts = packet->dts = i;
         packet->flags = i % 25 == 0 ? AV_PKT_FLAG_KEY : 0;
         av_packet_rescale_ts(packet.get(), PictureTime, stream->time_base);
-        require(av_write_frame(context, packet.get()) >= 0, "the container refuses a picture");
+        ensure(av_write_frame(context, packet.get()) >= 0, "the container refuses a picture");
         av_packet_unref(packet.get());
     }
-    require(av_write_trailer(context) == 0, "the container cannot be ended");
+    ensure(av_write_trailer(context) == 0, "the container cannot be ended");
     uint8_t *bytes = nullptr;
     const int size = avio_close_dyn_buf(context->pb, &bytes);
     const std::unique_ptr<uint8_t, decltype(&av_free)> owner(bytes, av_free);
@@ -62,11 +62,11 @@ Demuxer::Demuxer(const char *format, const QByteArray &bytes, int flags)
     auto *buffer = static_cast<uint8_t *>(av_malloc(PieceSize));
     m_io.reset(avio_alloc_context(buffer, PieceSize, 0, this, read, nullptr, seek));
     AVFormatContext *context = avformat_alloc_context();
-    require(m_packet && m_io && context, "no memory");
+    ensure(m_packet && m_io && context, "no memory");
     context->pb = m_io.get();
     context->flags |= flags;
     // On a failure the context is freed.
-    require(avformat_open_input(&context, "", av_find_input_format(format), nullptr) == 0, "does not open");
+    ensure(avformat_open_input(&context, "", av_find_input_format(format), nullptr) == 0, "does not open");
     m_input.reset(context);
 }
 
