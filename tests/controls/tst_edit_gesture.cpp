@@ -114,7 +114,7 @@ void TestEditGesture::reportsChanges_data()
                         const QString &text, const QString &reports, const QString &unusedKeys = {}) {
         QTest::newRow(name) << interruption << steps << text << reports << unusedKeys;
     };
-    using enum Interruption;
+    using enum EditGesture::Interruption;
     row("drag", Cancels, "Lmml", "ddd.", ">ddd.");
     row("button that begins no drag", Cancels, "Rmr", "", "");
     row("other button in a drag", Cancels, "LRrml", "dd.", ">dd.");

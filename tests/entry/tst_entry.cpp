@@ -15,7 +15,12 @@
 #include <QTest>
 #include <QTimer>
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__has_feature) // clang
+#define FINDS_LEAKS __has_feature(address_sanitizer)
+#elif defined(__SANITIZE_ADDRESS__) // GCC
+#define FINDS_LEAKS 1
+#endif
+#if FINDS_LEAKS
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -68,7 +73,7 @@ private:
 /// Qt's own event handling does not clean up behind an exception that passes through it.
 class ToleratedLeaks
 {
-#ifdef __SANITIZE_ADDRESS__
+#if FINDS_LEAKS
     __lsan::ScopedDisabler m_disabler;
 #endif
 };

@@ -147,7 +147,7 @@ void TestDangerousFunctions::asksNotFromADialog()
     open(pageWith("format_disk1", ""));
     const ModalWatcher question;
     const ModalWatcher described(
-        [this](QWidget &dialog) {
+        [](QWidget &dialog) {
             buttonWithText<QPushButton>(dialog, "Sure")->click();
             static_cast<QDialog &>(dialog).accept();
         },

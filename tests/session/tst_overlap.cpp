@@ -396,11 +396,12 @@ void TestOverlap::tellsWhatAFunctionHasDone()
     QVERIFY(session.isFine());
     QVERIFY(!session.window->findChild<QToolButton *>("statusRefresh"));
     AWAIT_COMPARE(status(session), QString()); // the first load is no function
-    for (const auto &[button, answer] : {std::pair("Report", "Get the report: done at "),
-                                         std::pair("Save", "Save the settings: done at ")}) {
+    const auto tells = [&](const char *button, const char *answer) {
         press(session, button);
         AWAIT_VERIFY(status(session).startsWith(answer));
-    }
+    };
+    tells("Report", "Get the report: done at ");
+    tells("Save", "Save the settings: done at ");
     const QString time = status(session).section(' ', -1);
     QVERIFY2(QTime::fromString(time, "HH:mm:ss").isValid(), qPrintable(time));
 }
