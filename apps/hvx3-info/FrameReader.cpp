@@ -36,6 +36,7 @@ void FrameReader::read(const QString &file)
     readRecording(file, [this](const QByteArray &piece) {
         m_bytes += piece.size();
         parse(piece);
+        return true;
     });
     m_parser.append(m_start);
 }

@@ -77,8 +77,8 @@ QByteArray headerOf(const QString &recording)
             found = header;
     });
     readRecording(recording, [&](const QByteArray &piece) {
-        if (!found)
-            parser.append(piece);
+        parser.append(piece);
+        return !found;
     });
     const QByteArray bytes = found ? bytesOf(*found) : QByteArray();
     if (bytes.isEmpty() || bytes.size() > std::numeric_limits<quint16>::max())

@@ -40,7 +40,7 @@ void openRecording(QFile &input, const QString &file)
 
 } // namespace
 
-void readRecording(const QString &file, const std::function<void(const QByteArray &piece)> &take)
+void readRecording(const QString &file, const std::function<bool(const QByteArray &piece)> &take)
 {
     QFile input;
     openRecording(input, file);
@@ -54,7 +54,8 @@ void readRecording(const QString &file, const std::function<void(const QByteArra
             throw MediaError(QStringLiteral("cannot read %1: %2").arg(file, input.errorString()));
         if (size == 0)
             return;
-        take(QByteArray::fromRawData(piece.constData(), size));
+        if (!take(QByteArray::fromRawData(piece.constData(), size)))
+            return;
     }
 }
 

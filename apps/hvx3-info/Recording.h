@@ -27,8 +27,8 @@ private:
 };
 
 /// Calls \a take with each piece of the file in turn, so that files of any size need the same memory.
-/// "-" is the standard input. Throws a MediaError.
-void readRecording(const QString &file, const std::function<void(const QByteArray &piece)> &take);
+/// It returns whether it wants more. "-" is the standard input. Throws a MediaError.
+void readRecording(const QString &file, const std::function<bool(const QByteArray &piece)> &take);
 
 /// Whether the file cannot be read a second time.
 bool isPipe(const QString &file);

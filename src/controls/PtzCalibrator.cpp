@@ -287,6 +287,8 @@ bool PtzCalibrator::beginDrag(const QMouseEvent &press)
     const bool isInPicture = pictureRect().contains(position.toPoint());
     const int hit = isInPicture ? pointAt(position) : 0;
     if (press.button() == Qt::RightButton) {
+        if (hit == 0)
+            Q_EMIT customContextMenuRequested(position.toPoint());
         remove(hit);
         return false;
     }

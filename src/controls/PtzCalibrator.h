@@ -19,10 +19,11 @@ class NameEdit;
 ///
 /// Mouse: a press in the picture sets the current point there, and the next one that is not set becomes the
 /// current one; a press on a point makes it the current one, and a drag moves it; a double click goes to it;
-/// the right button removes it. In the strip below the picture a press chooses a point, a double click goes
-/// to it. Keys: Page Up and Page Down, or 1 to 9, choose a point; Space sets it with the present position of
-/// the camera, in the middle if it has no place yet; arrows move it by a hundredth of the picture, with Shift
-/// by a thousandth; Enter goes to it; F2 names it; Delete and Backspace remove it; Escape cancels a drag.
+/// the right button removes it, and elsewhere asks for a menu (customContextMenuRequested()). In the strip
+/// below the picture a press chooses a point, a double click goes to it. Keys: Page Up and Page Down, or 1 to
+/// 9, choose a point; Space sets it with the present position of the camera, in the middle if it has no place
+/// yet; arrows move it by a hundredth of the picture, with Shift by a thousandth; Enter goes to it; F2 names
+/// it; Delete and Backspace remove it; Escape cancels a drag.
 ///
 /// A point that is set while the camera turns waits until it stands still: a position that the camera has
 /// left by then is never stored. When the position becomes unknown meanwhile, the point stays as it was.

@@ -15,6 +15,12 @@ std::optional<double> parseDecimal(const QString &text)
     return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
+bool isNear(const PtzPosition &left, const PtzPosition &right, double tolerance)
+{
+    return std::abs(left.pan - right.pan) < tolerance && std::abs(left.tilt - right.tilt) < tolerance &&
+           std::abs(left.zoom.value_or(0) - right.zoom.value_or(0)) < tolerance;
+}
+
 std::optional<PtzPosition> parsePtzPosition(const QString &text)
 {
     const QStringList fields = text.split(u',');

@@ -17,6 +17,9 @@ struct PtzPosition {
     friend bool operator==(const PtzPosition &, const PtzPosition &) = default;
 };
 
+/// No number differs by \a tolerance or more. A zoom that is not known counts as none.
+bool isNear(const PtzPosition &left, const PtzPosition &right, double tolerance);
+
 /// "pan,tilt" or "pan,tilt,zoom" with decimal points, such as "0.25,-0.4,0.1"; further fields are ignored and
 /// numbers clamped to the ranges. Nothing when pan or tilt is not a number.
 std::optional<PtzPosition> parsePtzPosition(const QString &text);

@@ -20,8 +20,10 @@ namespace
 constexpr int Pace = 100; // milliseconds from goal to goal
 /// How long an arrow is held until the camera turns on and on.
 constexpr int HoldTime = 400;
-/// Steps of the zoom that come within this time add up, as the camera takes longer than they do.
-constexpr int ZoomPause = 800;
+/// A camera that has not moved for that long has given its last goal up.
+constexpr int LongestPause = 1'000;
+/// Some cameras do not reach a goal exactly.
+constexpr double Tolerance = 0.01;
 constexpr double ZoomStep = 0.05;
 /// In pictures. A goal is no further away, so that the camera stops soon when the connection ends.
 constexpr double LongestStep = 0.25;
@@ -44,9 +46,30 @@ PtzSteering::PtzSteering(PictureView &view, Scene scene) : m_view(view), m_scene
 void PtzSteering::setPosition(const std::optional<PtzPosition> &position)
 {
     const bool wasSteerable = isSteerable();
+    if (position != m_position)
+        m_lastTurn.start();
     m_position = position;
+    if (m_goal && (!position || isNear(*position, *m_goal, Tolerance)))
+        m_goal.reset();
     if (isSteerable() != wasSteerable)
         setSteerable(isSteerable());
+    Q_EMIT positionChanged();
+}
+
+void PtzSteering::setGoal(const PtzPosition &goal)
+{
+    m_goal = goal;
+    m_lastTurn.start();
+}
+
+void PtzSteering::follow(PtzSteering &original)
+{
+    setSeenShares(original.seenShares());
+    const auto take = [this, &original] { setPosition(original.position()); };
+    connect(&original, &PtzSteering::positionChanged, this, take);
+    connect(this, &PtzSteering::turnRequested, &original, &PtzSteering::turnRequested);
+    connect(this, &PtzSteering::pointRequested, &original, &PtzSteering::pointRequested);
+    take();
 }
 
 void PtzSteering::setSteerable(bool isSteerable)
@@ -134,7 +157,7 @@ bool PtzSteering::centre(const QMouseEvent &event)
     if (m_scene == Scene::Camera)
         turnBy(place - QPointF(0.5, 0.5));
     else
-        turnTo({2 * place.x() - 1, 1 - 2 * place.y(), m_position->zoom});
+        turnTo({2 * place.x() - 1, 1 - 2 * place.y(), destination().zoom});
     return true;
 }
 
@@ -167,7 +190,7 @@ bool PtzSteering::pressKey(const QKeyEvent &event)
             return true;
         stop();
         m_isFine = event.modifiers() & Qt::ShiftModifier;
-        turnBy(QPointF(arrowStep(key)) * (m_isFine ? FineSteeringStep : KeyStep));
+        turnBy(QPointF(arrowStep(key)) * (m_isFine ? FineSteeringStep : KeyStep), destination());
         m_key = key;
         m_pace.start(HoldTime);
     } else {
@@ -222,13 +245,16 @@ void PtzSteering::stop()
 
 void PtzSteering::zoom(double steps)
 {
-    if (!m_position->zoom)
+    PtzPosition goal = destination();
+    if (!goal.zoom)
         return;
-    const bool addsUp = m_goal && m_goal->zoom && m_lastZoom.isValid() && m_lastZoom.elapsed() < ZoomPause;
-    PtzPosition goal = *m_position;
-    goal.zoom = (addsUp ? *m_goal->zoom : *m_position->zoom) + steps * ZoomStep;
+    *goal.zoom += steps * ZoomStep;
     turnTo(goal);
-    m_lastZoom.start();
+}
+
+PtzPosition PtzSteering::destination() const
+{
+    return m_goal && m_lastTurn.isValid() && m_lastTurn.elapsed() < LongestPause ? *m_goal : *m_position;
 }
 
 QPointF PtzSteering::seenRange() const
@@ -239,9 +265,13 @@ QPointF PtzSteering::seenRange() const
 
 void PtzSteering::turnBy(const QPointF &pictures)
 {
+    turnBy(pictures, *m_position);
+}
+
+void PtzSteering::turnBy(const QPointF &pictures, const PtzPosition &start)
+{
     const QPointF range = seenRange();
-    turnTo({m_position->pan + pictures.x() * range.x(), m_position->tilt - pictures.y() * range.y(),
-            m_position->zoom});
+    turnTo({start.pan + pictures.x() * range.x(), start.tilt - pictures.y() * range.y(), start.zoom});
 }
 
 void PtzSteering::turnTo(PtzPosition goal)
@@ -250,7 +280,7 @@ void PtzSteering::turnTo(PtzPosition goal)
     goal.tilt = std::clamp(goal.tilt, -1.0, 1.0);
     if (goal.zoom)
         goal.zoom = std::clamp(*goal.zoom, 0.0, 1.0);
-    m_goal = goal;
+    setGoal(goal);
     Q_EMIT turnRequested(goal);
 }
 

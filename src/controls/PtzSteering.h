@@ -49,10 +49,15 @@ public:
     bool isSteerable() const { return m_position.has_value(); }
     /// A drag, or an arrow that is held.
     bool isInGesture() const { return m_drag || m_key != 0; }
+    /// The camera was told elsewhere to turn there. Steps of the zoom and of the arrows begin at the goal.
+    void setGoal(const PtzPosition &goal);
+    /// Becomes a second way to steer the camera of \a original.
+    void follow(PtzSteering &original);
     /// Draws the drag.
     void paint(QPainter &painter) const;
 
 Q_SIGNALS:
+    void positionChanged();
     /// The camera is to turn there; \a goal is within the ranges of PtzPosition.
     void turnRequested(const paravue::PtzPosition &goal);
     /// The camera is to turn to a point, counted from 1.
@@ -78,6 +83,9 @@ private:
     void zoom(double steps);
     /// A position beside the present one, by so much of the picture to the right and downwards.
     void turnBy(const QPointF &pictures);
+    void turnBy(const QPointF &pictures, const PtzPosition &start);
+    /// Where the camera will stand after what it was last told, or where it stands.
+    PtzPosition destination() const;
     void turnTo(PtzPosition goal);
     /// How much of the ranges of pan and tilt the camera sees.
     QPointF seenRange() const;
@@ -87,13 +95,13 @@ private:
     const Scene m_scene;
     QSizeF m_seenShares{0.5, 0.5};
     std::optional<PtzPosition> m_position;
-    std::optional<PtzPosition> m_goal; ///< the last one
+    std::optional<PtzPosition> m_goal; ///< the last one, until the camera is there
     std::optional<Drag> m_drag;
     int m_key = 0; ///< the arrow that is held
     bool m_isFine = false;
     bool m_isTurning = false; ///< goals follow each other
     QTimer m_pace;
-    QElapsedTimer m_lastZoom;
+    QElapsedTimer m_lastTurn; ///< since the camera moved, or was told to
     bool m_hasToolTip = false;
     Qt::FocusPolicy m_focusPolicy = Qt::NoFocus; ///< while it is not steerable
 };

@@ -4,21 +4,26 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace paravue
 {
 namespace
 {
 
 constexpr int LineGap = 4;
-/// Between positions of a camera that turns. In milliseconds.
-constexpr int LongestPause = 500;
+/// A camera that has not moved for that long stands still. In milliseconds.
+constexpr int ShortestRest = 500;
+/// Positions come with the pictures, of which some cameras send one every few seconds.
+constexpr int LongestRest = 5'000;
+/// Until the first position of a camera that was told to turn.
+constexpr int AnswerTime = 3'000;
 
 } // namespace
 
 PtzView::PtzView(QWidget *parent) : PictureView(parent)
 {
     m_rest.setSingleShot(true);
-    m_rest.setInterval(LongestPause);
     connect(&m_rest, &QTimer::timeout, this, [this] {
         if (m_isCertain)
             Q_EMIT cameraAtRest();
@@ -28,8 +33,21 @@ PtzView::PtzView(QWidget *parent) : PictureView(parent)
 void PtzView::setCertain(bool isCertain)
 {
     if (isCertain && !m_isCertain)
-        m_rest.start();
+        m_rest.start(ShortestRest);
     m_isCertain = isCertain;
+}
+
+void PtzView::expectTurn()
+{
+    if (m_position)
+        m_rest.start(std::max(m_rest.remainingTime(), AnswerTime));
+}
+
+void PtzView::follow(const PtzView &original)
+{
+    const auto take = [this, &original] { setPosition(original.position()); };
+    connect(&original, &PtzView::positionChanged, this, take);
+    take();
 }
 
 QString PtzView::valueText() const
@@ -51,12 +69,16 @@ void PtzView::slot_Set_PTZ_pos(double pan, double tilt, double zoom)
 void PtzView::setPosition(const std::optional<PtzPosition> &position)
 {
     const bool hasMoved = m_position && position && *m_position != *position;
+    // A camera that turns has sent two positions by then.
+    const qint64 pause = m_lastPosition.isValid() ? 2 * m_lastPosition.elapsed() : 0;
+    m_lastPosition.start();
     m_position = position;
     if (hasMoved)
-        m_rest.start();
+        m_rest.start(int(std::clamp<qint64>(pause, ShortestRest, LongestRest)));
     else if (!position)
         m_rest.stop();
     stateChanged();
+    Q_EMIT positionChanged();
     if (!position)
         Q_EMIT cameraAtRest();
 }

@@ -3,6 +3,7 @@
 #include "controls/PictureView.h"
 #include "controls/PtzPosition.h"
 
+#include <QElapsedTimer>
 #include <QTimer>
 
 namespace paravue
@@ -21,6 +22,10 @@ public:
     /// The position has just changed, so that the camera may have gone on since, or is not certain.
     bool isTurning() const { return m_rest.isActive() || !m_isCertain; }
     void setCertain(bool isCertain);
+    /// Shows the position of \a original from now on.
+    void follow(const PtzView &original);
+    /// The camera was told to turn: what is known of its position may have changed.
+    void expectTurn();
 
     /// A position for the user.
     static QString textOf(const PtzPosition &position, const QLocale &locale);
@@ -28,6 +33,7 @@ public:
     QString valueText() const override;
 
 Q_SIGNALS:
+    void positionChanged();
     /// isTurning() is over, or the position has become unknown.
     void cameraAtRest();
 
@@ -47,6 +53,7 @@ private:
 
     std::optional<PtzPosition> m_position;
     QTimer m_rest;
+    QElapsedTimer m_lastPosition; ///< since the last one came
     bool m_isCertain = true;
 };
 

@@ -19,7 +19,7 @@ namespace paravue
 /// sockets and timers.
 ///
 /// bench_live (answer) measures the longest time from a key to its letter while four receivers play. When a
-/// picture was allowed 125 ms (now 95, VideoLimits.h) it was 140 ms with dense_h264. With a budget for each
+/// picture was allowed 125 ms (now 86, VideoLimits.h) it was 140 ms with dense_h264. With a budget for each
 /// receiver it was 290 ms there. When everything was decoded as it came, it was 690 ms there and 1.7 s with
 /// alternating_sizes, and with empty_pictures no key was answered at all.
 class EventLoopBudget : public QObject

@@ -10,7 +10,7 @@
 namespace paravue
 {
 
-/// What a live stream has brought since its connection began, for support.
+/// What a live stream has brought since its connection began, or over several, for support.
 struct StreamFigures {
     QString codec;       ///< the recorder's name for it; empty before the header
     QSize size;          ///< of the last decoded picture, in pixels
@@ -20,6 +20,19 @@ struct StreamFigures {
     /// How long the last frame has waited for its decoding.
     std::chrono::milliseconds wait{0};
     Hvx3Losses losses;
+
+    /// Adds what an earlier connection has brought.
+    StreamFigures &operator+=(const StreamFigures &earlier)
+    {
+        bytes += earlier.bytes;
+        frames += earlier.frames;
+        leftOut += earlier.leftOut;
+        losses.bytes += earlier.losses.bytes;
+        losses.gaps += earlier.losses.gaps;
+        losses.fragments += earlier.losses.fragments;
+        losses.frames += earlier.losses.frames;
+        return *this;
+    }
 };
 
 } // namespace paravue

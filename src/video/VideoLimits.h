@@ -35,9 +35,11 @@ inline constexpr std::chrono::milliseconds MaxKeyWait{20'000};
 inline constexpr qsizetype MaxWaitingBytes = 8 * 1024 * 1024;
 
 /// What is kept of a live stream that nobody sees, from its last key picture on, so that the present picture
-/// can be decoded at once when somebody does. With more the pictures are decoded nevertheless.
-inline constexpr std::size_t MaxHeldFrames = 60;
-inline constexpr qsizetype MaxHeldBytes = 4 * 1024 * 1024;
+/// can be decoded within a second when somebody does: key pictures may be ten seconds apart. With more, or
+/// with what would take longer to decode, the pictures are decoded nevertheless.
+inline constexpr std::size_t MaxHeldFrames = 500;
+inline constexpr qsizetype MaxHeldBytes = 8 * 1024 * 1024;
+inline constexpr std::chrono::milliseconds MaxHeldTime{500};
 
 /// Limits of the pictures that are decoded.
 struct DecodingLimits {
@@ -52,6 +54,6 @@ struct DecodingLimits {
 
 /// The limits while a window has to answer a key within 100 ms. Pictures of 5472 x 3648 pixels are decoded,
 /// damage is concealed in those of 1920 x 1080, and more bytes could not be decoded in the time.
-inline constexpr DecodingLimits LiveLimits{8 * 1024 * 1024, 20 * 1024 * 1024, 95e6, 2 * 1024 * 1024};
+inline constexpr DecodingLimits LiveLimits{8 * 1024 * 1024, 20 * 1024 * 1024, 86e6, 2 * 1024 * 1024};
 
 } // namespace paravue

@@ -67,8 +67,14 @@ void cFfmpegDecoder::addTask(bool opens, const QByteArray &bytes)
 
 void cFfmpegDecoder::removeTask()
 {
+    const bool wasUnseen = m_tasks.front().isUnseen;
     m_waitingBytes -= m_tasks.front().size();
     m_tasks.pop_front();
+    if (!wasUnseen || m_tasks.empty() || m_tasks.front().isUnseen)
+        return;
+    // They have waited for what was held, not because this computer is too slow for the stream.
+    for (Task &task : m_tasks)
+        task.begin = SteadyClock::now();
 }
 
 /// Does the next step; false when nothing is left.
@@ -118,7 +124,8 @@ bool cFfmpegDecoder::isHeld()
     const QByteArray &bytes = m_tasks.front().bytes;
     if (m_stream->isKey(bytes))
         dropHeld();
-    if (m_held.size() >= paravue::MaxHeldFrames || m_heldBytes + bytes.size() > paravue::MaxHeldBytes)
+    if (m_held.size() >= paravue::MaxHeldFrames || m_heldBytes + bytes.size() > paravue::MaxHeldBytes ||
+        (m_held.size() + 1) * m_usualTime > paravue::MaxHeldTime)
         return false;
     m_held.push_back(bytes);
     m_heldBytes += bytes.size();
@@ -143,7 +150,8 @@ void cFfmpegDecoder::releaseHeld()
 
 bool cFfmpegDecoder::isLate() const
 {
-    return m_budget && m_maxWait && SteadyClock::now() - m_tasks.front().begin > *m_maxWait;
+    const Task &task = m_tasks.front();
+    return m_budget && m_maxWait && !task.isUnseen && SteadyClock::now() - task.begin > *m_maxWait;
 }
 
 /// Whether the next bytes are left out because they are late, or because no key picture has come since.
@@ -175,10 +183,13 @@ void cFfmpegDecoder::open(const QByteArray &name)
 
 void cFfmpegDecoder::decodeNext()
 {
+    const auto begin = SteadyClock::now();
     // One frame may hold thousands of pictures.
     const auto progress = isLate() && isLeftOut() ? CodecStream::Progress::AtEnd : m_stream->next();
+    m_taskTime += SteadyClock::now() - begin;
     m_hasPicture = progress == CodecStream::Progress::Picture;
     if (progress == CodecStream::Progress::AtEnd) {
+        m_usualTime += (std::exchange(m_taskTime, {}) - m_usualTime) / 8;
         m_isDecoding = false;
         removeTask();
     }

@@ -116,6 +116,8 @@ private:
     bool m_hasPicture = false; ///< decoded and not shown yet
     Choice m_wantedSize;
     std::function<bool()> m_isWatched;
+    std::chrono::nanoseconds m_taskTime{0};  ///< of decoding, for the first task so far
+    std::chrono::nanoseconds m_usualTime{0}; ///< for the last ones, on average
     std::deque<QByteArray> m_held;
     qsizetype m_heldBytes = 0;
     std::unique_ptr<paravue::CodecStream> m_stream;

@@ -7,6 +7,7 @@
 #include "ui/DescribedWindow.h"
 
 #include <QAccessible>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
@@ -194,6 +195,17 @@ void TestPtzControls::setsPointsWhenTheCameraStandsStill()
              QStringList({"0.1000,0.1000,0.5,0.25,0", "0.5000,0.5000,0.5,0.25,0", "", ""}));
     QCOMPARE(calibrator->gotoPoint(), 0);
     QVERIFY(!calibrator->valueText().contains("stands still"));
+
+    // It was told to turn, and positions come one a second.
+    QElapsedTimer since;
+    since.start();
+    calibrator->expectTurn();
+    QVERIFY(calibrator->isTurning());
+    AWAIT_VERIFY(since.elapsed() >= 1000);
+    calibrator->slot_Set_PTZ_pos("0.5,0.3,0");
+    const qint64 last = since.restart();
+    AWAIT_VERIFY(!calibrator->isTurning());
+    QVERIFY2(since.elapsed() >= last, qPrintable(QString::number(since.elapsed())));
 
     calibrator->setCertain(false);
     QTest::keyClick(calibrator, Qt::Key_Space);

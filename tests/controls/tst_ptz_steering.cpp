@@ -87,6 +87,9 @@ void TestPtzSteering::turns_data()
     row("zoom", usual, "+ - -", {"0.200,-0.400,0.550", "0.200,-0.400,0.500", "0.200,-0.400,0.450"});
     row("zoom at the end", "0,0,0.99", "+ +", {"0.000,0.000,1.000", "0.000,0.000,1.000"});
     row("points", usual, "3 9", {"point 3", "point 9"});
+    row("step by step", usual, "Right Right Up",
+        {"0.263,-0.400,0.500", "0.325,-0.400,0.500", "0.325,-0.338,0.500"});
+    row("zoom while it turns", usual, "D.75,.25 +", {"0.356,-0.244,0.500", "0.356,-0.244,0.550"});
     row("centre", usual, "D.75,.25", {"0.356,-0.244,0.500"});
     row("click", usual, "L.75,.25 U", {});
     row("right button", usual, "R.25,.25 M.75,.75 U", {});

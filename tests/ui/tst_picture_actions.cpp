@@ -1,6 +1,7 @@
 #include "DescribedWindow.h"
 #include "controls/LiveView.h"
 #include "controls/MaskEditor.h"
+#include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
 #include "support/ModalWatcher.h"
 #include "support/TestTable.h"
@@ -15,6 +16,7 @@
 #include <QContextMenuEvent>
 #include <QFileDialog>
 #include <QImageReader>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -65,7 +67,9 @@ struct Played {
                                "<item type='label'><text>Yard</text></item>"
                                "<item type='online' row='1'><view/></item>"
                                "<item type='maskctrl' row='2'><view/></item>"
-                               "<item type='PTZvideoin' row='3'><view/></item></item></page>"),
+                               "<item type='PTZvideoin' row='3'><view/></item>"
+                               "<item type='PTZcrossView' row='4'><view/></item>"
+                               "<item type='label' row='5'><view/></item></item></page>"),
                       QStringLiteral("description"));
         parts.description.replace(document);
         parts.builder.buildPage(parts.description.document().first("page"), &window);
@@ -150,9 +154,11 @@ class TestPictureActions : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void takesTheFocusWithItsFirstPicture();
+    void takesTheFocusOnceItsTaskRuns();
     void enlarges_data();
     void enlarges();
+    void enlargesACrossView();
+    void opensTheMenuOfALabel();
     void leavesEditorsTheirMouse();
     void endsWithItsTask();
     void copies();
@@ -166,13 +172,19 @@ private Q_SLOTS:
     void keepsWhatIsSelected();
 };
 
-void TestPictureActions::takesTheFocusWithItsFirstPicture()
+void TestPictureActions::takesTheFocusOnceItsTaskRuns()
 {
     Played played;
     auto &online = played.view<LiveView>();
-    QCOMPARE(online.focusPolicy(), Qt::NoFocus);
-    played.send(filled(Qt::red));
+    // Pictures that never come are what the details are needed for.
     QCOMPARE(online.focusPolicy(), Qt::TabFocus);
+    QTest::keyClick(&online, Qt::Key_I);
+    QVERIFY(played.details());
+    auto &camera = played.view<PtzVideoInput>();
+    for (const auto &position : {std::optional(PtzPosition()), std::optional<PtzPosition>()}) {
+        camera.steering().setPosition(position);
+        QVERIFY(camera.focusPolicy() & Qt::TabFocus);
+    }
     QCOMPARE(played.view<MaskEditor>().focusPolicy(), Qt::StrongFocus);
     played.sources.last()->active = false;
     played.tick(1);
@@ -231,6 +243,43 @@ void TestPictureActions::enlarges()
     played.send(filled(Qt::red));
     played.tick(1001);
     QVERIFY(played.window.isVisible());
+}
+
+/// Its position may come from the task of other pictures, or from none.
+void TestPictureActions::enlargesACrossView()
+{
+    Played played;
+    played.send(filled(Qt::red));
+    auto &cross = played.view<PtzCrossView>();
+    cross.slot_Set_PTZ_pos("0.5,0,0.25");
+    QTest::keyClick(&cross, Qt::Key_F11);
+    auto *large = qobject_cast<PtzCrossView *>(played.enlarged());
+    QVERIFY(large);
+    QCOMPARE(large->position(), cross.position());
+    cross.slot_Set_PTZ_pos("0.25,0,0.25");
+    QCOMPARE(large->position(), cross.position());
+    QVERIFY(!large->steering().isSteerable());
+    cross.steering().setPosition(cross.position());
+    QStringList asked;
+    connect(&cross.steering(), &PtzSteering::turnRequested, this,
+            [&](const PtzPosition &goal) { asked << ptzPositionText(goal); });
+    QTest::keyClick(large, Qt::Key_Plus);
+    QCOMPARE(asked, QStringList("0.250,0.000,0.300"));
+}
+
+void TestPictureActions::opensTheMenuOfALabel()
+{
+    Played played;
+    played.send(filled(Qt::red));
+    QLabel *label = nullptr;
+    for (QLabel *each : played.window.findChildren<QLabel *>()) {
+        if (!qobject_cast<LiveView *>(each) && !each->pixmap(Qt::ReturnByValue).isNull())
+            label = each;
+    }
+    QVERIFY(label);
+    choose(*label, "Enlarge");
+    QVERIFY(played.enlarged());
+    QCOMPARE(played.enlarged()->pixmap().size(), QSize(64, 48));
 }
 
 void TestPictureActions::leavesEditorsTheirMouse()
@@ -445,8 +494,16 @@ void TestPictureActions::detailsTheStream()
     played.sources.last()->active = false;
     played.tick(1);
     played.tick(1001);
-    AWAIT_VERIFY(window->text().contains("Reconnections: 1"));
+    figures.frames = 10; // its own count
+    played.sources.last()->given = figures;
+    AWAIT_VERIFY(window->text().contains("Pictures received: 60"));
+    QVERIFY2(window->text().contains("Reconnections: 0"), qPrintable(window->text())); // so far an attempt
     QVERIFY(window->text().contains("State: Connection lost"));
+    played.send(filled(Qt::red));
+    AWAIT_VERIFY(window->text().contains("Reconnections: 1"));
+    QVERIFY2(window->text().contains("Pictures shown: 2") &&
+                 window->text().contains("Lost bytes: 14 at 4 places"),
+             qPrintable(window->text()));
     QTest::keyClick(window->findChild<QPlainTextEdit *>(), Qt::Key_Escape);
     AWAIT_VERIFY(!played.details());
 }

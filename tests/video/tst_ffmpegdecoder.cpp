@@ -120,6 +120,7 @@ private Q_SLOTS:
     void leavesOutLatePictures();
     void catchesUpWhenSomebodyLooks_data();
     void catchesUpWhenSomebodyLooks();
+    void isNotLateForWhatNobodySaw();
     void receiverMayCallDecoderInTurns();
 };
 
@@ -652,7 +653,7 @@ void TestFfmpegDecoder::catchesUpWhenSomebodyLooks()
     // Behind many key pictures, and where more come than are kept.
     for (int round = 0; round < 3; ++round)
         QVERIFY(append(false, clip.pictures));
-    for (int round = 0; round < 30; ++round)
+    for (int round = 0; round < 300; ++round)
         QVERIFY(append(false, clip.pictures.sliced(1)));
     QCOMPARE(viewer.numbers.size(), 2);
     QVERIFY(append(false, clip.pictures.first(3)));
@@ -663,6 +664,31 @@ void TestFfmpegDecoder::catchesUpWhenSomebodyLooks()
     viewer.decoder.create(clip.decoder);
     QVERIFY(append(true, clip.pictures.first(1)));
     QCOMPARE(viewer.numbers, QList<int>({0, 4, 3, 0}));
+}
+
+void TestFfmpegDecoder::isNotLateForWhatNobodySaw()
+{
+    if (!canEncode("libx264"))
+        QSKIP("this FFmpeg has no such encoder");
+    // Key pictures ten seconds apart.
+    const EncodedClip clip = encodeClip({.encoder = "libx264", .size = {352, 288}, .pictures = 250});
+    Viewer viewer;
+    bool isWatched = true;
+    viewer.decoder.workInTurns();
+    viewer.decoder.setWatch([&] { return isWatched; });
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    const auto append = [&](bool watched, const QList<QByteArray> &pictures) {
+        isWatched = watched;
+        for (const QByteArray &picture : pictures)
+            viewer.decoder.append(picture);
+        return waitUntil([&] { return !viewer.decoder.isBusy(); }, 20'000);
+    };
+    QVERIFY(append(true, clip.pictures.first(1)));
+    QVERIFY(append(false, clip.pictures.first(248)));
+    // Less than the others take together.
+    viewer.decoder.setMaxWait(std::chrono::milliseconds(20));
+    QVERIFY(append(true, clip.pictures.mid(248, 1)));
+    QCOMPARE(viewer.numbers, QList<int>({0, 248 % 64})); // 64 numbers in turn
 }
 
 void TestFfmpegDecoder::receiverMayCallDecoderInTurns()

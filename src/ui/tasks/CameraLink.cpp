@@ -1,12 +1,13 @@
 #include "ui/tasks/CameraLink.h"
 
+#include "controls/PictureNotice.h"
 #include "controls/PtzCalibrator.h"
 #include "controls/PtzSteering.h"
 #include "controls/PtzVideoInput.h"
 #include "ui/tasks/PictureSource.h"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace paravue
 {
@@ -15,13 +16,22 @@ namespace
 
 constexpr int AnswerTime = 3'000; // milliseconds
 constexpr int CameraRemarkTime = 10'000;
-/// Some cameras do not reach a goal exactly.
-constexpr double SmallestTurn = 0.02;
+/// Less than the finest step with all of the zoom.
+constexpr double SmallestTurn = 0.004;
+/// Some cameras do not reach the ends of their ranges exactly.
+constexpr double End = 0.98;
 
-bool isNear(const PtzPosition &left, const PtzPosition &right)
+/// Whether the camera has to move for \a goal.
+bool isTurn(const PtzPosition &present, const PtzPosition &goal)
 {
-    return std::abs(left.pan - right.pan) < SmallestTurn && std::abs(left.tilt - right.tilt) < SmallestTurn &&
-           std::abs(left.zoom.value_or(0) - right.zoom.value_or(0)) < SmallestTurn;
+    const auto reached = [](PtzPosition position) {
+        position.pan = std::clamp(position.pan, -End, End);
+        position.tilt = std::clamp(position.tilt, -End, End);
+        if (position.zoom)
+            position.zoom = std::min(*position.zoom, End);
+        return position;
+    };
+    return !isNear(reached(present), reached(goal), SmallestTurn);
 }
 
 void showPosition(QObject *control, const QString &position)
@@ -37,16 +47,20 @@ CameraLink::CameraLink(PictureSource &source) : m_source(source)
         timer->setSingleShot(true);
     m_answer.setInterval(AnswerTime);
     m_ignored.setInterval(CameraRemarkTime);
-    connect(&m_answer, &QTimer::timeout, &m_ignored, qOverload<>(&QTimer::start));
+    connect(&m_answer, &QTimer::timeout, this, [this] {
+        m_ignored.start();
+        sendRemark();
+    });
+    connect(&m_ignored, &QTimer::timeout, this, &CameraLink::sendRemark);
     connect(&source, &PictureSource::cameraMoved, this, [this] {
-        m_answer.stop();
-        m_ignored.stop();
+        stopWaiting();
         sendPosition(position());
     });
 }
 
 CameraLink::~CameraLink()
 {
+    stopWaiting();
     sendPosition(QString());
 }
 
@@ -75,7 +89,8 @@ void CameraLink::add(const QList<QWidget *> &controls)
 void CameraLink::addPictures(const QList<QPointer<QWidget>> &controls)
 {
     for (const QPointer<QWidget> &control : controls) {
-        if (auto *view = qobject_cast<PtzVideoInput *>(control))
+        auto *view = qobject_cast<PtzVideoInput *>(control);
+        if (view && !view->isWindow()) // an enlarged one follows the control
             addSteering(*view, view->steering());
     }
 }
@@ -123,7 +138,15 @@ void CameraLink::goToPoint(int point, const QString &text)
 void CameraLink::expectTurn(const PtzPosition &goal)
 {
     const auto present = parsePtzPosition(position());
-    if (present && !isNear(*present, goal) && !m_answer.isActive() && !isIgnored())
+    if (!present || !isTurn(*present, goal))
+        return;
+    for (QObject *control : std::as_const(m_controls)) {
+        if (auto *view = qobject_cast<PtzView *>(control))
+            view->expectTurn();
+    }
+    for (PtzSteering *steering : std::as_const(m_steerings))
+        steering->setGoal(goal);
+    if (!m_answer.isActive() && !isIgnored())
         m_answer.start();
 }
 
@@ -136,9 +159,32 @@ void CameraLink::setLive(bool isLive, bool isHeard)
     if (isLive == m_isLive)
         return;
     m_isLive = isLive;
-    m_answer.stop();
-    m_ignored.stop();
+    stopWaiting();
     sendPosition(position());
+}
+
+void CameraLink::stopWaiting()
+{
+    m_answer.stop();
+    if (!isIgnored())
+        return;
+    m_ignored.stop();
+    sendRemark();
+}
+
+QString CameraLink::remark() const
+{
+    return isIgnored() ? tr("The recorder does not turn the camera. Perhaps this login is not allowed to.")
+                       : QString();
+}
+
+/// Not all of the controls show the pictures of the camera.
+void CameraLink::sendRemark()
+{
+    for (QObject *control : std::as_const(m_controls)) {
+        if (auto *view = dynamic_cast<PictureNotice *>(control))
+            view->setRemark(remark());
+    }
 }
 
 QString CameraLink::position() const

@@ -39,8 +39,12 @@ public:
     /// The recorder has not answered the last commands by a turn of the camera. Recorders ignore commands of
     /// those who may not turn it.
     bool isIgnored() const { return m_ignored.isActive(); }
+    /// What the controls say about that.
+    QString remark() const;
 
 private:
+    void stopWaiting();
+    void sendRemark();
     void addSteering(QObject &control, PtzSteering &steering);
     void turnTo(const PtzPosition &goal);
     void goTo(int point);

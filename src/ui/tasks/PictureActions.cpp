@@ -14,6 +14,7 @@
 #include <QDateTime>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QScreen>
 
@@ -29,6 +30,8 @@ QPixmap pictureOf(const QWidget &control)
 {
     if (const auto *view = qobject_cast<const LiveView *>(&control))
         return view->pixmap();
+    if (const auto *label = qobject_cast<const QLabel *>(&control))
+        return label->pixmap(Qt::ReturnByValue);
     const auto *view = qobject_cast<const PictureView *>(&control);
     return view ? view->pixmap() : QPixmap();
 }
@@ -37,8 +40,9 @@ bool hasPicture(const QWidget &control)
 {
     if (const auto *view = qobject_cast<const LiveView *>(&control))
         return view->hasPicture();
-    const auto *view = qobject_cast<const PictureView *>(&control);
-    return view && view->hasPicture();
+    if (const auto *view = qobject_cast<const PictureView *>(&control))
+        return view->hasPicture();
+    return !pictureOf(control).isNull();
 }
 
 /// What the user sees as the name of a control.
@@ -72,11 +76,15 @@ PictureView *enlargedView(QWidget &control)
 {
     if (auto *camera = qobject_cast<PtzVideoInput *>(&control)) {
         auto *view = new PtzVideoInput(&control);
-        view->steering().setSeenShares(camera->steering().seenShares());
+        view->steering().follow(camera->steering());
         return view;
     }
-    if (qobject_cast<PtzCrossView *>(&control))
-        return new PtzCrossView(&control);
+    if (auto *cross = qobject_cast<PtzCrossView *>(&control)) {
+        auto *view = new PtzCrossView(&control);
+        view->follow(*cross);
+        view->steering().follow(cross->steering());
+        return view;
+    }
     return new PictureView(&control);
 }
 
@@ -114,7 +122,8 @@ PictureActions::~PictureActions()
 
 void PictureActions::add(QWidget &control)
 {
-    if (m_controls.contains(&control) || !dynamic_cast<PictureNotice *>(&control))
+    if (m_controls.contains(&control) ||
+        (!dynamic_cast<PictureNotice *>(&control) && !qobject_cast<QLabel *>(&control)))
         return;
     m_controls.removeAll(nullptr);
     m_controls.append(&control);
@@ -124,17 +133,37 @@ void PictureActions::add(QWidget &control)
         });
     else
         control.installEventFilter(this);
+    if (auto *calibrator = qobject_cast<PtzCalibrator *>(&control))
+        connect(calibrator, &QWidget::customContextMenuRequested, this,
+                [this, calibrator](const QPoint &place) {
+                    showMenu(*calibrator, actionsFor(*calibrator), calibrator->mapToGlobal(place));
+                });
+    if (m_source)
+        letFocusIn(control);
 }
 
 void PictureActions::setSource(PictureSource *source)
 {
-    if (m_source)
+    if (m_source && m_source->pictures() > 0) {
+        ++m_connections;
         m_shown += m_source->pictures();
+        if (const auto figures = m_source->figures())
+            m_earlier += *figures;
+    }
     m_source = source;
     if (!source)
         return;
-    ++m_sources;
+    for (const QPointer<QWidget> &control : std::as_const(m_controls)) {
+        if (control)
+            letFocusIn(*control);
+    }
     connect(source, &PictureSource::pixmapReady, this, &PictureActions::pictureCame);
+}
+
+void PictureActions::letFocusIn(QWidget &control)
+{
+    if (control.focusPolicy() == Qt::NoFocus)
+        control.setFocusPolicy(Qt::TabFocus);
 }
 
 void PictureActions::pictureCame()
@@ -145,11 +174,10 @@ void PictureActions::pictureCame()
     for (const QPointer<QWidget> &control : std::as_const(m_controls)) {
         if (!control)
             continue;
-        // Not before: a window opens with its focus on a field.
-        if (control->focusPolicy() == Qt::NoFocus)
-            control->setFocusPolicy(Qt::TabFocus);
-        if (m_kind == PictureKind::Still && !isEditor(*control))
-            dynamic_cast<PictureNotice &>(*control).setCaption(tr("Picture of %1").arg(m_time));
+        letFocusIn(*control);
+        auto *notice = dynamic_cast<PictureNotice *>(control.data());
+        if (m_kind == PictureKind::Still && notice && !isEditor(*control))
+            notice->setCaption(tr("Picture of %1").arg(m_time));
     }
 }
 
@@ -299,10 +327,14 @@ PictureDetails PictureActions::details(const QPointer<QWidget> &control) const
     details.state = m_notice.isEmpty() ? m_remark : m_notice;
     details.shown = m_shown;
     details.time = m_time;
-    details.reconnections = m_sources > 0 ? m_sources - 1 : 0;
+    details.reconnections = m_connections;
     if (m_source) {
         details.figures = m_source->figures();
+        if (details.figures)
+            *details.figures += m_earlier;
         details.shown += m_source->pictures();
+        if (m_source->pictures() == 0 && m_connections > 0)
+            --details.reconnections;
     }
     return details;
 }

@@ -23,8 +23,8 @@ using PictureSaver = std::function<void(const QPixmap &picture, const QString &n
 /// What the user can do with the pictures of one task, by the keys and the context menu of its controls: see
 /// them larger, save and copy them, fetch a still one now, read the details of the stream.
 ///
-/// A control can have the keyboard focus once it has a picture. A double click enlarges it, too, unless it
-/// steers a camera or edits something.
+/// A control can have the keyboard focus once its task runs: a window opens with its focus on a field. A
+/// double click enlarges it, too, unless it steers a camera or edits something.
 class PictureActions : public QObject
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ public:
     /// Closes its windows.
     ~PictureActions() override;
 
-    /// Adds a control that shows the pictures, if it is a PictureNotice.
+    /// Adds a control that shows the pictures, if it is a PictureNotice or a label.
     void add(QWidget &control);
     /// The source of the next pictures; null for none.
     void setSource(PictureSource *source);
@@ -51,6 +51,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    static void letFocusIn(QWidget &control);
     void pictureCame();
     EditActions actionsFor(QWidget &control);
     bool doubleClick(QWidget &control, const QMouseEvent &event);
@@ -70,9 +71,10 @@ private:
     QList<QPointer<QWidget>> m_details;
     QString m_notice;
     QString m_remark;
-    QString m_time; ///< of the last still picture
-    quint64 m_sources = 0;
-    quint64 m_shown = 0; ///< of earlier sources
+    QString m_time;            ///< of the last still picture
+    quint64 m_connections = 0; ///< earlier ones that have brought pictures
+    quint64 m_shown = 0;       ///< over them
+    StreamFigures m_earlier;   ///< of them
     bool m_isFetchRequested = false;
 };
 

@@ -230,10 +230,6 @@ void PictureTask::findCamera(const QDomElement &task)
         m_camera = std::make_unique<CameraLink>(*m_source);
     m_camera->add(m_context->description().widgets(ptz.text().trimmed()));
     m_camera->addPictures(m_audience->controls);
-    for (const QPointer<QWidget> &view : m_actions->enlarged()) {
-        if (view)
-            m_camera->add({view});
-    }
 }
 
 QString PictureTask::notice(quint32 untilAttempt) const
@@ -250,9 +246,7 @@ QString PictureTask::notice(quint32 untilAttempt) const
 
 QString PictureTask::remark() const
 {
-    return m_camera && m_camera->isIgnored()
-               ? tr("The recorder does not turn the camera. Perhaps this login is not allowed to.")
-               : m_status.remark();
+    return m_camera && m_camera->isIgnored() ? m_camera->remark() : m_status.remark();
 }
 
 void PictureTask::offerRetry(bool isOffered)

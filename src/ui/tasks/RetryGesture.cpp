@@ -6,9 +6,8 @@
 namespace paravue
 {
 
-RetryGesture::RetryGesture(QWidget &widget) : m_widget(&widget), m_focusPolicy(widget.focusPolicy())
+RetryGesture::RetryGesture(QWidget &widget) : m_widget(&widget)
 {
-    widget.setFocusPolicy(Qt::TabFocus); // a click leaves the focus where it is
     widget.setCursor(Qt::PointingHandCursor);
     m_hasToolTip = widget.toolTip().isEmpty();
     if (m_hasToolTip)
@@ -20,7 +19,6 @@ RetryGesture::~RetryGesture()
 {
     if (!m_widget)
         return;
-    m_widget->setFocusPolicy(m_focusPolicy);
     m_widget->unsetCursor();
     if (m_hasToolTip)
         m_widget->setToolTip(QString());

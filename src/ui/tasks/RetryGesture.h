@@ -31,7 +31,6 @@ protected:
 private:
     const QPointer<QWidget> m_widget;
     bool m_hasToolTip = false;
-    const Qt::FocusPolicy m_focusPolicy;
     bool m_isRequested = false;
 };
 
