@@ -25,6 +25,32 @@ std::size_t findStartCode(std::string_view bytes, std::size_t from)
     return bytes.size();
 }
 
+struct Mpeg4End {
+    std::size_t at;
+    qint64 restarts; ///< pairs of zeros before it
+};
+
+/// The next start code, or the end. What restarts the codec within a picture begins with two zeros like a
+/// start code, so both are searched for at once.
+Mpeg4End findPictureEnd(std::string_view bytes, std::size_t from)
+{
+    Mpeg4End end{bytes.size(), 0};
+    std::size_t behind = from;
+    for (std::size_t first = bytes.find('\0', from); first < bytes.size(); first = bytes.find('\0', behind)) {
+        behind = first + 1;
+        while (behind < bytes.size() && bytes[behind] == 0)
+            ++behind;
+        const std::size_t zeros = behind - first;
+        if (zeros >= 2 && behind + 1 < bytes.size() && bytes[behind] == 1) {
+            end.at = behind - 2;
+            end.restarts += qint64(zeros - 2) / 2;
+            break;
+        }
+        end.restarts += qint64(zeros) / 2;
+    }
+    return end;
+}
+
 quint8 byteAt(std::string_view bytes, std::size_t at)
 {
     return at < bytes.size() ? static_cast<quint8>(bytes[at]) : 0;
@@ -169,12 +195,10 @@ CodedPicture CodedPictures::nextMpeg4()
     std::size_t begin = findStartCode(m_rest, 0);
     while (begin < m_rest.size() && !isPicture(begin))
         begin = findStartCode(m_rest, begin + StartCodeSize);
-    const std::size_t end =
-        begin < m_rest.size() ? findStartCode(m_rest, begin + StartCodeSize) : m_rest.size();
+    const std::size_t body = std::min(begin + StartCodeSize, m_rest.size());
+    const auto [end, restarts] = findPictureEnd(m_rest, body);
     CodedPicture picture{.bytes = cut(end)};
-    const std::string_view body = picture.bytes.substr(std::min(begin + StartCodeSize, picture.bytes.size()));
-    for (std::size_t zeros = body.find("\0\0"sv); zeros != body.npos; zeros = body.find("\0\0"sv, zeros + 2))
-        ++picture.restarts;
+    picture.restarts = restarts;
     const int type = byteAt(picture.bytes, begin + StartCodeSize + 1) >> 6;
     picture.isKey = begin < picture.bytes.size() && type == IntraPicture;
     // The codec does not report the rows of these (see CodecStream::endRow()).
