@@ -2,11 +2,11 @@
 
 #include "MediaFile.h"
 #include "program/HelpText.h"
+#include "program/TypedPassword.h"
 #include "video/cHvx3Demuxer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QFileInfo>
 
 namespace paravue
@@ -85,11 +85,11 @@ QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
     if (!isNumber || seconds < 1 || seconds > MaxSeconds)
         return QStringLiteral("--seconds takes a number from 1 to %1").arg(MaxSeconds);
     line.duration = std::chrono::seconds(seconds);
-    if (parser.isSet("digest")) {
-        const QByteArray typed = line.address->password.toLocal8Bit();
-        line.address->password =
-            QString::fromLatin1(QCryptographicHash::hash(typed, QCryptographicHash::Md5).toHex());
-    }
+    if (!isInLocalEncoding(line.address->login + line.address->password))
+        return QStringLiteral("the login or the password has letters that this computer's encoding lacks, "
+                              "so the recorder would get others");
+    if (parser.isSet("digest"))
+        line.address->password = digestOfTyped(line.address->password);
     line.file = parser.value("record");
     return {};
 }

@@ -1,9 +1,9 @@
 #include "RecorderAddress.h"
 
 #include "device/OrbNetSetup.h"
+#include "program/TypedPassword.h"
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QStringList>
 
 #include <algorithm>
@@ -23,12 +23,6 @@ class AddressText
 RecorderAddress refusedAddress(const QString &problem)
 {
     return {{}, problem};
-}
-
-QString digestOf(const QString &typed)
-{
-    return QString::fromLatin1(
-        QCryptographicHash::hash(typed.toLocal8Bit(), QCryptographicHash::Md5).toHex());
 }
 
 } // namespace
@@ -62,9 +56,12 @@ RecorderAddress RecorderAddress::fromText(const QString &text, Password password
 
     if (at < 0)
         return {url, {}};
+    if (!isInLocalEncoding(account))
+        return refusedAddress(AddressText::tr("the login or the password has letters that this computer's "
+                                              "encoding lacks, so the recorder would get others"));
     QString sent = account.mid(colon + 1);
     if (password == Password::AsTyped)
-        sent = digestOf(sent);
+        sent = digestOfTyped(sent);
     return {account.left(colon) + ':' + sent + '@' + url, {}};
 }
 
