@@ -1,5 +1,7 @@
 #include "program/ConsoleOutput.h"
 
+#include <cstdlib>
+
 #ifdef _WIN32
 #include <cstdio>
 
@@ -13,6 +15,9 @@ namespace paravue
 
 namespace
 {
+
+/// Of the console before; 0 without a console.
+UINT codePageBefore = 0;
 
 bool isOpen(DWORD stream)
 {
@@ -38,27 +43,37 @@ void connectToConsole()
 ConsoleOutput::ConsoleOutput()
 {
     connectToConsole();
-    m_codePage = GetConsoleOutputCP();
-    if (m_codePage != 0)
+    codePageBefore = GetConsoleOutputCP();
+    if (codePageBefore != 0)
         SetConsoleOutputCP(CP_UTF8);
 }
 
 ConsoleOutput::~ConsoleOutput()
 {
     std::fflush(nullptr);
-    if (m_codePage != 0)
-        SetConsoleOutputCP(m_codePage);
+    restoreConsole();
+}
+
+void ConsoleOutput::restoreConsole()
+{
+    if (codePageBefore != 0)
+        SetConsoleOutputCP(codePageBefore);
 }
 
 #else
 
-ConsoleOutput::ConsoleOutput()
-{
-    static_cast<void>(m_codePage);
-}
+ConsoleOutput::ConsoleOutput() = default;
 
 ConsoleOutput::~ConsoleOutput() = default;
 
+void ConsoleOutput::restoreConsole() {}
+
 #endif
+
+void ConsoleOutput::endProgram(int exitCode)
+{
+    restoreConsole();
+    std::_Exit(exitCode);
+}
 
 } // namespace paravue

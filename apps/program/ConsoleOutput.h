@@ -14,8 +14,10 @@ public:
     ConsoleOutput(const ConsoleOutput &) = delete;
     ConsoleOutput &operator=(const ConsoleOutput &) = delete;
 
-private:
-    unsigned m_codePage = 0; ///< of the console before; 0 without a console
+    /// Ends the process at once, without destructors, and leaves the console as it was.
+    [[noreturn]] static void endProgram(int exitCode);
+    /// Gives the console its code page back, before something else ends the process.
+    static void restoreConsole();
 };
 
 } // namespace paravue

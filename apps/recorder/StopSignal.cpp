@@ -1,5 +1,7 @@
 #include "recorder/StopSignal.h"
 
+#include "program/ConsoleOutput.h"
+
 #include <QCoreApplication>
 
 #ifdef Q_OS_WIN
@@ -103,8 +105,10 @@ namespace
 BOOL WINAPI noteConsoleEvent(DWORD event)
 {
     static LONG isEnding = 0;
-    if (InterlockedExchange(&isEnding, 1) == 1 && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT))
+    if (InterlockedExchange(&isEnding, 1) == 1 && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT)) {
+        paravue::ConsoleOutput::restoreConsole();
         return FALSE; // ends the process
+    }
     QMetaObject::invokeMethod(qApp, endEventLoops, Qt::QueuedConnection);
     // After the other events the process is ended when this function returns, or after some seconds.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)

@@ -1,12 +1,11 @@
 #include "SessionEnd.h"
 
+#include "program/ConsoleOutput.h"
 #include "program/ExitCode.h"
 
 #include <QCoreApplication>
 
 #ifdef Q_OS_WIN
-#include <cstdlib>
-
 #include <windows.h>
 #endif
 
@@ -30,7 +29,8 @@ bool SessionEnd::nativeEventFilter(const QByteArray &, [[maybe_unused]] void *me
     // With FALSE another program has kept the session from ending.
     if (received->message == WM_ENDSESSION && received->wParam) {
         m_cleanUp();
-        std::_Exit(int(ExitCode::Cancelled)); // what is still on the stack uses what was deleted
+        // What is still on the stack uses what was deleted.
+        ConsoleOutput::endProgram(int(ExitCode::Cancelled));
     }
 #endif
     return false;

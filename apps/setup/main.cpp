@@ -4,19 +4,18 @@
 #include "Appearance.h"
 #include "CheckReport.h"
 #include "CommandLine.h"
+#include "DesktopColors.h"
 #include "ProgramLog.h"
+#include "ScreenPlugin.h"
 #include "SetupProgram.h"
 #include "program/ConsoleOutput.h"
 #include "recorder/StopSignal.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QTextStream>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <optional>
 
 using namespace paravue;
@@ -38,25 +37,14 @@ QString startLog(ProgramLog &log, const QString &path)
 
 void endWithoutScreen()
 {
-    ProgramLog::tellFailure("there is no screen to show the window on. Set DISPLAY or WAYLAND_DISPLAY; "
-                            "with QT_QPA_PLATFORM=offscreen, --screenshot needs none.");
-    std::_Exit(int(ExitCode::WrongUsage));
+    ProgramLog::tellFailure(missingScreenText());
+    ConsoleOutput::endProgram(int(ExitCode::WrongUsage));
 }
 
-/// Without its plug-in for the screen Qt would show a message box on Windows, and wait until somebody closes
-/// it.
-bool hasScreenPlugin([[maybe_unused]] int argc, [[maybe_unused]] char **argv)
+bool findsScreenPlugin(int argc, char **argv)
 {
-#ifdef Q_OS_WIN
-    const QCoreApplication application(argc, argv);
-    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM", "windows").section(u':', 0, 0);
-    const QStringList folders = QCoreApplication::libraryPaths();
-    return std::any_of(folders.begin(), folders.end(), [&platform](const QString &folder) {
-        return QFileInfo::exists(QStringLiteral("%1/platforms/q%2.dll").arg(folder, platform));
-    });
-#else
-    return true; // Qt ends the program, and setScreenFailure() says why
-#endif
+    const QCoreApplication terminalOnly(argc, argv);
+    return hasScreenPlugin(QCoreApplication::arguments());
 }
 
 /// The words without --style, which QApplication would take for one of its own options.
@@ -97,7 +85,7 @@ int run(int argc, char **argv)
         ProgramLog::tellFailure(problem);
         return int(ExitCode::LocalFile);
     }
-    if (!hasScreenPlugin(argc, argv))
+    if (!findsScreenPlugin(argc, argv))
         endWithoutScreen();
     ProgramLog::setScreenFailure(endWithoutScreen);
     QList<char *> words = wordsForQt(argc, argv);
@@ -131,7 +119,7 @@ int main(int argc, char **argv)
     const int exitCode = run(argc, argv);
     if (DesktopColors::isBusSilent()) {
         std::fflush(nullptr);
-        std::_Exit(exitCode); // the end of QtDBus would wait for the bus
+        ConsoleOutput::endProgram(exitCode); // the end of QtDBus would wait for the bus
     }
     return exitCode;
 }

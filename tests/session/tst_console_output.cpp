@@ -12,6 +12,7 @@ class TestConsoleOutput : public QObject
 
 private Q_SLOTS:
     void readsUtf8WhileItLives();
+    void isLeftAsItWasByAProgramThatEndsAtOnce();
 };
 
 void TestConsoleOutput::readsUtf8WhileItLives()
@@ -24,6 +25,17 @@ void TestConsoleOutput::readsUtf8WhileItLives()
         const ConsoleOutput output;
         QCOMPARE(GetConsoleOutputCP(), UINT(CP_UTF8));
     }
+    QCOMPARE(GetConsoleOutputCP(), Cyrillic);
+}
+
+void TestConsoleOutput::isLeftAsItWasByAProgramThatEndsAtOnce()
+{
+    constexpr UINT Cyrillic = 866;
+    FreeConsole();
+    QVERIFY(AllocConsole());
+    QVERIFY(SetConsoleOutputCP(Cyrillic));
+    const ConsoleOutput output;
+    ConsoleOutput::restoreConsole();
     QCOMPARE(GetConsoleOutputCP(), Cyrillic);
 }
 

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void init() { startRecorder(); }
     void readsAddresses_data();
     void readsAddresses();
+    void refusesLettersThatWouldBeLost();
     void showsTextWithoutAScreen();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
@@ -61,6 +62,14 @@ void TestSetupProgram::readsAddresses()
     const CommandLine read = CommandLine::parse(QStringList("paravue-setup") + arguments);
     QCOMPARE(read.text, QString());
     QTEST(read.address, "address");
+}
+
+void TestSetupProgram::refusesLettersThatWouldBeLost()
+{
+    // Half of a surrogate pair is a letter that no encoding has.
+    const QString password = QString(QChar(0xd800)) + "x";
+    const CommandLine read = CommandLine::parse({"paravue-setup", "admin:" + password + "@host", "--digest"});
+    QVERIFY2(read.text.contains("letters"), qPrintable(read.text));
 }
 
 void TestSetupProgram::showsTextWithoutAScreen()
@@ -199,6 +208,11 @@ void TestSetupProgram::saysWhyItCannotStart_data()
 {
     const TestTable<QStringList, QString, int, QString> row("arguments", "platform", "exitCode", "reason");
     row("no screen", {"nobody:x@127.0.0.1:1"}, "xcb", 2, "there is no screen");
+    row("no pictures without a screen", {"--demo", "--screenshot", "x"}, "xcb", 2, "there is no screen");
+    row("unknown screen", {"-platform", "nosuch", "nobody:x@127.0.0.1:1"}, "offscreen", 2,
+        "there is no screen");
+    row("second screen of a list", {"nobody:x@127.0.0.1:1", "--screenshot", "x"}, "nosuch:a;offscreen", 3,
+        "refuses the connection");
     row("unknown model", {"--demo", "--model", "other", "--screenshot", "x"}, "offscreen", 2,
         "there is no model \"other\", only: standard, everything");
     row("nothing to check", {"--check", "/no/such/file"}, "none", 6, "/no/such/file cannot be read: ");
