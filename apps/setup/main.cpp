@@ -5,6 +5,7 @@
 #include "CheckReport.h"
 #include "CommandLine.h"
 #include "DesktopColors.h"
+#include "PortableSettings.h"
 #include "ProgramLog.h"
 #include "ScreenPlugin.h"
 #include "SetupProgram.h"
@@ -27,6 +28,7 @@ namespace
 CommandLine readCommandLine(int argc, char **argv)
 {
     const QCoreApplication terminalOnly(argc, argv);
+    keepSettingsBesideProgram(QCoreApplication::applicationDirPath());
     return CommandLine::parse(QCoreApplication::arguments());
 }
 

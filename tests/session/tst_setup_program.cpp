@@ -1,6 +1,9 @@
 #include "OwnUserFolders.h"
 #include "ProgramRun.h"
+#include "device/RememberedWindows.h"
 #include "setup/CommandLine.h"
+#include "setup/PortableSettings.h"
+#include "snapshots/SnapshotStore.h"
 #include "support/OwnerOnly.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
@@ -23,6 +26,7 @@ private Q_SLOTS:
     void readsAddresses_data();
     void readsAddresses();
     void refusesLettersThatWouldBeLost();
+    void keepsSettingsOfAPortableCopyBesideIt();
     void showsTextWithoutAScreen();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
@@ -70,6 +74,27 @@ void TestSetupProgram::refusesLettersThatWouldBeLost()
     const QString password = QString(QChar(0xd800)) + "x";
     const CommandLine read = CommandLine::parse({"paravue-setup", "admin:" + password + "@host", "--digest"});
     QVERIFY2(read.text.contains("letters"), qPrintable(read.text));
+}
+
+void TestSetupProgram::keepsSettingsOfAPortableCopyBesideIt()
+{
+    const QByteArray before = qgetenv("PARAVUE_DATA_HOME");
+    const auto restore = qScopeGuard([&] { qputenv("PARAVUE_DATA_HOME", before); });
+    // Letters of more than one code page.
+    const QString program = m_folder->filePath(QString::fromUtf8("Программа ñ"));
+    QVERIFY(QDir().mkdir(program));
+    qunsetenv("PARAVUE_DATA_HOME");
+    QVERIFY(!keepSettingsBesideProgram(program));
+    QFile marker(program + "/portable.txt");
+    QVERIFY(marker.open(QIODevice::WriteOnly));
+    qputenv("PARAVUE_DATA_HOME", before);
+    QVERIFY(!keepSettingsBesideProgram(program));
+    QCOMPARE(qgetenv("PARAVUE_DATA_HOME"), before);
+    qunsetenv("PARAVUE_DATA_HOME");
+    QVERIFY(keepSettingsBesideProgram(program));
+    rememberWindow("probe", "1");
+    QVERIFY(QFile::exists(program + "/settings/Paravue/settings.ini"));
+    QVERIFY(snapshotsFolder().startsWith(program + "/settings/"));
 }
 
 void TestSetupProgram::showsTextWithoutAScreen()
