@@ -11,6 +11,8 @@ set(PARAVUE_PUBLIC_HEADERS
     entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h entry/cSetupWidget.h
     snapshots/SnapshotStore.h ui/WindowOptions.h
     check/DescriptionCheck.h check/DescriptionSchema.h)
+# The plain C interface needs none of them, and is included without a folder.
+set(PARAVUE_C_HEADER capi/paravue.h)
 
 set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
 
@@ -45,6 +47,8 @@ function(paravue_install_library)
     set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/ParavueSetup)
     install(FILES ${PARAVUE_GENERATED_DIR}/ParavueSetupExport.h
         DESTINATION ${include_dir} COMPONENT development)
+    install(FILES ${PARAVUE_SOURCE_DIR}/${PARAVUE_C_HEADER}
+        DESTINATION ${include_dir} COMPONENT development)
     foreach(header IN LISTS PARAVUE_PUBLIC_HEADERS)
         cmake_path(GET header PARENT_PATH folder)
         install(FILES ${PARAVUE_SOURCE_DIR}/${header}
@@ -56,9 +60,29 @@ function(paravue_install_package)
     install(EXPORT ParavueSetupTargets
         NAMESPACE ParavueSetup::
         DESTINATION ${PARAVUE_PACKAGE_DIR} COMPONENT development)
+    # What a program in C links: the library itself, or its import library on Windows.
+    set(PARAVUE_C_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/ParavueSetup)
+    if(WIN32)
+        set(PARAVUE_C_KIND IMPLIB)
+        set(PARAVUE_C_FILE ${CMAKE_INSTALL_LIBDIR}/ParavueSetup${CMAKE_IMPORT_LIBRARY_SUFFIX})
+    else()
+        set(PARAVUE_C_KIND LOCATION)
+        set(PARAVUE_C_FILE
+            ${CMAKE_INSTALL_LIBDIR}/${CMAKE_SHARED_LIBRARY_PREFIX}ParavueSetup${CMAKE_SHARED_LIBRARY_SUFFIX})
+    endif()
     configure_package_config_file(cmake/ParavueSetupConfig.cmake.in
         ${PARAVUE_GENERATED_DIR}/ParavueSetupConfig.cmake
-        INSTALL_DESTINATION ${PARAVUE_PACKAGE_DIR})
+        INSTALL_DESTINATION ${PARAVUE_PACKAGE_DIR}
+        PATH_VARS PARAVUE_C_FILE PARAVUE_C_INCLUDE_DIR)
+    # For programs in C that are built without CMake.
+    if(UNIX)
+        # Found from the file's own place, so that an installation can be moved.
+        file(RELATIVE_PATH PARAVUE_C_PREFIX
+            ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+        configure_file(cmake/paravue.pc.in ${PARAVUE_GENERATED_DIR}/paravue.pc @ONLY)
+        install(FILES ${PARAVUE_GENERATED_DIR}/paravue.pc
+            DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+    endif()
     # Before 1.0 every minor version may change the interface.
     write_basic_package_version_file(${PARAVUE_GENERATED_DIR}/ParavueSetupConfigVersion.cmake
         COMPATIBILITY SameMinorVersion)
