@@ -2,8 +2,8 @@
 
 #include "PairedRatio.h"
 
-#include "snapshots/FileValues.h"
 #include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotDifferences.h"
 #include "snapshots/SnapshotFolder.h"
 
 #include <QDir>

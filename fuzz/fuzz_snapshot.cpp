@@ -9,9 +9,9 @@
 #include "InputTime.h"
 #include "Require.h"
 
-#include "snapshots/FileValues.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotDifferences.h"
 
 #include <QLoggingCategory>
 

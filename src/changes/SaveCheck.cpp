@@ -38,14 +38,17 @@ bool isMeasured(const QString &value)
 /// Recorders count, and have clocks and thermometers.
 bool isMeasured(const ValueDifference &difference)
 {
-    return isMeasured(difference.before) && isMeasured(difference.after);
+    return isMeasured(difference.before.value_or(QString())) &&
+           isMeasured(difference.after.value_or(QString()));
 }
 
 QList<ValueDifference> sentDifferences(const QString &name, const QByteArray &before, const QByteArray &after)
 {
-    QList<ValueDifference> all = differences(name, before, after);
+    if (before == after)
+        return {};
+    QList<ValueDifference> all = differences(name, FileValues(before), FileValues(after));
     all.removeIf([](const ValueDifference &difference) {
-        return !ChangeList::reachesTheRecorder(ConfigAddress(difference.path));
+        return difference.isOnlyAKey() || !ChangeList::reachesTheRecorder(ConfigAddress(difference.path));
     });
     return all;
 }
@@ -143,10 +146,11 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
         for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
             const Change *own = m_changes.find(difference.path);
-            if (own && own->newValue == difference.after)
+            if (own && own->newValue == difference.after.value_or(QString()))
                 continue;
             if (own || m_isEditable(difference.path) || !isMeasured(difference))
-                result.append({difference.path, difference.before, difference.after,
+                result.append({difference.path, difference.before.value_or(QString()),
+                               difference.after.value_or(QString()),
                                own ? std::optional(own->newValue) : std::nullopt});
         }
     }
@@ -222,7 +226,7 @@ void SaveCheck::keepSent()
     const QList<ValueDifference> values = keptOtherwise();
     keepRecorders();
     for (const ValueDifference &value : values)
-        m_store->setValue(value.path + u'/' + value.before);
+        m_store->setValue(value.path + u'/' + value.before.value_or(QString()));
 }
 
 std::optional<QByteArray> SaveCheck::newerFile(const QString &name) const

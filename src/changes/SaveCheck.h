@@ -1,6 +1,6 @@
 #pragma once
 
-#include "changes/FileDifference.h"
+#include "changes/FileValues.h"
 #include "store/StoreObserver.h"
 
 #include <QByteArray>

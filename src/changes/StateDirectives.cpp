@@ -1,7 +1,7 @@
 #include "changes/StateDirectives.h"
 
 #include "changes/ChangeList.h"
-#include "changes/FileDifference.h"
+#include "changes/FileValues.h"
 #include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
 #include "store/StateTemplate.h"
@@ -30,8 +30,11 @@ QList<ValueDifference> effects(const QString &name, const QByteArray &text, cons
     if (text.isEmpty())
         return {};
     const CompiledState compiled = applyStateDirectives(QString::fromUtf8(text), valueOf);
-    return compiled.fault == CompiledState::Fault::None ? differences(name, text, compiled.text.toUtf8())
-                                                        : QList<ValueDifference>();
+    if (compiled.fault != CompiledState::Fault::None)
+        return {};
+    QList<ValueDifference> all = differences(name, FileValues(text), FileValues(compiled.text.toUtf8()));
+    all.removeIf([](const ValueDifference &difference) { return difference.isOnlyAKey(); });
+    return all;
 }
 
 } // namespace
@@ -57,7 +60,7 @@ QList<Change> pendingChanges(OrbSetup &store, const QString &name)
     const auto valueOf = [&store](const QString &address) { return std::optional(store.value(address)); };
     QList<Change> changes;
     for (const ValueDifference &difference : effects(name, directedText(store, name), valueOf))
-        changes.append({difference.path, difference.before, difference.after});
+        changes.append({difference.path, difference.before, difference.after.value_or(QString())});
     return changes;
 }
 

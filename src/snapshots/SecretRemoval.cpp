@@ -1,6 +1,6 @@
 #include "snapshots/SecretRemoval.h"
 
-#include "snapshots/FileValues.h"
+#include "changes/FileValues.h"
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
 #include "store/OrbSetup.h"

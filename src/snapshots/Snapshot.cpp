@@ -1,6 +1,6 @@
 #include "snapshots/Snapshot.h"
 
-#include "snapshots/FileValues.h"
+#include "changes/FileValues.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,8 @@
 #include "snapshots/SnapshotStore.h"
 
-#include "snapshots/FileValues.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotDifferences.h"
 #include "snapshots/SnapshotFolder.h"
 #include "store/OrbSettings.h"
 #include "store/WholeFile.h"
@@ -73,8 +73,7 @@ void SnapshotStore::load()
         Q_EMIT pseudothrow(tr("There is no room for the files of the snapshot: %1").arg(m_copies->path()));
         return;
     }
-    for (const SnapshotDifference &edit :
-         differences(valuesOf(m_snapshot->files), valuesOf(m_snapshot->edited)))
+    for (const ValueDifference &edit : differences(valuesOf(m_snapshot->files), valuesOf(m_snapshot->edited)))
         setValue(edit.path + u'/' + edit.after.value_or(QString()));
     OrbSetup::load();
 }
@@ -119,7 +118,7 @@ QString SnapshotStore::writeArchive()
     }
     const QStringList withdrawn = m_keepsSecrets ? QStringList() : withdrawSecrets(saved);
     QSet<QString> edited;
-    for (const SnapshotDifference &edit : differences(valuesOf(saved.files), valuesOf(saved.edited)))
+    for (const ValueDifference &edit : differences(valuesOf(saved.files), valuesOf(saved.edited)))
         edited.insert(edit.path.section(u'/', 0, 0));
     saved.edited.removeIf([&edited](auto file) { return !edited.contains(file.key()); });
     const QString problem = snapshotarchive::write(saved, m_path);
@@ -136,7 +135,7 @@ QStringList SnapshotStore::withdrawSecrets(Snapshot &snapshot) const
     const QStringList removed = removeSecrets(emptied);
     const QSet<QString> secrets(removed.begin(), removed.end());
     QStringList withdrawn;
-    for (const SnapshotDifference &edit : differences(valuesOf(snapshot.files), valuesOf(snapshot.edited))) {
+    for (const ValueDifference &edit : differences(valuesOf(snapshot.files), valuesOf(snapshot.edited))) {
         if (!secrets.contains(edit.path))
             continue;
         const QString name = edit.path.section(u'/', 0, 0);

@@ -357,6 +357,7 @@ void TestCheckedSave::keepsWhatSomebodyElseHasChanged_data()
         "'new' 'Gate'");
     row("a removed key", QByteArray(Net).replace("PLACE=Gate\n", ""), {"Page › Place|Gate|–|Gate"}, {},
         "'new'");
+    row("a key without a value", Net + "NOTE=\n", {}, {}, "'new' 'Gate'");
 }
 
 void TestCheckedSave::keepsWhatSomebodyElseHasChanged()

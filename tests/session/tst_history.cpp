@@ -1,6 +1,6 @@
 #include "SetupRun.h"
+#include "changes/FileValues.h"
 #include "recorder/RecorderServer.h"
-#include "snapshots/FileValues.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
 #include "store/ExchangeQueue.h"

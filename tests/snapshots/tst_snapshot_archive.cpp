@@ -1,6 +1,6 @@
-#include "snapshots/FileValues.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotDifferences.h"
 #include "support/TestTable.h"
 
 #include <QJsonDocument>
@@ -390,7 +390,7 @@ void TestSnapshotArchive::listsDifferences()
                    {"state", "A=2\r\n"},
                    {"interface", "a=2\r\n"}};
     QStringList texts;
-    for (const SnapshotDifference &difference : differences(before, after)) {
+    for (const ValueDifference &difference : differences(before, after)) {
         texts << difference.path + ' ' + difference.before.value_or("none") + ' ' +
                      difference.after.value_or("none");
     }

@@ -1,5 +1,5 @@
+#include "changes/FileValues.h"
 #include "snapshots/EditMerge.h"
-#include "snapshots/FileValues.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotStore.h"
 #include "support/FullDisk.h"

@@ -236,10 +236,10 @@ void HistoryDialog::compareTwo(int older, int newer)
     fill(differences(*before, *after));
 }
 
-void HistoryDialog::fill(const QList<SnapshotDifference> &found)
+void HistoryDialog::fill(const QList<ValueDifference> &found)
 {
     QList<QTreeWidgetItem *> rows;
-    for (const SnapshotDifference &difference : found) {
+    for (const ValueDifference &difference : found) {
         if (m_settingsOnly->isChecked() && !m_present.isEditable(difference.path))
             continue;
         const bool isSecret = m_present.isSecret(difference.path);

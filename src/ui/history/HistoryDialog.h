@@ -1,6 +1,6 @@
 #pragma once
 
-#include "snapshots/FileValues.h"
+#include "snapshots/SnapshotDifferences.h"
 #include "snapshots/SnapshotFolder.h"
 #include "ui/binding/EditSteps.h"
 
@@ -54,7 +54,7 @@ private:
     void compare();
     void compareWithPresent(int number);
     void compareTwo(int older, int newer);
-    void fill(const QList<SnapshotDifference> &found);
+    void fill(const QList<ValueDifference> &found);
     void updateButtons();
     QList<int> selectedNumbers() const;
     std::optional<Snapshot> read(int number);
@@ -65,7 +65,7 @@ private:
     QList<KeptSnapshot> m_kept;      ///< the newest first; its rows follow that of the present settings
     int m_counted = 0;               ///< rows whose changes are counted
     std::optional<Snapshot> m_newer; ///< that was counted last; none: the present settings
-    QList<SnapshotDifference> m_found;
+    QList<ValueDifference> m_found;
     QList<ValueEdit> m_restored;
     QTreeWidget *m_snapshots;
     QTreeWidget *m_values;

@@ -153,8 +153,8 @@ void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
         auto *row = new QTreeWidgetItem(m_values);
         row->setText(KeptSetting, m_texts.caption(value.path));
         row->setToolTip(KeptSetting, value.path);
-        row->setText(KeptSent, m_texts.shown(value.path, value.before));
-        row->setText(KeptRecorder, m_texts.shown(value.path, value.after));
+        row->setText(KeptSent, m_texts.shown(value.path, value.before.value_or(QString())));
+        row->setText(KeptRecorder, m_texts.shown(value.path, value.after.value_or(QString())));
         files << value.path.section(u'/', 0, 0);
     }
     for (auto row = m_rows.cbegin(); row != m_rows.cend(); ++row)

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace paravue
+{
+
+/// The values of one configuration file, read as a store reads them.
+class FileValues
+{
+public:
+    FileValues() = default;
+    explicit FileValues(const QByteArray &content);
+
+    /// Nothing without the key \a entry, "section/key".
+    std::optional<QString> value(const QString &entry) const;
+    void set(const QString &entry, const QString &value) { m_values.insert(entry, value); }
+    /// By "section/key".
+    const QHash<QString, QString> &all() const { return m_values; }
+
+private:
+    QHash<QString, QString> m_values;
+};
+
+/// A value that two copies of a configuration file do not agree on.
+struct ValueDifference {
+    QString path;                  ///< "file/section/key"
+    std::optional<QString> before; ///< nothing where there is no such key
+    std::optional<QString> after;
+
+    /// True when one copy has no such key and the other an empty value. Recorders drop keys without a value.
+    bool isOnlyAKey() const { return before.value_or(QString()) == after.value_or(QString()); }
+
+    bool operator==(const ValueDifference &other) const = default;
+};
+
+/// The values that differ between two copies of the file \a name, in the order of their paths.
+QList<ValueDifference> differences(const QString &name, const FileValues &before, const FileValues &after);
+
+} // namespace paravue

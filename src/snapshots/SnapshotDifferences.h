@@ -1,0 +1,26 @@
+#pragma once
+
+#include "changes/FileValues.h"
+#include "snapshots/Snapshot.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+namespace paravue
+{
+
+/// The values of several files by their names.
+using ConfigurationValues = QMap<QString, FileValues>;
+/// Those of \a files that hold settings: the interface description does not.
+ConfigurationValues valuesOf(const FileContents &files);
+
+/// The differing values of all files that both have, in the order of their paths. The time of the recorder's
+/// clock does not count, and neither does what \a leftOut names, as SnapshotInfo::leftOut.
+QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
+                                   const QStringList &leftOut = {});
+/// Those of two snapshots, without what either has left out.
+QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after);
+
+} // namespace paravue
