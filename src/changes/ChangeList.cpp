@@ -43,16 +43,6 @@ private:
     QHash<QString, QString> m_saved; ///< by path
 };
 
-QString Change::shownOldValue() const
-{
-    return isSecret && oldValue ? SecretKeys::dots() : oldValue.value_or(QString());
-}
-
-QString Change::shownNewValue() const
-{
-    return isSecret ? SecretKeys::dots() : newValue;
-}
-
 bool ChangeList::reachesTheRecorder(const ConfigAddress &address)
 {
     return address.hasKey() && address.file() != QLatin1StringView("general") &&

@@ -29,10 +29,6 @@ struct Change {
     QString newValue;
     bool isSecret = false;
 
-    /// As they may be shown: dots in the place of a secret value.
-    QString shownOldValue() const;
-    QString shownNewValue() const;
-
     bool operator==(const Change &other) const = default;
 };
 

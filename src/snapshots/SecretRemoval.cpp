@@ -1,13 +1,12 @@
 #include "snapshots/SecretRemoval.h"
 
+#include "changes/DescribedSecrets.h"
 #include "changes/FileValues.h"
+#include "changes/SecretKeys.h"
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
-#include "store/OrbSetup.h"
 #include "store/StateTemplate.h"
 #include "store/TextPattern.h"
-
-#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <vector>
@@ -155,34 +154,11 @@ QStringList changedEntries(const QByteArray &before, const QByteArray &after)
 
 } // namespace
 
-void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets)
-{
-    const auto isMarked = [](const QXmlStreamAttributes &attributes) {
-        return attributes.value(QLatin1StringView("password")) == QLatin1StringView("on") ||
-               attributes.value(QLatin1StringView("secret")) == QLatin1StringView("yes");
-    };
-    QXmlStreamReader xml(description);
-    std::vector<bool> isSecret; // of the elements around
-    while (!xml.atEnd()) {
-        const QXmlStreamReader::TokenType token = xml.readNext();
-        if (token == QXmlStreamReader::EndElement && !isSecret.empty())
-            isSecret.pop_back();
-        if (token != QXmlStreamReader::StartElement)
-            continue;
-        const bool isWithin = !isSecret.empty() && isSecret.back();
-        if (isWithin && (xml.name() == QLatin1StringView("key") || xml.name() == QLatin1StringView("value")))
-            secrets.mark(OrbSetup::path(xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed()));
-        else
-            // The keys of choices stand within their texts.
-            isSecret.push_back(isMarked(xml.attributes()) ||
-                               (isWithin && xml.name() == QLatin1StringView("text")));
-    }
-}
-
 QStringList removeSecrets(FileContents &files)
 {
     SecretKeys secrets;
-    markDescribedSecrets(files.value(DescriptionFile), secrets);
+    for (const QString &path : describedSecrets(files.value(DescriptionFile)))
+        secrets.mark(path);
     const PatternBudget budget; // one for the directives of all files
     const FileContents complete = files;
     SecretLookup lookup(complete, secrets);

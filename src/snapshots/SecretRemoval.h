@@ -1,14 +1,9 @@
 #pragma once
 
-#include "changes/SecretKeys.h"
 #include "snapshots/Snapshot.h"
 
 namespace paravue
 {
-
-/// Marks in \a secrets what an interface description hides: the addresses of all elements with
-/// password="on" or secret="yes".
-void markDescribedSecrets(const QByteArray &description, SecretKeys &secrets);
 
 /// Empties every secret value in \a files: those of keys whose names tell it, in lines that are commented out
 /// too, what the description among the files hides, and what the directives of a state file have put of such

@@ -1,5 +1,6 @@
 #include "changes/ChangeList.h"
 #include "changes/SaveCheck.h"
+#include "changes/ShownValue.h"
 #include "support/StoreFixture.h"
 #include "support/TestTable.h"
 
@@ -23,8 +24,8 @@ struct Session : StoreFixture {
     {
         QStringList texts;
         for (const Change &change : list.all()) {
-            texts << change.path + ": " + (change.oldValue ? change.shownOldValue() : "none") + " -> " +
-                         change.shownNewValue();
+            texts << change.path + ": " + shownValue(change.oldValue, change.isSecret) + " -> " +
+                         shownValue(change.newValue, change.isSecret);
         }
         return texts;
     }
@@ -75,9 +76,9 @@ void TestChanges::comparesWithTheRecorder_data()
     row("the same value", {"net/untitled/NAME/it's"}, {});
     row("twice", {"net/untitled/ID/1", "net/untitled/ID/2"}, {"net/untitled/ID: old -> 2"});
     row("slashes", {"net/untitled/ID/a/b"}, {"net/untitled/ID: old -> a/b"});
-    row("emptied", {"net/untitled/ID/"}, {"net/untitled/ID: old -> "});
-    row("new key", {"net/untitled/NEW/1"}, {"net/untitled/NEW: none -> 1"});
-    row("new empty key", {"net/untitled/NEW/"}, {"net/untitled/NEW: none -> "});
+    row("emptied", {"net/untitled/ID/"}, {"net/untitled/ID: old -> –"});
+    row("new key", {"net/untitled/NEW/1"}, {"net/untitled/NEW: (none) -> 1"});
+    row("new empty key", {"net/untitled/NEW/"}, {"net/untitled/NEW: (none) -> –"});
     row("without a pristine copy", {"alone/untitled/A/2"}, {"alone/untitled/A: 1 -> 2"});
     row("in order", {"net/untitled/NAME/n", "alone/untitled/A/2"},
         {"alone/untitled/A: 1 -> 2", "net/untitled/NAME: it's -> n"});
@@ -156,7 +157,8 @@ void TestChanges::followsTheDirectivesOfStateFiles()
     const auto pending = [&list] {
         QStringList texts;
         for (const Change &change : list.pendingChanges())
-            texts << change.path + ": " + change.shownOldValue() + " -> " + change.shownNewValue();
+            texts << change.path + ": " + shownValue(change.oldValue, change.isSecret) + " -> " +
+                         shownValue(change.newValue, change.isSecret);
         return texts;
     };
     QCOMPARE(pending(), QStringList());
@@ -219,8 +221,9 @@ void TestChanges::hidesSecrets()
     QCOMPARE(described.isKnown(path), isSecret);
     QVERIFY(described.contains(path) == isSecret && asked == 1);
     const Change change{path, "long old value", "new", isSecret};
-    QCOMPARE(change.shownOldValue() == change.shownNewValue(), isSecret);
-    QCOMPARE(change.shownNewValue() == "new", !isSecret);
+    QCOMPARE(shownValue(change.oldValue, change.isSecret) == shownValue(change.newValue, change.isSecret),
+             isSecret);
+    QCOMPARE(shownValue(change.newValue, change.isSecret) == "new", !isSecret);
 }
 
 QTEST_GUILESS_MAIN(TestChanges)

@@ -1,15 +1,13 @@
 #include "ui/history/HistoryDialog.h"
 
-#include "controls/DialogFrame.h"
-#include "controls/WindowLook.h"
+#include "changes/ShownValue.h"
 #include "snapshots/SnapshotArchive.h"
+#include "ui/base/DialogParts.h"
 #include "ui/base/WindowStyle.h"
-#include "ui/history/DifferenceRows.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
@@ -23,25 +21,17 @@
 namespace paravue
 {
 
+using namespace dialogparts;
+
 namespace
 {
 
 enum HistoryColumn { TimeColumn, ChangesColumn, RemarkColumn };
 constexpr QSize HistorySize(780, 560);
-constexpr int TimeWidth = 200;
-constexpr int ChangesWidth = 160;
+const QList<int> SnapshotWidths{200, 160};
+const QList<int> ValueWidths{250, 130, 130};
 constexpr int ShareOfSnapshots = 2; // of the height, in fifths
 constexpr int ShareOfValues = 3;
-
-QToolButton *makeHistoryButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
-{
-    auto *button = new QToolButton(parent);
-    button->setText(text);
-    button->setToolTip(toolTip);
-    button->setObjectName(QLatin1StringView(name));
-    button->setFocusPolicy(Qt::StrongFocus);
-    return button;
-}
 
 QString snapshotTime(const SnapshotInfo &info)
 {
@@ -59,35 +49,32 @@ HistoryDialog::HistoryDialog(const SnapshotFolder &folder, PresentSettings prese
     listSnapshots();
     compare();
     m_snapshots->setFocus();
-    WindowLook::apply(*this);
-    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    finish(*this);
 }
 
 void HistoryDialog::createWidgets()
 {
-    m_snapshots = new QTreeWidget(this);
-    differencerows::prepare(*m_snapshots, {tr("Kept"), tr("Changed afterwards"), tr("Remark")});
-    m_snapshots->header()->resizeSection(TimeColumn, TimeWidth);
-    m_snapshots->header()->resizeSection(ChangesColumn, ChangesWidth);
-    m_snapshots->setAccessibleName(tr("Snapshots, the newest first"));
+    m_snapshots = makeList({tr("Kept"), tr("Changed afterwards"), tr("Remark")}, SnapshotWidths,
+                           tr("Snapshots, the newest first"), this);
+    m_snapshots->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_snapshots->setToolTip(tr("Select one to compare it with the present settings, or two to compare them"));
     m_snapshots->setObjectName(QStringLiteral("snapshots"));
     m_caption = new QLabel(this);
     m_caption->setTextFormat(Qt::PlainText);
-    m_values = new QTreeWidget(this);
+    m_values = makeList({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")}, ValueWidths,
+                        tr("Different values"), this);
+    m_values->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_values->setObjectName(QStringLiteral("values"));
-    m_values->setAccessibleName(tr("Different values"));
-    differencerows::prepare(*m_values, {tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     m_settingsOnly = new QCheckBox(tr("Only what this window edits"), this);
     m_settingsOnly->setChecked(true);
     m_note = new QLabel(this);
     m_note->setTextFormat(Qt::PlainText);
     m_note->setWordWrap(true);
-    m_restore = makeHistoryButton(
-        tr("Restore"), tr("Set the selected values to those of the snapshot (Enter)"), "restore", this);
-    m_restoreAll = makeHistoryButton(tr("Restore all"), tr("Set all listed values to those of the snapshot"),
-                                     "restoreAll", this);
-    m_show = makeHistoryButton(tr("Show"), tr("Show the snapshot in a window of its own"), "show", this);
+    m_restore = makeButton(tr("Restore"), tr("Set the selected values to those of the snapshot (Enter)"),
+                           "restore", this);
+    m_restoreAll = makeButton(tr("Restore all"), tr("Set all listed values to those of the snapshot"),
+                              "restoreAll", this);
+    m_show = makeButton(tr("Show"), tr("Show the snapshot in a window of its own"), "show", this);
     m_counter = new QTimer(this);
 
     connect(m_snapshots, &QTreeWidget::itemSelectionChanged, this, &HistoryDialog::compare);
@@ -114,9 +101,7 @@ void HistoryDialog::arrangeWidgets()
         bottom->addWidget(button);
     bottom->addStretch();
     bottom->addWidget(buttons);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    layout->setSpacing(GridSpacing);
+    QVBoxLayout *layout = makeLayout(*this);
     layout->addWidget(m_snapshots, ShareOfSnapshots);
     layout->addLayout(above);
     layout->addWidget(m_values, ShareOfValues);
@@ -134,7 +119,7 @@ void HistoryDialog::listSnapshots()
             remark = misfit(kept.info, m_present.recorder);
         if (remark.isEmpty() && kept.info.isEdited)
             remark = tr("Edited without the recorder");
-        rows << differencerows::row({snapshotTime(kept.info), QString(), remark}, {});
+        rows << makeRow({snapshotTime(kept.info), QString(), remark});
     }
     m_snapshots->addTopLevelItems(rows);
     m_snapshots->setCurrentItem(rows.value(1, rows.constFirst()), 0,
@@ -217,7 +202,7 @@ void HistoryDialog::compareWithPresent(int number)
         m_caption->setText(m_kept[number].problem);
         return;
     }
-    differencerows::prepare(*m_values, {tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
+    m_values->setHeaderLabels({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     if (!snapshot->info.leftOut.isEmpty())
         m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
     fill(differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut));
@@ -231,8 +216,8 @@ void HistoryDialog::compareTwo(int older, int newer)
         m_caption->setText(m_kept[before ? newer : older].problem);
         return;
     }
-    differencerows::prepare(
-        *m_values, {tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
+    m_values->setHeaderLabels(
+        {tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
     fill(differences(*before, *after));
 }
 
@@ -243,10 +228,8 @@ void HistoryDialog::fill(const QList<ValueDifference> &found)
         if (m_settingsOnly->isChecked() && !m_present.isEditable(difference.path))
             continue;
         const bool isSecret = m_present.isSecret(difference.path);
-        rows << differencerows::row({m_present.caption(difference.path),
-                                     differencerows::shown(difference.before, isSecret),
-                                     differencerows::shown(difference.after, isSecret), difference.path},
-                                    difference.path);
+        rows << makeRow({m_present.caption(difference.path), shownValue(difference.before, isSecret),
+                         shownValue(difference.after, isSecret), difference.path});
         m_found << difference;
     }
     m_values->addTopLevelItems(rows);

@@ -1,13 +1,10 @@
 #include "ui/history/MergeDialog.h"
 
-#include "controls/DialogFrame.h"
+#include "changes/ShownValue.h"
 #include "controls/DialogIcons.h"
-#include "controls/WindowLook.h"
-#include "ui/base/WindowStyle.h"
-#include "ui/history/DifferenceRows.h"
+#include "ui/base/DialogParts.h"
 
 #include <QDialogButtonBox>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -19,17 +16,21 @@
 namespace paravue
 {
 
+using namespace dialogparts;
+
 namespace
 {
 
 constexpr QSize MergeSize(880, 420);
-constexpr int MergeWidths[] = {190, 115, 115, 115, 200};
+const QList<int> MergeWidths{190, 115, 115, 115, 200};
 
 } // namespace
 
 MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &edits,
                          const PresentSettings &present, QWidget *parent)
-    : QDialog(parent), m_edits(edits), m_list(new QTreeWidget(this))
+    : QDialog(parent), m_edits(edits), m_list(makeList({tr("Setting"), tr("Snapshot"), tr("Edited"),
+                                                        tr("Recorder now"), tr("Remark"), tr("Address")},
+                                                       MergeWidths, tr("Edits to take over"), this))
 {
     std::stable_partition(m_edits.begin(), m_edits.end(),
                           [](const MergedEdit &edit) { return edit.state == MergedEdit::State::Collides; });
@@ -37,20 +38,14 @@ MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &
     auto *text = new QLabel(heading(snapshot, present), this);
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
-    differencerows::prepare(*m_list, {tr("Setting"), tr("Snapshot"), tr("Edited"), tr("Recorder now"),
-                                      tr("Remark"), tr("Address")});
-    for (int column = 0; column < int(std::size(MergeWidths)); ++column)
-        m_list->header()->resizeSection(column, MergeWidths[column]);
-    m_list->setAccessibleName(tr("Edits to take over"));
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setObjectName(QStringLiteral("edits"));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     QPushButton *takeOver = buttons->addButton(tr("Take over"), QDialogButtonBox::AcceptRole);
     takeOver->setDefault(true);
     takeOver->setToolTip(tr("Make the checked edits in the window, where they can be reviewed and sent"));
     setOwnIcons(*buttons);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    layout->setSpacing(GridSpacing);
+    QVBoxLayout *layout = makeLayout(*this);
     layout->addWidget(text);
     layout->addWidget(m_list, 1);
     layout->addWidget(buttons);
@@ -60,8 +55,7 @@ MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &
     fill(present);
     m_list->installEventFilter(this);
     m_list->setFocus();
-    WindowLook::apply(*this);
-    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    finish(*this);
 }
 
 QString MergeDialog::heading(const SnapshotInfo &snapshot, const PresentSettings &present) const
@@ -94,20 +88,15 @@ void MergeDialog::fill(const PresentSettings &present)
         else if (edit.state == MergedEdit::State::NoFile)
             remark = tr("The recorder has no such file");
         QTreeWidgetItem *row =
-            differencerows::row({present.caption(edit.path), differencerows::shown(edit.before, isSecret),
-                                 differencerows::shown(edit.edited, isSecret),
-                                 differencerows::shown(edit.now, isSecret), remark, edit.path},
-                                edit.path);
+            makeRow({present.caption(edit.path), shownValue(edit.before, isSecret),
+                     shownValue(edit.edited, isSecret), shownValue(edit.now, isSecret), remark, edit.path});
         const bool canTake =
             edit.state == MergedEdit::State::Fits || edit.state == MergedEdit::State::Collides;
         if (canTake)
             row->setCheckState(0, edit.state == MergedEdit::State::Fits ? Qt::Checked : Qt::Unchecked);
         rows << row;
     }
-    m_list->addTopLevelItems(rows);
-    if (!rows.isEmpty())
-        m_list->setCurrentItem(rows.constFirst(), 0,
-                               QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    setRows(*m_list, rows);
 }
 
 QList<ValueEdit> MergeDialog::chosen() const

@@ -1,7 +1,6 @@
 #include "ui/history/SnapshotHistory.h"
 
 #include "controls/OrbDlgQuestion.h"
-#include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
 #include "snapshots/SnapshotStore.h"
@@ -114,11 +113,7 @@ PresentSettings SnapshotHistory::present() const
     }
     present.caption = [this](const QString &path) { return m_changes.caption(path); };
     present.isEditable = [this](const QString &path) { return m_changes.isEditable(path); };
-    SecretKeys described;
-    markDescribedSecrets(files.value(QStringLiteral("interface")), described);
-    present.isSecret = [this, described](const QString &path) {
-        return described.contains(path) || m_changes.list().isSecret(path);
-    };
+    present.isSecret = [this](const QString &path) { return m_changes.list().isSecret(path); };
     return present;
 }
 

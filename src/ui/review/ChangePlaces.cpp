@@ -5,7 +5,6 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/review/DescribedAddress.h"
-#include "ui/review/SecretFields.h"
 
 #include <QLineEdit>
 #include <QScrollArea>
@@ -65,7 +64,7 @@ QList<const Control *> ChangePlaces::editors(const QString &path) const
 bool ChangePlaces::isSecretField(const Control &control)
 {
     const auto *field = qobject_cast<const QLineEdit *>(control.widget);
-    return (field && field->echoMode() != QLineEdit::Normal) || SecretFields::isMarked(control.element);
+    return (field && field->echoMode() != QLineEdit::Normal) || isMarkedSecret(control.element);
 }
 
 QString ChangePlaces::caption(const Control &control)

@@ -1,5 +1,6 @@
 #include "ui/review/ChangeTracking.h"
 
+#include "changes/DescribedSecrets.h"
 #include "controls/OrbDlgQuestion.h"
 #include "store/ConfigAddress.h"
 #include "ui/binding/Bindings.h"
@@ -8,7 +9,6 @@
 #include "ui/binding/ControlTable.h"
 #include "ui/review/FindIndex.h"
 #include "ui/review/ReviewDialog.h"
-#include "ui/review/SecretFields.h"
 
 #include <QShortcut>
 #include <QToolButton>
@@ -67,8 +67,14 @@ ChangeTracking::~ChangeTracking()
 void ChangeTracking::startDescription()
 {
     m_hostChanges = m_list.all();
-    m_list.secrets().setSource(
-        [this] { return SecretFields::paths(m_context.description().document(), m_adapterOf); });
+    m_list.secrets().setSource([this] {
+        const QString name = QStringLiteral("interface");
+        OrbSetup &store = m_context.store();
+        QByteArray description;
+        if (store.fileExists(name))
+            InterfaceDocument::read(store.filePath(name), description);
+        return describedSecrets(description);
+    });
     m_described.reset();
     m_problems.forgetRemoved();
     markAll();

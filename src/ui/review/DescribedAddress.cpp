@@ -1,7 +1,9 @@
 #include "ui/review/DescribedAddress.h"
 
+#include "changes/DescribedSecrets.h"
 #include "store/OrbSetup.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/page/GridCell.h"
 
 namespace paravue
 {
@@ -24,6 +26,12 @@ QString DescribedAddress::path() const
 {
     const bool isOne = form == KeyRule::Value || form == KeyRule::Assignment;
     return isOne ? OrbSetup::path(text) : QString();
+}
+
+bool isMarkedSecret(const QDomElement &element)
+{
+    return isMarkedSecret(element.attribute(QStringLiteral("password")),
+                          element.attribute(secretRule().name));
 }
 
 QList<DescribedAddress> describedAddresses(const QDomElement &element, const ControlAdapter &adapter)

@@ -20,6 +20,9 @@ struct DescribedAddress {
     QString path() const;
 };
 
+/// Hides what is typed into it, or says that its values are secret.
+bool isMarkedSecret(const QDomElement &element);
+
 /// The keys of a choice stand within its text.
 QList<DescribedAddress> describedAddresses(const QDomElement &element, const ControlAdapter &adapter);
 

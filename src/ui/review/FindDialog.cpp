@@ -1,13 +1,10 @@
 #include "ui/review/FindDialog.h"
 
-#include "controls/DialogFrame.h"
-#include "controls/WindowLook.h"
-#include "ui/base/WindowStyle.h"
+#include "ui/base/DialogParts.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,7 +18,7 @@ namespace
 {
 
 constexpr QSize FindSize(860, 440);
-constexpr int FoundWidths[] = {190, 160, 140, 130};
+const QList<int> FoundWidths{190, 160, 140, 130};
 /// More rows are not read, and making them would take longer than the search.
 constexpr qsizetype MostRows = 200;
 
@@ -35,29 +32,22 @@ bool isForTheList(int key)
 FindDialog::FindDialog(const FindIndex &index, Ways ways, QWidget *parent)
     : QDialog(parent), m_index(index), m_ways(std::move(ways)), m_query(new QLineEdit(this)),
       m_changedOnly(new QCheckBox(tr("Changed only"), this)),
-      m_withProblems(new QCheckBox(tr("With problems"), this)), m_list(new QTreeWidget(this)),
+      m_withProblems(new QCheckBox(tr("With problems"), this)),
+      m_list(dialogparts::makeList({tr("Setting"), tr("Place"), tr("Group"), tr("Value"), tr("Address")},
+                                   FoundWidths, tr("Found"), this)),
       m_count(new QLabel(this)), m_way(new QLabel(this))
 {
     setWindowTitle(tr("Find"));
     m_query->setPlaceholderText(tr("Caption, choice, value or address"));
     m_query->setAccessibleName(tr("Find"));
     m_query->setClearButtonEnabled(true);
-    m_list->setHeaderLabels({tr("Setting"), tr("Place"), tr("Group"), tr("Value"), tr("Address")});
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setAllColumnsShowFocus(true);
-    m_list->setAccessibleName(tr("Found"));
-    for (int column = 0; column < int(std::size(FoundWidths)); ++column)
-        m_list->header()->resizeSection(column, FoundWidths[column]);
 
     auto *filters = new QHBoxLayout;
     filters->addWidget(m_changedOnly);
     filters->addWidget(m_withProblems);
     filters->addStretch();
     filters->addWidget(m_count);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    layout->setSpacing(GridSpacing);
+    QVBoxLayout *layout = dialogparts::makeLayout(*this);
     layout->addWidget(m_query);
     layout->addLayout(filters);
     layout->addWidget(m_list, 1);
@@ -75,8 +65,7 @@ FindDialog::FindDialog(const FindIndex &index, Ways ways, QWidget *parent)
     m_list->installEventFilter(this);
     m_query->setFocus();
     search();
-    WindowLook::apply(*this);
-    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    dialogparts::finish(*this);
 }
 
 void FindDialog::search()
@@ -87,16 +76,10 @@ void FindDialog::search()
     m_list->clear(); // its rows tell the number of what was found
     m_found = m_index.find(m_query->text(), filters);
     QList<QTreeWidgetItem *> rows;
-    for (const FindIndex::Entry *entry : m_found.first(qMin(m_found.size(), MostRows))) {
-        auto *row =
-            new QTreeWidgetItem({entry->caption, entry->place, entry->group, entry->value, entry->address});
-        for (int column = 0; column < m_list->columnCount(); ++column)
-            row->setToolTip(column, row->text(column));
-        rows << row;
-    }
-    m_list->addTopLevelItems(rows);
-    if (!rows.isEmpty())
-        m_list->setCurrentItem(rows.constFirst());
+    for (const FindIndex::Entry *entry : m_found.first(qMin(m_found.size(), MostRows)))
+        rows << dialogparts::makeRow(
+            {entry->caption, entry->place, entry->group, entry->value, entry->address});
+    dialogparts::setRows(*m_list, rows);
     showWay();
     m_count->setText(m_found.size() > MostRows ? tr("The first %1 of %2").arg(MostRows).arg(m_found.size())
                                                : QString::number(m_found.size()));

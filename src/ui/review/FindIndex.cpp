@@ -10,7 +10,6 @@
 #include "ui/review/ChangePlaces.h"
 #include "ui/review/DescribedItems.h"
 #include "ui/review/FieldProblems.h"
-#include "ui/review/SecretFields.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -112,7 +111,7 @@ void FindIndex::addDescribed(const DescribedItem &item)
             texts << plainText(m_context.text(ownText(child)));
     }
     add(std::move(entry), texts, paths.first(qMin(paths.size(), MostAddresses)),
-        SecretFields::isMarked(item.element));
+        isMarkedSecret(item.element));
 }
 
 void FindIndex::add(Entry entry, QStringList texts, const QStringList &paths, bool isSecret)

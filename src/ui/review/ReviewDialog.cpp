@@ -1,8 +1,9 @@
 #include "ui/review/ReviewDialog.h"
 
-#include "controls/DialogFrame.h"
+#include "changes/ShownValue.h"
 #include "controls/DialogIcons.h"
 #include "controls/WindowLook.h"
+#include "ui/base/DialogParts.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/review/TabBadges.h"
 
@@ -19,51 +20,27 @@
 namespace paravue
 {
 
+using namespace dialogparts;
+
 namespace
 {
 
-enum Column { Setting, Old, New, Address, ColumnCount };
 constexpr int PathRole = Qt::UserRole;
 constexpr int IsShownRole = Qt::UserRole + 1;
 constexpr int IsEditRole = Qt::UserRole + 2;
 constexpr int ControlRole = Qt::UserRole; ///< of a problem
 constexpr QSize ReviewSize(760, 400);
-constexpr int ChangeWidths[] = {270, 140, 140};
-
-QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
-{
-    auto *button = new QToolButton(parent);
-    button->setText(text);
-    button->setToolTip(toolTip);
-    button->setObjectName(QLatin1StringView(name));
-    button->setFocusPolicy(Qt::StrongFocus);
-    return button;
-}
-
-QTreeWidget *makeProblemList(QWidget *parent)
-{
-    auto *list = new QTreeWidget(parent);
-    list->setObjectName(QStringLiteral("problems"));
-    list->setHeaderLabels({ReviewDialog::tr("Setting"), ReviewDialog::tr("Problem")});
-    list->setRootIsDecorated(false);
-    list->setUniformRowHeights(true);
-    list->setAllColumnsShowFocus(true);
-    list->setAccessibleName(ReviewDialog::tr("Problems"));
-    list->header()->resizeSection(0, ChangeWidths[0]);
-    return list;
-}
-
-/// A value with line ends, or an empty one, in one line.
-QString inOneLine(const QString &value)
-{
-    return value.isEmpty() ? QStringLiteral("–") : value.simplified();
-}
+constexpr int SettingWidth = 270;
+constexpr int ValueWidth = 140;
 
 } // namespace
 
 ReviewDialog::ReviewDialog(Changes changes, Problems problems, QWidget *parent)
     : QDialog(parent), m_changes(std::move(changes)), m_problems(std::move(problems)),
-      m_list(new QTreeWidget(this)), m_problemsTitle(new QLabel(this)), m_problemList(makeProblemList(this)),
+      m_list(makeList({tr("Setting"), tr("Recorder"), tr("New"), tr("Address")},
+                      {SettingWidth, ValueWidth, ValueWidth}, tr("Changes that were not sent yet"), this)),
+      m_problemsTitle(new QLabel(this)),
+      m_problemList(makeList({tr("Setting"), tr("Problem")}, {SettingWidth}, tr("Problems"), this)),
       m_takeBack(makeButton(tr("Take back"), tr("Set the selected values to those of the recorder (Delete)"),
                             "takeBack", this)),
       m_takeAllBack(makeButton(tr("Take all back"), tr("Set all values to those of the recorder"),
@@ -72,23 +49,15 @@ ReviewDialog::ReviewDialog(Changes changes, Problems problems, QWidget *parent)
       m_buttons(new QDialogButtonBox(QDialogButtonBox::Close, this))
 {
     setWindowTitle(tr("Changes"));
-    m_list->setHeaderLabels({tr("Setting"), tr("Recorder"), tr("New"), tr("Address")});
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setAllColumnsShowFocus(true);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_list->setAccessibleName(tr("Changes that were not sent yet"));
-    for (int column = 0; column < Address; ++column)
-        m_list->header()->resizeSection(column, ChangeWidths[column]);
+    m_problemList->setObjectName(QStringLiteral("problems"));
 
     auto *bottom = new QHBoxLayout;
     for (QToolButton *button : {m_takeBack, m_takeAllBack, m_goTo})
         bottom->addWidget(button);
     bottom->addStretch();
     bottom->addWidget(m_buttons);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    layout->setSpacing(GridSpacing);
+    QVBoxLayout *layout = makeLayout(*this);
     layout->addWidget(m_problemsTitle);
     layout->addWidget(m_problemList);
     layout->addWidget(m_list, 1);
@@ -116,8 +85,7 @@ ReviewDialog::ReviewDialog(Changes changes, Problems problems, QWidget *parent)
     fill();
     const bool hasProblemsOnly = m_list->topLevelItemCount() == 0 && m_problemList->topLevelItemCount() > 0;
     (hasProblemsOnly ? m_problemList : m_list)->setFocus();
-    WindowLook::apply(*this);
-    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    finish(*this);
 }
 
 void ReviewDialog::offerSending()
@@ -133,26 +101,18 @@ void ReviewDialog::offerSending()
 
 void ReviewDialog::fill()
 {
-    m_list->clear();
     QList<QTreeWidgetItem *> rows;
     for (const ReviewedChange &reviewed : m_changes()) {
         const Change &change = reviewed.change;
-        auto *row = new QTreeWidgetItem;
-        row->setText(Setting, reviewed.caption.isEmpty() ? change.path : reviewed.caption);
-        row->setText(Old, change.oldValue ? inOneLine(change.shownOldValue()) : tr("(none)"));
-        row->setText(New, inOneLine(change.shownNewValue()));
-        row->setText(Address, change.path);
-        for (int column = 0; column < ColumnCount; ++column)
-            row->setToolTip(column, row->text(column));
+        QTreeWidgetItem *row = makeRow({reviewed.caption.isEmpty() ? change.path : reviewed.caption,
+                                        shownValue(change.oldValue, change.isSecret),
+                                        shownValue(change.newValue, change.isSecret), change.path});
         row->setData(0, PathRole, change.path);
         row->setData(0, IsShownRole, reviewed.isShown);
         row->setData(0, IsEditRole, reviewed.isEdit);
         rows << row;
     }
-    m_list->addTopLevelItems(rows);
-    if (!rows.isEmpty())
-        m_list->setCurrentItem(rows.constFirst(), 0,
-                               QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    setRows(*m_list, rows);
     fillProblems();
     updateButtons();
 }
@@ -162,10 +122,9 @@ void ReviewDialog::fillProblems()
     m_problemList->clear();
     const QList<ReviewedProblem> problems = m_problems();
     for (const ReviewedProblem &problem : problems) {
-        auto *row = new QTreeWidgetItem(m_problemList, {problem.caption, problem.text});
+        QTreeWidgetItem *row = makeRow({problem.caption, problem.text});
         row->setData(0, ControlRole, problem.control);
-        for (int column = 0; column < m_problemList->columnCount(); ++column)
-            row->setToolTip(column, row->text(column));
+        m_problemList->addTopLevelItem(row);
     }
     // Without a selection, which belongs to the list that has the focus.
     m_problemList->setCurrentItem(m_problemList->topLevelItem(0), 0, QItemSelectionModel::NoUpdate);

@@ -1,13 +1,10 @@
 #include "ui/sending/ForeignChangesDialog.h"
 
-#include "changes/SecretKeys.h"
-#include "controls/DialogFrame.h"
+#include "changes/ShownValue.h"
 #include "controls/DialogIcons.h"
-#include "controls/WindowLook.h"
-#include "ui/base/WindowStyle.h"
+#include "ui/base/DialogParts.h"
 
 #include <QDialogButtonBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -16,26 +13,27 @@
 namespace paravue
 {
 
+using namespace dialogparts;
+
 namespace
 {
 
-enum ForeignColumn { ForeignSetting, ForeignBefore, ForeignRecorder, ForeignOwn, ForeignColumnCount };
+enum ForeignColumn { ForeignSetting, ForeignBefore, ForeignRecorder, ForeignOwn };
 constexpr int ForeignPathRole = Qt::UserRole;
 constexpr QSize ForeignListSize(800, 380);
-constexpr int ForeignWidths[] = {280, 150, 150};
+const QList<int> ForeignWidths{280, 150, 150};
 
 } // namespace
 
-QString ValueTexts::shown(const QString &path, const QString &value) const
+QString ValueTexts::shown(const QString &path, const std::optional<QString> &value) const
 {
-    if (isSecret(path))
-        return SecretKeys::dots();
-    return value.isEmpty() ? QStringLiteral("–") : value.simplified();
+    return shownValue(value, isSecret(path));
 }
 
 ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, const ValueTexts &texts,
                                            QWidget *parent)
-    : QDialog(parent), m_list(new QTreeWidget(this))
+    : QDialog(parent), m_list(makeList({tr("Setting"), tr("Was"), tr("Recorder now"), tr("Send mine")},
+                                       ForeignWidths, tr("Changed by somebody else"), this))
 {
     setWindowTitle(tr("Changed by somebody else"));
     auto *text =
@@ -43,25 +41,17 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
                       "kept; tick those that are to get your value instead."),
                    this);
     text->setWordWrap(true);
-    m_list->setHeaderLabels({tr("Setting"), tr("Was"), tr("Recorder now"), tr("Send mine")});
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setAllColumnsShowFocus(true);
-    m_list->setAccessibleName(windowTitle());
-    for (int column = 0; column < ForeignOwn; ++column)
-        m_list->header()->resizeSection(column, ForeignWidths[column]);
+    QList<QTreeWidgetItem *> rows;
     for (const ForeignChange &change : changes) {
-        auto *row = new QTreeWidgetItem(m_list);
-        row->setText(ForeignSetting, texts.caption(change.path));
-        row->setText(ForeignBefore, texts.shown(change.path, change.before));
-        row->setText(ForeignRecorder, texts.shown(change.path, change.recorder));
-        row->setText(ForeignOwn, texts.shown(change.path, change.own.value_or(change.before)));
+        QTreeWidgetItem *row = makeRow({texts.caption(change.path), texts.shown(change.path, change.before),
+                                        texts.shown(change.path, change.recorder),
+                                        texts.shown(change.path, change.own.value_or(change.before))});
+        row->setToolTip(ForeignSetting, change.path);
         row->setCheckState(ForeignOwn, Qt::Unchecked);
-        for (int column = 0; column < ForeignColumnCount; ++column)
-            row->setToolTip(column, column == ForeignSetting ? change.path : row->text(column));
         row->setData(0, ForeignPathRole, change.path);
+        rows << row;
     }
-    m_list->setCurrentItem(m_list->topLevelItem(0));
+    setRows(*m_list, rows);
 
     auto *buttons = new QDialogButtonBox(this);
     QPushButton *goOn = buttons->addButton(tr("Continue"), QDialogButtonBox::AcceptRole);
@@ -70,17 +60,14 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    layout->setSpacing(GridSpacing);
+    QVBoxLayout *layout = makeLayout(*this);
     layout->addWidget(text);
     layout->addWidget(m_list, 1);
     layout->addWidget(buttons);
     resize(ForeignListSize);
     m_list->setFocus();
-    WindowLook::apply(*this);
     setOwnIcons(*buttons);
-    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    finish(*this);
 }
 
 QSet<QString> ForeignChangesDialog::own() const

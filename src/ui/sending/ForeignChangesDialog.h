@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QTreeWidget;
 
@@ -19,8 +20,7 @@ struct ValueTexts {
     std::function<QString(const QString &path)> caption;
     std::function<bool(const QString &path)> isSecret;
 
-    /// \a value in one line, dots in the place of a secret one.
-    QString shown(const QString &path, const QString &value) const;
+    QString shown(const QString &path, const std::optional<QString> &value) const;
 };
 
 /// Shows what somebody else has changed at the recorder since it was fetched. It is kept, except where the

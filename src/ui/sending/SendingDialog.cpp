@@ -1,11 +1,9 @@
 #include "ui/sending/SendingDialog.h"
 
-#include "controls/DialogFrame.h"
 #include "controls/WindowLook.h"
-#include "ui/base/WindowStyle.h"
+#include "ui/base/DialogParts.h"
 
 #include <QDialogButtonBox>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
@@ -16,54 +14,38 @@
 namespace paravue
 {
 
+using namespace dialogparts;
+
 namespace
 {
 
-enum FileColumn { FileName, FileState };
-enum KeptColumn { KeptSetting, KeptSent, KeptRecorder };
+constexpr int StateColumn = 1;
 constexpr QSize SendingSize(640, 420);
 constexpr int FileWidth = 300;
-constexpr int KeptWidths[] = {280, 150};
-
-QTreeWidget *makeSendingList(const QStringList &headers, const QString &name, QWidget *parent)
-{
-    auto *list = new QTreeWidget(parent);
-    list->setHeaderLabels(headers);
-    list->setRootIsDecorated(false);
-    list->setUniformRowHeights(true);
-    list->setAllColumnsShowFocus(true);
-    list->setAccessibleName(name);
-    return list;
-}
+const QList<int> KeptWidths{280, 150};
 
 } // namespace
 
 SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
     : QDialog(parent), m_texts(texts), m_headline(new QLabel(this)), m_bar(new QProgressBar(this)),
-      m_files(makeSendingList({tr("File"), tr("State")}, tr("Files"), this)),
-      m_values(makeSendingList({tr("Setting"), tr("Sent"), tr("Recorder")},
-                               tr("Kept otherwise by the recorder"), this)),
+      m_files(makeList({tr("File"), tr("State")}, {FileWidth}, tr("Files"), this)),
+      m_values(makeList({tr("Setting"), tr("Sent"), tr("Recorder")}, KeptWidths,
+                        tr("Kept otherwise by the recorder"), this)),
       m_buttons(new QDialogButtonBox(this))
 {
     setWindowTitle(tr("Sending"));
     setModal(true);
     m_headline->setTextFormat(Qt::PlainText); // names and words come from the recorder
     m_headline->setWordWrap(true);
-    m_files->header()->resizeSection(FileName, FileWidth);
-    for (int column = 0; column < KeptRecorder; ++column)
-        m_values->header()->resizeSection(column, KeptWidths[column]);
     m_values->hide();
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
-    layout->setSpacing(GridSpacing);
+    QVBoxLayout *layout = makeLayout(*this);
     layout->addWidget(m_headline);
     layout->addWidget(m_bar);
     layout->addWidget(m_files, 1);
     layout->addWidget(m_values, 1);
     layout->addWidget(m_buttons);
     resize(SendingSize);
-    WindowLook::apply(*this);
-    DialogFrame::give(*this, DialogFrame::Size::OfTheUser);
+    finish(*this);
     connect(m_buttons, &QDialogButtonBox::clicked, this, [this](QAbstractButton *button) {
         Q_EMIT chosen(static_cast<Choice>(button->property("choice").toInt()));
     });
@@ -105,8 +87,8 @@ void SendingDialog::setFiles(const QStringList &names, const QString &state)
         QTreeWidgetItem *&row = m_rows[name];
         if (!row)
             row = new QTreeWidgetItem(m_files, {name});
-        row->setText(FileState, state);
-        row->setToolTip(FileState, state);
+        row->setText(StateColumn, state);
+        row->setToolTip(StateColumn, state);
     }
 }
 
@@ -148,15 +130,14 @@ void SendingDialog::showConfirmed(const SaveStatus &save)
 void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
 {
     QStringList files;
-    m_values->clear();
+    QList<QTreeWidgetItem *> rows;
     for (const ValueDifference &value : values) {
-        auto *row = new QTreeWidgetItem(m_values);
-        row->setText(KeptSetting, m_texts.caption(value.path));
-        row->setToolTip(KeptSetting, value.path);
-        row->setText(KeptSent, m_texts.shown(value.path, value.before.value_or(QString())));
-        row->setText(KeptRecorder, m_texts.shown(value.path, value.after.value_or(QString())));
+        rows << makeRow({m_texts.caption(value.path), m_texts.shown(value.path, value.before),
+                         m_texts.shown(value.path, value.after)});
+        rows.last()->setToolTip(0, value.path);
         files << value.path.section(u'/', 0, 0);
     }
+    setRows(*m_values, rows);
     for (auto row = m_rows.cbegin(); row != m_rows.cend(); ++row)
         setFiles({row.key()},
                  files.contains(row.key()) ? tr("Sent, kept otherwise") : tr("Sent and confirmed"));

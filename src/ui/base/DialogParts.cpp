@@ -1,0 +1,71 @@
+#include "ui/base/DialogParts.h"
+
+#include "controls/DialogFrame.h"
+#include "controls/WindowLook.h"
+#include "ui/base/WindowStyle.h"
+
+#include <QDialog>
+#include <QHeaderView>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace paravue::dialogparts
+{
+
+QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, const QString &name,
+                      QWidget *parent)
+{
+    auto *list = new QTreeWidget(parent);
+    list->setHeaderLabels(headings);
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    list->setAllColumnsShowFocus(true);
+    list->setAccessibleName(name);
+    for (int column = 0; column < widths.size(); ++column)
+        list->header()->resizeSection(column, widths[column]);
+    return list;
+}
+
+QTreeWidgetItem *makeRow(const QStringList &texts)
+{
+    auto *row = new QTreeWidgetItem(texts);
+    for (int column = 0; column < texts.size(); ++column)
+        row->setToolTip(column, texts[column]);
+    return row;
+}
+
+void setRows(QTreeWidget &list, const QList<QTreeWidgetItem *> &rows)
+{
+    list.clear();
+    list.addTopLevelItems(rows);
+    if (!rows.isEmpty())
+        list.setCurrentItem(rows.constFirst(), 0,
+                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
+{
+    auto *button = new QToolButton(parent);
+    button->setText(text);
+    button->setToolTip(toolTip);
+    button->setObjectName(QLatin1StringView(name));
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+QVBoxLayout *makeLayout(QDialog &dialog)
+{
+    auto *layout = new QVBoxLayout(&dialog);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
+    layout->setSpacing(GridSpacing);
+    return layout;
+}
+
+void finish(QDialog &dialog)
+{
+    WindowLook::apply(dialog);
+    DialogFrame::give(dialog, DialogFrame::Size::OfTheUser);
+}
+
+} // namespace paravue::dialogparts

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QDialog;
+class QToolButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+class QVBoxLayout;
+class QWidget;
+
+namespace paravue
+{
+
+/// What the window's own dialogs with lists have in common.
+namespace dialogparts
+{
+
+/// A list of whole rows with these headings. Its columns have \a widths; the last one takes the rest.
+/// Screen readers call it \a name.
+QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, const QString &name,
+                      QWidget *parent);
+/// A row with these texts, also as tool tips, as narrow columns cut them.
+QTreeWidgetItem *makeRow(const QStringList &texts);
+/// Replaces the rows of \a list. The first one is selected.
+void setRows(QTreeWidget &list, const QList<QTreeWidgetItem *> &rows);
+
+/// A button for what a dialog does with a selected row. Enter does not press it.
+QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);
+
+QVBoxLayout *makeLayout(QDialog &dialog);
+/// To be called once, when all of \a dialog is made: its looks and its frame.
+void finish(QDialog &dialog);
+
+} // namespace dialogparts
+
+} // namespace paravue
