@@ -35,6 +35,9 @@ struct ValueDifference {
 
     /// True when one copy has no such key and the other an empty value. Recorders drop keys without a value.
     bool isOnlyAKey() const { return before.value_or(QString()) == after.value_or(QString()); }
+    /// False when the name of the key or of the section holds a "/". No address can name such a value, so it
+    /// can be shown but not set.
+    bool canBeSet() const { return path.count(u'/') == 2; }
 
     bool operator==(const ValueDifference &other) const = default;
 };

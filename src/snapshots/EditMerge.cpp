@@ -20,7 +20,7 @@ MergedEdit::State stateOf(const MergedEdit &edit, bool isBeforeKnown)
 QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const RecorderValues &recorder)
 {
     QList<MergedEdit> merged;
-    for (const ValueDifference &edit : differences(valuesOf(snapshot.files), valuesOf(snapshot.edited))) {
+    for (const ValueDifference &edit : editsOf(snapshot)) {
         MergedEdit row{edit.path, edit.before, edit.after, {}, MergedEdit::State::NoFile};
         if (recorder.hasFile(edit.path.section(u'/', 0, 0))) {
             row.now = recorder.value(edit.path);

@@ -24,6 +24,13 @@ bool SnapshotInfo::isLeftOut(const QString &path) const
     return leftOut.contains(path) || leftOut.contains(path.section(u'/', 0, 0));
 }
 
+QStringList SnapshotInfo::filesLeftOut(const FileContents &files) const
+{
+    QStringList names = leftOut;
+    names.removeIf([&files](const QString &name) { return name.contains(u'/') || files.contains(name); });
+    return names;
+}
+
 FileContents Snapshot::currentFiles() const
 {
     FileContents current = files;

@@ -35,6 +35,19 @@ QList<ValueDifference> differences(const ConfigurationValues &before, const Conf
     return found;
 }
 
+QList<ValueDifference> editsOf(const Snapshot &snapshot)
+{
+    ConfigurationValues before = valuesOf(snapshot.files);
+    for (const QString &name : snapshot.info.filesLeftOut(snapshot.files))
+        before.insert(name, {});
+    QList<ValueDifference> edits = differences(before, valuesOf(snapshot.edited));
+    edits.removeIf([&](const ValueDifference &edit) {
+        const bool isOfUnknown = !snapshot.files.contains(edit.path.section(u'/', 0, 0));
+        return !edit.canBeSet() || (isOfUnknown && edit.isOnlyAKey());
+    });
+    return edits;
+}
+
 QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after)
 {
     FileContents old = before.currentFiles();

@@ -20,6 +20,9 @@ ConfigurationValues valuesOf(const FileContents &files);
 /// clock does not count, and neither does what \a leftOut names, as SnapshotInfo::leftOut.
 QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,
                                    const QStringList &leftOut = {});
+/// What was edited in \a snapshot without the recorder. A file that was left out whole counts as empty. No
+/// address can name a key with a "/", so none is edited.
+QList<ValueDifference> editsOf(const Snapshot &snapshot);
 /// Those of two snapshots, without what either has left out.
 QList<ValueDifference> differences(const Snapshot &before, const Snapshot &after);
 

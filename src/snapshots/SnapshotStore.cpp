@@ -4,6 +4,7 @@
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotDifferences.h"
 #include "snapshots/SnapshotFolder.h"
+#include "store/IniGrammar.h"
 #include "store/OrbSettings.h"
 #include "store/WholeFile.h"
 
@@ -65,15 +66,20 @@ void SnapshotStore::load()
     for (auto file = m_snapshot->files.cbegin(); file != m_snapshot->files.cend() && isCopied; ++file)
         isCopied = copy(file.key(), *file);
     // Empty, so that there is no message for each control that shows a value of theirs.
-    for (const QString &name : OwnFiles + m_snapshot->info.leftOut) {
-        if (isCopied && !name.contains(u'/') && !m_snapshot->files.contains(name))
+    for (const QString &name : OwnFiles) {
+        if (isCopied && !m_snapshot->files.contains(name))
             isCopied = copy(name, {});
+    }
+    // With a section line, as the sections of what is edited in a file without one are not written.
+    for (const QString &name : m_snapshot->info.filesLeftOut(m_snapshot->files)) {
+        if (isCopied && !OwnFiles.contains(name))
+            isCopied = copy(name, iniSectionLine(DefaultSection).toUtf8());
     }
     if (!isCopied) {
         Q_EMIT pseudothrow(tr("There is no room for the files of the snapshot: %1").arg(m_copies->path()));
         return;
     }
-    for (const ValueDifference &edit : differences(valuesOf(m_snapshot->files), valuesOf(m_snapshot->edited)))
+    for (const ValueDifference &edit : editsOf(*m_snapshot))
         setValue(edit.path + u'/' + edit.after.value_or(QString()));
     OrbSetup::load();
 }
@@ -107,18 +113,18 @@ QString SnapshotStore::writeArchive()
     flush();
     Snapshot saved = *m_snapshot;
     saved.edited.clear();
-    for (auto file = saved.files.cbegin(); file != saved.files.cend(); ++file) {
-        const OrbSettings *settings = m_settings.find(file.key());
+    for (const QString &name : saved.files.keys() + saved.info.filesLeftOut(saved.files)) {
+        const OrbSettings *settings = m_settings.find(name);
         if (settings && !settings->isWritten())
-            return tr("There is no room for the edited values of \"%1\".").arg(file.key());
-        QFile copy(filePath(file.key()));
+            return tr("There is no room for the edited values of \"%1\".").arg(name);
+        QFile copy(filePath(name));
         if (!copy.open(QIODevice::ReadOnly))
-            return tr("The edited values of \"%1\" cannot be read: %2").arg(file.key(), copy.errorString());
-        saved.edited.insert(file.key(), copy.readAll());
+            return tr("The edited values of \"%1\" cannot be read: %2").arg(name, copy.errorString());
+        saved.edited.insert(name, copy.readAll());
     }
     const QStringList withdrawn = m_keepsSecrets ? QStringList() : withdrawSecrets(saved);
     QSet<QString> edited;
-    for (const ValueDifference &edit : differences(valuesOf(saved.files), valuesOf(saved.edited)))
+    for (const ValueDifference &edit : editsOf(saved))
         edited.insert(edit.path.section(u'/', 0, 0));
     saved.edited.removeIf([&edited](auto file) { return !edited.contains(file.key()); });
     const QString problem = snapshotarchive::write(saved, m_path);
@@ -135,7 +141,7 @@ QStringList SnapshotStore::withdrawSecrets(Snapshot &snapshot) const
     const QStringList removed = removeSecrets(emptied);
     const QSet<QString> secrets(removed.begin(), removed.end());
     QStringList withdrawn;
-    for (const ValueDifference &edit : differences(valuesOf(snapshot.files), valuesOf(snapshot.edited))) {
+    for (const ValueDifference &edit : editsOf(snapshot)) {
         if (!secrets.contains(edit.path))
             continue;
         const QString name = edit.path.section(u'/', 0, 0);

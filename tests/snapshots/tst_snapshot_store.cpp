@@ -30,6 +30,7 @@ private Q_SLOTS:
     void init();
     void keepsEditsBesideTheFetchedFiles();
     void keepsNothingOfWhatIsTakenBack();
+    void keepsEditsOfFilesThatWereLeftOut();
     void leavesSecretsOut_data();
     void leavesSecretsOut();
     void tellsOfAFullDiskAndSavesLater();
@@ -98,6 +99,25 @@ void TestSnapshotStore::keepsNothingOfWhatIsTakenBack()
     edit({"net/untitled/ID/2"});
     edit({"net/untitled/ID/1"});
     QVERIFY(read().edited.isEmpty());
+}
+
+void TestSnapshotStore::keepsEditsOfFilesThatWereLeftOut()
+{
+    const QStringList messages = edit({"state/door/OPEN/yes", "state/door/PASSWORD/geheim"});
+    QVERIFY2(messages.join("").contains("state/door/PASSWORD"), qPrintable(messages.join("")));
+    Snapshot saved = read();
+    QCOMPARE(saved.edited.keys(), QStringList("state"));
+    QVERIFY2(!saved.edited["state"].contains("geheim"), saved.edited["state"]);
+    SnapshotStore store(m_path);
+    store.load();
+    QCOMPARE(store.value("state/door/OPEN"), "yes");
+    // No address names such a key: it would set "state/door/A" to "B/1".
+    saved.edited["state"] += "A/B=1\r\n";
+    const auto merged = mergeEdits(
+        saved, {[](const QString &) { return true; }, [](const QString &) { return QString("no"); }});
+    QCOMPARE(merged.size(), 1);
+    QCOMPARE(merged[0].path, "state/door/OPEN");
+    QVERIFY(merged[0].state == MergedEdit::State::Collides);
 }
 
 void TestSnapshotStore::leavesSecretsOut_data()
