@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolButton>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -32,6 +33,8 @@ QByteArray pageWith(const QByteArray &function, const QByteArray &attributes)
            "<action type='call' slot='showDialog' param='sure'>self</action></item>"
            "<item type='pushbutton' row='3'><text>Restart</text>"
            "<action type='call' slot='callSetup' param='soft_reboot'>device</action></item>"
+           "<item type='pushbutton' row='4'><text>Report</text>"
+           "<action type='call' slot='callSetup' param='get_report'>device</action></item>"
            "</item></tab></tabwidget>"
            "<dialog><sure/><item type='gridlayout'><item type='pushbutton'><text>Sure</text>" +
            call + "</item></item></dialog></pvsetup>";
@@ -50,6 +53,7 @@ private Q_SLOTS:
     void leavesOutWhatFollows();
     void asksNotFromADialog();
     void saysThatARestartIsDue();
+    void knowsARecorderThatRestartsByItself();
 
 private:
     void open(const QByteArray &page, bool confirms = true);
@@ -169,6 +173,30 @@ void TestDangerousFunctions::saysThatARestartIsDue()
     press("Restart");
     AWAIT_VERIFY(statusText().contains("Restart the recorder: done"));
     QVERIFY2(!statusText().contains(due), qPrintable(statusText()));
+}
+
+void TestDangerousFunctions::knowsARecorderThatRestartsByItself()
+{
+    open(pageWith("send_test_email", "danger='restart'"));
+    const ModalWatcher box([](QWidget &dialog) {
+        auto &box = static_cast<QMessageBox &>(dialog);
+        QAbstractButton *yes = box.button(QMessageBox::Yes);
+        yes ? yes->click() : box.accept();
+    });
+    press("Do it");
+    AWAIT_VERIFY(statusText().contains("takes effect"));
+    press("Report");
+    AWAIT_VERIFY(statusText().contains("Get the report: done"));
+    QVERIFY2(statusText().contains("takes effect"), qPrintable(statusText()));
+    setFaults({"reset@login"});
+    press("Report");
+    AWAIT_VERIFY(m_store->linkStatus().cause == LinkStatus::Cause::Network);
+    AWAIT_VERIFY(m_window->findChild<QToolButton *>("statusRetry")->isVisible());
+    QVERIFY2(statusText().contains("takes effect"), qPrintable(statusText()));
+    setFaults({});
+    m_window->findChild<QToolButton *>("statusRetry")->click();
+    AWAIT_VERIFY(statusText().contains("Get the report: done"));
+    QVERIFY2(!statusText().contains("takes effect"), qPrintable(statusText()));
 }
 
 QTEST_MAIN(TestDangerousFunctions)

@@ -65,8 +65,10 @@ StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
     // Queued: the store's status is up to date when the receivers of its signals have returned.
     connect(&store, &OrbSetup::progress, this, &StatusLine::update, Qt::QueuedConnection);
     connect(&store, &OrbSetup::pseudothrow, this, &StatusLine::update, Qt::QueuedConnection);
-    connect(&store, &OrbSetup::loadDone, this, &StatusLine::update, Qt::QueuedConnection);
-    connect(&store, &OrbSetup::storeDone, this, &StatusLine::update, Qt::QueuedConnection);
+    for (const auto done : {&OrbSetup::loadDone, &OrbSetup::storeDone}) {
+        connect(&store, done, this, &StatusLine::noteRestart);
+        connect(&store, done, this, &StatusLine::update, Qt::QueuedConnection);
+    }
     m_timer->start(UpdateInterval);
 }
 
@@ -121,6 +123,7 @@ void StatusLine::noteAnswer(const QString &name, bool isDone)
         m_awaitsRestart.clear();
     } else if (isDone && name == m_needsRestart) {
         m_awaitsRestart = name;
+        m_wasAway = false;
     }
     if (isDone) {
         m_answer = tr("%1: done at %2").arg(functionTitle(name), time);
@@ -132,6 +135,14 @@ void StatusLine::noteAnswer(const QString &name, bool isDone)
     update();
 }
 
+/// A function that restarts the recorder by itself is not told from one that waits for a restart. A recorder
+/// that could not be reached and then answers again has most likely restarted.
+void StatusLine::noteRestart()
+{
+    if (m_wasAway)
+        m_awaitsRestart.clear();
+}
+
 /// While the next exchange runs, the answer to the last one is out of date.
 QString StatusLine::answerText() const
 {
@@ -140,6 +151,8 @@ QString StatusLine::answerText() const
 
 void StatusLine::update()
 {
+    const LinkStatus::Cause cause = m_store->linkStatus().cause;
+    m_wasAway |= cause == LinkStatus::Cause::Network || cause == LinkStatus::Cause::NoAnswer;
     QStringList parts{answerText(), linkText(), waitingText(), restartText()};
     parts.removeAll(QString());
     const QString text = parts.join(QStringLiteral(" — "));

@@ -51,6 +51,7 @@ private:
     QString answerText() const;
     QString restartText() const;
     void noteAnswer(const QString &name, bool isDone);
+    void noteRestart();
 
     StoreReference m_store;
     ElidedLabel *m_text;
@@ -60,6 +61,7 @@ private:
     QString m_answer;                 ///< to the last function, with its time
     QString m_needsRestart;           ///< function that was called and takes effect with a restart
     QString m_awaitsRestart;          ///< function that the recorder has accepted and that needs one
+    bool m_wasAway = false;           ///< the recorder, since then
     QTimer *m_timer;
     bool m_isBuilt = false;
     qint64 m_reportedSilence = 12'000;
