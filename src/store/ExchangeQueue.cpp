@@ -46,7 +46,12 @@ void ExchangeQueue::call(const QString &name, const QString &arg, Caller caller)
 {
     if (name == save && m_saveGuard) {
         const QPointer<ExchangeQueue> alive(this);
-        if (!std::function(m_saveGuard)() || !alive)
+        const bool isAllowed = std::function(m_saveGuard)();
+        if (!alive)
+            return;
+        if (caller == Caller::Task)
+            noteGuarded(name, isAllowed);
+        if (!isAllowed)
             return;
     }
     if (caller == Caller::User)
@@ -68,6 +73,18 @@ void ExchangeQueue::call(const QString &name, const QString &arg, Caller caller)
         return;
     if (m_calls.size() < MaxWaiting)
         m_calls.append(call);
+    else
+        m_abandoned.append(name);
+    Q_EMIT changed();
+}
+
+/// Nobody was asked about the call of a task, so that abandoned() is all that tells of one that was dropped.
+void ExchangeQueue::noteGuarded(const QString &name, bool isAllowed)
+{
+    if (m_abandoned.contains(name) != isAllowed)
+        return;
+    if (isAllowed)
+        m_abandoned.removeAll(name);
     else
         m_abandoned.append(name);
     Q_EMIT changed();

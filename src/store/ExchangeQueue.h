@@ -44,7 +44,8 @@ public:
 
     /// The names of the functions that wait, in order.
     QStringList waiting() const;
-    /// The names of the functions that were given up since the last call() of a user.
+    /// The names of the functions that were given up since the last call() of a user, and of saves of tasks
+    /// that the guard has refused.
     QStringList abandoned() const { return m_abandoned; }
     /// True when the exchange that a user started last has failed, so that repeat() can try it again.
     bool canRepeat() const { return m_hasFailed; }
@@ -83,6 +84,7 @@ private:
 
     static bool holds(const QList<Call> &calls, const QString &name, const QString &arg);
     Call noted(const QString &name, const QString &arg, Caller caller) const;
+    void noteGuarded(const QString &name, bool isAllowed);
     void perform(const Call &call);
     void proceed();
     void giveUp();

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -369,13 +370,18 @@ void TestHistory::keepsWhatTasksReplace()
     QFile blocking(m_snapshots);
     QVERIFY(blocking.open(QIODevice::WriteOnly));
     const ModalWatcher question;
-    queue.call("save_settings", {}, ExchangeQueue::Caller::Task);
-    QCOMPARE(session->store.linkStatus().state, LinkStatus::State::Idle);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no snapshot before a save"));
+    for (int tick = 0; tick < 2; ++tick) {
+        queue.call("save_settings", {}, ExchangeQueue::Caller::Task);
+        QCOMPARE(session->store.linkStatus().state, LinkStatus::State::Idle);
+        QCOMPARE(queue.abandoned(), QStringList("save_settings"));
+    }
     QVERIFY(!question.hasSeen() && blocking.remove());
     QSignalSpy stored(&session->store, &OrbSetup::storeDone);
     queue.call("save_settings", {}, ExchangeQueue::Caller::Task);
     AWAIT_VERIFY(!stored.isEmpty());
     QCOMPARE(folder().list().size(), 1);
+    QCOMPARE(queue.abandoned(), QStringList());
 }
 
 QString TestHistory::editedSnapshot(const QStringList &edits)

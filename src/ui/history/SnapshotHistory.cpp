@@ -10,10 +10,12 @@
 #include "ui/review/ChangeTracking.h"
 
 #include <QFile>
+#include <QLoggingCategory>
 #include <QShortcut>
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace paravue
 {
@@ -21,6 +23,7 @@ namespace paravue
 namespace
 {
 
+Q_LOGGING_CATEGORY(historyLog, "paravue.history", QtWarningMsg)
 const QString SuffixOfPristine = QStringLiteral(".original");
 
 } // namespace
@@ -66,7 +69,7 @@ FileContents SnapshotHistory::fetchedFiles(QString &problem) const
     return files;
 }
 
-bool SnapshotHistory::keep(const std::function<void(const std::function<void()> &)> &ask) const
+bool SnapshotHistory::keep(const std::function<void(const std::function<void()> &)> &ask)
 {
     if (m_options.folder.isEmpty())
         return true;
@@ -78,6 +81,9 @@ bool SnapshotHistory::keep(const std::function<void(const std::function<void()> 
             m_options.keepsSecrets ? SnapshotFolder::Secrets::Kept : SnapshotFolder::Secrets::LeftOut;
         problem = folder.keep(files, secrets, m_options.count).problem;
     }
+    // A time task may try it every second.
+    if (std::exchange(m_problem, problem) != problem && !problem.isEmpty())
+        qCWarning(historyLog) << "no snapshot before a save:" << problem;
     if (problem.isEmpty())
         return true;
     bool isAllowed = false;

@@ -37,9 +37,9 @@ public:
     /// "History"; requested() follows its click. For the header of the window.
     QToolButton *button() const { return m_button; }
 
-    /// Keeps the fetched files. False when that has failed and the user does not want to send without it;
-    /// \a ask runs what asks.
-    bool keep(const std::function<void(const std::function<void()> &)> &ask) const;
+    /// Keeps the fetched files. What goes wrong is logged, once while it lasts. False when that has failed
+    /// and the user does not want to send without it; \a ask runs what asks.
+    bool keep(const std::function<void(const std::function<void()> &)> &ask);
 
     /// Lets the user look at the snapshots and restore values.
     void show();
@@ -64,6 +64,7 @@ private:
     const NewerFile m_newerFile;
     const std::function<void(QDialog &)> m_runDialog;
     QToolButton *m_button;
+    QString m_problem; ///< why nothing could be kept the last time
 };
 
 } // namespace paravue
