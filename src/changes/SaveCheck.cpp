@@ -145,6 +145,8 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
     QList<ForeignChange> result;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
         for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
+            if (!difference.canBeSet())
+                continue; // the recorder's is kept with its file
             const Change *own = m_changes.find(difference.path);
             if (own && own->newValue == difference.after.value_or(QString()))
                 continue;
@@ -208,8 +210,9 @@ QList<ValueDifference> SaveCheck::keptOtherwise() const
     QList<ValueDifference> result;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
         for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
-            if (m_edited.contains(difference.path) ||
-                (m_isEditable(difference.path) && !isMeasured(difference)))
+            const bool counts = m_edited.contains(difference.path) ||
+                                (m_isEditable(difference.path) && !isMeasured(difference));
+            if (counts && difference.canBeSet())
                 result.append(difference);
         }
     }

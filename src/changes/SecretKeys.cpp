@@ -1,7 +1,5 @@
 #include "changes/SecretKeys.h"
 
-#include "store/ConfigAddress.h"
-
 #include <algorithm>
 #include <array>
 
@@ -18,8 +16,9 @@ bool hasSecretName(QStringView path)
     static constexpr std::array<QLatin1StringView, 6> Words{
         QLatin1StringView("PASS"),  QLatin1StringView("PWD"), QLatin1StringView("SECRET"),
         QLatin1StringView("TOKEN"), QLatin1StringView("KEY"), QLatin1StringView("COMMUNITY")};
-    const QStringView entry = ConfigAddress(path).entry();
-    const QStringView key = entry.sliced(entry.indexOf(u'/') + 1);
+    // Names from a file, which no address can hold, may have more of "/".
+    const qsizetype section = path.indexOf(u'/') + 1;
+    const QStringView key = path.sliced(path.indexOf(u'/', section) + 1);
     return std::any_of(Words.begin(), Words.end(),
                        [key](QLatin1StringView word) { return key.contains(word, Qt::CaseInsensitive); });
 }

@@ -198,6 +198,7 @@ void TestChanges::hidesSecrets_data()
     row("community", "net/snmp/READ_COMMUNITY", true);
     row("in the section only", "net/token/ID", false);
     row("in the file only", "keys/untitled/ID", false);
+    row("in a name that no address has", "net/untitled/A/PASSWORD", true);
     row("anything else", "net/untitled/NAME", false);
     row("marked", "net/untitled/PIN", true);
 }

@@ -364,6 +364,7 @@ void TestCheckedSave::keepsWhatSomebodyElseHasChanged()
 {
     QFETCH(QByteArray, theirs);
     QFETCH(QString, ticked);
+    row("a key that no address has", Net + "A/B=x\n", {}, {}, "'new' 'Gate'");
     Sending session(address());
     QVERIFY(session.isLoaded);
     session.type("old", "new");

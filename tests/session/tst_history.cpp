@@ -9,6 +9,7 @@
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QLabel>
 #include <QMessageBox>
@@ -116,6 +117,7 @@ private Q_SLOTS:
     void asksWhenNothingCanBeKept_data();
     void asksWhenNothingCanBeKept();
     void keepsWhatTasksReplace();
+    void showsKeysThatNoAddressHas();
     void takesOverEditsThatFit();
     void refusesOffersWithoutEdits();
 
@@ -382,6 +384,36 @@ void TestHistory::keepsWhatTasksReplace()
     AWAIT_VERIFY(!stored.isEmpty());
     QCOMPARE(folder().list().size(), 1);
     QCOMPARE(queue.abandoned(), QStringList());
+}
+
+/// No address names a key with a "/": setting it would set another one.
+void TestHistory::showsKeysThatNoAddressHas()
+{
+    const QString path = m_recorder->filePath("net");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray net = file.readAll();
+    file.close();
+    const auto setNet = [&](const QByteArray &key) {
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(net + key) > 0);
+        file.close();
+    };
+    setNet("A/B=1\n");
+    session()->send();
+    setNet("A/B=2\n");
+    const auto session = this->session();
+    QStringList rows;
+    const ModalWatcher history(
+        [&](QWidget &dialog) {
+            dialog.findChild<QCheckBox *>()->setChecked(false);
+            rows = rowsOf(dialog, "values");
+            click(dialog, "restoreAll");
+        },
+        "paravue::HistoryDialog");
+    session->press(QKeySequence("Ctrl+H"));
+    QVERIFY(history.hasSeen());
+    QVERIFY2(rows.contains("net/untitled/A/B | 1 | 2 | net/untitled/A/B"), qPrintable(rows.join('\n')));
+    QCOMPARE(session->store.value("net/untitled/A/none"), "none");
 }
 
 QString TestHistory::editedSnapshot(const QStringList &edits)

@@ -230,6 +230,7 @@ void HistoryDialog::fill(const QList<ValueDifference> &found)
         const bool isSecret = m_present.isSecret(difference.path);
         rows << makeRow({m_present.caption(difference.path), shownValue(difference.before, isSecret),
                          shownValue(difference.after, isSecret), difference.path});
+        rows.last()->setDisabled(!difference.canBeSet());
         m_found << difference;
     }
     m_values->addTopLevelItems(rows);
@@ -254,7 +255,7 @@ void HistoryDialog::updateButtons()
 void HistoryDialog::restore(bool onlySelected)
 {
     for (int i = 0; i < m_values->topLevelItemCount(); ++i) {
-        if (!onlySelected || m_values->topLevelItem(i)->isSelected())
+        if (m_found[i].canBeSet() && (!onlySelected || m_values->topLevelItem(i)->isSelected()))
             m_restored.append({m_found[i].path, m_found[i].after, m_found[i].before});
     }
     accept();

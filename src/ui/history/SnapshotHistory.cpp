@@ -114,8 +114,11 @@ PresentSettings SnapshotHistory::present() const
     }
     for (auto file = present.values.begin(); file != present.values.end(); ++file) {
         const QStringList entries = file->all().keys();
-        for (const QString &entry : entries)
-            file->set(entry, m_store->storedValue(file.key() + u'/' + entry).value_or(QString()));
+        for (const QString &entry : entries) {
+            const QString path = file.key() + u'/' + entry;
+            if (!ConfigAddress(path).hasRest()) // no address names a key with "/", so it has no edits
+                file->set(entry, m_store->storedValue(path).value_or(QString()));
+        }
     }
     present.caption = [this](const QString &path) { return m_changes.caption(path); };
     present.isEditable = [this](const QString &path) { return m_changes.isEditable(path); };
