@@ -219,17 +219,19 @@ QList<ValueDifference> SaveCheck::keptOtherwise() const
     return result;
 }
 
-void SaveCheck::keepRecorders()
+bool SaveCheck::keepRecorders()
 {
-    takeRecorders(differingFiles());
+    return takeRecorders(differingFiles());
 }
 
-void SaveCheck::keepSent()
+bool SaveCheck::keepSent()
 {
     const QList<ValueDifference> values = keptOtherwise();
-    keepRecorders();
+    if (!keepRecorders())
+        return false;
     for (const ValueDifference &value : values)
         m_store->setValue(value.path + u'/' + value.before.value_or(QString()));
+    return true;
 }
 
 std::optional<QByteArray> SaveCheck::newerFile(const QString &name) const
@@ -241,10 +243,12 @@ std::optional<QByteArray> SaveCheck::newerFile(const QString &name) const
     return {};
 }
 
-void SaveCheck::takeRecorders(const QStringList &names)
+bool SaveCheck::takeRecorders(const QStringList &names)
 {
+    bool areTaken = true;
     for (const QString &name : names)
-        m_store->takeAsFetched(name, m_recorder.value(name));
+        areTaken = m_store->takeAsFetched(name, m_recorder.value(name)) && areTaken;
+    return areTaken;
 }
 
 void SaveCheck::fileReplaced(const QString &name)

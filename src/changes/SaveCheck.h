@@ -74,10 +74,11 @@ public:
     /// values that were not edited only those count that the user can see and that are no numbers or times,
     /// as recorders count and have a clock.
     QList<ValueDifference> keptOtherwise() const;
-    /// Takes the recorder's files in which values are kept otherwise.
-    void keepRecorders();
+    /// Takes the recorder's files in which values are kept otherwise. False when one cannot be kept on this
+    /// computer, which the store reports; it can be tried again.
+    bool keepRecorders();
     /// The same, but what was sent becomes an edit again.
-    void keepSent();
+    bool keepSent();
 
 Q_SIGNALS:
     /// \a problem is empty when the files are there, otherwise it says in plain words why not.
@@ -92,7 +93,7 @@ private:
     void fail(const QString &problem);
     QByteArray known(const QString &name) const;
     QStringList differingFiles() const;
-    void takeRecorders(const QStringList &names);
+    bool takeRecorders(const QStringList &names);
 
     QPointer<OrbSetup> m_store;
     ChangeList &m_changes;

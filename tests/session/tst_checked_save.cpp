@@ -1,6 +1,7 @@
 #include "FaultTest.h"
 #include "ModalWatcher.h"
 #include "device/login/Credentials.h"
+#include "support/FullDisk.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -89,8 +90,10 @@ struct Sending {
     void type(const QString &old, const QString &text) const
     {
         for (QLineEdit *edit : window->findChildren<QLineEdit *>()) {
-            if (edit->text() == old)
+            if (edit->text() == old) {
+                edit->setFocus();
                 replaceText(*edit, text);
+            }
         }
     }
     void pressOk() const { buttonWithText<QPushButton>(*window, "OK")->click(); }
@@ -177,6 +180,8 @@ private Q_SLOTS:
     void goesOnEditingAfterABrokenSave();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
+    void keepsWhatWasSentWithoutRoomForTheRecorders_data();
+    void keepsWhatWasSentWithoutRoomForTheRecorders();
     void asksWithoutARecorder();
     void asksForANewLoginBeforeAnythingIsLost();
 
@@ -358,13 +363,13 @@ void TestCheckedSave::keepsWhatSomebodyElseHasChanged_data()
     row("a removed key", QByteArray(Net).replace("PLACE=Gate\n", ""), {"Page › Place|Gate|–|Gate"}, {},
         "'new'");
     row("a key without a value", Net + "NOTE=\n", {}, {}, "'new' 'Gate'");
+    row("a key that no address has", Net + "A/B=x\n", {}, {}, "'new' 'Gate'");
 }
 
 void TestCheckedSave::keepsWhatSomebodyElseHasChanged()
 {
     QFETCH(QByteArray, theirs);
     QFETCH(QString, ticked);
-    row("a key that no address has", Net + "A/B=x\n", {}, {}, "'new' 'Gate'");
     Sending session(address());
     QVERIFY(session.isLoaded);
     session.type("old", "new");
@@ -392,6 +397,42 @@ void TestCheckedSave::keepsWhatSomebodyElseHasChanged()
     }
     QTEST(saved, "saved");
     QVERIFY2(net().contains(theirs.contains("99") ? "99" : "17"), net());
+    QCOMPARE(net().contains("A/B"), theirs.contains("A/B"));
+}
+
+void TestCheckedSave::keepsWhatWasSentWithoutRoomForTheRecorders_data()
+{
+    const TestTable<QString, QString, QString, bool> row("choice", "then", "value", "isClosed");
+    row("keep the recorder's", "Keep the recorder's", "Try again", "limited", true);
+    row("keep the recorder's, leave", "Keep the recorder's", "Leave them", "new", true);
+    row("go on editing", "Go on editing", "Try again", "new", false);
+    row("go on editing, leave", "Go on editing", "Leave them", "new", false);
+}
+
+void TestCheckedSave::keepsWhatWasSentWithoutRoomForTheRecorders()
+{
+    SKIP_WITHOUT_FULL_DISK();
+    QFETCH(QString, choice);
+    QFETCH(QString, then);
+    QFETCH(QString, value);
+    QFETCH(bool, isClosed);
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+        if (name == "net")
+            QTimer::singleShot(0, this, [this] { setNet(net().replace("'new'", "'limited'")); });
+    });
+    std::unique_ptr<FullDisk> full;
+    SavePilot pilot(
+        Steps{{"Sent, but", choice, [&] { full = std::make_unique<FullDisk>(); }},
+              {"The values of the recorder could not be taken into the window: Can't save a local", then,
+               [&] { full.reset(); }}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(session.window->isVisible(), !isClosed);
+    QCOMPARE(session.store.value(HostName), value);
+    QCOMPARE(session.changes(), QString(choice == "Go on editing" && then == "Try again" ? "1 change" : ""));
 }
 
 void TestCheckedSave::asksWithoutARecorder()

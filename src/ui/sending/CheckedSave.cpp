@@ -123,7 +123,7 @@ bool CheckedSave::follow()
     m_poll.stop();
     m_check.cancel();
     m_stage = Stage::Over;
-    return m_goesOn;
+    return m_goesOn && dialog.result() == QDialog::Accepted;
 }
 
 /// The save itself still waits behind another exchange.
@@ -221,18 +221,27 @@ void CheckedSave::choose(SendingDialog::Choice choice)
     case SendingDialog::Choice::ConfirmAgain:
         return startConfirming();
     case SendingDialog::Choice::KeepRecorders:
-        m_check.keepRecorders();
-        m_services.reload();
-        return close(true);
     case SendingDialog::Choice::GoOnEditing:
-        if (m_isKeptOtherwise) {
-            m_check.keepSent();
-            m_services.reload();
-        }
-        return close(false);
+        return m_isKeptOtherwise ? takeKeptOtherwise(choice)
+                                 : close(choice == SendingDialog::Choice::KeepRecorders);
+    case SendingDialog::Choice::Leave:
+        return close(m_goesOn);
     case SendingDialog::Choice::Close:
         return close(true);
     }
+}
+
+/// The dialog stays open when this computer cannot hold the recorder's files.
+void CheckedSave::takeKeptOtherwise(SendingDialog::Choice choice)
+{
+    m_message.clear();
+    m_goesOn = choice == SendingDialog::Choice::KeepRecorders;
+    const bool isTaken = m_goesOn ? m_check.keepRecorders() : m_check.keepSent();
+    m_services.reload();
+    if (isTaken)
+        close(m_goesOn);
+    else
+        m_dialog->showNotTaken(m_message, choice);
 }
 
 void CheckedSave::askToStop()

@@ -68,6 +68,7 @@ private:
     void startConfirming();
     void noteFetched(const QString &problem);
     void choose(SendingDialog::Choice choice);
+    void takeKeptOtherwise(SendingDialog::Choice choice);
     void askToStop();
     void runDialog(SendingDialog &dialog);
     void close(bool goesOn);

@@ -150,6 +150,12 @@ void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
                {tr("Go on editing"), Choice::GoOnEditing}});
 }
 
+void SendingDialog::showNotTaken(const QString &problem, Choice again)
+{
+    showState(tr("The values of the recorder could not be taken into the window: %1").arg(problem), false,
+              {{tr("Try again"), again}, {tr("Leave them"), Choice::Leave}});
+}
+
 void SendingDialog::showUnconfirmed(const QString &problem)
 {
     for (auto row = m_rows.cbegin(); row != m_rows.cend(); ++row)

@@ -29,7 +29,16 @@ public:
     SendingDialog(const ValueTexts &texts, QWidget *parent);
 
     /// What the user may choose, beside closing the dialog.
-    enum class Choice { Stop, SendAgain, SendMissing, ConfirmAgain, KeepRecorders, GoOnEditing, Close };
+    enum class Choice {
+        Stop,
+        SendAgain,
+        SendMissing,
+        ConfirmAgain,
+        KeepRecorders,
+        GoOnEditing,
+        Leave, ///< the recorder's values untaken
+        Close,
+    };
 
     /// Something runs: \a text says what.
     void showBusy(const QString &text, const QString &stopCaption);
@@ -38,6 +47,8 @@ public:
     void showConfirming(const SaveStatus &save);
     void showConfirmed(const SaveStatus &save);
     void showKeptOtherwise(const QList<ValueDifference> &values);
+    /// The recorder's values could not be taken into the window; \a again tries it once more.
+    void showNotTaken(const QString &problem, Choice again);
     /// Everything was sent, but could not be compared.
     void showUnconfirmed(const QString &problem);
     /// Not everything was sent.
