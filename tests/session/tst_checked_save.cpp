@@ -182,6 +182,7 @@ private Q_SLOTS:
     void keepsWhatSomebodyElseHasChanged();
     void keepsWhatWasSentWithoutRoomForTheRecorders_data();
     void keepsWhatWasSentWithoutRoomForTheRecorders();
+    void undoesWhatSomebodyElseHasNotTouched();
     void asksWithoutARecorder();
     void asksForANewLoginBeforeAnythingIsLost();
 
@@ -433,6 +434,34 @@ void TestCheckedSave::keepsWhatWasSentWithoutRoomForTheRecorders()
     QCOMPARE(session.window->isVisible(), !isClosed);
     QCOMPARE(session.store.value(HostName), value);
     QCOMPARE(session.changes(), QString(choice == "Go on editing" && then == "Try again" ? "1 change" : ""));
+}
+
+void TestCheckedSave::undoesWhatSomebodyElseHasNotTouched()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(session.window.get()));
+    session.type("old", "new");
+    session.type("Gate", "Mine");
+    setNet(QByteArray(Net).replace("Gate", "Yard"));
+    setFaults({"error@PUT NET CONFIG"});
+    const ModalWatcher question(
+        [](QWidget &dialog) { buttonWithText<QPushButton>(dialog, "Continue")->click(); },
+        "paravue::ForeignChangesDialog");
+    SavePilot pilot(Steps{{"Device error", "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(session.store.value(HostName), QString("new"));
+    session.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(session.window.get()));
+    for (int step = 0; step < 2; ++step) {
+        QTest::keySequence(session.window.get(), QKeySequence::Undo);
+        QCOMPARE(session.store.value(HostName), QString("old"));
+        QCOMPARE(session.store.value("net/untitled/PLACE"), QString("Yard"));
+    }
+    QTest::keySequence(session.window.get(), QKeySequence::Redo);
+    QCOMPARE(session.store.value(HostName), QString("new"));
 }
 
 void TestCheckedSave::asksWithoutARecorder()

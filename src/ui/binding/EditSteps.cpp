@@ -6,6 +6,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QHash>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
@@ -77,6 +78,8 @@ public:
             m_steps.apply(m_edits);
     }
 
+    const QList<ValueEdit> &edits() const { return m_edits; }
+
     /// Whether undoing or redoing it sets what \a edits have set.
     bool leadsTo(const QList<ValueEdit> &edits, HistoryMove move) const
     {
@@ -112,8 +115,10 @@ EditSteps::~EditSteps()
 
 EditSteps::Gesture::Gesture(EditSteps *steps, HistoryMove move) : m_steps(steps)
 {
-    if (m_steps && m_steps->m_depth++ == 0)
-        m_steps->m_move = move;
+    if (!m_steps || m_steps->m_depth++ > 0)
+        return;
+    m_steps->dropUnfitting();
+    m_steps->m_move = move;
 }
 
 EditSteps::Gesture::~Gesture()
@@ -162,8 +167,6 @@ void EditSteps::finish()
         m_move == HistoryMove::Undo ? m_stack.undo() : m_stack.redo();
         return;
     }
-    for (const ValueEdit &edit : std::as_const(edits))
-        m_files.insert(ConfigAddress(edit.path).file().toString());
     m_stack.push(new Command(*this, std::move(edits), m_input));
 }
 
@@ -177,6 +180,8 @@ bool EditSteps::isNextMove(const QList<ValueEdit> &edits) const
 
 void EditSteps::apply(const QList<ValueEdit> &edits)
 {
+    if (m_isApplying)
+        return; // the steps are only put in order
     {
         const QScopedValueRollback applying(m_isApplying, true);
         m_putBack(edits);
@@ -184,13 +189,53 @@ void EditSteps::apply(const QList<ValueEdit> &edits)
     Q_EMIT moved(edits);
 }
 
-/// The steps of a file lead from one of its states to the next, so none fits another file.
-void EditSteps::fileReplaced(const QString &name)
+QUndoStack &EditSteps::stack()
 {
-    if (!m_files.contains(name))
+    dropUnfitting();
+    return m_stack;
+}
+
+std::optional<QString> EditSteps::storedValue(const QString &path) const
+{
+    const bool hasFile = m_store->fileExists(ConfigAddress(path).file().toString());
+    return hasFile ? m_store->storedValue(path) : std::nullopt;
+}
+
+/// A step leads from one value to the next. A file that was replaced may hold another one, so that the step
+/// would undo what somebody else has done. Steps whose values are what they were stay.
+void EditSteps::dropUnfitting()
+{
+    if (!std::exchange(m_isReplaced, false))
         return;
-    m_files.clear();
+    const int index = m_stack.index();
+    QList<Command *> kept;
+    QHash<QString, std::optional<QString>> values; // between two steps, where they are not those of the store
+    const auto keepIfFits = [&](int number, auto from, auto to) {
+        const auto &command = static_cast<const Command &>(*m_stack.command(number));
+        const QList<ValueEdit> &edits = command.edits();
+        const bool fits = std::all_of(edits.begin(), edits.end(), [&](const ValueEdit &edit) {
+            const auto known = values.constFind(edit.path);
+            return (known == values.cend() ? storedValue(edit.path) : *known) == edit.*from;
+        });
+        if (!fits)
+            return false;
+        for (const ValueEdit &edit : edits)
+            values.insert(edit.path, edit.*to);
+        kept << new Command(*this, edits, -1 - number);
+        return true;
+    };
+    for (int number = index - 1; number >= 0; --number)
+        keepIfFits(number, &ValueEdit::after, &ValueEdit::before);
+    std::reverse(kept.begin(), kept.end());
+    values.clear();
+    int undone = 0;
+    for (int number = index; number < m_stack.count(); ++number)
+        undone += keepIfFits(number, &ValueEdit::before, &ValueEdit::after) ? 1 : 0;
     m_stack.clear();
+    for (Command *command : std::as_const(kept))
+        m_stack.push(command);
+    const QScopedValueRollback rebuilding(m_isApplying, true);
+    m_stack.setIndex(m_stack.count() - undone);
 }
 
 bool EditSteps::eventFilter(QObject *watched, QEvent *event)

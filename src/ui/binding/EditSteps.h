@@ -40,7 +40,8 @@ public:
     ~EditSteps() override;
     Q_DISABLE_COPY_MOVE(EditSteps)
 
-    QUndoStack &stack() { return m_stack; }
+    /// Steps that no longer fit the values of the store are gone from it.
+    QUndoStack &stack();
 
     /// What is written until the end of the outermost gesture is one step.
     class Gesture
@@ -69,8 +70,10 @@ private:
     class Command;
 
     void valueSet(const QString &) override {}
-    void fileReplaced(const QString &name) override;
+    void fileReplaced(const QString &) override { m_isReplaced = true; }
 
+    std::optional<QString> storedValue(const QString &path) const;
+    void dropUnfitting();
     bool isNoted(const QString &path);
     void finish();
     bool isNextMove(const QList<ValueEdit> &edits) const;
@@ -80,7 +83,7 @@ private:
     QPointer<OrbSetup> m_observed;
     std::function<void(const QList<ValueEdit> &)> m_putBack;
     QUndoStack m_stack;
-    QSet<QString> m_files; ///< that the steps have edited
+    bool m_isReplaced = false; ///< a file of the store, since the steps were found to fit
     int m_depth = 0;
     HistoryMove m_move = HistoryMove::None; ///< of the gesture
     int m_input = 0;                        ///< counts the presses that begin another step
