@@ -464,7 +464,11 @@ void CWinMain::showDialog(const QString &tag)
     operate([&] {
         // Asked first, as another description may come while the dialog is open.
         const bool takesPasswords = m_parts->users.takesPasswords(tag);
-        m_parts->dialogs.run(tag, [this](QDialog &dialog) { letUserAct([&] { DialogLoop::run(dialog); }); });
+        m_parts->dialogs.run(tag, [this](QDialog &dialog) {
+            if (m_changes)
+                m_changes->addKeys(dialog);
+            letUserAct([&] { DialogLoop::run(dialog); });
+        });
         if (takesPasswords)
             m_parts->users.clearPasswords();
     });

@@ -120,6 +120,7 @@ private Q_SLOTS:
     void ofUsableFieldsOnly();
     void speaksOnTheTabs();
     void goesToTheNext();
+    void goesToTheNextOfADialog();
     void areListed();
     void areFound();
     void areAskedAbout_data();
@@ -302,6 +303,35 @@ void TestFieldProblems::goesToTheNext()
         window.type(which, which == Code ? "12-34" : "100");
     window.press(Qt::Key_F8);
     QCOMPARE(focus(), int(Server));
+}
+
+void TestFieldProblems::goesToTheNextOfADialog()
+{
+    const QByteArray field = "<key>net/untitled/NAME</key></item>";
+    DescribedWindow window(
+        describePage("<item type='edit' required='yes'>" + field +
+                         "<item type='pushbutton' row='1'><text>Open</text>"
+                         "<action type='call' slot='showDialog' param='more'>self</action></item>",
+                     "<dialog><more/><item type='gridlayout'><item type='edit' required='yes'>" + field +
+                         "<item type='edit' row='1'><key>net/untitled/A</key></item>"
+                         "<item type='edit' row='2' required='yes'>" +
+                         field + "</item></dialog>"),
+        {{"net", "A=1\n"}}, {.tracksChanges = true});
+    QList<qsizetype> visited;
+    const ModalWatcher dialogs(
+        [&](QWidget &dialog) {
+            dialog.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&dialog));
+            auto fields = dialog.findChildren<QLineEdit *>();
+            fields[1]->setFocus();
+            for (const Qt::KeyboardModifier modifier : {Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier}) {
+                QTest::keyClick(dialog.focusWidget(), Qt::Key_F8, modifier);
+                visited << fields.indexOf(static_cast<QLineEdit *>(dialog.focusWidget()));
+            }
+        },
+        "QDialog");
+    window.button<QPushButton>("Open")->click();
+    QCOMPARE(visited, QList<qsizetype>({2, 0, 2}));
 }
 
 void TestFieldProblems::areListed()

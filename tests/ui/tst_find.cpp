@@ -165,6 +165,7 @@ private Q_SLOTS:
     void knowsThePlaces();
     void goesThere_data();
     void goesThere();
+    void searchesAnOpenDialog();
     void findsChangesInDialogs();
     void listsChangesInDialogs();
 };
@@ -231,6 +232,28 @@ void TestFind::goesThere()
     QTEST(isField || isButton ? focus->property("text").toString() : QString(), "focus");
     // Nothing was pressed on the way.
     QCOMPARE(window.value("tmp/untitled/WHAT") + window.value("tmp/untitled/DONE"), "");
+}
+
+/// What stands behind a modal dialog cannot be reached.
+void TestFind::searchesAnOpenDialog()
+{
+    Window window;
+    const Search search("net");
+    QString focus;
+    const ModalWatcher camera(
+        [&](QWidget &dialog) {
+            dialog.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&dialog));
+            QTest::keySequence(&dialog, QKeySequence::Find);
+            const auto *field = qobject_cast<const QLineEdit *>(dialog.focusWidget());
+            focus = field ? field->text() : QString();
+        },
+        "QDialog");
+    window.button<QPushButton>("&Properties")->click();
+    QCOMPARE(search.rows, QStringList({"Bitrate|Camera › Stream||4096|net/untitled/RATE",
+                                       "Code|Camera › Access|||net/untitled/PIN",
+                                       "Seed|Camera › Access|||net/untitled/SEED"}));
+    QCOMPARE(focus, "4096");
 }
 
 void TestFind::findsChangesInDialogs()

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace paravue
 {
@@ -46,14 +47,8 @@ ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Binding
             [this](const QList<ValueEdit> &edits) { goTo(edits.constFirst().path); });
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), &window), &QShortcut::activated, this,
             &ChangeTracking::reviewRequested);
-    connect(new QShortcut(QKeySequence::Find, &window), &QShortcut::activated, this,
-            &ChangeTracking::findRequested);
     connect(new QShortcut(QKeySequence::Undo, &window), &QShortcut::activated, this, &ChangeTracking::undo);
-    for (const bool isBackwards : {false, true}) {
-        const QKeyCombination keys(isBackwards ? Qt::ShiftModifier : Qt::NoModifier, Qt::Key_F8);
-        connect(new QShortcut(keys, &window), &QShortcut::activated, this,
-                [this, isBackwards] { goToNextProblem(isBackwards); });
-    }
+    addKeys(window);
     for (const QKeyCombination keys : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y})
         connect(new QShortcut(keys, &window), &QShortcut::activated, this, &ChangeTracking::redo);
 }
@@ -272,15 +267,28 @@ void ChangeTracking::goToControl(int number) const
         ChangePlaces::show(*control);
 }
 
-void ChangeTracking::goToNextProblem(bool isBackwards) const
+void ChangeTracking::addKeys(QWidget &dialog)
+{
+    for (const bool isBackwards : {false, true}) {
+        const QKeyCombination keys(isBackwards ? Qt::ShiftModifier : Qt::NoModifier, Qt::Key_F8);
+        connect(new QShortcut(keys, &dialog), &QShortcut::activated, this,
+                [this, &dialog, isBackwards] { goToNextProblem(dialog, isBackwards); });
+    }
+    connect(new QShortcut(QKeySequence::Find, &dialog), &QShortcut::activated, this, [this, &dialog] {
+        m_searched = &dialog == &m_window ? nullptr : &dialog;
+        Q_EMIT findRequested();
+    });
+}
+
+void ChangeTracking::goToNextProblem(const QWidget &window, bool isBackwards) const
 {
     int focused = -1;
-    for (const QWidget *widget = m_window.focusWidget(); widget && focused < 0;
+    for (const QWidget *widget = window.focusWidget(); widget && focused < 0;
          widget = widget->parentWidget()) {
         if (const Control *control = m_controls.of(widget))
             focused = control->number;
     }
-    goToControl(m_problems.next(focused, isBackwards));
+    goToControl(m_problems.next(window, focused, isBackwards));
 }
 
 FindDialog::Way ChangeTracking::wayTo(const DescribedDialog &dialog, const DialogRoutes::Route &route) const
@@ -298,12 +306,13 @@ void ChangeTracking::find(const std::function<void(QDialog &)> &run)
 {
     const DescribedItems described(m_context, m_adapterOf);
     const DialogRoutes routes(m_window, m_controls, described);
-    const FindIndex index(m_context, described, m_list, m_problems);
+    QWidget *const searched = std::exchange(m_searched, nullptr);
+    const FindIndex index(m_context, described, m_list, m_problems, searched);
     const auto way = [&](const FindIndex::Entry &entry) {
         return entry.control >= 0 ? FindDialog::Way()
                                   : wayTo(described.dialogs()[entry.dialog], routes.to(entry.dialog));
     };
-    FindDialog dialog(index, way, &m_window);
+    FindDialog dialog(index, way, searched ? searched : &m_window);
     run(dialog);
     const FindIndex::Entry *chosen = dialog.chosen();
     if (chosen && chosen->control >= 0)

@@ -12,6 +12,7 @@
 #include "ui/review/TabBadges.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -77,8 +78,9 @@ public:
     void apply(const QList<ValueEdit> &edits);
     void goTo(const QString &path);
     void goToControl(int number) const;
-    /// The field with a problem behind the one that has the focus, or before it.
-    void goToNextProblem(bool isBackwards) const;
+    /// Gives a modal dialog of the description the keys of the window that find fields: F8, and Ctrl+F for
+    /// those of this dialog, as no others can be reached.
+    void addKeys(QWidget &dialog);
     /// Lets the user find a control; \a run runs the dialog.
     void find(const std::function<void(QDialog &)> &run);
     void undo();
@@ -93,6 +95,8 @@ Q_SIGNALS:
     void dialogRequested(const QString &tag);
 
 private:
+    /// The field with a problem behind the one that has the focus in \a window, or before it.
+    void goToNextProblem(const QWidget &window, bool isBackwards) const;
     void noteChange(const QString &path);
     void markAll();
     /// Read when it is asked for first, and again when the description or the language has changed.
@@ -114,6 +118,7 @@ private:
     ChangeMarks m_marks{m_badges};
     FieldProblems m_problems;
     QToolButton *m_count;
+    QPointer<QWidget> m_searched; ///< the dialog that the next search is about; null for everything
     mutable std::optional<DescribedItems> m_described;
     QList<Change> m_sent;
     QList<Change> m_hostChanges;

@@ -129,17 +129,18 @@ QList<int> FieldProblems::controls() const
     return numbers;
 }
 
-int FieldProblems::next(int control, bool isBackwards) const
+int FieldProblems::next(const QWidget &window, int control, bool isBackwards) const
 {
-    const QList<int> numbers = controls();
+    QList<int> numbers = controls();
+    numbers.removeIf([&](int number) { return !window.isAncestorOf(m_wrong.at(number).field); });
     if (numbers.isEmpty())
         return -1;
     if (isBackwards) {
         const auto before = std::lower_bound(numbers.begin(), numbers.end(), control);
-        return before == numbers.begin() ? numbers.last() : *(before - 1);
+        return before == numbers.begin() ? numbers.constLast() : *(before - 1);
     }
     const auto behind = std::upper_bound(numbers.begin(), numbers.end(), control);
-    return behind == numbers.end() ? numbers.first() : *behind;
+    return behind == numbers.end() ? numbers.constFirst() : *behind;
 }
 
 bool FieldProblems::eventFilter(QObject *watched, QEvent *event)

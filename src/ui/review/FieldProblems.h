@@ -38,8 +38,9 @@ public:
     QString problemOf(int control) const;
     /// The numbers of the fields with problems, in the order of the window.
     QList<int> controls() const;
-    /// The one of them behind \a control, or before it; the search goes on at the other end. -1 without any.
-    int next(int control, bool isBackwards) const;
+    /// The one of those within \a window behind \a control, or before it; the search goes on at the other
+    /// end. -1 without any.
+    int next(const QWidget &window, int control, bool isBackwards) const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

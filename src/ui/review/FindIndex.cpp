@@ -40,16 +40,16 @@ QStringList choicesOf(const QWidget &widget)
 } // namespace
 
 FindIndex::FindIndex(ControlContext &context, const DescribedItems &described, const ChangeList &changes,
-                     const FieldProblems &problems)
+                     const FieldProblems &problems, const QWidget *dialog)
     : m_context(context), m_described(described), m_changes(changes), m_problems(problems)
 {
     ControlTable &table = context.description().table();
     std::vector<const DescribedItem *> unbuilt;
     for (const DescribedItem &item : described.items()) {
         const Control *control = table.of(item.element);
-        if (control && control->widget)
+        if (control && control->widget && (!dialog || dialog->isAncestorOf(control->widget)))
             addControl(*control, item);
-        else if (item.dialog >= 0)
+        else if (item.dialog >= 0 && !dialog)
             unbuilt.push_back(&item);
     }
     const QSignalBlocker silent(context.store()); // about files that are fetched when a dialog opens

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class QWidget;
+
 namespace paravue
 {
 
@@ -22,8 +24,9 @@ struct DescribedItem;
 class FindIndex
 {
 public:
+    /// With \a dialog only what stands in this open dialog is there.
     FindIndex(ControlContext &context, const DescribedItems &described, const ChangeList &changes,
-              const FieldProblems &problems);
+              const FieldProblems &problems, const QWidget *dialog = nullptr);
 
     struct Entry {
         int control = -1;    ///< number in the table; -1 for an element of a dialog that is not open
