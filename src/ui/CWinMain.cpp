@@ -530,7 +530,8 @@ void CWinMain::refresh()
 {
     if (!m_status->canRefresh())
         return;
-    bool isAllowed = !m_parts->bindings.isEdited();
+    const bool losesChanges = m_changes ? !m_changes->list().isEmpty() : m_parts->bindings.isEdited();
+    bool isAllowed = !losesChanges;
     if (!isAllowed)
         letUserAct([&] {
             isAllowed =

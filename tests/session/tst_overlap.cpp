@@ -73,6 +73,7 @@ private Q_SLOTS:
     void triesTheFirstLoadAgain();
     void tellsWhatAFunctionHasDone();
     void refreshesWhenItIsAsked();
+    void asksBeforeARefreshLosesChanges();
 
 private:
     void writeDescription(const QByteArray &text);
@@ -467,6 +468,31 @@ void TestOverlap::refreshesWhenItIsAsked()
     AWAIT_COMPARE(loaded.size(), 5);
     QCOMPARE(hostName(), "mine");
     QCOMPARE(questions.count(), 2);
+    window.endSession();
+}
+
+void TestOverlap::asksBeforeARefreshLosesChanges()
+{
+    OrbNetSetup store(address());
+    QSignalSpy loaded(&store, &OrbSetup::loadDone);
+    CWinMain window(&store, nullptr, CWinMain::Placement::Window,
+                    {.offersRefresh = true, .tracksChanges = true});
+    AWAIT_COMPARE(loaded.size(), 1);
+    const ModalWatcher questions;
+    auto *refresh = window.findChild<QToolButton *>("statusRefresh");
+    AWAIT_VERIFY(refresh && refresh->isVisible());
+    const QString before = store.value("net/untitled/HOSTNAME");
+
+    store.setValue("net/untitled/HOSTNAME/mine"); // not by a control
+    QTest::mouseClick(refresh, Qt::LeftButton);
+    QCOMPARE(questions.count(), 1);
+    QCOMPARE(store.value("net/untitled/HOSTNAME"), "mine");
+
+    replaceText(*window.findChild<QLineEdit *>(), "typed");
+    replaceText(*window.findChild<QLineEdit *>(), before);
+    QTest::mouseClick(refresh, Qt::LeftButton);
+    AWAIT_COMPARE(loaded.size(), 2);
+    QCOMPARE(questions.count(), 1);
     window.endSession();
 }
 
