@@ -123,8 +123,10 @@ void ExchangeQueue::perform(const Call &call)
     m_store.function(call.name, call.arg);
     if (!alive)
         return;
-    if (call.caller == Caller::User && !wasRunning &&
-        m_store.linkStatus().state == LinkStatus::State::Running) {
+    const bool hasBegun = !wasRunning && m_store.linkStatus().state == LinkStatus::State::Running;
+    if (hasBegun && call.name == save)
+        ++m_savesBegun;
+    if (hasBegun && call.caller == Caller::User) {
         m_last = call;
         m_hasLast = true;
         m_hasFailed = false;
@@ -139,12 +141,15 @@ void ExchangeQueue::proceed()
     const LinkStatus &status = m_store.linkStatus();
     if (status.state == LinkStatus::State::Running)
         return;
+    const QPointer<ExchangeQueue> alive(this);
+    Q_EMIT ended();
+    if (!alive)
+        return;
     const bool hasFailed = !status.problem.isEmpty();
     const bool isAnswered = m_hasLast && (hasFailed ? !m_hasFailed : m_isDone);
     m_hasFailed = hasFailed && m_hasLast;
     if (!hasFailed)
         m_hasLast = false;
-    const QPointer<ExchangeQueue> alive(this);
     if (isAnswered) {
         Q_EMIT answered(m_last.name, !hasFailed);
         if (!alive)

@@ -47,6 +47,8 @@ public:
     /// The names of the functions that were given up since the last call() of a user, and of saves of tasks
     /// that the guard has refused.
     QStringList abandoned() const { return m_abandoned; }
+    /// How many saves the store has begun from here.
+    int savesBegun() const { return m_savesBegun; }
     /// True when the exchange that a user started last has failed, so that repeat() can try it again.
     bool canRepeat() const { return m_hasFailed; }
     /// Gives up the failed exchange and calls its function once more.
@@ -63,6 +65,8 @@ Q_SIGNALS:
     void changed();
     /// The store has been told to run the function \a name.
     void called(const QString &name);
+    /// The link does not run any more, however the last exchange has ended. Comes from the event loop.
+    void ended();
     /// The exchange that the function \a name has started for a user is over. \a isDone: the recorder has
     /// accepted it; otherwise the store's link status says what is wrong. Nothing is emitted for an exchange
     /// that was given up.
@@ -97,6 +101,7 @@ private:
     bool m_hasFailed = false;
     bool m_isDone = false; ///< the last exchange has ended as it should
     QStringList m_abandoned;
+    int m_savesBegun = 0;
     std::function<bool()> m_saveGuard;
 };
 

@@ -195,12 +195,7 @@ void CWinMain::trackChanges()
         m_changes->noteSaveBegins();
         m_save->noteSaveBegins();
     });
-    connect(&queue, &ExchangeQueue::answered, m_changes.get(), [this](const QString &name) {
-        if (name != saveFunction)
-            return;
-        m_changes->noteSaved(m_setup->saveStatus().arrived);
-        m_save->noteSaved(m_setup->saveStatus().arrived);
-    });
+    connect(&queue, &ExchangeQueue::ended, m_changes.get(), [this] { m_save->noteArrivals(); });
     m_save = std::make_unique<CheckedSave>(
         *m_setup, m_changes->list(), m_options,
         CheckedSave::Services{
@@ -210,10 +205,7 @@ void CWinMain::trackChanges()
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
             [this](const QString &path) { return m_changes->isEditable(path); },
-            [this](const QStringList &arrived) {
-                m_changes->noteSaved(arrived);
-                m_save->noteSaved(arrived);
-            }},
+            [this](const QStringList &arrived) { m_changes->noteSaved(arrived); }},
         *this);
 }
 

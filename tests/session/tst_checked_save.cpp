@@ -2,6 +2,7 @@
 #include "ModalWatcher.h"
 #include "device/login/Credentials.h"
 #include "support/FullDisk.h"
+#include "store/ExchangeQueue.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -39,10 +40,13 @@ const char Page[] = R"(<pvsetup version="1.0">
       <item type="edit" row="2" column="1"><key>net/untitled/PLACE</key></item>
       <item type="label" row="3"><text>Key</text></item>
       <item type="edit" row="3" column="1"><key>net/untitled/WIFI_KEY</key></item>
+      <item type="label" row="4"><text>Name</text></item>
+      <item type="edit" row="4" column="1"><key>streams/common/name</key></item>
     </item>
   </tab></tabwidget>
 </pvsetup>)";
 
+const QString Name = "Warehouse recorder";
 const QByteArray Net = "HOSTNAME=old\nPLACE=Gate\nWIFI_KEY=secret\nUPTIME=17\n";
 
 /// Every row of \a list, its columns joined by "|".
@@ -76,12 +80,12 @@ private:
 
 /// A window whose saves are compared and confirmed.
 struct Sending {
-    explicit Sending(const QString &address) : store(address)
+    explicit Sending(const QString &address, bool compares = true) : store(address)
     {
         QSignalSpy loaded(&store, &OrbSetup::loadDone);
         WindowOptions options;
         options.tracksChanges = true;
-        options.comparesBeforeSending = true;
+        options.comparesBeforeSending = compares;
         options.confirmsSaves = true;
         window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
         isLoaded = loaded.wait(20'000) && waitUntil([this] { return isIdle(); });
@@ -97,7 +101,12 @@ struct Sending {
         }
     }
     void pressOk() const { buttonWithText<QPushButton>(*window, "OK")->click(); }
-    QString changes() const { return window->findChild<QToolButton *>("changes")->text(); }
+    /// Empty without any.
+    QString changes() const
+    {
+        const auto *button = window->findChild<QToolButton *>("changes");
+        return button->isHidden() ? QString() : button->text();
+    }
 
     OrbNetSetup store;
     std::unique_ptr<CWinMain> window;
@@ -178,6 +187,11 @@ private Q_SLOTS:
     void sendsTheRestOfABrokenSave();
     void sendsTheRestOfAStoppedSave();
     void goesOnEditingAfterABrokenSave();
+    void knowsWhatHasArrivedBeforeAStop();
+    void knowsWhatHasArrivedBeforeASecondFault();
+    void knowsWhatHasArrivedOfOtherSaves_data();
+    void knowsWhatHasArrivedOfOtherSaves();
+    void confirmsNoSaveThatWasDropped();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
     void keepsWhatWasSentWithoutRoomForTheRecorders_data();
@@ -345,6 +359,90 @@ void TestCheckedSave::goesOnEditingAfterABrokenSave()
     session.pressOk();
     QVERIFY2(second.isAtItsEnd(), qPrintable(second.headline));
     QVERIFY(net().contains("HOSTNAME = 'new'"));
+}
+
+void TestCheckedSave::knowsWhatHasArrivedBeforeAStop()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type(Name, "renamed");
+    session.type("old", "new");
+    setFaults({"never@PUT NET CONFIG"});
+    const ModalWatcher question(
+        [](QWidget &box) { static_cast<QMessageBox &>(box).button(QMessageBox::Yes)->click(); });
+    SavePilot pilot(Steps{{"Sending \"net\"", "Stop"}, {"Sending was stopped", "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(session.changes(), QString("1 change"));
+    session.type("new", "old");
+    QCOMPARE(session.changes(), QString());
+    session.type("renamed", Name);
+    QCOMPARE(session.changes(), QString("1 change"));
+}
+
+void TestCheckedSave::knowsWhatHasArrivedBeforeASecondFault()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"error@PUT NET CONFIG"});
+    SavePilot pilot(Steps{{"Device error", "Send the rest", [&] { setFaults({"error@PUT TIME CONFIG"}); }},
+                          {"Device error", "Go on editing", [&] { QVERIFY(net().contains("'new'")); }}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(session.changes(), QString());
+}
+
+void TestCheckedSave::knowsWhatHasArrivedOfOtherSaves_data()
+{
+    const TestTable<ExchangeQueue::Caller, bool, QString> row("caller", "isGivenUp", "left");
+    row("given up in the status line", ExchangeQueue::Caller::User, true, "1 change");
+    row("of a time task", ExchangeQueue::Caller::Task, false, "");
+    row("of a time task, given up", ExchangeQueue::Caller::Task, true, "1 change");
+}
+
+void TestCheckedSave::knowsWhatHasArrivedOfOtherSaves()
+{
+    QFETCH(ExchangeQueue::Caller, caller);
+    QFETCH(bool, isGivenUp);
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type(Name, "renamed");
+    session.type("old", "new");
+    if (isGivenUp)
+        setFaults({"never@PUT NET CONFIG"});
+    ExchangeQueue &queue = ExchangeQueue::of(session.store);
+    queue.call("save_settings", {}, caller);
+    if (isGivenUp) {
+        AWAIT_VERIFY(session.store.saveStatus().arrived.contains("streams"));
+        queue.giveUpRunning();
+    }
+    AWAIT_VERIFY(session.isIdle());
+    QFETCH(QString, left);
+    AWAIT_COMPARE(session.changes(), left);
+}
+
+void TestCheckedSave::confirmsNoSaveThatWasDropped()
+{
+    Sending session(address(), false);
+    QVERIFY(session.isLoaded);
+    {
+        SavePilot earlier(Steps{{"Sent and confirmed", "Close"}});
+        session.pressOk();
+        QVERIFY2(earlier.isAtItsEnd(), qPrintable(earlier.headline));
+    }
+    session.window->show();
+    session.type("old", "new");
+    session.store.setCredentialsSource(std::make_unique<KnownLogin>("admin"));
+    m_recorder->setReplyDelay(50);
+    setFaults({"refuse=1"});
+    ExchangeQueue::of(session.store).call("get_report", {}, ExchangeQueue::Caller::User);
+    SavePilot pilot(Steps{{"Nothing was sent, and the changes are lost", "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(pilot.files, QStringList());
+    QVERIFY(net().contains("old"));
+    QVERIFY(session.window->isVisible());
 }
 
 void TestCheckedSave::keepsWhatSomebodyElseHasChanged_data()

@@ -49,11 +49,44 @@ bool CheckedSave::run(const std::function<void()> &send)
         return false;
     if (!m_services.review())
         return false;
-    send();
-    if (!m_options.confirmsSaves || !canAsk())
+    if (!m_options.confirmsSaves || !canAsk()) {
+        send();
         return true;
+    }
     m_send = send;
+    callSave();
     return follow();
+}
+
+void CheckedSave::callSave()
+{
+    m_savesBefore = ExchangeQueue::of(*m_store).savesBegun();
+    m_hadChanges = !m_changes.isEmpty();
+    m_send();
+}
+
+/// False while the save waits, and after it was dropped.
+bool CheckedSave::hasSaveBegun() const
+{
+    return ExchangeQueue::of(*m_store).savesBegun() != m_savesBefore;
+}
+
+void CheckedSave::noteSaveBegins()
+{
+    m_check.noteSaveBegins();
+    const int save = m_store ? ExchangeQueue::of(*m_store).savesBegun() : 0;
+    if (std::exchange(m_notedSave, save) != save)
+        m_notedArrivals = 0;
+}
+
+void CheckedSave::noteArrivals()
+{
+    if (!m_store)
+        return;
+    const QStringList arrived = m_store->saveStatus().arrived.mid(m_notedArrivals);
+    m_notedArrivals += arrived.size();
+    m_services.noteSaved(arrived);
+    m_check.noteSaved(arrived);
 }
 
 void CheckedSave::runDialog(SendingDialog &dialog)
@@ -146,32 +179,40 @@ void CheckedSave::update()
     if (isWaiting())
         m_dialog->showBusy(tr("Waiting for the recorder"), tr("Stop"));
     else if (isSaving())
-        m_dialog->showSending(m_store->saveStatus(), m_store->activity());
+        m_dialog->showSending(hasSaveBegun() ? m_store->saveStatus() : SaveStatus(), m_store->activity());
     else
         endSending();
 }
 
 void CheckedSave::endSending()
 {
-    const SaveStatus &save = m_store->saveStatus();
-    const QString problem = m_store->linkStatus().problem;
-    if (problem.isEmpty() && save.missing.isEmpty() && save.replaced.isEmpty() && !m_isStopped) {
-        startConfirming();
-        return;
-    }
+    noteArrivals();
+    const SaveStatus save = hasSaveBegun() ? m_store->saveStatus() : SaveStatus();
+    const bool isComplete = hasSaveBegun() && save.missing.isEmpty() && save.replaced.isEmpty();
+    if (isComplete && m_store->linkStatus().problem.isEmpty() && !m_isStopped)
+        return startConfirming();
     m_stage = Stage::Over;
+    m_dialog->showFailed(save, reasonOfFailure());
+}
+
+QString CheckedSave::reasonOfFailure() const
+{
     if (m_isStopped)
-        m_dialog->showFailed(save, tr("Sending was stopped."));
-    else
-        m_dialog->showFailed(save, !problem.isEmpty()     ? problem
-                                   : !m_message.isEmpty() ? m_message
-                                                          : tr("Not everything could be sent."));
+        return tr("Sending was stopped.");
+    if (const QString problem = m_store->linkStatus().problem; !problem.isEmpty())
+        return problem;
+    if (!m_message.isEmpty())
+        return m_message;
+    if (hasSaveBegun())
+        return tr("Not everything could be sent.");
+    return m_hadChanges && m_changes.isEmpty()
+               ? tr("Nothing was sent, and the changes are lost: after the new login everything was fetched "
+                    "from the recorder again.")
+               : tr("Nothing was sent.");
 }
 
 void CheckedSave::startConfirming()
 {
-    // A rest that was sent behind a stop is no answer to the save.
-    m_services.noteSaved(m_store->saveStatus().arrived);
     m_stage = Stage::Confirming;
     m_dialog->showConfirming(m_store->saveStatus());
     m_check.confirm(m_store->saveStatus().arrived);
@@ -213,7 +254,7 @@ void CheckedSave::choose(SendingDialog::Choice choice)
         m_stage = Stage::Sending;
         if (choice == SendingDialog::Choice::SendAgain) {
             m_check.repeatEdits();
-            m_send();
+            callSave();
         } else {
             m_store->sendMissing();
         }

@@ -52,19 +52,24 @@ public:
     /// See SaveCheck::newerFile().
     std::optional<QByteArray> newerFile(const QString &name) const { return m_check.newerFile(name); }
 
-    /// To be called when a save begins, and when it has ended, also for those that do not run here.
-    void noteSaveBegins() { m_check.noteSaveBegins(); }
-    void noteSaved(const QStringList &arrived) { m_check.noteSaved(arrived); }
+    /// To be called when a save begins, also for those that do not run here.
+    void noteSaveBegins();
+    /// To be called when an exchange has ended: notes which files the recorder has taken, also when the save
+    /// has failed or was given up.
+    void noteArrivals();
 
 private:
     enum class Stage { Comparing, Sending, Confirming, Over };
 
     bool canAsk() const;
     bool compare();
+    void callSave();
     bool decideAboutForeignChanges();
     bool follow();
     void update();
     void endSending();
+    bool hasSaveBegun() const;
+    QString reasonOfFailure() const;
     void startConfirming();
     void noteFetched(const QString &problem);
     void choose(SendingDialog::Choice choice);
@@ -86,7 +91,11 @@ private:
     Stage m_stage = Stage::Over;
     std::function<void()> m_send;
     QString m_fetchProblem;
-    QString m_message; ///< of the store, the last one of the save
+    QString m_message;             ///< of the store, the last one of the save
+    int m_notedSave = 0;           ///< the save whose arrivals are noted, counted by the queue
+    qsizetype m_notedArrivals = 0; ///< how many are
+    int m_savesBefore = 0;         ///< that had begun when this one was asked for
+    bool m_hadChanges = false;     ///< at that time
     bool m_isRunning = false;
     bool m_isStopped = false;       ///< by the user
     bool m_isKeptOtherwise = false; ///< values, as the dialog shows
