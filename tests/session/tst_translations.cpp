@@ -63,6 +63,11 @@ QString run(const QString &program, const QStringList &arguments)
     return isDone ? QString() : program + ": " + process.errorString() + process.readAll();
 }
 
+void addText(QDomElement &element, const QString &text)
+{
+    element.appendChild(element.ownerDocument().createTextNode('[' + text + ']'));
+}
+
 /// Writes each text in brackets as its own translation.
 bool translateAll(const QString &catalogue)
 {
@@ -75,7 +80,13 @@ bool translateAll(const QString &catalogue)
         QDomElement translation = messages.at(i).firstChildElement("translation");
         translation.removeAttribute("type");
         const QString text = messages.at(i).firstChildElement("source").text();
-        translation.appendChild(document.createTextNode('[' + text + ']'));
+        QDomNodeList forms = translation.elementsByTagName("numerusform");
+        for (int form = 0; form < forms.size(); ++form) {
+            QDomElement element = forms.at(form).toElement();
+            addText(element, text);
+        }
+        if (forms.isEmpty())
+            addText(translation, text);
     }
     return file.resize(0) && file.seek(0) && file.write(document.toByteArray()) > 0;
 }
@@ -167,7 +178,8 @@ void TestTranslations::initTestCase()
     const QTemporaryDir folder;
     const QString catalogue = folder.filePath("texts.ts");
     const QString sources = QStringLiteral(SOURCE_FOLDER);
-    QCOMPARE(run(lupdate, {"-silent", "-I", sources, sources, "-ts", catalogue}), QString());
+    QCOMPARE(run(lupdate, {"-silent", "-target-language", "en", "-I", sources, sources, "-ts", catalogue}),
+             QString());
     QVERIFY(translateAll(catalogue));
     const QString compiled = folder.filePath("texts.qm");
     QCOMPARE(run(lrelease, {"-silent", catalogue, "-qm", compiled}), QString());

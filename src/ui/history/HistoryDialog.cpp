@@ -143,7 +143,7 @@ void HistoryDialog::countNext()
                 : differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut)
                       .size();
     QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
-    row->setText(ChangesColumn, count == 1 ? tr("1 value") : tr("%1 values").arg(count));
+    row->setText(ChangesColumn, count == 1 ? tr("1 value") : tr("%n values", nullptr, int(count)));
     m_newer = snapshot;
 }
 
@@ -235,8 +235,8 @@ void HistoryDialog::fill(const QList<ValueDifference> &found)
     }
     m_values->addTopLevelItems(rows);
     const qsizetype others = found.size() - m_found.size();
-    QString text =
-        m_found.size() == 1 ? tr("1 different value") : tr("%1 different values").arg(m_found.size());
+    QString text = m_found.size() == 1 ? tr("1 different value")
+                                       : tr("%n different values", nullptr, int(m_found.size()));
     if (others > 0)
         text = tr("%1 (and %2 that this window does not edit)").arg(text).arg(others);
     m_caption->setText(text);

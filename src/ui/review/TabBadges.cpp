@@ -175,12 +175,12 @@ void TabBadges::updateNames()
 
 QString TabBadges::changesText(qsizetype count)
 {
-    return count == 1 ? tr("1 change") : tr("%1 changes").arg(count);
+    return count == 1 ? tr("1 change") : tr("%n changes", nullptr, int(count));
 }
 
 QString TabBadges::problemsText(qsizetype count)
 {
-    return count == 1 ? tr("1 problem") : tr("%1 problems").arg(count);
+    return count == 1 ? tr("1 problem") : tr("%n problems", nullptr, int(count));
 }
 
 } // namespace paravue

@@ -142,8 +142,9 @@ void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
         setFiles({row.key()},
                  files.contains(row.key()) ? tr("Sent, kept otherwise") : tr("Sent and confirmed"));
     m_values->show();
-    showState(values.size() == 1 ? tr("Sent, but the recorder keeps one value otherwise")
-                                 : tr("Sent, but the recorder keeps %1 values otherwise").arg(values.size()),
+    showState(values.size() == 1
+                  ? tr("Sent, but the recorder keeps one value otherwise")
+                  : tr("Sent, but the recorder keeps %n values otherwise", nullptr, int(values.size())),
               false,
               {{tr("Keep the recorder's"), Choice::KeepRecorders},
                {tr("Send again"), Choice::SendAgain},
