@@ -1,5 +1,7 @@
 #include "controls/AlarmZoneEditor.h"
 
+#include "controls/OwnTexts.h"
+
 #include <array>
 
 namespace paravue
@@ -29,7 +31,10 @@ constexpr std::array<ZoneStyle, 9> ZoneStyles{{{0xe02020, CellStyle::Rising},
 
 AlarmZoneEditor::AlarmZoneEditor(const QSize &size, QWidget *parent) : CellGridEditor(size, parent)
 {
-    setKinds(usualNames());
+    keepTranslated(*this, [this, usual = QStringList()]() mutable {
+        if (kinds() == usual) // and none of a description
+            setKinds(usual = usualNames());
+    });
 }
 
 QStringList AlarmZoneEditor::usualNames()

@@ -1,6 +1,7 @@
 #include "controls/CellGridEditor.h"
 
 #include "controls/CellClipboard.h"
+#include "controls/OwnTexts.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -35,6 +36,7 @@ CellGridEditor::CellGridEditor(const QSize &size, QWidget *parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    keepTranslated(*this, [this] { showKinds(); });
 }
 
 bool CellGridEditor::setRows(const QStringList &rows)
@@ -56,11 +58,16 @@ bool CellGridEditor::setKinds(const QStringList &names)
     if (fitting.isEmpty() || fitting == m_kinds)
         return false;
     m_kinds = fitting;
-    m_strip.setTexts(m_kinds + QStringList{tr("Rectangle"), tr("Brush")});
     m_kind = std::min(m_kind, int(fitting.size()));
-    updateGeometry();
+    showKinds();
     stateChanged();
     return true;
+}
+
+void CellGridEditor::showKinds()
+{
+    m_strip.setTexts(m_kinds + QStringList{tr("Rectangle"), tr("Brush")});
+    updateGeometry();
 }
 
 QString CellGridEditor::valueText() const

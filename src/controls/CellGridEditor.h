@@ -119,6 +119,7 @@ private:
     QPoint cellAt(const QPoint &position) const;
     Borders borders() const;
 
+    void showKinds();
     EditActions editActions();
     EditActions toolActions();
     EditActions kindActions();

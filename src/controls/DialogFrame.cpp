@@ -2,6 +2,7 @@
 
 #include "controls/DialogIcons.h"
 #include "controls/DialogPlace.h"
+#include "controls/OwnTexts.h"
 #include "controls/ReadableColors.h"
 
 #include <QDialog>
@@ -44,8 +45,10 @@ DialogFrame::DialogFrame(QDialog &dialog) : QWidget(&dialog), m_dialog(dialog), 
 {
     m_close->setAutoRaise(true);
     m_close->setFocusPolicy(Qt::NoFocus);
-    m_close->setToolTip(tr("Close"));
-    m_close->setAccessibleName(tr("Close"));
+    keepTranslated(*m_close, [this] {
+        m_close->setToolTip(tr("Close"));
+        m_close->setAccessibleName(tr("Close"));
+    });
     connect(m_close, &QToolButton::clicked, &dialog, &QWidget::close);
     dialog.installEventFilter(this);
 }

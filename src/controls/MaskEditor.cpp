@@ -1,12 +1,17 @@
 #include "controls/MaskEditor.h"
 
+#include "controls/OwnTexts.h"
+
 namespace paravue
 {
 
 MaskEditor::MaskEditor(const QSize &size, Purpose purpose, QWidget *parent)
     : CellGridEditor(size, parent), m_purpose(purpose)
 {
-    setKinds({tr("Masked")});
+    keepTranslated(*this, [this, usual = QStringList()]() mutable {
+        if (kinds() == usual) // and none of a description
+            setKinds(usual = QStringList{tr("Masked")});
+    });
 }
 
 bool MaskEditor::isOfKind(int mark, int) const

@@ -1,11 +1,13 @@
 #include "controls/PackageListView.h"
 
+#include "controls/OwnTexts.h"
+
 namespace paravue
 {
 
 PackageListView::PackageListView(QWidget *parent) : SortableListView(parent)
 {
-    setPlaceholder(tr("No packages"));
+    keepTranslated(*this, [this] { setPlaceholder(tr("No packages")); });
 }
 
 bool PackageListView::setPackages(const QList<Package> &packages)

@@ -1,5 +1,7 @@
 #include "controls/UserListView.h"
 
+#include "controls/OwnTexts.h"
+
 namespace paravue
 {
 
@@ -12,7 +14,7 @@ constexpr int LevelColumn = 1;
 
 UserListView::UserListView(QWidget *parent) : SortableListView(parent)
 {
-    setPlaceholder(tr("No users"));
+    keepTranslated(*this, [this] { setPlaceholder(tr("No users")); });
 }
 
 bool UserListView::setUsers(const QList<User> &users)

@@ -30,6 +30,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QLoggingCategory>
 #include <QPainter>
 #include <QPushButton>
@@ -630,6 +631,14 @@ bool CWinMain::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::KeyPress && pressFocusedButton(*static_cast<QKeyEvent *>(event)))
         return true;
     return QDialog::eventFilter(watched, event);
+}
+
+/// A widget keeps the locale that was the default when it was made.
+void CWinMain::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange && locale() != QLocale())
+        setLocale(QLocale());
+    QDialog::changeEvent(event);
 }
 
 void CWinMain::keyPressEvent(QKeyEvent *event)

@@ -90,6 +90,7 @@ public Q_SLOTS:
     void slot_onpseudothrow(const QString &s);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

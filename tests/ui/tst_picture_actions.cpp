@@ -478,7 +478,7 @@ void TestPictureActions::detailsTheStream()
     for (const char *line :
          {"Picture: Yard", "State: current", "Shown: 64 × 48 pixels", "Pictures shown: 1", "Codec: H264",
           "Size: 1920 × 1080 pixels", "Pictures received: 50", "Pictures left out: 3",
-          "Lateness: 40 ms, at most 40 ms", "Bytes received: 1000", "Lost bytes: 7 at 2 places",
+          "Lateness: 40 ms, at most 40 ms", "Bytes received: 1,000", "Lost bytes: 7 at 2 places",
           "Lost fragments: 4, lost frames: 5", "Reconnections: 0"})
         QVERIFY2(window->text().split('\n').contains(QString::fromUtf8(line)), qPrintable(window->text()));
     figures.bytes += 1'000'000;

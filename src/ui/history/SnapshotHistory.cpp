@@ -1,6 +1,7 @@
 #include "ui/history/SnapshotHistory.h"
 
 #include "controls/OrbDlgQuestion.h"
+#include "controls/OwnTexts.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
 #include "snapshots/SnapshotStore.h"
@@ -35,8 +36,10 @@ SnapshotHistory::SnapshotHistory(QWidget &window, OrbSetup &store, ChangeTrackin
       m_runDialog(runDialog), m_button(new QToolButton(&window))
 {
     m_button->setObjectName(QStringLiteral("history"));
-    m_button->setText(tr("History"));
-    m_button->setToolTip(tr("Compare with what the recorder had earlier, and restore it (Ctrl+H)"));
+    keepTranslated(*m_button, [this] {
+        m_button->setText(tr("History"));
+        m_button->setToolTip(tr("Compare with what the recorder had earlier, and restore it (Ctrl+H)"));
+    });
     m_button->setAutoRaise(true);
     m_button->setFocusPolicy(Qt::TabFocus);
     m_button->setVisible(!options.folder.isEmpty());

@@ -2,6 +2,7 @@
 
 #include "changes/DescribedSecrets.h"
 #include "controls/OrbDlgQuestion.h"
+#include "controls/OwnTexts.h"
 #include "store/ConfigAddress.h"
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
@@ -31,8 +32,10 @@ ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Binding
     m_count->setObjectName(QStringLiteral("changes"));
     m_count->setAutoRaise(true);
     m_count->setFocusPolicy(Qt::TabFocus);
-    m_count->setToolTip(tr("Show what was changed and not sent yet, and what is wrong (Ctrl+R)"));
-    m_count->hide();
+    keepTranslated(*m_count, [this] {
+        m_count->setToolTip(tr("Show what was changed and not sent yet, and what is wrong (Ctrl+R)"));
+        showCount();
+    });
     bindings.setEditSteps(&m_steps);
     connect(m_count, &QToolButton::clicked, this, &ChangeTracking::reviewRequested);
     connect(&m_list, &ChangeList::changed, this, &ChangeTracking::noteChange);
@@ -126,6 +129,7 @@ void ChangeTracking::updateTexts()
 {
     m_described.reset();
     m_badges.updateNames();
+    showCount();
 }
 
 QString ChangeTracking::caption(const QString &path) const

@@ -112,7 +112,7 @@ QStringList StreamDetails::linesOf(const StreamFigures &figures)
     m_longestWait = std::max(m_longestWait, figures.wait);
     lines << tr("Lateness: %1 ms, at most %2 ms")
                  .arg(QString::number(figures.wait.count()), QString::number(m_longestWait.count()));
-    lines << tr("Bytes received: %1").arg(figures.bytes);
+    lines << tr("Bytes received: %1").arg(locale().toString(figures.bytes));
     lines << tr("Lost bytes: %1 at %2 places")
                  .arg(QString::number(figures.losses.bytes), QString::number(figures.losses.gaps));
     lines << tr("Lost fragments: %1, lost frames: %2")

@@ -1,4 +1,5 @@
 #include "controls/ListView.h"
+#include "controls/OwnTexts.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ControlAdapter.h"
@@ -73,7 +74,7 @@ public:
     {
         auto *list = new ListView(parent);
         list->setColumns(columnHeaders(context, control), columnWidths(control, limits::ListColumns));
-        list->setPlaceholder(WindowText::tr("No entries"));
+        keepTranslated(*list, [list] { list->setPlaceholder(WindowText::tr("No entries")); });
         return list;
     }
 

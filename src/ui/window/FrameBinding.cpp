@@ -1,6 +1,7 @@
 #include "ui/window/FrameBinding.h"
 
 #include "ui/base/SafeText.h"
+#include "ui/base/WindowText.h"
 #include "ui/page/TabPages.h"
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
@@ -39,8 +40,7 @@ QTabWidget::TabPosition tabPosition(const QString &word)
 FrameBinding::FrameBinding(QDialog &window, WindowFrame &frame, WindowParts &parts,
                            const WindowMemory &memory)
     : m_window(window), m_frame(frame), m_parts(parts), m_memory(memory),
-      m_headerBase(frame.header()->label()->text()), m_okText(frame.okButton()->text()),
-      m_cancelText(frame.cancelButton()->text()), m_retiredPages(new QWidget)
+      m_headerBase(frame.header()->label()->text()), m_retiredPages(new QWidget)
 {
 }
 
@@ -114,8 +114,9 @@ void FrameBinding::showButtons()
         button->setText(text.isNull() ? ownText : m_parts.context.text(text.text()));
         button->setToolTip(element.isNull() ? QString() : safeRichText(m_parts.context.text(toolTip)));
     };
-    show(m_frame.okButton(), ok, m_okText);
-    show(m_frame.cancelButton(), root.firstChildElement(QStringLiteral("buttonCancel")), m_cancelText);
+    show(m_frame.okButton(), ok, WindowText::tr("OK"));
+    show(m_frame.cancelButton(), root.firstChildElement(QStringLiteral("buttonCancel")),
+         WindowText::tr("Cancel"));
 }
 
 void FrameBinding::buildPages(int shownPage)

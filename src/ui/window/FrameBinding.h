@@ -47,8 +47,6 @@ private:
     const WindowMemory m_memory;
     QString m_model; ///< empty before build()
     QString m_headerBase;
-    QString m_okText;
-    QString m_cancelText;
     std::unique_ptr<QWidget> m_retiredPages; ///< pages of the last description, until they are deleted
 };
 

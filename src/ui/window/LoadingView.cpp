@@ -1,6 +1,7 @@
 #include "ui/window/LoadingView.h"
 
 #include "controls/MessageText.h"
+#include "controls/OwnTexts.h"
 #include "ui/base/WindowStyle.h"
 
 #include <QEvent>
@@ -54,12 +55,14 @@ LoadingView::LoadingView(QWidget *parent) : QWidget(parent), m_bar(new QProgress
     column->addStretch(3);
 
     m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_advice->setText(tr("You can close this window and try again."));
     m_advice->hide();
     m_bar->setRange(0, 100);
     m_bar->setMinimumWidth(ColumnWidth / 2);
     applyFont();
-    showHeadline();
+    keepTranslated(*this, [this] {
+        m_advice->setText(tr("You can close this window and try again."));
+        showHeadline();
+    });
 }
 
 void LoadingView::setRecorder(const QString &name)

@@ -1,5 +1,6 @@
 #include "ui/window/StatusLine.h"
 
+#include "controls/OwnTexts.h"
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/base/ElidedLabel.h"
@@ -40,14 +41,16 @@ StatusLine::StatusLine(OrbSetup &store, QWidget *parent)
 {
     m_text->setObjectName(QStringLiteral("statusText"));
     m_retry->setObjectName(QStringLiteral("statusRetry"));
-    m_retry->setText(tr("Try again"));
     m_retry->setFocusPolicy(Qt::TabFocus);
     m_retry->hide();
     m_giveUp->setObjectName(QStringLiteral("statusGiveUp"));
-    m_giveUp->setText(tr("Give up"));
-    m_giveUp->setToolTip(tr("Close the connection; nothing more is sent"));
     m_giveUp->setFocusPolicy(Qt::TabFocus);
     m_giveUp->hide();
+    keepTranslated(*this, [this] {
+        m_retry->setText(tr("Try again"));
+        m_giveUp->setText(tr("Give up"));
+        m_giveUp->setToolTip(tr("Close the connection; nothing more is sent"));
+    });
     for (QToolButton *button : {m_retry, m_giveUp})
         button->setMinimumHeight(lineHeight(*button));
     auto *layout = new QHBoxLayout(this);
@@ -92,8 +95,10 @@ void StatusLine::offerRefresh()
 {
     m_refresh = new QToolButton(this);
     m_refresh->setObjectName(QStringLiteral("statusRefresh"));
-    m_refresh->setText(tr("Refresh"));
-    m_refresh->setToolTip(tr("Fetch the values of the recorder anew (F5)"));
+    keepTranslated(*m_refresh, [this] {
+        m_refresh->setText(tr("Refresh"));
+        m_refresh->setToolTip(tr("Fetch the values of the recorder anew (F5)"));
+    });
     m_refresh->setFocusPolicy(Qt::TabFocus);
     m_refresh->hide();
     m_refresh->setMinimumHeight(lineHeight(*m_refresh));

@@ -1,6 +1,7 @@
 #include "ui/window/WindowHeader.h"
 
 #include "controls/DrawnIcon.h"
+#include "controls/OwnTexts.h"
 #include "ui/base/ElidedLabel.h"
 #include "ui/base/WindowStyle.h"
 
@@ -85,8 +86,10 @@ void WindowHeader::complete()
     registerPictures();
     m_layout->insertWidget(0, new HeaderPicture(this));
     m_closeButton = new CloseButton(this);
-    m_closeButton->setAccessibleName(tr("Close"));
-    m_closeButton->setToolTip(tr("Close"));
+    keepTranslated(*m_closeButton, [this] {
+        m_closeButton->setAccessibleName(tr("Close"));
+        m_closeButton->setToolTip(tr("Close"));
+    });
     connect(m_closeButton, &QToolButton::clicked, this, &WindowHeader::closeRequested);
     m_layout->addWidget(m_closeButton);
 }
