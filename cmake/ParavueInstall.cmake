@@ -9,7 +9,7 @@ set(PARAVUE_PUBLIC_HEADERS
     device/Credentials.h device/login/Credentials.h device/OrbNetSetup.h
     device/RememberedWindows.h device/TimeZoneTable.h
     entry/DoParavueSetup.h entry/FinishParavueSetup.h entry/RunParavueSetup.h entry/SetupPage.h entry/cSetupWidget.h
-    snapshots/SnapshotStore.h ui/WindowOptions.h
+    snapshots/SnapshotStore.h translations/InstallTranslations.h ui/WindowOptions.h
     check/DescriptionCheck.h check/DescriptionSchema.h)
 # The plain C interface needs none of them, and is included without a folder.
 set(PARAVUE_C_HEADER capi/paravue.h)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "store/StoreObserver.h"
+
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -9,25 +12,31 @@ class OrbSetup;
 namespace paravue
 {
 
-/// Sets the language of a session as soon as its description is there, which is before the window reads it. A
-/// session whose description has no texts in this language is closed.
-class LanguageChoice : public QObject
+/// Sets the language of a session as soon as its description is there, which is before the window reads it,
+/// and shows the texts of the library and the program in the language that the window has at any time. A
+/// session whose description has no texts in the wanted language is closed.
+class LanguageChoice : public QObject, private StoreObserver
 {
     Q_OBJECT
 
 public:
-    /// To be made before the session starts. Does nothing with an empty \a language. \a store must outlive
-    /// it.
+    /// To be made before the session starts. An empty \a language leaves it to the recorder.
     LanguageChoice(OrbSetup &store, const QString &language);
+    ~LanguageChoice() override;
 
     /// Why the session was closed; empty when it was not.
     QString problem() const { return m_problem; }
 
 private:
+    void valueSet(const QString &path) override;
+    void fileReplaced(const QString &) override {}
     void choose();
+    void follow();
 
-    OrbSetup &m_store;
+    QPointer<OrbSetup> m_store; ///< a signal may end it before the session
     QString m_language;
+    QStringList m_offered; ///< the languages of the description
+    bool m_isChosen = false;
     QString m_problem;
 };
 

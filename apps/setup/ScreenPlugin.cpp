@@ -7,6 +7,15 @@
 
 namespace paravue
 {
+namespace
+{
+
+class ScreenText
+{
+    Q_DECLARE_TR_FUNCTIONS(SetupProgram)
+};
+
+} // namespace
 
 #ifdef Q_OS_WIN
 
@@ -46,7 +55,7 @@ bool hasScreenPlugin(const QStringList &words)
 
 QString missingScreenText()
 {
-    return QStringLiteral(
+    return ScreenText::tr(
         "there is no screen to show the window on: Qt's plug-in for it was not found, which "
         "is qwindows.dll in the folder \"platforms\" beside the program. Install the program "
         "again, or name the folder with QT_QPA_PLATFORM_PLUGIN_PATH.");
@@ -61,7 +70,7 @@ bool hasScreenPlugin(const QStringList &)
 
 QString missingScreenText()
 {
-    return QStringLiteral("there is no screen to show the window on. Set DISPLAY or WAYLAND_DISPLAY; "
+    return ScreenText::tr("there is no screen to show the window on. Set DISPLAY or WAYLAND_DISPLAY; "
                           "with QT_QPA_PLATFORM=offscreen, --screenshot needs none.");
 }
 

@@ -11,8 +11,10 @@
 #include "SetupProgram.h"
 #include "program/ConsoleOutput.h"
 #include "recorder/StopSignal.h"
+#include "translations/InstallTranslations.h"
 
 #include <QApplication>
+#include <QLocale>
 #include <QTextStream>
 #include <QTimer>
 
@@ -24,12 +26,40 @@ using namespace paravue;
 namespace
 {
 
+class ProgramText
+{
+    Q_DECLARE_TR_FUNCTIONS(SetupProgram)
+};
+
+QString screenProblem; ///< in the user's language: without a screen there is no application that could
+                       ///< translate it
+
 /// Reads the command line without a screen, so that help and usage errors reach every terminal.
 CommandLine readCommandLine(int argc, char **argv)
 {
     const QCoreApplication terminalOnly(argc, argv);
     keepSettingsBesideProgram(QCoreApplication::applicationDirPath());
-    return CommandLine::parse(QCoreApplication::arguments());
+    installTranslations();
+    screenProblem = missingScreenText();
+    CommandLine line = CommandLine::parse(QCoreApplication::arguments());
+    if (line.task == CommandLine::Task::RefuseUsage)
+        line.text += u'\n' + ProgramText::tr("Try paravue-setup --help.");
+    return line;
+}
+
+int check(const CommandLine &commandLine, int argc, char **argv)
+{
+    const QCoreApplication terminalOnly(argc, argv);
+    installTranslations();
+    return int(runCheck(commandLine));
+}
+
+QStringList wantedLanguages(const CommandLine &commandLine)
+{
+    QStringList languages = QLocale::system().uiLanguages();
+    if (!commandLine.language.isEmpty())
+        languages.prepend(commandLine.language);
+    return languages;
 }
 
 QString startLog(ProgramLog &log, const QString &path)
@@ -39,7 +69,7 @@ QString startLog(ProgramLog &log, const QString &path)
 
 void endWithoutScreen()
 {
-    ProgramLog::tellFailure(missingScreenText());
+    ProgramLog::tellFailure(screenProblem);
     ConsoleOutput::endProgram(int(ExitCode::WrongUsage));
 }
 
@@ -75,10 +105,10 @@ int run(int argc, char **argv)
         QTextStream(stdout) << commandLine.text;
         return int(ExitCode::Done);
     case CommandLine::Task::RefuseUsage:
-        QTextStream(stderr) << "paravue-setup: " << commandLine.text << "\nTry paravue-setup --help.\n";
+        QTextStream(stderr) << "paravue-setup: " << commandLine.text << '\n';
         return int(ExitCode::WrongUsage);
     case CommandLine::Task::CheckDescription:
-        return int(runCheck(commandLine));
+        return check(commandLine, argc, argv);
     case CommandLine::Task::RunSession:
         break;
     }
@@ -95,6 +125,7 @@ int run(int argc, char **argv)
     words.append(nullptr);
     const QApplication application(count, words.data());
     ProgramLog::setScreenFailure(nullptr);
+    installTranslations(wantedLanguages(commandLine));
     // The program does not end with its window: a save may still be running.
     QApplication::setQuitOnLastWindowClosed(false);
     // A signal cancels the window, so that the local copies of the recorder's files are removed.
