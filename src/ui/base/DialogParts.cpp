@@ -1,11 +1,11 @@
 #include "ui/base/DialogParts.h"
 
 #include "controls/DialogFrame.h"
+#include "controls/ListColumns.h"
 #include "controls/WindowLook.h"
 #include "ui/base/WindowStyle.h"
 
 #include <QDialog>
-#include <QHeaderView>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -22,8 +22,7 @@ QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, con
     list->setUniformRowHeights(true);
     list->setAllColumnsShowFocus(true);
     list->setAccessibleName(name);
-    for (int column = 0; column < widths.size(); ++column)
-        list->header()->resizeSection(column, widths[column]);
+    setColumnWidths(*list, {widths.constData(), std::size_t(widths.size())});
     return list;
 }
 

@@ -18,7 +18,8 @@ namespace paravue
 namespace dialogparts
 {
 
-/// A list of whole rows with these headings. Its columns have \a widths; the last one takes the rest.
+/// A list of whole rows with these headings. Its columns have \a widths, or more where a heading needs it;
+/// the last one takes the rest.
 /// Screen readers call it \a name.
 QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, const QString &name,
                       QWidget *parent);
