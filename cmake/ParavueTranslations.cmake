@@ -14,9 +14,9 @@ if(NOT PARAVUE_LRELEASE)
     message(WARNING "Without lrelease (Debian: qt6-l10n-tools) all texts are English")
 endif()
 
-# paravue_pack_translations(SOURCE_VARIABLE): appends the source of a resource "translations" with all catalogues, which
-# are under :/paravue/translations.
-function(paravue_pack_translations source_variable)
+# paravue_pack_translations(RESOURCE SOURCE_VARIABLE): appends the source of a resource of this name with all
+# catalogues, which are under :/paravue/translations.
+function(paravue_pack_translations name_of_resource source_variable)
     file(GLOB catalogues CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/translations/paravue_*.ts)
     set(compiled)
     set(entries)
@@ -45,7 +45,7 @@ function(paravue_pack_translations source_variable)
         CONTENT "<RCC>\n<qresource prefix=\"/paravue/translations\">\n${entries}</qresource>\n</RCC>\n")
     set(source ${CMAKE_CURRENT_BINARY_DIR}/packed_translations.cpp)
     add_custom_command(OUTPUT ${source}
-        COMMAND Qt6::rcc --no-zstd --name translations -o ${source} ${resource}
+        COMMAND Qt6::rcc --no-zstd --name ${name_of_resource} -o ${source} ${resource}
         DEPENDS ${resource} ${compiled} VERBATIM)
     set_source_files_properties(${source} PROPERTIES SKIP_AUTOGEN ON SKIP_PRECOMPILE_HEADERS ON)
     set(${source_variable} ${${source_variable}} ${source} PARENT_SCOPE)

@@ -1018,6 +1018,477 @@ Exit code:
     </message>
 </context>
 <context>
+    <name>InfoText</name>
+    <message>
+        <source>the size of the pictures changes too often: an export has at most %1 files</source>
+        <translation>размер изображений меняется слишком часто: файлов при выводе не больше %1</translation>
+    </message>
+    <message>
+        <source>there is no usable header in %1</source>
+        <translation>в %1 нет пригодного заголовка</translation>
+    </message>
+    <message>
+        <source>
+A recording is what a recorder sent on a connection to its video service. It may
+begin and end anywhere. With ADDRESS, login:password@host[:port], one is made first
+and kept if --record names a file for it.
+
+An export has every video stream that begins with a key picture. Its times are
+those of the stream, counted from the first picture. A time that is not behind
+the one before is moved, and such times are counted. Where the codec or the size
+of a picture changes, the next file begins: FILE.mkv, FILE-2.mkv, FILE-3.mkv.
+The files get their names when all of them are complete.
+
+Exit code:
+  0  the streams were listed, and exported if that was asked for
+  2  the command line was wrong
+  3  no connection to the recorder, or no answer in time
+  4  the recorder has refused the login
+  6  a file could not be read or written
+  7  there is no stream in the file, or no video to export
+</source>
+        <translation>
+Запись — это то, что регистратор передал по соединению со своей службой видео.
+Она может начинаться и кончаться где угодно. С ADDRESS, login:password@host[:port],
+запись сначала делается и остаётся, если --record называет для неё файл.
+
+Выводится каждый видеопоток, который начинается с ключевого кадра. Время берётся
+из потока и отсчитывается от первого кадра. Время, которое не позже предыдущего,
+сдвигается, и такие случаи подсчитываются. Там, где меняется кодек или размер
+кадра, начинается следующий файл: FILE.mkv, FILE-2.mkv, FILE-3.mkv.
+Файлы получают свои имена, когда все они готовы.
+
+Код завершения:
+  0  потоки перечислены и, если это требовалось, выведены
+  2  неверная командная строка
+  3  нет связи с регистратором или нет ответа в срок
+  4  регистратор отклонил вход
+  6  не удалось прочитать или записать файл
+  7  в файле нет потоков или нет видео для вывода
+</translation>
+    </message>
+    <message>
+        <source>unknown codec &quot;%1&quot;: it is H264, mp4v or mjpeg</source>
+        <translation>неизвестный кодек «%1»: бывают H264, mp4v и mjpeg</translation>
+    </message>
+    <message>
+        <source>a header is given by --codec or by --header</source>
+        <translation>заголовок задают через --codec или через --header</translation>
+    </message>
+    <message>
+        <source>--force needs --export or --record</source>
+        <translation>для --force нужен --export или --record</translation>
+    </message>
+    <message>
+        <source>--export needs a value</source>
+        <translation>для --export нужно значение</translation>
+    </message>
+    <message>
+        <source>--export reads the recording twice, which standard input cannot be</source>
+        <translation>--export читает запись дважды, а стандартный ввод так прочитать нельзя</translation>
+    </message>
+    <message>
+        <source>cannot export to &quot;%1&quot;: the name has to end in .mkv or .mp4</source>
+        <translation>нельзя вывести в «%1»: имя должно оканчиваться на .mkv или .mp4</translation>
+    </message>
+    <message>
+        <source>there is no such file, and an address has the form login:password@host[:port]</source>
+        <translation>такого файла нет, а адрес имеет вид login:password@host[:port]</translation>
+    </message>
+    <message>
+        <source>--%1 needs an ADDRESS, login:password@host[:port]</source>
+        <translation>для --%1 нужен ADDRESS, login:password@host[:port]</translation>
+    </message>
+    <message>
+        <source>--record needs a value</source>
+        <translation>для --record нужно значение</translation>
+    </message>
+    <message>
+        <source>--seconds takes a number from 1 to %1</source>
+        <translation>--seconds принимает число от 1 до %1</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>Показать эту справку.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Показать версию.</translation>
+    </message>
+    <message>
+        <source>Print the list for other programs.</source>
+        <translation>Вывести список в виде для других программ.</translation>
+    </message>
+    <message>
+        <source>Write the video streams to FILE, which ends in .mkv or .mp4, without encoding them again.</source>
+        <translation>Записать видеопотоки без перекодирования в FILE, имя которого оканчивается на .mkv или .mp4.</translation>
+    </message>
+    <message>
+        <source>Of a recording that begins behind its header: its stream 0 is video of CODEC, which is H264, mp4v or mjpeg. Other streams are lost.</source>
+        <translation>Для записи, которая начинается после своего заголовка: её поток 0 — видео с кодеком CODEC: H264, mp4v или mjpeg. Другие потоки теряются.</translation>
+    </message>
+    <message>
+        <source>Of a recording that begins behind its header: use the one of the recording OTHER.</source>
+        <translation>Для записи, которая начинается после своего заголовка: взять заголовок записи OTHER.</translation>
+    </message>
+    <message>
+        <source>Overwrite FILE when it exists (with --export and --record).</source>
+        <translation>Перезаписать FILE, если он есть (вместе с --export и --record).</translation>
+    </message>
+    <message>
+        <source>Keep the recording of ADDRESS in FILE.</source>
+        <translation>Сохранить запись с ADDRESS в FILE.</translation>
+    </message>
+    <message>
+        <source>Record for so long (without it 10).</source>
+        <translation>Сколько времени записывать (по умолчанию 10).</translation>
+    </message>
+    <message>
+        <source>The password in ADDRESS is the one that a user types: send its digest. Otherwise it is sent as it stands.</source>
+        <translation>Пароль в ADDRESS записан так, как его вводит пользователь: отправлять его хеш. Иначе он отправляется как есть.</translation>
+    </message>
+    <message>
+        <source>Lists the streams of a recorded HVX3 byte stream, or of a recorder.</source>
+        <translation>Перечисляет потоки записанных данных HVX3 или регистратора.</translation>
+    </message>
+    <message>
+        <source>The recorded bytes; - reads them from standard input.</source>
+        <translation>Записанные данные; - читает их из стандартного ввода.</translation>
+    </message>
+    <message>
+        <source>more than one file was given</source>
+        <translation>указано больше одного файла</translation>
+    </message>
+    <message>
+        <source>no file was given, and no address</source>
+        <translation>не указаны ни файл, ни адрес</translation>
+    </message>
+    <message>
+        <source>cannot write %1: %2</source>
+        <translation>не удалось записать %1: %2</translation>
+    </message>
+    <message>
+        <source>the recorder has refused the login</source>
+        <translation>регистратор отклонил вход</translation>
+    </message>
+    <message>
+        <source>what answers at %1 is not a recorder</source>
+        <translation>по адресу %1 отвечает не регистратор</translation>
+    </message>
+    <message>
+        <source>no answer from %1 for %2 s</source>
+        <translation>%1 не отвечает %2 с</translation>
+    </message>
+    <message>
+        <source>no video from %1: %2</source>
+        <translation>нет видео от %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 is empty</source>
+        <translation>файл %1 пуст</translation>
+    </message>
+    <message>
+        <source>there is no stream in %1: </source>
+        <translation>в %1 нет потоков: </translation>
+    </message>
+    <message>
+        <source>no index record begins in its %1</source>
+        <translation>в нём (%1) не начинается ни одна индексная запись</translation>
+    </message>
+    <message>
+        <source>a header begins in it but does not end</source>
+        <translation>заголовок в нём начинается, но не заканчивается</translation>
+    </message>
+    <message>
+        <source>no header begins in its %1. If it begins behind its header, --codec or --header helps</source>
+        <translation>в нём (%1) не начинается ни один заголовок. Если он начинается после своего заголовка, помогает --codec или --header</translation>
+    </message>
+    <message>
+        <source>--export reads the recording twice, which %1 cannot be</source>
+        <translation>--export читает запись дважды, а %1 так прочитать нельзя</translation>
+    </message>
+    <message>
+        <source>%1 exists; --force overwrites it</source>
+        <translation>файл %1 уже есть; --force перезаписывает его</translation>
+    </message>
+    <message>
+        <source>Try hvx3-info --help.</source>
+        <translation>Смотрите hvx3-info --help.</translation>
+    </message>
+    <message>
+        <source>%1 is a folder</source>
+        <translation>%1 — это папка</translation>
+    </message>
+    <message>
+        <source>there is no file %1</source>
+        <translation>нет файла %1</translation>
+    </message>
+    <message>
+        <source>cannot open %1: %2</source>
+        <translation>не удалось открыть %1: %2</translation>
+    </message>
+    <message>
+        <source>cannot read %1: %2</source>
+        <translation>не удалось прочитать %1: %2</translation>
+    </message>
+    <message>
+        <source>video</source>
+        <translation>видео</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>текст</translation>
+    </message>
+    <message>
+        <source>data</source>
+        <translation>данные</translation>
+    </message>
+    <message>
+        <source>unreadable</source>
+        <translation>не читается</translation>
+    </message>
+    <message>
+        <source>%1 x %2</source>
+        <translation>%1 × %2</translation>
+    </message>
+    <message>
+        <source>1 time</source>
+        <translation>1 раз</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 times</source>
+        <translation>
+            <numerusform>%1 раз</numerusform>
+            <numerusform>%1 раза</numerusform>
+            <numerusform>%1 раз</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 кадр</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 frames</source>
+        <translation>
+            <numerusform>%1 кадр</numerusform>
+            <numerusform>%1 кадра</numerusform>
+            <numerusform>%1 кадров</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 gap</source>
+        <translation>1 разрыв</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 gaps</source>
+        <translation>
+            <numerusform>%1 разрыв</numerusform>
+            <numerusform>%1 разрыва</numerusform>
+            <numerusform>%1 разрывов</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 record</source>
+        <translation>1 запись</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 records</source>
+        <translation>
+            <numerusform>%1 запись</numerusform>
+            <numerusform>%1 записи</numerusform>
+            <numerusform>%1 записей</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 picture</source>
+        <translation>1 изображение</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 pictures</source>
+        <translation>
+            <numerusform>%1 изображение</numerusform>
+            <numerusform>%1 изображения</numerusform>
+            <numerusform>%1 изображений</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source> (the clock was set back %1)</source>
+        <translation> (часы переводились назад: %1)</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 кбит/с</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>неизвестно</translation>
+    </message>
+    <message>
+        <source>recording</source>
+        <translation>запись</translation>
+    </message>
+    <message>
+        <source>in front</source>
+        <translation>в начале</translation>
+    </message>
+    <message>
+        <source>answer to the login, %1</source>
+        <translation>ответ на вход, %1</translation>
+    </message>
+    <message>
+        <source>header</source>
+        <translation>заголовок</translation>
+    </message>
+    <message>
+        <source>given on the command line</source>
+        <translation>задан в командной строке</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>название</translation>
+    </message>
+    <message>
+        <source>text %1</source>
+        <translation>текст %1</translation>
+    </message>
+    <message>
+        <source>records</source>
+        <translation>записи</translation>
+    </message>
+    <message>
+        <source>headers %1, index records %2, data records %3 with %4</source>
+        <translation>заголовков: %1, индексных: %2, данных: %3 (%4)</translation>
+    </message>
+    <message>
+        <source>duration</source>
+        <translation>длительность</translation>
+    </message>
+    <message>
+        <source>bit rate</source>
+        <translation>скорость потока</translation>
+    </message>
+    <message>
+        <source>lost</source>
+        <translation>потеряно</translation>
+    </message>
+    <message>
+        <source>%1 in %2, fragments %3, unfinished frames %4</source>
+        <translation>%1 (%2), фрагментов: %3, неполных кадров: %4</translation>
+    </message>
+    <message>
+        <source>cut at its end</source>
+        <translation>обрезано в конце</translation>
+    </message>
+    <message>
+        <source>%1 of a record</source>
+        <translation>%1 записи</translation>
+    </message>
+    <message>
+        <source> (codec not known)</source>
+        <translation> (неизвестный кодек)</translation>
+    </message>
+    <message>
+        <source>, then </source>
+        <translation>, затем </translation>
+    </message>
+    <message>
+        <source>pictures</source>
+        <translation>изображения</translation>
+    </message>
+    <message>
+        <source>key frames</source>
+        <translation>ключевых кадров</translation>
+    </message>
+    <message>
+        <source>frame rate</source>
+        <translation>частота кадров</translation>
+    </message>
+    <message>
+        <source>%1 per second, largest gap %2 ms</source>
+        <translation>%1 в секунду, наибольший промежуток %2 мс</translation>
+    </message>
+    <message>
+        <source>
+stream %1: %2
+</source>
+        <translation>
+поток %1: %2
+</translation>
+    </message>
+    <message>
+        <source>frames</source>
+        <translation>кадров</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>bytes</source>
+        <translation>байтов</translation>
+    </message>
+    <message>
+        <source>%1; a frame %2 to %3, mean %4</source>
+        <translation>%1; в кадре от %2 до %3, в среднем %4</translation>
+    </message>
+    <message>
+        <source>fragments %1, unfinished frames %2</source>
+        <translation>фрагментов: %1, неполных кадров: %2</translation>
+    </message>
+    <message>
+        <source>
+exported to %1
+</source>
+        <translation>
+выведено в %1
+</translation>
+    </message>
+    <message>
+        <source>stream %1</source>
+        <translation>поток %1</translation>
+    </message>
+    <message>
+        <source>moved times</source>
+        <translation>сдвигов времени</translation>
+    </message>
+    <message>
+        <source>clock set back</source>
+        <translation>часы назад</translation>
+    </message>
+    <message>
+        <source>1 byte</source>
+        <translation>1 байт</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 bytes</source>
+        <translation>
+            <numerusform>%1 байт</numerusform>
+            <numerusform>%1 байта</numerusform>
+            <numerusform>%1 байтов</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>
+not exported: %1 with no key picture before
+</source>
+        <translation>
+не выведено: %1, перед которыми нет ключевого кадра
+</translation>
+    </message>
+    <message>
+        <source>%1 is the recording itself</source>
+        <translation>%1 — это сама запись</translation>
+    </message>
+    <message>
+        <source>the recording was changed while it was read</source>
+        <translation>запись изменилась во время чтения</translation>
+    </message>
+    <message>
+        <source>there is no video stream with a key picture in %1</source>
+        <translation>в %1 нет видеопотока с ключевым кадром</translation>
+    </message>
+</context>
+<context>
     <name>OrbDlgQuestion</name>
     <message>
         <source>Do not ask again</source>
@@ -1104,7 +1575,7 @@ Exit code:
     </message>
     <message>
         <source>Asking for the login</source>
-        <translation>Запрос имени и пароля</translation>
+        <translation>Запрос логина и пароля</translation>
     </message>
     <message>
         <source>The recorder has refused the login</source>
@@ -1305,6 +1776,269 @@ Exit code:
     </message>
 </context>
 <context>
+    <name>RecorderText</name>
+    <message>
+        <source>another companion is running</source>
+        <translation>уже работает другой сопровождающий процесс</translation>
+    </message>
+    <message>
+        <source>cannot create the folder %1</source>
+        <translation>не удалось создать папку %1</translation>
+    </message>
+    <message>
+        <source>cannot write %1</source>
+        <translation>не удалось записать %1</translation>
+    </message>
+    <message>
+        <source>--%1 takes a number from 0 to %2, not &quot;%3&quot;</source>
+        <translation>--%1 принимает число от 0 до %2, а не «%3»</translation>
+    </message>
+    <message>
+        <source>Behaves like a network video recorder: answers the configuration protocol, keeps its files in a folder and sends live video. %1 clients may be connected at a time.</source>
+        <translation>Ведёт себя как сетевой видеорегистратор: отвечает по протоколу настройки, хранит свои файлы в папке и передаёт живое видео. Одновременно может быть клиентов: %1.</translation>
+    </message>
+    <message>
+        <source>Listen on this TCP port; 0 picks a free one (default 5049).</source>
+        <translation>Принимать соединения на этом порту TCP; 0 выбирает свободный (по умолчанию 5049).</translation>
+    </message>
+    <message>
+        <source>Listen on this address of the computer (default 127.0.0.1: local clients only).</source>
+        <translation>Принимать соединения на этом адресе компьютера (по умолчанию 127.0.0.1: только местные клиенты).</translation>
+    </message>
+    <message>
+        <source>Folder of the configuration files, filled with the shipped model when it is missing or empty (default: a temporary folder, removed at the end).</source>
+        <translation>Папка файлов конфигурации; если её нет или она пуста, заполняется поставляемой моделью (по умолчанию временная папка, удаляемая в конце).</translation>
+    </message>
+    <message>
+        <source>The model that fills an empty folder: %1 (default: the first).</source>
+        <translation>Модель, которой заполняется пустая папка: %1 (по умолчанию первая).</translation>
+    </message>
+    <message>
+        <source>Send every answer this many milliseconds later (default 0).</source>
+        <translation>Отправлять каждый ответ позже на столько миллисекунд (по умолчанию 0).</translation>
+    </message>
+    <message>
+        <source>Be gone for this long when a client restarts the recorder (default 3000).</source>
+        <translation>На сколько пропадать, когда клиент перезагружает регистратор (по умолчанию 3000).</translation>
+    </message>
+    <message>
+        <source>Misbehave on the configuration protocol; may be given several times. FAULT is KIND or KIND@WHERE. KIND is one of %1. WHERE is login, a command such as &quot;GET NET CONFIG&quot;, the number of an answer of each connection (1 is the one to the login), or all (the default).</source>
+        <translation>Нарушать протокол настройки; можно указать несколько раз. FAULT имеет вид KIND или KIND@WHERE. KIND — одно из %1. WHERE — это login, команда, например «GET NET CONFIG», номер ответа каждого соединения (1 — ответ на вход) или all (так по умолчанию).</translation>
+    </message>
+    <message>
+        <source>Tell setup programs of this user the recorder&apos;s name, which the file &quot;streams&quot; holds as common/name.</source>
+        <translation>Сообщать программам настройки этого пользователя название регистратора, которое стоит в файле «streams» как common/name.</translation>
+    </message>
+    <message>
+        <source>End when standard input ends, as it does with the program that has started this one.</source>
+        <translation>Завершить работу, когда закончится стандартный ввод, например вместе с запустившей программой.</translation>
+    </message>
+    <message>
+        <source>Print every request and answer. Passwords are not shown.</source>
+        <translation>Выводить каждый запрос и ответ. Пароли не показываются.</translation>
+    </message>
+    <message>
+        <source>unexpected argument &quot;%1&quot;</source>
+        <translation>лишний аргумент «%1»</translation>
+    </message>
+    <message>
+        <source>--address takes an IP address, not &quot;%1&quot;</source>
+        <translation>--address принимает IP-адрес, а не «%1»</translation>
+    </message>
+    <message>
+        <source>--data takes a folder</source>
+        <translation>--data принимает папку</translation>
+    </message>
+    <message>
+        <source>there is no model &quot;%1&quot;, only: %2</source>
+        <translation>нет модели «%1», есть только: %2</translation>
+    </message>
+    <message>
+        <source>the name is not announced: %1</source>
+        <translation>название не сообщается: %1</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2</source>
+        <translation>не удалось открыть порт %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 takes no value</source>
+        <translation>%1 не принимает значения</translation>
+    </message>
+    <message>
+        <source>%1 takes one line</source>
+        <translation>%1 принимает одну строку</translation>
+    </message>
+    <message>
+        <source>%1 takes a number, less, more or none, not &quot;%2&quot;</source>
+        <translation>%1 принимает число, less, more или none, а не «%2»</translation>
+    </message>
+    <message>
+        <source>%1 takes a number from %2 to %3, not &quot;%4&quot;</source>
+        <translation>%1 принимает число от %2 до %3, а не «%4»</translation>
+    </message>
+    <message>
+        <source>%1 is possible @%2 only</source>
+        <translation>%1 возможно только @%2</translation>
+    </message>
+    <message>
+        <source>@ takes login, a command such as &quot;GET NET CONFIG&quot;, the number of an answer or all, not &quot;%1&quot;</source>
+        <translation>@ принимает login, команду, например «GET NET CONFIG», номер ответа или all, а не «%1»</translation>
+    </message>
+    <message>
+        <source>there is no fault &quot;%1&quot;, only %2</source>
+        <translation>нет ошибки «%1», есть только %2</translation>
+    </message>
+    <message>
+        <source>there is no video in it</source>
+        <translation>в нём нет видео</translation>
+    </message>
+    <message>
+        <source>out of memory</source>
+        <translation>не хватает памяти</translation>
+    </message>
+    <message>
+        <source>FFmpeg on this computer lacks the filter %1</source>
+        <translation>в FFmpeg этого компьютера нет фильтра %1</translation>
+    </message>
+    <message>
+        <source>FFmpeg on this computer cannot decode its video</source>
+        <translation>FFmpeg этого компьютера не может декодировать его видео</translation>
+    </message>
+    <message>
+        <source>there is no picture in it any more</source>
+        <translation>изображений в нём больше нет</translation>
+    </message>
+    <message>
+        <source>it has another codec than before</source>
+        <translation>его кодек не тот, что раньше</translation>
+    </message>
+    <message>
+        <source>the encoder %1 does not open: %2</source>
+        <translation>кодер %1 не открывается: %2</translation>
+    </message>
+    <message>
+        <source>FFmpeg on this computer cannot encode %1</source>
+        <translation>FFmpeg этого компьютера не может кодировать %1</translation>
+    </message>
+    <message>
+        <source>it exists already, and is not overwritten</source>
+        <translation>он уже есть и не будет перезаписан</translation>
+    </message>
+    <message>
+        <source>a stall lasts 1 to %1 milliseconds</source>
+        <translation>остановка длится от 1 до %1 миллисекунд</translation>
+    </message>
+    <message>
+        <source>there is no video: %1</source>
+        <translation>видео нет: %1</translation>
+    </message>
+    <message>
+        <source>there is no video: cannot show %1: %2</source>
+        <translation>видео нет: не удалось показать %1: %2</translation>
+    </message>
+    <message>
+        <source>cannot go on with %1: %2</source>
+        <translation>не удалось продолжить %1: %2</translation>
+    </message>
+    <message>
+        <source>the recording ends: cannot write %1: %2</source>
+        <translation>запись прекращается: не удалось записать %1: %2</translation>
+    </message>
+    <message>
+        <source>a picture has an even size from %1x%2 to %3x%4</source>
+        <translation>размер изображения чётный, от %1x%2 до %3x%4</translation>
+    </message>
+    <message>
+        <source>there are 1 to %1 pictures a second</source>
+        <translation>кадров в секунду бывает от 1 до %1</translation>
+    </message>
+    <message>
+        <source>a fragment has 1 to %1 bytes</source>
+        <translation>во фрагменте от 1 до %1 байтов</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>число от %1 до %2</translation>
+    </message>
+    <message>
+        <source>a size such as 640x360</source>
+        <translation>размер, например 640x360</translation>
+    </message>
+    <message>
+        <source>a file</source>
+        <translation>файл</translation>
+    </message>
+    <message>
+        <source>--%1 takes %2, not &quot;%3&quot;</source>
+        <translation>--%1 принимает %2, а не «%3»</translation>
+    </message>
+    <message>
+        <source>--%1 says nothing without --%2</source>
+        <translation>--%1 без --%2 не имеет смысла</translation>
+    </message>
+    <message>
+        <source>--%1: size and codec change with the test picture only, not with --%2</source>
+        <translation>--%1: размер и кодек меняются только у тестового изображения, а не с --%2</translation>
+    </message>
+    <message>
+        <source>--%1: that is the file that --%2 shows</source>
+        <translation>--%1: это тот файл, который показывает --%2</translation>
+    </message>
+    <message>
+        <source>--%1: the file has its own size and rate</source>
+        <translation>--%1: у файла свои размер и частота</translation>
+    </message>
+    <message>
+        <source>Show this video file, again and again, instead of the test picture.</source>
+        <translation>Вместо тестового изображения снова и снова показывать этот видеофайл.</translation>
+    </message>
+    <message>
+        <source>Encode the test picture, and files with other codecs, as %1 (default %2).</source>
+        <translation>Кодировать тестовое изображение и файлы с другими кодеками как %1 (по умолчанию %2).</translation>
+    </message>
+    <message>
+        <source>Size of the test picture (default %1x%2).</source>
+        <translation>Размер тестового изображения (по умолчанию %1x%2).</translation>
+    </message>
+    <message>
+        <source>Test pictures a second (default %1).</source>
+        <translation>Тестовых изображений в секунду (по умолчанию %1).</translation>
+    </message>
+    <message>
+        <source>Cut frames into fragments of this many bytes (default %1).</source>
+        <translation>Делить кадры на фрагменты по столько байтов (по умолчанию %1).</translation>
+    </message>
+    <message>
+        <source>Damage the video; LIST has one or more of %1 with commas between them. A stall lasts %2 ms, or as long as stall=MS says.</source>
+        <translation>Повреждать видео; в LIST через запятую одно или несколько из %1. Остановка длится %2 мс или сколько задано в stall=MS.</translation>
+    </message>
+    <message>
+        <source>Each fault comes once in so many pictures (default %1).</source>
+        <translation>Каждая ошибка бывает один раз за столько изображений (по умолчанию %1).</translation>
+    </message>
+    <message>
+        <source>Another seed makes other damage (default %1).</source>
+        <translation>Другое начальное число даёт другие повреждения (по умолчанию %1).</translation>
+    </message>
+    <message>
+        <source>Keep the video in this file as a client gets it, whether one watches or not. The file must not exist yet.</source>
+        <translation>Сохранять видео в этом файле так, как его получает клиент, даже если никто не смотрит. Файла ещё не должно быть.</translation>
+    </message>
+    <message>
+        <source>How /snapshot.jpg is logged in to over HTTP: %1 (default both).</source>
+        <translation>Как входить по HTTP для /snapshot.jpg: %1 (по умолчанию both).</translation>
+    </message>
+    <message>
+        <source>cannot show %1: %2</source>
+        <translation>не удалось показать %1: %2</translation>
+    </message>
+    <message>
+        <source>cannot record to %1: %2</source>
+        <translation>не удалось записать в %1: %2</translation>
+    </message>
+</context>
+<context>
     <name>RetryGesture</name>
     <message>
         <source>Click, or press Enter, to try again now</source>
@@ -1438,6 +2172,13 @@ Exit code:
     </message>
 </context>
 <context>
+    <name>TemporaryFolder</name>
+    <message>
+        <source>%1 cannot be written</source>
+        <translation>не удалось записать в %1</translation>
+    </message>
+</context>
+<context>
     <name>XmlLimits</name>
     <message>
         <source>it has more than %1 comments and instructions</source>
@@ -1483,7 +2224,7 @@ Exit code:
     </message>
     <message>
         <source>Login</source>
-        <translation>Имя</translation>
+        <translation>Логин</translation>
     </message>
     <message>
         <source>Password</source>
@@ -1507,7 +2248,7 @@ Exit code:
     </message>
     <message>
         <source>The login has letters that this computer cannot send.</source>
-        <translation>В имени есть буквы, которые этот компьютер не может передать.</translation>
+        <translation>В логине есть буквы, которые этот компьютер не может передать.</translation>
     </message>
     <message>
         <source>The password has letters that this computer cannot send.</source>
@@ -1515,7 +2256,7 @@ Exit code:
     </message>
     <message>
         <source>Please enter authorization information for</source>
-        <translation>Введите имя и пароль для</translation>
+        <translation>Введите логин и пароль для</translation>
     </message>
     <message>
         <source>Hide the password (Alt+F8)</source>
@@ -1527,7 +2268,7 @@ Exit code:
     </message>
     <message>
         <source>The remembered logins could not be read. Their damaged file was kept as %1.</source>
-        <translation>Не удалось прочитать запомненные имена и пароли. Их повреждённый файл сохранён как %1.</translation>
+        <translation>Не удалось прочитать запомненные логины и пароли. Их повреждённый файл сохранён как %1.</translation>
     </message>
 </context>
 <context>
@@ -2111,7 +2852,7 @@ and %2 more</source>
     </message>
     <message>
         <source>Recorder now</source>
-        <translation>Сейчас в регистраторе</translation>
+        <translation>В регистраторе</translation>
     </message>
     <message>
         <source>Remark</source>

@@ -1,5 +1,6 @@
 #include "ExportRoute.h"
 
+#include "InfoText.h"
 #include "Recording.h"
 #include "StreamClock.h"
 
@@ -56,8 +57,8 @@ void ExportRoute::begin(Stream &stream, quint8 id, const PictureFacts &facts)
     const auto track = m_files.back().tracks.find(id);
     if (track != m_files.back().tracks.end() && differ(track->second, facts)) {
         if (m_files.size() == MaxFiles)
-            throw MediaError(QStringLiteral("the size of the pictures changes too often: an export has at "
-                                            "most %1 files")
+            throw MediaError(InfoText::tr("the size of the pictures changes too often: an export has at "
+                                          "most %1 files")
                                  .arg(MaxFiles),
                              ExitCode::BadData);
         m_files.emplace_back();

@@ -1,5 +1,6 @@
 #include "GivenHeader.h"
 
+#include "InfoText.h"
 #include "Recording.h"
 #include "video/VideoLimits.h"
 #include "video/cHvx3Parser.h"
@@ -82,7 +83,7 @@ QByteArray headerOf(const QString &recording)
     });
     const QByteArray bytes = found ? bytesOf(*found) : QByteArray();
     if (bytes.isEmpty() || bytes.size() > std::numeric_limits<quint16>::max())
-        throw MediaError(QStringLiteral("there is no usable header in %1").arg(recording), ExitCode::BadData);
+        throw MediaError(InfoText::tr("there is no usable header in %1").arg(recording), ExitCode::BadData);
     return bytes;
 }
 

@@ -1,5 +1,6 @@
 #include "LiveRecording.h"
 
+#include "InfoText.h"
 #include "Recording.h"
 
 #include <QEventLoop>
@@ -20,7 +21,7 @@ constexpr QByteArrayView Refused("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n");
 
 MediaError writeError(const QFile &file)
 {
-    return MediaError(QStringLiteral("cannot write %1: %2").arg(file.fileName(), file.errorString()));
+    return MediaError(InfoText::tr("cannot write %1: %2").arg(file.fileName(), file.errorString()));
 }
 
 /// One connection, from its beginning to its end.
@@ -68,9 +69,9 @@ private:
                 return end(writeError(m_file));
             keep(m_answer);
         } else if (m_answer.startsWith(Refused)) {
-            end(MediaError(QStringLiteral("the recorder has refused the login"), ExitCode::Login));
+            end(MediaError(InfoText::tr("the recorder has refused the login"), ExitCode::Login));
         } else if (!Accepted.startsWith(m_answer) && !Refused.startsWith(m_answer)) {
-            end(MediaError(QStringLiteral("what answers at %1 is not a recorder").arg(m_address.host),
+            end(MediaError(InfoText::tr("what answers at %1 is not a recorder").arg(m_address.host),
                            ExitCode::BadData));
         }
     }
@@ -86,7 +87,7 @@ private:
         if (m_isAccepted)
             end({});
         else
-            end(MediaError(QStringLiteral("no answer from %1 for %2 s")
+            end(MediaError(InfoText::tr("no answer from %1 for %2 s")
                                .arg(m_address.host, QString::number(AnswerLimit.count())),
                            ExitCode::Network));
     }
@@ -96,7 +97,7 @@ private:
         if (m_isAccepted)
             end({});
         else
-            end(MediaError(QStringLiteral("no video from %1: %2").arg(m_address.host, m_socket.errorString()),
+            end(MediaError(InfoText::tr("no video from %1: %2").arg(m_address.host, m_socket.errorString()),
                            ExitCode::Network));
     }
 

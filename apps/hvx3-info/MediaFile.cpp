@@ -1,5 +1,6 @@
 #include "MediaFile.h"
 
+#include "InfoText.h"
 #include "Recording.h"
 
 #include <QFileInfo>
@@ -46,7 +47,7 @@ MediaFile::MediaFile(const QString &name, const ExportFile &content)
     : m_name(name), m_file(name), m_packet(av_packet_alloc())
 {
     if (!m_file.open(QIODevice::WriteOnly))
-        throw MediaError(QStringLiteral("cannot write %1: %2").arg(name, m_file.errorString()));
+        throw MediaError(InfoText::tr("cannot write %1: %2").arg(name, m_file.errorString()));
     AVFormatContext *format = nullptr;
     require(avformat_alloc_output_context2(&format, nullptr, formatFor(name), nullptr));
     m_format.reset(format);
@@ -109,7 +110,7 @@ void MediaFile::finish()
 void MediaFile::commit()
 {
     if (!m_file.commit())
-        throw MediaError(QStringLiteral("cannot write %1: %2").arg(m_name, m_file.errorString()));
+        throw MediaError(InfoText::tr("cannot write %1: %2").arg(m_name, m_file.errorString()));
 }
 
 qint64 MediaFile::movedTimes() const
@@ -133,7 +134,7 @@ void MediaFile::require(int result) const
     if (result >= 0)
         return;
     const bool isFileError = m_file.error() != QFileDevice::NoError;
-    throw MediaError(QStringLiteral("cannot write %1: %2")
+    throw MediaError(InfoText::tr("cannot write %1: %2")
                          .arg(m_name, isFileError ? m_file.errorString() : reasonFor(result)));
 }
 

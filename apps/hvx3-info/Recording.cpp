@@ -1,5 +1,7 @@
 #include "Recording.h"
 
+#include "InfoText.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -30,12 +32,12 @@ void openRecording(QFile &input, const QString &file)
 {
     const bool isStandardInput = file == u'-';
     if (!isStandardInput && QFileInfo(file).isDir())
-        throw MediaError(QStringLiteral("%1 is a folder").arg(file));
+        throw MediaError(InfoText::tr("%1 is a folder").arg(file));
     if (!isStandardInput && !QFileInfo::exists(file))
-        throw MediaError(QStringLiteral("there is no file %1").arg(file));
+        throw MediaError(InfoText::tr("there is no file %1").arg(file));
     input.setFileName(file);
     if (!(isStandardInput ? openStandardInput(input) : input.open(QIODevice::ReadOnly)))
-        throw MediaError(QStringLiteral("cannot open %1: %2").arg(file, input.errorString()));
+        throw MediaError(InfoText::tr("cannot open %1: %2").arg(file, input.errorString()));
 }
 
 } // namespace
@@ -51,7 +53,7 @@ void readRecording(const QString &file, const std::function<bool(const QByteArra
         if (size < 0 && file == u'-' && std::feof(stdin) != 0)
             return;
         if (size < 0)
-            throw MediaError(QStringLiteral("cannot read %1: %2").arg(file, input.errorString()));
+            throw MediaError(InfoText::tr("cannot read %1: %2").arg(file, input.errorString()));
         if (size == 0)
             return;
         if (!take(QByteArray::fromRawData(piece.constData(), size)))

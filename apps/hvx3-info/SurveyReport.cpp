@@ -1,16 +1,18 @@
 #include "SurveyReport.h"
 
+#include "InfoText.h"
 #include "video/cHvx3Demuxer.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
-#include <QTextStream>
 #include <QTime>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 namespace paravue
 {
@@ -19,21 +21,25 @@ namespace
 {
 
 constexpr double MillisecondsPerSecond = 1000;
-const QString Byte = QStringLiteral("byte");
 
-QString typeName(quint8 type)
+struct TypeName {
+    const char *json;
+    QString shown;
+};
+
+TypeName nameOf(quint8 type)
 {
     switch (type) {
     case VideoStream:
-        return QStringLiteral("video");
+        return {"video", InfoText::tr("video")};
     case TextStream:
-        return QStringLiteral("text");
+        return {"text", InfoText::tr("text")};
     case PlainStream:
     case 8:
     case 16:
-        return QStringLiteral("data");
+        return {"data", InfoText::tr("data")};
     default:
-        return QStringLiteral("unreadable");
+        return {"unreadable", InfoText::tr("unreadable")};
     }
 }
 
@@ -56,12 +62,56 @@ double frameRate(const StreamSurvey &stream)
 
 QString sizeText(QSize size)
 {
-    return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+    return InfoText::tr("%1 x %2").arg(size.width()).arg(size.height());
 }
 
 QString number(qint64 value)
 {
-    return QLocale(QLocale::English).toString(value);
+    return QLocale().toString(value);
+}
+
+/// A number with the plural form of \a count in every language.
+int pluralNumber(qint64 count)
+{
+    constexpr qint64 Period = 1'000'000;
+    return int(count < Period ? count : Period + count % Period);
+}
+
+QString countedTimes(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 time")
+                      : InfoText::tr("%1 times", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString countedFrames(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 frame")
+                      : InfoText::tr("%1 frames", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString countedGaps(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 gap")
+                      : InfoText::tr("%1 gaps", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString countedRecords(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 record")
+                      : InfoText::tr("%1 records", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString countedPictures(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 picture")
+                      : InfoText::tr("%1 pictures", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString decimal(double value, int decimals)
+{
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(value, 'f', decimals);
 }
 
 QString durationText(const StreamClock &clock)
@@ -70,31 +120,37 @@ QString durationText(const StreamClock &clock)
     const QTime rest = QTime::fromMSecsSinceStartOfDay(static_cast<int>(clock.elapsed() % (60 * 60 * 1000)));
     QString text = QString::number(hours) + rest.toString(QStringLiteral(":mm:ss.zzz"));
     if (clock.timesSetBack() > 0)
-        text += QStringLiteral(" (the clock was set back %1)")
-                    .arg(counted(clock.timesSetBack(), QStringLiteral("time")));
+        text += InfoText::tr(" (the clock was set back %1)").arg(countedTimes(clock.timesSetBack()));
     return text;
 }
 
 QString bitRateText(qint64 bytes, const StreamClock &clock)
 {
-    return clock.elapsed() > 0 ? QStringLiteral("%1 kbit/s").arg(bitRate(bytes, clock) / 1000, 0, 'f', 1)
-                               : QStringLiteral("unknown");
+    return clock.elapsed() > 0 ? InfoText::tr("%1 kbit/s").arg(decimal(bitRate(bytes, clock) / 1000, 1))
+                               : InfoText::tr("unknown");
 }
 
-/// Lines of a name and a value each.
+/// Lines of a name and a value each, the values in one column.
 class Lines
 {
 public:
-    Lines(QString &text, const QString &indent) : m_out(&text), m_indent(indent) {}
-    void add(const char *name, const QString &value)
+    Lines(QString &text, const QString &indent) : m_text(text), m_indent(indent) {}
+    ~Lines()
     {
-        constexpr int NameWidth = 16;
-        m_out << m_indent << QString::fromLatin1(name).leftJustified(NameWidth) << value << '\n';
+        constexpr qsizetype LeastWidth = 16;
+        qsizetype width = LeastWidth;
+        for (const auto &[name, value] : m_lines)
+            width = std::max(width, name.size() + 2);
+        for (const auto &[name, value] : m_lines)
+            m_text += m_indent + name.leftJustified(width) + value + u'\n';
     }
+    Q_DISABLE_COPY_MOVE(Lines)
+    void add(const QString &name, const QString &value) { m_lines.append({name, value}); }
 
 private:
-    QTextStream m_out;
+    QString &m_text;
     QString m_indent;
+    QList<std::pair<QString, QString>> m_lines;
 };
 
 struct Totals {
@@ -107,33 +163,35 @@ void addRecording(QString &text, const InfoReport &report)
     const RecordingSurvey &survey = report.survey;
     const Hvx3Losses losses = survey.losses();
     Lines lines(text, {});
-    lines.add("recording", QStringLiteral("%1, %2").arg(report.recording, counted(survey.bytes(), Byte)));
+    lines.add(InfoText::tr("recording"),
+              QStringLiteral("%1, %2").arg(report.recording, countedBytes(survey.bytes())));
     if (survey.hasAnswerToLogin())
         lines.add(
-            "in front",
-            QStringLiteral("answer to the login, %1").arg(counted(qint64(std::strlen(AnswerToLogin)), Byte)));
+            InfoText::tr("in front"),
+            InfoText::tr("answer to the login, %1").arg(countedBytes(qint64(std::strlen(AnswerToLogin)))));
     if (survey.hasGivenHeader())
-        lines.add("header", QStringLiteral("given on the command line"));
-    lines.add("name", survey.name());
+        lines.add(InfoText::tr("header"), InfoText::tr("given on the command line"));
+    lines.add(InfoText::tr("name"), survey.name());
     for (qsizetype tag = 1; tag < survey.texts().size(); ++tag) {
         if (!survey.texts().at(tag).isEmpty())
-            lines.add(qPrintable(QStringLiteral("text %1").arg(tag)), survey.texts().at(tag));
+            lines.add(InfoText::tr("text %1").arg(tag), survey.texts().at(tag));
     }
     Totals totals;
     for (const auto &[id, stream] : survey.streams()) {
         totals.records += stream.counts.records;
         totals.frames += stream.frames;
     }
-    lines.add("records", QStringLiteral("headers %1, index records %2, data records %3 with %4")
-                             .arg(number(survey.headers()), number(survey.indexes()), number(totals.records),
-                                  counted(totals.frames, QStringLiteral("frame"))));
-    lines.add("duration", durationText(survey.clock()));
-    lines.add("bit rate", bitRateText(survey.bytes(), survey.clock()));
-    lines.add("lost", QStringLiteral("%1 in %2, fragments %3, unfinished frames %4")
-                          .arg(counted(losses.bytes, Byte), counted(losses.gaps, QStringLiteral("gap")),
-                               number(losses.fragments), number(losses.frames)));
+    lines.add(InfoText::tr("records"), InfoText::tr("headers %1, index records %2, data records %3 with %4")
+                                           .arg(number(survey.headers()), number(survey.indexes()),
+                                                number(totals.records), countedFrames(totals.frames)));
+    lines.add(InfoText::tr("duration"), durationText(survey.clock()));
+    lines.add(InfoText::tr("bit rate"), bitRateText(survey.bytes(), survey.clock()));
+    lines.add(InfoText::tr("lost"), InfoText::tr("%1 in %2, fragments %3, unfinished frames %4")
+                                        .arg(countedBytes(losses.bytes), countedGaps(losses.gaps),
+                                             number(losses.fragments), number(losses.frames)));
     if (survey.unreadBytes() > 0)
-        lines.add("cut at its end", counted(survey.unreadBytes(), Byte) + QStringLiteral(" of a record"));
+        lines.add(InfoText::tr("cut at its end"),
+                  InfoText::tr("%1 of a record").arg(countedBytes(survey.unreadBytes())));
 }
 
 bool isKnown(const QString &codec)
@@ -143,14 +201,14 @@ bool isKnown(const QString &codec)
 
 QString streamTitle(const StreamSurvey &stream)
 {
-    QStringList parts(typeName(stream.type));
+    QStringList parts(nameOf(stream.type).shown);
     QStringList codecs = stream.codecs;
     for (QString &codec : codecs) {
         if (!isKnown(codec))
-            codec += QStringLiteral(" (codec not known)");
+            codec += InfoText::tr(" (codec not known)");
     }
     if (stream.type == VideoStream)
-        parts += codecs.join(QStringLiteral(", then "));
+        parts += codecs.join(InfoText::tr(", then "));
     else if (!stream.charset.isEmpty())
         parts += stream.charset;
     if (!stream.title.isEmpty())
@@ -163,54 +221,54 @@ void addVideo(Lines &lines, const StreamSurvey &stream)
     QStringList sizes;
     for (const QSize size : stream.sizes)
         sizes += sizeText(size);
-    lines.add("pictures",
-              sizes.isEmpty() ? QStringLiteral("unknown") : sizes.join(QStringLiteral(", then ")));
-    lines.add("key frames", number(stream.keyFrames));
+    lines.add(InfoText::tr("pictures"),
+              sizes.isEmpty() ? InfoText::tr("unknown") : sizes.join(InfoText::tr(", then ")));
+    lines.add(InfoText::tr("key frames"), number(stream.keyFrames));
     const double rate = frameRate(stream);
-    lines.add("frame rate", rate > 0 ? QStringLiteral("%1 per second, largest gap %2 ms")
-                                           .arg(rate, 0, 'f', 2)
-                                           .arg(number(stream.clock.largestStep()))
-                                     : QStringLiteral("unknown"));
+    lines.add(InfoText::tr("frame rate"), rate > 0 ? InfoText::tr("%1 per second, largest gap %2 ms")
+                                                         .arg(decimal(rate, 2))
+                                                         .arg(number(stream.clock.largestStep()))
+                                                   : InfoText::tr("unknown"));
 }
 
 void addStream(QString &text, quint8 id, const StreamSurvey &stream, const StreamClock &clock)
 {
-    text += QStringLiteral("\nstream %1: %2\n").arg(id).arg(streamTitle(stream));
+    text += InfoText::tr("\nstream %1: %2\n").arg(id).arg(streamTitle(stream));
     Lines lines(text, QStringLiteral("  "));
-    lines.add("frames",
-              QStringLiteral("%1 in %2")
-                  .arg(number(stream.frames), counted(stream.counts.records, QStringLiteral("record"))));
+    lines.add(InfoText::tr("frames"),
+              InfoText::tr("%1 in %2").arg(number(stream.frames), countedRecords(stream.counts.records)));
     if (stream.type == VideoStream)
         addVideo(lines, stream);
     if (stream.frames > 0)
-        lines.add("bytes",
-                  QStringLiteral("%1; a frame %2 to %3, mean %4")
+        lines.add(InfoText::tr("bytes"),
+                  InfoText::tr("%1; a frame %2 to %3, mean %4")
                       .arg(number(stream.bytes), number(stream.smallestFrame), number(stream.largestFrame),
                            number(std::llround(double(stream.bytes) / double(stream.frames)))));
-    lines.add("bit rate", bitRateText(stream.bytes, clock));
-    lines.add("lost", QStringLiteral("fragments %1, unfinished frames %2")
-                          .arg(number(stream.counts.lostFragments), number(stream.counts.lostFrames)));
+    lines.add(InfoText::tr("bit rate"), bitRateText(stream.bytes, clock));
+    lines.add(InfoText::tr("lost"),
+              InfoText::tr("fragments %1, unfinished frames %2")
+                  .arg(number(stream.counts.lostFragments), number(stream.counts.lostFrames)));
 }
 
 void addExport(QString &text, const ExportedFile &file)
 {
-    text += QStringLiteral("\nexported to %1\n").arg(file.name);
+    text += InfoText::tr("\nexported to %1\n").arg(file.name);
     Lines lines(text, QStringLiteral("  "));
     for (const auto &[id, facts] : file.content.tracks)
-        lines.add(qPrintable(QStringLiteral("stream %1").arg(id)),
+        lines.add(InfoText::tr("stream %1").arg(id),
                   QStringLiteral("%1, %2").arg(QString::fromLatin1(avcodec_get_name(facts.codec)),
                                                sizeText(facts.size)));
-    lines.add("pictures", number(file.content.pictures));
-    lines.add("moved times", number(file.movedTimes));
+    lines.add(InfoText::tr("pictures"), number(file.content.pictures));
+    lines.add(InfoText::tr("moved times"), number(file.movedTimes));
     if (file.timesSetBack > 0)
-        lines.add("clock set back", number(file.timesSetBack));
+        lines.add(InfoText::tr("clock set back"), number(file.timesSetBack));
 }
 
 QJsonObject streamObject(quint8 id, const StreamSurvey &stream, const StreamClock &clock)
 {
     QJsonObject object{{"id", id},
                        {"type", stream.type},
-                       {"kind", typeName(stream.type)},
+                       {"kind", nameOf(stream.type).json},
                        {"codecs", QJsonArray::fromStringList(stream.codecs)},
                        {"charset", stream.charset},
                        {"title", stream.title},
@@ -259,9 +317,10 @@ QJsonObject exportObject(const ExportedFile &file)
 
 } // namespace
 
-QString counted(qint64 count, const QString &noun)
+QString countedBytes(qint64 count)
 {
-    return number(count) + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));
+    return count == 1 ? InfoText::tr("1 byte")
+                      : InfoText::tr("%1 bytes", nullptr, pluralNumber(count)).arg(number(count));
 }
 
 QString textReport(const InfoReport &report)
@@ -273,8 +332,8 @@ QString textReport(const InfoReport &report)
     for (const ExportedFile &file : report.exported)
         addExport(text, file);
     if (report.leftOut > 0)
-        text += QStringLiteral("\nnot exported: %1 with no key picture before\n")
-                    .arg(counted(report.leftOut, QStringLiteral("picture")));
+        text += InfoText::tr("\nnot exported: %1 with no key picture before\n")
+                    .arg(countedPictures(report.leftOut));
     return text;
 }
 

@@ -14,8 +14,8 @@ struct InfoReport {
     qint64 leftOut = 0; ///< pictures that were not exported
 };
 
-/// "1 record", "1,000 records".
-QString counted(qint64 count, const QString &noun);
+/// "1 byte", "1,000 bytes".
+QString countedBytes(qint64 count);
 QString textReport(const InfoReport &report);
 /// A JSON object. Times are seconds, rates are per second; what is not known is missing.
 QByteArray jsonReport(const InfoReport &report);

@@ -1,5 +1,6 @@
 #include "VideoExport.h"
 
+#include "InfoText.h"
 #include "MediaFile.h"
 #include "Recording.h"
 
@@ -21,14 +22,14 @@ QString numbered(const QString &name, size_t index)
 void requireFree(const QString &name, const QString &recording, bool overwrite)
 {
     if (QFileInfo(name) == QFileInfo(recording))
-        throw MediaError(QStringLiteral("%1 is the recording itself").arg(name));
+        throw MediaError(InfoText::tr("%1 is the recording itself").arg(name));
     if (!overwrite && QFileInfo::exists(name))
-        throw MediaError(QStringLiteral("%1 exists; --force overwrites it").arg(name));
+        throw MediaError(InfoText::tr("%1 exists; --force overwrites it").arg(name));
 }
 
 MediaError changed()
 {
-    return MediaError(QStringLiteral("the recording was changed while it was read"));
+    return MediaError(InfoText::tr("the recording was changed while it was read"));
 }
 
 /// The files of an export. Each is open while it is incomplete.
@@ -83,7 +84,7 @@ QList<ExportedFile> exportVideo(const QString &recording, const QByteArray &head
 {
     const std::vector<ExportFile> &contents = route.files();
     if (contents.empty())
-        throw MediaError(QStringLiteral("there is no video stream with a key picture in %1").arg(recording),
+        throw MediaError(InfoText::tr("there is no video stream with a key picture in %1").arg(recording),
                          ExitCode::BadData);
     for (size_t index = 0; index < contents.size(); ++index)
         requireFree(numbered(name, index), recording, overwrite);

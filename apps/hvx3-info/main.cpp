@@ -2,9 +2,11 @@
 
 #include "GivenHeader.h"
 #include "InfoCommandLine.h"
+#include "InfoText.h"
 #include "Recording.h"
 #include "SurveyReport.h"
 #include "program/ConsoleOutput.h"
+#include "program/DesktopLanguage.h"
 #include "program/TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -39,18 +41,17 @@ void print(const InfoReport &report, bool json)
 QString noStreamIn(const QString &file, const RecordingSurvey &survey)
 {
     if (survey.bytes() == 0)
-        return QStringLiteral("%1 is empty").arg(file);
-    const QString problem = QStringLiteral("there is no stream in %1: ").arg(file);
+        return InfoText::tr("%1 is empty").arg(file);
+    const QString problem = InfoText::tr("there is no stream in %1: ").arg(file);
     if (survey.hasGivenHeader())
-        return problem + QStringLiteral("no index record begins in its %1")
-                             .arg(counted(survey.bytes(), QStringLiteral("byte")));
+        return problem + InfoText::tr("no index record begins in its %1").arg(countedBytes(survey.bytes()));
     // Without a header, unread bytes are the beginning of one.
     constexpr qint64 HeaderMagicSize = 4;
     if (survey.unreadBytes() >= HeaderMagicSize)
-        return problem + QStringLiteral("a header begins in it but does not end");
-    return problem + QStringLiteral("no header begins in its %1. If it begins behind its header, --codec or "
-                                    "--header helps")
-                         .arg(counted(survey.bytes(), QStringLiteral("byte")));
+        return problem + InfoText::tr("a header begins in it but does not end");
+    return problem + InfoText::tr("no header begins in its %1. If it begins behind its header, --codec or "
+                                  "--header helps")
+                         .arg(countedBytes(survey.bytes()));
 }
 
 QByteArray givenHeader(const InfoCommandLine &line)
@@ -65,7 +66,7 @@ ExitCode list(const InfoCommandLine &line)
     const bool exports = !line.exportFile.isEmpty();
     if (exports && isPipe(line.file))
         throw MediaError(
-            QStringLiteral("--export reads the recording twice, which %1 cannot be").arg(line.file));
+            InfoText::tr("--export reads the recording twice, which %1 cannot be").arg(line.file));
     const QByteArray header = givenHeader(line);
     FrameReader reader(header);
     RecordingSurvey survey(reader);
@@ -106,7 +107,7 @@ ExitCode listLive(InfoCommandLine line)
             throw MediaError(temporary->errorString());
         line.file = temporary->path() + QStringLiteral("/live.hvx3");
     } else if (!line.force && QFileInfo::exists(line.file)) {
-        throw MediaError(QStringLiteral("%1 exists; --force overwrites it").arg(line.file));
+        throw MediaError(InfoText::tr("%1 exists; --force overwrites it").arg(line.file));
     }
     recordLive(*line.address, line.duration, line.file);
     return list(line);
@@ -117,9 +118,10 @@ ExitCode listLive(InfoCommandLine line)
 int main(int argc, char **argv)
 {
     const ConsoleOutput output;
-    const QCoreApplication application(argc, argv);
+    QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("hvx3-info");
     QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
+    useDesktopLanguage(application);
     // FFmpeg would print warnings about each damaged picture.
     av_log_set_level(AV_LOG_QUIET);
 
@@ -129,7 +131,7 @@ int main(int argc, char **argv)
         QTextStream(stdout) << line.text;
         return int(ExitCode::Done);
     case InfoCommandLine::Task::RefuseUsage:
-        printError(line.text + "\nTry hvx3-info --help.");
+        printError(line.text + u'\n' + InfoText::tr("Try hvx3-info --help."));
         return int(ExitCode::WrongUsage);
     case InfoCommandLine::Task::ListStreams:
         break;

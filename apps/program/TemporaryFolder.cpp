@@ -1,5 +1,6 @@
 #include "program/TemporaryFolder.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -13,6 +14,11 @@ namespace paravue
 
 namespace
 {
+
+class FolderText
+{
+    Q_DECLARE_TR_FUNCTIONS(TemporaryFolder)
+};
 
 const QString Prefix = QStringLiteral("paravue-program-");
 const QString LockName = QStringLiteral("lock");
@@ -83,7 +89,7 @@ TemporaryFolder::~TemporaryFolder()
 
 QString TemporaryFolder::errorString() const
 {
-    return m_folder.isValid() ? QStringLiteral("%1 cannot be written").arg(m_folder.path())
+    return m_folder.isValid() ? FolderText::tr("%1 cannot be written").arg(m_folder.path())
                               : m_folder.errorString();
 }
 

@@ -1,5 +1,7 @@
 #include "recorder/Companion.h"
 
+#include "recorder/files/RecorderText.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalSocket>
@@ -58,7 +60,7 @@ bool Companion::listen(const QString &server)
 {
     // Checked before, as removeServer() would take the name from a running companion.
     if (isAlive(server)) {
-        m_error = QStringLiteral("another companion is running");
+        m_error = RecorderText::tr("another companion is running");
         return false;
     }
 #ifndef Q_OS_WIN

@@ -2,6 +2,7 @@
 
 #include "recorder/RecorderServer.h"
 #include "recorder/clients/HttpAccess.h"
+#include "recorder/files/RecorderText.h"
 #include "recorder/video/VideoService.h"
 
 #include <QFileInfo>
@@ -48,7 +49,7 @@ public:
         if (isNumber && value >= least && value <= most)
             number = Number(value);
         else
-            wrong(name, QStringLiteral("a number from %1 to %2").arg(least).arg(most));
+            wrong(name, RecorderText::tr("a number from %1 to %2").arg(least).arg(most));
     }
 
     void codec(VideoCodec &codec)
@@ -70,7 +71,7 @@ public:
         if (match.hasMatch())
             size = {match.captured(1).toInt(), match.captured(2).toInt()};
         else
-            wrong(SizeOption, QStringLiteral("a size such as 640x360"));
+            wrong(SizeOption, RecorderText::tr("a size such as 640x360"));
     }
 
     void logins(unsigned &schemes)
@@ -86,14 +87,14 @@ public:
     {
         path = m_parser.value(name);
         if (m_parser.isSet(name) && path.isEmpty())
-            wrong(name, QStringLiteral("a file"));
+            wrong(name, RecorderText::tr("a file"));
     }
 
 private:
     void wrong(const QString &name, const QString &wanted)
     {
         if (m_fault.isEmpty())
-            m_fault = QStringLiteral("--%1 takes %2, not \"%3\"").arg(name, wanted, m_parser.value(name));
+            m_fault = RecorderText::tr("--%1 takes %2, not \"%3\"").arg(name, wanted, m_parser.value(name));
     }
 
     const QCommandLineParser &m_parser;
@@ -112,17 +113,17 @@ QString settingsConflict(const QCommandLineParser &parser, const VideoOptions &o
         return QStringLiteral("--%1: %2").arg(SizeOption, fault);
     for (const QString &option : {EveryOption, SeedOption}) {
         if (parser.isSet(option) && !parser.isSet(FaultOption))
-            return QStringLiteral("--%1 says nothing without --%2").arg(option, FaultOption);
+            return RecorderText::tr("--%1 says nothing without --%2").arg(option, FaultOption);
     }
     const quint32 changes = VideoFaults::SizeChange | VideoFaults::CodecChange;
     if (!options.file.isEmpty() && (options.faults.kinds & changes))
-        return QStringLiteral("--%1: size and codec change with the test picture only, not with --%2")
+        return RecorderText::tr("--%1: size and codec change with the test picture only, not with --%2")
             .arg(FaultOption, FileOption);
     if (!options.file.isEmpty() && !options.recordFile.isEmpty() &&
         realPath(options.file) == realPath(options.recordFile))
-        return QStringLiteral("--%1: that is the file that --%2 shows").arg(RecordOption, FileOption);
+        return RecorderText::tr("--%1: that is the file that --%2 shows").arg(RecordOption, FileOption);
     if (!options.file.isEmpty() && (parser.isSet(SizeOption) || parser.isSet(RateOption)))
-        return QStringLiteral("--%1: the file has its own size and rate").arg(FileOption);
+        return RecorderText::tr("--%1: the file has its own size and rate").arg(FileOption);
     return {};
 }
 
@@ -133,42 +134,42 @@ void addVideoOptions(QCommandLineParser &parser)
     const VideoSettings settings = VideoService::defaultSettings();
     const VideoFaults faults;
     parser.addOptions({
-        {FileOption, QStringLiteral("Show this video file, again and again, instead of the test picture."),
+        {FileOption, RecorderText::tr("Show this video file, again and again, instead of the test picture."),
          QStringLiteral("FILE")},
         {CodecOption,
-         QStringLiteral("Encode the test picture, and files with other codecs, as %1 (default %2).")
+         RecorderText::tr("Encode the test picture, and files with other codecs, as %1 (default %2).")
              .arg(videoCodecNames().join(QStringLiteral(", ")), nameOf(settings.codec)),
          QStringLiteral("NAME")},
         {SizeOption,
-         QStringLiteral("Size of the test picture (default %1x%2).")
+         RecorderText::tr("Size of the test picture (default %1x%2).")
              .arg(settings.size.width())
              .arg(settings.size.height()),
          QStringLiteral("WxH")},
-        {RateOption, QStringLiteral("Test pictures a second (default %1).").arg(settings.rate),
+        {RateOption, RecorderText::tr("Test pictures a second (default %1).").arg(settings.rate),
          QStringLiteral("N")},
         {FragmentOption,
-         QStringLiteral("Cut frames into fragments of this many bytes (default %1).")
+         RecorderText::tr("Cut frames into fragments of this many bytes (default %1).")
              .arg(settings.fragmentSize),
          QStringLiteral("N")},
         {FaultOption,
-         QStringLiteral(
+         RecorderText::tr(
              "Damage the video; LIST has one or more of %1 with commas between them. A stall lasts "
              "%2 ms, or as long as stall=MS says.")
              .arg(videoFaultNames().join(QStringLiteral(", ")))
              .arg(faults.stall),
          QStringLiteral("LIST")},
         {EveryOption,
-         QStringLiteral("Each fault comes once in so many pictures (default %1).").arg(faults.every),
+         RecorderText::tr("Each fault comes once in so many pictures (default %1).").arg(faults.every),
          QStringLiteral("N")},
-        {SeedOption, QStringLiteral("Another seed makes other damage (default %1).").arg(faults.seed),
+        {SeedOption, RecorderText::tr("Another seed makes other damage (default %1).").arg(faults.seed),
          QStringLiteral("N")},
         {RecordOption,
-         QStringLiteral(
+         RecorderText::tr(
              "Keep the video in this file as a client gets it, whether one watches or not. The file must "
              "not exist yet."),
          QStringLiteral("FILE")},
         {LoginOption,
-         QStringLiteral("How /snapshot.jpg is logged in to over HTTP: %1 (default both).")
+         RecorderText::tr("How /snapshot.jpg is logged in to over HTTP: %1 (default both).")
              .arg(loginNames().join(QStringLiteral(", "))),
          QStringLiteral("NAME"), QStringLiteral("both")},
     });
@@ -207,7 +208,7 @@ QString applyVideoOptions(const VideoOptions &options, RecorderServer &server)
     if (!video.setSettings(options.settings, &fault))
         return fault;
     if (!options.file.isEmpty() && !video.setFile(options.file, &fault))
-        return QStringLiteral("cannot show %1: %2").arg(options.file, fault);
+        return RecorderText::tr("cannot show %1: %2").arg(options.file, fault);
     video.setFaults(options.faults);
     return {};
 }
@@ -217,7 +218,7 @@ QString startRecording(const VideoOptions &options, RecorderServer &server)
     QString fault;
     if (options.recordFile.isEmpty() || server.video().record(options.recordFile, &fault))
         return {};
-    return QStringLiteral("cannot record to %1: %2").arg(options.recordFile, fault);
+    return RecorderText::tr("cannot record to %1: %2").arg(options.recordFile, fault);
 }
 
 } // namespace recorder

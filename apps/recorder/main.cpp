@@ -1,4 +1,5 @@
 #include "program/ConsoleOutput.h"
+#include "program/DesktopLanguage.h"
 #include "program/ExitCode.h"
 #include "program/HelpText.h"
 #include "program/TemporaryFolder.h"
@@ -7,6 +8,7 @@
 #include "recorder/StopSignal.h"
 #include "recorder/VideoOptions.h"
 #include "recorder/files/IniValues.h"
+#include "recorder/files/RecorderText.h"
 #include "recorder/protocol/AnswerFault.h"
 
 #include <QCommandLineParser>
@@ -50,7 +52,7 @@ std::optional<int> numberOption(const QCommandLineParser &parser, const QString 
     const int number = parser.value(name).toInt(&isNumber);
     if (isNumber && number >= 0 && number <= most)
         return number;
-    printError(QStringLiteral("--%1 takes a number from 0 to %2, not \"%3\"")
+    printError(recorder::RecorderText::tr("--%1 takes a number from 0 to %2, not \"%3\"")
                    .arg(name, QString::number(most), parser.value(name)));
     return std::nullopt;
 }
@@ -58,7 +60,7 @@ std::optional<int> numberOption(const QCommandLineParser &parser, const QString 
 void addOptions(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
-        QStringLiteral(
+        recorder::RecorderText::tr(
             "Behaves like a network video recorder: answers the configuration protocol, keeps its files "
             "in a folder and sends live video. %1 clients may be connected at a time.")
             .arg(recorder::RecorderServer::MaxClients));
@@ -66,28 +68,30 @@ void addOptions(QCommandLineParser &parser)
     parser.addVersionOption();
     parser.addOptions({
         {QStringLiteral("port"),
-         QStringLiteral("Listen on this TCP port; 0 picks a free one (default 5049)."), QStringLiteral("N"),
-         QStringLiteral("5049")},
+         recorder::RecorderText::tr("Listen on this TCP port; 0 picks a free one (default 5049)."),
+         QStringLiteral("N"), QStringLiteral("5049")},
         {QStringLiteral("address"),
-         QStringLiteral("Listen on this address of the computer (default 127.0.0.1: local clients only)."),
+         recorder::RecorderText::tr(
+             "Listen on this address of the computer (default 127.0.0.1: local clients only)."),
          QStringLiteral("IP"), QStringLiteral("127.0.0.1")},
         {QStringLiteral("data"),
-         QStringLiteral(
+         recorder::RecorderText::tr(
              "Folder of the configuration files, filled with the shipped model when it is missing or "
              "empty (default: a temporary folder, removed at the end)."),
          QStringLiteral("DIR")},
         {QStringLiteral("model"),
-         QStringLiteral("The model that fills an empty folder: %1 (default: the first).")
+         recorder::RecorderText::tr("The model that fills an empty folder: %1 (default: the first).")
              .arg(recorder::RecorderServer::models().join(QStringLiteral(", "))),
          QStringLiteral("NAME"), recorder::RecorderServer::models().constFirst()},
         {QStringLiteral("delay"),
-         QStringLiteral("Send every answer this many milliseconds later (default 0)."), QStringLiteral("MS"),
-         QStringLiteral("0")},
+         recorder::RecorderText::tr("Send every answer this many milliseconds later (default 0)."),
+         QStringLiteral("MS"), QStringLiteral("0")},
         {QStringLiteral("reboot-time"),
-         QStringLiteral("Be gone for this long when a client restarts the recorder (default 3000)."),
+         recorder::RecorderText::tr(
+             "Be gone for this long when a client restarts the recorder (default 3000)."),
          QStringLiteral("MS"), QStringLiteral("3000")},
         {QStringLiteral("fault"),
-         QStringLiteral(
+         recorder::RecorderText::tr(
              "Misbehave on the configuration protocol; may be given several times. FAULT is KIND or "
              "KIND@WHERE. KIND is one of %1. WHERE is login, a command such as \"GET NET CONFIG\", the "
              "number "
@@ -95,13 +99,14 @@ void addOptions(QCommandLineParser &parser)
              .arg(recorder::answerFaultForms().join(QStringLiteral(", "))),
          QStringLiteral("FAULT")},
         {QStringLiteral("companion"),
-         QStringLiteral(
+         recorder::RecorderText::tr(
              "Tell setup programs of this user the recorder's name, which the file \"streams\" holds as "
              "common/name.")},
         {QStringLiteral("until-input-ends"),
-         QStringLiteral(
+         recorder::RecorderText::tr(
              "End when standard input ends, as it does with the program that has started this one.")},
-        {QStringLiteral("log"), QStringLiteral("Print every request and answer. Passwords are not shown.")},
+        {QStringLiteral("log"),
+         recorder::RecorderText::tr("Print every request and answer. Passwords are not shown.")},
     });
     recorder::addVideoOptions(parser);
 }
@@ -110,8 +115,8 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
 {
     Options options;
     if (!parser.positionalArguments().isEmpty()) {
-        printError(
-            QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().constFirst()));
+        printError(recorder::RecorderText::tr("unexpected argument \"%1\"")
+                       .arg(parser.positionalArguments().constFirst()));
         return std::nullopt;
     }
     const auto port = numberOption(parser, QStringLiteral("port"), std::numeric_limits<quint16>::max());
@@ -120,12 +125,12 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     if (!port || !delay || !rebootTime)
         return std::nullopt;
     if (!options.address.setAddress(parser.value(QStringLiteral("address")))) {
-        printError(QStringLiteral("--address takes an IP address, not \"%1\"")
+        printError(recorder::RecorderText::tr("--address takes an IP address, not \"%1\"")
                        .arg(parser.value(QStringLiteral("address"))));
         return std::nullopt;
     }
     if (parser.isSet(QStringLiteral("data")) && parser.value(QStringLiteral("data")).isEmpty()) {
-        printError(QStringLiteral("--data takes a folder"));
+        printError(recorder::RecorderText::tr("--data takes a folder"));
         return std::nullopt;
     }
     options.port = quint16(*port);
@@ -133,7 +138,7 @@ std::optional<Options> readOptions(const QCommandLineParser &parser)
     options.rebootTime = *rebootTime;
     options.model = parser.value(QStringLiteral("model"));
     if (!recorder::RecorderServer::models().contains(options.model)) {
-        printError(QStringLiteral("there is no model \"%1\", only: %2")
+        printError(recorder::RecorderText::tr("there is no model \"%1\", only: %2")
                        .arg(options.model, recorder::RecorderServer::models().join(QStringLiteral(", "))));
         return std::nullopt;
     }
@@ -172,7 +177,8 @@ public:
     void start()
     {
         if (!m_companion.listen())
-            printError(QStringLiteral("the name is not announced: %1").arg(m_companion.errorString()));
+            printError(
+                recorder::RecorderText::tr("the name is not announced: %1").arg(m_companion.errorString()));
         announce();
     }
 
@@ -229,7 +235,8 @@ int run(const Options &options)
     }
     if (!server.listen(options.address, options.port)) {
         const QString port = QString::number(options.port);
-        printError(QStringLiteral("cannot listen on port %1: %2").arg(port, server.errorString()));
+        printError(
+            recorder::RecorderText::tr("cannot listen on port %1: %2").arg(port, server.errorString()));
         return endedWith(paravue::ExitCode::Network);
     }
     if (const QString fault = recorder::startRecording(options.video, server); !fault.isEmpty()) {
@@ -253,6 +260,7 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("paravue-recorder"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PARAVUE_VERSION));
+    paravue::useDesktopLanguage(application);
     QCommandLineParser parser;
     addOptions(parser);
     if (!parser.parse(QCoreApplication::arguments())) {

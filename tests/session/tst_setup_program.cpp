@@ -1,15 +1,19 @@
 #include "OwnUserFolders.h"
 #include "ProgramRun.h"
+#include "device/OrbNetSetup.h"
 #include "device/RememberedWindows.h"
 #include "setup/CommandLine.h"
+#include "setup/LanguageChoice.h"
 #include "setup/PortableSettings.h"
 #include "snapshots/SnapshotStore.h"
 #include "support/OwnerOnly.h"
 #include "support/TestTable.h"
+#include "support/UserLanguage.h"
 #include "support/Waiting.h"
 
 #include <QDirIterator>
 #include <QJsonDocument>
+#include <QSignalSpy>
 
 #include <algorithm>
 #include <csignal>
@@ -28,6 +32,8 @@ private Q_SLOTS:
     void refusesLettersThatWouldBeLost();
     void keepsSettingsOfAPortableCopyBesideIt();
     void showsTextWithoutAScreen();
+    void speaksTheLanguageOfTheDesktop();
+    void followsTheLanguageOfTheWindow();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
     void checksDescriptions_data();
@@ -110,6 +116,38 @@ void TestSetupProgram::showsTextWithoutAScreen()
     QCOMPARE(zones.exitCode, 0);
     QVERIFY(zones.out.split('\n').contains(QString("UTC-3").leftJustified(44) +
                                            "UTC+3, Москва, Минск, Стамбул, Эр-Рияд"));
+}
+
+void TestSetupProgram::speaksTheLanguageOfTheDesktop()
+{
+#ifdef Q_OS_WIN
+    QSKIP("the language is that of the system, whatever the environment says");
+#endif
+    const UserLanguage russian("ru_RU.UTF-8");
+    const Run help = runProgram({"--help"}, "nosuchplatform");
+    QVERIFY2(help.out.contains("Код завершения") && !help.out.contains("Usage"), qPrintable(help.out));
+    const Run usage = runProgram({"--demo", "recorder"}, "nosuchplatform");
+    QVERIFY2(usage.err.endsWith("Смотрите paravue-setup --help.\n"), qPrintable(usage.err));
+}
+
+/// As in a session, in which the store is loaded and then edited.
+void TestSetupProgram::followsTheLanguageOfTheWindow()
+{
+    const QTemporaryDir folder;
+    recorder::RecorderServer recorder(folder.path(), "standard");
+    QVERIFY(recorder.listen());
+    OrbNetSetup store(OrbNetSetup::deviceAddress("admin", "admin", "127.0.0.1", recorder.port()));
+    const LanguageChoice language(store, "ru");
+    const auto refresh = [] { return QCoreApplication::translate("paravue::StatusLine", "Refresh"); };
+    QSignalSpy loaded(&store, &OrbSetup::loadDone);
+    store.load();
+    AWAIT_COMPARE(loaded.size(), 1);
+    QCOMPARE(refresh(), "Обновить");
+    store.setValue("streams/common/language/en");
+    QCOMPARE(refresh(), "Refresh");
+    store.setValue("streams/common/language/ru");
+    QCOMPARE(refresh(), "Обновить");
+    store.setValue("streams/common/language/en");
 }
 
 void TestSetupProgram::refusesWrongUsage_data()

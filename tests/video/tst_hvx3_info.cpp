@@ -4,6 +4,7 @@
 #include "support/Hvx3Bytes.h"
 #include "support/ProgramText.h"
 #include "support/TestTable.h"
+#include "support/UserLanguage.h"
 #include "support/Waiting.h"
 #include "video/FfmpegHandles.h"
 #include "video/PictureConverter.h"
@@ -188,6 +189,7 @@ private Q_SLOTS:
     void init();
     void countsWhatIsThere();
     void replacesControlCharacters();
+    void speaksTheLanguageOfTheDesktop();
     void exportsPicturesAsTheyAre_data();
     void exportsPicturesAsTheyAre();
     void makesTimesAscend();
@@ -323,6 +325,23 @@ void TestHvx3Info::replacesControlCharacters()
     QVERIFY2(lines.contains("stream 0: video, x?[2J (codec not known), \"Склад\""), qPrintable(run.out));
     const QJsonObject video = runProgram({"--json", path("recording")}).json()["streams"][0].toObject();
     QCOMPARE(video["unknownCodecs"], QJsonArray{"x?[2J"});
+}
+
+void TestHvx3Info::speaksTheLanguageOfTheDesktop()
+{
+#ifdef Q_OS_WIN
+    QSKIP("the language is that of the system, whatever the environment says");
+#endif
+    const UserLanguage russian("ru_RU.UTF-8");
+    const QByteArray title("\x01-utf8\0\x05texts\0", 14);
+    const Run run =
+        runProgram({record(hvx3Header({{Video, 1, "H264", "Yard", ""}}, "Gate", title) + hvx3Index(1))});
+    QCOMPARE(run.exitCode, 0);
+    const QStringList lines = run.out.split('\n');
+    for (const char *line :
+         {"название         Gate", "скорость потока  неизвестно", "поток 0: видео, H264, \"Yard\"",
+          "потеряно         0 байтов (0 разрывов), фрагментов: 0, неполных кадров: 0"})
+        QVERIFY2(lines.contains(line), qPrintable(run.out));
 }
 
 void TestHvx3Info::exportsPicturesAsTheyAre_data()

@@ -1,5 +1,7 @@
 #include "recorder/files/DataFolder.h"
 
+#include "recorder/files/RecorderText.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -71,7 +73,7 @@ bool DataFolder::prepare(QString &error) const
 {
     const QDir folder(m_path);
     if (!folder.mkpath(QStringLiteral("."))) {
-        error = QStringLiteral("cannot create the folder %1").arg(m_path);
+        error = RecorderText::tr("cannot create the folder %1").arg(m_path);
         return false;
     }
     if (!folder.isEmpty())
@@ -81,7 +83,7 @@ bool DataFolder::prepare(QString &error) const
     for (const QString &name : names) {
         const std::optional<QByteArray> content = readFile(shippedPath(name));
         if (!content || !writeFile(folder.filePath(name), *content)) {
-            error = QStringLiteral("cannot write %1").arg(folder.filePath(name));
+            error = RecorderText::tr("cannot write %1").arg(folder.filePath(name));
             return false;
         }
     }

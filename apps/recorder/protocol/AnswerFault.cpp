@@ -1,5 +1,6 @@
 #include "recorder/protocol/AnswerFault.h"
 
+#include "recorder/files/RecorderText.h"
 #include "recorder/protocol/CommandTable.h"
 
 #include <algorithm>
@@ -90,13 +91,13 @@ QString readValue(const KindRow &row, const QString &text, AnswerFault &fault)
     fault.text = text.toUtf8();
     switch (row.value) {
     case Value::None:
-        return text.isNull() ? QString() : QStringLiteral("%1 takes no value").arg(name);
+        return text.isNull() ? QString() : RecorderText::tr("%1 takes no value").arg(name);
     case Value::Text:
-        return text.contains(u'\n') ? QStringLiteral("%1 takes one line").arg(name) : QString();
+        return text.contains(u'\n') ? RecorderText::tr("%1 takes one line").arg(name) : QString();
     case Value::Length:
         return isLength(text)
                    ? QString()
-                   : QStringLiteral("%1 takes a number, less, more or none, not \"%2\"").arg(name, text);
+                   : RecorderText::tr("%1 takes a number, less, more or none, not \"%2\"").arg(name, text);
     case Value::Number:
         break;
     }
@@ -105,7 +106,7 @@ QString readValue(const KindRow &row, const QString &text, AnswerFault &fault)
         fault.number = text.toLongLong(&isNumber);
     if (isNumber && fault.number >= row.least && fault.number <= row.most)
         return {};
-    return QStringLiteral("%1 takes a number from %2 to %3, not \"%4\"")
+    return RecorderText::tr("%1 takes a number from %2 to %3, not \"%4\"")
         .arg(name, QString::number(row.least), QString::number(row.most), text);
 }
 
@@ -116,7 +117,7 @@ QString readPlace(const KindRow &row, const QString &text, AnswerFault &fault)
         fault.request = row.onlyAt;
         if (text.isNull() || text.toUtf8() == fault.request)
             return {};
-        return QStringLiteral("%1 is possible @%2 only")
+        return RecorderText::tr("%1 is possible @%2 only")
             .arg(QLatin1StringView(row.name), QLatin1StringView(row.onlyAt));
     }
     if (text.isNull() || text == u"all")
@@ -130,7 +131,7 @@ QString readPlace(const KindRow &row, const QString &text, AnswerFault &fault)
     fault.request = text.toUtf8();
     if (fault.request == AnswerFault::Login || parseCommand(fault.request).kind != Command::Kind::Unknown)
         return {};
-    return QStringLiteral(
+    return RecorderText::tr(
                "@ takes login, a command such as \"GET NET CONFIG\", the number of an answer or all, "
                "not \"%1\"")
         .arg(text);
@@ -166,7 +167,7 @@ std::optional<AnswerFault> readAnswerFault(const QString &text, QString &reason)
         return name == QLatin1StringView(candidate.name);
     });
     if (row == std::end(KindRows)) {
-        reason = QStringLiteral("there is no fault \"%1\", only %2")
+        reason = RecorderText::tr("there is no fault \"%1\", only %2")
                      .arg(name, answerFaultForms().join(QStringLiteral(", ")));
         return std::nullopt;
     }

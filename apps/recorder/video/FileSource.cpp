@@ -1,5 +1,6 @@
 #include "recorder/video/FileSource.h"
 
+#include "recorder/files/RecorderText.h"
 #include "recorder/video/SnapshotEncoder.h"
 
 #include <QDir>
@@ -85,20 +86,20 @@ QString FileSource::openFile()
         return ffmpegError(result);
     m_stream = av_find_best_stream(input, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
     if (m_stream < 0)
-        return QStringLiteral("there is no video in it");
+        return RecorderText::tr("there is no video in it");
     for (unsigned i = 0; i < input->nb_streams; ++i)
         input->streams[i]->discard = int(i) == m_stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
     const AVRational rate = av_guess_frame_rate(input, input->streams[m_stream], nullptr);
     if (rate.num > 0 && rate.den > 0)
         m_interval = 1000 / av_q2d(rate);
-    return m_packet ? QString() : QStringLiteral("out of memory");
+    return m_packet ? QString() : RecorderText::tr("out of memory");
 }
 
 QString FileSource::openFilter()
 {
     const AVBitStreamFilter *kind = av_bsf_get_by_name(filterFor(m_codec));
     if (!kind)
-        return QStringLiteral("FFmpeg on this computer lacks the filter %1")
+        return RecorderText::tr("FFmpeg on this computer lacks the filter %1")
             .arg(QLatin1StringView(filterFor(m_codec)));
     AVBSFContext *filter = nullptr;
     int result = av_bsf_alloc(kind, &filter);
@@ -117,11 +118,11 @@ QString FileSource::openTranscoder(const VideoSettings &settings)
     const AVCodecParameters &parameters = *m_input->streams[m_stream]->codecpar;
     const AVCodec *codec = avcodec_find_decoder(parameters.codec_id);
     if (!codec)
-        return QStringLiteral("FFmpeg on this computer cannot decode its video");
+        return RecorderText::tr("FFmpeg on this computer cannot decode its video");
     m_decoder.reset(avcodec_alloc_context3(codec));
     m_decoded.reset(av_frame_alloc());
     if (!m_decoder || !m_decoded)
-        return QStringLiteral("out of memory");
+        return RecorderText::tr("out of memory");
     m_decoder->thread_count = 1;
     int result = avcodec_parameters_to_context(m_decoder.get(), &parameters);
     if (result >= 0)
@@ -172,7 +173,7 @@ bool FileSource::readPacket()
 bool FileSource::rewind()
 {
     if (++m_rewinds > MaxRewindsPerPicture) {
-        m_fault = QStringLiteral("there is no picture in it any more");
+        m_fault = RecorderText::tr("there is no picture in it any more");
         return false;
     }
     if (m_filter)
@@ -188,7 +189,7 @@ bool FileSource::reopen()
 {
     m_fault = openFile();
     if (m_fault.isEmpty() && m_input->streams[m_stream]->codecpar->codec_id != m_fileCodec)
-        m_fault = QStringLiteral("it has another codec than before");
+        m_fault = RecorderText::tr("it has another codec than before");
     if (m_fault.isEmpty() && m_filter)
         m_fault = openFilter();
     if (!m_fault.isEmpty())

@@ -1,5 +1,7 @@
 #include "recorder/video/PictureEncoder.h"
 
+#include "recorder/files/RecorderText.h"
+
 extern "C" {
 #include <libavutil/opt.h>
 }
@@ -48,7 +50,7 @@ CodecContext openContext(const AVCodec *encoder, const VideoSettings &settings, 
 {
     CodecContext context(avcodec_alloc_context3(encoder));
     if (!context) {
-        fault = QStringLiteral("out of memory");
+        fault = RecorderText::tr("out of memory");
         return nullptr;
     }
     configure(*context, settings);
@@ -62,7 +64,7 @@ CodecContext openContext(const AVCodec *encoder, const VideoSettings &settings, 
     av_dict_free(&options);
     if (result == 0)
         return context;
-    fault = QStringLiteral("the encoder %1 does not open: %2")
+    fault = RecorderText::tr("the encoder %1 does not open: %2")
                 .arg(QString::fromLatin1(encoder->name), ffmpegError(result));
     return nullptr;
 }
@@ -97,7 +99,7 @@ std::unique_ptr<PictureEncoder> PictureEncoder::open(const VideoSettings &settin
     fault = settingsFault(settings);
     if (!fault.isEmpty())
         return nullptr;
-    fault = QStringLiteral("FFmpeg on this computer cannot encode %1").arg(nameOf(settings.codec));
+    fault = RecorderText::tr("FFmpeg on this computer cannot encode %1").arg(nameOf(settings.codec));
     for (const AVCodec *encoder : encodersFor(settings.codec)) {
         CodecContext context = openContext(encoder, settings, fault);
         if (!context)
@@ -105,7 +107,7 @@ std::unique_ptr<PictureEncoder> PictureEncoder::open(const VideoSettings &settin
         Frame frame = frameFor(*context);
         Packet packet(av_packet_alloc());
         if (!frame || !packet) {
-            fault = QStringLiteral("out of memory");
+            fault = RecorderText::tr("out of memory");
             return nullptr;
         }
         fault.clear();

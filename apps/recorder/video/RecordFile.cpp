@@ -1,5 +1,7 @@
 #include "recorder/video/RecordFile.h"
 
+#include "recorder/files/RecorderText.h"
+
 #include <QFileInfo>
 
 namespace recorder
@@ -11,7 +13,7 @@ std::shared_ptr<RecordFile> RecordFile::create(const QString &path, QString &fau
     // Unbuffered, so that programs that read the file meanwhile see everything.
     if (file->m_file.open(QIODevice::NewOnly | QIODevice::WriteOnly | QIODevice::Unbuffered))
         return file;
-    fault = QFileInfo::exists(path) ? QStringLiteral("it exists already, and is not overwritten")
+    fault = QFileInfo::exists(path) ? RecorderText::tr("it exists already, and is not overwritten")
                                     : file->m_file.errorString();
     return nullptr;
 }

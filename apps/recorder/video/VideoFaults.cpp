@@ -1,5 +1,6 @@
 #include "recorder/video/VideoFaults.h"
 
+#include "recorder/files/RecorderText.h"
 #include "recorder/video/Hvx3Writer.h"
 
 #include <bit>
@@ -30,14 +31,14 @@ std::optional<VideoFaults> readVideoFaults(const QString &list, QString &reason)
             bool isNumber = false;
             faults.stall = name.mid(StallPrefix.size()).toInt(&isNumber);
             if (!isNumber || faults.stall < 1 || faults.stall > VideoFaults::MaxStall) {
-                reason = QStringLiteral("a stall lasts 1 to %1 milliseconds").arg(VideoFaults::MaxStall);
+                reason = RecorderText::tr("a stall lasts 1 to %1 milliseconds").arg(VideoFaults::MaxStall);
                 return std::nullopt;
             }
             name = QStringLiteral("stall");
         }
         const qsizetype number = videoFaultNames().indexOf(name);
         if (number < 0) {
-            reason = QStringLiteral("there is no fault \"%1\", only %2")
+            reason = RecorderText::tr("there is no fault \"%1\", only %2")
                          .arg(name, videoFaultNames().join(QStringLiteral(", ")));
             return std::nullopt;
         }

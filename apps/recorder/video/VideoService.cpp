@@ -1,5 +1,6 @@
 #include "recorder/video/VideoService.h"
 
+#include "recorder/files/RecorderText.h"
 #include "recorder/video/FileSource.h"
 #include "recorder/video/RecordFile.h"
 #include "recorder/video/SnapshotEncoder.h"
@@ -268,8 +269,8 @@ bool VideoService::openSource()
     QString fault;
     m_source = openSourceFor(m_current, m_file, &fault);
     if (!m_source)
-        fail(m_file.isEmpty() ? QStringLiteral("there is no video: %1").arg(fault)
-                              : QStringLiteral("there is no video: cannot show %1: %2").arg(m_file, fault));
+        fail(m_file.isEmpty() ? RecorderText::tr("there is no video: %1").arg(fault)
+                              : RecorderText::tr("there is no video: cannot show %1: %2").arg(m_file, fault));
     return m_source != nullptr;
 }
 
@@ -402,7 +403,7 @@ void VideoService::checkSource()
 {
     const QString fault = m_source->fault();
     if (!fault.isEmpty() && fault != m_sourceFault)
-        fail(QStringLiteral("cannot go on with %1: %2").arg(m_file, fault));
+        fail(RecorderText::tr("cannot go on with %1: %2").arg(m_file, fault));
     m_sourceFault = fault;
 }
 
@@ -410,7 +411,7 @@ void VideoService::checkRecording()
 {
     if (!m_recording || m_recording->isReady())
         return;
-    fail(QStringLiteral("the recording ends: cannot write %1: %2")
+    fail(RecorderText::tr("the recording ends: cannot write %1: %2")
              .arg(m_recording->path(), m_recording->errorString()));
     m_recording.reset();
 }

@@ -1,5 +1,7 @@
 #include "recorder/video/VideoSettings.h"
 
+#include "recorder/files/RecorderText.h"
+
 namespace recorder
 {
 
@@ -44,15 +46,15 @@ QString settingsFault(const VideoSettings &settings)
     constexpr QSize Max = VideoSettings::MaxSize;
     const QSize size = settings.size;
     if (size.boundedTo(Max).expandedTo(Min) != size || size.width() % 2 || size.height() % 2)
-        return QStringLiteral("a picture has an even size from %1x%2 to %3x%4")
+        return RecorderText::tr("a picture has an even size from %1x%2 to %3x%4")
             .arg(Min.width())
             .arg(Min.height())
             .arg(Max.width())
             .arg(Max.height());
     if (settings.rate < 1 || settings.rate > VideoSettings::MaxRate)
-        return QStringLiteral("there are 1 to %1 pictures a second").arg(VideoSettings::MaxRate);
+        return RecorderText::tr("there are 1 to %1 pictures a second").arg(VideoSettings::MaxRate);
     if (settings.fragmentSize < 1 || settings.fragmentSize > VideoSettings::MaxFragment)
-        return QStringLiteral("a fragment has 1 to %1 bytes").arg(VideoSettings::MaxFragment);
+        return RecorderText::tr("a fragment has 1 to %1 bytes").arg(VideoSettings::MaxFragment);
     return {};
 }
 
