@@ -1,6 +1,6 @@
 #include "SetupRun.h"
 #include "controls/LiveView.h"
-#include "entry/DoParavueSetup.h"
+#include "entry/RunParavueSetup.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/video/VideoService.h"
 #include "support/OwnUserFolders.h"
@@ -8,10 +8,13 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QKeySequence>
+#include <QLabel>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 
 #include <malloc.h>
@@ -39,6 +42,8 @@ const char Description[] = R"(<pvsetup version="1.0">
       <item type="pushbutton" row="5" column="0"><text>Dialog</text>
         <action type="call" slot="showDialog" param="more">self</action>
         <action type="call" slot="callSetup" param="get_report">device</action></item>
+      <item type="pushbutton" row="7" column="0"><text>Format</text>
+        <action type="call" slot="callSetup" param="format_disk1">device</action></item>
       <item type="pushbutton" row="6" column="0"><text>Fault</text>
         <action type="call" slot="showDialog" param="nothing">self</action></item>
     </item>
@@ -76,12 +81,28 @@ bool isBuilt(const CWinMain &window)
     return window.findChild<LiveView *>();
 }
 
-/// A moment of a session: pressing \a button of the built window, if any, leads to it.
+/// A moment of a session: pressing \a button of the built window, or \a keys, leads to it.
 struct Moment {
     QString button;
     std::function<bool(CWinMain &, OrbSetup &)> isReached;
     bool isLoginRefused = false;
+    QKeySequence keys = {};
+    bool isOfChanges = false;       ///< with an edit, in a window that does everything that hosts can ask for
+    bool isChangedByOthers = false; ///< the edited value, on the recorder
+
+    bool comesByItself() const { return button.isEmpty() && keys.isEmpty(); }
 };
+
+WindowOptions everything(const QString &snapshots)
+{
+    WindowOptions options;
+    options.tracksChanges = true;
+    options.comparesBeforeSending = true;
+    options.confirmsSaves = true;
+    options.confirmsDangerousFunctions = true;
+    options.snapshots = {.folder = snapshots};
+    return options;
+}
 
 /// What a host does in a timer at that moment.
 enum class End {
@@ -89,6 +110,7 @@ enum class End {
     StoreThenWindow,      ///< deletes the store and closes the window
     WindowThenStoreAfter, ///< closes the window, and deletes the store when the session has returned
     StoreLaterThenWindow, ///< with deleteLater()
+    LinkThenWindow,       ///< the recorder goes away, then closes the window
 };
 
 /// What a program holds open.
@@ -142,11 +164,14 @@ private Q_SLOTS:
 
 private:
     QString address(const QString &login = "admin:admin") const;
+    void edit(CWinMain &window, const Moment &moment);
 
     OwnUserFolders m_folders;
     QTemporaryDir m_temporaries;
     QTemporaryDir m_folder;
+    QTemporaryDir m_snapshots;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
+    int m_edits = 0;
 };
 
 void TestLifetimes::initTestCase()
@@ -164,6 +189,17 @@ void TestLifetimes::initTestCase()
 QString TestLifetimes::address(const QString &login) const
 {
     return login + "@127.0.0.1:" + QString::number(qint16(m_recorder->port()));
+}
+
+void TestLifetimes::edit(CWinMain &window, const Moment &moment)
+{
+    if (!moment.isOfChanges)
+        return;
+    const QByteArray number = QByteArray::number(++m_edits);
+    window.setValue("net/untitled/HOSTNAME/mine" + number);
+    QFile net(m_recorder->filePath("net"));
+    if (moment.isChangedByOthers)
+        QVERIFY(net.open(QIODevice::WriteOnly) && net.write("HOSTNAME=theirs" + number + '\n') > 0);
 }
 
 void TestLifetimes::endsAtAnyMoment_data()
@@ -193,6 +229,23 @@ void TestLifetimes::endsAtAnyMoment_data()
           }}},
         {"login dialog", {"", [](CWinMain &, OrbSetup &) { return isModal("cDlg"); }, true}},
     };
+    const auto opens = [](const char *dialog) {
+        return [dialog](CWinMain &, OrbSetup &) { return isModal(dialog); };
+    };
+    const auto isConfirmed = [](CWinMain &window, OrbSetup &) {
+        const auto labels = window.findChildren<QLabel *>();
+        return std::any_of(labels.begin(), labels.end(),
+                           [](const QLabel *label) { return label->text() == "Sent and confirmed"; });
+    };
+    const QList<std::pair<QByteArray, Moment>> momentsOfChanges{
+        {"review", {"", opens("paravue::ReviewDialog"), false, QKeySequence("Ctrl+R"), true}},
+        {"find", {"", opens("paravue::FindDialog"), false, QKeySequence("Ctrl+F"), true}},
+        {"history", {"", opens("paravue::HistoryDialog"), false, QKeySequence("Ctrl+H"), true}},
+        {"comparing", {"Save", opens("paravue::SendingDialog"), false, {}, true}},
+        {"confirmed", {"Save", isConfirmed, false, {}, true}},
+        {"foreign changes", {"Save", opens("paravue::ForeignChangesDialog"), false, {}, true, true}},
+        {"dangerous function", {"Format", opens("QMessageBox"), false, {}, true}},
+    };
     const QList<std::pair<QByteArray, End>> ends{{"window, store", End::WindowThenStore},
                                                  {"store, window", End::StoreThenWindow},
                                                  {"window, store after", End::WindowThenStoreAfter},
@@ -200,6 +253,11 @@ void TestLifetimes::endsAtAnyMoment_data()
     for (const auto &[when, moment] : moments) {
         for (const auto &[how, end] : ends)
             QTest::newRow(when + ": " + how) << moment << end;
+    }
+    for (const auto &[when, moment] : momentsOfChanges) {
+        for (const auto &[how, end] : ends)
+            QTest::newRow(when + ": " + how) << moment << end;
+        QTest::newRow(when + ": link, window") << moment << End::LinkThenWindow;
     }
 }
 
@@ -212,13 +270,17 @@ void TestLifetimes::endsAtAnyMoment()
         std::make_unique<OrbNetSetup>(address(moment.isLoginRefused ? "admin:wrong" : "admin:admin"));
     const QPointer<OrbNetSetup> alive(store.get());
     QTimer host;
-    bool isPressed = moment.button.isEmpty();
+    bool isPressed = moment.comesByItself();
     bool isLate = false;
     const auto finish = [&](CWinMain &window) {
         if (end == End::StoreThenWindow)
             store.reset();
         if (end == End::StoreLaterThenWindow)
             store.release()->deleteLater();
+        if (end == End::LinkThenWindow) {
+            m_recorder->close();
+            waitUntil([&] { return m_recorder->clientCount() == 0; });
+        }
         window.close();
         if (end == End::WindowThenStore)
             store.reset();
@@ -229,9 +291,16 @@ void TestLifetimes::endsAtAnyMoment()
             return;
         if (!isPressed && isBuilt(*window)) {
             isPressed = true;
+            edit(*window, moment);
             // A timer does not run while its own receiver waits.
-            auto *button = buttonWithText<QPushButton>(*window, moment.button);
-            QTimer::singleShot(0, button, &QPushButton::click);
+            QTimer::singleShot(0, window, [window, &moment] {
+                window->activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(window));
+                if (moment.button.isEmpty())
+                    QTest::keySequence(window, moment.keys);
+                else
+                    buttonWithText<QPushButton>(*window, moment.button)->click();
+            });
         } else if (isPressed && moment.isReached(*window, *alive)) {
             host.stop();
             finish(*window);
@@ -245,12 +314,15 @@ void TestLifetimes::endsAtAnyMoment()
             widget->close();
     });
     watchdog.start(3000);
-    QCOMPARE(DoParavueSetup(store.get()), 0);
+    const quint16 port = m_recorder->port();
+    const auto options = moment.isOfChanges ? everything(m_snapshots.path()) : WindowOptions();
+    QVERIFY(!RunParavueSetup(store.get(), {.window = options}).isAccepted);
     QVERIFY(!isLate);
     watchdog.stop();
     QVERIFY(!host.isActive());
     store.reset();
     AWAIT_VERIFY(!alive);
+    QVERIFY(end != End::LinkThenWindow || m_recorder->listen(port));
     AWAIT_COMPARE(m_recorder->clientCount(), 0);
     AWAIT_COMPARE(Holdings().widgets, before.widgets);
     QCOMPARE(Holdings().files, before.files);
