@@ -14,6 +14,7 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #if defined(__has_feature) // clang
 #define FINDS_LEAKS __has_feature(address_sanitizer)
@@ -112,6 +113,7 @@ private Q_SLOTS:
     void tellsWhetherItHasShownPages();
     void standsInAPage_data();
     void standsInAPage();
+    void leavesTheKeysOfThePageToIt();
     void endsWithThePageOrItsStore_data();
     void endsWithThePageOrItsStore();
     void showsWhatWasThrown_data();
@@ -224,6 +226,30 @@ void TestEntry::standsInAPage()
     }
     QCOMPARE(finished, QList<QVariantList>({{isAccepted}}));
     AWAIT_VERIFY(page->findChildren<QDialog *>().isEmpty());
+}
+
+/// Ctrl+F, F5 and the others are the host's where the focus is in no page.
+void TestEntry::leavesTheKeysOfThePageToIt()
+{
+    StoreFixture fixture({{"interface", Description}});
+    QWidget host;
+    auto *layout = new QVBoxLayout(&host);
+    auto *own = new QPushButton("own", &host);
+    auto *page = new SetupPage(&fixture.store());
+    page->setWindowOptions({.tracksChanges = true});
+    layout->addWidget(own);
+    layout->addWidget(page);
+    host.show();
+    AWAIT_VERIFY(!page->findChildren<QPushButton *>().isEmpty());
+    host.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&host));
+    const ModalWatcher find({}, "paravue::FindDialog");
+    for (QWidget *focused : {own, page->findChildren<QPushButton *>().constFirst()}) {
+        QVERIFY(!find.hasSeen());
+        focused->setFocus();
+        QTest::keySequence(&host, QKeySequence::Find);
+    }
+    QVERIFY(find.hasSeen());
 }
 
 void TestEntry::endsWithThePageOrItsStore_data()

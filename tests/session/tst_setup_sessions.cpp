@@ -174,13 +174,23 @@ void TestSetupSessions::sendsWhatWasEditedWithoutTheRecorder()
 
     CommandLine open;
     open.snapshot = path;
+    QStringList questions; // "Refresh" would ask about the edits
     QCOMPARE(runSessionAs(open,
                           [&](QWidget &top) {
+                              if (auto *box = qobject_cast<QMessageBox *>(&top)) {
+                                  questions << box->text();
+                                  box->reject();
+                                  return;
+                              }
                               rename(top, "Warehouse recorder", "Edited");
+                              top.activateWindow();
+                              QVERIFY(QTest::qWaitForWindowActive(&top));
+                              QTest::keyClick(&top, Qt::Key_F5);
                               press(top, "Save");
                           }),
              ExitCode::Done);
     QCOMPARE(m_received, QStringList());
+    QCOMPARE(questions, QStringList());
 
     CommandLine merge = sessionWithTheRecorder();
     merge.snapshot = path;
