@@ -1,8 +1,8 @@
 #include "FaultTest.h"
 #include "ModalWatcher.h"
 #include "device/login/Credentials.h"
-#include "support/FullDisk.h"
 #include "store/ExchangeQueue.h"
+#include "support/FullDisk.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
