@@ -80,7 +80,7 @@ DemoRecorder::~DemoRecorder()
 {
     if (m_process.state() == QProcess::NotRunning)
         return;
-    // On every system, while Windows has no signal that a program without a window could be sent.
+    // The end of its input ends the simulator. Windows has no signal for programs without windows.
     m_process.closeWriteChannel();
     if (!m_process.waitForFinished(EndLimitMs)) {
         m_process.kill();
@@ -95,7 +95,7 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
         return DemoText::tr("The program %1 was not found beside this one or in the search path.")
             .arg(ProgramName);
     m_dataFolder = dataFolder;
-    // Why it does not start it says there; later messages go where ours go.
+    // Until the port is known, earlyEnd() reads the messages. Later ones are passed on.
     QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process, [this] {
         if (m_port != 0)
             QTextStream(stderr) << QString::fromUtf8(m_process.readAllStandardError()) << Qt::flush;
@@ -112,7 +112,7 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
 
     const QString problem = readPort();
     if (problem.isEmpty()) {
-        // Nobody reads what it says from here on.
+        // Its further output is not needed.
         m_process.closeReadChannel(QProcess::StandardOutput);
     }
     return problem;
@@ -140,10 +140,10 @@ QString DemoRecorder::readPort()
     return {};
 }
 
-/// In its own words, if it has said any.
+/// The error message of the simulator, if it has printed one.
 QString DemoRecorder::earlyEnd()
 {
-    // The options are ours, but for the model.
+    // Of its options only the model comes from the user, so the wrong usage is the user's.
     m_process.waitForFinished(EndLimitMs);
     if (m_process.state() == QProcess::NotRunning && m_process.exitCode() == int(ExitCode::WrongUsage))
         m_exitCode = ExitCode::WrongUsage;
