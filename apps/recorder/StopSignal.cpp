@@ -84,6 +84,12 @@ void quitOnStopSignal()
         noteOnce(number);
 }
 
+void keepInputOpen()
+{
+    if (::fcntl(STDIN_FILENO, F_GETFD) == -1)
+        ::open("/dev/null", O_RDONLY); // gets the lowest free number, that of the input
+}
+
 void quitAtEndOfInput()
 {
     auto *notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, qApp);
@@ -122,6 +128,8 @@ void quitOnStopSignal()
 {
     SetConsoleCtrlHandler(noteConsoleEvent, TRUE);
 }
+
+void keepInputOpen() {}
 
 void quitAtEndOfInput()
 {

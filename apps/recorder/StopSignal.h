@@ -9,6 +9,10 @@ namespace recorder
 /// run. A signal that the parent process has chosen to ignore, as nohup does, stays ignored.
 void quitOnStopSignal();
 
+/// To be called first in main(): when the program was started with its standard input closed, its number must
+/// not be given to another file, which would be taken for the input. Closed input is input that has ended.
+void keepInputOpen();
+
 /// From now on the end of standard input ends the event loops too: a program that has started this one closes
 /// it, also when it is killed. Nothing else may read standard input.
 void quitAtEndOfInput();

@@ -255,6 +255,7 @@ int run(const Options &options)
 
 int main(int argc, char *argv[])
 {
+    recorder::keepInputOpen();
     const paravue::ConsoleOutput output;
     av_log_set_level(AV_LOG_QUIET); // errors of FFmpeg are reported in messages of the simulator
     QCoreApplication application(argc, argv);

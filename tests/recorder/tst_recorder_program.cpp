@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void checksArguments();
     void servesUntilItIsStopped();
     void endsWithItsInput();
+    void endsAtOnceWithoutInput();
     void leavesNoFilesBehind();
     void recordsOnlyWhenItListens();
     void reportsFailedRecordings();
@@ -133,12 +135,35 @@ void TestRecorderProgram::endsWithItsInput()
     AWAIT_VERIFY(program.canReadLine());
     program.write("ignored\n");
     QVERIFY(program.waitForBytesWritten());
+    // It serves after it has read the line, so that was not taken for the end.
+    const quint16 port = program.readLine().trimmed().split(':').last().toUShort();
+    for (int client = 0; client < 3; ++client) {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        QVERIFY(socket.waitForConnected());
+        socket.write("GET / HTTP/1.0\r\n\r\n");
+        QVERIFY(socket.waitForReadyRead());
+    }
+    QVERIFY(!program.waitForFinished(0));
     QCOMPARE(program.state(), QProcess::Running);
     program.closeWriteChannel();
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
     QVERIFY(QDir(local.path()).isEmpty());
+}
+
+void TestRecorderProgram::endsAtOnceWithoutInput()
+{
+#ifdef Q_OS_UNIX
+    QProcess program;
+    program.start("sh", {"-c", "exec \"$0\" --port=0 --until-input-ends <&-", RECORDER_PROGRAM});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+#else
+    QSKIP("QProcess gives each process an input.");
+#endif
 }
 
 /// What a killed one could not remove goes when the next one starts. The files of one that runs stay.
