@@ -89,11 +89,12 @@ QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
     if (!isNumber || seconds < 1 || seconds > MaxSeconds)
         return InfoText::tr("--seconds takes a number from 1 to %1").arg(MaxSeconds);
     line.duration = std::chrono::seconds(seconds);
-    if (!isInLocalEncoding(line.address->login + line.address->password))
-        return QStringLiteral("the login or the password has letters that this computer's encoding lacks, "
-                              "so the recorder would get others");
-    if (parser.isSet("digest"))
+    if (parser.isSet("digest")) {
+        if (!isInLocalEncoding(line.address->password))
+            return QStringLiteral("the password has letters that this computer's encoding lacks, so its "
+                                  "digest would fit other passwords too");
         line.address->password = digestOfTyped(line.address->password);
+    }
     line.file = parser.value("record");
     return {};
 }

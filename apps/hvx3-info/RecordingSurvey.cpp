@@ -4,6 +4,12 @@
 
 #include <set>
 
+#ifdef Q_OS_WIN
+#include <string>
+
+#include <windows.h>
+#endif
+
 namespace paravue
 {
 
@@ -17,13 +23,36 @@ constexpr qsizetype MaxChanges = 8;
 
 constexpr int CharsetTag = 1;
 
+/// Null when the bytes are none.
+QString fromUtf8(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(bytes);
+    return decoder.hasError() ? QString() : text;
+}
+
+/// Null where nothing knows this encoding.
+QString fromKoi8(const QByteArray &bytes)
+{
+#ifdef Q_OS_WIN
+    // Qt knows it from ICU, without which it is built for Windows.
+    constexpr UINT Koi8R = 20866;
+    std::wstring wide(size_t(bytes.size()), L'\0'); // one letter for each byte
+    const int length =
+        MultiByteToWideChar(Koi8R, 0, bytes.constData(), int(bytes.size()), wide.data(), int(wide.size()));
+    return length > 0 ? QString::fromWCharArray(wide.data(), length) : QString();
+#else
+    QStringDecoder decoder("KOI8-R");
+    return decoder.isValid() ? QString(decoder(bytes)) : QString();
+#endif
+}
+
 /// A text for the user. Control characters, which a terminal would execute, become question marks.
 QString readable(const QByteArray &field, const QByteArray &charset)
 {
     const QByteArray bytes = unterminated(field).left(MaxText);
-    QStringDecoder decoder(charset == "-koi8" ? "KOI8-R" : "UTF-8");
-    QString text = decoder.isValid() ? decoder(bytes) : QString();
-    if (text.isNull() || decoder.hasError())
+    QString text = charset == "-koi8" ? fromKoi8(bytes) : fromUtf8(bytes);
+    if (text.isNull())
         text = QString::fromLatin1(bytes);
     for (QChar &character : text) {
         if (!character.isPrint() && !character.isSurrogate())
