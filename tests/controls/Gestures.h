@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QContextMenuEvent>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -41,6 +42,18 @@ inline void perform(QWidget &widget, const QString &gestures,
             QTest::keyClick(&widget, key.key(), key.keyboardModifiers());
         }
     }
+}
+
+/// Shift+F10. Windows makes the event for the menu of it, other systems leave that to the widget.
+inline void openMenuByKey(QWidget &widget)
+{
+#ifdef Q_OS_WIN
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, widget.rect().center(),
+                            widget.mapToGlobal(widget.rect().center()));
+    QCoreApplication::sendEvent(&widget, &event);
+#else
+    QTest::keyClick(&widget, Qt::Key_F10, Qt::ShiftModifier);
+#endif
 }
 
 } // namespace paravue::test

@@ -321,7 +321,7 @@ void TestCellGrids::hasAMenu()
     QCOMPARE(editor->rows(), QStringList({"0000", "0000", "0000"}));
     QCOMPARE(editor->chosenKind(), 2);
     QVERIFY(!menu());
-    perform(*editor, "Shift+F10");
+    test::openMenuByKey(*editor);
     QVERIFY(menu());
     menu()->close();
 }

@@ -1,3 +1,4 @@
+#include "Gestures.h"
 #include "controls/ReadableColors.h"
 #include "controls/ScheduleGrid.h"
 #include "controls/WeekSchedule.h"
@@ -472,7 +473,8 @@ void TestSchedule::hasAMenu()
     entries()["Paint the selection"]->trigger();
     QApplication::activePopupWidget()->close();
     QCOMPARE(daysOf(window), Week({{2, "0123"}, {3, Continuous}}));
-    User(window).does("key:Up key:Shift+F10");
+    User(window).does("key:Up");
+    test::openMenuByKey(*QApplication::focusWidget());
     QVERIFY(QApplication::activePopupWidget());
     QVERIFY(entries()["Undo"]->isEnabled());
     entries()["Clear Wed and what is not understood"]->trigger();

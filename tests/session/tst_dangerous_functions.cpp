@@ -109,11 +109,17 @@ void TestDangerousFunctions::asks()
     QFETCH(QStringList, says);
     open(pageWith(function, attributes));
     QMessageBox::StandardButton answer = QMessageBox::Cancel;
-    ModalWatcher question(
-        [&answer](QWidget &box) { static_cast<QMessageBox &>(box).button(answer)->click(); });
+    int questions = 0;
+    ModalWatcher question([&](QWidget &box) {
+        // The recorder's refusal is shown in a box too, which has no such answer.
+        if (QAbstractButton *button = static_cast<QMessageBox &>(box).button(answer)) {
+            ++questions;
+            button->click();
+        }
+    });
     const int asked = says.isEmpty() ? 0 : 1;
     press("Do it");
-    QCOMPARE(question.count(), asked);
+    QCOMPARE(questions, asked);
     if (asked) {
         for (const QString &text : says)
             QVERIFY2(question.texts().constFirst().contains(text), qPrintable(question.texts().constFirst()));
@@ -123,12 +129,12 @@ void TestDangerousFunctions::asks()
         press("Do it");
     }
     AWAIT_VERIFY(!m_requests.isEmpty());
-    QCOMPARE(question.count(), 2 * asked);
+    QCOMPARE(questions, 2 * asked);
 
     open(pageWith(function, attributes), false);
     press("Do it");
     AWAIT_VERIFY(!m_requests.isEmpty());
-    QCOMPARE(question.count(), 2 * asked);
+    QCOMPARE(questions, 2 * asked);
 }
 
 void TestDangerousFunctions::leavesOutWhatFollows()
