@@ -212,8 +212,8 @@ void TestLifetimes::edit(CWinMain &window, const Moment &moment)
     const QByteArray number = QByteArray::number(++m_edits);
     window.setValue("net/untitled/HOSTNAME/mine" + number);
     QFile net(m_recorder->filePath("net"));
-    if (moment.isChangedByOthers)
-        QVERIFY(net.open(QIODevice::WriteOnly) && net.write("HOSTNAME=theirs" + number + '\n') > 0);
+    if (moment.isChangedByOthers) // of several lines with one key the last counts
+        QVERIFY(net.open(QIODevice::Append) && net.write("HOSTNAME=theirs" + number + '\n') > 0);
 }
 
 void TestLifetimes::endsAtAnyMoment_data()
