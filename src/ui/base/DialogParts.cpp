@@ -6,6 +6,7 @@
 #include "ui/base/WindowStyle.h"
 
 #include <QDialog>
+#include <QKeyEvent>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -41,6 +42,20 @@ void setRows(QTreeWidget &list, const QList<QTreeWidgetItem *> &rows)
     if (!rows.isEmpty())
         list.setCurrentItem(rows.constFirst(), 0,
                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+bool toggleWithSpace(const QTreeWidget &list, int column, const QEvent &event)
+{
+    const QList<QTreeWidgetItem *> selected = list.selectedItems();
+    if (event.type() != QEvent::KeyPress || static_cast<const QKeyEvent &>(event).key() != Qt::Key_Space ||
+        selected.isEmpty())
+        return false;
+    const bool isChecked = selected.constFirst()->checkState(column) == Qt::Checked;
+    for (QTreeWidgetItem *row : selected) {
+        if (!row->data(column, Qt::CheckStateRole).isNull())
+            row->setCheckState(column, isChecked ? Qt::Unchecked : Qt::Checked);
+    }
+    return true;
 }
 
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)

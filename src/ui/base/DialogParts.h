@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class QDialog;
+class QEvent;
 class QToolButton;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -27,6 +28,10 @@ QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, con
 QTreeWidgetItem *makeRow(const QStringList &texts);
 /// Replaces the rows of \a list. The first one is selected.
 void setRows(QTreeWidget &list, const QList<QTreeWidgetItem *> &rows);
+
+/// Ticks the selected rows that have a check box in \a column, or unticks them, when \a event is the press of
+/// Space. A list does that by itself only where the box is in the current column. True when it was.
+bool toggleWithSpace(const QTreeWidget &list, int column, const QEvent &event);
 
 /// A button for what a dialog does with a selected row. Enter does not press it.
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);

@@ -5,7 +5,6 @@
 #include "ui/base/DialogParts.h"
 
 #include <QDialogButtonBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -109,19 +108,9 @@ QList<ValueEdit> MergeDialog::chosen() const
     return edits;
 }
 
-/// Space checks all selected rows.
 bool MergeDialog::eventFilter(QObject *watched, QEvent *event)
 {
-    const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
-    if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Space ||
-        selected.isEmpty())
-        return QDialog::eventFilter(watched, event);
-    const bool isChecked = selected.constFirst()->checkState(0) == Qt::Checked;
-    for (QTreeWidgetItem *row : selected) {
-        if (!row->data(0, Qt::CheckStateRole).isNull())
-            row->setCheckState(0, isChecked ? Qt::Unchecked : Qt::Checked);
-    }
-    return true;
+    return toggleWithSpace(*m_list, 0, *event) || QDialog::eventFilter(watched, event);
 }
 
 } // namespace paravue

@@ -18,10 +18,10 @@ using namespace dialogparts;
 namespace
 {
 
-enum ForeignColumn { ForeignSetting, ForeignBefore, ForeignRecorder, ForeignOwn };
+constexpr int OwnColumn = 3;
 constexpr int ForeignPathRole = Qt::UserRole;
-constexpr QSize ForeignListSize(800, 380);
-const QList<int> ForeignWidths{280, 150, 150};
+constexpr QSize ForeignListSize(860, 380);
+const QList<int> ForeignWidths{230, 140, 140, 150};
 
 } // namespace
 
@@ -32,8 +32,9 @@ QString ValueTexts::shown(const QString &path, const std::optional<QString> &val
 
 ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, const ValueTexts &texts,
                                            QWidget *parent)
-    : QDialog(parent), m_list(makeList({tr("Setting"), tr("Was"), tr("Recorder now"), tr("Send mine")},
-                                       ForeignWidths, tr("Changed by somebody else"), this))
+    : QDialog(parent),
+      m_list(makeList({tr("Setting"), tr("Was"), tr("Recorder now"), tr("Send mine"), tr("Address")},
+                      ForeignWidths, tr("Changed by somebody else"), this))
 {
     setWindowTitle(tr("Changed by somebody else"));
     auto *text =
@@ -43,11 +44,11 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     text->setWordWrap(true);
     QList<QTreeWidgetItem *> rows;
     for (const ForeignChange &change : changes) {
-        QTreeWidgetItem *row = makeRow({texts.caption(change.path), texts.shown(change.path, change.before),
-                                        texts.shown(change.path, change.recorder),
-                                        texts.shown(change.path, change.own.value_or(change.before))});
-        row->setToolTip(ForeignSetting, change.path);
-        row->setCheckState(ForeignOwn, Qt::Unchecked);
+        QTreeWidgetItem *row =
+            makeRow({texts.caption(change.path), texts.shown(change.path, change.before),
+                     texts.shown(change.path, change.recorder),
+                     texts.shown(change.path, change.own.value_or(change.before)), change.path});
+        row->setCheckState(OwnColumn, Qt::Unchecked);
         row->setData(0, ForeignPathRole, change.path);
         rows << row;
     }
@@ -65,9 +66,16 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     layout->addWidget(m_list, 1);
     layout->addWidget(buttons);
     resize(ForeignListSize);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->installEventFilter(this);
     m_list->setFocus();
     setOwnIcons(*buttons);
     finish(*this);
+}
+
+bool ForeignChangesDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    return toggleWithSpace(*m_list, OwnColumn, *event) || QDialog::eventFilter(watched, event);
 }
 
 QSet<QString> ForeignChangesDialog::own() const
@@ -75,7 +83,7 @@ QSet<QString> ForeignChangesDialog::own() const
     QSet<QString> paths;
     for (int i = 0; i < m_list->topLevelItemCount(); ++i) {
         const QTreeWidgetItem *row = m_list->topLevelItem(i);
-        if (row->checkState(ForeignOwn) == Qt::Checked)
+        if (row->checkState(OwnColumn) == Qt::Checked)
             paths.insert(row->data(0, ForeignPathRole).toString());
     }
     return paths;

@@ -35,6 +35,8 @@ public:
     /// The paths of the values that the user wants to send all the same.
     QSet<QString> own() const;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     QTreeWidget *m_list;
 };

@@ -20,16 +20,16 @@ namespace
 {
 
 constexpr int StateColumn = 1;
-constexpr QSize SendingSize(640, 420);
+constexpr QSize SendingSize(700, 440);
 constexpr int FileWidth = 300;
-const QList<int> KeptWidths{280, 150};
+const QList<int> KeptWidths{230, 120, 120};
 
 } // namespace
 
 SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
     : QDialog(parent), m_texts(texts), m_headline(new QLabel(this)), m_bar(new QProgressBar(this)),
       m_files(makeList({tr("File"), tr("State")}, {FileWidth}, tr("Files"), this)),
-      m_values(makeList({tr("Setting"), tr("Sent"), tr("Recorder")}, KeptWidths,
+      m_values(makeList({tr("Setting"), tr("Sent"), tr("Recorder"), tr("Address")}, KeptWidths,
                         tr("Kept otherwise by the recorder"), this)),
       m_buttons(new QDialogButtonBox(this))
 {
@@ -133,8 +133,7 @@ void SendingDialog::showKeptOtherwise(const QList<ValueDifference> &values)
     QList<QTreeWidgetItem *> rows;
     for (const ValueDifference &value : values) {
         rows << makeRow({m_texts.caption(value.path), m_texts.shown(value.path, value.before),
-                         m_texts.shown(value.path, value.after)});
-        rows.last()->setToolTip(0, value.path);
+                         m_texts.shown(value.path, value.after), value.path});
         files << value.path.section(u'/', 0, 0);
     }
     setRows(*m_values, rows);
