@@ -80,13 +80,14 @@ private:
 
 /// A window whose saves are compared and confirmed.
 struct Sending {
-    explicit Sending(const QString &address, bool compares = true) : store(address)
+    explicit Sending(const QString &address, bool compares = true, bool isReviewed = false) : store(address)
     {
         QSignalSpy loaded(&store, &OrbSetup::loadDone);
         WindowOptions options;
         options.tracksChanges = true;
         options.comparesBeforeSending = compares;
         options.confirmsSaves = true;
+        options.reviewsBeforeSending = isReviewed;
         window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
         isLoaded = loaded.wait(20'000) && waitUntil([this] { return isIdle(); });
     }
@@ -194,6 +195,7 @@ private Q_SLOTS:
     void confirmsNoSaveThatWasDropped();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
+    void comparesAgainBehindTheReview();
     void keepsWhatWasSentWithoutRoomForTheRecorders_data();
     void keepsWhatWasSentWithoutRoomForTheRecorders();
     void undoesWhatSomebodyElseHasNotTouched();
@@ -502,6 +504,34 @@ void TestCheckedSave::keepsWhatSomebodyElseHasChanged()
     QTEST(saved, "saved");
     QVERIFY2(net().contains(theirs.contains("99") ? "99" : "17"), net());
     QCOMPARE(net().contains("A/B"), theirs.contains("A/B"));
+}
+
+/// Somebody else saves while the list of changes is read.
+void TestCheckedSave::comparesAgainBehindTheReview()
+{
+    Sending session(address(), true, true);
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    QStringList shown;
+    const ModalWatcher review(
+        [&](QWidget &dialog) {
+            shown << "review";
+            if (shown.size() == 1)
+                setNet(QByteArray(Net).replace("Gate", "Yard"));
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        },
+        "paravue::ReviewDialog");
+    const ModalWatcher question(
+        [&](QWidget &dialog) {
+            shown += rows(*dialog.findChild<QTreeWidget *>());
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        },
+        "paravue::ForeignChangesDialog");
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(shown, QStringList({"review", "Page › Place|Gate|Yard|Gate|net/untitled/PLACE", "review"}));
+    QVERIFY2(net().contains("'new'") && net().contains("'Yard'"), net());
 }
 
 void TestCheckedSave::keepsWhatWasSentWithoutRoomForTheRecorders_data()

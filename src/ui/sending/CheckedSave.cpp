@@ -45,9 +45,7 @@ bool CheckedSave::run(const std::function<void()> &send)
     const QScopedValueRollback running(m_isRunning, true);
     if (!m_services.begin())
         return false;
-    if (m_options.comparesBeforeSending && canAsk() && !(compare() && decideAboutForeignChanges()))
-        return false;
-    if (!m_services.review())
+    if (!prepare())
         return false;
     if (!m_options.confirmsSaves || !canAsk()) {
         send();
@@ -89,6 +87,23 @@ void CheckedSave::noteArrivals()
     m_check.noteSaved(arrived);
 }
 
+/// The user may look at the list of changes for minutes, so the comparison is made once more behind it.
+bool CheckedSave::prepare()
+{
+    const bool compares = m_options.comparesBeforeSending && canAsk();
+    if (compares && compareAndMerge() == Comparison::Stopped)
+        return false;
+    while (m_services.review()) {
+        const bool wasShown = m_options.reviewsBeforeSending && !m_changes.isEmpty();
+        if (!compares || !wasShown || !m_fetchProblem.isEmpty())
+            return true;
+        const Comparison comparison = compareAndMerge();
+        if (comparison != Comparison::Merged)
+            return comparison == Comparison::Same;
+    }
+    return false;
+}
+
 void CheckedSave::runDialog(SendingDialog &dialog)
 {
     const QScopedValueRollback shown(m_dialog, &dialog);
@@ -124,21 +139,24 @@ bool CheckedSave::compare()
     return answer == QMessageBox::Save;
 }
 
-bool CheckedSave::decideAboutForeignChanges()
+CheckedSave::Comparison CheckedSave::compareAndMerge()
 {
-    if (!m_store || !m_fetchProblem.isEmpty())
-        return m_store;
+    if (!compare() || !m_store)
+        return Comparison::Stopped;
+    if (!m_fetchProblem.isEmpty())
+        return Comparison::Same;
     QSet<QString> own;
-    if (const QList<ForeignChange> foreign = m_check.foreignChanges(); !foreign.isEmpty()) {
+    const QList<ForeignChange> foreign = m_check.foreignChanges();
+    if (!foreign.isEmpty()) {
         ForeignChangesDialog dialog(foreign, m_services.texts, &m_window);
         m_services.letUserAct([&dialog] { DialogLoop::run(dialog); });
         if (dialog.result() != QDialog::Accepted || !m_store)
-            return false;
+            return Comparison::Stopped;
         own = dialog.own();
     }
     m_check.merge(own);
     m_services.reload();
-    return true;
+    return foreign.isEmpty() ? Comparison::Same : Comparison::Merged;
 }
 
 bool CheckedSave::follow()

@@ -61,10 +61,17 @@ public:
 private:
     enum class Stage { Comparing, Sending, Confirming, Over };
 
+    enum class Comparison {
+        Same,    ///< the recorder has nothing new, or the user sends without knowing
+        Merged,  ///< what somebody else has changed is in the window now
+        Stopped, ///< the user goes on editing
+    };
+
     bool canAsk() const;
+    bool prepare();
+    Comparison compareAndMerge();
     bool compare();
     void callSave();
-    bool decideAboutForeignChanges();
     bool follow();
     void update();
     void endSending();
