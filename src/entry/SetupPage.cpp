@@ -54,7 +54,7 @@ void SetupPage::end()
     } catch (...) {
         // Whatever the clean-up of a host's objects throws, the session is over.
     }
-    window->deleteLater();
+    window->deleteWhenIdle();
 }
 
 } // namespace paravue

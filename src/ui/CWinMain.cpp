@@ -75,6 +75,21 @@ bool pressFocusedButton(const QKeyEvent &event)
 
 } // namespace
 
+class CWinMain::Busy
+{
+public:
+    explicit Busy(CWinMain &window) : m_window(window) { ++m_window.m_busy; }
+    ~Busy()
+    {
+        if (--m_window.m_busy == 0 && m_window.m_isDeletedWhenIdle)
+            m_window.deleteLater();
+    }
+    Q_DISABLE_COPY_MOVE(Busy)
+
+private:
+    CWinMain &m_window;
+};
+
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent) : CWinMain(setup, parent, Placement::Window) {}
 
 CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const WindowOptions &options)
@@ -92,7 +107,10 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
             if (!isBuilt())
                 m_frame->loadingView().showFailure(message, m_setup->explanation(message));
         },
-        [this](const auto &wait) { m_parts->retired.runLoop(wait); });
+        [this](const auto &wait) {
+            const Busy busy(*this);
+            m_parts->retired.runLoop(wait);
+        });
     m_parts = std::make_unique<WindowParts>(
         *setup, *this, adapterOfType,
         WindowServices{[this](const QString &message) { Q_EMIT pseudothrow(message); },
@@ -184,11 +202,8 @@ void CWinMain::trackChanges()
     m_frame->header()->addTool(m_changes->countButton());
     connect(m_changes.get(), &ChangeTracking::reviewRequested, this,
             [this] { operate([this] { review(false); }); });
-    connect(m_changes.get(), &ChangeTracking::findRequested, this, [this] {
-        operate([this] {
-            m_changes->find([this](QDialog &dialog) { letUserAct([&dialog] { DialogLoop::run(dialog); }); });
-        });
-    });
+    connect(m_changes.get(), &ChangeTracking::findRequested, this,
+            [this] { operate([this] { m_changes->find([this](QDialog &dialog) { runDialog(dialog); }); }); });
     ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
     connect(&queue, &ExchangeQueue::called, m_changes.get(), [this](const QString &name) {
         if (name != saveFunction)
@@ -259,7 +274,7 @@ void CWinMain::keepHistory()
     m_history = std::make_unique<SnapshotHistory>(
         *this, *m_setup, *m_changes, m_options.snapshots,
         [this](const QString &name) { return m_save->newerFile(name); },
-        [this](QDialog &dialog) { letUserAct([&dialog] { DialogLoop::run(dialog); }); });
+        [this](QDialog &dialog) { runDialog(dialog); });
     m_frame->header()->addTool(m_history->button());
     connect(m_history.get(), &SnapshotHistory::requested, this, [this] {
         if (isBuilt())
@@ -311,7 +326,7 @@ bool CWinMain::review(bool offersSending)
         dialog.offerSending();
     connect(&dialog, &ReviewDialog::takeBackRequested, this,
             [this](const QStringList &paths) { operate([&] { m_changes->takeBack(paths); }); });
-    letUserAct([&dialog] { DialogLoop::run(dialog); });
+    runDialog(dialog);
     if (!dialog.chosenPath().isEmpty())
         m_changes->goTo(dialog.chosenPath());
     m_changes->goToControl(dialog.chosenControl());
@@ -331,6 +346,7 @@ bool CWinMain::mayClose()
 
 void CWinMain::reject()
 {
+    const Busy busy(*this);
     bool isAllowed = true;
     operate([&] { isAllowed = mayClose(); });
     if (isAllowed)
@@ -351,11 +367,22 @@ int CWinMain::exec()
 
 void CWinMain::endSession()
 {
+    hide(); // with the dialogs in which the user acts
     disconnect(&*m_setup, nullptr, this, nullptr);
     m_taskTimer->stop();
     m_parts->tasks.clear();
     m_parts->files.closeDialog();
     m_parts->dialogs.closeAll();
+}
+
+void CWinMain::deleteWhenIdle()
+{
+    if (m_busy == 0) {
+        deleteLater();
+        return;
+    }
+    m_isDeletedWhenIdle = true;
+    setParent(nullptr);
 }
 
 void CWinMain::setTaskClock(const std::function<quint32()> &clock)
@@ -370,6 +397,7 @@ void CWinMain::setPathQuestion(const PathQuestion &ask)
 
 void CWinMain::operate(const std::function<void()> &work)
 {
+    const Busy busy(*this);
     if (!m_errors->isOperating())
         m_parts->context.startOver();
     m_errors->operate(work);
@@ -382,6 +410,11 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
         return;
     const UnattendedScope unattended(m_parts->context, false);
     m_errors->suspend([&] { m_parts->actions.suspend([&] { m_parts->retired.runLoop(wait); }); });
+}
+
+void CWinMain::runDialog(QDialog &dialog)
+{
+    letUserAct([&dialog] { DialogLoop::run(dialog); });
 }
 
 void CWinMain::onSetupProgress(int percent)

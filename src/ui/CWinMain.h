@@ -52,9 +52,12 @@ public:
     int exec() override;
     /// The description was read and its pages are there.
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
-    /// Closes the dialogs that the window has opened and disconnects from the store. May throw, unlike the
-    /// destructor.
+    /// Hides the window, closes the dialogs that it has opened and disconnects from the store. May throw,
+    /// unlike the destructor.
     void endSession();
+    /// Deletes the window, whose session must have ended, as soon as none of its code runs any more. Until
+    /// then it stands without its parent, which may be deleted right away.
+    void deleteWhenIdle();
 
     /// Replaces the clock of the time tasks: milliseconds from any start, wrapping around. The default is a
     /// monotonic clock.
@@ -97,6 +100,9 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    /// Code of the window runs, and the window must not be deleted under it.
+    class Busy;
+
     void wire();
     /// Runs what the user, the store or a time task has started.
     void operate(const std::function<void()> &work);
@@ -104,6 +110,8 @@ private:
 
     /// Runs \a wait, an event loop in which the user acts.
     void letUserAct(const std::function<void()> &wait);
+    /// Lets the user act in \a dialog, which is none of the description.
+    void runDialog(QDialog &dialog);
 
     void trackChanges();
     void keepHistory();
@@ -139,6 +147,8 @@ private:
     int m_progress = 0;
     bool m_progressShown = false; ///< of the exchange that runs; the user may have closed it meanwhile
     bool m_isRunning = false;
+    int m_busy = 0; ///< calls that run, one inside the other
+    bool m_isDeletedWhenIdle = false;
     bool m_isRefreshing = false;
     bool m_isReviewing = false;
     bool m_isSnapshotKept = false; ///< for what is about to be sent
