@@ -6,6 +6,7 @@
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
+#include "ui/base/ToolButtonKeys.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/commands/LiveAdjustments.h"
 #include "ui/description/DialogTags.h"
@@ -414,6 +415,7 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
 
 void CWinMain::runDialog(QDialog &dialog)
 {
+    const ToolButtonKeys keys(dialog);
     letUserAct([&dialog] { DialogLoop::run(dialog); });
 }
 
