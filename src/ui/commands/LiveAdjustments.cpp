@@ -65,15 +65,11 @@ void LiveAdjustments::putBack()
     if (!m_isAdjusted || isSaving())
         return;
     m_isAdjusted = false;
-    bool isDifferent = false;
+    // Also when none differs here any more: what was undone in the window is not undone at the recorder.
     for (auto value = m_stored.cbegin(); value != m_stored.cend(); ++value) {
-        if (m_store->value(value.key()) == value.value())
-            continue;
-        isDifferent = true;
-        m_store->setValue(value.key() + u'/' + value.value());
+        if (m_store->value(value.key()) != value.value())
+            m_store->setValue(value.key() + u'/' + value.value());
     }
-    if (!isDifferent)
-        return;
     // Behind a fault nothing would be sent.
     if (m_store->linkStatus().state == LinkStatus::State::Failed)
         m_store->resetLink();
