@@ -132,6 +132,7 @@ public:
     QStringList files;  ///< of the last step
     QStringList values; ///< that are kept otherwise
     QString headline;
+    QString described; ///< what a screen reader hears of the widget with the focus
     bool isAtItsEnd() const { return m_next == m_script.size(); }
 
 private:
@@ -148,6 +149,7 @@ private:
                 return;
             files = rows(*lists.at(0));
             values = rows(*lists.at(1));
+            described = dialog.focusWidget() ? dialog.focusWidget()->accessibleDescription() : QString();
             ++m_next;
             if (step.before)
                 step.before();
@@ -236,6 +238,7 @@ void TestCheckedSave::confirmsWhatWasSent()
     SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
     session.pressOk();
     QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(pilot.described, pilot.headline);
     QCOMPARE(pilot.files, QStringList({"streams|Sent and confirmed", "net|Sent and confirmed",
                                        "time|Sent and confirmed"}));
     QCOMPARE(session.window->result(), int(QDialog::Accepted));

@@ -3,6 +3,7 @@
 #include "controls/WindowLook.h"
 #include "ui/base/DialogParts.h"
 
+#include <QAccessible>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -10,6 +11,8 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace paravue
 {
@@ -53,6 +56,7 @@ SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
 
 void SendingDialog::showState(const QString &headline, bool isBusy, const QList<Button> &buttons)
 {
+    const bool isNews = m_headline->text() != headline;
     m_headline->setText(headline);
     m_bar->setVisible(isBusy);
     m_isBusy = isBusy;
@@ -61,24 +65,31 @@ void SendingDialog::showState(const QString &headline, bool isBusy, const QList<
     for (const Button &button : buttons)
         captions << button.caption;
     // This is called again and again while a save runs; a button must not go while it is pressed.
-    if (captions == m_captions)
-        return;
-    m_captions = captions;
+    const bool areOthers = std::exchange(m_captions, captions) != captions;
+    if (areOthers)
+        setButtons(buttons);
+    // While a save runs Enter stops nothing: it may be the second one of an impatient user.
+    QWidget *focused = isBusy ? static_cast<QWidget *>(m_files) : m_buttons->buttons().constFirst();
+    focused->setAccessibleDescription(headline);
+    if (areOthers)
+        focused->setFocus();
+    if (isNews) {
+        QAccessibleEvent alert(m_headline, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+void SendingDialog::setButtons(const QList<Button> &buttons)
+{
     m_buttons->clear();
     for (const Button &button : buttons) {
         QPushButton *shown = m_buttons->addButton(button.caption, QDialogButtonBox::ActionRole);
         shown->setProperty("choice", static_cast<int>(button.choice));
-        shown->setAutoDefault(!isBusy);
+        shown->setAutoDefault(!m_isBusy);
         WindowLook::styleControls(*shown);
     }
-    // While a save runs Enter stops nothing: it may be the second one of an impatient user.
-    if (isBusy) {
-        m_files->setFocus();
-    } else {
-        auto *first = qobject_cast<QPushButton *>(m_buttons->buttons().constFirst());
-        first->setDefault(true);
-        first->setFocus();
-    }
+    if (!m_isBusy)
+        qobject_cast<QPushButton *>(m_buttons->buttons().constFirst())->setDefault(true);
 }
 
 void SendingDialog::setFiles(const QStringList &names, const QString &state)

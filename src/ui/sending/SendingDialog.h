@@ -72,6 +72,7 @@ private:
 
     /// The first of \a buttons is the default; the last one stands for closing the dialog.
     void showState(const QString &headline, bool isBusy, const QList<Button> &buttons);
+    void setButtons(const QList<Button> &buttons);
     void setFiles(const QStringList &names, const QString &state);
 
     const ValueTexts m_texts;
