@@ -2,6 +2,7 @@
 
 #include "controls/ControlStyle.h"
 #include "controls/ReadablePalette.h"
+#include "ui/accessibility/ControlName.h"
 #include "ui/base/SafeText.h"
 #include "ui/base/WindowText.h"
 #include "ui/binding/ControlAdapter.h"
@@ -234,10 +235,21 @@ void FieldNotes::setUnfitValue(const std::optional<QString> &value)
     m_field->updateGeometry();
 }
 
+void FieldNotes::setChanged(bool isChanged)
+{
+    m_isChanged = isChanged;
+    describe();
+}
+
 /// For screen readers, which do not come to the labels.
 void FieldNotes::describe()
 {
     QStringList parts{m_storedSentence, m_note ? m_note->text() : m_refusal};
+    parts.removeAll(QString());
+    if (m_isChanged && parts.isEmpty())
+        parts << plainToolTip(*m_field); // which a description takes the place of
+    if (m_isChanged)
+        parts.prepend(WindowText::tr("Changed"));
     parts.removeAll(QString());
     m_field->setAccessibleDescription(parts.join(QStringLiteral(". ")));
 }

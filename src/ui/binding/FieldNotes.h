@@ -48,6 +48,8 @@ public:
     QString problem() const;
     /// Says why a validator or a mask refuses what the field holds; empty when none does.
     void setRefusal(const QString &text);
+    /// The field has a value that the recorder does not have: tells screen readers.
+    void setChanged(bool isChanged);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -75,6 +77,7 @@ private:
     std::optional<int> m_most;
     bool m_isRequired = false;
     bool m_isProblem = false;
+    bool m_isChanged = false;
 };
 
 /// Shows the present texts of the notes of a control, if it has any, and whether its value is a good one.

@@ -2,6 +2,7 @@
 
 #include "controls/ReadablePalette.h"
 #include "ui/binding/ControlTable.h"
+#include "ui/binding/FieldNotes.h"
 #include "ui/review/TabBadges.h"
 
 #include <QEvent>
@@ -75,26 +76,32 @@ void ChangeMarks::set(const Control &control, const QString &path, bool isChange
         QWidget &widget = *control.widget;
         m_controls.insert(control.number, {{path}, new ChangeBar(widget), &widget});
         m_badges.add(TabBadges::Changes, widget, 1);
+        FieldNotes::have(control).setChanged(true);
         return;
     }
     if (isChanged) {
         found->paths.insert(path);
     } else if (found->paths.remove(path) && found->paths.isEmpty()) {
-        delete found->bar;
-        if (found->widget)
-            m_badges.add(TabBadges::Changes, *found->widget, -1);
+        remove(*found);
         m_controls.erase(found);
     }
 }
 
 void ChangeMarks::clear()
 {
-    for (const Marked &marked : std::as_const(m_controls)) {
-        delete marked.bar;
-        if (marked.widget)
-            m_badges.add(TabBadges::Changes, *marked.widget, -1);
-    }
+    for (const Marked &marked : std::as_const(m_controls))
+        remove(marked);
     m_controls.clear();
+}
+
+void ChangeMarks::remove(const Marked &marked)
+{
+    delete marked.bar;
+    if (!marked.widget)
+        return;
+    m_badges.add(TabBadges::Changes, *marked.widget, -1);
+    if (FieldNotes *notes = FieldNotes::of(marked.widget))
+        notes->setChanged(false);
 }
 
 } // namespace paravue

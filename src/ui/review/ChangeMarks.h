@@ -35,6 +35,8 @@ private:
         QPointer<QWidget> widget;
     };
 
+    void remove(const Marked &marked);
+
     TabBadges &m_badges;
     QHash<int, Marked> m_controls; ///< by number
 };
