@@ -6,6 +6,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QDateTimeEdit>
 #include <QHash>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -31,6 +32,9 @@ bool isTypedInto(const QWidget *widget)
 /// True when \a event is a key that the field would take although it has nothing to undo or to redo.
 bool isLeftToTheWindow(const QObject &field, const QKeyEvent &event)
 {
+    // Its text is set anew by every step, so its own history is always empty.
+    if (qobject_cast<const QDateTimeEdit *>(&field))
+        return event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo);
     const auto *edit = qobject_cast<const QLineEdit *>(&field);
     if (!edit)
         return false;
