@@ -321,8 +321,9 @@ bool CWinMain::review(bool offersSending)
     if (m_isReviewing)
         return false;
     const QScopedValueRollback reviewing(m_isReviewing, true);
+    QWidget *front = QApplication::activeModalWidget(); // a dialog of the description, for example
     ReviewDialog dialog([this] { return m_changes->reviewed(); }, [this] { return m_changes->problems(); },
-                        this);
+                        front && front->parentWidget() == this ? front : this);
     if (offersSending)
         dialog.offerSending();
     connect(&dialog, &ReviewDialog::takeBackRequested, this,
@@ -494,7 +495,7 @@ void CWinMain::showDialog(const QString &tag)
         const bool takesPasswords = m_parts->users.takesPasswords(tag);
         m_parts->dialogs.run(tag, [this](QDialog &dialog) {
             if (m_changes)
-                m_changes->addKeys(dialog);
+                m_changes->startDialog(dialog);
             letUserAct([&] { DialogLoop::run(dialog); });
         });
         if (takesPasswords)

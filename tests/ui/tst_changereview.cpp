@@ -5,6 +5,7 @@
 #include "support/Waiting.h"
 
 #include <QCheckBox>
+#include <QDateTimeEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -116,6 +117,8 @@ private Q_SLOTS:
     void fieldsUndoFirst();
     void editorsUndoFirst_data();
     void editorsUndoFirst();
+    void dateTimesAreUndoneInTheWindow();
+    void dialogsAreMarkedAndHaveTheKeys();
     void listsAndTakesBack();
     void goesToTheControl();
     void findsControls_data();
@@ -236,6 +239,69 @@ void TestChangeReview::editorsUndoFirst()
     press("Ctrl+Z");                                                   // nothing is left here
     QCOMPARE(cells(), 0);
     QCOMPARE(window.value("net/untitled/NAME"), "old");
+}
+
+void TestChangeReview::dateTimesAreUndoneInTheWindow()
+{
+    DescribedWindow window(describePage("<item type='datetime'><key>net/untitled/SINCE</key></item>"),
+                           {{"net", "SINCE=20260102030405\n"}, {"net.original", "SINCE=20260102030405\n"}},
+                           TrackedWindow::tracking({}));
+    auto *since = window.widget<QDateTimeEdit>();
+    QVERIFY(since);
+    since->setFocus();
+    QTest::keyClick(since, Qt::Key_Up);
+    QVERIFY(window.value("net/untitled/SINCE") != "20260102030405");
+    QTest::keySequence(since, QKeySequence::Undo);
+    QCOMPARE(window.value("net/untitled/SINCE"), "20260102030405");
+    QTest::keySequence(since, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    QVERIFY(window.value("net/untitled/SINCE") != "20260102030405");
+}
+
+void TestChangeReview::dialogsAreMarkedAndHaveTheKeys()
+{
+    DescribedWindow window(
+        describePage("<item type='pushbutton'><text>More</text>"
+                     "<action type='call' slot='showDialog' param='more'>self</action></item>",
+                     "<dialog><more/><item type='gridlayout'>"
+                     "<item type='edit'><key>net/untitled/NAME</key></item></item></dialog>"),
+        {{"net", Net}, {"net.original", Net}}, TrackedWindow::tracking({}));
+    std::function<void(QDialog &, QLineEdit &)> work;
+    const ModalWatcher dialogs(
+        [&](QWidget &dialog) {
+            auto *name = dialog.findChild<QLineEdit *>();
+            name->setFocus();
+            work(static_cast<QDialog &>(dialog), *name);
+        },
+        "QDialog");
+    auto *more = window.widget<QPushButton>();
+    work = [](QDialog &, QLineEdit &name) {
+        QCOMPARE(name.accessibleDescription(), "");
+        QTest::keyClicks(&name, "er");
+        QCOMPARE(name.accessibleDescription(), "Changed");
+    };
+    more->click();
+    QCOMPARE(window.value("net/untitled/NAME"), "older");
+
+    bool isListed = false;
+    work = [&](QDialog &dialog, QLineEdit &name) {
+        QCOMPARE(name.accessibleDescription(), "Changed");
+        {
+            const ModalWatcher list([&](QWidget &review) { isListed = review.parentWidget() == &dialog; },
+                                    "paravue::ReviewDialog");
+            QTest::keySequence(&name, Qt::CTRL | Qt::Key_R);
+        }
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QTest::keySequence(&name, QKeySequence::Undo);
+        QCOMPARE(name.text(), "old");
+        QCOMPARE(name.accessibleDescription(), "");
+        QTest::keySequence(&name, Qt::CTRL | Qt::Key_Y);
+        QCOMPARE(name.text(), "older");
+    };
+    more->click();
+    QVERIFY(isListed);
+    QCOMPARE(window.value("net/untitled/NAME"), "older");
+    QVERIFY(!window.messages.hasSeen());
 }
 
 void TestChangeReview::listsAndTakesBack()

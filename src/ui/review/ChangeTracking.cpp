@@ -48,12 +48,7 @@ ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Binding
     });
     connect(&m_steps, &EditSteps::moved, this,
             [this](const QList<ValueEdit> &edits) { goTo(edits.constFirst().path); });
-    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), &window), &QShortcut::activated, this,
-            &ChangeTracking::reviewRequested);
-    connect(new QShortcut(QKeySequence::Undo, &window), &QShortcut::activated, this, &ChangeTracking::undo);
     addKeys(window);
-    for (const QKeyCombination keys : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y})
-        connect(new QShortcut(keys, &window), &QShortcut::activated, this, &ChangeTracking::redo);
 }
 
 ChangeTracking::~ChangeTracking()
@@ -271,8 +266,22 @@ void ChangeTracking::goToControl(int number) const
         ChangePlaces::show(*control);
 }
 
+void ChangeTracking::startDialog(QDialog &dialog)
+{
+    addKeys(dialog);
+    for (const Change &change : m_list.all())
+        noteChange(change.path);
+}
+
 void ChangeTracking::addKeys(QWidget &dialog)
 {
+    const auto add = [this, &dialog](const QKeySequence &keys, void (ChangeTracking::*receiver)()) {
+        connect(new QShortcut(keys, &dialog), &QShortcut::activated, this, receiver);
+    };
+    add(Qt::CTRL | Qt::Key_R, &ChangeTracking::reviewRequested);
+    add(QKeySequence::Undo, &ChangeTracking::undo);
+    add(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, &ChangeTracking::redo);
+    add(Qt::CTRL | Qt::Key_Y, &ChangeTracking::redo);
     for (const bool isBackwards : {false, true}) {
         const QKeyCombination keys(isBackwards ? Qt::ShiftModifier : Qt::NoModifier, Qt::Key_F8);
         connect(new QShortcut(keys, &dialog), &QShortcut::activated, this,

@@ -78,9 +78,9 @@ public:
     void apply(const QList<ValueEdit> &edits);
     void goTo(const QString &path);
     void goToControl(int number) const;
-    /// Gives a modal dialog of the description the keys of the window that find fields: F8, and Ctrl+F for
-    /// those of this dialog, as no others can be reached.
-    void addKeys(QWidget &dialog);
+    /// To be called before a modal \a dialog of the description is shown: marks its controls, and gives it
+    /// the keys of the window. F8 and Ctrl+F find its own fields, as no others can be reached.
+    void startDialog(QDialog &dialog);
     /// Lets the user find a control; \a run runs the dialog.
     void find(const std::function<void(QDialog &)> &run);
     void undo();
@@ -95,6 +95,7 @@ Q_SIGNALS:
     void dialogRequested(const QString &tag);
 
 private:
+    void addKeys(QWidget &dialog);
     /// The field with a problem behind the one that has the focus in \a window, or before it.
     void goToNextProblem(const QWidget &window, bool isBackwards) const;
     void noteChange(const QString &path);
