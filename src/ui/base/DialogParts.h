@@ -33,7 +33,7 @@ void setRows(QTreeWidget &list, const QList<QTreeWidgetItem *> &rows);
 /// Space. A list does that by itself only where the box is in the current column. True when it was.
 bool toggleWithSpace(const QTreeWidget &list, int column, const QEvent &event);
 
-/// A button for what a dialog does with a selected row. Enter does not press it.
+/// A button for what a dialog does with a selected row.
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);
 
 QVBoxLayout *makeLayout(QDialog &dialog);
