@@ -1,5 +1,7 @@
 #include "device/SessionFolder.h"
 
+#include "store/SystemPath.h"
+
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -235,11 +237,6 @@ struct LocalFreeDeleter {
     void operator()(void *memory) const { LocalFree(memory); }
 };
 
-std::wstring native(const QString &path)
-{
-    return QDir::toNativeSeparators(path).toStdWString();
-}
-
 /// The TOKEN_USER of this process; empty when it cannot be read.
 QByteArray tokenUser()
 {
@@ -274,13 +271,13 @@ bool makeOwnFolder(const QString &path)
         return false;
     const std::unique_ptr<void, LocalFreeDeleter> freeingDescriptor(descriptor);
     SECURITY_ATTRIBUTES attributes{sizeof(SECURITY_ATTRIBUTES), descriptor, FALSE};
-    return CreateDirectoryW(native(path).c_str(), &attributes);
+    return CreateDirectoryW(systemPath(path).c_str(), &attributes);
 }
 
 /// Opened so that nobody can rename or replace it meanwhile, and without following a link.
 Handle openFolder(const QString &path)
 {
-    return Handle(CreateFileW(native(path).c_str(), READ_CONTROL | FILE_READ_ATTRIBUTES,
+    return Handle(CreateFileW(systemPath(path).c_str(), READ_CONTROL | FILE_READ_ATTRIBUTES,
                               FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                               FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
 }
@@ -305,9 +302,9 @@ bool isOwnFolder(const Handle &folder)
 /// The file is shared with nobody, so it cannot be opened a second time while its session lives.
 Handle openLock(const QString &folder, DWORD disposition)
 {
-    return Handle(CreateFileW(native(folder + u'/' + LockName).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
-                              0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT,
-                              nullptr));
+    return Handle(CreateFileW(systemPath(folder + u'/' + LockName).c_str(),
+                              GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, disposition,
+                              FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
 }
 
 /// Calls \a visit with the name and the attributes of each entry of \a folder that matches \a pattern, until
@@ -316,7 +313,7 @@ template <typename Visit>
 void visitNames(const QString &folder, const QString &pattern, Visit visit)
 {
     WIN32_FIND_DATAW entry{};
-    const HANDLE search = FindFirstFileW(native(folder + u'/' + pattern).c_str(), &entry);
+    const HANDLE search = FindFirstFileW(systemPath(folder + u'/' + pattern).c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE)
         return;
     while (visit(QString::fromWCharArray(entry.cFileName), entry.dwFileAttributes) &&
@@ -333,7 +330,7 @@ void removeFolder(const QString &path, Handle lock, const QDeadlineTimer &limit)
         if (name == LockName || name == QLatin1StringView(".") || name == QLatin1StringView(".."))
             return true;
         isEmpty &= !limit.hasExpired() && !(attributes & FILE_ATTRIBUTE_DIRECTORY) &&
-                   DeleteFileW(native(path + u'/' + name).c_str());
+                   DeleteFileW(systemPath(path + u'/' + name).c_str());
         return !limit.hasExpired();
     });
     if (!isEmpty)
@@ -343,7 +340,7 @@ void removeFolder(const QString &path, Handle lock, const QDeadlineTimer &limit)
     {
         const Handle closing = std::move(lock);
     }
-    RemoveDirectoryW(native(path).c_str());
+    RemoveDirectoryW(systemPath(path).c_str());
 }
 
 } // namespace
@@ -365,7 +362,7 @@ std::unique_ptr<SessionFolder> SessionFolder::make(const QString &parent)
             auto system = std::make_unique<System>(System{std::move(lock)});
             return std::unique_ptr<SessionFolder>(new SessionFolder(path, std::move(system)));
         }
-        RemoveDirectoryW(native(path).c_str());
+        RemoveDirectoryW(systemPath(path).c_str());
     }
     return nullptr;
 }

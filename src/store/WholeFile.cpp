@@ -1,10 +1,10 @@
 #include "store/WholeFile.h"
 
+#include "store/SystemPath.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
-
-#include <filesystem>
 
 namespace paravue
 {
@@ -68,7 +68,7 @@ bool writeWholeFile(const QString &path, const QByteArray &content, QString *err
     file.close();
     std::error_code renameError;
     if (written) {
-        std::filesystem::rename(file.fileName().toStdU16String(), target.toStdU16String(), renameError);
+        renameError = replaceFile(file.fileName(), target);
         if (!renameError)
             return true;
     }

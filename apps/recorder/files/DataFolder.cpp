@@ -38,6 +38,17 @@ std::optional<QByteArray> readFile(const QString &path)
     return file.readAll();
 }
 
+/// Windows takes paths beyond 260 characters only in this form, which Qt's own functions use themselves.
+std::filesystem::path systemPath(const QString &path)
+{
+#ifdef Q_OS_WIN
+    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    if (!absolute.startsWith(QLatin1StringView("\\\\")))
+        return (QStringLiteral("\\\\?\\") + absolute).toStdWString();
+#endif
+    return QFileInfo(path).filesystemFilePath();
+}
+
 /// Writes a new file and renames it to the old one, so that a reader never sees a part of it. QSaveFile would
 /// also flush it to the disk, which takes longer than all other work for a request, and QTemporaryFile keeps
 /// the file open, which Windows then does not rename. The files hold passwords, so only their owner may read
@@ -51,8 +62,7 @@ bool writeFile(const QString &path, const QByteArray &content)
     file.close();
     std::error_code failure;
     if (isWritten)
-        std::filesystem::rename(QFileInfo(file).filesystemFilePath(), QFileInfo(path).filesystemFilePath(),
-                                failure);
+        std::filesystem::rename(systemPath(file.fileName()), systemPath(path), failure);
     if (isWritten && !failure)
         return true;
     file.remove();

@@ -1,7 +1,8 @@
 #include "device/login/FileLock.h"
 
+#include "store/SystemPath.h"
+
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QFile>
 #include <QThread>
 
@@ -71,8 +72,8 @@ FileLock::~FileLock()
 FileLock::State FileLock::tryOnce(const QString &path)
 {
     const HANDLE file =
-        CreateFileW(QDir::toNativeSeparators(path).toStdWString().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+        CreateFileW(systemPath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
         m_file = qintptr(file);
         return State::Taken;
