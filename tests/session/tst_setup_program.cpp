@@ -1,3 +1,4 @@
+#include "OwnConsole.h"
 #include "OwnUserFolders.h"
 #include "ProgramRun.h"
 #include "device/OrbNetSetup.h"
@@ -16,7 +17,6 @@
 #include <QSignalSpy>
 
 #include <algorithm>
-#include <csignal>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -330,22 +330,23 @@ void TestSetupProgram::waitsNoLongerThanItMay()
 
 void TestSetupProgram::leavesNoFilesWhenItIsEnded_data()
 {
+    const TestTable<Ending> row("ending");
 #ifdef Q_OS_UNIX
-    const TestTable<int, bool> row("signal", "isClean");
-    row("asked", SIGTERM, true);
-    row("Ctrl+C", SIGINT, true);
-    row("terminal closed", SIGHUP, true);
-    row("killed", SIGKILL, false);
+    row("asked", SIGTERM);
+    row("Ctrl+C", SIGINT);
+    row("terminal closed", SIGHUP);
+    row("killed", SIGKILL);
+#else
+    row("Ctrl+C", Ending::CtrlC);
+    row("console closed", Ending::ConsoleClosed);
+    row("logged off or shut down", Ending::LoggedOff);
+    row("killed", Ending::Killed);
 #endif
 }
 
 void TestSetupProgram::leavesNoFilesWhenItIsEnded()
 {
-#ifndef Q_OS_UNIX
-    QSKIP("A process of another console cannot be signalled.");
-#else
-    QFETCH(int, signal);
-    QFETCH(bool, isClean);
+    QFETCH(Ending, ending);
     QVERIFY(QDir(m_folder->path()).mkdir("local"));
     const QDir local(m_folder->filePath("local"));
     const auto copies = [&local] {
@@ -356,30 +357,29 @@ void TestSetupProgram::leavesNoFilesWhenItIsEnded()
         return count;
     };
     const int bothCopiesOfAllFiles = 18;
-    const auto run = [&](int number) {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        setTemporaryPlace(environment, local.path());
-        process.setProcessEnvironment(environment);
-        process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
-        AWAIT_VERIFY_WITHIN(copies() >= bothCopiesOfAllFiles, 20'000);
-        QCOMPARE(local.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
-        ::kill(static_cast<pid_t>(process.processId()), number);
-        AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
-        QCOMPARE(process.exitStatus(), number == SIGKILL ? QProcess::CrashExit : QProcess::NormalExit);
-        if (number != SIGKILL)
-            QCOMPARE(process.exitCode(), 8);
-    };
-    run(signal);
-    QCOMPARE(local.isEmpty(), isClean);
-    if (isClean)
+    OwnConsole console;
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    setTemporaryPlace(environment, local.path());
+    process.setProcessEnvironment(environment);
+    console.prepare(process);
+    process.start(SETUP_PROGRAM, {addressOf(*m_recorder, "admin:admin")});
+    AWAIT_VERIFY_WITHIN(copies() >= bothCopiesOfAllFiles, 20'000);
+    QCOMPARE(local.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+    console.end(process, ending);
+    AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
+    if (ending != KilledProgram) {
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 8);
+        QVERIFY(local.isEmpty());
         return;
+    }
+    QVERIFY(!local.isEmpty());
     // The next session finds the copies when it starts.
     const Run next = runProgram({"nobody:x@127.0.0.1:1", "--screenshot", m_folder->filePath("pictures")},
                                 "offscreen", local.path());
     QCOMPARE(next.exitCode, 3); // nobody listens
     QVERIFY2(local.isEmpty(), qPrintable(local.entryList().join(' ')));
-#endif
 }
 
 void TestSetupProgram::leavesNoFilesOfAKilledRun_data()
