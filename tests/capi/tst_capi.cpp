@@ -442,6 +442,21 @@ void TestCapi::callbacksCannotStartOrDestroy()
     QCOMPARE(waitAfter(paravue_store_load(store), store), PARAVUE_OK);
     QCOMPARE(refused, std::vector<paravue_result>(9, PARAVUE_BUSY));
     QCOMPARE(valueOf(store, HostName), std::string("from a callback"));
+
+    // One that comes while no exchange runs.
+    refused.clear();
+    std::function<void()> callback = [&] {
+        refused = {paravue_store_load(store), paravue_store_save(store), paravue_process_events(0)};
+    };
+    const std::string description = "no description";
+    QCOMPARE(paravue_check_description_data(
+                 description.data(), description.size(), nullptr, 0,
+                 [](void *user, const paravue_description_problem *) {
+                     (*static_cast<std::function<void()> *>(user))();
+                 },
+                 &callback, nullptr, nullptr),
+             PARAVUE_BAD_DATA);
+    QCOMPARE(refused, std::vector<paravue_result>(3, PARAVUE_BUSY));
 }
 
 void TestCapi::functionsRun()
