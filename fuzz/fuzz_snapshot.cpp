@@ -9,6 +9,7 @@
 #include "InputTime.h"
 #include "Require.h"
 
+#include "changes/SecretKeys.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotDifferences.h"
