@@ -8,11 +8,12 @@ namespace paravue
 namespace
 {
 
-MergedEdit::State stateOf(const MergedEdit &edit, bool isBeforeKnown)
+MergedEdit::State stateOf(const MergedEdit &edit)
 {
     if (edit.now == edit.edited)
         return MergedEdit::State::IsDone;
-    return isBeforeKnown && edit.now == edit.before ? MergedEdit::State::Fits : MergedEdit::State::Collides;
+    return edit.isBeforeKnown && edit.now == edit.before ? MergedEdit::State::Fits
+                                                         : MergedEdit::State::Collides;
 }
 
 } // namespace
@@ -21,10 +22,15 @@ QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const RecorderValues &rec
 {
     QList<MergedEdit> merged;
     for (const ValueDifference &edit : editsOf(snapshot)) {
-        MergedEdit row{edit.path, edit.before, edit.after, {}, MergedEdit::State::NoFile};
+        MergedEdit row{edit.path,
+                       edit.before,
+                       edit.after,
+                       {},
+                       MergedEdit::State::NoFile,
+                       !snapshot.info.isLeftOut(edit.path)};
         if (recorder.hasFile(edit.path.section(u'/', 0, 0))) {
             row.now = recorder.value(edit.path);
-            row.state = stateOf(row, !snapshot.info.isLeftOut(edit.path));
+            row.state = stateOf(row);
         }
         merged << row;
     }

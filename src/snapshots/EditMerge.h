@@ -25,6 +25,7 @@ struct MergedEdit {
     std::optional<QString> edited;
     std::optional<QString> now; ///< on the recorder
     State state = State::Fits;
+    bool isBeforeKnown = true; ///< the snapshot has not left out what it had there
 };
 
 /// What a recorder has at a path; \a hasFile tells of a file whether there is one.

@@ -445,8 +445,8 @@ QString TestHistory::editedSnapshot(const QStringList &edits)
 
 void TestHistory::takesOverEditsThatFit()
 {
-    const QString path =
-        editedSnapshot({NamePath + "=Edited", "net/untitled/HTTP_PORT=81", "net/untitled/MAIL_INTERVAL=20"});
+    const QString path = editedSnapshot({NamePath + "=Edited", "net/untitled/HTTP_PORT=81",
+                                         "net/untitled/MAIL_INTERVAL=20", "users/untitled/PASSWD0=digest"});
     sendName(Name, "Meanwhile");
     {
         const auto other = session();
@@ -463,11 +463,13 @@ void TestHistory::takesOverEditsThatFit()
     auto session = this->session(path);
     AWAIT_VERIFY(offer.hasSeen());
     AWAIT_VERIFY(session->changes() == "1 change");
-    QCOMPARE(rows.size(), 3);
-    QVERIFY2(rows[1].contains("| 80 | 81 | 80 |  | net"), qPrintable(rows[0]));
-    QVERIFY2(rows[2].contains("| 10 | 20 | 20 | The recorder has it already |"), qPrintable(rows[1]));
+    QCOMPARE(rows.size(), 4);
     QVERIFY2(rows[0].contains(Name + " | Edited | Meanwhile | Changed on the recorder too |"),
-             qPrintable(rows[2]));
+             qPrintable(rows[0]));
+    QVERIFY2(rows[1].contains(" | (left out) | •••••••• | •••••••• | May have changed there too |"),
+             qPrintable(rows[1]));
+    QVERIFY2(rows[2].contains("| 80 | 81 | 80 |  | net"), qPrintable(rows[2]));
+    QVERIFY2(rows[3].contains("| 10 | 20 | 20 | The recorder has it already |"), qPrintable(rows[3]));
     QCOMPARE(session->store.value("net/untitled/HTTP_PORT"), "81");
     QCOMPARE(session->store.value(NamePath), "Meanwhile");
     session.reset();

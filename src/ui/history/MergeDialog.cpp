@@ -66,8 +66,8 @@ QString MergeDialog::heading(const SnapshotInfo &snapshot, const PresentSettings
     if (!snapshot.recorder.isEmpty() && snapshot.recorder != present.recorder.recorder)
         lines << tr("The snapshot is of the recorder at %1.").arg(snapshot.recorder);
     if (collisions > 0)
-        lines << tr("Values that were changed on the recorder too are not checked. Check those that are to "
-                    "become as they were edited.");
+        lines << tr("Values that were changed on the recorder too, or may have been, are not checked. Check "
+                    "those that are to become as they were edited.");
     else
         lines << tr("The checked values become as they were edited. Nothing is sent yet.");
     lines.removeAll(QString());
@@ -81,13 +81,15 @@ void MergeDialog::fill(const PresentSettings &present)
         const bool isSecret = present.isSecret(edit.path);
         QString remark;
         if (edit.state == MergedEdit::State::Collides)
-            remark = tr("Changed on the recorder too");
+            remark =
+                edit.isBeforeKnown ? tr("Changed on the recorder too") : tr("May have changed there too");
         else if (edit.state == MergedEdit::State::IsDone)
             remark = tr("The recorder has it already");
         else if (edit.state == MergedEdit::State::NoFile)
             remark = tr("The recorder has no such file");
         QTreeWidgetItem *row =
-            makeRow({present.caption(edit.path), shownValue(edit.before, isSecret),
+            makeRow({present.caption(edit.path),
+                     edit.isBeforeKnown ? shownValue(edit.before, isSecret) : tr("(left out)"),
                      shownValue(edit.edited, isSecret), shownValue(edit.now, isSecret), remark, edit.path});
         const bool canTake =
             edit.state == MergedEdit::State::Fits || edit.state == MergedEdit::State::Collides;
