@@ -31,6 +31,22 @@ void SetupPage::showEvent(QShowEvent *event)
         QMetaObject::invokeMethod(this, &SetupPage::begin, Qt::QueuedConnection);
 }
 
+bool SetupPage::hasChanges() const
+{
+    return m_window && m_window->hasChangesToAskAbout();
+}
+
+bool SetupPage::mayClose()
+{
+    if (!hasChanges())
+        return true;
+    if (!isVisible())
+        return false;
+    const QPointer<SetupPage> alive(this);
+    const bool isAllowed = m_window->mayClose();
+    return isAllowed || !alive || !m_window;
+}
+
 void SetupPage::begin()
 {
     if (!m_setup)

@@ -31,6 +31,15 @@ public:
     /// To be called before the page is shown for the first time.
     void setWindowOptions(const WindowOptions &options) { m_options = options; }
 
+    /// There are changes that were not sent to the recorder. Always false without
+    /// WindowOptions::asksBeforeClosing.
+    bool hasChanges() const;
+    /// To be called before the host closes its window or deletes the page: true when nothing is lost by that.
+    /// Asks the user about changes, in an event loop of its own: "Send" does what OK does, "Discard" answers
+    /// true, "Go on editing" false. A hidden page with changes answers false without a question; the host
+    /// shows it first. The question may end the session.
+    bool mayClose();
+
 Q_SIGNALS:
     /// The user has pressed OK (\a isAccepted) or Cancel, or \a setup was deleted.
     void finished(bool isAccepted);

@@ -36,6 +36,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QSessionManager>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
@@ -177,6 +178,9 @@ void CWinMain::wire()
     connect(this, &QDialog::finished, this, [](int result) {
         qCInfo(windowLog) << (result == Accepted ? "closed, accepted" : "closed, rejected");
     });
+    // The host of a page has a window of its own to keep open.
+    if (isWindow())
+        connect(qApp, &QGuiApplication::commitDataRequest, this, &CWinMain::commitData);
     connect(m_frame->okButton(), &QPushButton::clicked, this, &CWinMain::saveSettings);
     connect(m_frame->cancelButton(), &QPushButton::clicked, this, &CWinMain::reject);
     connect(m_frame->header(), &WindowHeader::closeRequested, this, &CWinMain::reject);
@@ -335,24 +339,53 @@ bool CWinMain::review(bool offersSending)
     return dialog.result() == QDialog::Accepted;
 }
 
+bool CWinMain::hasChangesToAskAbout() const
+{
+    return m_changes && m_options.asksBeforeClosing && m_changes->hasUserChanges();
+}
+
 bool CWinMain::mayClose()
 {
-    if (!m_changes || !m_options.asksBeforeClosing || !m_changes->hasUserChanges() || !isVisible())
+    if (!hasChangesToAskAbout() || !isVisible())
         return true;
+    if (m_isClosing)
+        return false;
+    const QScopedValueRollback closing(m_isClosing, true);
     auto answer = ChangeTracking::Answer::GoOnEditing;
-    letUserAct([&] { answer = m_changes->askBeforeClosing(); });
-    if (answer == ChangeTracking::Answer::Send)
-        saveSettings();
+    operate([&] {
+        letUserAct([&] { answer = m_changes->askBeforeClosing(); });
+        if (answer == ChangeTracking::Answer::Send)
+            saveSettings();
+    });
     return answer == ChangeTracking::Answer::Discard;
+}
+
+bool CWinMain::isSaveUnderWay() const
+{
+    return m_changes->isAllGivenToASave() || ExchangeQueue::of(*m_setup).waiting().contains(saveFunction);
+}
+
+void CWinMain::accept()
+{
+    const Busy busy(*this);
+    if (!hasChangesToAskAbout() || isSaveUnderWay() || mayClose())
+        QDialog::accept();
 }
 
 void CWinMain::reject()
 {
     const Busy busy(*this);
-    bool isAllowed = true;
-    operate([&] { isAllowed = mayClose(); });
-    if (isAllowed)
+    if (mayClose())
         QDialog::reject();
+}
+
+/// Nothing can be sent before the session ends, so changes keep it from ending, and the user is asked.
+void CWinMain::commitData(QSessionManager &session)
+{
+    if (!hasChangesToAskAbout() || !isVisible())
+        return;
+    session.cancel();
+    QMetaObject::invokeMethod(this, &CWinMain::reject, Qt::QueuedConnection);
 }
 
 int CWinMain::exec()

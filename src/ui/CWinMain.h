@@ -12,6 +12,7 @@
 #include <memory>
 
 class OrbSetup;
+class QSessionManager;
 class QTimer;
 
 namespace paravue
@@ -66,8 +67,14 @@ public:
     void setPathQuestion(const paravue::PathQuestion &ask);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
-    /// Closes the window, after a question when there are changes and the host has asked for it.
+    /// Both close the window, after a question when changes would be lost and the host has asked for it: OK
+    /// need not save, and a description may call accept() anywhere.
+    void accept() override;
     void reject() override;
+    /// There are changes that were not sent, and the host wants them to be asked about.
+    bool hasChangesToAskAbout() const;
+    /// Asks about them, if there are any; the answer may close the window. True when it may be closed.
+    bool mayClose();
 
 Q_SIGNALS:
     /// \a s is a translated error message, of the window or of its store.
@@ -127,7 +134,9 @@ private:
     bool maySendProblems();
     /// Makes a \a call of the function \a name that the user has started.
     void callFunction(const QString &name, const std::function<void()> &call);
-    bool mayClose();
+    bool isSaveUnderWay() const;
+    /// The desktop session is about to end.
+    void commitData(QSessionManager &session);
 
     /// Repeats the exchange that has failed.
     void tryAgain();
@@ -151,6 +160,7 @@ private:
     bool m_isDeletedWhenIdle = false;
     bool m_isRefreshing = false;
     bool m_isReviewing = false;
+    bool m_isClosing = false;      ///< the user was asked about changes and has not answered, or sends them
     bool m_isSnapshotKept = false; ///< for what is about to be sent
     bool m_areEditsOffered = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;

@@ -6,9 +6,11 @@
 #include "entry/cSetupWidget.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
+#include "ui/CWinMain.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -114,6 +116,7 @@ private Q_SLOTS:
     void standsInAPage_data();
     void standsInAPage();
     void leavesTheKeysOfThePageToIt();
+    void asksBeforeThePageGoes();
     void endsWithThePageOrItsStore_data();
     void endsWithThePageOrItsStore();
     void showsWhatWasThrown_data();
@@ -250,6 +253,36 @@ void TestEntry::leavesTheKeysOfThePageToIt()
         QTest::keySequence(&host, QKeySequence::Find);
     }
     QVERIFY(find.hasSeen());
+}
+
+void TestEntry::asksBeforeThePageGoes()
+{
+    StoreFixture fixture({{"interface", Description}, {"net", "NAME=old\n"}});
+    SetupPage page(&fixture.store());
+    WindowOptions options;
+    options.tracksChanges = true;
+    options.asksBeforeClosing = true;
+    page.setWindowOptions(options);
+    QVERIFY(page.mayClose() && !page.hasChanges()); // has not begun
+    page.show();
+    AWAIT_VERIFY(!page.findChildren<QPushButton *>().isEmpty());
+    auto answer = QMessageBox::Cancel;
+    const ModalWatcher questions(
+        [&](QWidget &box) { static_cast<QMessageBox &>(box).button(answer)->click(); });
+    QVERIFY(page.mayClose() && !page.hasChanges());
+    auto *window = static_cast<CWinMain *>(page.findChild<QDialog *>());
+    window->setValue("net/untitled/NAME/new");
+    QVERIFY(page.hasChanges() && !page.mayClose());
+    QCOMPARE(questions.count(), 1);
+    page.hide();
+    QVERIFY(!page.mayClose());
+    QCOMPARE(questions.count(), 1);
+    page.show();
+    answer = QMessageBox::Discard;
+    QVERIFY(page.mayClose());
+    QCOMPARE(questions.count(), 2);
+    window->setValue("net/untitled/NAME/old");
+    QVERIFY(!page.hasChanges());
 }
 
 void TestEntry::endsWithThePageOrItsStore_data()

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSessionManager>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -125,6 +126,8 @@ private Q_SLOTS:
     void findsControls();
     void asksBeforeItCloses_data();
     void asksBeforeItCloses();
+    void asksBeforeItIsAccepted();
+    void asksBeforeTheDesktopSessionEnds();
     void lettingTheHostsChangesGoIsNoQuestion();
     void closesWithoutAQuestionWhenTheStoreGoes();
     void hidesWhatIsTypedHidden();
@@ -412,6 +415,34 @@ void TestChangeReview::asksBeforeItCloses()
     QCOMPARE(window.messages.count(), int(isChanged));
     QTEST(!window.window->isVisible(), "isClosed");
     QTEST(window.value("tmp/untitled/OK") == "pressed", "isSent");
+}
+
+void TestChangeReview::asksBeforeItIsAccepted()
+{
+    TrackedWindow window({.asksBeforeClosing = true});
+    window.type(window.name(), "new");
+    window.window->accept(); // as an action of a description does
+    QCOMPARE(window.messages.count(), 1);
+    QVERIFY(window.window->isVisible());
+    window.button<QPushButton>("OK")->click(); // which saves
+    window.window->accept();
+    QCOMPARE(window.messages.count(), 1);
+    QVERIFY(!window.window->isVisible());
+    QCOMPARE(window.window->result(), int(QDialog::Accepted));
+}
+
+void TestChangeReview::asksBeforeTheDesktopSessionEnds()
+{
+    TrackedWindow window({.asksBeforeClosing = true});
+    auto *session = qApp->findChild<QSessionManager *>();
+    QVERIFY(session);
+    Q_EMIT qApp->commitDataRequest(*session);
+    QCoreApplication::processEvents();
+    QVERIFY(window.window->isVisible() && !window.messages.hasSeen());
+    window.type(window.name(), "new");
+    Q_EMIT qApp->commitDataRequest(*session);
+    AWAIT_COMPARE(window.messages.count(), 1);
+    QVERIFY(window.window->isVisible());
 }
 
 void TestChangeReview::lettingTheHostsChangesGoIsNoQuestion()

@@ -54,6 +54,8 @@ public:
     bool isEditable(const QString &path) const;
     /// There are others than those that the host has made before the window was built.
     bool hasUserChanges() const { return !m_list.isEmpty() && m_list.all() != m_hostChanges; }
+    /// The last save has been given all changes that there are.
+    bool isAllGivenToASave() const { return m_list.all() == m_sent; }
 
     /// To be called when the window was built from another description: marks the new controls.
     void startDescription();
