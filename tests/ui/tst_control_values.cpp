@@ -237,6 +237,8 @@ void TestControlValues::marksWhatAFieldCannotShow_data()
                              "<text>B<key>net/untitled/EMPTY/b</key></text>";
     const QString longText = "0123456789012345…";
     row("no such choice", "type='dropdown'", choices, "Stored: other", Qt::Key_Down, "V/b");
+    row("secret choice", "type='dropdown' secret='yes'", choices, "Another value stored", Qt::Key_Down,
+        "V/b");
     row("no choice is stored", "type='dropdown'", empty, "Nothing stored", Qt::Key_Down, "EMPTY/b");
     row("stored choice", "type='dropdown'", "<text>A<key>net/untitled/V/other</key></text>", "", 0, "");
     row("choices without keys", "type='dropdown'", "<text>A</text>", "", 0, "");

@@ -1,7 +1,10 @@
 #include "ui/binding/FieldNotes.h"
 
+#include "changes/DescribedSecrets.h"
+#include "changes/SecretKeys.h"
 #include "controls/ControlStyle.h"
 #include "controls/ReadablePalette.h"
+#include "store/OrbSetup.h"
 #include "ui/accessibility/ControlName.h"
 #include "ui/base/SafeText.h"
 #include "ui/base/WindowText.h"
@@ -9,6 +12,7 @@
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/ControlTable.h"
 #include "ui/binding/RefusalMark.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -34,6 +38,16 @@ std::optional<int> numberAttribute(const Control &control, const QString &name)
     bool isNumber = false;
     const int number = control.element.attribute(name).toInt(&isNumber);
     return isNumber ? std::optional(number) : std::nullopt;
+}
+
+/// Hidden as it is typed, by the word of the description, or by the name of its key.
+bool isSecret(const Control &control)
+{
+    const auto *edit = qobject_cast<const QLineEdit *>(control.widget.data());
+    return (edit && edit->echoMode() != QLineEdit::Normal) ||
+           isMarkedSecret(control.element.attribute(QStringLiteral("password")),
+                          control.element.attribute(QStringLiteral("secret"))) ||
+           SecretKeys().contains(OrbSetup::path(firstAddress(control.element)));
 }
 
 QLabel *makeLabel(QWidget &field)
@@ -78,7 +92,7 @@ bool FieldNotes::isEmpty(const QLineEdit &field)
 }
 
 FieldNotes::FieldNotes(const Control &control, bool showsUnit)
-    : QObject(control.widget), m_field(control.widget)
+    : QObject(control.widget), m_field(control.widget), m_isSecret(isSecret(control))
 {
     if (!showsUnit && !noteText(control, unitTag).isEmpty())
         m_unit = makeLabel(*m_field);
@@ -205,14 +219,12 @@ void FieldNotes::setUnfitValue(const std::optional<QString> &value)
         m_storedMark = makeLabel(*m_field);
         m_storedMark->setObjectName(QStringLiteral("storedMark"));
     }
-    const auto *edit = qobject_cast<const QLineEdit *>(m_field);
-    const bool isSecret = edit && edit->echoMode() != QLineEdit::Normal;
     QString text;
     QString sentence;
     if (value && value->isEmpty()) {
         text = WindowText::tr("Nothing stored");
         sentence = WindowText::tr("No value is stored here, and none will be until you edit the field");
-    } else if (value && isSecret) {
+    } else if (value && m_isSecret) {
         text = WindowText::tr("Another value stored");
         sentence =
             WindowText::tr("The field cannot show the stored value, which stays until you edit the field");

@@ -76,6 +76,7 @@ private:
     std::optional<int> m_least;
     std::optional<int> m_most;
     bool m_isRequired = false;
+    bool m_isSecret = false; ///< what is stored must not be seen
     bool m_isProblem = false;
     bool m_isChanged = false;
 };
