@@ -16,6 +16,12 @@ namespace
 
 const QLatin1StringView PristineSuffix(".original");
 
+/// False for files that the recorder gives but does not take, which its store tells.
+bool isSent(const OrbSetup &store, const QString &file)
+{
+    return !store.property("unsentFiles").toStringList().contains(file);
+}
+
 } // namespace
 
 /// The values that the recorder has in one file: those of the copy that was fetched, and over them those that
@@ -89,6 +95,8 @@ QList<Change> ChangeList::pendingChanges() const
 {
     QList<Change> pending;
     for (const QString &file : m_store ? m_store->fetchedFiles() : QStringList()) {
+        if (!isSent(*m_store, file))
+            continue;
         for (Change change : statedirectives::pendingChanges(*m_store, file)) {
             change.isSecret = isSecret(change.path);
             if (!m_changes.contains(change.path))
@@ -154,7 +162,8 @@ void ChangeList::valueSet(const QString &path)
         return;
     }
     const ConfigAddress address(path);
-    if (!reachesTheRecorder(address) || !m_store->fileExists(address.file().toString()))
+    const QString file = address.file().toString();
+    if (!reachesTheRecorder(address) || !isSent(*m_store, file) || !m_store->fileExists(file))
         return;
     const std::optional<QString> before = oldValue(path);
     const std::optional<QString> now = m_store->storedValue(path);

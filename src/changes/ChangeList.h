@@ -32,8 +32,9 @@ struct Change {
     bool operator==(const Change &other) const = default;
 };
 
-/// What was changed in a store since its files were fetched, or since they were saved. An edit costs the same
-/// whatever the size of the configuration; the first one of a file reads its pristine copy.
+/// What was changed in a store since its files were fetched, or since they were saved. Files that no save
+/// sends do not count; a store names them in its dynamic property "unsentFiles", a list. An edit costs the
+/// same whatever the size of the configuration; the first one of a file reads its pristine copy.
 class ChangeList : public QObject, private StoreObserver
 {
     Q_OBJECT

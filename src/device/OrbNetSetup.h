@@ -200,6 +200,7 @@ private:
     std::unique_ptr<OrbSetup> makeReader(const std::optional<QStringList> &only);
     void restrictFetch();
     void fillCommandList();
+    void noteUnsentFiles();
     QByteArray requestOf(const compcommand &command) const;
     void startSave(const std::optional<QStringList> &only);
     void expectArrivals(const std::optional<QStringList> &only);

@@ -74,6 +74,18 @@ void OrbNetSetup::fillCommandList()
         m_cmdlist.push_back(std::make_unique<compcommand>(
             compcommand{entry.get_command, entry.put_command, entry.name, entry.push}));
     }
+    noteUnsentFiles();
+}
+
+/// Tells which files no save sends, so that their edits do not count as changes.
+void OrbNetSetup::noteUnsentFiles()
+{
+    QStringList names;
+    for (const auto &entry : m_cmdlist) {
+        if (entry->put.isEmpty())
+            names << QString::fromUtf8(entry->name);
+    }
+    setProperty("unsentFiles", names);
 }
 
 void OrbNetSetup::load()
@@ -389,6 +401,7 @@ void OrbNetSetup::replaceCommandList(const QByteArray &description)
     m_cmdlist.clear();
     for (const ListedFile &file : *files)
         m_cmdlist.push_back(compiled(file));
+    noteUnsentFiles();
 }
 
 std::unique_ptr<OrbNetSetup::compcommand> OrbNetSetup::compiled(const ListedFile &file) const

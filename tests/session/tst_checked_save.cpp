@@ -195,6 +195,7 @@ private Q_SLOTS:
     void knowsWhatHasArrivedOfOtherSaves_data();
     void knowsWhatHasArrivedOfOtherSaves();
     void confirmsNoSaveThatWasDropped();
+    void countsNoFilesThatAreNotSent();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
     void comparesAgainBehindTheReview();
@@ -426,6 +427,16 @@ void TestCheckedSave::knowsWhatHasArrivedOfOtherSaves()
     AWAIT_VERIFY(session.isIdle());
     QFETCH(QString, left);
     AWAIT_COMPARE(session.changes(), left);
+}
+
+void TestCheckedSave::countsNoFilesThatAreNotSent()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded && session.store.fileExists("soft"));
+    session.store.setValue("soft/untitled/SOFT_VERSION/9.9");
+    QCOMPARE(session.changes(), QString());
+    session.store.setValue("net/untitled/PLACE/Yard");
+    QCOMPARE(session.changes(), QString("1 change"));
 }
 
 void TestCheckedSave::confirmsNoSaveThatWasDropped()
