@@ -89,6 +89,11 @@ PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_start(uint32_t api_versio
  * the recorders' files. What has not been sent by then is lost. A process that ends without it leaves the
  * copies on the disk. Afterwards the library can be started again. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_stop(void);
+/* Shows the texts of the library, and those of Qt, in this language from now on, also in windows that are
+ * open. It is named as in "ru" or "ru-RU"; a null pointer takes the one that the user of this computer
+ * prefers. Texts are English before the first call, and when the library has none in the language. Dates and
+ * numbers follow. */
+PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_set_language(const char *language, size_t length);
 /* Handles events for so many milliseconds (0: those that wait already). For programs with an event loop of
  * their own; those with Qt's do not need it. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_process_events(uint32_t milliseconds);

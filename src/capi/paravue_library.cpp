@@ -4,6 +4,7 @@
 #include "capi/paravue.h"
 #include "device/OrbNetSetup.h"
 #include "store/PasswordDigest.h"
+#include "translations/InstallTranslations.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -74,6 +75,21 @@ paravue_result paravue_start(uint32_t api_version, uint32_t flags)
 paravue_result paravue_stop(void)
 {
     return guarded([](Library &library) { return library.stop(); });
+}
+
+paravue_result paravue_set_language(const char *language, size_t length)
+{
+    return guarded([&](Library &library) {
+        if (!language) {
+            installTranslations();
+            return PARAVUE_OK;
+        }
+        const auto name = readText(language, length);
+        if (!name)
+            return library.fail(PARAVUE_WRONG_USE);
+        installTranslations({*name});
+        return PARAVUE_OK;
+    });
 }
 
 paravue_result paravue_process_events(uint32_t milliseconds)

@@ -114,6 +114,7 @@ private Q_SLOTS:
     void handlesAreRecognised();
     void failuresHaveAResult_data();
     void failuresHaveAResult();
+    void problemsAreInTheLanguageOfTheHost();
     void exchangesAreGivenUp();
     void observersHearWhatHappens();
     void callbacksCannotStartOrDestroy();
@@ -376,6 +377,23 @@ void TestCapi::failuresHaveAResult()
     QVERIFY(problem && !problem->empty());
     // The next one starts afresh.
     QCOMPARE(waitAfter(paravue_store_load(store), store), result);
+}
+
+void TestCapi::problemsAreInTheLanguageOfTheHost()
+{
+    start(0);
+    const auto problem = [] {
+        paravue_store *store = nullptr;
+        paravue_store_create("admin:admin@127.0.0.1:1", PARAVUE_TERMINATED, 0, &store); // nobody listens
+        waitAfter(paravue_store_load(store), store);
+        return QString::fromStdString(textOf(paravue_problem).value_or("none"));
+    };
+    QVERIFY2(problem().contains("The recorder refuses the connection"), qPrintable(problem()));
+    QCOMPARE(paravue_set_language("ru", PARAVUE_TERMINATED), PARAVUE_OK);
+    QVERIFY2(problem().contains("Регистратор отклоняет соединение"), qPrintable(problem()));
+    QCOMPARE(paravue_set_language("\xff", 1), PARAVUE_WRONG_USE);
+    QCOMPARE(paravue_set_language("en-GB", 5), PARAVUE_OK);
+    QVERIFY2(problem().contains("The recorder refuses the connection"), qPrintable(problem()));
 }
 
 void TestCapi::exchangesAreGivenUp()
