@@ -1011,13 +1011,6 @@ Exit code:
     </message>
 </context>
 <context>
-    <name>DifferenceRows</name>
-    <message>
-        <source>(none)</source>
-        <translation>(нет)</translation>
-    </message>
-</context>
-<context>
     <name>InfoText</name>
     <message>
         <source>the size of the pictures changes too often: an export has at most %1 files</source>
@@ -1487,6 +1480,10 @@ not exported: %1 with no key picture before
         <source>there is no video stream with a key picture in %1</source>
         <translation>в %1 нет видеопотока с ключевым кадром</translation>
     </message>
+    <message>
+        <source>the login or the password has letters that this computer&apos;s encoding lacks, so the recorder would get others</source>
+        <translation>в логине или пароле есть буквы, которых нет в кодировке этого компьютера, и регистратор получил бы другие</translation>
+    </message>
 </context>
 <context>
     <name>OrbDlgQuestion</name>
@@ -1721,10 +1718,6 @@ not exported: %1 with no key picture before
         <source>%1 (next attempt within %2 min)</source>
         <translation>%1 (новая попытка в течение %2 мин)</translation>
     </message>
-    <message>
-        <source>The recorder does not turn the camera. Perhaps this login is not allowed to.</source>
-        <translation>Регистратор не поворачивает камеру. Возможно, у этого пользователя нет прав.</translation>
-    </message>
 </context>
 <context>
     <name>PreviewFiles</name>
@@ -1773,6 +1766,10 @@ not exported: %1 with no key picture before
     <message>
         <source>the port must be a number from 1 to 65535</source>
         <translation>порт должен быть числом от 1 до 65535</translation>
+    </message>
+    <message>
+        <source>the login or the password has letters that this computer&apos;s encoding lacks, so the recorder would get others</source>
+        <translation>в логине или пароле есть буквы, которых нет в кодировке этого компьютера, и регистратор получил бы другие</translation>
     </message>
 </context>
 <context>
@@ -2102,6 +2099,17 @@ not exported: %1 with no key picture before
         <source>Try paravue-setup --help.</source>
         <translation>Смотрите paravue-setup --help.</translation>
     </message>
+    <message>
+        <source>there is no screen to show the window on: Qt&apos;s plug-in for it was not found, which is qwindows.dll in the folder &quot;platforms&quot; beside the program. Install the program again, or name the folder with QT_QPA_PLATFORM_PLUGIN_PATH.</source>
+        <translation>нет экрана, на котором можно показать окно: не найден подключаемый модуль Qt для него, qwindows.dll в папке «platforms» рядом с программой. Установите программу заново или укажите папку в QT_QPA_PLATFORM_PLUGIN_PATH.</translation>
+    </message>
+</context>
+<context>
+    <name>ShownValue</name>
+    <message>
+        <source>(none)</source>
+        <translation>(нет)</translation>
+    </message>
 </context>
 <context>
     <name>Snapshot</name>
@@ -2276,6 +2284,13 @@ not exported: %1 with no key picture before
     <message>
         <source>Zone %1</source>
         <translation>Зона %1</translation>
+    </message>
+</context>
+<context>
+    <name>paravue::CameraLink</name>
+    <message>
+        <source>The recorder does not turn the camera. Perhaps this login is not allowed to.</source>
+        <translation>Регистратор не поворачивает камеру. Возможно, у этого пользователя нет прав.</translation>
     </message>
 </context>
 <context>
@@ -2463,6 +2478,14 @@ and %2 more</source>
     <message>
         <source>Stop sending? %1 of %2 files have arrived at the recorder.</source>
         <translation>Остановить отправку? Получено регистратором файлов: %1 из %2.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent, and the changes are lost: after the new login everything was fetched from the recorder again.</source>
+        <translation>Ничего не отправлено, изменения потеряны: после нового входа всё было получено из регистратора заново.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent.</source>
+        <translation>Ничего не отправлено.</translation>
     </message>
 </context>
 <context>
@@ -3090,10 +3113,6 @@ and %2 more</source>
         <source>Go on editing</source>
         <translation>Продолжить правку</translation>
     </message>
-    <message>
-        <source>(none)</source>
-        <translation>(нет)</translation>
-    </message>
 </context>
 <context>
     <name>paravue::SaveCheck</name>
@@ -3347,6 +3366,14 @@ and %2 more</source>
             <numerusform>Отправлено, но %n значения регистратор сохранил иначе</numerusform>
             <numerusform>Отправлено, но %n значений регистратор сохранил иначе</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The values of the recorder could not be taken into the window: %1</source>
+        <translation>Не удалось внести значения регистратора в окно: %1</translation>
+    </message>
+    <message>
+        <source>Leave them</source>
+        <translation>Оставить</translation>
     </message>
 </context>
 <context>
