@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="en">
 <context>
+    <name>CInterface</name>
+    <message>
+        <source>%1 is no folder</source>
+        <translation>%1 не является папкой</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>не удалось прочитать %1: %2</translation>
+    </message>
+    <message>
+        <source>The window of the host cannot be used on this screen</source>
+        <translation>Окно вызывающей программы нельзя использовать на этом экране</translation>
+    </message>
+</context>
+<context>
     <name>CWinMain</name>
     <message>
         <source>Paravue Setup</source>
@@ -1481,8 +1496,8 @@ not exported: %1 with no key picture before
         <translation>в %1 нет видеопотока с ключевым кадром</translation>
     </message>
     <message>
-        <source>the login or the password has letters that this computer&apos;s encoding lacks, so the recorder would get others</source>
-        <translation>в логине или пароле есть буквы, которых нет в кодировке этого компьютера, и регистратор получил бы другие</translation>
+        <source>the password has letters that this computer&apos;s encoding lacks, so its digest would fit other passwords too</source>
+        <translation>в пароле есть буквы, которых нет в кодировке этого компьютера, и его хеш подошёл бы и к другим паролям</translation>
     </message>
 </context>
 <context>
@@ -2625,6 +2640,10 @@ and %2 more</source>
         <source>Go on editing</source>
         <translation>Продолжить правку</translation>
     </message>
+    <message>
+        <source>Address</source>
+        <translation>Адрес</translation>
+    </message>
 </context>
 <context>
     <name>paravue::HistoryDialog</name>
@@ -3374,6 +3393,10 @@ and %2 more</source>
     <message>
         <source>Leave them</source>
         <translation>Оставить</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Адрес</translation>
     </message>
 </context>
 <context>

@@ -91,8 +91,8 @@ QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
     line.duration = std::chrono::seconds(seconds);
     if (parser.isSet("digest")) {
         if (!isInLocalEncoding(line.address->password))
-            return QStringLiteral("the password has letters that this computer's encoding lacks, so its "
-                                  "digest would fit other passwords too");
+            return InfoText::tr("the password has letters that this computer's encoding lacks, so its "
+                                "digest would fit other passwords too");
         line.address->password = digestOfTyped(line.address->password);
     }
     line.file = parser.value("record");

@@ -6,6 +6,7 @@
 #include "check/DescriptionCheck.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -58,10 +59,12 @@ paravue_result check(Library &library, QIODevice &description, const QString &na
     if (!folder)
         return library.fail(PARAVUE_WRONG_USE);
     if (!folder->isEmpty() && !QFileInfo(*folder).isDir())
-        return library.fail(PARAVUE_LOCAL_FILE, QStringLiteral("%1 is no folder").arg(*folder));
+        return library.fail(PARAVUE_LOCAL_FILE,
+                            QCoreApplication::translate("CInterface", "%1 is no folder").arg(*folder));
     if (!description.open(QIODevice::ReadOnly))
         return library.fail(PARAVUE_LOCAL_FILE,
-                            QStringLiteral("%1 cannot be read: %2").arg(name, description.errorString()));
+                            QCoreApplication::translate("CInterface", "%1 cannot be read: %2")
+                                .arg(name, description.errorString()));
     return report(library, checkDescription(description, name, *folder), receiver);
 }
 

@@ -4,6 +4,8 @@
 #include "capi/WindowRecord.h"
 #include "capi/paravue.h"
 
+#include <QCoreApplication>
+
 #include <memory>
 
 using namespace paravue::capi;
@@ -38,7 +40,8 @@ paravue_result paravue_window_create(paravue_store *store, const paravue_window_
         auto created = std::make_unique<WindowRecord>(record, *whole);
         if (created->hasParent() && !created->embed())
             return library.fail(PARAVUE_NO_WINDOWS,
-                                QStringLiteral("The window of the host cannot be used on this screen"));
+                                QCoreApplication::translate(
+                                    "CInterface", "The window of the host cannot be used on this screen"));
         *window = library.add(std::move(created));
         return PARAVUE_OK;
     });
