@@ -388,6 +388,10 @@ Allow it? Its content may be sent to the recorder.</source>
         <source>Cancel</source>
         <translation>Отмена</translation>
     </message>
+    <message>
+        <source>Changed</source>
+        <translation>Изменено</translation>
+    </message>
 </context>
 <context>
     <name>CheckReport</name>
