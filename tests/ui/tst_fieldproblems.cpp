@@ -85,7 +85,9 @@ struct Window : DescribedWindow {
             parts << (count && count->isVisible() ? count->text() : "-");
         }
         for (const Field which : {Rate, From, Code, Server}) {
-            const QString text = field(which).accessibleDescription();
+            QString text = field(which).accessibleDescription();
+            if (text.startsWith("Changed")) // its mark is tested with the list of changes
+                text.remove(0, QString("Changed. ").size());
             if (!text.isEmpty() && text != RangeNote && text != "Required")
                 parts << text;
         }
@@ -219,7 +221,7 @@ void TestFieldProblems::leavesTheLayoutAlone()
     QVERIFY(wide->geometry() == before[0] && narrow->geometry() == before[1]);
     wide->setFocus();
     QCOMPARE(mark(narrow), "! inside");
-    QCOMPARE(narrow->accessibleDescription(), "Not complete");
+    QCOMPARE(narrow->accessibleDescription(), "Changed. Not complete");
     QTest::keyClicks(wide, "9");
     QCOMPARE(mark(wide), "");
 }
