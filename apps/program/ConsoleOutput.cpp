@@ -54,6 +54,14 @@ ConsoleOutput::~ConsoleOutput()
     restoreConsole();
 }
 
+void ConsoleOutput::showUnlessConnected(const QString &failure)
+{
+    if (isOpen(STD_ERROR_HANDLE) || GetConsoleCP() != 0)
+        return;
+    // Not Qt's own box, which needs the screen whose absence may be the failure.
+    MessageBoxW(nullptr, failure.toStdWString().c_str(), L"Paravue Setup", MB_OK | MB_ICONERROR);
+}
+
 void ConsoleOutput::restoreConsole()
 {
     if (codePageBefore != 0)
@@ -65,6 +73,8 @@ void ConsoleOutput::restoreConsole()
 ConsoleOutput::ConsoleOutput() = default;
 
 ConsoleOutput::~ConsoleOutput() = default;
+
+void ConsoleOutput::showUnlessConnected(const QString &) {}
 
 void ConsoleOutput::restoreConsole() {}
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace paravue
 {
 
@@ -13,6 +15,11 @@ public:
     ~ConsoleOutput();
     ConsoleOutput(const ConsoleOutput &) = delete;
     ConsoleOutput &operator=(const ConsoleOutput &) = delete;
+
+    /// Shows \a failure in a box, and waits until it is closed, when nobody can read what the program writes:
+    /// on Windows a program with windows that was started from the desktop has neither a console nor a
+    /// stream.
+    static void showUnlessConnected(const QString &failure);
 
     /// Ends the process at once, without destructors, and leaves the console as it was.
     [[noreturn]] static void endProgram(int exitCode);

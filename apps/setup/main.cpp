@@ -70,6 +70,7 @@ QString startLog(ProgramLog &log, const QString &path)
 void endWithoutScreen()
 {
     ProgramLog::tellFailure(screenProblem);
+    ConsoleOutput::showUnlessConnected(screenProblem);
     ConsoleOutput::endProgram(int(ExitCode::WrongUsage));
 }
 
@@ -106,6 +107,7 @@ int run(int argc, char **argv)
         return int(ExitCode::Done);
     case CommandLine::Task::RefuseUsage:
         QTextStream(stderr) << "paravue-setup: " << commandLine.text << '\n';
+        ConsoleOutput::showUnlessConnected(commandLine.text);
         return int(ExitCode::WrongUsage);
     case CommandLine::Task::CheckDescription:
         return check(commandLine, argc, argv);
@@ -115,6 +117,7 @@ int run(int argc, char **argv)
 
     if (const QString problem = startLog(log, commandLine.logFile); !problem.isEmpty()) {
         ProgramLog::tellFailure(problem);
+        ConsoleOutput::showUnlessConnected(problem);
         return int(ExitCode::LocalFile);
     }
     if (!findsScreenPlugin(argc, argv))

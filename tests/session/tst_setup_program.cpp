@@ -38,6 +38,7 @@ private Q_SLOTS:
     void refusesWrongUsage();
     void checksDescriptions_data();
     void checksDescriptions();
+    void showsWhyItEndsOnADesktop();
     void failsInsteadOfHanging_data();
     void failsInsteadOfHanging();
     void saysWhyItCannotStart_data();
@@ -236,6 +237,24 @@ void TestSetupProgram::checksDescriptions()
                                  file.fileName());
     QCOMPARE(piped.exitCode, run.exitCode);
     QCOMPARE(piped.out, QString(run.out).replace(file.fileName(), "<stdin>"));
+}
+
+void TestSetupProgram::showsWhyItEndsOnADesktop()
+{
+#ifdef Q_OS_WIN
+    OwnConsole console;
+    FreeConsole(); // the program would use that of its parent
+    QProcess process;
+    console.prepare(process);
+    process.start(SETUP_PROGRAM, {"--nonsense"});
+    const auto box = [] { return FindWindowW(L"#32770", L"Paravue Setup"); };
+    AWAIT_VERIFY_WITHIN(box(), 20'000);
+    PostMessageW(box(), WM_CLOSE, 0, 0);
+    AWAIT_COMPARE_WITHIN(process.state(), QProcess::NotRunning, 20'000);
+    QCOMPARE(process.exitCode(), 2);
+#else
+    QSKIP("Here desktops keep what programs write.");
+#endif
 }
 
 void TestSetupProgram::failsInsteadOfHanging_data()
