@@ -260,9 +260,9 @@ void FieldNotes::describe()
     parts.removeAll(QString());
     if (m_isChanged && parts.isEmpty())
         parts << plainToolTip(*m_field); // which a description takes the place of
-    if (m_isChanged)
-        parts.prepend(WindowText::tr("Changed"));
     parts.removeAll(QString());
+    if (m_isChanged)
+        parts << WindowText::tr("Changed");
     m_field->setAccessibleDescription(parts.join(QStringLiteral(". ")));
 }
 
