@@ -2925,10 +2925,6 @@ and %2 more</source>
         <translation>Снимок настроек сделан с регистратора %1.</translation>
     </message>
     <message>
-        <source>Values that were changed on the recorder too are not checked. Check those that are to become as they were edited.</source>
-        <translation>Значения, изменённые и в регистраторе, не отмечены. Отметьте те, которые должны стать такими, как в правке.</translation>
-    </message>
-    <message>
         <source>The checked values become as they were edited. Nothing is sent yet.</source>
         <translation>Отмеченные значения станут такими, как в правке. Пока ничего не отправляется.</translation>
     </message>
@@ -2943,6 +2939,18 @@ and %2 more</source>
     <message>
         <source>The recorder has no such file</source>
         <translation>В регистраторе нет такого файла</translation>
+    </message>
+    <message>
+        <source>Values that were changed on the recorder too, or may have been, are not checked. Check those that are to become as they were edited.</source>
+        <translation>Значения, которые изменены или могли измениться и в регистраторе, не отмечены. Отметьте те, которые должны стать такими, как в правке.</translation>
+    </message>
+    <message>
+        <source>May have changed there too</source>
+        <translation>Могло измениться и там</translation>
+    </message>
+    <message>
+        <source>(left out)</source>
+        <translation>(не сохранено)</translation>
     </message>
 </context>
 <context>
