@@ -30,16 +30,16 @@ public:
     {
         if (m_isGui)
             QGuiApplication::setQuitOnLastWindowClosed(false);
-        qApp->installEventFilter(this);
-        QCoreApplication::sendPostedEvents(qApp, QEvent::Quit);
-        qApp->removeEventFilter(this);
+        QCoreApplication::instance()->installEventFilter(this);
+        QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::Quit);
+        QCoreApplication::instance()->removeEventFilter(this);
     }
     ~KeptRunning() override
     {
         if (m_isGui)
             QGuiApplication::setQuitOnLastWindowClosed(m_quits);
         if (m_hasQuit)
-            QCoreApplication::postEvent(qApp, new QEvent(QEvent::Quit));
+            QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::Quit));
     }
 
 protected:
