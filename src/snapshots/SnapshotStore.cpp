@@ -61,39 +61,44 @@ void SnapshotStore::load()
         Q_EMIT pseudothrow(m_problem);
         return;
     }
-    m_copies = std::make_unique<QTemporaryDir>();
-    bool isCopied = m_copies->isValid();
-    for (auto file = m_snapshot->files.cbegin(); file != m_snapshot->files.cend() && isCopied; ++file)
-        isCopied = copy(file.key(), *file);
-    // Empty, so that there is no message for each control that shows a value of theirs.
-    for (const QString &name : OwnFiles) {
-        if (isCopied && !m_snapshot->files.contains(name))
-            isCopied = copy(name, {});
+    const FileContents files = sessionFiles();
+    auto copies = std::make_unique<QTemporaryDir>();
+    QMap<QString, QString> paths; // by name; the names in an archive are not used on the disk
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        for (const QString &suffix : {QString(), QStringLiteral(".original")}) {
+            const QString path = copies->filePath(QString::number(paths.size()));
+            if (!copies->isValid() || !writeWholeFile(path, *file)) {
+                Q_EMIT pseudothrow(
+                    tr("There is no room for the files of the snapshot: %1").arg(copies->path()));
+                return;
+            }
+            paths.insert(file.key() + suffix, path);
+        }
     }
-    // With a section line, as the sections of what is edited in a file without one are not written.
-    for (const QString &name : m_snapshot->info.filesLeftOut(m_snapshot->files)) {
-        if (isCopied && !OwnFiles.contains(name))
-            isCopied = copy(name, iniSectionLine(DefaultSection).toUtf8());
-    }
-    if (!isCopied) {
-        Q_EMIT pseudothrow(tr("There is no room for the files of the snapshot: %1").arg(m_copies->path()));
-        return;
+    m_copies.swap(copies);
+    for (auto path = paths.cbegin(); path != paths.cend(); ++path) {
+        if (OrbSettings *settings = m_settings.find(path.key()))
+            settings->setPath(*path); // drops what was edited before
+        setFilePath(path.key(), *path);
     }
     for (const ValueDifference &edit : editsOf(*m_snapshot))
         setValue(edit.path + u'/' + edit.after.value_or(QString()));
     OrbSetup::load();
 }
 
-bool SnapshotStore::copy(const QString &name, const QByteArray &content)
+/// What a session begins with, before the edits that the snapshot holds.
+FileContents SnapshotStore::sessionFiles() const
 {
-    // The names in an archive are not used on the disk.
-    const QString path = m_copies->filePath(QString::number(m_filePaths.size()));
-    for (const QString &suffix : {QString(), QStringLiteral(".original")}) {
-        if (!writeWholeFile(path + suffix, content))
-            return false;
-        setFilePath(name + suffix, path + suffix);
+    FileContents files = m_snapshot->files;
+    // With a section line, as the sections of what is edited in a file without one are not written.
+    for (const QString &name : m_snapshot->info.filesLeftOut(files))
+        files.insert(name, iniSectionLine(DefaultSection).toUtf8());
+    // Empty, so that there is no message for each control that shows a value of theirs.
+    for (const QString &name : OwnFiles) {
+        if (!m_snapshot->files.contains(name))
+            files.insert(name, {});
     }
-    return true;
+    return files;
 }
 
 void SnapshotStore::store()
@@ -128,6 +133,8 @@ QString SnapshotStore::writeArchive()
         edited.insert(edit.path.section(u'/', 0, 0));
     saved.edited.removeIf([&edited](auto file) { return !edited.contains(file.key()); });
     const QString problem = snapshotarchive::write(saved, m_path);
+    if (problem.isEmpty())
+        m_snapshot->edited = saved.edited;
     if (problem.isEmpty() && !withdrawn.isEmpty())
         Q_EMIT pseudothrow(tr("Passwords are not kept in snapshots, so these edits were left out: %1")
                                .arg(withdrawn.join(QStringLiteral(", "))));

@@ -3,6 +3,8 @@
 #include "ParavueSetupExport.h"
 #include "store/OrbSetup.h"
 
+#include <QByteArray>
+#include <QMap>
 #include <QString>
 
 #include <memory>
@@ -19,9 +21,10 @@ PARAVUE_EXPORT QString snapshotsFolder();
 
 /// A store that holds a snapshot in the place of a recorder, so that a session can show it and edit it.
 ///
-/// load() gives the session the fetched files, and makes the edits that the snapshot holds. store() writes
-/// what is edited then into the archive, beside the fetched files, which stay. The archive is replaced as a
-/// whole or not at all; what goes wrong is reported through pseudothrow(), and the edits stay in the store.
+/// load() gives the session the fetched files, and makes the edits that the snapshot holds; a further one
+/// drops what was edited since it was saved. store() writes what is edited then into the archive, beside the
+/// fetched files, which stay. The archive is replaced as a whole or not at all; what goes wrong is reported
+/// through pseudothrow(), and the edits stay in the store.
 class PARAVUE_EXPORT SnapshotStore : public OrbSetup
 {
     Q_OBJECT
@@ -46,7 +49,7 @@ public:
 
 private:
     void open();
-    bool copy(const QString &name, const QByteArray &content);
+    QMap<QString, QByteArray> sessionFiles() const;
     QString writeArchive();
     QStringList withdrawSecrets(Snapshot &snapshot) const;
 

@@ -29,6 +29,7 @@ class TestSnapshotStore : public QObject
 private Q_SLOTS:
     void init();
     void keepsEditsBesideTheFetchedFiles();
+    void startsOverWithTheSavedEdits();
     void keepsNothingOfWhatIsTakenBack();
     void keepsEditsOfFilesThatWereLeftOut();
     void leavesSecretsOut_data();
@@ -92,6 +93,28 @@ void TestSnapshotStore::keepsEditsBesideTheFetchedFiles()
     QCOMPARE(store.value("net.original/untitled/ID"), "1");
     QCOMPARE(store.fetchedFiles(), QStringList({"general", "interface", "net", "state", "users"}));
     QVERIFY(store.address().startsWith("recorder – "));
+}
+
+void TestSnapshotStore::startsOverWithTheSavedEdits()
+{
+    const Snapshot before = read();
+    SnapshotStore store(m_path);
+    store.load();
+    store.setValue("net/untitled/ID/2");
+    store.function("save_settings", "");
+    store.setValue("net/untitled/ID/3");
+    store.setValue("net/untitled/NAME/b");
+    store.load();
+    QCOMPARE(store.value("net/untitled/ID"), "2");
+    QCOMPARE(store.value("net/untitled/NAME"), "a");
+    QCOMPARE(store.value("net.original/untitled/ID"), "1");
+    QCOMPARE(store.value("users/untitled/NAME0"), "admin");
+    store.function("save_settings", "");
+    const Snapshot saved = read();
+    QCOMPARE(saved.files, before.files);
+    QCOMPARE(saved.edited.keys(), QStringList("net"));
+    QCOMPARE(FileValues(saved.edited["net"]).value("untitled/ID"), "2");
+    QCOMPARE(FileValues(saved.edited["net"]).value("untitled/NAME"), "a");
 }
 
 void TestSnapshotStore::keepsNothingOfWhatIsTakenBack()
