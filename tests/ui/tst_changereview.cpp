@@ -127,6 +127,7 @@ private Q_SLOTS:
     void asksBeforeItCloses_data();
     void asksBeforeItCloses();
     void asksBeforeItIsAccepted();
+    void asksAboutWhatItsFileLacks();
     void asksBeforeTheDesktopSessionEnds();
     void lettingTheHostsChangesGoIsNoQuestion();
     void closesWithoutAQuestionWhenTheStoreGoes();
@@ -429,6 +430,41 @@ void TestChangeReview::asksBeforeItIsAccepted()
     QCOMPARE(window.messages.count(), 1);
     QVERIFY(!window.window->isVisible());
     QCOMPARE(window.window->result(), int(QDialog::Accepted));
+}
+
+void TestChangeReview::asksAboutWhatItsFileLacks()
+{
+    StoreFixture file({{"interface", Description}, {"net", Net}, {"net.original", Net}, {"tmp", ""}});
+    file.store().setProperty("savesToFile", true);
+    const QObject host;
+    connect(&file.store(), &OrbSetup::loadDone, &host,
+            [&file] { file.store().setValue("net/untitled/NAME/edited before"); });
+    const ModalWatcher messages;
+    CWinMain window(&file.store(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.asksBeforeClosing = true}));
+    const auto press = [&window](const QKeySequence &keys) {
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::keySequence(&window, keys);
+    };
+    {
+        const InTheList work(
+            [](QTreeWidget &list) { list.window()->findChild<QToolButton *>("takeAllBack")->click(); });
+        press(Qt::CTRL | Qt::Key_R);
+    }
+    QCOMPARE(file.store().value("net/untitled/NAME"), "old");
+    press(Qt::Key_Escape);
+    QCOMPARE(messages.count(), 1);
+    QVERIFY(window.isVisible());
+    window.accept();
+    QCOMPARE(messages.count(), 2);
+    QVERIFY(window.isVisible());
+
+    window.findChild<QCheckBox *>()->click();
+    file.store().function("save_settings", "");
+    press(Qt::Key_Escape);
+    QCOMPARE(messages.count(), 2);
+    QVERIFY(!window.isVisible());
 }
 
 void TestChangeReview::asksBeforeTheDesktopSessionEnds()

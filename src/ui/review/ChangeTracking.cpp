@@ -38,6 +38,10 @@ ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Binding
     });
     bindings.setEditSteps(&m_steps);
     connect(m_count, &QToolButton::clicked, this, &ChangeTracking::reviewRequested);
+    connect(&context.store(), &OrbSetup::storeDone, this, [this] {
+        if (isOfAFile())
+            m_keptChanges = m_list.all();
+    });
     connect(&m_list, &ChangeList::changed, this, &ChangeTracking::noteChange);
     connect(&m_list, &ChangeList::dropped, this, &ChangeTracking::markAll);
     bindings.setControlObserver([this](const Control &control) { m_problems.check(control); });
@@ -59,7 +63,7 @@ ChangeTracking::~ChangeTracking()
 
 void ChangeTracking::startDescription()
 {
-    m_hostChanges = m_list.all();
+    m_keptChanges = m_list.all();
     m_list.secrets().setSource([this] {
         const QString name = QStringLiteral("interface");
         OrbSetup &store = m_context.store();
@@ -71,6 +75,17 @@ void ChangeTracking::startDescription()
     m_described.reset();
     m_problems.forgetRemoved();
     markAll();
+}
+
+bool ChangeTracking::isOfAFile() const
+{
+    return m_context.store().property("savesToFile").toBool();
+}
+
+/// A recorder has its own values still when all changes were taken back; a snapshot has the edits.
+bool ChangeTracking::hasUserChanges() const
+{
+    return (!m_list.isEmpty() || isOfAFile()) && m_list.all() != m_keptChanges;
 }
 
 void ChangeTracking::noteChange(const QString &path)
@@ -107,9 +122,10 @@ void ChangeTracking::noteSaved(const QStringList &arrived)
 {
     QList<Change> sent;
     QList<Change> missing; // the user may send them later
-    for (const Change &change : std::as_const(m_sent))
+    for (const Change &change : m_sent.value_or(QList<Change>()))
         (arrived.contains(ConfigAddress(change.path).file().toString()) ? sent : missing) << change;
-    m_sent = missing;
+    if (m_sent)
+        m_sent = missing;
     m_list.accept(sent);
 }
 
@@ -203,7 +219,7 @@ bool ChangeTracking::askAboutProblems() const
 
 ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 {
-    const bool isFile = m_context.store().property("savesToFile").toBool(); // a snapshot without its recorder
+    const bool isFile = isOfAFile();
     const OrbDlgQuestion::Captions captions{{QMessageBox::Save, isFile ? tr("Save") : tr("Send")},
                                             {QMessageBox::Discard, tr("Discard")},
                                             {QMessageBox::Cancel, tr("Go on editing")}};

@@ -52,8 +52,9 @@ public:
     QString caption(const QString &path) const;
     /// There is a control that edits the value at \a path, in the window or in a dialog.
     bool isEditable(const QString &path) const;
-    /// There are others than those that the host has made before the window was built.
-    bool hasUserChanges() const { return !m_list.isEmpty() && m_list.all() != m_hostChanges; }
+    /// There are others than those that the host has made before the window was built. A snapshot without its
+    /// recorder begins with the edits that it holds, and each save keeps those that there are.
+    bool hasUserChanges() const;
     /// The last save has been given all changes that there are.
     bool isAllGivenToASave() const { return m_list.all() == m_sent; }
 
@@ -108,6 +109,8 @@ private:
     void showInDialog(const QDomElement &element, const QString &tag, const DialogRoutes::Route &route);
     FindDialog::Way wayTo(const DescribedDialog &dialog, const DialogRoutes::Route &route) const;
     void showCount();
+    /// The changes are saved to a snapshot, not sent to a recorder.
+    bool isOfAFile() const;
 
     QWidget &m_window;
     Bindings &m_bindings;
@@ -123,8 +126,8 @@ private:
     QToolButton *m_count;
     QPointer<QWidget> m_searched; ///< the dialog that the next search is about; null for everything
     mutable std::optional<DescribedItems> m_described;
-    QList<Change> m_sent;
-    QList<Change> m_hostChanges;
+    std::optional<QList<Change>> m_sent; ///< nothing before the first save
+    QList<Change> m_keptChanges;         ///< made by the host, or saved to a file
 };
 
 } // namespace paravue
