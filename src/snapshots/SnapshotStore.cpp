@@ -123,11 +123,14 @@ QString SnapshotStore::writeArchive()
         if (settings && !settings->isWritten())
             return tr("There is no room for the edited values of \"%1\".").arg(name);
         QFile copy(filePath(name));
-        if (!copy.open(QIODevice::ReadOnly))
+        if (copy.open(QIODevice::ReadOnly))
+            saved.edited.insert(name, copy.readAll());
+        if (copy.error() != QFileDevice::NoError)
             return tr("The edited values of \"%1\" cannot be read: %2").arg(name, copy.errorString());
-        saved.edited.insert(name, copy.readAll());
     }
-    const QStringList withdrawn = m_keepsSecrets ? QStringList() : withdrawSecrets(saved);
+    QStringList withdrawn;
+    if (!m_keepsSecrets && !withdrawSecrets(saved, withdrawn))
+        return tr("There is no room to leave the passwords out: %1").arg(m_copies->path());
     QSet<QString> edited;
     for (const ValueDifference &edit : editsOf(saved))
         edited.insert(edit.path.section(u'/', 0, 0));
@@ -141,27 +144,32 @@ QString SnapshotStore::writeArchive()
     return problem;
 }
 
-/// Gives edited secrets the values back that they had. Returns their paths.
-QStringList SnapshotStore::withdrawSecrets(Snapshot &snapshot) const
+/// Gives edited secrets the values back that they had, and adds their paths to \a withdrawn. False when the
+/// disk is full.
+bool SnapshotStore::withdrawSecrets(Snapshot &snapshot, QStringList &withdrawn) const
 {
     FileContents emptied = snapshot.edited;
     const QStringList removed = removeSecrets(emptied);
     const QSet<QString> secrets(removed.begin(), removed.end());
-    QStringList withdrawn;
     for (const ValueDifference &edit : editsOf(snapshot)) {
         if (!secrets.contains(edit.path))
             continue;
-        const QString name = edit.path.section(u'/', 0, 0);
         const QString path = m_copies->filePath(QStringLiteral("withdrawn"));
-        writeWholeFile(path, snapshot.edited.value(name));
+        QByteArray &content = snapshot.edited[edit.path.section(u'/', 0, 0)];
+        if (!writeWholeFile(path, content))
+            return false;
         OrbSettings settings(path);
         settings.setValue(edit.path.section(u'/', 1), edit.before.value_or(QString()));
         settings.flush();
         QFile file(path);
-        snapshot.edited[name] = file.open(QIODevice::ReadOnly) ? file.readAll() : snapshot.files.value(name);
+        if (!settings.isWritten() || !file.open(QIODevice::ReadOnly))
+            return false;
+        content = file.readAll();
+        if (file.error() != QFileDevice::NoError)
+            return false;
         withdrawn << edit.path;
     }
-    return withdrawn;
+    return true;
 }
 
 } // namespace paravue

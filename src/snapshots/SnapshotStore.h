@@ -51,7 +51,7 @@ private:
     void open();
     QMap<QString, QByteArray> sessionFiles() const;
     QString writeArchive();
-    QStringList withdrawSecrets(Snapshot &snapshot) const;
+    bool withdrawSecrets(Snapshot &snapshot, QStringList &withdrawn) const;
 
     QString m_path; ///< empty: nothing is saved
     std::unique_ptr<Snapshot> m_snapshot;

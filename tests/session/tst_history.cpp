@@ -116,6 +116,7 @@ private Q_SLOTS:
     void namesWhatCannotBeUsed();
     void asksWhenNothingCanBeKept_data();
     void asksWhenNothingCanBeKept();
+    void tellsOfACopyThatCannotBeRead();
     void keepsWhatTasksReplace();
     void showsKeysThatNoAddressHas();
     void takesOverEditsThatFit();
@@ -366,6 +367,34 @@ void TestHistory::asksWhenNothingCanBeKept()
 }
 
 /// Nobody is asked about a save that a time task has started.
+void TestHistory::tellsOfACopyThatCannotBeRead()
+{
+    const QString unreadable = "/proc/self/mem"; // opens, and fails when it is read
+    if (!QFile::exists(unreadable))
+        QSKIP("there is no file that cannot be read");
+    sendName(Name, "Renamed");
+    const auto session = this->session();
+    session->rename("Renamed", "Third");
+    session->store.setFilePath("streams.original", unreadable);
+    QStringList labels;
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            for (const QLabel *label : dialog.findChildren<QLabel *>())
+                labels << label->text();
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QVERIFY2(labels.join("").contains("\"streams\" cannot be read"), qPrintable(labels.join("")));
+
+    const ModalWatcher question;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no snapshot before a save"));
+    QTest::mouseClick(buttonWithText<QPushButton>(*session->window, "Save"), Qt::LeftButton);
+    QVERIFY2(question.texts().value(0).contains("\"streams\" cannot be read"),
+             qPrintable(question.texts().join("")));
+    QCOMPARE(session->store.linkStatus().state, LinkStatus::State::Idle);
+    QCOMPARE(folder().list().size(), 1);
+}
+
 void TestHistory::keepsWhatTasksReplace()
 {
     const auto session = this->session();

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void leavesSecretsOut_data();
     void leavesSecretsOut();
     void tellsOfAFullDiskAndSavesLater();
+    void keepsTheOtherEditsWhenSecretsCannotBeLeftOut();
     void refusesWhatIsNoSnapshot();
     void mergesThreeSides_data();
     void mergesThreeSides();
@@ -184,6 +185,32 @@ void TestSnapshotStore::tellsOfAFullDiskAndSavesLater()
     QVERIFY(store.isSaved());
     QCOMPARE(stored.size(), 1);
     QCOMPARE(FileValues(read().edited["net"]).value("untitled/ID"), "2");
+}
+
+void TestSnapshotStore::keepsTheOtherEditsWhenSecretsCannotBeLeftOut()
+{
+    SKIP_WITHOUT_FULL_DISK();
+    Snapshot large = read();
+    large.files["net"] += QByteArray(64 * 1024, '#') + "\r\n";
+    QCOMPARE(snapshotarchive::write(large, m_path), "");
+    SnapshotStore store(m_path);
+    store.load();
+    store.setValue("net/untitled/NAME/b");
+    store.setValue("net/untitled/PASSWORD/geheim");
+    store.flush();
+    QStringList messages;
+    connect(&store, &OrbSetup::pseudothrow, &store, [&](const QString &text) { messages << text; });
+    {
+        const FullDisk full(16 * 1024); // there is room for the archive, which is packed
+        store.store();
+    }
+    QVERIFY2(!store.isSaved() && messages.value(0).contains("no room to leave"),
+             qPrintable(messages.join("")));
+    QVERIFY(read().edited.isEmpty());
+    store.store();
+    QVERIFY(store.isSaved());
+    QCOMPARE(FileValues(read().edited["net"]).value("untitled/NAME"), "b");
+    QCOMPARE(FileValues(read().edited["net"]).value("untitled/PASSWORD"), "");
 }
 
 void TestSnapshotStore::refusesWhatIsNoSnapshot()

@@ -138,6 +138,10 @@ void HistoryDialog::countNext()
     const auto snapshot = read(number);
     if (!snapshot)
         return;
+    if (!m_newer && !m_present.problem.isEmpty()) {
+        m_newer = snapshot;
+        return;
+    }
     const qsizetype count =
         m_newer ? differences(*snapshot, *m_newer).size()
                 : differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut)
@@ -198,8 +202,9 @@ void HistoryDialog::compare()
 void HistoryDialog::compareWithPresent(int number)
 {
     const auto snapshot = read(number);
-    if (!snapshot) {
-        m_caption->setText(m_kept[number].problem);
+    const QString problem = snapshot ? m_present.problem : m_kept[number].problem;
+    if (!problem.isEmpty()) {
+        m_caption->setText(problem);
         return;
     }
     m_values->setHeaderLabels({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});

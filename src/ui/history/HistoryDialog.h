@@ -23,6 +23,7 @@ namespace paravue
 /// What the history knows of the values of the window.
 struct PresentSettings {
     SnapshotInfo recorder; ///< model and firmware
+    QString problem;       ///< why the values are not known; empty when they are
     ConfigurationValues values;
     std::function<QString(const QString &path)> caption;
     std::function<bool(const QString &path)> isEditable; ///< in the window

@@ -63,11 +63,12 @@ FileContents SnapshotHistory::fetchedFiles(QString &problem) const
             continue;
         }
         QFile file(m_store->filePath(name + SuffixOfPristine));
-        if (!file.open(QIODevice::ReadOnly)) {
+        if (file.open(QIODevice::ReadOnly))
+            files.insert(name, file.readAll());
+        if (file.error() != QFileDevice::NoError) {
             problem = tr("The copy of \"%1\" cannot be read: %2").arg(name, file.errorString());
             return {};
         }
-        files.insert(name, file.readAll());
     }
     return files;
 }
@@ -105,8 +106,7 @@ bool SnapshotHistory::keep(const std::function<void(const std::function<void()> 
 PresentSettings SnapshotHistory::present() const
 {
     PresentSettings present;
-    QString problem;
-    const FileContents files = fetchedFiles(problem);
+    const FileContents files = fetchedFiles(present.problem);
     describeRecorder(present.recorder, files);
     present.recorder.recorder = recorder();
     // The keys of the fetched files and of what was changed since; their values are those of the store.
@@ -160,7 +160,10 @@ QString SnapshotHistory::offerEdits(const QString &path)
                               [this](const QString &path) { return m_store->storedValue(path); }});
     if (edits.isEmpty())
         return tr("The snapshot %1 holds no edits.").arg(path);
-    MergeDialog dialog(snapshot.info, edits, present(), &m_window);
+    const PresentSettings present = this->present();
+    if (!present.problem.isEmpty())
+        return present.problem;
+    MergeDialog dialog(snapshot.info, edits, present, &m_window);
     m_runDialog(dialog);
     if (dialog.result() == QDialog::Accepted)
         apply(dialog.chosen());
