@@ -82,13 +82,24 @@ bool ChangeList::isSecret(const QString &path) const
     const QString file = ConfigAddress(path).file().toString();
     auto directed = m_directedSecrets.find(file);
     if (directed == m_directedSecrets.end()) {
-        QSet<QString> paths;
+        std::optional<QSet<QString>> paths{QSet<QString>()};
         if (m_store)
-            paths = statedirectives::secretPaths(
-                *m_store, file, [this](const QString &key) { return m_secrets.contains(key); });
+            paths = statedirectives::secretPaths(*m_store, file,
+                                                 [this](const QString &key) { return secretValues(key); });
         directed = m_directedSecrets.insert(file, paths);
     }
-    return directed->contains(path);
+    return !*directed || (*directed)->contains(path);
+}
+
+/// See statedirectives::SecretValues.
+std::optional<QStringList> ChangeList::secretValues(const QString &path) const
+{
+    if (!m_secrets.contains(path))
+        return {};
+    const ConfigAddress address(path);
+    if (!address.hasKey() || !m_store->fileExists(address.file().toString()))
+        return QStringList();
+    return QStringList{m_store->storedValue(path).value_or(QString()), oldValue(path).value_or(QString())};
 }
 
 QList<Change> ChangeList::pendingChanges() const
@@ -119,7 +130,7 @@ QList<Change> ChangeList::all() const
     return changes;
 }
 
-std::optional<QString> ChangeList::oldValue(const QString &path)
+std::optional<QString> ChangeList::oldValue(const QString &path) const
 {
     const QString file = ConfigAddress(path).file().toString();
     if (!m_store || !m_store->fileExists(file))
@@ -184,7 +195,7 @@ void ChangeList::fileReplaced(const QString &name)
         Q_EMIT dropped(file);
 }
 
-PristineFile &ChangeList::pristine(const QString &file)
+PristineFile &ChangeList::pristine(const QString &file) const
 {
     std::unique_ptr<PristineFile> &known = m_pristine[file];
     if (!known) {

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -66,7 +67,7 @@ public:
     QList<Change> pendingChanges() const;
 
     /// The value that the recorder has at \a path, nothing when it has none.
-    std::optional<QString> oldValue(const QString &path);
+    std::optional<QString> oldValue(const QString &path) const;
     /// Sets the value at \a path to that of the recorder.
     void takeBack(const QString &path);
 
@@ -83,14 +84,16 @@ private:
     void valueSet(const QString &path) override;
     void fileReplaced(const QString &name) override;
 
-    PristineFile &pristine(const QString &file);
+    PristineFile &pristine(const QString &file) const;
+    std::optional<QStringList> secretValues(const QString &path) const;
 
     QPointer<OrbSetup> m_store;
     SecretKeys m_secrets;
-    QHash<QString, Change> m_changes;                        ///< by path
-    mutable QHash<QString, QSet<QString>> m_directedSecrets; ///< paths by file, of the files asked about
-    mutable qsizetype m_directedMarks = 0;                   ///< marks of m_secrets at that time
-    std::unordered_map<QString, std::unique_ptr<PristineFile>> m_pristine; ///< by file
+    QHash<QString, Change> m_changes; ///< by path
+    /// Paths by file, of the files asked about; nothing where each one may be secret.
+    mutable QHash<QString, std::optional<QSet<QString>>> m_directedSecrets;
+    mutable qsizetype m_directedMarks = 0; ///< marks of m_secrets at that time
+    mutable std::unordered_map<QString, std::unique_ptr<PristineFile>> m_pristine; ///< by file, of those used
 };
 
 } // namespace paravue

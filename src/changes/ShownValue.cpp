@@ -19,10 +19,10 @@ class ValueText
 
 QString shownValue(const std::optional<QString> &value, bool isSecret)
 {
-    if (!value)
-        return ValueText::tr("(none)");
     if (isSecret)
         return SecretKeys::dots();
+    if (!value)
+        return ValueText::tr("(none)");
     return value->isEmpty() ? QStringLiteral("–") : value->simplified();
 }
 

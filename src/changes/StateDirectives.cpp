@@ -9,47 +9,65 @@
 #include <QFile>
 #include <QSignalBlocker>
 
+#include <algorithm>
+
 namespace paravue::statedirectives
 {
 
 namespace
 {
 
-/// Empty unless the file has directives.
-QByteArray directedText(OrbSetup &store, const QString &name)
+/// Empty unless the file has directives; nothing when it cannot be read.
+std::optional<QByteArray> directedText(OrbSetup &store, const QString &name)
 {
-    QFile file(store.fileExists(name) ? store.filePath(name) : QString());
-    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (!store.fileExists(name))
+        return QByteArray();
+    QFile file(store.filePath(name));
+    if (!file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray text = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return {};
     return text.contains("#!") ? text : QByteArray();
 }
 
-QList<ValueDifference> effects(const QString &name, const QByteArray &text, const ValueLookup &valueOf)
+bool containsAny(const QString &text, const QStringList &parts)
 {
-    if (text.isEmpty())
-        return {};
-    const CompiledState compiled = applyStateDirectives(QString::fromUtf8(text), valueOf);
-    if (compiled.fault != CompiledState::Fault::None)
-        return {};
-    QList<ValueDifference> all = differences(name, FileValues(text), FileValues(compiled.text.toUtf8()));
-    all.removeIf([](const ValueDifference &difference) { return difference.isOnlyAKey(); });
-    return all;
+    return std::any_of(parts.begin(), parts.end(),
+                       [&text](const QString &part) { return text.contains(part); });
 }
 
 } // namespace
 
-QSet<QString> secretPaths(OrbSetup &store, const QString &name,
-                          const std::function<bool(const QString &path)> &isSecret)
+std::optional<QSet<QString>> secretPaths(OrbSetup &store, const QString &name, const SecretValues &secrets)
 {
+    const auto text = directedText(store, name);
+    if (!text || text->isEmpty())
+        return text ? std::optional(QSet<QString>()) : std::nullopt;
     // No value that a file has by chance.
     const QString mark = QStringLiteral("\u2060secret\u2060");
-    const auto markSecrets = [&](const QString &address) {
-        return isSecret(OrbSetup::path(address)) ? std::optional(mark) : std::nullopt;
-    };
+    QStringList hidden;
+    const CompiledState marked =
+        applyStateDirectives(QString::fromUtf8(*text), [&](const QString &address) -> std::optional<QString> {
+            const auto values = secrets(OrbSetup::path(address));
+            if (!values)
+                return {};
+            hidden += *values;
+            return mark;
+        });
+    if (marked.fault != CompiledState::Fault::None)
+        return {};
+    const FileValues present(*text);
     QSet<QString> paths;
-    for (const ValueDifference &difference : effects(name, directedText(store, name), markSecrets))
+    for (const ValueDifference &difference : differences(name, present, FileValues(marked.text.toUtf8())))
         paths.insert(difference.path);
+    // A pattern need not match what it was replaced with.
+    hidden.removeDuplicates();
+    hidden.removeIf([](const QString &value) { return value.size() < ShortestSecret; });
+    for (auto value = present.all().cbegin(); value != present.all().cend(); ++value) {
+        if (containsAny(*value, hidden))
+            paths.insert(name + u'/' + value.key());
+    }
     return paths;
 }
 
@@ -58,9 +76,18 @@ QList<Change> pendingChanges(OrbSetup &store, const QString &name)
     // Wrong addresses are reported when the file is sent.
     const QSignalBlocker quiet(store);
     const auto valueOf = [&store](const QString &address) { return std::optional(store.value(address)); };
+    const QByteArray text = directedText(store, name).value_or(QByteArray());
+    if (text.isEmpty())
+        return {};
+    const CompiledState compiled = applyStateDirectives(QString::fromUtf8(text), valueOf);
+    if (compiled.fault != CompiledState::Fault::None)
+        return {};
     QList<Change> changes;
-    for (const ValueDifference &difference : effects(name, directedText(store, name), valueOf))
-        changes.append({difference.path, difference.before, difference.after.value_or(QString())});
+    for (const ValueDifference &difference :
+         differences(name, FileValues(text), FileValues(compiled.text.toUtf8()))) {
+        if (!difference.isOnlyAKey())
+            changes.append({difference.path, difference.before, difference.after.value_or(QString())});
+    }
     return changes;
 }
 

@@ -3,8 +3,10 @@
 #include <QList>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
+#include <optional>
 
 class OrbSetup;
 
@@ -14,15 +16,23 @@ namespace paravue
 struct Change;
 
 /// What the directives of state files (store/StateTemplate.h) do with the values of a session. A file without
-/// directives costs one look through its text; directives that take too long count as none.
+/// directives costs one look through its text.
 namespace statedirectives
 {
 
-/// The paths in the file \a name that its directives fill with values of secret addresses.
-QSet<QString> secretPaths(OrbSetup &store, const QString &name,
-                          const std::function<bool(const QString &path)> &isSecret);
+/// Shorter secrets stand in a text by chance.
+inline constexpr qsizetype ShortestSecret = 4;
 
-/// What sending the file \a name changes in it beside its edits. Secrets are not marked.
+/// The values that a secret path has and has had; nothing for a path that is not secret.
+using SecretValues = std::function<std::optional<QStringList>(const QString &path)>;
+
+/// The paths in the file \a name that its directives fill with values of secret addresses, or that hold such
+/// a value already. Nothing when this cannot be told, as the directives take too long or feed themselves, or
+/// as the file cannot be read: each of its values may be secret then.
+std::optional<QSet<QString>> secretPaths(OrbSetup &store, const QString &name, const SecretValues &secrets);
+
+/// What sending the file \a name changes in it beside its edits. Secrets are not marked. Directives that take
+/// too long count as none.
 QList<Change> pendingChanges(OrbSetup &store, const QString &name);
 
 } // namespace statedirectives

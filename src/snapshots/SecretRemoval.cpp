@@ -3,6 +3,7 @@
 #include "changes/DescribedSecrets.h"
 #include "changes/FileValues.h"
 #include "changes/SecretKeys.h"
+#include "changes/StateDirectives.h"
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
 #include "store/StateTemplate.h"
@@ -18,8 +19,6 @@ namespace
 {
 
 const QString DescriptionFile = QStringLiteral("interface");
-/// Shorter ones stand in a text by chance.
-constexpr qsizetype ShortestSecret = 4;
 /// Directives that only take values out lengthen a text by what stands around these.
 constexpr qsizetype MaxGrowth = 64 * 1024;
 
@@ -133,7 +132,7 @@ std::optional<QByteArray> withoutDirectedSecrets(const QByteArray &content, Secr
     QString result = emptied.text;
     values.removeDuplicates();
     for (const QString &value : std::as_const(values)) {
-        if (value.size() >= ShortestSecret)
+        if (value.size() >= statedirectives::ShortestSecret)
             result.remove(value);
     }
     return result == text ? content : result.toUtf8();

@@ -62,6 +62,8 @@ private Q_SLOTS:
     void startsOverWithAFetchedFile();
     void goesOnFromWhatWasSent();
     void followsTheDirectivesOfStateFiles();
+    void hidesStatesWithSecrets_data();
+    void hidesStatesWithSecrets();
     void takesNoUnreadableCopyForTheRecorders();
     void hidesSecrets_data();
     void hidesSecrets();
@@ -176,6 +178,31 @@ void TestChanges::followsTheDirectivesOfStateFiles()
     QCOMPARE(list.find("state/door/PLACE")->newValue, "mine");
 }
 
+void TestChanges::hidesStatesWithSecrets_data()
+{
+    const TestTable<QByteArray, bool, bool> row("state", "isPinSecret", "isPlaceSecret");
+    const QByteArray values = "PIN='psk geheim'\nPLACE=zoo\n";
+    row("no directive", values, false, false);
+    row("a directive that fits", values + "#!s/PIN='[^{}]*'/PIN='psk {net/untitled/PASSWORD}'/\n", true,
+        false);
+    row("one that does not fit what it has made", values + "#!s/psk [0-9]+/psk {net/untitled/PASSWORD}/\n",
+        true, false);
+    // Each application doubles what the next one replaces.
+    row("directives without end", values + QByteArray("#!s/\\x7a/zz{net/untitled/PASSWORD}/\n").repeated(40),
+        true, true);
+}
+
+void TestChanges::hidesStatesWithSecrets()
+{
+    QFETCH(QByteArray, state);
+    StoreFixture fixture(
+        {{"net", "PASSWORD=geheim\n"}, {"net.original", "PASSWORD=geheim\n"}, {"state", state}});
+    const ChangeList list(fixture.store());
+    fixture.store().setValue("net/untitled/PASSWORD/edited"); // the file still has the old one
+    QTEST(list.isSecret("state/untitled/PIN"), "isPinSecret");
+    QTEST(list.isSecret("state/untitled/PLACE"), "isPlaceSecret");
+}
+
 void TestChanges::takesNoUnreadableCopyForTheRecorders()
 {
     const QTemporaryDir folder;
@@ -225,6 +252,9 @@ void TestChanges::hidesSecrets()
     QCOMPARE(shownValue(change.oldValue, change.isSecret) == shownValue(change.newValue, change.isSecret),
              isSecret);
     QCOMPARE(shownValue(change.newValue, change.isSecret) == "new", !isSecret);
+    // Nothing tells that a password is empty.
+    QCOMPARE(shownValue("", isSecret) == shownValue({}, isSecret), isSecret);
+    QCOMPARE(shownValue("", isSecret) == shownValue("new", isSecret), isSecret);
 }
 
 QTEST_GUILESS_MAIN(TestChanges)
