@@ -182,4 +182,12 @@ QStringList removeSecrets(FileContents &files)
     return leftOut;
 }
 
+QSet<QString> secretsOf(const Snapshot &snapshot)
+{
+    QStringList secrets = describedSecrets(snapshot.files.value(DescriptionFile));
+    for (FileContents files : {snapshot.files, snapshot.currentFiles()})
+        secrets += removeSecrets(files);
+    return {secrets.begin(), secrets.end()};
+}
+
 } // namespace paravue

@@ -113,6 +113,7 @@ private Q_SLOTS:
     void comparesAnyTwo();
     void showsASnapshotWithoutItsRecorder();
     void leavesPasswordsAsTheyAre();
+    void hidesWhatAnOlderDescriptionMarked();
     void namesWhatCannotBeUsed();
     void asksWhenNothingCanBeKept_data();
     void asksWhenNothingCanBeKept();
@@ -295,6 +296,23 @@ void TestHistory::leavesPasswordsAsTheyAre()
     QCOMPARE(session->store.value(NamePath), Name);
     QCOMPARE(session->store.value("users/untitled/PASSWD0"), "new");
     QCOMPARE(session->store.value("users/untitled/PASSWD1"), "4b583376b2767b923c3e1da60d10de59");
+}
+
+void TestHistory::hidesWhatAnOlderDescriptionMarked()
+{
+    sendName(Name, "Renamed");
+    const QString path = folder().list().constFirst().path;
+    Snapshot snapshot = snapshotarchive::read(path).snapshot;
+    snapshot.files["interface"] =
+        "<pvsetup><item secret='yes'><key>" + NamePath.toUtf8() + "</key></item></pvsetup>";
+    QCOMPARE(snapshotarchive::write(snapshot, path), "");
+    const auto session = this->session();
+    QStringList rows;
+    const ModalWatcher inTheHistory([&](QWidget &dialog) { rows = rowsOf(dialog, "values"); },
+                                    "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QVERIFY2(rows.value(0).contains(NamePath), qPrintable(rows.join('\n')));
+    QVERIFY2(!rows[0].contains(Name) && !rows[0].contains("Renamed"), qPrintable(rows[0]));
 }
 
 void TestHistory::namesWhatCannotBeUsed()

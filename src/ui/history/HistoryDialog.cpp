@@ -1,6 +1,7 @@
 #include "ui/history/HistoryDialog.h"
 
 #include "changes/ShownValue.h"
+#include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
 #include "ui/base/DialogParts.h"
 #include "ui/base/WindowStyle.h"
@@ -39,6 +40,11 @@ QString snapshotTime(const SnapshotInfo &info)
 }
 
 } // namespace
+
+bool PresentSettings::isSecretWith(const QSet<QString> &secrets, const QString &path) const
+{
+    return isSecret(path) || secrets.contains(path) || secrets.contains(path.section(u'/', 0, 0));
+}
 
 HistoryDialog::HistoryDialog(const SnapshotFolder &folder, PresentSettings present, QWidget *parent)
     : QDialog(parent), m_present(std::move(present)), m_kept(folder.list())
@@ -210,7 +216,8 @@ void HistoryDialog::compareWithPresent(int number)
     m_values->setHeaderLabels({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     if (!snapshot->info.leftOut.isEmpty())
         m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
-    fill(differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut));
+    fill(differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut),
+         secretsOf(*snapshot));
 }
 
 void HistoryDialog::compareTwo(int older, int newer)
@@ -223,16 +230,16 @@ void HistoryDialog::compareTwo(int older, int newer)
     }
     m_values->setHeaderLabels(
         {tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
-    fill(differences(*before, *after));
+    fill(differences(*before, *after), secretsOf(*before) | secretsOf(*after));
 }
 
-void HistoryDialog::fill(const QList<ValueDifference> &found)
+void HistoryDialog::fill(const QList<ValueDifference> &found, const QSet<QString> &secrets)
 {
     QList<QTreeWidgetItem *> rows;
     for (const ValueDifference &difference : found) {
         if (m_settingsOnly->isChecked() && !m_present.isEditable(difference.path))
             continue;
-        const bool isSecret = m_present.isSecret(difference.path);
+        const bool isSecret = m_present.isSecretWith(secrets, difference.path);
         rows << makeRow({m_present.caption(difference.path), shownValue(difference.before, isSecret),
                          shownValue(difference.after, isSecret), difference.path});
         rows.last()->setDisabled(!difference.canBeSet());

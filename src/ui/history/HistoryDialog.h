@@ -6,6 +6,7 @@
 
 #include <QDialog>
 #include <QList>
+#include <QSet>
 
 #include <functional>
 #include <optional>
@@ -28,6 +29,9 @@ struct PresentSettings {
     std::function<QString(const QString &path)> caption;
     std::function<bool(const QString &path)> isEditable; ///< in the window
     std::function<bool(const QString &path)> isSecret;
+
+    /// Secret now, or one of \a secrets; see secretsOf().
+    bool isSecretWith(const QSet<QString> &secrets, const QString &path) const;
 };
 
 /// Lists the snapshots of a recorder and what changed after each. One selected snapshot is compared with the
@@ -55,7 +59,7 @@ private:
     void compare();
     void compareWithPresent(int number);
     void compareTwo(int older, int newer);
-    void fill(const QList<ValueDifference> &found);
+    void fill(const QList<ValueDifference> &found, const QSet<QString> &secrets);
     void updateButtons();
     QList<int> selectedNumbers() const;
     std::optional<Snapshot> read(int number);

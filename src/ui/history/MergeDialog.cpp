@@ -2,6 +2,7 @@
 
 #include "changes/ShownValue.h"
 #include "controls/DialogIcons.h"
+#include "snapshots/SecretRemoval.h"
 #include "ui/base/DialogParts.h"
 
 #include <QDialogButtonBox>
@@ -25,7 +26,7 @@ const QList<int> MergeWidths{190, 115, 115, 115, 200};
 
 } // namespace
 
-MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &edits,
+MergeDialog::MergeDialog(const Snapshot &snapshot, const QList<MergedEdit> &edits,
                          const PresentSettings &present, QWidget *parent)
     : QDialog(parent), m_edits(edits), m_list(makeList({tr("Setting"), tr("Snapshot"), tr("Edited"),
                                                         tr("Recorder now"), tr("Remark"), tr("Address")},
@@ -34,7 +35,7 @@ MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &
     std::stable_partition(m_edits.begin(), m_edits.end(),
                           [](const MergedEdit &edit) { return edit.state == MergedEdit::State::Collides; });
     setWindowTitle(tr("Edits without the recorder"));
-    auto *text = new QLabel(heading(snapshot, present), this);
+    auto *text = new QLabel(heading(snapshot.info, present), this);
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -51,7 +52,7 @@ MergeDialog::MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &
     resize(MergeSize);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    fill(present);
+    fill(present, secretsOf(snapshot));
     m_list->installEventFilter(this);
     m_list->setFocus();
     finish(*this);
@@ -74,11 +75,11 @@ QString MergeDialog::heading(const SnapshotInfo &snapshot, const PresentSettings
     return lines.join(u'\n');
 }
 
-void MergeDialog::fill(const PresentSettings &present)
+void MergeDialog::fill(const PresentSettings &present, const QSet<QString> &secrets)
 {
     QList<QTreeWidgetItem *> rows;
     for (const MergedEdit &edit : m_edits) {
-        const bool isSecret = present.isSecret(edit.path);
+        const bool isSecret = present.isSecretWith(secrets, edit.path);
         QString remark;
         if (edit.state == MergedEdit::State::Collides)
             remark =

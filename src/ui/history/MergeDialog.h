@@ -21,7 +21,7 @@ class MergeDialog : public QDialog
 
 public:
     /// \a snapshot are the edits to choose from.
-    MergeDialog(const SnapshotInfo &snapshot, const QList<MergedEdit> &edits, const PresentSettings &present,
+    MergeDialog(const Snapshot &snapshot, const QList<MergedEdit> &edits, const PresentSettings &present,
                 QWidget *parent);
 
     /// The checked edits.
@@ -30,7 +30,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void fill(const PresentSettings &present);
+    void fill(const PresentSettings &present, const QSet<QString> &secrets);
     QString heading(const SnapshotInfo &snapshot, const PresentSettings &present) const;
 
     QList<MergedEdit> m_edits; ///< those that collide come first

@@ -163,7 +163,7 @@ QString SnapshotHistory::offerEdits(const QString &path)
     const PresentSettings present = this->present();
     if (!present.problem.isEmpty())
         return present.problem;
-    MergeDialog dialog(snapshot.info, edits, present, &m_window);
+    MergeDialog dialog(snapshot, edits, present, &m_window);
     m_runDialog(dialog);
     if (dialog.result() == QDialog::Accepted)
         apply(dialog.chosen());
