@@ -221,7 +221,7 @@ void CWinMain::trackChanges()
         *m_setup, m_changes->list(), m_options,
         CheckedSave::Services{
             [this](const auto &wait) { letUserAct(wait); }, [this] { return maySendProblems(); },
-            [this] { return reviewBeforeSending() && keepSnapshot(); },
+            [this] { return reviewBeforeSending() && keepSnapshot(); }, [this] { return keepSnapshot(); },
             [this] { m_parts->bindings.reload(); },
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},

@@ -1,6 +1,9 @@
 #include "FaultTest.h"
 #include "ModalWatcher.h"
+#include "changes/FileValues.h"
 #include "device/login/Credentials.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotFolder.h"
 #include "store/ExchangeQueue.h"
 #include "support/FullDisk.h"
 #include "support/TestTable.h"
@@ -9,6 +12,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QToolButton>
 #include <QTreeWidget>
 
@@ -80,7 +84,9 @@ private:
 
 /// A window whose saves are compared and confirmed.
 struct Sending {
-    explicit Sending(const QString &address, bool compares = true, bool isReviewed = false) : store(address)
+    explicit Sending(const QString &address, bool compares = true, bool isReviewed = false,
+                     const QString &snapshots = {})
+        : store(address)
     {
         QSignalSpy loaded(&store, &OrbSetup::loadDone);
         WindowOptions options;
@@ -88,6 +94,7 @@ struct Sending {
         options.comparesBeforeSending = compares;
         options.confirmsSaves = true;
         options.reviewsBeforeSending = isReviewed;
+        options.snapshots.folder = snapshots;
         window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
         isLoaded = loaded.wait(20'000) && waitUntil([this] { return isIdle(); });
     }
@@ -253,7 +260,7 @@ void TestCheckedSave::confirmsWhatWasSent()
 
 void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise_data()
 {
-    const TestTable<QString, QString, QString, bool> row("button", "shown", "kept", "isClosed");
+    const TestTable<QString, QString, QString, bool> row("button", "shown", "recorder", "isClosed");
     row("keep the recorder's", "Keep the recorder's", "limited", "HOSTNAME = 'limited'", true);
     row("send again", "Send again", "limited", "HOSTNAME = 'new'", true);
     row("go on editing", "Go on editing", "new", "HOSTNAME = 'limited'", false);
@@ -262,7 +269,8 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise_data()
 void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
 {
     QFETCH(QString, button);
-    Sending session(address());
+    const QTemporaryDir kept;
+    Sending session(address(), true, false, kept.path());
     QVERIFY(session.isLoaded);
     session.type("old", "new");
     session.type("secret", "other");
@@ -284,8 +292,15 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
                                         "Page › Key|••••••••|••••••••|net/untitled/WIFI_KEY"}));
     QVERIFY(
         pilot.files.contains(button == "Send again" ? "net|Sent and confirmed" : "net|Sent, kept otherwise"));
-    QFETCH(QString, kept);
-    QVERIFY2(net().contains(kept.toUtf8()), net());
+    QFETCH(QString, recorder);
+    QVERIFY2(net().contains(recorder.toUtf8()), net());
+    // Each sending is preceded by a snapshot of what it overwrites.
+    QStringList names;
+    for (const KeptSnapshot &snapshot : SnapshotFolder(kept.path(), recorderOfAddress(address())).list())
+        names << FileValues(snapshotarchive::read(snapshot.path).snapshot.files["net"])
+                     .value("untitled/HOSTNAME")
+                     .value_or("");
+    QCOMPARE(names, button == "Send again" ? QStringList({"limited", "old"}) : QStringList("old"));
     QFETCH(bool, isClosed);
     QCOMPARE(session.window->isVisible(), !isClosed);
     if (button == "Keep the recorder's")

@@ -266,16 +266,10 @@ void CheckedSave::choose(SendingDialog::Choice choice)
     case SendingDialog::Choice::Stop:
         return askToStop();
     case SendingDialog::Choice::SendAgain:
+        return sendAgain();
     case SendingDialog::Choice::SendMissing:
-        m_isStopped = false;
-        m_message.clear();
-        m_stage = Stage::Sending;
-        if (choice == SendingDialog::Choice::SendAgain) {
-            m_check.repeatEdits();
-            callSave();
-        } else {
-            m_store->sendMissing();
-        }
+        startSending();
+        m_store->sendMissing();
         return update();
     case SendingDialog::Choice::ConfirmAgain:
         return startConfirming();
@@ -288,6 +282,25 @@ void CheckedSave::choose(SendingDialog::Choice choice)
     case SendingDialog::Choice::Close:
         return close(true);
     }
+}
+
+void CheckedSave::startSending()
+{
+    m_isStopped = false;
+    m_message.clear();
+    m_stage = Stage::Sending;
+}
+
+/// What the recorder has made of the first sending is overwritten, so it is kept too.
+void CheckedSave::sendAgain()
+{
+    const QPointer<SendingDialog> dialog(m_dialog);
+    if (!m_services.keep() || !dialog || !m_store)
+        return;
+    startSending();
+    m_check.repeatEdits();
+    callSave();
+    update();
 }
 
 /// The dialog stays open when this computer cannot hold the recorder's files.

@@ -31,6 +31,8 @@ public:
         std::function<bool()> begin;
         /// Shows the list of changes; false when the user goes on editing.
         std::function<bool()> review;
+        /// Keeps what the recorder has, before more is sent; false when the user does not want to send.
+        std::function<bool()> keep;
         /// Shows values that were changed behind the window's back.
         std::function<void()> reload;
         ValueTexts texts;
@@ -80,6 +82,8 @@ private:
     void startConfirming();
     void noteFetched(const QString &problem);
     void choose(SendingDialog::Choice choice);
+    void startSending();
+    void sendAgain();
     void takeKeptOtherwise(SendingDialog::Choice choice);
     void askToStop();
     void runDialog(SendingDialog &dialog);
