@@ -1,6 +1,7 @@
 #include "changes/SaveCheck.h"
 
 #include "changes/ChangeList.h"
+#include "changes/PositionLists.h"
 #include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
 
@@ -144,7 +145,8 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
 {
     QList<ForeignChange> result;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
-        for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
+        const QList<ValueDifference> found = sentDifferences(file.key(), known(file.key()), *file);
+        for (const ValueDifference &difference : found) {
             if (!difference.canBeSet())
                 continue; // the recorder's is kept with its file
             const Change *own = m_changes.find(difference.path);
@@ -155,8 +157,41 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
                                difference.after.value_or(QString()),
                                own ? std::optional(own->newValue) : std::nullopt});
         }
+        addMoved(result, file.key(), found);
     }
     return result;
+}
+
+/// Adds the edits of the user in lists of the file \a name whose entries have moved, at the recorder or here.
+void SaveCheck::addMoved(QList<ForeignChange> &changes, const QString &name,
+                         const QList<ValueDifference> &differences) const
+{
+    QSet<QString> touched; // by somebody else
+    for (const ValueDifference &difference : differences)
+        touched.insert(positionlists::placeOf(difference.path));
+    touched.remove(QString());
+    if (touched.isEmpty())
+        return;
+    QList<ValueDifference> edits;
+    for (const Change &change : m_changes.all()) {
+        if (touched.contains(positionlists::placeOf(change.path)))
+            edits.append({change.path, change.oldValue, change.newValue});
+    }
+    const FileValues recorder(m_recorder.value(name));
+    const auto entryOf = [](const QString &path) { return path.section(u'/', 1); };
+    const QSet<QString> moved = positionlists::moved(
+        differences + edits, [&](const QString &path) { return recorder.value(entryOf(path)).has_value(); });
+    QSet<QString> listed;
+    for (ForeignChange &change : changes) {
+        change.hasMoved = change.hasMoved || moved.contains(positionlists::placeOf(change.path));
+        listed.insert(change.path);
+    }
+    for (const ValueDifference &edit : edits) {
+        const QString now = recorder.value(entryOf(edit.path)).value_or(QString());
+        if (moved.contains(positionlists::placeOf(edit.path)) && !listed.contains(edit.path) &&
+            edit.after != now)
+            changes.append({edit.path, edit.before.value_or(QString()), now, edit.after, true});
+    }
 }
 
 /// Those that the recorder has otherwise than is known. A clock that has gone on makes no other file.

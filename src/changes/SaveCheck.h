@@ -29,6 +29,9 @@ struct ForeignChange {
     QString before;             ///< what was fetched
     QString recorder;           ///< what the recorder has now
     std::optional<QString> own; ///< what the user has made of it, if that is something else
+    /// The entries of its list have moved (changes/PositionLists.h): \a own may be meant for another one than
+    /// the recorder has at this position. \a recorder may then be the same as \a before.
+    bool hasMoved = false;
 };
 
 /// Compares the recorder's files with those of a store, before they are sent and afterwards. For this the
@@ -92,6 +95,8 @@ private:
     void collect();
     void fail(const QString &problem);
     QByteArray known(const QString &name) const;
+    void addMoved(QList<ForeignChange> &changes, const QString &name,
+                  const QList<ValueDifference> &differences) const;
     QStringList differingFiles() const;
     bool takeRecorders(const QStringList &names);
 

@@ -25,6 +25,9 @@ struct MergedEdit {
     std::optional<QString> edited;
     std::optional<QString> now; ///< on the recorder
     State state = State::Fits;
+    /// The entries of its list have moved (changes/PositionLists.h) or would move, so it may be meant for
+    /// another one than the recorder has at this position. Such an edit collides.
+    bool hasMoved = false;
     bool isBeforeKnown = true; ///< the snapshot has not left out what it had there
 };
 

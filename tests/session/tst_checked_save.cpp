@@ -203,6 +203,7 @@ private Q_SLOTS:
     void knowsWhatHasArrivedOfOtherSaves();
     void confirmsNoSaveThatWasDropped();
     void countsNoFilesThatAreNotSent();
+    void asksAboutEditsOfEntriesThatMoved();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
     void comparesAgainBehindTheReview();
@@ -475,6 +476,32 @@ void TestCheckedSave::confirmsNoSaveThatWasDropped()
     QCOMPARE(pilot.files, QStringList());
     QVERIFY(net().contains("old"));
     QVERIFY(session.window->isVisible());
+}
+
+void TestCheckedSave::asksAboutEditsOfEntriesThatMoved()
+{
+    setNet(Net + "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n");
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.store.setValue("net/untitled/LEVEL1/1"); // of bob, whom somebody else removes
+    setNet(Net + "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=carol\nLEVEL1=0\n");
+    QStringList shown;
+    QString text;
+    const ModalWatcher question(
+        [&](QWidget &dialog) {
+            shown = rows(*dialog.findChild<QTreeWidget *>());
+            text = dialog.findChild<QLabel *>()->text();
+            QTest::keyClick(dialog.findChild<QTreeWidget *>(), Qt::Key_Return);
+        },
+        "paravue::ForeignChangesDialog");
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QVERIFY2(shown.contains("net/untitled/LEVEL1|0|0|1|net/untitled/LEVEL1"), qPrintable(shown.join('\n')));
+    QVERIFY2(text.contains("another entry"), qPrintable(text));
+    const FileValues saved(net());
+    QCOMPARE(saved.value("untitled/NAME1"), "carol");
+    QCOMPARE(saved.value("untitled/LEVEL1"), "0");
 }
 
 void TestCheckedSave::keepsWhatSomebodyElseHasChanged_data()

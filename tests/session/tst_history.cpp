@@ -113,6 +113,8 @@ private Q_SLOTS:
     void comparesAnyTwo();
     void showsASnapshotWithoutItsRecorder();
     void leavesPasswordsAsTheyAre();
+    void restoresNoUserWithThePasswordOfAnother_data();
+    void restoresNoUserWithThePasswordOfAnother();
     void hidesWhatAnOlderDescriptionMarked();
     void namesWhatCannotBeUsed();
     void asksWhenNothingCanBeKept_data();
@@ -296,6 +298,48 @@ void TestHistory::leavesPasswordsAsTheyAre()
     QCOMPARE(session->store.value(NamePath), Name);
     QCOMPARE(session->store.value("users/untitled/PASSWD0"), "new");
     QCOMPARE(session->store.value("users/untitled/PASSWD1"), "4b583376b2767b923c3e1da60d10de59");
+}
+
+void TestHistory::restoresNoUserWithThePasswordOfAnother_data()
+{
+    const TestTable<bool, QString> row("areKept", "users");
+    row("without passwords", false, "admin admin, guest ");
+    row("with passwords", true, "admin admin, operator 4b583376b2767b923c3e1da60d10de59, guest ");
+}
+
+void TestHistory::restoresNoUserWithThePasswordOfAnother()
+{
+    QFETCH(bool, areKept);
+    sendName(Name, "Renamed");
+    const QString path = folder().list().constFirst().path;
+    const auto session = this->session();
+    if (areKept) {
+        Snapshot snapshot = snapshotarchive::read(path).snapshot;
+        QFile users(m_recorder->filePath("users"));
+        QVERIFY(users.open(QIODevice::ReadOnly));
+        snapshot.files["users"] = users.readAll();
+        snapshot.info.leftOut.removeIf([](const QString &secret) { return secret.startsWith("users"); });
+        QCOMPARE(snapshotarchive::write(snapshot, path), "");
+    }
+    // "operator" is removed, and those behind move.
+    for (const QString key : {"NAME", "PASSWD", "LEVEL"}) {
+        for (const int position : {1, 2}) {
+            const QString number = QString::number(position + 1);
+            session->store.setValue("users/untitled/" + key + QString::number(position) + '/' +
+                                    session->store.value("users/untitled/" + key + number));
+        }
+    }
+    session->store.setValue("users/untitled/CNT/3");
+    const ModalWatcher inTheHistory([](QWidget &dialog) { click(dialog, "restoreAll"); },
+                                    "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QCOMPARE(session->store.value(NamePath), Name);
+    QStringList users;
+    const int count = session->store.value("users/untitled/CNT").toInt();
+    for (int position = 0; position < count - 1; ++position)
+        users << session->store.value("users/untitled/NAME" + QString::number(position)) + ' ' +
+                     session->store.value("users/untitled/PASSWD" + QString::number(position));
+    QTEST(users.join(", "), "users");
 }
 
 void TestHistory::hidesWhatAnOlderDescriptionMarked()

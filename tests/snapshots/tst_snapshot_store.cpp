@@ -37,6 +37,8 @@ private Q_SLOTS:
     void tellsOfAFullDiskAndSavesLater();
     void keepsTheOtherEditsWhenSecretsCannotBeLeftOut();
     void refusesWhatIsNoSnapshot();
+    void mergesNoValuesOfOtherEntries_data();
+    void mergesNoValuesOfOtherEntries();
     void mergesThreeSides_data();
     void mergesThreeSides();
 
@@ -226,6 +228,38 @@ void TestSnapshotStore::refusesWhatIsNoSnapshot()
         QCOMPARE(messages.size(), 1);
     }
     QVERIFY(SnapshotStore(m_folder->filePath("none.zip")).problem().contains("none.zip"));
+}
+
+void TestSnapshotStore::mergesNoValuesOfOtherEntries_data()
+{
+    const TestTable<QByteArray, QByteArray, bool> row("edited", "now", "fits");
+    const QByteArray users = "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n";
+    const QByteArray raised = QByteArray(users).replace("LEVEL1=0", "LEVEL1=1");
+    const QByteArray withoutBob = "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=carol\nLEVEL1=0\n";
+    row("the same users", raised, users, true);
+    row("a user was removed", raised, withoutBob, false);
+    row("the edit removes one", withoutBob, users, false);
+    row("no list", QByteArray(raised).replace("CNT=3\n", ""), QByteArray(withoutBob).replace("CNT=2\n", ""),
+        true);
+}
+
+void TestSnapshotStore::mergesNoValuesOfOtherEntries()
+{
+    QFETCH(QByteArray, edited);
+    QFETCH(QByteArray, now);
+    Snapshot snapshot;
+    snapshot.files = {{"users", "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n"}};
+    if (!edited.contains("CNT"))
+        snapshot.files["users"].replace("CNT=3\n", "");
+    snapshot.edited = {{"users", edited}};
+    const FileValues values(now);
+    const auto edits =
+        mergeEdits(snapshot, {[](const QString &) { return true; },
+                              [&](const QString &path) { return values.value(path.section('/', 1)); }});
+    QVERIFY(!edits.isEmpty());
+    for (const MergedEdit &edit : edits)
+        QVERIFY(edit.hasMoved != (edit.state == MergedEdit::State::Fits));
+    QTEST(edits.constFirst().state == MergedEdit::State::Fits, "fits");
 }
 
 void TestSnapshotStore::mergesThreeSides_data()

@@ -59,10 +59,12 @@ private:
     void compare();
     void compareWithPresent(int number);
     void compareTwo(int older, int newer);
+    void findMoved(const Snapshot &snapshot, const QList<ValueDifference> &found);
     void fill(const QList<ValueDifference> &found, const QSet<QString> &secrets);
     void updateButtons();
     QList<int> selectedNumbers() const;
     std::optional<Snapshot> read(int number);
+    bool canRestore(const QString &path) const;
     void restore(bool onlySelected);
     void showSelected();
 
@@ -71,7 +73,10 @@ private:
     int m_counted = 0;               ///< rows whose changes are counted
     std::optional<Snapshot> m_newer; ///< that was counted last; none: the present settings
     QList<ValueDifference> m_found;
+    QList<ValueDifference> m_foundInMoved; ///< in lists whose entries have moved, also what is not listed
     QList<ValueEdit> m_restored;
+    QSet<QString> m_moved;        ///< places of lists whose entries have moved
+    QSet<QString> m_unrestorable; ///< those of them that the snapshot does not hold as a whole
     QTreeWidget *m_snapshots;
     QTreeWidget *m_values;
     QLabel *m_caption;

@@ -81,7 +81,9 @@ void MergeDialog::fill(const PresentSettings &present, const QSet<QString> &secr
     for (const MergedEdit &edit : m_edits) {
         const bool isSecret = present.isSecretWith(secrets, edit.path);
         QString remark;
-        if (edit.state == MergedEdit::State::Collides)
+        if (edit.state == MergedEdit::State::Collides && edit.hasMoved)
+            remark = tr("May belong to another entry of the list");
+        else if (edit.state == MergedEdit::State::Collides)
             remark =
                 edit.isBeforeKnown ? tr("Changed on the recorder too") : tr("May have changed there too");
         else if (edit.state == MergedEdit::State::IsDone)

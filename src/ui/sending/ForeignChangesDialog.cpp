@@ -42,6 +42,10 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
                       "kept; tick those that are to get your value instead."),
                    this);
     text->setWordWrap(true);
+    if (std::any_of(changes.begin(), changes.end(), [](const auto &change) { return change.hasMoved; }))
+        text->setText(text->text() + u' ' +
+                      tr("Entries of a list were added, removed or renamed, so your values may belong to "
+                         "another entry than the one that has their position now."));
     QList<QTreeWidgetItem *> rows;
     for (const ForeignChange &change : changes) {
         QTreeWidgetItem *row =
