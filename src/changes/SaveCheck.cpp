@@ -245,8 +245,7 @@ QList<ValueDifference> SaveCheck::keptOtherwise() const
     QList<ValueDifference> result;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
         for (const ValueDifference &difference : sentDifferences(file.key(), known(file.key()), *file)) {
-            const bool counts = m_edited.contains(difference.path) ||
-                                (m_isEditable(difference.path) && !isMeasured(difference));
+            const bool counts = m_edited.contains(difference.path) || m_isEditable(difference.path);
             if (counts && difference.canBeSet())
                 result.append(difference);
         }

@@ -74,8 +74,7 @@ public:
     void repeatEdits() { m_repeatsEdits = true; }
     void noteSaved(const QStringList &arrived);
     /// After confirm(): the values that were sent (before) and that the recorder has otherwise (after). Of
-    /// values that were not edited only those count that the user can see and that are no numbers or times,
-    /// as recorders count and have a clock.
+    /// values that were not edited only those count that the user can edit: recorders count and have a clock.
     QList<ValueDifference> keptOtherwise() const;
     /// Takes the recorder's files in which values are kept otherwise. False when one cannot be kept on this
     /// computer, which the store reports; it can be tried again.

@@ -193,6 +193,7 @@ private Q_SLOTS:
     void confirmsWhatWasSent();
     void showsWhatTheRecorderKeepsOtherwise_data();
     void showsWhatTheRecorderKeepsOtherwise();
+    void findsWhatFollowsFromAnEdit();
     void findsALimitEachTime();
     void sendsTheRestOfABrokenSave();
     void sendsTheRestOfAStoppedSave();
@@ -306,6 +307,23 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
     QCOMPARE(session.window->isVisible(), !isClosed);
     if (button == "Keep the recorder's")
         QCOMPARE(session.store.value(HostName), QString("limited"));
+}
+
+void TestCheckedSave::findsWhatFollowsFromAnEdit()
+{
+    setNet(QByteArray(Net).replace("Gate", "8000"));
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "25");
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+        if (name == "net")
+            QTimer::singleShot(0, this,
+                               [this] { setNet(net().replace("8000", "4000").replace("17", "18")); });
+    });
+    SavePilot pilot(Steps{{"Sent, but the recorder keeps one value otherwise", "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(pilot.values, QStringList("Page › Place|8000|4000|net/untitled/PLACE"));
 }
 
 void TestCheckedSave::findsALimitEachTime()
