@@ -2648,6 +2648,10 @@ and %2 more</source>
         <source>Address</source>
         <translation>Адрес</translation>
     </message>
+    <message>
+        <source>Entries of a list were added, removed or renamed, so your values may belong to another entry than the one that has their position now.</source>
+        <translation>Записи списка были добавлены, удалены или переименованы, поэтому ваши значения могут относиться не к той записи, которая теперь стоит на их месте.</translation>
+    </message>
 </context>
 <context>
     <name>paravue::HistoryDialog</name>
@@ -2774,6 +2778,14 @@ and %2 more</source>
             <numerusform>%n отличия</numerusform>
             <numerusform>%n отличий</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Entries of a list were added, removed or renamed since, and the snapshot has no passwords for them: the values of the list cannot be restored.</source>
+        <translation>С тех пор записи списка были добавлены, удалены или переименованы, а паролей к ним в снимке нет: значения списка восстановить нельзя.</translation>
+    </message>
+    <message>
+        <source>Entries of a list were added, removed or renamed since: the list is restored as a whole.</source>
+        <translation>С тех пор записи списка были добавлены, удалены или переименованы: список восстанавливается целиком.</translation>
     </message>
 </context>
 <context>
@@ -2951,6 +2963,10 @@ and %2 more</source>
     <message>
         <source>(left out)</source>
         <translation>(не сохранено)</translation>
+    </message>
+    <message>
+        <source>May belong to another entry of the list</source>
+        <translation>Может относиться к другой записи списка</translation>
     </message>
 </context>
 <context>
@@ -3459,6 +3475,10 @@ and %2 more</source>
     <message>
         <source>Passwords are not kept in snapshots, so these edits were left out: %1</source>
         <translation>Пароли не хранятся в снимках, поэтому эта правка пропущена: %1</translation>
+    </message>
+    <message>
+        <source>There is no room to leave the passwords out: %1</source>
+        <translation>Нет места, чтобы исключить пароли: %1</translation>
     </message>
 </context>
 <context>
