@@ -33,6 +33,7 @@ public:
     {
         write("interface", description);
         write("values", values);
+        write("values.original", values); // as of what a recorder has sent
         m_window = std::make_unique<CWinMain>(&m_store, nullptr, CWinMain::Placement::Window,
                                               paravue::WindowOptions{.tracksChanges = true});
     }
@@ -94,19 +95,22 @@ void findAmongControls(benchmark::State &state)
 }
 BENCHMARK(findAmongControls)->Arg(10'000)->Iterations(3)->Unit(benchmark::kMillisecond);
 
-/// 1,000 changes among 100,000 values, from the request to the shown list, beside QSettings, which only
-/// parses the file.
+/// 1,000 changes among 100,000 values, half of them of controls, from the request to the shown list, beside
+/// QSettings, which only parses the file.
 void listChanges(benchmark::State &state)
 {
     constexpr int Values = 100'000;
-    constexpr int Step = 100;
-    QByteArray values = "[untitled]\r\n";
-    for (int i = 0; i < Values; ++i)
+    constexpr int Rows = 500; // with five controls and four values each
+    constexpr int Others = Values - 4 * Rows;
+    const GeneratedForm form(5 * Rows);
+    QByteArray values = "[untitled]\r\n" + form.values();
+    for (int i = 0; i < Others; ++i)
         values += "KEY" + QByteArray::number(i) + "='Value number " + QByteArray::number(i) + "'\r\n";
-    const GeneratedForm form(100);
     TrackedWindow window(form.description(), values);
-    for (int i = 0; i < Values; i += Step)
-        window.store().setValue(QStringLiteral("values/untitled/KEY%1/changed").arg(i));
+    for (int row = 0; row < Rows; ++row) {
+        window.store().setValue(QStringLiteral("values/untitled/TEXT%1/changed").arg(row));
+        window.store().setValue(QStringLiteral("values/untitled/KEY%1/changed").arg(row * (Others / Rows)));
+    }
     const auto list = [&] {
         const auto start = std::chrono::steady_clock::now();
         Seconds elapsed{};
