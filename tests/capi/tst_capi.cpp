@@ -602,7 +602,7 @@ void TestCapi::aWindowShowsWhyNothingCame()
         if (QWidget *dialog = QApplication::activeModalWidget())
             dialog->close();
     });
-    poll.start(100);
+    poll.start(2000); // long after the connection was refused
     int32_t isAccepted = -1;
     QCOMPARE(paravue_window_run(window, &isAccepted), PARAVUE_NETWORK);
     QCOMPARE(isAccepted, 0);
