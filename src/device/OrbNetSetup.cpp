@@ -2,7 +2,8 @@
 
 #include "device/LinkLog.h"
 #include "device/LocalFiles.h"
-#include "device/login/Authorization.h"
+#include "device/login/DefaultCredentialsSource.h"
+#include "device/login/RememberedLogins.h"
 #include "device/protocol/DeviceAddress.h"
 #include "device/protocol/Limits.h"
 #include "device/protocol/LoginFrames.h"
@@ -39,7 +40,7 @@ Q_LOGGING_CATEGORY(linkLog, "paravue.link", QtWarningMsg)
 OrbNetSetup::OrbNetSetup(const QString &address)
     : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
       m_bcshTimer(new QTimer(this)), m_reply(std::make_unique<ReplyFrame>()),
-      m_credentialsSource(std::make_shared<CredentialsDialogs>()), m_waiting(new QTimer(this))
+      m_credentialsSource(defaultCredentialsSource()), m_waiting(new QTimer(this))
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);
@@ -99,7 +100,8 @@ void OrbNetSetup::setCredentialsSource(std::unique_ptr<CredentialsSource> source
 
 bool OrbNetSetup::lookUpCredentials(Credentials &record)
 {
-    return Authorize(record, false);
+    fillInLogin(record);
+    return true;
 }
 
 void OrbNetSetup::commandNext()

@@ -1,1 +1,1 @@
-#include "device/login/cDlg.h"
+#include "device/dialog/cDlg.h"

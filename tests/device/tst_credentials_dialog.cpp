@@ -1,11 +1,14 @@
 #include "OwnUserFolders.h"
-#include "device/login/Authorization.h"
+#include "device/OrbNetSetup.h"
+#include "device/dialog/Authorization.h"
+#include "device/dialog/cDlg.h"
 #include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
-#include "device/login/cDlg.h"
 #include "device/login/cODAdaptor.h"
 #include "recorder/Companion.h"
+#include "recorder/RecorderServer.h"
 #include "store/PasswordDigest.h"
+#include "support/ModalWatcher.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -21,6 +24,7 @@
 #include <QScreen>
 #include <QSemaphore>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
@@ -34,6 +38,7 @@ class TestCredentialsDialog : public QObject
 
 private Q_SLOTS:
     void init();
+    void opensWhenALoginIsRefused();
     void isFilledInWithKeys_data();
     void isFilledInWithKeys();
     void refusesLettersThatCannotBeSent();
@@ -56,6 +61,20 @@ private:
 void TestCredentialsDialog::init()
 {
     m_user = std::make_unique<OwnUserFolders>();
+}
+
+void TestCredentialsDialog::opensWhenALoginIsRefused()
+{
+    const QTemporaryDir folder;
+    recorder::RecorderServer recorder(folder.filePath("data"));
+    QVERIFY2(recorder.listen(), qPrintable(recorder.errorString()));
+    OrbNetSetup store("admin:wrong@127.0.0.1:" + QString::number(static_cast<qint16>(recorder.port())));
+    ModalWatcher dialogs({}, "cDlg");
+    QSignalSpy problems(&store, &OrbSetup::pseudothrow);
+    store.load();
+    QVERIFY(waitUntil([&] { return !problems.isEmpty(); }));
+    QCOMPARE(problems.first().first().toString(), "Authorization failed");
+    QCOMPARE(dialogs.count(), 1);
 }
 
 void TestCredentialsDialog::isFilledInWithKeys_data()

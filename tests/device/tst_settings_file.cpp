@@ -1,7 +1,7 @@
 #include "NotedStore.h"
 #include "OwnUserFolders.h"
 #include "device/RememberedWindows.h"
-#include "device/login/Authorization.h"
+#include "device/dialog/Authorization.h"
 #include "device/login/FileLock.h"
 #include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"

@@ -6,7 +6,7 @@
 #include "controls/OrbDlgQuestion.h"
 #include "controls/ReadableColors.h"
 #include "controls/WindowLook.h"
-#include "device/login/cDlg.h"
+#include "device/dialog/cDlg.h"
 #include "setup/ProgramPalettes.h"
 
 #include <QApplication>

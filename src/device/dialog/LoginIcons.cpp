@@ -1,4 +1,4 @@
-#include "device/login/LoginIcons.h"
+#include "device/dialog/LoginIcons.h"
 
 #include "controls/DrawnIcon.h"
 

@@ -1,17 +1,13 @@
 #pragma once
 
-#include "device/login/Credentials.h"
+#include "device/login/RememberedLogins.h"
 
 namespace paravue
 {
 
 /// With \a ask, asks the user in a modal dialog for the login to the recorder at \a record.url; returns false
-/// when the user gave up. Without, fills \a record in from what is remembered of this recorder, else with the
-/// default login and an empty password.
+/// when the user gave up. Without, fills \a record in as fillInLogin() does.
 bool Authorize(Credentials &record, bool ask);
-
-/// Remembers \a record in place of what was kept for its recorder; forgets that without the remember flag.
-void Save(const Credentials &record);
 
 /// Asks the user in a dialog and keeps logins in the settings file. Gives up at once in a program that has no
 /// widgets.

@@ -1,11 +1,8 @@
-#include "device/login/Authorization.h"
+#include "device/dialog/Authorization.h"
 
 #include "controls/DialogLoop.h"
-#include "device/login/SavedCredentials.h"
-#include "device/login/SettingsFile.h"
-#include "device/login/cDlg.h"
+#include "device/dialog/cDlg.h"
 #include "device/login/cODAdaptor.h"
-#include "store/PasswordDigest.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -15,9 +12,6 @@ namespace paravue
 
 namespace
 {
-
-/// The longest wait for the companion's list; a running companion answers far sooner.
-constexpr int CompanionLimitMs = 200;
 
 bool askUser(Credentials &record)
 {
@@ -39,42 +33,14 @@ bool askUser(Credentials &record)
     return dialog->result() == QDialog::Accepted;
 }
 
-QByteArray nameAtCompanion(const QByteArray &url)
-{
-    if (!QCoreApplication::instance())
-        return {};
-    cODAdaptor *adaptor = cODAdaptor::instance();
-    adaptor->waitForList(CompanionLimitMs);
-    return adaptor->name(QString::fromLocal8Bit(url)).toUtf8();
-}
-
-void fillIn(Credentials &record)
-{
-    if (record.name.isEmpty())
-        record.name = nameAtCompanion(record.url);
-    if (const auto saved = savedCredentials(SettingsFile::shared()->all(), record.url)) {
-        record.level = saved->level;
-        record.login = saved->login;
-        record.password = saved->password;
-    } else {
-        record.login = record.level > 0 ? "admin" : "guest";
-        record.password = passwordDigest({});
-    }
-}
-
 } // namespace
 
 bool Authorize(Credentials &record, bool ask)
 {
     if (ask)
         return askUser(record);
-    fillIn(record);
+    fillInLogin(record);
     return true;
-}
-
-void Save(const Credentials &record)
-{
-    SettingsFile::shared()->change([record](SettingsMap &settings) { saveCredentials(settings, record); });
 }
 
 bool CredentialsDialogs::ask(Credentials &record)

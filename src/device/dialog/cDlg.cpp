@@ -1,10 +1,10 @@
-#include "device/login/cDlg.h"
+#include "device/dialog/cDlg.h"
 
 #include "controls/DialogFrame.h"
 #include "controls/MessageText.h"
 #include "controls/ReadableColors.h"
 #include "controls/SharedPictures.h"
-#include "device/login/LoginIcons.h"
+#include "device/dialog/LoginIcons.h"
 #include "device/login/SavedCredentials.h"
 #include "device/login/SettingsFile.h"
 #include "device/login/cODAdaptor.h"
