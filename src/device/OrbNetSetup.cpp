@@ -66,8 +66,11 @@ OrbNetSetup::OrbNetSetup(const QString &address)
         [this](const auto &only) { return makeReader(only); },
         [this](const QString &name, const QByteArray &content) { return keepLocalCopies(name, content); });
     setMissingSender([this] {
-        if (!saveStatus().missing.isEmpty())
-            startSave(saveStatus().missing);
+        const QStringList missing = saveStatus().missing;
+        if (missing.isEmpty())
+            return;
+        dropLaterEdits(missing);
+        startSave(missing);
     });
 }
 

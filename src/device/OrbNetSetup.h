@@ -60,6 +60,10 @@ public:
     void store() override;
     void function(const QString &name, const QString &arg) override;
 
+    /// As store() for the files \a names only, which saveStatus() then tells of. editedFiles() knows which
+    /// those are that an edit needs. Only while no exchange runs.
+    void sendFiles(const QStringList &names);
+
     /// The names of the configuration files that a session with this interface description fetches, the
     /// description's own name included: its own list when it has one, otherwise the built-in list. Without
     /// the names that lead out of a folder or to a device on any system, such as "../net" or "nul".

@@ -128,6 +128,12 @@ void OrbNetSetup::store()
     startSave(std::nullopt);
 }
 
+void OrbNetSetup::sendFiles(const QStringList &names)
+{
+    setSaveStatus({});
+    startSave(names);
+}
+
 /// Sends the files \a only, or all of them.
 void OrbNetSetup::startSave(const std::optional<QStringList> &only)
 {
@@ -137,8 +143,6 @@ void OrbNetSetup::startSave(const std::optional<QStringList> &only)
         Q_EMIT pseudothrow(tr("Can't save a local copy of \"%1\"").arg(description));
         return;
     }
-    if (only)
-        dropLaterEdits(*only);
     // Deliberate: a time file that is sent back must not set the recorder's clock to the hour of its fetch.
     if (fileExists(QStringLiteral("time")))
         setValue(QStringLiteral("time/untitled/YYYYMMDDHHMMSS/"));
