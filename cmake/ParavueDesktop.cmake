@@ -30,7 +30,7 @@ endif()
 set(PARAVUE_ZSH_COMPLETIONS_DIR ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
     "Where the completions for zsh are installed")
 set(manuals ${PARAVUE_GENERATED_DIR}/manuals)
-foreach(program IN ITEMS paravue-setup paravue-recorder hvx3-info)
+foreach(program IN ITEMS paravue-setup paravue-recorder hvx3-info paravue-ctl)
     set(files ${manuals}/${program}.1 ${manuals}/${program}.bash ${manuals}/_${program} ${manuals}/${program}.fish)
     add_custom_command(OUTPUT ${files}
         COMMAND ${Python3_EXECUTABLE} ${desktop}/make-manual
@@ -52,6 +52,7 @@ add_custom_target(paravue_manuals ALL DEPENDS ${all_files})
 if(PARAVUE_BUILD_TESTS)
     add_test(NAME manuals
         COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/tests/desktop/check-manuals ${manuals}
-            $<TARGET_FILE:paravue-setup> $<TARGET_FILE:paravue-recorder> $<TARGET_FILE:hvx3-info>)
+            $<TARGET_FILE:paravue-setup> $<TARGET_FILE:paravue-recorder> $<TARGET_FILE:hvx3-info>
+            $<TARGET_FILE:paravue-ctl>)
     set_tests_properties(manuals PROPERTIES ENVIRONMENT "LC_ALL=C.UTF-8" TIMEOUT 120)
 endif()

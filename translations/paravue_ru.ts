@@ -596,6 +596,279 @@ Exit code:
     </message>
 </context>
 <context>
+    <name>ControlText</name>
+    <message>
+        <source>%1 exists; --force overwrites it</source>
+        <translation>%1 уже есть; --force его заменит</translation>
+    </message>
+    <message>
+        <source>Commands:</source>
+        <translation>Команды:</translation>
+    </message>
+    <message>
+        <source>
+ADDRESS is [login:password@]host[:port]. Without a password in it, the password
+is the one of --password-file, that of the environment variable PARAVUE_PASSWORD,
+the remembered one, or typed after the recorder has refused these. A password in
+ADDRESS can be seen by other users of this computer.
+
+A value is named FILE/SECTION/KEY. In a PATTERN, * stands for any letters and ? for
+one; &quot;net&quot; and &quot;net/untitled&quot; mean everything in the file and in the section.
+
+Exit code:
+  0  done
+  1  the recorder has refused something
+  2  the command line was wrong
+  3  no connection to the recorder, or no answer in time
+  4  the recorder has refused the login
+  5  a value was not found, or was not kept by the recorder
+  6  a file on this computer could not be read or written
+  7  what the recorder has sent, or a file of values, makes no sense
+  8  stopped before it was done
+</source>
+        <translation>
+ADDRESS — это [login:password@]host[:port]. Если пароля в нём нет, берётся пароль
+из --password-file, из переменной окружения PARAVUE_PASSWORD, запомненный или,
+когда регистратор их отклонил, введённый с клавиатуры. Пароль в ADDRESS видят
+другие пользователи этого компьютера.
+
+Значение называется FILE/SECTION/KEY. В PATTERN знак * заменяет любые буквы, ? — одну;
+&quot;net&quot; и &quot;net/untitled&quot; означают всё в файле и в секции.
+
+Код завершения:
+  0  готово
+  1  регистратор что-то отклонил
+  2  неверная командная строка
+  3  нет связи с регистратором или ответа в срок
+  4  регистратор отклонил логин
+  5  значение не найдено или не сохранено регистратором
+  6  не удалось прочитать или записать файл на этом компьютере
+  7  данные регистратора или файла значений не имеют смысла
+  8  остановлено до окончания
+</translation>
+    </message>
+    <message>
+        <source>%1 is not for the command %2</source>
+        <translation>%1 не относится к команде %2</translation>
+    </message>
+    <message>
+        <source>%1 needs a value</source>
+        <translation>для %1 нужно значение</translation>
+    </message>
+    <message>
+        <source>the login is given in the address or by options</source>
+        <translation>логин задаётся в адресе или параметрами</translation>
+    </message>
+    <message>
+        <source>What to do; see below.</source>
+        <translation>Что сделать, см. ниже.</translation>
+    </message>
+    <message>
+        <source>The recorder.</source>
+        <translation>Регистратор.</translation>
+    </message>
+    <message>
+        <source>What the command takes.</source>
+        <translation>То, что нужно команде.</translation>
+    </message>
+    <message>
+        <source>no command was given</source>
+        <translation>не указана команда</translation>
+    </message>
+    <message>
+        <source>there is no command &quot;%1&quot;</source>
+        <translation>команды «%1» нет</translation>
+    </message>
+    <message>
+        <source>no address was given</source>
+        <translation>не указан адрес</translation>
+    </message>
+    <message>
+        <source>too many arguments: %1 takes %2</source>
+        <translation>слишком много аргументов: для %1 указывается %2</translation>
+    </message>
+    <message>
+        <source>--timeout takes a number from 1 to %1</source>
+        <translation>для --timeout указывается число от 1 до %1</translation>
+    </message>
+    <message>
+        <source>--retries takes a number from 0 to %1</source>
+        <translation>для --retries указывается число от 0 до %1</translation>
+    </message>
+    <message>
+        <source>Prints the values that a PATTERN names, or all.</source>
+        <translation>Выводит значения, которые называет PATTERN, или все.</translation>
+    </message>
+    <message>
+        <source>Sets values, sends the files that they are in and compares what the recorder has then.</source>
+        <translation>Задаёт значения, отправляет файлы с ними и сравнивает с тем, что стало в регистраторе.</translation>
+    </message>
+    <message>
+        <source>Keeps the settings as a snapshot, among those of the setup window or in a file.</source>
+        <translation>Сохраняет снимок настроек среди снимков окна настройки или в файл.</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>Показать эту справку.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Показать версию.</translation>
+    </message>
+    <message>
+        <source>Log in with this name (without it the remembered one, or admin).</source>
+        <translation>Входить с этим логином (без параметра — с запомненным или admin).</translation>
+    </message>
+    <message>
+        <source>The password as it is typed is the first line of FILE, which only its owner may read.</source>
+        <translation>Пароль, как его вводят, — первая строка файла FILE, который может читать только его владелец.</translation>
+    </message>
+    <message>
+        <source>The password in ADDRESS is the one that a user types: send its digest. Otherwise it is sent as it stands.</source>
+        <translation>Пароль в ADDRESS — тот, что вводит пользователь: отправлять его хеш. Иначе он отправляется как есть.</translation>
+    </message>
+    <message>
+        <source>Wait for the recorder no longer than this (without it 15).</source>
+        <translation>Ждать регистратор не дольше (без параметра 15).</translation>
+    </message>
+    <message>
+        <source>Fetch again so often when there is no connection or no answer (without it 0).</source>
+        <translation>Сколько раз повторить получение, если нет связи или ответа (без параметра 0).</translation>
+    </message>
+    <message>
+        <source>Print for other programs.</source>
+        <translation>Вывести в виде для других программ.</translation>
+    </message>
+    <message>
+        <source>Print passwords and the like, or keep them in the snapshot. Otherwise they are left out.</source>
+        <translation>Выводить пароли и подобное или хранить их в снимке. Иначе они опускаются.</translation>
+    </message>
+    <message>
+        <source>Set what FILE says, too: a line KEY=VALUE for each value.</source>
+        <translation>Задать и то, что указано в FILE: по строке KEY=VALUE на значение.</translation>
+    </message>
+    <message>
+        <source>Show what would be sent, and send nothing.</source>
+        <translation>Показать, что было бы отправлено, и ничего не отправлять.</translation>
+    </message>
+    <message>
+        <source>Write the snapshot as FILE.</source>
+        <translation>Записать снимок в файл FILE.</translation>
+    </message>
+    <message>
+        <source>Overwrite FILE when it exists; set keys that the recorder does not have.</source>
+        <translation>Заменить FILE, если он есть; задавать ключи, которых нет в регистраторе.</translation>
+    </message>
+    <message>
+        <source>Reads, sets and keeps the settings of a network video recorder without a window.</source>
+        <translation>Читает, задаёт и сохраняет настройки сетевого видеорегистратора без окна.</translation>
+    </message>
+    <message>
+        <source>the recorder has no value that fits %1</source>
+        <translation>в регистраторе нет значения для %1</translation>
+    </message>
+    <message>
+        <source>Password of %1 at %2: </source>
+        <translation>Пароль %1 на %2: </translation>
+    </message>
+    <message>
+        <source>cannot read %1: %2</source>
+        <translation>не удалось прочитать %1: %2</translation>
+    </message>
+    <message>
+        <source>other users may read %1, so it is not used; chmod 600 helps</source>
+        <translation>%1 могут читать другие пользователи, поэтому файл не используется; поможет chmod 600</translation>
+    </message>
+    <message>
+        <source>the password has letters that this computer&apos;s encoding lacks</source>
+        <translation>в пароле есть буквы, которых нет в кодировке этого компьютера</translation>
+    </message>
+    <message>
+        <source>warning: other users of this computer can see the password in the address</source>
+        <translation>внимание: другие пользователи этого компьютера видят пароль в адресе</translation>
+    </message>
+    <message>
+        <source>Try paravue-ctl --help.</source>
+        <translation>Справка: paravue-ctl --help.</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>остановлено</translation>
+    </message>
+    <message>
+        <source>the copy of &quot;%1&quot; cannot be read: %2</source>
+        <translation>не удалось прочитать копию «%1»: %2</translation>
+    </message>
+    <message>
+        <source>The recorder has these values already.</source>
+        <translation>В регистраторе уже такие значения.</translation>
+    </message>
+    <message>
+        <source>Not sent: %1</source>
+        <translation>Не отправлено: %1</translation>
+    </message>
+    <message>
+        <source>Sent and confirmed: %1</source>
+        <translation>Отправлено и подтверждено: %1</translation>
+    </message>
+    <message>
+        <source>the recorder has not kept %1 as it was sent</source>
+        <translation>регистратор не сохранил %1 в отправленном виде</translation>
+    </message>
+    <message>
+        <source>%1; nothing has arrived</source>
+        <translation>%1; ничего не принято</translation>
+    </message>
+    <message>
+        <source>%1; arrived: %2; not confirmed: %3</source>
+        <translation>%1; принято: %2; не подтверждено: %3</translation>
+    </message>
+    <message>
+        <source>the files were not sent</source>
+        <translation>файлы не отправлены</translation>
+    </message>
+    <message>
+        <source>everything has arrived, but it was not confirmed: %1</source>
+        <translation>всё принято, но не подтверждено: %1</translation>
+    </message>
+    <message>
+        <source>a value is set as FILE/SECTION/KEY=VALUE</source>
+        <translation>значение задаётся в виде FILE/SECTION/KEY=VALUE</translation>
+    </message>
+    <message>
+        <source>the value of %1 has several lines</source>
+        <translation>значение %1 занимает несколько строк</translation>
+    </message>
+    <message>
+        <source>%1 is no UTF-8 text</source>
+        <translation>%1 — не текст UTF-8</translation>
+    </message>
+    <message>
+        <source>there is no value to be set</source>
+        <translation>не указано ни одного значения</translation>
+    </message>
+    <message>
+        <source>%1 is set twice</source>
+        <translation>%1 задано дважды</translation>
+    </message>
+    <message>
+        <source>%1 is never sent</source>
+        <translation>%1 никогда не отправляется</translation>
+    </message>
+    <message>
+        <source>the recorder has no file &quot;%1&quot;</source>
+        <translation>в регистраторе нет файла «%1»</translation>
+    </message>
+    <message>
+        <source>the recorder takes no file &quot;%1&quot;</source>
+        <translation>регистратор не принимает файл «%1»</translation>
+    </message>
+    <message>
+        <source>the recorder has no value %1; --force sets it</source>
+        <translation>в регистраторе нет значения %1; --force его задаст</translation>
+    </message>
+</context>
+<context>
     <name>DemoRecorder</name>
     <message>
         <source>The program %1 was not found beside this one or in the search path.</source>

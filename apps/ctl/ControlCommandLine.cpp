@@ -1,0 +1,242 @@
+#include "ControlCommandLine.h"
+
+#include "ControlText.h"
+#include "program/HelpText.h"
+#include "setup/RecorderAddress.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace paravue
+{
+
+namespace
+{
+
+constexpr int MaxTimeoutSeconds = 24 * 60 * 60;
+constexpr int MaxRetries = 100;
+
+QString commandTable()
+{
+    QString text = u'\n' + ControlText::tr("Commands:") + u'\n';
+    for (const ControlCommand &command : controlCommands())
+        text += QStringLiteral("  %1 %2\n      %3\n").arg(command.name, command.arguments, command.text);
+    return text;
+}
+
+QString notes()
+{
+    return ControlText::tr(
+        "\nADDRESS is [login:password@]host[:port]. Without a password in it, the password\n"
+        "is the one of --password-file, that of the environment variable PARAVUE_PASSWORD,\n"
+        "the remembered one, or typed after the recorder has refused these. A password in\n"
+        "ADDRESS can be seen by other users of this computer.\n"
+        "\n"
+        "A value is named FILE/SECTION/KEY. In a PATTERN, * stands for any letters and ? for\n"
+        "one; \"net\" and \"net/untitled\" mean everything in the file and in the section.\n"
+        "\nExit code:\n"
+        "  0  done\n"
+        "  1  the recorder has refused something\n"
+        "  2  the command line was wrong\n"
+        "  3  no connection to the recorder, or no answer in time\n"
+        "  4  the recorder has refused the login\n"
+        "  5  a value was not found, or was not kept by the recorder\n"
+        "  6  a file on this computer could not be read or written\n"
+        "  7  what the recorder has sent, or a file of values, makes no sense\n"
+        "  8  stopped before it was done\n");
+}
+
+ControlCommandLine ended(ControlCommandLine::Task task, const QString &text)
+{
+    ControlCommandLine line;
+    line.task = task;
+    line.text = text;
+    return line;
+}
+
+ControlCommandLine refused(const QString &problem)
+{
+    return ended(ControlCommandLine::Task::RefuseUsage, problem);
+}
+
+QString withDashes(const QString &name)
+{
+    return (name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name;
+}
+
+/// What is wrong with the options; empty when nothing is.
+QString optionProblem(const QCommandLineParser &parser, const QString &command)
+{
+    for (const ControlOption &option : controlOptions()) {
+        if (!parser.isSet(option.names.last()))
+            continue;
+        const QString name = withDashes(option.names.last());
+        if (!option.commands.isEmpty() && !option.commands.contains(command))
+            return ControlText::tr("%1 is not for the command %2").arg(name, command);
+        if (!option.value.isEmpty() && parser.value(option.names.last()).isEmpty())
+            return ControlText::tr("%1 needs a value").arg(name);
+    }
+    return {};
+}
+
+/// False unless the value of the option \a name, when it is given, is a number within the limits.
+bool readNumber(const QCommandLineParser &parser, const QString &name, int least, int most, int &number)
+{
+    if (!parser.isSet(name))
+        return true;
+    bool isNumber = false;
+    number = parser.value(name).toInt(&isNumber);
+    return isNumber && number >= least && number <= most;
+}
+
+QString readAddress(ControlCommandLine &line, const QString &text, RecorderAddress::Password password)
+{
+    const RecorderAddress address = RecorderAddress::fromText(text, password);
+    line.address = address.address;
+    line.hasPasswordInAddress = line.address.contains(u'@');
+    if (!address.problem.isEmpty())
+        return address.problem;
+    if (line.hasPasswordInAddress && (!line.login.isEmpty() || !line.passwordFile.isEmpty()))
+        return ControlText::tr("the login is given in the address or by options");
+    return {};
+}
+
+void addRows(QCommandLineParser &parser)
+{
+    for (const ControlOption &option : controlOptions())
+        parser.addOption(QCommandLineOption(option.names, option.text, option.value));
+    parser.addPositionalArgument("COMMAND", ControlText::tr("What to do; see below."), "COMMAND");
+    parser.addPositionalArgument("ADDRESS", ControlText::tr("The recorder."), "ADDRESS");
+    parser.addPositionalArgument("ARGUMENT", ControlText::tr("What the command takes."), "[ARGUMENT...]");
+}
+
+QString readCommand(ControlCommandLine &line, const QStringList &words)
+{
+    const QList<ControlCommand> commands = controlCommands();
+    if (words.isEmpty())
+        return ControlText::tr("no command was given");
+    line.command = words.first();
+    const auto command = std::find_if(commands.begin(), commands.end(),
+                                      [&](const ControlCommand &row) { return row.name == line.command; });
+    if (command == commands.end())
+        return ControlText::tr("there is no command \"%1\"").arg(line.command);
+    if (words.size() < 2)
+        return ControlText::tr("no address was given");
+    line.arguments = words.mid(2);
+    if (command->mostArguments >= 0 && line.arguments.size() > command->mostArguments)
+        return ControlText::tr("too many arguments: %1 takes %2").arg(command->name, command->arguments);
+    return {};
+}
+
+QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
+{
+    line.login = parser.value("login");
+    line.passwordFile = parser.value("password-file");
+    line.json = parser.isSet("json");
+    line.secrets = parser.isSet("secrets");
+    line.force = parser.isSet("force");
+    line.dryRun = parser.isSet("dry-run");
+    line.file = parser.value("file");
+    line.output = parser.value("output");
+    int seconds = 15;
+    if (!readNumber(parser, "timeout", 1, MaxTimeoutSeconds, seconds))
+        return ControlText::tr("--timeout takes a number from 1 to %1").arg(MaxTimeoutSeconds);
+    line.timeout = std::chrono::seconds(seconds);
+    if (!readNumber(parser, "retries", 0, MaxRetries, line.retries))
+        return ControlText::tr("--retries takes a number from 0 to %1").arg(MaxRetries);
+    return optionProblem(parser, line.command);
+}
+
+} // namespace
+
+QList<ControlCommand> controlCommands()
+{
+    return {
+        {"get", "ADDRESS [PATTERN...]", ControlText::tr("Prints the values that a PATTERN names, or all."),
+         -1},
+        {"set", "ADDRESS [KEY=VALUE...]",
+         ControlText::tr(
+             "Sets values, sends the files that they are in and compares what the recorder has then."),
+         -1},
+        {"backup", "ADDRESS",
+         ControlText::tr("Keeps the settings as a snapshot, among those of the setup window or in a file."),
+         0},
+    };
+}
+
+QList<ControlOption> controlOptions()
+{
+    return {
+        {{"h", "help"}, {}, ControlText::tr("Show this help."), {}},
+        {{"v", "version"}, {}, ControlText::tr("Show the version."), {}},
+        {{"login"},
+         "NAME",
+         ControlText::tr("Log in with this name (without it the remembered one, or admin)."),
+         {}},
+        {{"password-file"},
+         "FILE",
+         ControlText::tr(
+             "The password as it is typed is the first line of FILE, which only its owner may read."),
+         {}},
+        {{"digest"},
+         {},
+         ControlText::tr(
+             "The password in ADDRESS is the one that a user types: send its digest. Otherwise it is "
+             "sent as it stands."),
+         {}},
+        {{"timeout"},
+         "SECONDS",
+         ControlText::tr("Wait for the recorder no longer than this (without it 15)."),
+         {}},
+        {{"retries"},
+         "NUMBER",
+         ControlText::tr("Fetch again so often when there is no connection or no answer (without it 0)."),
+         {}},
+        {{"json"}, {}, ControlText::tr("Print for other programs."), {"get", "set"}},
+        {{"secrets"},
+         {},
+         ControlText::tr(
+             "Print passwords and the like, or keep them in the snapshot. Otherwise they are left "
+             "out."),
+         {"get", "set", "backup"}},
+        {{"file"},
+         "FILE",
+         ControlText::tr("Set what FILE says, too: a line KEY=VALUE for each value."),
+         {"set"}},
+        {{"n", "dry-run"}, {}, ControlText::tr("Show what would be sent, and send nothing."), {"set"}},
+        {{"o", "output"}, "FILE", ControlText::tr("Write the snapshot as FILE."), {"backup"}},
+        {{"force"},
+         {},
+         ControlText::tr("Overwrite FILE when it exists; set keys that the recorder does not have."),
+         {"set", "backup"}},
+    };
+}
+
+ControlCommandLine ControlCommandLine::parse(const QStringList &words)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        ControlText::tr("Reads, sets and keeps the settings of a network video recorder without a window."));
+    addRows(parser);
+    const bool isParsed = parser.parse(words);
+    if (parser.isSet("help"))
+        return ended(Task::ShowText, helpText(parser) + commandTable() + notes());
+    if (parser.isSet("version"))
+        return ended(Task::ShowText, QCoreApplication::applicationName() + ' ' +
+                                         QCoreApplication::applicationVersion() + '\n');
+    if (!isParsed)
+        return refused(parser.errorText());
+    ControlCommandLine line;
+    QString problem = readCommand(line, parser.positionalArguments());
+    if (problem.isEmpty())
+        problem = readOptions(line, parser);
+    if (problem.isEmpty())
+        problem = readAddress(line, parser.positionalArguments().at(1),
+                              parser.isSet("digest") ? RecorderAddress::Password::AsTyped
+                                                     : RecorderAddress::Password::AsSent);
+    return problem.isEmpty() ? line : refused(problem);
+}
+
+} // namespace paravue

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+
+namespace paravue
+{
+
+/// A command of the program, as its help, its man page and its completions have it.
+struct ControlCommand {
+    QString name;
+    QString arguments; ///< as in a synopsis, "ADDRESS [PATTERN...]"
+    QString text;      ///< what it does
+    int mostArguments; ///< behind the address; below 0 for any number
+};
+QList<ControlCommand> controlCommands();
+
+/// An option of the program, likewise.
+struct ControlOption {
+    QStringList names;    ///< without the dashes
+    QString value;        ///< what its value is called; empty when it takes none
+    QString text;         ///< what it does
+    QStringList commands; ///< the commands that take it; empty: all of them
+};
+QList<ControlOption> controlOptions();
+
+/// The command line of paravue-ctl.
+struct ControlCommandLine {
+    enum class Task { RunCommand, ShowText, RefuseUsage };
+
+    Task task = Task::RunCommand;
+    QString text; ///< what to show: the help, the version, or what is wrong with the command line
+
+    QString command;
+    QString address; ///< [login:password@]host[:port], in the form that OrbNetSetup takes
+    bool hasPasswordInAddress = false;
+    QStringList arguments; ///< behind the address
+
+    QString login;        ///< empty: the remembered one
+    QString passwordFile; ///< empty: none
+    std::chrono::milliseconds timeout{15000};
+    int retries = 0;
+    bool json = false;
+    bool secrets = false;
+    bool force = false;
+    bool dryRun = false;
+    QString file;   ///< with values to be set; empty: none
+    QString output; ///< the file to be written; empty: the usual place
+
+    /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
+    static ControlCommandLine parse(const QStringList &words);
+};
+
+} // namespace paravue

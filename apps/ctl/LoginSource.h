@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Outcome.h"
+#include "device/login/Credentials.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace paravue
+{
+
+struct ControlCommandLine;
+
+/// Puts the login of \a line into \a address, in the form that OrbNetSetup takes: that of the address, of the
+/// password file, of the environment, or the remembered one.
+Outcome completeAddress(const ControlCommandLine &line, QString &address);
+
+/// Asks on the terminal, once, when a login is refused; gives up when standard input is no terminal. Keeps
+/// nothing.
+std::unique_ptr<CredentialsSource> terminalLogin(const QString &login);
+
+} // namespace paravue

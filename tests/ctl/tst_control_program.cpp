@@ -1,0 +1,361 @@
+#include "recorder/RecorderServer.h"
+#include "snapshots/SnapshotArchive.h"
+#include "support/OwnUserFolders.h"
+#include "support/OwnerOnly.h"
+#include "support/ProgramText.h"
+#include "support/TestTable.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace paravue;
+using namespace paravue::test;
+using recorder::AnswerFault;
+using Kind = recorder::AnswerFault::Kind;
+
+class TestControlProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void needsNoScreen();
+    void getsValues_data();
+    void getsValues();
+    void hidesSecrets();
+    void saysWhyItFails_data();
+    void saysWhyItFails();
+    void triesAgain();
+    void takesPasswords_data();
+    void takesPasswords();
+    void keepsPasswordFilesOfOthersOut();
+    void keepsASnapshot();
+    void keepsASnapshotWhereTheWindowDoes();
+    void sendsWhatAnEditNeeds_data();
+    void sendsWhatAnEditNeeds();
+    void readsValuesFromAFile();
+    void sendsNothingWithoutNeed_data();
+    void sendsNothingWithoutNeed();
+    void saysWhatTheRecorderHasNotKept();
+    void saysWhatHasArrived();
+
+private:
+    /// What a run of the program has come to.
+    struct Run {
+        int exitCode = -1;
+        QString out;
+        QString err;
+    };
+
+    Run run(const QStringList &arguments, const QString &password = {});
+    QString host() const { return "127.0.0.1:" + QString::number(m_recorder->port()); }
+    QString address() const { return "admin:admin@" + host(); }
+    QByteArray fileOfRecorder(const QString &name) const;
+    QString ownFile(const QString &name, const QByteArray &content) const;
+
+    OwnUserFolders m_user;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<recorder::RecorderServer> m_recorder;
+    QStringList m_received; ///< the files that the recorder has got
+};
+
+void TestControlProgram::init()
+{
+    m_received.clear();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"));
+    QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+            [this](const QString &name) { m_received += name; });
+}
+
+/// Ends without a result after a minute.
+TestControlProgram::Run TestControlProgram::run(const QStringList &arguments, const QString &password)
+{
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("PARAVUE_PASSWORD");
+    if (!password.isNull())
+        environment.insert("PARAVUE_PASSWORD", password);
+    process.setProcessEnvironment(environment);
+    QEventLoop loop; // keeps the recorder of this process answering
+    connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+    process.start(CONTROL_PROGRAM, arguments);
+    QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (process.state() != QProcess::NotRunning)
+        return {};
+    return {process.exitCode(), programText(process.readAllStandardOutput()),
+            programText(process.readAllStandardError())};
+}
+
+QByteArray TestControlProgram::fileOfRecorder(const QString &name) const
+{
+    QFile file(m_recorder->filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString TestControlProgram::ownFile(const QString &name, const QByteArray &content) const
+{
+    QFile file(m_folder->filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        return {};
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    return file.fileName();
+}
+
+void TestControlProgram::needsNoScreen()
+{
+    QFile program(CONTROL_PROGRAM);
+    QVERIFY(program.open(QIODevice::ReadOnly));
+    const QByteArray bytes = program.readAll();
+    QVERIFY(bytes.contains("Qt6Network"));
+    QVERIFY(!bytes.contains("Qt6Gui") && !bytes.contains("Qt6Widgets"));
+}
+
+void TestControlProgram::getsValues_data()
+{
+    const TestTable<QStringList, QStringList> row("patterns", "paths");
+    row("one value", {"net/untitled/IP"}, {"net/untitled/IP"});
+    row("letters left open", {"net/*/DNS?"}, {"net/untitled/DNS1", "net/untitled/DNS2"});
+    row("a section", {"state/identity"}, {"state/identity/DEVICE_NAME", "state/identity/LAST_LOGIN"});
+    row("several patterns", {"state/identity/LAST*", "net/untitled/IP"},
+        {"net/untitled/IP", "state/identity/LAST_LOGIN"});
+    row("no part of a name", {"net/untitled/I"}, {});
+}
+
+void TestControlProgram::getsValues()
+{
+    QFETCH(QStringList, patterns);
+    QFETCH(QStringList, paths);
+    const Run run = this->run(QStringList{"get", address(), "--json"} + patterns);
+    QCOMPARE(run.exitCode, paths.isEmpty() ? 5 : 0);
+    const QJsonObject document = QJsonDocument::fromJson(run.out.toUtf8()).object();
+    QCOMPARE(document["format"].toString(), "paravue-values");
+    QCOMPARE(document["version"].toInt(), 1);
+    QCOMPARE(document["recorder"].toString(), host());
+    QStringList found;
+    for (const auto &value : document["values"].toArray())
+        found += value.toObject()["path"].toString();
+    QCOMPARE(found, paths);
+}
+
+void TestControlProgram::hidesSecrets()
+{
+    const Run hidden = run({"get", address(), "users/untitled/PASSWD0", "net/untitled/IP"});
+    QCOMPARE(hidden.exitCode, 0);
+    QCOMPARE(hidden.out, QString::fromUtf8("net/untitled/IP         192.168.10.20\n"
+                                           "users/untitled/PASSWD0  ••••••••\n"));
+    const Run json = run({"get", address(), "users/untitled/PASSWD0", "--json"});
+    const QJsonObject value =
+        QJsonDocument::fromJson(json.out.toUtf8()).object()["values"].toArray().first().toObject();
+    QVERIFY(value["secret"].toBool() && value["value"].isNull());
+    QCOMPARE(run({"get", address(), "users/untitled/PASSWD0", "--secrets"}).out,
+             "users/untitled/PASSWD0  admin\n");
+}
+
+void TestControlProgram::saysWhyItFails_data()
+{
+    // %1 is the host of the recorder.
+    const TestTable<QStringList, QList<AnswerFault>, int, QString> row("arguments", "faults", "exit code",
+                                                                       "message");
+    const QStringList get{"get", "admin:admin@%1"};
+    const QStringList set{"set", "admin:admin@%1", "net/untitled/IP=10.0.0.1"};
+    row("no command", {}, {}, 2, "no command was given");
+    row("unknown command", {"frob", "%1"}, {}, 2, "there is no command \"frob\"");
+    row("no address", {"get"}, {}, 2, "no address was given");
+    row("option of another command", get + QStringList("--dry-run"), {}, 2, "--dry-run is not for");
+    row("half an assignment", {"set", "%1", "net/untitled/IP"}, {}, 2, "FILE/SECTION/KEY=VALUE");
+    row("a key twice", set + QStringList("net/untitled/IP=10.0.0.2"), {}, 2, "net/untitled/IP is set twice");
+    row("the clock", {"set", "%1", "time/untitled/YYYYMMDDHHMMSS=1"}, {}, 2, "is never sent");
+    row("a file that is not taken", {"set", "admin:admin@%1", "soft/untitled/MODEL=1"}, {}, 2, "\"soft\"");
+    row("no recorder", {"get", "admin:admin@127.0.0.1:1"}, {}, 3, "refuses the connection");
+    row("no answer", get + QStringList{"--timeout", "1"}, {{Kind::Never}}, 3, "No answer from the recorder");
+    row("wrong password", {"get", "admin:wrong@%1"}, {}, 4, "refused the login");
+    row("unknown file", {"set", "admin:admin@%1", "x/y/z=1"}, {}, 5, "no file \"x\"");
+    row("unknown key", {"set", "admin:admin@%1", "net/untitled/X=1"}, {}, 5, "no value net/untitled/X");
+    row("no file of values", set + QStringList{"--file", "/nowhere"}, {}, 6, "cannot read /nowhere");
+    row("refused", set, {{Kind::Error, 0, "busy", "PUT NET CONFIG"}}, 1, "busy");
+    row("no answer of a recorder", get, {{Kind::NoAnswerLine, 0, {}, "GET NET CONFIG"}}, 7, "answer");
+}
+
+void TestControlProgram::saysWhyItFails()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    QFETCH(QList<AnswerFault>, faults);
+    m_recorder->setFaults(faults);
+    const Run run = this->run(arguments.replaceInStrings("%1", host()));
+    QTEST(run.exitCode, "exit code");
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY2(!run.err.contains("wrong@"), qPrintable(run.err));
+    QCOMPARE(m_received.contains("net"), arguments.value(0) == "set" && run.exitCode == 1);
+}
+
+void TestControlProgram::triesAgain()
+{
+    int logins = 0;
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, this, [&](const QString &) {
+        if (++logins == 1)
+            QTimer::singleShot(0, this, [this] { m_recorder->setFaults({}); });
+    });
+    m_recorder->setFaults({{Kind::CloseBefore}});
+    const Run run = this->run({"get", address(), "net/untitled/IP", "--retries", "1"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out, "net/untitled/IP  192.168.10.20\n");
+}
+
+void TestControlProgram::takesPasswords_data()
+{
+    const TestTable<QByteArray, QString, int> row("file", "variable", "exit code");
+    row("of a file", "admin\n", {}, 0);
+    row("of the environment", {}, "admin", 0);
+    row("the file is asked first", "admin\r\n", "wrong", 0);
+    row("wrong", "wrong\n", "admin", 4);
+    row("none", {}, {}, 4);
+}
+
+void TestControlProgram::takesPasswords()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, variable);
+    QStringList arguments{"get", host(), "net/untitled/IP"};
+    if (!file.isEmpty())
+        arguments << "--password-file" << ownFile("password", file);
+    const Run run = this->run(arguments, variable);
+    QTEST(run.exitCode, "exit code");
+    QVERIFY2(!run.err.contains("warning"), qPrintable(run.err));
+}
+
+void TestControlProgram::keepsPasswordFilesOfOthersOut()
+{
+#ifdef Q_OS_WIN
+    QSKIP("Qt knows no rights of files there");
+#endif
+    const QString path = ownFile("password", "admin\n");
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup));
+    const Run run = this->run({"get", host(), "--password-file", path});
+    QCOMPARE(run.exitCode, 6);
+    QVERIFY2(run.err.contains("other users may read"), qPrintable(run.err));
+}
+
+void TestControlProgram::keepsASnapshot()
+{
+    const QString path = m_folder->filePath("kept.zip");
+    const Run run = this->run({"backup", address(), "-o", path});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out, path + "\n");
+    QVERIFY(isForOwnerOnly(path));
+    const auto kept = snapshotarchive::read(path);
+    QCOMPARE(kept.problem, QString());
+    QCOMPARE(kept.snapshot.info.recorder, host());
+    QVERIFY(kept.snapshot.files["net"].contains("IP='192.168.10.20'"));
+    QVERIFY(kept.snapshot.info.isLeftOut("users/untitled/PASSWD0"));
+    QVERIFY(!kept.snapshot.files["users"].contains("PASSWD0='admin'"));
+
+    QCOMPARE(this->run({"backup", address(), "-o", path}).exitCode, 6);
+    QCOMPARE(this->run({"backup", address(), "-o", path, "--force", "--secrets"}).exitCode, 0);
+    QVERIFY(snapshotarchive::read(path).snapshot.files["users"].contains("PASSWD0='admin'"));
+}
+
+void TestControlProgram::keepsASnapshotWhereTheWindowDoes()
+{
+    const Run run = this->run({"backup", address()});
+    QCOMPARE(run.exitCode, 0);
+    const QString path = run.out.trimmed();
+    QVERIFY2(path.contains("/Paravue/snapshots/"), qPrintable(path));
+    QCOMPARE(snapshotarchive::read(path).problem, QString());
+}
+
+void TestControlProgram::sendsWhatAnEditNeeds_data()
+{
+    const TestTable<QStringList, QStringList> row("values", "files");
+    row("the file of the value", {"net/untitled/IP=10.0.0.1"}, {"net"});
+    row("and the state file that names it", {"streams/common/name=Gate"}, {"state", "streams"});
+    row("several", {"net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"}, {"net", "users"});
+}
+
+void TestControlProgram::sendsWhatAnEditNeeds()
+{
+    QFETCH(QStringList, values);
+    const QByteArray time = fileOfRecorder("time");
+    const Run run = this->run(QStringList{"set", address(), "--json"} + values);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    m_received.sort();
+    QTEST(m_received, "files");
+    QCOMPARE(fileOfRecorder("time"), time);
+    const QJsonObject document = QJsonDocument::fromJson(run.out.toUtf8()).object();
+    QCOMPARE(document["format"].toString(), "paravue-changes");
+    QVERIFY(document["confirmed"].toBool());
+    QCOMPARE(document["changes"].toArray().size(), values.size());
+    for (const QString &value : values) {
+        const QString path = value.section('=', 0, 0);
+        const QString got = this->run({"get", address(), path}).out;
+        QCOMPARE(got, path + "  " + value.section('=', 1) + "\n");
+    }
+}
+
+void TestControlProgram::readsValuesFromAFile()
+{
+    const QString path =
+        ownFile("wanted", "# the gate\r\n\r\nstreams/common/name=Gate = 1\nnet/untitled/IP=\n");
+    const Run run = this->run({"set", address(), "--file", path});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out, "net/untitled/IP: 192.168.10.20 -> \n"
+                      "streams/common/name: Warehouse recorder -> Gate = 1\n"
+                      "Sent and confirmed: net, state, streams\n");
+    const QString bad = ownFile("bad", "net/untitled/IP=1\nnet/IP=secret\n");
+    const Run refused = this->run({"set", address(), "--file", bad});
+    QCOMPARE(refused.exitCode, 7);
+    QVERIFY2(refused.err.contains(bad + ":2:") && !refused.err.contains("secret"), qPrintable(refused.err));
+    QCOMPARE(this->run({"set", address(), "--file", ownFile("latin", "a/b/c=\xe4\n")}).exitCode, 7);
+}
+
+void TestControlProgram::sendsNothingWithoutNeed_data()
+{
+    const TestTable<QStringList, QString> row("arguments", "printed");
+    row("a dry run", {"net/untitled/IP=10.0.0.1", "--dry-run"},
+        "net/untitled/IP: 192.168.10.20 -> 10.0.0.1\nNot sent: net\n");
+    row("the present value", {"net/untitled/IP=192.168.10.20"}, "The recorder has these values already.\n");
+}
+
+void TestControlProgram::sendsNothingWithoutNeed()
+{
+    QFETCH(QStringList, arguments);
+    const Run run = this->run(QStringList{"set", address()} + arguments);
+    QCOMPARE(run.exitCode, 0);
+    QTEST(run.out, "printed");
+    QCOMPARE(m_received, QStringList());
+}
+
+void TestControlProgram::saysWhatTheRecorderHasNotKept()
+{
+    const QByteArray before = fileOfRecorder("net");
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+        QFile file(m_recorder->filePath(name));
+        if (name == "net" && file.open(QIODevice::WriteOnly))
+            file.write(before);
+    });
+    const Run run = this->run({"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"});
+    QCOMPARE(run.exitCode, 5);
+    QVERIFY2(run.err.contains("not kept net/untitled/IP as"), qPrintable(run.err));
+}
+
+void TestControlProgram::saysWhatHasArrived()
+{
+    m_recorder->setFaults({{Kind::CloseBefore, 0, {}, "PUT USER CONFIG"}});
+    const Run run = this->run({"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(run.err.contains("; arrived: net; not confirmed: users"), qPrintable(run.err));
+}
+
+QTEST_GUILESS_MAIN(TestControlProgram)
+#include "tst_control_program.moc"
