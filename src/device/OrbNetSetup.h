@@ -63,6 +63,9 @@ public:
     /// As store() for the files \a names only, which saveStatus() then tells of. editedFiles() knows which
     /// those are that an edit needs. Only while no exchange runs.
     void sendFiles(const QStringList &names);
+    /// Lets the running save end, with storeDone(), behind the file that is being sent. The others stay
+    /// missing in saveStatus().
+    void stopSending();
 
     /// The names of the configuration files that a session with this interface description fetches, the
     /// description's own name included: its own list when it has one, otherwise the built-in list. Without

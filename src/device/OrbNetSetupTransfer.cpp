@@ -16,6 +16,8 @@
 #include <QFile>
 #include <QTcpSocket>
 
+#include <algorithm>
+
 using namespace paravue;
 
 // The interface description comes first: it may replace the rest of the list.
@@ -132,6 +134,15 @@ void OrbNetSetup::sendFiles(const QStringList &names)
 {
     setSaveStatus({});
     startSave(names);
+}
+
+void OrbNetSetup::stopSending()
+{
+    if (m_operation != Send)
+        return;
+    const int running = m_state - FirstCommand; // below 0 until the login was accepted
+    for (int i = std::max(running + 1, 0); i < commandCount(); ++i)
+        m_cmdlist[static_cast<size_t>(i)]->put.clear();
 }
 
 /// Sends the files \a only, or all of them.
