@@ -3,6 +3,7 @@
 #include "ControlText.h"
 #include "RecorderSession.h"
 #include "SecretValues.h"
+#include "TerminalText.h"
 #include "snapshots/SnapshotDifferences.h"
 
 #include <QJsonArray>
@@ -87,8 +88,8 @@ void printText(const std::vector<FoundValue> &values, bool showsSecrets)
         width = std::max(width, value.path.size());
     QTextStream out(stdout);
     for (const FoundValue &value : values) {
-        out << value.path.leftJustified(width) << "  "
-            << (value.isSecret && !showsSecrets ? SecretKeys::dots() : value.value) << '\n';
+        out << terminalText(value.path).leftJustified(width) << "  "
+            << (value.isSecret && !showsSecrets ? SecretKeys::dots() : terminalText(value.value)) << '\n';
     }
 }
 

@@ -7,7 +7,6 @@
 
 #include <QEventLoop>
 #include <QFile>
-#include <QTextStream>
 
 namespace paravue
 {
@@ -48,33 +47,39 @@ public:
         connect(&store, &OrbSetup::pseudothrow, this, [this](const QString &message) { note(message); });
     }
 
-    /// \a start begins the exchange. With \a finishesFile a signal stops it behind the running file.
-    Outcome run(const std::function<void()> &start, bool finishesFile = false)
+    /// \a start begins the exchange. A signal cuts it off; with \a finish, that brings it to an end.
+    Outcome run(const std::function<void()> &start, const std::function<void()> &finish = {})
     {
         start();
         if (!m_hasEnded && !recorder::hasStopSignal())
             m_loop.exec();
-        const qsizetype arrived = m_store.saveStatus().arrived.size();
-        // No event loop starts any more once one was ended by a signal.
-        while (finishesFile && !m_hasEnded && m_store.saveStatus().arrived.size() == arrived)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        if (!m_hasEnded) {
-            m_store.resetLink();
-            return {ExitCode::Cancelled, ControlText::tr("stopped")};
+        const bool isStopped = !m_hasEnded;
+        if (isStopped && finish) {
+            finish();
+            // No event loop starts any more once one was ended by a signal.
+            while (!m_hasEnded)
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
-        return m_outcome;
+        if (!m_hasEnded)
+            m_store.resetLink();
+        return isStopped && m_outcome.isDone() ? stopped() : m_outcome;
     }
 
 private:
+    Outcome stopped() const
+    {
+        const bool isWhole = m_hasEnded && m_store.saveStatus().missing.isEmpty();
+        return isWhole ? Outcome() : Outcome{ExitCode::Cancelled, ControlText::tr("stopped")};
+    }
+
     void note(const QString &message)
     {
         const QString explanation = m_store.explanation(message);
         const QString problem = explanation.isEmpty() ? message : explanation;
         const LinkStatus &status = m_store.linkStatus();
+        // What follows from the first problem would hide it.
         if (m_outcome.isDone())
             m_outcome = {exitCodeOf(status.cause), problem};
-        else if (!m_store.isReportingConsequence())
-            QTextStream(stderr) << "paravue-ctl: " << problem << Qt::endl;
         // Some reports do not end the exchange.
         QMetaObject::invokeMethod(
             this,
@@ -138,7 +143,7 @@ Outcome RecorderSession::fetch()
 
 Outcome RecorderSession::send(const QStringList &names)
 {
-    return Exchange(m_store).run([&] { m_store.sendFiles(names); }, true);
+    return Exchange(m_store).run([&] { m_store.sendFiles(names); }, [this] { m_store.stopSending(); });
 }
 
 Outcome RecorderSession::fetchAgain(const QStringList &names, FileContents &files)

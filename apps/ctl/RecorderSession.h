@@ -14,7 +14,7 @@ namespace paravue
 struct ControlCommandLine;
 
 /// The exchanges of one command with one recorder. Each call returns when its exchange has ended, has failed
-/// or was stopped by a signal. What else the store reports goes to standard error.
+/// or was stopped by a signal, with the first problem that the store has reported.
 class RecorderSession
 {
 public:

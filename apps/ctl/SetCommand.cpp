@@ -3,6 +3,7 @@
 #include "ControlText.h"
 #include "RecorderSession.h"
 #include "SecretValues.h"
+#include "TerminalText.h"
 #include "WantedValues.h"
 #include "changes/ChangeList.h"
 #include "changes/FileValues.h"
@@ -31,7 +32,7 @@ struct SetReport {
 
 QString shown(const std::optional<QString> &value, bool isHidden)
 {
-    return isHidden ? SecretKeys::dots() : value.value_or(QString());
+    return isHidden ? SecretKeys::dots() : terminalText(value.value_or(QString()));
 }
 
 void printText(const SetReport &report, bool showsSecrets)
@@ -171,7 +172,7 @@ private:
         const Outcome fetched = m_session.fetchAgain(m_report.files, files);
         if (!fetched.isDone())
             return {
-                ExitCode::Different,
+                fetched.code == ExitCode::Cancelled ? fetched.code : ExitCode::Different,
                 ControlText::tr("everything has arrived, but it was not confirmed: %1").arg(fetched.problem)};
         const Outcome compared = compare(m_report, files);
         m_report.isConfirmed = compared.isDone();

@@ -5,8 +5,10 @@
 #include "ControlText.h"
 #include "LoginSource.h"
 #include "RecorderSession.h"
+#include "TerminalText.h"
 #include "program/ConsoleOutput.h"
 #include "recorder/StopSignal.h"
+#include "store/LogText.h"
 #include "translations/InstallTranslations.h"
 
 #include <QCoreApplication>
@@ -63,6 +65,6 @@ int main(int argc, char **argv)
     recorder::quitOnStopSignal();
     const Outcome outcome = run(line);
     if (!outcome.problem.isEmpty())
-        printError(outcome.problem);
+        printError(terminalText(logText(outcome.problem)));
     return int(outcome.code);
 }

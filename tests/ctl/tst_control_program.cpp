@@ -30,6 +30,7 @@ private Q_SLOTS:
     void getsValues_data();
     void getsValues();
     void hidesSecrets();
+    void printsNothingThatSteersATerminal();
     void saysWhyItFails_data();
     void saysWhyItFails();
     void triesAgain();
@@ -45,6 +46,9 @@ private Q_SLOTS:
     void sendsNothingWithoutNeed();
     void saysWhatTheRecorderHasNotKept();
     void saysWhatHasArrived();
+    void stopsBetweenTwoFiles();
+    void isWholeUnderFaults_data();
+    void isWholeUnderFaults();
 
 private:
     /// What a run of the program has come to.
@@ -64,6 +68,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
     QStringList m_received; ///< the files that the recorder has got
+    QProcess *m_running = nullptr;
 };
 
 void TestControlProgram::init()
@@ -90,7 +95,9 @@ TestControlProgram::Run TestControlProgram::run(const QStringList &arguments, co
     connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
     process.start(CONTROL_PROGRAM, arguments);
     QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
+    m_running = &process;
     loop.exec();
+    m_running = nullptr;
     if (process.state() != QProcess::NotRunning)
         return {};
     return {process.exitCode(), programText(process.readAllStandardOutput()),
@@ -160,6 +167,18 @@ void TestControlProgram::hidesSecrets()
     QVERIFY(value["secret"].toBool() && value["value"].isNull());
     QCOMPARE(run({"get", address(), "users/untitled/PASSWD0", "--secrets"}).out,
              "users/untitled/PASSWD0  admin\n");
+}
+
+void TestControlProgram::printsNothingThatSteersATerminal()
+{
+    QFile file(m_recorder->filePath("net"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("IP='\x1b[2J\u202e'\n") > 0);
+    file.close();
+    QCOMPARE(run({"get", address(), "net"}).out, "net/untitled/IP  \uFFFD[2J\uFFFD\n");
+    m_recorder->setFaults({{Kind::Error, 0, "\x1b[2Jbusy", "GET NET CONFIG"}});
+    const Run refused = run({"get", address(), "net"});
+    QCOMPARE(refused.exitCode, 1);
+    QVERIFY2(refused.err.contains("busy") && !refused.err.contains('\x1b'), qPrintable(refused.err));
 }
 
 void TestControlProgram::saysWhyItFails_data()
@@ -355,6 +374,59 @@ void TestControlProgram::saysWhatHasArrived()
     const Run run = this->run({"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"});
     QCOMPARE(run.exitCode, 3);
     QVERIFY2(run.err.contains("; arrived: net; not confirmed: users"), qPrintable(run.err));
+}
+
+void TestControlProgram::stopsBetweenTwoFiles()
+{
+#ifdef Q_OS_WIN
+    QSKIP("only a console can end a program there");
+#endif
+    m_recorder->setReplyDelay(200); // the answer comes behind the signal
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+            [this] { m_running->terminate(); });
+    const Run run = this->run({"set", address(), "streams/stream_0/name=Gate", "net/untitled/IP=10.0.0.1",
+                               "users/untitled/NAME3=guard"});
+    QCOMPARE(run.exitCode, 8);
+    QVERIFY2(run.err.endsWith("stopped; arrived: streams; not confirmed: net, users\n"), qPrintable(run.err));
+    QCOMPARE(m_received, QStringList("streams"));
+}
+
+void TestControlProgram::isWholeUnderFaults_data()
+{
+    QTest::addColumn<QString>("fault");
+    for (const QString &form : recorder::answerFaultForms()) {
+        QString fault = form.section('[', 0, 0); // with a value that it may have
+        fault.replace("=MS", "=50").replace("=N|less|more|none", "=less");
+        QTest::newRow(qPrintable(fault)) << fault;
+        // Some are possible in the answer to one request only, which is not this one.
+        const QString atFile = fault + "@PUT NET CONFIG";
+        if (QString reason; recorder::readAnswerFault(atFile, reason))
+            QTest::newRow(qPrintable(atFile)) << atFile;
+    }
+}
+
+void TestControlProgram::isWholeUnderFaults()
+{
+    QFETCH(QString, fault);
+    QString reason;
+    const auto read = recorder::readAnswerFault(fault, reason);
+    QVERIFY2(read, qPrintable(reason));
+    m_recorder->setFaults({*read});
+    const Run run = this->run(
+        {"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard", "--timeout", "1"});
+    m_recorder->setFaults({});
+    QVERIFY2(run.exitCode >= 0 && run.exitCode <= 7, qPrintable(run.err));
+    const bool hasAddress = fileOfRecorder("net").contains("10.0.0.1");
+    const bool hasName = fileOfRecorder("users").contains("guard");
+    if (run.exitCode == 0)
+        QVERIFY(hasAddress && hasName && run.out.contains("Sent and confirmed: net, users"));
+    else if (!hasAddress && !hasName)
+        QVERIFY2(!run.err.contains("; arrived"), qPrintable(run.err));
+    else
+        QVERIFY2(run.err.contains("arrived"), qPrintable(run.err));
+    // The warning, and one line.
+    if (run.exitCode != 0)
+        QCOMPARE(run.err.count('\n'), 2);
 }
 
 QTEST_GUILESS_MAIN(TestControlProgram)
