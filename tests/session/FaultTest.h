@@ -51,6 +51,8 @@ protected:
     /// A new one, without faults.
     void startRecorder();
     QString address() const;
+    /// What the recorder has of a file from now on.
+    void setFile(const QString &name, const QByteArray &content);
     /// In the form of the option --fault of the simulator.
     void setFaults(const QStringList &texts);
 
@@ -68,8 +70,7 @@ inline void FaultTest::startRecorder()
     m_faultCount = 0;
     m_folder = std::make_unique<QTemporaryDir>();
     m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path());
-    QFile file(m_recorder->filePath("interface"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(Description) > 0);
+    setFile("interface", Description);
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
     connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
             [this](const QString &name, const QByteArray &body) { m_files.insert(name, body); });
@@ -84,6 +85,12 @@ inline void FaultTest::startRecorder()
 inline QString FaultTest::address() const
 {
     return "admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port()));
+}
+
+inline void FaultTest::setFile(const QString &name, const QByteArray &content)
+{
+    QFile file(m_recorder->filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 
 inline void FaultTest::setFaults(const QStringList &texts)

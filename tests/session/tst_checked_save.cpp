@@ -215,22 +215,14 @@ private Q_SLOTS:
     void asksForANewLoginBeforeAnythingIsLost();
 
 private:
-    void setNet(const QByteArray &content);
     QByteArray net() const;
 };
 
 void TestCheckedSave::init()
 {
     startRecorder();
-    QFile file(m_recorder->filePath("interface"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(Page) > 0);
-    setNet(Net);
-}
-
-void TestCheckedSave::setNet(const QByteArray &content)
-{
-    QFile file(m_recorder->filePath("net"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    setFile("interface", Page);
+    setFile("net", Net);
 }
 
 QByteArray TestCheckedSave::net() const
@@ -281,7 +273,9 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
         connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
             if (name == "net")
                 QTimer::singleShot(0, this, [this] {
-                    setNet(net().replace("'new'", "'limited'").replace("17", "18").replace("'other'", "'x'"));
+                    setFile(
+                        "net",
+                        net().replace("'new'", "'limited'").replace("17", "18").replace("'other'", "'x'"));
                 });
         });
     Steps script{{"Sent, but the recorder keeps 2", button, [&] { disconnect(limit); }}};
@@ -311,14 +305,14 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
 
 void TestCheckedSave::findsWhatFollowsFromAnEdit()
 {
-    setNet(QByteArray(Net).replace("Gate", "8000"));
+    setFile("net", QByteArray(Net).replace("Gate", "8000"));
     Sending session(address());
     QVERIFY(session.isLoaded);
     session.type("old", "25");
     connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
         if (name == "net")
             QTimer::singleShot(0, this,
-                               [this] { setNet(net().replace("8000", "4000").replace("17", "18")); });
+                               [this] { setFile("net", net().replace("8000", "4000").replace("17", "18")); });
     });
     SavePilot pilot(Steps{{"Sent, but the recorder keeps one value otherwise", "Go on editing"}});
     session.pressOk();
@@ -333,7 +327,7 @@ void TestCheckedSave::findsALimitEachTime()
     session.type("old", "30");
     connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
         if (name == "net")
-            QTimer::singleShot(0, this, [this] { setNet(net().replace("= 30", "= 25")); });
+            QTimer::singleShot(0, this, [this] { setFile("net", net().replace("= 30", "= 25")); });
     });
     const QString limited = "Sent, but the recorder keeps one value otherwise";
     SavePilot again(Steps{{limited, "Send again"}, {limited, "Go on editing"}});
@@ -498,11 +492,11 @@ void TestCheckedSave::confirmsNoSaveThatWasDropped()
 
 void TestCheckedSave::asksAboutEditsOfEntriesThatMoved()
 {
-    setNet(Net + "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n");
+    setFile("net", Net + "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n");
     Sending session(address());
     QVERIFY(session.isLoaded);
     session.store.setValue("net/untitled/LEVEL1/1"); // of bob, whom somebody else removes
-    setNet(Net + "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=carol\nLEVEL1=0\n");
+    setFile("net", Net + "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=carol\nLEVEL1=0\n");
     QStringList shown;
     QString text;
     const ModalWatcher question(
@@ -551,7 +545,7 @@ void TestCheckedSave::keepsWhatSomebodyElseHasChanged()
     Sending session(address());
     QVERIFY(session.isLoaded);
     session.type("old", "new");
-    setNet(theirs);
+    setFile("net", theirs);
     QStringList shown;
     const ModalWatcher question(
         [&](QWidget &dialog) {
@@ -591,7 +585,7 @@ void TestCheckedSave::comparesAgainBehindTheReview()
         [&](QWidget &dialog) {
             shown << "review";
             if (shown.size() == 1)
-                setNet(QByteArray(Net).replace("Gate", "Yard"));
+                setFile("net", QByteArray(Net).replace("Gate", "Yard"));
             QTest::keyClick(&dialog, Qt::Key_Return);
         },
         "paravue::ReviewDialog");
@@ -629,7 +623,7 @@ void TestCheckedSave::keepsWhatWasSentWithoutRoomForTheRecorders()
     session.type("old", "new");
     connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
         if (name == "net")
-            QTimer::singleShot(0, this, [this] { setNet(net().replace("'new'", "'limited'")); });
+            QTimer::singleShot(0, this, [this] { setFile("net", net().replace("'new'", "'limited'")); });
     });
     std::unique_ptr<FullDisk> full;
     SavePilot pilot(
@@ -651,7 +645,7 @@ void TestCheckedSave::undoesWhatSomebodyElseHasNotTouched()
     QVERIFY(QTest::qWaitForWindowActive(session.window.get()));
     session.type("old", "new");
     session.type("Gate", "Mine");
-    setNet(QByteArray(Net).replace("Gate", "Yard"));
+    setFile("net", QByteArray(Net).replace("Gate", "Yard"));
     setFaults({"error@PUT NET CONFIG"});
     const ModalWatcher question(
         [](QWidget &dialog) { buttonWithText<QPushButton>(dialog, "Continue")->click(); },

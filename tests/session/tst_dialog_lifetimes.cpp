@@ -70,7 +70,6 @@ private Q_SLOTS:
     void endsUnderADialog();
 
 private:
-    void setNet(const QByteArray &content);
     QString snapshotWithEdits() const;
     void finish(End end);
 
@@ -82,15 +81,8 @@ private:
 void TestDialogLifetimes::init()
 {
     startRecorder();
-    QFile file(m_recorder->filePath("interface"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(Page) > 0);
-    setNet(Net);
-}
-
-void TestDialogLifetimes::setNet(const QByteArray &content)
-{
-    QFile file(m_recorder->filePath("net"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    setFile("interface", Page);
+    setFile("net", Net);
 }
 
 QString TestDialogLifetimes::snapshotWithEdits() const
@@ -264,7 +256,7 @@ void TestDialogLifetimes::endsUnderADialog()
         replaceText(*field(), "new");
         setFaults(moment.faults);
         if (!moment.othersFile.isEmpty())
-            setNet(moment.othersFile);
+            setFile("net", moment.othersFile);
         // A deleted window must not be what the test sends the release of its keys to.
         if (!moment.keys.isEmpty())
             QTimer::singleShot(0, this, [&] { QTest::keySequence(field(), moment.keys); });
