@@ -444,7 +444,9 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
     if (!isVisible())
         return;
     const UnattendedScope unattended(m_parts->context, false);
-    m_errors->suspend([&] { m_parts->actions.suspend([&] { m_parts->retired.runLoop(wait); }); });
+    const auto run = [&] { m_parts->retired.runLoop(wait); };
+    m_errors->suspend(
+        [&] { m_parts->actions.suspend([&] { m_changes ? m_changes->suspendGesture(run) : run(); }); });
 }
 
 void CWinMain::runDialog(QDialog &dialog)

@@ -265,6 +265,7 @@ void TestChangeReview::dialogsAreMarkedAndHaveTheKeys()
 {
     DescribedWindow window(
         describePage("<item type='pushbutton'><text>More</text>"
+                     "<action type='call' slot='setValue' param='net/untitled/MODE/loud'>self</action>"
                      "<action type='call' slot='showDialog' param='more'>self</action></item>",
                      "<dialog><more/><item type='gridlayout'>"
                      "<item type='edit'><key>net/untitled/NAME</key></item></item></dialog>"),
@@ -282,9 +283,14 @@ void TestChangeReview::dialogsAreMarkedAndHaveTheKeys()
         QCOMPARE(name.accessibleDescription(), "");
         QTest::keyClicks(&name, "er");
         QCOMPARE(name.accessibleDescription(), "Changed");
+        name.window()->setFocus();
+        QTest::keySequence(name.window(), QKeySequence::Undo);
+        QCOMPARE(name.text(), "old");
+        QTest::keySequence(name.window(), QKeySequence::Redo);
     };
     more->click();
     QCOMPARE(window.value("net/untitled/NAME"), "older");
+    QCOMPARE(window.value("net/untitled/MODE"), "loud");
 
     bool isListed = false;
     work = [&](QDialog &dialog, QLineEdit &name) {

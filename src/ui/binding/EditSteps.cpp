@@ -121,6 +121,7 @@ EditSteps::Gesture::Gesture(EditSteps *steps, HistoryMove move) : m_steps(steps)
 {
     if (!m_steps || m_steps->m_depth++ > 0)
         return;
+    m_steps->finish(); // what the suspended gesture has written so far
     m_steps->dropUnfitting();
     m_steps->m_move = move;
 }
@@ -129,6 +130,12 @@ EditSteps::Gesture::~Gesture()
 {
     if (m_steps && --m_steps->m_depth == 0)
         m_steps->finish();
+}
+
+void EditSteps::suspend(const std::function<void()> &wait)
+{
+    const QScopedValueRollback depth(m_depth, 0);
+    wait();
 }
 
 void EditSteps::note(const QString &path)
@@ -160,6 +167,7 @@ bool EditSteps::isNoted(const QString &path)
 
 void EditSteps::finish()
 {
+    const HistoryMove move = std::exchange(m_move, HistoryMove::None);
     m_paths.clear();
     QList<ValueEdit> edits = std::exchange(m_edits, {});
     for (ValueEdit &edit : edits)
@@ -167,19 +175,19 @@ void EditSteps::finish()
     edits.removeIf([](const ValueEdit &edit) { return edit.before == edit.after; });
     if (edits.isEmpty())
         return;
-    if (isNextMove(edits)) {
-        m_move == HistoryMove::Undo ? m_stack.undo() : m_stack.redo();
+    if (isNextMove(edits, move)) {
+        move == HistoryMove::Undo ? m_stack.undo() : m_stack.redo();
         return;
     }
     m_stack.push(new Command(*this, std::move(edits), m_input));
 }
 
-bool EditSteps::isNextMove(const QList<ValueEdit> &edits) const
+bool EditSteps::isNextMove(const QList<ValueEdit> &edits, HistoryMove move) const
 {
-    if (m_move == HistoryMove::None)
+    if (move == HistoryMove::None)
         return false;
-    const QUndoCommand *next = m_stack.command(m_stack.index() - (m_move == HistoryMove::Undo ? 1 : 0));
-    return next && static_cast<const Command *>(next)->leadsTo(edits, m_move);
+    const QUndoCommand *next = m_stack.command(m_stack.index() - (move == HistoryMove::Undo ? 1 : 0));
+    return next && static_cast<const Command *>(next)->leadsTo(edits, move);
 }
 
 void EditSteps::apply(const QList<ValueEdit> &edits)
@@ -195,6 +203,8 @@ void EditSteps::apply(const QList<ValueEdit> &edits)
 
 QUndoStack &EditSteps::stack()
 {
+    if (m_depth == 0)
+        finish();
     dropUnfitting();
     return m_stack;
 }

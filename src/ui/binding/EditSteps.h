@@ -57,6 +57,10 @@ public:
         EditSteps *m_steps;
     };
 
+    /// Runs \a wait, an event loop in which the user acts, within a gesture or not: gestures there are steps
+    /// of their own, behind what the suspended one has written before.
+    void suspend(const std::function<void()> &wait);
+
     /// To be called within a gesture before the value at \a path is set.
     void note(const QString &path);
 
@@ -76,7 +80,7 @@ private:
     void dropUnfitting();
     bool isNoted(const QString &path);
     void finish();
-    bool isNextMove(const QList<ValueEdit> &edits) const;
+    bool isNextMove(const QList<ValueEdit> &edits, HistoryMove move) const;
     void apply(const QList<ValueEdit> &edits);
 
     StoreReference m_store;

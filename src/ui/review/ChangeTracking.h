@@ -88,6 +88,8 @@ public:
     void find(const std::function<void(QDialog &)> &run);
     void undo();
     void redo();
+    /// See EditSteps::suspend().
+    void suspendGesture(const std::function<void()> &wait) { m_steps.suspend(wait); }
     /// To be called when captions have changed that are no controls.
     void updateTexts();
 
