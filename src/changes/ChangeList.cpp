@@ -151,11 +151,34 @@ void ChangeList::accept(const QList<Change> &sent)
         if (!m_store || !m_store->fileExists(file))
             continue;
         pristine(file).setSaved(change.path, change.newValue);
+        m_doubted.remove(change.path);
         const bool wasChanged = m_changes.remove(change.path);
         valueSet(change.path);
         if (wasChanged && !m_changes.contains(change.path))
             Q_EMIT changed(change.path);
     }
+}
+
+void ChangeList::doubt(const QList<Change> &sent)
+{
+    for (const Change &change : sent) {
+        m_doubted.insert(change.path, change.newValue);
+        valueSet(change.path);
+    }
+}
+
+bool ChangeList::isDoubted(const QString &path, const QString &value) const
+{
+    const auto doubted = m_doubted.constFind(path);
+    return doubted != m_doubted.constEnd() && *doubted == value;
+}
+
+/// What the recorder has, or may have, instead of the value \a now; \a now itself when it surely has that.
+std::optional<QString> ChangeList::valueBefore(const QString &path, const std::optional<QString> &now) const
+{
+    const std::optional<QString> old = oldValue(path);
+    const auto doubted = m_doubted.constFind(path);
+    return now == old && doubted != m_doubted.constEnd() ? std::optional(*doubted) : old;
 }
 
 void ChangeList::valueSet(const QString &path)
@@ -164,6 +187,8 @@ void ChangeList::valueSet(const QString &path)
     const auto known = m_changes.find(path);
     if (known != m_changes.end()) {
         const std::optional<QString> now = m_store->storedValue(path);
+        if (!m_doubted.isEmpty())
+            known->oldValue = valueBefore(path, now);
         if (now == known->oldValue) {
             m_changes.erase(known);
             Q_EMIT changed(path);
@@ -176,8 +201,8 @@ void ChangeList::valueSet(const QString &path)
     const QString file = address.file().toString();
     if (!reachesTheRecorder(address) || !isSent(*m_store, file) || !m_store->fileExists(file))
         return;
-    const std::optional<QString> before = oldValue(path);
     const std::optional<QString> now = m_store->storedValue(path);
+    const std::optional<QString> before = valueBefore(path, now);
     if (now == before)
         return;
     m_changes.insert(path, {path, before, now.value_or(QString()), m_secrets.isKnown(path)});
@@ -191,6 +216,7 @@ void ChangeList::fileReplaced(const QString &name)
     m_pristine.erase(file);
     m_directedSecrets.remove(file);
     const auto isInFile = [&prefix](auto change) { return change.key().startsWith(prefix); };
+    m_doubted.removeIf(isInFile);
     if (m_changes.removeIf(isInFile) > 0)
         Q_EMIT dropped(file);
 }

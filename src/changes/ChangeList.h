@@ -73,6 +73,11 @@ public:
 
     /// The recorder has got the new values of \a sent, which may have been changed again meanwhile.
     void accept(const QList<Change> &sent);
+    /// The recorder may have got the new values of \a sent. Each of them is a change, whatever is set, until
+    /// it is accepted or its file fetched: who sets the old value again changes the new one.
+    void doubt(const QList<Change> &sent);
+    /// Whether the recorder may have \a value at \a path, as far as doubt() tells.
+    bool isDoubted(const QString &path, const QString &value) const;
 
 Q_SIGNALS:
     /// The value at \a path is another one than that of the recorder now, or is not any more.
@@ -84,12 +89,14 @@ private:
     void valueSet(const QString &path) override;
     void fileReplaced(const QString &name) override;
 
+    std::optional<QString> valueBefore(const QString &path, const std::optional<QString> &now) const;
     PristineFile &pristine(const QString &file) const;
     std::optional<QStringList> secretValues(const QString &path) const;
 
     QPointer<OrbSetup> m_store;
     SecretKeys m_secrets;
-    QHash<QString, Change> m_changes; ///< by path
+    QHash<QString, Change> m_changes;  ///< by path
+    QHash<QString, QString> m_doubted; ///< values that the recorder may have, by path
     /// Paths by file, of the files asked about; nothing where each one may be secret.
     mutable QHash<QString, std::optional<QSet<QString>>> m_directedSecrets;
     mutable qsizetype m_directedMarks = 0; ///< marks of m_secrets at that time

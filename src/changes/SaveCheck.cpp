@@ -150,6 +150,8 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
             if (!difference.canBeSet())
                 continue; // the recorder's is kept with its file
             const Change *own = m_changes.find(difference.path);
+            if (m_changes.isDoubted(difference.path, difference.after.value_or(QString())))
+                continue; // nobody else's
             if (own && own->newValue == difference.after.value_or(QString()))
                 continue;
             if (own || m_isEditable(difference.path) || !isMeasured(difference))

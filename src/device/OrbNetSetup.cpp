@@ -295,6 +295,7 @@ bool OrbNetSetup::_isDataReady()
     }
     m_buffer.remove(0, m_reply->headerSize());
     m_reply->reset();
+    noteUnanswered(QString());
     const ReplyContent content = takeAnswer(m_buffer);
     switch (content.answer) {
     case ReplyContent::Answer::Ok:

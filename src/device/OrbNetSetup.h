@@ -214,6 +214,8 @@ private:
     void compileStates();
     void noteLocalProblem();
     void noteArrival(const QString &name);
+    /// The file \a name was sent, or an answer has come when it is empty.
+    void noteUnanswered(const QString &name);
     void noteReplacement(const QString &name);
     void dropLaterEdits(const QStringList &names);
     bool sendRequest(const compcommand &command);

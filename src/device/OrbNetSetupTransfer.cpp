@@ -230,12 +230,21 @@ void OrbNetSetup::noteArrival(const QString &name)
     setSaveStatus(status);
 }
 
+void OrbNetSetup::noteUnanswered(const QString &name)
+{
+    SaveStatus status = saveStatus();
+    status.unanswered = status.missing.contains(name) ? name : QString();
+    setSaveStatus(status);
+}
+
 /// A file that was fetched anew holds nothing of the last save any more.
 void OrbNetSetup::noteReplacement(const QString &name)
 {
     SaveStatus status = saveStatus();
     if (!status.missing.removeOne(name))
         return;
+    if (status.unanswered == name)
+        status.unanswered.clear();
     status.replaced << name;
     setSaveStatus(status);
 }
@@ -302,6 +311,8 @@ bool OrbNetSetup::sendRequest(const compcommand &command)
     const QByteArray body = m_operation == Send ? wireBody(*content) : QByteArray();
     qCInfo(linkLog).noquote() << "sent" << logText(QString::fromLocal8Bit(request)) << "for" << name << "with"
                               << body.size() << "bytes";
+    if (m_operation == Send)
+        noteUnanswered(name);
     m_socket->write(request);
     if (!body.isEmpty())
         m_socket->write(body);

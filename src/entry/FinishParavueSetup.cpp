@@ -230,7 +230,13 @@ private:
                                QMessageBox::NoButton);
             return false;
         }
-        text += QStringLiteral("<br>") + tr("Not sent: %1").arg(outcome.missing.join(separator));
+        const QString unanswered = m_store.saveStatus().unanswered;
+        QStringList notSent = outcome.missing;
+        notSent.removeOne(unanswered);
+        if (!notSent.isEmpty())
+            text += QStringLiteral("<br>") + tr("Not sent: %1").arg(notSent.join(separator));
+        if (!unanswered.isEmpty())
+            text += QStringLiteral("<br>") + tr("Sent, but not answered: %1").arg(unanswered);
         return OrbDlgQuestion::Do(nullptr, QMessageBox::Critical, tr("Paravue Setup"), text,
                                   QMessageBox::Retry | QMessageBox::Close,
                                   QMessageBox::NoButton) == QMessageBox::Retry;

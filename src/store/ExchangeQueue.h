@@ -39,7 +39,7 @@ public:
     void call(const QString &name, const QString &arg, Caller caller);
 
     /// \a guard is asked before a save is called, and may run an event loop; the save is dropped unless it
-    /// returns true. One that repeats a failed save is not asked about again.
+    /// returns true. One that repeat() calls is not asked about.
     void setSaveGuard(const std::function<bool()> &guard) { m_saveGuard = guard; }
 
     /// The names of the functions that wait, in order.
@@ -51,6 +51,8 @@ public:
     int savesBegun() const { return m_savesBegun; }
     /// True when the exchange that a user started last has failed, so that repeat() can try it again.
     bool canRepeat() const { return m_hasFailed; }
+    /// The name of the function that repeat() calls; empty without one.
+    QString failedName() const { return m_hasFailed ? m_last.name : QString(); }
     /// Gives up the failed exchange and calls its function once more.
     void repeat();
     /// Gives up the running exchange, and everything that waits for its end.

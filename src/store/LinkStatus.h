@@ -42,6 +42,8 @@ struct LinkStatus {
 struct SaveStatus {
     QStringList arrived; ///< confirmed by the recorder, in the order of sending
     QStringList missing;
+    /// The one of the missing files that was sent and not answered: the recorder may have it. Empty without.
+    QString unanswered = {};
     QStringList replaced; ///< were missing when they were fetched anew, so that their edits are gone
 };
 

@@ -192,6 +192,14 @@ QString OrbSetup::activity() const
     return m_activity;
 }
 
+void OrbSetup::abandonSave()
+{
+    if (m_linkStatus.state == LinkStatus::State::Running)
+        return;
+    m_saveStatus.missing.clear();
+    m_saveStatus.unanswered.clear();
+}
+
 void OrbSetup::sendMissing()
 {
     if (m_sendMissing)

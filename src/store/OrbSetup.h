@@ -119,6 +119,9 @@ public:
     /// Sends the missing files of the last save, and no others, as store() would, with the values that this
     /// save has had: what was edited since is dropped. Only while no exchange runs.
     void sendMissing();
+    /// The missing files of the last save are not to be sent any more: the user has edited them since, or has
+    /// discarded his edits. Does nothing while an exchange runs.
+    void abandonSave();
 
     /// False for a local store, which has nobody to read from.
     bool hasReader() const { return bool(m_makeReader); }

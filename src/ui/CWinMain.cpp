@@ -226,11 +226,18 @@ void CWinMain::trackChanges()
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
             [this](const QString &path) { return m_changes->isEditable(path); },
-            [this](const QStringList &arrived) { m_changes->noteSaved(arrived); }},
+            [this](const QStringList &arrived) { m_changes->noteSaved(arrived); },
+            [this](const QString &name) { m_changes->noteUnanswered(name); }},
         *this);
 }
 
 void CWinMain::callFunction(const QString &name, const std::function<void()> &call)
+{
+    m_dangers[name] = dangerOf(m_parts->actions.action(), m_setup->functionUse(name, QString()).danger);
+    callGuarded(name, call);
+}
+
+void CWinMain::callGuarded(const QString &name, const std::function<void()> &call)
 {
     bool goesOn = true;
     const QScopedValueRollback kept(m_isSnapshotKept, false);
@@ -246,8 +253,7 @@ void CWinMain::callFunction(const QString &name, const std::function<void()> &ca
 
 bool CWinMain::mayCall(const QString &name)
 {
-    const OrbSetup::FunctionDanger danger =
-        dangerOf(m_parts->actions.action(), m_setup->functionUse(name, QString()).danger);
+    const OrbSetup::FunctionDanger danger = m_dangers.value(name);
     if (!m_options.confirmsDangerousFunctions || danger == OrbSetup::FunctionDanger::None)
         return true;
     // A dialog of the description has asked already.
@@ -375,8 +381,12 @@ void CWinMain::accept()
 void CWinMain::reject()
 {
     const Busy busy(*this);
-    if (mayClose())
-        QDialog::reject();
+    const bool asks = hasChangesToAskAbout() && isVisible();
+    if (!mayClose())
+        return;
+    if (asks || (m_changes && m_changes->isSaveOutdated()))
+        m_setup->abandonSave();
+    QDialog::reject();
 }
 
 /// Nothing can be sent before the session ends, so changes keep it from ending, and the user is asked.
@@ -582,7 +592,9 @@ void CWinMain::tryAgain()
 {
     m_parts->tasks.retryPictures();
     if (isBuilt()) {
-        ExchangeQueue::of(*m_setup).repeat();
+        ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
+        if (queue.canRepeat())
+            callGuarded(queue.failedName(), [this] { ExchangeQueue::of(*m_setup).repeat(); });
         return;
     }
     m_setup->resetLink();

@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QDialog>
+#include <QHash>
 #include <QString>
 
 #include <functional>
@@ -129,6 +130,7 @@ private:
     void showSnapshot(OrbSetup &store);
     /// Shows the list of changes; true when they are to be sent now.
     bool review(bool offersSending);
+    void callGuarded(const QString &name, const std::function<void()> &call);
     bool mayCall(const QString &name);
     bool reviewBeforeSending();
     bool maySendProblems();
@@ -147,6 +149,7 @@ private:
     void build(const QByteArray &description, const QString &path);
 
     paravue::StoreReference m_setup;
+    QHash<QString, OrbSetup::FunctionDanger> m_dangers; ///< of the functions called so far
     QTimer *m_taskTimer = nullptr;
     paravue::StatusLine *m_status = nullptr;
     paravue::LiveAdjustments *m_adjustments = nullptr; ///< null when they are not put back

@@ -199,6 +199,9 @@ private Q_SLOTS:
     void sendsTheRestOfAStoppedSave();
     void goesOnEditingAfterABrokenSave();
     void knowsWhatHasArrivedBeforeAStop();
+    void triesAgainLikeANewSave();
+    void sendsNothingThatWasTakenBack_data();
+    void sendsNothingThatWasTakenBack();
     void knowsWhatHasArrivedBeforeASecondFault();
     void knowsWhatHasArrivedOfOtherSaves_data();
     void knowsWhatHasArrivedOfOtherSaves();
@@ -405,14 +408,79 @@ void TestCheckedSave::knowsWhatHasArrivedBeforeAStop()
     setFaults({"never@PUT NET CONFIG"});
     const ModalWatcher question(
         [](QWidget &box) { static_cast<QMessageBox &>(box).button(QMessageBox::Yes)->click(); });
-    SavePilot pilot(Steps{{"Sending \"net\"", "Stop"}, {"Sending was stopped", "Go on editing"}});
-    session.pressOk();
-    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    {
+        SavePilot pilot(Steps{{"Sending \"net\"", "Stop"}, {"Sending was stopped", "Go on editing"}});
+        session.pressOk();
+        QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+        QCOMPARE(pilot.files, QStringList({"streams|Sent", "net|Sent, but not answered", "time|Not sent"}));
+    }
     QCOMPARE(session.changes(), QString("1 change"));
-    session.type("new", "old");
-    QCOMPARE(session.changes(), QString());
     session.type("renamed", Name);
-    QCOMPARE(session.changes(), QString("1 change"));
+    QCOMPARE(session.changes(), QString("2 changes"));
+
+    QVERIFY(net().contains("HOSTNAME = 'new'")); // the recorder has not said so
+    session.type("new", "old");
+    QCOMPARE(session.changes(), QString("2 changes"));
+    setFaults({});
+    SavePilot second(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(second.isAtItsEnd(), qPrintable(second.headline));
+    QVERIFY2(net().contains("HOSTNAME = 'old'"), net());
+    QCOMPARE(session.changes(), QString());
+}
+
+void TestCheckedSave::triesAgainLikeANewSave()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"error@PUT NET CONFIG"});
+    {
+        SavePilot failing(Steps{{"Device error", "Go on editing"}});
+        session.pressOk();
+        QVERIFY2(failing.isAtItsEnd(), qPrintable(failing.headline));
+    }
+    setFaults({});
+    setFile("net", QByteArray(Net).replace("Gate", "Yard"));
+    bool isAsked = false;
+    const ModalWatcher foreign(
+        [&isAsked](QWidget &dialog) {
+            isAsked = true;
+            static_cast<QDialog &>(dialog).accept();
+        },
+        "paravue::ForeignChangesDialog");
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.window->findChild<QToolButton *>("statusRetry")->click();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QVERIFY(isAsked);
+    QVERIFY2(net().contains("'Yard'") && net().contains("'new'"), net());
+}
+
+void TestCheckedSave::sendsNothingThatWasTakenBack_data()
+{
+    const TestTable<bool> row("isFollowed");
+    row("of a save in a dialog", true);
+    row("of a save behind the window", false);
+}
+
+void TestCheckedSave::sendsNothingThatWasTakenBack()
+{
+    QFETCH(bool, isFollowed);
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"error@PUT NET CONFIG"});
+    const ModalWatcher message([](QWidget &box) { static_cast<QMessageBox &>(box).accept(); });
+    SavePilot pilot(isFollowed ? Steps{{"Device error", "Go on editing"}} : Steps());
+    if (isFollowed)
+        session.pressOk();
+    else
+        ExchangeQueue::of(session.store).call("save_settings", {}, ExchangeQueue::Caller::Task);
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    AWAIT_VERIFY(session.store.linkStatus().state == LinkStatus::State::Failed);
+    session.type("new", "old");
+    session.window->reject();
+    QCOMPARE(session.store.saveStatus().missing, QStringList());
 }
 
 void TestCheckedSave::knowsWhatHasArrivedBeforeASecondFault()

@@ -129,6 +129,13 @@ void ChangeTracking::noteSaved(const QStringList &arrived)
     m_list.accept(sent);
 }
 
+void ChangeTracking::noteUnanswered(const QString &name)
+{
+    QList<Change> sent = m_sent.value_or(QList<Change>());
+    sent.removeIf([&name](const Change &change) { return ConfigAddress(change.path).file() != name; });
+    m_list.doubt(sent);
+}
+
 const DescribedItems &ChangeTracking::described() const
 {
     if (!m_described)

@@ -57,6 +57,8 @@ public:
     bool hasUserChanges() const;
     /// The last save has been given all changes that there are.
     bool isAllGivenToASave() const { return m_list.all() == m_sent; }
+    /// The last save was given something that the user has edited, or taken back, since it ended.
+    bool isSaveOutdated() const { return m_sent && !m_sent->isEmpty() && !isAllGivenToASave(); }
 
     /// To be called when the window was built from another description: marks the new controls.
     void startDescription();
@@ -64,6 +66,8 @@ public:
     /// taken.
     void noteSaveBegins() { m_sent = m_list.all(); }
     void noteSaved(const QStringList &arrived);
+    /// The recorder may have taken the file \a name of the save.
+    void noteUnanswered(const QString &name);
 
     /// In the order of the window.
     QList<ReviewedChange> reviewed() const;

@@ -73,8 +73,10 @@ void CheckedSave::noteSaveBegins()
 {
     m_check.noteSaveBegins();
     const int save = m_store ? ExchangeQueue::of(*m_store).savesBegun() : 0;
-    if (std::exchange(m_notedSave, save) != save)
-        m_notedArrivals = 0;
+    if (std::exchange(m_notedSave, save) == save)
+        return;
+    m_notedArrivals = 0;
+    m_notedUnanswered.clear();
 }
 
 void CheckedSave::noteArrivals()
@@ -85,6 +87,9 @@ void CheckedSave::noteArrivals()
     m_notedArrivals += arrived.size();
     m_services.noteSaved(arrived);
     m_check.noteSaved(arrived);
+    const QString unanswered = m_store->saveStatus().unanswered;
+    if (std::exchange(m_notedUnanswered, unanswered) != unanswered && !unanswered.isEmpty())
+        m_services.noteUnanswered(unanswered);
 }
 
 /// The user may look at the list of changes for minutes, so the comparison is made once more behind it.
@@ -275,8 +280,10 @@ void CheckedSave::choose(SendingDialog::Choice choice)
         return startConfirming();
     case SendingDialog::Choice::KeepRecorders:
     case SendingDialog::Choice::GoOnEditing:
-        return m_isKeptOtherwise ? takeKeptOtherwise(choice)
-                                 : close(choice == SendingDialog::Choice::KeepRecorders);
+        if (m_isKeptOtherwise)
+            return takeKeptOtherwise(choice);
+        m_store->abandonSave();
+        return close(choice == SendingDialog::Choice::KeepRecorders);
     case SendingDialog::Choice::Leave:
         return close(m_goesOn);
     case SendingDialog::Choice::Close:

@@ -39,6 +39,8 @@ public:
         SaveCheck::IsEditable isEditable;
         /// The recorder has taken the files \a arrived.
         std::function<void(const QStringList &arrived)> noteSaved;
+        /// The recorder may have the file \a name of the save, and has not answered.
+        std::function<void(const QString &name)> noteUnanswered;
     };
 
     /// All must outlive the object, except that \a store may go.
@@ -106,6 +108,7 @@ private:
     int m_notedSave = 0;           ///< the save whose arrivals are noted, counted by the queue
     qsizetype m_notedArrivals = 0; ///< how many are
     int m_savesBefore = 0;         ///< that had begun when this one was asked for
+    QString m_notedUnanswered;     ///< of that save too
     bool m_hadChanges = false;     ///< at that time
     bool m_isRunning = false;
     bool m_isStopped = false;       ///< by the user

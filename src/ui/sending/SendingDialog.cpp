@@ -179,6 +179,8 @@ void SendingDialog::showFailed(const SaveStatus &save, const QString &problem)
 {
     setFiles(save.arrived, tr("Sent"));
     setFiles(save.missing, tr("Not sent"));
+    if (!save.unanswered.isEmpty())
+        setFiles({save.unanswered}, tr("Sent, but not answered"));
     setFiles(save.replaced, tr("Not sent, and replaced by what the recorder has"));
     m_files->show();
     const Button goOn{tr("Go on editing"), Choice::GoOnEditing};
