@@ -2376,6 +2376,10 @@ not exported: %1 with no key picture before
         <source>Not sent: %1</source>
         <translation>Не отправлено: %1</translation>
     </message>
+    <message>
+        <source>Sent, but not answered: %1</source>
+        <translation>Отправлено, но ответа не было: %1</translation>
+    </message>
 </context>
 <context>
     <name>SetupProgram</name>
@@ -3698,6 +3702,10 @@ and %2 more</source>
     <message>
         <source>Address</source>
         <translation>Адрес</translation>
+    </message>
+    <message>
+        <source>Sent, but not answered</source>
+        <translation>Отправлено, но ответа не было</translation>
     </message>
 </context>
 <context>
