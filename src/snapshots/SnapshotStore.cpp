@@ -144,18 +144,24 @@ QString SnapshotStore::writeArchive()
     return problem;
 }
 
-/// Gives edited secrets the values back that they had, and adds their paths to \a withdrawn. False when the
-/// disk is full.
+/// Gives edited secrets the values back that they had, and adds their paths to \a withdrawn. A file of which
+/// nothing tells what is secret in it loses all of its edits. False when the disk is full.
 bool SnapshotStore::withdrawSecrets(Snapshot &snapshot, QStringList &withdrawn) const
 {
     FileContents emptied = snapshot.edited;
     const QStringList removed = removeSecrets(emptied);
     const QSet<QString> secrets(removed.begin(), removed.end());
     for (const ValueDifference &edit : editsOf(snapshot)) {
+        const QString name = edit.path.section(u'/', 0, 0);
+        if (secrets.contains(name)) {
+            snapshot.edited.remove(name);
+            withdrawn << edit.path;
+            continue;
+        }
         if (!secrets.contains(edit.path))
             continue;
         const QString path = m_copies->filePath(QStringLiteral("withdrawn"));
-        QByteArray &content = snapshot.edited[edit.path.section(u'/', 0, 0)];
+        QByteArray &content = snapshot.edited[name];
         if (!writeWholeFile(path, content))
             return false;
         OrbSettings settings(path);
