@@ -4,7 +4,6 @@
 #include "changes/FileValues.h"
 #include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
-#include "store/StateTemplate.h"
 
 #include <QFile>
 #include <QSignalBlocker>
@@ -39,6 +38,17 @@ bool containsAny(const QString &text, const QStringList &parts)
 
 } // namespace
 
+CompiledState preview(const QString &text, const ValueLookup &valueOf, qsizetype maximumGrowth)
+{
+    qsizetype left = RunsOfEach * text.count(u"#!") + MoreRuns;
+    // A directive without a value changes nothing, so each that follows is reached once.
+    const auto boundedValueOf = [&](const QString &address) {
+        return left-- > 0 ? valueOf(address) : std::nullopt;
+    };
+    CompiledState compiled = applyStateDirectives(text, boundedValueOf, maximumGrowth);
+    return left < 0 ? CompiledState{CompiledState::Fault::TooSlow} : compiled;
+}
+
 std::optional<QSet<QString>> secretPaths(OrbSetup &store, const QString &name, const SecretValues &secrets)
 {
     const auto text = directedText(store, name);
@@ -48,7 +58,7 @@ std::optional<QSet<QString>> secretPaths(OrbSetup &store, const QString &name, c
     const QString mark = QStringLiteral("\u2060secret\u2060");
     QStringList hidden;
     const CompiledState marked =
-        applyStateDirectives(QString::fromUtf8(*text), [&](const QString &address) -> std::optional<QString> {
+        preview(QString::fromUtf8(*text), [&](const QString &address) -> std::optional<QString> {
             const auto values = secrets(OrbSetup::path(address));
             if (!values)
                 return {};
@@ -79,7 +89,7 @@ QList<Change> pendingChanges(OrbSetup &store, const QString &name)
     const QByteArray text = directedText(store, name).value_or(QByteArray());
     if (text.isEmpty())
         return {};
-    const CompiledState compiled = applyStateDirectives(QString::fromUtf8(text), valueOf);
+    const CompiledState compiled = preview(QString::fromUtf8(text), valueOf);
     if (compiled.fault != CompiledState::Fault::None)
         return {};
     QList<Change> changes;

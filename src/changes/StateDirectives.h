@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/StateTemplate.h"
+
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -15,13 +17,23 @@ namespace paravue
 
 struct Change;
 
-/// What the directives of state files (store/StateTemplate.h) do with the values of a session. A file without
+/// What the directives of state files do with the values of a session. A file without
 /// directives costs one look through its text.
 namespace statedirectives
 {
 
 /// Shorter secrets stand in a text by chance.
 inline constexpr qsizetype ShortestSecret = 4;
+
+/// How often the directives of a text may run while it is only looked at: for each of them, and beside that.
+inline constexpr qsizetype RunsOfEach = 8;
+inline constexpr qsizetype MoreRuns = 64;
+
+/// What sending would make of \a text. A directive that puts something in front of itself runs again, mostly
+/// once. One that does so without end is stopped early (TooSlow): each run may lengthen the text and also the
+/// pattern, so that the limits of sending, which are for large files, would take seconds.
+CompiledState preview(const QString &text, const ValueLookup &valueOf,
+                      qsizetype maximumGrowth = MaxStateGrowth);
 
 /// The values that a secret path has and has had; nothing for a path that is not secret.
 using SecretValues = std::function<std::optional<QStringList>(const QString &path)>;

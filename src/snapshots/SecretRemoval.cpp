@@ -6,7 +6,6 @@
 #include "changes/StateDirectives.h"
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
-#include "store/StateTemplate.h"
 #include "store/TextPattern.h"
 
 #include <algorithm>
@@ -117,7 +116,7 @@ std::optional<QByteArray> withoutDirectedSecrets(const QByteArray &content, Secr
 {
     const QString text = QString::fromUtf8(content);
     QStringList values;
-    const CompiledState emptied = applyStateDirectives(
+    const CompiledState emptied = statedirectives::preview(
         text,
         [&](const QString &address) -> std::optional<QString> {
             if (!lookup.isSecret(address))

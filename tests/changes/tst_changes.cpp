@@ -1,6 +1,7 @@
 #include "changes/ChangeList.h"
 #include "changes/SaveCheck.h"
 #include "changes/ShownValue.h"
+#include "changes/StateDirectives.h"
 #include "support/StoreFixture.h"
 #include "support/TestTable.h"
 
@@ -62,6 +63,8 @@ private Q_SLOTS:
     void startsOverWithAFetchedFile();
     void goesOnFromWhatWasSent();
     void followsTheDirectivesOfStateFiles();
+    void stopsDirectivesThatRunAway_data();
+    void stopsDirectivesThatRunAway();
     void hidesStatesWithSecrets_data();
     void hidesStatesWithSecrets();
     void takesNoUnreadableCopyForTheRecorders();
@@ -178,13 +181,37 @@ void TestChanges::followsTheDirectivesOfStateFiles()
     QCOMPARE(list.find("state/door/PLACE")->newValue, "mine");
 }
 
+void TestChanges::stopsDirectivesThatRunAway_data()
+{
+    const TestTable<QString, bool> row("text", "isStopped");
+    row("twice is usual", "wlan=1\n#!s/wlan=\\d+/wlan={net/untitled/ID}/\n", false);
+    row("many", QString("wlan=1\n#!s/wlan=\\d+/wlan={net/untitled/ID}/\n").repeated(1000), false);
+    // Each run puts a blank in front of the directive, and into its pattern.
+    row("a directive that moves itself", "wlan secret\n#!s/wlan.*/wlan {net/untitled/ID}/\n", true);
+}
+
+void TestChanges::stopsDirectivesThatRunAway()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isStopped);
+    qsizetype runs = 0;
+    const CompiledState compiled = statedirectives::preview(text, [&](const QString &) {
+        ++runs;
+        return QString();
+    });
+    QCOMPARE(compiled.fault == CompiledState::Fault::TooSlow, isStopped);
+    QVERIFY2(runs <= statedirectives::RunsOfEach * text.count("#!") + statedirectives::MoreRuns,
+             qPrintable(QString::number(runs)));
+}
+
 void TestChanges::hidesStatesWithSecrets_data()
 {
     const TestTable<QByteArray, bool, bool> row("state", "isPinSecret", "isPlaceSecret");
     const QByteArray values = "PIN='psk geheim'\nPLACE=zoo\n";
     row("no directive", values, false, false);
-    row("a directive that fits", values + "#!s/PIN='[^{}]*'/PIN='psk {net/untitled/PASSWORD}'/\n", true,
-        false);
+    // The value is not that of the password, so nothing but the directive tells.
+    row("a directive that fits",
+        "PIN='none'\nPLACE=zoo\n#!s/PIN='[^{}]*'/PIN='psk {net/untitled/PASSWORD}'/\n", true, false);
     row("one that does not fit what it has made", values + "#!s/psk [0-9]+/psk {net/untitled/PASSWORD}/\n",
         true, false);
     // Each application doubles what the next one replaces.
