@@ -260,9 +260,39 @@ bool SaveCheck::keepRecorders()
     return takeRecorders(differingFiles());
 }
 
+/// The values of keptOtherwise(). Of a list whose entries the recorder has moved they are all that differ:
+/// one alone would be given to whoever has its position now.
+QList<ValueDifference> SaveCheck::valuesToKeep() const
+{
+    QList<ValueDifference> values = keptOtherwise();
+    QSet<QString> paths;
+    QSet<QString> places;
+    for (const ValueDifference &value : std::as_const(values)) {
+        paths.insert(value.path);
+        places.insert(positionlists::placeOf(value.path));
+    }
+    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
+        const QByteArray sent = known(file.key());
+        const QList<ValueDifference> all = sentDifferences(file.key(), sent, *file);
+        const QList<FileValues> sides{FileValues(sent), FileValues(*file)};
+        const QSet<QString> moved = positionlists::moved(all, [&sides](const QString &path) {
+            return std::any_of(sides.begin(), sides.end(), [&path](const FileValues &side) {
+                return side.value(path.section(u'/', 1)).has_value();
+            });
+        });
+        for (const ValueDifference &difference : all) {
+            const QString place = positionlists::placeOf(difference.path);
+            if (difference.canBeSet() && places.contains(place) && moved.contains(place) &&
+                !paths.contains(difference.path))
+                values << difference;
+        }
+    }
+    return values;
+}
+
 bool SaveCheck::keepSent()
 {
-    const QList<ValueDifference> values = keptOtherwise();
+    const QList<ValueDifference> values = valuesToKeep();
     if (!keepRecorders())
         return false;
     for (const ValueDifference &value : values)

@@ -79,7 +79,8 @@ public:
     /// Takes the recorder's files in which values are kept otherwise. False when one cannot be kept on this
     /// computer, which the store reports; it can be tried again.
     bool keepRecorders();
-    /// The same, but what was sent becomes an edit again.
+    /// The same, but what was sent becomes an edit again; a list whose entries have moved
+    /// (changes/PositionLists.h) as a whole.
     bool keepSent();
 
 Q_SIGNALS:
@@ -97,6 +98,7 @@ private:
     void addMoved(QList<ForeignChange> &changes, const QString &name,
                   const QList<ValueDifference> &differences) const;
     QStringList differingFiles() const;
+    QList<ValueDifference> valuesToKeep() const;
     bool takeRecorders(const QStringList &names);
 
     QPointer<OrbSetup> m_store;

@@ -193,6 +193,7 @@ private Q_SLOTS:
     void confirmsWhatWasSent();
     void showsWhatTheRecorderKeepsOtherwise_data();
     void showsWhatTheRecorderKeepsOtherwise();
+    void keepsWhatWasSentOfAListAsAWhole();
     void findsWhatFollowsFromAnEdit();
     void findsALimitEachTime();
     void sendsTheRestOfABrokenSave();
@@ -304,6 +305,29 @@ void TestCheckedSave::showsWhatTheRecorderKeepsOtherwise()
     QCOMPARE(session.window->isVisible(), !isClosed);
     if (button == "Keep the recorder's")
         QCOMPARE(session.store.value(HostName), QString("limited"));
+}
+
+void TestCheckedSave::keepsWhatWasSentOfAListAsAWhole()
+{
+    setFile("net", Net + "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n");
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.store.setValue("net/untitled/LEVEL1/1"); // of bob, whom the recorder drops then
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+        if (name == "net")
+            QTimer::singleShot(0, this, [this] {
+                setFile("net", Net + "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=carol\nLEVEL1=0\n");
+            });
+    });
+    SavePilot pilot(Steps{{"Sent, but the recorder keeps one value otherwise", "Go on editing"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QStringList users;
+    for (const QString number : {"0", "1", "2"})
+        users << session.store.value("net/untitled/NAME" + number) + ' ' +
+                     session.store.value("net/untitled/LEVEL" + number);
+    QCOMPARE(users, QStringList({"ann 2", "bob 1", "carol 0"}));
+    QCOMPARE(session.store.value("net/untitled/CNT"), "3");
 }
 
 void TestCheckedSave::findsWhatFollowsFromAnEdit()

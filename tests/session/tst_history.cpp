@@ -95,6 +95,15 @@ void click(const QWidget &dialog, const char *button)
     QTest::mouseClick(dialog.findChild<QToolButton *>(button), Qt::LeftButton);
 }
 
+/// Selects the row of the value at \a path, and no other.
+void selectAddress(const QWidget &dialog, const QString &path)
+{
+    auto *values = dialog.findChild<QTreeWidget *>("values");
+    const auto rows = values->findItems(path, Qt::MatchExactly, values->columnCount() - 1);
+    QCOMPARE(rows.size(), 1);
+    values->setCurrentItem(rows.constFirst());
+}
+
 const QString Name = "Warehouse recorder";
 const QString NamePath = "streams/common/name";
 
@@ -304,7 +313,8 @@ void TestHistory::restoresNoUserWithThePasswordOfAnother_data()
 {
     const TestTable<bool, QString> row("areKept", "users");
     row("without passwords", false, "admin admin, guest ");
-    row("with passwords", true, "admin admin, operator 4b583376b2767b923c3e1da60d10de59, guest ");
+    // One value alone would be given to the user who has moved to its position.
+    row("one value, with passwords", true, "admin admin, operator 4b583376b2767b923c3e1da60d10de59, guest ");
 }
 
 void TestHistory::restoresNoUserWithThePasswordOfAnother()
@@ -330,10 +340,16 @@ void TestHistory::restoresNoUserWithThePasswordOfAnother()
         }
     }
     session->store.setValue("users/untitled/CNT/3");
-    const ModalWatcher inTheHistory([](QWidget &dialog) { click(dialog, "restoreAll"); },
-                                    "paravue::HistoryDialog");
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            dialog.findChild<QCheckBox *>()->setChecked(false);
+            if (areKept)
+                selectAddress(dialog, "users/untitled/PASSWD1");
+            click(dialog, areKept ? "restore" : "restoreAll");
+        },
+        "paravue::HistoryDialog");
     session->press(Qt::CTRL | Qt::Key_H);
-    QCOMPARE(session->store.value(NamePath), Name);
+    QCOMPARE(session->store.value(NamePath), areKept ? "Renamed" : Name);
     QStringList users;
     const int count = session->store.value("users/untitled/CNT").toInt();
     for (int position = 0; position < count - 1; ++position)
