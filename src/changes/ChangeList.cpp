@@ -56,7 +56,7 @@ bool ChangeList::reachesTheRecorder(const ConfigAddress &address)
            address.path() != QLatin1StringView("time/untitled/YYYYMMDDHHMMSS");
 }
 
-ChangeList::ChangeList(OrbSetup &store) : m_store(&store)
+ChangeList::ChangeList(OrbSetup &store) : m_store(&store), m_unobserved(store.fetchedFiles())
 {
     m_store->addObserver(*this);
 }
@@ -100,6 +100,16 @@ std::optional<QStringList> ChangeList::secretValues(const QString &path) const
     if (!address.hasKey() || !m_store->fileExists(address.file().toString()))
         return QStringList();
     return QStringList{m_store->storedValue(path).value_or(QString()), oldValue(path).value_or(QString())};
+}
+
+void ChangeList::addEarlierEdits()
+{
+    for (const QString &file : std::exchange(m_unobserved, {})) {
+        if (!m_store || !isSent(*m_store, file))
+            continue;
+        for (const QString &address : m_store->regexp_values(file + QStringLiteral("/.*/.*")))
+            valueSet(OrbSetup::path(address));
+    }
 }
 
 QList<Change> ChangeList::pendingChanges() const
@@ -213,6 +223,7 @@ void ChangeList::fileReplaced(const QString &name)
 {
     const QString file = name.endsWith(PristineSuffix) ? name.chopped(PristineSuffix.size()) : name;
     const QString prefix = file + u'/';
+    m_unobserved.removeAll(file);
     m_pristine.erase(file);
     m_directedSecrets.remove(file);
     const auto isInFile = [&prefix](auto change) { return change.key().startsWith(prefix); };

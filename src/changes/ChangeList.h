@@ -62,6 +62,11 @@ public:
     /// All changes in the order of their paths.
     QList<Change> all() const;
 
+    /// Adds the edits that were made before this object, as far as a pristine copy tells. To be called when
+    /// the session has its files: those that were fetched since hold no such edits, so nothing is compared in
+    /// most sessions.
+    void addEarlierEdits();
+
     /// What the directives of the state files will change when these are sent, beside the edits. Asked for
     /// when it is shown, as the directives go through the whole of the files.
     QList<Change> pendingChanges() const;
@@ -94,6 +99,7 @@ private:
     std::optional<QStringList> secretValues(const QString &path) const;
 
     QPointer<OrbSetup> m_store;
+    QStringList m_unobserved; ///< files that may hold edits from before
     SecretKeys m_secrets;
     QHash<QString, Change> m_changes;  ///< by path
     QHash<QString, QString> m_doubted; ///< values that the recorder may have, by path

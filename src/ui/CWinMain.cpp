@@ -606,7 +606,7 @@ void CWinMain::refresh()
 {
     if (!m_status->canRefresh())
         return;
-    const bool losesChanges = m_changes ? !m_changes->list().isEmpty() : m_parts->bindings.isEdited();
+    const bool losesChanges = m_changes ? m_changes->isLostByFetching() : m_parts->bindings.isEdited();
     bool isAllowed = !losesChanges;
     if (!isAllowed)
         letUserAct([&] {

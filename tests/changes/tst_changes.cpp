@@ -61,6 +61,7 @@ private Q_SLOTS:
     void comparesWithTheRecorder();
     void leavesNoTraceOfWhatIsTakenBack();
     void startsOverWithAFetchedFile();
+    void findsEarlierEdits();
     void goesOnFromWhatWasSent();
     void followsTheDirectivesOfStateFiles();
     void stopsDirectivesThatRunAway_data();
@@ -134,6 +135,23 @@ void TestChanges::startsOverWithAFetchedFile()
     QCOMPARE(dropped.size(), 1);
     session.store().setValue("net/untitled/ID/new");
     QCOMPARE(session.texts().value(1), "net/untitled/ID: fetched -> new");
+}
+
+void TestChanges::findsEarlierEdits()
+{
+    const QByteArray other = "A=1\n";
+    StoreFixture fixture({{"net", Net}, {"net.original", Net}, {"other", other}, {"other.original", other}});
+    for (const char *edit : {"net/untitled/ID/new", "net/untitled/NEW/1", "other/untitled/A/2"})
+        fixture.store().setValue(edit);
+    ChangeList list(fixture.store());
+    fixture.store().setFilePath("other", fixture.store().filePath("other")); // as a fetch does
+    fixture.store().setValue("net/untitled/NAME/n");
+    list.addEarlierEdits();
+    QStringList paths;
+    for (const Change &change : list.all())
+        paths << change.path;
+    QCOMPARE(paths, QStringList({"net/untitled/ID", "net/untitled/NAME", "net/untitled/NEW"}));
+    QCOMPARE(list.find("net/untitled/ID")->oldValue, "old");
 }
 
 void TestChanges::goesOnFromWhatWasSent()

@@ -128,7 +128,11 @@ private Q_SLOTS:
     void asksBeforeItCloses();
     void asksBeforeItIsAccepted();
     void asksAboutWhatItsFileLacks();
+    void asksBeforeARefreshDropsChanges_data();
+    void asksBeforeARefreshDropsChanges();
+    void asksBehindAnotherDescription();
     void asksBeforeTheDesktopSessionEnds();
+    void countsWhatTheHostHasChangedBefore();
     void lettingTheHostsChangesGoIsNoQuestion();
     void closesWithoutAQuestionWhenTheStoreGoes();
     void hidesWhatIsTypedHidden();
@@ -473,6 +477,48 @@ void TestChangeReview::asksAboutWhatItsFileLacks()
     QVERIFY(!window.isVisible());
 }
 
+void TestChangeReview::asksBeforeARefreshDropsChanges_data()
+{
+    const TestTable<bool, bool, int> row("isOfAFile", "isTakenBack", "questions");
+    row("made by the host", false, false, 1);
+    row("nothing", false, true, 0);
+    row("what the snapshot holds", true, false, 0);
+    row("less than the snapshot holds", true, true, 1);
+}
+
+void TestChangeReview::asksBeforeARefreshDropsChanges()
+{
+    QFETCH(bool, isOfAFile);
+    QFETCH(bool, isTakenBack);
+    StoreFixture file({{"interface", Description}, {"net", Net}, {"net.original", Net}, {"tmp", ""}});
+    file.store().setProperty("savesToFile", isOfAFile);
+    const QObject host;
+    connect(&file.store(), &OrbSetup::loadDone, &host,
+            [&file] { file.store().setValue("net/untitled/NAME/edited before"); });
+    const ModalWatcher messages;
+    CWinMain window(&file.store(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.offersRefresh = true}));
+    if (isTakenBack)
+        file.store().setValue("net/untitled/NAME/old");
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, Qt::Key_F5);
+    QTEST(int(messages.count()), "questions");
+}
+
+void TestChangeReview::asksBehindAnotherDescription()
+{
+    TrackedWindow window({.asksBeforeClosing = true});
+    window.type(window.name(), "new");
+    window.fixture.setFile("interface", QByteArray(Description).replace("Siren", "Horn"));
+    window.fixture.store().load();
+    window.settle();
+    QVERIFY(window.button<QCheckBox>("Horn"));
+    window.window->reject();
+    QCOMPARE(window.messages.count(), 1);
+    QVERIFY(window.window->isVisible());
+}
+
 void TestChangeReview::asksBeforeTheDesktopSessionEnds()
 {
     TrackedWindow window({.asksBeforeClosing = true});
@@ -485,6 +531,18 @@ void TestChangeReview::asksBeforeTheDesktopSessionEnds()
     Q_EMIT qApp->commitDataRequest(*session);
     AWAIT_COMPARE(window.messages.count(), 1);
     QVERIFY(window.window->isVisible());
+}
+
+void TestChangeReview::countsWhatTheHostHasChangedBefore()
+{
+    StoreFixture fixture({{"interface", Description}, {"net", Net}, {"net.original", Net}});
+    fixture.store().setValue("net/untitled/NAME/by the host");
+    const ModalWatcher messages;
+    CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.asksBeforeClosing = true}));
+    QCOMPARE(window.findChild<QToolButton *>("changes")->text(), "1 change");
+    window.reject();
+    QVERIFY(!window.isVisible() && !messages.hasSeen());
 }
 
 void TestChangeReview::lettingTheHostsChangesGoIsNoQuestion()

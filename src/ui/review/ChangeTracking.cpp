@@ -22,6 +22,19 @@
 namespace paravue
 {
 
+namespace
+{
+
+/// What is known of the secrets may have changed since.
+bool areSame(const QList<Change> &a, const QList<Change> &b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Change &one, const Change &other) {
+        return one.path == other.path && one.oldValue == other.oldValue && one.newValue == other.newValue;
+    });
+}
+
+} // namespace
+
 ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Bindings &bindings,
                                AdapterLookup adapterOf)
     : m_window(window), m_bindings(bindings), m_context(context), m_adapterOf(adapterOf),
@@ -63,7 +76,9 @@ ChangeTracking::~ChangeTracking()
 
 void ChangeTracking::startDescription()
 {
-    m_keptChanges = m_list.all();
+    m_list.addEarlierEdits();
+    if (!std::exchange(m_isStarted, true))
+        m_keptChanges = m_list.all();
     m_list.secrets().setSource([this] {
         const QString name = QStringLiteral("interface");
         OrbSetup &store = m_context.store();
@@ -85,7 +100,17 @@ bool ChangeTracking::isOfAFile() const
 /// A recorder has its own values still when all changes were taken back; a snapshot has the edits.
 bool ChangeTracking::hasUserChanges() const
 {
-    return (!m_list.isEmpty() || isOfAFile()) && m_list.all() != m_keptChanges;
+    return (!m_list.isEmpty() || isOfAFile()) && !areSame(m_list.all(), m_keptChanges);
+}
+
+bool ChangeTracking::isLostByFetching() const
+{
+    return isOfAFile() ? hasUserChanges() : !m_list.isEmpty();
+}
+
+bool ChangeTracking::isAllGivenToASave() const
+{
+    return m_sent && areSame(m_list.all(), *m_sent);
 }
 
 void ChangeTracking::noteChange(const QString &path)

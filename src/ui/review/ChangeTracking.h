@@ -55,8 +55,11 @@ public:
     /// There are others than those that the host has made before the window was built. A snapshot without its
     /// recorder begins with the edits that it holds, and each save keeps those that there are.
     bool hasUserChanges() const;
+    /// Fetching everything anew drops changes. A snapshot makes those that it holds again, but a recorder
+    /// knows nothing of what the host has changed.
+    bool isLostByFetching() const;
     /// The last save has been given all changes that there are.
-    bool isAllGivenToASave() const { return m_list.all() == m_sent; }
+    bool isAllGivenToASave() const;
     /// The last save was given something that the user has edited, or taken back, since it ended.
     bool isSaveOutdated() const { return m_sent && !m_sent->isEmpty() && !isAllGivenToASave(); }
 
@@ -132,6 +135,7 @@ private:
     QToolButton *m_count;
     QPointer<QWidget> m_searched; ///< the dialog that the next search is about; null for everything
     mutable std::optional<DescribedItems> m_described;
+    bool m_isStarted = false;            ///< a description was shown
     std::optional<QList<Change>> m_sent; ///< nothing before the first save
     QList<Change> m_keptChanges;         ///< made by the host, or saved to a file
 };
