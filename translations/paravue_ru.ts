@@ -3226,8 +3226,8 @@ and %2 more</source>
         <translation>Уже есть в регистраторе</translation>
     </message>
     <message>
-        <source>The recorder has no such file</source>
-        <translation>В регистраторе нет такого файла</translation>
+        <source>The recorder takes no such file</source>
+        <translation>Такой файл регистратор не принимает</translation>
     </message>
     <message>
         <source>Values that were changed on the recorder too, or may have been, are not checked. Check those that are to become as they were edited.</source>

@@ -16,12 +16,6 @@ namespace
 
 const QLatin1StringView PristineSuffix(".original");
 
-/// False for files that the recorder gives but does not take, which its store tells.
-bool isSent(const OrbSetup &store, const QString &file)
-{
-    return !store.property("unsentFiles").toStringList().contains(file);
-}
-
 } // namespace
 
 /// The values that the recorder has in one file: those of the copy that was fetched, and over them those that
@@ -54,6 +48,11 @@ bool ChangeList::reachesTheRecorder(const ConfigAddress &address)
     return address.hasKey() && address.file() != QLatin1StringView("general") &&
            address.file() != QLatin1StringView("tmp") && !address.file().endsWith(PristineSuffix) &&
            address.path() != QLatin1StringView("time/untitled/YYYYMMDDHHMMSS");
+}
+
+bool ChangeList::isSent(const OrbSetup &store, const QString &file)
+{
+    return !store.property("unsentFiles").toStringList().contains(file);
 }
 
 ChangeList::ChangeList(OrbSetup &store) : m_store(&store), m_unobserved(store.fetchedFiles())

@@ -50,6 +50,9 @@ public:
     /// recorder's clock, which a save leaves out.
     static bool reachesTheRecorder(const ConfigAddress &address);
 
+    /// False for files that the recorder gives but does not take, which its store tells.
+    static bool isSent(const OrbSetup &store, const QString &file);
+
     /// Secret by its key or a mark, or because the directives of a state file fill it with a secret.
     bool isSecret(const QString &path) const;
     SecretKeys &secrets() { return m_secrets; }

@@ -17,7 +17,7 @@ struct MergedEdit {
         Fits,     ///< the recorder still has the value that was edited
         Collides, ///< the recorder has another value meanwhile, or what it had is not known
         IsDone,   ///< the recorder has the edited value already
-        NoFile,   ///< the recorder has no such file
+        NoFile,   ///< the recorder takes no such file
     };
 
     QString path;                  ///< "file/section/key"
@@ -31,7 +31,7 @@ struct MergedEdit {
     bool isBeforeKnown = true; ///< the snapshot has not left out what it had there
 };
 
-/// What a recorder has at a path; \a hasFile tells of a file whether there is one.
+/// What a recorder has at a path; \a hasFile tells of a file whether there is one that it takes.
 struct RecorderValues {
     std::function<bool(const QString &file)> hasFile;
     std::function<std::optional<QString>(const QString &path)> value;

@@ -131,6 +131,7 @@ private Q_SLOTS:
     void tellsOfACopyThatCannotBeRead();
     void keepsWhatTasksReplace();
     void showsKeysThatNoAddressHas();
+    void listsNoFilesThatAreNotSent();
     void takesOverEditsThatFit();
     void refusesOffersWithoutEdits();
 
@@ -522,6 +523,44 @@ void TestHistory::showsKeysThatNoAddressHas()
     QVERIFY(history.hasSeen());
     QVERIFY2(rows.contains("net/untitled/A/B | 1 | 2 | net/untitled/A/B"), qPrintable(rows.join('\n')));
     QCOMPARE(session->store.value("net/untitled/A/none"), "none");
+}
+
+void TestHistory::listsNoFilesThatAreNotSent()
+{
+    const QString path = editedSnapshot({"soft/untitled/FIRMWARE=edited", NamePath + "=Edited"});
+    sendName(Name, "Renamed");
+    QFile soft(m_recorder->filePath("soft"));
+    QVERIFY(soft.open(QIODevice::ReadWrite));
+    const QByteArray content = soft.readAll().replace("4.2.1", "4.3.0");
+    QVERIFY(soft.resize(0) && soft.seek(0) && soft.write(content) == content.size());
+    soft.close();
+    const ModalWatcher offer(
+        [&](QWidget &dialog) {
+            const QStringList rows = rowsOf(dialog, "edits");
+            QVERIFY2(rows.value(1).contains("takes no such file"), qPrintable(rows.join('\n')));
+            dialog.close();
+        },
+        "paravue::MergeDialog");
+    const auto session = this->session(path);
+    AWAIT_VERIFY(offer.hasSeen());
+    QCOMPARE(session->store.value("soft/untitled/FIRMWARE"), "4.3.0");
+    QStringList values;
+    QStringList counts;
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            dialog.findChild<QCheckBox *>()->setChecked(false);
+            AWAIT_VERIFY(rowsOf(dialog, "snapshots").constLast().contains("value"));
+            counts = rowsOf(dialog, "snapshots");
+            values = rowsOf(dialog, "values");
+            click(dialog, "restoreAll");
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QVERIFY2(values.join('|').contains(NamePath) && !values.join('|').contains("soft/"),
+             qPrintable(values.join('\n')));
+    QVERIFY2(counts.value(1).contains("| 2 values |"), qPrintable(counts.join('\n')));
+    QCOMPARE(session->store.value("soft/untitled/FIRMWARE"), "4.3.0");
+    QCOMPARE(session->store.value(NamePath), Name);
 }
 
 QString TestHistory::editedSnapshot(const QStringList &edits)

@@ -150,9 +150,7 @@ void HistoryDialog::countNext()
         return;
     }
     const qsizetype count =
-        m_newer ? differences(*snapshot, *m_newer).size()
-                : differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut)
-                      .size();
+        sentOnes(m_newer ? differences(*snapshot, *m_newer) : differencesToPresent(*snapshot)).size();
     QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
     row->setText(ChangesColumn, count == 1 ? tr("1 value") : tr("%n values", nullptr, int(count)));
     m_newer = snapshot;
@@ -209,6 +207,18 @@ void HistoryDialog::compare()
     updateButtons();
 }
 
+/// Nothing can be restored of files that no save sends; counters and states in them differ each time.
+QList<ValueDifference> HistoryDialog::sentOnes(QList<ValueDifference> found) const
+{
+    found.removeIf([this](const ValueDifference &difference) { return !m_present.isSent(difference.path); });
+    return found;
+}
+
+QList<ValueDifference> HistoryDialog::differencesToPresent(const Snapshot &snapshot) const
+{
+    return differences(valuesOf(snapshot.currentFiles()), m_present.values, snapshot.info.leftOut);
+}
+
 void HistoryDialog::compareWithPresent(int number)
 {
     const auto snapshot = read(number);
@@ -220,8 +230,7 @@ void HistoryDialog::compareWithPresent(int number)
     m_values->setHeaderLabels({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     if (!snapshot->info.leftOut.isEmpty())
         m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
-    const QList<ValueDifference> found =
-        differences(valuesOf(snapshot->currentFiles()), m_present.values, snapshot->info.leftOut);
+    const QList<ValueDifference> found = sentOnes(differencesToPresent(*snapshot));
     findMoved(*snapshot, found);
     fill(found, secretsOf(*snapshot));
 }
@@ -269,7 +278,7 @@ void HistoryDialog::compareTwo(int older, int newer)
     }
     m_values->setHeaderLabels(
         {tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
-    fill(differences(*before, *after), secretsOf(*before) | secretsOf(*after));
+    fill(sentOnes(differences(*before, *after)), secretsOf(*before) | secretsOf(*after));
 }
 
 void HistoryDialog::fill(const QList<ValueDifference> &found, const QSet<QString> &secrets)

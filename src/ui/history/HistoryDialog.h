@@ -27,6 +27,7 @@ struct PresentSettings {
     QString problem;       ///< why the values are not known; empty when they are
     ConfigurationValues values;
     std::function<QString(const QString &path)> caption;
+    std::function<bool(const QString &path)> isSent;     ///< false for what the recorder does not take
     std::function<bool(const QString &path)> isEditable; ///< in the window
     std::function<bool(const QString &path)> isSecret;
 
@@ -57,6 +58,8 @@ private:
     void listSnapshots();
     void countNext();
     void compare();
+    QList<ValueDifference> sentOnes(QList<ValueDifference> found) const;
+    QList<ValueDifference> differencesToPresent(const Snapshot &snapshot) const;
     void compareWithPresent(int number);
     void compareTwo(int older, int newer);
     void findMoved(const Snapshot &snapshot, const QList<ValueDifference> &found);

@@ -89,7 +89,7 @@ void MergeDialog::fill(const PresentSettings &present, const QSet<QString> &secr
         else if (edit.state == MergedEdit::State::IsDone)
             remark = tr("The recorder has it already");
         else if (edit.state == MergedEdit::State::NoFile)
-            remark = tr("The recorder has no such file");
+            remark = tr("The recorder takes no such file");
         QTreeWidgetItem *row =
             makeRow({present.caption(edit.path),
                      edit.isBeforeKnown ? shownValue(edit.before, isSecret) : tr("(left out)"),

@@ -124,16 +124,22 @@ PresentSettings SnapshotHistory::present() const
         }
     }
     present.caption = [this](const QString &path) { return m_changes.caption(path); };
+    present.isSent = [this](const QString &path) { return isSent(path); };
     present.isEditable = [this](const QString &path) { return m_changes.isEditable(path); };
     present.isSecret = [this](const QString &path) { return m_changes.list().isSecret(path); };
     return present;
 }
 
+/// A save sends the file of this value.
+bool SnapshotHistory::isSent(const QString &path) const
+{
+    const QString file = path.section(u'/', 0, 0);
+    return m_store->fileExists(file) && ChangeList::isSent(*m_store, file);
+}
+
 void SnapshotHistory::apply(QList<ValueEdit> edits)
 {
-    edits.removeIf([this](const ValueEdit &edit) {
-        return !m_store->fileExists(ConfigAddress(edit.path).file().toString());
-    });
+    edits.removeIf([this](const ValueEdit &edit) { return !isSent(edit.path); });
     if (!edits.isEmpty())
         m_changes.apply(edits);
 }
@@ -156,7 +162,7 @@ QString SnapshotHistory::offerEdits(const QString &path)
     if (!problem.isEmpty())
         return problem;
     const QList<MergedEdit> edits =
-        mergeEdits(snapshot, {[this](const QString &file) { return m_store->fileExists(file); },
+        mergeEdits(snapshot, {[this](const QString &file) { return isSent(file); },
                               [this](const QString &path) { return m_store->storedValue(path); }});
     if (edits.isEmpty())
         return tr("The snapshot %1 holds no edits.").arg(path);

@@ -55,6 +55,7 @@ private:
     QString recorder() const;
     FileContents fetchedFiles(QString &problem) const;
     PresentSettings present() const;
+    bool isSent(const QString &path) const;
     void apply(QList<ValueEdit> edits);
 
     QWidget &m_window;
