@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
@@ -28,6 +29,8 @@ constexpr qsizetype LongestReadablePart = 60;
 constexpr qsizetype DigestDigits = 8;
 /// A file that another program writes at the moment is younger.
 constexpr qint64 AbandonedAfterSeconds = 60 * 60;
+/// A snapshot is written in less, and one without a lock is better than none.
+constexpr int MostWaitForOthers = 10'000; // milliseconds
 const QString TimeFormat = QStringLiteral("yyyy-MM-dd'T'HHmmss.zzz'Z'");
 const QString Suffix = QStringLiteral(".zip");
 
@@ -124,6 +127,9 @@ SnapshotFolder::Result SnapshotFolder::keep(const Snapshot &snapshot, int count)
     // The folder that a host has made may be for others, too.
     if ((!QFileInfo(m_root).isDir() && !makeOwnFolder(m_root)) || !makeOwnFolder(m_path))
         return {{}, FolderText::tr("The folder %1 for snapshots cannot be made.").arg(m_path)};
+    // Two programs may save the settings of one recorder at the same time.
+    QLockFile lock(m_path + QStringLiteral("/.lock"));
+    lock.tryLock(MostWaitForOthers);
     removeAbandoned(m_path);
     const QString path = newPath(snapshot.info.time);
     const QString problem = snapshotarchive::write(snapshot, path);

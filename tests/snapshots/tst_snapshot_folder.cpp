@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include <thread>
+
 #ifndef Q_OS_WIN
 #include <sys/stat.h>
 #endif
@@ -59,6 +61,7 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(m_root.isValid()); }
     void init() { m_folder = SnapshotFolder(m_root.filePath(QTest::currentTestFunction()), "recorder"); }
     void keepsTheNewest();
+    void keepsEachOfTheSameTime();
     void keepsTheOneOfASetBackClock();
     void leavesSecretsToTheCaller();
     void isForItsOwner();
@@ -95,6 +98,29 @@ void TestSnapshotFolder::keepsTheNewest()
     }
     QCOMPARE(snapshotarchive::read(kept[2].path).snapshot.files, filesOf(30));
     QVERIFY(other.exists());
+}
+
+void TestSnapshotFolder::keepsEachOfTheSameTime()
+{
+    constexpr int Each = 10;
+    const QDateTime time = QDateTime::currentDateTimeUtc();
+    const auto keep = [&](int first) {
+        SnapshotFolder folder = m_folder;
+        for (int i = first; i < first + Each; ++i) {
+            Snapshot snapshot;
+            snapshot.files = filesOf(i);
+            snapshot.info.time = time;
+            folder.keep(snapshot);
+        }
+    };
+    std::thread other(keep, Each);
+    keep(0);
+    other.join();
+    QSet<QByteArray> kept;
+    for (const KeptSnapshot &snapshot : m_folder.list())
+        kept.insert(snapshotarchive::read(snapshot.path).snapshot.files["net"]);
+    QCOMPARE(kept.size(), 2 * Each);
+    QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 2 * Each);
 }
 
 void TestSnapshotFolder::keepsTheOneOfASetBackClock()
