@@ -46,6 +46,14 @@ const QByteArray Description = describe(
     "<item type='label' row='5'><text>Serial number</text></item>"
     "<item type='label' row='5' column='1'><text>{net/untitled/SERIAL}</text></item>"
     "<item type='label' row='6'><text>Now: {net/untitled/SERIAL}</text></item>" +
+    "<item type='gridlayout' row='10'><item type='label'><text>Camera</text></item>"
+    "<item type='label' column='1'><text>Type</text></item>"
+    "<item type='label' column='2'><text>Mode</text></item>"
+    "<item type='separator' row='1' columnSpan='3' orientation='horizontal'/>"
+    "<item type='label' row='2'><text>{net/untitled/GATE}</text></item>"
+    "<item type='label' row='2' column='1'><text>{net/untitled/TYPE}</text></item>"
+    "<item type='label' row='2' column='2'><value>net/untitled/MODE</value>"
+    "<choice value='m'>Motion</choice></item></item>" +
     button("row='7'", "&amp;Properties", opens("camera")) +
     button("row='8'", "Format",
            "<action type='call' slot='setValue' param='tmp/untitled/WHAT/disk'>self</action>" +
@@ -76,7 +84,7 @@ const QByteArray Description = describe(
 
 const QByteArray Net =
     "BRIGHT=5\nSHARP=6\nFROM=1\nUNTIL=2\nRATE=4096\nPIN=4711\nSEED=9876\nFINE=off\nZOOM=3\n"
-    "SPEED=88\nSERIAL=4-2\n";
+    "SPEED=88\nSERIAL=4-2\nGATE=Yard\nTYPE=H.264\nMODE=m\n";
 
 struct Window : DescribedWindow {
     Window()
@@ -180,6 +188,9 @@ void TestFind::knowsThePlaces_data()
     row("group", "picture sharp", {"Sharp|Cameras|Picture|6|net/untitled/SHARP"});
     row("value to read", "serial number", {"Serial number|Cameras|Picture|4-2|net/untitled/SERIAL"});
     row("value beside its text", "now 4-2", {"Now: 4-2|Cameras|Picture|4-2|net/untitled/SERIAL"});
+    row("value in a table", "h.264", {"Type|Cameras|Type|H.264|net/untitled/TYPE"});
+    row("value of a choice in a table", "motion", {"Mode|Cameras|Mode|m|net/untitled/MODE"});
+    row("value that names its row", "yard", {"Camera|Cameras|Camera|Yard|net/untitled/GATE"});
     row("dialog", "bitrate", {"Bitrate|Camera › Stream||4096|net/untitled/RATE"});
     row("value in a dialog", "4096", {"Bitrate|Camera › Stream||4096|net/untitled/RATE"});
     row("access key in a dialog", "fine", {"Fine|Details||off|net/untitled/FINE"});

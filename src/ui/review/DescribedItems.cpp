@@ -5,6 +5,7 @@
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
+#include "ui/description/TextReferences.h"
 #include "ui/page/GridCell.h"
 
 #include <QAbstractButton>
@@ -46,6 +47,24 @@ struct DescribedCell {
     }
 };
 
+/// A label that shows a value and nothing else is no caption of what stands beside it.
+bool showsOnlyAValue(const QDomElement &label)
+{
+    if (!label.firstChildElement(QStringLiteral("value")).isNull())
+        return true;
+    const QString text = ownText(label.firstChildElement(textTag));
+    const auto hasLetters = [&text](qsizetype begin, qsizetype end) {
+        return std::any_of(text.begin() + begin, text.begin() + end, [](QChar c) { return c.isLetter(); });
+    };
+    qsizetype end = 0;
+    while (const auto address = findBracedAddress(text, end)) {
+        if (hasLetters(end, address->begin))
+            return false;
+        end = address->end;
+    }
+    return end > 0 && !hasLetters(end, text.size());
+}
+
 /// What a heading is for: the columns from the one to the other, below its row.
 struct Heading {
     int row;
@@ -63,7 +82,7 @@ public:
         for (QDomElement child = item.firstChildElement(itemTag); !child.isNull();
              child = child.nextSiblingElement(itemTag)) {
             const DescribedCell cell{child, GridCell::of(child), child.attribute(typeName)};
-            if (cell.isLabel()) {
+            if (cell.isLabel() && !showsOnlyAValue(child)) {
                 m_rightOf.insert({cell.place.row, cell.columnEnd()}, child);
                 m_below.insert({cell.place.row + qMax(cell.place.rowSpan, 1), cell.place.column}, child);
             }
@@ -89,7 +108,8 @@ public:
         return {};
     }
 
-    /// The label left of \a cell, or above it. A label has none above it, which would be another value.
+    /// The label left of \a cell, or above it. A label has none above it, which would be that of another
+    /// value.
     QDomElement labelOf(const DescribedCell &cell) const
     {
         const QDomElement left = m_rightOf.value({cell.place.row, cell.place.column});
@@ -251,7 +271,7 @@ private:
             caption = withoutAccessKey(m_context.text(ownText(own)));
         if (caption.isEmpty())
             caption = shown(grid.labelOf(cell).firstChildElement(textTag));
-        if (caption.isEmpty() && cell.isLabel())
+        if (caption.isEmpty() && cell.isLabel() && !showsOnlyAValue(cell.element))
             caption = shown(own);
         return caption.isEmpty() ? shown(cell.element.firstChildElement(QStringLiteral("tooltip"))) : caption;
     }

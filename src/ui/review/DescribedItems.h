@@ -39,7 +39,9 @@ struct DescribedItem {
     int dialog = -1;   ///< index of the dialog that it stands in; -1 in the window
     QStringList pages; ///< the captions of the tabs that it stands on, from the outside in
     QString group;     ///< the heading above it
-    QString caption;   ///< of a label, and of any item in a dialog: what the user would call it
+    /// Of a label, and of any item in a dialog: what the user would call it. Empty for a value without a
+    /// label of its own, as in a table.
+    QString caption;
 
     /// Where it stands, for lists.
     QString place(const QList<DescribedDialog> &dialogs) const;

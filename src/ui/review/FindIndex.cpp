@@ -62,12 +62,16 @@ void FindIndex::addControl(const Control &control, const DescribedItem &item)
     // A label without a value is the caption of something else.
     if (control.adapter->traits().changes.isEmpty() && control.watched.isEmpty())
         return;
-    if (qobject_cast<const QLabel *>(control.widget) && hasSecret(control.watched))
+    const bool isLabel = qobject_cast<const QLabel *>(control.widget);
+    if (isLabel && hasSecret(control.watched))
         return;
     Entry entry;
     entry.control = control.number;
     const QString name = controlName(*control.widget);
-    entry.caption = item.caption.isEmpty() ? name : item.caption;
+    entry.caption = item.caption;
+    // The name of a label is its text, here a value: the head of its column says more.
+    if (entry.caption.isEmpty() && (!isLabel || item.group.isEmpty()))
+        entry.caption = name;
     entry.place = item.place(m_described.dialogs());
     entry.group = item.group;
     entry.hasProblem = !m_problems.problemOf(control.number).isEmpty();
