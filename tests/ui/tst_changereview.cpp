@@ -122,6 +122,8 @@ private Q_SLOTS:
     void dialogsAreMarkedAndHaveTheKeys();
     void listsAndTakesBack();
     void goesToTheControl();
+    void goesToTheControlFromADialog_data();
+    void goesToTheControlFromADialog();
     void findsControls_data();
     void findsControls();
     void asksBeforeItCloses_data();
@@ -361,6 +363,71 @@ void TestChangeReview::goesToTheControl()
     QVERIFY(window.siren().isVisible());
     window.activate();
     QVERIFY(window.siren().hasFocus());
+}
+
+void TestChangeReview::goesToTheControlFromADialog_data()
+{
+    const TestTable<QString, bool, QString> row("address", "staysOpen", "focus");
+    row("behind the dialog", "net/untitled/MODE", false, "window: loud");
+    row("in the dialog", "net/untitled/NAME", true, "More: new");
+    row("in another dialog", "net/untitled/SIREN", false, "Other: on");
+}
+
+void TestChangeReview::goesToTheControlFromADialog()
+{
+    QFETCH(QString, address);
+    const auto opens = [](const QByteArray &row, const QByteArray &tag) {
+        return "<item type='pushbutton' row='" + row + "'><text>" + tag +
+               "</text><action type='call' slot='showDialog' param='" + tag + "'>self</action></item>";
+    };
+    const auto dialog = [](const QByteArray &tag, const QByteArray &title, const QByteArray &key) {
+        return "<" + tag + "Window><" + tag + "/><title>" + title + "</title><item type='gridlayout'>" +
+               "<item type='edit'><key>net/untitled/" + key + "</key></item></item></" + tag + "Window>";
+    };
+    DescribedWindow window(describePage("<item type='edit'><key>net/untitled/MODE</key></item>" +
+                                            opens("1", "more") + opens("2", "other"),
+                                        dialog("more", "More", "NAME") + dialog("other", "Other", "SIREN")),
+                           {{"net", Net}, {"net.original", Net}}, TrackedWindow::tracking({}));
+    for (const char *edit : {"MODE/loud", "NAME/new", "SIREN/on"})
+        window.window->setValue(QString("net/untitled/") + edit);
+    QString focus;
+    const auto noteFocus = [&focus](const QWidget &of, const QString &title) {
+        const auto *field = qobject_cast<const QLineEdit *>(of.focusWidget());
+        focus = title + ": " + (field ? field->text() : QString());
+    };
+    const ModalWatcher list(
+        [&](QWidget &review) {
+            auto *rows = review.findChild<QTreeWidget *>();
+            // Not by the usual command: Ctrl is still pressed.
+            rows->setCurrentItem(rows->findItems(address, Qt::MatchExactly, 3).value(0), 0,
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            QTest::keyClick(rows, Qt::Key_Return);
+        },
+        "paravue::ReviewDialog");
+    bool hasStayed = false;
+    const ModalWatcher dialogs(
+        [&](QWidget &dialog) {
+            if (dialog.windowTitle() == "More") {
+                dialog.activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(&dialog));
+                QTest::keySequence(dialog.focusWidget(), Qt::CTRL | Qt::Key_R);
+                hasStayed = dialog.isVisible();
+            }
+            QCoreApplication::processEvents();
+            if (dialog.isVisible())
+                noteFocus(dialog, dialog.windowTitle());
+        },
+        "QDialog");
+    window.widget<QPushButton>()->click();
+    QVERIFY(list.hasSeen());
+    QTEST(hasStayed, "staysOpen");
+    AWAIT_VERIFY(address != "net/untitled/SIREN" || focus.startsWith("Other"));
+    if (address == "net/untitled/MODE") {
+        window.settle();
+        noteFocus(*window.window, "window");
+    }
+    QTEST(focus, "focus");
+    QVERIFY(!window.messages.hasSeen());
 }
 
 void TestChangeReview::findsControls_data()

@@ -11,6 +11,8 @@
 #include "ui/review/FindIndex.h"
 #include "ui/review/ReviewDialog.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QShortcut>
 #include <QToolButton>
 
@@ -64,7 +66,7 @@ ChangeTracking::ChangeTracking(QWidget &window, ControlContext &context, Binding
         showCount();
     });
     connect(&m_steps, &EditSteps::moved, this,
-            [this](const QList<ValueEdit> &edits) { goTo(edits.constFirst().path); });
+            [this](const QList<ValueEdit> &edits) { showMoved(edits.constFirst().path); });
     addKeys(window);
 }
 
@@ -230,7 +232,7 @@ QList<ReviewedProblem> ChangeTracking::problems() const
     return all;
 }
 
-bool ChangeTracking::askAboutProblems() const
+bool ChangeTracking::askAboutProblems()
 {
     const OrbDlgQuestion::Captions captions{{QMessageBox::Yes, tr("Show the problem")},
                                             {QMessageBox::Ignore, tr("Send all the same")},
@@ -282,14 +284,64 @@ void ChangeTracking::apply(const QList<ValueEdit> &edits)
     m_bindings.putBack(edits);
 }
 
+QDialog *ChangeTracking::frontDialog() const
+{
+    QWidget *front = QApplication::activeModalWidget();
+    for (const QWidget *above = front ? front->parentWidget() : nullptr; above;
+         above = above->parentWidget()) {
+        if (above == &m_window)
+            return qobject_cast<QDialog *>(front);
+    }
+    return nullptr;
+}
+
+void ChangeTracking::leaveDialogs(const QWidget &window, const std::function<void()> &work)
+{
+    QDialog *outermost = nullptr;
+    for (QDialog *front = frontDialog(); front && front != &window; front = frontDialog()) {
+        outermost = front;
+        front->reject();
+        if (front->isVisible())
+            return;
+    }
+    // A dialog goes behind its event loop, in which this runs.
+    if (outermost)
+        connect(outermost, &QObject::destroyed, this, work);
+    else
+        work();
+}
+
+void ChangeTracking::show(int number)
+{
+    const Control *control = m_controls.find(number);
+    if (control && control->widget)
+        ChangePlaces::show(*control);
+}
+
 void ChangeTracking::goTo(const QString &path)
 {
-    const QList<const Control *> editors = m_places.editors(path);
+    QList<const Control *> editors = m_places.editors(path);
+    const QDialog *front = frontDialog();
+    std::stable_partition(editors.begin(), editors.end(), [front](const Control *control) {
+        return front && control->widget->window() == front;
+    });
     if (!editors.isEmpty())
-        return ChangePlaces::show(*editors.constFirst());
+        return goToControl(editors.constFirst()->number);
     if (const DescribedItem *item = described().editorInDialog(path))
         showInDialog(item->element, described().dialogs()[item->dialog].tag,
                      DialogRoutes(m_window, m_controls, described()).to(item->dialog));
+}
+
+/// Undo in a dialog leaves the user there.
+void ChangeTracking::showMoved(const QString &path)
+{
+    const QDialog *front = frontDialog();
+    if (!front)
+        return goTo(path);
+    for (const Control *control : m_places.editors(path)) {
+        if (control->widget->window() == front)
+            return ChangePlaces::show(*control);
+    }
 }
 
 void ChangeTracking::showInDialog(const QDomElement &element, const QString &tag,
@@ -297,21 +349,23 @@ void ChangeTracking::showInDialog(const QDomElement &element, const QString &tag
 {
     if (!route.canOpen)
         return goToControl(route.begin);
-    // The request returns when the dialog is closed.
-    const auto show = [this, element] {
-        const Control *control = m_controls.of(element);
-        if (control && control->widget)
-            ChangePlaces::show(*control);
-    };
-    QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
-    Q_EMIT dialogRequested(tag);
+    leaveDialogs(*m_window.window(), [this, element, tag] {
+        // The request returns when the dialog is closed.
+        const auto showElement = [this, element] {
+            const Control *control = m_controls.of(element);
+            if (control && control->widget)
+                ChangePlaces::show(*control);
+        };
+        QMetaObject::invokeMethod(this, showElement, Qt::QueuedConnection);
+        Q_EMIT dialogRequested(tag);
+    });
 }
 
-void ChangeTracking::goToControl(int number) const
+void ChangeTracking::goToControl(int number)
 {
     const Control *control = m_controls.find(number);
     if (control && control->widget)
-        ChangePlaces::show(*control);
+        leaveDialogs(*control->widget->window(), [this, number] { show(number); });
 }
 
 void ChangeTracking::startDialog(QDialog &dialog)
@@ -341,7 +395,7 @@ void ChangeTracking::addKeys(QWidget &dialog)
     });
 }
 
-void ChangeTracking::goToNextProblem(const QWidget &window, bool isBackwards) const
+void ChangeTracking::goToNextProblem(const QWidget &window, bool isBackwards)
 {
     int focused = -1;
     for (const QWidget *widget = window.focusWidget(); widget && focused < 0;

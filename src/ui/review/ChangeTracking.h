@@ -78,7 +78,7 @@ public:
     QList<ReviewedProblem> problems() const;
     bool hasProblems() const { return m_problems.count() > 0; }
     /// Asks whether to send with these problems. When the user wants to see them it goes to the first one.
-    bool askAboutProblems() const;
+    bool askAboutProblems();
     enum class Answer { Send, Discard, GoOnEditing };
     /// Asks what is to become of the changes when the window is closed.
     Answer askBeforeClosing() const;
@@ -86,8 +86,9 @@ public:
     void takeBack(const QStringList &paths);
     /// Sets each value to the \a after of its edit, as one step too.
     void apply(const QList<ValueEdit> &edits);
+    /// Shows where the value at \a path is edited; described dialogs in front of it are closed first.
     void goTo(const QString &path);
-    void goToControl(int number) const;
+    void goToControl(int number);
     /// To be called before a modal \a dialog of the description is shown: marks its controls, and gives it
     /// the keys of the window. F8 and Ctrl+F find its own fields, as no others can be reached.
     void startDialog(QDialog &dialog);
@@ -109,7 +110,14 @@ Q_SIGNALS:
 private:
     void addKeys(QWidget &dialog);
     /// The field with a problem behind the one that has the focus in \a window, or before it.
-    void goToNextProblem(const QWidget &window, bool isBackwards) const;
+    void goToNextProblem(const QWidget &window, bool isBackwards);
+    /// The modal dialog of the description in front; null without one.
+    QDialog *frontDialog() const;
+    /// Closes the dialogs in front of \a window, then does \a work. A dialog that refuses stays, and nothing
+    /// is done.
+    void leaveDialogs(const QWidget &window, const std::function<void()> &work);
+    void show(int number);
+    void showMoved(const QString &path);
     void noteChange(const QString &path);
     void markAll();
     /// Read when it is asked for first, and again when the description or the language has changed.
