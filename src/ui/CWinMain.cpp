@@ -10,10 +10,7 @@
 #include "ui/base/WindowStyle.h"
 #include "ui/commands/LiveAdjustments.h"
 #include "ui/description/DialogTags.h"
-#include "ui/history/SnapshotHistory.h"
-#include "ui/review/ChangeTracking.h"
-#include "ui/review/ReviewDialog.h"
-#include "ui/sending/CheckedSave.h"
+#include "ui/editing/EditingSession.h"
 #include "ui/tasks/PictureSources.h"
 #include "ui/types/ControlTypes.h"
 #include "ui/window/ErrorDisplay.h"
@@ -132,8 +129,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
     m_parts->bindings.setLanguageObserver([this] {
         m_described->showTexts();
         m_parts->dialogs.showTitles();
-        if (m_changes)
-            m_changes->updateTexts();
+        if (m_editing)
+            m_editing->updateTexts();
     });
     m_status = new StatusLine(*setup, this);
     if (options.hasStatusLine)
@@ -152,9 +149,7 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
         connect(this, &QDialog::rejected, m_adjustments, &LiveAdjustments::putBack);
     }
     if (options.tracksChanges)
-        trackChanges();
-    if (m_changes && (!options.snapshots.folder.isEmpty() || !options.offeredEdits.isEmpty()))
-        keepHistory();
+        startEditing();
     // The keys of a page are for what has the focus in it, not for the whole window of the host.
     for (QShortcut *shortcut : findChildren<QShortcut *>(Qt::FindDirectChildrenOnly))
         shortcut->setContext(isWindow() ? Qt::WindowShortcut : Qt::WidgetWithChildrenShortcut);
@@ -200,35 +195,17 @@ void CWinMain::wire()
     connect(&*m_setup, &OrbSetup::progress, this, qOverload<int>(&CWinMain::onSetupProgress));
 }
 
-void CWinMain::trackChanges()
+void CWinMain::startEditing()
 {
-    m_changes = std::make_unique<ChangeTracking>(*this, m_parts->context, m_parts->bindings, adapterOfType);
-    connect(m_changes.get(), &ChangeTracking::dialogRequested, this, &CWinMain::showDialog);
-    m_frame->header()->addTool(m_changes->countButton());
-    connect(m_changes.get(), &ChangeTracking::reviewRequested, this,
-            [this] { operate([this] { review(false); }); });
-    connect(m_changes.get(), &ChangeTracking::findRequested, this,
-            [this] { operate([this] { m_changes->find([this](QDialog &dialog) { runDialog(dialog); }); }); });
-    ExchangeQueue &queue = ExchangeQueue::of(*m_setup);
-    connect(&queue, &ExchangeQueue::called, m_changes.get(), [this](const QString &name) {
-        if (name != saveFunction)
-            return;
-        m_changes->noteSaveBegins();
-        m_save->noteSaveBegins();
-    });
-    connect(&queue, &ExchangeQueue::ended, m_changes.get(), [this] { m_save->noteArrivals(); });
-    m_save = std::make_unique<CheckedSave>(
-        *m_setup, m_changes->list(), m_options,
-        CheckedSave::Services{
-            [this](const auto &wait) { letUserAct(wait); }, [this] { return maySendProblems(); },
-            [this] { return reviewBeforeSending() && keepSnapshot(); }, [this] { return keepSnapshot(); },
-            [this] { m_parts->bindings.reload(); },
-            ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
-                       [this](const QString &path) { return m_changes->list().isSecret(path); }},
-            [this](const QString &path) { return m_changes->isEditable(path); },
-            [this](const QStringList &arrived) { m_changes->noteSaved(arrived); },
-            [this](const QString &name) { m_changes->noteUnanswered(name); }},
-        *this);
+    m_editing = std::make_unique<EditingSession>(
+        *this, *m_setup, m_parts->context, m_parts->bindings, adapterOfType, m_options,
+        EditingSession::Services{
+            [this](const auto &work) { operate(work); }, [this](const auto &wait) { letUserAct(wait); },
+            [this](QDialog &dialog) { runDialog(dialog); }, [this] { return isBuilt(); },
+            [this](const QString &tag) { showDialog(tag); }, [this](OrbSetup &store) { showStore(store); },
+            [this] { saveSettings(); }, [this](const QString &message) { Q_EMIT pseudothrow(message); }});
+    for (QToolButton *tool : m_editing->tools())
+        m_frame->header()->addTool(tool);
 }
 
 void CWinMain::callFunction(const QString &name, const std::function<void()> &call)
@@ -240,10 +217,9 @@ void CWinMain::callFunction(const QString &name, const std::function<void()> &ca
 void CWinMain::callGuarded(const QString &name, const std::function<void()> &call)
 {
     bool goesOn = true;
-    const QScopedValueRollback kept(m_isSnapshotKept, false);
     operate([&] {
-        if (name == saveFunction && m_save)
-            goesOn = m_save->run(call);
+        if (name == saveFunction && m_editing)
+            goesOn = m_editing->runSave(call);
         else if ((goesOn = mayCall(name)))
             call();
     });
@@ -267,114 +243,27 @@ bool CWinMain::mayCall(const QString &name)
     return isAllowed;
 }
 
-bool CWinMain::maySendProblems()
-{
-    bool isWanted = true;
-    if (m_changes->hasProblems())
-        letUserAct([&] { isWanted = m_changes->askAboutProblems(); });
-    return isWanted;
-}
-
-bool CWinMain::reviewBeforeSending()
-{
-    return !m_options.reviewsBeforeSending || m_changes->list().isEmpty() || review(true);
-}
-
-void CWinMain::keepHistory()
-{
-    m_history = std::make_unique<SnapshotHistory>(
-        *this, *m_setup, *m_changes, m_options.snapshots,
-        [this](const QString &name) { return m_save->newerFile(name); },
-        [this](QDialog &dialog) { runDialog(dialog); });
-    m_frame->header()->addTool(m_history->button());
-    connect(m_history.get(), &SnapshotHistory::requested, this, [this] {
-        if (isBuilt())
-            operate([this] { m_history->show(); });
-    });
-    connect(m_history.get(), &SnapshotHistory::showRequested, this, &CWinMain::showSnapshot);
-    // For the saves that no user has started.
-    ExchangeQueue::of(*m_setup).setSaveGuard([window = QPointer(this)] {
-        return !window || window->m_isSnapshotKept || window->m_history->keep([](const auto &) {});
-    });
-}
-
-/// Once, when the recorder's values are there.
-void CWinMain::offerEdits()
-{
-    if (!m_history || !isBuilt() || m_options.offeredEdits.isEmpty() || m_areEditsOffered)
-        return;
-    m_areEditsOffered = true;
-    const auto offer = [this] {
-        operate([this] {
-            if (const QString problem = m_history->offerEdits(m_options.offeredEdits); !problem.isEmpty())
-                Q_EMIT pseudothrow(problem);
-        });
-    };
-    QMetaObject::invokeMethod(this, offer, Qt::QueuedConnection); // the window first shows its pages
-}
-
-bool CWinMain::keepSnapshot()
-{
-    m_isSnapshotKept = !m_history || m_history->keep([this](const auto &wait) { letUserAct(wait); });
-    return m_isSnapshotKept;
-}
-
-void CWinMain::showSnapshot(OrbSetup &store)
+void CWinMain::showStore(OrbSetup &store)
 {
     CWinMain window(&store, this, Placement::Window);
     letUserAct([&window] { window.exec(); });
     window.endSession();
 }
 
-bool CWinMain::review(bool offersSending)
-{
-    if (m_isReviewing)
-        return false;
-    const QScopedValueRollback reviewing(m_isReviewing, true);
-    QWidget *front = QApplication::activeModalWidget(); // a dialog of the description, for example
-    ReviewDialog dialog([this] { return m_changes->reviewed(); }, [this] { return m_changes->problems(); },
-                        front && front->parentWidget() == this ? front : this);
-    if (offersSending)
-        dialog.offerSending();
-    connect(&dialog, &ReviewDialog::takeBackRequested, this,
-            [this](const QStringList &paths) { operate([&] { m_changes->takeBack(paths); }); });
-    runDialog(dialog);
-    if (!dialog.chosenPath().isEmpty())
-        m_changes->goTo(dialog.chosenPath());
-    m_changes->goToControl(dialog.chosenControl());
-    return dialog.result() == QDialog::Accepted;
-}
-
 bool CWinMain::hasChangesToAskAbout() const
 {
-    return m_changes && m_options.asksBeforeClosing && m_changes->hasUserChanges();
+    return m_editing && m_editing->hasChangesToAskAbout();
 }
 
 bool CWinMain::mayClose()
 {
-    if (!hasChangesToAskAbout() || !isVisible())
-        return true;
-    if (m_isClosing)
-        return false;
-    const QScopedValueRollback closing(m_isClosing, true);
-    auto answer = ChangeTracking::Answer::GoOnEditing;
-    operate([&] {
-        letUserAct([&] { answer = m_changes->askBeforeClosing(); });
-        if (answer == ChangeTracking::Answer::Send)
-            saveSettings();
-    });
-    return answer == ChangeTracking::Answer::Discard;
-}
-
-bool CWinMain::isSaveUnderWay() const
-{
-    return m_changes->isAllGivenToASave() || ExchangeQueue::of(*m_setup).waiting().contains(saveFunction);
+    return !m_editing || m_editing->mayClose();
 }
 
 void CWinMain::accept()
 {
     const Busy busy(*this);
-    if (!hasChangesToAskAbout() || isSaveUnderWay() || mayClose())
+    if (!m_editing || m_editing->mayAccept())
         QDialog::accept();
 }
 
@@ -384,7 +273,7 @@ void CWinMain::reject()
     const bool asks = hasChangesToAskAbout() && isVisible();
     if (!mayClose())
         return;
-    if (asks || (m_changes && m_changes->isSaveOutdated()))
+    if (asks || (m_editing && m_editing->isSaveOutdated()))
         m_setup->abandonSave();
     QDialog::reject();
 }
@@ -456,7 +345,7 @@ void CWinMain::letUserAct(const std::function<void()> &wait)
     const UnattendedScope unattended(m_parts->context, false);
     const auto run = [&] { m_parts->retired.runLoop(wait); };
     m_errors->suspend(
-        [&] { m_parts->actions.suspend([&] { m_changes ? m_changes->suspendGesture(run) : run(); }); });
+        [&] { m_parts->actions.suspend([&] { m_editing ? m_editing->suspendGesture(run) : run(); }); });
 }
 
 void CWinMain::runDialog(QDialog &dialog)
@@ -489,7 +378,7 @@ void CWinMain::onSetupProgress()
         m_progress = percent;
         if (isDone)
             m_parts->dialogs.close(dialogtags::Progress);
-        else if (!m_progressShown && !(m_save && m_save->isShown()))
+        else if (!m_progressShown && !(m_editing && m_editing->isSaveShown()))
             m_progressShown = m_parts->dialogs.show(dialogtags::Progress);
     });
 }
@@ -528,7 +417,8 @@ void CWinMain::onLoadDone()
             m_adjustments->noteStored();
         noteLoaded();
         readDescription();
-        offerEdits();
+        if (m_editing)
+            m_editing->offerEdits();
     });
 }
 
@@ -539,8 +429,8 @@ void CWinMain::showDialog(const QString &tag)
         // Asked first, as another description may come while the dialog is open.
         const bool takesPasswords = m_parts->users.takesPasswords(tag);
         m_parts->dialogs.run(tag, [this](QDialog &dialog) {
-            if (m_changes)
-                m_changes->startDialog(dialog);
+            if (m_editing)
+                m_editing->startDialog(dialog);
             letUserAct([&] { DialogLoop::run(dialog); });
         });
         if (takesPasswords)
@@ -606,7 +496,7 @@ void CWinMain::refresh()
 {
     if (!m_status->canRefresh())
         return;
-    const bool losesChanges = m_changes ? m_changes->isLostByFetching() : m_parts->bindings.isEdited();
+    const bool losesChanges = m_editing ? m_editing->isLostByFetching() : m_parts->bindings.isEdited();
     bool isAllowed = !losesChanges;
     if (!isAllowed)
         letUserAct([&] {
@@ -645,8 +535,8 @@ void CWinMain::slot_onpseudothrow(const QString &s)
     // A recorder that has refused something may close the connection any time later.
     if (m_setup->isReportingConsequence())
         return m_errors->logConsequence(s);
-    if (m_save && m_save->isShown()) {
-        m_save->noteMessage(s);
+    if (m_editing && m_editing->isSaveShown()) {
+        m_editing->noteMessage(s);
         return m_errors->logConsequence(s);
     }
     m_errors->show(s, m_parts->context.isUnattended() ? ErrorDisplay::Repeats::Logged
@@ -692,8 +582,8 @@ void CWinMain::build(const QByteArray &description, const QString &path)
     setUpdatesEnabled(false);
     m_described->build(shownPage);
     m_parts->bindings.loadNew(m_parts->description.table().numbersSince(0));
-    if (m_changes)
-        m_changes->startDescription();
+    if (m_editing)
+        m_editing->startDescription();
     m_frame->chainTabOrder();
     m_parts->tasks.add(document.root().firstChildElement(QStringLiteral("window")));
     m_taskTimer->start();

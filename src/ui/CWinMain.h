@@ -18,12 +18,10 @@ class QTimer;
 
 namespace paravue
 {
-class ChangeTracking;
-class CheckedSave;
+class EditingSession;
 class ErrorDisplay;
 class FrameBinding;
 class LiveAdjustments;
-class SnapshotHistory;
 class StatusLine;
 struct WindowParts;
 class WindowFrame;
@@ -121,22 +119,13 @@ private:
     /// Lets the user act in \a dialog, which is none of the description.
     void runDialog(QDialog &dialog);
 
-    void trackChanges();
-    void keepHistory();
-    void offerEdits();
-    /// Keeps the recorder's files before something is sent; false when the user does not want to send.
-    bool keepSnapshot();
+    void startEditing();
     /// Shows \a store in a window of its own.
-    void showSnapshot(OrbSetup &store);
-    /// Shows the list of changes; true when they are to be sent now.
-    bool review(bool offersSending);
+    void showStore(OrbSetup &store);
     void callGuarded(const QString &name, const std::function<void()> &call);
     bool mayCall(const QString &name);
-    bool reviewBeforeSending();
-    bool maySendProblems();
     /// Makes a \a call of the function \a name that the user has started.
     void callFunction(const QString &name, const std::function<void()> &call);
-    bool isSaveUnderWay() const;
     /// The desktop session is about to end.
     void commitData(QSessionManager &session);
 
@@ -162,15 +151,9 @@ private:
     int m_busy = 0; ///< calls that run, one inside the other
     bool m_isDeletedWhenIdle = false;
     bool m_isRefreshing = false;
-    bool m_isReviewing = false;
-    bool m_isClosing = false;      ///< the user was asked about changes and has not answered, or sends them
-    bool m_isSnapshotKept = false; ///< for what is about to be sent
-    bool m_areEditsOffered = false;
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;
     std::unique_ptr<paravue::FrameBinding> m_described;
-    std::unique_ptr<paravue::ChangeTracking> m_changes;  ///< null when they are not tracked
-    std::unique_ptr<paravue::CheckedSave> m_save;        ///< null when they are not tracked
-    std::unique_ptr<paravue::SnapshotHistory> m_history; ///< null when none is kept
+    std::unique_ptr<paravue::EditingSession> m_editing; ///< null when changes are not tracked
 };
