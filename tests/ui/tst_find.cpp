@@ -173,6 +173,7 @@ private Q_SLOTS:
     void knowsThePlaces();
     void goesThere_data();
     void goesThere();
+    void knowsTheWayInAPage();
     void searchesAnOpenDialog();
     void findsChangesInDialogs();
     void listsChangesInDialogs();
@@ -243,6 +244,24 @@ void TestFind::goesThere()
     QTEST(isField || isButton ? focus->property("text").toString() : QString(), "focus");
     // Nothing was pressed on the way.
     QCOMPARE(window.value("tmp/untitled/WHAT") + window.value("tmp/untitled/DONE"), "");
+}
+
+/// The window of the controls is that of the host then.
+void TestFind::knowsTheWayInAPage()
+{
+    StoreFixture files({{"interface", Description}, {"net", Net}, {"net.original", Net}, {"tmp", "A=1\n"}});
+    QWidget host;
+    CWinMain page(&files.store(), &host, CWinMain::Placement::Page, {.tracksChanges = true});
+    host.show();
+    host.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&host));
+    page.findChild<QLineEdit *>()->setFocus();
+    const Opened opened;
+    const Search search("bitrate");
+    QTest::keySequence(&host, QKeySequence::Find);
+    QCOMPARE(search.way, "Enter opens the dialog \"Camera\".");
+    QCOMPARE(opened.what, "Camera: 4096");
+    page.endSession();
 }
 
 /// What stands behind a modal dialog cannot be reached.

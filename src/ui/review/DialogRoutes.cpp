@@ -36,7 +36,7 @@ void DialogRoutes::begin(const QWidget &window, ControlTable &controls, const Di
                          Route &route)
 {
     const Control *control = controls.of(opener.element);
-    if (route.canOpen || !control || !control->widget || control->widget->window() != &window)
+    if (route.canOpen || !control || !control->widget || control->widget->window() != window.window())
         return;
     route.canOpen = opener.opensOnly && canBeUsed(*control->widget);
     if (route.begin < 0 || route.canOpen)
