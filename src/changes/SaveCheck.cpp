@@ -271,6 +271,9 @@ QList<ValueDifference> SaveCheck::valuesToKeep() const
         paths.insert(value.path);
         places.insert(positionlists::placeOf(value.path));
     }
+    places.remove(QString());
+    if (places.isEmpty())
+        return values;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
         const QByteArray sent = known(file.key());
         const QList<ValueDifference> all = sentDifferences(file.key(), sent, *file);

@@ -17,8 +17,8 @@ namespace paravue
 
 struct Change;
 
-/// What the directives of state files do with the values of a session. A file without
-/// directives costs one look through its text.
+/// What the directives of state files do with the values of a session. A file without directives costs one
+/// look through its text.
 namespace statedirectives
 {
 
