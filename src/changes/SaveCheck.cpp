@@ -181,18 +181,19 @@ void SaveCheck::addMoved(QList<ForeignChange> &changes, const QString &name,
     }
     const FileValues recorder(m_recorder.value(name));
     const auto entryOf = [](const QString &path) { return path.section(u'/', 1); };
-    const QSet<QString> moved = positionlists::moved(
-        differences + edits, [&](const QString &path) { return recorder.value(entryOf(path)).has_value(); });
+    const MovedLists moved(differences + edits,
+                           [&](const QString &path) { return recorder.value(entryOf(path)).has_value(); });
     QSet<QString> listed;
     for (ForeignChange &change : changes) {
-        change.hasMoved = change.hasMoved || moved.contains(positionlists::placeOf(change.path));
+        if (change.movedList.isEmpty())
+            change.movedList = moved.listOf(change.path);
         listed.insert(change.path);
     }
     for (const ValueDifference &edit : edits) {
         const QString now = recorder.value(entryOf(edit.path)).value_or(QString());
-        if (moved.contains(positionlists::placeOf(edit.path)) && !listed.contains(edit.path) &&
-            edit.after != now)
-            changes.append({edit.path, edit.before.value_or(QString()), now, edit.after, true});
+        const QString list = moved.listOf(edit.path);
+        if (!list.isEmpty() && !listed.contains(edit.path) && edit.after != now)
+            changes.append({edit.path, edit.before.value_or(QString()), now, edit.after, list});
     }
 }
 
@@ -211,14 +212,28 @@ void SaveCheck::merge(const QSet<QString> &own)
 {
     const QStringList files = differingFiles();
     QSet<QString> foreign;
+    QSet<QString> ownLists;
     QMap<QString, QString> values; ///< of this side, by path
     for (const ForeignChange &change : foreignChanges()) {
         foreign.insert(change.path);
-        if (own.contains(change.path))
+        if (own.contains(change.path)) {
             values.insert(change.path, change.own.value_or(change.before));
+            ownLists.insert(change.movedList);
+        }
+    }
+    ownLists.remove(QString());
+    const auto isOfOwnList = [&](const QString &path) {
+        return ownLists.contains(positionlists::placeOf(path));
+    };
+    for (const QString &name : files) {
+        for (const ValueDifference &difference : sentDifferences(name, known(name), m_recorder.value(name))) {
+            if (difference.canBeSet() && isOfOwnList(difference.path))
+                values.insert(difference.path, difference.before.value_or(QString()));
+        }
     }
     for (const Change &change : m_changes.all()) {
-        if (!foreign.contains(change.path) && files.contains(ConfigAddress(change.path).file().toString()))
+        if ((!foreign.contains(change.path) || isOfOwnList(change.path)) &&
+            files.contains(ConfigAddress(change.path).file().toString()))
             values.insert(change.path, change.newValue);
     }
     takeRecorders(files);
@@ -264,33 +279,26 @@ bool SaveCheck::keepRecorders()
 /// one alone would be given to whoever has its position now.
 QList<ValueDifference> SaveCheck::valuesToKeep() const
 {
-    QList<ValueDifference> values = keptOtherwise();
-    QSet<QString> paths;
-    QSet<QString> places;
-    for (const ValueDifference &value : std::as_const(values)) {
-        paths.insert(value.path);
-        places.insert(positionlists::placeOf(value.path));
-    }
-    places.remove(QString());
-    if (places.isEmpty())
+    const QList<ValueDifference> values = keptOtherwise();
+    const bool hasPlaces = std::any_of(values.begin(), values.end(), [](const ValueDifference &value) {
+        return !positionlists::placeOf(value.path).isEmpty();
+    });
+    if (!hasPlaces)
         return values;
+    QList<ValueDifference> all;
+    QMap<QString, FileValues> recorder;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
-        const QByteArray sent = known(file.key());
-        const QList<ValueDifference> all = sentDifferences(file.key(), sent, *file);
-        const QList<FileValues> sides{FileValues(sent), FileValues(*file)};
-        const QSet<QString> moved = positionlists::moved(all, [&sides](const QString &path) {
-            return std::any_of(sides.begin(), sides.end(), [&path](const FileValues &side) {
-                return side.value(path.section(u'/', 1)).has_value();
-            });
-        });
-        for (const ValueDifference &difference : all) {
-            const QString place = positionlists::placeOf(difference.path);
-            if (difference.canBeSet() && places.contains(place) && moved.contains(place) &&
-                !paths.contains(difference.path))
-                values << difference;
-        }
+        all += sentDifferences(file.key(), known(file.key()), *file);
+        recorder.insert(file.key(), FileValues(*file));
     }
-    return values;
+    const MovedLists moved(all, [&recorder](const QString &path) {
+        return recorder.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
+    });
+    const QSet<QString> kept = moved.completed(pathsOf(values), pathsOf(all));
+    all.removeIf([&kept](const ValueDifference &difference) {
+        return !difference.canBeSet() || !kept.contains(difference.path);
+    });
+    return all;
 }
 
 bool SaveCheck::keepSent()

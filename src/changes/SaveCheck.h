@@ -29,9 +29,10 @@ struct ForeignChange {
     QString before;             ///< what was fetched
     QString recorder;           ///< what the recorder has now
     std::optional<QString> own; ///< what the user has made of it, if that is something else
-    /// The entries of its list have moved (changes/PositionLists.h): \a own may be meant for another one than
-    /// the recorder has at this position. \a recorder may then be the same as \a before.
-    bool hasMoved = false;
+    /// "file/section" of a list whose entries have moved (changes/PositionLists.h), empty for other values:
+    /// \a own may be meant for another entry than the recorder has at this position. \a recorder may then be
+    /// the same as \a before.
+    QString movedList = {};
 };
 
 /// Compares the recorder's files with those of a store, before they are sent and afterwards. For this the
@@ -61,7 +62,9 @@ public:
     QList<ForeignChange> foreignChanges() const;
     /// Takes what somebody else has changed into the files of the store and makes the edits of the user anew
     /// in them, of the collisions only those in \a own. Values in \a own that the user has not edited get
-    /// what they had before. The store reports files that cannot be kept; a save leaves them out.
+    /// what they had before. A list whose entries have moved becomes the one of the user as a whole when
+    /// \a own has one of its values, and otherwise that of the recorder. The store reports files that cannot
+    /// be kept; a save leaves them out.
     void merge(const QSet<QString> &own);
 
     /// What the recorder has in the file \a name as far as it was heard since the store has fetched it:

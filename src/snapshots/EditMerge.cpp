@@ -1,7 +1,6 @@
 #include "snapshots/EditMerge.h"
 
 #include "changes/PositionLists.h"
-#include "snapshots/SnapshotDifferences.h"
 
 namespace paravue
 {
@@ -9,60 +8,64 @@ namespace paravue
 namespace
 {
 
+std::optional<QString> valueAt(const ConfigurationValues &values, const QString &path)
+{
+    return values.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1));
+}
+
 MergedEdit::State stateOf(const MergedEdit &edit)
 {
     if (edit.now == edit.edited)
         return MergedEdit::State::IsDone;
-    return edit.isBeforeKnown && edit.now == edit.before ? MergedEdit::State::Fits
-                                                         : MergedEdit::State::Collides;
+    const bool fits = edit.isBeforeKnown && edit.now == edit.before && edit.movedList.isEmpty();
+    return fits ? MergedEdit::State::Fits : MergedEdit::State::Collides;
 }
 
-/// The places of the lists whose entries were moved by \a edits, or since the snapshot was taken.
-QSet<QString> movedLists(const Snapshot &snapshot, const QList<ValueDifference> &edits,
-                         const RecorderValues &recorder)
+/// What \a before and \a after have otherwise in lists, of the files that are edited.
+QList<ValueDifference> listDifferences(const QList<ValueDifference> &edits, const ConfigurationValues &before,
+                                       const ConfigurationValues &after)
 {
     QSet<QString> files;
     for (const ValueDifference &edit : edits)
         files.insert(edit.path.section(u'/', 0, 0));
-    QList<ValueDifference> all = edits;
-    for (const QString &name : files) {
-        if (!recorder.hasFile(name))
-            continue;
-        const FileValues before(snapshot.files.value(name));
-        for (auto value = before.all().cbegin(); value != before.all().cend(); ++value) {
-            const ValueDifference difference{name + u'/' + value.key(), *value, {}};
-            if (difference.canBeSet() && !positionlists::placeOf(difference.path).isEmpty() &&
-                recorder.value(difference.path).value_or(QString()) != *value)
-                all.append(difference);
-        }
-    }
-    return positionlists::moved(all, [&](const QString &path) {
-        return recorder.hasFile(path.section(u'/', 0, 0)) && recorder.value(path).has_value();
+    QList<ValueDifference> found = differences(before, after);
+    found.removeIf([&files](const ValueDifference &difference) {
+        return difference.isOnlyAKey() || !difference.canBeSet() ||
+               positionlists::placeOf(difference.path).isEmpty() ||
+               !files.contains(difference.path.section(u'/', 0, 0));
     });
+    return found;
 }
 
 } // namespace
 
-QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const RecorderValues &recorder)
+QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const ConfigurationValues &recorder)
 {
-    QList<MergedEdit> merged;
     const QList<ValueDifference> edits = editsOf(snapshot);
-    const QSet<QString> moved = movedLists(snapshot, edits, recorder);
-    for (const ValueDifference &edit : edits) {
-        MergedEdit row{edit.path,
-                       edit.before,
-                       edit.after,
-                       {},
-                       MergedEdit::State::NoFile,
-                       moved.contains(positionlists::placeOf(edit.path)),
-                       !snapshot.info.isLeftOut(edit.path)};
-        if (recorder.hasFile(edit.path.section(u'/', 0, 0))) {
-            row.now = recorder.value(edit.path);
-            row.state = stateOf(row);
-            if (row.hasMoved && row.state == MergedEdit::State::Fits)
-                row.state = MergedEdit::State::Collides;
-        }
+    const ConfigurationValues before = valuesOf(snapshot.files);
+    const ConfigurationValues edited = valuesOf(snapshot.currentFiles());
+    const MovedLists moved(
+        edits + listDifferences(edits, before, recorder),
+        [&recorder](const QString &path) { return valueAt(recorder, path).has_value(); },
+        snapshot.info.leftOut);
+    QList<MergedEdit> merged;
+    const auto add = [&](const QString &path, const std::optional<QString> &old,
+                         const std::optional<QString> &now) {
+        MergedEdit row{path, old, now, valueAt(recorder, path)};
+        row.movedList = moved.listOf(path);
+        row.canBeTaken = moved.canBeSet(path);
+        row.isBeforeKnown = !snapshot.info.isLeftOut(path);
+        row.state = recorder.contains(path.section(u'/', 0, 0)) ? stateOf(row) : MergedEdit::State::NoFile;
         merged << row;
+    };
+    for (const ValueDifference &edit : edits)
+        add(edit.path, edit.before, edit.after);
+    const QStringList editPaths = pathsOf(edits);
+    const QSet<QString> known(editPaths.begin(), editPaths.end());
+    for (const ValueDifference &other : listDifferences(edits, edited, recorder)) {
+        // Without the secrets that were left out there is nothing to take over.
+        if (!known.contains(other.path) && !moved.listOf(other.path).isEmpty() && moved.canBeSet(other.path))
+            add(other.path, other.before, other.before);
     }
     return merged;
 }

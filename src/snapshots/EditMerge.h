@@ -1,17 +1,18 @@
 #pragma once
 
 #include "snapshots/Snapshot.h"
+#include "snapshots/SnapshotDifferences.h"
 
 #include <QList>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
 namespace paravue
 {
 
-/// A value that was edited without the recorder, from three sides.
+/// A value that was edited without the recorder, from three sides; or one that was not, but stands in a list
+/// that can only be taken over as a whole.
 struct MergedEdit {
     enum class State {
         Fits,     ///< the recorder still has the value that was edited
@@ -25,19 +26,17 @@ struct MergedEdit {
     std::optional<QString> edited;
     std::optional<QString> now; ///< on the recorder
     State state = State::Fits;
-    /// The entries of its list have moved (changes/PositionLists.h) or would move, so it may be meant for
-    /// another one than the recorder has at this position. Such an edit collides.
-    bool hasMoved = false;
+    /// "file/section" of a list whose entries have moved (changes/PositionLists.h) or would move; empty for
+    /// other values. Such an edit collides, as it may be meant for another entry than the recorder has at
+    /// this position, and is taken over with all others of the list.
+    QString movedList = {};
+    /// False in such a list when the snapshot has left out some of its secrets.
+    bool canBeTaken = true;
     bool isBeforeKnown = true; ///< the snapshot has not left out what it had there
 };
 
-/// What a recorder has at a path; \a hasFile tells of a file whether there is one that it takes.
-struct RecorderValues {
-    std::function<bool(const QString &file)> hasFile;
-    std::function<std::optional<QString>(const QString &path)> value;
-};
-
-/// All edits of \a snapshot, in the order of their paths.
-QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const RecorderValues &recorder);
+/// All edits of \a snapshot, in the order of their paths, and behind them what else lists that are taken over
+/// as a whole need. \a recorder are the values that the recorder has now, of the files that it takes.
+QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const ConfigurationValues &recorder);
 
 } // namespace paravue

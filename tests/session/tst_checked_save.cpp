@@ -208,6 +208,7 @@ private Q_SLOTS:
     void knowsWhatHasArrivedOfOtherSaves();
     void confirmsNoSaveThatWasDropped();
     void countsNoFilesThatAreNotSent();
+    void asksAboutEditsOfEntriesThatMoved_data();
     void asksAboutEditsOfEntriesThatMoved();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
@@ -582,8 +583,17 @@ void TestCheckedSave::confirmsNoSaveThatWasDropped()
     QVERIFY(session.window->isVisible());
 }
 
+void TestCheckedSave::asksAboutEditsOfEntriesThatMoved_data()
+{
+    const TestTable<QString, QString> row("ticked", "users");
+    row("theirs", "", "2: ann 2, carol 0,  ");
+    row("mine", "net/untitled/LEVEL1", "3: ann 2, bob 1, carol 0");
+    row("mine, by a value that was not edited", "net/untitled/NAME1", "3: ann 2, bob 1, carol 0");
+}
+
 void TestCheckedSave::asksAboutEditsOfEntriesThatMoved()
 {
+    QFETCH(QString, ticked);
     setFile("net", Net + "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n");
     Sending session(address());
     QVERIFY(session.isLoaded);
@@ -595,7 +605,14 @@ void TestCheckedSave::asksAboutEditsOfEntriesThatMoved()
         [&](QWidget &dialog) {
             shown = rows(*dialog.findChild<QTreeWidget *>());
             text = dialog.findChild<QLabel *>()->text();
-            QTest::keyClick(dialog.findChild<QTreeWidget *>(), Qt::Key_Return);
+            auto *list = dialog.findChild<QTreeWidget *>();
+            for (QTreeWidgetItem *row : list->findItems(ticked, Qt::MatchExactly, list->columnCount() - 1)) {
+                list->setCurrentItem(row);
+                QTest::keyClick(list, Qt::Key_Space);
+            }
+            for (int row = 1; row < list->topLevelItemCount(); ++row) // they are ticked together
+                QCOMPARE(list->topLevelItem(row)->checkState(3), list->topLevelItem(0)->checkState(3));
+            QTest::keyClick(list, Qt::Key_Return);
         },
         "paravue::ForeignChangesDialog");
     SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
@@ -604,8 +621,11 @@ void TestCheckedSave::asksAboutEditsOfEntriesThatMoved()
     QVERIFY2(shown.contains("net/untitled/LEVEL1|0|0|1|net/untitled/LEVEL1"), qPrintable(shown.join('\n')));
     QVERIFY2(text.contains("another entry"), qPrintable(text));
     const FileValues saved(net());
-    QCOMPARE(saved.value("untitled/NAME1"), "carol");
-    QCOMPARE(saved.value("untitled/LEVEL1"), "0");
+    QStringList users;
+    for (const QString number : {"0", "1", "2"})
+        users << saved.value("untitled/NAME" + number).value_or("") + ' ' +
+                     saved.value("untitled/LEVEL" + number).value_or("");
+    QTEST(saved.value("untitled/CNT").value_or("") + ": " + users.join(", "), "users");
 }
 
 void TestCheckedSave::keepsWhatSomebodyElseHasChanged_data()

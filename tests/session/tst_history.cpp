@@ -133,6 +133,8 @@ private Q_SLOTS:
     void showsKeysThatNoAddressHas();
     void listsNoFilesThatAreNotSent();
     void takesOverEditsThatFit();
+    void takesOverUsersWithTheirPasswordsOnly_data();
+    void takesOverUsersWithTheirPasswordsOnly();
     void refusesOffersWithoutEdits();
 
 private:
@@ -630,6 +632,62 @@ void TestHistory::takesOverEditsThatFit()
     QCOMPARE(session->store.value(NamePath), "Edited");
     session->send();
     QVERIFY(streams().contains("Edited"));
+}
+
+void TestHistory::takesOverUsersWithTheirPasswordsOnly_data()
+{
+    const TestTable<bool, QString, QString, QString> row("areKept", "text", "remark", "users");
+    row("without passwords", false, "cannot be taken over", "The list lacks passwords",
+        "4: admin admin, operator 4b583376b2767b923c3e1da60d10de59, guest ");
+    row("with passwords", true, "as a whole", "Only with the whole list",
+        "3: admin admin, guest , viewer 332056fe60b61612acd4d5de0bf01d54");
+}
+
+/// "operator" was removed without the recorder, and those behind have moved.
+void TestHistory::takesOverUsersWithTheirPasswordsOnly()
+{
+    QFETCH(bool, areKept);
+    QFETCH(QString, text);
+    QFETCH(QString, remark);
+    QStringList edits{"CNT=3", "NAME1=guest", "LEVEL1=0", "NAME2=viewer", "NAME3=", "LEVEL3="};
+    if (areKept)
+        edits += {"PASSWD0=admin", "PASSWD2=332056fe60b61612acd4d5de0bf01d54"};
+    for (QString &edit : edits)
+        edit.prepend("users/untitled/");
+    const QString path = editedSnapshot(edits);
+    if (areKept) {
+        Snapshot snapshot = snapshotarchive::read(path).snapshot;
+        QFile users(m_recorder->filePath("users"));
+        QVERIFY(users.open(QIODevice::ReadOnly));
+        snapshot.files["users"] = users.readAll();
+        snapshot.info.leftOut.removeIf([](const QString &secret) { return secret.startsWith("users"); });
+        QCOMPARE(snapshotarchive::write(snapshot, path), "");
+    }
+    QStringList rows;
+    QStringList labels;
+    const ModalWatcher offer(
+        [&](QWidget &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>("edits");
+            rows = rowsOf(dialog, "edits");
+            for (const QLabel *label : dialog.findChildren<QLabel *>())
+                labels << label->text();
+            const QString chosen = areKept ? "users/untitled/LEVEL3" : "users/untitled/NAME1";
+            list->setCurrentItem(list->findItems(chosen, Qt::MatchExactly, list->columnCount() - 1).value(0));
+            QTest::keyClick(list, Qt::Key_Space);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        },
+        "paravue::MergeDialog");
+    const auto session = this->session(path);
+    AWAIT_VERIFY(offer.hasSeen());
+    QVERIFY2(labels.join(' ').contains(text), qPrintable(labels.join(' ')));
+    for (const QString &row : std::as_const(rows))
+        QVERIFY2(row.contains(remark), qPrintable(row));
+    AWAIT_VERIFY(session->window->findChild<QToolButton *>("changes")->isVisible() == areKept);
+    const auto value = [&](const QString &key) { return session->store.value("users/untitled/" + key); };
+    QStringList users;
+    for (const QString number : {"0", "1", "2"})
+        users << value("NAME" + number) + ' ' + value("PASSWD" + number);
+    QTEST(value("CNT") + ": " + users.join(", "), "users");
 }
 
 void TestHistory::refusesOffersWithoutEdits()

@@ -140,8 +140,7 @@ void TestSnapshotStore::keepsEditsOfFilesThatWereLeftOut()
     QCOMPARE(store.value("state/door/OPEN"), "yes");
     // No address names such a key: it would set "state/door/A" to "B/1".
     saved.edited["state"] += "A/B=1\r\n";
-    const auto merged = mergeEdits(
-        saved, {[](const QString &) { return true; }, [](const QString &) { return QString("no"); }});
+    const auto merged = mergeEdits(saved, valuesOf({{"state", "[door]\r\nOPEN=no\r\n"}}));
     QCOMPARE(merged.size(), 1);
     QCOMPARE(merged[0].path, "state/door/OPEN");
     QVERIFY(merged[0].state == MergedEdit::State::Collides && !merged[0].isBeforeKnown);
@@ -247,34 +246,48 @@ void TestSnapshotStore::refusesWhatIsNoSnapshot()
 
 void TestSnapshotStore::mergesNoValuesOfOtherEntries_data()
 {
-    const TestTable<QByteArray, QByteArray, bool> row("edited", "now", "fits");
+    const TestTable<QByteArray, QByteArray, QStringList, QString> row("edited", "now", "leftOut", "merged");
     const QByteArray users = "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n";
     const QByteArray raised = QByteArray(users).replace("LEVEL1=0", "LEVEL1=1");
     const QByteArray withoutBob = "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=carol\nLEVEL1=0\n";
-    row("the same users", raised, users, true);
-    row("a user was removed", raised, withoutBob, false);
-    row("the edit removes one", withoutBob, users, false);
+    const QByteArray withDan = QByteArray(users).replace("CNT=3", "CNT=4") + "NAME3=dan\nLEVEL3=2\n";
+    const QStringList passwords{"users/untitled/PASSWD1"};
+    const QString moved = "CNT %1, LEVEL2 %1, NAME1 %1, NAME2 %1";
+    row("the same users", raised, users, {}, "LEVEL1 fits");
+    row("the same users, without passwords", raised, users, passwords, "LEVEL1 fits");
+    // What was not edited is needed to make the list as it was edited.
+    row("a user was removed", raised, withoutBob, {},
+        "LEVEL1 with the list, CNT with the list, LEVEL2 with the list, NAME1 with the list, "
+        "NAME2 with the list");
+    row("a user was added", raised, withDan, {},
+        "LEVEL1 with the list, CNT with the list, LEVEL3 with the list, NAME3 with the list");
+    row("a user was removed, without passwords", raised, withoutBob, passwords, "LEVEL1 never");
+    row("the edit removes one", withoutBob, users, {}, moved.arg("with the list"));
+    row("the edit removes one, without passwords", withoutBob, users, passwords, moved.arg("never"));
+    row("the edit removes one, without the file", withoutBob, users, {"users"}, moved.arg("never"));
     row("no list", QByteArray(raised).replace("CNT=3\n", ""), QByteArray(withoutBob).replace("CNT=2\n", ""),
-        true);
+        {}, "LEVEL1 fits");
 }
 
 void TestSnapshotStore::mergesNoValuesOfOtherEntries()
 {
     QFETCH(QByteArray, edited);
     QFETCH(QByteArray, now);
+    QFETCH(QStringList, leftOut);
     Snapshot snapshot;
     snapshot.files = {{"users", "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n"}};
     if (!edited.contains("CNT"))
         snapshot.files["users"].replace("CNT=3\n", "");
     snapshot.edited = {{"users", edited}};
-    const FileValues values(now);
-    const auto edits =
-        mergeEdits(snapshot, {[](const QString &) { return true; },
-                              [&](const QString &path) { return values.value(path.section('/', 1)); }});
-    QVERIFY(!edits.isEmpty());
-    for (const MergedEdit &edit : edits)
-        QVERIFY(edit.hasMoved != (edit.state == MergedEdit::State::Fits));
-    QTEST(edits.constFirst().state == MergedEdit::State::Fits, "fits");
+    snapshot.info.leftOut = leftOut;
+    QStringList merged;
+    for (const MergedEdit &edit : mergeEdits(snapshot, valuesOf({{"users", now}}))) {
+        QCOMPARE(edit.movedList, edit.state == MergedEdit::State::Fits ? "" : "users/untitled");
+        merged << edit.path.section('/', 2) + (edit.state == MergedEdit::State::Fits ? " fits"
+                                               : edit.canBeTaken                     ? " with the list"
+                                                                                     : " never");
+    }
+    QTEST(merged.join(", "), "merged");
 }
 
 void TestSnapshotStore::mergesThreeSides_data()
@@ -295,12 +308,9 @@ void TestSnapshotStore::mergesThreeSides()
         snapshot.info.leftOut = leftOut;
         snapshot.files = {{"net", "ID=1\r\nPIN=''\r\nNAME=x\r\n"}};
         snapshot.edited = {{"net", "ID=2\r\nPIN='5'\r\nNAME=x\r\n"}};
-        const FileValues values(now);
         QStringList texts;
-        const auto edits =
-            mergeEdits(snapshot, {[&](const QString &) { return !now.isEmpty(); },
-                                  [&](const QString &path) { return values.value(path.section('/', 1)); }});
-        for (const MergedEdit &edit : edits)
+        const FileContents recorder = now.isEmpty() ? FileContents() : FileContents{{"net", now}};
+        for (const MergedEdit &edit : mergeEdits(snapshot, valuesOf(recorder)))
             texts.prepend(edit.path.section('/', 2) + ' ' +
                           QStringList{"fits", "collides", "done", "none"}[int(edit.state)]);
         return texts.join(", ");

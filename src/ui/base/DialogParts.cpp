@@ -6,7 +6,9 @@
 #include "ui/base/WindowStyle.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QKeyEvent>
+#include <QSignalBlocker>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -56,6 +58,29 @@ bool toggleWithSpace(const QTreeWidget &list, int column, const QEvent &event)
             row->setCheckState(column, isChecked ? Qt::Unchecked : Qt::Checked);
     }
     return true;
+}
+
+void checkTogether(QTreeWidget &list, int column, const QStringList &groups)
+{
+    QHash<const QTreeWidgetItem *, QString> groupOf;
+    QMultiHash<QString, QTreeWidgetItem *> rowsOf;
+    for (int i = 0; i < list.topLevelItemCount(); ++i) {
+        QTreeWidgetItem *row = list.topLevelItem(i);
+        if (groups[i].isEmpty() || row->data(column, Qt::CheckStateRole).isNull())
+            continue;
+        groupOf.insert(row, groups[i]);
+        rowsOf.insert(groups[i], row);
+    }
+    const auto follow = [&list, column, groupOf, rowsOf](const QTreeWidgetItem *changed, int changedColumn) {
+        const auto group = groupOf.constFind(changed);
+        if (changedColumn != column || group == groupOf.constEnd())
+            return;
+        const QSignalBlocker once(list);
+        const Qt::CheckState state = changed->checkState(column);
+        for (QTreeWidgetItem *row : rowsOf.values(*group))
+            row->setCheckState(column, state);
+    };
+    QObject::connect(&list, &QTreeWidget::itemChanged, &list, follow);
 }
 
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent)

@@ -33,6 +33,11 @@ void setRows(QTreeWidget &list, const QList<QTreeWidgetItem *> &rows);
 /// Space. A list does that by itself only where the box is in the current column. True when it was.
 bool toggleWithSpace(const QTreeWidget &list, int column, const QEvent &event);
 
+/// Rows of \a list are ticked and unticked in \a column together with those of the same group, as a whole.
+/// \a groups are by row; a row with an empty one has its tick for itself. To be called when the rows are
+/// there.
+void checkTogether(QTreeWidget &list, int column, const QStringList &groups);
+
 /// A button for what a dialog does with a selected row.
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);
 

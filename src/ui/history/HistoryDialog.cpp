@@ -1,6 +1,5 @@
 #include "ui/history/HistoryDialog.h"
 
-#include "changes/PositionLists.h"
 #include "changes/ShownValue.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
@@ -186,9 +185,8 @@ void HistoryDialog::compare()
 {
     const QList<int> numbers = selectedNumbers();
     m_found.clear();
-    m_foundInMoved.clear();
-    m_moved.clear();
-    m_unrestorable.clear();
+    m_compared.clear();
+    m_moved = {};
     m_values->clear();
     m_note->clear();
     if (m_kept.isEmpty())
@@ -235,24 +233,17 @@ void HistoryDialog::compareWithPresent(int number)
     fill(found, secretsOf(*snapshot));
 }
 
-/// A value of such a list is restored with all others of the list or not at all: alone it would be given to
-/// whoever has its position now.
 void HistoryDialog::findMoved(const Snapshot &snapshot, const QList<ValueDifference> &found)
 {
-    m_moved = positionlists::moved(found, [this](const QString &path) {
-        return m_present.values.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
-    });
-    for (const QString &leftOut : snapshot.info.leftOut) {
-        if (const QString place = positionlists::placeOf(leftOut); m_moved.contains(place))
-            m_unrestorable.insert(place);
-    }
-    for (const ValueDifference &difference : found) {
-        const QString place = positionlists::placeOf(difference.path);
-        if (m_moved.contains(place))
-            m_foundInMoved << difference;
-    }
+    m_compared = found;
+    m_moved = MovedLists(
+        found,
+        [this](const QString &path) {
+            return m_present.values.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
+        },
+        snapshot.info.leftOut);
     QStringList notes{m_note->text()};
-    if (!m_unrestorable.isEmpty())
+    if (m_moved.hasIncomplete())
         notes << tr(
             "Entries of a list were added, removed or renamed since, and the snapshot has no passwords "
             "for them: the values of the list cannot be restored.");
@@ -261,11 +252,6 @@ void HistoryDialog::findMoved(const Snapshot &snapshot, const QList<ValueDiffere
             "Entries of a list were added, removed or renamed since: the list is restored as a whole.");
     notes.removeAll(QString());
     m_note->setText(notes.join(u'\n'));
-}
-
-bool HistoryDialog::canRestore(const QString &path) const
-{
-    return !m_unrestorable.contains(positionlists::placeOf(path));
 }
 
 void HistoryDialog::compareTwo(int older, int newer)
@@ -290,7 +276,7 @@ void HistoryDialog::fill(const QList<ValueDifference> &found, const QSet<QString
         const bool isSecret = m_present.isSecretWith(secrets, difference.path);
         rows << makeRow({m_present.caption(difference.path), shownValue(difference.before, isSecret),
                          shownValue(difference.after, isSecret), difference.path});
-        rows.last()->setDisabled(!difference.canBeSet() || !canRestore(difference.path));
+        rows.last()->setDisabled(!difference.canBeSet() || !m_moved.canBeSet(difference.path));
         m_found << difference;
     }
     m_values->addTopLevelItems(rows);
@@ -314,20 +300,14 @@ void HistoryDialog::updateButtons()
 
 void HistoryDialog::restore(bool onlySelected)
 {
-    QSet<QString> wholeLists;
+    QStringList chosen;
     for (int i = 0; i < m_values->topLevelItemCount(); ++i) {
-        const ValueDifference &value = m_found[i];
-        if (!value.canBeSet() || !canRestore(value.path) ||
-            (onlySelected && !m_values->topLevelItem(i)->isSelected()))
-            continue;
-        const QString place = positionlists::placeOf(value.path);
-        if (m_moved.contains(place))
-            wholeLists.insert(place);
-        else
-            m_restored.append({value.path, value.after, value.before});
+        if (!onlySelected || m_values->topLevelItem(i)->isSelected())
+            chosen << m_found[i].path;
     }
-    for (const ValueDifference &value : std::as_const(m_foundInMoved)) {
-        if (value.canBeSet() && wholeLists.contains(positionlists::placeOf(value.path)))
+    const QSet<QString> restored = m_moved.completed(chosen, pathsOf(m_compared));
+    for (const ValueDifference &value : std::as_const(m_compared)) {
+        if (value.canBeSet() && restored.contains(value.path))
             m_restored.append({value.path, value.after, value.before});
     }
     accept();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "changes/PositionLists.h"
 #include "snapshots/SnapshotDifferences.h"
 #include "snapshots/SnapshotFolder.h"
 #include "ui/binding/EditSteps.h"
@@ -67,19 +68,17 @@ private:
     void updateButtons();
     QList<int> selectedNumbers() const;
     std::optional<Snapshot> read(int number);
-    bool canRestore(const QString &path) const;
     void restore(bool onlySelected);
     void showSelected();
 
     PresentSettings m_present;
-    QList<KeptSnapshot> m_kept;      ///< the newest first; its rows follow that of the present settings
-    int m_counted = 0;               ///< rows whose changes are counted
-    std::optional<Snapshot> m_newer; ///< that was counted last; none: the present settings
-    QList<ValueDifference> m_found;
-    QList<ValueDifference> m_foundInMoved; ///< in lists whose entries have moved, also what is not listed
+    QList<KeptSnapshot> m_kept;        ///< the newest first; its rows follow that of the present settings
+    int m_counted = 0;                 ///< rows whose changes are counted
+    std::optional<Snapshot> m_newer;   ///< that was counted last; none: the present settings
+    QList<ValueDifference> m_found;    ///< by row
+    QList<ValueDifference> m_compared; ///< also what is not listed
+    MovedLists m_moved;                ///< between the snapshot and the present settings
     QList<ValueEdit> m_restored;
-    QSet<QString> m_moved;        ///< places of lists whose entries have moved
-    QSet<QString> m_unrestorable; ///< those of them that the snapshot does not hold as a whole
     QTreeWidget *m_snapshots;
     QTreeWidget *m_values;
     QLabel *m_caption;

@@ -61,11 +61,20 @@ MergeDialog::MergeDialog(const Snapshot &snapshot, const QList<MergedEdit> &edit
 QString MergeDialog::heading(const SnapshotInfo &snapshot, const PresentSettings &present) const
 {
     const auto collisions = std::count_if(m_edits.begin(), m_edits.end(), [](const MergedEdit &edit) {
-        return edit.state == MergedEdit::State::Collides;
+        return edit.state == MergedEdit::State::Collides && edit.canBeTaken;
     });
     QStringList lines{misfit(snapshot, present.recorder)};
     if (!snapshot.recorder.isEmpty() && snapshot.recorder != present.recorder.recorder)
         lines << tr("The snapshot is of the recorder at %1.").arg(snapshot.recorder);
+    const bool hasMoved = std::any_of(m_edits.begin(), m_edits.end(),
+                                      [](const MergedEdit &edit) { return !edit.movedList.isEmpty(); });
+    const bool isIncomplete =
+        std::any_of(m_edits.begin(), m_edits.end(), [](const MergedEdit &edit) { return !edit.canBeTaken; });
+    if (isIncomplete)
+        lines << tr("Entries of a list were added, removed or renamed, and the snapshot has no passwords for "
+                    "them: the edits of the list cannot be taken over.");
+    else if (hasMoved)
+        lines << tr("Entries of a list were added, removed or renamed: the list is taken over as a whole.");
     if (collisions > 0)
         lines << tr("Values that were changed on the recorder too, or may have been, are not checked. Check "
                     "those that are to become as they were edited.");
@@ -78,11 +87,14 @@ QString MergeDialog::heading(const SnapshotInfo &snapshot, const PresentSettings
 void MergeDialog::fill(const PresentSettings &present, const QSet<QString> &secrets)
 {
     QList<QTreeWidgetItem *> rows;
+    QStringList groups;
     for (const MergedEdit &edit : m_edits) {
         const bool isSecret = present.isSecretWith(secrets, edit.path);
         QString remark;
-        if (edit.state == MergedEdit::State::Collides && edit.hasMoved)
-            remark = tr("May belong to another entry of the list");
+        if (edit.state == MergedEdit::State::Collides && !edit.canBeTaken)
+            remark = tr("The list lacks passwords");
+        else if (edit.state == MergedEdit::State::Collides && !edit.movedList.isEmpty())
+            remark = tr("Only with the whole list");
         else if (edit.state == MergedEdit::State::Collides)
             remark =
                 edit.isBeforeKnown ? tr("Changed on the recorder too") : tr("May have changed there too");
@@ -94,13 +106,15 @@ void MergeDialog::fill(const PresentSettings &present, const QSet<QString> &secr
             makeRow({present.caption(edit.path),
                      edit.isBeforeKnown ? shownValue(edit.before, isSecret) : tr("(left out)"),
                      shownValue(edit.edited, isSecret), shownValue(edit.now, isSecret), remark, edit.path});
-        const bool canTake =
+        const bool isOpen =
             edit.state == MergedEdit::State::Fits || edit.state == MergedEdit::State::Collides;
-        if (canTake)
+        if (isOpen && edit.canBeTaken)
             row->setCheckState(0, edit.state == MergedEdit::State::Fits ? Qt::Checked : Qt::Unchecked);
         rows << row;
+        groups << edit.movedList;
     }
     setRows(*m_list, rows);
+    checkTogether(*m_list, 0, groups);
 }
 
 QList<ValueEdit> MergeDialog::chosen() const

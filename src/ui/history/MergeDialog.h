@@ -14,7 +14,7 @@ namespace paravue
 
 /// Shows the edits that were made without the recorder from three sides: the snapshot, the edit, and what the
 /// recorder has now. Those that fit are checked. Those that collide are taken over only when the user checks
-/// them.
+/// them; those of a list whose entries have moved only together.
 class MergeDialog : public QDialog
 {
     Q_OBJECT

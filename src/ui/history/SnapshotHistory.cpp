@@ -161,12 +161,12 @@ QString SnapshotHistory::offerEdits(const QString &path)
     const auto [snapshot, problem] = snapshotarchive::read(path);
     if (!problem.isEmpty())
         return problem;
-    const QList<MergedEdit> edits =
-        mergeEdits(snapshot, {[this](const QString &file) { return isSent(file); },
-                              [this](const QString &path) { return m_store->storedValue(path); }});
+    const PresentSettings present = this->present();
+    ConfigurationValues recorder = present.values;
+    recorder.removeIf([this](auto file) { return !isSent(file.key()); });
+    const QList<MergedEdit> edits = mergeEdits(snapshot, recorder);
     if (edits.isEmpty())
         return tr("The snapshot %1 holds no edits.").arg(path);
-    const PresentSettings present = this->present();
     if (!present.problem.isEmpty())
         return present.problem;
     MergeDialog dialog(snapshot, edits, present, &m_window);

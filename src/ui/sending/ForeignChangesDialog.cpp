@@ -42,11 +42,14 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
                       "kept; tick those that are to get your value instead."),
                    this);
     text->setWordWrap(true);
-    if (std::any_of(changes.begin(), changes.end(), [](const auto &change) { return change.hasMoved; }))
+    if (std::any_of(changes.begin(), changes.end(),
+                    [](const auto &change) { return !change.movedList.isEmpty(); }))
         text->setText(text->text() + u' ' +
                       tr("Entries of a list were added, removed or renamed, so your values may belong to "
-                         "another entry than the one that has their position now."));
+                         "another entry than the one that has their position now: it gets your values as a "
+                         "whole."));
     QList<QTreeWidgetItem *> rows;
+    QStringList groups;
     for (const ForeignChange &change : changes) {
         QTreeWidgetItem *row =
             makeRow({texts.caption(change.path), texts.shown(change.path, change.before),
@@ -55,8 +58,10 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
         row->setCheckState(OwnColumn, Qt::Unchecked);
         row->setData(0, ForeignPathRole, change.path);
         rows << row;
+        groups << change.movedList;
     }
     setRows(*m_list, rows);
+    checkTogether(*m_list, OwnColumn, groups);
 
     auto *buttons = new QDialogButtonBox(this);
     QPushButton *goOn = buttons->addButton(tr("Continue"), QDialogButtonBox::AcceptRole);
