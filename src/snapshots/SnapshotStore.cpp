@@ -1,5 +1,6 @@
 #include "snapshots/SnapshotStore.h"
 
+#include "changes/PositionLists.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotDifferences.h"
@@ -11,6 +12,9 @@
 #include <QFile>
 #include <QSet>
 #include <QTemporaryDir>
+
+#include <algorithm>
+#include <utility>
 
 namespace paravue
 {
@@ -128,7 +132,7 @@ QString SnapshotStore::writeArchive()
         if (copy.error() != QFileDevice::NoError)
             return tr("The edited values of \"%1\" cannot be read: %2").arg(name, copy.errorString());
     }
-    QStringList withdrawn;
+    Withdrawn withdrawn;
     if (!m_keepsSecrets && !withdrawSecrets(saved, withdrawn))
         return tr("There is no room to leave the passwords out: %1").arg(m_copies->path());
     QSet<QString> edited;
@@ -138,44 +142,84 @@ QString SnapshotStore::writeArchive()
     const QString problem = snapshotarchive::write(saved, m_path);
     if (problem.isEmpty())
         m_snapshot->edited = saved.edited;
-    if (problem.isEmpty() && !withdrawn.isEmpty())
-        Q_EMIT pseudothrow(tr("Passwords are not kept in snapshots, so these edits were left out: %1")
-                               .arg(withdrawn.join(QStringLiteral(", "))));
+    if (const QString message = withdrawn.message(); problem.isEmpty() && !message.isEmpty())
+        Q_EMIT pseudothrow(message);
     return problem;
 }
 
-/// Gives edited secrets the values back that they had, and adds their paths to \a withdrawn. A file of which
-/// nothing tells what is secret in it loses all of its edits. False when the disk is full.
-bool SnapshotStore::withdrawSecrets(Snapshot &snapshot, QStringList &withdrawn) const
+/// Drops edits of secrets. A file of which nothing tells what is secret in it loses all of its edits, and so
+/// does a list whose entries have moved: without its password an entry would get the one of another, or an
+/// empty one. False when the disk is full.
+bool SnapshotStore::withdrawSecrets(Snapshot &snapshot, Withdrawn &withdrawn) const
 {
     FileContents emptied = snapshot.edited;
     const QStringList removed = removeSecrets(emptied);
     const QSet<QString> secrets(removed.begin(), removed.end());
-    for (const ValueDifference &edit : editsOf(snapshot)) {
-        const QString name = edit.path.section(u'/', 0, 0);
-        if (secrets.contains(name)) {
-            snapshot.edited.remove(name);
-            withdrawn << edit.path;
-            continue;
-        }
-        if (!secrets.contains(edit.path))
-            continue;
-        const QString path = m_copies->filePath(QStringLiteral("withdrawn"));
-        QByteArray &content = snapshot.edited[name];
-        if (!writeWholeFile(path, content))
-            return false;
-        OrbSettings settings(path);
-        settings.setValue(edit.path.section(u'/', 1), edit.before.value_or(QString()));
-        settings.flush();
-        QFile file(path);
-        if (!settings.isWritten() || !file.open(QIODevice::ReadOnly))
-            return false;
-        content = file.readAll();
-        if (file.error() != QFileDevice::NoError)
-            return false;
-        withdrawn << edit.path;
+    const QList<ValueDifference> edits = editsOf(snapshot);
+    QStringList secretEdits;
+    for (const ValueDifference &edit : edits) {
+        if (secrets.contains(edit.path) || secrets.contains(edit.path.section(u'/', 0, 0)))
+            secretEdits << edit.path;
     }
-    return true;
+    const ConfigurationValues values = valuesOf(snapshot.edited);
+    const MovedLists lists(
+        edits,
+        [&values](const QString &path) {
+            return values.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
+        },
+        secretEdits);
+    const QSet<QString> dropped(secretEdits.begin(), secretEdits.end());
+    QMap<QString, QList<ValueDifference>> kept; // by file
+    for (const ValueDifference &edit : edits) {
+        if (!lists.canBeSet(edit.path))
+            withdrawn.lists.insert(lists.listOf(edit.path));
+        else if (dropped.contains(edit.path))
+            withdrawn.values << edit.path;
+        else
+            kept[edit.path.section(u'/', 0, 0)] << edit;
+    }
+    QSet<QString> files;
+    for (const QString &path : withdrawn.values + withdrawn.lists.values())
+        files.insert(path.section(u'/', 0, 0));
+    const FileContents fetched = sessionFiles();
+    return std::all_of(files.begin(), files.end(), [&](const QString &name) {
+        const auto content = editedContent(fetched.value(name), kept.value(name));
+        if (content)
+            snapshot.edited[name] = *content;
+        return content.has_value();
+    });
+}
+
+/// \a content with these edits; nothing when the disk is full.
+std::optional<QByteArray> SnapshotStore::editedContent(const QByteArray &content,
+                                                       const QList<ValueDifference> &edits) const
+{
+    const QString path = m_copies->filePath(QStringLiteral("edited"));
+    if (!writeWholeFile(path, content))
+        return {};
+    OrbSettings settings(path);
+    for (const ValueDifference &edit : edits)
+        settings.setValue(edit.path.section(u'/', 1), edit.after.value_or(QString()));
+    settings.flush();
+    QFile file(path);
+    if (!settings.isWritten() || !file.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray edited = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(std::move(edited)) : std::nullopt;
+}
+
+/// What the user has to know of it; empty when nothing was withdrawn.
+QString SnapshotStore::Withdrawn::message() const
+{
+    QStringList lines;
+    if (!values.isEmpty())
+        lines << tr("Passwords are not kept in snapshots, so these edits were left out: %1")
+                     .arg(values.join(QStringLiteral(", ")));
+    if (!lists.isEmpty())
+        lines << tr("Passwords are not kept in snapshots, and without them entries that were added, moved or "
+                    "renamed would get wrong ones. So all edits of these lists were left out: %1")
+                     .arg(QStringList(lists.begin(), lists.end()).join(QStringLiteral(", ")));
+    return lines.join(u'\n');
 }
 
 } // namespace paravue

@@ -4,10 +4,14 @@
 #include "store/OrbSetup.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QMap>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class QTemporaryDir;
 
@@ -15,6 +19,7 @@ namespace paravue
 {
 
 struct Snapshot;
+struct ValueDifference;
 
 /// Where snapshots of recorders usually are, in the data folder of the user.
 PARAVUE_EXPORT QString snapshotsFolder();
@@ -51,7 +56,16 @@ private:
     void open();
     QMap<QString, QByteArray> sessionFiles() const;
     QString writeArchive();
-    bool withdrawSecrets(Snapshot &snapshot, QStringList &withdrawn) const;
+    /// Edits that an archive without passwords cannot hold.
+    struct Withdrawn {
+        QStringList values;  ///< by path
+        QSet<QString> lists; ///< "file/section", as a whole
+
+        QString message() const;
+    };
+    bool withdrawSecrets(Snapshot &snapshot, Withdrawn &withdrawn) const;
+    std::optional<QByteArray> editedContent(const QByteArray &content,
+                                            const QList<ValueDifference> &edits) const;
 
     QString m_path; ///< empty: nothing is saved
     std::unique_ptr<Snapshot> m_snapshot;

@@ -35,6 +35,8 @@ private Q_SLOTS:
     void leavesSecretsOut_data();
     void leavesSecretsOut();
     void leavesFilesOutWhoseSecretsCannotBeTold();
+    void keepsNoUserWithoutAPassword_data();
+    void keepsNoUserWithoutAPassword();
     void tellsOfAFullDiskAndSavesLater();
     void keepsTheOtherEditsWhenSecretsCannotBeLeftOut();
     void refusesWhatIsNoSnapshot();
@@ -177,6 +179,53 @@ void TestSnapshotStore::leavesFilesOutWhoseSecretsCannotBeTold()
     const Snapshot saved = read();
     QCOMPARE(saved.edited.keys(), QStringList("net"));
     QVERIFY2(messages.contains("state/door/OPEN") && !messages.contains("NAME"), qPrintable(messages));
+}
+
+void TestSnapshotStore::keepsNoUserWithoutAPassword_data()
+{
+    const TestTable<QStringList, bool, QString> row("edits", "areSecretsKept", "users");
+    const QStringList added{"CNT/3", "NAME2/dan", "PASSWD2/geheim", "LEVEL2/1"};
+    const QStringList removed{"CNT/1", "NAME0/bob", "PASSWD0/", "LEVEL0/0", "NAME1/", "LEVEL1/"};
+    row("added", added, false, "");
+    row("added, with passwords", added, true, "3: ann= bob= dan=geheim");
+    row("added without a password", QStringList{"CNT/3", "NAME2/dan", "LEVEL2/1"}, false,
+        "3: ann= bob= dan=");
+    row("renamed with a new one", QStringList{"NAME1/eve", "PASSWD1/geheim"}, false, "");
+    row("removed", removed, false, "1: bob= = =");
+}
+
+/// Users count by position: their list is kept as it was edited, or not at all.
+void TestSnapshotStore::keepsNoUserWithoutAPassword()
+{
+    QFETCH(QStringList, edits);
+    QFETCH(bool, areSecretsKept);
+    QFETCH(QString, users);
+    Snapshot snapshot = read();
+    snapshot.files["users"] =
+        "CNT=2\nNAME0=ann\nPASSWD0=\nLEVEL0=2\nNAME1=bob\nPASSWD1=\nLEVEL1=0\nHOURS=5\n";
+    snapshot.info.leftOut << "users/untitled/PASSWD1";
+    QCOMPARE(snapshotarchive::write(snapshot, m_path), "");
+    for (QString &edit : edits)
+        edit.prepend("users/untitled/");
+    const QString messages =
+        edit(edits + QStringList{"users/untitled/HOURS/6", "net/untitled/NAME/b"}, areSecretsKept).join("");
+    const Snapshot saved = read();
+    QCOMPARE(FileValues(saved.edited["net"]).value("untitled/NAME"), "b");
+    const FileValues values(saved.edited["users"]);
+    QCOMPARE(values.value("untitled/HOURS"), "6");
+    const auto value = [&](const QString &key) { return values.value("untitled/" + key).value_or(""); };
+    QVERIFY2(messages.contains("lists were left out: users/untitled") == users.isEmpty(),
+             qPrintable(messages));
+    if (users.isEmpty()) {
+        QCOMPARE(value("CNT"), "2");
+        QVERIFY(!values.value("untitled/NAME2") && !values.value("untitled/PASSWD2"));
+        QCOMPARE(value("NAME1"), "bob");
+        return;
+    }
+    QStringList found;
+    for (const QString number : {"0", "1", "2"})
+        found << value("NAME" + number) + '=' + value("PASSWD" + number);
+    QCOMPARE(value("CNT") + ": " + found.join(' '), users);
 }
 
 void TestSnapshotStore::tellsOfAFullDiskAndSavesLater()
