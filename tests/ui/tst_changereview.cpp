@@ -121,6 +121,7 @@ private Q_SLOTS:
     void dateTimesAreUndoneInTheWindow();
     void dialogsAreMarkedAndHaveTheKeys();
     void listsAndTakesBack();
+    void takesMovedListsBackAsAWhole();
     void goesToTheControl();
     void goesToTheControlFromADialog_data();
     void goesToTheControlFromADialog();
@@ -347,6 +348,31 @@ void TestChangeReview::listsAndTakesBack()
     QCOMPARE(window.counts(), "none, Network -, Alarm -");
     window.press(Qt::Key_Z); // one step for all of them
     QCOMPARE(window.counts(), "3 changes, Network 1, Alarm 1");
+}
+
+/// Users count by position: a password alone would be given to whoever has moved there.
+void TestChangeReview::takesMovedListsBackAsAWhole()
+{
+    const QByteArray users = "CNT=2\nNAME0=ann\nPASSWD0=a\nNAME1=bob\nPASSWD1=b\nHOURS=5\n";
+    DescribedWindow window(Description, {{"net", Net}, {"users", users}, {"users.original", users}},
+                           TrackedWindow::tracking({}));
+    for (const QString edit : {"CNT/1", "NAME0/bob", "PASSWD0/b", "NAME1/", "PASSWD1/", "HOURS/6"})
+        window.fixture.store().setValue("users/untitled/" + edit);
+    const ModalWatcher review(
+        [](QWidget &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>();
+            QCOMPARE(list->topLevelItemCount(), 6);
+            list->setCurrentItem(list->findItems("users/untitled/PASSWD0", Qt::MatchExactly, 3).value(0));
+            QTest::keyClick(list, Qt::Key_Delete);
+            QCOMPARE(list->topLevelItemCount(), 1);
+        },
+        "paravue::ReviewDialog");
+    window.window->findChild<QToolButton *>("changes")->click();
+    QVERIFY(review.hasSeen());
+    QString values;
+    for (const QString key : {"CNT", "NAME0", "PASSWD0", "NAME1", "PASSWD1", "HOURS"})
+        values += window.value("users/untitled/" + key) + ' ';
+    QCOMPARE(values, "2 ann a bob b 6 ");
 }
 
 void TestChangeReview::goesToTheControl()

@@ -1,6 +1,7 @@
 #include "ui/review/ChangeTracking.h"
 
 #include "changes/DescribedSecrets.h"
+#include "changes/PositionLists.h"
 #include "controls/OrbDlgQuestion.h"
 #include "controls/OwnTexts.h"
 #include "store/ConfigAddress.h"
@@ -270,9 +271,17 @@ ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 
 void ChangeTracking::takeBack(const QStringList &paths)
 {
+    QList<ValueDifference> changes;
+    for (const Change &change : m_list.all())
+        changes.append({change.path, change.oldValue, change.newValue});
+    const MovedLists moved(changes,
+                           [this](const QString &path) { return m_list.oldValue(path).has_value(); });
+    const QSet<QString> takenBack = moved.completed(paths, pathsOf(changes));
     QList<ValueEdit> edits;
-    for (const QString &path : paths)
-        edits.append({path, {}, m_list.oldValue(path)});
+    for (const ValueDifference &change : std::as_const(changes)) {
+        if (takenBack.contains(change.path))
+            edits.append({change.path, change.after, change.before});
+    }
     apply(edits);
 }
 

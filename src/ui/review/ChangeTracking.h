@@ -82,7 +82,7 @@ public:
     enum class Answer { Send, Discard, GoOnEditing };
     /// Asks what is to become of the changes when the window is closed.
     Answer askBeforeClosing() const;
-    /// As one step, which can be undone.
+    /// As one step, which can be undone. A list whose entries the user has moved is taken back as a whole.
     void takeBack(const QStringList &paths);
     /// Sets each value to the \a after of its edit, as one step too.
     void apply(const QList<ValueEdit> &edits);
