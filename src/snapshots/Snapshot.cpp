@@ -1,6 +1,7 @@
 #include "snapshots/Snapshot.h"
 
 #include "changes/FileValues.h"
+#include "snapshots/SnapshotArchive.h"
 
 #include <QCoreApplication>
 
@@ -27,7 +28,9 @@ bool SnapshotInfo::isLeftOut(const QString &path) const
 QStringList SnapshotInfo::filesLeftOut(const FileContents &files) const
 {
     QStringList names = leftOut;
-    names.removeIf([&files](const QString &name) { return name.contains(u'/') || files.contains(name); });
+    names.removeIf([&files](const QString &name) {
+        return !snapshotarchive::isPlainName(name) || files.contains(name);
+    });
     return names;
 }
 

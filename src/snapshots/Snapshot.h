@@ -25,7 +25,8 @@ struct SnapshotInfo {
     /// The value at \a path, "file/section/key", was left out, so what the snapshot holds there must not be
     /// shown as a value or restored.
     bool isLeftOut(const QString &path) const;
-    /// The names of the files that were left out whole, as \a files does not hold them.
+    /// The names of the files that were left out whole, as \a files does not hold them, and that a snapshot
+    /// may hold.
     QStringList filesLeftOut(const FileContents &files) const;
 };
 

@@ -290,7 +290,7 @@ namespace snapshotarchive
 bool isPlainName(const QString &name)
 {
     if (name.isEmpty() || name.size() > LongestFileName || name == QLatin1StringView(".") ||
-        name == QLatin1StringView(".."))
+        name == QLatin1StringView("..") || name.endsWith(QLatin1StringView(".original")))
         return false;
     return std::none_of(name.begin(), name.end(), [](QChar c) {
         return c == u'/' || c == u'\\' || c == u':' || c.category() == QChar::Other_Control ||

@@ -20,8 +20,8 @@ inline constexpr qint64 MaxArchiveBytes = 64 * 1024 * 1024;
 inline constexpr qint64 MaxUnpackedBytes = 256 * 1024 * 1024;
 inline constexpr qint64 MaxManifestBytes = 16 * 1024 * 1024;
 
-/// True for names that a file of a snapshot may have: at most 100 characters, and nothing that would mean
-/// another folder on any system.
+/// True for names that a file of a snapshot may have: at most 100 characters, nothing that would mean another
+/// folder on any system, and not the ending ".original", which a store has for pristine copies.
 bool isPlainName(const QString &name);
 
 /// \a problem says why there is no archive, in words for the user; empty when there is one.

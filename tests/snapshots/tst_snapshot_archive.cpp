@@ -192,7 +192,8 @@ void TestSnapshotArchive::keepsNamesPlain_data()
 {
     const TestTable<QString, bool> row("name", "isPlain");
     row("usual", "timers", true);
-    row("with a dot", "net.original", true);
+    row("with a dot", "net.d", true);
+    row("pristine copy", "net.original", false);
     row("with blanks", "a b", true);
     row("empty", "", false);
     row("folder above", "..", false);

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void init();
     void keepsEditsBesideTheFetchedFiles();
     void startsOverWithTheSavedEdits();
+    void keepsPristineCopiesFromNames();
     void keepsNothingOfWhatIsTakenBack();
     void keepsEditsOfFilesThatWereLeftOut();
     void leavesSecretsOut_data();
@@ -121,6 +122,17 @@ void TestSnapshotStore::startsOverWithTheSavedEdits()
     QCOMPARE(saved.edited.keys(), QStringList("net"));
     QCOMPARE(FileValues(saved.edited["net"]).value("untitled/ID"), "2");
     QCOMPARE(FileValues(saved.edited["net"]).value("untitled/NAME"), "a");
+}
+
+void TestSnapshotStore::keepsPristineCopiesFromNames()
+{
+    Snapshot snapshot = read();
+    snapshot.info.leftOut << "net.original";
+    snapshot.files["net.original"] = "[untitled]\nID=9\n";
+    QCOMPARE(snapshotarchive::write(snapshot, m_path), "");
+    SnapshotStore store(m_path);
+    store.load();
+    QCOMPARE(store.value("net.original/untitled/ID"), "1");
 }
 
 void TestSnapshotStore::keepsNothingOfWhatIsTakenBack()
