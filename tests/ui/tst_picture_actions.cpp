@@ -168,6 +168,8 @@ private Q_SLOTS:
     void dropsASaveWhoseWindowEnds();
     void tellsTheTimeOfStillPictures();
     void fetchesNow();
+    void fetchesBeforeItsFirstRun_data();
+    void fetchesBeforeItsFirstRun();
     void detailsTheStream();
     void keepsWhatIsSelected();
 };
@@ -456,6 +458,41 @@ void TestPictureActions::fetchesNow()
     choose(online, "Fetch");
     played.tick(1);
     QCOMPARE(played.sources.size(), 3);
+}
+
+void TestPictureActions::fetchesBeforeItsFirstRun_data()
+{
+    const TestTable<std::function<void(Played &)>, int, QString> row("change", "requests", "notice");
+    row(
+        "before its time", [](Played &) {}, 1, "No picture yet");
+    row(
+        "without an address",
+        [](Played &played) {
+            QDomElement task = played.parts.description.document().first("window").firstChildElement();
+            task.removeChild(task.firstChildElement("url"));
+        },
+        0, "No address of pictures");
+    row(
+        "in a preview", [](Played &played) { played.parts.tasks.setSourceFactory({}); }, 0,
+        "No video in a preview");
+}
+
+void TestPictureActions::fetchesBeforeItsFirstRun()
+{
+    QFETCH(std::function<void(Played &)>, change);
+    QFETCH(int, requests);
+    QFETCH(QString, notice);
+    Played played("v3getjpeg");
+    played.parts.tasks.clear();
+    change(played);
+    played.parts.tasks.add(played.parts.description.document().first("window"));
+    played.sources.clear();
+    auto &online = played.view<LiveView>();
+    QTest::keyClick(&online, Qt::Key_F5);
+    played.tick(1);
+    played.tick(1);
+    QCOMPARE(played.sources.size(), requests);
+    QCOMPARE(online.valueText(), notice);
 }
 
 void TestPictureActions::detailsTheStream()

@@ -160,7 +160,7 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
     if (std::any_of(m_retries.begin(), m_retries.end(), [](const auto &each) { return each->isRequested(); }))
         retry();
     offerRetry(isWaiting());
-    if (m_actions && m_actions->takeFetchRequest()) {
+    if (m_actions && m_actions->takeFetchRequest() && *m_makeSource) {
         m_isDeferred = true;
         if (m_login)
             m_login->endWait();
@@ -234,7 +234,11 @@ void PictureTask::findCamera(const QDomElement &task)
 
 QString PictureTask::notice(quint32 untilAttempt) const
 {
-    QString reason = m_source ? m_status.text() : m_login->problem();
+    QString reason;
+    if (m_source)
+        reason = m_status.text();
+    else if (m_login) // otherwise the first run is yet to come
+        reason = m_login->problem();
     if (!m_source && reason.isEmpty())
         reason = tr("No picture yet");
     if (untilAttempt == 0)
