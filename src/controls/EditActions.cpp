@@ -43,6 +43,12 @@ QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequen
     return keys;
 }
 
+QList<QKeySequence> letterKeys(Qt::Key latin)
+{
+    static const QString russian = QStringLiteral("ФИСВУАПРШОЛДЬТЩЗЙКЫЕГМЦЧНЯ"); // on A to Z
+    return {latin, russian.at(latin - Qt::Key_A).unicode()};
+}
+
 EditActions groupedActions(const QList<EditActions> &groups)
 {
     EditActions actions;

@@ -30,6 +30,9 @@ using EditActions = QList<EditAction>;
 
 /// The keys of the platform for it, and the one that is usual in most programs as the first.
 QList<QKeySequence> keysFor(QKeySequence::StandardKey standard, const QKeySequence &usual);
+/// A letter without Ctrl, from Key_A to Key_Z, and the one that has its place on Russian keyboards: Qt knows
+/// the Latin letter of a key only while Ctrl is held.
+QList<QKeySequence> letterKeys(Qt::Key latin);
 /// All of \a groups with a line between them.
 EditActions groupedActions(const QList<EditActions> &groups);
 /// Undo and redo.

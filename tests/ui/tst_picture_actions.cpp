@@ -170,6 +170,7 @@ private Q_SLOTS:
     void fetchesNow();
     void fetchesBeforeItsFirstRun_data();
     void fetchesBeforeItsFirstRun();
+    void takesLettersOfOtherLayouts();
     void detailsTheStream();
     void keepsWhatIsSelected();
 };
@@ -493,6 +494,14 @@ void TestPictureActions::fetchesBeforeItsFirstRun()
     played.tick(1);
     QCOMPARE(played.sources.size(), requests);
     QCOMPARE(online.valueText(), notice);
+}
+
+void TestPictureActions::takesLettersOfOtherLayouts()
+{
+    Played played;
+    QKeyEvent press(QEvent::KeyPress, 0x428, {}, QStringLiteral("ш")); // the key I of a Russian keyboard
+    QCoreApplication::sendEvent(&played.view<LiveView>(), &press);
+    QVERIFY(played.details());
 }
 
 void TestPictureActions::detailsTheStream()

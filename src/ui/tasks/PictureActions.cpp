@@ -238,7 +238,7 @@ EditActions PictureActions::actionsFor(QWidget &control)
     actions.append({tr("Copy picture"), copyKeys, call(&PictureActions::copy), hasPicture(control)});
     if (m_kind == PictureKind::Still)
         actions.append({tr("Fetch a picture now"), {Qt::Key_F5}, call(&PictureActions::requestFetch)});
-    actions.append({tr("Stream details"), {Qt::Key_I}, call(&PictureActions::showDetails)});
+    actions.append({tr("Stream details"), letterKeys(Qt::Key_I), call(&PictureActions::showDetails)});
     return actions;
 }
 
