@@ -25,22 +25,27 @@ PtzView::PtzView(QWidget *parent) : PictureView(parent)
 {
     m_rest.setSingleShot(true);
     connect(&m_rest, &QTimer::timeout, this, [this] {
-        if (m_isCertain)
-            Q_EMIT cameraAtRest();
+        if (!m_isCertain)
+            return;
+        m_expectsTurn = false;
+        Q_EMIT cameraAtRest();
     });
 }
 
 void PtzView::setCertain(bool isCertain)
 {
+    // A command that was given meanwhile may reach the camera only now.
     if (isCertain && !m_isCertain)
-        m_rest.start(ShortestRest);
+        m_rest.start(std::max(m_rest.remainingTime(), m_expectsTurn ? AnswerTime : ShortestRest));
     m_isCertain = isCertain;
 }
 
 void PtzView::expectTurn()
 {
-    if (m_position)
-        m_rest.start(std::max(m_rest.remainingTime(), AnswerTime));
+    if (!m_position)
+        return;
+    m_expectsTurn = true;
+    m_rest.start(std::max(m_rest.remainingTime(), AnswerTime));
 }
 
 void PtzView::follow(const PtzView &original)
@@ -73,6 +78,8 @@ void PtzView::setPosition(const std::optional<PtzPosition> &position)
     const qint64 pause = m_lastPosition.isValid() ? 2 * m_lastPosition.elapsed() : 0;
     m_lastPosition.start();
     m_position = position;
+    if (!position || (hasMoved && m_isCertain))
+        m_expectsTurn = false;
     if (hasMoved)
         m_rest.start(int(std::clamp<qint64>(pause, ShortestRest, LongestRest)));
     else if (!position)

@@ -55,6 +55,7 @@ private:
     QTimer m_rest;
     QElapsedTimer m_lastPosition; ///< since the last one came
     bool m_isCertain = true;
+    bool m_expectsTurn = false; ///< it was told to turn and has not been seen turning since
 };
 
 } // namespace paravue

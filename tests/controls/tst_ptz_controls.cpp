@@ -215,6 +215,20 @@ void TestPtzControls::setsPointsWhenTheCameraStandsStill()
     AWAIT_COMPARE(calibrated.size(), 3);
     QCOMPARE(calibrator->points().at(1), "0.5000,0.5000,0.6,0,0");
 
+    // A command that was given in a silence reaches the camera behind it.
+    calibrator->setCertain(false);
+    calibrator->expectTurn();
+    since.restart();
+    AWAIT_VERIFY(since.elapsed() >= 3100);
+    calibrator->setCertain(true);
+    QTest::keyClick(calibrator, Qt::Key_3);
+    QTest::keyClick(calibrator, Qt::Key_Space);
+    QVERIFY2(!waitUntil([&] { return calibrated.size() > 3; }, 1000), "it has not turned yet");
+    calibrator->slot_Set_PTZ_pos("0.65,0,0");
+    AWAIT_COMPARE(calibrated.size(), 4);
+    QCOMPARE(calibrator->points().at(2), "0.5000,0.5000,0.65,0,0");
+    QTest::keyClick(calibrator, Qt::Key_2);
+
     calibrator->slot_Set_PTZ_pos("0.7,0,0");
     QTest::keyClick(calibrator, Qt::Key_Space);
     calibrator->slot_Set_PTZ_pos(""); // lost on the way
