@@ -216,13 +216,14 @@ void PtzCalibrator::textsEdited(const QStringList &before, const QStringList &af
     Q_EMIT signal_Point_calibrated(int(changed - before.cbegin()) + 1);
 }
 
-void PtzCalibrator::goTo(int number)
+bool PtzCalibrator::goTo(int number)
 {
     if (!placeOf(number) || m_deferred.contains(number))
-        return;
+        return false;
     m_goto = number;
     stateChanged();
     Q_EMIT signal_Goto_point_selected(number);
+    return true;
 }
 
 QRectF PtzCalibrator::badgeOf(const QPointF &position) const

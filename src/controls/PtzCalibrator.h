@@ -42,8 +42,8 @@ public:
 
     /// The point that was gone to last; 0 for none.
     int gotoPoint() const { return m_goto; }
-    /// Lets the camera turn to a point, as a double click on it does. Does nothing when it is not set.
-    void goTo(int number);
+    /// Lets the camera turn to a point, as a double click on it does. False when it is not set.
+    bool goTo(int number);
     bool setGotoPoint(int number);
 
     QString valueText() const override;

@@ -14,7 +14,12 @@ namespace paravue
 namespace
 {
 
-constexpr int AnswerTime = 3'000; // milliseconds
+// In milliseconds.
+constexpr int AnswerPoll = 250;
+constexpr qint64 FirstHeard = 1'000;
+constexpr qint64 HeardAgain = 2'000;
+/// What is heard at one moment is read in parts.
+constexpr qint64 ReadingTime = 500;
 constexpr int CameraRemarkTime = 10'000;
 /// Less than the finest step with all of the zoom.
 constexpr double SmallestTurn = 0.004;
@@ -41,18 +46,35 @@ void showPosition(QObject *control, const QString &position)
 
 } // namespace
 
+void AnswerWait::start(quint64 traffic)
+{
+    m_isActive = true;
+    m_clock.start();
+    m_traffic = traffic;
+    m_first.reset();
+    m_last.reset();
+}
+
+bool AnswerWait::isOver(quint64 traffic)
+{
+    const qint64 now = m_clock.elapsed();
+    if (traffic != m_traffic && !m_first && now >= FirstHeard)
+        m_first = now;
+    else if (traffic != m_traffic && m_first && !m_last && now - *m_first >= HeardAgain)
+        m_last = now;
+    m_traffic = traffic;
+    return m_last && now - *m_last >= ReadingTime;
+}
+
 CameraLink::CameraLink(PictureSource &source) : m_source(source)
 {
-    for (QTimer *timer : {&m_answer, &m_ignored})
-        timer->setSingleShot(true);
-    m_answer.setInterval(AnswerTime);
-    m_ignored.setInterval(CameraRemarkTime);
-    connect(&m_answer, &QTimer::timeout, this, [this] {
-        m_ignored.start();
-        sendRemark();
-    });
-    connect(&m_ignored, &QTimer::timeout, this, &CameraLink::sendRemark);
+    m_poll.setInterval(AnswerPoll);
+    connect(&m_poll, &QTimer::timeout, this, &CameraLink::checkAnswer);
+    m_remarkTime.setSingleShot(true);
+    m_remarkTime.setInterval(CameraRemarkTime);
+    connect(&m_remarkTime, &QTimer::timeout, this, [this] { setRemark({}); });
     connect(&source, &PictureSource::cameraMoved, this, [this] {
+        m_isObeyed |= m_wait.isActive();
         stopWaiting();
         sendPosition(position());
     });
@@ -80,7 +102,7 @@ void CameraLink::add(const QList<QWidget *> &controls)
             continue;
         const auto textOf = [calibrator](int point) { return calibrator->points().value(point - 1); };
         connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this,
-                [this, textOf](int point) { m_source.setPoint(point, textOf(point)); });
+                [this, textOf](int point) { setPoint(point, textOf(point)); });
         connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this,
                 [this, textOf](int point) { goToPoint(point, textOf(point)); });
     }
@@ -119,11 +141,25 @@ void CameraLink::goTo(int point)
     for (QObject *control : std::as_const(m_controls)) {
         if (auto *calibrator = qobject_cast<PtzCalibrator *>(control)) {
             isKnown = true;
-            calibrator->goTo(point);
+            if (!calibrator->goTo(point))
+                setRemark(tr("Point %1 is not set.").arg(QString::number(point)));
         }
     }
-    if (!isKnown)
-        m_source.goTo(point);
+    if (isKnown)
+        return;
+    m_source.goTo(point);
+    if (!m_isObeyed)
+        waitForTurn(
+            tr("The camera has not turned. Perhaps it is there already, or this login may not turn it."));
+}
+
+void CameraLink::setPoint(int point, const QString &text)
+{
+    m_source.setPoint(point, text);
+    if (!m_isObeyed)
+        setRemark(
+            tr("The recorder does not say whether it takes a point from this login, for which it has not "
+               "turned the camera so far."));
 }
 
 void CameraLink::goToPoint(int point, const QString &text)
@@ -133,6 +169,8 @@ void CameraLink::goToPoint(int point, const QString &text)
     m_source.goTo(point);
     if (const auto goal = parsePtzPosition(text.section(u',', 2)))
         expectTurn(*goal);
+    else
+        setRemark(tr("Point %1 has no position to which the camera could turn.").arg(QString::number(point)));
 }
 
 void CameraLink::expectTurn(const PtzPosition &goal)
@@ -146,8 +184,27 @@ void CameraLink::expectTurn(const PtzPosition &goal)
     }
     for (PtzSteering *steering : std::as_const(m_steerings))
         steering->setGoal(goal);
-    if (!m_answer.isActive() && !isIgnored())
-        m_answer.start();
+    waitForTurn(tr("The recorder does not turn the camera. Perhaps this login is not allowed to."));
+}
+
+/// \a remark is for the case that the camera stands still. Commands follow each other in a gesture: the first
+/// one counts.
+void CameraLink::waitForTurn(const QString &remark)
+{
+    if (m_wait.isActive())
+        return;
+    m_waitRemark = remark;
+    m_wait.start(m_source.traffic());
+    m_poll.start();
+}
+
+void CameraLink::checkAnswer()
+{
+    if (!m_wait.isOver(m_source.traffic()))
+        return;
+    m_wait.stop();
+    m_poll.stop();
+    setRemark(m_waitRemark);
 }
 
 void CameraLink::setLive(bool isLive, bool isHeard)
@@ -165,25 +222,24 @@ void CameraLink::setLive(bool isLive, bool isHeard)
 
 void CameraLink::stopWaiting()
 {
-    m_answer.stop();
-    if (!isIgnored())
-        return;
-    m_ignored.stop();
-    sendRemark();
-}
-
-QString CameraLink::remark() const
-{
-    return isIgnored() ? tr("The recorder does not turn the camera. Perhaps this login is not allowed to.")
-                       : QString();
+    m_wait.stop();
+    m_poll.stop();
+    setRemark({});
 }
 
 /// Not all of the controls show the pictures of the camera.
-void CameraLink::sendRemark()
+void CameraLink::setRemark(const QString &remark)
 {
+    if (remark.isEmpty())
+        m_remarkTime.stop();
+    else
+        m_remarkTime.start();
+    if (remark == m_remark)
+        return;
+    m_remark = remark;
     for (QObject *control : std::as_const(m_controls)) {
         if (auto *view = dynamic_cast<PictureNotice *>(control))
-            view->setRemark(remark());
+            view->setRemark(remark);
     }
 }
 

@@ -250,7 +250,7 @@ QString PictureTask::notice(quint32 untilAttempt) const
 
 QString PictureTask::remark() const
 {
-    return m_camera && m_camera->isIgnored() ? m_camera->remark() : m_status.remark();
+    return m_camera && !m_camera->remark().isEmpty() ? m_camera->remark() : m_status.remark();
 }
 
 void PictureTask::offerRetry(bool isOffered)
