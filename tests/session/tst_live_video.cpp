@@ -7,10 +7,14 @@
 #include "recorder/clients/HttpAccess.h"
 #include "recorder/video/VideoService.h"
 #include "support/Waiting.h"
+#include "video/VideoHVX3Reciver.h"
+#include "video/VideoLimits.h"
+#include "video/cFfmpegDecoder.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPushButton>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -89,6 +93,47 @@ const char StillDescription[] = R"(
 </pvsetup>
 )";
 
+/// A page of pictures in four columns, each of them from a task of its own.
+QByteArray descriptionOf(int views, const QByteArray &task, const QByteArray &path = {})
+{
+    QByteArray tasks;
+    QByteArray cells;
+    for (int i = 0; i < views; ++i) {
+        const QByteArray view = "view" + QByteArray::number(i);
+        tasks += "<timetask type='" + task + "' period='500'><url>{general/network/url}" + path +
+                 "</url><target>" + view + "</target></timetask>";
+        cells += "<item type='online' width='160' height='90' row='" + QByteArray::number(i / 4) +
+                 "' column='" + QByteArray::number(i % 4) + "'><" + view + "/></item>";
+    }
+    return "<pvsetup version='1.0'><window>" + tasks +
+           "</window><tabwidget><tab><name>Cameras</name><item type='gridlayout'>" + cells +
+           "</item></tab></tabwidget></pvsetup>";
+}
+
+/// Counts the pictures that each of some views shows, as often as they are looked at.
+class ShownPictures
+{
+public:
+    explicit ShownPictures(const QList<LiveView *> &views) : m_views(views), m_shown(views.size()) {}
+
+    void look()
+    {
+        for (qsizetype i = 0; i < m_views.size(); ++i)
+            m_shown[i] << m_views[i]->pixmap(Qt::ReturnByValue).cacheKey();
+    }
+    qsizetype most() const { return std::max_element(m_shown.begin(), m_shown.end(), isFewer)->size(); }
+    qsizetype fewest() const { return std::min_element(m_shown.begin(), m_shown.end(), isFewer)->size(); }
+
+private:
+    static bool isFewer(const QSet<qint64> &left, const QSet<qint64> &right)
+    {
+        return left.size() < right.size();
+    }
+
+    const QList<LiveView *> m_views;
+    QList<QSet<qint64>> m_shown; ///< the keys of the pictures
+};
+
 /// A window on a recorder that serves the description. Time passes for its tasks when the test says so.
 struct LiveSession {
     explicit LiveSession(recorder::RecorderServer &recorder)
@@ -108,6 +153,7 @@ struct LiveSession {
     {
         return *session.window->findChild<View *>();
     }
+    QList<LiveView *> views() const { return session.window->findChildren<LiveView *>(); }
 
     Session session;
     quint32 now = 0;
@@ -142,6 +188,8 @@ private Q_SLOTS:
     void followsAnotherSize();
     void keepsOneConnectionForEachTask();
     void saysWhatIsWrong();
+    void showsEachOfEqualCameras();
+    void staysLiveWithTooManyCameras();
     void fetchesStillsAgainAndAgain_data();
     void fetchesStillsAgainAndAgain();
     void asksForOneStillAtATime();
@@ -149,7 +197,7 @@ private Q_SLOTS:
     void logsInRarelyWhenRefused();
 
 private:
-    void describe(const char *description);
+    void describe(const QByteArray &description);
 
     QTemporaryDir m_folder;
     std::unique_ptr<recorder::RecorderServer> m_recorder;
@@ -171,7 +219,7 @@ void TestLiveVideo::init()
     QVERIFY(m_recorder->video().setSettings({VideoCodec::MotionJpeg, {320, 180}, 25}));
 }
 
-void TestLiveVideo::describe(const char *description)
+void TestLiveVideo::describe(const QByteArray &description)
 {
     QFile file(m_recorder->filePath("interface"));
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -315,6 +363,70 @@ void TestLiveVideo::saysWhatIsWrong()
     QVERIFY(goesForward(yard));
 }
 
+/// All pictures come at the same times and in the same order, so that the count of all of them shows those of
+/// the same four cameras again and again.
+void TestLiveVideo::showsEachOfEqualCameras()
+{
+    describe(descriptionOf(8, "startVideoOnline"));
+    LiveSession live(*m_recorder);
+    const QList<LiveView *> views = live.views();
+    QCOMPARE(views.size(), 8);
+    live.pass(501);
+    for (const LiveView *view : views)
+        QVERIFY(comesTrue([&] { return view->hasPicture(); }));
+    ShownPictures shown(views);
+    QVERIFY(waitUntil(
+        [&] {
+            shown.look();
+            return shown.most() >= 60;
+        },
+        20'000));
+    QVERIFY2(shown.fewest() >= 15, QByteArray::number(shown.fewest()));
+}
+
+void TestLiveVideo::staysLiveWithTooManyCameras()
+{
+    // The computer that decodes each picture sixteen times encodes it, too. Whatever it can encode is more
+    // than it can decode.
+    QVERIFY(m_recorder->video().setSettings({VideoCodec::MotionJpeg, {1920, 1080}, 100, 60'000}));
+    describe(descriptionOf(16, "startVideoOnline"));
+    LiveSession live(*m_recorder);
+    const QList<LiveView *> views = live.views();
+    QCOMPARE(views.size(), 16);
+    live.pass(501);
+    qsizetype mostWaiting = 0;
+    const auto lookAtMemory = [&] {
+        for (const auto *receiver : live.session.window->findChildren<VideoHVX3Reciver *>())
+            mostWaiting = std::max(mostWaiting, receiver->findChild<cFfmpegDecoder *>()->waitingBytes());
+    };
+    QVERIFY(waitUntil(
+        [&] {
+            lookAtMemory();
+            live.pass(1);
+            return std::all_of(views.begin(), views.end(), [](const LiveView *view) {
+                return view->valueText() == "Pictures are left out: this computer is too slow";
+            });
+        },
+        60'000));
+    ShownPictures shown(views);
+    QVERIFY(waitUntil(
+        [&] {
+            lookAtMemory();
+            shown.look();
+            return shown.fewest() >= 5;
+        },
+        60'000));
+    QVERIFY2(mostWaiting < MaxWaitingBytes, QByteArray::number(mostWaiting));
+
+    QVERIFY(m_recorder->video().setSettings({VideoCodec::MotionJpeg, {320, 180}, 5}));
+    for (LiveView *view : views) {
+        QVERIFY(comesTrue([&] {
+            live.pass(50);
+            return view->valueText().isEmpty();
+        }));
+    }
+}
+
 void TestLiveVideo::fetchesStillsAgainAndAgain_data()
 {
     QTest::addColumn<unsigned>("logins");
@@ -399,21 +511,10 @@ void TestLiveVideo::logsInRarelyWhenRefused()
 {
     QFETCH(QByteArray, task);
     QFETCH(QString, login);
-    const QByteArray path = task == "v3getjpeg" ? "/snapshot.jpg" : "";
-    QByteArray tasks;
-    QByteArray cells;
-    for (int i = 1; i <= 4; ++i) {
-        const QByteArray number = QByteArray::number(i);
-        tasks += "<timetask type='" + task + "' period='500'><url>{general/network/url}" + path +
-                 "</url><target>view" + number + "</target></timetask>";
-        cells += "<item type='online' row='" + number + "'><view" + number + "/></item>";
-    }
-    describe(QByteArray("<pvsetup version='1.0'><window>" + tasks +
-                        "</window><tabwidget><tab><name>Cameras</name><item type='gridlayout'>" + cells +
-                        "</item></tab></tabwidget></pvsetup>"));
+    describe(descriptionOf(4, task, task == "v3getjpeg" ? "/snapshot.jpg" : ""));
     m_recorder->setSnapshotLogins(HttpAccess::Digest);
     LiveSession live(*m_recorder);
-    const QList<LiveView *> views = live.session.window->findChildren<LiveView *>();
+    const QList<LiveView *> views = live.views();
     QCOMPARE(views.size(), 4);
     live.session.store.setValue("general/network/password/wrong");
     int logins = 0;
