@@ -3,12 +3,13 @@
 #include "support/EncodedClip.h"
 #include "support/Hvx3Bytes.h"
 #include "support/PictureCount.h"
+#include "support/StoreFixture.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
+#include "ui/CWinMain.h"
 #include "ui/tasks/PictureAudience.h"
 #include "ui/tasks/PictureChoice.h"
 #include "ui/tasks/PictureSources.h"
-#include "ui/tasks/PictureStatus.h"
 #include "video/VideoHVX3Reciver.h"
 #include "video/cFfmpegDecoder.h"
 
@@ -36,8 +37,9 @@ class SteadyCamera : public QObject
 {
 public:
     explicit SteadyCamera(const QList<QByteArray> &pictures, const QByteArray &codec = "mjpeg")
-        : m_pictures(pictures), m_header(hvx3Header({{.label1 = codec}}) + hvx3Index(1000))
+        : m_pictures(pictures)
     {
+        setCodec(codec);
         m_server.listen(QHostAddress::LocalHost);
         connect(&m_server, &QTcpServer::newConnection, this, [this] {
             m_socket = m_server.nextPendingConnection();
@@ -47,12 +49,20 @@ public:
         m_timer.start(20);
     }
 
+    /// Begins a new stream.
+    void setCodec(const QByteArray &codec)
+    {
+        m_header = hvx3Header({{.label1 = codec}}) + hvx3Index(1000);
+        m_sent = 0;
+    }
+
+    QByteArray address() const { return "127.0.0.1:" + QByteArray::number(m_server.serverPort()); }
     QDomElement task() const
     {
         QDomDocument document;
         QDomElement task = document.createElement("timetask");
         QDomElement url = document.createElement("url");
-        url.setAttribute("parsed", "127.0.0.1:" + QString::number(m_server.serverPort()));
+        url.setAttribute("parsed", QString::fromLatin1(address()));
         task.appendChild(url);
         return task;
     }
@@ -70,7 +80,7 @@ private:
     }
 
     const QList<QByteArray> m_pictures;
-    const QByteArray m_header;
+    QByteArray m_header;
     QTcpServer m_server;
     QTcpSocket *m_socket = nullptr;
     QTimer m_timer;
@@ -194,17 +204,29 @@ void TestLivePictures::showsPicturesOutOfTheirTurn()
 
 void TestLivePictures::namesAnUnknownCodec()
 {
-    SteadyCamera camera({"a picture"}, "H265\x1b and 30 more characters than this");
-    QObject window;
-    const auto source = pictureSources(window)(PictureKind::Live, camera.task());
+    SteadyCamera camera(encodeClip({.encoder = "mjpeg", .size = {64, 64}}).pictures,
+                        "H265\x1b and 30 more characters than this");
     camera.mayGoOn = [] { return true; };
+    StoreFixture fixture(
+        {{"interface", "<pvsetup version='1.0'><window><timetask type='startVideoOnline' period='500'><url>" +
+                           camera.address() +
+                           "</url><login/><password/><target>yard</target></timetask></"
+                           "window><tabwidget><tab><name>Yard</name>"
+                           "<item type='gridlayout'><item type='online'><yard/></item></item></tab>"
+                           "</tabwidget></pvsetup>"}});
+    fixture.store().setProperty("offline", false); // else the window makes no connections
+    CWinMain window(&fixture.store(), nullptr);
+    window.show();
+    const auto *view = window.findChild<LiveView *>();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("a codec that is not known: \"H265\\?"));
-    AWAIT_VERIFY(!source->problem().isEmpty());
-    QCOMPARE(source->problem(), "Video of the codec \"H265? and 30 more ch\" cannot be shown");
-    PictureStatus status;
-    status.begin(0);
-    QVERIFY(!status.poll(*source, 1000));
-    QCOMPARE(status.text(), source->problem());
+    AWAIT_COMPARE(view->valueText(), "Video of the codec \"H265? and 30 more ch\" cannot be shown");
+    QVERIFY(!view->hasPicture());
+    camera.setCodec("mjpeg");
+    AWAIT_COMPARE(view->valueText(), QString());
+    QVERIFY(view->hasPicture());
+    camera.setCodec("VP9"); // over the last picture
+    AWAIT_COMPARE(view->valueText(), "Video of the codec \"VP9\" cannot be shown");
+    window.endSession();
 }
 
 void TestLivePictures::pausesWhileNobodyLooks()
