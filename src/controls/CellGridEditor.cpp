@@ -89,6 +89,14 @@ QString CellGridEditor::valueText() const
     return withNotice(m_tool == Tool::Brush ? tr("%1; brush").arg(text) : text);
 }
 
+void CellGridEditor::setCaption(const QString &text)
+{
+    setAccessibleDescription(text);
+    if (m_strip.setNote(text, footerRect().width()))
+        updateGeometry();
+    update();
+}
+
 void CellGridEditor::slot_Set_all()
 {
     applyTo(Brush::Paint, QRect(QPoint(), gridSize()));

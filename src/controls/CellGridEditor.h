@@ -49,6 +49,8 @@ public:
     HistoryMove historyMove() const { return m_gesture.historyMove(); }
 
     QString valueText() const override;
+    /// Stands beside the strip: it would cover what is edited.
+    void setCaption(const QString &text) override;
 
 public Q_SLOTS:
     void slot_Set_all();

@@ -13,7 +13,8 @@ namespace paravue
 {
 
 /// A row of small labelled swatches that wraps into further lines: a legend, entries of which may be chosen.
-/// It is not a widget; its owner provides room, font, palette and layout direction.
+/// A note without a swatch may follow them. It is not a widget; its
+/// owner provides room, font, palette and layout direction.
 class ChipStrip
 {
 public:
@@ -21,6 +22,8 @@ public:
 
     void setTexts(const QStringList &texts) { m_texts = texts; }
     const QStringList &texts() const { return m_texts; }
+    /// Returns true when the strip has another height then, if it is \a width wide.
+    bool setNote(const QString &note, int width);
     int height(int width) const;
 
     /// The chip at a position, counted from 0; -1 for none.
@@ -30,10 +33,12 @@ public:
                const std::function<void(const QRect &place, int chip)> &swatch) const;
 
 private:
+    /// Of the chips, and behind them that of the note if there is one.
     QList<QRect> places(const QRect &area) const;
 
     const QWidget &m_owner;
     QStringList m_texts;
+    QString m_note;
 };
 
 } // namespace paravue

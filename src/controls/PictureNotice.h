@@ -21,8 +21,8 @@ public:
     /// Plain text that stands at the lower edge of the picture until it is set to an empty text. It is hidden
     /// while there is a notice or no picture.
     virtual void setRemark(const QString &text) = 0;
-    /// Plain text about the shown picture, such as its time, which stands at the upper edge of it while there
-    /// is no notice, and is the description of the widget for screen readers.
+    /// Plain text about the shown picture, such as its time. It stands at the upper edge of it while there is
+    /// no notice, or below it in editors, and is the description of the widget for screen readers.
     virtual void setCaption(const QString &text) = 0;
 };
 

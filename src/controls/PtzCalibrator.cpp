@@ -69,6 +69,14 @@ void PtzCalibrator::pointsChanged()
     stateChanged();
 }
 
+void PtzCalibrator::setCaption(const QString &text)
+{
+    setAccessibleDescription(text);
+    if (m_strip.setNote(text, footerRect().width()))
+        updateGeometry();
+    update();
+}
+
 bool PtzCalibrator::setPoints(const QStringList &points)
 {
     QStringList fitting = points.mid(0, m_points.size());

@@ -47,6 +47,8 @@ public:
     bool setGotoPoint(int number);
 
     QString valueText() const override;
+    /// Stands beside the strip: it would cover what is edited.
+    void setCaption(const QString &text) override;
 
 Q_SIGNALS:
     /// The user has set, moved or removed a point.

@@ -429,7 +429,14 @@ void TestPictureActions::tellsTheTimeOfStillPictures()
     QVERIFY2(QRegularExpression("^Picture of \\d\\d:\\d\\d:\\d\\d$").match(said).hasMatch(),
              qPrintable(said));
     QCOMPARE(online.valueText(), QString());
-    QVERIFY(played.view<MaskEditor>().accessibleDescription().isEmpty()); // it would cover cells
+    // Where it covers no cells.
+    auto &mask = played.view<MaskEditor>();
+    QCOMPARE(mask.accessibleDescription(), said);
+    const QImage cells = mask.grab(mask.pictureRect()).toImage();
+    const QImage whole = mask.grab().toImage();
+    mask.setCaption("Picture of 11:11:11");
+    QCOMPARE(mask.grab(mask.pictureRect()).toImage(), cells);
+    QVERIFY(mask.grab().toImage() != whole);
     Played live;
     live.send(filled(Qt::red));
     QCOMPARE(live.view<LiveView>().accessibleDescription(), QString());
@@ -459,6 +466,11 @@ void TestPictureActions::fetchesNow()
     choose(online, "Fetch");
     played.tick(1);
     QCOMPARE(played.sources.size(), 3);
+    played.send(filled(Qt::red));
+    played.sources.last()->active = false;
+    QTest::keyClick(&played.view<MaskEditor>(), Qt::Key_F5);
+    played.tick(1);
+    QCOMPARE(played.sources.size(), 4);
 }
 
 void TestPictureActions::fetchesBeforeItsFirstRun_data()

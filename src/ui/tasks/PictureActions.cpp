@@ -176,7 +176,7 @@ void PictureActions::pictureCame()
             continue;
         letFocusIn(*control);
         auto *notice = dynamic_cast<PictureNotice *>(control.data());
-        if (m_kind == PictureKind::Still && notice && !isEditor(*control))
+        if (m_kind == PictureKind::Still && notice)
             notice->setCaption(tr("Picture of %1").arg(m_time));
     }
 }
