@@ -18,6 +18,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace paravue;
@@ -27,6 +28,16 @@ namespace
 
 /// A slider that is dragged adjusts the picture many times a second; one request behind the last is enough.
 constexpr std::chrono::milliseconds AdjustmentPause(1000);
+const QString InterfaceFile = QStringLiteral("interface");
+
+/// Whether one of \a commands fetches the file \a name.
+template <typename Commands>
+bool fetches(const Commands &commands, const QString &name)
+{
+    return std::any_of(commands.begin(), commands.end(), [&](const auto &command) {
+        return !command->get.isEmpty() && QString::fromUtf8(command->name) == name;
+    });
+}
 
 } // namespace
 
@@ -387,6 +398,8 @@ void OrbNetSetup::disconnected()
     const int exchange = m_exchange;
     switch (m_operation) {
     case Fetch:
+        // A description that came and could not be kept was reported at once, however late the load ends.
+        setReportingConsequence(fetches(m_cmdlist, InterfaceFile) && !fileExists(InterfaceFile));
         Q_EMIT loadDone();
         break;
     case Send:
