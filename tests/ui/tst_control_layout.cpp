@@ -30,6 +30,7 @@ private Q_SLOTS:
     void notesWhatIsWrong();
     void keepsNotesWithTheirField();
     void linesUpWithNotedFields();
+    void keepsOneRhythm_data();
     void keepsOneRhythm();
     void makesRoomForTexts();
     void elidesLongLabels();
@@ -181,8 +182,22 @@ void TestControlLayout::linesUpWithNotedFields()
     QVERIFY(help->geometry().bottom() < window.widget<QLineEdit>(1)->y());
 }
 
+void TestControlLayout::keepsOneRhythm_data()
+{
+    const TestTable<int> row("pixels");
+    row("font of Windows", 11);
+    row("middle", 13);
+    row("large", 20);
+}
+
 void TestControlLayout::keepsOneRhythm()
 {
+    QFETCH(int, pixels);
+    const QFont usual = QApplication::font();
+    const auto restore = qScopeGuard([&] { QApplication::setFont(usual); });
+    QFont font = usual;
+    font.setPixelSize(pixels);
+    QApplication::setFont(font);
     DescribedWindow window(describePage(
         "<item type='edit'/><item type='dropdown' row='1'><text>A choice of many words</text></item>"
         "<item type='datetime' row='2'/><item type='pushbutton' row='3'/><item type='checkbox' row='4'/>"

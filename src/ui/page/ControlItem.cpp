@@ -36,7 +36,9 @@ bool showsText(const QWidget &widget)
 int lineHeight(const QWidget &control)
 {
     constexpr int Borders = 2;
-    return control.fontMetrics().height() + 2 * SpacingStep + Borders;
+    // Qt gives fields room for that many pixels of text, also with the smaller fonts of Windows.
+    constexpr int LeastTextHeight = 14;
+    return std::max(control.fontMetrics().height(), LeastTextHeight) + 2 * SpacingStep + Borders;
 }
 
 void FieldColumn::remove(const ControlItem &field)
