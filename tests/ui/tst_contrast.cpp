@@ -244,49 +244,23 @@ class TestContrast : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-#ifdef Q_OS_WIN
-    // The style of the system keeps its colours; programs with other ones use this.
-    void initTestCase()
-    {
-        QApplication::setStyle("Fusion");
-    }
-#endif
+    // The style of Windows keeps its own colours; programs with other palettes use this one there.
+    void initTestCase() { QApplication::setStyle("Fusion"); }
     void init();
-    void cleanup()
-    {
-        QVERIFY2(m_faults.isEmpty(), qPrintable(m_faults.join(u'\n')));
-    }
+    void cleanup() { QVERIFY2(m_faults.isEmpty(), qPrintable(m_faults.join(u'\n'))); }
 
     void computesContrasts();
-    void controls_data()
-    {
-        everyLook();
-    }
+    void controls_data() { everyLook(); }
     void controls();
-    void valuesToRead_data()
-    {
-        everyLook();
-    }
+    void valuesToRead_data() { everyLook(); }
     void valuesToRead();
-    void lists_data()
-    {
-        everyLook();
-    }
+    void lists_data() { everyLook(); }
     void lists();
-    void tabs_data()
-    {
-        everyLook();
-    }
+    void tabs_data() { everyLook(); }
     void tabs();
-    void messages_data()
-    {
-        everyLook();
-    }
+    void messages_data() { everyLook(); }
     void messages();
-    void login_data()
-    {
-        everyLook();
-    }
+    void login_data() { everyLook(); }
     void login();
 
 private:
