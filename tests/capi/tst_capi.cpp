@@ -401,10 +401,12 @@ void TestCapi::exchangesAreGivenUp()
     start(0);
     paravue_store *store = nullptr;
     QCOMPARE(paravue_store_create(address().c_str(), PARAVUE_TERMINATED, 0, &store), PARAVUE_OK);
+    m_recorder->setReplyDelay(60'000);
     QCOMPARE(paravue_store_load(store), PARAVUE_OK);
     QCOMPARE(paravue_process_events(1), PARAVUE_OK);
     QCOMPARE(paravue_store_reset(store), PARAVUE_OK);
     QCOMPARE(paravue_store_wait(store), PARAVUE_CANCELLED);
+    m_recorder->setReplyDelay(0);
     QCOMPARE(waitAfter(paravue_store_load(store), store), PARAVUE_OK);
     QCOMPARE(paravue_store_load(store), PARAVUE_OK);
     QCOMPARE(paravue_store_destroy(store), PARAVUE_OK);
