@@ -47,10 +47,10 @@ void openCell(XmlText &xml, const QString &type, int row, int column,
 void describeRow(XmlText &xml, int row, int gridRow)
 {
     openCell(xml, "label", gridRow, 0);
-    xml.leaf("text", QStringLiteral("{%1}").arg(key("TEXT", row)));
+    xml.leaf("text", QStringLiteral("{%1}").arg(GeneratedForm::textAddress(row)));
     xml.close();
     openCell(xml, "edit", gridRow, 1);
-    xml.leaf("key", key("TEXT", row));
+    xml.leaf("key", GeneratedForm::textAddress(row));
     xml.close();
     openCell(xml, "checkbox", gridRow, 2);
     xml.leaf("text", "Enabled");

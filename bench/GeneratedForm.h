@@ -27,6 +27,7 @@ public:
     static QStringList choices() { return {"Low", "Middle", "High"}; }
     static int position(int row) { return row % 100; }
     static QString tabName(int tab) { return QStringLiteral("Tab %1").arg(tab); }
+    static QString textAddress(int row) { return QStringLiteral("values/untitled/TEXT%1").arg(row); }
     static QString controlName(int number) { return QStringLiteral("link%1").arg(number); }
 
     QByteArray description() const;

@@ -27,6 +27,26 @@ HandWrittenForm::HandWrittenForm(const GeneratedForm &form)
     }
 }
 
+void HandWrittenForm::bindTexts()
+{
+    int row = 0;
+    for (const auto &[edit, label] : m_texts) {
+        const QString address = GeneratedForm::textAddress(row++);
+        connect(edit, &QLineEdit::textChanged, this, [this, address, label = label](const QString &text) {
+            m_values[address] = text;
+            label->setText(text);
+        });
+    }
+}
+
+QList<QLineEdit *> HandWrittenForm::fields() const
+{
+    QList<QLineEdit *> fields;
+    for (const auto &[edit, label] : m_texts)
+        fields.append(edit);
+    return fields;
+}
+
 void HandWrittenForm::addRow(QGridLayout *grid, int row, int gridRow)
 {
     QWidget *page = grid->parentWidget();
@@ -41,6 +61,7 @@ void HandWrittenForm::addRow(QGridLayout *grid, int row, int gridRow)
     name(edit);
     connect(edit, &QLineEdit::textChanged, this, changed);
     grid->addWidget(edit, gridRow, 1, alignment);
+    m_texts.append({edit, label});
 
     auto *box = new QCheckBox(QStringLiteral("Enabled"), page);
     name(box);

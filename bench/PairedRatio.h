@@ -6,12 +6,13 @@
 #include <chrono>
 #include <limits>
 #include <type_traits>
+#include <vector>
 
 /// Compares our code with a peer that does the same observable work, in one program.
 ///
 /// Both run in turn, so that a change of clock speed or a busy neighbour meets both alike, and the fastest
 /// run of each counts: noise only ever adds time. The result is the ratio of the two, which means the same on
-/// a slow and on a fast machine.
+/// a slow and on a fast machine. The median of the ratios of all rounds stands beside it.
 namespace paravue::bench
 {
 
@@ -47,6 +48,8 @@ void pairedRatio(benchmark::State &state, Ours ours, Peer peer, PairedOptions op
 {
     Seconds ourBest{std::numeric_limits<double>::max()};
     Seconds peerBest = ourBest;
+    std::vector<double> ratios;
+    const double units = options.peerUnits / options.ourUnits;
     bool oursFirst = true;
     // Fills caches and lazily made tables of both sides.
     timeOf(ours);
@@ -55,15 +58,20 @@ void pairedRatio(benchmark::State &state, Ours ours, Peer peer, PairedOptions op
         Seconds ourTime{};
         if (oursFirst)
             ourTime = timeOf(ours);
-        peerBest = std::min(peerBest, timeOf(peer));
+        const Seconds peerTime = timeOf(peer);
         if (!oursFirst)
             ourTime = timeOf(ours);
         oursFirst = !oursFirst;
         ourBest = std::min(ourBest, ourTime);
+        peerBest = std::min(peerBest, peerTime);
+        ratios.push_back(ourTime / peerTime * units);
         state.SetIterationTime(ourTime.count());
     }
-    const double ratio = (ourBest.count() / options.ourUnits) / (peerBest.count() / options.peerUnits);
+    const double ratio = ourBest / peerBest * units;
     state.counters["ratio"] = ratio;
+    const auto middle = ratios.begin() + ratios.size() / 2;
+    std::nth_element(ratios.begin(), middle, ratios.end());
+    state.counters["median"] = *middle;
     state.counters["ours_us"] = ourBest.count() * 1e6;
     state.counters["peer_us"] = peerBest.count() * 1e6;
     if (options.limit > 0) {

@@ -120,7 +120,8 @@ CWinMain::CWinMain(OrbSetup *setup, QWidget *parent, Placement placement, const 
                            letUserAct([&] { allowed = askForFileAccess(this, path, use); });
                            return allowed;
                        },
-                       [this](const QString &name, const auto &call) { callFunction(name, call); }});
+                       [this](const QString &name, const auto &call) { callFunction(name, call); },
+                       [this](QWidget *control) { noteChanged(control); }});
     if (!setup->property("offline").toBool())
         m_parts->tasks.setSourceFactory(pictureSources(*this));
     m_frame = std::make_unique<WindowFrame>(*this, recorderName(setup->address()));
@@ -400,7 +401,14 @@ void CWinMain::onCtrlChanged(const QString &)
 
 void CWinMain::onCtrlChanged()
 {
+    // A description may call it during a change.
     auto *control = qobject_cast<QWidget *>(sender());
+    noteChanged(control ? control : m_changedControl.data());
+}
+
+void CWinMain::noteChanged(QWidget *control)
+{
+    const QScopedValueRollback changed(m_changedControl, QPointer(control));
     operate([&] { m_parts->bindings.changed(control); });
 }
 

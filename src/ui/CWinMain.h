@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QDialog>
 #include <QHash>
+#include <QPointer>
 #include <QString>
 
 #include <functional>
@@ -110,6 +111,7 @@ private:
     class Busy;
 
     void wire();
+    void noteChanged(QWidget *control);
     /// Runs what the user, the store or a time task has started.
     void operate(const std::function<void()> &work);
     void closeDialogs();
@@ -151,6 +153,7 @@ private:
     int m_busy = 0; ///< calls that run, one inside the other
     bool m_isDeletedWhenIdle = false;
     bool m_isRefreshing = false;
+    QPointer<QWidget> m_changedControl; ///< whose change is being handled
     std::unique_ptr<paravue::ErrorDisplay> m_errors;
     std::unique_ptr<paravue::WindowParts> m_parts;
     std::unique_ptr<paravue::WindowFrame> m_frame;

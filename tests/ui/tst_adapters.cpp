@@ -86,13 +86,6 @@ void TestAdapters::everyTypeFitsTheWindow()
         QVERIFY2(adapter.actionStates(element).contains(state), qPrintable(state));
     if (const QString state = adapter.callState(*lone.control); !state.isEmpty())
         QVERIFY2(adapter.callStates(element).contains(state), qPrintable(state));
-    for (const ChangeSignal &change : adapter.traits().changes) {
-        const QByteArray signal = QMetaObject::normalizedSignature(change.signal + 1);
-        const QByteArray slot = QMetaObject::normalizedSignature(change.slot + 1);
-        QVERIFY2(lone.widget->metaObject()->indexOfSignal(signal) >= 0, signal);
-        QVERIFY2(CWinMain::staticMetaObject.indexOfSlot(slot) >= 0, slot);
-        QVERIFY(QMetaObject::checkConnectArgs(signal, slot));
-    }
 }
 
 void TestAdapters::carriesValues_data()

@@ -157,8 +157,10 @@ void Bindings::putBack(const QList<ValueEdit> &edits)
 }
 
 /// A list may write thousands of addresses; a control that shows several of them is reloaded once.
-void Bindings::reloadDependants(const QStringList &paths)
+QList<int> Bindings::dependants(const QStringList &paths) const
 {
+    if (paths.size() == 1)
+        return m_table.dependants(paths.first());
     QList<int> dependants;
     QSet<int> known;
     for (const QString &path : paths) {
@@ -169,13 +171,19 @@ void Bindings::reloadDependants(const QStringList &paths)
             dependants.append(number);
         }
     }
+    return dependants;
+}
+
+void Bindings::reloadDependants(const QStringList &paths)
+{
+    const QList<int> numbers = dependants(paths); // loading may add to them
     if (paths.contains(TextResolver::LanguagePath)) {
         reload();
         if (m_languageChanged)
             m_languageChanged();
         return;
     }
-    for (const int number : dependants) {
+    for (const int number : numbers) {
         if (Control *control = m_table.find(number))
             reload(*control);
     }

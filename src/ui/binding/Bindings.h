@@ -55,6 +55,7 @@ public:
 private:
     bool isValueToRead(const Control &control) const;
     void reload(Control &control);
+    QList<int> dependants(const QStringList &paths) const;
     void reloadDependants(const QStringList &paths);
     void logChange(const QList<Assignment> &assignments);
 

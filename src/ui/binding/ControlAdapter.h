@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <Qt>
 
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -21,12 +22,19 @@ namespace paravue
 
 class ControlContext;
 
-/// The signal that is emitted when the user changes the control and the slot of the window that receives it,
-/// both as SIGNAL() and SLOT() give them.
-struct ChangeSignal {
-    const char *signal;
-    const char *slot;
-};
+/// Connects the signal that \a widget emits when the user changes it, as long as \a context lives. The
+/// handler knows its widget: to find the sender of a signal, Qt walks through all connections of the
+/// receiver.
+using ChangeSignal = void (*)(QWidget &widget, const QObject &context, const std::function<void()> &changed);
+
+template <auto Signal>
+void onSignal(QWidget &widget, const QObject &context, const std::function<void()> &changed)
+{
+    const auto connect = [&]<class Widget, class... Args>(void (Widget::*signal)(Args...)) {
+        QObject::connect(static_cast<Widget *>(&widget), signal, &context, changed);
+    };
+    connect(Signal);
+}
 
 /// What the children of a control with one tag hold.
 struct KeyRule {

@@ -1,6 +1,6 @@
 #include "ui/binding/ControlTable.h"
 
-#include "store/OrbSetup.h"
+#include "store/ConfigAddress.h"
 #include "ui/accessibility/ControlAccessibility.h"
 #include "ui/description/InterfaceDocument.h"
 
@@ -78,7 +78,11 @@ QList<int> ControlTable::numbersSince(int first) const
 
 void ControlTable::addDependency(const Control &control, const QString &address)
 {
-    const QString path = OrbSetup::path(address);
+    const QStringView view = ConfigAddress(address).path();
+    constexpr qsizetype Few = 4; // are compared faster than looked up
+    if (control.watched.size() <= Few && control.watched.contains(view))
+        return;
+    const QString path = view.toString();
     const auto known = m_dependencies.size();
     m_dependencies.insert({control.number, path});
     if (m_dependencies.size() == known)

@@ -10,27 +10,35 @@
 #include <QFileInfo>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 namespace paravue
 {
 namespace
 {
 
-/// Whether the assignment survives being written to a file and read again unchanged. A line end in a value,
-/// for example, turns what follows into another key.
-bool readsBack(const Assignment &assignment)
+/// Whether section and key survive being written to a file and read again unchanged. A line end, for example,
+/// turns what follows into another key.
+bool readsBack(const QString &path)
 {
-    const QString text = assignment.text();
-    if (text.contains(u'\n') || text.contains(u'\r') || QString::fromUtf8(text.toUtf8()) != text)
+    if (path.contains(u'\n') || path.contains(u'\r') || QString::fromUtf8(path.toUtf8()) != path)
         return false;
-    const QString entry = ConfigAddress(assignment.path).entry().toString();
+    const QString entry = ConfigAddress(path).entry().toString();
     const QString section = entry.section(u'/', 0, 0);
     const QString key = entry.section(u'/', 1);
     const QString sectionLine = iniSectionLine(section);
-    const QString keyLine = iniKeyLine(key, assignment.value, EmptyValue::IsKey);
+    const QString keyLine = iniKeyLine(key, {}, EmptyValue::IsKey);
     const auto readSection = scanIniLine(QStringView(sectionLine), EmptyValue::IsKey);
     const auto readKey = scanIniLine(QStringView(keyLine), EmptyValue::IsKey);
     return readSection.kind == readSection.Section && readSection.name == section &&
-           readKey.kind == readKey.Key && readKey.name == key && readKey.value == assignment.value;
+           readKey.kind == readKey.Key && readKey.name == key;
+}
+
+/// The same for a value, which is written between single quotes where it needs any.
+bool valueReadsBack(QStringView value)
+{
+    const auto endsValue = [](QChar c) { return c == u'\'' || c == u'\n' || c == u'\r'; };
+    return std::none_of(value.begin(), value.end(), endsValue) && value.isValidUtf16();
 }
 
 } // namespace
@@ -43,6 +51,7 @@ public:
     struct Entry {
         QString value;
         ValueOrigin origin;
+        bool pathReadsBack;
     };
 
     static ValueOrigins *of(OrbSetup &store)
@@ -71,8 +80,13 @@ void FileAccessGuard::written(const Assignment &assignment, ValueOrigin origin)
 {
     if (!assignment.hasValue)
         return;
-    m_origins->entries[assignment.path] = {assignment.value, origin};
-    if (origin == ValueOrigin::Description && !readsBack(assignment))
+    auto &entries = m_origins->entries;
+    auto entry = entries.find(assignment.path);
+    if (entry == entries.end())
+        entry = entries.insert(assignment.path, {{}, origin, readsBack(assignment.path)});
+    entry->value = assignment.value;
+    entry->origin = origin;
+    if (origin == ValueOrigin::Description && !(entry->pathReadsBack && valueReadsBack(assignment.value)))
         m_origins->unclearFiles.insert(ConfigAddress(assignment.path).file().toString());
 }
 

@@ -20,6 +20,8 @@ struct WindowServices {
     std::function<void(const std::function<void()> &wait)> letUserAct;
     PathQuestion askForFileAccess;
     FunctionPermit permitsFunction = {};
+    /// The user has changed this control.
+    std::function<void(QWidget *control)> controlChanged = [](QWidget *) {};
 };
 
 } // namespace paravue

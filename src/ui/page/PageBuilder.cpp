@@ -24,6 +24,7 @@
 #include <algorithm>
 #include <map>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 namespace paravue
@@ -103,8 +104,10 @@ void crossGrid(const QGridLayout &grid, const Cells &cells, const QList<Separato
 
 } // namespace
 
-PageBuilder::PageBuilder(ControlContext &context, QWidget &window, AdapterLookup adapterOf)
-    : m_context(context), m_table(context.description().table()), m_window(window), m_adapterOf(adapterOf)
+PageBuilder::PageBuilder(ControlContext &context, std::function<void(QWidget *control)> changed,
+                         AdapterLookup adapterOf)
+    : m_context(context), m_table(context.description().table()), m_changed(std::move(changed)),
+      m_adapterOf(adapterOf)
 {
 }
 
@@ -351,9 +354,8 @@ void PageBuilder::applyLook(const Control &control, QWidget *widget)
 
 void PageBuilder::connectChanges(const ControlAdapter &adapter, QWidget *widget)
 {
-    // By name: the window's slot has one overload per signal signature, and the adapter says which fits.
-    for (const ChangeSignal &change : adapter.traits().changes)
-        QObject::connect(widget, change.signal, &m_window, change.slot);
+    for (const ChangeSignal connectSignal : adapter.traits().changes)
+        connectSignal(*widget, m_receiver, [this, widget] { m_changed(widget); });
 }
 
 } // namespace paravue

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QList>
 
+#include <functional>
 #include <memory>
 
 class QGridLayout;
@@ -23,9 +24,10 @@ struct GridCell;
 class PageBuilder
 {
 public:
-    /// \a window receives the change signals, \a adapterOf knows the types of controls. All must outlive the
-    /// builder.
-    PageBuilder(ControlContext &context, QWidget &window, AdapterLookup adapterOf);
+    /// \a changed is called with each control that the user changes, \a adapterOf knows the types of
+    /// controls. The context must outlive the builder.
+    PageBuilder(ControlContext &context, std::function<void(QWidget *control)> changed,
+                AdapterLookup adapterOf);
 
     /// Fills \a page with the grids of \a container (a tab or a dialog); the page gets its layout from here.
     /// The tab key walks through the page row by row.
@@ -60,7 +62,8 @@ private:
 
     ControlContext &m_context;
     ControlTable &m_table;
-    QWidget &m_window;
+    std::function<void(QWidget *control)> m_changed;
+    QObject m_receiver; ///< of all changes: they are not passed on any more once the builder is gone
     AdapterLookup m_adapterOf;
     QWidget *m_page = nullptr;                 ///< parent of the widgets that are being built
     QList<QWidget *> *m_widgets = nullptr;     ///< receives the widgets of the cell that is being built

@@ -33,7 +33,7 @@ class ButtonAdapter : public TypedAdapter<Button>
 public:
     ButtonAdapter()
         : TypedAdapter<Button>(
-              {.changes = {{SIGNAL(clicked()), SLOT(onCtrlChanged())}},
+              {.changes = {onSignal<&Button::clicked>},
                .attributes = {{"checkable", AttributeRule::Word, {"true", "false"}},
                               {"color", AttributeRule::Word, {"green", "blue", "darkCyan", "red"}}},
                .children = {{"text"}},

@@ -43,7 +43,7 @@ class CellGridAdapter : public TypedAdapter<Editor>
 public:
     explicit CellGridAdapter(const QList<AttributeRule> &attributes)
         : TypedAdapter<Editor>(
-              {.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+              {.changes = {onSignal<&Editor::valueChanged>},
                .attributes = QList<AttributeRule>{{"ctrlColumns"}, {"ctrlRows"}} + attributes,
                .children = {{"text"}},
                .keys = {{KeyRule::Rows}},

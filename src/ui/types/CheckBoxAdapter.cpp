@@ -17,7 +17,7 @@ class CheckBoxAdapter : public TypedAdapter<QCheckBox>
 {
 public:
     CheckBoxAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(stateChanged(int)), SLOT(onCtrlChanged(int))}},
+        : TypedAdapter({.changes = {onSignal<&QCheckBox::stateChanged>},
                         .attributes = {{"default", AttributeRule::Word, {"on", "off"}}},
                         .children = {{"text"}},
                         .actionStates = {"on", "off"},

@@ -22,7 +22,7 @@ class DateTimeAdapter : public TypedAdapter<QDateTimeEdit>
 {
 public:
     DateTimeAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(dateTimeChanged(QDateTime)), SLOT(onCtrlChanged(QDateTime))}},
+        : TypedAdapter({.changes = {onSignal<&QDateTimeEdit::dateTimeChanged>},
                         .attributes = {{"calendarPopup", AttributeRule::Word, {"on", "off"}},
                                        {"format", AttributeRule::Text},
                                        {"ticks", AttributeRule::Word, {"yes", "no"}}},

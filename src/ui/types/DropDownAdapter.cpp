@@ -66,7 +66,7 @@ class DropDownAdapter : public TypedAdapter<QComboBox>
 {
 public:
     DropDownAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(activated(int)), SLOT(onCtrlChanged(int))}},
+        : TypedAdapter({.changes = {onSignal<&QComboBox::activated>},
                         .children = {{"text", {}, {"key"}}, {"keyset"}},
                         .keys = {{KeyRule::Assignment}},
                         .runsCalls = true,

@@ -21,7 +21,7 @@ class EditAdapter : public TypedAdapter<QLineEdit>
 {
 public:
     EditAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(textChanged(QString)), SLOT(onCtrlChanged(QString))}},
+        : TypedAdapter({.changes = {onSignal<&QLineEdit::textChanged>},
                         .attributes = {{"validator", AttributeRule::Pattern},
                                        {"inputMask", AttributeRule::Text},
                                        {"password", AttributeRule::Word, {"on", "off"}},
@@ -49,11 +49,11 @@ public:
     bool load(ControlContext &context, const Control &control) const override
     {
         QLineEdit &edit = widget(control);
-        const QStringList keys = childAddresses(control.element);
-        if (keys.isEmpty())
+        const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
+        if (key.isNull())
             return false;
         const QString before = edit.text();
-        if (const QString value = context.value(control, keys.first()); before != value) {
+        if (const QString value = context.value(control, addressText(key)); before != value) {
             const QSignalBlocker silent(edit);
             edit.setText(value);
         }
@@ -62,8 +62,8 @@ public:
 
     std::optional<QString> unfitValue(ControlContext &context, const Control &control) const override
     {
-        const QStringList keys = childAddresses(control.element);
-        const QString value = keys.isEmpty() ? QString() : context.value(control, keys.first());
+        const QDomElement key = control.element.firstChildElement(QStringLiteral("key"));
+        const QString value = key.isNull() ? QString() : context.value(control, addressText(key));
         return value.isEmpty() || value == widget(control).text() ? std::nullopt : std::optional(value);
     }
 

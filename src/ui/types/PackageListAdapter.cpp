@@ -22,7 +22,7 @@ class PackageListAdapter : public TypedAdapter<PackageListView>
 {
 public:
     PackageListAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+        : TypedAdapter({.changes = {onSignal<&PackageListView::valueChanged>},
                         .children = {{"column", {{"width"}}}},
                         .keys = {{.form = KeyRule::Group, .count = "/PACKAGES"}},
                         .actionStates = rowStates(),

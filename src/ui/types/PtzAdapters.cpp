@@ -53,7 +53,7 @@ class PtzVideoInputAdapter : public TypedAdapter<PtzVideoInput>
 {
 public:
     PtzVideoInputAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(signal_Pixmap_ready()), SLOT(onCtrlChanged())}},
+        : TypedAdapter({.changes = {onSignal<&PtzVideoInput::signal_Pixmap_ready>},
                         .attributes = {{"seenPan"}, {"seenTilt"}},
                         .sizesItself = true})
     {
@@ -88,8 +88,8 @@ class PtzCalibratorAdapter : public TypedAdapter<PtzCalibrator>
 {
 public:
     PtzCalibratorAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(signal_Point_calibrated(int)), SLOT(onCtrlChanged(int))},
-                                    {SIGNAL(signal_Goto_point_selected(int)), SLOT(onCtrlChanged(int))}},
+        : TypedAdapter({.changes = {onSignal<&PtzCalibrator::signal_Point_calibrated>,
+                                    onSignal<&PtzCalibrator::signal_Goto_point_selected>},
                         .attributes = {{"points"}},
                         .keys = {{KeyRule::Rows}},
                         .sizesItself = true,

@@ -50,7 +50,7 @@ class ScheduleAdapter : public TypedAdapter<WeekSchedule>
 {
 public:
     ScheduleAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+        : TypedAdapter({.changes = {onSignal<&WeekSchedule::valueChanged>},
                         .attributes = {{"resolution", AttributeRule::Word, {"60", "30", "15"}}},
                         .children = {{"column", {{"width"}}},
                                      {"text"},

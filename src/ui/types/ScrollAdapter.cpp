@@ -21,7 +21,7 @@ class ScrollAdapter : public TypedAdapter<QScrollBar>
 {
 public:
     ScrollAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(valueChanged(int)), SLOT(onCtrlChanged(int))}},
+        : TypedAdapter({.changes = {onSignal<&QScrollBar::valueChanged>},
                         .attributes = {orientationRule(), {"minvalue"}, {"maxvalue"}, {"value"}},
                         .range = RangeRule(),
                         .runsCalls = true,

@@ -37,7 +37,7 @@ class UserListAdapter : public TypedAdapter<UserListView>
 {
 public:
     UserListAdapter()
-        : TypedAdapter({.changes = {{SIGNAL(valueChanged()), SLOT(onCtrlChanged())}},
+        : TypedAdapter({.changes = {onSignal<&UserListView::valueChanged>},
                         .attributes = {{"clearpassword", AttributeRule::Word, {"true", "false"}},
                                        {"keeppassword", AttributeRule::Word, {"true", "false"}}},
                         .children = {{"column", {{"width"}}}, {"accesslevel", {{"level"}}}},

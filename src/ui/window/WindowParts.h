@@ -26,8 +26,9 @@ struct WindowParts {
     WindowParts(OrbSetup &store, QWidget &window, AdapterLookup adapterOf, WindowServices windowServices)
         : services(std::move(windowServices)), description(store),
           context(store, description, services.report), paths(context, services.askForFileAccess),
-          actions(context), bindings(context, actions, paths), builder(context, window, adapterOf),
-          tasks(context, actions), dialogs(window, context, builder, bindings, actions, tasks, retired),
+          actions(context), bindings(context, actions, paths),
+          builder(context, services.controlChanged, adapterOf), tasks(context, actions),
+          dialogs(window, context, builder, bindings, actions, tasks, retired),
           users(context, bindings, dialogs, services.showDialog),
           packages(context, bindings, services.showDialog), files(window, context, bindings, paths, services)
     {
