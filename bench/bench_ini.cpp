@@ -1,4 +1,5 @@
 #include "PairedRatio.h"
+#include "PlainIni.h"
 
 #include "store/IniEntries.h"
 #include "store/OrbSettings.h"
@@ -10,9 +11,15 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-#include <map>
+#define SI_NO_CONVERSION // of plain text, to other types of characters
+#include <SimpleIni.h>
+#include <ini.h>
 
-// The configuration store beside QSettings, on the same files.
+#include <map>
+#include <string>
+#include <unordered_map>
+
+// The configuration store beside QSettings and other parsers, on the same files.
 
 namespace
 {
@@ -31,14 +38,18 @@ constexpr int Edits = 100;
 /// A recorder's configuration file of about a given size.
 struct SampleFile {
     QByteArray text;
-    QStringList keys; ///< "section/key"
+    QStringList keys;                                           ///< "section/key"
+    std::vector<std::pair<std::string, std::string>> plainKeys; ///< section and name of each
     int lines = 0;
 };
 
-SampleFile makeSample(qsizetype size)
+/// With other quotes than those that are written, every line of a key is written anew.
+SampleFile makeSample(qsizetype size, bool hasOtherQuotes)
 {
     static const QByteArray words[] = {"'Camera at the north gate'", "enabled", "'192.168.0.64'", "1920x1080",
                                        "'rtsp://10.0.0.7/live'"};
+    static const QByteArray quoted[] = {"\"Camera at the north gate\"", "\"enabled\"", "\"192.168.0.64\"",
+                                        "\"1920x1080\"", "\"rtsp://10.0.0.7/live\""};
     SampleFile sample;
     QRandomGenerator random(7);
     QByteArray section;
@@ -49,21 +60,25 @@ SampleFile makeSample(qsizetype size)
             sample.lines += 2;
         }
         const QByteArray name = "PARAMETER_" + QByteArray::number(i % KeysPerSection);
-        const QByteArray value =
-            i % 2 == 0 ? QByteArray::number(random.bounded(100'000)) : words[random.bounded(5)];
+        const QByteArray number = QByteArray::number(random.bounded(100'000));
+        const QByteArray value = i % 2 == 1       ? (hasOtherQuotes ? quoted : words)[random.bounded(5)]
+                                 : hasOtherQuotes ? '"' + number + '"'
+                                                  : number;
         sample.text += name + " = " + value + "\r\n";
         sample.keys << QString::fromLatin1(section + '/' + name);
+        sample.plainKeys.emplace_back(section.toStdString(), name.toStdString());
         ++sample.lines;
     }
     return sample;
 }
 
-const SampleFile &sampleOf(qsizetype size)
+const SampleFile &sampleOf(qsizetype size, bool hasOtherQuotes = false)
 {
-    static std::map<qsizetype, SampleFile> samples;
-    auto found = samples.find(size);
+    static std::map<std::pair<qsizetype, bool>, SampleFile> samples;
+    const std::pair kind(size, hasOtherQuotes);
+    auto found = samples.find(kind);
     if (found == samples.end())
-        found = samples.emplace(size, makeSample(size)).first;
+        found = samples.emplace(kind, makeSample(size, hasOtherQuotes)).first;
     return found->second;
 }
 
@@ -170,6 +185,117 @@ void parseEditWrite(benchmark::State &state)
     pairedRatio(
         state, [&] { return editOurs(files, sample); }, [&] { return editPeer(files, sample); },
         {.limit = 0.25});
+}
+
+Seconds parseByHand(FreshFiles &files, const SampleFile &sample)
+{
+    const std::string path = files.next().toStdString();
+    return measured([&] {
+        const auto &[section, name] = sample.plainKeys.back();
+        const PlainIni ini(path);
+        benchmark::DoNotOptimize(*ini.value(section, name));
+    });
+}
+
+Seconds parseWithSimpleIni(FreshFiles &files, const SampleFile &sample)
+{
+    const std::string path = files.next().toStdString();
+    return measured([&] {
+        const auto &[section, name] = sample.plainKeys.back();
+        CSimpleIniA ini(true);
+        ini.LoadFile(path.c_str());
+        benchmark::DoNotOptimize(ini.GetValue(section.c_str(), name.c_str()));
+    });
+}
+
+Seconds parseWithInih(FreshFiles &files, const SampleFile &sample)
+{
+    using Values = std::unordered_map<std::string, std::string>;
+    const std::string path = files.next().toStdString();
+    const std::string key = sample.keys.constLast().toStdString();
+    return measured([&] {
+        Values values;
+        const auto keep = [](void *all, const char *section, const char *name, const char *value) {
+            (*static_cast<Values *>(all))[std::string(section) + '/' + name] = value;
+            return 1;
+        };
+        ini_parse(path.c_str(), keep, &values);
+        benchmark::DoNotOptimize(values[key]);
+    });
+}
+
+template <auto peer, int limitPercent>
+void parseBeside(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0));
+    FreshFiles files(sample.text);
+    pairedRatio(
+        state, [&] { return parseOurs(files, sample); }, [&] { return peer(files, sample); },
+        {.limit = limitPercent / 100.0});
+}
+
+/// Calls \a set with section, name and value of the keys that edit() changes.
+template <typename Set>
+void forEachEdit(const SampleFile &sample, Set set)
+{
+    const qsizetype step = qMax<qsizetype>(1, sample.keys.size() / Edits);
+    for (int i = 0; i < Edits; ++i) {
+        const auto &[section, name] = sample.plainKeys[size_t(i * step % sample.keys.size())];
+        set(section, name, std::to_string(i));
+    }
+}
+
+Seconds editByHand(FreshFiles &files, const SampleFile &sample)
+{
+    const std::string path = files.next().toStdString();
+    return measured([&] {
+        PlainIni ini(path);
+        std::vector<std::string> values;
+        values.reserve(Edits);
+        forEachEdit(sample, [&](const std::string &section, const std::string &name, std::string value) {
+            ini.setValue(section, name, values.emplace_back(std::move(value)));
+        });
+        ini.write(path);
+    });
+}
+
+Seconds editWithSimpleIni(FreshFiles &files, const SampleFile &sample)
+{
+    const std::string path = files.next().toStdString();
+    return measured([&] {
+        CSimpleIniA ini(true);
+        ini.LoadFile(path.c_str());
+        forEachEdit(sample,
+                    [&](const std::string &section, const std::string &name, const std::string &value) {
+                        ini.SetValue(section.c_str(), name.c_str(), value.c_str());
+                    });
+        ini.SaveFile(path.c_str(), false);
+    });
+}
+
+/// Every key line is written anew.
+template <auto peer, int limitPercent>
+void rewriteBeside(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0), true);
+    FreshFiles files(sample.text);
+    pairedRatio(
+        state, [&] { return editOurs(files, sample); }, [&] { return peer(files, sample); },
+        {.limit = limitPercent / 100.0});
+}
+
+/// A value with an apostrophe, whose line is no key line when it is written, beside a file without one.
+void writeApostrophe(benchmark::State &state)
+{
+    const SampleFile &sample = sampleOf(state.range(0));
+    FreshFiles files(sample.text);
+    const auto write = [&](const QString &value) {
+        OrbSettings settings(files.next());
+        settings.setValue(sample.keys[sample.keys.size() / 2], value);
+        return measured([&] { settings.write(); });
+    };
+    pairedRatio(
+        state, [&] { return write("it's"); }, [&] { return write("its"); }, {.limit = 1.2});
 }
 
 /// The time per line in a large file beside that in a medium one: cache misses, nothing quadratic.
@@ -293,6 +419,13 @@ void lookUp(benchmark::State &state)
 
 BENCHMARK(parse)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(parseEditWrite)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(parseBeside<parseByHand, 150>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(parseBeside<parseWithSimpleIni, 90>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(parseBeside<parseWithInih, 0>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(rewriteBeside<editByHand, 200>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(rewriteBeside<editWithSimpleIni, 50>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(rewriteBeside<editPeer, 0>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(writeApostrophe)->Arg(Medium)->Apply(applyPaired);
 BENCHMARK(perLine<parseOurs>)->Apply(applyPaired);
 BENCHMARK(perLine<editOurs>)->Apply(applyPaired);
 BENCHMARK(addKeys)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);

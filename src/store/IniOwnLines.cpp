@@ -55,17 +55,20 @@ bool everyKeyOwnsOneLine(const IniText &text, qsizetype keysInFile, bool section
     return keys == keysInFile;
 }
 
-std::optional<IniText> rewriteOwnLines(const IniText &text, const EntriesOfLines &entriesOfLines,
-                                       const IniEntries &entries)
+std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLines &entriesOfLines,
+                                        const IniEntries &entries, bool hasNewKeys)
 {
+    OwnLines result;
     PiecewiseCopy copy(text.bytes());
-    std::vector<IniText::Mark> marks = text.marks();
+    std::vector<IniText::Mark> marks;
+    marks.reserve(text.marks().size());
     QByteArray line;
     QByteArray edited;
-    for (size_t i = 0; i < marks.size(); ++i) {
-        const IniText::Mark old = marks[i];
+    for (size_t i = 0; i < text.marks().size(); ++i) {
+        const IniText::Mark &old = text.marks()[i];
         const qsizetype begin = copy.position(old.begin);
-        marks[i].moveBy(begin - qsizetype(old.begin));
+        marks.push_back(old);
+        marks.back().moveBy(begin - qsizetype(old.begin));
         if (old.isSection)
             continue;
         const IniEntries::Entry &entry = entries[entriesOfLines[i]];
@@ -73,17 +76,29 @@ std::optional<IniText> rewriteOwnLines(const IniText &text, const EntriesOfLines
         if (entry.edited)
             value = edited = entry.value.toUtf8();
         const bool bare = value.isEmpty() || isPlainInteger(value);
-        if (!bare && (value.contains('\'') || value.contains('\n')))
+        const bool isSpoiling = !bare && (value.contains('\'') || value.contains('\n'));
+        if (isSpoiling && text.name(old).startsWith('['))
             return {};
+        if (isSpoiling)
+            result.spoiling.push_back(&entry);
+        if (isSpoiling && hasNewKeys)
+            continue;
         line.resize(0);
         IniText::Mark mark = appendKeyLine(line, text.name(old), value, bare);
         if (line == text.slice(old.begin, old.end))
             continue;
-        mark.moveBy(begin);
-        marks[i] = mark;
+        if (isSpoiling) {
+            marks.pop_back();
+            line.chop(2);
+            line.replace('\n', "\r\n").append("\r\n");
+        } else {
+            mark.moveBy(begin);
+            marks.back() = mark;
+        }
         copy.replace(old.begin, old.end, line);
     }
-    return IniText(copy.result(), std::move(marks));
+    result.text = IniText(copy.result(), std::move(marks));
+    return result;
 }
 
 bool mayDisturb(const IniEntries::Entry &entry)

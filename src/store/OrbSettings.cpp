@@ -69,6 +69,13 @@ void OrbSettings::setPath(const QString &path)
     m_unreadable = false;
     m_forgotten = false;
     m_isWritten = true;
+    m_held.reset();
+}
+
+OrbSettings::FileState OrbSettings::fileState() const
+{
+    const QFileInfo file(m_path);
+    return {file.size(), file.lastModified()};
 }
 
 void OrbSettings::forget()
@@ -80,6 +87,7 @@ void OrbSettings::forget()
 bool OrbSettings::read()
 {
     m_forgotten = false;
+    m_held.reset();
     m_unreadable = QFile::exists(m_path);
     QFile file(m_path);
     if (m_path.isEmpty() || !file.open(QIODevice::ReadOnly))
@@ -88,7 +96,7 @@ bool OrbSettings::read()
         qCWarning(settingsLog) << m_path << "is too large for a configuration file";
         return false;
     }
-    const QDateTime modified = file.size() < LargeFile ? QDateTime() : QFileInfo(m_path).lastModified();
+    const FileState state = fileState();
     const QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return false;
@@ -103,8 +111,11 @@ bool OrbSettings::read()
     m_loaded = true;
     takeKeys();
     m_lastContent = m_entries.isEmpty() ? content : QByteArray();
-    const bool isOld = modified.isValid() && modified.msecsTo(QDateTime::currentDateTime()) > FileClockTick;
-    m_lastModified = isOld ? modified : QDateTime();
+    if (m_text.bytes().constData() == content.constData()) // shared, as no byte had to be changed
+        m_held = state;
+    const bool isOld = state.size >= LargeFile && m_entries.isEmpty() &&
+                       state.modified.msecsTo(QDateTime::currentDateTime()) > FileClockTick;
+    m_lastModified = isOld ? state.modified : QDateTime();
     return true;
 }
 
@@ -177,18 +188,23 @@ IniText OrbSettings::merged()
         else if (!entry.withdrawn)
             newEntries.push_back(&entry);
     }
-    std::optional<IniText> text;
+    std::optional<OwnLines> own;
     if (m_linesKnown && everyKeyOwnsOneLine(m_text, keysInFile, m_sectioned) &&
         std::none_of(newEntries.cbegin(), newEntries.cend(), [](auto entry) { return mayDisturb(*entry); }))
-        text = rewriteOwnLines(m_text, m_entriesOfLines, m_entries);
-    if (text && newEntries.empty())
-        return *text;
+        own = rewriteOwnLines(m_text, m_entriesOfLines, m_entries, !newEntries.empty());
+    m_linesKnown = own && newEntries.empty() && own->spoiling.empty();
+    if (own && newEntries.empty())
+        return std::move(own->text);
 
-    m_linesKnown = false;
-    IniMerge merge(text ? *text : m_text, m_sectioned);
-    if (text)
-        IniEntries::sort(newEntries);
-    for (const IniEntries::Entry *entry : text ? newEntries : m_entries.sorted()) {
+    IniMerge merge(own ? own->text : m_text, m_sectioned);
+    std::vector<const IniEntries::Entry *> toPut = std::move(newEntries);
+    if (own) {
+        toPut.insert(toPut.end(), own->spoiling.cbegin(), own->spoiling.cend());
+        IniEntries::sort(toPut);
+    } else {
+        toPut = m_entries.sorted();
+    }
+    for (const IniEntries::Entry *entry : toPut) {
         if (!entry->withdrawn)
             merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
     }
@@ -197,12 +213,15 @@ IniText OrbSettings::merged()
 
 bool OrbSettings::hasEdits() const
 {
-    const auto &entries = m_entries.all();
-    return std::any_of(entries.begin(), entries.end(),
-                       [](const IniEntries::Entry &entry) { return entry.edited; });
+    return !m_unedited.isEmpty();
 }
 
 bool OrbSettings::write()
+{
+    return mayWrite() && (m_forgotten || writeText(merged()));
+}
+
+bool OrbSettings::mayWrite()
 {
     if (m_path.isEmpty())
         return false; // a name that was used without a file
@@ -214,9 +233,12 @@ bool OrbSettings::write()
     m_isWritten = !hasEdits();
     if (m_unreadable && QFile::exists(m_path))
         return false;
-
     appendRepeats();
-    IniText text = merged();
+    return true;
+}
+
+bool OrbSettings::writeText(IniText text)
+{
     QString error;
     if (!writeWholeFile(m_path, text.bytes(), &error)) {
         qCWarning(settingsLog) << "cannot write" << m_path << error;
@@ -224,18 +246,45 @@ bool OrbSettings::write()
         return false;
     }
     m_text = std::move(text);
+    m_held.reset();
     m_isWritten = true;
     return true;
 }
 
 bool OrbSettings::flush()
 {
-    if (!write())
+    if (!mayWrite())
         return true;
+    if (!m_forgotten) {
+        const bool isHeld = !m_entries.isEmpty() && !hasEdits() && m_held && m_held == fileState();
+        IniText text = merged();
+        if (isHeld && text.bytes().constData() == m_text.bytes().constData())
+            return true;
+        if (!writeText(std::move(text)))
+            return true;
+        if (m_linesKnown && !m_entries.isEmpty()) {
+            takeAsWritten();
+            return true;
+        }
+    }
     IniText written = std::exchange(m_text, {});
     if (!read())
         m_text = std::move(written);
     return true;
+}
+
+/// What a read would do after every key was written into its own line.
+void OrbSettings::takeAsWritten()
+{
+    for (auto unedited = m_unedited.cbegin(); unedited != m_unedited.cend(); ++unedited) {
+        IniEntries::Entry &entry = m_entries[unedited.key()];
+        if (!entry.inFile)
+            continue;
+        entry.value = QString::fromUtf8(entry.value.toUtf8()); // half of a surrogate pair is lost in the file
+        entry.edited = false;
+    }
+    m_unedited.removeIf([this](auto unedited) { return !m_entries[unedited.key()].edited; });
+    m_held = fileState();
 }
 
 QVariant OrbSettings::value(const QString &key, const QVariant &defaultValue)

@@ -47,8 +47,9 @@ public:
     bool isWritten() const { return m_isWritten; }
     /// True when a value was set that no write and read have brought to the disk.
     bool hasEdits() const;
-    /// Writes, and reads what was written in place of the lines that were held. Always true. Values of keys
-    /// that the file does not hold stay known. A file that cannot be written keeps its edits in memory.
+    /// Writes, and takes what was written in place of the lines that were held. Always true. Values of keys
+    /// that the file does not hold stay known. A file that cannot be written keeps its edits in memory. One
+    /// without edits that has its usual form already, and has not changed since, is not touched.
     bool flush();
 
     /// The value of "section/key" as a string, or \a defaultValue. Here and in the following functions, a
@@ -81,7 +82,19 @@ private:
     bool addUnchanged();
     void takeKeys();
     void appendRepeats();
+    bool mayWrite();
     paravue::IniText merged();
+    bool writeText(paravue::IniText text);
+    void takeAsWritten();
+
+    /// What changes when somebody else writes the file.
+    struct FileState {
+        bool operator==(const FileState &) const = default;
+
+        qint64 size = -1;
+        QDateTime modified;
+    };
+    FileState fileState() const;
 
     QString m_path;
     bool m_sectioned = false;  ///< the last read met a section line
@@ -94,6 +107,8 @@ private:
     QHash<quint32, std::optional<QString>> m_unedited; ///< of edited entries, what they were before
     std::vector<quint32> m_entriesOfLines;             ///< for each marked line its entry, while m_linesKnown
     bool m_linesKnown = false;                         ///< no two lines have the same entry
+
+    std::optional<FileState> m_held; ///< of the file that the text is, to the byte
 
     /// A file without any key is read again at each access, and its lines are added each time. The content
     /// that was read last, and how many more times it stands behind the text.

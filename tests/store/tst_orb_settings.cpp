@@ -10,6 +10,7 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
+#include <filesystem>
 #include <optional>
 
 using paravue::test::isForOwnerOnly;
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void aMissingFileIsReadOnceItIsThere();
     void setPathForgetsEverything();
     void flushKeepsValuesThatTheFileLost();
+    void flushLeavesAFileInItsUsualFormAlone();
     void anUnwritableFileKeepsItsEdits();
     void whatIsPutBackIsNoEdit();
     void matchingGivesKeysInOrder();
@@ -293,6 +295,31 @@ void TestOrbSettings::flushKeepsValuesThatTheFileLost()
     QVERIFY(settings.flush());
     QVERIFY(settings.flush());
     QCOMPARE(content(), "[s]\r\na = 'it's'\r\nb = 2\r\n");
+}
+
+void TestOrbSettings::flushLeavesAFileInItsUsualFormAlone()
+{
+    setContent("[s]\r\na=1\r\n");
+    OrbSettings settings(m_path);
+    QCOMPARE(settings.value("s/a").toInt(), 1);
+    // A file that is written is a new one, which then has one name only.
+    const std::filesystem::path path = m_path.toStdU16String();
+    const auto isWrittenByFlush = [&] {
+        const std::filesystem::path other = path.parent_path() / "other";
+        std::filesystem::create_hard_link(path, other);
+        settings.flush();
+        const bool isWritten = std::filesystem::hard_link_count(path) == 1;
+        std::filesystem::remove(other);
+        return isWritten;
+    };
+    QVERIFY(isWrittenByFlush());
+    QVERIFY(!isWrittenByFlush());
+    settings.setValue("s/a", "2");
+    QVERIFY(isWrittenByFlush());
+    QVERIFY(!isWrittenByFlush());
+    setContent("[s]\r\na = 33\r\n");
+    QVERIFY(isWrittenByFlush());
+    QCOMPARE(content(), "[s]\r\na = 2\r\n");
 }
 
 void TestOrbSettings::anUnwritableFileKeepsItsEdits()
