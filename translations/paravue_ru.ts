@@ -606,48 +606,6 @@ Exit code:
         <translation>Команды:</translation>
     </message>
     <message>
-        <source>
-ADDRESS is [login:password@]host[:port]. Without a password in it, the password
-is the one of --password-file, that of the environment variable PARAVUE_PASSWORD,
-the remembered one, or typed after the recorder has refused these. A password in
-ADDRESS can be seen by other users of this computer.
-
-A value is named FILE/SECTION/KEY. In a PATTERN, * stands for any letters and ? for
-one; &quot;net&quot; and &quot;net/untitled&quot; mean everything in the file and in the section.
-
-Exit code:
-  0  done
-  1  the recorder has refused something
-  2  the command line was wrong
-  3  no connection to the recorder, or no answer in time
-  4  the recorder has refused the login
-  5  a value was not found, or was not kept by the recorder
-  6  a file on this computer could not be read or written
-  7  what the recorder has sent, or a file of values, makes no sense
-  8  stopped before it was done
-</source>
-        <translation>
-ADDRESS — это [login:password@]host[:port]. Если пароля в нём нет, берётся пароль
-из --password-file, из переменной окружения PARAVUE_PASSWORD, запомненный или,
-когда регистратор их отклонил, введённый с клавиатуры. Пароль в ADDRESS видят
-другие пользователи этого компьютера.
-
-Значение называется FILE/SECTION/KEY. В PATTERN знак * заменяет любые буквы, ? — одну;
-&quot;net&quot; и &quot;net/untitled&quot; означают всё в файле и в секции.
-
-Код завершения:
-  0  готово
-  1  регистратор что-то отклонил
-  2  неверная командная строка
-  3  нет связи с регистратором или ответа в срок
-  4  регистратор отклонил логин
-  5  значение не найдено или не сохранено регистратором
-  6  не удалось прочитать или записать файл на этом компьютере
-  7  данные регистратора или файла значений не имеют смысла
-  8  остановлено до окончания
-</translation>
-    </message>
-    <message>
         <source>%1 is not for the command %2</source>
         <translation>%1 не относится к команде %2</translation>
     </message>
@@ -866,6 +824,76 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
     <message>
         <source>the recorder has no value %1; --force sets it</source>
         <translation>в регистраторе нет значения %1; --force его задаст</translation>
+    </message>
+    <message>
+        <source>too few arguments: %1 takes %2</source>
+        <translation>слишком мало аргументов: для %1 указывается %2</translation>
+    </message>
+    <message>
+        <source>Prints the values that differ. A and B are each a recorder, a snapshot, a folder of its files, or a file of wanted values; what has a &quot;/&quot; or exists is no recorder.</source>
+        <translation>Выводит различающиеся значения. A и B — регистратор, снимок, папка с его файлами или файл нужных значений; то, что содержит «/» или существует, — не регистратор.</translation>
+    </message>
+    <message>
+        <source>only in %1: %2</source>
+        <translation>только в %1: %2</translation>
+    </message>
+    <message>
+        <source>there is no value that fits %1</source>
+        <translation>нет значения для %1</translation>
+    </message>
+    <message>
+        <source>%1 holds too much for settings</source>
+        <translation>в %1 слишком много данных для настроек</translation>
+    </message>
+    <message>
+        <source>%1 holds no files</source>
+        <translation>в %1 нет файлов</translation>
+    </message>
+    <message>
+        <source>(none)</source>
+        <translation>(нет)</translation>
+    </message>
+    <message>
+        <source>
+ADDRESS is [login:password@]host[:port]. Without a password in it, the password
+is the one of --password-file, that of the environment variable PARAVUE_PASSWORD,
+the remembered one, or typed after the recorder has refused these. A password in
+ADDRESS can be seen by other users of this computer.
+
+A value is named FILE/SECTION/KEY. In a PATTERN, * stands for any letters and ? for
+one; &quot;net&quot; and &quot;net/untitled&quot; mean everything in the file and in the section.
+
+Exit code:
+  0  done
+  1  the recorder has refused something
+  2  the command line was wrong
+  3  no connection to the recorder, or no answer in time
+  4  the recorder has refused the login
+  5  values differ, were not found or not kept, or something was not confirmed
+  6  a file on this computer could not be read or written
+  7  what the recorder has sent, or a file of values, makes no sense
+  8  stopped before it was done
+</source>
+        <translation>
+ADDRESS — это [login:password@]host[:port]. Если пароля в нём нет, берётся пароль
+из --password-file, из переменной окружения PARAVUE_PASSWORD, запомненный или,
+когда регистратор их отклонил, введённый с клавиатуры. Пароль в ADDRESS видят
+другие пользователи этого компьютера.
+
+Значение называется FILE/SECTION/KEY. В PATTERN знак * заменяет любые буквы, ? — одну;
+&quot;net&quot; и &quot;net/untitled&quot; означают всё в файле и в секции.
+
+Код завершения:
+  0  готово
+  1  регистратор что-то отклонил
+  2  неверная командная строка
+  3  нет связи с регистратором или ответа в срок
+  4  регистратор отклонил логин
+  5  значения различаются, не найдены или не сохранены, либо что-то не подтверждено
+  6  не удалось прочитать или записать файл на этом компьютере
+  7  данные регистратора или файла значений не имеют смысла
+  8  остановлено до окончания
+</translation>
     </message>
 </context>
 <context>

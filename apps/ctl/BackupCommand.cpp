@@ -7,7 +7,6 @@
 #include "snapshots/SnapshotFolder.h"
 
 #include <QFileInfo>
-#include <QTextStream>
 
 namespace paravue
 {
@@ -15,15 +14,8 @@ namespace paravue
 namespace
 {
 
-Outcome written(const QString &path, const QString &problem)
-{
-    if (!problem.isEmpty())
-        return {ExitCode::LocalFile, problem};
-    QTextStream(stdout) << path << '\n';
-    return {};
-}
-
-Outcome writeFile(const FileContents &files, const QString &recorder, const ControlCommandLine &line)
+SnapshotFolder::Result writeFile(const FileContents &files, const QString &recorder,
+                                 const ControlCommandLine &line)
 {
     Snapshot snapshot;
     snapshot.files = files;
@@ -32,27 +24,47 @@ Outcome writeFile(const FileContents &files, const QString &recorder, const Cont
     snapshot.info.time = QDateTime::currentDateTimeUtc();
     if (!line.secrets)
         snapshot.info.leftOut = removeSecrets(snapshot.files);
-    return written(line.output, snapshotarchive::write(snapshot, line.output));
+    return {line.output, snapshotarchive::write(snapshot, line.output)};
+}
+
+SnapshotFolder::Result keepInFolder(const FileContents &files, const QString &recorder,
+                                    const ControlCommandLine &line)
+{
+    SnapshotFolder folder(SnapshotFolder::usualRoot(), recorder);
+    return folder.keep(files,
+                       line.secrets ? SnapshotFolder::Secrets::Kept : SnapshotFolder::Secrets::LeftOut);
+}
+
+Outcome keep(RecorderSession &session, const ControlCommandLine &line, CommandReport &report)
+{
+    FileContents files;
+    if (const Outcome read = session.contents(files); !read.isDone())
+        return read;
+    const SnapshotFolder::Result kept = line.output.isEmpty() ? keepInFolder(files, session.recorder(), line)
+                                                              : writeFile(files, session.recorder(), line);
+    if (!kept.problem.isEmpty())
+        return {ExitCode::LocalFile, kept.problem};
+    report.text = kept.path + u'\n';
+    report.document = {{"path", kept.path}};
+    return {};
 }
 
 } // namespace
 
-Outcome runBackup(RecorderSession &session, const ControlCommandLine &line)
+void runBackup(const ControlCommandLine &line, const CommandEnd &end)
 {
     if (!line.output.isEmpty() && !line.force && QFileInfo::exists(line.output))
-        return {ExitCode::LocalFile, ControlText::tr("%1 exists; --force overwrites it").arg(line.output)};
-    if (const Outcome fetched = session.fetch(); !fetched.isDone())
-        return fetched;
-    FileContents files;
-    if (const Outcome read = session.contents(files); !read.isDone())
-        return read;
-    const QString recorder = recorderOfAddress(session.store().address());
-    if (!line.output.isEmpty())
-        return writeFile(files, recorder, line);
-    SnapshotFolder folder(SnapshotFolder::usualRoot(), recorder);
-    const auto kept =
-        folder.keep(files, line.secrets ? SnapshotFolder::Secrets::Kept : SnapshotFolder::Secrets::LeftOut);
-    return written(kept.path, kept.problem);
+        return end(
+            {ExitCode::LocalFile, ControlText::tr("%1 exists; --force overwrites it").arg(line.output)}, {});
+    Outcome problem;
+    const auto session = RecorderSession::open(line, problem);
+    if (!session)
+        return end(problem, {});
+    session->fetch([=](const Outcome &fetched) {
+        CommandReport report;
+        const Outcome outcome = fetched.isDone() ? keep(*session, line, report) : fetched;
+        end(outcome, report);
+    });
 }
 
 } // namespace paravue

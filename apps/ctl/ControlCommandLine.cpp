@@ -1,6 +1,7 @@
 #include "ControlCommandLine.h"
 
 #include "ControlText.h"
+#include "SettingsSource.h"
 #include "program/HelpText.h"
 #include "setup/RecorderAddress.h"
 
@@ -42,7 +43,7 @@ QString notes()
         "  2  the command line was wrong\n"
         "  3  no connection to the recorder, or no answer in time\n"
         "  4  the recorder has refused the login\n"
-        "  5  a value was not found, or was not kept by the recorder\n"
+        "  5  values differ, were not found or not kept, or something was not confirmed\n"
         "  6  a file on this computer could not be read or written\n"
         "  7  what the recorder has sent, or a file of values, makes no sense\n"
         "  8  stopped before it was done\n");
@@ -91,18 +92,6 @@ bool readNumber(const QCommandLineParser &parser, const QString &name, int least
     return isNumber && number >= least && number <= most;
 }
 
-QString readAddress(ControlCommandLine &line, const QString &text, RecorderAddress::Password password)
-{
-    const RecorderAddress address = RecorderAddress::fromText(text, password);
-    line.address = address.address;
-    line.hasPasswordInAddress = line.address.contains(u'@');
-    if (!address.problem.isEmpty())
-        return address.problem;
-    if (line.hasPasswordInAddress && (!line.login.isEmpty() || !line.passwordFile.isEmpty()))
-        return ControlText::tr("the login is given in the address or by options");
-    return {};
-}
-
 void addRows(QCommandLineParser &parser)
 {
     for (const ControlOption &option : controlOptions())
@@ -112,21 +101,46 @@ void addRows(QCommandLineParser &parser)
     parser.addPositionalArgument("ARGUMENT", ControlText::tr("What the command takes."), "[ARGUMENT...]");
 }
 
+QList<ControlCommand>::const_iterator findCommand(const QList<ControlCommand> &commands, const QString &name)
+{
+    return std::find_if(commands.begin(), commands.end(),
+                        [&](const ControlCommand &command) { return command.name == name; });
+}
+
 QString readCommand(ControlCommandLine &line, const QStringList &words)
 {
     const QList<ControlCommand> commands = controlCommands();
     if (words.isEmpty())
         return ControlText::tr("no command was given");
     line.command = words.first();
-    const auto command = std::find_if(commands.begin(), commands.end(),
-                                      [&](const ControlCommand &row) { return row.name == line.command; });
+    const auto command = findCommand(commands, line.command);
     if (command == commands.end())
         return ControlText::tr("there is no command \"%1\"").arg(line.command);
-    if (words.size() < 2)
+    line.arguments = words.mid(1);
+    const qsizetype count = line.arguments.size();
+    if (count == 0 && command->hasAddress())
         return ControlText::tr("no address was given");
-    line.arguments = words.mid(2);
-    if (command->mostArguments >= 0 && line.arguments.size() > command->mostArguments)
+    if (count < command->leastArguments)
+        return ControlText::tr("too few arguments: %1 takes %2").arg(command->name, command->arguments);
+    if (command->mostArguments >= 0 && count > command->mostArguments)
         return ControlText::tr("too many arguments: %1 takes %2").arg(command->name, command->arguments);
+    return {};
+}
+
+/// Takes the addresses out of the arguments, or tests them.
+QString readAddresses(ControlCommandLine &line)
+{
+    const QList<ControlCommand> commands = controlCommands();
+    if (findCommand(commands, line.command)->hasAddress())
+        return line.setAddress(line.arguments.takeFirst());
+    for (const QString &source : line.arguments.first(2)) {
+        ControlCommandLine own = line;
+        if (isLocalSource(source))
+            continue;
+        if (const QString problem = own.setAddress(source); !problem.isEmpty())
+            return problem;
+        line.hasPasswordInAddress = line.hasPasswordInAddress || own.hasPasswordInAddress;
+    }
     return {};
 }
 
@@ -134,6 +148,7 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
 {
     line.login = parser.value("login");
     line.passwordFile = parser.value("password-file");
+    line.isPasswordTyped = parser.isSet("digest");
     line.json = parser.isSet("json");
     line.secrets = parser.isSet("secrets");
     line.force = parser.isSet("force");
@@ -154,15 +169,20 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
 QList<ControlCommand> controlCommands()
 {
     return {
-        {"get", "ADDRESS [PATTERN...]", ControlText::tr("Prints the values that a PATTERN names, or all."),
+        {"get", "ADDRESS [PATTERN...]", ControlText::tr("Prints the values that a PATTERN names, or all."), 1,
          -1},
         {"set", "ADDRESS [KEY=VALUE...]",
          ControlText::tr(
              "Sets values, sends the files that they are in and compares what the recorder has then."),
-         -1},
+         1, -1},
+        {"diff", "A B [PATTERN...]",
+         ControlText::tr(
+             "Prints the values that differ. A and B are each a recorder, a snapshot, a folder of "
+             "its files, or a file of wanted values; what has a \"/\" or exists is no recorder."),
+         2, -1},
         {"backup", "ADDRESS",
          ControlText::tr("Keeps the settings as a snapshot, among those of the setup window or in a file."),
-         0},
+         1, 1},
     };
 }
 
@@ -194,13 +214,13 @@ QList<ControlOption> controlOptions()
          "NUMBER",
          ControlText::tr("Fetch again so often when there is no connection or no answer (without it 0)."),
          {}},
-        {{"json"}, {}, ControlText::tr("Print for other programs."), {"get", "set"}},
+        {{"json"}, {}, ControlText::tr("Print for other programs."), {"get", "set", "diff"}},
         {{"secrets"},
          {},
          ControlText::tr(
              "Print passwords and the like, or keep them in the snapshot. Otherwise they are left "
              "out."),
-         {"get", "set", "backup"}},
+         {"get", "set", "diff", "backup"}},
         {{"file"},
          "FILE",
          ControlText::tr("Set what FILE says, too: a line KEY=VALUE for each value."),
@@ -212,6 +232,19 @@ QList<ControlOption> controlOptions()
          ControlText::tr("Overwrite FILE when it exists; set keys that the recorder does not have."),
          {"set", "backup"}},
     };
+}
+
+QString ControlCommandLine::setAddress(const QString &text)
+{
+    const RecorderAddress read = RecorderAddress::fromText(
+        text, isPasswordTyped ? RecorderAddress::Password::AsTyped : RecorderAddress::Password::AsSent);
+    address = read.address;
+    hasPasswordInAddress = address.contains(u'@');
+    if (!read.problem.isEmpty())
+        return read.problem;
+    if (hasPasswordInAddress && (!login.isEmpty() || !passwordFile.isEmpty()))
+        return ControlText::tr("the login is given in the address or by options");
+    return {};
 }
 
 ControlCommandLine ControlCommandLine::parse(const QStringList &words)
@@ -233,9 +266,7 @@ ControlCommandLine ControlCommandLine::parse(const QStringList &words)
     if (problem.isEmpty())
         problem = readOptions(line, parser);
     if (problem.isEmpty())
-        problem = readAddress(line, parser.positionalArguments().at(1),
-                              parser.isSet("digest") ? RecorderAddress::Password::AsTyped
-                                                     : RecorderAddress::Password::AsSent);
+        problem = readAddresses(line);
     return problem.isEmpty() ? line : refused(problem);
 }
 

@@ -12,9 +12,11 @@ namespace paravue
 /// A command of the program, as its help, its man page and its completions have it.
 struct ControlCommand {
     QString name;
-    QString arguments; ///< as in a synopsis, "ADDRESS [PATTERN...]"
-    QString text;      ///< what it does
-    int mostArguments; ///< behind the address; below 0 for any number
+    QString arguments;  ///< as in a synopsis, "ADDRESS [PATTERN...]"
+    QString text;       ///< what it does
+    int leastArguments; ///< the address included
+    int mostArguments;  ///< below 0 for any number
+    bool hasAddress() const { return arguments.startsWith(QStringLiteral("ADDRESS")); }
 };
 QList<ControlCommand> controlCommands();
 
@@ -35,9 +37,10 @@ struct ControlCommandLine {
     QString text; ///< what to show: the help, the version, or what is wrong with the command line
 
     QString command;
-    QString address; ///< [login:password@]host[:port], in the form that OrbNetSetup takes
-    bool hasPasswordInAddress = false;
-    QStringList arguments; ///< behind the address
+    QString address;                   ///< [login:password@]host[:port], in the form that OrbNetSetup takes
+    bool hasPasswordInAddress = false; ///< also in one of the arguments that may be addresses
+    bool isPasswordTyped = false;      ///< the one in an address is what a user types
+    QStringList arguments;             ///< behind the address
 
     QString login;        ///< empty: the remembered one
     QString passwordFile; ///< empty: none
@@ -52,6 +55,9 @@ struct ControlCommandLine {
 
     /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
     static ControlCommandLine parse(const QStringList &words);
+
+    /// Takes \a text as the address. What is wrong with it, without repeating it; empty when nothing is.
+    QString setAddress(const QString &text);
 };
 
 } // namespace paravue

@@ -4,13 +4,11 @@
 #include "RecorderSession.h"
 #include "SecretValues.h"
 #include "TerminalText.h"
+#include "ValuePatterns.h"
 #include "snapshots/SnapshotDifferences.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
-#include <QTextStream>
 
 #include <algorithm>
 #include <vector>
@@ -27,43 +25,7 @@ struct FoundValue {
     bool isSecret;
 };
 
-/// A pattern of values, and whether it has matched one.
-struct ValuePattern {
-    explicit ValuePattern(const QString &text) : text(text)
-    {
-        // "net" and "net/untitled" stand for what is in them.
-        QString expression;
-        for (const QChar letter : text) {
-            if (letter == u'*')
-                expression += QStringLiteral(".*");
-            else if (letter == u'?')
-                expression += u'.';
-            else
-                expression += QRegularExpression::escape(QString(letter));
-        }
-        if (text.count(u'/') < 2)
-            expression += QStringLiteral("(/.*)?");
-        whole.setPattern(QRegularExpression::anchoredPattern(expression));
-        whole.setPatternOptions(QRegularExpression::DotMatchesEverythingOption);
-    }
-
-    QString text;
-    QRegularExpression whole;
-    bool hasMatched = false;
-};
-
-bool isWanted(std::vector<ValuePattern> &patterns, const QString &path)
-{
-    bool isMatched = patterns.empty();
-    for (ValuePattern &pattern : patterns) {
-        const bool matches = pattern.whole.match(path).hasMatch();
-        pattern.hasMatched = pattern.hasMatched || matches;
-        isMatched = isMatched || matches;
-    }
-    return isMatched;
-}
-
-std::vector<FoundValue> wantedValues(const FileContents &files, std::vector<ValuePattern> &patterns)
+std::vector<FoundValue> wantedValues(const FileContents &files, ValuePatterns &patterns)
 {
     const SecretValues secrets(files);
     const ConfigurationValues all = valuesOf(files);
@@ -72,7 +34,7 @@ std::vector<FoundValue> wantedValues(const FileContents &files, std::vector<Valu
         const auto &values = file->all();
         for (auto value = values.cbegin(); value != values.cend(); ++value) {
             const QString path = file.key() + u'/' + value.key();
-            if (isWanted(patterns, path))
+            if (patterns.contains(path))
                 found.push_back({path, *value, secrets.contains(path)});
         }
     }
@@ -81,58 +43,60 @@ std::vector<FoundValue> wantedValues(const FileContents &files, std::vector<Valu
     return found;
 }
 
-void printText(const std::vector<FoundValue> &values, bool showsSecrets)
+QString textOf(const std::vector<FoundValue> &values, bool showsSecrets)
 {
     qsizetype width = 0;
     for (const FoundValue &value : values)
         width = std::max(width, value.path.size());
-    QTextStream out(stdout);
-    for (const FoundValue &value : values) {
-        out << terminalText(value.path).leftJustified(width) << "  "
-            << (value.isSecret && !showsSecrets ? SecretKeys::dots() : terminalText(value.value)) << '\n';
-    }
+    QString text;
+    for (const FoundValue &value : values)
+        text += terminalText(value.path).leftJustified(width) + QStringLiteral("  ") +
+                shownInText(value.value, value.isSecret && !showsSecrets) + u'\n';
+    return text;
 }
 
-void printJson(const std::vector<FoundValue> &values, bool showsSecrets, const QString &recorder)
+QJsonObject documentOf(const std::vector<FoundValue> &values, bool showsSecrets, const QString &recorder)
 {
     QJsonArray rows;
-    for (const FoundValue &value : values) {
-        QJsonObject row{{"path", value.path}, {"secret", value.isSecret}};
-        row.insert("value", value.isSecret && !showsSecrets ? QJsonValue() : QJsonValue(value.value));
-        rows.append(row);
-    }
-    const QJsonObject document{
-        {"format", "paravue-values"}, {"version", 1}, {"recorder", recorder}, {"values", rows}};
-    QTextStream(stdout) << QJsonDocument(document).toJson();
+    for (const FoundValue &value : values)
+        rows.append(QJsonObject{{"path", value.path},
+                                {"secret", value.isSecret},
+                                {"value", shownInJson(value.value, value.isSecret && !showsSecrets)}});
+    return {{"format", "paravue-values"}, {"version", 1}, {"recorder", recorder}, {"values", rows}};
 }
 
-} // namespace
-
-Outcome runGet(RecorderSession &session, const ControlCommandLine &line)
+Outcome report(RecorderSession &session, const ControlCommandLine &line, CommandReport &report)
 {
-    std::vector<ValuePattern> patterns;
-    for (const QString &pattern : line.arguments)
-        patterns.emplace_back(pattern);
-    if (const Outcome fetched = session.fetch(); !fetched.isDone())
-        return fetched;
     FileContents files;
     if (const Outcome read = session.contents(files); !read.isDone())
         return read;
+    ValuePatterns patterns(line.arguments);
     const std::vector<FoundValue> values = wantedValues(files, patterns);
     if (line.json)
-        printJson(values, line.secrets, recorderOfAddress(session.store().address()));
+        report.document = documentOf(values, line.secrets, session.recorder());
     else
-        printText(values, line.secrets);
-    QStringList unmatched;
-    for (const ValuePattern &pattern : patterns) {
-        if (!pattern.hasMatched)
-            unmatched << pattern.text;
-    }
+        report.text = textOf(values, line.secrets);
+    const QStringList unmatched = patterns.unmatched();
     if (unmatched.isEmpty())
         return {};
     return {
         ExitCode::Different,
         ControlText::tr("the recorder has no value that fits %1").arg(unmatched.join(QStringLiteral(", ")))};
+}
+
+} // namespace
+
+void runGet(const ControlCommandLine &line, const CommandEnd &end)
+{
+    Outcome problem;
+    const auto session = RecorderSession::open(line, problem);
+    if (!session)
+        return end(problem, {});
+    session->fetch([=](const Outcome &fetched) {
+        CommandReport found;
+        const Outcome outcome = fetched.isDone() ? report(*session, line, found) : fetched;
+        end(outcome, found);
+    });
 }
 
 } // namespace paravue

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace paravue
 {
 
@@ -14,5 +16,8 @@ struct Outcome {
 
     bool isDone() const { return code == ExitCode::Done; }
 };
+
+/// Is called once, when a step has ended.
+using OutcomeHandler = std::function<void(const Outcome &)>;
 
 } // namespace paravue

@@ -3,10 +3,11 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "LoginSource.h"
-#include "recorder/StopSignal.h"
 
-#include <QEventLoop>
 #include <QFile>
+
+#include <algorithm>
+#include <utility>
 
 namespace paravue
 {
@@ -16,6 +17,15 @@ namespace
 
 /// Files of the store that no recorder has.
 const QString OwnFile = QStringLiteral("general");
+
+/// Those that are alive.
+QList<RecorderSession *> &allSessions()
+{
+    static QList<RecorderSession *> sessions;
+    return sessions;
+}
+
+bool isProgramStopped = false;
 
 ExitCode exitCodeOf(LinkStatus::Cause cause)
 {
@@ -36,72 +46,10 @@ ExitCode exitCodeOf(LinkStatus::Cause cause)
     return ExitCode::BadData;
 }
 
-/// Runs one exchange of a store to its end.
-class Exchange : public QObject
+Outcome stopped()
 {
-public:
-    explicit Exchange(OrbSetup &store) : m_store(store)
-    {
-        connect(&store, &OrbSetup::loadDone, this, [this] { end(); });
-        connect(&store, &OrbSetup::storeDone, this, [this] { end(); });
-        connect(&store, &OrbSetup::pseudothrow, this, [this](const QString &message) { note(message); });
-    }
-
-    /// \a start begins the exchange. A signal cuts it off; with \a finish, that brings it to an end.
-    Outcome run(const std::function<void()> &start, const std::function<void()> &finish = {})
-    {
-        start();
-        if (!m_hasEnded && !recorder::hasStopSignal())
-            m_loop.exec();
-        const bool isStopped = !m_hasEnded;
-        if (isStopped && finish) {
-            finish();
-            // No event loop starts any more once one was ended by a signal.
-            while (!m_hasEnded)
-                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        if (!m_hasEnded)
-            m_store.resetLink();
-        return isStopped && m_outcome.isDone() ? stopped() : m_outcome;
-    }
-
-private:
-    Outcome stopped() const
-    {
-        const bool isWhole = m_hasEnded && m_store.saveStatus().missing.isEmpty();
-        return isWhole ? Outcome() : Outcome{ExitCode::Cancelled, ControlText::tr("stopped")};
-    }
-
-    void note(const QString &message)
-    {
-        const QString explanation = m_store.explanation(message);
-        const QString problem = explanation.isEmpty() ? message : explanation;
-        const LinkStatus &status = m_store.linkStatus();
-        // What follows from the first problem would hide it.
-        if (m_outcome.isDone())
-            m_outcome = {exitCodeOf(status.cause), problem};
-        // Some reports do not end the exchange.
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (m_store.linkStatus().state != LinkStatus::State::Running)
-                    end();
-            },
-            Qt::QueuedConnection);
-    }
-
-    void end()
-    {
-        m_hasEnded = true;
-        // The store is busy until its signal has returned.
-        QMetaObject::invokeMethod(&m_loop, &QEventLoop::quit, Qt::QueuedConnection);
-    }
-
-    OrbSetup &m_store;
-    QEventLoop m_loop;
-    Outcome m_outcome;
-    bool m_hasEnded = false;
-};
+    return {ExitCode::Cancelled, ControlText::tr("stopped")};
+}
 
 Outcome contentsOf(OrbSetup &store, const QString &suffix, FileContents &files)
 {
@@ -119,43 +67,158 @@ Outcome contentsOf(OrbSetup &store, const QString &suffix, FileContents &files)
 
 } // namespace
 
+/// One exchange of a store, which deletes itself at its end.
+class Exchange : public QObject
+{
+public:
+    /// \a finish brings the exchange to an early end; without it, a stop cuts the exchange off.
+    Exchange(OrbSetup &store, OutcomeHandler then, std::function<void()> finish, QObject *parent)
+        : QObject(parent), m_store(store), m_then(std::move(then)), m_finish(std::move(finish))
+    {
+        connect(&store, &OrbSetup::loadDone, this, &Exchange::end);
+        connect(&store, &OrbSetup::storeDone, this, &Exchange::end);
+        connect(&store, &OrbSetup::pseudothrow, this, &Exchange::note);
+    }
+
+    void stop()
+    {
+        if (m_hasEnded || std::exchange(m_isStopped, true))
+            return;
+        if (m_finish)
+            m_finish();
+        else
+            end();
+    }
+
+private:
+    void note(const QString &message)
+    {
+        const QString explanation = m_store.explanation(message);
+        // What follows from the first problem would hide it.
+        if (m_outcome.isDone())
+            m_outcome = {exitCodeOf(m_store.linkStatus().cause),
+                         explanation.isEmpty() ? message : explanation};
+        // Some reports do not end the exchange.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (m_store.linkStatus().state != LinkStatus::State::Running)
+                    end();
+            },
+            Qt::QueuedConnection);
+    }
+
+    void end()
+    {
+        if (std::exchange(m_hasEnded, true))
+            return;
+        // The store is busy until its signal has returned.
+        QMetaObject::invokeMethod(this, &Exchange::conclude, Qt::QueuedConnection);
+    }
+
+    void conclude()
+    {
+        if (m_store.linkStatus().state == LinkStatus::State::Running)
+            m_store.resetLink();
+        const bool isCutOff = m_isStopped && (!m_finish || !m_store.saveStatus().missing.isEmpty());
+        const Outcome outcome = m_outcome.isDone() && isCutOff ? stopped() : m_outcome;
+        const OutcomeHandler then = std::move(m_then);
+        deleteLater();
+        then(outcome);
+    }
+
+    OrbSetup &m_store;
+    OutcomeHandler m_then;
+    const std::function<void()> m_finish;
+    Outcome m_outcome;
+    bool m_hasEnded = false;
+    bool m_isStopped = false;
+};
+
+std::shared_ptr<RecorderSession> RecorderSession::open(const ControlCommandLine &line, Outcome &problem)
+{
+    QString address;
+    problem = completeAddress(line, address);
+    return problem.isDone() ? std::shared_ptr<RecorderSession>(new RecorderSession(address, line)) : nullptr;
+}
+
 RecorderSession::RecorderSession(const QString &address, const ControlCommandLine &line)
     : m_store(address), m_retries(line.retries)
 {
     m_store.setTimeouts({line.timeout, line.timeout});
     m_store.setCredentialsSource(terminalLogin(address.section(u':', 0, 0)));
+    allSessions().append(this);
 }
 
-Outcome RecorderSession::fetchOnce()
+RecorderSession::~RecorderSession()
 {
-    return Exchange(m_store).run([this] { m_store.load(); });
+    allSessions().removeOne(this);
 }
 
-Outcome RecorderSession::fetch()
+QString RecorderSession::recorder() const
 {
-    Outcome outcome = fetchOnce();
-    for (int i = 0; i < m_retries && outcome.code == ExitCode::Network; ++i) {
-        m_store.resetLink();
-        outcome = fetchOnce();
+    return recorderOfAddress(m_store.address());
+}
+
+void RecorderSession::run(OrbSetup &store, const std::function<void()> &start, const OutcomeHandler &then,
+                          const std::function<void()> &finish)
+{
+    if (isProgramStopped) {
+        QMetaObject::invokeMethod(
+            this, [then] { then(stopped()); }, Qt::QueuedConnection);
+        return;
     }
-    return outcome;
+    m_exchange = new Exchange(store, then, finish, this);
+    start();
 }
 
-Outcome RecorderSession::send(const QStringList &names)
+void RecorderSession::fetch(const OutcomeHandler &then)
 {
-    return Exchange(m_store).run([&] { m_store.sendFiles(names); }, [this] { m_store.stopSending(); });
+    fetch(then, m_retries);
 }
 
-Outcome RecorderSession::fetchAgain(const QStringList &names, FileContents &files)
+void RecorderSession::fetch(const OutcomeHandler &then, int retries)
 {
-    const std::unique_ptr<OrbSetup> reader = m_store.reader(names);
-    const Outcome outcome = Exchange(*reader).run([&] { reader->load(); });
-    return outcome.isDone() ? contentsOf(*reader, {}, files) : outcome;
+    run(
+        m_store, [this] { m_store.load(); },
+        [=, this](const Outcome &outcome) {
+            if (retries == 0 || outcome.code != ExitCode::Network)
+                return then(outcome);
+            m_store.resetLink();
+            fetch(then, retries - 1);
+        });
+}
+
+void RecorderSession::send(const QStringList &names, const OutcomeHandler &then)
+{
+    run(
+        m_store, [&] { m_store.sendFiles(names); }, then, [this] { m_store.stopSending(); });
+}
+
+void RecorderSession::fetchAgain(const QStringList &names,
+                                 const std::function<void(const Outcome &, const FileContents &)> &then)
+{
+    m_reader = m_store.reader(names);
+    run(
+        *m_reader, [this] { m_reader->load(); },
+        [this, then](const Outcome &outcome) {
+            FileContents files;
+            then(outcome.isDone() ? contentsOf(*m_reader, {}, files) : outcome, files);
+        });
 }
 
 Outcome RecorderSession::contents(FileContents &files)
 {
     return contentsOf(m_store, QStringLiteral(".original"), files);
+}
+
+void RecorderSession::stopAll()
+{
+    isProgramStopped = true;
+    for (RecorderSession *session : std::as_const(allSessions())) {
+        if (session->m_exchange)
+            session->m_exchange->stop();
+    }
 }
 
 } // namespace paravue

@@ -4,39 +4,58 @@
 #include "device/OrbNetSetup.h"
 #include "snapshots/Snapshot.h"
 
+#include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 namespace paravue
 {
 
+class Exchange;
 struct ControlCommandLine;
 
-/// The exchanges of one command with one recorder. Each call returns when its exchange has ended, has failed
-/// or was stopped by a signal, with the first problem that the store has reported.
-class RecorderSession
+/// The exchanges of one command with one recorder, one at a time. Each call returns at once; its handler is
+/// called through the event loop when the exchange has ended, has failed or was stopped, with the first
+/// problem that the store has reported. The handler holds what it needs, the session too.
+class RecorderSession : public QObject
 {
 public:
-    RecorderSession(const QString &address, const ControlCommandLine &line);
+    /// With the login of \a line. Null with a \a problem when that cannot be had.
+    static std::shared_ptr<RecorderSession> open(const ControlCommandLine &line, Outcome &problem);
+    ~RecorderSession() override;
 
     OrbNetSetup &store() { return m_store; }
+    /// Host and port, as recorderOfAddress() gives them.
+    QString recorder() const;
 
     /// Fetches all files, again after a failed connection as often as the command line says.
-    Outcome fetch();
-    /// Sends the files \a names. A signal stops it behind the file that is being sent.
-    Outcome send(const QStringList &names);
+    void fetch(const OutcomeHandler &then);
+    /// Sends the files \a names.
+    void send(const QStringList &names, const OutcomeHandler &then);
     /// Fetches the files \a names as the recorder has them now.
-    Outcome fetchAgain(const QStringList &names, FileContents &files);
+    void fetchAgain(const QStringList &names,
+                    const std::function<void(const Outcome &, const FileContents &)> &then);
 
     /// The files as they were fetched.
     Outcome contents(FileContents &files);
 
+    /// Lets the running exchanges of all sessions end, a save behind the file that is being sent. Later ones
+    /// are not begun.
+    static void stopAll();
+
 private:
-    Outcome fetchOnce();
+    RecorderSession(const QString &address, const ControlCommandLine &line);
+    void fetch(const OutcomeHandler &then, int retries);
+    void run(OrbSetup &store, const std::function<void()> &start, const OutcomeHandler &then,
+             const std::function<void()> &finish = {});
 
     OrbNetSetup m_store;
     const int m_retries;
+    std::unique_ptr<OrbSetup> m_reader;
+    QPointer<Exchange> m_exchange;
 };
 
 } // namespace paravue

@@ -6,17 +6,19 @@
 namespace paravue
 {
 
-SecretValues::SecretValues(const FileContents &files)
+void SecretValues::add(const FileContents &files)
 {
     for (const QString &path : describedSecrets(files.value(QStringLiteral("interface"))))
         m_keys.mark(path);
     FileContents emptied = files;
-    m_info.leftOut = removeSecrets(emptied);
+    for (const QString &path : removeSecrets(emptied))
+        m_directed.insert(path);
 }
 
 bool SecretValues::contains(const QString &path) const
 {
-    return m_keys.contains(path) || m_info.isLeftOut(path);
+    return m_keys.contains(path) || m_directed.contains(path) ||
+           m_directed.contains(path.section(u'/', 0, 0));
 }
 
 } // namespace paravue

@@ -1,5 +1,8 @@
 #include "TerminalText.h"
 
+#include "ControlText.h"
+#include "changes/SecretKeys.h"
+
 #include <algorithm>
 
 namespace paravue
@@ -13,6 +16,25 @@ QString terminalText(QString text)
     };
     std::replace_if(text.begin(), text.end(), isUnsafe, QChar(QChar::ReplacementCharacter));
     return text;
+}
+
+QString shownInText(const std::optional<QString> &value, bool isHidden)
+{
+    if (isHidden)
+        return SecretKeys::dots();
+    return value ? terminalText(*value) : ControlText::tr("(none)");
+}
+
+QJsonValue shownInJson(const std::optional<QString> &value, bool isHidden)
+{
+    return value && !isHidden ? QJsonValue(*value) : QJsonValue();
+}
+
+QString changeText(const QString &path, const std::optional<QString> &before,
+                   const std::optional<QString> &after, bool isHidden)
+{
+    return QStringLiteral("%1: %2 -> %3\n")
+        .arg(terminalText(path), shownInText(before, isHidden), shownInText(after, isHidden));
 }
 
 } // namespace paravue

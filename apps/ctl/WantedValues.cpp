@@ -53,7 +53,30 @@ Outcome readFile(const QString &path, QList<WantedValue> &wanted)
     return {};
 }
 
+/// What is wrong with \a wanted as a whole; empty when nothing is.
+QString problemOf(const QList<WantedValue> &wanted)
+{
+    QSet<QString> paths;
+    for (const WantedValue &value : wanted) {
+        if (paths.contains(value.path))
+            return ControlText::tr("%1 is set twice").arg(value.path);
+        paths.insert(value.path);
+        if (!ChangeList::reachesTheRecorder(ConfigAddress(value.path)))
+            return ControlText::tr("%1 is never sent").arg(value.path);
+    }
+    return {};
+}
+
 } // namespace
+
+Outcome readWantedValues(const QString &path, QList<WantedValue> &wanted)
+{
+    if (const Outcome read = readFile(path, wanted); !read.isDone())
+        return read;
+    if (const QString problem = problemOf(wanted); !problem.isEmpty())
+        return {ExitCode::BadData, QStringLiteral("%1: %2").arg(path, problem)};
+    return {};
+}
 
 Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wanted)
 {
@@ -67,15 +90,8 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
     }
     if (wanted.isEmpty())
         return {ExitCode::WrongUsage, ControlText::tr("there is no value to be set")};
-    QSet<QString> paths;
-    for (const WantedValue &value : std::as_const(wanted)) {
-        if (paths.contains(value.path))
-            return {ExitCode::WrongUsage, ControlText::tr("%1 is set twice").arg(value.path)};
-        paths.insert(value.path);
-        if (!ChangeList::reachesTheRecorder(ConfigAddress(value.path)))
-            return {ExitCode::WrongUsage, ControlText::tr("%1 is never sent").arg(value.path)};
-    }
-    return {};
+    const QString problem = problemOf(wanted);
+    return problem.isEmpty() ? Outcome() : Outcome{ExitCode::WrongUsage, problem};
 }
 
 Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session, bool allowsNewKeys)

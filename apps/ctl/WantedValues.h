@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace paravue
 {
 
@@ -13,13 +15,16 @@ struct ControlCommandLine;
 
 /// A value that is to be set.
 struct WantedValue {
-    QString path; ///< "file/section/key"
-    QString value;
+    QString path;                 ///< "file/section/key"
+    std::optional<QString> value; ///< nothing: the key is to be as if it had never been set
 };
 
 /// Reads what the arguments of \a line and its file of values say. No problem repeats a value, which may be
 /// a password.
 Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wanted);
+
+/// The same of the file at \a path.
+Outcome readWantedValues(const QString &path, QList<WantedValue> &wanted);
 
 /// What keeps \a wanted from being set at the recorder, whose files were fetched.
 Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session, bool allowsNewKeys);

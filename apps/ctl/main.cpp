@@ -3,7 +3,6 @@
 #include "Commands.h"
 #include "ControlCommandLine.h"
 #include "ControlText.h"
-#include "LoginSource.h"
 #include "RecorderSession.h"
 #include "TerminalText.h"
 #include "program/ConsoleOutput.h"
@@ -12,7 +11,10 @@
 #include "translations/InstallTranslations.h"
 
 #include <QCoreApplication>
+#include <QJsonDocument>
 #include <QTextStream>
+
+#include <optional>
 
 using namespace paravue;
 
@@ -24,20 +26,34 @@ void printError(const QString &text)
     QTextStream(stderr) << "paravue-ctl: " << text << Qt::endl;
 }
 
-Outcome run(const ControlCommandLine &line)
+void print(const CommandReport &report, bool isJson)
 {
-    if (line.hasPasswordInAddress)
-        printError(
-            ControlText::tr("warning: other users of this computer can see the password in the address"));
-    QString address;
-    if (const Outcome completed = completeAddress(line, address); !completed.isDone())
-        return completed;
-    RecorderSession session(address, line);
-    if (line.command == u"get")
-        return runGet(session, line);
-    if (line.command == u"backup")
-        return runBackup(session, line);
-    return runSet(session, line);
+    QTextStream out(stdout);
+    if (!isJson)
+        out << report.text;
+    else if (!report.document.isEmpty())
+        out << QJsonDocument(report.document).toJson();
+}
+
+int run(const ControlCommandLine &line)
+{
+    std::optional<ExitCode> code;
+    runCommand(line, [&](const Outcome &outcome, const CommandReport &report) {
+        print(report, line.json);
+        if (!outcome.problem.isEmpty())
+            printError(terminalText(logText(outcome.problem)));
+        code = outcome.code;
+        QCoreApplication::exit();
+    });
+    // A signal ends the exchange, so that the local copies of the recorder's files are removed.
+    recorder::quitOnStopSignal();
+    if (!code)
+        QCoreApplication::exec();
+    if (!code)
+        RecorderSession::stopAll();
+    while (!code)
+        QCoreApplication::exec();
+    return int(*code);
 }
 
 } // namespace
@@ -61,10 +77,8 @@ int main(int argc, char **argv)
     case ControlCommandLine::Task::RunCommand:
         break;
     }
-    // A signal ends the exchange, so that the local copies of the recorder's files are removed.
-    recorder::quitOnStopSignal();
-    const Outcome outcome = run(line);
-    if (!outcome.problem.isEmpty())
-        printError(terminalText(logText(outcome.problem)));
-    return int(outcome.code);
+    if (line.hasPasswordInAddress)
+        printError(
+            ControlText::tr("warning: other users of this computer can see the password in the address"));
+    return run(line);
 }

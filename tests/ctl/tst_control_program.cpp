@@ -5,6 +5,7 @@
 #include "support/ProgramText.h"
 #include "support/TestTable.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
@@ -47,6 +48,10 @@ private Q_SLOTS:
     void saysWhatTheRecorderHasNotKept();
     void saysWhatHasArrived();
     void stopsBetweenTwoFiles();
+    void comparesSources_data();
+    void comparesSources();
+    void hidesDifferingSecrets();
+    void namesTheRecorderThatCannotBeCompared();
     void isWholeUnderFaults_data();
     void isWholeUnderFaults();
 
@@ -70,6 +75,19 @@ private:
     QStringList m_received; ///< the files that the recorder has got
     QProcess *m_running = nullptr;
 };
+
+namespace
+{
+
+QStringList pathsIn(const QString &json, const QString &list)
+{
+    QStringList paths;
+    for (const auto &row : QJsonDocument::fromJson(json.toUtf8()).object()[list].toArray())
+        paths += row.toObject()["path"].toString();
+    return paths;
+}
+
+} // namespace
 
 void TestControlProgram::init()
 {
@@ -149,10 +167,7 @@ void TestControlProgram::getsValues()
     QCOMPARE(document["format"].toString(), "paravue-values");
     QCOMPARE(document["version"].toInt(), 1);
     QCOMPARE(document["recorder"].toString(), host());
-    QStringList found;
-    for (const auto &value : document["values"].toArray())
-        found += value.toObject()["path"].toString();
-    QCOMPARE(found, paths);
+    QCOMPARE(pathsIn(run.out, "values"), paths);
 }
 
 void TestControlProgram::hidesSecrets()
@@ -389,6 +404,74 @@ void TestControlProgram::stopsBetweenTwoFiles()
     QCOMPARE(run.exitCode, 8);
     QVERIFY2(run.err.endsWith("stopped; arrived: streams; not confirmed: net, users\n"), qPrintable(run.err));
     QCOMPARE(m_received, QStringList("streams"));
+}
+
+void TestControlProgram::comparesSources_data()
+{
+    // The recorder has another address by the time of the comparison. %1 is the recorder, "snapshot",
+    // "folder" and the others are files.
+    const TestTable<QString, QString, QStringList, int, QString> row("first", "second", "patterns",
+                                                                     "exit code", "text");
+    const QString change = "net/untitled/IP: 192.168.10.20 -> 10.0.0.1\n";
+    row("with itself", "%1", "%1", {}, 0, "");
+    row("with a snapshot", "snapshot", "%1", {}, 5, change);
+    row("with a folder", "folder", "%1", {}, 5,
+        change + "only in %1: disk, soft, state, streams, time, timers, users\n");
+    row("the other way round", "%1", "snapshot", {}, 5, "net/untitled/IP: 10.0.0.1 -> 192.168.10.20\n");
+    row("a part that is the same", "snapshot", "%1", {"users", "net/*/DNS?"}, 0, "");
+    row("a part that is not", "snapshot", "%1", {"net/*/I?"}, 5, change);
+    row("a part that there is not", "snapshot", "%1", {"net/untitled/I"}, 5, "");
+    row("with what it has", "kept", "%1", {}, 0, "");
+    row("with what it has not", "%1", "missing", {}, 5,
+        "net/untitled/X: (none) -> 1\nother/a/b: (none) -> 2\n");
+    row("with a file that is damaged", "%1", "damaged", {}, 7, "");
+    row("with none", "%1", "./none", {}, 6, "");
+}
+
+void TestControlProgram::comparesSources()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    QFETCH(QStringList, patterns);
+    QFETCH(QString, text);
+    const QDir folder(m_folder->path());
+    QCOMPARE(run({"backup", address(), "-o", folder.filePath("snapshot")}).exitCode, 0);
+    QVERIFY(folder.mkdir("folder") &&
+            QFile::copy(m_recorder->filePath("net"), folder.filePath("folder/net")));
+    ownFile("kept", "net/untitled/IP=10.0.0.1\nnet/untitled/X=\n");
+    ownFile("missing", "net/untitled/IP=10.0.0.1\nnet/untitled/X=1\nother/a/b=2\n");
+    ownFile("damaged", "PK\x03\x04 is how archives begin");
+    QCOMPARE(run({"set", address(), "net/untitled/IP=10.0.0.1"}).exitCode, 0);
+
+    const auto named = [&](const QString &source) {
+        return folder.exists(source) || source.contains('/') ? folder.filePath(source)
+                                                             : source.arg(address());
+    };
+    const Run run = this->run(QStringList{"diff", named(first), named(second)} + patterns);
+    QTEST(run.exitCode, "exit code");
+    const QString only = text.section("only in", 1).section(": ", 1).trimmed();
+    QString expected = text.section("only in", 0, 0);
+    for (const QString &file : only.split(", ", Qt::SkipEmptyParts))
+        expected += "only in " + host() + ": " + file + "\n";
+    QCOMPARE(run.out, expected);
+}
+
+void TestControlProgram::hidesDifferingSecrets()
+{
+    const QStringList command{"diff", ownFile("wanted", "users/untitled/PASSWD0=other\n"), address()};
+    QCOMPARE(run(command).out, QString::fromUtf8("users/untitled/PASSWD0: •••••••• -> ••••••••\n"));
+    const QString json = run(command + QStringList("--json")).out;
+    QCOMPARE(pathsIn(json, "differences"), QStringList("users/untitled/PASSWD0"));
+    QVERIFY2(!json.contains("other") && !json.contains("\"admin\""), qPrintable(json));
+    QCOMPARE(run(command + QStringList("--secrets")).out, "users/untitled/PASSWD0: other -> admin\n");
+}
+
+void TestControlProgram::namesTheRecorderThatCannotBeCompared()
+{
+    const Run run = this->run({"diff", address(), "admin:admin@127.0.0.1:1"});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(run.err.contains("127.0.0.1:1: "), qPrintable(run.err));
+    QCOMPARE(this->run({"diff", address()}).exitCode, 2);
 }
 
 void TestControlProgram::isWholeUnderFaults_data()

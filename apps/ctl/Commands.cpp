@@ -1,0 +1,38 @@
+#include "Commands.h"
+
+#include "ControlCommandLine.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace paravue
+{
+
+namespace
+{
+
+struct CommandFunction {
+    const char *name;
+    void (*run)(const ControlCommandLine &line, const CommandEnd &end);
+};
+
+constexpr CommandFunction Functions[] = {
+    {"get", runGet},
+    {"set", runSet},
+    {"diff", runDiff},
+    {"backup", runBackup},
+};
+
+} // namespace
+
+void runCommand(const ControlCommandLine &line, const CommandEnd &end)
+{
+    const auto found =
+        std::find_if(std::begin(Functions), std::end(Functions), [&](const CommandFunction &function) {
+            return line.command == QLatin1StringView(function.name);
+        });
+    Q_ASSERT(found != std::end(Functions));
+    found->run(line, end);
+}
+
+} // namespace paravue

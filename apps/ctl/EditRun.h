@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Commands.h"
+#include "WantedValues.h"
+#include "snapshots/Snapshot.h"
+
+#include <QList>
+
+#include <functional>
+
+namespace paravue
+{
+
+class RecorderSession;
+
+/// Tells which values a recorder is to get, whose files were fetched as \a files. It may be asked once more:
+/// after a refused login everything was fetched anew.
+using WantedSource =
+    std::function<Outcome(RecorderSession &session, const FileContents &files, QList<WantedValue> &wanted)>;
+
+/// Fetches the files of a recorder, makes edits, sends the files that these need and fetches the files once
+/// more to compare the values. The report tells what was changed, also when the save has failed.
+void runEdits(const ControlCommandLine &line, const WantedSource &source, const CommandEnd &end);
+
+} // namespace paravue
