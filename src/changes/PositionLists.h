@@ -40,6 +40,8 @@ public:
     bool isEmpty() const { return m_lists.isEmpty(); }
     /// Values of some of the lists were left out.
     bool hasIncomplete() const { return !m_incomplete.isEmpty(); }
+    /// "file/section" of each of them.
+    const QSet<QString> &incomplete() const { return m_incomplete; }
     /// "file/section" of the list that the value at \a path is set with; empty when it can be set alone.
     QString listOf(const QString &path) const;
     /// False for values of lists of which some were left out.

@@ -185,8 +185,7 @@ void HistoryDialog::compare()
 {
     const QList<int> numbers = selectedNumbers();
     m_found.clear();
-    m_compared.clear();
-    m_moved = {};
+    m_plan = {};
     m_values->clear();
     m_note->clear();
     if (m_kept.isEmpty())
@@ -228,26 +227,19 @@ void HistoryDialog::compareWithPresent(int number)
     m_values->setHeaderLabels({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     if (!snapshot->info.leftOut.isEmpty())
         m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
-    const QList<ValueDifference> found = sentOnes(differencesToPresent(*snapshot));
-    findMoved(*snapshot, found);
-    fill(found, secretsOf(*snapshot));
+    m_plan = RestorePlan(*snapshot, m_present.values, m_present.isSent);
+    noteMovedLists();
+    fill(m_plan.differences(), secretsOf(*snapshot));
 }
 
-void HistoryDialog::findMoved(const Snapshot &snapshot, const QList<ValueDifference> &found)
+void HistoryDialog::noteMovedLists()
 {
-    m_compared = found;
-    m_moved = MovedLists(
-        found,
-        [this](const QString &path) {
-            return m_present.values.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
-        },
-        snapshot.info.leftOut);
     QStringList notes{m_note->text()};
-    if (m_moved.hasIncomplete())
+    if (m_plan.movedLists().hasIncomplete())
         notes << tr(
             "Entries of a list were added, removed or renamed since, and the snapshot has no passwords "
             "for them: the values of the list cannot be restored.");
-    else if (!m_moved.isEmpty())
+    else if (!m_plan.movedLists().isEmpty())
         notes << tr(
             "Entries of a list were added, removed or renamed since: the list is restored as a whole.");
     notes.removeAll(QString());
@@ -276,7 +268,7 @@ void HistoryDialog::fill(const QList<ValueDifference> &found, const QSet<QString
         const bool isSecret = m_present.isSecretWith(secrets, difference.path);
         rows << makeRow({m_present.caption(difference.path), shownValue(difference.before, isSecret),
                          shownValue(difference.after, isSecret), difference.path});
-        rows.last()->setDisabled(!difference.canBeSet() || !m_moved.canBeSet(difference.path));
+        rows.last()->setDisabled(!m_plan.canRestore(difference));
         m_found << difference;
     }
     m_values->addTopLevelItems(rows);
@@ -300,16 +292,13 @@ void HistoryDialog::updateButtons()
 
 void HistoryDialog::restore(bool onlySelected)
 {
-    QStringList chosen;
+    QStringList paths;
     for (int i = 0; i < m_values->topLevelItemCount(); ++i) {
         if (!onlySelected || m_values->topLevelItem(i)->isSelected())
-            chosen << m_found[i].path;
+            paths << m_found[i].path;
     }
-    const QSet<QString> restored = m_moved.completed(chosen, pathsOf(m_compared));
-    for (const ValueDifference &value : std::as_const(m_compared)) {
-        if (value.canBeSet() && restored.contains(value.path))
-            m_restored.append({value.path, value.after, value.before});
-    }
+    for (const ValueDifference &value : m_plan.restored(paths))
+        m_restored.append({value.path, value.after, value.before});
     accept();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "changes/PositionLists.h"
+#include "snapshots/RestorePlan.h"
 #include "snapshots/SnapshotDifferences.h"
 #include "snapshots/SnapshotFolder.h"
 #include "ui/binding/EditSteps.h"
@@ -63,7 +63,7 @@ private:
     QList<ValueDifference> differencesToPresent(const Snapshot &snapshot) const;
     void compareWithPresent(int number);
     void compareTwo(int older, int newer);
-    void findMoved(const Snapshot &snapshot, const QList<ValueDifference> &found);
+    void noteMovedLists();
     void fill(const QList<ValueDifference> &found, const QSet<QString> &secrets);
     void updateButtons();
     QList<int> selectedNumbers() const;
@@ -72,12 +72,11 @@ private:
     void showSelected();
 
     PresentSettings m_present;
-    QList<KeptSnapshot> m_kept;        ///< the newest first; its rows follow that of the present settings
-    int m_counted = 0;                 ///< rows whose changes are counted
-    std::optional<Snapshot> m_newer;   ///< that was counted last; none: the present settings
-    QList<ValueDifference> m_found;    ///< by row
-    QList<ValueDifference> m_compared; ///< also what is not listed
-    MovedLists m_moved;                ///< between the snapshot and the present settings
+    QList<KeptSnapshot> m_kept;      ///< the newest first; its rows follow that of the present settings
+    int m_counted = 0;               ///< rows whose changes are counted
+    std::optional<Snapshot> m_newer; ///< that was counted last; none: the present settings
+    RestorePlan m_plan;             ///< of the selected snapshot, if it is compared with the present settings
+    QList<ValueDifference> m_found; ///< by row
     QList<ValueEdit> m_restored;
     QTreeWidget *m_snapshots;
     QTreeWidget *m_values;
