@@ -714,10 +714,6 @@ Exit code:
         <translation>Записать снимок в файл FILE.</translation>
     </message>
     <message>
-        <source>Overwrite FILE when it exists; set keys that the recorder does not have.</source>
-        <translation>Заменить FILE, если он есть; задавать ключи, которых нет в регистраторе.</translation>
-    </message>
-    <message>
         <source>Reads, sets and keeps the settings of a network video recorder without a window.</source>
         <translation>Читает, задаёт и сохраняет настройки сетевого видеорегистратора без окна.</translation>
     </message>
@@ -870,7 +866,7 @@ Exit code:
   3  no connection to the recorder, or no answer in time
   4  the recorder has refused the login
   5  values differ, were not found or not kept, or something was not confirmed
-  6  a file on this computer could not be read or written
+  6  a file on this computer could not be used, or the recorder is locked
   7  what the recorder has sent, or a file of values, makes no sense
   8  stopped before it was done
 </source>
@@ -890,10 +886,34 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
   3  нет связи с регистратором или ответа в срок
   4  регистратор отклонил логин
   5  значения различаются, не найдены или не сохранены, либо что-то не подтверждено
-  6  не удалось прочитать или записать файл на этом компьютере
+  6  не удалось использовать файл на этом компьютере, или регистратор занят
   7  данные регистратора или файла значений не имеют смысла
   8  остановлено до окончания
 </translation>
+    </message>
+    <message>
+        <source>Sets the values that a PATTERN names, or all, to those of a snapshot, as set does.</source>
+        <translation>Возвращает значения, которые называет PATTERN, или все, к тем, что в снимке, как set.</translation>
+    </message>
+    <message>
+        <source>Overwrite FILE when it exists; set keys that the recorder does not have; restore the snapshot of another recorder.</source>
+        <translation>Заменить FILE, если он есть; задавать ключи, которых нет в регистраторе; восстановить снимок другого регистратора.</translation>
+    </message>
+    <message>
+        <source>The snapshot is of the recorder %1.</source>
+        <translation>Снимок сделан с регистратора %1.</translation>
+    </message>
+    <message>
+        <source>the snapshot has no value that fits %1</source>
+        <translation>в снимке нет значения для %1</translation>
+    </message>
+    <message>
+        <source>%1 With --force it is restored.</source>
+        <translation>%1 С --force он будет восстановлен.</translation>
+    </message>
+    <message>
+        <source>entries of %1 were added, removed or renamed since, and the snapshot has no passwords for them: these lists were not restored</source>
+        <translation>записи %1 с тех пор добавлены, удалены или переименованы, а паролей для них в снимке нет: эти списки не восстановлены</translation>
     </message>
 </context>
 <context>
@@ -2090,6 +2110,21 @@ not exported: %1 with no key picture before
     <message>
         <source>the login or the password has letters that this computer&apos;s encoding lacks, so the recorder would get others</source>
         <translation>в логине или пароле есть буквы, которых нет в кодировке этого компьютера, и регистратор получил бы другие</translation>
+    </message>
+</context>
+<context>
+    <name>RecorderLock</name>
+    <message>
+        <source>Another program is changing the settings of this recorder.</source>
+        <translation>Настройки этого регистратора меняет другая программа.</translation>
+    </message>
+    <message>
+        <source>%1 on %2 (process %3) is changing the settings of this recorder.</source>
+        <translation>Настройки этого регистратора меняет %1 на %2 (процесс %3).</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be made.</source>
+        <translation>Не удалось создать файл %1.</translation>
     </message>
 </context>
 <context>

@@ -17,10 +17,7 @@ struct CommandFunction {
 };
 
 constexpr CommandFunction Functions[] = {
-    {"get", runGet},
-    {"set", runSet},
-    {"diff", runDiff},
-    {"backup", runBackup},
+    {"get", runGet}, {"set", runSet}, {"diff", runDiff}, {"backup", runBackup}, {"restore", runRestore},
 };
 
 } // namespace

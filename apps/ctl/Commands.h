@@ -25,6 +25,7 @@ using CommandEnd = std::function<void(const Outcome &, const CommandReport &)>;
 void runGet(const ControlCommandLine &line, const CommandEnd &end);
 void runSet(const ControlCommandLine &line, const CommandEnd &end);
 void runDiff(const ControlCommandLine &line, const CommandEnd &end);
+void runRestore(const ControlCommandLine &line, const CommandEnd &end);
 void runBackup(const ControlCommandLine &line, const CommandEnd &end);
 
 /// Runs the command that \a line names.

@@ -44,7 +44,7 @@ QString notes()
         "  3  no connection to the recorder, or no answer in time\n"
         "  4  the recorder has refused the login\n"
         "  5  values differ, were not found or not kept, or something was not confirmed\n"
-        "  6  a file on this computer could not be read or written\n"
+        "  6  a file on this computer could not be used, or the recorder is locked\n"
         "  7  what the recorder has sent, or a file of values, makes no sense\n"
         "  8  stopped before it was done\n");
 }
@@ -183,6 +183,10 @@ QList<ControlCommand> controlCommands()
         {"backup", "ADDRESS",
          ControlText::tr("Keeps the settings as a snapshot, among those of the setup window or in a file."),
          1, 1},
+        {"restore", "ADDRESS SNAPSHOT [PATTERN...]",
+         ControlText::tr(
+             "Sets the values that a PATTERN names, or all, to those of a snapshot, as set does."),
+         2, -1},
     };
 }
 
@@ -214,23 +218,28 @@ QList<ControlOption> controlOptions()
          "NUMBER",
          ControlText::tr("Fetch again so often when there is no connection or no answer (without it 0)."),
          {}},
-        {{"json"}, {}, ControlText::tr("Print for other programs."), {"get", "set", "diff"}},
+        {{"json"}, {}, ControlText::tr("Print for other programs."), {"get", "set", "diff", "restore"}},
         {{"secrets"},
          {},
          ControlText::tr(
              "Print passwords and the like, or keep them in the snapshot. Otherwise they are left "
              "out."),
-         {"get", "set", "diff", "backup"}},
+         {"get", "set", "diff", "backup", "restore"}},
         {{"file"},
          "FILE",
          ControlText::tr("Set what FILE says, too: a line KEY=VALUE for each value."),
          {"set"}},
-        {{"n", "dry-run"}, {}, ControlText::tr("Show what would be sent, and send nothing."), {"set"}},
+        {{"n", "dry-run"},
+         {},
+         ControlText::tr("Show what would be sent, and send nothing."),
+         {"set", "restore"}},
         {{"o", "output"}, "FILE", ControlText::tr("Write the snapshot as FILE."), {"backup"}},
         {{"force"},
          {},
-         ControlText::tr("Overwrite FILE when it exists; set keys that the recorder does not have."),
-         {"set", "backup"}},
+         ControlText::tr(
+             "Overwrite FILE when it exists; set keys that the recorder does not have; restore the "
+             "snapshot of another recorder."),
+         {"set", "backup", "restore"}},
     };
 }
 

@@ -8,6 +8,8 @@
 #include "changes/ChangeList.h"
 #include "changes/FileValues.h"
 #include "device/EditedFiles.h"
+#include "snapshots/RecorderLock.h"
+#include "snapshots/SnapshotFolder.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -91,6 +93,23 @@ Outcome withArrivals(const Outcome &failed, const SaveStatus &status)
                                   status.missing.join(QStringLiteral(", ")))};
 }
 
+/// The address with the password that the recorder expects after \a changes: one of them may be that of the
+/// login in use.
+QString addressAfter(const QList<Change> &changes, OrbSetup &store)
+{
+    static const QString PasswordPath = QStringLiteral("users/untitled/PASSWD");
+    static const QString NamePath = QStringLiteral("users/untitled/NAME");
+    const QString address = store.address();
+    const qsizetype hostSign = address.lastIndexOf(u'@');
+    const QString login = address.left(address.lastIndexOf(u':', hostSign));
+    for (const Change &change : changes) {
+        if (change.path.startsWith(PasswordPath) &&
+            store.storedValue(NamePath + change.path.mid(PasswordPath.size())) == login)
+            return login + u':' + change.newValue + address.mid(hostSign);
+    }
+    return address;
+}
+
 /// One run. The handlers of its exchanges hold it.
 class EditRun : public std::enable_shared_from_this<EditRun>
 {
@@ -103,6 +122,8 @@ public:
 
     void start()
     {
+        if (const QString held = lock(); !held.isEmpty())
+            return m_end({ExitCode::LocalFile, held}, {});
         m_session->fetch([run = shared_from_this()](const Outcome &fetched) {
             if (fetched.isDone())
                 run->editAndSend();
@@ -112,6 +133,16 @@ public:
     }
 
 private:
+    /// What keeps another run from changing the recorder at the same time; empty when nothing does.
+    QString lock()
+    {
+        if (m_line.dryRun)
+            return {};
+        m_lock = std::make_unique<RecorderLock>(
+            SnapshotFolder(SnapshotFolder::usualRoot(), m_session->recorder()));
+        return m_lock->problem();
+    }
+
     void editAndSend()
     {
         if (const Outcome edited = edit(); !edited.isDone())
@@ -173,6 +204,7 @@ private:
             return end(withArrivals(sent, status));
         if (status.arrived.size() != m_report.files.size())
             return end(withArrivals({ExitCode::Login, ControlText::tr("the files were not sent")}, status));
+        m_session->store().setAddress(addressAfter(m_report.changes, m_session->store()));
         m_session->fetchAgain(m_report.files,
                               [run = shared_from_this()](const Outcome &fetched, const FileContents &files) {
                                   run->confirm(fetched, files);
@@ -201,6 +233,7 @@ private:
     const ControlCommandLine m_line;
     const WantedSource m_source;
     const CommandEnd m_end;
+    std::unique_ptr<RecorderLock> m_lock;
     EditReport m_report;
 };
 

@@ -19,7 +19,8 @@ using WantedSource =
     std::function<Outcome(RecorderSession &session, const FileContents &files, QList<WantedValue> &wanted)>;
 
 /// Fetches the files of a recorder, makes edits, sends the files that these need and fetches the files once
-/// more to compare the values. The report tells what was changed, also when the save has failed.
+/// more to compare the values, all under the lock of the recorder (snapshots/RecorderLock.h). The report
+/// tells what was changed, also when the save has failed.
 void runEdits(const ControlCommandLine &line, const WantedSource &source, const CommandEnd &end);
 
 } // namespace paravue

@@ -47,9 +47,9 @@ Outcome readFolder(const QString &path, FileContents &files)
 
 Outcome readSnapshot(const QString &path, SettingsSource &source)
 {
-    const auto [snapshot, problem] = snapshotarchive::read(path);
-    if (!problem.isEmpty())
-        return {ExitCode::BadData, QStringLiteral("%1: %2").arg(path, problem)};
+    Snapshot snapshot;
+    if (const Outcome read = paravue::readSnapshot(path, snapshot); !read.isDone())
+        return read;
     source.values = valuesOf(snapshot.currentFiles());
     source.leftOut = snapshot.info.leftOut;
     source.secrets.add(snapshot.files);
@@ -102,6 +102,18 @@ bool isLocalSource(const QString &text)
 {
     // The password in an address may have any letters.
     return QFileInfo::exists(text) || (text.contains(u'/') && !text.contains(u'@'));
+}
+
+Outcome readSnapshot(const QString &path, Snapshot &snapshot)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return unreadable(file);
+    const auto [read, problem] = snapshotarchive::read(path);
+    if (!problem.isEmpty())
+        return {ExitCode::BadData, QStringLiteral("%1: %2").arg(path, problem)};
+    snapshot = read;
+    return {};
 }
 
 void readSource(const QString &text, const ControlCommandLine &line, const SourceHandler &then)

@@ -26,6 +26,9 @@ struct SettingsSource {
 /// True when \a text names a file or folder of this computer rather than a recorder.
 bool isLocalSource(const QString &text);
 
+/// Reads the snapshot at \a path.
+Outcome readSnapshot(const QString &path, Snapshot &snapshot);
+
 /// Reads what \a text names; a recorder with the options of \a line. The handler may be called within this
 /// call. Its problem names the source.
 using SourceHandler = std::function<void(const Outcome &, const SettingsSource &)>;

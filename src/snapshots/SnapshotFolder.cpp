@@ -110,6 +110,14 @@ QList<KeptSnapshot> SnapshotFolder::list() const
     return kept;
 }
 
+QString SnapshotFolder::make() const
+{
+    // The folder that a host has made may be for others, too.
+    if ((!QFileInfo(m_root).isDir() && !makeOwnFolder(m_root)) || !makeOwnFolder(m_path))
+        return FolderText::tr("The folder %1 for snapshots cannot be made.").arg(m_path);
+    return {};
+}
+
 SnapshotFolder::Result SnapshotFolder::keep(const FileContents &files, Secrets secrets, int count)
 {
     Snapshot snapshot;
@@ -124,9 +132,8 @@ SnapshotFolder::Result SnapshotFolder::keep(const FileContents &files, Secrets s
 
 SnapshotFolder::Result SnapshotFolder::keep(const Snapshot &snapshot, int count)
 {
-    // The folder that a host has made may be for others, too.
-    if ((!QFileInfo(m_root).isDir() && !makeOwnFolder(m_root)) || !makeOwnFolder(m_path))
-        return {{}, FolderText::tr("The folder %1 for snapshots cannot be made.").arg(m_path)};
+    if (const QString problem = make(); !problem.isEmpty())
+        return {{}, problem};
     // Two programs may save the settings of one recorder at the same time.
     QLockFile lock(m_path + QStringLiteral("/.lock"));
     lock.tryLock(MostWaitForOthers);

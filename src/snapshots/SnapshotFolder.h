@@ -29,6 +29,8 @@ public:
     static QString usualRoot();
 
     QString path() const { return m_path; }
+    /// Makes the folder, for its owner only. What is wrong, in words for the user; empty when it is there.
+    QString make() const;
     /// The newest first. What has the name of a snapshot but cannot be read is listed with its problem.
     QList<KeptSnapshot> list() const;
 

@@ -1,5 +1,7 @@
 #include "recorder/RecorderServer.h"
+#include "snapshots/RecorderLock.h"
 #include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotFolder.h"
 #include "support/OwnUserFolders.h"
 #include "support/OwnerOnly.h"
 #include "support/ProgramText.h"
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void keepsASnapshotWhereTheWindowDoes();
     void sendsWhatAnEditNeeds_data();
     void sendsWhatAnEditNeeds();
+    void confirmsWithTheNewPassword();
     void readsValuesFromAFile();
     void sendsNothingWithoutNeed_data();
     void sendsNothingWithoutNeed();
@@ -52,6 +55,10 @@ private Q_SLOTS:
     void comparesSources();
     void hidesDifferingSecrets();
     void namesTheRecorderThatCannotBeCompared();
+    void restoresASnapshot_data();
+    void restoresASnapshot();
+    void refusesStrangeSnapshots();
+    void leavesALockedRecorderAlone();
     void isWholeUnderFaults_data();
     void isWholeUnderFaults();
 
@@ -337,6 +344,13 @@ void TestControlProgram::sendsWhatAnEditNeeds()
     }
 }
 
+void TestControlProgram::confirmsWithTheNewPassword()
+{
+    QCOMPARE(run({"set", address(), "users/untitled/PASSWD0=new"}).exitCode, 0);
+    QCOMPARE(run({"get", address(), "net"}).exitCode, 4);
+    QCOMPARE(run({"get", "admin:new@" + host(), "net"}).exitCode, 0);
+}
+
 void TestControlProgram::readsValuesFromAFile()
 {
     const QString path =
@@ -474,29 +488,128 @@ void TestControlProgram::namesTheRecorderThatCannotBeCompared()
     QCOMPARE(this->run({"diff", address()}).exitCode, 2);
 }
 
+void TestControlProgram::restoresASnapshot_data()
+{
+    // The edits are made after the snapshot, with or without secrets, was taken.
+    const TestTable<QStringList, bool, QStringList, int, QStringList> row("edits", "secrets", "arguments",
+                                                                          "exit code", "restored");
+    const QStringList edits{"net/untitled/DNS1=10.0.0.2", "net/untitled/IP=10.0.0.1",
+                            "streams/common/name=Gate"};
+    // Setting the name has set that in the state file, too.
+    const QStringList all{"net/untitled/DNS1", "net/untitled/IP", "state/identity/DEVICE_NAME",
+                          "streams/common/name"};
+    row("everything", edits, false, {}, 0, all);
+    row("some values", edits, false, {"net/*/IP", "users"}, 0, {"net/untitled/IP"});
+    row("a dry run", edits, false, {"--dry-run"}, 0, all);
+    row("a value that it lacks", edits, false, {"net/untitled/X"}, 5, {});
+    row("no password that was left out", {"net/untitled/IP=10.0.0.1", "users/untitled/PASSWD1=new"}, false,
+        {}, 0, {"net/untitled/IP"});
+    row("a password", {"users/untitled/PASSWD1=new"}, true, {}, 0, {"users/untitled/PASSWD1"});
+    const QStringList moved{"net/untitled/IP=10.0.0.1", "users/untitled/LEVEL1=5",
+                            "users/untitled/NAME1=guard", "users/untitled/PASSWD1=new"};
+    row("a list that has moved as a whole", moved, true, {"users/*/LEVEL1"}, 0,
+        {"users/untitled/LEVEL1", "users/untitled/NAME1", "users/untitled/PASSWD1"});
+    row("no list that has moved without its passwords", moved, false, {}, 5, {"net/untitled/IP"});
+}
+
+void TestControlProgram::restoresASnapshot()
+{
+    QFETCH(QStringList, edits);
+    QFETCH(bool, secrets);
+    QFETCH(QStringList, arguments);
+    const QString path = m_folder->filePath("kept.zip");
+    QStringList backup{"backup", address(), "-o", path};
+    if (secrets)
+        backup << "--secrets";
+    QCOMPARE(run(backup).exitCode, 0);
+    QCOMPARE(run(QStringList{"set", address()} + edits).exitCode, 0);
+    const QByteArray time = fileOfRecorder("time");
+    m_received.clear();
+
+    const Run run = this->run(QStringList{"restore", address(), path, "--json"} + arguments);
+    QTEST(run.exitCode, "exit code");
+    QTEST(pathsIn(run.out, "changes"), "restored");
+    QCOMPARE(fileOfRecorder("time"), time);
+    const bool isSent = !m_received.isEmpty();
+    const Run compared = this->run({"diff", path, address(), "--json"});
+    for (const QString &changed : pathsIn(run.out, "changes"))
+        QCOMPARE(pathsIn(compared.out, "differences").contains(changed), !isSent);
+    QCOMPARE(isSent, !arguments.contains("--dry-run") && !pathsIn(run.out, "changes").isEmpty());
+}
+
+void TestControlProgram::refusesStrangeSnapshots()
+{
+    const QString path = m_folder->filePath("kept.zip");
+    QCOMPARE(run({"backup", address(), "-o", path}).exitCode, 0);
+    QCOMPARE(run({"set", address(), "net/untitled/IP=10.0.0.1"}).exitCode, 0);
+    for (const bool isOfAnother : {true, false}) {
+        Snapshot snapshot = snapshotarchive::read(path).snapshot;
+        (isOfAnother ? snapshot.info.recorder : snapshot.info.model) = "other";
+        QCOMPARE(snapshotarchive::write(snapshot, path), QString());
+        const Run run = this->run({"restore", address(), path});
+        QCOMPARE(run.exitCode, 5);
+        QVERIFY2(run.err.contains("other") && run.err.contains("--force"), qPrintable(run.err));
+    }
+    QVERIFY(fileOfRecorder("net").contains("10.0.0.1"));
+    QCOMPARE(run({"restore", address(), path, "--force"}).exitCode, 0);
+    QVERIFY(!fileOfRecorder("net").contains("10.0.0.1"));
+    QCOMPARE(run({"restore", address(), "/nowhere"}).exitCode, 6);
+    QCOMPARE(run({"restore", address(), ownFile("text", "a")}).exitCode, 7);
+}
+
+void TestControlProgram::leavesALockedRecorderAlone()
+{
+    const QStringList command{"set", address(), "net/untitled/IP=10.0.0.1"};
+    {
+        const RecorderLock lock(SnapshotFolder(SnapshotFolder::usualRoot(), host()));
+        QCOMPARE(lock.problem(), QString());
+        const Run run = this->run(command);
+        QCOMPARE(run.exitCode, 6);
+        const QString holder = QString::number(QCoreApplication::applicationPid());
+        QVERIFY2(run.err.contains("process " + holder), qPrintable(run.err));
+        QCOMPARE(this->run(command + QStringList("--dry-run")).exitCode, 0);
+    }
+    QCOMPARE(m_received, QStringList());
+    QCOMPARE(run(command).exitCode, 0);
+}
+
 void TestControlProgram::isWholeUnderFaults_data()
 {
-    QTest::addColumn<QString>("fault");
+    const TestTable<QString, bool> row("fault", "isSet");
     for (const QString &form : recorder::answerFaultForms()) {
         QString fault = form.section('[', 0, 0); // with a value that it may have
         fault.replace("=MS", "=50").replace("=N|less|more|none", "=less");
-        QTest::newRow(qPrintable(fault)) << fault;
-        // Some are possible in the answer to one request only, which is not this one.
-        const QString atFile = fault + "@PUT NET CONFIG";
-        if (QString reason; recorder::readAnswerFault(atFile, reason))
-            QTest::newRow(qPrintable(atFile)) << atFile;
+        for (const char *place : {"", "@PUT NET CONFIG"}) {
+            // Some are possible in the answer to one request only, which is not this one.
+            if (QString reason; !recorder::readAnswerFault(fault + place, reason))
+                continue;
+            row(qPrintable("set, " + fault + place), fault + place, true);
+            row(qPrintable("restore, " + fault + place), fault + place, false);
+        }
     }
 }
 
 void TestControlProgram::isWholeUnderFaults()
 {
     QFETCH(QString, fault);
+    QFETCH(bool, isSet);
     QString reason;
     const auto read = recorder::readAnswerFault(fault, reason);
     QVERIFY2(read, qPrintable(reason));
+    const QStringList values{"net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"};
+    QStringList command = QStringList{"set", address()} + values;
+    if (!isSet) {
+        const QString path = m_folder->filePath("wanted.zip");
+        FileContents files{{"net", fileOfRecorder("net")}, {"users", fileOfRecorder("users")}};
+        files["net"].replace("192.168.10.20", "10.0.0.1");
+        files["users"].replace("guest", "guard");
+        Snapshot snapshot;
+        snapshot.files = files;
+        QCOMPARE(snapshotarchive::write(snapshot, path), QString());
+        command = {"restore", address(), path};
+    }
     m_recorder->setFaults({*read});
-    const Run run = this->run(
-        {"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard", "--timeout", "1"});
+    const Run run = this->run(command + QStringList{"--timeout", "1"});
     m_recorder->setFaults({});
     QVERIFY2(run.exitCode >= 0 && run.exitCode <= 7, qPrintable(run.err));
     const bool hasAddress = fileOfRecorder("net").contains("10.0.0.1");
