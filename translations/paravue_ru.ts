@@ -710,10 +710,6 @@ Exit code:
         <translation>Показать, что было бы отправлено, и ничего не отправлять.</translation>
     </message>
     <message>
-        <source>Write the snapshot as FILE.</source>
-        <translation>Записать снимок в файл FILE.</translation>
-    </message>
-    <message>
         <source>Reads, sets and keeps the settings of a network video recorder without a window.</source>
         <translation>Читает, задаёт и сохраняет настройки сетевого видеорегистратора без окна.</translation>
     </message>
@@ -914,6 +910,66 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
     <message>
         <source>entries of %1 were added, removed or renamed since, and the snapshot has no passwords for them: these lists were not restored</source>
         <translation>записи %1 с тех пор добавлены, удалены или переименованы, а паролей для них в снимке нет: эти списки не восстановлены</translation>
+    </message>
+    <message>
+        <source>Runs a function of the recorder. FUNCTION is one of %1.</source>
+        <translation>Выполняет функцию регистратора. FUNCTION — одна из %1.</translation>
+    </message>
+    <message>
+        <source>Write the snapshot, or the report of the recorder, as FILE.</source>
+        <translation>Записать снимок или отчёт регистратора в файл FILE.</translation>
+    </message>
+    <message>
+        <source>Run FUNCTION also when something is lost by it, or when the recorder restarts.</source>
+        <translation>Выполнить FUNCTION, даже если что-то при этом теряется или регистратор перезагружается.</translation>
+    </message>
+    <message>
+        <source>%1 needs an argument</source>
+        <translation>для %1 нужен аргумент</translation>
+    </message>
+    <message>
+        <source>%1 takes no argument</source>
+        <translation>%1 не принимает аргумента</translation>
+    </message>
+    <message>
+        <source>%1 cannot be the argument of %2</source>
+        <translation>%1 не может быть аргументом %2</translation>
+    </message>
+    <message>
+        <source>the file %1 cannot be read</source>
+        <translation>не удалось прочитать файл %1</translation>
+    </message>
+    <message>
+        <source>it restarts the recorder, which records nothing meanwhile</source>
+        <translation>регистратор перезагрузится и некоторое время ничего не будет записывать</translation>
+    </message>
+    <message>
+        <source>what it removes from the recorder is lost for good</source>
+        <translation>то, что она удаляет из регистратора, теряется навсегда</translation>
+    </message>
+    <message>
+        <source>%1 at %2: %3. Run it (yes/no)? </source>
+        <translation>%1 на %2: %3. Выполнить (yes/no)? </translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>да</translation>
+    </message>
+    <message>
+        <source>the functions are %1</source>
+        <translation>функции: %1</translation>
+    </message>
+    <message>
+        <source>only %1 has something to write</source>
+        <translation>записывать нечего, кроме %1</translation>
+    </message>
+    <message>
+        <source>%1 was not confirmed: %2; --yes runs it</source>
+        <translation>%1 не подтверждена: %2; с --yes она выполнится</translation>
+    </message>
+    <message>
+        <source>cannot write %1: %2</source>
+        <translation>не удалось записать %1: %2</translation>
     </message>
 </context>
 <context>

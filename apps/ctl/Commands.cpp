@@ -17,7 +17,8 @@ struct CommandFunction {
 };
 
 constexpr CommandFunction Functions[] = {
-    {"get", runGet}, {"set", runSet}, {"diff", runDiff}, {"backup", runBackup}, {"restore", runRestore},
+    {"get", runGet},       {"set", runSet},         {"diff", runDiff},
+    {"backup", runBackup}, {"restore", runRestore}, {"run", runFunction},
 };
 
 } // namespace

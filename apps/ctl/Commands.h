@@ -27,6 +27,7 @@ void runSet(const ControlCommandLine &line, const CommandEnd &end);
 void runDiff(const ControlCommandLine &line, const CommandEnd &end);
 void runRestore(const ControlCommandLine &line, const CommandEnd &end);
 void runBackup(const ControlCommandLine &line, const CommandEnd &end);
+void runFunction(const ControlCommandLine &line, const CommandEnd &end);
 
 /// Runs the command that \a line names.
 void runCommand(const ControlCommandLine &line, const CommandEnd &end);

@@ -2,6 +2,7 @@
 
 #include "ControlText.h"
 #include "SettingsSource.h"
+#include "device/protocol/DeviceCommands.h"
 #include "program/HelpText.h"
 #include "setup/RecorderAddress.h"
 
@@ -19,11 +20,28 @@ namespace
 constexpr int MaxTimeoutSeconds = 24 * 60 * 60;
 constexpr int MaxRetries = 100;
 
+/// \a text in indented lines.
+QString wrapped(const QString &text)
+{
+    constexpr int Width = 79;
+    const QString indent(6, u' ');
+    QString lines;
+    QString line = indent;
+    for (const QString &word : text.split(u' ')) {
+        if (line.size() > indent.size() && line.size() + word.size() > Width) {
+            lines += line.chopped(1) + u'\n';
+            line = indent;
+        }
+        line += word + u' ';
+    }
+    return lines + line.chopped(1) + u'\n';
+}
+
 QString commandTable()
 {
     QString text = u'\n' + ControlText::tr("Commands:") + u'\n';
     for (const ControlCommand &command : controlCommands())
-        text += QStringLiteral("  %1 %2\n      %3\n").arg(command.name, command.arguments, command.text);
+        text += QStringLiteral("  %1 %2\n").arg(command.name, command.arguments) + wrapped(command.text);
     return text;
 }
 
@@ -152,6 +170,7 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
     line.json = parser.isSet("json");
     line.secrets = parser.isSet("secrets");
     line.force = parser.isSet("force");
+    line.yes = parser.isSet("yes");
     line.dryRun = parser.isSet("dry-run");
     line.file = parser.value("file");
     line.output = parser.value("output");
@@ -187,6 +206,10 @@ QList<ControlCommand> controlCommands()
          ControlText::tr(
              "Sets the values that a PATTERN names, or all, to those of a snapshot, as set does."),
          2, -1},
+        {"run", "ADDRESS FUNCTION [ARGUMENT]",
+         ControlText::tr("Runs a function of the recorder. FUNCTION is one of %1.")
+             .arg(runnableCommandNames().join(QStringLiteral(", "))),
+         2, 3},
     };
 }
 
@@ -218,7 +241,10 @@ QList<ControlOption> controlOptions()
          "NUMBER",
          ControlText::tr("Fetch again so often when there is no connection or no answer (without it 0)."),
          {}},
-        {{"json"}, {}, ControlText::tr("Print for other programs."), {"get", "set", "diff", "restore"}},
+        {{"json"},
+         {},
+         ControlText::tr("Print for other programs."),
+         {"get", "set", "diff", "restore", "run"}},
         {{"secrets"},
          {},
          ControlText::tr(
@@ -233,13 +259,20 @@ QList<ControlOption> controlOptions()
          {},
          ControlText::tr("Show what would be sent, and send nothing."),
          {"set", "restore"}},
-        {{"o", "output"}, "FILE", ControlText::tr("Write the snapshot as FILE."), {"backup"}},
+        {{"o", "output"},
+         "FILE",
+         ControlText::tr("Write the snapshot, or the report of the recorder, as FILE."),
+         {"backup", "run"}},
+        {{"y", "yes"},
+         {},
+         ControlText::tr("Run FUNCTION also when something is lost by it, or when the recorder restarts."),
+         {"run"}},
         {{"force"},
          {},
          ControlText::tr(
              "Overwrite FILE when it exists; set keys that the recorder does not have; restore the "
              "snapshot of another recorder."),
-         {"set", "backup", "restore"}},
+         {"set", "backup", "restore", "run"}},
     };
 }
 

@@ -50,14 +50,17 @@ struct ControlCommandLine {
     bool secrets = false;
     bool force = false;
     bool dryRun = false;
-    QString file;   ///< with values to be set; empty: none
-    QString output; ///< the file to be written; empty: the usual place
+    bool yes = false; ///< what is dangerous is confirmed
+    QString file;     ///< with values to be set; empty: none
+    QString output;   ///< the file to be written; empty: the usual place
 
     /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
     static ControlCommandLine parse(const QStringList &words);
 
     /// Takes \a text as the address. What is wrong with it, without repeating it; empty when nothing is.
     QString setAddress(const QString &text);
+    /// The address without a login.
+    QString host() const { return address.mid(address.lastIndexOf(u'@') + 1); }
 };
 
 } // namespace paravue

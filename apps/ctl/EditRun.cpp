@@ -8,8 +8,6 @@
 #include "changes/ChangeList.h"
 #include "changes/FileValues.h"
 #include "device/EditedFiles.h"
-#include "snapshots/RecorderLock.h"
-#include "snapshots/SnapshotFolder.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -122,7 +120,8 @@ public:
 
     void start()
     {
-        if (const QString held = lock(); !held.isEmpty())
+        const QString held = m_line.dryRun ? QString() : m_session->lock();
+        if (!held.isEmpty())
             return m_end({ExitCode::LocalFile, held}, {});
         m_session->fetch([run = shared_from_this()](const Outcome &fetched) {
             if (fetched.isDone())
@@ -133,16 +132,6 @@ public:
     }
 
 private:
-    /// What keeps another run from changing the recorder at the same time; empty when nothing does.
-    QString lock()
-    {
-        if (m_line.dryRun)
-            return {};
-        m_lock = std::make_unique<RecorderLock>(
-            SnapshotFolder(SnapshotFolder::usualRoot(), m_session->recorder()));
-        return m_lock->problem();
-    }
-
     void editAndSend()
     {
         if (const Outcome edited = edit(); !edited.isDone())
@@ -233,7 +222,6 @@ private:
     const ControlCommandLine m_line;
     const WantedSource m_source;
     const CommandEnd m_end;
-    std::unique_ptr<RecorderLock> m_lock;
     EditReport m_report;
 };
 

@@ -3,6 +3,7 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "LoginSource.h"
+#include "snapshots/SnapshotFolder.h"
 
 #include <QFile>
 
@@ -205,6 +206,18 @@ void RecorderSession::fetchAgain(const QStringList &names,
             FileContents files;
             then(outcome.isDone() ? contentsOf(*m_reader, {}, files) : outcome, files);
         });
+}
+
+void RecorderSession::runFunction(const QString &name, const QString &argument, const OutcomeHandler &then)
+{
+    run(
+        m_store, [&] { m_store.function(name, argument); }, then);
+}
+
+QString RecorderSession::lock()
+{
+    m_lock = std::make_unique<RecorderLock>(SnapshotFolder(SnapshotFolder::usualRoot(), recorder()));
+    return m_lock->problem();
 }
 
 Outcome RecorderSession::contents(FileContents &files)

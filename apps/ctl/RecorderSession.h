@@ -2,6 +2,7 @@
 
 #include "Outcome.h"
 #include "device/OrbNetSetup.h"
+#include "snapshots/RecorderLock.h"
 #include "snapshots/Snapshot.h"
 
 #include <QObject>
@@ -39,6 +40,13 @@ public:
     void fetchAgain(const QStringList &names,
                     const std::function<void(const Outcome &, const FileContents &)> &then);
 
+    /// Runs the function \a name of the recorder. A stop cuts it off.
+    void runFunction(const QString &name, const QString &argument, const OutcomeHandler &then);
+
+    /// Keeps other programs from changing the recorder until the session ends. What stands against it; empty
+    /// when nothing does.
+    QString lock();
+
     /// The files as they were fetched.
     Outcome contents(FileContents &files);
 
@@ -54,6 +62,7 @@ private:
 
     OrbNetSetup m_store;
     const int m_retries;
+    std::unique_ptr<RecorderLock> m_lock;
     std::unique_ptr<OrbSetup> m_reader;
     QPointer<Exchange> m_exchange;
 };

@@ -59,6 +59,9 @@ private Q_SLOTS:
     void restoresASnapshot();
     void refusesStrangeSnapshots();
     void leavesALockedRecorderAlone();
+    void runsFunctions_data();
+    void runsFunctions();
+    void keepsTheReport();
     void isWholeUnderFaults_data();
     void isWholeUnderFaults();
 
@@ -571,6 +574,49 @@ void TestControlProgram::leavesALockedRecorderAlone()
     }
     QCOMPARE(m_received, QStringList());
     QCOMPARE(run(command).exitCode, 0);
+}
+
+void TestControlProgram::runsFunctions_data()
+{
+    const TestTable<QStringList, int, QString, QString> row("arguments", "exit code", "request", "message");
+    row("one without danger", {"send_test_email"}, 0, "SEND TEST EMAIL", "");
+    row("a dangerous one", {"soft_reset"}, 5, "", "--yes runs it");
+    row("a confirmed one", {"format_usb", "--yes"}, 0, "DO FORMAT", "");
+    row("with a value of the recorder", {"set_time_ntp"}, 0, "PUT TIME CONFIG", "");
+    row("with an argument", {"remove_package", "motion-detector", "-y"}, 0, "PUT SOFT CONFIG", "");
+    row("with a file", {"soft_istall_packet", CONTROL_PROGRAM}, 1, "INSTALL DEB", "Device error");
+    row("an argument that is missing", {"set_time"}, 2, "", "set_time needs an argument");
+    row("an argument too many", {"soft_reboot", "now"}, 2, "", "takes no argument");
+    row("lines in an argument", {"remove_package", "a\nTIME=1", "-y"}, 2, "", "cannot be the argument");
+    row("a file that there is not", {"soft_istall_packet", "/nowhere"}, 6, "", "/nowhere cannot be read");
+    row("none", {"save_settings"}, 2, "", "the functions are clear_email_usb, ");
+}
+
+void TestControlProgram::runsFunctions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, request);
+    QFETCH(QString, message);
+    QStringList log;
+    connect(m_recorder.get(), &recorder::RecorderServer::logged, this,
+            [&log](const QString &line) { log += line; });
+    const Run run = this->run(QStringList{"run", address()} + arguments);
+    QTEST(run.exitCode, "exit code");
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    const bool isRequested = log.join('\n').contains(request.isEmpty() ? "PUT" : request);
+    QVERIFY2(isRequested != request.isEmpty(), qPrintable(log.join('\n')));
+}
+
+void TestControlProgram::keepsTheReport()
+{
+    const QString path = m_folder->filePath("report");
+    const QString line = "UPTIME_DAYS = '41'";
+    const Run shown = run({"run", address(), "get_report"});
+    QVERIFY2(shown.exitCode == 0 && shown.out.contains(line), qPrintable(shown.out));
+    QCOMPARE(run({"run", address(), "get_report", "-o", path}).exitCode, 0);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains(line.toUtf8()));
+    QCOMPARE(run({"run", address(), "get_report", "-o", path}).exitCode, 6);
 }
 
 void TestControlProgram::isWholeUnderFaults_data()

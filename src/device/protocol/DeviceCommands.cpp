@@ -66,6 +66,11 @@ constexpr DeviceCommand Commands[] = {
     {"send_test_email", "SEND TEST EMAIL\r\n", ""},
 };
 
+bool isRunnable(const DeviceCommand &command)
+{
+    return command.kind != Kind::Cancel && command.kind != Kind::AdjustPicture;
+}
+
 } // namespace
 
 const DeviceCommand *findDeviceCommand(const QString &name)
@@ -74,6 +79,22 @@ const DeviceCommand *findDeviceCommand(const QString &name)
         return name == QLatin1StringView(row.name);
     });
     return found == std::end(Commands) ? nullptr : &*found;
+}
+
+QStringList runnableCommandNames()
+{
+    QStringList names;
+    for (const DeviceCommand &command : Commands) {
+        if (isRunnable(command))
+            names << QString::fromLatin1(command.name);
+    }
+    return names;
+}
+
+const DeviceCommand *runnableCommand(const QString &name)
+{
+    const DeviceCommand *command = findDeviceCommand(name);
+    return command && isRunnable(*command) ? command : nullptr;
 }
 
 QString filledBody(const DeviceCommand &command,

@@ -3,6 +3,7 @@
 #include "store/OrbSetup.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <functional>
@@ -36,6 +37,11 @@ struct DeviceCommand {
 
 /// The command of the function \a name; null when the recorder has none.
 const DeviceCommand *findDeviceCommand(const QString &name);
+
+/// The functions that run a command of their own at once, in the order of the protocol.
+QStringList runnableCommandNames();
+/// The command of such a function; null for others.
+const DeviceCommand *runnableCommand(const QString &name);
 
 /// The body of \a command with the values that \a valueOf gives for its addresses. Values are taken
 /// literally, also when they look like placeholders.
