@@ -392,6 +392,38 @@ Allow it? Its content may be sent to the recorder.</source>
         <source>Changed</source>
         <translation>Изменено</translation>
     </message>
+    <message>
+        <source>it is no number</source>
+        <translation>это не число</translation>
+    </message>
+    <message>
+        <source>it is below %1</source>
+        <translation>оно меньше %1</translation>
+    </message>
+    <message>
+        <source>it is above %1</source>
+        <translation>оно больше %1</translation>
+    </message>
+    <message>
+        <source>it must not be empty</source>
+        <translation>оно не может быть пустым</translation>
+    </message>
+    <message>
+        <source>it does not fit the pattern %1</source>
+        <translation>оно не соответствует шаблону %1</translation>
+    </message>
+    <message>
+        <source>it does not fit the mask %1</source>
+        <translation>оно не соответствует маске %1</translation>
+    </message>
+    <message>
+        <source>it is none of %1</source>
+        <translation>оно не из числа %1</translation>
+    </message>
+    <message>
+        <source>it is no time such as 20240131235900</source>
+        <translation>это не время вида 20240131235900</translation>
+    </message>
 </context>
 <context>
     <name>CheckReport</name>
@@ -892,10 +924,6 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <translation>Возвращает значения, которые называет PATTERN, или все, к тем, что в снимке, как set.</translation>
     </message>
     <message>
-        <source>Overwrite FILE when it exists; set keys that the recorder does not have; restore the snapshot of another recorder.</source>
-        <translation>Заменить FILE, если он есть; задавать ключи, которых нет в регистраторе; восстановить снимок другого регистратора.</translation>
-    </message>
-    <message>
         <source>The snapshot is of the recorder %1.</source>
         <translation>Снимок сделан с регистратора %1.</translation>
     </message>
@@ -970,6 +998,42 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
     <message>
         <source>cannot write %1: %2</source>
         <translation>не удалось записать %1: %2</translation>
+    </message>
+    <message>
+        <source>Prints what can be set, and what the values may be, from the recorder&apos;s interface description.</source>
+        <translation>Выводит, что можно задать и какими могут быть значения, по описанию интерфейса регистратора.</translation>
+    </message>
+    <message>
+        <source>Overwrite FILE when it exists; set keys that the recorder does not have and values that its description does not allow; restore the snapshot of another recorder.</source>
+        <translation>Заменить FILE, если он есть; задавать ключи, которых нет в регистраторе, и значения, которых не допускает его описание; восстановить снимок другого регистратора.</translation>
+    </message>
+    <message>
+        <source>pattern %1</source>
+        <translation>шаблон %1</translation>
+    </message>
+    <message>
+        <source>mask %1</source>
+        <translation>маска %1</translation>
+    </message>
+    <message>
+        <source>not empty</source>
+        <translation>не пусто</translation>
+    </message>
+    <message>
+        <source>nothing fits %1 that a user can set</source>
+        <translation>нет ничего для %1, что может задать пользователь</translation>
+    </message>
+    <message>
+        <source>the interface description: %1</source>
+        <translation>описание интерфейса: %1</translation>
+    </message>
+    <message>
+        <source>the value of %1 is not allowed: %2</source>
+        <translation>значение %1 недопустимо: %2</translation>
+    </message>
+    <message>
+        <source>%1; --force sends it</source>
+        <translation>%1; --force его отправит</translation>
     </message>
 </context>
 <context>

@@ -4,23 +4,13 @@
 #include "ui/base/UiLimits.h"
 #include "ui/description/InterfaceDocument.h"
 
-#include <algorithm>
-
 namespace paravue
 {
 namespace
 {
 
-constexpr int ToTheEdge = -1;
-
 const QString columnAttribute = QStringLiteral("column");
 const QString rowAttribute = QStringLiteral("row");
-
-int spanOf(const QDomElement &item, const QString &name)
-{
-    const int span = intAttribute(item, name);
-    return span == 0 ? 1 : std::max(span, ToTheEdge);
-}
 
 bool isWithinGrid(int index, int span)
 {
@@ -31,10 +21,8 @@ bool isWithinGrid(int index, int span)
 
 GridCell GridCell::of(const QDomElement &item)
 {
-    return {intAttribute(item, rowAttribute), intAttribute(item, columnAttribute),
-            spanOf(item, QStringLiteral("rowSpan")), spanOf(item, QStringLiteral("columnSpan")),
-            horizontalAlignment(item.attribute(QStringLiteral("alignment"))) |
-                verticalAlignment(item.attribute(QStringLiteral("valign")))};
+    return {CellPlace::of(item), horizontalAlignment(item.attribute(QStringLiteral("alignment"))) |
+                                     verticalAlignment(item.attribute(QStringLiteral("valign")))};
 }
 
 bool GridCell::isWithinLimits() const

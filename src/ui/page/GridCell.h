@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/base/ElementRules.h"
+#include "ui/description/DescribedGrid.h"
 
 #include <QDomElement>
 #include <QList>
@@ -10,11 +11,7 @@ namespace paravue
 {
 
 /// Where a grid puts an item.
-struct GridCell {
-    int row = 0;
-    int column = 0;
-    int rowSpan = 1; ///< -1: up to the last row, and so for columns
-    int columnSpan = 1;
+struct GridCell : CellPlace {
     Qt::Alignment alignment;
 
     static GridCell of(const QDomElement &item);

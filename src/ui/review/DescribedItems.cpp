@@ -4,8 +4,8 @@
 #include "ui/accessibility/ControlName.h"
 #include "ui/binding/BuiltDescription.h"
 #include "ui/binding/ControlContext.h"
+#include "ui/description/DescribedGrid.h"
 #include "ui/description/InterfaceDocument.h"
-#include "ui/description/TextReferences.h"
 #include "ui/page/GridCell.h"
 
 #include <QAbstractButton>
@@ -13,7 +13,6 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace paravue
@@ -28,127 +27,6 @@ const QString tabTag = QStringLiteral("tab");
 const QString typeName = QStringLiteral("type");
 const QString separator = QStringLiteral(" › ");
 const QString textTag = QStringLiteral("text");
-
-/// An item of a grid.
-struct DescribedCell {
-    QDomElement element;
-    GridCell place;
-    QString type;
-
-    int columnEnd() const
-    {
-        return place.columnSpan < 0 ? std::numeric_limits<int>::max() : place.column + place.columnSpan;
-    }
-    bool isLabel() const { return type == QLatin1String("label"); }
-    bool isLine() const
-    {
-        return type == QLatin1String("separator") &&
-               element.attribute(QStringLiteral("orientation")) == QLatin1String("horizontal");
-    }
-};
-
-/// A label that shows a value and nothing else is no caption of what stands beside it.
-bool showsOnlyAValue(const QDomElement &label)
-{
-    if (!label.firstChildElement(QStringLiteral("value")).isNull())
-        return true;
-    const QString text = ownText(label.firstChildElement(textTag));
-    const auto hasLetters = [&text](qsizetype begin, qsizetype end) {
-        return std::any_of(text.begin() + begin, text.begin() + end, [](QChar c) { return c.isLetter(); });
-    };
-    qsizetype end = 0;
-    while (const auto address = findBracedAddress(text, end)) {
-        if (hasLetters(end, address->begin))
-            return false;
-        end = address->end;
-    }
-    return end > 0 && !hasLetters(end, text.size());
-}
-
-/// What a heading is for: the columns from the one to the other, below its row.
-struct Heading {
-    int row;
-    int column;
-    int columnEnd;
-    QDomElement label;
-};
-
-/// The cells of one grid, as a user sees them.
-class Grid
-{
-public:
-    explicit Grid(const QDomElement &item)
-    {
-        for (QDomElement child = item.firstChildElement(itemTag); !child.isNull();
-             child = child.nextSiblingElement(itemTag)) {
-            const DescribedCell cell{child, GridCell::of(child), child.attribute(typeName)};
-            if (cell.isLabel() && !showsOnlyAValue(child)) {
-                m_rightOf.insert({cell.place.row, cell.columnEnd()}, child);
-                m_below.insert({cell.place.row + qMax(cell.place.rowSpan, 1), cell.place.column}, child);
-            }
-            m_rows[cell.place.row].append(int(cells.size()));
-            cells.push_back(cell);
-        }
-        for (const DescribedCell &cell : cells) {
-            if (cell.isLine())
-                addHeadings(cell);
-        }
-        std::stable_sort(m_headings.begin(), m_headings.end(),
-                         [](const Heading &a, const Heading &b) { return a.row < b.row; });
-    }
-
-    /// The label of the heading above \a cell; null without one.
-    QDomElement heading(const DescribedCell &cell) const
-    {
-        for (auto heading = m_headings.rbegin(); heading != m_headings.rend(); ++heading) {
-            if (heading->row < cell.place.row && heading->column < cell.columnEnd() &&
-                cell.place.column < heading->columnEnd)
-                return heading->label;
-        }
-        return {};
-    }
-
-    /// The label left of \a cell, or above it. A label has none above it, which would be that of another
-    /// value.
-    QDomElement labelOf(const DescribedCell &cell) const
-    {
-        const QDomElement left = m_rightOf.value({cell.place.row, cell.place.column});
-        return left.isNull() && !cell.isLabel() ? m_below.value({cell.place.row, cell.place.column}) : left;
-    }
-
-    std::vector<DescribedCell> cells;
-
-private:
-    QList<int> cellsIn(int row, const DescribedCell &line) const
-    {
-        QList<int> found = m_rows.value(row);
-        found.removeIf([&](int index) {
-            const int column = cells[index].place.column;
-            return column < line.place.column || column >= line.columnEnd();
-        });
-        return found;
-    }
-
-    /// As the page shows it: what stands right above a line is the heading of what stands below, a label of
-    /// its own or the row of labels that a table begins with.
-    void addHeadings(const DescribedCell &line)
-    {
-        const QList<int> above = cellsIn(line.place.row - 1, line);
-        const bool areLabels =
-            std::all_of(above.begin(), above.end(), [this](int index) { return cells[index].isLabel(); });
-        if (!areLabels || (above.size() > 1 && !cellsIn(line.place.row - 2, line).isEmpty()))
-            return;
-        for (const int index : above) {
-            const DescribedCell &of = above.size() > 1 ? cells[index] : line;
-            m_headings.push_back({line.place.row, of.place.column, of.columnEnd(), cells[index].element});
-        }
-    }
-
-    QHash<std::pair<int, int>, QDomElement> m_rightOf; ///< labels by the place beside them
-    QHash<std::pair<int, int>, QDomElement> m_below;
-    QHash<int, QList<int>> m_rows;
-    std::vector<Heading> m_headings;
-};
 
 } // namespace
 
@@ -227,8 +105,8 @@ private:
 
     void readGrid(const QDomElement &item, const QStringList &pages, const QString &outerGroup)
     {
-        const Grid grid(item);
-        for (const DescribedCell &cell : grid.cells) {
+        const DescribedGrid grid(item);
+        for (const DescribedCell &cell : grid.cells()) {
             const QDomElement heading = grid.heading(cell);
             const QString group = heading.isNull() ? outerGroup : headingText(heading);
             const LayoutItem layout = layoutItem(cell.type);
@@ -240,7 +118,7 @@ private:
         }
     }
 
-    void addItem(const DescribedCell &cell, const ControlAdapter &adapter, const Grid &grid,
+    void addItem(const DescribedCell &cell, const ControlAdapter &adapter, const DescribedGrid &grid,
                  const QStringList &pages, const QString &group)
     {
         const bool isBuilt = m_dialog < 0 && !cell.isLabel();
@@ -263,7 +141,8 @@ private:
         }
     }
 
-    QString captionOf(const DescribedCell &cell, const ControlAdapter &adapter, const Grid &grid) const
+    QString captionOf(const DescribedCell &cell, const ControlAdapter &adapter,
+                      const DescribedGrid &grid) const
     {
         const QDomElement own = cell.element.firstChildElement(textTag);
         QString caption;
@@ -271,7 +150,7 @@ private:
             caption = withoutAccessKey(m_context.text(ownText(own)));
         if (caption.isEmpty())
             caption = shown(grid.labelOf(cell).firstChildElement(textTag));
-        if (caption.isEmpty() && cell.isLabel() && !showsOnlyAValue(cell.element))
+        if (caption.isEmpty() && cell.isLabel() && !cell.showsOnlyAValue())
             caption = shown(own);
         return caption.isEmpty() ? shown(cell.element.firstChildElement(QStringLiteral("tooltip"))) : caption;
     }
