@@ -17,8 +17,8 @@ struct CommandFunction {
 };
 
 constexpr CommandFunction Functions[] = {
-    {"get", runGet},       {"set", runSet},         {"diff", runDiff},
-    {"backup", runBackup}, {"restore", runRestore}, {"run", runFunction},
+    {"get", runGet},         {"set", runSet},      {"diff", runDiff},         {"backup", runBackup},
+    {"restore", runRestore}, {"run", runFunction}, {"describe", runDescribe},
 };
 
 } // namespace

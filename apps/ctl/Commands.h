@@ -24,6 +24,7 @@ using CommandEnd = std::function<void(const Outcome &, const CommandReport &)>;
 /// The commands. Several may run at once.
 void runGet(const ControlCommandLine &line, const CommandEnd &end);
 void runSet(const ControlCommandLine &line, const CommandEnd &end);
+void runDescribe(const ControlCommandLine &line, const CommandEnd &end);
 void runDiff(const ControlCommandLine &line, const CommandEnd &end);
 void runRestore(const ControlCommandLine &line, const CommandEnd &end);
 void runBackup(const ControlCommandLine &line, const CommandEnd &end);

@@ -206,6 +206,10 @@ QList<ControlCommand> controlCommands()
          ControlText::tr(
              "Sets the values that a PATTERN names, or all, to those of a snapshot, as set does."),
          2, -1},
+        {"describe", "ADDRESS [PATTERN...]",
+         ControlText::tr("Prints what can be set, and what the values may be, from the recorder's interface "
+                         "description."),
+         1, -1},
         {"run", "ADDRESS FUNCTION [ARGUMENT]",
          ControlText::tr("Runs a function of the recorder. FUNCTION is one of %1.")
              .arg(runnableCommandNames().join(QStringLiteral(", "))),
@@ -244,7 +248,7 @@ QList<ControlOption> controlOptions()
         {{"json"},
          {},
          ControlText::tr("Print for other programs."),
-         {"get", "set", "diff", "restore", "run"}},
+         {"get", "set", "diff", "restore", "describe", "run"}},
         {{"secrets"},
          {},
          ControlText::tr(
@@ -269,9 +273,9 @@ QList<ControlOption> controlOptions()
          {"run"}},
         {{"force"},
          {},
-         ControlText::tr(
-             "Overwrite FILE when it exists; set keys that the recorder does not have; restore the "
-             "snapshot of another recorder."),
+         ControlText::tr("Overwrite FILE when it exists; set keys that the recorder does not have and values "
+                         "that its description does not allow; restore the "
+                         "snapshot of another recorder."),
          {"set", "backup", "restore", "run"}},
     };
 }

@@ -2,6 +2,7 @@
 
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "RecorderDescription.h"
 #include "RecorderSession.h"
 #include "changes/ChangeList.h"
 #include "store/ConfigAddress.h"
@@ -67,6 +68,27 @@ QString problemOf(const QList<WantedValue> &wanted)
     return {};
 }
 
+/// Values that the recorder has already are not sent. Without a description that can be read there are no
+/// rules.
+Outcome checkAgainstDescription(const QList<WantedValue> &wanted, RecorderSession &session,
+                                const FileContents &files)
+{
+    Outcome unreadable;
+    const auto described = readDescription(files, session.store(), unreadable);
+    if (!described)
+        return {};
+    QStringList problems;
+    for (const WantedValue &value : wanted) {
+        const QString problem = described->problemWith(value.path, value.value.value_or(QString()));
+        if (!problem.isEmpty() && session.store().storedValue(value.path) != value.value)
+            problems << ControlText::tr("the value of %1 is not allowed: %2").arg(value.path, problem);
+    }
+    if (problems.isEmpty())
+        return {};
+    return {ExitCode::Rejected,
+            ControlText::tr("%1; --force sends it").arg(problems.join(QStringLiteral("; ")))};
+}
+
 } // namespace
 
 Outcome readWantedValues(const QString &path, QList<WantedValue> &wanted)
@@ -94,7 +116,8 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
     return problem.isEmpty() ? Outcome() : Outcome{ExitCode::WrongUsage, problem};
 }
 
-Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session, bool allowsNewKeys)
+Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session,
+                          const FileContents &files, bool isForced)
 {
     OrbNetSetup &store = session.store();
     const QStringList fetched = store.fetchedFiles();
@@ -105,11 +128,11 @@ Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &ses
             return {ExitCode::Different, ControlText::tr("the recorder has no file \"%1\"").arg(file)};
         if (unsent.contains(file))
             return {ExitCode::WrongUsage, ControlText::tr("the recorder takes no file \"%1\"").arg(file)};
-        if (!allowsNewKeys && !store.storedValue(value.path))
+        if (!isForced && !store.storedValue(value.path))
             return {ExitCode::Different,
                     ControlText::tr("the recorder has no value %1; --force sets it").arg(value.path)};
     }
-    return {};
+    return isForced ? Outcome() : checkAgainstDescription(wanted, session, files);
 }
 
 } // namespace paravue

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Outcome.h"
+#include "snapshots/Snapshot.h"
 
 #include <QList>
 #include <QString>
@@ -26,7 +27,9 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
 /// The same of the file at \a path.
 Outcome readWantedValues(const QString &path, QList<WantedValue> &wanted);
 
-/// What keeps \a wanted from being set at the recorder, whose files were fetched.
-Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session, bool allowsNewKeys);
+/// What keeps \a wanted from being set at the recorder, whose files were fetched as \a files. Forced are keys
+/// that the recorder does not have, and values that its description does not allow.
+Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session,
+                          const FileContents &files, bool isForced);
 
 } // namespace paravue

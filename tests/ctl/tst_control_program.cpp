@@ -59,6 +59,8 @@ private Q_SLOTS:
     void restoresASnapshot();
     void refusesStrangeSnapshots();
     void leavesALockedRecorderAlone();
+    void sendsOnlyWhatTheDescriptionAllows();
+    void describesWhatCanBeSet();
     void runsFunctions_data();
     void runsFunctions();
     void keepsTheReport();
@@ -574,6 +576,36 @@ void TestControlProgram::leavesALockedRecorderAlone()
     }
     QCOMPARE(m_received, QStringList());
     QCOMPARE(run(command).exitCode, 0);
+}
+
+void TestControlProgram::sendsOnlyWhatTheDescriptionAllows()
+{
+    const QStringList command{"set", address(), "streams/stream_0/bitrate=20000", "net/untitled/DNS1=x y"};
+    const Run run = this->run(command);
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains("streams/stream_0/bitrate is not allowed: it is above 16384; "),
+             qPrintable(run.err));
+    QVERIFY2(run.err.contains("net/untitled/DNS1 is not allowed"), qPrintable(run.err));
+    QCOMPARE(m_received, QStringList());
+    QCOMPARE(this->run(command + QStringList("--force")).exitCode, 0);
+    // What the recorder has already is not judged.
+    QCOMPARE(this->run(command).exitCode, 0);
+}
+
+void TestControlProgram::describesWhatCanBeSet()
+{
+    const Run run = this->run({"describe", address(), "streams/stream_0/bitrate", "net/*/DHCP"});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.contains("streams/stream_0/bitrate  text  64..16384, pattern [0-9]{1,5}  Cameras › "),
+             qPrintable(run.out));
+    QVERIFY2(run.out.contains("net/untitled/DHCP         switch  on, off  "), qPrintable(run.out));
+    const QString json = this->run({"describe", address(), "--json", "streams/stream_0/codec"}).out;
+    const QJsonObject codec =
+        QJsonDocument::fromJson(json.toUtf8()).object()["values"].toArray().at(0).toObject();
+    QCOMPARE(codec["type"].toString(), "choice");
+    QCOMPARE(codec["choices"].toArray().at(0).toObject()["value"].toString(), "h264");
+    // Where a user types a new login, for example, is no value of the recorder.
+    QCOMPARE(this->run({"describe", address(), "general"}).exitCode, 5);
 }
 
 void TestControlProgram::runsFunctions_data()
