@@ -826,10 +826,6 @@ Exit code:
         <translation>%1 — не текст UTF-8</translation>
     </message>
     <message>
-        <source>there is no value to be set</source>
-        <translation>не указано ни одного значения</translation>
-    </message>
-    <message>
         <source>%1 is set twice</source>
         <translation>%1 задано дважды</translation>
     </message>
@@ -1034,6 +1030,150 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
     <message>
         <source>%1; --force sends it</source>
         <translation>%1; --force его отправит</translation>
+    </message>
+    <message>
+        <source>%1 takes no inventory</source>
+        <translation>%1 не работает с --inventory</translation>
+    </message>
+    <message>
+        <source>--%1 takes a number from 1 to %2</source>
+        <translation>для --%1 указывается число от 1 до %2</translation>
+    </message>
+    <message>
+        <source>with an inventory the name of the file needs a variable such as {name}</source>
+        <translation>с --inventory в имени файла нужна переменная, например {name}</translation>
+    </message>
+    <message>
+        <source>%1 needs --inventory</source>
+        <translation>для %1 нужен --inventory</translation>
+    </message>
+    <message>
+        <source>Prints which wanted values the recorder does not have.</source>
+        <translation>Выводит, каких нужных значений нет в регистраторе.</translation>
+    </message>
+    <message>
+        <source>Compare with what FILE says: a line KEY=VALUE for each value.</source>
+        <translation>Сравнить с тем, что указано в FILE: по строке KEY=VALUE на значение.</translation>
+    </message>
+    <message>
+        <source>Run COMMAND, without ADDRESS, with each recorder that FILE (.ini, .json or .csv) lists.</source>
+        <translation>Выполнить COMMAND, без ADDRESS, с каждым регистратором из FILE (.ini, .json или .csv).</translation>
+    </message>
+    <message>
+        <source>Only the recorders of this group of the inventory.</source>
+        <translation>Только регистраторы этой группы.</translation>
+    </message>
+    <message>
+        <source>Only the recorders whose names fit.</source>
+        <translation>Только регистраторы с подходящими именами.</translation>
+    </message>
+    <message>
+        <source>So many recorders at once (without it 32).</source>
+        <translation>Столько регистраторов одновременно (без параметра 32).</translation>
+    </message>
+    <message>
+        <source>Begin no more recorders after so many failures.</source>
+        <translation>После стольких неудач не начинать с другими регистраторами.</translation>
+    </message>
+    <message>
+        <source>Run with so many recorders first, and with the others only when all of these are done.</source>
+        <translation>Сначала столько регистраторов, а остальные — только когда все эти готовы.</translation>
+    </message>
+    <message>
+        <source>Leave out the recorders that FILE lists as done, and add those that are done now.</source>
+        <translation>Пропустить регистраторы, которые в FILE отмечены как готовые, и отметить готовые сейчас.</translation>
+    </message>
+    <message>
+        <source>values that differ: %1</source>
+        <translation>различающихся значений: %1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no field</source>
+        <translation>поля «%1» нет</translation>
+    </message>
+    <message>
+        <source>a line is [NAME] or FIELD=VALUE</source>
+        <translation>строка — это [NAME] или FIELD=VALUE</translation>
+    </message>
+    <message>
+        <source>1: there is no column &quot;name&quot;</source>
+        <translation>1: нет столбца «name»</translation>
+    </message>
+    <message>
+        <source>a name is missing</source>
+        <translation>нет имени</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; comes twice</source>
+        <translation>«%1» указан дважды</translation>
+    </message>
+    <message>
+        <source>a quote is not closed</source>
+        <translation>кавычка не закрыта</translation>
+    </message>
+    <message>
+        <source>there are %1 columns in place of %2</source>
+        <translation>столбцов %1 вместо %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; of &quot;%2&quot; is no text</source>
+        <translation>поле «%1» записи «%2» — не текст</translation>
+    </message>
+    <message>
+        <source>%1 is too large</source>
+        <translation>файл %1 слишком велик</translation>
+    </message>
+    <message>
+        <source>there are no recorders</source>
+        <translation>нет ни одного регистратора</translation>
+    </message>
+    <message>
+        <source>the address of &quot;%1&quot; has a login; there are fields for it</source>
+        <translation>в адресе «%1» есть логин; для него есть поля</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no address of a recorder</source>
+        <translation>у «%1» нет адреса регистратора</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; and &quot;%2&quot; have one address</source>
+        <translation>у «%1» и «%2» один адрес</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no variable &quot;%2&quot;</source>
+        <translation>у «%1» нет переменной «%2»</translation>
+    </message>
+    <message>
+        <source>no recorder is in the group %1</source>
+        <translation>в группе %1 нет регистраторов</translation>
+    </message>
+    <message>
+        <source>no recorder fits %1</source>
+        <translation>нет регистратора для %1</translation>
+    </message>
+    <message>
+        <source>not begun</source>
+        <translation>не начато</translation>
+    </message>
+    <message>
+        <source>done</source>
+        <translation>готово</translation>
+    </message>
+    <message>
+        <source>differs</source>
+        <translation>отличается</translation>
+    </message>
+    <message>
+        <source>failed (%1)</source>
+        <translation>ошибка (%1)</translation>
+    </message>
+    <message>
+        <source>%1 is of no run of this command</source>
+        <translation>%1 не от выполнения этой команды</translation>
+    </message>
+    <message>
+        <source>no value was given</source>
+        <translation>не указано ни одного значения</translation>
     </message>
 </context>
 <context>

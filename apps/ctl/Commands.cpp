@@ -17,8 +17,8 @@ struct CommandFunction {
 };
 
 constexpr CommandFunction Functions[] = {
-    {"get", runGet},         {"set", runSet},      {"diff", runDiff},         {"backup", runBackup},
-    {"restore", runRestore}, {"run", runFunction}, {"describe", runDescribe},
+    {"get", runGet},       {"set", runSet},         {"diff", runDiff},    {"check", runCheck},
+    {"backup", runBackup}, {"restore", runRestore}, {"run", runFunction}, {"describe", runDescribe},
 };
 
 } // namespace

@@ -27,6 +27,7 @@ void runSet(const ControlCommandLine &line, const CommandEnd &end);
 void runDescribe(const ControlCommandLine &line, const CommandEnd &end);
 void runDiff(const ControlCommandLine &line, const CommandEnd &end);
 void runRestore(const ControlCommandLine &line, const CommandEnd &end);
+void runCheck(const ControlCommandLine &line, const CommandEnd &end);
 void runBackup(const ControlCommandLine &line, const CommandEnd &end);
 void runFunction(const ControlCommandLine &line, const CommandEnd &end);
 

@@ -19,6 +19,7 @@ namespace
 
 constexpr int MaxTimeoutSeconds = 24 * 60 * 60;
 constexpr int MaxRetries = 100;
+constexpr int MaxRecorders = 1000000;
 
 /// \a text in indented lines.
 QString wrapped(const QString &text)
@@ -134,8 +135,10 @@ QString readCommand(ControlCommandLine &line, const QStringList &words)
     const auto command = findCommand(commands, line.command);
     if (command == commands.end())
         return ControlText::tr("there is no command \"%1\"").arg(line.command);
+    if (!line.inventory.isEmpty() && !command->hasAddress())
+        return ControlText::tr("%1 takes no inventory").arg(command->name);
     line.arguments = words.mid(1);
-    const qsizetype count = line.arguments.size();
+    const qsizetype count = line.arguments.size() + (line.inventory.isEmpty() ? 0 : 1);
     if (count == 0 && command->hasAddress())
         return ControlText::tr("no address was given");
     if (count < command->leastArguments)
@@ -148,6 +151,8 @@ QString readCommand(ControlCommandLine &line, const QStringList &words)
 /// Takes the addresses out of the arguments, or tests them.
 QString readAddresses(ControlCommandLine &line)
 {
+    if (!line.inventory.isEmpty())
+        return {};
     const QList<ControlCommand> commands = controlCommands();
     if (findCommand(commands, line.command)->hasAddress())
         return line.setAddress(line.arguments.takeFirst());
@@ -158,6 +163,29 @@ QString readAddresses(ControlCommandLine &line)
         if (const QString problem = own.setAddress(source); !problem.isEmpty())
             return problem;
         line.hasPasswordInAddress = line.hasPasswordInAddress || own.hasPasswordInAddress;
+    }
+    return {};
+}
+
+QString readInventoryOptions(ControlCommandLine &line, const QCommandLineParser &parser)
+{
+    line.group = parser.value("group");
+    line.limit = parser.value("limit");
+    line.resume = parser.value("resume");
+    const std::pair<QString, int *> numbers[] = {
+        {"jobs", &line.jobs}, {"stop-after", &line.stopAfter}, {"canary", &line.canary}};
+    for (const auto &[name, number] : numbers) {
+        if (!readNumber(parser, name, 1, MaxRecorders, *number))
+            return ControlText::tr("--%1 takes a number from 1 to %2").arg(name).arg(MaxRecorders);
+    }
+    if (!line.inventory.isEmpty())
+        return line.output.isEmpty() || line.output.contains(u'{')
+                   ? QString()
+                   : ControlText::tr(
+                         "with an inventory the name of the file needs a variable such as {name}");
+    for (const char *name : {"group", "limit", "jobs", "stop-after", "canary", "resume"}) {
+        if (parser.isSet(QLatin1StringView(name)))
+            return ControlText::tr("%1 needs --inventory").arg(withDashes(QLatin1StringView(name)));
     }
     return {};
 }
@@ -173,6 +201,7 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
     line.yes = parser.isSet("yes");
     line.dryRun = parser.isSet("dry-run");
     line.file = parser.value("file");
+    line.wanted = parser.value("wanted");
     line.output = parser.value("output");
     int seconds = 15;
     if (!readNumber(parser, "timeout", 1, MaxTimeoutSeconds, seconds))
@@ -180,7 +209,8 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
     line.timeout = std::chrono::seconds(seconds);
     if (!readNumber(parser, "retries", 0, MaxRetries, line.retries))
         return ControlText::tr("--retries takes a number from 0 to %1").arg(MaxRetries);
-    return optionProblem(parser, line.command);
+    const QString problem = optionProblem(parser, line.command);
+    return problem.isEmpty() ? readInventoryOptions(line, parser) : problem;
 }
 
 } // namespace
@@ -199,6 +229,8 @@ QList<ControlCommand> controlCommands()
              "Prints the values that differ. A and B are each a recorder, a snapshot, a folder of "
              "its files, or a file of wanted values; what has a \"/\" or exists is no recorder."),
          2, -1},
+        {"check", "ADDRESS [KEY=VALUE...]",
+         ControlText::tr("Prints which wanted values the recorder does not have."), 1, -1},
         {"backup", "ADDRESS",
          ControlText::tr("Keeps the settings as a snapshot, among those of the setup window or in a file."),
          1, 1},
@@ -248,17 +280,39 @@ QList<ControlOption> controlOptions()
         {{"json"},
          {},
          ControlText::tr("Print for other programs."),
-         {"get", "set", "diff", "restore", "describe", "run"}},
+         {"get", "set", "diff", "check", "restore", "describe", "run"}},
         {{"secrets"},
          {},
          ControlText::tr(
              "Print passwords and the like, or keep them in the snapshot. Otherwise they are left "
              "out."),
-         {"get", "set", "diff", "backup", "restore"}},
+         {"get", "set", "diff", "check", "backup", "restore"}},
         {{"file"},
          "FILE",
          ControlText::tr("Set what FILE says, too: a line KEY=VALUE for each value."),
          {"set"}},
+        {{"wanted"},
+         "FILE",
+         ControlText::tr("Compare with what FILE says: a line KEY=VALUE for each value."),
+         {"check"}},
+        {{"inventory"},
+         "FILE",
+         ControlText::tr(
+             "Run COMMAND, without ADDRESS, with each recorder that FILE (.ini, .json or .csv) lists."),
+         {}},
+        {{"group"}, "NAME", ControlText::tr("Only the recorders of this group of the inventory."), {}},
+        {{"limit"}, "PATTERN", ControlText::tr("Only the recorders whose names fit."), {}},
+        {{"jobs"}, "NUMBER", ControlText::tr("So many recorders at once (without it 32)."), {}},
+        {{"stop-after"}, "NUMBER", ControlText::tr("Begin no more recorders after so many failures."), {}},
+        {{"canary"},
+         "NUMBER",
+         ControlText::tr(
+             "Run with so many recorders first, and with the others only when all of these are done."),
+         {}},
+        {{"resume"},
+         "FILE",
+         ControlText::tr("Leave out the recorders that FILE lists as done, and add those that are done now."),
+         {}},
         {{"n", "dry-run"},
          {},
          ControlText::tr("Show what would be sent, and send nothing."),
@@ -308,6 +362,7 @@ ControlCommandLine ControlCommandLine::parse(const QStringList &words)
     if (!isParsed)
         return refused(parser.errorText());
     ControlCommandLine line;
+    line.inventory = parser.value("inventory");
     QString problem = readCommand(line, parser.positionalArguments());
     if (problem.isEmpty())
         problem = readOptions(line, parser);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -50,9 +51,19 @@ struct ControlCommandLine {
     bool secrets = false;
     bool force = false;
     bool dryRun = false;
-    bool yes = false; ///< what is dangerous is confirmed
-    QString file;     ///< with values to be set; empty: none
-    QString output;   ///< the file to be written; empty: the usual place
+    bool yes = false;              ///< what is dangerous is confirmed
+    bool asks = true;              ///< for a password, on a terminal
+    QString inventory;             ///< empty: the command is for the recorder at the address
+    QString group;                 ///< empty: all recorders of the inventory
+    QString limit;                 ///< a pattern of their names; empty: all
+    int jobs = 32;                 ///< so many recorders at once
+    int stopAfter = 0;             ///< so many failures; 0: never
+    int canary = 0;                ///< so many first, before the others
+    QString resume;                ///< the file that tells what was done; empty: none
+    QMap<QString, QString> values; ///< of the inventory, by path
+    QString wanted;                ///< the file of wanted values of a check; empty: none
+    QString file;                  ///< with values to be set; empty: none
+    QString output;                ///< the file to be written; empty: the usual place
 
     /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
     static ControlCommandLine parse(const QStringList &words);

@@ -4,6 +4,7 @@
 #include "SettingsSource.h"
 #include "TerminalText.h"
 #include "ValuePatterns.h"
+#include "WantedValues.h"
 
 #include <QJsonArray>
 
@@ -114,15 +115,15 @@ CommandReport reportOf(const DiffReport &found, const Sides &sides, bool showsSe
     return report;
 }
 
-void finish(Sides &sides, const ControlCommandLine &line, const CommandEnd &end)
+void finish(Sides &sides, const QStringList &patternTexts, bool showsSecrets, const CommandEnd &end)
 {
-    ValuePatterns patterns(line.arguments.mid(2));
+    ValuePatterns patterns(patternTexts);
     if (!patterns.isEmpty()) {
         for (SettingsSource &side : sides)
             keepMatching(side.values, patterns);
     }
     const DiffReport found = compare(sides);
-    const CommandReport report = reportOf(found, sides, line.secrets);
+    const CommandReport report = reportOf(found, sides, showsSecrets);
     if (const QStringList unmatched = patterns.unmatched(); !unmatched.isEmpty())
         return end(
             {ExitCode::Different,
@@ -156,11 +157,32 @@ void runDiff(const ControlCommandLine &line, const CommandEnd &end)
                            return;
                        const Outcome &failed = run->outcomes[run->outcomes[0].isDone() ? 1 : 0];
                        if (failed.isDone())
-                           finish(run->sides, run->line, run->end);
+                           finish(run->sides, run->line.arguments.mid(2), run->line.secrets, run->end);
                        else
                            run->end(failed, {});
                    });
     }
+}
+
+void runCheck(const ControlCommandLine &line, const CommandEnd &end)
+{
+    ControlCommandLine own = line;
+    own.file = line.wanted;
+    QList<WantedValue> wanted;
+    if (const Outcome read = readWantedValues(own, wanted); !read.isDone())
+        return end(read, {});
+    readRecorder(line, [=](const Outcome &outcome, const SettingsSource &recorder) {
+        if (!outcome.isDone())
+            return end(outcome, {});
+        Sides sides{recorder, sourceOf(wanted, QStringLiteral("wanted"))};
+        finish(sides, {}, line.secrets, [end](const Outcome &compared, const CommandReport &report) {
+            const qsizetype count = report.document[QStringLiteral("differences")].toArray().size();
+            end(compared.isDone()
+                    ? compared
+                    : Outcome{compared.code, ControlText::tr("values that differ: %1").arg(count)},
+                report);
+        });
+    });
 }
 
 } // namespace paravue

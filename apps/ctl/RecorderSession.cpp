@@ -147,7 +147,8 @@ RecorderSession::RecorderSession(const QString &address, const ControlCommandLin
     : m_store(address), m_retries(line.retries)
 {
     m_store.setTimeouts({line.timeout, line.timeout});
-    m_store.setCredentialsSource(terminalLogin(address.section(u':', 0, 0)));
+    if (line.asks)
+        m_store.setCredentialsSource(terminalLogin(address.section(u':', 0, 0)));
     allSessions().append(this);
 }
 

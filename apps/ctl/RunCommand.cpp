@@ -81,7 +81,7 @@ QString dangerText(DeviceCommand::Danger danger)
 /// Asks on the terminal, if there is one.
 bool isConfirmed(const ControlCommandLine &line, const QString &danger)
 {
-    if (!isTerminal(stdin) || !isTerminal(stderr))
+    if (!line.asks || !isTerminal(stdin) || !isTerminal(stderr))
         return false;
     QTextStream(stderr) << ControlText::tr("%1 at %2: %3. Run it (yes/no)? ")
                                .arg(line.arguments.constFirst(), line.host(), danger)

@@ -62,10 +62,7 @@ Outcome readWantedFile(const QString &path, SettingsSource &source)
     QList<WantedValue> wanted;
     if (const Outcome read = readWantedValues(path, wanted); !read.isDone())
         return read;
-    source.isPartial = true;
-    for (const WantedValue &value : std::as_const(wanted))
-        source.values[value.path.section(u'/', 0, 0)].set(value.path.section(u'/', 1),
-                                                          value.value.value_or(QString()));
+    source = sourceOf(wanted, path);
     return {};
 }
 
@@ -104,6 +101,17 @@ bool isLocalSource(const QString &text)
     return QFileInfo::exists(text) || (text.contains(u'/') && !text.contains(u'@'));
 }
 
+SettingsSource sourceOf(const QList<WantedValue> &wanted, const QString &name)
+{
+    SettingsSource source;
+    source.name = name;
+    source.isPartial = true;
+    for (const WantedValue &value : wanted)
+        source.values[value.path.section(u'/', 0, 0)].set(value.path.section(u'/', 1),
+                                                          value.value.value_or(QString()));
+    return source;
+}
+
 Outcome readSnapshot(const QString &path, Snapshot &snapshot)
 {
     QFile file(path);
@@ -116,6 +124,20 @@ Outcome readSnapshot(const QString &path, Snapshot &snapshot)
     return {};
 }
 
+void readRecorder(const ControlCommandLine &line, const SourceHandler &then)
+{
+    Outcome problem;
+    const auto session = RecorderSession::open(line, problem);
+    if (!session)
+        return then(problem, {});
+    session->fetch([session, then](const Outcome &fetched) {
+        SettingsSource source;
+        source.name = session->recorder();
+        const Outcome outcome = fetched.isDone() ? takeFetched(*session, source) : fetched;
+        then(outcome, source);
+    });
+}
+
 void readSource(const QString &text, const ControlCommandLine &line, const SourceHandler &then)
 {
     SettingsSource source;
@@ -126,14 +148,8 @@ void readSource(const QString &text, const ControlCommandLine &line, const Sourc
     ControlCommandLine own = line;
     if (const QString problem = own.setAddress(text); !problem.isEmpty())
         return then({ExitCode::WrongUsage, problem}, {});
-    Outcome problem;
-    const auto session = RecorderSession::open(own, problem);
-    if (!session)
-        return then(problem, {});
-    source.name = session->recorder();
-    session->fetch([session, source, then](const Outcome &fetched) mutable {
-        const Outcome outcome = fetched.isDone() ? takeFetched(*session, source) : fetched;
-        if (outcome.isDone())
+    readRecorder(own, [then](const Outcome &outcome, const SettingsSource &source) {
+        if (outcome.isDone() || source.name.isEmpty())
             return then(outcome, source);
         then({outcome.code, QStringLiteral("%1: %2").arg(source.name, outcome.problem)}, source);
     });

@@ -13,6 +13,7 @@ namespace paravue
 {
 
 struct ControlCommandLine;
+struct WantedValue;
 
 /// The settings of a recorder, a snapshot, a folder of configuration files or a file of wanted values.
 struct SettingsSource {
@@ -26,12 +27,16 @@ struct SettingsSource {
 /// True when \a text names a file or folder of this computer rather than a recorder.
 bool isLocalSource(const QString &text);
 
+/// \a wanted values as a source of the name \a name.
+SettingsSource sourceOf(const QList<WantedValue> &wanted, const QString &name);
+
 /// Reads the snapshot at \a path.
 Outcome readSnapshot(const QString &path, Snapshot &snapshot);
 
-/// Reads what \a text names; a recorder with the options of \a line. The handler may be called within this
-/// call. Its problem names the source.
+/// Reads the recorder of \a line, or what \a text names, a recorder with the options of \a line. The handler
+/// may be called within the call. Its problem names the source of \a text.
 using SourceHandler = std::function<void(const Outcome &, const SettingsSource &)>;
+void readRecorder(const ControlCommandLine &line, const SourceHandler &then);
 void readSource(const QString &text, const ControlCommandLine &line, const SourceHandler &then);
 
 } // namespace paravue

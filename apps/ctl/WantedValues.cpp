@@ -110,8 +110,15 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
         if (const QString problem = readAssignment(argument, wanted); !problem.isEmpty())
             return {ExitCode::WrongUsage, problem};
     }
+    QSet<QString> given;
+    for (const WantedValue &value : std::as_const(wanted))
+        given.insert(value.path);
+    for (auto value = line.values.cbegin(); value != line.values.cend(); ++value) {
+        if (!given.contains(value.key()))
+            wanted.append({value.key(), *value});
+    }
     if (wanted.isEmpty())
-        return {ExitCode::WrongUsage, ControlText::tr("there is no value to be set")};
+        return {ExitCode::WrongUsage, ControlText::tr("no value was given")};
     const QString problem = problemOf(wanted);
     return problem.isEmpty() ? Outcome() : Outcome{ExitCode::WrongUsage, problem};
 }

@@ -20,8 +20,8 @@ struct WantedValue {
     std::optional<QString> value; ///< nothing: the key is to be as if it had never been set
 };
 
-/// Reads what the arguments of \a line and its file of values say. No problem repeats a value, which may be
-/// a password.
+/// Reads what the arguments of \a line and its file of values say, and what its inventory says besides. No
+/// problem repeats a value, which may be a password.
 Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wanted);
 
 /// The same of the file at \a path.

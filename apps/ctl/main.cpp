@@ -3,6 +3,7 @@
 #include "Commands.h"
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "InventoryRun.h"
 #include "RecorderSession.h"
 #include "TerminalText.h"
 #include "program/ConsoleOutput.h"
@@ -38,13 +39,19 @@ void print(const CommandReport &report, bool isJson)
 int run(const ControlCommandLine &line)
 {
     std::optional<ExitCode> code;
-    runCommand(line, [&](const Outcome &outcome, const CommandReport &report) {
-        print(report, line.json);
+    const OutcomeHandler end = [&code](const Outcome &outcome) {
         if (!outcome.problem.isEmpty())
             printError(terminalText(logText(outcome.problem)));
         code = outcome.code;
         QCoreApplication::exit();
-    });
+    };
+    if (line.inventory.isEmpty())
+        runCommand(line, [&](const Outcome &outcome, const CommandReport &report) {
+            print(report, line.json);
+            end(outcome);
+        });
+    else
+        runInventory(line, end);
     // A signal ends the exchange, so that the local copies of the recorder's files are removed.
     recorder::quitOnStopSignal();
     if (!code)

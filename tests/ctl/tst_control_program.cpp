@@ -1,14 +1,13 @@
+#include "ControlProgram.h"
 #include "recorder/RecorderServer.h"
 #include "snapshots/RecorderLock.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
 #include "support/OwnUserFolders.h"
 #include "support/OwnerOnly.h"
-#include "support/ProgramText.h"
 #include "support/TestTable.h"
 
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -64,18 +63,14 @@ private Q_SLOTS:
     void runsFunctions_data();
     void runsFunctions();
     void keepsTheReport();
-    void isWholeUnderFaults_data();
-    void isWholeUnderFaults();
 
 private:
-    /// What a run of the program has come to.
-    struct Run {
-        int exitCode = -1;
-        QString out;
-        QString err;
-    };
+    using Run = ControlRun;
 
-    Run run(const QStringList &arguments, const QString &password = {});
+    Run run(const QStringList &arguments, const QString &password = {})
+    {
+        return runControlProgram(arguments, password, &m_running);
+    }
     QString host() const { return "127.0.0.1:" + QString::number(m_recorder->port()); }
     QString address() const { return "admin:admin@" + host(); }
     QByteArray fileOfRecorder(const QString &name) const;
@@ -109,29 +104,6 @@ void TestControlProgram::init()
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
     connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
             [this](const QString &name) { m_received += name; });
-}
-
-/// Ends without a result after a minute.
-TestControlProgram::Run TestControlProgram::run(const QStringList &arguments, const QString &password)
-{
-    QProcess process;
-    process.setStandardInputFile(QProcess::nullDevice());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("PARAVUE_PASSWORD");
-    if (!password.isNull())
-        environment.insert("PARAVUE_PASSWORD", password);
-    process.setProcessEnvironment(environment);
-    QEventLoop loop; // keeps the recorder of this process answering
-    connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-    process.start(CONTROL_PROGRAM, arguments);
-    QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
-    m_running = &process;
-    loop.exec();
-    m_running = nullptr;
-    if (process.state() != QProcess::NotRunning)
-        return {};
-    return {process.exitCode(), programText(process.readAllStandardOutput()),
-            programText(process.readAllStandardError())};
 }
 
 QByteArray TestControlProgram::fileOfRecorder(const QString &name) const
@@ -649,58 +621,6 @@ void TestControlProgram::keepsTheReport()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains(line.toUtf8()));
     QCOMPARE(run({"run", address(), "get_report", "-o", path}).exitCode, 6);
-}
-
-void TestControlProgram::isWholeUnderFaults_data()
-{
-    const TestTable<QString, bool> row("fault", "isSet");
-    for (const QString &form : recorder::answerFaultForms()) {
-        QString fault = form.section('[', 0, 0); // with a value that it may have
-        fault.replace("=MS", "=50").replace("=N|less|more|none", "=less");
-        for (const char *place : {"", "@PUT NET CONFIG"}) {
-            // Some are possible in the answer to one request only, which is not this one.
-            if (QString reason; !recorder::readAnswerFault(fault + place, reason))
-                continue;
-            row(qPrintable("set, " + fault + place), fault + place, true);
-            row(qPrintable("restore, " + fault + place), fault + place, false);
-        }
-    }
-}
-
-void TestControlProgram::isWholeUnderFaults()
-{
-    QFETCH(QString, fault);
-    QFETCH(bool, isSet);
-    QString reason;
-    const auto read = recorder::readAnswerFault(fault, reason);
-    QVERIFY2(read, qPrintable(reason));
-    const QStringList values{"net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"};
-    QStringList command = QStringList{"set", address()} + values;
-    if (!isSet) {
-        const QString path = m_folder->filePath("wanted.zip");
-        FileContents files{{"net", fileOfRecorder("net")}, {"users", fileOfRecorder("users")}};
-        files["net"].replace("192.168.10.20", "10.0.0.1");
-        files["users"].replace("guest", "guard");
-        Snapshot snapshot;
-        snapshot.files = files;
-        QCOMPARE(snapshotarchive::write(snapshot, path), QString());
-        command = {"restore", address(), path};
-    }
-    m_recorder->setFaults({*read});
-    const Run run = this->run(command + QStringList{"--timeout", "1"});
-    m_recorder->setFaults({});
-    QVERIFY2(run.exitCode >= 0 && run.exitCode <= 7, qPrintable(run.err));
-    const bool hasAddress = fileOfRecorder("net").contains("10.0.0.1");
-    const bool hasName = fileOfRecorder("users").contains("guard");
-    if (run.exitCode == 0)
-        QVERIFY(hasAddress && hasName && run.out.contains("Sent and confirmed: net, users"));
-    else if (!hasAddress && !hasName)
-        QVERIFY2(!run.err.contains("; arrived"), qPrintable(run.err));
-    else
-        QVERIFY2(run.err.contains("arrived"), qPrintable(run.err));
-    // The warning, and one line.
-    if (run.exitCode != 0)
-        QCOMPARE(run.err.count('\n'), 2);
 }
 
 QTEST_GUILESS_MAIN(TestControlProgram)

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "support/ProgramText.h"
+
+#include <QEventLoop>
+#include <QProcess>
+#include <QTimer>
+
+namespace paravue::test
+{
+
+/// What a run of paravue-ctl has come to.
+struct ControlRun {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+/// Runs the program as scripts do, with \a password in its environment unless it is null. Recorders of this
+/// process go on answering; \a running is the process meanwhile. Ends without a result after a minute.
+inline ControlRun runControlProgram(const QStringList &arguments, const QString &password,
+                                    QProcess **running = nullptr)
+{
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("PARAVUE_PASSWORD");
+    if (!password.isNull())
+        environment.insert("PARAVUE_PASSWORD", password);
+    process.setProcessEnvironment(environment);
+    QEventLoop loop;
+    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+    process.start(CONTROL_PROGRAM, arguments);
+    QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
+    if (running)
+        *running = &process;
+    loop.exec();
+    if (running)
+        *running = nullptr;
+    if (process.state() != QProcess::NotRunning)
+        return {};
+    return {process.exitCode(), programText(process.readAllStandardOutput()),
+            programText(process.readAllStandardError())};
+}
+
+} // namespace paravue::test
