@@ -77,6 +77,7 @@ LangString SettingsSection ${LANG_RUSSIAN} "Настройки, запомнен
 !macro RefuseWhileRunning
   ; A program that runs, and a library in use, cannot be opened for writing.
   !insertmacro RefuseWhileOpen paravue-setup.exe
+  !insertmacro RefuseWhileOpen paravue-ctl.exe
   !insertmacro RefuseWhileOpen paravue-recorder.exe
   !insertmacro RefuseWhileOpen paravue-ctl.exe
   !insertmacro RefuseWhileOpen hvx3-info.exe
