@@ -1175,6 +1175,14 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>no value was given</source>
         <translation>не указано ни одного значения</translation>
     </message>
+    <message>
+        <source>Print what the setup window calls the values, too.</source>
+        <translation>Выводить и то, как эти значения называет окно настройки.</translation>
+    </message>
+    <message>
+        <source>%1 of %2, not done: %3</source>
+        <translation>%1 из %2, не готово: %3</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

@@ -197,6 +197,7 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
     line.isPasswordTyped = parser.isSet("digest");
     line.json = parser.isSet("json");
     line.secrets = parser.isSet("secrets");
+    line.captions = parser.isSet("captions");
     line.force = parser.isSet("force");
     line.yes = parser.isSet("yes");
     line.dryRun = parser.isSet("dry-run");
@@ -281,6 +282,7 @@ QList<ControlOption> controlOptions()
          {},
          ControlText::tr("Print for other programs."),
          {"get", "set", "diff", "check", "restore", "describe", "run"}},
+        {{"captions"}, {}, ControlText::tr("Print what the setup window calls the values, too."), {"get"}},
         {{"secrets"},
          {},
          ControlText::tr(

@@ -49,6 +49,7 @@ struct ControlCommandLine {
     int retries = 0;
     bool json = false;
     bool secrets = false;
+    bool captions = false;
     bool force = false;
     bool dryRun = false;
     bool yes = false;              ///< what is dangerous is confirmed

@@ -66,13 +66,6 @@ QString ruleText(const DescribedValue &value)
     return parts.join(QStringLiteral(", "));
 }
 
-QString captionText(const DescribedValue &value)
-{
-    QStringList parts{value.place, value.caption};
-    parts.removeAll(QString());
-    return parts.join(QStringLiteral(" › "));
-}
-
 QString textOf(const QList<DescribedValue> &values)
 {
     qsizetype width = 0;
@@ -81,7 +74,7 @@ QString textOf(const QList<DescribedValue> &values)
     QString text;
     for (const DescribedValue &value : values) {
         QStringList columns{terminalText(value.path).leftJustified(width), kindName(value.kind),
-                            terminalText(ruleText(value)), terminalText(captionText(value))};
+                            terminalText(ruleText(value)), terminalText(value.fullCaption())};
         columns.removeAll(QString());
         text += columns.join(QStringLiteral("  ")) + u'\n';
     }

@@ -1,12 +1,14 @@
 #include "Commands.h"
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "RecorderDescription.h"
 #include "RecorderSession.h"
 #include "SecretValues.h"
 #include "TerminalText.h"
 #include "ValuePatterns.h"
 #include "snapshots/SnapshotDifferences.h"
 
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -43,25 +45,48 @@ std::vector<FoundValue> wantedValues(const FileContents &files, ValuePatterns &p
     return found;
 }
 
-QString textOf(const std::vector<FoundValue> &values, bool showsSecrets)
+/// Captions by path, from the description.
+using Captions = QHash<QString, QString>;
+
+Outcome readCaptions(RecorderSession &session, const FileContents &files, Captions &captions)
+{
+    Outcome problem;
+    const auto described = readDescription(files, session.store(), problem);
+    for (const DescribedValue &value : described ? described->all() : QList<DescribedValue>()) {
+        if (!captions.contains(value.path))
+            captions.insert(value.path, value.fullCaption());
+    }
+    return problem;
+}
+
+QString textOf(const std::vector<FoundValue> &values, bool showsSecrets, const Captions &captions)
 {
     qsizetype width = 0;
     for (const FoundValue &value : values)
         width = std::max(width, value.path.size());
     QString text;
-    for (const FoundValue &value : values)
+    for (const FoundValue &value : values) {
         text += terminalText(value.path).leftJustified(width) + QStringLiteral("  ") +
-                shownInText(value.value, value.isSecret && !showsSecrets) + u'\n';
+                shownInText(value.value, value.isSecret && !showsSecrets);
+        if (const QString caption = captions.value(value.path); !caption.isEmpty())
+            text += QStringLiteral("  (%1)").arg(terminalText(caption));
+        text += u'\n';
+    }
     return text;
 }
 
-QJsonObject documentOf(const std::vector<FoundValue> &values, bool showsSecrets, const QString &recorder)
+QJsonObject documentOf(const std::vector<FoundValue> &values, bool showsSecrets, const QString &recorder,
+                       const Captions &captions)
 {
     QJsonArray rows;
-    for (const FoundValue &value : values)
-        rows.append(QJsonObject{{"path", value.path},
-                                {"secret", value.isSecret},
-                                {"value", shownInJson(value.value, value.isSecret && !showsSecrets)}});
+    for (const FoundValue &value : values) {
+        QJsonObject row{{"path", value.path},
+                        {"secret", value.isSecret},
+                        {"value", shownInJson(value.value, value.isSecret && !showsSecrets)}};
+        if (const auto caption = captions.constFind(value.path); caption != captions.cend())
+            row.insert(QStringLiteral("caption"), *caption);
+        rows.append(row);
+    }
     return {{"format", "paravue-values"}, {"version", 1}, {"recorder", recorder}, {"values", rows}};
 }
 
@@ -72,10 +97,14 @@ Outcome report(RecorderSession &session, const ControlCommandLine &line, Command
         return read;
     ValuePatterns patterns(line.arguments);
     const std::vector<FoundValue> values = wantedValues(files, patterns);
+    Captions captions;
+    if (const Outcome read = line.captions ? readCaptions(session, files, captions) : Outcome();
+        !read.isDone())
+        return read;
     if (line.json)
-        report.document = documentOf(values, line.secrets, session.recorder());
+        report.document = documentOf(values, line.secrets, session.recorder(), captions);
     else
-        report.text = textOf(values, line.secrets);
+        report.text = textOf(values, line.secrets, captions);
     const QStringList unmatched = patterns.unmatched();
     if (unmatched.isEmpty())
         return {};

@@ -4,8 +4,10 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "Inventory.h"
+#include "ProgressLine.h"
 #include "RecorderSession.h"
 #include "RunJournal.h"
+#include "Terminal.h"
 #include "TerminalText.h"
 #include "ValuePatterns.h"
 #include "store/LogText.h"
@@ -152,11 +154,26 @@ private:
         else if (!m_line.dryRun && !m_journal.note(run.name))
             m_isStopped = true;
         print(run, report);
+        showProgress();
         beginMore();
+    }
+
+    static Colour colourOf(const RecorderRun &run)
+    {
+        if (!run.outcome || run.outcome->code == ExitCode::Different)
+            return Colour::Yellow;
+        return run.outcome->isDone() ? Colour::Green : Colour::Red;
+    }
+
+    void showProgress() const
+    {
+        progressline::show(
+            ControlText::tr("%1 of %2, not done: %3").arg(m_ended).arg(m_runs.size()).arg(m_failures));
     }
 
     void print(const RecorderRun &run, const CommandReport &report) const
     {
+        progressline::clear();
         QTextStream out(stdout);
         if (!m_line.json) {
             const QStringList lines = report.text.split(u'\n', Qt::SkipEmptyParts);
@@ -204,7 +221,8 @@ private:
         for (const RecorderRun &run : m_runs) {
             const QString problem = run.outcome ? terminalText(logText(run.outcome->problem)) : QString();
             const QString state = problem.isEmpty() ? stateOf(run) : stateOf(run).leftJustified(stateWidth);
-            out << terminalText(run.name).leftJustified(width) << "  " << state
+            out << terminalText(run.name).leftJustified(width) << "  "
+                << (m_line.json ? state : coloured(state, colourOf(run)))
                 << (problem.isEmpty() ? QString() : QStringLiteral("  ") + problem) << '\n';
         }
     }
@@ -224,6 +242,7 @@ private:
 
     void finish()
     {
+        progressline::clear();
         printTable();
         const OutcomeHandler end = std::move(m_end);
         end(outcome());

@@ -2,6 +2,7 @@
 
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "ProgressLine.h"
 #include "program/TypedPassword.h"
 #include "setup/RecorderAddress.h"
 
@@ -86,6 +87,7 @@ public:
         if (m_hasAsked || !typing.isTerminal())
             return false;
         m_hasAsked = true;
+        progressline::clear();
         QTextStream terminal(stderr);
         terminal << ControlText::tr("Password of %1 at %2: ").arg(m_login, QString::fromLocal8Bit(record.url))
                  << Qt::flush;

@@ -3,6 +3,7 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "LoginSource.h"
+#include "ProgressLine.h"
 #include "snapshots/SnapshotFolder.h"
 
 #include <QFile>
@@ -149,12 +150,20 @@ RecorderSession::RecorderSession(const QString &address, const ControlCommandLin
     m_store.setTimeouts({line.timeout, line.timeout});
     if (line.asks)
         m_store.setCredentialsSource(terminalLogin(address.section(u':', 0, 0)));
+    if (line.inventory.isEmpty())
+        connect(&m_store, &OrbSetup::progress, this, &RecorderSession::showProgress);
     allSessions().append(this);
 }
 
 RecorderSession::~RecorderSession()
 {
     allSessions().removeOne(this);
+}
+
+void RecorderSession::showProgress(int percent)
+{
+    progressline::show(
+        QStringLiteral("%1: %2 % %3").arg(recorder(), QString::number(percent), m_store.activity()));
 }
 
 QString RecorderSession::recorder() const

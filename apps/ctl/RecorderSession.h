@@ -56,6 +56,7 @@ public:
 
 private:
     RecorderSession(const QString &address, const ControlCommandLine &line);
+    void showProgress(int percent);
     void fetch(const OutcomeHandler &then, int retries);
     void run(OrbSetup &store, const std::function<void()> &start, const OutcomeHandler &then,
              const std::function<void()> &finish = {});

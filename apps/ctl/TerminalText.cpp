@@ -1,6 +1,7 @@
 #include "TerminalText.h"
 
 #include "ControlText.h"
+#include "Terminal.h"
 #include "changes/SecretKeys.h"
 
 #include <algorithm>
@@ -34,7 +35,8 @@ QString changeText(const QString &path, const std::optional<QString> &before,
                    const std::optional<QString> &after, bool isHidden)
 {
     return QStringLiteral("%1: %2 -> %3\n")
-        .arg(terminalText(path), shownInText(before, isHidden), shownInText(after, isHidden));
+        .arg(terminalText(path), coloured(shownInText(before, isHidden), Colour::Red),
+             coloured(shownInText(after, isHidden), Colour::Green));
 }
 
 } // namespace paravue

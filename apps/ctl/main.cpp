@@ -4,6 +4,7 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "InventoryRun.h"
+#include "ProgressLine.h"
 #include "RecorderSession.h"
 #include "TerminalText.h"
 #include "program/ConsoleOutput.h"
@@ -40,6 +41,7 @@ int run(const ControlCommandLine &line)
 {
     std::optional<ExitCode> code;
     const OutcomeHandler end = [&code](const Outcome &outcome) {
+        progressline::clear();
         if (!outcome.problem.isEmpty())
             printError(terminalText(logText(outcome.problem)));
         code = outcome.code;
@@ -47,6 +49,7 @@ int run(const ControlCommandLine &line)
     };
     if (line.inventory.isEmpty())
         runCommand(line, [&](const Outcome &outcome, const CommandReport &report) {
+            progressline::clear();
             print(report, line.json);
             end(outcome);
         });

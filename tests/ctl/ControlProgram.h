@@ -16,21 +16,17 @@ struct ControlRun {
     QString err;
 };
 
-/// Runs the program as scripts do, with \a password in its environment unless it is null. Recorders of this
-/// process go on answering; \a running is the process meanwhile. Ends without a result after a minute.
-inline ControlRun runControlProgram(const QStringList &arguments, const QString &password,
-                                    QProcess **running = nullptr)
+/// Runs \a program; \a running is its process meanwhile. Recorders of this process go on answering. Ends
+/// without a result after a minute.
+inline ControlRun runProgram(const QString &program, const QStringList &arguments,
+                             const QProcessEnvironment &environment, QProcess **running = nullptr)
 {
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("PARAVUE_PASSWORD");
-    if (!password.isNull())
-        environment.insert("PARAVUE_PASSWORD", password);
     process.setProcessEnvironment(environment);
     QEventLoop loop;
     QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-    process.start(CONTROL_PROGRAM, arguments);
+    process.start(program, arguments);
     QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
     if (running)
         *running = &process;
@@ -41,6 +37,17 @@ inline ControlRun runControlProgram(const QStringList &arguments, const QString 
         return {};
     return {process.exitCode(), programText(process.readAllStandardOutput()),
             programText(process.readAllStandardError())};
+}
+
+/// Runs paravue-ctl as scripts do, with \a password in its environment unless it is null.
+inline ControlRun runControlProgram(const QStringList &arguments, const QString &password,
+                                    QProcess **running = nullptr)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("PARAVUE_PASSWORD");
+    if (!password.isNull())
+        environment.insert("PARAVUE_PASSWORD", password);
+    return runProgram(CONTROL_PROGRAM, arguments, environment, running);
 }
 
 } // namespace paravue::test

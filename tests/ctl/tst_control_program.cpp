@@ -13,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void needsNoScreen();
     void getsValues_data();
     void getsValues();
+    void printsCaptions();
     void hidesSecrets();
     void printsNothingThatSteersATerminal();
     void saysWhyItFails_data();
@@ -60,6 +62,7 @@ private Q_SLOTS:
     void leavesALockedRecorderAlone();
     void sendsOnlyWhatTheDescriptionAllows();
     void describesWhatCanBeSet();
+    void usesTheTerminal();
     void runsFunctions_data();
     void runsFunctions();
     void keepsTheReport();
@@ -152,6 +155,12 @@ void TestControlProgram::getsValues()
     QCOMPARE(document["version"].toInt(), 1);
     QCOMPARE(document["recorder"].toString(), host());
     QCOMPARE(pathsIn(run.out, "values"), paths);
+}
+
+void TestControlProgram::printsCaptions()
+{
+    const QString expected = "net/untitled/DHCP  off  (Network › Get the address from a DHCP server)\n";
+    QCOMPARE(run({"get", address(), "net/*/DHCP", "--captions"}).out, expected);
 }
 
 void TestControlProgram::hidesSecrets()
@@ -578,6 +587,23 @@ void TestControlProgram::describesWhatCanBeSet()
     QCOMPARE(codec["choices"].toArray().at(0).toObject()["value"].toString(), "h264");
     // Where a user types a new login, for example, is no value of the recorder.
     QCOMPARE(this->run({"describe", address(), "general"}).exitCode, 5);
+}
+
+void TestControlProgram::usesTheTerminal()
+{
+    const QString script = QStandardPaths::findExecutable("script"); // gives a program a terminal
+    if (script.isEmpty())
+        QSKIP("there is no script(1)");
+    const QString command = CONTROL_PROGRAM " set " + address() + " --dry-run net/untitled/IP=10.0.0.1";
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TERM", "xterm");
+    const QString plain = "net/untitled/IP: 192.168.10.20 -> 10.0.0.1";
+    const QString coloured = "net/untitled/IP: \x1b[31m192.168.10.20\x1b[0m -> \x1b[32m10.0.0.1\x1b[0m";
+    Run run = runProgram(script, {"-qec", command, "/dev/null"}, environment);
+    QVERIFY2(run.out.contains(coloured) && run.out.contains(host() + ": 0 %"), qPrintable(run.out));
+    environment.insert("NO_COLOR", "1");
+    run = runProgram(script, {"-qec", command, "/dev/null"}, environment);
+    QVERIFY2(run.out.contains(plain), qPrintable(run.out));
 }
 
 void TestControlProgram::runsFunctions_data()

@@ -24,6 +24,7 @@ namespace
 
 const QString TextTag = QStringLiteral("text");
 const QString KeyTag = QStringLiteral("key");
+const QString Separator = QStringLiteral(" › ");
 const QString ItemTag = QStringLiteral("item");
 const QString TimeFormat = QStringLiteral("yyyyMMddHHmmss");
 
@@ -82,6 +83,13 @@ QString choiceProblem(const DescribedValue &rule, const QString &value)
 }
 
 } // namespace
+
+QString DescribedValue::fullCaption() const
+{
+    QStringList parts{place, caption};
+    parts.removeAll(QString());
+    return parts.join(Separator);
+}
 
 QString DescribedValue::problemWith(const QString &value) const
 {
@@ -169,7 +177,7 @@ private:
         DescribedValue value;
         value.kind = kind;
         place.removeAll(QString());
-        value.place = place.join(QStringLiteral(" › "));
+        value.place = place.join(Separator);
         if (kind == Kind::Switch)
             value.caption = withoutAccessKey(shown(cell.element.firstChildElement(TextTag)));
         if (value.caption.isEmpty())

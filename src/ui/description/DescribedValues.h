@@ -40,6 +40,9 @@ struct DescribedValue {
     std::optional<int> least;
     std::optional<int> most;
 
+    /// The place and the caption, as lists name the value.
+    QString fullCaption() const;
+
     /// Why the control cannot give \a value, in words for the user; empty when it can. Never repeats it.
     QString problemWith(const QString &value) const;
 };
