@@ -9,7 +9,10 @@
 #include "store/OrbSettings.h"
 #include "store/WholeFile.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -25,6 +28,17 @@ namespace
 /// What users enter and what functions answer is kept in files that no recorder has.
 const QStringList OwnFiles{QStringLiteral("general"), QStringLiteral("tmp")};
 
+/// Empty when there is no such file, and not that of any content when it cannot be read.
+QByteArray checksumOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const bool isRead = file.open(QIODevice::ReadOnly) && hash.addData(&file);
+    return isRead ? hash.result() : QByteArrayLiteral("unreadable");
+}
+
 } // namespace
 
 QString snapshotsFolder()
@@ -32,7 +46,8 @@ QString snapshotsFolder()
     return SnapshotFolder::usualRoot();
 }
 
-SnapshotStore::SnapshotStore(const QString &path) : m_path(path), m_snapshot(std::make_unique<Snapshot>())
+SnapshotStore::SnapshotStore(const QString &path)
+    : m_path(path), m_checksum(checksumOf(path)), m_snapshot(std::make_unique<Snapshot>())
 {
     auto [snapshot, problem] = snapshotarchive::read(path);
     *m_snapshot = std::move(snapshot);
@@ -139,12 +154,36 @@ QString SnapshotStore::writeArchive()
     for (const ValueDifference &edit : editsOf(saved))
         edited.insert(edit.path.section(u'/', 0, 0));
     saved.edited.removeIf([&edited](auto file) { return !edited.contains(file.key()); });
-    const QString problem = snapshotarchive::write(saved, m_path);
-    if (problem.isEmpty())
-        m_snapshot->edited = saved.edited;
-    if (const QString message = withdrawn.message(); problem.isEmpty() && !message.isEmpty())
-        Q_EMIT pseudothrow(message);
-    return problem;
+    const QString path = placeToWrite();
+    const QString problem = snapshotarchive::write(saved, path);
+    if (!problem.isEmpty())
+        return problem;
+    m_snapshot->edited = saved.edited;
+    m_checksum = checksumOf(path);
+    QStringList notes{withdrawn.message()};
+    if (const QString before = std::exchange(m_path, path); before != path)
+        notes << tr("%1 was changed by another program meanwhile, so the edits were written into %2.")
+                     .arg(before, path);
+    notes.removeAll(QString());
+    if (!notes.isEmpty())
+        Q_EMIT pseudothrow(notes.join(u'\n'));
+    return {};
+}
+
+/// The archive that was read, or a new one beside it when that is another one now.
+QString SnapshotStore::placeToWrite() const
+{
+    const QByteArray present = checksumOf(m_path);
+    if (present.isEmpty() || present == m_checksum)
+        return m_path;
+    const QFileInfo file(m_path);
+    const QString suffix = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
+    for (int number = 2;; ++number) {
+        const QString path =
+            file.dir().filePath(file.completeBaseName() + u'-' + QString::number(number) + suffix);
+        if (!QFileInfo::exists(path))
+            return path;
+    }
 }
 
 /// Drops edits of secrets. A file of which nothing tells what is secret in it loses all of its edits, and so

@@ -29,7 +29,8 @@ PARAVUE_EXPORT QString snapshotsFolder();
 /// load() gives the session the fetched files, and makes the edits that the snapshot holds; a further one
 /// drops what was edited since it was saved. store() writes what is edited then into the archive, beside the
 /// fetched files, which stay. The archive is replaced as a whole or not at all; what goes wrong is reported
-/// through pseudothrow(), and the edits stay in the store.
+/// through pseudothrow(), and the edits stay in the store. When another program has changed the archive
+/// meanwhile, that stays too, and what is edited here is written into a new archive beside it.
 class PARAVUE_EXPORT SnapshotStore : public OrbSetup
 {
     Q_OBJECT
@@ -67,7 +68,10 @@ private:
     std::optional<QByteArray> editedContent(const QByteArray &content,
                                             const QList<ValueDifference> &edits) const;
 
-    QString m_path; ///< empty: nothing is saved
+    QString placeToWrite() const;
+
+    QString m_path;        ///< empty: nothing is saved
+    QByteArray m_checksum; ///< of the archive as it was read or written last
     std::unique_ptr<Snapshot> m_snapshot;
     std::unique_ptr<QTemporaryDir> m_copies;
     QString m_problem;

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void keepsEditsBesideTheFetchedFiles();
     void startsOverWithTheSavedEdits();
     void keepsPristineCopiesFromNames();
+    void keepsWhatAnotherProgramHasSaved();
     void keepsNothingOfWhatIsTakenBack();
     void keepsEditsOfFilesThatWereLeftOut();
     void leavesSecretsOut_data();
@@ -133,6 +134,26 @@ void TestSnapshotStore::keepsPristineCopiesFromNames()
     SnapshotStore store(m_path);
     store.load();
     QCOMPARE(store.value("net.original/untitled/ID"), "1");
+}
+
+void TestSnapshotStore::keepsWhatAnotherProgramHasSaved()
+{
+    SnapshotStore store(m_path);
+    store.load();
+    edit({"net/untitled/ID/2"});
+    const QString beside = m_folder->filePath("snapshot-2.zip");
+    for (const QString name : {"b", "c"}) { // from then on the store saves there, without a message
+        store.setValue("net/untitled/NAME/" + name);
+        const QSignalSpy messages(&store, &OrbSetup::pseudothrow);
+        store.store();
+        QVERIFY(store.isSaved());
+        QCOMPARE(messages.size(), name == "b");
+        const Snapshot own = snapshotarchive::read(beside).snapshot;
+        QCOMPARE(FileValues(own.edited["net"]).value("untitled/NAME"), name);
+        QCOMPARE(FileValues(own.edited["net"]).value("untitled/ID"), "1");
+    }
+    QCOMPARE(FileValues(read().edited["net"]).value("untitled/ID"), "2");
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 2);
 }
 
 void TestSnapshotStore::keepsNothingOfWhatIsTakenBack()
