@@ -122,6 +122,7 @@ private Q_SLOTS:
     void dialogsAreMarkedAndHaveTheKeys();
     void listsAndTakesBack();
     void takesMovedListsBackAsAWhole();
+    void showsMarkupInToolTipsAsItIs();
     void goesToTheControl();
     void goesToTheControlFromADialog_data();
     void goesToTheControlFromADialog();
@@ -373,6 +374,24 @@ void TestChangeReview::takesMovedListsBackAsAWhole()
     for (const QString key : {"CNT", "NAME0", "PASSWD0", "NAME1", "PASSWD1", "HOURS"})
         values += window.value("users/untitled/" + key) + ' ';
     QCOMPARE(values, "2 ann a bob b 6 ");
+}
+
+/// Values come from a recorder. A picture on a file share would be fetched with the login of the user.
+void TestChangeReview::showsMarkupInToolTipsAsItIs()
+{
+    TrackedWindow window;
+    window.fixture.store().setValue("net/untitled/MODE/<img src=x.png>");
+    window.fixture.store().setValue("net/untitled/NAME/" + QString(100'000, 'n'));
+    QStringList toolTips;
+    const InTheList review([&toolTips](QTreeWidget &list) {
+        for (const QTreeWidgetItem *row : {list.topLevelItem(0), list.topLevelItem(1)})
+            toolTips << row->toolTip(2);
+    });
+    window.press(Qt::Key_R);
+    QVERIFY(review.hasSeen());
+    QVERIFY2(toolTips.join(' ').contains("&lt;img") && !toolTips.join(' ').contains("<img"),
+             qPrintable(toolTips.join(' ').left(1000)));
+    QVERIFY(toolTips.join(' ').size() < 2000);
 }
 
 void TestChangeReview::goesToTheControl()

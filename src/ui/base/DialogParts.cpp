@@ -2,6 +2,7 @@
 
 #include "controls/DialogFrame.h"
 #include "controls/ListColumns.h"
+#include "controls/MessageText.h"
 #include "controls/WindowLook.h"
 #include "ui/base/WindowStyle.h"
 
@@ -29,11 +30,16 @@ QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, con
     return list;
 }
 
+QString rowToolTip(const QString &text)
+{
+    return literalToolTip(shortenedMessage(text));
+}
+
 QTreeWidgetItem *makeRow(const QStringList &texts)
 {
     auto *row = new QTreeWidgetItem(texts);
     for (int column = 0; column < texts.size(); ++column)
-        row->setToolTip(column, texts[column]);
+        row->setToolTip(column, rowToolTip(texts[column]));
     return row;
 }
 

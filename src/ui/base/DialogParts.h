@@ -24,6 +24,9 @@ namespace dialogparts
 /// Screen readers call it \a name.
 QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, const QString &name,
                       QWidget *parent);
+/// \a text as the tool tip of a row. Texts come from a recorder or from an archive: markup in them is shown
+/// as it is, and what is too long for a screen is cut.
+QString rowToolTip(const QString &text);
 /// A row with these texts, also as tool tips, as narrow columns cut them.
 QTreeWidgetItem *makeRow(const QStringList &texts);
 /// Replaces the rows of \a list. The first one is selected.

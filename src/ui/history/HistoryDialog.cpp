@@ -167,7 +167,7 @@ std::optional<Snapshot> HistoryDialog::read(int number)
     kept.problem = problem;
     QTreeWidgetItem *row = m_snapshots->topLevelItem(number + 1);
     row->setText(RemarkColumn, problem);
-    row->setToolTip(RemarkColumn, problem);
+    row->setToolTip(RemarkColumn, rowToolTip(problem));
     return {};
 }
 

@@ -99,7 +99,7 @@ void SendingDialog::setFiles(const QStringList &names, const QString &state)
         if (!row)
             row = new QTreeWidgetItem(m_files, {name});
         row->setText(StateColumn, state);
-        row->setToolTip(StateColumn, state);
+        row->setToolTip(StateColumn, rowToolTip(state));
     }
 }
 
