@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QStyleHints>
 
 namespace paravue::test
 {
@@ -11,6 +12,8 @@ ModalWatcher::ModalWatcher(Action action, const QByteArray &className)
 {
     // The system's own file dialogs are no widgets.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    // Actions press Enter sooner than a user can.
+    QGuiApplication::styleHints()->setMouseDoubleClickInterval(0);
     connect(&m_timer, &QTimer::timeout, this, &ModalWatcher::look);
     m_timer.start(1);
 }

@@ -7,15 +7,43 @@
 #include "ui/base/WindowStyle.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QHash>
 #include <QKeyEvent>
 #include <QSignalBlocker>
+#include <QStyleHints>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace paravue::dialogparts
 {
+
+namespace
+{
+
+class SecondEnterFilter : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show)
+            m_shown.start();
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        return (key == Qt::Key_Return || key == Qt::Key_Enter) && m_shown.isValid() &&
+               m_shown.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    }
+
+private:
+    QElapsedTimer m_shown;
+};
+
+} // namespace
 
 QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, const QString &name,
                       QWidget *parent)
@@ -97,6 +125,11 @@ QToolButton *makeButton(const QString &text, const QString &toolTip, const char 
     button->setObjectName(QLatin1StringView(name));
     button->setFocusPolicy(Qt::StrongFocus);
     return button;
+}
+
+void ignoreSecondEnter(QDialog &dialog)
+{
+    dialog.installEventFilter(new SecondEnterFilter(&dialog));
 }
 
 QVBoxLayout *makeLayout(QDialog &dialog)

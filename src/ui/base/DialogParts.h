@@ -44,6 +44,11 @@ void checkTogether(QTreeWidget &list, int column, const QStringList &groups);
 /// A button for what a dialog does with a selected row.
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);
 
+/// Enter does nothing in \a dialog for as long as a second click would make a double click. To be called
+/// before it is shown, for a dialog that opens by itself behind the user's Enter: a second, impatient one
+/// must not answer what nobody has read.
+void ignoreSecondEnter(QDialog &dialog);
+
 QVBoxLayout *makeLayout(QDialog &dialog);
 /// To be called once, when all of \a dialog is made: its looks and its frame.
 void finish(QDialog &dialog);

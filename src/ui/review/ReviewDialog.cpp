@@ -95,6 +95,7 @@ void ReviewDialog::offerSending()
     WindowLook::styleControls(*send);
     setOwnIcons(*m_buttons);
     m_offersSending = true;
+    ignoreSecondEnter(*this);
     m_goTo->setToolTip(tr("Show where the value is edited"));
     m_buttons->button(QDialogButtonBox::Close)->setText(tr("Go on editing"));
 }

@@ -79,6 +79,7 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     m_list->installEventFilter(this);
     m_list->setFocus();
     setOwnIcons(*buttons);
+    ignoreSecondEnter(*this);
     finish(*this);
 }
 
