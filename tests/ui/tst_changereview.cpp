@@ -133,6 +133,7 @@ private Q_SLOTS:
     void asksBeforeItCloses();
     void asksBeforeItIsAccepted();
     void asksAboutWhatItsFileLacks();
+    void asksAboutNoSecretOfItsFile();
     void asksBeforeARefreshDropsChanges_data();
     void asksBeforeARefreshDropsChanges();
     void asksBehindAnotherDescription();
@@ -588,6 +589,24 @@ void TestChangeReview::asksAboutWhatItsFileLacks()
     press(Qt::Key_Escape);
     QCOMPARE(messages.count(), 2);
     QVERIFY(!window.isVisible());
+}
+
+/// That a value is secret is known when the description was read, which is behind the edits of the file.
+void TestChangeReview::asksAboutNoSecretOfItsFile()
+{
+    StoreFixture file({{"net", "PIN=1234\n"},
+                       {"net.original", "PIN=1234\n"},
+                       {"interface", describePage("<item type='edit' secret='yes'>"
+                                                  "<key>net/untitled/PIN</key></item>")}});
+    file.store().setProperty("savesToFile", true);
+    const QObject host;
+    connect(&file.store(), &OrbSetup::loadDone, &host,
+            [&file] { file.store().setValue("net/untitled/PIN/5678"); });
+    const ModalWatcher messages;
+    CWinMain window(&file.store(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.asksBeforeClosing = true}));
+    window.reject();
+    QVERIFY(!messages.hasSeen() && !window.isVisible());
 }
 
 void TestChangeReview::asksBeforeARefreshDropsChanges_data()
