@@ -3257,8 +3257,8 @@ and %2 more</source>
         <translation>Адрес</translation>
     </message>
     <message>
-        <source>Entries of a list were added, removed or renamed, so your values may belong to another entry than the one that has their position now.</source>
-        <translation>Записи списка были добавлены, удалены или переименованы, поэтому ваши значения могут относиться не к той записи, которая теперь стоит на их месте.</translation>
+        <source>Entries of a list were added, removed or renamed, so your values may belong to another entry than the one that has their position now. Such a list gets your values as a whole.</source>
+        <translation>Записи списка были добавлены, удалены или переименованы, поэтому ваши значения могут относиться не к той записи, которая теперь стоит на их месте. Такой список получает ваши значения целиком.</translation>
     </message>
 </context>
 <context>
@@ -3573,8 +3573,20 @@ and %2 more</source>
         <translation>(не сохранено)</translation>
     </message>
     <message>
-        <source>May belong to another entry of the list</source>
-        <translation>Может относиться к другой записи списка</translation>
+        <source>Entries of a list were added, removed or renamed, and the snapshot has no passwords for them: the edits of the list cannot be taken over.</source>
+        <translation>Записи списка были добавлены, удалены или переименованы, а паролей для них в снимке нет: правки списка нельзя перенести.</translation>
+    </message>
+    <message>
+        <source>Entries of a list were added, removed or renamed: the list is taken over as a whole.</source>
+        <translation>Записи списка были добавлены, удалены или переименованы: список переносится целиком.</translation>
+    </message>
+    <message>
+        <source>The list lacks passwords</source>
+        <translation>В списке нет паролей</translation>
+    </message>
+    <message>
+        <source>Only with the whole list</source>
+        <translation>Только вместе со всем списком</translation>
     </message>
 </context>
 <context>
@@ -4091,6 +4103,14 @@ and %2 more</source>
     <message>
         <source>There is no room to leave the passwords out: %1</source>
         <translation>Нет места, чтобы исключить пароли: %1</translation>
+    </message>
+    <message>
+        <source>%1 was changed by another program meanwhile, so the edits were written into %2.</source>
+        <translation>Файл %1 тем временем изменила другая программа, поэтому правки записаны в %2.</translation>
+    </message>
+    <message>
+        <source>Passwords are not kept in snapshots, and without them entries that were added, moved or renamed would get wrong ones. So all edits of these lists were left out: %1</source>
+        <translation>Пароли в снимках не хранятся, а без них добавленные, перемещённые или переименованные записи получили бы чужие. Поэтому пропущены все правки этих списков: %1</translation>
     </message>
 </context>
 <context>

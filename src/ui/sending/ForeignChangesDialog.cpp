@@ -46,8 +46,8 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
                     [](const auto &change) { return !change.movedList.isEmpty(); }))
         text->setText(text->text() + u' ' +
                       tr("Entries of a list were added, removed or renamed, so your values may belong to "
-                         "another entry than the one that has their position now: it gets your values as a "
-                         "whole."));
+                         "another entry than the one that has their position now. Such a list gets your "
+                         "values as a whole."));
     QList<QTreeWidgetItem *> rows;
     QStringList groups;
     for (const ForeignChange &change : changes) {
