@@ -5,6 +5,7 @@
 #include "controls/NameEdit.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -41,7 +42,6 @@ PtzCalibrator::PtzCalibrator(int points, QWidget *parent)
     : PtzView(parent), m_strip(*this), m_gesture(*this, EditGesture::Interruption::Cancels)
 {
     setFocusPolicy(Qt::StrongFocus);
-    setContextMenuPolicy(Qt::PreventContextMenu);
     m_points.resize(std::max(points, 1));
     connect(this, &PtzView::cameraAtRest, this, &PtzCalibrator::setDeferred);
     pointsChanged();
@@ -166,18 +166,27 @@ void PtzCalibrator::setDeferred()
 
 QString PtzCalibrator::deferral() const
 {
-    return tr("Point %1 is set as soon as the camera stands still.")
-        .arg(QString::number(m_deferred.firstKey()));
+    return m_deferred.isEmpty() ? QString()
+                                : tr("Point %1 is set as soon as the camera stands still.")
+                                      .arg(QString::number(m_deferred.firstKey()));
+}
+
+QString PtzCalibrator::remarkText() const
+{
+    return m_deferred.isEmpty() ? m_loss : deferral();
+}
+
+/// A point without a position of the camera has no place for a name.
+bool PtzCalibrator::canRename() const
+{
+    const QString text = m_points.value(m_current - 1);
+    return !m_nameEdit && namedPoint(text, nameOfPoint(text) + u'x') != text;
 }
 
 void PtzCalibrator::rename()
 {
     const int number = m_current;
-    const QString text = m_points.value(number - 1);
-    const QString name = nameOfPoint(text);
-    if (m_nameEdit || namedPoint(text, name + u'x') == text) // it has no place for a name
-        return;
-    m_nameEdit = new NameEdit(name, this);
+    m_nameEdit = new NameEdit(nameOfPoint(m_points.value(number - 1)), this);
     m_nameEdit->setAccessibleName(tr("Name of point %1").arg(QString::number(number)));
     connect(m_nameEdit, &NameEdit::named, this, [this, number](const QString &given) {
         m_gesture.perform([&] {
@@ -295,12 +304,8 @@ bool PtzCalibrator::beginDrag(const QMouseEvent &press)
     const QPointF position = press.position();
     const bool isInPicture = pictureRect().contains(position.toPoint());
     const int hit = isInPicture ? pointAt(position) : 0;
-    if (press.button() == Qt::RightButton) {
-        if (hit == 0)
-            Q_EMIT customContextMenuRequested(position.toPoint());
-        remove(hit);
+    if (press.button() == Qt::RightButton)
         return false;
-    }
     choose(isInPicture ? hit : pointInStrip(position.toPoint()));
     if (!isInPicture)
         return false;
@@ -357,17 +362,58 @@ bool PtzCalibrator::moveByKey(const QKeyEvent &event)
     return true;
 }
 
+EditActions PtzCalibrator::editActions()
+{
+    const QString number = QString::number(m_current);
+    const bool isSet = placeOf(m_current).has_value();
+    const EditActions actions{
+        {tr("Go to point %1").arg(number),
+         {Qt::Key_Return, Qt::Key_Enter},
+         [this] { goTo(m_current); },
+         isSet && !m_deferred.contains(m_current)},
+        {tr("Set point %1").arg(number),
+         {Qt::Key_Space},
+         [this] { m_gesture.perform([&] { place(placeOf(m_current).value_or(QPointF(0.5, 0.5))); }); }},
+        {tr("Name point %1…").arg(number), {Qt::Key_F2}, [this] { rename(); }, canRename()},
+        {tr("Remove point %1").arg(number),
+         {Qt::Key_Delete, Qt::Key_Backspace},
+         [this] { remove(m_current); },
+         isSet}};
+    return groupedActions({actions, pictureActions()});
+}
+
+void PtzCalibrator::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (m_gesture.isDragging())
+        return;
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        return showMenuAtPoint();
+    choose(pictureRect().contains(event->pos()) ? pointAt(event->pos()) : pointInStrip(event->pos()));
+    showMenu(*this, editActions(), event->globalPos());
+}
+
+void PtzCalibrator::showMenuAtPoint()
+{
+    const QPointF position = positionOf(placeOf(m_current).value_or(QPointF(0.5, 0.5)));
+    showMenu(*this, editActions(), mapToGlobal(position.toPoint()));
+}
+
+bool PtzCalibrator::event(QEvent *event)
+{
+    return claimKey([this] { return editActions(); }, *event) || PtzView::event(event);
+}
+
 void PtzCalibrator::keyPressEvent(QKeyEvent *event)
 {
+    if (!m_gesture.isDragging() && performByKey(editActions(), *event))
+        return;
     const int key = event->key();
     const bool isPlain = !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
-    if (isPlain && (key == Qt::Key_Return || key == Qt::Key_Enter) && !m_gesture.isDragging()) {
-        goTo(m_current);
-        return;
-    }
     if (m_gesture.takeKey(*event))
         return;
-    if (!isPlain) {
+    if (isMenuKey(*event)) {
+        showMenuAtPoint();
+    } else if (!isPlain) {
         PtzView::keyPressEvent(event);
     } else if (moveByKey(*event)) {
         return;
@@ -375,12 +421,6 @@ void PtzCalibrator::keyPressEvent(QKeyEvent *event)
         choose(m_current + (key == Qt::Key_PageUp ? -1 : 1));
     } else if (key >= Qt::Key_1 && key <= Qt::Key_9) {
         choose(key - Qt::Key_0);
-    } else if (key == Qt::Key_F2) {
-        rename();
-    } else if (key == Qt::Key_Space) {
-        m_gesture.perform([&] { place(placeOf(m_current).value_or(QPointF(0.5, 0.5))); });
-    } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
-        remove(m_current);
     } else {
         PtzView::keyPressEvent(event);
     }

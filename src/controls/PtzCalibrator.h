@@ -19,11 +19,11 @@ class NameEdit;
 ///
 /// Mouse: a press in the picture sets the current point there, and the next one that is not set becomes the
 /// current one; a press on a point makes it the current one, and a drag moves it; a double click goes to it;
-/// the right button removes it, and elsewhere asks for a menu (customContextMenuRequested()). In the strip
-/// below the picture a press chooses a point, a double click goes to it. Keys: Page Up and Page Down, or 1 to
-/// 9, choose a point; Space sets it with the present position of the camera, in the middle if it has no place
-/// yet; arrows move it by a hundredth of the picture, with Shift by a thousandth; Enter goes to it; F2 names
-/// it; Delete and Backspace remove it; Escape cancels a drag.
+/// the right button opens a menu with what can be done with it. In the strip below the picture a press
+/// chooses a point, a double click goes to it. Keys: Page Up and Page Down, or 1 to 9, choose a point; Space
+/// sets it with the present position of the camera, in the middle if it has no place yet; arrows move it by a
+/// hundredth of the picture, with Shift by a thousandth; Enter goes to it; F2 names it; Delete and Backspace
+/// remove it; Escape cancels a drag.
 ///
 /// A point that is set while the camera turns waits until it stands still: a position that the camera has
 /// left by then is never stored. When the position becomes unknown meanwhile, the point stays as it was.
@@ -39,6 +39,8 @@ public:
     /// Emits nothing. Returns false when they are shown already.
     bool setPoints(const QStringList &points);
     int currentPoint() const { return m_current; }
+    /// Which point waits for the camera, as a sentence; empty for none.
+    QString deferral() const;
 
     /// The point that was gone to last; 0 for none.
     int gotoPoint() const { return m_goto; }
@@ -64,6 +66,8 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -88,6 +92,8 @@ private:
     QRectF badgeOf(const QPointF &position) const;
     int pointAt(const QPointF &position) const;
     int pointInStrip(const QPoint &position) const;
+    EditActions editActions();
+    void showMenuAtPoint();
     QRect stripRect() const;
 
     void choose(int number);
@@ -96,17 +102,19 @@ private:
     void remove(int number);
     void chooseNextUnset();
     void setDeferred();
+    bool canRename() const;
     void rename();
     void placeNameEdit();
     /// Shows the texts of the points.
     void pointsChanged();
     QString titleOf(int number) const;
-    QString deferral() const;
+    QString remarkText() const;
     bool moveByKey(const QKeyEvent &event);
     void paintPoint(QPainter &painter, int number, const QPointF &position);
 
     QStringList m_points;
     QMap<int, QPointF> m_deferred; ///< places of the points that wait for the camera to stand still
+    QString m_loss;                ///< says that such a point was not set
     QPointer<NameEdit> m_nameEdit;
     ChipStrip m_strip;
     int m_current = 1;

@@ -167,7 +167,10 @@ void TestTurningCamera::sendsPointsAtOnce()
     const QByteArray camera = ",0.3,-0.25,0.5";
     AWAIT_VERIFY_WITHIN(m_recorder->ptz().point(4).endsWith(camera), Patience);
     QCOMPARE(QString::fromUtf8(m_recorder->ptz().point(4)), m_calibrator->points().value(3));
-    QTest::mouseClick(m_calibrator, Qt::RightButton, {}, placeOf(1));
+    const QByteArray first = m_recorder->ptz().point(1);
+    QVERIFY(!first.isEmpty());
+    QTest::keyClick(m_calibrator, Qt::Key_1);
+    QTest::keyClick(m_calibrator, Qt::Key_Delete);
     AWAIT_COMPARE_WITHIN(m_recorder->ptz().point(1), QByteArray(), Patience);
     streams.seek(0);
     QCOMPARE(streams.readAll(), kept);

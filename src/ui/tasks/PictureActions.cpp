@@ -127,17 +127,14 @@ void PictureActions::add(QWidget &control)
         return;
     m_controls.removeAll(nullptr);
     m_controls.append(&control);
-    if (auto *editor = qobject_cast<CellGridEditor *>(&control)) // has a menu of its own
+    if (isEditor(control)) { // has a menu of its own
+        auto *editor = static_cast<PictureView *>(&control);
         editor->setPictureActions([self = QPointer<PictureActions>(this), editor] {
             return self ? self->actionsFor(*editor) : EditActions();
         });
-    else
+    } else {
         control.installEventFilter(this);
-    if (auto *calibrator = qobject_cast<PtzCalibrator *>(&control))
-        connect(calibrator, &QWidget::customContextMenuRequested, this,
-                [this, calibrator](const QPoint &place) {
-                    showMenu(*calibrator, actionsFor(*calibrator), calibrator->mapToGlobal(place));
-                });
+    }
     if (m_source)
         letFocusIn(control);
 }
@@ -204,11 +201,8 @@ bool PictureActions::eventFilter(QObject *watched, QEvent *event)
         if (doubleClick(control, *static_cast<QMouseEvent *>(event)))
             return true;
     } else if (event->type() == QEvent::ContextMenu) {
-        const auto &menu = *static_cast<QContextMenuEvent *>(event);
-        if (!isEditor(control) || menu.reason() == QContextMenuEvent::Keyboard) {
-            showMenu(control, actions(), menu.globalPos());
-            return true;
-        }
+        showMenu(control, actions(), static_cast<QContextMenuEvent *>(event)->globalPos());
+        return true;
     }
     return QObject::eventFilter(watched, event);
 }
@@ -246,7 +240,7 @@ bool PictureActions::doubleClick(QWidget &control, const QMouseEvent &event)
 {
     auto *steered = dynamic_cast<SteeredView *>(&control);
     const bool isSteered = steered && steered->steering().isSteerable();
-    if (event.button() != Qt::LeftButton || isEditor(control) || isSteered)
+    if (event.button() != Qt::LeftButton || isSteered)
         return false;
     enlarge(control);
     return true;
