@@ -83,10 +83,17 @@ bool PtzCalibrator::setPoints(const QStringList &points)
     fitting.resize(m_points.size());
     if (fitting == m_points)
         return false;
-    m_points = fitting;
-    m_deferred.clear();
+    const QStringList before = std::exchange(m_points, fitting);
+    for (int number = 1; number <= m_points.size(); ++number) {
+        if (before.at(number - 1) != m_points.at(number - 1))
+            m_deferred.remove(number);
+    }
     m_gesture.textsReplaced();
     pointsChanged();
+    for (int number = 1; number <= before.size(); ++number) {
+        if (before.at(number - 1) != fitting.at(number - 1))
+            Q_EMIT pointReplaced(number);
+    }
     return true;
 }
 

@@ -36,7 +36,7 @@ public:
 
     /// The points in the form that CalibrationPoint.h documents, as many as there are; empty: not set.
     QStringList points() const { return m_points; }
-    /// Emits nothing. Returns false when they are shown already.
+    /// Emits only pointReplaced(). Returns false when they are shown already.
     bool setPoints(const QStringList &points);
     int currentPoint() const { return m_current; }
     /// Which point waits for the camera, as a sentence; empty for none.
@@ -55,6 +55,8 @@ public:
 Q_SIGNALS:
     /// The user has set, moved or removed a point.
     void signal_Point_calibrated(int number);
+    /// setPoints() has changed a point: the user has undone a change, for example.
+    void pointReplaced(int number);
     /// The camera shall turn to a point.
     void signal_Goto_point_selected(int number);
 

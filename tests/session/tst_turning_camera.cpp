@@ -81,7 +81,8 @@ void TestTurningCamera::open(const QString &login)
     m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->path(), "everything");
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
     m_session = std::make_unique<Session>(
-        login + "@127.0.0.1:" + QString::number(static_cast<qint16>(m_recorder->port())));
+        login + "@127.0.0.1:" + QString::number(static_cast<qint16>(m_recorder->port())),
+        WindowOptions{.tracksChanges = true});
     QVERIFY(m_session->isFine());
     CWinMain &window = *m_session->window;
     m_picture = window.findChild<PtzVideoInput *>();
@@ -172,6 +173,8 @@ void TestTurningCamera::sendsPointsAtOnce()
     QTest::keyClick(m_calibrator, Qt::Key_1);
     QTest::keyClick(m_calibrator, Qt::Key_Delete);
     AWAIT_COMPARE_WITHIN(m_recorder->ptz().point(1), QByteArray(), Patience);
+    QTest::keyClick(m_calibrator, Qt::Key_Z, Qt::ControlModifier);
+    AWAIT_COMPARE_WITHIN(m_recorder->ptz().point(1), first, Patience);
     streams.seek(0);
     QCOMPARE(streams.readAll(), kept);
 }

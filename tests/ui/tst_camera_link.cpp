@@ -69,6 +69,7 @@ private Q_SLOTS:
     void tellsOfPoints_data();
     void tellsOfPoints();
     void trustsARecorderThatTurns();
+    void sendsReplacedPoints();
 };
 
 void TestCameraLink::tellsThatItDoesNotTurn_data()
@@ -123,6 +124,7 @@ void TestCameraLink::tellsOfPoints()
     QFETCH(QString, remark);
     Camera camera(isCalibrated);
     camera.calibrator.setPoints({point});
+    camera.source.commands.clear();
     QTimer pictures;
     connect(&pictures, &QTimer::timeout, this, [&] { ++camera.source.heard; });
     pictures.start(40);
@@ -143,6 +145,16 @@ void TestCameraLink::trustsARecorderThatTurns()
     QTest::keyClick(&camera.calibrator, Qt::Key_Space);
     AWAIT_VERIFY(camera.source.commands.last().startsWith("POINT 1"));
     QCOMPARE(camera.link.remark(), QString());
+}
+
+/// Such as by an undo.
+void TestCameraLink::sendsReplacedPoints()
+{
+    Camera camera;
+    camera.calibrator.setPoints({"0.1,0.1", "0.2,0.2"});
+    camera.source.commands.clear();
+    camera.calibrator.setPoints({"0.1,0.1", "", "0.3,0.3"});
+    QCOMPARE(camera.source.commands, QStringList({"POINT 2 ", "POINT 3 0.3,0.3"}));
 }
 
 QTEST_MAIN(TestCameraLink)

@@ -103,6 +103,8 @@ void CameraLink::add(const QList<QWidget *> &controls)
         const auto textOf = [calibrator](int point) { return calibrator->points().value(point - 1); };
         connect(calibrator, &PtzCalibrator::signal_Point_calibrated, this,
                 [this, textOf](int point) { setPoint(point, textOf(point)); });
+        connect(calibrator, &PtzCalibrator::pointReplaced, this,
+                [this, textOf](int point) { m_source.setPoint(point, textOf(point)); });
         connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this,
                 [this, textOf](int point) { goToPoint(point, textOf(point)); });
     }
