@@ -123,7 +123,8 @@ QString PtzCalibrator::valueText() const
     const QString state =
         place ? tr("%1% from the left, %2% from the top").arg(percent(place->x()), percent(place->y()))
               : tr("not set");
-    const QString wait = m_deferred.isEmpty() ? QString() : deferral() + u' ';
+    const QString remark = remarkText();
+    const QString wait = remark.isEmpty() ? QString() : remark + u' ';
     const QString text = tr("%1: %2. %3").arg(point, state, wait + PtzView::valueText());
     return m_goto == 0 ? text : tr("%1. Gone to point %2").arg(text, QString::number(m_goto));
 }
@@ -133,6 +134,7 @@ void PtzCalibrator::choose(int number)
     if (number < 1 || number > m_points.size() || number == m_current)
         return;
     m_current = number;
+    m_loss.clear();
     stateChanged();
 }
 
@@ -147,6 +149,7 @@ void PtzCalibrator::chooseNextUnset()
 
 void PtzCalibrator::place(const QPointF &fraction)
 {
+    m_loss.clear();
     if (isTurning()) {
         m_deferred.insert(m_current, intoPicture(fraction));
         stateChanged();
@@ -167,8 +170,12 @@ void PtzCalibrator::setDeferred()
             point = placedPoint(point, each.value(), position());
         });
     }
-    if (!places.isEmpty())
-        pointsChanged();
+    if (places.isEmpty())
+        return;
+    if (!position())
+        m_loss = tr("Point %1 was not set, as the camera position is not known any more.")
+                     .arg(QString::number(places.firstKey()));
+    pointsChanged();
 }
 
 QString PtzCalibrator::deferral() const
@@ -484,8 +491,8 @@ void PtzCalibrator::paintOver(QPainter &painter, const QRect &dirty)
     }
     if (const auto place = placeOf(m_current))
         paintPoint(painter, m_current, positionOf(*place));
-    if (!m_deferred.isEmpty())
-        paintRemark(painter, pictureRect(), deferral(), palette().color(QPalette::Window),
+    if (const QString remark = remarkText(); !remark.isEmpty())
+        paintRemark(painter, pictureRect(), remark, palette().color(QPalette::Window),
                     palette().color(QPalette::WindowText));
 }
 

@@ -26,7 +26,8 @@ class NameEdit;
 /// remove it; Escape cancels a drag.
 ///
 /// A point that is set while the camera turns waits until it stands still: a position that the camera has
-/// left by then is never stored. When the position becomes unknown meanwhile, the point stays as it was.
+/// left by then is never stored. When the position becomes unknown meanwhile, the point stays as it was, and
+/// the picture says so.
 class PtzCalibrator : public PtzView, private EditGesture::Editor
 {
     Q_OBJECT

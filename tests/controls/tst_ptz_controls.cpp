@@ -271,8 +271,13 @@ void TestPtzControls::setsPointsWhenTheCameraStandsStill()
 
     calibrator->slot_Set_PTZ_pos("0.7,0,0");
     QTest::keyClick(calibrator, Qt::Key_Space);
+    QStringList others = calibrator->points();
+    others[3] = "0.1,0.1,0,0,0";
+    calibrator->setPoints(others); // another point is replaced meanwhile
+    QVERIFY(calibrator->valueText().contains("Point 2 is set as soon as"));
     calibrator->slot_Set_PTZ_pos(""); // lost on the way
     QCOMPARE(calibrator->points().at(1), "0.5000,0.5000,0.6,0,0");
+    QVERIFY(calibrator->valueText().contains("Point 2 was not set"));
     QVERIFY(!calibrator->valueText().contains("stands still"));
 }
 

@@ -4,9 +4,11 @@
 #include "controls/PtzCrossView.h"
 #include "controls/PtzVideoInput.h"
 #include "recorder/RecorderServer.h"
+#include "support/ModalWatcher.h"
 #include "support/Waiting.h"
 
 #include <QFile>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -54,6 +56,7 @@ private Q_SLOTS:
     void isSteered();
     void tellsThoseWhoMayNotSteer();
     void sendsPointsAtOnce();
+    void asksAboutAPointThatWaits();
     void comesBackWithTheRecorder();
 
 private:
@@ -177,6 +180,21 @@ void TestTurningCamera::sendsPointsAtOnce()
     AWAIT_COMPARE_WITHIN(m_recorder->ptz().point(1), first, Patience);
     streams.seek(0);
     QCOMPARE(streams.readAll(), kept);
+}
+
+void TestTurningCamera::asksAboutAPointThatWaits()
+{
+    QTest::mouseDClick(m_calibrator, Qt::LeftButton, {}, placeOf(2));
+    QTest::keyClick(m_calibrator, Qt::Key_4);
+    QTest::keyClick(m_calibrator, Qt::Key_Space);
+    QVERIFY(m_calibrator->points().value(3).isEmpty());
+    ModalWatcher asked;
+    m_session->window->findChild<QPushButton *>("buttonOK")->click();
+    QCOMPARE(asked.count(), 1);
+    QVERIFY2(asked.texts().value(0).contains("Point 4 is set as soon as"),
+             qPrintable(asked.texts().join('|')));
+    QVERIFY(m_session->window->isVisible()); // one goes on editing
+    AWAIT_VERIFY_WITHIN(!m_recorder->ptz().point(4).isEmpty(), Patience);
 }
 
 void TestTurningCamera::comesBackWithTheRecorder()

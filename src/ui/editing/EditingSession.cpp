@@ -149,6 +149,8 @@ bool EditingSession::maySendProblems()
     bool isWanted = true;
     if (m_changes->hasProblems())
         m_services.letUserAct([&] { isWanted = m_changes->askAboutProblems(); });
+    if (isWanted && !m_changes->deferredPoint().isEmpty())
+        m_services.letUserAct([&] { isWanted = m_changes->askAboutDeferredPoint(); });
     return isWanted;
 }
 

@@ -4,6 +4,7 @@
 #include "changes/PositionLists.h"
 #include "controls/OrbDlgQuestion.h"
 #include "controls/OwnTexts.h"
+#include "controls/PtzCalibrator.h"
 #include "store/ConfigAddress.h"
 #include "ui/binding/Bindings.h"
 #include "ui/binding/BuiltDescription.h"
@@ -250,6 +251,25 @@ bool ChangeTracking::askAboutProblems()
     if (answer == QMessageBox::Yes)
         goToControl(first.control);
     return answer == QMessageBox::Ignore;
+}
+
+QString ChangeTracking::deferredPoint() const
+{
+    for (const auto *calibrator : m_window.findChildren<PtzCalibrator *>()) {
+        if (const QString text = calibrator->deferral(); !text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
+bool ChangeTracking::askAboutDeferredPoint() const
+{
+    const OrbDlgQuestion::Captions captions{{QMessageBox::Ignore, tr("Send all the same")},
+                                            {QMessageBox::Cancel, tr("Go on editing")}};
+    return OrbDlgQuestion::DoExplained(&m_window, QMessageBox::Warning, m_window.windowTitle(),
+                                       tr("A point of a camera is not set yet, so it would be missing."),
+                                       deferredPoint(), QMessageBox::Ignore | QMessageBox::Cancel,
+                                       QMessageBox::Cancel, nullptr, captions) == QMessageBox::Ignore;
 }
 
 ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
