@@ -6,6 +6,7 @@
 
 #include <QAuthenticator>
 #include <QHostAddress>
+#include <QLocale>
 #include <QNetworkProxy>
 #include <QNetworkRequest>
 
@@ -28,6 +29,17 @@ bool isThisComputer(const QUrl &url)
 bool isSameHost(const QUrl &a, const QUrl &b)
 {
     return a.host() == b.host() && a.port(-1) == b.port(-1) && a.scheme() == b.scheme();
+}
+
+QDateTime timeOf(const QNetworkReply &reply)
+{
+    const QDateTime modified = reply.header(QNetworkRequest::LastModifiedHeader).toDateTime();
+    if (modified.isValid())
+        return modified;
+    QDateTime sent = QLocale::c().toDateTime(QString::fromLatin1(reply.rawHeader("Date")),
+                                             QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"));
+    sent.setTimeSpec(Qt::UTC);
+    return sent;
 }
 
 QNetworkRequest pictureRequest(const QUrl &url)
@@ -167,6 +179,7 @@ void HttpPictureReceiver::finish()
     const QImage picture = decodeStillPicture(m_answer);
     if (picture.isNull())
         return end(tr("Not a picture"));
+    m_pictureTime = timeOf(*m_reply);
     end({});
     Q_EMIT pixmapReady(QPixmap::fromImage(picture));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDomElement>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -37,6 +38,9 @@ public:
     QString problem() const { return m_problem; }
     /// True when the recorder has refused the login, or has closed the connection without a whole answer.
     bool isRefused() const { return m_isRefused; }
+    /// When the picture was taken, as far as the recorder says: the answer's Last-Modified or else its Date.
+    /// Not valid when it has neither.
+    QDateTime pictureTime() const { return m_pictureTime; }
 
 Q_SIGNALS:
     void pixmapReady(const QPixmap &pixmap);
@@ -61,6 +65,7 @@ private:
     QString m_login;
     QString m_password;
     QByteArray m_answer;
+    QDateTime m_pictureTime;
     QString m_problem;
     int m_redirections = 0;
     bool m_hasLoggedIn = false;

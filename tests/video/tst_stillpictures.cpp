@@ -1,3 +1,4 @@
+#include "support/TestTable.h"
 #include "support/Waiting.h"
 #include "video/HttpPictureReceiver.h"
 #include "video/PictureUrl.h"
@@ -151,6 +152,8 @@ private Q_SLOTS:
     void fetches_data();
     void fetches();
     void sendsTheLoginToTheFirstHostOnly();
+    void tellsWhenItWasTaken_data();
+    void tellsWhenItWasTaken();
     void mayBeDestroyedWhileFetching();
     void limitsTheWorkOfDecoding();
 };
@@ -301,6 +304,29 @@ void TestStillPictures::sendsTheLoginToTheFirstHostOnly()
     QVERIFY(fetch.ends.wait(10'000));
     QCOMPARE(fetch.receiver.problem(), "Login refused");
     QVERIFY(told.startsWith("GET /p") && !told.contains("Authorization"));
+}
+
+void TestStillPictures::tellsWhenItWasTaken_data()
+{
+    const test::TestTable<QByteArray, QDateTime> row("lines", "time");
+    const QDateTime evening(QDate(2026, 11, 22), QTime(23, 59, 58), Qt::UTC);
+    const QByteArray date = "\r\nDate: Sun, 22 Nov 2026 23:59:58 GMT";
+    row("when it was sent", date, evening);
+    row("when it was taken, and when it was sent", date + "\r\nLast-Modified: Sat, 21 Nov 2026 23:59:58 GMT",
+        evening.addDays(-1));
+    row("no time", "", {});
+    row("no time that could be read", "\r\nDate: yesterday\r\nLast-Modified: 0", {});
+}
+
+void TestStillPictures::tellsWhenItWasTaken()
+{
+    QFETCH(QByteArray, lines);
+    Server server(
+        [&](QTcpSocket &client, const QByteArray &, int) { client.write(answer(jpeg(), "200 OK" + lines)); });
+    Fetch fetch(server.url());
+    AWAIT_COMPARE(fetch.ends.size(), 1);
+    QCOMPARE(fetch.pictures.size(), 1);
+    QTEST(fetch.receiver.pictureTime(), "time");
 }
 
 void TestStillPictures::mayBeDestroyedWhileFetching()

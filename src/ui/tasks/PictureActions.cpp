@@ -166,8 +166,12 @@ void PictureActions::letFocusIn(QWidget &control)
 void PictureActions::pictureCame()
 {
     m_notice.clear(); // as the controls do
-    if (m_kind == PictureKind::Still)
-        m_time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+    if (m_kind == PictureKind::Still) {
+        // With the date, as a picture may stay for days.
+        const QDateTime taken = m_source ? m_source->pictureTime() : QDateTime();
+        m_time = (taken.isValid() ? taken.toLocalTime() : QDateTime::currentDateTime())
+                     .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    }
     for (const QPointer<QWidget> &control : std::as_const(m_controls)) {
         if (!control)
             continue;

@@ -3,6 +3,7 @@
 #include "ui/tasks/PictureAudience.h"
 #include "video/StreamFigures.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QPixmap>
 
@@ -59,6 +60,9 @@ public:
     virtual void turnTo(const QString &) {}
     virtual void goTo(int) {}
     virtual void setPoint(int, const QString &) {}
+
+    /// When the last still picture was taken; not valid when the recorder does not say so.
+    virtual QDateTime pictureTime() const { return {}; }
 
     /// How many pictures have come.
     quint64 pictures() const { return m_pictures; }

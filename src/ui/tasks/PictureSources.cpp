@@ -132,6 +132,7 @@ public:
     bool isActive() const override { return !m_receiver.isFinished(); }
     bool isRefused() const override { return m_receiver.isRefused(); }
     QString problem() const override { return m_receiver.problem(); }
+    QDateTime pictureTime() const override { return m_receiver.pictureTime(); }
 
 private:
     HttpPictureReceiver m_receiver;
