@@ -1,8 +1,8 @@
 #include "LiveRecording.h"
 
 #include "InfoText.h"
-#include "Recording.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QRegularExpression>
@@ -15,6 +15,7 @@ namespace paravue
 namespace
 {
 
+/// Of silence, before the login and behind it.
 constexpr std::chrono::seconds AnswerLimit(12);
 constexpr QByteArrayView Accepted("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
 constexpr QByteArrayView Refused("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n");
@@ -31,26 +32,29 @@ public:
     LiveRecording(const VideoAddress &address, std::chrono::seconds duration, QFile &file)
         : m_address(address), m_duration(duration), m_file(file)
     {
-        m_limit.setSingleShot(true);
-        QObject::connect(&m_limit, &QTimer::timeout, &m_loop, [this] { timeIsUp(); });
+        for (QTimer *timer : {&m_silence, &m_whole})
+            timer->setSingleShot(true);
+        QObject::connect(&m_silence, &QTimer::timeout, &m_loop, [this] { noteSilence(); });
+        QObject::connect(&m_whole, &QTimer::timeout, &m_loop, [this] { end({}); });
         QObject::connect(&m_socket, &QTcpSocket::connected, &m_loop, [this] { logIn(); });
         QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_loop, [this] { receive(); });
         QObject::connect(&m_socket, &QTcpSocket::errorOccurred, &m_loop, [this] { fail(); });
     }
 
-    void run()
+    std::optional<MediaError> run()
     {
-        m_limit.start(AnswerLimit);
+        m_silence.start(AnswerLimit);
         m_socket.connectToHost(m_address.host, m_address.port);
         m_loop.exec();
         if (m_error)
             throw *m_error;
+        return m_earlyEnd;
     }
 
 private:
     void logIn()
     {
-        m_limit.start(AnswerLimit);
+        m_silence.start(AnswerLimit);
         m_socket.write(
             QStringLiteral("\x01LOGIN=%1\r\nPASS=%2\r\n").arg(m_address.login, m_address.password).toUtf8());
     }
@@ -63,7 +67,8 @@ private:
         m_answer += bytes;
         if (m_answer.startsWith(Accepted)) {
             m_isAccepted = true;
-            m_limit.start(m_duration);
+            m_whole.start(m_duration);
+            m_clock.start();
             // Not before, so that a refused login costs no recording that is to be overwritten.
             if (!m_file.open(QIODevice::WriteOnly))
                 return end(writeError(m_file));
@@ -78,27 +83,37 @@ private:
 
     void keep(const QByteArray &bytes)
     {
+        m_silence.start(AnswerLimit);
         if (m_file.write(bytes) != bytes.size())
             end(writeError(m_file));
     }
 
-    void timeIsUp()
+    void noteSilence()
     {
+        const QString limit = QString::number(AnswerLimit.count());
         if (m_isAccepted)
-            end({});
+            endEarly(InfoText::tr("nothing has come from %1 for %2 s").arg(m_address.host, limit));
         else
-            end(MediaError(InfoText::tr("no answer from %1 for %2 s")
-                               .arg(m_address.host, QString::number(AnswerLimit.count())),
+            end(MediaError(InfoText::tr("no answer from %1 for %2 s").arg(m_address.host, limit),
                            ExitCode::Network));
     }
 
     void fail()
     {
         if (m_isAccepted)
-            end({});
+            endEarly(InfoText::tr("the connection to %1 has ended").arg(m_address.host));
         else
             end(MediaError(InfoText::tr("no video from %1: %2").arg(m_address.host, m_socket.errorString()),
                            ExitCode::Network));
+    }
+
+    void endEarly(const QString &reason)
+    {
+        m_earlyEnd = MediaError(
+            InfoText::tr("recorded %1 s of %2 s: %3")
+                .arg(QString::number(m_clock.elapsed() / 1000), QString::number(m_duration.count()), reason),
+            ExitCode::Network);
+        m_loop.quit();
     }
 
     void end(const std::optional<MediaError> &error)
@@ -112,10 +127,13 @@ private:
     QFile &m_file;
     QEventLoop m_loop; // outlives what it is the context of
     QTcpSocket m_socket;
-    QTimer m_limit;
+    QTimer m_silence;
+    QTimer m_whole;
+    QElapsedTimer m_clock; ///< of the recording
     QByteArray m_answer;
     bool m_isAccepted = false;
     std::optional<MediaError> m_error;
+    std::optional<MediaError> m_earlyEnd;
 };
 
 } // namespace
@@ -137,12 +155,14 @@ std::optional<VideoAddress> VideoAddress::fromText(const QString &text)
     return address;
 }
 
-void recordLive(const VideoAddress &address, std::chrono::seconds duration, const QString &file)
+std::optional<MediaError> recordLive(const VideoAddress &address, std::chrono::seconds duration,
+                                     const QString &file)
 {
     QFile output(file);
-    LiveRecording(address, duration, output).run();
+    const auto earlyEnd = LiveRecording(address, duration, output).run();
     if (!output.flush())
         throw writeError(output);
+    return earlyEnd;
 }
 
 } // namespace paravue

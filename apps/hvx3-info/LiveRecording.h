@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Recording.h"
+
 #include <QString>
 
 #include <chrono>
@@ -20,8 +22,11 @@ struct VideoAddress {
 };
 
 /// Writes what the recorder at \a address sends on a connection to its video service, from its answer to the
-/// login on, for \a duration into a new file. A connection that ends earlier ends the recording, too. Needs a
-/// QCoreApplication. Throws a MediaError; what was recorded until then stays in the file.
-void recordLive(const VideoAddress &address, std::chrono::seconds duration, const QString &file);
+/// login on, for \a duration into a new file. A connection that ends earlier, or over which nothing comes for
+/// twelve seconds, ends the recording, too, and its error is returned. Needs a QCoreApplication. Throws a
+/// MediaError when there is no recording, or none that is whole; what was recorded until then stays in the
+/// file.
+std::optional<MediaError> recordLive(const VideoAddress &address, std::chrono::seconds duration,
+                                     const QString &file);
 
 } // namespace paravue

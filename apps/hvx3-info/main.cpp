@@ -109,8 +109,12 @@ ExitCode listLive(InfoCommandLine line)
     } else if (!line.force && QFileInfo::exists(line.file)) {
         throw MediaError(InfoText::tr("%1 exists; --force overwrites it").arg(line.file));
     }
-    recordLive(*line.address, line.duration, line.file);
-    return list(line);
+    const auto earlyEnd = recordLive(*line.address, line.duration, line.file);
+    const ExitCode listed = list(line);
+    if (!earlyEnd)
+        return listed;
+    printError(earlyEnd->text());
+    return earlyEnd->exitCode();
 }
 
 } // namespace

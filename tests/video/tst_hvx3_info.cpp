@@ -201,6 +201,8 @@ private Q_SLOTS:
     void leavesNothingBehindWhenItFails();
     void leavesTheOldFileWhenItIsKilled();
     void listsTheVideoOfARecorder();
+    void tellsWhyARecordingIsShort_data();
+    void tellsWhyARecordingIsShort();
     void tellsWhyThereIsNoVideo_data();
     void tellsWhyThereIsNoVideo();
     void keepsTheOldExportOnAFullDisk();
@@ -596,6 +598,36 @@ void TestHvx3Info::listsTheVideoOfARecorder()
     const QStringList before = files();
     QCOMPARE(runBeside({address, "--seconds", "1"}).exitCode, 0);
     QCOMPARE(files(), before);
+}
+
+void TestHvx3Info::tellsWhyARecordingIsShort_data()
+{
+    const TestTable<bool, QString> row("closes", "says");
+    row("closed", true, "s of 60 s: the connection to 127.0.0.1 has ended");
+    row("frozen", false, "s of 60 s: nothing has come from 127.0.0.1 for 12 s");
+}
+
+void TestHvx3Info::tellsWhyARecordingIsShort()
+{
+    QFETCH(bool, closes);
+    QFETCH(QString, says);
+    const QByteArray stream = "LENGTH=16\r\nVORN_ANSWER=OK\r\n" + headerOf("mjpeg") + frameAt(1, Video, "x");
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, &server, [&] {
+        QTcpSocket *client = server.nextPendingConnection();
+        connect(client, &QTcpSocket::readyRead, client, [client, stream, closes] {
+            client->readAll();
+            client->write(stream);
+            if (closes)
+                client->disconnectFromHost();
+        });
+    });
+    const Run run =
+        runBeside({QStringLiteral("admin:admin@127.0.0.1:%1").arg(server.serverPort()), "--seconds", "60"});
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY2(run.err.contains(says), qPrintable(run.err));
+    QVERIFY2(run.out.contains("stream 0: video"), qPrintable(run.out)); // listed all the same
 }
 
 void TestHvx3Info::tellsWhyThereIsNoVideo_data()
