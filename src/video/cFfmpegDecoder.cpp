@@ -103,6 +103,7 @@ void cFfmpegDecoder::beginTask()
         removeTask();
         open(name);
     } else if (!m_stream || isLeftOut()) {
+        noteWait(task);
         dropHeld();
         removeTask();
     } else if (!task.isUnseen && isHeld()) {
@@ -110,10 +111,15 @@ void cFfmpegDecoder::beginTask()
     } else if (!task.isUnseen && !m_held.empty()) {
         releaseHeld();
     } else {
-        m_lastWait = std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - task.begin);
+        noteWait(task);
         m_stream->begin(task.bytes);
         m_isDecoding = true;
     }
+}
+
+void cFfmpegDecoder::noteWait(const Task &task)
+{
+    m_lastWait = std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - task.begin);
 }
 
 /// Keeps the next bytes while nobody sees them. Those before a key picture are not needed any more.

@@ -93,6 +93,7 @@ private:
     void removeTask();
     bool step();
     void beginTask();
+    void noteWait(const Task &task);
     bool isLate() const;
     bool isLeftOut();
     bool isHeld();

@@ -543,7 +543,7 @@ void TestPictureActions::detailsTheStream()
          {"Picture: Yard", "State: current", "Shown: 64 × 48 pixels", "Pictures shown: 1", "Codec: H264",
           "Size: 1920 × 1080 pixels", "Pictures received: 50", "Pictures left out: 3",
           "Lateness: 40 ms, at most 40 ms", "Bytes received: 1,000", "Lost bytes: 7 at 2 places",
-          "Lost fragments: 4, lost frames: 5", "Reconnections: 0"})
+          "Lost fragments: 4, lost frames: 5", "Reconnections: 0", "Attempts without a picture: 0"})
         QVERIFY2(window->text().split('\n').contains(QString::fromUtf8(line)), qPrintable(window->text()));
     figures.bytes += 1'000'000;
     figures.wait = std::chrono::milliseconds(5);
@@ -567,6 +567,17 @@ void TestPictureActions::detailsTheStream()
     AWAIT_VERIFY(window->text().contains("Reconnections: 1"));
     QVERIFY2(window->text().contains("Pictures shown: 2") &&
                  window->text().contains("Lost bytes: 14 at 4 places"),
+             qPrintable(window->text()));
+    // What connections without a picture have lost is what a supporter looks for.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        played.sources.last()->active = false;
+        played.tick(1);
+        played.tick(600'000); // longer than a refused login waits
+        played.sources.last()->given = figures;
+    }
+    AWAIT_VERIFY(window->text().contains("Attempts without a picture: 2"));
+    QVERIFY2(window->text().contains("Lost bytes: 35 at 10 places") &&
+                 window->text().contains("Reconnections: 1"),
              qPrintable(window->text()));
     QTest::keyClick(window->findChild<QPlainTextEdit *>(), Qt::Key_Escape);
     AWAIT_VERIFY(!played.details());

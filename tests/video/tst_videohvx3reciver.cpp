@@ -250,6 +250,7 @@ void TestVideoHVX3Reciver::leavesOutWhatIsLate()
     AWAIT_VERIFY_WITHIN(decoded > 0 && !decoder->isBusy(), 20'000);
     QVERIFY2(decoded >= 8 && decoded <= 16, qPrintable(QString::number(decoded)));
     QVERIFY2(viewer.receiver->leftOut() >= 6, qPrintable(QString::number(viewer.receiver->leftOut())));
+    QVERIFY(viewer.receiver->figures().wait > paravue::MaxLiveWait); // of the last frame, which was left out
 }
 
 void TestVideoHVX3Reciver::limitsWhatWaits()

@@ -141,8 +141,8 @@ void PictureActions::add(QWidget &control)
 
 void PictureActions::setSource(PictureSource *source)
 {
-    if (m_source && m_source->pictures() > 0) {
-        ++m_connections;
+    if (m_source) {
+        ++(m_source->pictures() > 0 ? m_connections : m_attempts);
         m_shown += m_source->pictures();
         if (const auto figures = m_source->figures())
             m_earlier += *figures;
@@ -326,6 +326,7 @@ PictureDetails PictureActions::details(const QPointer<QWidget> &control) const
     details.shown = m_shown;
     details.time = m_time;
     details.reconnections = m_connections;
+    details.attempts = m_attempts;
     if (m_source) {
         details.figures = m_source->figures();
         if (details.figures)

@@ -73,8 +73,9 @@ private:
     QString m_remark;
     QString m_time;            ///< of the last still picture
     quint64 m_connections = 0; ///< earlier ones that have brought pictures
-    quint64 m_shown = 0;       ///< over them
-    StreamFigures m_earlier;   ///< of them
+    quint64 m_attempts = 0;    ///< earlier ones that have brought none
+    quint64 m_shown = 0;       ///< over all of them
+    StreamFigures m_earlier;   ///< of all of them
     bool m_isFetchRequested = false;
 };
 

@@ -90,6 +90,7 @@ QString StreamDetails::textOf(const PictureDetails &details)
     if (details.figures)
         lines << linesOf(*details.figures);
     lines << tr("Reconnections: %1").arg(details.reconnections);
+    lines << tr("Attempts without a picture: %1").arg(details.attempts);
     return lines.join(u'\n');
 }
 

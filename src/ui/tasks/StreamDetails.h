@@ -22,8 +22,9 @@ struct PictureDetails {
     std::optional<StreamFigures> figures; ///< of a live stream
     quint64 shown = 0;
     quint64 reconnections = 0;
-    QString time; ///< of the last still picture
-    QSize size;   ///< of the picture that is shown
+    quint64 attempts = 0; ///< earlier connections without a picture
+    QString time;         ///< of the last still picture
+    QSize size;           ///< of the picture that is shown
 };
 
 /// A window with the details of a picture as a text that can be copied, which follows them each second.
