@@ -2092,6 +2092,18 @@ not exported: %1 with no key picture before
         <source>the password has letters that this computer&apos;s encoding lacks, so its digest would fit other passwords too</source>
         <translation>в пароле есть буквы, которых нет в кодировке этого компьютера, и его хеш подошёл бы и к другим паролям</translation>
     </message>
+    <message>
+        <source>nothing has come from %1 for %2 s</source>
+        <translation>от %1 ничего не пришло за %2 с</translation>
+    </message>
+    <message>
+        <source>the connection to %1 has ended</source>
+        <translation>соединение с %1 завершилось</translation>
+    </message>
+    <message>
+        <source>recorded %1 s of %2 s: %3</source>
+        <translation>записано %1 с из %2 с: %3</translation>
+    </message>
 </context>
 <context>
     <name>OrbDlgQuestion</name>
@@ -2919,6 +2931,22 @@ not exported: %1 with no key picture before
         <source>The recorder does not turn the camera. Perhaps this login is not allowed to.</source>
         <translation>Регистратор не поворачивает камеру. Возможно, у этого пользователя нет прав.</translation>
     </message>
+    <message>
+        <source>Point %1 is not set.</source>
+        <translation>Точка %1 не задана.</translation>
+    </message>
+    <message>
+        <source>The camera has not turned. Perhaps it is there already, or this login may not turn it.</source>
+        <translation>Камера не повернулась. Возможно, она уже там или у этого пользователя нет прав.</translation>
+    </message>
+    <message>
+        <source>The recorder does not say whether it takes a point from this login, for which it has not turned the camera so far.</source>
+        <translation>Регистратор не сообщает, принимает ли он точку от этого пользователя: камеру он для него пока не поворачивал.</translation>
+    </message>
+    <message>
+        <source>Point %1 has no position to which the camera could turn.</source>
+        <translation>У точки %1 нет положения, в которое камера могла бы повернуться.</translation>
+    </message>
 </context>
 <context>
     <name>paravue::CellGridEditor</name>
@@ -3062,6 +3090,10 @@ and %2 more</source>
     <message>
         <source>This is in the dialog &quot;%1&quot;. Enter shows where the way there begins: %2</source>
         <translation>Это в диалоге «%1». Enter покажет, где начинается путь к нему: %2</translation>
+    </message>
+    <message>
+        <source>A point of a camera is not set yet, so it would be missing.</source>
+        <translation>Точка камеры ещё не задана, и её не было бы среди отправленных.</translation>
     </message>
 </context>
 <context>
@@ -3680,6 +3712,26 @@ and %2 more</source>
         <source>Name of point %1</source>
         <translation>Название точки %1</translation>
     </message>
+    <message>
+        <source>Point %1 was not set, as the camera position is not known any more.</source>
+        <translation>Точка %1 не задана: положение камеры больше не известно.</translation>
+    </message>
+    <message>
+        <source>Go to point %1</source>
+        <translation>Перейти к точке %1</translation>
+    </message>
+    <message>
+        <source>Set point %1</source>
+        <translation>Задать точку %1</translation>
+    </message>
+    <message>
+        <source>Name point %1…</source>
+        <translation>Назвать точку %1…</translation>
+    </message>
+    <message>
+        <source>Remove point %1</source>
+        <translation>Удалить точку %1</translation>
+    </message>
 </context>
 <context>
     <name>paravue::PtzSteering</name>
@@ -4249,6 +4301,10 @@ and %2 more</source>
     <message>
         <source>Lost fragments: %1, lost frames: %2</source>
         <translation>Потеряно фрагментов: %1, потеряно кадров: %2</translation>
+    </message>
+    <message>
+        <source>Attempts without a picture: %1</source>
+        <translation>Попыток без изображения: %1</translation>
     </message>
 </context>
 <context>
