@@ -1,5 +1,6 @@
 #include "video/FrameAssembler.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace paravue
@@ -14,6 +15,9 @@ constexpr quint8 WholeFlags = Whole << 6;
 
 /// More would keep the memory of one exceptional frame.
 constexpr qsizetype LargestSpare = 16 * 1024 * 1024;
+
+/// Of unfinished frames, of which each stream may have one.
+constexpr qsizetype LargestReserve = 256 * 1024;
 
 /// True when memory of \a capacity is too much for a frame of \a size bytes, as a receiver may keep many.
 bool wastes(qsizetype capacity, qsizetype size)
@@ -117,6 +121,8 @@ void FrameAssembler::beginPart(const DATA_T &record)
     }
     m_held += record.length;
     m_open = partial->second.payload.take();
+    if (m_open.isEmpty())
+        m_open.reserve(m_usualSize); // so that it is not copied while it grows
 }
 
 /// Turns \a record, the last fragment, into the whole frame.
@@ -130,6 +136,7 @@ void FrameAssembler::finish(Partial partial, DATA_T &record)
     record.byteA = first.byteA;
     record.byteB = first.byteB;
     m_held -= record.length;
+    m_usualSize = std::min<qsizetype>(record.length, LargestReserve);
     m_partials.erase(partial);
 }
 

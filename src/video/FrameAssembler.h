@@ -65,6 +65,8 @@ private:
     /// The current fragment is not used.
     bool m_dropping = false;
     QByteArray m_spare;
+    /// Of the last frame that came in fragments.
+    qsizetype m_usualSize = 0;
     int m_maxFrameSize = std::numeric_limits<int>::max();
     std::array<Hvx3StreamCounts, 256> m_counts;
 };
