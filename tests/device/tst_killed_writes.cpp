@@ -117,7 +117,7 @@ int saveForever(const QString &folder, const QString &address)
 void startWriter(QProcess &writer, const QStringList &arguments, std::chrono::microseconds &round)
 {
     writer.start(QCoreApplication::applicationFilePath(), arguments);
-    AWAIT_VERIFY(writer.canReadLine());
+    AWAIT_VERIFY_WITHIN(writer.canReadLine(), 30'000); // a program that has just started is slow
     round = std::chrono::microseconds(writer.readLine().trimmed().toUInt());
 }
 

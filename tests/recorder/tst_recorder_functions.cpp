@@ -174,7 +174,10 @@ void TestRecorderFunctions::keepsMeasuredValues()
     const QByteArray disk = bodyOf("DISK CONFIG");
     const QByteArray state = bodyOf("STATE CONFIG");
     QCOMPARE(ask(format("DISC1")), Ok);
+    const QSignalSpy cameBack(m_server.get(), &RecorderServer::cameBack);
+    m_server->setRebootTime(1);
     QCOMPARE(ask("DO REBOOT\r\n"), Ok);
+    AWAIT_COMPARE(cameBack.size(), 1);
     QCOMPARE(ask(withBody("PUT DISK CONFIG", QByteArray(disk).replace("KEEP_DAYS=30", "KEEP_DAYS=9"))), Ok);
     QCOMPARE(ask(withBody("PUT STATE CONFIG", state)), Ok);
     const QByteArray kept = bodyOf("DISK CONFIG");
