@@ -232,7 +232,7 @@ void TestSnapshotFolder::leavesNothingHalfWhenKilled()
     for (int kill = 0; kill < 6; ++kill) {
         QProcess writer;
         writer.start(QCoreApplication::applicationFilePath(), {"keep", root});
-        AWAIT_VERIFY(writer.canReadLine());
+        AWAIT_VERIFY_WITHIN(writer.canReadLine(), 30'000); // a program that has just started is slow
         const qint64 wait = 13 * kill; // another place in the middle of a write each time
         const QDeadlineTimer end(wait);
         waitUntil([&] { return end.hasExpired(); });
