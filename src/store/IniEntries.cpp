@@ -18,6 +18,12 @@ QStringView IniEntries::Entry::name() const
     return key.sliced(key.indexOf(u'/') + 1);
 }
 
+void IniEntries::Entry::take(const IniText &text) const
+{
+    m_value = QString::fromUtf8(text.value(text.marks()[m_mark]));
+    m_mark = InMemory;
+}
+
 void IniEntries::clear()
 {
     m_sorted.clear();
@@ -40,7 +46,7 @@ quint32 IniEntries::numberOf(QStringView key)
         return found;
     m_sorted.clear();
     const quint32 number = quint32(m_entries.size());
-    m_entries.push_back({keep(key), QString()});
+    m_entries.emplace_back(keep(key));
     m_index.insert(hash, number);
     return number;
 }

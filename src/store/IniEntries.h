@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/IniText.h"
 #include "store/KeyIndex.h"
 
 #include <QHash>
@@ -18,9 +19,29 @@ namespace paravue
 class IniEntries
 {
 public:
-    struct Entry {
+    class Entry
+    {
+    public:
+        explicit Entry(QStringView keptKey) : key(keptKey) {}
+
         QStringView key; ///< valid as long as the IniEntries holds it
-        QString value;
+
+        /// Most values of a file are never asked for, so each is taken from the \a text that it stands in
+        /// when it is.
+        const QString &value(const IniText &text) const
+        {
+            if (m_mark != InMemory)
+                take(text);
+            return m_value;
+        }
+        void setValue(const QString &value)
+        {
+            m_value = value;
+            m_mark = InMemory;
+        }
+        /// The value is that of this mark of the text.
+        void setMark(quint32 mark) { m_mark = mark; }
+
         bool inFile = false;    ///< the key was found in the file
         bool edited = false;    ///< the value is not that of the file
         bool met = false;       ///< the read in progress has found the key
@@ -30,6 +51,14 @@ public:
         QStringView section() const;
         /// The part of the key behind its first "/".
         QStringView name() const;
+
+    private:
+        static constexpr quint32 InMemory = ~quint32(0);
+
+        void take(const IniText &text) const;
+
+        mutable QString m_value;
+        mutable quint32 m_mark = InMemory;
     };
 
     bool isEmpty() const { return m_entries.empty(); }

@@ -1,6 +1,7 @@
 #include "store/IniGrammar.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace paravue
@@ -18,10 +19,34 @@ char16_t codeAt(QLatin1StringView text, qsizetype i)
     return uchar(text.data()[i]);
 }
 
+enum CodeClass : quint8 { Space = 1, Quote = 2, LineFeed = 4, Semicolon = 8 };
+
+constexpr std::array<quint8, 256> latin1Classes = [] {
+    std::array<quint8, 256> classes{};
+    for (const uchar c : {0x09, 0x0a, 0x0b, 0x0c, 0x0d, 0x20, 0x85, 0xa0})
+        classes[c] = Space;
+    classes['\n'] |= LineFeed;
+    classes['"'] = classes['\''] = Quote;
+    classes[';'] = Semicolon;
+    return classes;
+}();
+
+/// Whether the character is of one of these \a classes.
+bool isAt(QLatin1StringView text, qsizetype i, int classes)
+{
+    return latin1Classes[uchar(text.data()[i])] & classes;
+}
+bool isAt(QStringView text, qsizetype i, int classes)
+{
+    const char16_t code = codeAt(text, i);
+    return code < latin1Classes.size() ? latin1Classes[code] & classes
+                                       : (classes & Space) && QChar::isSpace(code);
+}
+
 template <typename View>
 bool isSpaceAt(View text, qsizetype i)
 {
-    return QChar::isSpace(codeAt(text, i));
+    return isAt(text, i, Space);
 }
 
 template <typename View>
@@ -33,8 +58,8 @@ qsizetype skipSpace(View text, qsizetype from)
 }
 
 /// What the end of a line allows as values. A value reaches up to the last character of the line, so whether
-/// it is well formed depends on nothing but where it starts: found once, this answers for every "=" of the
-/// line.
+/// it is well formed depends on nothing but where it starts: what was found for one "=" of the line answers
+/// for the others.
 template <typename View>
 class ValueEnd
 {
@@ -45,22 +70,17 @@ public:
             m_possible = false;
             return;
         }
-        m_spaceBeforeEnd = isSpaceAt(line, m_end - 1);
-        const char16_t last = codeAt(line, m_end - 1);
-        m_quoted = last == u'"' || last == u'\'';
-        if (m_spaceBeforeEnd)
-            return; // only an empty value is possible
-        for (m_border = m_end - (m_quoted ? 2 : 1); m_border >= 0; --m_border) {
-            const char16_t code = codeAt(line, m_border);
-            if (code == u'\n' || (m_quoted ? code == last : (code == u'"' || code == u'\'')))
-                break;
-        }
+        m_spaceBeforeEnd = isSpaceAt(line, m_end - 1); // only an empty value is possible
+        m_last = codeAt(line, m_end - 1);
+        m_quoted = isAt(line, m_end - 1, Quote);
+        m_border = m_end - (m_quoted ? 2 : 1);
     }
 
     bool possible() const { return m_possible; }
 
-    /// Reads the value behind the "=" at \a equals into \a value.
-    bool read(qsizetype equals, EmptyValue emptyValue, View &value) const
+    /// Reads the value behind the "=" at \a equals into \a value. From one call to the next, \a equals must
+    /// not grow.
+    bool read(qsizetype equals, EmptyValue emptyValue, View &value)
     {
         const qsizetype start = std::min(skipSpace(m_line, equals + 1), m_end);
         if (start == m_end) {
@@ -69,6 +89,8 @@ public:
         }
         if (m_spaceBeforeEnd)
             return false;
+        while (m_border >= start && !isBorder())
+            --m_border;
         if (m_quoted) {
             if (start != m_border || codeAt(m_line, start) == u'\n')
                 return false;
@@ -80,11 +102,18 @@ public:
     }
 
 private:
+    bool isBorder() const
+    {
+        return m_quoted ? codeAt(m_line, m_border) == m_last || codeAt(m_line, m_border) == u'\n'
+                        : isAt(m_line, m_border, Quote | LineFeed);
+    }
+
     View m_line;
     qsizetype m_end; ///< of the value, and where the one white space behind it stands
     /// The opening quote of a value that ends in a quote; else the last character that no bare value may
-    /// hold.
+    /// hold. Looked for as far back as values were asked for.
     qsizetype m_border = -1;
+    char16_t m_last = 0;
     bool m_possible = true;
     bool m_spaceBeforeEnd = false;
     bool m_quoted = false;
@@ -93,12 +122,12 @@ private:
 template <typename View>
 bool readKeyLine(View line, qsizetype start, EmptyValue emptyValue, IniLine<View> &result)
 {
-    const ValueEnd<View> valueEnd(line);
+    ValueEnd<View> valueEnd(line);
     if (!valueEnd.possible())
         return false;
 
     qsizetype runEnd = start;
-    while (runEnd < line.size() && !isSpaceAt(line, runEnd) && codeAt(line, runEnd) != u';')
+    while (runEnd < line.size() && !isAt(line, runEnd, Space | Semicolon))
         ++runEnd;
 
     // The name is as long as possible: all of the run when a "=" follows it, else up to the last "=" inside

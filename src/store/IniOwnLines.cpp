@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <string>
 
 namespace paravue
 {
@@ -15,16 +16,16 @@ namespace
 
 /// Appends the line of a key to \a bytes and returns its positions. The name comes from a file, so only the
 /// value can make the line something else than a key line.
-IniText::Mark appendKeyLine(QByteArray &bytes, QByteArrayView name, QByteArrayView value, bool bare)
+IniText::Mark appendKeyLine(std::string &bytes, QByteArrayView name, QByteArrayView value, bool bare)
 {
     IniText::Mark mark;
-    bytes.append(name);
+    bytes.append(name.data(), size_t(name.size()));
     mark.nameEnd = quint32(bytes.size());
-    bytes.append(bare ? QByteArrayView(" = ") : QByteArrayView(" = '"));
+    bytes.append(bare ? " = " : " = '");
     mark.valueBegin = quint32(bytes.size());
-    bytes.append(value);
+    bytes.append(value.data(), size_t(value.size()));
     mark.valueEnd = quint32(bytes.size());
-    bytes.append(bare ? QByteArrayView("\r\n") : QByteArrayView("'\r\n"));
+    bytes.append(bare ? "\r\n" : "'\r\n");
     mark.end = quint32(bytes.size());
     return mark;
 }
@@ -62,7 +63,7 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
     PiecewiseCopy copy(text.bytes());
     std::vector<IniText::Mark> marks;
     marks.reserve(text.marks().size());
-    QByteArray line;
+    std::string line;
     QByteArray edited;
     for (size_t i = 0; i < text.marks().size(); ++i) {
         const IniText::Mark &old = text.marks()[i];
@@ -74,7 +75,7 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
         const IniEntries::Entry &entry = entries[entriesOfLines[i]];
         QByteArrayView value = text.value(old);
         if (entry.edited)
-            value = edited = entry.value.toUtf8();
+            value = edited = entry.value(text).toUtf8();
         const bool bare = value.isEmpty() || isPlainInteger(value);
         const bool isSpoiling = !bare && (value.contains('\'') || value.contains('\n'));
         if (isSpoiling && text.name(old).startsWith('['))
@@ -83,14 +84,14 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
             result.spoiling.push_back(&entry);
         if (isSpoiling && hasNewKeys)
             continue;
-        line.resize(0);
+        line.clear();
         IniText::Mark mark = appendKeyLine(line, text.name(old), value, bare);
-        if (line == text.slice(old.begin, old.end))
+        if (QByteArrayView(line) == text.slice(old.begin, old.end))
             continue;
         if (isSpoiling) {
             marks.pop_back();
-            line.chop(2);
-            line.replace('\n', "\r\n").append("\r\n");
+            line.erase(line.size() - 2, 1); // the value may hold line ends, too
+            line = QByteArray::fromStdString(line).replace('\n', "\r\n").toStdString();
         } else {
             mark.moveBy(begin);
             marks.back() = mark;
@@ -101,10 +102,10 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
     return result;
 }
 
-bool mayDisturb(const IniEntries::Entry &entry)
+bool mayDisturb(const IniEntries::Entry &entry, const IniText &text)
 {
     IniText::Mark mark;
-    const QString keyLine = iniKeyLine(entry.name(), entry.value, EmptyValue::IsKey);
+    const QString keyLine = iniKeyLine(entry.name(), entry.value(text), EmptyValue::IsKey);
     if (IniText::mark(keyLine, mark) && mark.isSection)
         return true;
     const QString header = iniSectionLine(entry.section());

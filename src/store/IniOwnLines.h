@@ -34,6 +34,6 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
 
 /// Whether the lines of the new entry \a entry could read as something else than a key of its section, such
 /// as another header.
-bool mayDisturb(const IniEntries::Entry &entry);
+bool mayDisturb(const IniEntries::Entry &entry, const IniText &text);
 
 } // namespace paravue

@@ -67,6 +67,8 @@ void IniText::append(const QByteArray &content)
 {
     const qsizetype base = m_bytes.size();
     const bool allAscii = isAscii(content);
+    constexpr qsizetype UsualLine = 32;
+    m_marks.reserve(m_marks.size() + size_t(content.size() / UsualLine));
     PiecewiseCopy copy(content);
     const char *const data = content.constData();
     for (qsizetype begin = 0, end = 0; begin < content.size(); begin = end) {

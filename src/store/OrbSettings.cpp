@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
 
 using namespace paravue;
 
@@ -29,13 +30,24 @@ constexpr qint64 FileClockTick = 2000; // milliseconds
 /// a value twice a second must not fill the disk.
 constexpr qsizetype RepeatLimit = 16 << 20;
 
-void appendUtf8(QString &text, QByteArrayView bytes)
+/// Puts \a bytes behind the first \a size characters of \a text and returns where they end; there may be
+/// others behind them.
+size_t putUtf8(std::u16string &text, size_t size, QByteArrayView bytes)
 {
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return uchar(c) < 0x80; });
-    if (ascii)
-        text += QLatin1StringView(bytes);
-    else
-        text += QString::fromUtf8(bytes);
+    const size_t end = size + size_t(bytes.size());
+    if (text.size() < end)
+        text.resize(2 * end);
+    uchar all = 0;
+    for (size_t i = size; i < end; ++i) {
+        const uchar c = uchar(bytes.data()[i - size]);
+        text[i] = c;
+        all |= c;
+    }
+    if (all < 0x80)
+        return end;
+    const std::u16string decoded = QString::fromUtf8(bytes).toStdU16String();
+    text.replace(size, decoded.size(), decoded);
+    return size + decoded.size();
 }
 
 bool holds(const QString &path, const QByteArray &content)
@@ -142,22 +154,21 @@ void OrbSettings::takeKeys()
     for (IniEntries::Entry &entry : m_entries.all())
         entry.met = false;
 
-    QString key = DefaultSection.toString() + u'/'; // its section part stays, name by name is put behind
-    qsizetype sectionSize = key.size();
+    // Its section part stays, name by name is put behind.
+    std::u16string key = DefaultSection.toString().toStdU16String() + u'/';
+    size_t sectionSize = key.size();
     for (size_t line = 0; line < m_text.marks().size(); ++line) {
         const IniText::Mark &mark = m_text.marks()[line];
-        key.truncate(mark.isSection ? 0 : sectionSize);
-        appendUtf8(key, m_text.name(mark));
+        const size_t size = putUtf8(key, mark.isSection ? 0 : sectionSize, m_text.name(mark));
         if (mark.isSection) {
             m_sectioned = true;
-            key += u'/';
-            sectionSize = key.size();
+            sectionSize = putUtf8(key, size, "/");
             continue;
         }
-        m_entriesOfLines[line] = m_entries.numberOf(key);
+        m_entriesOfLines[line] = m_entries.numberOf(QStringView(key.data(), qsizetype(size)));
         IniEntries::Entry &entry = m_entries[m_entriesOfLines[line]];
         m_linesKnown &= !entry.met;
-        entry.value = QString::fromUtf8(m_text.value(mark));
+        entry.setMark(quint32(line));
         entry.inFile = true;
         entry.edited = false;
         entry.met = true;
@@ -190,9 +201,15 @@ IniText OrbSettings::merged()
     }
     std::optional<OwnLines> own;
     if (m_linesKnown && everyKeyOwnsOneLine(m_text, keysInFile, m_sectioned) &&
-        std::none_of(newEntries.cbegin(), newEntries.cend(), [](auto entry) { return mayDisturb(*entry); }))
+        std::none_of(newEntries.cbegin(), newEntries.cend(),
+                     [this](auto entry) { return mayDisturb(*entry, m_text); }))
         own = rewriteOwnLines(m_text, m_entriesOfLines, m_entries, !newEntries.empty());
     m_linesKnown = own && newEntries.empty() && own->spoiling.empty();
+    if (!m_linesKnown) {
+        // Their marks are about to change.
+        for (const IniEntries::Entry &entry : m_entries.all())
+            entry.value(m_text);
+    }
     if (own && newEntries.empty())
         return std::move(own->text);
 
@@ -206,7 +223,7 @@ IniText OrbSettings::merged()
     }
     for (const IniEntries::Entry *entry : toPut) {
         if (!entry->withdrawn)
-            merge.put(entry->section(), entry->name(), entry->value, entry->inFile);
+            merge.put(entry->section(), entry->name(), entry->value(m_text), entry->inFile);
     }
     return merge.result();
 }
@@ -280,7 +297,7 @@ void OrbSettings::takeAsWritten()
         IniEntries::Entry &entry = m_entries[unedited.key()];
         if (!entry.inFile)
             continue;
-        entry.value = QString::fromUtf8(entry.value.toUtf8()); // half of a surrogate pair is lost in the file
+        entry.setValue(QString::fromUtf8(entry.value(m_text).toUtf8())); // half of a surrogate pair is lost
         entry.edited = false;
     }
     m_unedited.removeIf([this](auto unedited) { return !m_entries[unedited.key()].edited; });
@@ -301,8 +318,8 @@ void OrbSettings::setValue(const QString &key, const QVariant &value)
     IniEntries::Entry &entry = m_entries[number];
     const bool isNew = number == known || entry.withdrawn;
     if (!entry.edited)
-        m_unedited.insert(number, isNew ? std::nullopt : std::optional(entry.value));
-    entry.value = value.toString();
+        m_unedited.insert(number, isNew ? std::nullopt : std::optional(entry.value(m_text)));
+    entry.setValue(value.toString());
     entry.edited = true;
     entry.withdrawn = false;
 }
@@ -328,7 +345,7 @@ QStringList OrbSettings::matching(const QString &pattern)
     for (const IniEntries::Entry *entry : m_entries.sorted()) {
         const QString key = entry->key.toString();
         if (!entry->withdrawn && keyPattern.matchesWhole(key))
-            result << key + u'/' + entry->value;
+            result << key + u'/' + entry->value(m_text);
     }
     return result;
 }

@@ -70,7 +70,7 @@ public:
     {
         readIfEmpty();
         const paravue::IniEntries::Entry *entry = m_entries.find(key);
-        return entry && !entry->withdrawn ? &entry->value : nullptr;
+        return entry && !entry->withdrawn ? &entry->value(m_text) : nullptr;
     }
 
 private:

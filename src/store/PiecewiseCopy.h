@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
+#include <cstring>
+
 namespace paravue
 {
 
@@ -17,23 +19,37 @@ public:
     /// The piece must not begin before the end of the last one.
     void replace(qsizetype begin, qsizetype end, QByteArrayView replacement)
     {
-        m_result.append(m_source.constData() + m_copied, begin - m_copied);
-        m_result.append(replacement);
+        append({m_source.constData() + m_copied, begin - m_copied});
+        append(replacement);
         m_copied = end;
     }
     /// Where the copy of the source's position \a position stands, as long as nothing more is replaced.
-    qsizetype position(qsizetype position) const { return m_result.size() + position - m_copied; }
+    qsizetype position(qsizetype position) const { return m_size + position - m_copied; }
 
     QByteArray result()
     {
         if (m_copied == 0)
             return m_source; // shared
-        return m_result.append(m_source.constData() + m_copied, m_source.size() - m_copied);
+        append({m_source.constData() + m_copied, m_source.size() - m_copied});
+        m_result.truncate(m_size);
+        return m_result;
     }
 
 private:
+    /// QByteArray's own function does much more than to copy, for each of many small pieces.
+    void append(QByteArrayView piece)
+    {
+        const qsizetype end = m_size + piece.size();
+        if (end > m_result.size())
+            m_result.resize(end + m_source.size() / 8 + (m_size == 0 ? m_source.size() : 0));
+        if (!piece.isEmpty())
+            std::memcpy(m_result.data() + m_size, piece.data(), size_t(piece.size()));
+        m_size = end;
+    }
+
     const QByteArray &m_source;
     QByteArray m_result;
+    qsizetype m_size = 0; ///< of what is copied; the result has room behind it
     qsizetype m_copied = 0;
 };
 
