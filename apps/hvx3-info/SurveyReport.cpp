@@ -77,30 +77,34 @@ int pluralNumber(qint64 count)
     return int(count < Period ? count : Period + count % Period);
 }
 
-/// \a one for a single one of them, else \a many with the number in the place of %1 and the plural form that
-/// goes with it.
-QString counted(qint64 count, const char *one, const char *many)
-{
-    return count == 1 ? InfoText::tr(one)
-                      : InfoText::tr(many, nullptr, pluralNumber(count)).arg(number(count));
-}
-
 QString countedTimes(qint64 count)
 {
-    return counted(count, QT_TRANSLATE_NOOP("InfoText", "1 time"),
-                   QT_TRANSLATE_N_NOOP("InfoText", "%1 times"));
+    return count == 1 ? InfoText::tr("1 time")
+                      : InfoText::tr("%1 times", nullptr, pluralNumber(count)).arg(number(count));
 }
 
 QString countedFrames(qint64 count)
 {
-    return counted(count, QT_TRANSLATE_NOOP("InfoText", "1 frame"),
-                   QT_TRANSLATE_N_NOOP("InfoText", "%1 frames"));
+    return count == 1 ? InfoText::tr("1 frame")
+                      : InfoText::tr("%1 frames", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString countedGaps(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 gap")
+                      : InfoText::tr("%1 gaps", nullptr, pluralNumber(count)).arg(number(count));
 }
 
 QString countedRecords(qint64 count)
 {
-    return counted(count, QT_TRANSLATE_NOOP("InfoText", "1 record"),
-                   QT_TRANSLATE_N_NOOP("InfoText", "%1 records"));
+    return count == 1 ? InfoText::tr("1 record")
+                      : InfoText::tr("%1 records", nullptr, pluralNumber(count)).arg(number(count));
+}
+
+QString countedPictures(qint64 count)
+{
+    return count == 1 ? InfoText::tr("1 picture")
+                      : InfoText::tr("%1 pictures", nullptr, pluralNumber(count)).arg(number(count));
 }
 
 QString decimal(double value, int decimals)
@@ -183,9 +187,7 @@ void addRecording(QString &text, const InfoReport &report)
     lines.add(InfoText::tr("duration"), durationText(survey.clock()));
     lines.add(InfoText::tr("bit rate"), bitRateText(survey.bytes(), survey.clock()));
     lines.add(InfoText::tr("lost"), InfoText::tr("%1 in %2, fragments %3, unfinished frames %4")
-                                        .arg(countedBytes(losses.bytes),
-                                             counted(losses.gaps, QT_TRANSLATE_NOOP("InfoText", "1 gap"),
-                                                     QT_TRANSLATE_N_NOOP("InfoText", "%1 gaps")),
+                                        .arg(countedBytes(losses.bytes), countedGaps(losses.gaps),
                                              number(losses.fragments), number(losses.frames)));
     if (survey.unreadBytes() > 0)
         lines.add(InfoText::tr("cut at its end"),
@@ -331,8 +333,7 @@ QString textReport(const InfoReport &report)
         addExport(text, file);
     if (report.leftOut > 0)
         text += InfoText::tr("\nnot exported: %1 with no key picture before\n")
-                    .arg(counted(report.leftOut, QT_TRANSLATE_NOOP("InfoText", "1 picture"),
-                                 QT_TRANSLATE_N_NOOP("InfoText", "%1 pictures")));
+                    .arg(countedPictures(report.leftOut));
     return text;
 }
 
