@@ -174,6 +174,7 @@ private Q_SLOTS:
     void goesThere_data();
     void goesThere();
     void knowsTheWayInAPage();
+    void searchesLongLists();
     void searchesAnOpenDialog();
     void findsChangesInDialogs();
     void listsChangesInDialogs();
@@ -265,6 +266,26 @@ void TestFind::knowsTheWayInAPage()
 }
 
 /// What stands behind a modal dialog cannot be reached.
+void TestFind::searchesLongLists()
+{
+    QByteArray users = "CNT=100\n";
+    for (int user = 0; user < 100; ++user) {
+        const QByteArray number = QByteArray::number(user);
+        users += "NAME" + number + "=guard" + number + "\nPASSWD" + number + "=\nLEVEL" + number + "=0\n";
+    }
+    DescribedWindow window(
+        describePage("<item type='accesslist'><key>users/untitled</key><accesslist/></item>"),
+        {{"users", users}, {"users.original", users}}, {.tracksChanges = true});
+    window.fixture.store().setValue("users/untitled/LEVEL90/1");
+    for (const auto &[query, isChangedOnly] : {std::pair{"", true}, {"guard95", false}, {"level99", false}}) {
+        const Search search(query, isChangedOnly);
+        window.window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.window.get()));
+        QTest::keySequence(window.window.get(), QKeySequence::Find);
+        QVERIFY2(search.hasSeen() && search.rows.size() == 1, query);
+    }
+}
+
 void TestFind::searchesAnOpenDialog()
 {
     Window window;

@@ -24,9 +24,6 @@ namespace paravue
 namespace
 {
 
-/// A list may show thousands of values, which nobody looks for here.
-constexpr qsizetype MostAddresses = 64;
-
 QStringList choicesOf(const QWidget &widget)
 {
     QStringList choices;
@@ -76,8 +73,7 @@ void FindIndex::addControl(const Control &control, const DescribedItem &item)
     entry.group = item.group;
     entry.hasProblem = !m_problems.problemOf(control.number).isEmpty();
     add(std::move(entry), choicesOf(*control.widget) + QStringList{name, plainToolTip(*control.widget)},
-        control.watched.first(qMin(control.watched.size(), MostAddresses)),
-        ChangePlaces::isSecretField(control));
+        control.watched, ChangePlaces::isSecretField(control));
 }
 
 /// A text with a secret value shows it to those who open its page, but not here.
@@ -114,8 +110,7 @@ void FindIndex::addDescribed(const DescribedItem &item)
              child = child.nextSiblingElement(tag))
             texts << plainText(m_context.text(ownText(child)));
     }
-    add(std::move(entry), texts, paths.first(qMin(paths.size(), MostAddresses)),
-        isMarkedSecret(item.element));
+    add(std::move(entry), texts, paths, isMarkedSecret(item.element));
 }
 
 void FindIndex::add(Entry entry, QStringList texts, const QStringList &paths, bool isSecret)
