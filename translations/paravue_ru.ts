@@ -2751,6 +2751,13 @@ not exported: %1 with no key picture before
     </message>
 </context>
 <context>
+    <name>SilenceText</name>
+    <message>
+        <source>No answer from the recorder for %1 s</source>
+        <translation>Регистратор не отвечает %1 с</translation>
+    </message>
+</context>
+<context>
     <name>Snapshot</name>
     <message>
         <source>The snapshot is of the model &quot;%1&quot;, and this recorder is a &quot;%2&quot;.</source>
@@ -4198,10 +4205,6 @@ and %2 more</source>
     <message>
         <source>%1: refused at %2</source>
         <translation>%1: отклонено в %2</translation>
-    </message>
-    <message>
-        <source>No answer from the recorder for %1 s</source>
-        <translation>Регистратор не отвечает %1 с</translation>
     </message>
     <message>
         <source>%1: takes effect when the recorder is restarted</source>

@@ -57,6 +57,8 @@ public:
     /// Fetches the files \a arrived, which the last save has sent.
     void confirm(const QStringList &arrived);
     void cancel();
+    /// The store that fetches the files at the moment; null while none does.
+    const OrbSetup *reader() const { return m_reader.get(); }
 
     /// After compare(): what somebody else has changed, as far as the user can see it.
     QList<ForeignChange> foreignChanges() const;

@@ -8,6 +8,7 @@
 #include "support/FullDisk.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
+#include "ui/sending/SendingDialog.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -15,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QTreeWidget>
+
+#include <algorithm>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -216,6 +219,8 @@ private Q_SLOTS:
     void keepsWhatWasSentWithoutRoomForTheRecorders_data();
     void keepsWhatWasSentWithoutRoomForTheRecorders();
     void undoesWhatSomebodyElseHasNotTouched();
+    void tellsOfASilentRecorder_data();
+    void tellsOfASilentRecorder();
     void asksWithoutARecorder();
     void asksForANewLoginBeforeAnythingIsLost();
 
@@ -775,6 +780,39 @@ void TestCheckedSave::undoesWhatSomebodyElseHasNotTouched()
     }
     QTest::keySequence(session.window.get(), QKeySequence::Redo);
     QCOMPARE(session.store.value(HostName), QString("new"));
+}
+
+void TestCheckedSave::tellsOfASilentRecorder_data()
+{
+    const TestTable<bool, QString, QString> row("compares", "headline", "stop");
+    row("before sending", true, "Fetching what the recorder has now", "Go on editing");
+    row("afterwards", false, "Fetching what the recorder has now, to compare it", "Do not compare");
+}
+
+void TestCheckedSave::tellsOfASilentRecorder()
+{
+    QFETCH(bool, compares);
+    QFETCH(QString, headline);
+    QFETCH(QString, stop);
+    Sending session(address(), compares);
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFaults({"never@GET NET CONFIG"});
+    const auto awaitSilence = [] {
+        auto *dialog = qobject_cast<SendingDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        dialog->setReportedSilence(100);
+        const auto saysSo = [](const QLabel *label) {
+            return label->isVisible() && label->text().startsWith("No answer from the recorder for");
+        };
+        AWAIT_VERIFY(std::ranges::any_of(dialog->findChildren<QLabel *>(), saysSo));
+    };
+    Steps steps{{headline, stop, awaitSilence}};
+    if (!compares)
+        steps += SavePilot::Step{"Everything was sent, but could not be confirmed", "Close"};
+    SavePilot pilot(steps);
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
 }
 
 void TestCheckedSave::asksWithoutARecorder()

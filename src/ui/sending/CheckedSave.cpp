@@ -126,7 +126,9 @@ bool CheckedSave::compare()
     m_goesOn = false;
     m_fetchProblem.clear();
     m_check.compare();
+    m_poll.start();
     runDialog(dialog);
+    m_poll.stop();
     m_check.cancel();
     m_stage = Stage::Over;
     if (m_goesOn || m_fetchProblem.isEmpty())
@@ -194,9 +196,21 @@ bool CheckedSave::isSaving() const
            !ExchangeQueue::of(*m_store).waiting().isEmpty();
 }
 
+/// Since when the recorder has not answered, in milliseconds; 0 while nothing is asked.
+qint64 CheckedSave::silence() const
+{
+    const OrbSetup *reader = m_check.reader();
+    const LinkStatus &link = (reader ? reader : m_store.data())->linkStatus();
+    const bool isRunning = link.state == LinkStatus::State::Running && link.lastTraffic.isValid();
+    return isRunning ? link.lastTraffic.elapsed() : 0;
+}
+
 void CheckedSave::update()
 {
-    if (m_stage != Stage::Sending || !m_dialog || !m_store)
+    if (!m_dialog || !m_store)
+        return;
+    m_dialog->showSilence(silence());
+    if (m_stage != Stage::Sending)
         return;
     m_isKeptOtherwise = false;
     if (isWaiting())

@@ -91,6 +91,7 @@ private:
     void runDialog(SendingDialog &dialog);
     void close(bool goesOn);
     bool isSaving() const;
+    qint64 silence() const;
     bool isWaiting() const;
 
     QPointer<OrbSetup> m_store;

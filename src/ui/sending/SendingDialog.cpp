@@ -27,10 +27,18 @@ constexpr QSize SendingSize(700, 440);
 constexpr int FileWidth = 300;
 const QList<int> KeptWidths{230, 120, 120};
 
+/// Lets screen readers read \a label.
+void announce(QLabel &label)
+{
+    QAccessibleEvent alert(&label, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
 } // namespace
 
 SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
-    : QDialog(parent), m_texts(texts), m_headline(new QLabel(this)), m_bar(new QProgressBar(this)),
+    : QDialog(parent), m_texts(texts), m_headline(new QLabel(this)), m_silence(new QLabel(this)),
+      m_bar(new QProgressBar(this)),
       m_files(makeList({tr("File"), tr("State")}, {FileWidth}, tr("Files"), this)),
       m_values(makeList({tr("Setting"), tr("Sent"), tr("Recorder"), tr("Address")}, KeptWidths,
                         tr("Kept otherwise by the recorder"), this)),
@@ -40,10 +48,12 @@ SendingDialog::SendingDialog(const ValueTexts &texts, QWidget *parent)
     setModal(true);
     m_headline->setTextFormat(Qt::PlainText); // names and words come from the recorder
     m_headline->setWordWrap(true);
+    m_silence->hide();
     m_values->hide();
     QVBoxLayout *layout = makeLayout(*this);
     layout->addWidget(m_headline);
     layout->addWidget(m_bar);
+    layout->addWidget(m_silence);
     layout->addWidget(m_files, 1);
     layout->addWidget(m_values, 1);
     layout->addWidget(m_buttons);
@@ -73,10 +83,22 @@ void SendingDialog::showState(const QString &headline, bool isBusy, const QList<
     focused->setAccessibleDescription(headline);
     if (areOthers)
         focused->setFocus();
-    if (isNews) {
-        QAccessibleEvent alert(m_headline, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
-    }
+    if (isNews)
+        announce(*m_headline);
+    if (!isBusy)
+        showSilence(0);
+}
+
+void SendingDialog::showSilence(qint64 milliseconds)
+{
+    const bool isLong = m_isBusy && milliseconds >= m_reportedSilence;
+    const QString text = isLong ? silenceText(milliseconds) : QString();
+    if (m_silence->text() == text)
+        return;
+    m_silence->setText(text);
+    m_silence->setVisible(isLong);
+    if (isLong)
+        announce(*m_silence);
 }
 
 void SendingDialog::setButtons(const QList<Button> &buttons)

@@ -2,6 +2,7 @@
 
 #include "changes/FileValues.h"
 #include "store/LinkStatus.h"
+#include "ui/base/SilenceText.h"
 #include "ui/sending/ForeignChangesDialog.h"
 
 #include <QDialog>
@@ -44,6 +45,10 @@ public:
     void showBusy(const QString &text, const QString &stopCaption);
     /// \a activity is what the store does at the moment.
     void showSending(const SaveStatus &save, const QString &activity);
+    /// To be called while something runs: nothing was sent or received for \a milliseconds.
+    void showSilence(qint64 milliseconds);
+    /// Silence of \a milliseconds, at first ReportedSilence, is shown.
+    void setReportedSilence(qint64 milliseconds) { m_reportedSilence = milliseconds; }
     void showConfirming(const SaveStatus &save);
     void showConfirmed(const SaveStatus &save);
     void showKeptOtherwise(const QList<ValueDifference> &values);
@@ -77,6 +82,7 @@ private:
 
     const ValueTexts m_texts;
     QLabel *m_headline;
+    QLabel *m_silence;
     QProgressBar *m_bar;
     QTreeWidget *m_files;
     QTreeWidget *m_values;
@@ -85,6 +91,7 @@ private:
     QStringList m_captions;                   ///< of the buttons
     Choice m_onClosing = Choice::Stop;
     bool m_isBusy = true;
+    qint64 m_reportedSilence = ReportedSilence;
 };
 
 } // namespace paravue

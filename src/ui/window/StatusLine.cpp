@@ -21,12 +21,6 @@ namespace
 
 constexpr int UpdateInterval = 500; // milliseconds
 const QString restartFunction = QStringLiteral("soft_reboot");
-/// In steps that grow, so that a screen reader does not read a new text every second.
-qint64 shownSilence(qint64 milliseconds)
-{
-    const qint64 seconds = milliseconds / 1000;
-    return seconds < 60 ? seconds - seconds % 6 : seconds - seconds % 60;
-}
 
 QString timeNow()
 {
@@ -185,7 +179,7 @@ QString StatusLine::linkText() const
     if (status.state != LinkStatus::State::Running)
         return status.problem;
     if (isSilent())
-        return tr("No answer from the recorder for %1 s").arg(shownSilence(status.lastTraffic.elapsed()));
+        return silenceText(status.lastTraffic.elapsed());
     return m_isBuilt ? m_store->activity() : QString(); // the loading view shows it before
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/base/SilenceText.h"
 #include "ui/description/StoreReference.h"
 
 #include <QWidget>
@@ -34,8 +35,7 @@ public:
     /// The function \a name takes effect when the recorder restarts: once the recorder has accepted it, the
     /// line says so until the recorder was restarted.
     void expectRestartAfter(const QString &name) { m_needsRestart = name; }
-    /// A recorder that formats a disk answers after seconds. Silence of \a milliseconds (at first 12,000) is
-    /// shown, and the exchange can be given up.
+    /// Silence of \a milliseconds, at first ReportedSilence, is shown, and the exchange can be given up.
     void setReportedSilence(qint64 milliseconds) { m_reportedSilence = milliseconds; }
 
 Q_SIGNALS:
@@ -64,7 +64,7 @@ private:
     bool m_wasAway = false;           ///< the recorder, since then
     QTimer *m_timer;
     bool m_isBuilt = false;
-    qint64 m_reportedSilence = 12'000;
+    qint64 m_reportedSilence = ReportedSilence;
 };
 
 } // namespace paravue
