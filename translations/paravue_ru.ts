@@ -944,10 +944,6 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <translation>Записать снимок или отчёт регистратора в файл FILE.</translation>
     </message>
     <message>
-        <source>Run FUNCTION also when something is lost by it, or when the recorder restarts.</source>
-        <translation>Выполнить FUNCTION, даже если что-то при этом теряется или регистратор перезагружается.</translation>
-    </message>
-    <message>
         <source>%1 needs an argument</source>
         <translation>для %1 нужен аргумент</translation>
     </message>
@@ -1182,6 +1178,38 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
     <message>
         <source>%1 of %2, not done: %3</source>
         <translation>%1 из %2, не готово: %3</translation>
+    </message>
+    <message>
+        <source>Prints what support needs to know, without secrets: versions, the log of the exchange and the files.</source>
+        <translation>Выводит то, что нужно поддержке, без секретов: версии, журнал обмена и файлы.</translation>
+    </message>
+    <message>
+        <source>Do not ask before something is lost or the recorder restarts, or before a report is written.</source>
+        <translation>Не спрашивать, когда что-то теряется, регистратор перезагружается или записывается отчёт.</translation>
+    </message>
+    <message>
+        <source>%1 (secret)</source>
+        <translation>%1 (секрет)</translation>
+    </message>
+    <message>
+        <source>%1 (%2 bytes)</source>
+        <translation>%1 (байтов: %2)</translation>
+    </message>
+    <message>
+        <source>Files: %1</source>
+        <translation>Файлы: %1</translation>
+    </message>
+    <message>
+        <source>Left out: %1</source>
+        <translation>Опущено: %1</translation>
+    </message>
+    <message>
+        <source>Write %1 (yes/no)? </source>
+        <translation>Записать %1 (yes/no)? </translation>
+    </message>
+    <message>
+        <source>%1 was not confirmed; --yes writes it</source>
+        <translation>запись %1 не подтверждена; с --yes файл будет записан</translation>
     </message>
 </context>
 <context>

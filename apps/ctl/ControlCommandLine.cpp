@@ -135,7 +135,7 @@ QString readCommand(ControlCommandLine &line, const QStringList &words)
     const auto command = findCommand(commands, line.command);
     if (command == commands.end())
         return ControlText::tr("there is no command \"%1\"").arg(line.command);
-    if (!line.inventory.isEmpty() && !command->hasAddress())
+    if (!line.inventory.isEmpty() && !(command->hasAddress() && command->isForMany))
         return ControlText::tr("%1 takes no inventory").arg(command->name);
     line.arguments = words.mid(1);
     const qsizetype count = line.arguments.size() + (line.inventory.isEmpty() ? 0 : 1);
@@ -247,6 +247,10 @@ QList<ControlCommand> controlCommands()
          ControlText::tr("Runs a function of the recorder. FUNCTION is one of %1.")
              .arg(runnableCommandNames().join(QStringLiteral(", "))),
          2, 3},
+        {"report", "ADDRESS",
+         ControlText::tr("Prints what support needs to know, without secrets: versions, the log of the "
+                         "exchange and the files."),
+         1, 1, false},
     };
 }
 
@@ -322,17 +326,18 @@ QList<ControlOption> controlOptions()
         {{"o", "output"},
          "FILE",
          ControlText::tr("Write the snapshot, or the report of the recorder, as FILE."),
-         {"backup", "run"}},
+         {"backup", "run", "report"}},
         {{"y", "yes"},
          {},
-         ControlText::tr("Run FUNCTION also when something is lost by it, or when the recorder restarts."),
-         {"run"}},
+         ControlText::tr(
+             "Do not ask before something is lost or the recorder restarts, or before a report is written."),
+         {"run", "report"}},
         {{"force"},
          {},
          ControlText::tr("Overwrite FILE when it exists; set keys that the recorder does not have and values "
                          "that its description does not allow; restore the "
                          "snapshot of another recorder."),
-         {"set", "backup", "restore", "run"}},
+         {"set", "backup", "restore", "run", "report"}},
     };
 }
 

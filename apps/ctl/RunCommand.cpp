@@ -112,20 +112,6 @@ Outcome check(const ControlCommandLine &line)
                          ControlText::tr("%1 was not confirmed: %2; --yes runs it").arg(function, danger)};
 }
 
-/// Text of a recorder, without what could steer a terminal.
-QString safeLines(const QByteArray &content)
-{
-    QString text;
-    for (QString line : QString::fromUtf8(content).split(u'\n')) {
-        if (line.endsWith(u'\r'))
-            line.chop(1);
-        text += terminalText(line.replace(u'\t', u' ')) + u'\n';
-    }
-    if (content.endsWith('\n'))
-        text.chop(1);
-    return text;
-}
-
 class FunctionRun : public std::enable_shared_from_this<FunctionRun>
 {
 public:
@@ -194,7 +180,7 @@ private:
                     ControlText::tr("cannot read %1: %2").arg(file.fileName(), file.errorString())};
         const QByteArray content = file.readAll();
         if (m_line.output.isEmpty()) {
-            report.text += safeLines(content);
+            report.text += terminalLines(QString::fromUtf8(content));
             report.document.insert(QStringLiteral("report"), QString::fromUtf8(content));
             return {};
         }

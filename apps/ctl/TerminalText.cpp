@@ -19,6 +19,19 @@ QString terminalText(QString text)
     return text;
 }
 
+QString terminalLines(const QString &text)
+{
+    QString safe;
+    for (QString line : text.split(u'\n')) {
+        if (line.endsWith(u'\r'))
+            line.chop(1);
+        safe += terminalText(line.replace(u'\t', u' ')) + u'\n';
+    }
+    if (text.endsWith(u'\n'))
+        safe.chop(1);
+    return safe;
+}
+
 QString shownInText(const std::optional<QString> &value, bool isHidden)
 {
     if (isHidden)

@@ -12,6 +12,9 @@ namespace paravue
 /// control characters, which could do anything there.
 QString terminalText(QString text);
 
+/// The same of a text of several lines.
+QString terminalLines(const QString &text);
+
 /// A value in a text: dots when it is hidden, "(none)" where there is no such key.
 QString shownInText(const std::optional<QString> &value, bool isHidden);
 /// The same in JSON, where both are null.

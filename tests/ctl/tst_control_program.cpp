@@ -62,6 +62,8 @@ private Q_SLOTS:
     void leavesALockedRecorderAlone();
     void sendsOnlyWhatTheDescriptionAllows();
     void describesWhatCanBeSet();
+    void reportsWithoutSecrets();
+    void reportsWhatHasFailed();
     void usesTheTerminal();
     void runsFunctions_data();
     void runsFunctions();
@@ -587,6 +589,34 @@ void TestControlProgram::describesWhatCanBeSet()
     QCOMPARE(codec["choices"].toArray().at(0).toObject()["value"].toString(), "h264");
     // Where a user types a new login, for example, is no value of the recorder.
     QCOMPARE(this->run({"describe", address(), "general"}).exitCode, 5);
+}
+
+void TestControlProgram::reportsWithoutSecrets()
+{
+    QCOMPARE(run({"set", address(), "users/untitled/PASSWD1=hunter2"}).exitCode, 0);
+    const QString path = m_folder->filePath("report.txt");
+    const Run refused = run({"report", address(), "-o", path});
+    QCOMPARE(refused.exitCode, 5);
+    QVERIFY2(!QFile::exists(path) && refused.err.contains("--yes"), qPrintable(refused.err));
+    QCOMPARE(run({"report", address(), "-o", path, "--yes"}).exitCode, 0);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const char *part : {"firmware: 4.2.1", "==== file net\n", "users/untitled/PASSWD1 (secret)\n",
+                             " exchange ended\n", "IP='192.168.10.20'", "outcome: 0\n"})
+        QVERIFY2(text.contains(part), part);
+    QVERIFY(!text.contains("hunter2") && !text.contains("admin:admin"));
+    QCOMPARE(run({"report", address(), "-o", path, "--yes"}).exitCode, 6);
+}
+
+void TestControlProgram::reportsWhatHasFailed()
+{
+    m_recorder->setFaults({{Kind::Error, 0, "busy", "GET DISK CONFIG"}});
+    const Run run = this->run({"report", address()});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.out.contains("outcome: 1 ") && run.out.contains("==== file net\n"),
+             qPrintable(run.out.left(2000)));
+    QVERIFY2(run.out.contains("busy"), qPrintable(run.out.left(2000)));
 }
 
 void TestControlProgram::usesTheTerminal()
