@@ -1211,6 +1211,10 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>%1 was not confirmed; --yes writes it</source>
         <translation>запись %1 не подтверждена; с --yes файл будет записан</translation>
     </message>
+    <message>
+        <source>Prints figures of the recorder in the text format of Prometheus.</source>
+        <translation>Выводит показатели регистратора в текстовом формате Prometheus.</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

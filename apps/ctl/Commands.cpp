@@ -17,9 +17,9 @@ struct CommandFunction {
 };
 
 constexpr CommandFunction Functions[] = {
-    {"get", runGet},      {"set", runSet},       {"diff", runDiff},
-    {"check", runCheck},  {"backup", runBackup}, {"restore", runRestore},
-    {"run", runFunction}, {"report", runReport}, {"describe", runDescribe},
+    {"get", runGet},         {"set", runSet},           {"diff", runDiff},    {"check", runCheck},
+    {"backup", runBackup},   {"restore", runRestore},   {"run", runFunction}, {"report", runReport},
+    {"metrics", runMetrics}, {"describe", runDescribe},
 };
 
 } // namespace

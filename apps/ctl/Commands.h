@@ -31,6 +31,7 @@ void runCheck(const ControlCommandLine &line, const CommandEnd &end);
 void runBackup(const ControlCommandLine &line, const CommandEnd &end);
 void runFunction(const ControlCommandLine &line, const CommandEnd &end);
 void runReport(const ControlCommandLine &line, const CommandEnd &end);
+void runMetrics(const ControlCommandLine &line, const CommandEnd &end);
 
 /// Runs the command that \a line names.
 void runCommand(const ControlCommandLine &line, const CommandEnd &end);

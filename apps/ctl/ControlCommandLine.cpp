@@ -251,6 +251,8 @@ QList<ControlCommand> controlCommands()
          ControlText::tr("Prints what support needs to know, without secrets: versions, the log of the "
                          "exchange and the files."),
          1, 1, false},
+        {"metrics", "ADDRESS",
+         ControlText::tr("Prints figures of the recorder in the text format of Prometheus."), 1, 1},
     };
 }
 
@@ -285,7 +287,7 @@ QList<ControlOption> controlOptions()
         {{"json"},
          {},
          ControlText::tr("Print for other programs."),
-         {"get", "set", "diff", "check", "restore", "describe", "run"}},
+         {"get", "set", "diff", "check", "restore", "describe", "run", "metrics"}},
         {{"captions"}, {}, ControlText::tr("Print what the setup window calls the values, too."), {"get"}},
         {{"secrets"},
          {},

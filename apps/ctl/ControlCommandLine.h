@@ -62,6 +62,7 @@ struct ControlCommandLine {
     int stopAfter = 0;             ///< so many failures; 0: never
     int canary = 0;                ///< so many first, before the others
     QString resume;                ///< the file that tells what was done; empty: none
+    QString recorderName;          ///< in the inventory
     QMap<QString, QString> values; ///< of the inventory, by path
     QString wanted;                ///< the file of wanted values of a check; empty: none
     QString file;                  ///< with values to be set; empty: none

@@ -4,6 +4,7 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "Inventory.h"
+#include "Metrics.h"
 #include "ProgressLine.h"
 #include "RecorderSession.h"
 #include "RunJournal.h"
@@ -12,6 +13,7 @@
 #include "ValuePatterns.h"
 #include "store/LogText.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTextStream>
@@ -50,6 +52,7 @@ QString filledIn(const QString &text, const InventoryEntry &recorder, QString &p
 QString makeLine(const ControlCommandLine &all, const InventoryEntry &recorder, ControlCommandLine &line)
 {
     line = all;
+    line.recorderName = recorder.name;
     line.asks = false; // several would ask at once
     if (!recorder.login.isEmpty())
         line.login = recorder.login;
@@ -171,9 +174,14 @@ private:
             ControlText::tr("%1 of %2, not done: %3").arg(m_ended).arg(m_runs.size()).arg(m_failures));
     }
 
-    void print(const RecorderRun &run, const CommandReport &report) const
+    void print(const RecorderRun &run, const CommandReport &report)
     {
         progressline::clear();
+        if (m_line.command == u"metrics" && !m_line.json) {
+            for (const auto &sample : report.document[QStringLiteral("samples")].toArray())
+                m_metrics.append(MetricSample::fromJson(sample.toObject()));
+            return; // those of one metric have to stand together
+        }
         QTextStream out(stdout);
         if (!m_line.json) {
             const QStringList lines = report.text.split(u'\n', Qt::SkipEmptyParts);
@@ -209,20 +217,21 @@ private:
     /// For people; beside JSON it is a message.
     void printTable() const
     {
-        QTextStream out(m_line.json ? stderr : stdout);
+        const bool isMessage = m_line.json || m_line.command == u"metrics";
+        QTextStream out(isMessage ? stderr : stdout);
         qsizetype width = 0;
         qsizetype stateWidth = 0;
         for (const RecorderRun &run : m_runs) {
             width = std::max(width, run.name.size());
             stateWidth = std::max(stateWidth, stateOf(run).size());
         }
-        if (!m_line.json)
+        if (!isMessage)
             out << '\n';
         for (const RecorderRun &run : m_runs) {
             const QString problem = run.outcome ? terminalText(logText(run.outcome->problem)) : QString();
             const QString state = problem.isEmpty() ? stateOf(run) : stateOf(run).leftJustified(stateWidth);
             out << terminalText(run.name).leftJustified(width) << "  "
-                << (m_line.json ? state : coloured(state, colourOf(run)))
+                << (isMessage ? state : coloured(state, colourOf(run)))
                 << (problem.isEmpty() ? QString() : QStringLiteral("  ") + problem) << '\n';
         }
     }
@@ -243,6 +252,7 @@ private:
     void finish()
     {
         progressline::clear();
+        QTextStream(stdout) << metricsText(m_metrics);
         printTable();
         const OutcomeHandler end = std::move(m_end);
         end(outcome());
@@ -251,6 +261,7 @@ private:
     const ControlCommandLine m_line;
     OutcomeHandler m_end;
     RunJournal m_journal;
+    QList<MetricSample> m_metrics;
     std::vector<RecorderRun> m_runs;
     size_t m_next = 0;  ///< to begin
     size_t m_ended = 0; ///< of those that have begun

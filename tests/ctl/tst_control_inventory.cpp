@@ -37,6 +37,7 @@ private Q_SLOTS:
     void goesOnAfterAFailure();
     void takesAnInterruptedRunUp();
     void tellsWhoComplies();
+    void printsMetrics();
     void refusesBadInventories_data();
     void refusesBadInventories();
     void refusesWhatFitsNoInventory_data();
@@ -217,6 +218,36 @@ void TestControlInventory::tellsWhoComplies()
                       "gate  differs  values that differ: 1\n"
                       "hall  done\n"
                       "yard  differs  values that differ: 1\n");
+}
+
+void TestControlInventory::printsMetrics()
+{
+    m_recorders[1]->setFaults({{Kind::Error, 0, "busy", "GET NET CONFIG"}});
+    const ControlRun run = this->run({"metrics", "--inventory", iniFile()});
+    QCOMPARE(run.exitCode, 1);
+    static const QRegularExpression Line(
+        "^(# (HELP|TYPE) ([a-z_]+) .+|([a-z_]+)\\{[a-z]+=\"[^\"]*\"(,[a-z]+=\"[^\"]*\")*\\} -?[0-9.e+]+)$");
+    QStringList metrics; // in their order: those of one metric stand together
+    QStringList lines = run.out.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.removeDuplicates(), 0);
+    for (const QString &line : std::as_const(lines)) {
+        const auto match = Line.match(line);
+        QVERIFY2(match.hasMatch(), qPrintable(line));
+        const QString metric = match.captured(3) + match.captured(4);
+        if (metrics.isEmpty() || metrics.last() != metric) {
+            QVERIFY2(!metrics.contains(metric) && line.startsWith("# HELP"), qPrintable(line));
+            metrics << metric;
+        }
+    }
+    for (const char *sample :
+         {"paravue_up{recorder=\"gate\"} 1\n", "paravue_up{recorder=\"hall\"} 0\n",
+          "paravue_recorder_info{firmware=\"4.2.1\",model=\"", "paravue_users{recorder=\"yard\"} ",
+          "paravue_disk_temperature_celsius{disk=\"DISC1\",recorder=\"gate\"} 38\n"})
+        QVERIFY2(run.out.contains(sample), sample);
+    static const QRegularExpression Clock(
+        "paravue_clock_difference_seconds\\{recorder=\"gate\"\\} (-?[0-9]+)\n");
+    const auto clock = Clock.match(run.out);
+    QVERIFY2(clock.hasMatch() && qAbs(clock.captured(1).toInt()) < 60, qPrintable(run.out));
 }
 
 void TestControlInventory::refusesBadInventories_data()
