@@ -5,6 +5,10 @@
 
 #include <array>
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <zlib.h>
 
 namespace paravue::bench
@@ -84,6 +88,41 @@ void PlainClient::send()
     start(Task::Send);
 }
 
+void PlainClient::sendBlocking() const
+{
+    const int connection = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(m_port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int now = 1;
+    ::setsockopt(connection, IPPROTO_TCP, TCP_NODELAY, &now, sizeof(now));
+    if (::connect(connection, reinterpret_cast<const sockaddr *>(&address), sizeof(address)) != 0)
+        qFatal("Cannot connect");
+    const auto exchange = [connection](const QByteArray &request) {
+        for (qsizetype sent = 0; sent < request.size();) {
+            const auto taken = ::write(connection, request.constData() + sent, size_t(request.size() - sent));
+            if (taken <= 0)
+                qFatal("Cannot send");
+            sent += taken;
+        }
+        QByteArray reply;
+        std::array<char, 4096> block;
+        while (!reply.endsWith(AnswerOk)) {
+            const auto size = ::read(connection, block.data(), block.size());
+            if (size <= 0)
+                qFatal("The recorder refuses: %s", reply.constData());
+            reply.append(block.data(), size);
+        }
+    };
+    exchange("\x04LOGIN=" + m_login + "\r\nPASS=" + m_password + "\r\n");
+    for (const File &file : Files) {
+        if (file.put)
+            exchange(requestWithFile(file.put, file.name));
+    }
+    ::close(connection);
+}
+
 void PlainClient::start(Task task)
 {
     m_task = task;
@@ -127,14 +166,19 @@ void PlainClient::nextRequest()
 
 void PlainClient::sendFile(const QByteArray &request, const QString &name)
 {
-    QFile file(m_paths[name]);
+    m_socket.write(requestWithFile(request, name));
+}
+
+QByteArray PlainClient::requestWithFile(const QByteArray &request, const QString &name) const
+{
+    QFile file(m_paths.at(name));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("Cannot read %s", qPrintable(name));
     QByteArray content = file.readAll();
     if (content.startsWith(SectionLine))
         content.remove(0, SectionLine.size());
     content.replace("\r\n", "\n");
-    m_socket.write(request + "LENGTH=" + QByteArray::number(content.size()) + "\r\n" + content);
+    return request + "LENGTH=" + QByteArray::number(content.size()) + "\r\n" + content;
 }
 
 void PlainClient::saveReply(const QByteArray &body)

@@ -27,6 +27,8 @@ public:
 
     void fetch();
     void send();
+    /// The same with the system's own calls, each of which waits until it is done.
+    void sendBlocking() const;
 
     qint64 receivedBytes() const { return m_receivedBytes; }
 
@@ -40,6 +42,7 @@ private:
     void readReply();
     void nextRequest();
     void sendFile(const QByteArray &request, const QString &name);
+    QByteArray requestWithFile(const QByteArray &request, const QString &name) const;
     void saveReply(const QByteArray &body);
     void save(const QString &name, const QByteArray &content);
 

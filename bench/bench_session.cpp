@@ -140,6 +140,47 @@ void sendSession(benchmark::State &state)
 }
 BENCHMARK(sendSession)->Apply(applyPaired);
 
+Seconds sendPeersBlocking(const SimulatedRecorder &recorder)
+{
+    Peer peer(recorder);
+    peer.fetchAll();
+    const Clock::time_point began = Clock::now();
+    peer.sendBlocking();
+    return Clock::now() - began;
+}
+
+/// The first save of a session, in which values of all files were read.
+Seconds sendOursAfterReading(const SimulatedRecorder &recorder)
+{
+    Store store(recorder);
+    store.fetch();
+    for (const QString &name : store.fetchedFiles()) {
+        if (name != "interface") // which holds no values
+            benchmark::DoNotOptimize(store.value(name + "/untitled/NAME/"));
+    }
+    return store.send();
+}
+
+Seconds sendOurs(const SimulatedRecorder &recorder)
+{
+    Store store(recorder);
+    store.fetch();
+    return store.send();
+}
+
+template <auto ours, int limit>
+void sendingBesideASocket(benchmark::State &state)
+{
+    const SimulatedRecorder recorder(int(state.range(0)));
+    PairedOptions options;
+    options.limit = limit;
+    pairedRatio(
+        state, [&] { return ours(recorder); }, [&] { return sendPeersBlocking(recorder); }, options);
+}
+BENCHMARK(sendingBesideASocket<sendOurs, 3>)->Arg(1)->Apply(applyPaired);
+BENCHMARK(sendingBesideASocket<sendOursAfterReading, 4>)->Arg(1)->Apply(applyPaired);
+BENCHMARK(sendingBesideASocket<sendOursAfterReading, 8>)->Arg(LargeTimes)->Apply(applyPaired);
+
 /// The slowest command of a store(): with a delay of gathered bytes it takes some 40 ms, without one it is
 /// far below.
 void sendSlowestCommand(benchmark::State &state)

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryFile>
 
 namespace paravue
 {
@@ -26,20 +25,35 @@ LocalFiles::~LocalFiles() = default;
 
 QString LocalFiles::add(const QString &name, const QByteArray &content)
 {
-    // The temporary folder may have been cleaned up meanwhile.
-    if (!m_folder || !QFile::exists(m_folder->path()))
+    QFile file;
+    if (!open(file)) {
+        // The temporary folder may have been cleaned up meanwhile.
+        if (m_folder && QFile::exists(m_folder->path()))
+            return {};
         m_folder = SessionFolder::make(QDir::tempPath());
-    if (!m_folder)
+        if (!open(file))
+            return {};
+    }
+    if (file.write(content) != content.size()) {
+        file.remove();
         return {};
-    QTemporaryFile file(m_folder->path() + QStringLiteral("/XXXXXX"));
-    if (!file.open() || file.write(content) != content.size() || !file.flush())
-        return {};
-    file.setAutoRemove(false);
+    }
     QStringList &paths = m_paths[name];
     paths << file.fileName();
     if (paths.size() > KeptCopies)
         QFile::remove(paths.takeFirst());
     return paths.constLast();
+}
+
+/// Nobody else may put a file into the folder, so a number is a new name.
+bool LocalFiles::open(QFile &file)
+{
+    if (!m_folder)
+        return false;
+    file.setFileName(m_folder->path() + u'/' + QString::number(++m_count));
+    // With a buffer a full disk would show only when the file is closed.
+    return file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
+                     QFile::ReadOwner | QFile::WriteOwner);
 }
 
 void LocalFiles::takeBack(const QString &name)

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QFile;
+
 namespace paravue
 {
 
@@ -17,8 +19,7 @@ class SessionFolder;
 /// session with a periodic report does not fill the disk. What a session could not remove, because its
 /// program was killed, the next one removes at its beginning.
 ///
-/// They are held by their paths: a QTemporaryFile keeps its descriptor for as long as it lives, and a
-/// session with some hundred functions would run out of them.
+/// They are held by their paths: a session with some hundred functions would run out of descriptors.
 class LocalFiles
 {
 public:
@@ -32,7 +33,10 @@ public:
     void takeBack(const QString &name);
 
 private:
+    bool open(QFile &file);
+
     std::unique_ptr<SessionFolder> m_folder; ///< made for the first copy
+    int m_count = 0;                         ///< files that were made
     QHash<QString, QStringList> m_paths;     ///< by name, the oldest first
 };
 

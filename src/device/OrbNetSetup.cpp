@@ -4,6 +4,7 @@
 #include "device/LocalFiles.h"
 #include "device/login/DefaultCredentialsSource.h"
 #include "device/login/RememberedLogins.h"
+#include "device/protocol/DescriptionFileList.h"
 #include "device/protocol/DeviceAddress.h"
 #include "device/protocol/Limits.h"
 #include "device/protocol/LoginFrames.h"
@@ -51,7 +52,8 @@ Q_LOGGING_CATEGORY(linkLog, "paravue.link", QtWarningMsg)
 OrbNetSetup::OrbNetSetup(const QString &address)
     : OrbSetup(address), m_socket(new QTcpSocket(this)), m_temporaries(std::make_unique<LocalFiles>()),
       m_bcshTimer(new QTimer(this)), m_reply(std::make_unique<ReplyFrame>()),
-      m_credentialsSource(defaultCredentialsSource()), m_waiting(new QTimer(this))
+      m_credentialsSource(defaultCredentialsSource()), m_fileList(std::make_unique<KnownFileList>()),
+      m_waiting(new QTimer(this))
 {
     m_socket->setReadBufferSize(MaxUnreadBytes);
     connect(m_socket, &QTcpSocket::connected, this, &OrbNetSetup::connected);

@@ -20,6 +20,7 @@ class QTimer;
 namespace paravue
 {
 struct DeviceCommand;
+class KnownFileList;
 class LocalFiles;
 class ReplyFrame;
 struct ListedFile;
@@ -253,5 +254,6 @@ private:
     bool m_isLoginGiven = false;    ///< the user was asked and has answered
     Timeouts m_timeouts;
     std::optional<PartialFetch> m_partialFetch;
+    std::unique_ptr<paravue::KnownFileList> m_fileList; ///< of the description that was met last
     QTimer *m_waiting; ///< runs while the exchange waits for the recorder, if there is a time-out
 };

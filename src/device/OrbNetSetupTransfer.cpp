@@ -415,7 +415,8 @@ void OrbNetSetup::_overwrite_cmdlist(const QString &name)
 
 void OrbNetSetup::replaceCommandList(const QByteArray &description)
 {
-    const auto files = readDescriptionFileList(description);
+    // A copy: a report may run an event loop, and a fetch within it.
+    const std::optional<QList<ListedFile>> files = m_fileList->of(description);
     if (!files)
         return;
     if (files->size() > MaxListedFiles) {

@@ -29,4 +29,22 @@ struct ListedFile {
 /// force. A list may well be empty.
 std::optional<QList<ListedFile>> readDescriptionFileList(const QByteArray &description);
 
+/// Remembers the answer for one description, which each save asks about once more.
+class KnownFileList
+{
+public:
+    const std::optional<QList<ListedFile>> &of(const QByteArray &description)
+    {
+        if (description != m_description) {
+            m_files = readDescriptionFileList(description);
+            m_description = description;
+        }
+        return m_files;
+    }
+
+private:
+    QByteArray m_description;
+    std::optional<QList<ListedFile>> m_files;
+};
+
 } // namespace paravue
