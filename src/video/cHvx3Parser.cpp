@@ -80,6 +80,9 @@ void cHvx3Parser::append(const QByteArray &bytes)
 void cHvx3Parser::feed()
 {
     const QByteArrayView rest = std::exchange(m_rest, QByteArrayView());
+    if (isGarbageBefore(rest)) {
+        skip(m_input.size());
+    }
     if (m_input.size() == 0) {
         m_input.borrow(rest);
         return;
@@ -87,6 +90,21 @@ void cHvx3Parser::feed()
     const qsizetype wanted = m_missing > 0 ? std::min(m_missing, rest.size()) : rest.size();
     m_input.append(rest.first(wanted));
     m_rest = rest.sliced(wanted);
+}
+
+/// True when no record begins in the few bytes that a search has left, so that \a rest need not follow them.
+bool cHvx3Parser::isGarbageBefore(QByteArrayView rest) const
+{
+    constexpr qsizetype Ahead = MagicSize - 1;
+    const QByteArrayView left = m_input.unread();
+    const bool isSearching = m_state == AwaitHeader || m_state == AwaitIndex;
+    if (!isSearching || left.isEmpty() || left.size() > Ahead || rest.size() < Ahead) {
+        return false;
+    }
+    std::array<char, 2 * Ahead> border;
+    const auto end = std::copy_n(rest.begin(), Ahead, std::copy(left.begin(), left.end(), border.begin()));
+    const QByteArrayView bytes(border.data(), end - border.begin());
+    return (m_state == AwaitHeader ? findHeaderMagic(bytes) : findRecordMagic(bytes)) == left.size();
 }
 
 void cHvx3Parser::keepRest()

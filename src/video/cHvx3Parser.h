@@ -67,6 +67,7 @@ private:
 
     void feed();
     void parse();
+    bool isGarbageBefore(QByteArrayView rest) const;
     void keepRest();
     bool step();
     bool headerStep();
