@@ -140,6 +140,29 @@ void growthPerControl(benchmark::State &state)
 }
 BENCHMARK(growthPerControl)->Apply(paravue::bench::applyPaired);
 
+template <typename Make>
+Seconds timeToClose(Make make)
+{
+    auto shown = make();
+    const auto start = std::chrono::steady_clock::now();
+    shown.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return std::chrono::steady_clock::now() - start;
+}
+
+void closeBesideHandWrittenCode(benchmark::State &state)
+{
+    const FormFiles files(int(state.range(0)));
+    paravue::bench::pairedRatio(
+        state,
+        [&] {
+            SetupForm form(files);
+            return timeToClose([&] { return std::move(form.window); });
+        },
+        [&] { return timeToClose([&] { return shownHandWrittenForm(files); }); }, {.limit = 3.5});
+}
+BENCHMARK(closeBesideHandWrittenCode)->Arg(100)->Arg(1000)->Arg(10'000)->Apply(paravue::bench::applyPaired);
+
 /// So few that they stay in the caches, which those of 10,000 controls do not, whoever edits them.
 constexpr int FewFields = 20;
 
@@ -211,7 +234,7 @@ void editTracked(benchmark::State &state)
     const QList<QLineEdit *> ofTracked = fieldsOf(tracked).first(FewFields);
     const QList<QLineEdit *> ofPlain = fieldsOf(plain).first(FewFields);
     paravue::bench::pairedRatio(
-        state, [&] { return editOften(ofTracked); }, [&] { return editOften(ofPlain); }, {.limit = 1.3});
+        state, [&] { return editOften(ofTracked); }, [&] { return editOften(ofPlain); }, {.limit = 1.6});
 }
 BENCHMARK(editTracked)->Apply(paravue::bench::applyPaired);
 
