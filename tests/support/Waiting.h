@@ -6,8 +6,19 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace paravue::test
 {
+
+/// How many milliseconds tests wait for what has to happen. PARAVUE_TEST_PATIENCE says how many times longer
+/// than usual that is on a slow system.
+inline int patience()
+{
+    constexpr int Usual = 5000;
+    static const int factor = std::max(1, qEnvironmentVariableIntValue("PARAVUE_TEST_PATIENCE"));
+    return Usual * factor;
+}
 
 /// Runs the event loop until \a isDone() is true; false when that takes longer. It is called after every
 /// event, and every ten milliseconds for changes that come without an event.
@@ -15,7 +26,7 @@ namespace paravue::test
 /// QTest::qWaitFor() and QTRY_COMPARE() sleep between two checks, so a conversation of twenty messages would
 /// sleep twenty times.
 template <typename Predicate>
-bool waitUntil(Predicate isDone, int milliseconds = 5000)
+bool waitUntil(Predicate isDone, int milliseconds = patience())
 {
     constexpr int PollInterval = 10;
     const QDeadlineTimer end(milliseconds);
@@ -36,11 +47,11 @@ bool waitUntil(Predicate isDone, int milliseconds = 5000)
 
 #define AWAIT_VERIFY_WITHIN(condition, milliseconds)                                                         \
     QVERIFY2(paravue::test::waitUntil([&] { return bool(condition); }, milliseconds), #condition)
-#define AWAIT_VERIFY(condition) AWAIT_VERIFY_WITHIN(condition, 5000)
+#define AWAIT_VERIFY(condition) AWAIT_VERIFY_WITHIN(condition, paravue::test::patience())
 
 #define AWAIT_COMPARE_WITHIN(actual, expected, milliseconds)                                                 \
     do {                                                                                                     \
         static_cast<void>(paravue::test::waitUntil([&] { return (actual) == (expected); }, milliseconds));   \
         QCOMPARE(actual, expected);                                                                          \
     } while (false)
-#define AWAIT_COMPARE(actual, expected) AWAIT_COMPARE_WITHIN(actual, expected, 5000)
+#define AWAIT_COMPARE(actual, expected) AWAIT_COMPARE_WITHIN(actual, expected, paravue::test::patience())
