@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <functional>
+
 using namespace paravue;
 using namespace paravue::test;
 using Result = SaveOutcome::Result;
@@ -72,15 +74,30 @@ QString TestFinishSave::address() const
     return "admin:admin@127.0.0.1:" + QString::number(qint16(m_recorder->port()));
 }
 
+namespace
+{
+
+/// Calls \a act once, with the first dialog that has the focus, while \a context lives.
+void whenADialogIsOpen(QObject &context, const std::function<void(QWidget &)> &act)
+{
+    auto *poll = new QTimer(&context);
+    QObject::connect(poll, &QTimer::timeout, &context, [poll, act] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog || !dialog->isActiveWindow() || !QApplication::focusWidget())
+            return;
+        poll->stop();
+        act(*dialog);
+    });
+    poll->start(10);
+}
+
+} // namespace
+
 void TestFinishSave::saveAndAskToStop(OrbNetSetup &store)
 {
     m_recorder->setReplyDelay(120);
     store.store();
-    QTimer::singleShot(400, &store, [] {
-        auto *dialog = QApplication::activeModalWidget();
-        QVERIFY(dialog);
-        QTest::keyClick(dialog, Qt::Key_Escape);
-    });
+    whenADialogIsOpen(store, [](QWidget &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
 }
 
 namespace
@@ -118,11 +135,9 @@ void TestFinishSave::waitsForTheSave()
     store.store();
     // The impatient second Enter, and a look at what has the focus.
     bool isFocused = false;
-    QTimer::singleShot(500, &store, [&] {
-        auto *dialog = QApplication::activeModalWidget();
-        QVERIFY(dialog);
-        isFocused = dialog->findChild<QPushButton *>()->hasFocus();
-        QTest::keyClick(dialog, Qt::Key_Return);
+    whenADialogIsOpen(store, [&](QWidget &dialog) {
+        isFocused = dialog.findChild<QPushButton *>()->hasFocus();
+        QTest::keyClick(&dialog, Qt::Key_Return);
     });
     const SaveOutcome outcome = FinishParavueSetup(&store);
     QCOMPARE(outcome.result, Result::Done);
