@@ -437,7 +437,7 @@ void TestPictureActions::tellsTheTimeOfStillPictures()
     QCOMPARE(online.valueText(), QString());
     // Where it covers no cells.
     auto &mask = played.view<MaskEditor>();
-    QCOMPARE(mask.accessibleDescription(), said);
+    QCOMPARE(mask.accessibleDescription(), "Picture of 2026-03-04 05:06:07");
     const QImage cells = mask.grab(mask.pictureRect()).toImage();
     const QImage whole = mask.grab().toImage();
     mask.setCaption("Picture of 11:11:11");
