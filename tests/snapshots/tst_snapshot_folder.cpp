@@ -233,7 +233,7 @@ void TestSnapshotFolder::leavesNothingHalfWhenKilled()
         QProcess writer;
         writer.start(QCoreApplication::applicationFilePath(), {"keep", root});
         AWAIT_VERIFY_WITHIN(writer.canReadLine(), 30'000); // a program that has just started is slow
-        const qint64 wait = 13 * kill; // another place in the middle of a write each time
+        const qint64 wait = kill * 13;                     // another place in the middle of a write each time
         const QDeadlineTimer end(wait);
         waitUntil([&] { return end.hasExpired(); });
         writer.kill();
