@@ -68,6 +68,7 @@ private Q_SLOTS:
     void tellsThatItDoesNotTurn();
     void tellsOfPoints_data();
     void tellsOfPoints();
+    void doubtsPointsOnce();
     void trustsARecorderThatTurns();
     void sendsReplacedPoints();
 };
@@ -135,6 +136,27 @@ void TestCameraLink::tellsOfPoints()
     QTEST(camera.source.commands, "commands");
     AWAIT_VERIFY(camera.link.remark().contains(remark));
     QVERIFY2(camera.cross.valueText().contains(remark), qPrintable(camera.cross.valueText()));
+}
+
+/// Each time only behind a turn that was ignored.
+void TestCameraLink::doubtsPointsOnce()
+{
+    Camera camera;
+    const auto setPoint = [&camera] {
+        Q_EMIT camera.calibrator.signal_Point_calibrated(1);
+        return camera.link.remark().contains("takes a point");
+    };
+    QVERIFY(setPoint());
+    camera.link.setLive(false, true); // takes the remark back
+    camera.link.setLive(true, true);
+    QVERIFY(!setPoint());
+
+    QTimer pictures;
+    connect(&pictures, &QTimer::timeout, this, [&] { ++camera.source.heard; });
+    pictures.start(40);
+    QTest::keyClick(&camera.cross, Qt::Key_Right);
+    AWAIT_VERIFY(camera.link.remark().contains("does not turn the camera"));
+    QVERIFY(setPoint());
 }
 
 void TestCameraLink::trustsARecorderThatTurns()

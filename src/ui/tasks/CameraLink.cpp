@@ -75,6 +75,7 @@ CameraLink::CameraLink(PictureSource &source) : m_source(source)
     connect(&m_remarkTime, &QTimer::timeout, this, [this] { setRemark({}); });
     connect(&source, &PictureSource::cameraMoved, this, [this] {
         m_isObeyed |= m_wait.isActive();
+        m_isIgnored &= !m_isObeyed;
         stopWaiting();
         sendPosition(position());
     });
@@ -158,7 +159,8 @@ void CameraLink::goTo(int point)
 void CameraLink::setPoint(int point, const QString &text)
 {
     m_source.setPoint(point, text);
-    if (!m_isObeyed)
+    // Once, unless the camera does not turn either: most logins may do both.
+    if (!m_isObeyed && (m_isIgnored || !std::exchange(m_hasDoubtedPoints, true)))
         setRemark(
             tr("The recorder does not say whether it takes a point from this login, for which it has not "
                "turned the camera so far."));
@@ -206,6 +208,7 @@ void CameraLink::checkAnswer()
         return;
     m_wait.stop();
     m_poll.stop();
+    m_isIgnored = true;
     setRemark(m_waitRemark);
 }
 

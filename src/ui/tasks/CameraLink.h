@@ -86,7 +86,9 @@ private:
     QString m_remark;
     QTimer m_remarkTime;
     bool m_isLive = true;
-    bool m_isObeyed = false; ///< the camera has turned when it was told to
+    bool m_isObeyed = false;         ///< the camera has turned when it was told to
+    bool m_isIgnored = false;        ///< it has not
+    bool m_hasDoubtedPoints = false; ///< the user was told that points may be ignored
 };
 
 } // namespace paravue
