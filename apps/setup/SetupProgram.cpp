@@ -67,13 +67,13 @@ WindowOptions windowOptions(const CommandLine &commandLine)
                           .memory = {rememberedWindow, rememberWindow},
                           .tracksChanges = true,
                           .asksBeforeClosing = true,
-                          .reviewsBeforeSending = true,
+                          .reviewBeforeSending = true,
                           .comparesBeforeSending = true,
                           .confirmsSaves = true,
                           .confirmsDangerousFunctions = true};
     const bool isOpened = !commandLine.snapshot.isEmpty() && !commandLine.sendsEdits;
     if (isOpened) { // nothing is sent, and nothing can be fetched
-        options.reviewsBeforeSending = false;
+        options.reviewBeforeSending = false;
         options.offersRefresh = false;
     }
     if (!isOpened && commandLine.description.isEmpty())

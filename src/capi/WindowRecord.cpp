@@ -48,7 +48,7 @@ WindowOptions WindowRecord::windowOptions() const
     options.hasStatusLine = !has(PARAVUE_WINDOW_HAS_NO_STATUS_LINE);
     options.tracksChanges = has(PARAVUE_WINDOW_TRACKS_CHANGES);
     options.asksBeforeClosing = has(PARAVUE_WINDOW_ASKS_BEFORE_CLOSING);
-    options.reviewsBeforeSending = has(PARAVUE_WINDOW_REVIEWS_BEFORE_SENDING);
+    options.reviewBeforeSending = has(PARAVUE_WINDOW_REVIEWS_BEFORE_SENDING);
     options.comparesBeforeSending = has(PARAVUE_WINDOW_COMPARES_BEFORE_SENDING);
     options.confirmsSaves = has(PARAVUE_WINDOW_CONFIRMS_SAVES);
     options.confirmsDangerousFunctions = has(PARAVUE_WINDOW_CONFIRMS_DANGEROUS_FUNCTIONS);

@@ -171,8 +171,24 @@ void ChangeList::accept(const QList<Change> &sent)
 void ChangeList::doubt(const QList<Change> &sent)
 {
     for (const Change &change : sent) {
-        m_doubted.insert(change.path, change.newValue);
+        // What an earlier save has sent it may have as well.
+        if (change.newValue != oldValue(change.path))
+            m_doubted.insert(change.path, change.newValue);
         valueSet(change.path);
+    }
+}
+
+void ChangeList::settle(const QString &file)
+{
+    const QStringList paths = m_doubted.keys();
+    for (const QString &path : paths) {
+        if (ConfigAddress(path).file() != file)
+            continue;
+        m_doubted.remove(path);
+        const bool wasChanged = m_changes.remove(path);
+        valueSet(path);
+        if (wasChanged && !m_changes.contains(path))
+            Q_EMIT changed(path);
     }
 }
 

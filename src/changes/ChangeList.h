@@ -84,6 +84,8 @@ public:
     /// The recorder may have got the new values of \a sent. Each of them is a change, whatever is set, until
     /// it is accepted or its file fetched: who sets the old value again changes the new one.
     void doubt(const QList<Change> &sent);
+    /// The recorder was asked and has in \a file what it had before the doubted save.
+    void settle(const QString &file);
     /// Whether the recorder may have \a value at \a path, as far as doubt() tells.
     bool isDoubted(const QString &path, const QString &value) const;
 

@@ -145,13 +145,14 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
 {
     QList<ForeignChange> result;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
-        const QList<ValueDifference> found = sentDifferences(file.key(), known(file.key()), *file);
+        QList<ValueDifference> found = sentDifferences(file.key(), known(file.key()), *file);
+        found.removeIf([this](const ValueDifference &difference) { // nobody else's
+            return m_changes.isDoubted(difference.path, difference.after.value_or(QString()));
+        });
         for (const ValueDifference &difference : found) {
             if (!difference.canBeSet())
                 continue; // the recorder's is kept with its file
             const Change *own = m_changes.find(difference.path);
-            if (m_changes.isDoubted(difference.path, difference.after.value_or(QString())))
-                continue; // nobody else's
             if (own && own->newValue == difference.after.value_or(QString()))
                 continue;
             if (own || m_isEditable(difference.path) || !isMeasured(difference))
@@ -235,6 +236,10 @@ void SaveCheck::merge(const QSet<QString> &own)
         if ((!foreign.contains(change.path) || isOfOwnList(change.path)) &&
             files.contains(ConfigAddress(change.path).file().toString()))
             values.insert(change.path, change.newValue);
+    }
+    for (auto file = m_recorder.cbegin(); file != m_recorder.cend(); ++file) {
+        if (!files.contains(file.key()))
+            m_changes.settle(file.key());
     }
     takeRecorders(files);
     for (auto value = values.cbegin(); value != values.cend(); ++value)

@@ -308,7 +308,8 @@ bool OrbNetSetup::_isDataReady()
     }
     m_buffer.remove(0, m_reply->headerSize());
     m_reply->reset();
-    noteUnanswered(QString());
+    if (m_state >= FirstCommand)
+        noteUnanswered(QString());
     const ReplyContent content = takeAnswer(m_buffer);
     switch (content.answer) {
     case ReplyContent::Answer::Ok:

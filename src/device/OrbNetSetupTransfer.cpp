@@ -186,8 +186,10 @@ void OrbNetSetup::dropLaterEdits(const QStringList &names)
 void OrbNetSetup::expectArrivals(const std::optional<QStringList> &only)
 {
     SaveStatus status;
-    if (only)
+    if (only) {
         status.arrived = saveStatus().arrived;
+        status.unanswered = saveStatus().unanswered;
+    }
     for (const auto &entry : m_cmdlist) {
         const QString name = QString::fromUtf8(entry->name);
         if (only && !only->contains(name))

@@ -184,10 +184,16 @@ void ExchangeQueue::giveUp()
 
 void ExchangeQueue::repeat()
 {
-    if (!m_hasFailed)
+    if (m_store.linkStatus().state == LinkStatus::State::Running || m_last.name.isEmpty())
         return;
     m_store.resetLink();
     perform(Call(m_last));
+}
+
+void ExchangeQueue::forgetFailed()
+{
+    m_hasLast = false;
+    m_hasFailed = false;
 }
 
 QStringList ExchangeQueue::waiting() const

@@ -53,8 +53,12 @@ public:
     bool canRepeat() const { return m_hasFailed; }
     /// The name of the function that repeat() calls; empty without one.
     QString failedName() const { return m_hasFailed ? m_last.name : QString(); }
-    /// Gives up the failed exchange and calls its function once more.
+    /// Calls the function that a user has called last once more, after giving up its failed exchange. Does
+    /// nothing while an exchange runs.
     void repeat();
+    /// To be called before an exchange that has nothing to do with the failed one, a new fetch for example,
+    /// whose end would count as that of the failed one otherwise.
+    void forgetFailed();
     /// Gives up the running exchange, and everything that waits for its end.
     void giveUpRunning();
     /// Gives up everything that waits.

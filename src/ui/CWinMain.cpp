@@ -271,10 +271,9 @@ void CWinMain::accept()
 void CWinMain::reject()
 {
     const Busy busy(*this);
-    const bool asks = hasChangesToAskAbout() && isVisible();
     if (!mayClose())
         return;
-    if (asks || (m_editing && m_editing->isSaveOutdated()))
+    if (m_editing && m_editing->isSaveOutdated())
         m_setup->abandonSave();
     QDialog::reject();
 }
@@ -517,6 +516,7 @@ void CWinMain::refresh()
     // An exchange may have begun meanwhile.
     if (!isAllowed || !m_status->canRefresh())
         return;
+    ExchangeQueue::of(*m_setup).forgetFailed();
     m_setup->resetLink();
     m_isRefreshing = true;
     m_setup->load();

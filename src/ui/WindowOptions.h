@@ -46,7 +46,7 @@ struct WindowOptions {
     /// With tracksChanges: a window with changes that is closed without OK asks whether they are to be sent.
     bool asksBeforeClosing = false;
     /// With tracksChanges: a save shows the list of changes before the first byte is sent.
-    bool reviewsBeforeSending = false;
+    bool reviewBeforeSending = false;
     /// With tracksChanges: before a save, the files are fetched again; what somebody else has changed
     /// meanwhile is shown, and kept unless the user decides otherwise.
     bool comparesBeforeSending = false;

@@ -96,7 +96,7 @@ struct Sending {
         options.tracksChanges = true;
         options.comparesBeforeSending = compares;
         options.confirmsSaves = true;
-        options.reviewsBeforeSending = isReviewed;
+        options.reviewBeforeSending = isReviewed;
         options.snapshots.folder = snapshots;
         window = std::make_unique<CWinMain>(&store, nullptr, CWinMain::Placement::Window, options);
         isLoaded = loaded.wait(20'000) && waitUntil([this] { return isIdle(); });
@@ -203,6 +203,7 @@ private Q_SLOTS:
     void sendsTheRestOfAStoppedSave();
     void goesOnEditingAfterABrokenSave();
     void knowsWhatHasArrivedBeforeAStop();
+    void sendsAListThatWasTakenBackBehindASilence();
     void triesAgainLikeANewSave();
     void sendsNothingThatWasTakenBack_data();
     void sendsNothingThatWasTakenBack();
@@ -459,6 +460,41 @@ void TestCheckedSave::knowsWhatHasArrivedBeforeAStop()
     QCOMPARE(session.changes(), QString());
 }
 
+/// Nobody else has touched it.
+void TestCheckedSave::sendsAListThatWasTakenBackBehindASilence()
+{
+    setFile("net", Net + "CNT=2\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\n");
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.store.setValue("net/untitled/CNT/1");
+    session.store.setValue("net/untitled/NAME0/bob");
+    setFaults({"never@PUT NET CONFIG"});
+    const ModalWatcher question(
+        [](QWidget &box) { static_cast<QMessageBox &>(box).button(QMessageBox::Yes)->click(); });
+    {
+        SavePilot pilot(Steps{{"Sending \"net\"", "Stop"}, {"Sending was stopped", "Go on editing"}});
+        session.pressOk();
+        QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    }
+    session.store.setValue("net/untitled/CNT/2");
+    session.store.setValue("net/untitled/NAME0/ann");
+    QCOMPARE(session.changes(), QString("2 changes"));
+    setFaults({});
+    bool isAsked = false;
+    const ModalWatcher foreign(
+        [&isAsked](QWidget &dialog) {
+            isAsked = true;
+            static_cast<QDialog &>(dialog).accept();
+        },
+        "paravue::ForeignChangesDialog");
+    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QVERIFY(!isAsked);
+    const FileValues saved(net());
+    QCOMPARE(saved.value("untitled/CNT").value_or("") + saved.value("untitled/NAME0").value_or(""), "2ann");
+}
+
 void TestCheckedSave::triesAgainLikeANewSave()
 {
     Sending session(address());
@@ -479,7 +515,13 @@ void TestCheckedSave::triesAgainLikeANewSave()
             static_cast<QDialog &>(dialog).accept();
         },
         "paravue::ForeignChangesDialog");
-    SavePilot pilot(Steps{{"Sent and confirmed", "Close"}});
+    const auto limit =
+        connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [this](const QString &name) {
+            if (name == "net")
+                QTimer::singleShot(0, this, [this] { setFile("net", net().replace("'new'", "'limited'")); });
+        });
+    SavePilot pilot(Steps{{"Sent, but the recorder keeps", "Send again", [&] { disconnect(limit); }},
+                          {"Sent and confirmed", "Close"}});
     session.window->findChild<QToolButton *>("statusRetry")->click();
     QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
     QVERIFY(isAsked);

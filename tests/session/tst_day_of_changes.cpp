@@ -65,7 +65,7 @@ void TestDayOfChanges::start()
     m_session.reset();
     WindowOptions options;
     options.tracksChanges = true;
-    options.reviewsBeforeSending = true;
+    options.reviewBeforeSending = true;
     options.comparesBeforeSending = true;
     options.confirmsSaves = true;
     options.snapshots = {.folder = m_snapshots.path()};

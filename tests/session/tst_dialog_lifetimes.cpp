@@ -107,7 +107,7 @@ void TestDialogLifetimes::endsUnderADialog_data()
         {"review before sending",
          {.className = "paravue::ReviewDialog",
           .pressed = "Save",
-          .prepare = [](WindowOptions &options) { options.reviewsBeforeSending = true; }}},
+          .prepare = [](WindowOptions &options) { options.reviewBeforeSending = true; }}},
         {"find", {.className = "paravue::FindDialog", .keys = QKeySequence::Find}},
         {"history", {.className = "paravue::HistoryDialog", .keys = Qt::CTRL | Qt::Key_H}},
         {"merge",

@@ -396,7 +396,7 @@ void TestLanguages::everyWindow()
                                           WindowOptions{.offersRefresh = true,
                                                         .tracksChanges = true,
                                                         .asksBeforeClosing = true,
-                                                        .reviewsBeforeSending = true,
+                                                        .reviewBeforeSending = true,
                                                         .comparesBeforeSending = true,
                                                         .confirmsSaves = true,
                                                         .confirmsDangerousFunctions = true,

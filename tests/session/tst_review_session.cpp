@@ -27,7 +27,7 @@ void TestReviewSession::mendsBeforeItSends()
     recorder::RecorderServer recorder(folder.path(), "standard");
     QVERIFY(recorder.listen());
     Session session("admin:admin@127.0.0.1:" + QString::number(qint16(recorder.port())),
-                    {.tracksChanges = true, .reviewsBeforeSending = true});
+                    {.tracksChanges = true, .reviewBeforeSending = true});
     QVERIFY(session.isFine());
     QWidget &window = *session.window;
     const auto press = [&window](const char *keys) {

@@ -740,7 +740,7 @@ void TestChangeReview::hidesWhatIsTypedHidden()
 
 void TestChangeReview::showsTheListBeforeItSends()
 {
-    TrackedWindow window({.reviewsBeforeSending = true});
+    TrackedWindow window({.reviewBeforeSending = true});
     auto *ok = window.button<QPushButton>("OK");
     ok->click(); // nothing to show
     QCOMPARE(window.value("tmp/untitled/OK"), "pressed");

@@ -156,7 +156,7 @@ bool EditingSession::maySendProblems()
 
 bool EditingSession::reviewBeforeSending()
 {
-    return !m_options.reviewsBeforeSending || m_changes->list().isEmpty() || review(true);
+    return !m_options.reviewBeforeSending || m_changes->list().isEmpty() || review(true);
 }
 
 bool EditingSession::review(bool offersSending)
@@ -212,6 +212,8 @@ bool EditingSession::mayClose()
         if (answer == ChangeTracking::Answer::Send)
             m_services.save();
     });
+    if (answer == ChangeTracking::Answer::Discard)
+        m_store->abandonSave();
     return answer == ChangeTracking::Answer::Discard;
 }
 

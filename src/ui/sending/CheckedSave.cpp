@@ -99,7 +99,7 @@ bool CheckedSave::prepare()
     if (compares && compareAndMerge() == Comparison::Stopped)
         return false;
     while (m_services.review()) {
-        const bool wasShown = m_options.reviewsBeforeSending && !m_changes.isEmpty();
+        const bool wasShown = m_options.reviewBeforeSending && !m_changes.isEmpty();
         if (!compares || !wasShown || !m_fetchProblem.isEmpty())
             return true;
         const Comparison comparison = compareAndMerge();
