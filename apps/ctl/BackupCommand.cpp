@@ -56,15 +56,7 @@ void runBackup(const ControlCommandLine &line, const CommandEnd &end)
     if (!line.output.isEmpty() && !line.force && QFileInfo::exists(line.output))
         return end(
             {ExitCode::LocalFile, ControlText::tr("%1 exists; --force overwrites it").arg(line.output)}, {});
-    Outcome problem;
-    const auto session = RecorderSession::open(line, problem);
-    if (!session)
-        return end(problem, {});
-    session->fetch([=](const Outcome &fetched) {
-        CommandReport report;
-        const Outcome outcome = fetched.isDone() ? keep(*session, line, report) : fetched;
-        end(outcome, report);
-    });
+    RecorderSession::runFetched(line, end, keep);
 }
 
 } // namespace paravue

@@ -138,15 +138,7 @@ Outcome describe(RecorderSession &session, const ControlCommandLine &line, Comma
 
 void runDescribe(const ControlCommandLine &line, const CommandEnd &end)
 {
-    Outcome problem;
-    const auto session = RecorderSession::open(line, problem);
-    if (!session)
-        return end(problem, {});
-    session->fetch([=](const Outcome &fetched) {
-        CommandReport report;
-        const Outcome outcome = fetched.isDone() ? describe(*session, line, report) : fetched;
-        end(outcome, report);
-    });
+    RecorderSession::runFetched(line, end, describe);
 }
 
 } // namespace paravue

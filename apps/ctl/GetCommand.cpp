@@ -117,15 +117,7 @@ Outcome report(RecorderSession &session, const ControlCommandLine &line, Command
 
 void runGet(const ControlCommandLine &line, const CommandEnd &end)
 {
-    Outcome problem;
-    const auto session = RecorderSession::open(line, problem);
-    if (!session)
-        return end(problem, {});
-    session->fetch([=](const Outcome &fetched) {
-        CommandReport found;
-        const Outcome outcome = fetched.isDone() ? report(*session, line, found) : fetched;
-        end(outcome, found);
-    });
+    RecorderSession::runFetched(line, end, report);
 }
 
 } // namespace paravue

@@ -4,6 +4,7 @@
 #include "ControlText.h"
 #include "LoginSource.h"
 #include "ProgressLine.h"
+#include "setup/LinkExitCode.h"
 #include "snapshots/SnapshotFolder.h"
 
 #include <QFile>
@@ -28,25 +29,6 @@ QList<RecorderSession *> &allSessions()
 }
 
 bool isProgramStopped = false;
-
-ExitCode exitCodeOf(LinkStatus::Cause cause)
-{
-    switch (cause) {
-    case LinkStatus::Cause::Network:
-    case LinkStatus::Cause::NoAnswer:
-        return ExitCode::Network;
-    case LinkStatus::Cause::Login:
-        return ExitCode::Login;
-    case LinkStatus::Cause::Refused:
-        return ExitCode::Rejected;
-    case LinkStatus::Cause::LocalFile:
-        return ExitCode::LocalFile;
-    case LinkStatus::Cause::None:
-    case LinkStatus::Cause::BadAnswer:
-        break;
-    }
-    return ExitCode::BadData;
-}
 
 Outcome stopped()
 {
@@ -98,7 +80,7 @@ private:
         const QString explanation = m_store.explanation(message);
         // What follows from the first problem would hide it.
         if (m_outcome.isDone())
-            m_outcome = {exitCodeOf(m_store.linkStatus().cause),
+            m_outcome = {exitCodeOf(m_store.linkStatus().cause, ExitCode::BadData),
                          explanation.isEmpty() ? message : explanation};
         // Some reports do not end the exchange.
         QMetaObject::invokeMethod(
@@ -198,6 +180,21 @@ void RecorderSession::fetch(const OutcomeHandler &then, int retries)
             m_store.resetLink();
             fetch(then, retries - 1);
         });
+}
+
+void RecorderSession::runFetched(
+    const ControlCommandLine &line, const CommandEnd &end,
+    const std::function<Outcome(RecorderSession &, const ControlCommandLine &, CommandReport &)> &work)
+{
+    Outcome problem;
+    const auto session = open(line, problem);
+    if (!session)
+        return end(problem, {});
+    session->fetch([=](const Outcome &fetched) {
+        CommandReport report;
+        const Outcome outcome = fetched.isDone() ? work(*session, line, report) : fetched;
+        end(outcome, report);
+    });
 }
 
 void RecorderSession::send(const QStringList &names, const OutcomeHandler &then)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Commands.h"
 #include "Outcome.h"
 #include "device/OrbNetSetup.h"
 #include "snapshots/RecorderLock.h"
@@ -32,6 +33,11 @@ public:
     /// Host and port, as recorderOfAddress() gives them.
     QString recorder() const;
 
+    /// Runs a command that needs what the recorder has and nothing else: opens a session, fetches all files,
+    /// lets \a work fill in the report, and ends the command.
+    static void runFetched(
+        const ControlCommandLine &line, const CommandEnd &end,
+        const std::function<Outcome(RecorderSession &, const ControlCommandLine &, CommandReport &)> &work);
     /// Fetches all files, again after a failed connection as often as the command line says.
     void fetch(const OutcomeHandler &then);
     /// Sends the files \a names.

@@ -1,6 +1,6 @@
 #include "ScreenshotTour.h"
 
-#include "SetupProgram.h"
+#include "LinkExitCode.h"
 
 #include "store/OrbSetup.h"
 

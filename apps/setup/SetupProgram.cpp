@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "DemoRecorder.h"
 #include "LanguageChoice.h"
+#include "LinkExitCode.h"
 #include "PreviewFiles.h"
 #include "PreviewWatch.h"
 #include "ProgramLog.h"
@@ -188,26 +189,6 @@ ExitCode runSnapshot(const CommandLine &commandLine)
 }
 
 } // namespace
-
-ExitCode exitCodeOf(LinkStatus::Cause cause, ExitCode otherwise)
-{
-    switch (cause) {
-    case LinkStatus::Cause::Network:
-    case LinkStatus::Cause::NoAnswer:
-        return ExitCode::Network;
-    case LinkStatus::Cause::Login:
-        return ExitCode::Login;
-    case LinkStatus::Cause::Refused:
-        return ExitCode::Rejected;
-    case LinkStatus::Cause::BadAnswer:
-        return ExitCode::BadData;
-    case LinkStatus::Cause::LocalFile:
-        return ExitCode::LocalFile;
-    case LinkStatus::Cause::None:
-        break;
-    }
-    return otherwise;
-}
 
 ExitCode runSession(const CommandLine &commandLine)
 {
