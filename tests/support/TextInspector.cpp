@@ -51,14 +51,13 @@ QRegularExpression described(const QString &text)
     return QRegularExpression("(?<!\\w)(?<!\\w )" + pattern + "(?!\\w)(?! \\w)");
 }
 
-/// Empty when the text of \a label fits.
+/// Empty when the text of \a label fits. A label that elides its text asks for less room than all of it
+/// takes.
 QString faultOfLabel(const QLabel &label)
 {
-    if (label.minimumSizeHint().width() == 0) // elides its text
-        return {};
-    const QSize needed = label.wordWrap()
-                             ? QSize(label.minimumSizeHint().width(), label.heightForWidth(label.width()))
-                             : label.sizeHint();
+    const QSize least = label.minimumSizeHint();
+    const QSize needed = label.wordWrap() ? QSize(least.width(), label.heightForWidth(label.width()))
+                                          : least.boundedTo(label.sizeHint());
     return needed.width() <= label.width() && needed.height() <= label.height()
                ? QString()
                : QString("needs %1 × %2").arg(needed.width()).arg(needed.height());
