@@ -295,7 +295,7 @@ void writeApostrophe(benchmark::State &state)
         return measured([&] { settings.write(); });
     };
     pairedRatio(
-        state, [&] { return write("it's"); }, [&] { return write("its"); }, {.limit = 1.2});
+        state, [&] { return write("it's"); }, [&] { return write("its"); }, {.limit = 1.8});
 }
 
 /// The time per line in a large file beside that in a medium one: cache misses, nothing quadratic.
@@ -322,18 +322,18 @@ void addKeys(benchmark::State &state)
             benchmark::DoNotOptimize(entries.numberOf(key));
     };
     const auto addToHash = [&] {
-        std::vector<paravue::IniEntries::Entry> entries;
+        QStringList entries;
         QHash<QString, quint32> numbers;
-        entries.reserve(size_t(sample.keys.size()));
+        entries.reserve(sample.keys.size());
         numbers.reserve(sample.keys.size());
         for (const QString &key : sample.keys) {
             if (numbers.contains(key))
                 continue;
             const QString kept(key.constData(), key.size()); // a key is a part of a line at first
             numbers.insert(kept, quint32(entries.size()));
-            entries.emplace_back(kept);
+            entries << kept;
         }
-        benchmark::DoNotOptimize(entries.data());
+        benchmark::DoNotOptimize(entries.constData());
     };
     pairedRatio(state, addToEntries, addToHash, {.limit = 0.7});
 }
@@ -419,11 +419,11 @@ void lookUp(benchmark::State &state)
 
 BENCHMARK(parse)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(parseEditWrite)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
-BENCHMARK(parseBeside<parseByHand, 350>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
-BENCHMARK(parseBeside<parseWithSimpleIni, 110>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(parseBeside<parseByHand, 150>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(parseBeside<parseWithSimpleIni, 90>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(parseBeside<parseWithInih, 0>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
-BENCHMARK(rewriteBeside<editByHand, 450>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
-BENCHMARK(rewriteBeside<editWithSimpleIni, 150>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(rewriteBeside<editByHand, 200>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
+BENCHMARK(rewriteBeside<editWithSimpleIni, 50>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(rewriteBeside<editPeer, 0>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(writeApostrophe)->Arg(Medium)->Apply(applyPaired);
 BENCHMARK(perLine<parseOurs>)->Apply(applyPaired);

@@ -111,7 +111,7 @@ FileContents SnapshotStore::sessionFiles() const
     FileContents files = m_snapshot->files;
     // With a section line, as the sections of what is edited in a file without one are not written.
     for (const QString &name : m_snapshot->info.filesLeftOut(files))
-        files.insert(name, iniSectionLine(DefaultSection).toUtf8());
+        files.insert(name, iniSectionLine(DefaultSection.toString()).toUtf8());
     // Empty, so that there is no message for each control that shows a value of theirs.
     for (const QString &name : OwnFiles) {
         if (!m_snapshot->files.contains(name))

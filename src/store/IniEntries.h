@@ -3,11 +3,11 @@
 #include "store/IniText.h"
 #include "store/KeyIndex.h"
 
+#include <QByteArrayView>
 #include <QHash>
 #include <QString>
 #include <QStringView>
 
-#include <cstring>
 #include <memory_resource>
 #include <vector>
 
@@ -15,16 +15,18 @@ namespace paravue
 {
 
 /// The values of one configuration file by "section/key". A value is found through a hash; the keys are
-/// sorted only when their order is asked for.
+/// sorted only when their order is asked for. They are kept as the file has them, in UTF-8.
 class IniEntries
 {
 public:
     class Entry
     {
     public:
-        explicit Entry(QStringView keptKey) : key(keptKey) {}
+        /// The bytes of the key stay where they are.
+        explicit Entry(QByteArrayView keptKey) : m_key(keptKey.data()), m_keySize(quint32(keptKey.size())) {}
 
-        QStringView key; ///< valid as long as the IniEntries holds it
+        /// "section/key", valid as long as the IniEntries holds it.
+        QByteArrayView key() const { return {m_key, qsizetype(m_keySize)}; }
 
         /// Most values of a file are never asked for, so each is taken from the \a text that it stands in
         /// when it is.
@@ -48,17 +50,19 @@ public:
         bool withdrawn = false; ///< its first value was taken back, so that the key counts as never set
 
         /// The part of the key before its first "/"; the default section when there is none.
-        QStringView section() const;
+        QByteArrayView section() const;
         /// The part of the key behind its first "/".
-        QStringView name() const;
+        QByteArrayView name() const;
 
     private:
         static constexpr quint32 InMemory = ~quint32(0);
 
         void take(const IniText &text) const;
 
-        mutable QString m_value;
+        const char *m_key;
+        quint32 m_keySize;
         mutable quint32 m_mark = InMemory;
+        mutable QString m_value;
     };
 
     bool isEmpty() const { return m_entries.empty(); }
@@ -66,34 +70,28 @@ public:
     /// Makes room for \a count entries in all.
     void reserve(qsizetype count);
 
-    const Entry *find(QStringView key) const
-    {
-        const quint32 number = find(key, qHash(key, m_seed));
-        return number == KeyIndex::None ? nullptr : &m_entries[number];
-    }
+    const Entry *find(QStringView key) const;
     /// The number of the entry of \a key, which is a new one when there is none.
     quint32 numberOf(QStringView key);
+    quint32 numberOf(QByteArrayView key);
     Entry &operator[](quint32 number) { return m_entries[number]; }
     const Entry &operator[](quint32 number) const { return m_entries[number]; }
 
     /// All entries in the order of their numbers: the oldest comes first.
     std::vector<Entry> &all() { return m_entries; }
     const std::vector<Entry> &all() const { return m_entries; }
-    /// All entries in the order of their keys. Valid until there is a new one.
+    /// All entries in the order of their keys as UTF-16. Valid until there is a new one.
     const std::vector<const Entry *> &sorted() const;
     static void sort(std::vector<const Entry *> &entries);
 
 private:
-    quint32 find(QStringView key, size_t hash) const
+    size_t hashOf(QByteArrayView key) const;
+    quint32 find(QByteArrayView key, size_t hash) const
     {
-        return m_index.find(hash, [&](quint32 number) {
-            const QStringView found = m_entries[number].key;
-            return found.size() == key.size() &&
-                   std::memcmp(found.utf16(), key.utf16(), size_t(key.size()) * sizeof(char16_t)) == 0;
-        });
+        return m_index.find(hash, [&](quint32 number) { return m_entries[number].key() == key; });
     }
 
-    QStringView keep(QStringView key);
+    QByteArrayView keep(QByteArrayView key);
 
     size_t m_seed = QHashSeed::globalSeed();
     std::pmr::monotonic_buffer_resource m_keys; ///< memory of the characters of all keys

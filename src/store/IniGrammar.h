@@ -54,6 +54,6 @@ QString iniKeyLine(QStringView name, QStringView value, EmptyValue emptyValue);
 QString iniSectionLine(QStringView name);
 
 /// Where keys live that stand before the first section line.
-inline constexpr QStringView DefaultSection = u"untitled";
+inline constexpr QLatin1StringView DefaultSection("untitled");
 
 } // namespace paravue

@@ -27,7 +27,7 @@ bool readIniMap(QIODevice &device, QMap<QString, QVariant> &map)
     // Qt's text mode drops every CR; only one directly before a LF belongs to the line end.
     device.setTextModeEnabled(false);
     device.seek(0);
-    QString section = DefaultSection.toString();
+    QString section = DefaultSection;
     while (!device.atEnd()) {
         QByteArray bytes = device.readLine();
         if (bytes.endsWith("\r\n"))

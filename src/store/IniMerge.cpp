@@ -162,15 +162,15 @@ void IniMerge::renumber()
     }
 }
 
-void IniMerge::put(QStringView section, QStringView name, QStringView value, bool inFile)
+void IniMerge::put(QByteArrayView section, QByteArrayView name, QStringView value, bool inFile)
 {
-    const QString text = iniKeyLine(name, value, EmptyValue::IsKey);
+    const QString text = iniKeyLine(QString::fromUtf8(name), value, EmptyValue::IsKey);
     if (m_sectioned && inFile) {
-        replaceInSections(section.toUtf8(), name.toUtf8(), text);
+        replaceInSections(section, name, text);
     } else if (m_sectioned) {
         insertInSection(section, text);
     } else if (inFile) {
-        const Line line = m_keys.named(name.toUtf8()).first();
+        const Line line = m_keys.named(name).first();
         if (line != None)
             rewrite(line, text);
     } else {
@@ -197,11 +197,11 @@ void IniMerge::replaceInSections(QByteArrayView section, QByteArrayView name, co
     }
 }
 
-void IniMerge::insertInSection(QStringView section, const QString &text)
+void IniMerge::insertInSection(QByteArrayView section, const QString &text)
 {
-    const Line header = m_sections.named(section.toUtf8()).first();
+    const Line header = m_sections.named(section).first();
     if (header == None || isLastLine(header)) {
-        append(iniSectionLine(section));
+        append(iniSectionLine(QString::fromUtf8(section)));
         append(text);
         return;
     }

@@ -31,7 +31,7 @@ public:
     Q_DISABLE_COPY_MOVE(IniMerge)
 
     /// Keys must come in the order of "section/name".
-    void put(QStringView section, QStringView name, QStringView value, bool inFile);
+    void put(QByteArrayView section, QByteArrayView name, QStringView value, bool inFile);
 
     /// The text with all that was put.
     IniText result() const;
@@ -77,7 +77,7 @@ private:
     void renumber();
 
     void replaceInSections(QByteArrayView section, QByteArrayView name, const QString &text);
-    void insertInSection(QStringView section, const QString &text);
+    void insertInSection(QByteArrayView section, const QString &text);
 
     const IniText &m_text;
     const bool m_sectioned;

@@ -3,10 +3,7 @@
 #include "store/IniGrammar.h"
 #include "store/PiecewiseCopy.h"
 
-#include <QSet>
-
 #include <algorithm>
-#include <string>
 
 namespace paravue
 {
@@ -14,21 +11,32 @@ namespace paravue
 namespace
 {
 
-/// Appends the line of a key to \a bytes and returns its positions. The name comes from a file, so only the
+/// What stands around the value of a key line in its usual form. The name comes from a file, so only the
 /// value can make the line something else than a key line.
-IniText::Mark appendKeyLine(std::string &bytes, QByteArrayView name, QByteArrayView value, bool bare)
-{
-    IniText::Mark mark;
-    bytes.append(name.data(), size_t(name.size()));
-    mark.nameEnd = quint32(bytes.size());
-    bytes.append(bare ? " = " : " = '");
-    mark.valueBegin = quint32(bytes.size());
-    bytes.append(value.data(), size_t(value.size()));
-    mark.valueEnd = quint32(bytes.size());
-    bytes.append(bare ? "\r\n" : "'\r\n");
-    mark.end = quint32(bytes.size());
-    return mark;
-}
+struct Frame {
+    explicit Frame(bool isBare) : equals(isBare ? " = " : " = '"), end(isBare ? "\r\n" : "'\r\n") {}
+
+    /// Whether the line \a mark of \a text has it already.
+    bool isAround(const IniText &text, const IniText::Mark &mark) const
+    {
+        return mark.nameBegin == mark.begin && text.slice(mark.nameEnd, mark.valueBegin) == equals &&
+               text.slice(mark.valueEnd, mark.end) == end;
+    }
+    /// Where the parts of a line at \a begin are.
+    IniText::Mark mark(qsizetype begin, QByteArrayView name, QByteArrayView value) const
+    {
+        IniText::Mark result;
+        result.begin = result.nameBegin = quint32(begin);
+        result.nameEnd = result.nameBegin + quint32(name.size());
+        result.valueBegin = result.nameEnd + quint32(equals.size());
+        result.valueEnd = result.valueBegin + quint32(value.size());
+        result.end = result.valueEnd + quint32(end.size());
+        return result;
+    }
+
+    QByteArrayView equals;
+    QByteArrayView end;
+};
 
 } // namespace
 
@@ -38,7 +46,7 @@ bool everyKeyOwnsOneLine(const IniText &text, qsizetype keysInFile, bool section
         return keysInFile == 0;
     if (sectioned && !text.marks().front().isSection)
         return false; // keys before the first header have none of their own
-    QSet<QByteArrayView> sections;
+    std::vector<QByteArrayView> sections;
     qsizetype keys = 0;
     for (const IniText::Mark &mark : text.marks()) {
         if (!mark.isSection) {
@@ -48,12 +56,10 @@ bool everyKeyOwnsOneLine(const IniText &text, qsizetype keysInFile, bool section
         // The section of a key ends at its first "/", so no key is put behind such a header.
         if (text.name(mark).contains('/'))
             return false;
-        const qsizetype known = sections.size();
-        sections.insert(text.name(mark));
-        if (sections.size() == known)
-            return false;
+        sections.push_back(text.name(mark));
     }
-    return keys == keysInFile;
+    std::sort(sections.begin(), sections.end());
+    return keys == keysInFile && std::adjacent_find(sections.begin(), sections.end()) == sections.end();
 }
 
 std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLines &entriesOfLines,
@@ -63,8 +69,7 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
     PiecewiseCopy copy(text.bytes());
     std::vector<IniText::Mark> marks;
     marks.reserve(text.marks().size());
-    std::string line;
-    QByteArray edited;
+    QByteArray changed;
     for (size_t i = 0; i < text.marks().size(); ++i) {
         const IniText::Mark &old = text.marks()[i];
         const qsizetype begin = copy.position(old.begin);
@@ -75,7 +80,7 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
         const IniEntries::Entry &entry = entries[entriesOfLines[i]];
         QByteArrayView value = text.value(old);
         if (entry.edited)
-            value = edited = entry.value(text).toUtf8();
+            value = changed = entry.value(text).toUtf8();
         const bool bare = value.isEmpty() || isPlainInteger(value);
         const bool isSpoiling = !bare && (value.contains('\'') || value.contains('\n'));
         if (isSpoiling && text.name(old).startsWith('['))
@@ -84,19 +89,17 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
             result.spoiling.push_back(&entry);
         if (isSpoiling && hasNewKeys)
             continue;
-        line.clear();
-        IniText::Mark mark = appendKeyLine(line, text.name(old), value, bare);
-        if (QByteArrayView(line) == text.slice(old.begin, old.end))
+        const Frame frame(bare);
+        if (frame.isAround(text, old) && value == text.value(old))
             continue;
+        const QByteArrayView name = text.name(old);
         if (isSpoiling) {
             marks.pop_back();
-            line.erase(line.size() - 2, 1); // the value may hold line ends, too
-            line = QByteArray::fromStdString(line).replace('\n', "\r\n").toStdString();
+            value = changed = value.toByteArray().replace('\n', "\r\n");
         } else {
-            mark.moveBy(begin);
-            marks.back() = mark;
+            marks.back() = frame.mark(begin, name, value);
         }
-        copy.replace(old.begin, old.end, line);
+        copy.replace(old.begin, old.end, {name, frame.equals, value, frame.end});
     }
     result.text = IniText(copy.result(), std::move(marks));
     return result;
@@ -105,12 +108,13 @@ std::optional<OwnLines> rewriteOwnLines(const IniText &text, const EntriesOfLine
 bool mayDisturb(const IniEntries::Entry &entry, const IniText &text)
 {
     IniText::Mark mark;
-    const QString keyLine = iniKeyLine(entry.name(), entry.value(text), EmptyValue::IsKey);
+    const QString keyLine = iniKeyLine(QString::fromUtf8(entry.name()), entry.value(text), EmptyValue::IsKey);
     if (IniText::mark(keyLine, mark) && mark.isSection)
         return true;
-    const QString header = iniSectionLine(entry.section());
+    const QString section = QString::fromUtf8(entry.section());
+    const QString header = iniSectionLine(section);
     const auto scanned = scanIniLine(QStringView(header), EmptyValue::IsKey);
-    return scanned.kind != IniLine<QStringView>::Section || scanned.name != entry.section();
+    return scanned.kind != IniLine<QStringView>::Section || scanned.name != section;
 }
 
 } // namespace paravue

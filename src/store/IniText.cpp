@@ -94,10 +94,10 @@ void IniText::append(const QByteArray &content)
             const qsizetype lineFeedSize = lineFeed && !hasCr ? 1 : 0;
             if (marked && decoded != line)
                 copy.replace(begin, begin + line.size() - lineFeedSize,
-                             QByteArrayView(decoded).chopped(lineFeedSize));
+                             {QByteArrayView(decoded).chopped(lineFeedSize)});
         }
         if (lineFeed && !hasCr)
-            copy.replace(end - 1, end, "\r\n");
+            copy.replace(end - 1, end, {"\r\n"});
         if (marked) {
             mark.moveBy(position);
             mark.begin = quint32(position);

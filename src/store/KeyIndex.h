@@ -11,10 +11,8 @@ namespace paravue
 /// as keys come from files that may be hostile) and compares them: a slot holds eight bytes only, half a hash
 /// and the number, and the keys of slots with another half are never read.
 ///
-/// A configuration file may have hundreds of thousands of keys. Adding them takes 0.43, 0.41 and 0.30 of the
+/// A configuration file may have hundreds of thousands of keys. Adding them takes 0.47, 0.46 and 0.31 of the
 /// time that a QHash of their texts takes, for files of 4 KiB, 64 KiB and 8 MiB (addKeys in bench_ini).
-/// Reading the files with such a QHash takes 0.71, 0.67 and 0.97 of the time of QSettings, with this table
-/// 0.46, 0.42 and 0.55 (parse in bench_ini).
 class KeyIndex
 {
 public:

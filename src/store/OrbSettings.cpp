@@ -5,6 +5,7 @@
 #include "store/IniOwnLines.h"
 #include "store/TextPattern.h"
 #include "store/WholeFile.h"
+#include "store/WideRegisters.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -29,26 +30,6 @@ constexpr qint64 FileClockTick = 2000; // milliseconds
 /// Up to this size the repeated lines of a file without keys are written. A session that asks such a file for
 /// a value twice a second must not fill the disk.
 constexpr qsizetype RepeatLimit = 16 << 20;
-
-/// Puts \a bytes behind the first \a size characters of \a text and returns where they end; there may be
-/// others behind them.
-size_t putUtf8(std::u16string &text, size_t size, QByteArrayView bytes)
-{
-    const size_t end = size + size_t(bytes.size());
-    if (text.size() < end)
-        text.resize(2 * end);
-    uchar all = 0;
-    for (size_t i = size; i < end; ++i) {
-        const uchar c = uchar(bytes.data()[i - size]);
-        text[i] = c;
-        all |= c;
-    }
-    if (all < 0x80)
-        return end;
-    const std::u16string decoded = QString::fromUtf8(bytes).toStdU16String();
-    text.replace(size, decoded.size(), decoded);
-    return size + decoded.size();
-}
 
 bool holds(const QString &path, const QByteArray &content)
 {
@@ -98,6 +79,7 @@ void OrbSettings::forget()
 
 bool OrbSettings::read()
 {
+    releaseWideRegisters();
     m_forgotten = false;
     m_held.reset();
     m_unreadable = QFile::exists(m_path);
@@ -155,17 +137,20 @@ void OrbSettings::takeKeys()
         entry.met = false;
 
     // Its section part stays, name by name is put behind.
-    std::u16string key = DefaultSection.toString().toStdU16String() + u'/';
+    std::string key = DefaultSection.toString().toStdString() + '/';
     size_t sectionSize = key.size();
     for (size_t line = 0; line < m_text.marks().size(); ++line) {
         const IniText::Mark &mark = m_text.marks()[line];
-        const size_t size = putUtf8(key, mark.isSection ? 0 : sectionSize, m_text.name(mark));
+        const QByteArrayView name = m_text.name(mark);
+        key.resize(mark.isSection ? 0 : sectionSize);
+        key.append(name.data(), size_t(name.size()));
         if (mark.isSection) {
             m_sectioned = true;
-            sectionSize = putUtf8(key, size, "/");
+            key += '/';
+            sectionSize = key.size();
             continue;
         }
-        m_entriesOfLines[line] = m_entries.numberOf(QStringView(key.data(), qsizetype(size)));
+        m_entriesOfLines[line] = m_entries.numberOf(QByteArrayView(key));
         IniEntries::Entry &entry = m_entries[m_entriesOfLines[line]];
         m_linesKnown &= !entry.met;
         entry.setMark(quint32(line));
@@ -191,6 +176,7 @@ void OrbSettings::appendRepeats()
 
 IniText OrbSettings::merged()
 {
+    releaseWideRegisters();
     std::vector<const IniEntries::Entry *> newEntries;
     qsizetype keysInFile = 0;
     for (const IniEntries::Entry &entry : m_entries.all()) {
@@ -343,7 +329,7 @@ QStringList OrbSettings::matching(const QString &pattern)
     const TextPattern keyPattern = TextPattern::ofRecorder(pattern);
     QStringList result;
     for (const IniEntries::Entry *entry : m_entries.sorted()) {
-        const QString key = entry->key.toString();
+        const QString key = QString::fromUtf8(entry->key());
         if (!entry->withdrawn && keyPattern.matchesWhole(key))
             result << key + u'/' + entry->value(m_text);
     }

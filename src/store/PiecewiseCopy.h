@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 
 #include <cstring>
+#include <initializer_list>
 
 namespace paravue
 {
@@ -16,11 +17,13 @@ public:
     /// \a source must outlive it.
     explicit PiecewiseCopy(const QByteArray &source) : m_source(source) {}
 
-    /// The piece must not begin before the end of the last one.
-    void replace(qsizetype begin, qsizetype end, QByteArrayView replacement)
+    /// The piece must not begin before the end of the last one. It is replaced by all of \a replacements, one
+    /// behind the other.
+    void replace(qsizetype begin, qsizetype end, std::initializer_list<QByteArrayView> replacements)
     {
         append({m_source.constData() + m_copied, begin - m_copied});
-        append(replacement);
+        for (const QByteArrayView replacement : replacements)
+            append(replacement);
         m_copied = end;
     }
     /// Where the copy of the source's position \a position stands, as long as nothing more is replaced.
@@ -39,17 +42,21 @@ private:
     /// QByteArray's own function does much more than to copy, for each of many small pieces.
     void append(QByteArrayView piece)
     {
+        if (piece.isEmpty())
+            return;
         const qsizetype end = m_size + piece.size();
-        if (end > m_result.size())
+        if (end > m_result.size()) {
             m_result.resize(end + m_source.size() / 8 + (m_size == 0 ? m_source.size() : 0));
-        if (!piece.isEmpty())
-            std::memcpy(m_result.data() + m_size, piece.data(), size_t(piece.size()));
+            m_data = m_result.data();
+        }
+        std::memcpy(m_data + m_size, piece.data(), size_t(piece.size()));
         m_size = end;
     }
 
     const QByteArray &m_source;
     QByteArray m_result;
-    qsizetype m_size = 0; ///< of what is copied; the result has room behind it
+    char *m_data = nullptr; ///< of the result
+    qsizetype m_size = 0;   ///< of what is copied; the result has room behind it
     qsizetype m_copied = 0;
 };
 

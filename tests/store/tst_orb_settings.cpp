@@ -385,7 +385,7 @@ QByteArray randomSection(QRandomGenerator &random)
 
 QByteArray randomName(QRandomGenerator &random)
 {
-    return pick(random, {"a", "b", "c", "[s]", "a=b", "[t", "n'"});
+    return pick(random, {"a", "b", "c", "[s]", "a=b", "[t", "n'", "\uE000", "\U0001F600"});
 }
 
 /// Anything that may stand in such a file.
