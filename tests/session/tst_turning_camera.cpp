@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void turnsToAPoint();
     void isSteered();
     void tellsThoseWhoMayNotSteer();
+    void tellsThemWhileOthersSteer();
     void sendsPointsAtOnce();
     void asksAboutAPointThatWaits();
     void comesBackWithTheRecorder();
@@ -157,6 +159,18 @@ void TestTurningCamera::tellsThoseWhoMayNotSteer()
     QTest::keyClick(m_picture, Qt::Key_Right);
     AWAIT_VERIFY_WITHIN(m_picture->valueText().contains("The recorder does not turn the camera"), Patience);
     QVERIFY(crossText().contains(Begin));
+}
+
+void TestTurningCamera::tellsThemWhileOthersSteer()
+{
+    open("guest:");
+    QTcpSocket other;
+    other.connectToHost("127.0.0.1", m_recorder->port());
+    other.write("\x01LOGIN=admin\r\nPASS=admin\r\nPTZ MOVE -1,-0.25,0.5\r\n");
+    AWAIT_VERIFY_WITHIN(m_recorder->ptz().isTurning(), Patience);
+    QTest::keyClick(m_picture, Qt::Key_Right);
+    AWAIT_VERIFY_WITHIN(m_picture->valueText().contains("The recorder does not turn the camera"), Patience);
+    QVERIFY2(!crossText().contains(Begin), qPrintable(crossText()));
 }
 
 void TestTurningCamera::sendsPointsAtOnce()

@@ -5,7 +5,8 @@
 #include "ui/tasks/CameraLink.h"
 #include "ui/tasks/PictureSource.h"
 
-#include <QElapsedTimer>
+#include <functional>
+#include <limits>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -50,6 +51,26 @@ struct Camera {
             link.add({&calibrator});
     }
 
+    static constexpr int Tick = 250; // milliseconds
+
+    /// Lets the time pass until the link says \a remark. Returns how long that took; -1 when it is not said
+    /// within \a longest. A picture comes every \a interval behind a \a silence. \a live is called at each
+    /// tick.
+    int untilRemark(const QString &remark, int longest, int silence = 0, int interval = Tick,
+                    const std::function<void()> &live = {})
+    {
+        for (int time = 0; time <= longest; time += Tick, now += Tick) {
+            source.heard += time >= silence && (time - silence) % interval == 0;
+            if (live)
+                live();
+            link.poll(now);
+            if (link.remark().contains(remark))
+                return time;
+        }
+        return -1;
+    }
+
+    quint32 now = std::numeric_limits<quint32>::max() - 1000; // it wraps around
     FakeSource source;
     PtzCrossView cross;
     PtzCalibrator calibrator{4};
@@ -66,6 +87,11 @@ class TestCameraLink : public QObject
 private Q_SLOTS:
     void tellsThatItDoesNotTurn_data();
     void tellsThatItDoesNotTurn();
+    void takesARemarkBack();
+    void comparesMovesWithTheGoal_data();
+    void comparesMovesWithTheGoal();
+    void followsADrag_data();
+    void followsADrag();
     void tellsOfPoints_data();
     void tellsOfPoints();
     void doubtsPointsOnce();
@@ -76,9 +102,9 @@ private Q_SLOTS:
 void TestCameraLink::tellsThatItDoesNotTurn_data()
 {
     const TestTable<int, int, int, int> row("silence", "interval", "earliest", "latest");
-    row("pictures all the time", 0, 40, 2500, 5000);
-    row("a silence at first", 4000, 40, 6000, 8500);
-    row("a picture every two seconds", 0, 2000, 3500, 7500);
+    row("pictures all the time", 0, Camera::Tick, 3500, 3500);
+    row("a silence at first", 4000, Camera::Tick, 6500, 6500);
+    row("a picture every two seconds", 0, 2000, 4500, 6500);
 }
 
 void TestCameraLink::tellsThatItDoesNotTurn()
@@ -88,19 +114,87 @@ void TestCameraLink::tellsThatItDoesNotTurn()
     QFETCH(int, earliest);
     QFETCH(int, latest);
     Camera camera;
-    QTimer pictures;
-    connect(&pictures, &QTimer::timeout, this, [&] { ++camera.source.heard; });
-    QTimer::singleShot(silence, &pictures, [&] { pictures.start(interval); });
-    QElapsedTimer since;
-    since.start();
     QTest::keyClick(&camera.cross, Qt::Key_Right);
     QCOMPARE(camera.source.commands, QStringList("MOVE"));
-    AWAIT_VERIFY_WITHIN(camera.link.remark().contains("does not turn"), latest + 2000);
-    QVERIFY2(since.elapsed() >= earliest && since.elapsed() <= latest,
-             qPrintable(QString::number(since.elapsed())));
+    const int time = camera.untilRemark("does not turn", latest, silence, interval);
+    QVERIFY2(time >= earliest, qPrintable(QString::number(time)));
     QVERIFY(camera.calibrator.valueText().contains("not allowed"));
-    camera.source.move("0.1,0,0");
+    camera.source.move("0.1,0,0"); // late
     QCOMPARE(camera.link.remark(), QString());
+}
+
+void TestCameraLink::takesARemarkBack()
+{
+    Camera camera;
+    QTest::keyClick(&camera.cross, Qt::Key_Right);
+    QVERIFY(camera.untilRemark("does not turn", 9000) >= 0);
+    QVERIFY(camera.untilRemark("nothing like that", 9000) < 0);
+    QVERIFY(!camera.link.remark().isEmpty());
+    QVERIFY(camera.untilRemark("nothing like that", 2000) < 0);
+    QCOMPARE(camera.link.remark(), QString());
+    camera.source.move("0.1,0,0"); // of a tour
+    Q_EMIT camera.calibrator.signal_Point_calibrated(1);
+    QVERIFY(camera.link.remark().contains("takes a point"));
+}
+
+void TestCameraLink::comparesMovesWithTheGoal_data()
+{
+    const TestTable<QStringList, bool> row("positions", "isObeyed");
+    // The goal is 0.1,0,0.
+    row("to the goal", {"0.05,0,0", "0.1,0,0"}, true);
+    row("to the goal, slowly", {"0.01,0,0", "0.02,0,0", "0.03,0,0"}, true);
+    row("to the goal, at first on from the last one", {"-0.05,0,0", "0,0,0", "0.05,0,0"}, true);
+    row("away", {"-0.1,0,0"}, false);
+    row("across", {"0,0.1,0"}, false);
+    row("zooming", {"0,0,0.3"}, false);
+    row("past the goal", {"0.08,0.02,0", "0.2,0.2,0"}, false);
+}
+
+/// Other users and tours turn the camera, too.
+void TestCameraLink::comparesMovesWithTheGoal()
+{
+    QFETCH(QStringList, positions);
+    QFETCH(bool, isObeyed);
+    Camera camera;
+    QTest::keyClick(&camera.cross, Qt::Key_Right);
+    const int time = camera.untilRemark("does not turn", 9000, 0, Camera::Tick, [&] {
+        if (!positions.isEmpty())
+            camera.source.move(positions.takeFirst());
+    });
+    QCOMPARE(time < 0, isObeyed);
+    Q_EMIT camera.calibrator.signal_Point_calibrated(1);
+    QCOMPARE(camera.link.remark().contains("takes a point"), !isObeyed);
+}
+
+/// A drag has a goal in front of the camera all the time, and its last command is to stay.
+void TestCameraLink::followsADrag_data()
+{
+    const TestTable<double, bool> row("step", "isObeyed");
+    row("of a camera that follows", 0.02, true);
+    row("of a camera that a tour turns the other way", -0.02, false);
+}
+
+void TestCameraLink::followsADrag()
+{
+    QFETCH(double, step);
+    QFETCH(bool, isObeyed);
+    Camera camera;
+    double pan = 0;
+    int ticks = 0;
+    const auto send = [&](double ahead) {
+        Q_EMIT camera.cross.steering().turnRequested({pan + ahead, 0, 0});
+    };
+    const int time = camera.untilRemark("does not turn", 9000, 0, Camera::Tick, [&] {
+        if (++ticks <= 15) { // until the first outcome
+            send(0.25);
+            pan += step;
+            camera.source.move(QString::number(pan) + ",0,0");
+        } else if (ticks == 16) {
+            send(0.25);
+            send(0);
+        }
+    });
+    QCOMPARE(time < 0, isObeyed);
 }
 
 void TestCameraLink::tellsOfPoints_data()
@@ -126,15 +220,12 @@ void TestCameraLink::tellsOfPoints()
     Camera camera(isCalibrated);
     camera.calibrator.setPoints({point});
     camera.source.commands.clear();
-    QTimer pictures;
-    connect(&pictures, &QTimer::timeout, this, [&] { ++camera.source.heard; });
-    pictures.start(40);
     for (const int key : keys)
         QTest::keyClick(&camera.calibrator, Qt::Key(key));
     if (keys.isEmpty())
         QTest::keyClick(&camera.cross, Qt::Key_1);
     QTEST(camera.source.commands, "commands");
-    AWAIT_VERIFY(camera.link.remark().contains(remark));
+    QVERIFY(camera.untilRemark(remark, 9000) >= 0);
     QVERIFY2(camera.cross.valueText().contains(remark), qPrintable(camera.cross.valueText()));
 }
 
@@ -151,11 +242,8 @@ void TestCameraLink::doubtsPointsOnce()
     camera.link.setLive(true, true);
     QVERIFY(!setPoint());
 
-    QTimer pictures;
-    connect(&pictures, &QTimer::timeout, this, [&] { ++camera.source.heard; });
-    pictures.start(40);
     QTest::keyClick(&camera.cross, Qt::Key_Right);
-    AWAIT_VERIFY(camera.link.remark().contains("does not turn the camera"));
+    QVERIFY(camera.untilRemark("does not turn the camera", 9000) >= 0);
     QVERIFY(setPoint());
 }
 

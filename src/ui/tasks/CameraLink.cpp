@@ -14,30 +14,7 @@ namespace paravue
 namespace
 {
 
-// In milliseconds.
-constexpr int AnswerPoll = 250;
-constexpr qint64 FirstHeard = 1'000;
-constexpr qint64 HeardAgain = 2'000;
-/// What is heard at one moment is read in parts.
-constexpr qint64 ReadingTime = 500;
-constexpr int CameraRemarkTime = 10'000;
-/// Less than the finest step with all of the zoom.
-constexpr double SmallestTurn = 0.004;
-/// Some cameras do not reach the ends of their ranges exactly.
-constexpr double End = 0.98;
-
-/// Whether the camera has to move for \a goal.
-bool isTurn(const PtzPosition &present, const PtzPosition &goal)
-{
-    const auto reached = [](PtzPosition position) {
-        position.pan = std::clamp(position.pan, -End, End);
-        position.tilt = std::clamp(position.tilt, -End, End);
-        if (position.zoom)
-            position.zoom = std::min(*position.zoom, End);
-        return position;
-    };
-    return !isNear(reached(present), reached(goal), SmallestTurn);
-}
+constexpr quint32 CameraRemarkTime = 10'000; // milliseconds
 
 void showPosition(QObject *control, const QString &position)
 {
@@ -46,45 +23,34 @@ void showPosition(QObject *control, const QString &position)
 
 } // namespace
 
-void AnswerWait::start(quint64 traffic)
-{
-    m_isActive = true;
-    m_clock.start();
-    m_traffic = traffic;
-    m_first.reset();
-    m_last.reset();
-}
-
-bool AnswerWait::isOver(quint64 traffic)
-{
-    const qint64 now = m_clock.elapsed();
-    if (traffic != m_traffic && !m_first && now >= FirstHeard)
-        m_first = now;
-    else if (traffic != m_traffic && m_first && !m_last && now - *m_first >= HeardAgain)
-        m_last = now;
-    m_traffic = traffic;
-    return m_last && now - *m_last >= ReadingTime;
-}
-
 CameraLink::CameraLink(PictureSource &source) : m_source(source)
 {
-    m_poll.setInterval(AnswerPoll);
-    connect(&m_poll, &QTimer::timeout, this, &CameraLink::checkAnswer);
-    m_remarkTime.setSingleShot(true);
-    m_remarkTime.setInterval(CameraRemarkTime);
-    connect(&m_remarkTime, &QTimer::timeout, this, [this] { setRemark({}); });
-    connect(&source, &PictureSource::cameraMoved, this, [this] {
-        m_isObeyed |= m_wait.isActive();
-        m_isIgnored &= !m_isObeyed;
-        stopWaiting();
-        sendPosition(position());
-    });
+    connect(&source, &PictureSource::cameraMoved, this, &CameraLink::noteMove);
 }
 
 CameraLink::~CameraLink()
 {
-    stopWaiting();
+    stopWatching();
     sendPosition(QString());
+}
+
+void CameraLink::noteMove()
+{
+    if (const auto present = parsePtzPosition(position())) {
+        m_watch.move(*present);
+        if (m_watch.hasArrived())
+            noteObeyed();
+    } else {
+        stopWatching();
+    }
+    sendPosition(position());
+}
+
+void CameraLink::noteObeyed()
+{
+    m_isObeyed = true;
+    m_isIgnored = false;
+    stopWatching();
 }
 
 void CameraLink::add(const QList<QWidget *> &controls)
@@ -151,8 +117,10 @@ void CameraLink::goTo(int point)
     if (isKnown)
         return;
     m_source.goTo(point);
-    if (!m_isObeyed)
-        waitForTurn(
+    const auto present = parsePtzPosition(position());
+    if (present && !m_isObeyed)
+        watchTurn(
+            *present, {},
             tr("The camera has not turned. Perhaps it is there already, or this login may not turn it."));
 }
 
@@ -160,7 +128,7 @@ void CameraLink::setPoint(int point, const QString &text)
 {
     m_source.setPoint(point, text);
     // Once, unless the camera does not turn either: most logins may do both.
-    if (!m_isObeyed && (m_isIgnored || !std::exchange(m_hasDoubtedPoints, true)))
+    if (!isObeyed() && (m_isIgnored || !std::exchange(m_hasDoubtedPoints, true)))
         setRemark(
             tr("The recorder does not say whether it takes a point from this login, for which it has not "
                "turned the camera so far."));
@@ -180,36 +148,49 @@ void CameraLink::goToPoint(int point, const QString &text)
 void CameraLink::expectTurn(const PtzPosition &goal)
 {
     const auto present = parsePtzPosition(position());
-    if (!present || !isTurn(*present, goal))
+    if (!present)
         return;
+    if (!TurnWatch::isTurn(*present, goal)) {
+        if (isObeyed()) // it is stopped, perhaps before it has begun to turn
+            stopWatching();
+        return;
+    }
     for (QObject *control : std::as_const(m_controls)) {
         if (auto *view = qobject_cast<PtzView *>(control))
             view->expectTurn();
     }
     for (PtzSteering *steering : std::as_const(m_steerings))
         steering->setGoal(goal);
-    waitForTurn(tr("The recorder does not turn the camera. Perhaps this login is not allowed to."));
+    watchTurn(*present, goal,
+              tr("The recorder does not turn the camera. Perhaps this login is not allowed to."));
 }
 
-/// \a remark is for the case that the camera stands still. Commands follow each other in a gesture: the first
-/// one counts.
-void CameraLink::waitForTurn(const QString &remark)
+/// \a remark is for the case that the camera does not come nearer to the \a goal.
+void CameraLink::watchTurn(const PtzPosition &present, const std::optional<PtzPosition> &goal,
+                           const QString &remark)
 {
-    if (m_wait.isActive())
-        return;
-    m_waitRemark = remark;
-    m_wait.start(m_source.traffic());
-    m_poll.start();
+    m_watchRemark = remark;
+    m_watch.begin(m_source.traffic(), present, goal);
 }
 
-void CameraLink::checkAnswer()
+void CameraLink::poll(quint32 now)
 {
-    if (!m_wait.isOver(m_source.traffic()))
+    const TurnWatch::Outcome outcome = m_watch.poll(now, m_source.traffic());
+    if (outcome == TurnWatch::Outcome::Obeyed) {
+        noteObeyed();
+    } else if (outcome == TurnWatch::Outcome::Ignored) {
+        m_isIgnored = true;
+        setRemark(m_watchRemark);
+    }
+    if (m_remark.isEmpty())
         return;
-    m_wait.stop();
-    m_poll.stop();
-    m_isIgnored = true;
-    setRemark(m_waitRemark);
+    if (!m_remarkBegin)
+        m_remarkBegin = now;
+    if (now - *m_remarkBegin < CameraRemarkTime)
+        return;
+    setRemark({});
+    if (!m_watch.isOpen()) // a tour may come to the goal later
+        m_watch.end();
 }
 
 void CameraLink::setLive(bool isLive, bool isHeard)
@@ -221,24 +202,20 @@ void CameraLink::setLive(bool isLive, bool isHeard)
     if (isLive == m_isLive)
         return;
     m_isLive = isLive;
-    stopWaiting();
+    stopWatching();
     sendPosition(position());
 }
 
-void CameraLink::stopWaiting()
+void CameraLink::stopWatching()
 {
-    m_wait.stop();
-    m_poll.stop();
+    m_watch.end();
     setRemark({});
 }
 
 /// Not all of the controls show the pictures of the camera.
 void CameraLink::setRemark(const QString &remark)
 {
-    if (remark.isEmpty())
-        m_remarkTime.stop();
-    else
-        m_remarkTime.start();
+    m_remarkBegin.reset();
     if (remark == m_remark)
         return;
     m_remark = remark;

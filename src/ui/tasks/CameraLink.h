@@ -1,13 +1,12 @@
 #pragma once
 
 #include "controls/PtzPosition.h"
+#include "ui/tasks/TurnWatch.h"
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
-#include <QTimer>
 #include <QWidget>
 
 #include <optional>
@@ -17,26 +16,6 @@ namespace paravue
 
 class PictureSource;
 class PtzSteering;
-
-/// Whether a recorder has had the time to answer a command that has no answer but its effect. During a
-/// silence nothing is known of that, and what comes first behind one may be older than the effect.
-class AnswerWait
-{
-public:
-    /// \a traffic is that of the source.
-    void start(quint64 traffic);
-    void stop() { m_isActive = false; }
-    bool isActive() const { return m_isActive; }
-    /// True when the time is over.
-    bool isOver(quint64 traffic);
-
-private:
-    QElapsedTimer m_clock;
-    quint64 m_traffic = 0;
-    std::optional<qint64> m_first; ///< when the recorder was heard behind the command, in milliseconds
-    std::optional<qint64> m_last;  ///< when it was heard some time after that
-    bool m_isActive = false;
-};
 
 /// Connects the controls of a turning camera with the source of its video: they receive its position, and
 /// their commands (turn, go to a point, set a point) are sent to it. Every widget with a slot
@@ -59,14 +38,18 @@ public:
     /// While the pictures are not live the position is unknown to the controls. While nothing new is heard it
     /// is not certain, so that no point is set with it.
     void setLive(bool isLive, bool isHeard);
+    /// Updates remark(); to be called about twice a second. \a now, in milliseconds, wraps around.
+    void poll(quint32 now);
     /// Why a command may have had no effect; empty while there is nothing to say. Recorders ignore commands
     /// of those who may not turn the camera.
     QString remark() const { return m_remark; }
 
 private:
-    void waitForTurn(const QString &remark);
-    void checkAnswer();
-    void stopWaiting();
+    void noteMove();
+    void watchTurn(const PtzPosition &present, const std::optional<PtzPosition> &goal, const QString &remark);
+    bool isObeyed() const { return m_isObeyed || m_watch.hasComeNearer(); }
+    void noteObeyed();
+    void stopWatching();
     void setRemark(const QString &remark);
     void addSteering(QObject &control, PtzSteering &steering);
     void turnTo(const PtzPosition &goal);
@@ -80,11 +63,10 @@ private:
     PictureSource &m_source;
     QSet<QObject *> m_controls;
     QHash<QObject *, PtzSteering *> m_steerings;
-    AnswerWait m_wait;    ///< for a turn of the camera
-    QString m_waitRemark; ///< when it does not come
-    QTimer m_poll;        ///< of the wait
+    TurnWatch m_watch;
+    QString m_watchRemark; ///< when the camera does not turn
     QString m_remark;
-    QTimer m_remarkTime;
+    std::optional<quint32> m_remarkBegin; ///< the first poll behind it
     bool m_isLive = true;
     bool m_isObeyed = false;         ///< the camera has turned when it was told to
     bool m_isIgnored = false;        ///< it has not

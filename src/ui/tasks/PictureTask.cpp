@@ -153,8 +153,10 @@ void PictureTask::poll(quint32 now, quint32 untilDue)
             m_log->poll(*m_source, m_status);
         m_attempt->poll(*m_source, m_status, now);
     }
-    if (m_camera)
+    if (m_camera) {
         m_camera->setLive(!m_status.isStale(), !m_status.isSilent());
+        m_camera->poll(now);
+    }
     if (m_source)
         setRemark(remark());
     if (std::any_of(m_retries.begin(), m_retries.end(), [](const auto &each) { return each->isRequested(); }))

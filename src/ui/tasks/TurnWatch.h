@@ -1,0 +1,56 @@
+#pragma once
+
+#include "controls/PtzPosition.h"
+
+#include <optional>
+
+namespace paravue
+{
+
+/// Whether a recorder turns its camera as it was told. A command has no answer but its effect, and other
+/// users and tours of the recorder turn the camera too: what counts is that it comes nearer to the goal.
+///
+/// During a silence nothing is known of that, and what is heard first behind one may be older than the
+/// effect.
+class TurnWatch
+{
+public:
+    enum class Outcome { Open, Obeyed, Ignored };
+
+    /// Whether a camera at \a present has to turn for \a goal.
+    static bool isTurn(const PtzPosition &present, const PtzPosition &goal);
+
+    /// The camera was told to turn. Without a \a goal, which only the recorder knows then, any movement
+    /// counts. Commands follow each other in a gesture: the time runs from the first one. \a traffic is that
+    /// of the source.
+    void begin(quint64 traffic, const PtzPosition &present, const std::optional<PtzPosition> &goal);
+    void end();
+    void move(const PtzPosition &to);
+
+    /// The time for an answer runs.
+    bool isOpen() const { return m_isTimed; }
+    /// The camera is at the goal of the last command, perhaps only behind the time for it.
+    bool hasArrived() const { return m_hasArrived; }
+    /// It has come nearer to the goals since the first command.
+    bool hasComeNearer() const;
+    /// The outcome, once, when the recorder has had the time to answer. \a now, in milliseconds, wraps
+    /// around.
+    Outcome poll(quint32 now, quint64 traffic);
+
+private:
+    bool isTimeOver(quint32 now, quint64 traffic);
+
+    PtzPosition m_position;
+    std::optional<PtzPosition> m_goal;
+    double m_approach = 0;     ///< by how much all movements have brought the camera nearer to the goals
+    bool m_isTracking = false; ///< between begin() and end()
+    bool m_hasArrived = false;
+
+    bool m_isTimed = false;
+    quint64 m_traffic = 0;
+    std::optional<quint32> m_begin; ///< of the time: the first poll behind the command
+    std::optional<quint32> m_first; ///< when the recorder was heard behind the command
+    std::optional<quint32> m_last;  ///< when it was heard some time after that
+};
+
+} // namespace paravue
