@@ -46,9 +46,14 @@ QString PictureView::valueText() const
         tr("%1 × %2 pixels").arg(QString::number(m_pixmap.width()), QString::number(m_pixmap.height())));
 }
 
+QString PictureView::shownRemark() const
+{
+    return m_notice.isEmpty() && hasPicture() ? m_remark : QString();
+}
+
 QString PictureView::withNotice(const QString &text) const
 {
-    const QString first = m_notice.isEmpty() && hasPicture() ? m_remark : m_notice;
+    const QString first = m_notice.isEmpty() ? PictureView::shownRemark() : m_notice;
     return first.isEmpty() ? text : tr("%1; %2").arg(first, text);
 }
 
@@ -213,10 +218,9 @@ void PictureView::paintEvent(QPaintEvent *event)
     painter.setOpacity(isEnabled() ? 1 : 0.6);
     painter.setClipRect(picture);
     paintOver(painter, event->rect());
-    if (hasPicture() && m_notice.isEmpty()) {
-        paintRemark(painter, picture, m_remark, background, foreground);
+    paintRemark(painter, picture, shownRemark(), background, foreground);
+    if (hasPicture() && m_notice.isEmpty())
         paintCaption(painter, picture, m_caption, background, foreground);
-    }
     painter.restore();
     paintFooter(painter);
     painter.setRenderHint(QPainter::Antialiasing);

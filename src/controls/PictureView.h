@@ -69,6 +69,9 @@ protected:
     virtual void paintOver(QPainter &painter, const QRect &dirty);
     virtual int footerHeight(int width) const;
     virtual void paintFooter(QPainter &painter);
+    /// What stands at the lower edge of the picture; empty for nothing. Derived classes may put a text of
+    /// their own before it.
+    virtual QString shownRemark() const;
     /// Paints the notice, or else, while there is no picture, the text that says why. \a coverage is the
     /// opacity of its background.
     void paintPlaceholder(QPainter &painter, float coverage = 1);

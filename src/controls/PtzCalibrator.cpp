@@ -190,6 +190,14 @@ QString PtzCalibrator::remarkText() const
     return m_deferred.isEmpty() ? m_loss : deferral();
 }
 
+QString PtzCalibrator::shownRemark() const
+{
+    QStringList remarks{remarkText(), PtzView::shownRemark()};
+    remarks.removeAll(QString());
+    remarks.removeDuplicates();
+    return remarks.join(u'\n');
+}
+
 /// A point without a position of the camera has no place for a name.
 bool PtzCalibrator::canRename() const
 {
@@ -491,9 +499,6 @@ void PtzCalibrator::paintOver(QPainter &painter, const QRect &dirty)
     }
     if (const auto place = placeOf(m_current))
         paintPoint(painter, m_current, positionOf(*place));
-    if (const QString remark = remarkText(); !remark.isEmpty())
-        paintRemark(painter, pictureRect(), remark, palette().color(QPalette::Window),
-                    palette().color(QPalette::WindowText));
 }
 
 } // namespace paravue

@@ -65,6 +65,7 @@ protected:
     void paintOver(QPainter &painter, const QRect &dirty) override;
     int footerHeight(int width) const override;
     void paintFooter(QPainter &painter) override;
+    QString shownRemark() const override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;

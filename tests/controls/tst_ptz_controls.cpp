@@ -55,6 +55,7 @@ private Q_SLOTS:
     void hasAMenu();
     void choosesPointsInTheStrip();
     void setsPointsWhenTheCameraStandsStill();
+    void showsRemarksOneBelowTheOther();
     void namesPoints_data();
     void namesPoints();
     void pointsTheCross_data();
@@ -281,6 +282,36 @@ void TestPtzControls::setsPointsWhenTheCameraStandsStill()
     QCOMPARE(calibrator->points().at(1), "0.5000,0.5000,0.6,0,0");
     QVERIFY(calibrator->valueText().contains("Point 2 was not set"));
     QVERIFY(!calibrator->valueText().contains("stands still"));
+}
+
+void TestPtzControls::showsRemarksOneBelowTheOther()
+{
+    PtzCalibrator calibrator(4);
+    QPixmap picture(320, 240);
+    picture.fill(Qt::red);
+    calibrator.setPixmap(picture);
+    calibrator.resize(calibrator.sizeHint());
+    // How many lines of the picture a text covers.
+    const auto covered = [&] {
+        const QImage seen = calibrator.grab(calibrator.pictureRect()).toImage();
+        int lines = 0;
+        for (int y = 0; y < seen.height(); ++y)
+            lines += seen.pixelColor(seen.width() / 2, y) != QColor(Qt::red);
+        return lines;
+    };
+    QCOMPARE(covered(), 0);
+    calibrator.setRemark("The login may not turn it");
+    const int one = covered();
+    QVERIFY(one > 0);
+    calibrator.slot_Set_PTZ_pos("0.1,0,0");
+    calibrator.slot_Set_PTZ_pos("0.2,0,0");
+    QTest::mouseClick(&calibrator, Qt::LeftButton, {}, placeIn(calibrator, {0.1, 0.1}));
+    QVERIFY(!calibrator.deferral().isEmpty());
+    const int both = covered();
+    calibrator.setRemark({});
+    const int other = covered();
+    QVERIFY2(both > one && both > other,
+             qPrintable(QString("%1, %2, both %3").arg(one).arg(other).arg(both)));
 }
 
 void TestPtzControls::namesPoints_data()
