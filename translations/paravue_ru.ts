@@ -3131,8 +3131,8 @@ and %2 more</source>
         <translation>Это в диалоге «%1». Enter покажет, где начинается путь к нему: %2</translation>
     </message>
     <message>
-        <source>A point of a camera is not set yet, so it would be missing.</source>
-        <translation>Точка камеры ещё не задана, и её не было бы среди отправленных.</translation>
+        <source>Points of a camera that are not set yet would be missing.</source>
+        <translation>Точек камеры, которые ещё не заданы, не было бы среди отправленных.</translation>
     </message>
 </context>
 <context>
@@ -3770,6 +3770,22 @@ and %2 more</source>
     <message>
         <source>Remove point %1</source>
         <translation>Удалить точку %1</translation>
+    </message>
+    <message>
+        <source>Point %1 was not set, as it has got another value.</source>
+        <translation>Точка %1 не задана: она получила другое значение.</translation>
+    </message>
+    <message>
+        <source>Points %1 were not set, as they have got other values.</source>
+        <translation>Точки %1 не заданы: они получили другие значения.</translation>
+    </message>
+    <message>
+        <source>Points %1 were not set, as the camera position is not known any more.</source>
+        <translation>Точки %1 не заданы: положение камеры больше не известно.</translation>
+    </message>
+    <message>
+        <source>Points %1 are set as soon as the camera stands still.</source>
+        <translation>Точки %1 будут заданы, как только камера остановится.</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -34,6 +35,14 @@ QList<QLineF> armsAround(const QPointF &position, double length)
     const QPointF across(length, 0);
     const QPointF down(0, length);
     return {{position - across, position + across}, {position - down, position + down}};
+}
+
+QString listOf(const QList<int> &numbers, const QLocale &locale)
+{
+    QStringList texts;
+    for (const int number : numbers)
+        texts.append(QString::number(number));
+    return locale.createSeparatedList(texts);
 }
 
 } // namespace
@@ -84,10 +93,17 @@ bool PtzCalibrator::setPoints(const QStringList &points)
     if (fitting == m_points)
         return false;
     const QStringList before = std::exchange(m_points, fitting);
+    QList<int> replaced;
     for (int number = 1; number <= m_points.size(); ++number) {
-        if (before.at(number - 1) != m_points.at(number - 1))
-            m_deferred.remove(number);
+        if (before.at(number - 1) != m_points.at(number - 1) && m_deferred.remove(number) > 0)
+            replaced.append(number);
     }
+    if (!replaced.isEmpty())
+        m_loss =
+            replaced.size() == 1
+                ? tr("Point %1 was not set, as it has got another value.").arg(listOf(replaced, locale()))
+                : tr("Points %1 were not set, as they have got other values.")
+                      .arg(listOf(replaced, locale()));
     m_gesture.textsReplaced();
     pointsChanged();
     for (int number = 1; number <= before.size(); ++number) {
@@ -123,7 +139,7 @@ QString PtzCalibrator::valueText() const
     const QString state =
         place ? tr("%1% from the left, %2% from the top").arg(percent(place->x()), percent(place->y()))
               : tr("not set");
-    const QString remark = remarkText();
+    const QString remark = pointRemark();
     const QString wait = remark.isEmpty() ? QString() : remark + u' ';
     const QString text = tr("%1: %2. %3").arg(point, state, wait + PtzView::valueText());
     return m_goto == 0 ? text : tr("%1. Gone to point %2").arg(text, QString::number(m_goto));
@@ -173,26 +189,30 @@ void PtzCalibrator::setDeferred()
     if (places.isEmpty())
         return;
     if (!position())
-        m_loss = tr("Point %1 was not set, as the camera position is not known any more.")
-                     .arg(QString::number(places.firstKey()));
+        m_loss =
+            (places.size() == 1 ? tr("Point %1 was not set, as the camera position is not known any more.")
+                                : tr("Points %1 were not set, as the camera position is not known any more."))
+                .arg(listOf(places.keys(), locale()));
     pointsChanged();
 }
 
 QString PtzCalibrator::deferral() const
 {
-    return m_deferred.isEmpty() ? QString()
-                                : tr("Point %1 is set as soon as the camera stands still.")
-                                      .arg(QString::number(m_deferred.firstKey()));
+    if (m_deferred.isEmpty())
+        return {};
+    return (m_deferred.size() == 1 ? tr("Point %1 is set as soon as the camera stands still.")
+                                   : tr("Points %1 are set as soon as the camera stands still."))
+        .arg(listOf(m_deferred.keys(), locale()));
 }
 
-QString PtzCalibrator::remarkText() const
+QString PtzCalibrator::pointRemark() const
 {
     return m_deferred.isEmpty() ? m_loss : deferral();
 }
 
 QString PtzCalibrator::shownRemark() const
 {
-    QStringList remarks{remarkText(), PtzView::shownRemark()};
+    QStringList remarks{pointRemark(), PtzView::shownRemark()};
     remarks.removeAll(QString());
     remarks.removeDuplicates();
     return remarks.join(u'\n');
@@ -257,7 +277,7 @@ void PtzCalibrator::textsEdited(const QStringList &before, const QStringList &af
 
 bool PtzCalibrator::goTo(int number)
 {
-    if (!placeOf(number) || m_deferred.contains(number))
+    if (!placeOf(number) || isDeferred(number))
         return false;
     m_goto = number;
     stateChanged();
@@ -392,7 +412,7 @@ EditActions PtzCalibrator::editActions()
         {tr("Go to point %1").arg(number),
          {Qt::Key_Return, Qt::Key_Enter},
          [this] { goTo(m_current); },
-         isSet && !m_deferred.contains(m_current)},
+         isSet && !isDeferred(m_current)},
         {tr("Set point %1").arg(number),
          {Qt::Key_Space},
          [this] { m_gesture.perform([&] { place(placeOf(m_current).value_or(QPointF(0.5, 0.5))); }); }},

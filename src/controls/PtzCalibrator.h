@@ -26,8 +26,8 @@ class NameEdit;
 /// remove it; Escape cancels a drag.
 ///
 /// A point that is set while the camera turns waits until it stands still: a position that the camera has
-/// left by then is never stored. When the position becomes unknown meanwhile, the point stays as it was, and
-/// the picture says so.
+/// left by then is never stored. When the position becomes unknown meanwhile, or the point gets another
+/// value, it is not set, and the picture says so.
 class PtzCalibrator : public PtzView, private EditGesture::Editor
 {
     Q_OBJECT
@@ -40,7 +40,8 @@ public:
     /// Emits only pointReplaced(). Returns false when they are shown already.
     bool setPoints(const QStringList &points);
     int currentPoint() const { return m_current; }
-    /// Which point waits for the camera, as a sentence; empty for none.
+    bool isDeferred(int number) const { return m_deferred.contains(number); }
+    /// Which points wait for the camera, as a sentence; empty for none.
     QString deferral() const;
 
     /// The point that was gone to last; 0 for none.
@@ -112,13 +113,14 @@ private:
     /// Shows the texts of the points.
     void pointsChanged();
     QString titleOf(int number) const;
-    QString remarkText() const;
+    /// About points that wait, or that were not set.
+    QString pointRemark() const;
     bool moveByKey(const QKeyEvent &event);
     void paintPoint(QPainter &painter, int number, const QPointF &position);
 
     QStringList m_points;
     QMap<int, QPointF> m_deferred; ///< places of the points that wait for the camera to stand still
-    QString m_loss;                ///< says that such a point was not set
+    QString m_loss;                ///< says that such points were not set
     QPointer<NameEdit> m_nameEdit;
     ChipStrip m_strip;
     int m_current = 1;

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void hasAMenu();
     void choosesPointsInTheStrip();
     void setsPointsWhenTheCameraStandsStill();
+    void saysWhichPointsAreNotSet();
     void showsRemarksOneBelowTheOther();
     void namesPoints_data();
     void namesPoints();
@@ -282,6 +283,32 @@ void TestPtzControls::setsPointsWhenTheCameraStandsStill()
     QCOMPARE(calibrator->points().at(1), "0.5000,0.5000,0.6,0,0");
     QVERIFY(calibrator->valueText().contains("Point 2 was not set"));
     QVERIFY(!calibrator->valueText().contains("stands still"));
+}
+
+void TestPtzControls::saysWhichPointsAreNotSet()
+{
+    PtzCalibrator calibrator(4);
+    const auto defer = [&](const QList<int> &points) {
+        calibrator.slot_Set_PTZ_pos("0.1,0,0");
+        calibrator.slot_Set_PTZ_pos("0.2,0,0");
+        for (const int point : points) {
+            QTest::keyClick(&calibrator, Qt::Key(Qt::Key_0 + point));
+            QTest::keyClick(&calibrator, Qt::Key_Space);
+        }
+    };
+    defer({1, 3, 4});
+    QCOMPARE(calibrator.deferral(), "Points 1, 3, 4 are set as soon as the camera stands still.");
+    calibrator.setPoints({"0.1,0.1", "0.2,0.2"});
+    QVERIFY(calibrator.valueText().contains("Points 3, 4 are set as soon as"));
+    calibrator.slot_Set_PTZ_pos("");
+    QVERIFY(calibrator.valueText().contains("Points 3, 4 were not set, as the camera position"));
+    defer({2});
+    calibrator.setPoints({"0.1,0.1", "0.3,0.3"});
+    QVERIFY(calibrator.valueText().contains("Point 2 was not set, as it has got another value"));
+    QCOMPARE(calibrator.deferral(), QString());
+    defer({1, 2});
+    calibrator.setPoints({});
+    QVERIFY(calibrator.valueText().contains("Points 1, 2 were not set, as they have got other values"));
 }
 
 void TestPtzControls::showsRemarksOneBelowTheOther()

@@ -59,10 +59,13 @@ private Q_SLOTS:
     void tellsThemWhileOthersSteer();
     void sendsPointsAtOnce();
     void asksAboutAPointThatWaits();
+    void asksBeforeClosingWithAPointThatWaits();
     void comesBackWithTheRecorder();
 
 private:
     void open(const QString &login = "admin:admin");
+    /// Turns the camera as another user.
+    void turnBy(QTcpSocket &other);
     QPoint placeOf(int point) const;
     QString crossText() const { return m_cross->valueText(); }
 
@@ -87,7 +90,7 @@ void TestTurningCamera::open(const QString &login)
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
     m_session = std::make_unique<Session>(
         login + "@127.0.0.1:" + QString::number(static_cast<qint16>(m_recorder->port())),
-        WindowOptions{.tracksChanges = true});
+        WindowOptions{.tracksChanges = true, .asksBeforeClosing = true});
     QVERIFY(m_session->isFine());
     CWinMain &window = *m_session->window;
     m_picture = window.findChild<PtzVideoInput *>();
@@ -165,12 +168,17 @@ void TestTurningCamera::tellsThemWhileOthersSteer()
 {
     open("guest:");
     QTcpSocket other;
-    other.connectToHost("127.0.0.1", m_recorder->port());
-    other.write("\x01LOGIN=admin\r\nPASS=admin\r\nPTZ MOVE -1,-0.25,0.5\r\n");
-    AWAIT_VERIFY_WITHIN(m_recorder->ptz().isTurning(), Patience);
+    turnBy(other);
     QTest::keyClick(m_picture, Qt::Key_Right);
     AWAIT_VERIFY_WITHIN(m_picture->valueText().contains("The recorder does not turn the camera"), Patience);
     QVERIFY2(!crossText().contains(Begin), qPrintable(crossText()));
+}
+
+void TestTurningCamera::turnBy(QTcpSocket &other)
+{
+    other.connectToHost("127.0.0.1", m_recorder->port());
+    other.write("\x01LOGIN=admin\r\nPASS=admin\r\nPTZ MOVE -1,-0.25,0.5\r\n");
+    AWAIT_VERIFY_WITHIN(m_recorder->ptz().isTurning(), Patience);
 }
 
 void TestTurningCamera::sendsPointsAtOnce()
@@ -209,6 +217,22 @@ void TestTurningCamera::asksAboutAPointThatWaits()
              qPrintable(asked.texts().join('|')));
     QVERIFY(m_session->window->isVisible()); // one goes on editing
     AWAIT_VERIFY_WITHIN(!m_recorder->ptz().point(4).isEmpty(), Patience);
+}
+
+/// There is no other change.
+void TestTurningCamera::asksBeforeClosingWithAPointThatWaits()
+{
+    QTcpSocket other;
+    turnBy(other);
+    AWAIT_VERIFY_WITHIN(m_calibrator->isTurning(), Patience);
+    QTest::keyClick(m_calibrator, Qt::Key_4);
+    QTest::keyClick(m_calibrator, Qt::Key_Space);
+    ModalWatcher asked;
+    m_session->window->reject();
+    QCOMPARE(asked.count(), 1);
+    QVERIFY2(asked.texts().value(0).contains("Point 4 is set as soon as"),
+             qPrintable(asked.texts().join('|')));
+    QVERIFY(m_session->window->isVisible()); // one goes on editing
 }
 
 void TestTurningCamera::comesBackWithTheRecorder()

@@ -94,6 +94,7 @@ private Q_SLOTS:
     void followsADrag();
     void tellsOfPoints_data();
     void tellsOfPoints();
+    void tellsOfPointsThatWait();
     void doubtsPointsOnce();
     void trustsARecorderThatTurns();
     void sendsReplacedPoints();
@@ -229,6 +230,21 @@ void TestCameraLink::tellsOfPoints()
     QVERIFY2(camera.cross.valueText().contains(remark), qPrintable(camera.cross.valueText()));
 }
 
+/// The point is set already, but to another place.
+void TestCameraLink::tellsOfPointsThatWait()
+{
+    Camera camera;
+    camera.calibrator.setPoints({"0.5,0.5,0.1,0,0"});
+    camera.source.move("0.2,0,0");
+    QTest::keyClick(&camera.calibrator, Qt::Key_Space);
+    camera.source.commands.clear();
+    QTest::keyClick(&camera.cross, Qt::Key_1);
+    QCOMPARE(camera.source.commands, QStringList());
+    QCOMPARE(camera.link.remark(), "Point 1 is set as soon as the camera stands still.");
+    AWAIT_VERIFY(!camera.source.commands.isEmpty());
+    QVERIFY2(!camera.link.remark().contains("stands still"), qPrintable(camera.link.remark()));
+}
+
 /// Each time only behind a turn that was ignored.
 void TestCameraLink::doubtsPointsOnce()
 {
@@ -238,6 +254,7 @@ void TestCameraLink::doubtsPointsOnce()
         return camera.link.remark().contains("takes a point");
     };
     QVERIFY(setPoint());
+    QVERIFY2(setPoint(), "the next point has taken the remark back");
     camera.link.setLive(false, true); // takes the remark back
     camera.link.setLive(true, true);
     QVERIFY(!setPoint());

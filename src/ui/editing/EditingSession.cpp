@@ -149,8 +149,8 @@ bool EditingSession::maySendProblems()
     bool isWanted = true;
     if (m_changes->hasProblems())
         m_services.letUserAct([&] { isWanted = m_changes->askAboutProblems(); });
-    if (isWanted && !m_changes->deferredPoint().isEmpty())
-        m_services.letUserAct([&] { isWanted = m_changes->askAboutDeferredPoint(); });
+    if (isWanted && !m_changes->deferredPoints().isEmpty())
+        m_services.letUserAct([&] { isWanted = m_changes->askAboutDeferredPoints(); });
     return isWanted;
 }
 
@@ -196,7 +196,8 @@ bool EditingSession::isLostByFetching() const
 
 bool EditingSession::hasChangesToAskAbout() const
 {
-    return m_options.asksBeforeClosing && m_changes->hasUserChanges();
+    return m_options.asksBeforeClosing &&
+           (m_changes->hasUserChanges() || !m_changes->deferredPoints().isEmpty());
 }
 
 bool EditingSession::mayClose()

@@ -253,28 +253,31 @@ bool ChangeTracking::askAboutProblems()
     return answer == QMessageBox::Ignore;
 }
 
-QString ChangeTracking::deferredPoint() const
+QString ChangeTracking::deferredPoints() const
 {
+    QStringList sentences;
     for (const auto *calibrator : m_window.findChildren<PtzCalibrator *>()) {
         if (const QString text = calibrator->deferral(); !text.isEmpty())
-            return text;
+            sentences.append(text);
     }
-    return {};
+    return sentences.join(u'\n');
 }
 
-bool ChangeTracking::askAboutDeferredPoint() const
+bool ChangeTracking::askAboutDeferredPoints() const
 {
     const OrbDlgQuestion::Captions captions{{QMessageBox::Ignore, tr("Send all the same")},
                                             {QMessageBox::Cancel, tr("Go on editing")}};
     return OrbDlgQuestion::DoExplained(&m_window, QMessageBox::Warning, m_window.windowTitle(),
-                                       tr("A point of a camera is not set yet, so it would be missing."),
-                                       deferredPoint(), QMessageBox::Ignore | QMessageBox::Cancel,
+                                       tr("Points of a camera that are not set yet would be missing."),
+                                       deferredPoints(), QMessageBox::Ignore | QMessageBox::Cancel,
                                        QMessageBox::Cancel, nullptr, captions) == QMessageBox::Ignore;
 }
 
 ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
 {
     const bool isFile = isOfAFile();
+    QStringList details{m_count->text(), deferredPoints()};
+    details.removeAll(QString());
     const OrbDlgQuestion::Captions captions{{QMessageBox::Save, isFile ? tr("Save") : tr("Send")},
                                             {QMessageBox::Discard, tr("Discard")},
                                             {QMessageBox::Cancel, tr("Go on editing")}};
@@ -282,8 +285,8 @@ ChangeTracking::Answer ChangeTracking::askBeforeClosing() const
         &m_window, QMessageBox::Question, m_window.windowTitle(),
         isFile ? tr("There are changes that were not saved.")
                : tr("There are changes that were not sent to the recorder."),
-        m_count->text(), QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel,
-        nullptr, captions);
+        details.join(u'\n'), QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+        QMessageBox::Cancel, nullptr, captions);
     if (answer == QMessageBox::Save)
         return Answer::Send;
     return answer == QMessageBox::Discard ? Answer::Discard : Answer::GoOnEditing;

@@ -79,10 +79,10 @@ public:
     bool hasProblems() const { return m_problems.count() > 0; }
     /// Asks whether to send with these problems. When the user wants to see them it goes to the first one.
     bool askAboutProblems();
-    /// Which point of a camera waits to be set, as a sentence; empty for none.
-    QString deferredPoint() const;
-    /// Asks whether to send without it.
-    bool askAboutDeferredPoint() const;
+    /// Which points of cameras wait to be set, as sentences; empty for none.
+    QString deferredPoints() const;
+    /// Asks whether to send without them.
+    bool askAboutDeferredPoints() const;
     enum class Answer { Send, Discard, GoOnEditing };
     /// Asks what is to become of the changes when the window is closed.
     Answer askBeforeClosing() const;

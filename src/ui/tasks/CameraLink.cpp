@@ -111,7 +111,9 @@ void CameraLink::goTo(int point)
         if (auto *calibrator = qobject_cast<PtzCalibrator *>(control)) {
             isKnown = true;
             if (!calibrator->goTo(point))
-                setRemark(tr("Point %1 is not set.").arg(QString::number(point)));
+                setRemark(calibrator->isDeferred(point)
+                              ? calibrator->deferral()
+                              : tr("Point %1 is not set.").arg(QString::number(point)));
         }
     }
     if (isKnown)
@@ -128,7 +130,9 @@ void CameraLink::setPoint(int point, const QString &text)
 {
     m_source.setPoint(point, text);
     // Once, unless the camera does not turn either: most logins may do both.
-    if (!isObeyed() && (m_isIgnored || !std::exchange(m_hasDoubtedPoints, true)))
+    if (isObeyed())
+        setRemark({});
+    else if (m_isIgnored || !std::exchange(m_hasDoubtedPoints, true))
         setRemark(
             tr("The recorder does not say whether it takes a point from this login, for which it has not "
                "turned the camera so far."));
