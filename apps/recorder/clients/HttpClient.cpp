@@ -18,11 +18,10 @@ constexpr int HeadTimeout = 10 * 1000;
 /// The limit for a client that does not read the answer.
 constexpr int StuckPageTimeout = 10 * 1000;
 
-QByteArray dateField()
+QByteArray presentTime()
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    return "Date: " + QLocale::c().toString(now, QStringLiteral("ddd, dd MMM yyyy hh:mm:ss")).toLatin1() +
-           " GMT";
+    return QLocale::c().toString(now, QStringLiteral("ddd, dd MMM yyyy hh:mm:ss")).toLatin1() + " GMT";
 }
 
 } // namespace
@@ -100,7 +99,7 @@ HttpClient::Response HttpClient::picture(const HttpRequest &request, Picture tak
     const QByteArray bytes = m_video ? (*m_video.*take)() : QByteArray();
     if (bytes.isEmpty())
         return plain("503 Service Unavailable");
-    return {"200 OK", {"Cache-Control: no-store"}, "image/jpeg", bytes};
+    return {"200 OK", {"Cache-Control: no-store", "Last-Modified: " + presentTime()}, "image/jpeg", bytes};
 }
 
 HttpClient::Response HttpClient::plain(const QByteArray &status, const QList<QByteArray> &fields)
@@ -114,7 +113,7 @@ void HttpClient::send(const Response &response, bool withBody, bool canClose)
     m_isAnswered = true;
     Q_EMIT logged(QStringLiteral("> ") + QString::fromLatin1(response.status) +
                   (m_account ? QStringLiteral(" for ") + readableBody(m_account->name) : QString()));
-    QList<QByteArray> lines = {"HTTP/1.1 " + response.status, dateField()};
+    QList<QByteArray> lines = {"HTTP/1.1 " + response.status, "Date: " + presentTime()};
     lines += response.fields;
     lines += {"Content-Type: " + response.type, "Content-Length: " + QByteArray::number(response.body.size()),
               "Connection: close"};
