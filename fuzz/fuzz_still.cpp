@@ -6,6 +6,7 @@
 #include "PictureCounters.h"
 #include "Require.h"
 
+#include "video/ExifTime.h"
 #include "video/StillPicture.h"
 #include "video/VideoLimits.h"
 
@@ -22,6 +23,7 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray jpeg(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    paravue::exifTime(jpeg);
     const QImage image = paravue::decodeStillPicture(jpeg);
     if (image.isNull())
         return 0;

@@ -3670,10 +3670,6 @@ and %2 more</source>
 <context>
     <name>paravue::PictureActions</name>
     <message>
-        <source>Picture of %1</source>
-        <translation>Изображение за %1</translation>
-    </message>
-    <message>
         <source>Close</source>
         <translation>Закрыть</translation>
     </message>
@@ -3700,6 +3696,14 @@ and %2 more</source>
     <message>
         <source>Picture</source>
         <translation>Изображение</translation>
+    </message>
+    <message>
+        <source>Picture taken %1</source>
+        <translation>Снимок сделан %1</translation>
+    </message>
+    <message>
+        <source>Picture fetched %1</source>
+        <translation>Снимок получен %1</translation>
     </message>
 </context>
 <context>
@@ -4300,10 +4304,6 @@ and %2 more</source>
     <message>
         <source>Kind: still pictures</source>
         <translation>Вид: отдельные кадры</translation>
-    </message>
-    <message>
-        <source>Last picture: %1</source>
-        <translation>Последний кадр: %1</translation>
     </message>
     <message>
         <source>Pictures shown: %1</source>

@@ -1,12 +1,12 @@
 #include "video/HttpPictureReceiver.h"
 
+#include "video/ExifTime.h"
 #include "video/PictureUrl.h"
 #include "video/StillPicture.h"
 #include "video/VideoLimits.h"
 
 #include <QAuthenticator>
 #include <QHostAddress>
-#include <QLocale>
 #include <QNetworkProxy>
 #include <QNetworkRequest>
 
@@ -31,15 +31,11 @@ bool isSameHost(const QUrl &a, const QUrl &b)
     return a.host() == b.host() && a.port(-1) == b.port(-1) && a.scheme() == b.scheme();
 }
 
-QDateTime timeOf(const QNetworkReply &reply)
+/// Date is no such time: it says when the answer was sent, perhaps with a picture that was kept.
+QDateTime timeOf(const QNetworkReply &reply, const QByteArray &jpeg)
 {
-    const QDateTime modified = reply.header(QNetworkRequest::LastModifiedHeader).toDateTime();
-    if (modified.isValid())
-        return modified;
-    QDateTime sent = QLocale::c().toDateTime(QString::fromLatin1(reply.rawHeader("Date")),
-                                             QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"));
-    sent.setTimeSpec(Qt::UTC);
-    return sent;
+    const QDateTime taken = exifTime(jpeg);
+    return taken.isValid() ? taken : reply.header(QNetworkRequest::LastModifiedHeader).toDateTime();
 }
 
 QNetworkRequest pictureRequest(const QUrl &url)
@@ -179,7 +175,7 @@ void HttpPictureReceiver::finish()
     const QImage picture = decodeStillPicture(m_answer);
     if (picture.isNull())
         return end(tr("Not a picture"));
-    m_pictureTime = timeOf(*m_reply);
+    m_pictureTime = timeOf(*m_reply, m_answer);
     end({});
     Q_EMIT pixmapReady(QPixmap::fromImage(picture));
 }

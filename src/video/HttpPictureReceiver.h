@@ -38,8 +38,8 @@ public:
     QString problem() const { return m_problem; }
     /// True when the recorder has refused the login, or has closed the connection without a whole answer.
     bool isRefused() const { return m_isRefused; }
-    /// When the picture was taken, as far as the recorder says: the answer's Last-Modified or else its Date.
-    /// Not valid when it has neither.
+    /// When the picture was taken, as far as the recorder says: its exifTime(), or else the answer's
+    /// Last-Modified. Not valid when it has neither.
     QDateTime pictureTime() const { return m_pictureTime; }
 
 Q_SIGNALS:

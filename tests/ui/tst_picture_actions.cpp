@@ -165,6 +165,7 @@ private Q_SLOTS:
     void endsWithItsTask();
     void copies();
     void proposesAName();
+    void namesStillPicturesByTheirTime();
     void savesAsItsSuffixSays_data();
     void savesAsItsSuffixSays();
     void dropsASaveWhoseWindowEnds();
@@ -366,6 +367,21 @@ void TestPictureActions::proposesAName()
         qPrintable(names[0]));
 }
 
+void TestPictureActions::namesStillPicturesByTheirTime()
+{
+    Played played("v3getjpeg");
+    QString proposed;
+    played.parts.tasks.clear();
+    played.parts.tasks.setPictureSaver(
+        [&](const QPixmap &, const QString &name, const QWidget &) { proposed = name; });
+    played.parts.tasks.add(played.parts.description.document().first("window"));
+    played.tick(1001);
+    played.sources.last()->taken = QDateTime({2026, 3, 4}, {5, 6, 7});
+    played.send(filled(Qt::red));
+    QTest::keyClick(&played.view<LiveView>(), Qt::Key_S, Qt::ControlModifier);
+    QCOMPARE(proposed, "Yard 2026-03-04 05-06-07");
+}
+
 void TestPictureActions::savesAsItsSuffixSays_data()
 {
     const TestTable<QString, QString, QByteArray, bool> row("typed", "file", "format", "isSaved");
@@ -429,18 +445,18 @@ void TestPictureActions::tellsTheTimeOfStillPictures()
     QVERIFY(online.grab().toImage() != before);
     const QString said = online.accessibleDescription();
     const QDateTime now = QDateTime::currentDateTime();
-    const auto arrival = QDateTime::fromString(said, "'Picture of 'yyyy-MM-dd HH:mm:ss");
+    const auto arrival = QDateTime::fromString(said, "'Picture fetched 'yyyy-MM-dd HH:mm:ss");
     QVERIFY2(arrival > now.addSecs(-60) && arrival <= now, qPrintable(said));
     played.sources.last()->taken = QDateTime({2026, 3, 4}, {5, 6, 7}); // as the recorder says
     played.send(filled(Qt::red));
-    QCOMPARE(online.accessibleDescription(), "Picture of 2026-03-04 05:06:07");
+    QCOMPARE(online.accessibleDescription(), "Picture taken 2026-03-04 05:06:07");
     QCOMPARE(online.valueText(), QString());
     // Where it covers no cells.
     auto &mask = played.view<MaskEditor>();
-    QCOMPARE(mask.accessibleDescription(), "Picture of 2026-03-04 05:06:07");
+    QCOMPARE(mask.accessibleDescription(), "Picture taken 2026-03-04 05:06:07");
     const QImage cells = mask.grab(mask.pictureRect()).toImage();
     const QImage whole = mask.grab().toImage();
-    mask.setCaption("Picture of 11:11:11");
+    mask.setCaption("Picture taken 11:11:11");
     QCOMPARE(mask.grab(mask.pictureRect()).toImage(), cells);
     QVERIFY(mask.grab().toImage() != whole);
     Played live;

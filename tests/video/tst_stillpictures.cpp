@@ -7,6 +7,7 @@
 
 #include <QBuffer>
 #include <QCryptographicHash>
+#include <QDataStream>
 #include <QDomDocument>
 #include <QImageWriter>
 #include <QNetworkProxy>
@@ -46,6 +47,31 @@ QByteArray claiming(const QByteArray &jpeg, int width, int height)
     for (int i = 0; i < 4; ++i)
         bytes[header + 5 + i] = char(size[i]);
     return bytes;
+}
+
+/// A picture that says when it was taken, as cameras write it: Exif's texts DateTimeOriginal and
+/// OffsetTimeOriginal, each with its zero byte.
+QByteArray takenAt(const QByteArray &time, const QByteArray &offset = {},
+                   QDataStream::ByteOrder order = QDataStream::LittleEndian)
+{
+    constexpr quint16 Text = 2;
+    constexpr quint16 Long = 4;
+    constexpr quint32 Directory = 26;
+    constexpr quint32 Texts = 56;
+    QByteArray exif("Exif\0\0", 6);
+    QByteArray tiff;
+    QDataStream stream(&tiff, QIODevice::WriteOnly);
+    stream.setByteOrder(order);
+    stream << quint16(order == QDataStream::BigEndian ? 0x4D4D : 0x4949) << quint16(42) << quint32(8);
+    stream << quint16(1) << quint16(0x8769) << Long << quint32(1) << Directory << quint32(0);
+    stream << quint16(2) << quint16(0x9003) << Text << quint32(time.size() + 1) << Texts;
+    stream << quint16(0x9011) << Text << quint32(offset.size() + 1) << Texts + quint32(time.size() + 1);
+    stream << quint32(0);
+    tiff += time + '\0' + offset + '\0';
+    exif += tiff;
+    QByteArray bytes = jpeg();
+    const quint16 length = quint16(exif.size() + 2);
+    return bytes.insert(2, "\xFF\xE1" + QByteArray(1, char(length >> 8)) + char(length & 255) + exif);
 }
 
 QByteArray answer(const QByteArray &body, const QByteArray &head = "200 OK")
@@ -308,21 +334,38 @@ void TestStillPictures::sendsTheLoginToTheFirstHostOnly()
 
 void TestStillPictures::tellsWhenItWasTaken_data()
 {
-    const test::TestTable<QByteArray, QDateTime> row("lines", "time");
-    const QDateTime evening(QDate(2026, 11, 22), QTime(23, 59, 58), Qt::UTC);
-    const QByteArray date = "\r\nDate: Sun, 22 Nov 2026 23:59:58 GMT";
-    row("when it was sent", date, evening);
-    row("when it was taken, and when it was sent", date + "\r\nLast-Modified: Sat, 21 Nov 2026 23:59:58 GMT",
-        evening.addDays(-1));
-    row("no time", "", {});
-    row("no time that could be read", "\r\nDate: yesterday\r\nLast-Modified: 0", {});
+    const test::TestTable<QByteArray, QByteArray, QDateTime> row("picture", "lines", "time");
+    const QDate day(2026, 11, 21);
+    const QTime evening(23, 59, 58);
+    const QDateTime ofAnswer(day, evening, Qt::UTC);
+    const QByteArray modified = "\r\nLast-Modified: Sat, 21 Nov 2026 23:59:58 GMT";
+    const QByteArray sent = "\r\nDate: Sun, 22 Nov 2026 23:59:58 GMT";
+    row("the answer says so", jpeg(), sent + modified, ofAnswer);
+    row("the answer says when it was sent", jpeg(), sent, {});
+    row("the answer says nothing", jpeg(), "", {});
+    row("the answer says nothing that can be read", jpeg(), "\r\nDate: yesterday\r\nLast-Modified: 0", {});
+    row("the picture says so", takenAt("2026:11:21 23:59:58"), "", QDateTime(day, evening));
+    row("the picture says so, most significant bytes first",
+        takenAt("2026:11:21 23:59:58", {}, QDataStream::BigEndian), "", QDateTime(day, evening));
+    row("the picture says so with its zone", takenAt("2026:11:22 01:59:58", "+02:00"), "", ofAnswer);
+    row("the zone is not known", takenAt("2026:11:21 23:59:58", "   :  "), "", QDateTime(day, evening));
+    row("both say so", takenAt("2026:11:20 23:59:58"), modified, QDateTime(day.addDays(-1), evening));
+    row("the camera has no clock", takenAt("    :  :     :  :  "), modified, ofAnswer);
+    row("the note in the picture is damaged", takenAt("2026:11:20 23:59:58").replace("\x69\x87", "\x69\x88"),
+        modified, ofAnswer);
+    row("the note leads behind its end",
+        takenAt("2026:11:20 23:59:58")
+            .replace(QByteArray("\x1A\0\0\0", 4), QByteArray("\xFF\xFF\xFF\xFF", 4)),
+        modified, ofAnswer);
 }
 
 void TestStillPictures::tellsWhenItWasTaken()
 {
+    QFETCH(QByteArray, picture);
     QFETCH(QByteArray, lines);
-    Server server(
-        [&](QTcpSocket &client, const QByteArray &, int) { client.write(answer(jpeg(), "200 OK" + lines)); });
+    Server server([&](QTcpSocket &client, const QByteArray &, int) {
+        client.write(answer(picture, "200 OK" + lines));
+    });
     Fetch fetch(server.url());
     AWAIT_COMPARE(fetch.ends.size(), 1);
     QCOMPARE(fetch.pictures.size(), 1);

@@ -11,7 +11,6 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QDateTime>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -167,10 +166,11 @@ void PictureActions::pictureCame()
 {
     m_notice.clear(); // as the controls do
     if (m_kind == PictureKind::Still) {
-        // With the date, as a picture may stay for days.
         const QDateTime taken = m_source ? m_source->pictureTime() : QDateTime();
-        m_time = (taken.isValid() ? taken.toLocalTime() : QDateTime::currentDateTime())
-                     .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        m_time = taken.isValid() ? taken.toLocalTime() : QDateTime::currentDateTime();
+        // With the date, as a picture may stay for days.
+        const QString time = m_time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        m_caption = taken.isValid() ? tr("Picture taken %1").arg(time) : tr("Picture fetched %1").arg(time);
     }
     for (const QPointer<QWidget> &control : std::as_const(m_controls)) {
         if (!control)
@@ -178,7 +178,7 @@ void PictureActions::pictureCame()
         letFocusIn(*control);
         auto *notice = dynamic_cast<PictureNotice *>(control.data());
         if (m_kind == PictureKind::Still && notice)
-            notice->setCaption(tr("Picture of %1").arg(m_time));
+            notice->setCaption(m_caption);
     }
 }
 
@@ -271,8 +271,7 @@ void PictureActions::enlarge(QWidget &control)
     view->setPixmap(pictureOf(control));
     view->setNotice(m_notice);
     view->setRemark(m_remark);
-    if (!m_time.isEmpty())
-        view->setCaption(tr("Picture of %1").arg(m_time));
+    view->setCaption(m_caption);
     add(*view);
     m_enlarged.removeAll(nullptr);
     m_enlarged.append(view);
@@ -289,8 +288,9 @@ void PictureActions::enlarge(QWidget &control)
 void PictureActions::save(QWidget &control)
 {
     const QPixmap picture = pictureOf(control);
+    const QDateTime time = m_time.isValid() ? m_time : QDateTime::currentDateTime();
     if (!picture.isNull() && m_save)
-        m_save(picture, fileNameOf(nameOf(control), QDateTime::currentDateTime()), control);
+        m_save(picture, fileNameOf(nameOf(control), time), control);
 }
 
 void PictureActions::copy(QWidget &control)
@@ -324,7 +324,7 @@ PictureDetails PictureActions::details(const QPointer<QWidget> &control) const
     }
     details.state = m_notice.isEmpty() ? m_remark : m_notice;
     details.shown = m_shown;
-    details.time = m_time;
+    details.caption = m_caption;
     details.reconnections = m_connections;
     details.attempts = m_attempts;
     if (m_source) {

@@ -5,6 +5,7 @@
 #include "ui/tasks/PictureSource.h"
 #include "ui/tasks/StreamDetails.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QPixmap>
 
@@ -71,7 +72,8 @@ private:
     QList<QPointer<QWidget>> m_details;
     QString m_notice;
     QString m_remark;
-    QString m_time;            ///< of the last still picture
+    QDateTime m_time;          ///< of the last still picture
+    QString m_caption;         ///< says that time
     quint64 m_connections = 0; ///< earlier ones that have brought pictures
     quint64 m_attempts = 0;    ///< earlier ones that have brought none
     quint64 m_shown = 0;       ///< over all of them

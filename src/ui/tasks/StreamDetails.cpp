@@ -82,8 +82,8 @@ QString StreamDetails::textOf(const PictureDetails &details)
         lines << tr("Shown: %1").arg(sizeText(details.size));
     if (details.kind == PictureKind::Still) {
         lines << tr("Kind: still pictures");
-        if (!details.time.isEmpty())
-            lines << tr("Last picture: %1").arg(details.time);
+        if (!details.caption.isEmpty())
+            lines << details.caption;
         return lines.join(u'\n');
     }
     lines << tr("Pictures shown: %1").arg(details.shown);

@@ -23,7 +23,7 @@ struct PictureDetails {
     quint64 shown = 0;
     quint64 reconnections = 0;
     quint64 attempts = 0; ///< earlier connections without a picture
-    QString time;         ///< of the last still picture
+    QString caption;      ///< of the last still picture: its time
     QSize size;           ///< of the picture that is shown
 };
 
