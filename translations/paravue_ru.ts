@@ -1737,10 +1737,6 @@ Exit code:
         <translation>для --record нужно значение</translation>
     </message>
     <message>
-        <source>--seconds takes a number from 1 to %1</source>
-        <translation>--seconds принимает число от 1 до %1</translation>
-    </message>
-    <message>
         <source>Show this help.</source>
         <translation>Показать эту справку.</translation>
     </message>
@@ -2135,6 +2131,14 @@ not exported: %1 with no key picture before
     <message>
         <source>recorded %1 s of %2 s: %3</source>
         <translation>записано %1 с из %2 с: %3</translation>
+    </message>
+    <message>
+        <source>--%1 takes a number from 1 to %2</source>
+        <translation>для --%1 указывается число от 1 до %2</translation>
+    </message>
+    <message>
+        <source>Give up when nothing has come from ADDRESS for so long (without it 12). Some cameras send a picture once in a minute.</source>
+        <translation>Прекратить, если от ADDRESS столько секунд ничего не пришло (по умолчанию 12). Некоторые камеры присылают кадр раз в минуту.</translation>
     </message>
 </context>
 <context>

@@ -67,6 +67,16 @@ QString problemOf(const InfoCommandLine &line, bool exports)
     return {};
 }
 
+/// False when the value of \a option, if it is there, is no number of seconds.
+bool readSeconds(const QCommandLineParser &parser, const QString &option, std::chrono::seconds &seconds)
+{
+    if (!parser.isSet(option))
+        return true;
+    const uint number = parser.value(option).toUInt(); // 0 for other texts
+    seconds = std::chrono::seconds(number);
+    return number >= 1 && number <= MaxSeconds;
+}
+
 /// What follows from an address in place of a recording, or a problem.
 QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
 {
@@ -76,7 +86,7 @@ QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
     if (!isFile && !line.address && line.file.contains(u'@'))
         return InfoText::tr("there is no such file, and an address has the form login:password@host[:port]");
     if (!line.address) {
-        for (const char *option : {"record", "seconds", "digest"}) {
+        for (const char *option : {"record", "seconds", "timeout", "digest"}) {
             if (parser.isSet(option))
                 return InfoText::tr("--%1 needs an ADDRESS, login:password@host[:port]").arg(option);
         }
@@ -84,11 +94,10 @@ QString readLive(InfoCommandLine &line, const QCommandLineParser &parser)
     }
     if (parser.isSet("record") && parser.value("record").isEmpty())
         return InfoText::tr("--record needs a value");
-    bool isNumber = true;
-    const uint seconds = parser.isSet("seconds") ? parser.value("seconds").toUInt(&isNumber) : 10;
-    if (!isNumber || seconds < 1 || seconds > MaxSeconds)
-        return InfoText::tr("--seconds takes a number from 1 to %1").arg(MaxSeconds);
-    line.duration = std::chrono::seconds(seconds);
+    if (!readSeconds(parser, "seconds", line.times.duration))
+        return InfoText::tr("--%1 takes a number from 1 to %2").arg("seconds").arg(MaxSeconds);
+    if (!readSeconds(parser, "timeout", line.times.silence))
+        return InfoText::tr("--%1 takes a number from 1 to %2").arg("timeout").arg(MaxSeconds);
     if (parser.isSet("digest")) {
         if (!isInLocalEncoding(line.address->password))
             return InfoText::tr("the password has letters that this computer's encoding lacks, so its "
@@ -128,6 +137,11 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
                                       "FILE");
     const QCommandLineOption seconds("seconds", InfoText::tr("Record for so long (without it 10)."),
                                      "SECONDS");
+    const QCommandLineOption timeout(
+        "timeout",
+        InfoText::tr("Give up when nothing has come from ADDRESS for so long (without it 12). Some cameras "
+                     "send a picture once in a minute."),
+        "SECONDS");
     const QCommandLineOption digest(
         "digest", InfoText::tr("The password in ADDRESS is the one that a user types: send its "
                                "digest. Otherwise it is sent as it stands."));
@@ -135,7 +149,8 @@ InfoCommandLine InfoCommandLine::parse(const QStringList &words)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         InfoText::tr("Lists the streams of a recorded HVX3 byte stream, or of a recorder."));
-    parser.addOptions({help, version, json, codec, header, exportTo, force, recordTo, seconds, digest});
+    parser.addOptions(
+        {help, version, json, codec, header, exportTo, force, recordTo, seconds, timeout, digest});
     parser.addPositionalArgument("RECORDING",
                                  InfoText::tr("The recorded bytes; - reads them from standard input."),
                                  "RECORDING|ADDRESS");

@@ -6,7 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <chrono>
 #include <optional>
 
 namespace paravue
@@ -20,12 +19,12 @@ struct InfoCommandLine {
     QString text; ///< what to show: the help, the version, or what is wrong with the command line
     QString file; ///< "-" is the standard input; with an address a file to be made
     std::optional<VideoAddress> address; ///< record this first
-    std::chrono::seconds duration{10};   ///< for so long
-    QString exportFile;                  ///< not empty: where to write the video streams
-    QByteArray codec;                    ///< not empty: of a recording that begins behind its header
-    QString headerFile;                  ///< not empty: a recording whose header is to be used
-    bool force = false;                  ///< overwrite what is there
-    bool json = false;                   ///< print for other programs
+    RecordingTimes times;
+    QString exportFile; ///< not empty: where to write the video streams
+    QByteArray codec;   ///< not empty: of a recording that begins behind its header
+    QString headerFile; ///< not empty: a recording whose header is to be used
+    bool force = false; ///< overwrite what is there
+    bool json = false;  ///< print for other programs
 
     /// Reads the words of a command line, the program's name first. Needs a QCoreApplication.
     static InfoCommandLine parse(const QStringList &words);

@@ -15,8 +15,6 @@ namespace paravue
 namespace
 {
 
-/// Of silence, before the login and behind it.
-constexpr std::chrono::seconds AnswerLimit(12);
 constexpr QByteArrayView Accepted("LENGTH=16\r\nVORN_ANSWER=OK\r\n");
 constexpr QByteArrayView Refused("LENGTH=19\r\nVORN_ANSWER=ERROR\r\n");
 
@@ -29,8 +27,8 @@ MediaError writeError(const QFile &file)
 class LiveRecording
 {
 public:
-    LiveRecording(const VideoAddress &address, std::chrono::seconds duration, QFile &file)
-        : m_address(address), m_duration(duration), m_file(file)
+    LiveRecording(const VideoAddress &address, const RecordingTimes &times, QFile &file)
+        : m_address(address), m_times(times), m_file(file)
     {
         for (QTimer *timer : {&m_silence, &m_whole})
             timer->setSingleShot(true);
@@ -43,7 +41,7 @@ public:
 
     std::optional<MediaError> run()
     {
-        m_silence.start(AnswerLimit);
+        m_silence.start(m_times.silence);
         m_socket.connectToHost(m_address.host, m_address.port);
         m_loop.exec();
         if (m_error)
@@ -54,7 +52,7 @@ public:
 private:
     void logIn()
     {
-        m_silence.start(AnswerLimit);
+        m_silence.start(m_times.silence);
         m_socket.write(
             QStringLiteral("\x01LOGIN=%1\r\nPASS=%2\r\n").arg(m_address.login, m_address.password).toUtf8());
     }
@@ -67,7 +65,7 @@ private:
         m_answer += bytes;
         if (m_answer.startsWith(Accepted)) {
             m_isAccepted = true;
-            m_whole.start(m_duration);
+            m_whole.start(m_times.duration);
             m_clock.start();
             // Not before, so that a refused login costs no recording that is to be overwritten.
             if (!m_file.open(QIODevice::WriteOnly))
@@ -83,14 +81,14 @@ private:
 
     void keep(const QByteArray &bytes)
     {
-        m_silence.start(AnswerLimit);
+        m_silence.start(m_times.silence);
         if (m_file.write(bytes) != bytes.size())
             end(writeError(m_file));
     }
 
     void noteSilence()
     {
-        const QString limit = QString::number(AnswerLimit.count());
+        const QString limit = QString::number(m_times.silence.count());
         if (m_isAccepted)
             endEarly(InfoText::tr("nothing has come from %1 for %2 s").arg(m_address.host, limit));
         else
@@ -109,10 +107,10 @@ private:
 
     void endEarly(const QString &reason)
     {
-        m_earlyEnd = MediaError(
-            InfoText::tr("recorded %1 s of %2 s: %3")
-                .arg(QString::number(m_clock.elapsed() / 1000), QString::number(m_duration.count()), reason),
-            ExitCode::Network);
+        m_earlyEnd = MediaError(InfoText::tr("recorded %1 s of %2 s: %3")
+                                    .arg(QString::number(m_clock.elapsed() / 1000),
+                                         QString::number(m_times.duration.count()), reason),
+                                ExitCode::Network);
         m_loop.quit();
     }
 
@@ -123,7 +121,7 @@ private:
     }
 
     const VideoAddress m_address;
-    const std::chrono::seconds m_duration;
+    const RecordingTimes m_times;
     QFile &m_file;
     QEventLoop m_loop; // outlives what it is the context of
     QTcpSocket m_socket;
@@ -155,11 +153,11 @@ std::optional<VideoAddress> VideoAddress::fromText(const QString &text)
     return address;
 }
 
-std::optional<MediaError> recordLive(const VideoAddress &address, std::chrono::seconds duration,
+std::optional<MediaError> recordLive(const VideoAddress &address, const RecordingTimes &times,
                                      const QString &file)
 {
     QFile output(file);
-    const auto earlyEnd = LiveRecording(address, duration, output).run();
+    const auto earlyEnd = LiveRecording(address, times, output).run();
     if (!output.flush())
         throw writeError(output);
     return earlyEnd;

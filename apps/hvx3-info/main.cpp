@@ -109,11 +109,18 @@ ExitCode listLive(InfoCommandLine line)
     } else if (!line.force && QFileInfo::exists(line.file)) {
         throw MediaError(InfoText::tr("%1 exists; --force overwrites it").arg(line.file));
     }
-    const auto earlyEnd = recordLive(*line.address, line.duration, line.file);
-    const ExitCode listed = list(line);
+    const auto earlyEnd = recordLive(*line.address, line.times, line.file);
     if (!earlyEnd)
-        return listed;
+        return list(line);
     printError(earlyEnd->text());
+    try {
+        list(line);
+    } catch (const MediaError &error) {
+        // That a short recording holds no key picture follows from its early end.
+        if (error.exitCode() != ExitCode::BadData)
+            throw;
+        printError(error.text());
+    }
     return earlyEnd->exitCode();
 }
 
