@@ -1,4 +1,5 @@
 #include "controls/LiveView.h"
+#include "controls/PictureView.h"
 #include "recorder/RecorderServer.h"
 #include "recorder/video/VideoService.h"
 #include "support/PictureClock.h"
@@ -41,6 +42,18 @@ bool isSoak()
     return qEnvironmentVariableIsSet("PARAVUE_SOAK");
 }
 
+struct Kind {
+    const char *type; ///< of the control
+    QSize size;       ///< of the pictures
+};
+
+/// Of the cameras in turn. Pictures are shown in 160 x 120.
+const std::vector<Kind> Kinds{{"online", {160, 120}},
+                              {"maskctrl", {320, 240}},
+                              {"PTZvideoin", {640, 480}},
+                              {"online", {160, 120}},
+                              {"PTZcrossView", {160, 120}}};
+
 /// The fault of a camera, which comes once in so many pictures.
 struct Damage {
     const char *faults;
@@ -68,6 +81,15 @@ int nowInTenths()
     return QTime::fromMSecsSinceStartOfDay(0).msecsTo(QDateTime::currentDateTimeUtc().time()) / 100;
 }
 
+/// The picture of a control.
+QPixmap pixmapOf(const QWidget &control)
+{
+    if (const auto *view = qobject_cast<const LiveView *>(&control))
+        return view->pixmap();
+    const auto *view = qobject_cast<const PictureView *>(&control);
+    return view ? view->pixmap() : QPixmap();
+}
+
 } // namespace
 
 /// Sixteen cameras of the simulator in one window.
@@ -87,15 +109,24 @@ private:
     /// How many have come since then.
     qsizetype newPictures(int camera) const { return m_seen[camera].size() - 1; }
     void awaitLive(int camera);
-    QString state(int camera) const { return m_views[camera]->valueText(); }
+    QPixmap pixmap(int camera) const { return pixmapOf(*m_views[camera]); }
+    /// What the control says.
+    QString state(int camera) const;
 
     QTemporaryDir m_folder;
     std::vector<std::unique_ptr<RecorderServer>> m_recorders;
     std::unique_ptr<StoreFixture> m_store;
     std::unique_ptr<CWinMain> m_window;
-    QList<LiveView *> m_views;
+    QList<QWidget *> m_views;
     QList<QSet<qint64>> m_seen; ///< the keys of the pictures of each camera
 };
+
+QString TestHostileStreams::state(int camera) const
+{
+    if (const auto *view = qobject_cast<const LiveView *>(m_views[camera]))
+        return view->valueText();
+    return qobject_cast<const PictureView *>(m_views[camera])->valueText();
+}
 
 void TestHostileStreams::initTestCase()
 {
@@ -108,16 +139,18 @@ void TestHostileStreams::initTestCase()
         settings.codec = recorder::VideoCodec(camera % 3);
         if (!recorder::VideoService::canEncode(settings.codec))
             settings.codec = recorder::VideoCodec::Mpeg4;
-        settings.size = {160, 120};
+        const Kind &kind = Kinds[size_t(camera) % Kinds.size()];
+        settings.size = kind.size;
         settings.rate = Rate;
         QVERIFY(server->video().setSettings(settings));
         QVERIFY2(server->listen(), qPrintable(server->errorString()));
         tasks += "<timetask type='startVideoOnline' period='500'><url>127.0.0.1:" +
                  QByteArray::number(server->port()) +
                  "</url><login>admin</login><password>admin</password><target>view" + number +
-                 "</target></timetask>";
-        cells[camera == Hidden ? 1 : 0] += "<item type='online' row='" + QByteArray::number(camera / 4) +
-                                           "' column='" + QByteArray::number(camera % 4) +
+                 "</target><ptz>view" + number + "</ptz></timetask>";
+        cells[camera == Hidden ? 1 : 0] += "<item type='" + QByteArray(kind.type) + "' row='" +
+                                           QByteArray::number(camera / 4) + "' column='" +
+                                           QByteArray::number(camera % 4) +
                                            "' width='160' height='120'><view" + number + "/></item>";
         m_recorders.push_back(std::move(server));
     }
@@ -131,14 +164,17 @@ void TestHostileStreams::initTestCase()
     m_window = std::make_unique<CWinMain>(&m_store->store(), nullptr);
     m_window->resize(900, 700);
     m_window->show();
-    m_views = m_window->findChildren<LiveView *>();
+    for (QWidget *widget : m_window->findChildren<QWidget *>()) {
+        if (qobject_cast<LiveView *>(widget) || qobject_cast<PictureView *>(widget))
+            m_views << widget;
+    }
     QCOMPARE(m_views.size(), Cameras);
     std::stable_partition(m_views.begin(), m_views.end(),
-                          [](const LiveView *view) { return view->isVisible(); });
+                          [](const QWidget *view) { return view->isVisible(); });
     QVERIFY(m_views[Hidden - 1]->isVisible() && !m_views[Hidden]->isVisible());
     m_seen.resize(Cameras);
-    for (const LiveView *view : std::as_const(m_views))
-        AWAIT_VERIFY_WITHIN(view->hasPicture(), Patience);
+    for (int camera = 0; camera < Cameras; ++camera)
+        AWAIT_VERIFY_WITHIN(!pixmap(camera).isNull(), Patience);
 }
 
 void TestHostileStreams::damage(int round)
@@ -163,7 +199,7 @@ void TestHostileStreams::watch(int milliseconds)
     waitUntil(
         [&] {
             for (int camera = 0; camera < Cameras; ++camera)
-                m_seen[camera] << m_views[camera]->pixmap(Qt::ReturnByValue).cacheKey();
+                m_seen[camera] << pixmap(camera).cacheKey();
             return false;
         },
         milliseconds);
@@ -197,10 +233,14 @@ void TestHostileStreams::awaitLive(int camera)
 {
     constexpr int Late = 15; // tenths of a second; the thinning leaves out half a second
     const auto age = [&] {
-        const auto shown = shownTenths(m_views[camera]->pixmap(Qt::ReturnByValue).toImage());
+        const auto shown = shownTenths(pixmap(camera).toImage());
         return shown ? elapsedTenths(*shown, nowInTenths()) : -1;
     };
-    const auto isLive = [&] { return age() >= 0 && age() <= Late && state(camera).isEmpty(); };
+    // Other controls say where the camera looks, for example.
+    const auto isSilent = [&] {
+        return !qobject_cast<LiveView *>(m_views[camera]) || state(camera).isEmpty();
+    };
+    const auto isLive = [&] { return age() >= 0 && age() <= Late && isSilent(); };
     QVERIFY2(waitUntil(isLive, Patience), "camera " + QByteArray::number(camera) + ": " +
                                               QByteArray::number(age()) + " tenths, " +
                                               state(camera).toUtf8());
