@@ -60,11 +60,17 @@ QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const ConfigurationValues
     };
     for (const ValueDifference &edit : edits)
         add(edit.path, edit.before, edit.after);
-    const QStringList editPaths = pathsOf(edits);
-    const QSet<QString> known(editPaths.begin(), editPaths.end());
+    QSet<QString> known;
+    QSet<QString> editedLists;
+    for (const ValueDifference &edit : edits) {
+        known.insert(edit.path);
+        editedLists.insert(moved.listOf(edit.path));
+    }
+    editedLists.remove(QString());
     for (const ValueDifference &other : listDifferences(edits, edited, recorder)) {
         // Without the secrets that were left out there is nothing to take over.
-        if (!known.contains(other.path) && !moved.listOf(other.path).isEmpty() && moved.canBeSet(other.path))
+        if (!known.contains(other.path) && editedLists.contains(moved.listOf(other.path)) &&
+            moved.canBeSet(other.path))
             add(other.path, other.before, other.before);
     }
     return merged;

@@ -347,6 +347,8 @@ void TestSnapshotStore::mergesNoValuesOfOtherEntries_data()
     row("the edit removes one", withoutBob, users, {}, moved.arg("with the list"));
     row("the edit removes one, without passwords", withoutBob, users, passwords, moved.arg("never"));
     row("the edit removes one, without the file", withoutBob, users, {"users"}, moved.arg("never"));
+    // The list that nobody edited stays as the recorder has it.
+    row("another value", users + "HOURS=6\n", withoutBob, {}, "HOURS fits");
     row("no list", QByteArray(raised).replace("CNT=3\n", ""), QByteArray(withoutBob).replace("CNT=2\n", ""),
         {}, "LEVEL1 fits");
 }
