@@ -63,6 +63,8 @@ private Q_SLOTS:
     void startsOverWithAFetchedFile();
     void findsEarlierEdits();
     void goesOnFromWhatWasSent();
+    void doubtsWhatWasNotAnswered_data();
+    void doubtsWhatWasNotAnswered();
     void followsTheDirectivesOfStateFiles();
     void stopsDirectivesThatRunAway_data();
     void stopsDirectivesThatRunAway();
@@ -167,6 +169,47 @@ void TestChanges::goesOnFromWhatWasSent()
              QStringList({"net/untitled/ID: sent -> later", "net/untitled/NAME: sent -> it's"}));
     session.list.takeBack("net/untitled/ID");
     QCOMPARE(session.store().value("net/untitled/ID"), "sent");
+}
+
+void TestChanges::doubtsWhatWasNotAnswered_data()
+{
+    const TestTable<QStringList, QString, QStringList> row("steps", "answer", "changes");
+    const QString edited = "net/untitled/ID: old -> new";
+    row("edited still", {}, "", {edited});
+    row("taken back", {"net/untitled/ID/old"}, "", {"net/untitled/ID: new -> old"});
+    row("taken back and made again", {"net/untitled/ID/old", "net/untitled/ID/new"}, "", {edited});
+    row("another value", {"net/untitled/ID/other"}, "", {"net/untitled/ID: old -> other"});
+    row("not arrived", {}, "settle", {edited});
+    row("not arrived, taken back", {"net/untitled/ID/old"}, "settle", {});
+    row("not arrived, of another file", {"net/untitled/ID/old"}, "settle alone",
+        {"net/untitled/ID: new -> old"});
+    row("arrived", {}, "accept", {});
+    row("arrived, taken back", {"net/untitled/ID/old"}, "accept", {"net/untitled/ID: new -> old"});
+    row("fetched", {"net/untitled/ID/old"}, "fetch", {});
+}
+
+void TestChanges::doubtsWhatWasNotAnswered()
+{
+    QFETCH(QStringList, steps);
+    QFETCH(QString, answer);
+    Session session;
+    session.store().setValue("net/untitled/ID/new");
+    const QList<Change> sent = session.list.all();
+    session.list.doubt(sent);
+    QVERIFY(session.list.isDoubted("net/untitled/ID", "new"));
+    for (const QString &step : steps)
+        session.store().setValue(step);
+    const QSignalSpy heard(&session.list, &ChangeList::changed);
+    const qsizetype before = session.list.count();
+    if (answer.startsWith("settle"))
+        session.list.settle(answer == "settle" ? "net" : "alone");
+    else if (answer == "accept")
+        session.list.accept(sent);
+    else if (answer == "fetch")
+        session.setFile("net", Net);
+    QTEST(session.texts(), "changes");
+    QCOMPARE(session.list.isDoubted("net/untitled/ID", "new"), answer.isEmpty() || answer == "settle alone");
+    QVERIFY(session.list.count() == before || answer == "fetch" || !heard.isEmpty());
 }
 
 void TestChanges::followsTheDirectivesOfStateFiles()
