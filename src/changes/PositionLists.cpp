@@ -1,6 +1,12 @@
 #include "changes/PositionLists.h"
 
+#include "store/OrbSetup.h"
+
+#include <QXmlStreamReader>
+
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace paravue
 {
@@ -9,42 +15,127 @@ namespace
 {
 
 const QStringList CountKeys{QStringLiteral("CNT"), QStringLiteral("PACKAGES")};
-const QLatin1StringView NameKey("NAME");
+const QStringList NameKeys{QStringLiteral("NAME"), QStringLiteral("PACKAGE_NAME_")};
 
-bool isCount(const QString &path)
+QString sectionOf(const QString &path)
 {
-    return CountKeys.contains(path.section(u'/', 2));
+    return path.section(u'/', 0, 1);
 }
 
-bool tellsEntries(const QString &path)
+bool isNumbered(const QString &path)
 {
-    return isCount(path) || path.section(u'/', 2).startsWith(NameKey);
+    return path.back().isDigit();
+}
+
+QString withoutNumber(QString path)
+{
+    while (!path.isEmpty() && path.back().isDigit())
+        path.chop(1);
+    return path;
 }
 
 } // namespace
 
-QString positionlists::placeOf(const QString &path)
+/// A list as its element describes it, by paths.
+struct PositionLists::DescribedList {
+    QString count;
+    QStringList columns; ///< without the numbers of the rows
+};
+
+PositionLists::PositionLists(const QByteArray &description)
 {
-    const QString key = path.section(u'/', 2);
-    const bool isOfAnEntry = !key.isEmpty() && key.back().isDigit();
-    return isOfAnEntry || isCount(path) ? path.section(u'/', 0, 1) : QString();
+    QXmlStreamReader xml(description);
+    std::vector<DescribedList> open; // of the elements around
+    while (!xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        if (token == QXmlStreamReader::EndElement && !open.empty()) {
+            add(open.back());
+            open.pop_back();
+        }
+        if (token != QXmlStreamReader::StartElement)
+            continue;
+        const bool isCountTag = xml.name() == QLatin1StringView("row_count");
+        if (open.empty() || !(isCountTag || xml.name() == QLatin1StringView("column_source"))) {
+            open.emplace_back();
+            continue;
+        }
+        const QString path =
+            OrbSetup::path(xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed());
+        if (isCountTag)
+            open.back().count = path;
+        else
+            open.back().columns << path;
+    }
 }
 
-MovedLists::MovedLists(const QList<ValueDifference> &differences, const HasKey &hasKey,
-                       const QStringList &leftOut)
+void PositionLists::add(const DescribedList &list)
+{
+    if (list.count.count(u'/') != 2)
+        return;
+    const QString place = sectionOf(list.count);
+    m_counts.insert(place, list.count);
+    m_countPaths.insert(list.count);
+    // Without a name any value may be what tells an entry from the others.
+    QStringList names = list.columns.filter(QStringLiteral("NAME"), Qt::CaseInsensitive);
+    if (names.isEmpty())
+        names = list.columns;
+    for (const QString &name : std::as_const(names))
+        m_names.insert(withoutNumber(name));
+    for (const QString &column : list.columns) {
+        if (const QString section = sectionOf(column); section != place)
+            m_places.insert(section, place);
+    }
+}
+
+bool PositionLists::isCount(const QString &path) const
+{
+    return CountKeys.contains(path.section(u'/', 2)) || m_countPaths.contains(path);
+}
+
+QString PositionLists::placeOf(const QString &path) const
+{
+    const QString section = sectionOf(path);
+    if (isCount(path))
+        return section;
+    const bool isOfAnEntry = path.count(u'/') >= 2 && isNumbered(path);
+    return isOfAnEntry ? m_places.value(section, section) : QString();
+}
+
+bool PositionLists::tellsEntry(const QString &path) const
+{
+    const QString key = path.section(u'/', 2);
+    return m_names.contains(withoutNumber(path)) ||
+           std::any_of(NameKeys.begin(), NameKeys.end(),
+                       [&key](const QString &name) { return key.startsWith(name); });
+}
+
+QStringList PositionLists::countsOf(const QString &place) const
+{
+    QStringList paths = m_counts.values(place);
+    for (const QString &key : CountKeys)
+        paths << place + u'/' + key;
+    return paths;
+}
+
+MovedLists::MovedLists(const PositionLists &grammar, const QList<ValueDifference> &differences,
+                       const HasKey &hasKey, const QStringList &leftOut)
+    : m_grammar(grammar)
 {
     for (const ValueDifference &difference : differences) {
-        const QString place = positionlists::placeOf(difference.path);
-        if (place.isEmpty() || !tellsEntries(difference.path) || m_lists.contains(place))
+        const QString place = m_grammar.placeOf(difference.path);
+        if (place.isEmpty() || m_lists.contains(place))
             continue;
-        if (isCount(difference.path) ||
-            std::any_of(CountKeys.begin(), CountKeys.end(),
-                        [&](const QString &key) { return hasKey(place + u'/' + key); }))
+        if (m_grammar.isCount(difference.path)) {
             m_lists.insert(place);
+        } else if (m_grammar.tellsEntry(difference.path)) {
+            const QStringList counts = m_grammar.countsOf(place);
+            if (std::any_of(counts.begin(), counts.end(), hasKey))
+                m_lists.insert(place);
+        }
     }
     QSet<QString> incomplete;
     for (const QString &path : leftOut)
-        incomplete.insert(path.contains(u'/') ? positionlists::placeOf(path) : path);
+        incomplete.insert(path.contains(u'/') ? m_grammar.placeOf(path) : path);
     for (const QString &list : std::as_const(m_lists)) {
         if (incomplete.contains(list) || incomplete.contains(list.section(u'/', 0, 0)))
             m_incomplete.insert(list);
@@ -53,13 +144,13 @@ MovedLists::MovedLists(const QList<ValueDifference> &differences, const HasKey &
 
 QString MovedLists::listOf(const QString &path) const
 {
-    const QString place = positionlists::placeOf(path);
+    const QString place = m_grammar.placeOf(path);
     return m_lists.contains(place) ? place : QString();
 }
 
 bool MovedLists::canBeSet(const QString &path) const
 {
-    return !m_incomplete.contains(positionlists::placeOf(path));
+    return !m_incomplete.contains(m_grammar.placeOf(path));
 }
 
 QSet<QString> MovedLists::completed(const QStringList &chosen, const QStringList &all) const
@@ -73,7 +164,7 @@ QSet<QString> MovedLists::completed(const QStringList &chosen, const QStringList
             lists.insert(list);
     }
     for (const QString &path : all) {
-        if (lists.contains(positionlists::placeOf(path)))
+        if (lists.contains(m_grammar.placeOf(path)))
             paths.insert(path);
     }
     return paths;

@@ -2,7 +2,10 @@
 
 #include "changes/FileValues.h"
 
+#include <QByteArray>
+#include <QHash>
 #include <QList>
+#include <QMultiHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -12,16 +15,35 @@
 namespace paravue
 {
 
-/// Lists whose entries are known by their position only: one key of a section tells how many there are, and
-/// the keys of an entry end in its number, as "CNT", "NAME0", "PASSWD0", "LEVEL0" of users. When an entry is
-/// removed the later ones move, so the values of a position may then be those of somebody else.
-namespace positionlists
+/// Lists whose entries are known by their position only: one key tells how many there are, and the keys of an
+/// entry end in its number, as "CNT", "NAME0", "PASSWD0", "LEVEL0" of users. When an entry is removed the
+/// later ones move, so the values of a position may then be those of somebody else.
+class PositionLists
 {
+public:
+    /// Those that are known by their keys: users ("CNT") and packages ("PACKAGES").
+    PositionLists() = default;
+    /// Also those of which \a description shows rows, which tell their "row_count" and "column_source".
+    explicit PositionLists(const QByteArray &description);
 
-/// "file/section" of a path whose key may be one of such a list; empty for other paths.
-QString placeOf(const QString &path);
+    /// "file/section" of the list that the value at \a path may belong to; empty for other values.
+    QString placeOf(const QString &path) const;
+    /// Whether the value at \a path tells how many entries there are.
+    bool isCount(const QString &path) const;
+    /// Whether it tells which entry stands at a position, if there is a list.
+    bool tellsEntry(const QString &path) const;
+    /// Where the number of entries of the list \a place may stand.
+    QStringList countsOf(const QString &place) const;
 
-} // namespace positionlists
+private:
+    struct DescribedList;
+    void add(const DescribedList &list);
+
+    QMultiHash<QString, QString> m_counts; ///< paths by place, beside those known by their keys
+    QSet<QString> m_countPaths;            ///< the same paths
+    QHash<QString, QString> m_places;      ///< by "file/section" of entries that are counted elsewhere
+    QSet<QString> m_names;                 ///< paths without the number, of what tells entries apart
+};
 
 /// The lists in which entries were added, removed, moved or renamed between two states of a configuration.
 /// A value of such a list is set only together with all others of the list: alone it would be given to
@@ -34,7 +56,7 @@ public:
     MovedLists() = default;
     /// \a differences are those of the two states. \a hasKey tells whether one of them has a key at a path.
     /// \a leftOut are secrets that the state to be set does not hold, as SnapshotInfo::leftOut.
-    MovedLists(const QList<ValueDifference> &differences, const HasKey &hasKey,
+    MovedLists(const PositionLists &grammar, const QList<ValueDifference> &differences, const HasKey &hasKey,
                const QStringList &leftOut = {});
 
     bool isEmpty() const { return m_lists.isEmpty(); }
@@ -51,6 +73,7 @@ public:
     QSet<QString> completed(const QStringList &chosen, const QStringList &all) const;
 
 private:
+    PositionLists m_grammar;
     QSet<QString> m_lists;
     QSet<QString> m_incomplete; ///< of the lists
 };

@@ -141,9 +141,15 @@ QByteArray SaveCheck::known(const QString &name) const
     return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + CopySuffix).value_or(QByteArray());
 }
 
+PositionLists SaveCheck::positionLists() const
+{
+    return PositionLists(contentOf(*m_store, QStringLiteral("interface")).value_or(QByteArray()));
+}
+
 QList<ForeignChange> SaveCheck::foreignChanges() const
 {
     QList<ForeignChange> result;
+    const PositionLists lists = positionLists();
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
         QList<ValueDifference> found = sentDifferences(file.key(), known(file.key()), *file);
         found.removeIf([this](const ValueDifference &difference) { // nobody else's
@@ -160,29 +166,29 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
                                difference.after.value_or(QString()),
                                own ? std::optional(own->newValue) : std::nullopt});
         }
-        addMoved(result, file.key(), found);
+        addMoved(result, file.key(), found, lists);
     }
     return result;
 }
 
 /// Adds the edits of the user in lists of the file \a name whose entries have moved, at the recorder or here.
 void SaveCheck::addMoved(QList<ForeignChange> &changes, const QString &name,
-                         const QList<ValueDifference> &differences) const
+                         const QList<ValueDifference> &differences, const PositionLists &lists) const
 {
     QSet<QString> touched; // by somebody else
     for (const ValueDifference &difference : differences)
-        touched.insert(positionlists::placeOf(difference.path));
+        touched.insert(lists.placeOf(difference.path));
     touched.remove(QString());
     if (touched.isEmpty())
         return;
     QList<ValueDifference> edits;
     for (const Change &change : m_changes.all()) {
-        if (touched.contains(positionlists::placeOf(change.path)))
+        if (touched.contains(lists.placeOf(change.path)))
             edits.append({change.path, change.oldValue, change.newValue});
     }
     const FileValues recorder(m_recorder.value(name));
     const auto entryOf = [](const QString &path) { return path.section(u'/', 1); };
-    const MovedLists moved(differences + edits,
+    const MovedLists moved(lists, differences + edits,
                            [&](const QString &path) { return recorder.value(entryOf(path)).has_value(); });
     QSet<QString> listed;
     for (ForeignChange &change : changes) {
@@ -223,9 +229,8 @@ void SaveCheck::merge(const QSet<QString> &own)
         }
     }
     ownLists.remove(QString());
-    const auto isOfOwnList = [&](const QString &path) {
-        return ownLists.contains(positionlists::placeOf(path));
-    };
+    const PositionLists lists = positionLists();
+    const auto isOfOwnList = [&](const QString &path) { return ownLists.contains(lists.placeOf(path)); };
     for (const QString &name : files) {
         for (const ValueDifference &difference : sentDifferences(name, known(name), m_recorder.value(name))) {
             if (difference.canBeSet() && isOfOwnList(difference.path))
@@ -285,8 +290,9 @@ bool SaveCheck::keepRecorders()
 QList<ValueDifference> SaveCheck::valuesToKeep() const
 {
     const QList<ValueDifference> values = keptOtherwise();
-    const bool hasPlaces = std::any_of(values.begin(), values.end(), [](const ValueDifference &value) {
-        return !positionlists::placeOf(value.path).isEmpty();
+    const PositionLists lists = positionLists();
+    const bool hasPlaces = std::any_of(values.begin(), values.end(), [&lists](const ValueDifference &value) {
+        return !lists.placeOf(value.path).isEmpty();
     });
     if (!hasPlaces)
         return values;
@@ -296,7 +302,7 @@ QList<ValueDifference> SaveCheck::valuesToKeep() const
         all += sentDifferences(file.key(), known(file.key()), *file);
         recorder.insert(file.key(), FileValues(*file));
     }
-    const MovedLists moved(all, [&recorder](const QString &path) {
+    const MovedLists moved(lists, all, [&recorder](const QString &path) {
         return recorder.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
     });
     const QSet<QString> kept = moved.completed(pathsOf(values), pathsOf(all));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changes/FileValues.h"
+#include "changes/PositionLists.h"
 #include "store/StoreObserver.h"
 
 #include <QByteArray>
@@ -100,8 +101,9 @@ private:
     void collect();
     void fail(const QString &problem);
     QByteArray known(const QString &name) const;
+    PositionLists positionLists() const;
     void addMoved(QList<ForeignChange> &changes, const QString &name,
-                  const QList<ValueDifference> &differences) const;
+                  const QList<ValueDifference> &differences, const PositionLists &lists) const;
     QStringList differingFiles() const;
     QList<ValueDifference> valuesToKeep() const;
     bool takeRecorders(const QStringList &names);

@@ -22,16 +22,16 @@ MergedEdit::State stateOf(const MergedEdit &edit)
 }
 
 /// What \a before and \a after have otherwise in lists, of the files that are edited.
-QList<ValueDifference> listDifferences(const QList<ValueDifference> &edits, const ConfigurationValues &before,
-                                       const ConfigurationValues &after)
+QList<ValueDifference> listDifferences(const PositionLists &lists, const QList<ValueDifference> &edits,
+                                       const ConfigurationValues &before, const ConfigurationValues &after)
 {
     QSet<QString> files;
     for (const ValueDifference &edit : edits)
         files.insert(edit.path.section(u'/', 0, 0));
     QList<ValueDifference> found = differences(before, after);
-    found.removeIf([&files](const ValueDifference &difference) {
+    found.removeIf([&](const ValueDifference &difference) {
         return difference.isOnlyAKey() || !difference.canBeSet() ||
-               positionlists::placeOf(difference.path).isEmpty() ||
+               lists.placeOf(difference.path).isEmpty() ||
                !files.contains(difference.path.section(u'/', 0, 0));
     });
     return found;
@@ -44,8 +44,9 @@ QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const ConfigurationValues
     const QList<ValueDifference> edits = editsOf(snapshot);
     const ConfigurationValues before = valuesOf(snapshot.files);
     const ConfigurationValues edited = valuesOf(snapshot.currentFiles());
+    const PositionLists lists = positionListsOf(snapshot.files);
     const MovedLists moved(
-        edits + listDifferences(edits, before, recorder),
+        lists, edits + listDifferences(lists, edits, before, recorder),
         [&recorder](const QString &path) { return valueAt(recorder, path).has_value(); },
         snapshot.info.leftOut);
     QList<MergedEdit> merged;
@@ -67,7 +68,7 @@ QList<MergedEdit> mergeEdits(const Snapshot &snapshot, const ConfigurationValues
         editedLists.insert(moved.listOf(edit.path));
     }
     editedLists.remove(QString());
-    for (const ValueDifference &other : listDifferences(edits, edited, recorder)) {
+    for (const ValueDifference &other : listDifferences(lists, edits, edited, recorder)) {
         // Without the secrets that were left out there is nothing to take over.
         if (!known.contains(other.path) && editedLists.contains(moved.listOf(other.path)) &&
             moved.canBeSet(other.path))

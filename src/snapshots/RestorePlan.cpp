@@ -10,7 +10,7 @@ RestorePlan::RestorePlan(const Snapshot &snapshot, const ConfigurationValues &pr
     const auto isPresent = [&present](const QString &path) {
         return present.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
     };
-    m_moved = MovedLists(m_differences, isPresent, snapshot.info.leftOut);
+    m_moved = MovedLists(positionListsOf(snapshot.files), m_differences, isPresent, snapshot.info.leftOut);
 }
 
 bool RestorePlan::canRestore(const ValueDifference &difference) const

@@ -8,14 +8,26 @@
 namespace paravue
 {
 
+namespace
+{
+
+const QString DescriptionName = QStringLiteral("interface");
+
+} // namespace
+
 ConfigurationValues valuesOf(const FileContents &files)
 {
     ConfigurationValues values;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        if (file.key() != QLatin1StringView("interface"))
+        if (file.key() != DescriptionName)
             values.insert(file.key(), FileValues(*file));
     }
     return values;
+}
+
+PositionLists positionListsOf(const FileContents &files)
+{
+    return PositionLists(files.value(DescriptionName));
 }
 
 QList<ValueDifference> differences(const ConfigurationValues &before, const ConfigurationValues &after,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changes/FileValues.h"
+#include "changes/PositionLists.h"
 #include "snapshots/Snapshot.h"
 
 #include <QList>
@@ -15,6 +16,8 @@ namespace paravue
 using ConfigurationValues = QMap<QString, FileValues>;
 /// Those of \a files that hold settings: the interface description does not.
 ConfigurationValues valuesOf(const FileContents &files);
+/// The lists that the interface description among \a files shows.
+PositionLists positionListsOf(const FileContents &files);
 
 /// The differing values of all files that both have, in the order of their paths. The time of the recorder's
 /// clock does not count, and neither does what \a leftOut names, as SnapshotInfo::leftOut.

@@ -202,7 +202,7 @@ bool SnapshotStore::withdrawSecrets(Snapshot &snapshot, Withdrawn &withdrawn) co
     }
     const ConfigurationValues values = valuesOf(snapshot.edited);
     const MovedLists lists(
-        edits,
+        positionListsOf(snapshot.files), edits,
         [&values](const QString &path) {
             return values.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
         },

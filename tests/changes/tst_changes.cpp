@@ -1,4 +1,5 @@
 #include "changes/ChangeList.h"
+#include "changes/PositionLists.h"
 #include "changes/SaveCheck.h"
 #include "changes/ShownValue.h"
 #include "changes/StateDirectives.h"
@@ -65,6 +66,8 @@ private Q_SLOTS:
     void goesOnFromWhatWasSent();
     void doubtsWhatWasNotAnswered_data();
     void doubtsWhatWasNotAnswered();
+    void knowsListsByTheirPositions_data();
+    void knowsListsByTheirPositions();
     void followsTheDirectivesOfStateFiles();
     void stopsDirectivesThatRunAway_data();
     void stopsDirectivesThatRunAway();
@@ -221,6 +224,41 @@ void TestChanges::followsTheDirectivesOfStateFiles()
         {{"net", Net + "CODE=1\n"}, {"net.original", Net}, {"state", state}, {"state.original", state}});
     ChangeList list(fixture.store());
     const auto pending = [&list] {
+void TestChanges::knowsListsByTheirPositions_data()
+{
+    const TestTable<QByteArray, QString, QString> row("list", "key", "moved");
+    const QByteArray disks =
+        "<row_count>net/disk/DISKS/0</row_count><column_source>net/disk/NAME_</column_source>"
+        "<column_source>net/disk/SIZE</column_source>";
+    const QByteArray events =
+        "<row_count>net/disk/DISKS</row_count><column_source>net/log/TIME</column_source>"
+        "<column_source>net/log/TEXT</column_source>";
+    row("users", {}, "CNT", "net/disk");
+    row("renamed users", {}, "NAME1", "net/disk");
+    row("levels of users", {}, "LEVEL1", "");
+    row("packages", {}, "PACKAGE_NAME_1", "net/disk");
+    row("not described", {}, "DISKS", "");
+    row("a described count", disks, "DISKS", "net/disk");
+    row("a described name", disks, "NAME_12", "net/disk");
+    row("of a row with a name", disks, "SIZE0", "");
+    row("no row", disks, "NAME_", "");
+    row("of rows without names", events, "../log/TEXT1", "net/disk");
+    row("no column", events, "../log/OTHER1", "");
+}
+
+void TestChanges::knowsListsByTheirPositions()
+{
+    QFETCH(QByteArray, list);
+    QFETCH(QString, key);
+    const PositionLists lists("<interface><item type='list'>" + list + "</item></interface>");
+    const QString path = key.startsWith("../") ? key.replace("..", "net") : "net/disk/" + key;
+    const MovedLists moved(lists, {{path, "a", "b"}}, [](const QString &count) {
+        return count == "net/disk/DISKS" || count == "net/disk/CNT" || count == "net/disk/PACKAGES";
+    });
+    QTEST(moved.listOf(path), "moved");
+    QCOMPARE(moved.isEmpty(), moved.listOf(path).isEmpty());
+}
+
         QStringList texts;
         for (const Change &change : list.pendingChanges())
             texts << change.path + ": " + shownValue(change.oldValue, change.isSecret) + " -> " +

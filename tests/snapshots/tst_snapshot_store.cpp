@@ -349,6 +349,8 @@ void TestSnapshotStore::mergesNoValuesOfOtherEntries_data()
     row("the edit removes one, without the file", withoutBob, users, {"users"}, moved.arg("never"));
     // The list that nobody edited stays as the recorder has it.
     row("another value", users + "HOURS=6\n", withoutBob, {}, "HOURS fits");
+    row("a described list", QByteArray(raised).replace("CNT", "ROWS"),
+        QByteArray(withoutBob).replace("CNT", "ROWS"), passwords, "LEVEL1 never");
     row("no list", QByteArray(raised).replace("CNT=3\n", ""), QByteArray(withoutBob).replace("CNT=2\n", ""),
         {}, "LEVEL1 fits");
 }
@@ -360,8 +362,10 @@ void TestSnapshotStore::mergesNoValuesOfOtherEntries()
     QFETCH(QStringList, leftOut);
     Snapshot snapshot;
     snapshot.files = {{"users", "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n"}};
+    snapshot.files["interface"] = "<interface><item><row_count>users/untitled/ROWS</row_count>"
+                                  "<column_source>users/untitled/NAME</column_source></item></interface>";
     if (!edited.contains("CNT"))
-        snapshot.files["users"].replace("CNT=3\n", "");
+        snapshot.files["users"].replace("CNT=3\n", edited.contains("ROWS") ? "ROWS=3\n" : "");
     snapshot.edited = {{"users", edited}};
     snapshot.info.leftOut = leftOut;
     QStringList merged;

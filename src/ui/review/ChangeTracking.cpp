@@ -83,17 +83,20 @@ void ChangeTracking::startDescription()
     m_list.addEarlierEdits();
     if (!std::exchange(m_isStarted, true))
         m_keptChanges = m_list.all();
-    m_list.secrets().setSource([this] {
-        const QString name = QStringLiteral("interface");
-        OrbSetup &store = m_context.store();
-        QByteArray description;
-        if (store.fileExists(name))
-            InterfaceDocument::read(store.filePath(name), description);
-        return describedSecrets(description);
-    });
+    m_list.secrets().setSource([this] { return describedSecrets(descriptionText()); });
     m_described.reset();
     m_problems.forgetRemoved();
     markAll();
+}
+
+QByteArray ChangeTracking::descriptionText() const
+{
+    const QString name = QStringLiteral("interface");
+    OrbSetup &store = m_context.store();
+    QByteArray description;
+    if (store.fileExists(name))
+        InterfaceDocument::read(store.filePath(name), description);
+    return description;
 }
 
 bool ChangeTracking::isOfAFile() const
@@ -297,7 +300,7 @@ void ChangeTracking::takeBack(const QStringList &paths)
     QList<ValueDifference> changes;
     for (const Change &change : m_list.all())
         changes.append({change.path, change.oldValue, change.newValue});
-    const MovedLists moved(changes,
+    const MovedLists moved(PositionLists(descriptionText()), changes,
                            [this](const QString &path) { return m_list.oldValue(path).has_value(); });
     const QSet<QString> takenBack = moved.completed(paths, pathsOf(changes));
     QList<ValueEdit> edits;

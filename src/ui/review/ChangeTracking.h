@@ -112,6 +112,7 @@ Q_SIGNALS:
     void dialogRequested(const QString &tag);
 
 private:
+    QByteArray descriptionText() const;
     void addKeys(QWidget &dialog);
     /// The field with a problem behind the one that has the focus in \a window, or before it.
     void goToNextProblem(const QWidget &window, bool isBackwards);
