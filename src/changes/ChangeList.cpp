@@ -57,6 +57,11 @@ bool ChangeList::isSent(const OrbSetup &store, const QString &file)
 
 ChangeList::ChangeList(OrbSetup &store) : m_store(&store), m_unobserved(store.fetchedFiles())
 {
+    // Those of a local store have no pristine copies. One that was not used holds no edits.
+    for (const QString &name : store.usedFiles()) {
+        if (!name.endsWith(PristineSuffix) && !m_unobserved.contains(name))
+            m_unobserved << name;
+    }
     m_store->addObserver(*this);
 }
 

@@ -65,9 +65,9 @@ public:
     /// All changes in the order of their paths.
     QList<Change> all() const;
 
-    /// Adds the edits that were made before this object, as far as a pristine copy tells. To be called when
-    /// the session has its files: those that were fetched since hold no such edits, so nothing is compared in
-    /// most sessions.
+    /// Adds the edits that were made before this object, as far as a pristine copy tells, or in a local store
+    /// the file on the disk. To be called when the session has its files: those that were fetched since hold
+    /// no such edits, so nothing is compared in most sessions.
     void addEarlierEdits();
 
     /// What the directives of the state files will change when these are sent, beside the edits. Asked for

@@ -82,13 +82,18 @@ QStringList OrbSetup::fetchedFiles() const
     const QLatin1StringView suffix(".original");
     QStringList names;
     for (auto file = m_filePaths.cbegin(); file != m_filePaths.cend(); ++file) {
-        if (!file.key().endsWith(suffix))
+        if (!file.key().endsWith(suffix) || file->isEmpty())
             continue;
         const QString name = file.key().chopped(suffix.size());
         if (name != QLatin1StringView("tmp") && !m_filePaths.value(name).isEmpty())
             names << name;
     }
     return names;
+}
+
+QStringList OrbSetup::usedFiles() const
+{
+    return m_settings.names();
 }
 
 QString OrbSetup::path(const QString &address)
@@ -302,6 +307,14 @@ OrbSettings *OrbSetup::UsedFiles::find(QStringView name)
 OrbSettings &OrbSetup::UsedFiles::add(const QString &name, std::unique_ptr<OrbSettings> settings)
 {
     return *m_files.try_emplace(name, std::move(settings)).first->second;
+}
+
+QStringList OrbSetup::UsedFiles::names() const
+{
+    QStringList names;
+    for (const auto &[name, settings] : m_files)
+        names << name;
+    return names;
 }
 
 void OrbSetup::UsedFiles::flush()

@@ -69,6 +69,8 @@ public:
     /// The names of the files that were fetched, which are those with a pristine copy beside them. The answer
     /// to a function ("tmp") is none of them.
     QStringList fetchedFiles() const;
+    /// The files of which a value was asked for or set, in any order.
+    QStringList usedFiles() const;
 
     /// The first three parts of \a address.
     static QString path(const QString &address);
@@ -199,6 +201,7 @@ protected:
         /// Null when \a name was not used yet.
         OrbSettings *find(QStringView name);
         OrbSettings &add(const QString &name, std::unique_ptr<OrbSettings> settings);
+        QStringList names() const;
         void flush();
         /// Writes and drops them all.
         void clear();

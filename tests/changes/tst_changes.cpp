@@ -145,8 +145,14 @@ void TestChanges::startsOverWithAFetchedFile()
 void TestChanges::findsEarlierEdits()
 {
     const QByteArray other = "A=1\n";
-    StoreFixture fixture({{"net", Net}, {"net.original", Net}, {"other", other}, {"other.original", other}});
-    for (const char *edit : {"net/untitled/ID/new", "net/untitled/NEW/1", "other/untitled/A/2"})
+    StoreFixture fixture({{"net", Net},
+                          {"net.original", Net},
+                          {"other", other},
+                          {"other.original", other},
+                          {"local", "A=1\nB=1\n"},
+                          {"unused", other}});
+    for (const char *edit : {"net/untitled/ID/new", "net/untitled/NEW/1", "other/untitled/A/2",
+                             "local/untitled/A/2", "local/untitled/NEW/1"})
         fixture.store().setValue(edit);
     ChangeList list(fixture.store());
     fixture.store().setFilePath("other", fixture.store().filePath("other")); // as a fetch does
@@ -155,7 +161,10 @@ void TestChanges::findsEarlierEdits()
     QStringList paths;
     for (const Change &change : list.all())
         paths << change.path;
-    QCOMPARE(paths, QStringList({"net/untitled/ID", "net/untitled/NAME", "net/untitled/NEW"}));
+    QCOMPARE(paths, QStringList({"local/untitled/A", "local/untitled/NEW", "net/untitled/ID",
+                                 "net/untitled/NAME", "net/untitled/NEW"}));
+    QCOMPARE(list.find("local/untitled/A")->oldValue, "1");
+    QCOMPARE(fixture.store().fetchedFiles(), QStringList({"net", "other"}));
     QCOMPARE(list.find("net/untitled/ID")->oldValue, "old");
 }
 
@@ -215,15 +224,6 @@ void TestChanges::doubtsWhatWasNotAnswered()
     QVERIFY(session.list.count() == before || answer == "fetch" || !heard.isEmpty());
 }
 
-void TestChanges::followsTheDirectivesOfStateFiles()
-{
-    const QByteArray state = "[ door ]\n#!s/PLACE=\\w+(?=\\s)/PLACE={net/untitled/ID}/\n"
-                             "#! s/PIN=\\w+(?=\\s)/PIN={net/untitled/PASSWORD}/\n"
-                             "#!s/DOOR=\\w+(?=\\s)/DOOR={net/untitled/CODE}/\nPLACE=old\nPIN=x\nDOOR=1\n";
-    StoreFixture fixture(
-        {{"net", Net + "CODE=1\n"}, {"net.original", Net}, {"state", state}, {"state.original", state}});
-    ChangeList list(fixture.store());
-    const auto pending = [&list] {
 void TestChanges::knowsListsByTheirPositions_data()
 {
     const TestTable<QByteArray, QString, QString> row("list", "key", "moved");
@@ -259,6 +259,15 @@ void TestChanges::knowsListsByTheirPositions()
     QCOMPARE(moved.isEmpty(), moved.listOf(path).isEmpty());
 }
 
+void TestChanges::followsTheDirectivesOfStateFiles()
+{
+    const QByteArray state = "[ door ]\n#!s/PLACE=\\w+(?=\\s)/PLACE={net/untitled/ID}/\n"
+                             "#! s/PIN=\\w+(?=\\s)/PIN={net/untitled/PASSWORD}/\n"
+                             "#!s/DOOR=\\w+(?=\\s)/DOOR={net/untitled/CODE}/\nPLACE=old\nPIN=x\nDOOR=1\n";
+    StoreFixture fixture(
+        {{"net", Net + "CODE=1\n"}, {"net.original", Net}, {"state", state}, {"state.original", state}});
+    ChangeList list(fixture.store());
+    const auto pending = [&list] {
         QStringList texts;
         for (const Change &change : list.pendingChanges())
             texts << change.path + ": " + shownValue(change.oldValue, change.isSecret) + " -> " +
