@@ -4196,6 +4196,18 @@ and %2 more</source>
         <source>The snapshot %1 holds no edits.</source>
         <translation>В снимке настроек %1 нет правки.</translation>
     </message>
+    <message>
+        <source>Not all changes can be kept in the snapshot. Save the others?</source>
+        <translation>Не все изменения можно сохранить в снимке настроек. Сохранить остальные?</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Сохранить</translation>
+    </message>
+    <message>
+        <source>Go on editing</source>
+        <translation>Продолжить правку</translation>
+    </message>
 </context>
 <context>
     <name>paravue::SnapshotStore</name>
@@ -4212,10 +4224,6 @@ and %2 more</source>
         <translation>Не удалось прочитать изменённые значения «%1»: %2</translation>
     </message>
     <message>
-        <source>Passwords are not kept in snapshots, so these edits were left out: %1</source>
-        <translation>Пароли не хранятся в снимках, поэтому эта правка пропущена: %1</translation>
-    </message>
-    <message>
         <source>There is no room to leave the passwords out: %1</source>
         <translation>Нет места, чтобы исключить пароли: %1</translation>
     </message>
@@ -4224,8 +4232,12 @@ and %2 more</source>
         <translation>Файл %1 тем временем изменила другая программа, поэтому правки записаны в %2.</translation>
     </message>
     <message>
-        <source>Passwords are not kept in snapshots, and without them entries that were added, moved or renamed would get wrong ones. So all edits of these lists were left out: %1</source>
-        <translation>Пароли в снимках не хранятся, а без них добавленные, перемещённые или переименованные записи получили бы чужие. Поэтому пропущены все правки этих списков: %1</translation>
+        <source>Passwords are not kept in snapshots, so these edits are left out: %1</source>
+        <translation>Пароли не хранятся в снимках, поэтому эта правка не сохраняется: %1</translation>
+    </message>
+    <message>
+        <source>Passwords are not kept in snapshots, and without them entries that were added, moved or renamed would get wrong ones. So all edits of these lists are left out: %1</source>
+        <translation>Пароли в снимках не хранятся, а без них добавленные, перемещённые или переименованные записи получили бы чужие. Поэтому все правки этих списков пропускаются: %1</translation>
     </message>
 </context>
 <context>

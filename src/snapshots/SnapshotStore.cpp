@@ -131,22 +131,42 @@ void SnapshotStore::store()
     OrbSetup::store();
 }
 
-/// Returns what was wrong.
-QString SnapshotStore::writeArchive()
+/// Makes what the session holds the edited files of \a snapshot. Returns what was wrong.
+QString SnapshotStore::collectEdits(Snapshot &snapshot)
 {
     flush();
-    Snapshot saved = *m_snapshot;
-    saved.edited.clear();
-    for (const QString &name : saved.files.keys() + saved.info.filesLeftOut(saved.files)) {
+    snapshot.edited.clear();
+    for (const QString &name : snapshot.files.keys() + snapshot.info.filesLeftOut(snapshot.files)) {
         const OrbSettings *settings = m_settings.find(name);
         if (settings && !settings->isWritten())
             return tr("There is no room for the edited values of \"%1\".").arg(name);
         QFile copy(filePath(name));
         if (copy.open(QIODevice::ReadOnly))
-            saved.edited.insert(name, copy.readAll());
+            snapshot.edited.insert(name, copy.readAll());
         if (copy.error() != QFileDevice::NoError)
             return tr("The edited values of \"%1\" cannot be read: %2").arg(name, copy.errorString());
     }
+    return {};
+}
+
+QString SnapshotStore::editsLeftOut()
+{
+    m_saidLeftOut.clear();
+    Snapshot snapshot = *m_snapshot;
+    Withdrawn withdrawn;
+    // What goes wrong here goes wrong in the save too, which reports it.
+    if (!m_keepsSecrets && !m_path.isEmpty() && collectEdits(snapshot).isEmpty() &&
+        withdrawSecrets(snapshot, withdrawn))
+        m_saidLeftOut = withdrawn.message();
+    return m_saidLeftOut;
+}
+
+/// Returns what was wrong.
+QString SnapshotStore::writeArchive()
+{
+    Snapshot saved = *m_snapshot;
+    if (const QString problem = collectEdits(saved); !problem.isEmpty())
+        return problem;
     Withdrawn withdrawn;
     if (!m_keepsSecrets && !withdrawSecrets(saved, withdrawn))
         return tr("There is no room to leave the passwords out: %1").arg(m_copies->path());
@@ -161,6 +181,7 @@ QString SnapshotStore::writeArchive()
     m_snapshot->edited = saved.edited;
     m_checksum = checksumOf(path);
     QStringList notes{withdrawn.message()};
+    notes.removeAll(std::exchange(m_saidLeftOut, QString()));
     if (const QString before = std::exchange(m_path, path); before != path)
         notes << tr("%1 was changed by another program meanwhile, so the edits were written into %2.")
                      .arg(before, path);
@@ -252,11 +273,11 @@ QString SnapshotStore::Withdrawn::message() const
 {
     QStringList lines;
     if (!values.isEmpty())
-        lines << tr("Passwords are not kept in snapshots, so these edits were left out: %1")
+        lines << tr("Passwords are not kept in snapshots, so these edits are left out: %1")
                      .arg(values.join(QStringLiteral(", ")));
     if (!lists.isEmpty())
         lines << tr("Passwords are not kept in snapshots, and without them entries that were added, moved or "
-                    "renamed would get wrong ones. So all edits of these lists were left out: %1")
+                    "renamed would get wrong ones. So all edits of these lists are left out: %1")
                      .arg(QStringList(lists.begin(), lists.end()).join(QStringLiteral(", ")));
     return lines.join(u'\n');
 }

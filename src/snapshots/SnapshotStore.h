@@ -44,9 +44,12 @@ public:
 
     /// Why there is no snapshot, in words for the user; empty when there is one.
     QString problem() const { return m_problem; }
-    /// Edited passwords and the like are kept in the archive too. Without it they are left out, which is
-    /// reported.
+    /// Edited passwords and the like are kept in the archive too. Without it they are left out, which a save
+    /// reports.
     void setKeepsSecrets(bool keepsSecrets) { m_keepsSecrets = keepsSecrets; }
+    /// The edits that a save would leave out now, in words for the user; empty when it keeps all of them. A
+    /// save that leaves out no others does not report it again.
+    QString editsLeftOut();
     /// True unless the last save has failed.
     bool isSaved() const { return m_isSaved; }
 
@@ -56,6 +59,7 @@ public:
 private:
     void open();
     QMap<QString, QByteArray> sessionFiles() const;
+    QString collectEdits(Snapshot &snapshot);
     QString writeArchive();
     /// Edits that an archive without passwords cannot hold.
     struct Withdrawn {
@@ -75,6 +79,7 @@ private:
     std::unique_ptr<Snapshot> m_snapshot;
     std::unique_ptr<QTemporaryDir> m_copies;
     QString m_problem;
+    QString m_saidLeftOut; ///< by editsLeftOut()
     bool m_keepsSecrets = false;
     bool m_isSaved = true;
 };

@@ -247,7 +247,7 @@ void TestSnapshotStore::keepsNoUserWithoutAPassword()
     const FileValues values(saved.edited["users"]);
     QCOMPARE(values.value("untitled/HOURS"), "6");
     const auto value = [&](const QString &key) { return values.value("untitled/" + key).value_or(""); };
-    QVERIFY2(messages.contains("lists were left out: users/untitled") == users.isEmpty(),
+    QVERIFY2(messages.contains("lists are left out: users/untitled") == users.isEmpty(),
              qPrintable(messages));
     if (users.isEmpty()) {
         QCOMPARE(value("CNT"), "2");

@@ -1,6 +1,9 @@
 #include "DescribedWindow.h"
+#include "changes/FileValues.h"
 #include "controls/CellGridEditor.h"
 #include "controls/ScheduleGrid.h"
+#include "snapshots/SnapshotArchive.h"
+#include "snapshots/SnapshotStore.h"
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
@@ -139,6 +142,8 @@ private Q_SLOTS:
     void asksBehindAnotherDescription();
     void asksBeforeTheDesktopSessionEnds();
     void countsWhatTheHostHasChangedBefore();
+    void asksBeforeASnapshotLosesEdits_data();
+    void asksBeforeASnapshotLosesEdits();
     void lettingTheHostsChangesGoIsNoQuestion();
     void closesWithoutAQuestionWhenTheStoreGoes();
     void hidesWhatIsTypedHidden();
@@ -673,6 +678,57 @@ void TestChangeReview::countsWhatTheHostHasChangedBefore()
     CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window,
                     TrackedWindow::tracking({.asksBeforeClosing = true}));
     QCOMPARE(window.findChild<QToolButton *>("changes")->text(), "1 change");
+void TestChangeReview::asksBeforeASnapshotLosesEdits_data()
+{
+    const TestTable<QString, bool, int, QByteArray> row("edit", "saves", "questions", "kept");
+    row("all are kept", "net/untitled/MODE/loud", true, 0, "new");
+    row("saved without the password", "net/untitled/PASSWORD/x", true, 1, "new");
+    row("edited further", "net/untitled/PASSWORD/x", false, 1, "");
+}
+
+/// A message of the save itself would come when the window is closed, and the edits with it.
+void TestChangeReview::asksBeforeASnapshotLosesEdits()
+{
+    QFETCH(QString, edit);
+    QFETCH(bool, saves);
+    QFETCH(int, questions);
+    QFETCH(QByteArray, kept);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("snapshot.zip");
+    Snapshot snapshot;
+    snapshot.info.recorder = "recorder";
+    snapshot.info.time = QDateTime::currentDateTimeUtc();
+    snapshot.info.leftOut = QStringList{"net/untitled/PASSWORD"};
+    snapshot.files = {{"net", "[untitled]\nNAME=old\nPASSWORD=''\nMODE=quiet\n"},
+                      {"interface", QByteArray(Description)
+                                        .replace("</buttonOK>", "<action type='call' slot='accept'>self"
+                                                                "</action></buttonOK>")}};
+    QCOMPARE(snapshotarchive::write(snapshot, path), "");
+    SnapshotStore store(path);
+    CWinMain window(&store, nullptr, CWinMain::Placement::Window, TrackedWindow::tracking({}));
+    AWAIT_VERIFY(window.isBuilt());
+    for (const QString &value : {QString("net/untitled/NAME/new"), edit})
+        store.setValue(value);
+    bool wasOpen = true;
+    const ModalWatcher messages([&](QWidget &box) {
+        wasOpen = wasOpen && window.isVisible();
+        QTest::mouseClick(
+            static_cast<QMessageBox &>(box).button(saves ? QMessageBox::Save : QMessageBox::Cancel),
+            Qt::LeftButton);
+    });
+    for (QPushButton *button : window.findChildren<QPushButton *>()) {
+        if (button->text() == "OK")
+            QTest::mouseClick(button, Qt::LeftButton);
+    }
+    QCOMPARE(messages.count(), questions);
+    QVERIFY(wasOpen);
+    QVERIFY(questions == 0 || messages.texts().constFirst().contains("net/untitled/PASSWORD"));
+    QCOMPARE(window.isVisible(), !saves);
+    const FileContents edited = snapshotarchive::read(path).snapshot.edited;
+    QCOMPARE(FileValues(edited.value("net")).value("untitled/NAME").value_or(""), kept);
+    window.endSession();
+}
+
     window.reject();
     QVERIFY(!window.isVisible() && !messages.hasSeen());
 }

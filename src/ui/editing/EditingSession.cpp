@@ -52,8 +52,12 @@ void EditingSession::checkSaves(Bindings &bindings)
         *m_store, m_changes->list(), m_options,
         CheckedSave::Services{
             m_services.letUserAct, [this] { return maySendProblems(); },
-            [this] { return reviewBeforeSending() && keepSnapshot(); }, [this] { return keepSnapshot(); },
-            [&bindings] { bindings.reload(); },
+            [this] {
+                return reviewBeforeSending() &&
+                       SnapshotHistory::mayLeaveOut(m_window, *m_store, m_services.letUserAct) &&
+                       keepSnapshot();
+            },
+            [this] { return keepSnapshot(); }, [&bindings] { bindings.reload(); },
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
             [this](const QString &path) { return m_changes->isEditable(path); },

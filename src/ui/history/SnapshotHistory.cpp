@@ -103,6 +103,24 @@ bool SnapshotHistory::keep(const std::function<void(const std::function<void()> 
     return isAllowed;
 }
 
+bool SnapshotHistory::mayLeaveOut(QWidget &window, OrbSetup &store,
+                                  const std::function<void(const std::function<void()> &)> &ask)
+{
+    auto *snapshot = qobject_cast<SnapshotStore *>(&store);
+    const QString leftOut = snapshot ? snapshot->editsLeftOut() : QString();
+    auto answer = QMessageBox::Save;
+    if (!leftOut.isEmpty()) {
+        ask([&] {
+            answer = OrbDlgQuestion::DoExplained(
+                &window, QMessageBox::Warning, window.windowTitle(),
+                tr("Not all changes can be kept in the snapshot. Save the others?"), leftOut,
+                QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel, nullptr,
+                {{QMessageBox::Save, tr("Save")}, {QMessageBox::Cancel, tr("Go on editing")}});
+        });
+    }
+    return answer == QMessageBox::Save;
+}
+
 PresentSettings SnapshotHistory::present() const
 {
     PresentSettings present;

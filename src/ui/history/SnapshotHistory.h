@@ -41,6 +41,11 @@ public:
     /// and the user does not want to send without it; \a ask runs what asks.
     bool keep(const std::function<void(const std::function<void()> &)> &ask);
 
+    /// Asks whether a snapshot may be saved without the edits that it cannot keep, if \a store is one; what
+    /// the save itself reports comes when the window is closed. True when it may, or keeps all of them.
+    static bool mayLeaveOut(QWidget &window, OrbSetup &store,
+                            const std::function<void(const std::function<void()> &)> &ask);
+
     /// Lets the user look at the snapshots and restore values.
     void show();
     /// Lets the user take over the edits of the snapshot at \a path. Returns what is wrong with that.
