@@ -424,6 +424,22 @@ Allow it? Its content may be sent to the recorder.</source>
         <source>it is no time such as 20240131235900</source>
         <translation>это не время вида 20240131235900</translation>
     </message>
+    <message>
+        <source>Number of users</source>
+        <translation>Число пользователей</translation>
+    </message>
+    <message>
+        <source>User %1: name</source>
+        <translation>Пользователь %1: имя</translation>
+    </message>
+    <message>
+        <source>User %1: password</source>
+        <translation>Пользователь %1: пароль</translation>
+    </message>
+    <message>
+        <source>User %1: level</source>
+        <translation>Пользователь %1: уровень</translation>
+    </message>
 </context>
 <context>
     <name>CheckReport</name>

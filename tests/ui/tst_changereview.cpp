@@ -126,6 +126,8 @@ private Q_SLOTS:
     void dialogsAreMarkedAndHaveTheKeys();
     void listsAndTakesBack();
     void takesMovedListsBackAsAWhole();
+    void namesTheUserOfAValue_data();
+    void namesTheUserOfAValue();
     void showsMarkupInToolTipsAsItIs();
     void goesToTheControl();
     void goesToTheControlFromADialog_data();
@@ -140,10 +142,10 @@ private Q_SLOTS:
     void asksBeforeARefreshDropsChanges_data();
     void asksBeforeARefreshDropsChanges();
     void asksBehindAnotherDescription();
-    void asksBeforeTheDesktopSessionEnds();
-    void countsWhatTheHostHasChangedBefore();
     void asksBeforeASnapshotLosesEdits_data();
     void asksBeforeASnapshotLosesEdits();
+    void asksBeforeTheDesktopSessionEnds();
+    void countsWhatTheHostHasChangedBefore();
     void lettingTheHostsChangesGoIsNoQuestion();
     void closesWithoutAQuestionWhenTheStoreGoes();
     void hidesWhatIsTypedHidden();
@@ -381,6 +383,39 @@ void TestChangeReview::takesMovedListsBackAsAWhole()
     for (const QString key : {"CNT", "NAME0", "PASSWD0", "NAME1", "PASSWD1", "HOURS"})
         values += window.value("users/untitled/" + key) + ' ';
     QCOMPARE(values, "2 ann a bob b 6 ");
+}
+
+void TestChangeReview::namesTheUserOfAValue_data()
+{
+    const TestTable<QStringList, QStringList> row("edits", "captions");
+    row("values", {"LEVEL0/2", "PASSWD1/x"}, {"Access › User ann: level", "Access › User bob: password"});
+    row("renamed", {"NAME1/rob"}, {"Access › User rob: name"});
+    row("removed", {"CNT/1", "NAME1/", "PASSWD1/"},
+        {"Access › Number of users", "Access › User bob: name", "Access › User bob: password"});
+    row("added", {"CNT/3", "NAME2/carol", "PASSWD2/c"},
+        {"Access › Number of users", "Access › User carol: name", "Access › User carol: password"});
+    row("without a name", {"CNT/3", "LEVEL2/2"}, {"Access › Number of users", "Access › User 2: level"});
+    row("beside the users", {"HOURS/6"}, {"users/untitled/HOURS"});
+}
+
+void TestChangeReview::namesTheUserOfAValue()
+{
+    QFETCH(QStringList, edits);
+    const QByteArray users = "CNT=2\nNAME0=ann\nPASSWD0=a\nLEVEL0=1\nNAME1=bob\nPASSWD1=b\nHOURS=5\n";
+    const QByteArray page = "<tab><name>Access</name><item type='gridlayout'>"
+                            "<item type='label'><text>Users</text></item>"
+                            "<item type='accesslist' row='1'><key>users/untitled</key></item></item></tab>";
+    DescribedWindow window(describe("<tabwidget>" + page + "</tabwidget>"),
+                           {{"users", users}, {"users.original", users}}, TrackedWindow::tracking({}));
+    for (const QString &edit : edits)
+        window.window->setValue("users/untitled/" + edit);
+    QStringList captions;
+    const InTheList review([&captions](QTreeWidget &list) {
+        for (int row = 0; row < list.topLevelItemCount(); ++row)
+            captions << list.topLevelItem(row)->text(0);
+    });
+    window.window->findChild<QToolButton *>("changes")->click();
+    QTEST(captions, "captions");
 }
 
 /// Values come from a recorder. A picture on a file share would be fetched with the login of the user.
@@ -643,41 +678,6 @@ void TestChangeReview::asksBeforeARefreshDropsChanges()
     QTEST(int(messages.count()), "questions");
 }
 
-void TestChangeReview::asksBehindAnotherDescription()
-{
-    TrackedWindow window({.asksBeforeClosing = true});
-    window.type(window.name(), "new");
-    window.fixture.setFile("interface", QByteArray(Description).replace("Siren", "Horn"));
-    window.fixture.store().load();
-    window.settle();
-    QVERIFY(window.button<QCheckBox>("Horn"));
-    window.window->reject();
-    QCOMPARE(window.messages.count(), 1);
-    QVERIFY(window.window->isVisible());
-}
-
-void TestChangeReview::asksBeforeTheDesktopSessionEnds()
-{
-    TrackedWindow window({.asksBeforeClosing = true});
-    auto *session = qApp->findChild<QSessionManager *>();
-    QVERIFY(session);
-    Q_EMIT qApp->commitDataRequest(*session);
-    QCoreApplication::processEvents();
-    QVERIFY(window.window->isVisible() && !window.messages.hasSeen());
-    window.type(window.name(), "new");
-    Q_EMIT qApp->commitDataRequest(*session);
-    AWAIT_COMPARE(window.messages.count(), 1);
-    QVERIFY(window.window->isVisible());
-}
-
-void TestChangeReview::countsWhatTheHostHasChangedBefore()
-{
-    StoreFixture fixture({{"interface", Description}, {"net", Net}, {"net.original", Net}});
-    fixture.store().setValue("net/untitled/NAME/by the host");
-    const ModalWatcher messages;
-    CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window,
-                    TrackedWindow::tracking({.asksBeforeClosing = true}));
-    QCOMPARE(window.findChild<QToolButton *>("changes")->text(), "1 change");
 void TestChangeReview::asksBeforeASnapshotLosesEdits_data()
 {
     const TestTable<QString, bool, int, QByteArray> row("edit", "saves", "questions", "kept");
@@ -729,6 +729,41 @@ void TestChangeReview::asksBeforeASnapshotLosesEdits()
     window.endSession();
 }
 
+void TestChangeReview::asksBehindAnotherDescription()
+{
+    TrackedWindow window({.asksBeforeClosing = true});
+    window.type(window.name(), "new");
+    window.fixture.setFile("interface", QByteArray(Description).replace("Siren", "Horn"));
+    window.fixture.store().load();
+    window.settle();
+    QVERIFY(window.button<QCheckBox>("Horn"));
+    window.window->reject();
+    QCOMPARE(window.messages.count(), 1);
+    QVERIFY(window.window->isVisible());
+}
+
+void TestChangeReview::asksBeforeTheDesktopSessionEnds()
+{
+    TrackedWindow window({.asksBeforeClosing = true});
+    auto *session = qApp->findChild<QSessionManager *>();
+    QVERIFY(session);
+    Q_EMIT qApp->commitDataRequest(*session);
+    QCoreApplication::processEvents();
+    QVERIFY(window.window->isVisible() && !window.messages.hasSeen());
+    window.type(window.name(), "new");
+    Q_EMIT qApp->commitDataRequest(*session);
+    AWAIT_COMPARE(window.messages.count(), 1);
+    QVERIFY(window.window->isVisible());
+}
+
+void TestChangeReview::countsWhatTheHostHasChangedBefore()
+{
+    StoreFixture fixture({{"interface", Description}, {"net", Net}, {"net.original", Net}});
+    fixture.store().setValue("net/untitled/NAME/by the host");
+    const ModalWatcher messages;
+    CWinMain window(&fixture.store(), nullptr, CWinMain::Placement::Window,
+                    TrackedWindow::tracking({.asksBeforeClosing = true}));
+    QCOMPARE(window.findChild<QToolButton *>("changes")->text(), "1 change");
     window.reject();
     QVERIFY(!window.isVisible() && !messages.hasSeen());
 }

@@ -117,6 +117,11 @@ public:
     virtual std::optional<QString> unfitValue(ControlContext &, const Control &) const { return {}; }
     /// What a change writes, in this order.
     virtual QList<Assignment> assignments(ControlContext &, const Control &) const { return {}; }
+    /// What the user would call the value at \a path among the several that the control edits, such as the
+    /// password of one user. Empty when the control has one value, or none with this path. \a valueAt gives
+    /// values of the same file.
+    using ValueAt = std::function<QString(const QString &path)>;
+    virtual QString valueName(const QString &, const ValueAt &) const { return {}; }
     /// Whether the change that is being written is a step of the control's own history.
     virtual HistoryMove historyMove(const Control &) const { return HistoryMove::None; }
     /// What the control shows at this moment when that changes by itself, such as the time of a clock. Nobody

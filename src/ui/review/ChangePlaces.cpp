@@ -67,13 +67,13 @@ bool ChangePlaces::isSecretField(const Control &control)
     return (field && field->echoMode() != QLineEdit::Normal) || isMarkedSecret(control.element);
 }
 
-QString ChangePlaces::caption(const Control &control)
+QString ChangePlaces::caption(const Control &control, const QString &valueName)
 {
     QStringList parts;
     visitPages(*control.widget, [&parts](const QTabWidget &tabs, int index) {
         parts.prepend(withoutAccessKey(tabs.tabText(index)));
     });
-    parts << controlName(*control.widget);
+    parts << (valueName.isEmpty() ? controlName(*control.widget) : valueName);
     parts.removeAll(QString());
     return parts.join(QStringLiteral(" › "));
 }

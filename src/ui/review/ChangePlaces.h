@@ -40,8 +40,9 @@ public:
     QList<const Control *> editors(const QString &path) const;
     /// True for a field that hides what is typed, and for what the description marks as secret.
     static bool isSecretField(const Control &control);
-    /// What the user would call \a control, behind the captions of the pages that it stands on.
-    static QString caption(const Control &control);
+    /// What the user would call \a control, behind the captions of the pages that it stands on. With
+    /// \a valueName the same for one of several values that it edits, as ControlAdapter::valueName().
+    static QString caption(const Control &control, const QString &valueName = {});
     /// Opens the pages that \a control stands on and gives it the focus.
     static void show(const Control &control);
 

@@ -182,13 +182,25 @@ void ChangeTracking::updateTexts()
     showCount();
 }
 
+/// The name of a user who was removed is that which the recorder has.
+QString ChangeTracking::valueName(const ControlAdapter &editor, const QString &path) const
+{
+    return editor.valueName(path, [this](const QString &other) {
+        OrbSetup &store = m_context.store();
+        if (!store.fileExists(ConfigAddress(other).file().toString()))
+            return QString();
+        const QString present = store.storedValue(other).value_or(QString());
+        return present.isEmpty() ? m_list.oldValue(other).value_or(QString()) : present;
+    });
+}
+
 QString ChangeTracking::caption(const QString &path) const
 {
     const QList<const Control *> editors = m_places.editors(path);
     if (!editors.isEmpty())
-        return ChangePlaces::caption(*editors.constFirst());
+        return ChangePlaces::caption(*editors.constFirst(), valueName(*editors.constFirst()->adapter, path));
     const DescribedItem *item = described().editorInDialog(path);
-    return item ? item->fullCaption(described().dialogs()) : path;
+    return item ? item->fullCaption(described().dialogs(), valueName(*item->adapter, path)) : path;
 }
 
 bool ChangeTracking::isEditable(const QString &path) const
@@ -205,14 +217,16 @@ QList<ReviewedChange> ChangeTracking::reviewed() const
         const QList<const Control *> editors = m_places.editors(change.path);
         if (!editors.isEmpty()) {
             const Control &first = *editors.constFirst();
-            all.append({change, ChangePlaces::caption(first), first.number, true});
+            all.append({change, ChangePlaces::caption(first, valueName(*first.adapter, change.path)),
+                        first.number, true});
             continue;
         }
         if (!routes)
             routes.emplace(m_window, m_controls, described());
         if (const DescribedItem *item = described().editorInDialog(change.path)) {
             const int order = BehindTheWindow + int(item - described().items().data());
-            all.append({change, item->fullCaption(described().dialogs()), order,
+            const QString name = valueName(*item->adapter, change.path);
+            all.append({change, item->fullCaption(described().dialogs(), name), order,
                         routes->to(item->dialog).begin >= 0});
         } else {
             all.append({change, QString(), std::numeric_limits<int>::max(), false});

@@ -113,6 +113,7 @@ Q_SIGNALS:
 
 private:
     QByteArray descriptionText() const;
+    QString valueName(const ControlAdapter &editor, const QString &path) const;
     void addKeys(QWidget &dialog);
     /// The field with a problem behind the one that has the focus in \a window, or before it.
     void goToNextProblem(const QWidget &window, bool isBackwards);

@@ -183,9 +183,9 @@ QString DescribedItem::place(const QList<DescribedDialog> &dialogs) const
     return parts.join(separator);
 }
 
-QString DescribedItem::fullCaption(const QList<DescribedDialog> &dialogs) const
+QString DescribedItem::fullCaption(const QList<DescribedDialog> &dialogs, const QString &valueName) const
 {
-    QStringList parts{place(dialogs), caption};
+    QStringList parts{place(dialogs), valueName.isEmpty() ? caption : valueName};
     parts.removeAll(QString());
     return parts.join(separator);
 }

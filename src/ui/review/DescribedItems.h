@@ -45,7 +45,8 @@ struct DescribedItem {
 
     /// Where it stands, for lists.
     QString place(const QList<DescribedDialog> &dialogs) const;
-    QString fullCaption(const QList<DescribedDialog> &dialogs) const;
+    /// \a valueName is that of one of several values, as ControlAdapter::valueName().
+    QString fullCaption(const QList<DescribedDialog> &dialogs, const QString &valueName) const;
 };
 
 /// All controls that a description has on its pages and in its dialogs, in the order of the document, whether

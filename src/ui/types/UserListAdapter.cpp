@@ -97,6 +97,24 @@ public:
         return result;
     }
 
+    QString valueName(const QString &path, const ValueAt &valueAt) const override
+    {
+        const QString key = path.section(u'/', 2);
+        if (key == QLatin1StringView("CNT"))
+            return WindowText::tr("Number of users");
+        qsizetype end = key.size();
+        while (end > 0 && key[end - 1].isDigit())
+            --end;
+        const QString number = key.sliced(end);
+        const QString name = valueAt(path.section(u'/', 0, 1) + "/NAME" + number);
+        const QString user = name.isEmpty() ? number : name;
+        if (key == "NAME" + number)
+            return WindowText::tr("User %1: name").arg(user);
+        if (key == "PASSWD" + number)
+            return WindowText::tr("User %1: password").arg(user);
+        return key == "LEVEL" + number ? WindowText::tr("User %1: level").arg(user) : QString();
+    }
+
     QString actionState(const Control &control) const override { return rowState(widget(control)); }
 };
 
