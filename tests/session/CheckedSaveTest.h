@@ -8,6 +8,7 @@
 #include "support/TestTable.h"
 #include "support/Waiting.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -41,7 +42,7 @@ inline const char SavedPage[] = R"(<pvsetup version="1.0">
       <item type="label" row="3"><text>Key</text></item>
       <item type="edit" row="3" column="1"><key>net/untitled/WIFI_KEY</key></item>
       <item type="label" row="4"><text>Name</text></item>
-      <item type="edit" row="4" column="1"><key>streams/common/name</key></item>
+      <item type="edit" row="4" column="1" required="yes"><key>streams/common/name</key></item>
     </item>
   </tab></tabwidget>
 </pvsetup>)";
@@ -81,11 +82,10 @@ private:
 /// A window whose saves are compared and confirmed.
 struct Sending {
     explicit Sending(const QString &address, bool compares = true, bool isReviewed = false,
-                     const QString &snapshots = {})
+                     const QString &snapshots = {}, WindowOptions options = {})
         : store(address)
     {
         QSignalSpy loaded(&store, &OrbSetup::loadDone);
-        WindowOptions options;
         options.tracksChanges = true;
         options.comparesBeforeSending = compares;
         options.confirmsSaves = true;
@@ -198,6 +198,15 @@ inline QByteArray CheckedSaveTest::net() const
 {
     QFile file(m_recorder->filePath("net"));
     return file.open(QIODevice::ReadOnly) ? file.readAll().replace("\r\n", "\n") : QByteArray();
+}
+
+/// Presses Enter where the focus of \a dialog is, as often as a held key repeats it.
+inline void holdEnter(QWidget &dialog)
+{
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+        QCoreApplication::sendEvent(dialog.focusWidget(), &repeated);
+    }
 }
 
 /// Lets the recorder's changes of somebody else stand.

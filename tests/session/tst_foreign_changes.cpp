@@ -1,5 +1,7 @@
 #include "CheckedSaveTest.h"
 
+#include <QStyleHints>
+
 using namespace paravue;
 using namespace paravue::test;
 
@@ -14,6 +16,7 @@ private Q_SLOTS:
     void asksAboutEditsOfEntriesThatMoved();
     void keepsWhatSomebodyElseHasChanged_data();
     void keepsWhatSomebodyElseHasChanged();
+    void leavesDecisionsToASecondPress();
     void comparesAgainBehindTheReview();
     void undoesWhatSomebodyElseHasNotTouched();
     void asksWithoutARecorder();
@@ -121,6 +124,45 @@ void TestForeignChanges::keepsWhatSomebodyElseHasChanged()
     QTEST(saved, "saved");
     QVERIFY2(net().contains(theirs.contains("99") ? "99" : "17"), net());
     QCOMPARE(net().contains("A/B"), theirs.contains("A/B"));
+}
+
+/// The Enter that has begun the save may be held, or pressed twice.
+void TestForeignChanges::leavesDecisionsToASecondPress()
+{
+    Sending session(address());
+    QVERIFY(session.isLoaded);
+    session.type("old", "new");
+    setFile("net", QByteArray(Net).replace("Gate", "Yard"));
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [this](const QString &name) {
+        if (name == "net")
+            QTimer::singleShot(0, this, [this] { setFile("net", net().replace("'new'", "'limited'")); });
+    });
+    QStyleHints &hints = *QGuiApplication::styleHints();
+    const ModalWatcher question(
+        [&hints](QWidget &dialog) {
+            for (QWidget *focus : {dialog.focusWidget(), dialog.findChild<QWidget *>("goOn")}) {
+                focus->setFocus();
+                holdEnter(dialog);
+                hints.setMouseDoubleClickInterval(60'000);
+                QTest::keyClick(focus, Qt::Key_Return);
+                hints.setMouseDoubleClickInterval(0);
+                QVERIFY(dialog.isVisible());
+            }
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+            QVERIFY(!dialog.isVisible());
+        },
+        "paravue::ForeignChangesDialog");
+    const auto hold = [] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        holdEnter(*dialog);
+        QVERIFY(dialog->isVisible());
+    };
+    SavePilot pilot(Steps{{"Sent, but the recorder keeps one value otherwise", "Go on editing", hold}});
+    session.pressOk();
+    QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
+    QCOMPARE(question.count(), 1);
+    QCOMPARE(session.store.value(HostName), QString("new")); // an edit still
+    QCOMPARE(session.changes(), QString("1 change"));
 }
 
 /// Somebody else saves while the list of changes is read.

@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QSignalBlocker>
 #include <QStyleHints>
 #include <QToolButton>
@@ -23,20 +24,27 @@ namespace paravue::dialogparts
 namespace
 {
 
+bool isEnter(const QEvent &event)
+{
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const int key = static_cast<const QKeyEvent &>(event).key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 class SecondEnterFilter : public QObject
 {
 public:
     using QObject::QObject;
 
-    bool eventFilter(QObject *, QEvent *event) override
+    bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Show)
+        if (event->type() == QEvent::Show && watched == parent())
             m_shown.start();
-        if (event->type() != QEvent::KeyPress)
-            return false;
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        return (key == Qt::Key_Return || key == Qt::Key_Enter) && m_shown.isValid() &&
-               m_shown.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
+        return isEnter(*event) &&
+               (isHeldEnter(*event) ||
+                (m_shown.isValid() &&
+                 m_shown.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval()));
     }
 
 private:
@@ -127,9 +135,17 @@ QToolButton *makeButton(const QString &text, const QString &toolTip, const char 
     return button;
 }
 
+bool isHeldEnter(const QEvent &event)
+{
+    return isEnter(event) && static_cast<const QKeyEvent &>(event).isAutoRepeat();
+}
+
 void ignoreSecondEnter(QDialog &dialog)
 {
-    dialog.installEventFilter(new SecondEnterFilter(&dialog));
+    auto *filter = new SecondEnterFilter(&dialog);
+    dialog.installEventFilter(filter);
+    for (QPushButton *button : dialog.findChildren<QPushButton *>())
+        button->installEventFilter(filter);
 }
 
 QVBoxLayout *makeLayout(QDialog &dialog)

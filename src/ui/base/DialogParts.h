@@ -44,9 +44,12 @@ void checkTogether(QTreeWidget &list, int column, const QStringList &groups);
 /// A button for what a dialog does with a selected row.
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);
 
-/// Enter does nothing in \a dialog for as long as a second click would make a double click. To be called
-/// before it is shown, for a dialog that opens by itself behind the user's Enter: a second, impatient one
-/// must not answer what nobody has read.
+/// True for the repetitions of Enter while it is held down.
+bool isHeldEnter(const QEvent &event);
+
+/// Enter does nothing in \a dialog for as long as a second click would make a double click, and while it is
+/// held down. To be called when its buttons are there and before it is shown, for a dialog that opens by
+/// itself behind the user's Enter: a second, impatient one must not answer what nobody has read.
 void ignoreSecondEnter(QDialog &dialog);
 
 QVBoxLayout *makeLayout(QDialog &dialog);

@@ -66,6 +66,7 @@ ForeignChangesDialog::ForeignChangesDialog(const QList<ForeignChange> &changes, 
     auto *buttons = new QDialogButtonBox(this);
     QPushButton *goOn = buttons->addButton(tr("Continue"), QDialogButtonBox::AcceptRole);
     buttons->addButton(tr("Go on editing"), QDialogButtonBox::RejectRole);
+    goOn->setObjectName(QStringLiteral("goOn"));
     goOn->setDefault(true);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -108,6 +108,7 @@ void SendingDialog::setButtons(const QList<Button> &buttons)
         QPushButton *shown = m_buttons->addButton(button.caption, QDialogButtonBox::ActionRole);
         shown->setProperty("choice", static_cast<int>(button.choice));
         shown->setAutoDefault(!m_isBusy);
+        shown->installEventFilter(this);
         WindowLook::styleControls(*shown);
     }
     if (!m_isBusy)
@@ -217,6 +218,12 @@ void SendingDialog::reject()
     if (!parentWidget()->isVisible())
         return QDialog::reject();
     Q_EMIT chosen(m_onClosing);
+}
+
+/// What comes at the end of a save is not decided by the key that has begun it.
+bool SendingDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    return isHeldEnter(*event) || QDialog::eventFilter(watched, event);
 }
 
 void SendingDialog::keyPressEvent(QKeyEvent *event)

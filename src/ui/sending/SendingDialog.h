@@ -67,6 +67,7 @@ Q_SIGNALS:
     void chosen(Choice choice);
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
