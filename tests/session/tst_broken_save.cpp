@@ -1,6 +1,9 @@
 #include "CheckedSaveTest.h"
 #include "ui/sending/SendingDialog.h"
 
+#include <QDirIterator>
+#include <QTemporaryDir>
+
 using namespace paravue;
 using namespace paravue::test;
 
@@ -146,15 +149,38 @@ void TestBrokenSave::sendsAListThatWasTakenBackBehindASilence()
 
 void TestBrokenSave::triesAgainLikeANewSave()
 {
-    Sending session(address());
+    const QTemporaryDir snapshots;
+    Sending session(address(), true, true, snapshots.path());
     QVERIFY(session.isLoaded);
     session.type("old", "new");
     setFaults({"error@PUT NET CONFIG"});
+    QStringList shown;
+    const ModalWatcher review(
+        [&shown](QWidget &dialog) {
+            shown << "review";
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        },
+        "paravue::ReviewDialog");
+    const ModalWatcher problems([&shown](QWidget &box) {
+        shown << "problems";
+        static_cast<QMessageBox &>(box).button(QMessageBox::Ignore)->click();
+    });
+    const auto kept = [&snapshots] {
+        QDirIterator archives(snapshots.path(), {"*.zip"}, QDir::Files, QDirIterator::Subdirectories);
+        int count = 0;
+        for (; archives.hasNext(); archives.next())
+            ++count;
+        return count;
+    };
     {
         SavePilot failing(Steps{{"Device error", "Go on editing"}});
         session.pressOk();
         QVERIFY2(failing.isAtItsEnd(), qPrintable(failing.headline));
     }
+    QCOMPARE(shown, QStringList("review"));
+    QCOMPARE(kept(), 1);
+    shown.clear();
+    session.type(Name, " "); // in a field that must not be empty
     setFaults({});
     setFile("net", QByteArray(Net).replace("Gate", "Yard"));
     const ForeignChangesAccepted foreign;
@@ -168,24 +194,35 @@ void TestBrokenSave::triesAgainLikeANewSave()
     session.window->findChild<QToolButton *>("statusRetry")->click();
     QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
     QVERIFY(foreign.wereShown());
+    QCOMPARE(shown.mid(0, 2), QStringList({"problems", "review"}));
+    QVERIFY(kept() > 1);
     QVERIFY2(net().contains("'Yard'") && net().contains("'new'"), net());
 }
 
 void TestBrokenSave::sendsNothingThatWasTakenBack_data()
 {
-    const TestTable<bool> row("isFollowed");
-    row("of a save in a dialog", true);
-    row("of a save behind the window", false);
+    const TestTable<bool, bool> row("isFollowed", "isTakenBack");
+    row("of a save in a dialog", true, true);
+    row("of a save behind the window", false, true);
+    row("discarded after a save in a dialog", true, false);
+    row("discarded after a save behind the window", false, false);
 }
 
 void TestBrokenSave::sendsNothingThatWasTakenBack()
 {
     QFETCH(bool, isFollowed);
-    Sending session(address());
+    QFETCH(bool, isTakenBack);
+    Sending session(address(), true, false, {}, {.asksBeforeClosing = true});
     QVERIFY(session.isLoaded);
     session.type("old", "new");
     setFaults({"error@PUT NET CONFIG"});
-    const ModalWatcher message([](QWidget &box) { static_cast<QMessageBox &>(box).accept(); });
+    int discarded = 0;
+    const ModalWatcher message([&discarded](QWidget &box) {
+        if (QAbstractButton *discard = static_cast<QMessageBox &>(box).button(QMessageBox::Discard)) {
+            ++discarded;
+            discard->click();
+        }
+    });
     SavePilot pilot(isFollowed ? Steps{{"Device error", "Go on editing"}} : Steps());
     if (isFollowed)
         session.pressOk();
@@ -193,8 +230,12 @@ void TestBrokenSave::sendsNothingThatWasTakenBack()
         ExchangeQueue::of(session.store).call("save_settings", {}, ExchangeQueue::Caller::Task);
     QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
     AWAIT_VERIFY(session.store.linkStatus().state == LinkStatus::State::Failed);
-    session.type("new", "old");
+    QVERIFY(isFollowed || !session.store.saveStatus().missing.isEmpty());
+    if (isTakenBack)
+        session.type("new", "old");
     session.window->reject();
+    QCOMPARE(discarded, isTakenBack ? 0 : 1);
+    QVERIFY(!session.window->isVisible());
     QCOMPARE(session.store.saveStatus().missing, QStringList());
 }
 
@@ -265,20 +306,27 @@ void TestBrokenSave::confirmsNoSaveThatWasDropped()
 
 void TestBrokenSave::tellsOfASilentRecorder_data()
 {
-    const TestTable<bool, QString, QString> row("compares", "headline", "stop");
-    row("before sending", true, "Fetching what the recorder has now", "Go on editing");
-    row("afterwards", false, "Fetching what the recorder has now, to compare it", "Do not compare");
+    const TestTable<QString, bool, QString, QString, Steps> row("command", "compares", "headline", "stop",
+                                                                "rest");
+    row("before sending", "GET", true, "Fetching what the recorder has now", "Go on editing", {});
+    row("while sending", "PUT", false, "Sending \"net\"", "Stop", {{"Sending was stopped", "Go on editing"}});
+    row("afterwards", "GET", false, "Fetching what the recorder has now, to compare it", "Do not compare",
+        {{"Everything was sent, but could not be confirmed", "Close"}});
 }
 
 void TestBrokenSave::tellsOfASilentRecorder()
 {
+    QFETCH(QString, command);
     QFETCH(bool, compares);
     QFETCH(QString, headline);
     QFETCH(QString, stop);
+    QFETCH(Steps, rest);
     Sending session(address(), compares);
     QVERIFY(session.isLoaded);
     session.type("old", "new");
-    setFaults({"never@GET NET CONFIG"});
+    setFaults({"never@" + command + " NET CONFIG"});
+    const ModalWatcher question(
+        [](QWidget &box) { static_cast<QMessageBox &>(box).button(QMessageBox::Yes)->click(); });
     const auto awaitSilence = [] {
         auto *dialog = qobject_cast<SendingDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog);
@@ -288,10 +336,7 @@ void TestBrokenSave::tellsOfASilentRecorder()
         };
         AWAIT_VERIFY(std::ranges::any_of(dialog->findChildren<QLabel *>(), saysSo));
     };
-    Steps steps{{headline, stop, awaitSilence}};
-    if (!compares)
-        steps += SavePilot::Step{"Everything was sent, but could not be confirmed", "Close"};
-    SavePilot pilot(steps);
+    SavePilot pilot(Steps{{headline, stop, awaitSilence}} + rest);
     session.pressOk();
     QVERIFY2(pilot.isAtItsEnd(), qPrintable(pilot.headline));
 }

@@ -50,6 +50,7 @@ class TestDangerousFunctions : public FaultTest
 private Q_SLOTS:
     void asks_data();
     void asks();
+    void asksAgainBeforeARepetition();
     void leavesOutWhatFollows();
     void asksNotFromADialog();
     void saysThatARestartIsDue();
@@ -135,6 +136,34 @@ void TestDangerousFunctions::asks()
     press("Do it");
     AWAIT_VERIFY(!m_requests.isEmpty());
     QCOMPARE(questions, 2 * asked);
+}
+
+void TestDangerousFunctions::asksAgainBeforeARepetition()
+{
+    open(pageWith("format_disk1", ""));
+    auto answer = QMessageBox::Yes;
+    int questions = 0;
+    const ModalWatcher question([&](QWidget &box) {
+        if (QAbstractButton *button = static_cast<QMessageBox &>(box).button(answer)) {
+            ++questions;
+            button->click();
+        }
+    });
+    setFaults({"reset@login"});
+    press("Do it");
+    auto *repeat = m_window->findChild<QToolButton *>("statusRetry");
+    AWAIT_VERIFY(repeat->isVisible());
+    QCOMPARE(questions, 1);
+    setFaults({});
+    answer = QMessageBox::Cancel;
+    repeat->click();
+    letEventsArrive();
+    QCOMPARE(questions, 2);
+    QVERIFY2(!m_requests.contains("DO FORMAT"), qPrintable(m_requests.join(", ")));
+    answer = QMessageBox::Yes;
+    repeat->click();
+    QCOMPARE(questions, 3);
+    AWAIT_VERIFY(m_requests.contains("DO FORMAT"));
 }
 
 void TestDangerousFunctions::leavesOutWhatFollows()
