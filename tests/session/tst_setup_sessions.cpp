@@ -35,9 +35,15 @@ public:
     explicit User(const std::function<void(QWidget &)> &act)
     {
         QObject::connect(&m_timer, &QTimer::timeout, [act] {
-            // Not from here: a timer whose receiver waits in a dialog is not called again.
-            if (QWidget *top = QApplication::activeModalWidget())
-                QTimer::singleShot(0, top, [act, top] { act(*top); });
+            QWidget *top = QApplication::activeModalWidget();
+            if (!top)
+                return;
+            // Not from here: a timer whose receiver waits in a dialog is not called again. It may have been
+            // called twice before this comes, and a window that was accepted is still there then.
+            QTimer::singleShot(0, top, [act, top] {
+                if (top == QApplication::activeModalWidget())
+                    act(*top);
+            });
         });
         m_timer.start(20);
     }
