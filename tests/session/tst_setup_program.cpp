@@ -242,10 +242,13 @@ void TestSetupProgram::checksDescriptions()
 void TestSetupProgram::showsWhyItEndsOnADesktop()
 {
 #ifdef Q_OS_WIN
-    OwnConsole console;
     FreeConsole(); // the program would use that of its parent
     QProcess process;
-    console.prepare(process);
+    // Left out, they would be those of this process.
+    process.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *arguments) {
+        STARTUPINFOW &streams = *arguments->startupInfo;
+        streams.hStdInput = streams.hStdOutput = streams.hStdError = nullptr;
+    });
     process.start(SETUP_PROGRAM, {"--nonsense"});
     const auto box = [] { return FindWindowW(L"#32770", L"Paravue Setup"); };
     AWAIT_VERIFY_WITHIN(box(), 20'000);
