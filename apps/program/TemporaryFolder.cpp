@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #ifdef Q_OS_UNIX
@@ -44,12 +45,19 @@ std::unique_ptr<QLockFile> lockOf(const QString &folder)
     return lock;
 }
 
-/// Without a lock a folder was made a moment ago, or its program was killed at that moment.
+/// The lock gets its contents a moment after it was made, and the folder its lock. A program that is killed
+/// meanwhile leaves a lock without its name, which never becomes stale.
+bool hasLock(const QString &folder)
+{
+    return QFileInfo(folder + u'/' + LockName).size() > 0;
+}
+
 bool isBeingMade(const QFileInfo &folder)
 {
     constexpr qint64 LongestStart = 60; // seconds
-    return !QFileInfo::exists(folder.filePath() + u'/' + LockName) &&
-           folder.lastModified().secsTo(QDateTime::currentDateTime()) < LongestStart;
+    const QFileInfo lock(folder.filePath() + u'/' + LockName);
+    const QDateTime since = lock.exists() ? lock.lastModified() : folder.lastModified();
+    return !hasLock(folder.filePath()) && since.secsTo(QDateTime::currentDateTime()) < LongestStart;
 }
 
 void removeAbandoned()
@@ -59,6 +67,8 @@ void removeAbandoned()
     for (const QFileInfo &folder : folders) {
         if (!isOwn(folder) || isBeingMade(folder))
             continue;
+        if (!hasLock(folder.filePath()))
+            QFile::remove(folder.filePath() + u'/' + LockName);
         const auto lock = lockOf(folder.filePath());
         if (!lock->tryLock())
             continue;

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void leavesNoFilesWhenItIsEnded();
     void leavesNoFilesOfAKilledRun_data();
     void leavesNoFilesOfAKilledRun();
+    void leavesNoFilesOfARunKilledAtItsStart();
 
 private:
     OwnUserFolders m_user;
@@ -425,13 +426,17 @@ void TestSetupProgram::leavesNoFilesOfAKilledRun()
     setTemporaryPlace(environment, local.path());
     process.setProcessEnvironment(environment);
     process.start(SETUP_PROGRAM, arguments);
-    // Of the program or its simulator, and of the session with that. Each is locked once it holds something.
+    // Of the program or its simulator, whose lock gets its contents late, and of the session with that. Each
+    // is locked once it holds something.
     const qsizetype count = arguments.contains("--demo") ? 2 : 1;
+    const auto isLocked = [&](const QString &name) {
+        const QDir folder(local.filePath(name));
+        return name.startsWith("paravue-program-") ? QFileInfo(folder.filePath("lock")).size() > 0
+                                                   : !folder.isEmpty();
+    };
     const auto areLocked = [&] {
         const QStringList all = folders();
-        return all.size() == count && std::none_of(all.cbegin(), all.cend(), [&](const QString &name) {
-                   return QDir(local.filePath(name)).isEmpty();
-               });
+        return all.size() == count && std::all_of(all.cbegin(), all.cend(), isLocked);
     };
     AWAIT_VERIFY_WITHIN(areLocked(), 20'000);
     process.kill();
@@ -443,6 +448,26 @@ void TestSetupProgram::leavesNoFilesOfAKilledRun()
     const QStringList next = arguments + QStringList{"--screenshot", m_folder->filePath("pictures")};
     QCOMPARE(runProgram(next, "offscreen", local.path()).exitCode, 0);
     AWAIT_COMPARE(folders(), QStringList());
+}
+
+/// Its lock has no contents yet: after a minute nobody is about to write them.
+void TestSetupProgram::leavesNoFilesOfARunKilledAtItsStart()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir("local"));
+    const QDir local(m_folder->filePath("local"));
+    const QDateTime now = QDateTime::currentDateTime();
+    for (const auto &[name, time] : {std::pair("paravue-program-killed", now.addSecs(-120)),
+                                     std::pair("paravue-program-starting", now)}) {
+        QVERIFY(local.mkpath(QString(name) + "/files"));
+        QFile lock(local.filePath(QString(name) + "/lock"));
+        QVERIFY(lock.open(QIODevice::WriteOnly) && lock.setFileTime(time, QFile::FileModificationTime));
+    }
+    const QStringList preview{"--preview",    m_recorder->filePath("interface"),
+                              "--files",      m_folder->filePath("data"),
+                              "--screenshot", m_folder->filePath("pictures")};
+    QCOMPARE(runProgram(preview, "offscreen", local.path()).exitCode, 0);
+    AWAIT_COMPARE(local.entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+                  QStringList("paravue-program-starting"));
 }
 
 QTEST_MAIN(TestSetupProgram)
