@@ -1231,6 +1231,10 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>Prints figures of the recorder in the text format of Prometheus.</source>
         <translation>Выводит показатели регистратора в текстовом формате Prometheus.</translation>
     </message>
+    <message>
+        <source>the limit of open files allows %1 jobs, not %2</source>
+        <translation>предел открытых файлов допускает %1 заданий, а не %2</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

@@ -5,6 +5,7 @@
 #include "ControlText.h"
 #include "Inventory.h"
 #include "Metrics.h"
+#include "OpenFiles.h"
 #include "ProgressLine.h"
 #include "RecorderSession.h"
 #include "RunJournal.h"
@@ -82,10 +83,24 @@ public:
     {
         if (const Outcome prepared = prepare(); !prepared.isDone())
             return m_end(prepared);
+        limitJobs();
         beginMore();
     }
 
 private:
+    /// Sessions beyond the limit of open files would fail; fewer at once take longer.
+    void limitJobs()
+    {
+        const int wanted = int(std::min(size_t(m_line.jobs), m_runs.size()));
+        m_jobs = raiseOpenFiles(wanted);
+        if (m_jobs < wanted)
+            QTextStream(stderr) << "paravue-ctl: "
+                                << ControlText::tr("the limit of open files allows %1 jobs, not %2")
+                                       .arg(m_jobs)
+                                       .arg(m_line.jobs)
+                                << Qt::endl;
+    }
+
     Outcome prepare()
     {
         Inventory inventory;
@@ -130,7 +145,7 @@ private:
         if (m_isBeginning)
             return; // a run may end within its beginning
         m_isBeginning = true;
-        while (m_next < allowed() && m_running < m_line.jobs) {
+        while (m_next < allowed() && m_running < m_jobs) {
             const size_t index = m_next++;
             ++m_running;
             runCommand(m_runs[index].line, [run = shared_from_this(), index](const Outcome &outcome,
@@ -266,6 +281,7 @@ private:
     size_t m_next = 0;  ///< to begin
     size_t m_ended = 0; ///< of those that have begun
     int m_running = 0;
+    int m_jobs = 0; ///< at once
     int m_failures = 0;
     bool m_isBeginning = false;
     bool m_isStopped = false;
