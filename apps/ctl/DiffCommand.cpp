@@ -9,6 +9,7 @@
 #include <QJsonArray>
 
 #include <array>
+#include <functional>
 #include <memory>
 
 namespace paravue
@@ -88,34 +89,43 @@ bool isSecret(const Sides &sides, const QString &path)
     return sides[0].secrets.contains(path) || sides[1].secrets.contains(path);
 }
 
-CommandReport reportOf(const DiffReport &found, const Sides &sides, bool showsSecrets)
+QString textOf(const DiffReport &found, const Sides &sides, bool showsSecrets)
 {
-    CommandReport report;
+    QString text;
+    for (const ValueDifference &value : found.differences)
+        text +=
+            changeText(value.path, value.before, value.after, !showsSecrets && isSecret(sides, value.path));
+    for (const QString &name : found.onlyFirst)
+        text += ControlText::tr("only in %1: %2").arg(sides[0].name, terminalText(name)) + u'\n';
+    for (const QString &name : found.onlySecond)
+        text += ControlText::tr("only in %1: %2").arg(sides[1].name, terminalText(name)) + u'\n';
+    return text;
+}
+
+QJsonObject documentOf(const DiffReport &found, const Sides &sides, bool showsSecrets)
+{
     QJsonArray rows;
     for (const ValueDifference &value : found.differences) {
         const bool isMarked = isSecret(sides, value.path);
         const bool isHidden = isMarked && !showsSecrets;
-        report.text += changeText(value.path, value.before, value.after, isHidden);
         rows.append(QJsonObject{{"path", value.path},
                                 {"first", shownInJson(value.before, isHidden)},
                                 {"second", shownInJson(value.after, isHidden)},
                                 {"secret", isMarked}});
     }
-    for (const QString &name : found.onlyFirst)
-        report.text += ControlText::tr("only in %1: %2").arg(sides[0].name, terminalText(name)) + u'\n';
-    for (const QString &name : found.onlySecond)
-        report.text += ControlText::tr("only in %1: %2").arg(sides[1].name, terminalText(name)) + u'\n';
-    report.document = {{"format", "paravue-differences"},
-                       {"version", 1},
-                       {"first", sides[0].name},
-                       {"second", sides[1].name},
-                       {"differences", rows},
-                       {"onlyFirst", QJsonArray::fromStringList(found.onlyFirst)},
-                       {"onlySecond", QJsonArray::fromStringList(found.onlySecond)}};
-    return report;
+    return {{"format", "paravue-differences"},
+            {"version", 1},
+            {"first", sides[0].name},
+            {"second", sides[1].name},
+            {"differences", rows},
+            {"onlyFirst", QJsonArray::fromStringList(found.onlyFirst)},
+            {"onlySecond", QJsonArray::fromStringList(found.onlySecond)}};
 }
 
-void finish(Sides &sides, const QStringList &patternTexts, bool showsSecrets, const CommandEnd &end)
+/// Is called with the number of values that differ.
+using DiffEnd = std::function<void(const Outcome &, const CommandReport &, qsizetype)>;
+
+void finish(Sides &sides, const QStringList &patternTexts, const ControlCommandLine &line, const DiffEnd &end)
 {
     ValuePatterns patterns(patternTexts);
     if (!patterns.isEmpty()) {
@@ -123,15 +133,19 @@ void finish(Sides &sides, const QStringList &patternTexts, bool showsSecrets, co
             keepMatching(side.values, patterns);
     }
     const DiffReport found = compare(sides);
-    const CommandReport report = reportOf(found, sides, showsSecrets);
-    if (const QStringList unmatched = patterns.unmatched(); !unmatched.isEmpty())
-        return end(
-            {ExitCode::Different,
-             ControlText::tr("there is no value that fits %1").arg(unmatched.join(QStringLiteral(", ")))},
-            report);
+    CommandReport report;
+    if (line.json)
+        report.document = documentOf(found, sides, line.secrets);
+    else
+        report.text = textOf(found, sides, line.secrets);
     const bool isSame =
         found.differences.isEmpty() && found.onlyFirst.isEmpty() && found.onlySecond.isEmpty();
-    end({isSame ? ExitCode::Done : ExitCode::Different}, report);
+    Outcome outcome{isSame ? ExitCode::Done : ExitCode::Different};
+    if (const QStringList unmatched = patterns.unmatched(); !unmatched.isEmpty())
+        outcome = {
+            ExitCode::Different,
+            ControlText::tr("there is no value that fits %1").arg(unmatched.join(QStringLiteral(", ")))};
+    end(outcome, report, found.differences.size());
 }
 
 /// Both sides while they are read, at the same time.
@@ -157,7 +171,10 @@ void runDiff(const ControlCommandLine &line, const CommandEnd &end)
                            return;
                        const Outcome &failed = run->outcomes[run->outcomes[0].isDone() ? 1 : 0];
                        if (failed.isDone())
-                           finish(run->sides, run->line.arguments.mid(2), run->line.secrets, run->end);
+                           finish(run->sides, run->line.arguments.mid(2), run->line,
+                                  [run](const Outcome &compared, const CommandReport &report, qsizetype) {
+                                      run->end(compared, report);
+                                  });
                        else
                            run->end(failed, {});
                    });
@@ -175,8 +192,7 @@ void runCheck(const ControlCommandLine &line, const CommandEnd &end)
         if (!outcome.isDone())
             return end(outcome, {});
         Sides sides{recorder, sourceOf(wanted, QStringLiteral("wanted"))};
-        finish(sides, {}, line.secrets, [end](const Outcome &compared, const CommandReport &report) {
-            const qsizetype count = report.document[QStringLiteral("differences")].toArray().size();
+        finish(sides, {}, line, [end](const Outcome &compared, const CommandReport &report, qsizetype count) {
             end(compared.isDone()
                     ? compared
                     : Outcome{compared.code, ControlText::tr("values that differ: %1").arg(count)},

@@ -4,6 +4,8 @@
 
 #include <QXmlStreamReader>
 
+#include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace paravue
@@ -30,25 +32,108 @@ bool isMarkedSecret(QStringView password, QStringView secret)
     return password == QLatin1StringView("on") || secret == QLatin1StringView("yes");
 }
 
-QStringList describedSecrets(const QByteArray &description)
+namespace
+{
+
+/// The paths of the values in the marked elements that \a xml has from here on; of the first element only,
+/// with all that is in it, when \a isOneElement is set.
+QStringList secretsIn(QXmlStreamReader &xml, bool isOneElement)
 {
     QStringList paths;
-    QXmlStreamReader xml(description);
     std::vector<bool> isSecret; // of the elements around
     while (!xml.atEnd()) {
         const QXmlStreamReader::TokenType token = xml.readNext();
-        if (token == QXmlStreamReader::EndElement && !isSecret.empty())
+        if (token == QXmlStreamReader::EndElement && !isSecret.empty()) {
             isSecret.pop_back();
+            if (isOneElement && isSecret.empty())
+                break;
+        }
         if (token != QXmlStreamReader::StartElement)
             continue;
         const bool isWithin = !isSecret.empty() && isSecret.back();
-        if (isWithin && holdsAddress(xml.name()))
+        if (isWithin && holdsAddress(xml.name())) {
             paths << OrbSetup::path(xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed());
-        else
-            // The keys of choices stand within their texts.
-            isSecret.push_back(isMarked(xml.attributes()) ||
-                               (isWithin && xml.name() == QLatin1StringView("text")));
+            continue;
+        }
+        const bool isMarkedHere = isMarked(xml.attributes());
+        if (isOneElement && isSecret.empty() && !isMarkedHere)
+            break;
+        // The keys of choices stand within their texts.
+        isSecret.push_back(isMarkedHere || (isWithin && xml.name() == QLatin1StringView("text")));
     }
+    return paths;
+}
+
+/// Whether parts of \a description can be read on their own: other encodings than UTF-8, and entities of its
+/// own, are declared at its beginning.
+bool hasReadableParts(const QByteArray &description)
+{
+    const QByteArray head =
+        description.first(std::max<qsizetype>(description.indexOf("<pvsetup"), 0)).toLower();
+    return !head.isEmpty() && !head.contains("<!doctype") && !description.contains('\0') &&
+           (!head.contains("encoding") || head.contains("utf-8"));
+}
+
+/// The positions of the start tags in which \a word stands, as part of an attribute or otherwise.
+std::vector<qsizetype> tagsWith(const QByteArray &description, const char *word)
+{
+    std::vector<qsizetype> tags;
+    qsizetype before = 0;
+    for (qsizetype found = description.indexOf(word); found >= 0;
+         found = description.indexOf(word, found + 1)) {
+        // No attribute holds a "<".
+        const QByteArrayView between = QByteArrayView(description).first(found).sliced(before);
+        const qsizetype tag = between.lastIndexOf('<');
+        if (tag >= 0 && !QByteArrayView("/!?").contains(description[before + tag + 1]))
+            tags.push_back(before + tag);
+        before = found;
+    }
+    return tags;
+}
+
+/// Reading a whole description takes longer than fetching it, so only elements with the word of a mark in
+/// their tags are read, each on its own. Nothing when that cannot tell the secrets of this document.
+std::optional<QStringList> secretsInMarkedElements(const QByteArray &description)
+{
+    constexpr qsizetype UsualSize = 2048;
+    constexpr int MostLarge = 16; // each is read to the end of the document
+    if (!hasReadableParts(description))
+        return {};
+    QStringList paths;
+    int large = 0;
+    for (const char *word : {"password", "secret"}) {
+        for (const qsizetype tag : tagsWith(description, word)) {
+            const QByteArrayView rest = QByteArrayView(description).sliced(tag);
+            const QByteArrayView part = rest.first(std::min(UsualSize, rest.size()));
+            // Not in the middle of a letter.
+            for (QByteArrayView text = part.first(part.lastIndexOf('>') + 1);; text = rest) {
+                QXmlStreamReader xml(QByteArray::fromRawData(text.data(), text.size()));
+                const QStringList found = secretsIn(xml, true);
+                if (!xml.hasError()) {
+                    paths << found;
+                    break;
+                }
+                const bool isCut = xml.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+                if (!isCut || text.size() == rest.size() || ++large > MostLarge)
+                    return {};
+            }
+        }
+    }
+    return paths;
+}
+
+} // namespace
+
+QStringList describedSecrets(const QByteArray &description)
+{
+    QStringList paths;
+    if (const auto found = secretsInMarkedElements(description)) {
+        paths = *found;
+    } else {
+        QXmlStreamReader xml(description);
+        paths = secretsIn(xml, false);
+    }
+    paths.removeDuplicates();
     return paths;
 }
 

@@ -14,14 +14,23 @@ namespace
 /// A host may still be reading a superseded copy.
 constexpr qsizetype KeptCopies = 8;
 
+/// Of this process. A session cleans the temporary folder of what others have left behind, but beside many it
+/// would look at the folders of all of them, and they have cleaned it.
+int aliveSessions = 0;
+constexpr int ManySessions = 8;
+
 } // namespace
 
 LocalFiles::LocalFiles()
 {
-    SessionFolder::removeAbandoned(QDir::tempPath());
+    if (++aliveSessions <= ManySessions)
+        SessionFolder::removeAbandoned(QDir::tempPath());
 }
 
-LocalFiles::~LocalFiles() = default;
+LocalFiles::~LocalFiles()
+{
+    --aliveSessions;
+}
 
 QString LocalFiles::add(const QString &name, const QByteArray &content)
 {

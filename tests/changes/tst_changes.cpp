@@ -1,4 +1,5 @@
 #include "changes/ChangeList.h"
+#include "changes/DescribedSecrets.h"
 #include "changes/PositionLists.h"
 #include "changes/SaveCheck.h"
 #include "changes/ShownValue.h"
@@ -7,6 +8,7 @@
 #include "support/TestTable.h"
 
 #include <QSignalSpy>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 
 using namespace paravue;
@@ -76,6 +78,8 @@ private Q_SLOTS:
     void takesNoUnreadableCopyForTheRecorders();
     void hidesSecrets_data();
     void hidesSecrets();
+    void readsDescribedSecrets_data();
+    void readsDescribedSecrets();
 };
 
 void TestChanges::comparesWithTheRecorder_data()
@@ -390,6 +394,61 @@ void TestChanges::hidesSecrets()
     // Nothing tells that a password is empty.
     QCOMPARE(shownValue("", isSecret) == shownValue({}, isSecret), isSecret);
     QCOMPARE(shownValue("", isSecret) == shownValue("new", isSecret), isSecret);
+}
+
+void TestChanges::readsDescribedSecrets_data()
+{
+    const TestTable<QByteArray, QString> row("description", "paths");
+    const auto document = [](const QByteArray &content, const QByteArray &declaration = {}) {
+        return declaration + "<pvsetup>" + content + "</pvsetup>";
+    };
+    const auto item = [](const QByteArray &mark, const QByteArray &path) {
+        return "<item " + mark + "><key>" + path + "</key></item>";
+    };
+    row("what is typed hidden", document(item("password=\"on\"", "a/b/PIN") + item("id=\"1\"", "a/b/X")),
+        "a/b/PIN");
+    row("what says so, in other quotes", document(item("id='1' secret = 'yes'", "a/b/PIN")), "a/b/PIN");
+    row("an escaped mark", document(item("secret=\"y&#101;s\"", "a/b/PIN")), "a/b/PIN");
+    row("no mark", document(item("password=\"off\" secret=\"no\"", "a/b/PIN")), "");
+    row("the word elsewhere",
+        document("<password>x</password><t>secret password</t><!-- password=\"on\" -->" +
+                 item("a=\"1\"", "a/b/X")),
+        "");
+    row("keys in texts, but not in other elements",
+        document("<item secret=\"yes\"><text>A<key>a/b/PIN/1</key></text><u><key>a/b/X</key></u></item>"),
+        "a/b/PIN");
+    row("an element in another",
+        document("<item password=\"on\">" + item("secret=\"yes\"", "a/b/IN") + "<key>a/b/OUT</key></item>"),
+        "a/b/IN,a/b/OUT");
+    const QByteArray words = QByteArray("<t>\u0436</t>").repeated(400); // cut within a letter
+    row("a large element", document("<item secret=\"yes\">" + words + "<key>a/b/PIN</key></item>"),
+        "a/b/PIN");
+    row("many large elements",
+        document(("<item secret=\"yes\">" + words + "<key>a/b/PIN</key></item>").repeated(40)), "a/b/PIN");
+    row("another encoding",
+        document("<t>\xe6</t>" + item("secret=\"yes\"", "a/b/PIN"),
+                 "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>"),
+        "a/b/PIN");
+    row("entities of its own",
+        document("<item secret=\"yes\"><t>&own;</t><key>a/b/PIN</key></item>",
+                 "<!DOCTYPE pvsetup [<!ENTITY own \"x\">]>"),
+        "a/b/PIN");
+    row("cut off", "<pvsetup>" + item("secret=\"yes\"", "a/b/PIN") + "<item secret=\"yes\"><key>a/b/Q</key>",
+        "a/b/PIN,a/b/Q");
+}
+
+void TestChanges::readsDescribedSecrets()
+{
+    QFETCH(QByteArray, description);
+    QStringList paths = describedSecrets(description);
+    paths.sort();
+    QTEST(paths.join(','), "paths");
+    if (!description.contains("encoding"))
+        description = QStringEncoder(QStringEncoder::Utf16,
+                                     QStringEncoder::Flag::WriteBom)(QString::fromUtf8(description));
+    paths = describedSecrets(description);
+    paths.sort();
+    QTEST(paths.join(','), "paths");
 }
 
 QTEST_GUILESS_MAIN(TestChanges)

@@ -29,21 +29,27 @@ struct ListedFile {
 /// force. A list may well be empty.
 std::optional<QList<ListedFile>> readDescriptionFileList(const QByteArray &description);
 
-/// Remembers the answer for one description, which each save asks about once more.
+/// Remembers the answer for one description, which each save asks about once more. Descriptions are large,
+/// and there may be hundreds of sessions, so it is known by its size and its hash.
 class KnownFileList
 {
 public:
     const std::optional<QList<ListedFile>> &of(const QByteArray &description)
     {
-        if (description != m_description) {
+        const size_t hash = qHash(description, QHashSeed::globalSeed());
+        if (!m_isKnown || description.size() != m_size || hash != m_hash) {
             m_files = readDescriptionFileList(description);
-            m_description = description;
+            m_size = description.size();
+            m_hash = hash;
+            m_isKnown = true;
         }
         return m_files;
     }
 
 private:
-    QByteArray m_description;
+    bool m_isKnown = false;
+    qsizetype m_size = 0;
+    size_t m_hash = 0;
     std::optional<QList<ListedFile>> m_files;
 };
 
