@@ -8,6 +8,7 @@
 #include "changes/ChangeList.h"
 #include "changes/FileValues.h"
 #include "device/EditedFiles.h"
+#include "snapshots/SnapshotFolder.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -197,6 +198,7 @@ private:
         m_session->fetchAgain(m_report.files,
                               [run = shared_from_this()](const Outcome &fetched, const FileContents &files) {
                                   run->confirm(fetched, files);
+        SnapshotFolder(SnapshotFolder::usualRoot(), m_session->recorder()).noteSave();
                               });
     }
 

@@ -1,8 +1,11 @@
 #include "Metrics.h"
 
 #include "changes/FileValues.h"
+#include "controls/DiskHealth.h"
 #include "device/CTimeZoner.h"
 #include "snapshots/SnapshotFolder.h"
+#include "store/OrbSetup.h"
+#include "ui/description/InterfaceDocument.h"
 
 #include <QDateTime>
 
@@ -25,6 +28,9 @@ constexpr Metric Metrics[] = {
     {"paravue_clock_difference_seconds",
      "By how much the clock of the recorder is ahead of this computer's."},
     {"paravue_disk_temperature_celsius", "Temperature of a disk."},
+    {"paravue_disk_health_percent",
+     "Health of a disk by its S.M.A.R.T. report, as the setup window shows it."},
+    {"paravue_last_save_timestamp_seconds", "When paravue-ctl has last saved settings from this computer."},
     {"paravue_last_snapshot_timestamp_seconds", "When the newest snapshot was kept on this computer."},
 };
 
@@ -62,6 +68,39 @@ QMap<QString, double> diskTemperatures(const FileValues &disk)
             temperatures.insert(value.key().mid(begin.size()).chopped(end.size()), celsius);
     }
     return temperatures;
+}
+
+/// The addresses of the S.M.A.R.T. reports that the setup window shows the health of disks by.
+QStringList diskReportPaths(const QByteArray &description)
+{
+    const QString type = QStringLiteral("diskfitness");
+    InterfaceDocument document;
+    // Most recorders have none.
+    if (!description.contains(type.toLatin1()) ||
+        !document.load(description, QStringLiteral("interface")).isEmpty())
+        return {};
+    QStringList paths;
+    const QDomNodeList items = document.root().elementsByTagName(QStringLiteral("item"));
+    for (int i = 0; i < items.size(); ++i) {
+        const QDomElement item = items.at(i).toElement();
+        if (item.attribute(QStringLiteral("type")) == type)
+            paths << OrbSetup::path(firstAddress(item));
+    }
+    paths.removeDuplicates();
+    return paths;
+}
+
+/// In percent, by the keys of the reports.
+QMap<QString, double> diskHealth(const FileContents &files)
+{
+    QMap<QString, double> health;
+    for (const QString &path : diskReportPaths(files.value(QStringLiteral("interface")))) {
+        const FileValues values(files.value(path.section(u'/', 0, 0)));
+        const QString report = values.value(path.section(u'/', 1)).value_or(QString());
+        if (!report.isEmpty())
+            health.insert(path.section(u'/', -1), DiskHealth::ofReport(report).healthPercent);
+    }
+    return health;
 }
 
 QString escaped(QString text)
@@ -120,7 +159,15 @@ QList<MetricSample> metricsOf(const QString &name, const QString &recorder, cons
         for (auto disk = disks.cbegin(); disk != disks.cend(); ++disk)
             add("paravue_disk_temperature_celsius", *disk, {{"disk", disk.key()}});
     }
-    const QList<KeptSnapshot> kept = SnapshotFolder(SnapshotFolder::usualRoot(), recorder).list();
+    if (isUp) {
+        const QMap<QString, double> health = diskHealth(files);
+        for (auto disk = health.cbegin(); disk != health.cend(); ++disk)
+            add("paravue_disk_health_percent", *disk, {{"disk", disk.key()}});
+    }
+    const SnapshotFolder folder(SnapshotFolder::usualRoot(), recorder);
+    if (const QDateTime saved = folder.lastSave(); saved.isValid())
+        add("paravue_last_save_timestamp_seconds", double(saved.toSecsSinceEpoch()));
+    const QList<KeptSnapshot> kept = folder.list();
     if (!kept.isEmpty())
         add("paravue_last_snapshot_timestamp_seconds",
             double(kept.constFirst().info.time.toSecsSinceEpoch()));

@@ -3,12 +3,8 @@
 #include <QString>
 #include <QWidget>
 
-/// How healthy a disk is, estimated from its S.M.A.R.T. attributes: a bar with one figure from 0 to 100.
-///
-/// The report is the table that smartctl lists, one attribute per line, each line ended by a line feed or, as
-/// configuration values carry it, by a backslash and an "n". Columns are found by their distance from the
-/// start of a line, so a missing line gives figures without a meaning. A column that is no decimal number, or
-/// lies behind the end of the report, counts as 0.
+/// How healthy a disk is, estimated from its S.M.A.R.T. attributes (see paravue::DiskHealth): a bar with one
+/// figure from 0 to 100.
 class cDiskFitness : public QWidget
 {
     Q_OBJECT
@@ -21,13 +17,12 @@ public:
     bool isGood() const { return healthPercent >= GoodFrom; }
     const QString &report() const { return m_report; }
 
-    /// 0 to 100: the least of the attribute's own value of the age, what the power-on hours leave of 15000,
-    /// and what the reallocated sectors leave up to their threshold.
+    /// As in paravue::DiskHealth.
     int healthPercent = 0;
-    int powerOnHours = 0;         ///< raw value of attribute 9
-    int powerOnValue = 0;         ///< normalised value of attribute 9
-    int reallocatedRaw = 0;       ///< raw value of attribute 5
-    int reallocatedThreshold = 0; ///< threshold of attribute 5
+    int powerOnHours = 0;
+    int powerOnValue = 0;
+    int reallocatedRaw = 0;
+    int reallocatedThreshold = 0;
 
     QSize sizeHint() const override;
 
@@ -35,8 +30,5 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void readReport();
-    void estimate();
-
     QString m_report;
 };

@@ -33,6 +33,7 @@ constexpr qint64 AbandonedAfterSeconds = 60 * 60;
 constexpr int MostWaitForOthers = 10'000; // milliseconds
 const QString TimeFormat = QStringLiteral("yyyy-MM-dd'T'HHmmss.zzz'Z'");
 const QString Suffix = QStringLiteral(".zip");
+const QString SaveMark = QStringLiteral("/last-save");
 
 /// Readable, and by its digest another one for each recorder. The prefix keeps it from being the name of a
 /// device on Windows, where "con.example.net" is one.
@@ -116,6 +117,20 @@ QString SnapshotFolder::make() const
     if ((!QFileInfo(m_root).isDir() && !makeOwnFolder(m_root)) || !makeOwnFolder(m_path))
         return FolderText::tr("The folder %1 for snapshots cannot be made.").arg(m_path);
     return {};
+}
+
+void SnapshotFolder::noteSave() const
+{
+    if (!make().isEmpty())
+        return;
+    QFile file(m_path + SaveMark);
+    if (file.open(QIODevice::WriteOnly))
+        file.setFileTime(QDateTime::currentDateTimeUtc(), QFileDevice::FileModificationTime);
+}
+
+QDateTime SnapshotFolder::lastSave() const
+{
+    return QFileInfo(m_path + SaveMark).lastModified();
 }
 
 SnapshotFolder::Result SnapshotFolder::keep(const FileContents &files, Secrets secrets, int count)

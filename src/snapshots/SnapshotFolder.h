@@ -34,6 +34,11 @@ public:
     /// The newest first. What has the name of a snapshot but cannot be read is listed with its problem.
     QList<KeptSnapshot> list() const;
 
+    /// Notes that the recorder has taken settings from this computer now, and when it has last done so: in
+    /// the time of the file "last-save". Invalid when nothing was noted.
+    void noteSave() const;
+    QDateTime lastSave() const;
+
     /// What keep() has done; \a problem is in words for the user, and empty when the snapshot at \a path is
     /// on the disk.
     struct Result {
