@@ -1235,6 +1235,10 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>the limit of open files allows %1 jobs, not %2</source>
         <translation>предел открытых файлов допускает %1 заданий, а не %2</translation>
     </message>
+    <message>
+        <source>%1; not confirmed: %2</source>
+        <translation>%1; не подтверждены: %2</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

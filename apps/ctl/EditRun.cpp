@@ -85,11 +85,15 @@ Outcome compare(const EditReport &report, const FileContents &files)
 /// \a failed with what the recorder has got, which is neither the old nor the new configuration.
 Outcome withArrivals(const Outcome &failed, const SaveStatus &status)
 {
-    if (status.arrived.isEmpty())
-        return {failed.code, ControlText::tr("%1; nothing has arrived").arg(failed.problem)};
-    return {failed.code, ControlText::tr("%1; arrived: %2; not confirmed: %3")
-                             .arg(failed.problem, status.arrived.join(QStringLiteral(", ")),
-                                  status.missing.join(QStringLiteral(", ")))};
+    const QString missing = status.missing.join(QStringLiteral(", "));
+    if (!status.arrived.isEmpty())
+        return {failed.code, ControlText::tr("%1; arrived: %2; not confirmed: %3")
+                                 .arg(failed.problem, status.arrived.join(QStringLiteral(", ")), missing)};
+    // A file that was sent may have arrived, whatever the recorder has answered.
+    const bool isAnswered = failed.code == ExitCode::Rejected || failed.code == ExitCode::BadData;
+    if (isAnswered || !status.unanswered.isEmpty())
+        return {failed.code, ControlText::tr("%1; not confirmed: %2").arg(failed.problem, missing)};
+    return {failed.code, ControlText::tr("%1; nothing has arrived").arg(failed.problem)};
 }
 
 /// The address with the password that the recorder expects after \a changes: one of them may be that of the
@@ -194,11 +198,11 @@ private:
             return end(withArrivals(sent, status));
         if (status.arrived.size() != m_report.files.size())
             return end(withArrivals({ExitCode::Login, ControlText::tr("the files were not sent")}, status));
+        SnapshotFolder(SnapshotFolder::usualRoot(), m_session->recorder()).noteSave();
         m_session->store().setAddress(addressAfter(m_report.changes, m_session->store()));
         m_session->fetchAgain(m_report.files,
                               [run = shared_from_this()](const Outcome &fetched, const FileContents &files) {
                                   run->confirm(fetched, files);
-        SnapshotFolder(SnapshotFolder::usualRoot(), m_session->recorder()).noteSave();
                               });
     }
 

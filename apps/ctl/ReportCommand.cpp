@@ -78,7 +78,7 @@ bool isConfirmed(const Bundle &bundle, const ControlCommandLine &line)
 {
     if (line.yes)
         return true;
-    if (!isTerminal(stdin) || !isTerminal(stderr))
+    if (!line.asks || !isTerminal(stdin) || !isTerminal(stderr))
         return false;
     progressline::clear();
     QTextStream terminal(stderr);
@@ -95,9 +95,11 @@ Outcome write(const Bundle &bundle, const ControlCommandLine &line)
     if (!isConfirmed(bundle, line))
         return {ExitCode::Different,
                 ControlText::tr("%1 was not confirmed; --yes writes it").arg(line.output)};
+    // A commit alone does not notice everywhere that the last bytes could not be written.
     QSaveFile file(line.output);
     const QByteArray bytes = bundle.text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+        !file.commit())
         return {ExitCode::LocalFile,
                 ControlText::tr("cannot write %1: %2").arg(line.output, file.errorString())};
     return {};

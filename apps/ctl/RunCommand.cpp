@@ -184,8 +184,10 @@ private:
             report.document.insert(QStringLiteral("report"), QString::fromUtf8(content));
             return {};
         }
+        // A commit alone does not notice everywhere that the last bytes could not be written.
         QSaveFile output(m_line.output);
-        if (!output.open(QIODevice::WriteOnly) || output.write(content) != content.size() || !output.commit())
+        if (!output.open(QIODevice::WriteOnly) || output.write(content) != content.size() ||
+            !output.flush() || !output.commit())
             return {ExitCode::LocalFile,
                     ControlText::tr("cannot write %1: %2").arg(m_line.output, output.errorString())};
         return {};

@@ -36,9 +36,10 @@ Outcome RunJournal::open(const QString &path, const ControlCommandLine &line)
     const QByteArray content = m_file.readAll();
     const QString digest = digestOf(line);
     if (content.isEmpty()) {
-        m_file.write(lineOf({{"format", "paravue-run"}, {"version", 1}, {"command", digest}}));
-        m_file.flush();
-        return {};
+        const QByteArray first = lineOf({{"format", "paravue-run"}, {"version", 1}, {"command", digest}});
+        if (m_file.write(first) == first.size() && m_file.flush())
+            return {};
+        return {ExitCode::LocalFile, ControlText::tr("cannot write %1: %2").arg(path, m_file.errorString())};
     }
     // What follows the last line end was cut off.
     const qsizetype end = content.lastIndexOf('\n') + 1;

@@ -1,8 +1,10 @@
 #include "ControlProgram.h"
+#include "ControlTerminal.h"
 #include "recorder/RecorderServer.h"
 #include "snapshots/RecorderLock.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
+#include "support/FullDisk.h"
 #include "support/OwnUserFolders.h"
 #include "support/OwnerOnly.h"
 #include "support/TestTable.h"
@@ -60,6 +62,16 @@ private Q_SLOTS:
     void restoresASnapshot();
     void refusesStrangeSnapshots();
     void leavesALockedRecorderAlone();
+    void runsOneAtATime();
+    void survivesItsDeath();
+    void keepsNothingOnAFullDisk_data();
+    void keepsNothingOnAFullDisk();
+    void tellsTheHealthOfDisks();
+    void tellsWhenItHasSaved();
+    void asksForThePassword_data();
+    void asksForThePassword();
+    void asksBeforeWhatIsDangerous_data();
+    void asksBeforeWhatIsDangerous();
     void sendsOnlyWhatTheDescriptionAllows();
     void describesWhatCanBeSet();
     void reportsWithoutSecrets();
@@ -559,6 +571,142 @@ void TestControlProgram::leavesALockedRecorderAlone()
     }
     QCOMPARE(m_received, QStringList());
     QCOMPARE(run(command).exitCode, 0);
+}
+
+/// Two programs, with a recorder that answers late.
+void TestControlProgram::runsOneAtATime()
+{
+    const QStringList command{"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"};
+    ControlRun second;
+    connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this, [&](const QString &name) {
+        if (name == "net")
+            second = runControlProgram(command, {});
+    });
+    QProcess *first = nullptr;
+    const Run run = runControlProgram(command, {}, &first);
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(second.exitCode, 6);
+    QVERIFY2(second.err.contains("paravue-ctl on ") && second.err.contains("(process "),
+             qPrintable(second.err));
+    QCOMPARE(m_received, QStringList({"net", "users"}));
+}
+
+/// A program that was killed in the middle of a save keeps no later one out, which completes what it began.
+void TestControlProgram::survivesItsDeath()
+{
+    const QStringList command{"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"};
+    const QByteArray users = fileOfRecorder("users");
+    m_recorder->setReplyDelay(200); // the answer comes behind the end
+    const auto connection = connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
+                                    [this] { m_running->kill(); });
+    run(command);
+    disconnect(connection);
+    QVERIFY(fileOfRecorder("net").contains("10.0.0.1"));
+    QCOMPARE(fileOfRecorder("users"), users);
+    m_recorder->setReplyDelay(0);
+    const Run again = run(command);
+    QVERIFY2(again.exitCode == 0, qPrintable(again.err));
+    QVERIFY2(again.out.contains("Sent and confirmed: users\n"), qPrintable(again.out));
+}
+
+void TestControlProgram::keepsNothingOnAFullDisk_data()
+{
+    const TestTable<QStringList> row("command");
+    row("a snapshot", {"backup"});
+    row("a support bundle", {"report", "--yes"});
+}
+
+void TestControlProgram::keepsNothingOnAFullDisk()
+{
+    QFETCH(QStringList, command);
+    SKIP_WITHOUT_FULL_DISK();
+    command.insert(1, address());
+    const QString path = m_folder->filePath("kept");
+    // There is room for the local copy of each file, but not for all that is in them.
+    QFile description(m_recorder->filePath("interface"));
+    QVERIFY(description.open(QIODevice::WriteOnly) && description.write("<pvsetup/>") > 0);
+    description.close();
+    const QString limited = QString("trap '' XFSZ; ulimit -f 5; exec '%1' '%2' -o '%3'")
+                                .arg(CONTROL_PROGRAM, command.join("' '"), path);
+    const Run run = runProgram("sh", {"-c", limited}, QProcessEnvironment::systemEnvironment());
+    QCOMPARE(run.exitCode, 6);
+    QVERIFY2(!QFile::exists(path) && run.err.contains(path), qPrintable(run.err));
+    QCOMPARE(run.err.count('\n'), 2); // the warning, and one line
+}
+
+void TestControlProgram::tellsTheHealthOfDisks()
+{
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("other"), "everything");
+    QVERIFY(m_recorder->listen());
+    const Run run = this->run({"metrics", address()});
+    QCOMPARE(run.exitCode, 0);
+    const QString sample = QString("paravue_disk_health_percent{disk=\"SMART%1\",recorder=\"%2\"} %3\n");
+    for (const auto &[disk, health] : {std::pair("1", "90"), {"2", "38"}, {"3", "12"}})
+        QVERIFY2(run.out.contains(sample.arg(disk, host(), health)), qPrintable(run.out));
+}
+
+void TestControlProgram::tellsWhenItHasSaved()
+{
+    const QString name = "paravue_last_save_timestamp_seconds{";
+    const Run before = run({"metrics", address()});
+    QVERIFY(before.exitCode == 0 && !before.out.contains(name));
+    QCOMPARE(run({"set", address(), "net/untitled/IP=10.0.0.1", "--dry-run"}).exitCode, 0);
+    QVERIFY(!run({"metrics", address()}).out.contains(name));
+    const qint64 begun = QDateTime::currentSecsSinceEpoch();
+    QCOMPARE(run({"set", address(), "net/untitled/IP=10.0.0.1"}).exitCode, 0);
+    const QString saved =
+        run({"metrics", address()}).out.section(name, 1).section("} ", 1).section('\n', 0, 0);
+    QVERIFY2(saved.toLongLong() >= begun && saved.toLongLong() <= QDateTime::currentSecsSinceEpoch(),
+             qPrintable(saved));
+}
+
+void TestControlProgram::asksForThePassword_data()
+{
+    const TestTable<QByteArray, int> row("typed", "exit code");
+    row("the right one", "admin\n", 0);
+    row("another one", "guess\n", 4);
+    row("none", "\x04", 4);
+}
+
+void TestControlProgram::asksForThePassword()
+{
+#ifdef Q_OS_WIN
+    QSKIP("there are no pseudo terminals");
+#else
+    QFETCH(QByteArray, typed);
+    const Run run = runOnTerminal({"get", host(), "net/untitled/IP"}, {{"Password of admin at ", typed}});
+    QTEST(run.exitCode, "exit code");
+    QCOMPARE(run.out.count("Password of "), 1); // nobody is asked twice
+    QVERIFY2(!run.out.contains(QString::fromUtf8(typed).trimmed() + '\r'), qPrintable(run.out));
+    QCOMPARE(run.out.contains("192.168.10.20"), run.exitCode == 0);
+#endif
+}
+
+void TestControlProgram::asksBeforeWhatIsDangerous_data()
+{
+    const TestTable<QStringList, QByteArray, int> row("command", "typed", "exit code");
+    row("a function, yes", {"run", "soft_reset"}, "yes\n", 0);
+    row("a function, no", {"run", "soft_reset"}, "no\n", 5);
+    row("a function, only a letter", {"run", "soft_reset"}, "y\n", 5);
+    row("a report, yes", {"report", "-o", "report.txt"}, "yes\n", 0);
+    row("a report, no answer", {"report", "-o", "report.txt"}, "\x04", 5);
+}
+
+void TestControlProgram::asksBeforeWhatIsDangerous()
+{
+#ifdef Q_OS_WIN
+    QSKIP("there are no pseudo terminals");
+#else
+    QFETCH(QStringList, command);
+    QFETCH(QByteArray, typed);
+    command.insert(1, address());
+    command.replaceInStrings("report.txt", m_folder->filePath("report.txt"));
+    const Run run = runOnTerminal(command, {{"(yes/no)? ", typed}});
+    QTEST(run.exitCode, "exit code");
+    QCOMPARE(run.out.count("(yes/no)?"), 1);
+    if (command.contains("-o"))
+        QCOMPARE(QFile::exists(m_folder->filePath("report.txt")), run.exitCode == 0);
+#endif
 }
 
 void TestControlProgram::sendsOnlyWhatTheDescriptionAllows()
