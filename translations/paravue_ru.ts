@@ -1052,10 +1052,6 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <translation>для --%1 указывается число от 1 до %2</translation>
     </message>
     <message>
-        <source>with an inventory the name of the file needs a variable such as {name}</source>
-        <translation>с --inventory в имени файла нужна переменная, например {name}</translation>
-    </message>
-    <message>
         <source>%1 needs --inventory</source>
         <translation>для %1 нужен --inventory</translation>
     </message>
@@ -1234,6 +1230,10 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
     <message>
         <source>the limit of open files allows %1 jobs, not %2</source>
         <translation>предел открытых файлов допускает %1 заданий, а не %2</translation>
+    </message>
+    <message>
+        <source>with an inventory %1 needs -o with a variable such as {name}</source>
+        <translation>с --inventory для %1 нужен -o с переменной, например {name}</translation>
     </message>
     <message>
         <source>%1; not confirmed: %2</source>

@@ -135,7 +135,7 @@ QString readCommand(ControlCommandLine &line, const QStringList &words)
     const auto command = findCommand(commands, line.command);
     if (command == commands.end())
         return ControlText::tr("there is no command \"%1\"").arg(line.command);
-    if (!line.inventory.isEmpty() && !(command->hasAddress() && command->isForMany))
+    if (!line.inventory.isEmpty() && !command->hasAddress())
         return ControlText::tr("%1 takes no inventory").arg(command->name);
     line.arguments = words.mid(1);
     const qsizetype count = line.arguments.size() + (line.inventory.isEmpty() ? 0 : 1);
@@ -178,11 +178,13 @@ QString readInventoryOptions(ControlCommandLine &line, const QCommandLineParser 
         if (!readNumber(parser, name, 1, MaxRecorders, *number))
             return ControlText::tr("--%1 takes a number from 1 to %2").arg(name).arg(MaxRecorders);
     }
-    if (!line.inventory.isEmpty())
-        return line.output.isEmpty() || line.output.contains(u'{')
+    if (!line.inventory.isEmpty()) {
+        const bool needsOutput = line.command == u"report";
+        return (line.output.isEmpty() && !needsOutput) || line.output.contains(u'{')
                    ? QString()
-                   : ControlText::tr(
-                         "with an inventory the name of the file needs a variable such as {name}");
+                   : ControlText::tr("with an inventory %1 needs -o with a variable such as {name}")
+                         .arg(line.command);
+    }
     for (const char *name : {"group", "limit", "jobs", "stop-after", "canary", "resume"}) {
         if (parser.isSet(QLatin1StringView(name)))
             return ControlText::tr("%1 needs --inventory").arg(withDashes(QLatin1StringView(name)));
@@ -250,7 +252,7 @@ QList<ControlCommand> controlCommands()
         {"report", "ADDRESS",
          ControlText::tr("Prints what support needs to know, without secrets: versions, the log of the "
                          "exchange and the files."),
-         1, 1, false},
+         1, 1},
         {"metrics", "ADDRESS",
          ControlText::tr("Prints figures of the recorder in the text format of Prometheus."), 1, 1},
     };

@@ -13,11 +13,11 @@ namespace paravue
 /// A command of the program, as its help, its man page and its completions have it.
 struct ControlCommand {
     QString name;
-    QString arguments;     ///< as in a synopsis, "ADDRESS [PATTERN...]"
-    QString text;          ///< what it does
-    int leastArguments;    ///< the address included
-    int mostArguments;     ///< below 0 for any number
-    bool isForMany = true; ///< takes an inventory in the place of the address
+    QString arguments;  ///< as in a synopsis, "ADDRESS [PATTERN...]"
+    QString text;       ///< what it does
+    int leastArguments; ///< the address included
+    int mostArguments;  ///< below 0 for any number
+    /// And takes an inventory in its place.
     bool hasAddress() const { return arguments.startsWith(QStringLiteral("ADDRESS")); }
 };
 QList<ControlCommand> controlCommands();

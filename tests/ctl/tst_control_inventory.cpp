@@ -38,6 +38,7 @@ private Q_SLOTS:
     void takesAnInterruptedRunUp();
     void tellsWhoComplies();
     void printsMetrics();
+    void reportsOnEach();
     void refusesBadInventories_data();
     void refusesBadInventories();
     void refusesWhatFitsNoInventory_data();
@@ -251,6 +252,19 @@ void TestControlInventory::printsMetrics()
     QVERIFY2(clock.hasMatch() && qAbs(clock.captured(1).toInt()) < 60, qPrintable(run.out));
 }
 
+void TestControlInventory::reportsOnEach()
+{
+    const QStringList command{"report", "--inventory", iniFile(), "-o", m_folder->filePath("{name}.txt")};
+    QCOMPARE(run(command).exitCode, 5); // nobody is asked
+    m_recorders[1]->setFaults({{Kind::Error, 0, "busy", "GET DISK CONFIG"}});
+    QCOMPARE(run(command + QStringList("--yes")).exitCode, 1);
+    for (const auto &[name, outcome] :
+         {std::pair("gate", "outcome: 0"), {"hall", "outcome: 1"}, {"yard", "outcome: 0"}}) {
+        QFile file(m_folder->filePath(QString(name) + ".txt"));
+        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains(outcome));
+    }
+}
+
 void TestControlInventory::refusesBadInventories_data()
 {
     const TestTable<QString, QByteArray, QString> row("name", "content", "message");
@@ -289,6 +303,7 @@ void TestControlInventory::refusesWhatFitsNoInventory_data()
     row("no such name", {"--limit", "x", "get"}, 2);
     row("another command", {"diff", "a", "b"}, 2);
     row("one file for all", {"backup", "-o", "/tmp/kept.zip"}, 2);
+    row("no file for reports", {"report", "--yes"}, 2);
     row("a wrong number", {"get", "--jobs", "0"}, 2);
 }
 
