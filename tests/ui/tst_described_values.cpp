@@ -38,6 +38,7 @@ private Q_SLOTS:
     void judgesValues();
     void tellsCaptions();
     void takesTheRulesOfAllControls();
+    void judgesNumberedRows();
 };
 
 void TestDescribedValues::judgesValues_data()
@@ -66,6 +67,15 @@ void TestDescribedValues::judgesValues_data()
         "</item><item type=\"scroll\" row=\"1\" maxvalue=\"3\">" +
             key,
         {"3", "4"}, {"5"});
+    const QByteArray hours = QByteArray("0123").repeated(6);
+    row("a day among seven",
+        "<item type=\"vornschedule\">" + QByteArray("<key>net/a/b</key>").repeated(7) + "</item>",
+        {"", hours, hours + hours, hours.repeated(4)},
+        {"0", hours + "0", QByteArray(hours).replace("3", "4")});
+    row("kinds of its own",
+        "<item type=\"vornschedule\"><kind value=\"-\"/><kind value=\"]\"/>" +
+            QByteArray("<key>net/a/b</key>").repeated(7) + "</item>",
+        {QByteArray("-]").repeated(12)}, {hours});
     row("a value to read", "<item type=\"label\"><value>net/a/b</value></item>", {"x"}, {});
     row("a field that stays disabled", "<item type=\"edit\" enabled=\"no\" maximum=\"1\">" + key, {"7"}, {});
 }
@@ -109,6 +119,22 @@ void TestDescribedValues::takesTheRulesOfAllControls()
                   "<item type=\"edit\" row=\"1\" maximum=\"9\"><key>net/a/b</key></item>");
     QCOMPARE(values.problemWith("net/a/b", "9"), QString());
     QVERIFY(!values.problemWith("net/a/b", "10").isEmpty());
+}
+
+void TestDescribedValues::judgesNumberedRows()
+{
+    const DescribedValues values = described(
+        "<item type=\"maskctrl\" ctrlColumns=\"4\" ctrlRows=\"2\"><key>net/mask</key></item>"
+        "<item type=\"PTZAlarm\" row=\"1\"><text>Door</text><text>Gate</text><key>net/zone/Z/0</key></item>"
+        "<item type=\"vornschedule\" row=\"2\"><key>net/plan</key></item>");
+    for (const char *value :
+         {"net/mask/ROW0 0101", "net/mask/ROW1 1", "net/zone/Z11 0012", "net/mask/ROW2 any"})
+        QCOMPARE(values.problemWith(QString(value).section(' ', 0, 0), QString(value).section(' ', 1)),
+                 QString());
+    for (const char *value : {"net/mask/ROW0 01011", "net/mask/ROW1 2", "net/zone/Z0 3", "net/plan/DAY6 0"})
+        QVERIFY2(
+            !values.problemWith(QString(value).section(' ', 0, 0), QString(value).section(' ', 1)).isEmpty(),
+            value);
 }
 
 QTEST_GUILESS_MAIN(TestDescribedValues)

@@ -47,9 +47,9 @@ struct DescribedValue {
     QString problemWith(const QString &value) const;
 };
 
-/// The values of a description that have a control of their own. Lists of users and packages, schedules,
-/// masks and the like edit several values with one, and are not among them. Neither are values that can only
-/// be read.
+/// The values of a description that controls let users set, those of schedules and of masks too. Lists, of
+/// users for example, have values whose form only the recorder knows, and are not among them. Neither are
+/// values that can only be read.
 class DescribedValues
 {
 public:
