@@ -25,6 +25,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -133,11 +134,12 @@ private Q_SLOTS:
 
 void TestLivePictures::showsEveryCamera_data()
 {
-    const TestTable<int, int> row("cameras", "swaps");
+    const TestTable<int, int, int> row("cameras", "swaps", "delay");
     for (const int cameras : {1, 2, 3, 4, 5, 7, 8, 9, 12, 15, 16}) {
         const QByteArray name = QByteArray::number(cameras) + " cameras";
-        row(name, cameras, 0);
-        row(name + " whose pictures come in other orders", cameras, 2);
+        row(name, cameras, 0, 0);
+        row(name + " whose pictures come in other orders", cameras, 2, 0);
+        row(name + " whose pictures come a little late", cameras, 0, 10);
     }
 }
 
@@ -145,6 +147,7 @@ void TestLivePictures::showsEveryCamera()
 {
     QFETCH(int, cameras);
     QFETCH(int, swaps);
+    QFETCH(int, delay);        // at most so many milliseconds
     constexpr int Period = 40; // milliseconds
     constexpr int Seconds = 60;
     constexpr int LongestGap = 600;
@@ -153,17 +156,22 @@ void TestLivePictures::showsEveryCamera()
     std::vector<int> order(cameras);
     std::iota(order.begin(), order.end(), 0);
     QRandomGenerator random(1);
-    unsigned count = 0;
+    std::vector<std::pair<int, int>> pictures; // when each comes, and its camera
     for (int now = 0; now < Seconds * 1000; now += Period) {
         for (int swap = 0; swap < swaps; ++swap)
             std::swap(order[random.bounded(cameras)], order[random.bounded(cameras)]);
-        for (const int camera : order) {
-            const bool isInTurn = ++count & 4;
-            const bool isShown = choices[camera].takes(isInTurn, now);
-            QVERIFY(isShown || !isInTurn);
-            if (isShown)
-                shown[camera] << now;
-        }
+        for (int place = 0; place < cameras; ++place)
+            pictures.emplace_back(now + Period * place / cameras + random.bounded(delay + 1), order[place]);
+    }
+    std::stable_sort(pictures.begin(), pictures.end(),
+                     [](const auto &left, const auto &right) { return left.first < right.first; });
+    unsigned count = 0;
+    for (const auto &[now, camera] : pictures) {
+        const bool isInTurn = ++count & 4;
+        const bool isShown = choices[camera].takes(isInTurn, now);
+        QVERIFY(isShown || !isInTurn);
+        if (isShown)
+            shown[camera] << now;
     }
     for (const QList<int> &times : shown) {
         int last = 0;

@@ -1,5 +1,7 @@
 #include "ui/tasks/PictureChoice.h"
 
+#include <algorithm>
+
 namespace paravue
 {
 
@@ -7,14 +9,12 @@ bool PictureChoice::takes(bool isInTurn, qint64 now)
 {
     if (!m_lastTaken)
         m_lastTaken = now;
-    m_inTurn = isInTurn ? m_inTurn + 1 : 0;
-    if (m_inTurn >= WholeTurn)
-        m_isHelping = false;
-    else if (now - *m_lastTaken >= LongestGap)
-        m_isHelping = true;
-    m_tookLast = isInTurn || (m_isHelping && !m_tookLast);
+    if (now - *m_lastTaken >= LongestGap)
+        m_missing = MostMissing;
+    m_tookLast = isInTurn || (m_missing == MostMissing && !m_tookLast);
     if (m_tookLast)
         m_lastTaken = now;
+    m_missing = std::clamp(m_missing + (m_tookLast ? -1 : 1), 0, MostMissing);
     return m_tookLast;
 }
 

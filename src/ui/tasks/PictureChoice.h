@@ -10,8 +10,10 @@ namespace paravue
 /// Which pictures of one live stream a window shows.
 ///
 /// The receivers show half of the pictures, counted over all of them. With eight equal cameras the same four
-/// of them would show all their pictures, and the others none. So a camera of which no picture was shown for
-/// half a second shows every second one until the count shows four in a row.
+/// of them would show all their pictures, and the others none, or some when pictures come a little early or
+/// late. So a camera of which half a second is missing shows every second picture until the count has made up
+/// for it: when it has shown fewer pictures than it has left out, by as many as usually come in that time, or
+/// has shown none for so long.
 class PictureChoice
 {
 public:
@@ -20,12 +22,11 @@ public:
 
 private:
     static constexpr qint64 LongestGap = 500;
-    static constexpr int WholeTurn = 4;
+    static constexpr int MostMissing = 12; ///< of 25 a second
 
     std::optional<qint64> m_lastTaken; ///< or the first picture
-    bool m_isHelping = false;
+    int m_missing = 0;                 ///< how many more were left out than shown
     bool m_tookLast = false;
-    int m_inTurn = 0; ///< in a row
 };
 
 } // namespace paravue
