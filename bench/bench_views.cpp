@@ -7,6 +7,7 @@
 #include "support/Hvx3Bytes.h"
 #include "support/StoreFixture.h"
 #include "ui/CWinMain.h"
+#include "ui/tasks/PictureSource.h"
 #include "video/VideoHVX3Reciver.h"
 #include "video/cFfmpegDecoder.h"
 #include "video/cHvx3Parser.h"
@@ -17,7 +18,9 @@
 #include <QTabWidget>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <vector>
 
 // The setup window with live pictures of 25 a second, beside a bare loop of FFmpeg calls that decodes as
@@ -48,6 +51,9 @@ struct Cameras {
 
 constexpr QSize WindowSize(2100, 1400);
 constexpr Cameras FourLarge{4, {1920, 1080}, {480, 270}};
+constexpr int PaceRuns = 3; // of ten seconds each
+constexpr Cameras TwoSmall{2, {640, 480}, {320, 240}};
+constexpr Cameras EightSmall{8, {640, 480}, {320, 240}};
 constexpr Cameras SixteenSmall{16, {640, 480}, {320, 240}};
 constexpr Cameras FourFarKeys{4, {1920, 1080}, {480, 270}, FarKeys};
 constexpr Cameras SixteenFarKeys{16, {640, 480}, {320, 240}, FarKeys};
@@ -150,7 +156,57 @@ public:
         return std::chrono::steady_clock::now() - start;
     }
 
+    struct Pace {
+        double gap;   ///< the longest time without a new picture in any control, in seconds
+        double share; ///< the least one of its pictures that a control has shown
+    };
+    /// Over ten seconds in which no picture is left out; nothing when this computer is too busy.
+    std::optional<Pace> pace()
+    {
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            const quint64 before = leftOut();
+            const Pace pace = paceOnce();
+            if (leftOut() == before)
+                return pace;
+        }
+        return {};
+    }
+
 private:
+    Pace paceOnce()
+    {
+        constexpr int PaceSeconds = 10;
+        struct Control {
+            int received = 0;
+            QList<qint64> shown; // when
+        };
+        QObject context;
+        QElapsedTimer clock;
+        const QList<PictureSource *> sources = m_window->findChildren<PictureSource *>();
+        std::vector<Control> controls(size_t(sources.size()));
+        for (qsizetype i = 0; i < sources.size(); ++i) {
+            Control &control = controls[size_t(i)];
+            const auto note = [&control, &clock] { control.shown << clock.elapsed(); };
+            QObject::connect(sources[i], &PictureSource::pixmapReady, &context, note);
+            QObject::connect(sources[i], &PictureSource::scaledReady, &context, note);
+            QObject::connect(sources[i]->findChild<cHvx3Parser *>(), &cHvx3Parser::onDATA, &context,
+                             [&control] { ++control.received; });
+        }
+        clock.start();
+        run(PaceSeconds * 1000);
+        Pace pace{0, 1};
+        for (Control &control : controls) {
+            pace.share = std::min(pace.share, double(control.shown.size()) / control.received);
+            control.shown << PaceSeconds * 1000;
+            qint64 last = 0;
+            for (const qint64 time : control.shown) {
+                pace.gap = std::max(pace.gap, double(time - last) / 1000);
+                last = time;
+            }
+        }
+        return pace;
+    }
+
     Seconds measureOnce()
     {
         setPaused(false);
@@ -225,6 +281,29 @@ void hide(benchmark::State &state, const Cameras &cameras)
         state, [&] { return measure(1); }, [&] { return measure(0); }, {.limit = 0.15});
 }
 
+/// How evenly the pictures of equal cameras are shown: the best run, as load makes pictures late.
+void pace(benchmark::State &state, const Cameras &cameras)
+{
+    constexpr double LongestGap = 0.6;
+    constexpr double LeastShare = 0.4;
+    const test::EncodedClip clip = clipOf(cameras);
+    LiveWindow window(cameras, clip);
+    LiveWindow::Pace best{std::numeric_limits<double>::max(), 0};
+    for (auto _ : state) {
+        const std::optional<LiveWindow::Pace> pace = window.pace();
+        if (!pace) {
+            state.SkipWithError("this computer is too busy");
+            return;
+        }
+        best.gap = std::min(best.gap, pace->gap);
+        best.share = std::max(best.share, pace->share);
+        state.SetIterationTime(pace->gap);
+    }
+    state.counters["longest_gap_ms"] = best.gap * 1000;
+    state.counters["least_share"] = best.share;
+    state.SetLabel(best.gap <= LongestGap && best.share >= LeastShare ? "within limit" : "OVER LIMIT");
+}
+
 /// Opens the page of cameras that nobody has seen for some time. The picture of each has to be there within a
 /// second.
 void open(benchmark::State &state, const Cameras &cameras)
@@ -252,6 +331,9 @@ BENCHMARK_CAPTURE(hide, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
 BENCHMARK_CAPTURE(hide, 16_of_640x480, SixteenSmall)->Apply(applyPaired);
 BENCHMARK_CAPTURE(hide, 4_of_1920x1080_far_keys, FourFarKeys)->Apply(applyPaired)->Iterations(FarRuns);
 BENCHMARK_CAPTURE(hide, 16_of_640x480_far_keys, SixteenFarKeys)->Apply(applyPaired)->Iterations(FarRuns);
+BENCHMARK_CAPTURE(pace, 2_of_640x480, TwoSmall)->Apply(applyPaired)->Iterations(PaceRuns);
+BENCHMARK_CAPTURE(pace, 8_of_640x480, EightSmall)->Apply(applyPaired)->Iterations(PaceRuns);
+BENCHMARK_CAPTURE(pace, 16_of_640x480, SixteenSmall)->Apply(applyPaired)->Iterations(PaceRuns);
 BENCHMARK_CAPTURE(open, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
 BENCHMARK_CAPTURE(open, 16_of_640x480, SixteenSmall)->Apply(applyPaired);
 BENCHMARK_CAPTURE(open, 4_of_1920x1080_far_keys, FourFarKeys)->Apply(applyPaired);
