@@ -1,11 +1,11 @@
 #include "controls/ListView.h"
 
+#include "controls/ListColumns.h"
 #include "controls/ReadableColors.h"
 
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QPainter>
-#include <QStyledItemDelegate>
 #include <QTextDocument>
 #include <QToolTip>
 
@@ -14,26 +14,9 @@
 namespace paravue
 {
 
-namespace
-{
-
-/// Rows with room above and below their text.
-class RoomyDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 8);
-    }
-};
-
-} // namespace
-
 ListView::ListView(QWidget *parent) : QTreeWidget(parent)
 {
-    setItemDelegate(new RoomyDelegate(this));
+    setRoomyRows(*this);
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);

@@ -1,4 +1,5 @@
-// The contrasts of everything that the windows show, computed from what is painted.
+// The contrasts of everything that the windows show, computed from what is painted. For what shows changes,
+// also whether its texts have room, on screens of usual and of double density.
 
 #include "DescribedWindow.h"
 
@@ -8,6 +9,15 @@
 #include "controls/WindowLook.h"
 #include "device/dialog/cDlg.h"
 #include "setup/ProgramPalettes.h"
+#include "snapshots/EditMerge.h"
+#include "snapshots/SnapshotFolder.h"
+#include "store/LinkStatus.h"
+#include "support/TextInspector.h"
+#include "ui/history/HistoryDialog.h"
+#include "ui/history/MergeDialog.h"
+#include "ui/review/ReviewDialog.h"
+#include "ui/sending/ForeignChangesDialog.h"
+#include "ui/sending/SendingDialog.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -18,6 +28,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
@@ -26,6 +37,8 @@
 #include <QStyleOptionSlider>
 #include <QTabBar>
 #include <QTableView>
+#include <QTemporaryDir>
+#include <QToolButton>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -262,6 +275,8 @@ private Q_SLOTS:
     void messages();
     void login_data() { everyLook(); }
     void login();
+    void changes_data();
+    void changes();
 
 private:
     static void everyLook()
@@ -287,6 +302,13 @@ private:
     void measureStates(const QString &name, QWidget &widget);
     void measureEdge(const QString &name, QWidget &widget);
     void measureButtons(const QString &name, QWidget &dialog);
+    void measureMarks();
+    void measureDialog(const QString &name, QDialog &dialog);
+    void measureRow(const QString &name, QTreeWidget &list, int row);
+    void measureReview();
+    void measureHistory();
+    void measureMerge();
+    void measureSave();
 
     Look m_look;
     QStringList m_faults;
@@ -523,6 +545,213 @@ void TestContrast::login()
     dialog.tellRefusal();
     DialogLoop::run(dialog);
     QCOMPARE(watcher.count(), 1);
+}
+
+void TestContrast::changes_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("scale");
+    for (int number = 0; number < looks().size(); ++number) {
+        const QByteArray name = looks()[number].name;
+        QTest::newRow(name.constData()) << number << 1;
+        if (name == "light" || name == "dark")
+            QTest::newRow((name + ", 200 %").constData()) << number << 2;
+    }
+}
+
+/// Marks, outlines and the window's own dialogs about changes.
+void TestContrast::changes()
+{
+    QFETCH(int, scale);
+    if (scale != qRound(qApp->devicePixelRatio())) { // which is that of a program for all of its life
+        QProcess scaled;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_SCALE_FACTOR", QString::number(scale));
+        scaled.setProcessEnvironment(environment);
+        scaled.start(QCoreApplication::applicationFilePath(),
+                     {QStringLiteral("changes:") + QTest::currentDataTag()});
+        QVERIFY(scaled.waitForFinished(60'000));
+        const QByteArray output = scaled.readAll();
+        QVERIFY2(scaled.exitStatus() == QProcess::NormalExit && scaled.exitCode() == 0, output.constData());
+        QVERIFY2(output.contains("3 passed"), output.constData()); // with the first and the last step
+        return;
+    }
+    changeDesktop();
+    measureMarks();
+    measureReview();
+    measureHistory();
+    measureMerge();
+    measureSave();
+}
+
+void TestContrast::measureMarks()
+{
+    WindowOptions options;
+    options.tracksChanges = true;
+    const QByteArray page = "<item type='edit'><key>net/a/text</key></item>"
+                            "<item type='edit' row='1' minimum='5' maximum='9'><key>net/a/on</key></item>"
+                            "<item type='edit' row='2' validator='[a-z]+'><key>net/a/off</key></item>";
+    DescribedWindow window(describePage(page), {{"net", Values}, {"net.original", Values}}, options);
+    const QList<QLineEdit *> fields = window.page()->findChildren<QLineEdit *>();
+    fields[0]->setText("Changed");
+    fields[1]->setText("17");
+    fields[2]->setText("9");
+    fields[0]->setFocus();
+    window.settle();
+    TextInspector inspector;
+    inspector.inspect(*window.window, "window");
+    m_faults += inspector.faults();
+    const QRect field = fields[0]->geometry();
+    const QRect besideIt(field.left() - 6, field.top() + 2, 6, field.height() - 4);
+    expect("bar", painted(*fields[0]->parentWidget(), besideIt).contrast(), VisibleContrast);
+    for (const int number : {1, 2})
+        expect(QString("outline %1").arg(number), edgeContrast(*fields[number], fields[number]->rect()),
+               VisibleContrast);
+    QLabel *note = nullptr;
+    for (QLabel *label : window.page()->findChildren<QLabel *>()) {
+        if (label->isVisible() && label->text().startsWith("Outside of the range"))
+            note = label;
+    }
+    QVERIFY(note);
+    expect("note", painted(*note, note->rect()).contrast(), m_look.text);
+    for (const char *name : {"changeCount", "problemCount"}) {
+        auto *badge = window.window->findChild<QLabel *>(name);
+        QVERIFY(badge && badge->isVisible());
+        expect(name, painted(*badge, badge->rect()).contrast(), m_look.text);
+    }
+    auto *count = window.window->findChild<QToolButton *>("changes");
+    QCOMPARE(count->text(), "3 changes, 2 problems");
+    measureText("count in the header", *count, m_look.text);
+}
+
+void TestContrast::measureRow(const QString &name, QTreeWidget &list, int row)
+{
+    const QTreeWidgetItem *item = list.topLevelItem(row);
+    QStyleOptionViewItem box;
+    box.initFrom(&list);
+    const int roomForBox = list.style()->pixelMetric(QStyle::PM_IndicatorHeight, &box, &list) + 2;
+    if (list.visualItemRect(item).height() < roomForBox)
+        m_faults << name + ", rows are too low for boxes";
+    for (int column = 0; column < list.columnCount(); ++column) {
+        const QRect cell = list.visualRect(list.indexFromItem(item, column)) & list.viewport()->rect();
+        if (!item->text(column).isEmpty() && cell.width() > 20)
+            expect(QString("%1, row %2, column %3").arg(name).arg(row).arg(column),
+                   painted(*list.viewport(), cell.adjusted(4, 2, -4, -2)).contrast(), m_look.text);
+    }
+}
+
+/// Whether everything in \a dialog can be read.
+void TestContrast::measureDialog(const QString &name, QDialog &dialog)
+{
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QCoreApplication::processEvents();
+    TextInspector inspector;
+    inspector.inspect(dialog, name);
+    m_faults += inspector.faults();
+    constexpr QSize SmallestScreen(960, 540); // 1920 × 1080 at 200 %
+    const QSize least = dialog.minimumSizeHint().expandedTo(dialog.minimumSize());
+    if (least.width() > SmallestScreen.width() || least.height() > SmallestScreen.height())
+        m_faults << name + " has no room on a small screen";
+    for (QWidget *part : dialog.findChildren<QWidget *>()) {
+        if (!part->isVisible() || part->width() < 8)
+            continue;
+        const QString what = name + u' ' + part->metaObject()->className();
+        if (const auto *label = qobject_cast<QLabel *>(part); label && !label->text().isEmpty())
+            expect(what + ' ' + label->text().left(20), painted(*part, part->rect()).contrast(), m_look.text);
+        const auto *button = qobject_cast<QAbstractButton *>(part);
+        if (button && !button->text().isEmpty())
+            measureText(what + ' ' + button->text(), *part,
+                        button->isEnabled() ? m_look.text : VisibleContrast);
+        if (qobject_cast<QPushButton *>(part) || qobject_cast<QCheckBox *>(part))
+            measureEdge(what, *part);
+        auto *list = qobject_cast<QTreeWidget *>(part);
+        if (!list)
+            continue;
+        expect(what + ", header", painted(*list->header(), list->header()->rect()).contrast(), m_look.text);
+        for (int row = 0; row < std::min(2, list->topLevelItemCount()); ++row) // the first is selected
+            measureRow(what, *list, row);
+    }
+    dialog.close();
+}
+
+void TestContrast::measureReview()
+{
+    const auto changes = [] {
+        return QList<ReviewedChange>{
+            {{"net/untitled/HOSTNAME", "old", "new"}, "Network › Host name", 1, true},
+            {{"net/untitled/PASSWORD", "a", "b", true}, "Network › Password", 2, true},
+            {{"state/door/OPEN", {}, "yes"}, "Follows from other values", 3, false, false}};
+    };
+    const auto problems = [] {
+        return QList<ReviewedProblem>{{"Video › Bit rate", "Outside of the range: From 64 to 16384", 3}};
+    };
+    ReviewDialog review(changes, problems, nullptr);
+    measureDialog("review", review);
+    ReviewDialog sending(changes, problems, nullptr);
+    sending.offerSending();
+    measureDialog("review before sending", sending);
+}
+
+void TestContrast::measureHistory()
+{
+    const QTemporaryDir folder;
+    SnapshotFolder snapshots(folder.path(), "recorder");
+    for (const char *host : {"first", "second", "third"}) {
+        const FileContents files{
+            {"net", "[untitled]\nHOSTNAME=" + QByteArray(host) + "\nPASSWORD=x\nPLACE=Gate\n"},
+            {"soft", "MODEL=" + QByteArray(host) + "\n"}};
+        QCOMPARE(snapshots.keep(files).problem, "");
+    }
+    PresentSettings present;
+    present.recorder.recorder = "recorder";
+    present.values = valuesOf({{"net", "[untitled]\nHOSTNAME=now\nPASSWORD=y\nPLACE=Yard\n"}});
+    present.caption = [](const QString &path) { return "Network › " + path.section('/', 2); };
+    present.isSent = present.isEditable = [](const QString &) { return true; };
+    present.isSecret = [](const QString &path) { return path.contains("PASSWORD"); };
+    HistoryDialog history(snapshots, present, nullptr);
+    auto *list = history.findChild<QTreeWidget *>("snapshots");
+    list->setCurrentItem(list->topLevelItem(1));
+    measureDialog("history", history);
+    list->topLevelItem(3)->setSelected(true);
+    measureDialog("comparison", history);
+}
+
+void TestContrast::measureMerge()
+{
+    PresentSettings present;
+    present.recorder.recorder = "recorder";
+    present.caption = [](const QString &path) { return "Network › " + path.section('/', 2); };
+    present.isSecret = [](const QString &path) { return path.contains("PASSWORD"); };
+    Snapshot snapshot;
+    snapshot.info.recorder = "another";
+    const QList<MergedEdit> edits{
+        {"net/untitled/HOSTNAME", "old", "new", "other", MergedEdit::State::Collides},
+        {"net/untitled/LEVEL1", "0", "1", "0", MergedEdit::State::Collides, "net/untitled"},
+        {"net/untitled/PASSWORD", "a", "b", "a", MergedEdit::State::Fits}};
+    MergeDialog merge(snapshot, edits, present, nullptr);
+    measureDialog("merge", merge);
+}
+
+void TestContrast::measureSave()
+{
+    const ValueTexts texts{[](const QString &path) { return "Network › " + path.section('/', 2); },
+                           [](const QString &path) { return path.contains("PASSWORD"); }};
+    ForeignChangesDialog foreign({{"net/untitled/HOSTNAME", "old", "theirs", "mine"},
+                                  {"net/untitled/LEVEL1", "0", "1", {}, "net/untitled"}},
+                                 texts, nullptr);
+    measureDialog("foreign changes", foreign);
+    QWidget parent; // whose window it stands in front of
+    SendingDialog sending(texts, &parent);
+    const SaveStatus save{{"streams"}, {"net", "time"}, "net", {}};
+    sending.showSending(save, "Sending \"net\"");
+    sending.setReportedSilence(0);
+    sending.showSilence(12'000);
+    measureDialog("sending", sending);
+    sending.showFailed(save, "Device error \"net\"");
+    measureDialog("broken save", sending);
+    sending.showKeptOtherwise({{"net/untitled/HOSTNAME", "new", "limited"}});
+    measureDialog("confirmation", sending);
 }
 
 QTEST_MAIN(TestContrast)

@@ -60,6 +60,7 @@ QTreeWidget *makeList(const QStringList &headings, const QList<int> &widths, con
     list->setHeaderLabels(headings);
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
+    setRoomyRows(*list);
     list->setAllColumnsShowFocus(true);
     list->setAccessibleName(name);
     setColumnWidths(*list, {widths.constData(), std::size_t(widths.size())});

@@ -1,6 +1,7 @@
 #include "ui/history/HistoryDialog.h"
 
 #include "changes/ShownValue.h"
+#include "controls/ListColumns.h"
 #include "snapshots/SecretRemoval.h"
 #include "snapshots/SnapshotArchive.h"
 #include "ui/base/DialogParts.h"
@@ -224,7 +225,7 @@ void HistoryDialog::compareWithPresent(int number)
         m_caption->setText(problem);
         return;
     }
-    m_values->setHeaderLabels({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
+    setValueHeadings({tr("Setting"), tr("Snapshot"), tr("Present"), tr("Address")});
     if (!snapshot->info.leftOut.isEmpty())
         m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
     m_plan = RestorePlan(*snapshot, m_present.values, m_present.isSent);
@@ -246,6 +247,16 @@ void HistoryDialog::noteMovedLists()
     m_note->setText(notes.join(u'\n'));
 }
 
+/// A time needs more room than the other headings. Columns that the user has widened stay.
+void HistoryDialog::setValueHeadings(const QStringList &headings)
+{
+    m_values->setHeaderLabels(headings);
+    QList<int> widths;
+    for (int column = 0; column < ValueWidths.size(); ++column)
+        widths << m_values->columnWidth(column);
+    setColumnWidths(*m_values, {widths.constData(), std::size_t(widths.size())});
+}
+
 void HistoryDialog::compareTwo(int older, int newer)
 {
     const auto before = read(older);
@@ -254,8 +265,7 @@ void HistoryDialog::compareTwo(int older, int newer)
         m_caption->setText(m_kept[before ? newer : older].problem);
         return;
     }
-    m_values->setHeaderLabels(
-        {tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
+    setValueHeadings({tr("Setting"), snapshotTime(before->info), snapshotTime(after->info), tr("Address")});
     fill(sentOnes(differences(*before, *after)), secretsOf(*before) | secretsOf(*after));
 }
 

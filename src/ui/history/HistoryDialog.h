@@ -64,6 +64,7 @@ private:
     void compareWithPresent(int number);
     void compareTwo(int older, int newer);
     void noteMovedLists();
+    void setValueHeadings(const QStringList &headings);
     void fill(const QList<ValueDifference> &found, const QSet<QString> &secrets);
     void updateButtons();
     QList<int> selectedNumbers() const;
