@@ -82,7 +82,7 @@ void LanguageChoice::choose()
     QMetaObject::invokeMethod(qApp, &QApplication::closeAllWindows, Qt::QueuedConnection);
 }
 
-void LanguageChoice::valueSet(const QString &path)
+void LanguageChoice::valueSet(const QString &path, const std::optional<QString> &)
 {
     if (path == languagePath)
         follow();

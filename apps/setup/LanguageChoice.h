@@ -28,7 +28,7 @@ public:
     QString problem() const { return m_problem; }
 
 private:
-    void valueSet(const QString &path) override;
+    void valueSet(const QString &path, const std::optional<QString> &) override;
     void fileReplaced(const QString &) override {}
     void choose();
     void follow();

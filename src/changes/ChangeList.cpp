@@ -112,7 +112,7 @@ void ChangeList::addEarlierEdits()
         if (!m_store || !isSent(*m_store, file))
             continue;
         for (const QString &address : m_store->regexp_values(file + QStringLiteral("/.*/.*")))
-            valueSet(OrbSetup::path(address));
+            update(OrbSetup::path(address));
     }
 }
 
@@ -167,7 +167,7 @@ void ChangeList::accept(const QList<Change> &sent)
         pristine(file).setSaved(change.path, change.newValue);
         m_doubted.remove(change.path);
         const bool wasChanged = m_changes.remove(change.path);
-        valueSet(change.path);
+        update(change.path);
         if (wasChanged && !m_changes.contains(change.path))
             Q_EMIT changed(change.path);
     }
@@ -179,7 +179,7 @@ void ChangeList::doubt(const QList<Change> &sent)
         // What an earlier save has sent it may have as well.
         if (change.newValue != oldValue(change.path))
             m_doubted.insert(change.path, change.newValue);
-        valueSet(change.path);
+        update(change.path);
     }
 }
 
@@ -191,7 +191,7 @@ void ChangeList::settle(const QString &file)
             continue;
         m_doubted.remove(path);
         const bool wasChanged = m_changes.remove(path);
-        valueSet(path);
+        update(path);
         if (wasChanged && !m_changes.contains(path))
             Q_EMIT changed(path);
     }
@@ -211,12 +211,18 @@ std::optional<QString> ChangeList::valueBefore(const QString &path, const std::o
     return now == old && doubted != m_doubted.constEnd() ? std::optional(*doubted) : old;
 }
 
-void ChangeList::valueSet(const QString &path)
+/// To be called when what the recorder has may be another value than before.
+void ChangeList::update(const QString &path)
+{
+    if (m_store->fileExists(ConfigAddress(path).file().toString()))
+        valueSet(path, m_store->storedValue(path));
+}
+
+void ChangeList::valueSet(const QString &path, const std::optional<QString> &now)
 {
     // Typing sets one value again and again.
     const auto known = m_changes.find(path);
     if (known != m_changes.end()) {
-        const std::optional<QString> now = m_store->storedValue(path);
         if (!m_doubted.isEmpty())
             known->oldValue = valueBefore(path, now);
         if (now == known->oldValue) {
@@ -231,7 +237,6 @@ void ChangeList::valueSet(const QString &path)
     const QString file = address.file().toString();
     if (!reachesTheRecorder(address) || !isSent(*m_store, file) || !m_store->fileExists(file))
         return;
-    const std::optional<QString> now = m_store->storedValue(path);
     const std::optional<QString> before = valueBefore(path, now);
     if (now == before)
         return;

@@ -96,9 +96,10 @@ Q_SIGNALS:
     void dropped(const QString &name);
 
 private:
-    void valueSet(const QString &path) override;
+    void valueSet(const QString &path, const std::optional<QString> &value) override;
     void fileReplaced(const QString &name) override;
 
+    void update(const QString &path);
     std::optional<QString> valueBefore(const QString &path, const std::optional<QString> &now) const;
     PristineFile &pristine(const QString &file) const;
     std::optional<QStringList> secretValues(const QString &path) const;

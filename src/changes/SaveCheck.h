@@ -94,7 +94,7 @@ Q_SIGNALS:
     void finished(const QString &problem);
 
 private:
-    void valueSet(const QString &) override {}
+    void valueSet(const QString &, const std::optional<QString> &) override {}
     void fileReplaced(const QString &name) override;
 
     void fetch(const std::optional<QStringList> &only);

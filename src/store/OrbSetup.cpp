@@ -125,8 +125,9 @@ void OrbSetup::setValue(const QString &address)
         Q_EMIT pseudothrow(tr("Wrong value \"%1\"").arg(address));
         return;
     }
-    settingsOf(parts.file()).setValue(parts.entry().toString(), parts.rest().toString());
-    tellValueSet(parts.path());
+    const QString value = parts.rest().toString();
+    settingsOf(parts.file()).setValue(parts.entry().toString(), value);
+    tellValueSet(parts.path(), value);
 }
 
 std::optional<QString> OrbSetup::storedValue(const QString &path)
@@ -143,8 +144,10 @@ std::optional<QString> OrbSetup::storedValue(const QString &path)
 void OrbSetup::putBack(const QString &path, const std::optional<QString> &value)
 {
     const ConfigAddress parts(path);
-    settingsOf(parts.file()).putBack(parts.entry().toString(), value);
-    tellValueSet(parts.path());
+    OrbSettings &settings = settingsOf(parts.file());
+    settings.putBack(parts.entry().toString(), value);
+    const QString *present = settings.find(parts.entry()); // a key of the file is emptied
+    tellValueSet(parts.path(), present ? std::optional(*present) : std::nullopt);
 }
 
 void OrbSetup::addObserver(StoreObserver &observer)
@@ -157,13 +160,13 @@ void OrbSetup::removeObserver(StoreObserver &observer)
     std::erase(m_observers, &observer);
 }
 
-void OrbSetup::tellValueSet(QStringView path) const
+void OrbSetup::tellValueSet(QStringView path, const std::optional<QString> &value) const
 {
     if (m_observers.empty())
         return;
     const QString text = path.toString();
     for (StoreObserver *observer : m_observers)
-        observer->valueSet(text);
+        observer->valueSet(text, value);
 }
 
 QStringList OrbSetup::regexp_values(const QString &address)

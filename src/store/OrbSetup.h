@@ -228,7 +228,7 @@ protected:
 
 private:
     OrbSettings &settingsOf(QStringView name);
-    void tellValueSet(QStringView path) const;
+    void tellValueSet(QStringView path, const std::optional<QString> &value) const;
 
     std::vector<paravue::StoreObserver *> m_observers;
     QString m_activity;

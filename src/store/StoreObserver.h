@@ -1,6 +1,8 @@
 #pragma once
 
-class QString;
+#include <QString>
+
+#include <optional>
 
 namespace paravue
 {
@@ -10,8 +12,8 @@ class StoreObserver
 {
 public:
     virtual ~StoreObserver() = default;
-    /// The value at \a path, "file/section/key", was set, maybe to what it was.
-    virtual void valueSet(const QString &path) = 0;
+    /// The value at \a path, "file/section/key", was set to \a value, maybe to what it was, or removed.
+    virtual void valueSet(const QString &path, const std::optional<QString> &value) = 0;
     /// The file \a name is another one from now on, which was fetched for example.
     virtual void fileReplaced(const QString &name) = 0;
 };

@@ -23,6 +23,7 @@ namespace
 {
 
 constexpr int MostSteps = 1000;
+constexpr qsizetype FewEdits = 8; ///< most gestures write no more, but a list may write thousands
 
 bool isTypedInto(const QWidget *widget)
 {
@@ -83,6 +84,7 @@ public:
     }
 
     const QList<ValueEdit> &edits() const { return m_edits; }
+    int input() const { return m_input; }
 
     /// Whether undoing or redoing it sets what \a edits have set.
     bool leadsTo(const QList<ValueEdit> &edits, HistoryMove move) const
@@ -142,17 +144,48 @@ void EditSteps::note(const QString &path)
 {
     if (m_isApplying || isNoted(path))
         return;
-    const ConfigAddress address(path);
-    if (!ChangeList::reachesTheRecorder(address) || !m_store->fileExists(address.file().toString()))
+    // Typing writes one value again and again.
+    const Command *last = lastStep();
+    if (last && last->input() == m_input && last->edits().size() == 1 &&
+        last->edits().constFirst().path == path) {
+        const std::optional<QString> &before = last->edits().constFirst().after;
+        m_edits.append({path, before, before});
         return;
-    m_edits.append({path, m_store->storedValue(path), {}});
+    }
+    const ConfigAddress address(path);
+    if (!ChangeList::reachesTheRecorder(address))
+        return;
+    if (m_knownFile != address.file()) {
+        const QString file = address.file().toString();
+        if (!m_store->fileExists(file))
+            return;
+        m_knownFile = file;
+    }
+    const std::optional<QString> before = m_store->storedValue(path);
+    m_edits.append({path, before, before});
 }
 
-/// Most gestures write a few values, and a list may write thousands.
+/// The step that is undone next, unless others can be done again; null without one.
+const EditSteps::Command *EditSteps::lastStep() const
+{
+    const int count = m_stack.count();
+    return count > 0 && m_stack.index() == count ? static_cast<const Command *>(m_stack.command(count - 1))
+                                                 : nullptr;
+}
+
+void EditSteps::valueSet(const QString &path, const std::optional<QString> &value)
+{
+    if (m_edits.size() > FewEdits)
+        return; // finish() reads them all
+    for (ValueEdit &edit : m_edits) {
+        if (edit.path == path)
+            edit.after = value;
+    }
+}
+
 bool EditSteps::isNoted(const QString &path)
 {
-    constexpr qsizetype Few = 8;
-    if (m_edits.size() < Few) {
+    if (m_edits.size() < FewEdits) {
         return std::any_of(m_edits.cbegin(), m_edits.cend(),
                            [&path](const ValueEdit &edit) { return edit.path == path; });
     }
@@ -170,8 +203,10 @@ void EditSteps::finish()
     const HistoryMove move = std::exchange(m_move, HistoryMove::None);
     m_paths.clear();
     QList<ValueEdit> edits = std::exchange(m_edits, {});
-    for (ValueEdit &edit : edits)
-        edit.after = m_store->storedValue(edit.path);
+    if (edits.size() > FewEdits) {
+        for (ValueEdit &edit : edits)
+            edit.after = m_store->storedValue(edit.path);
+    }
     edits.removeIf([](const ValueEdit &edit) { return edit.before == edit.after; });
     if (edits.isEmpty())
         return;

@@ -73,9 +73,14 @@ Q_SIGNALS:
 private:
     class Command;
 
-    void valueSet(const QString &) override {}
-    void fileReplaced(const QString &) override { m_isReplaced = true; }
+    void valueSet(const QString &path, const std::optional<QString> &value) override;
+    void fileReplaced(const QString &) override
+    {
+        m_isReplaced = true;
+        m_knownFile.clear();
+    }
 
+    const Command *lastStep() const;
     std::optional<QString> storedValue(const QString &path) const;
     void dropUnfitting();
     bool isNoted(const QString &path);
@@ -87,6 +92,7 @@ private:
     QPointer<OrbSetup> m_observed;
     std::function<void(const QList<ValueEdit> &)> m_putBack;
     QUndoStack m_stack;
+    QString m_knownFile;       ///< the last one that was found to exist
     bool m_isReplaced = false; ///< a file of the store, since the steps were found to fit
     int m_depth = 0;
     HistoryMove m_move = HistoryMove::None; ///< of the gesture

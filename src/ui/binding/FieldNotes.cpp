@@ -156,7 +156,8 @@ QString FieldNotes::range() const
 QString FieldNotes::problem() const
 {
     const auto *edit = qobject_cast<QLineEdit *>(m_field);
-    if (!edit)
+    const bool hasRange = m_least || m_most;
+    if (!edit || (!hasRange && !m_isRequired))
         return {};
     if (isEmpty(*edit))
         return m_isRequired ? WindowText::tr("A value is needed here") : QString();
@@ -164,7 +165,7 @@ QString FieldNotes::problem() const
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
     const bool isWithin = isNumber && (!m_least || number >= *m_least) && (!m_most || number <= *m_most);
-    if ((!m_least && !m_most) || isWithin)
+    if (!hasRange || isWithin)
         return {};
     return isNumber ? WindowText::tr("Outside of the range: %1").arg(range())
                     : WindowText::tr("Not a number: %1").arg(range());
@@ -295,6 +296,8 @@ void loadFieldNotes(ControlContext &context, const Control &control)
             notes->m_field->updateGeometry();
         }
     }
+    if (!notes->m_note)
+        return; // most are there for the mark of a change only
     notes->m_help = context.text(control, noteText(control, helpTag));
     notes->check();
 }
