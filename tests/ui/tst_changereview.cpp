@@ -142,6 +142,7 @@ private Q_SLOTS:
     void asksBeforeARefreshDropsChanges_data();
     void asksBeforeARefreshDropsChanges();
     void asksBehindAnotherDescription();
+    void listsNoDirectivesOfASnapshot();
     void asksBeforeASnapshotLosesEdits_data();
     void asksBeforeASnapshotLosesEdits();
     void asksBeforeTheDesktopSessionEnds();
@@ -676,6 +677,28 @@ void TestChangeReview::asksBeforeARefreshDropsChanges()
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QTest::keyClick(&window, Qt::Key_F5);
     QTEST(int(messages.count()), "questions");
+}
+
+/// They are followed when the edits are sent to a recorder.
+void TestChangeReview::listsNoDirectivesOfASnapshot()
+{
+    Snapshot snapshot;
+    snapshot.info.time = QDateTime::currentDateTimeUtc();
+    snapshot.files = {{"net", "[untitled]\nNAME=old\n"},
+                      {"state", "[door]\n#!s/PLACE=\\w+(?=\\s)/PLACE={net/untitled/NAME}/\nPLACE=old\n"},
+                      {"interface", Description}};
+    SnapshotStore store(snapshot);
+    for (const bool isFile : {false, true}) {
+        store.setProperty("savesToFile", isFile);
+        CWinMain window(&store, nullptr, CWinMain::Placement::Window, TrackedWindow::tracking({}));
+        AWAIT_VERIFY(window.isBuilt());
+        store.setValue("net/untitled/NAME/new");
+        int rows = 0;
+        const InTheList review([&rows](QTreeWidget &list) { rows = list.topLevelItemCount(); });
+        window.findChild<QToolButton *>("changes")->click();
+        QCOMPARE(rows, isFile ? 1 : 2);
+        window.endSession();
+    }
 }
 
 void TestChangeReview::asksBeforeASnapshotLosesEdits_data()

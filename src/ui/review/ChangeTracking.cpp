@@ -234,7 +234,7 @@ QList<ReviewedChange> ChangeTracking::reviewed() const
     }
     std::stable_sort(all.begin(), all.end(),
                      [](const ReviewedChange &a, const ReviewedChange &b) { return a.order < b.order; });
-    if (!all.isEmpty()) {
+    if (!all.isEmpty() && !isOfAFile()) { // a snapshot keeps the directives as they are
         for (const Change &change : m_list.pendingChanges())
             all.append({change, tr("Follows from other values"), 0, false, false});
     }
