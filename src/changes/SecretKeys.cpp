@@ -1,7 +1,10 @@
 #include "changes/SecretKeys.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace paravue
 {
@@ -11,16 +14,29 @@ namespace
 
 constexpr int DotCount = 8;
 
+/// Letters that are no ASCII when case does not count become one that no word has.
+QVarLengthArray<char, 128> folded(QStringView text)
+{
+    constexpr char16_t FirstBeyondAscii = 0x80;
+    QVarLengthArray<char, 128> letters(text.size());
+    std::transform(text.begin(), text.end(), letters.begin(), [](QChar letter) {
+        const char16_t small = letter.toCaseFolded().unicode();
+        return small < FirstBeyondAscii ? char(small) : '\0';
+    });
+    return letters;
+}
+
 bool hasSecretName(QStringView path)
 {
-    static constexpr std::array<QLatin1StringView, 6> Words{
-        QLatin1StringView("PASS"),  QLatin1StringView("PWD"), QLatin1StringView("SECRET"),
-        QLatin1StringView("TOKEN"), QLatin1StringView("KEY"), QLatin1StringView("COMMUNITY")};
+    static constexpr std::array<std::string_view, 6> Words{"pass",  "pwd", "secret",
+                                                           "token", "key", "community"};
     // Names from a file, which no address can hold, may have more of "/".
     const qsizetype section = path.indexOf(u'/') + 1;
-    const QStringView key = path.sliced(path.indexOf(u'/', section) + 1);
+    // Configurations have 100,000 keys, so each is folded once for all words.
+    const auto letters = folded(path.sliced(path.indexOf(u'/', section) + 1));
+    const std::string_view key(letters.data(), size_t(letters.size()));
     return std::any_of(Words.begin(), Words.end(),
-                       [key](QLatin1StringView word) { return key.contains(word, Qt::CaseInsensitive); });
+                       [key](std::string_view word) { return key.find(word) != std::string_view::npos; });
 }
 
 } // namespace

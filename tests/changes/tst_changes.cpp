@@ -361,6 +361,8 @@ void TestChanges::hidesSecrets_data()
     const TestTable<QString, bool> row("path", "isSecret");
     row("password", "net/untitled/PASSWORD", true);
     row("in small letters", "users/untitled/user_pwd3", true);
+    row("in letters that fold to others", u"wlan/untitled/\u212aEY"_qs, true);
+    row("beside other letters", u"wlan/untitled/\u041fPWD\u0416"_qs, true);
     row("community", "net/snmp/READ_COMMUNITY", true);
     row("in the section only", "net/token/ID", false);
     row("in the file only", "keys/untitled/ID", false);
