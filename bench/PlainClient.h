@@ -30,6 +30,8 @@ public:
     /// The same with the system's own calls, each of which waits until it is done.
     void sendBlocking() const;
 
+    /// Where the file \a name was saved.
+    QString pathOf(const QString &name) const { return m_paths.at(name); }
     qint64 receivedBytes() const { return m_receivedBytes; }
 
 Q_SIGNALS:
