@@ -22,7 +22,7 @@ namespace paravue
 namespace
 {
 
-constexpr qsizetype MaxBytes = 4 * 1024 * 1024; // what mail servers take
+constexpr qsizetype MaxReportBytes = 4 * 1024 * 1024; // what mail servers take
 
 /// What goes to support: one text, so that everybody can see what is in it.
 struct Bundle {
@@ -60,7 +60,7 @@ Bundle bundleOf(FileContents files, const SnapshotInfo &recorder, const Outcome 
         bundle.leftOut << ControlText::tr("%1 (secret)").arg(path);
     QString contents;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        if (contents.size() + file->size() > MaxBytes) {
+        if (contents.size() + file->size() > MaxReportBytes) {
             bundle.leftOut << ControlText::tr("%1 (%2 bytes)").arg(file.key()).arg(file->size());
             continue;
         }
