@@ -17,7 +17,7 @@ struct ControlRun {
 };
 
 /// Runs \a program; \a running is its process meanwhile. Recorders of this process go on answering. Ends
-/// without a result after a minute, or ten when the tests run in full.
+/// without a result after a minute, or thirty when the tests run in full.
 inline ControlRun runProgram(const QString &program, const QStringList &arguments,
                              const QProcessEnvironment &environment, QProcess **running = nullptr)
 {
@@ -27,7 +27,7 @@ inline ControlRun runProgram(const QString &program, const QStringList &argument
     QEventLoop loop;
     QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
     process.start(program, arguments);
-    QTimer::singleShot(qEnvironmentVariableIsSet("PARAVUE_SOAK") ? 600'000 : 60'000, &loop,
+    QTimer::singleShot(qEnvironmentVariableIsSet("PARAVUE_SOAK") ? 1'800'000 : 60'000, &loop,
                        &QEventLoop::quit);
     if (running)
         *running = &process;

@@ -24,10 +24,10 @@ private Q_SLOTS:
     void makesDoWithFewOpenFiles();
 
 private:
-    ControlRun run(const QStringList &arguments)
+    ControlRun run(const QStringList &arguments, int jobs = 200)
     {
         return runControlProgram(arguments + QStringList{"--inventory", m_recorders->inventory(), "--jobs",
-                                                         "200", "--timeout", "60"},
+                                                         QString::number(jobs), "--timeout", "60"},
                                  "admin");
     }
 
@@ -60,7 +60,9 @@ void TestControlMany::readsAll()
 
 void TestControlMany::setsAndChecksAll()
 {
-    const ControlRun set = run({"set", "net/untitled/IP=10.0.0.1"});
+    // The simulated recorders wait ten seconds for a login, in which an unoptimized build does not
+    // get through the descriptions of 200 sessions.
+    const ControlRun set = run({"set", "net/untitled/IP=10.0.0.1"}, 32);
     QVERIFY2(set.exitCode == 0, notDone(set));
     const ControlRun one = run({"set", "net/untitled/IP=10.0.0.2", "--limit", "r7"});
     QVERIFY2(one.exitCode == 0, qPrintable(one.out + one.err));
