@@ -247,7 +247,7 @@ void typeTracked(benchmark::State &state)
     const QList<QLineEdit *> ofTracked = fieldsOf(tracked).first(1);
     const QList<QLineEdit *> ofPlain = fieldsOf(plain).first(1);
     paravue::bench::pairedRatio(
-        state, [&] { return editOften(ofTracked); }, [&] { return editOften(ofPlain); }, {.limit = 1.15});
+        state, [&] { return editOften(ofTracked); }, [&] { return editOften(ofPlain); }, {.limit = 1.2});
 }
 BENCHMARK(typeTracked)->Apply(paravue::bench::applyPaired);
 
