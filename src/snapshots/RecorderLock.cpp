@@ -3,6 +3,9 @@
 #include "snapshots/SnapshotFolder.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 
 namespace paravue
 {
@@ -26,6 +29,17 @@ QString holderOf(const QLockFile &file)
         .arg(program, host, QString::number(process));
 }
 
+/// The name of the process is written a moment after the file was made. A program that is killed meanwhile
+/// leaves a file without one, which would hold the lock for ever.
+void removeUnnamed(const QString &path)
+{
+    constexpr qint64 LongestMoment = 60; // seconds
+    const QFileInfo file(path);
+    if (file.exists() && file.size() == 0 &&
+        file.lastModified().secsTo(QDateTime::currentDateTime()) > LongestMoment)
+        QFile::remove(path);
+}
+
 } // namespace
 
 RecorderLock::RecorderLock(const SnapshotFolder &folder) : m_problem(folder.make())
@@ -33,6 +47,7 @@ RecorderLock::RecorderLock(const SnapshotFolder &folder) : m_problem(folder.make
     if (!m_problem.isEmpty())
         return;
     const QString path = folder.path() + QStringLiteral("/changing.lock");
+    removeUnnamed(path);
     m_file = std::make_unique<QLockFile>(path);
     m_file->setStaleLockTime(0); // a save may take long; its process tells whether it still runs
     if (m_file->tryLock())

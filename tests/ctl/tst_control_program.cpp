@@ -62,6 +62,7 @@ private Q_SLOTS:
     void restoresASnapshot();
     void refusesStrangeSnapshots();
     void leavesALockedRecorderAlone();
+    void ignoresALockThatNobodyHolds();
     void runsOneAtATime();
     void survivesItsDeath();
     void keepsNothingOnAFullDisk_data();
@@ -570,6 +571,19 @@ void TestControlProgram::leavesALockedRecorderAlone()
         QCOMPARE(this->run(command + QStringList("--dry-run")).exitCode, 0);
     }
     QCOMPARE(m_received, QStringList());
+    QCOMPARE(run(command).exitCode, 0);
+}
+
+/// A program was killed before it could write its name into the lock.
+void TestControlProgram::ignoresALockThatNobodyHolds()
+{
+    const SnapshotFolder folder(SnapshotFolder::usualRoot(), host());
+    QCOMPARE(folder.make(), QString());
+    QFile lock(folder.path() + "/changing.lock");
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    const QStringList command{"set", address(), "net/untitled/IP=10.0.0.1"};
+    QCOMPARE(run(command).exitCode, 6);
+    QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-90), QFileDevice::FileModificationTime));
     QCOMPARE(run(command).exitCode, 0);
 }
 
