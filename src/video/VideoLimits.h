@@ -35,8 +35,8 @@ inline constexpr std::chrono::milliseconds MaxKeyWait{20'000};
 inline constexpr qsizetype MaxWaitingBytes = 8 * 1024 * 1024;
 
 /// What is kept of a live stream that nobody sees, from its last key picture on, so that the present picture
-/// can be decoded within a second when somebody does: key pictures may be ten seconds apart. With more, or
-/// with what would take longer to decode, the pictures are decoded nevertheless.
+/// can be decoded soon when somebody does. With more, or with what would take longer to decode, the pictures
+/// are decoded nevertheless.
 inline constexpr std::size_t MaxHeldFrames = 500;
 inline constexpr qsizetype MaxHeldBytes = 8 * 1024 * 1024;
 inline constexpr std::chrono::milliseconds MaxHeldTime{500};
