@@ -1,5 +1,8 @@
 #include "DescribedWindow.h"
 #include "support/TestTable.h"
+#include "ui/description/DescribedValues.h"
+#include "ui/description/InterfaceDocument.h"
+#include "ui/description/TextResolver.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -116,6 +119,8 @@ class TestFieldProblems : public QObject
 private Q_SLOTS:
     void saysWhatIsWrong_data();
     void saysWhatIsWrong();
+    void agreesWithProgramsWithoutAWindow_data();
+    void agreesWithProgramsWithoutAWindow();
     void marksTheField();
     void leavesTheLayoutAlone();
     void followsEveryWayOfAnEdit();
@@ -164,6 +169,48 @@ void TestFieldProblems::saysWhatIsWrong()
     // It is written all the same.
     const QString names[] = {"RATE", "FROM", "CODE", "SERVER"};
     QCOMPARE(window.value("net/untitled/" + names[field]), edit.text());
+}
+
+void TestFieldProblems::agreesWithProgramsWithoutAWindow_data()
+{
+    const TestTable<QByteArray, QStringList> row("item", "values");
+    const QByteArray key = "<key>net/a/b</key></item>";
+    row("a pattern", "<item type='edit' validator='[0-9]{1,3}'>" + key, {"12", "1234", "a"});
+    row("a range", "<item type='edit' minimum='-5' maximum='10'>" + key,
+        {"", "-5", "10", "1.5", "-6", "11", "x", " 7 ", "1e1", "nan", "99999999999"});
+    row("a value that is needed", "<item type='edit' required='yes'>" + key, {"a", "", " "});
+    row("a mask", "<item type='edit' inputMask='&gt;AAa-99;_'>" + key, {"ABC-12", "AB-1", "AB12"});
+    row("an address as a mask", "<item type='edit' inputMask='000.000.000.000;_'>" + key,
+        {"10.0.0.1", "192.168.100.200", "10.0.0", "10.0.0.x"});
+    row("a switch", "<item type='checkbox'>" + key, {"on", "off", "yes"});
+    row("a position", "<item type='scroll' minvalue='1' maxvalue='5'>" + key, {"1", "5", "0", "6"});
+    row("choices",
+        "<item type='dropdown'><text>Low<key>net/a/b/low</key></text><text>High<key>net/a/b/x/y</key></text>"
+        "</item>",
+        {"low", "x/y", "high"});
+}
+
+/// Those judge values by the description alone.
+void TestFieldProblems::agreesWithProgramsWithoutAWindow()
+{
+    QFETCH(QByteArray, item);
+    QFETCH(QStringList, values);
+    const QByteArray description = describePage(item);
+    InterfaceDocument document;
+    QCOMPARE(document.load(description, "interface"), QString());
+    OrbSetup store;
+    const DescribedValues described(document, TextResolver(document, store));
+    for (const QString &value : values) {
+        const QByteArray net = "[a]\nb='" + value.toUtf8() + "'\n";
+        const DescribedWindow window(description, {{"net", net}, {"net.original", net}},
+                                     {.tracksChanges = true});
+        const auto isShown = [&](const char *name) {
+            const auto *label = window.window->findChild<QLabel *>(name);
+            return label && !label->isHidden();
+        };
+        const bool isRefused = isShown("problemCount") || isShown("storedMark");
+        QVERIFY2(isRefused == !described.problemWith("net/a/b", value).isEmpty(), qPrintable(value));
+    }
 }
 
 void TestFieldProblems::marksTheField()

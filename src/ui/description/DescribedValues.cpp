@@ -52,12 +52,14 @@ std::optional<int> limitAttribute(const QDomElement &element, const QString &nam
 QString rangeProblem(const DescribedValue &rule, const QString &value)
 {
     bool isNumber = false;
-    const qlonglong number = value.toLongLong(&isNumber);
+    // A field may hold a fraction, a position may not.
+    const double number =
+        rule.kind == DescribedValue::Kind::Position ? value.toInt(&isNumber) : value.toDouble(&isNumber);
     if (!isNumber)
         return WindowText::tr("it is no number");
-    if (rule.least && number < *rule.least)
+    if (rule.least && !(number >= *rule.least))
         return WindowText::tr("it is below %1").arg(*rule.least);
-    if (rule.most && number > *rule.most)
+    if (rule.most && !(number <= *rule.most))
         return WindowText::tr("it is above %1").arg(*rule.most);
     return {};
 }
