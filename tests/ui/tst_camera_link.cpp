@@ -92,6 +92,9 @@ private Q_SLOTS:
     void comparesMovesWithTheGoal();
     void followsADrag_data();
     void followsADrag();
+    void trustsShortDrags_data();
+    void trustsShortDrags();
+    void takesNoMoveToAnUnknownGoalForAnAnswer();
     void tellsOfPoints_data();
     void tellsOfPoints();
     void tellsOfPointsThatWait();
@@ -196,6 +199,57 @@ void TestCameraLink::followsADrag()
         }
     });
     QCOMPARE(time < 0, isObeyed);
+}
+
+void TestCameraLink::trustsShortDrags_data()
+{
+    const TestTable<QStringList, QStringList, bool> row("during", "behind", "isObeyed");
+    row("that the camera follows", {"0.02,0,0", "0.04,0,0"}, {"0.06,0,0", "0.02,0,0"}, true);
+    row("whose goal it reaches only behind them", {}, {"0.05,0,0", "0.02,0,0", "0,0,0"}, true);
+    row("that end before it has turned by more than a step", {}, {"0.005,0,0", "0,0,0"}, true);
+    row("that it does not follow", {}, {}, false);
+    row("while a tour turns it the other way", {"-0.02,0,0"}, {"-0.04,0,0", "-0.2,0,0"}, false);
+    row("while a tour turns it to and fro", {"-0.04,0,0", "-0.02,0,0"}, {"-0.03,0,0", "-0.06,0,0"}, false);
+}
+
+/// Their time is over before that for an answer, and their last command is to stay.
+void TestCameraLink::trustsShortDrags()
+{
+    QFETCH(QStringList, during);
+    QFETCH(QStringList, behind);
+    QFETCH(bool, isObeyed);
+    Camera camera;
+    QTest::keyClick(&camera.cross, Qt::Key_Right);
+    QVERIFY(camera.untilRemark("does not turn", 9000) >= 0); // at first it was ignored
+    const auto send = [&](double ahead) {
+        const double pan = camera.source.position.section(u',', 0, 0).toDouble();
+        Q_EMIT camera.cross.steering().turnRequested({pan + ahead, 0, 0});
+    };
+    send(0.25);
+    for (const QString &position : during) {
+        camera.source.move(position);
+        send(0.25);
+    }
+    send(0);
+    const int time = camera.untilRemark("does not turn", 4000, 0, Camera::Tick, [&] {
+        if (!behind.isEmpty())
+            camera.source.move(behind.takeFirst());
+    });
+    QCOMPARE(time < 0, isObeyed);
+    Q_EMIT camera.calibrator.signal_Point_calibrated(1);
+    QCOMPARE(camera.link.remark().contains("takes a point"), !isObeyed);
+}
+
+/// Where a point of the recorder is only the recorder knows: a tour may have turned the camera.
+void TestCameraLink::takesNoMoveToAnUnknownGoalForAnAnswer()
+{
+    Camera camera(false);
+    QTest::keyClick(&camera.cross, Qt::Key_1);
+    camera.source.move("0.1,0,0");
+    QVERIFY(camera.untilRemark("has not turned", 9000) < 0);
+    Q_EMIT camera.cross.steering().turnRequested({0.35, 0, 0});
+    Q_EMIT camera.cross.steering().turnRequested({0.1, 0, 0}); // to stay
+    QVERIFY(camera.untilRemark("does not turn", 9000) >= 0);
 }
 
 void TestCameraLink::tellsOfPoints_data()

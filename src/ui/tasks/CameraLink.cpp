@@ -38,8 +38,8 @@ void CameraLink::noteMove()
 {
     if (const auto present = parsePtzPosition(position())) {
         m_watch.move(*present);
-        if (m_watch.hasArrived())
-            noteObeyed();
+        if (m_watch.isAnswered())
+            m_watch.hasGoal() ? noteObeyed() : stopWatching();
     } else {
         stopWatching();
     }
@@ -155,8 +155,11 @@ void CameraLink::expectTurn(const PtzPosition &goal)
     if (!present)
         return;
     if (!TurnWatch::isTurn(*present, goal)) {
-        if (isObeyed()) // it is stopped, perhaps before it has begun to turn
-            stopWatching();
+        // It is stopped, perhaps before it has begun to turn.
+        if (isObeyed())
+            noteObeyed();
+        else
+            m_watch.stay();
         return;
     }
     for (QObject *control : std::as_const(m_controls)) {

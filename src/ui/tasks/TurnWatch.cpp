@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace paravue
 {
@@ -51,6 +52,12 @@ void TurnWatch::begin(quint64 traffic, const PtzPosition &present, const std::op
     m_goal = goal;
 }
 
+void TurnWatch::stay()
+{
+    if (!std::exchange(m_isStopped, true))
+        m_furthest = m_approach;
+}
+
 void TurnWatch::end()
 {
     *this = {};
@@ -62,13 +69,15 @@ void TurnWatch::move(const PtzPosition &to)
         return;
     if (m_goal)
         m_approach += wayBetween(m_position, *m_goal) - wayBetween(to, *m_goal);
+    m_furthest = std::min(m_furthest, m_approach);
     m_position = to;
-    m_hasArrived = !m_goal || !isTurn(to, *m_goal);
+    const bool hasSetOut = m_isStopped && m_approach - m_furthest >= SmallestTurn;
+    m_isAnswered = hasSetOut || !m_goal || !isTurn(to, *m_goal);
 }
 
 bool TurnWatch::hasComeNearer() const
 {
-    return m_hasArrived || m_approach >= SmallestTurn;
+    return m_isAnswered || m_approach >= SmallestTurn;
 }
 
 TurnWatch::Outcome TurnWatch::poll(quint32 now, quint64 traffic)
