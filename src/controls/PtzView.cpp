@@ -16,7 +16,8 @@ constexpr int LineGap = 4;
 constexpr int ShortestRest = 500;
 /// Positions come with the pictures, of which some cameras send one every few seconds.
 constexpr int LongestRest = 5'000;
-/// Until the first position of a camera that was told to turn.
+/// Until the first position of a camera that was told to turn, and until the second one at all: only
+/// positions that differ come.
 constexpr int AnswerTime = 3'000;
 
 } // namespace
@@ -73,6 +74,7 @@ void PtzView::slot_Set_PTZ_pos(double pan, double tilt, double zoom)
 
 void PtzView::setPosition(const std::optional<PtzPosition> &position)
 {
+    const bool isFirst = !m_position && position;
     const bool hasMoved = m_position && position && *m_position != *position;
     // A camera that turns has sent two positions by then.
     const qint64 pause = m_lastPosition.isValid() ? 2 * m_lastPosition.elapsed() : 0;
@@ -82,6 +84,8 @@ void PtzView::setPosition(const std::optional<PtzPosition> &position)
         m_expectsTurn = false;
     if (hasMoved)
         m_rest.start(int(std::clamp<qint64>(pause, ShortestRest, LongestRest)));
+    else if (isFirst)
+        m_rest.start(AnswerTime);
     else if (!position)
         m_rest.stop();
     stateChanged();

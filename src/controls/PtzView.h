@@ -19,7 +19,8 @@ public:
 
     /// Nothing while it is not known.
     const std::optional<PtzPosition> &position() const { return m_position; }
-    /// The position has just changed, so that the camera may have gone on since, or is not certain.
+    /// The position has just changed or become known, so that the camera may have gone on since, or is not
+    /// certain.
     bool isTurning() const { return m_rest.isActive() || !m_isCertain; }
     void setCertain(bool isCertain);
     /// Shows the position of \a original from now on.
