@@ -106,6 +106,8 @@ bool PtzCalibrator::setPoints(const QStringList &points)
                       .arg(listOf(replaced, locale()));
     m_gesture.textsReplaced();
     pointsChanged();
+    if (!replaced.isEmpty())
+        Q_EMIT deferralChanged();
     for (int number = 1; number <= before.size(); ++number) {
         if (before.at(number - 1) != fitting.at(number - 1))
             Q_EMIT pointReplaced(number);
@@ -169,6 +171,7 @@ void PtzCalibrator::place(const QPointF &fraction)
     if (isTurning()) {
         m_deferred.insert(m_current, intoPicture(fraction));
         stateChanged();
+        Q_EMIT deferralChanged();
         return;
     }
     QString &point = m_points[m_current - 1];
@@ -194,6 +197,7 @@ void PtzCalibrator::setDeferred()
                                 : tr("Points %1 were not set, as the camera position is not known any more."))
                 .arg(listOf(places.keys(), locale()));
     pointsChanged();
+    Q_EMIT deferralChanged();
 }
 
 QString PtzCalibrator::deferral() const
@@ -261,11 +265,13 @@ void PtzCalibrator::remove(int number)
 {
     if (!placeOf(number))
         return;
-    m_deferred.remove(number);
+    const bool hasWaited = m_deferred.remove(number) > 0;
     m_gesture.perform([&] {
         m_points[number - 1].clear();
         pointsChanged();
     });
+    if (hasWaited)
+        Q_EMIT deferralChanged();
 }
 
 /// A gesture changes one point.

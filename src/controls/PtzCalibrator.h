@@ -59,6 +59,8 @@ Q_SIGNALS:
     void signal_Point_calibrated(int number);
     /// setPoints() has changed a point: the user has undone a change, for example.
     void pointReplaced(int number);
+    /// Other points wait for the camera than before.
+    void deferralChanged();
     /// The camera shall turn to a point.
     void signal_Goto_point_selected(int number);
 

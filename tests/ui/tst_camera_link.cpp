@@ -98,6 +98,7 @@ private Q_SLOTS:
     void tellsOfPoints_data();
     void tellsOfPoints();
     void tellsOfPointsThatWait();
+    void tellsNoMoreOfPointsThatWaitNoMore();
     void doubtsPointsOnce();
     void trustsARecorderThatTurns();
     void sendsReplacedPoints();
@@ -279,7 +280,8 @@ void TestCameraLink::tellsOfPoints()
         QTest::keyClick(&camera.calibrator, Qt::Key(key));
     if (keys.isEmpty())
         QTest::keyClick(&camera.cross, Qt::Key_1);
-    QTEST(camera.source.commands, "commands");
+    QFETCH(QStringList, commands);
+    AWAIT_COMPARE(camera.source.commands, commands); // a point waits for the camera
     QVERIFY(camera.untilRemark(remark, 9000) >= 0);
     QVERIFY2(camera.cross.valueText().contains(remark), qPrintable(camera.cross.valueText()));
 }
@@ -297,6 +299,28 @@ void TestCameraLink::tellsOfPointsThatWait()
     QCOMPARE(camera.link.remark(), "Point 1 is set as soon as the camera stands still.");
     AWAIT_VERIFY(!camera.source.commands.isEmpty());
     QVERIFY2(!camera.link.remark().contains("stands still"), qPrintable(camera.link.remark()));
+}
+
+void TestCameraLink::tellsNoMoreOfPointsThatWaitNoMore()
+{
+    Camera camera;
+    for (const int point : {Qt::Key_1, Qt::Key_2, Qt::Key_3}) {
+        QTest::keyClick(&camera.calibrator, Qt::Key(point));
+        QTest::keyClick(&camera.calibrator, Qt::Key_Space);
+    }
+    QTest::keyClick(&camera.cross, Qt::Key_1);
+    QCOMPARE(camera.link.remark(), "Points 1, 2, 3 are set as soon as the camera stands still.");
+    QTest::keyClick(&camera.calibrator, Qt::Key_Delete);
+    QCOMPARE(camera.link.remark(), "Points 1, 2 are set as soon as the camera stands still.");
+    camera.calibrator.setPoints({"0.1,0.1"}); // such as by an undo
+    QCOMPARE(camera.link.remark(), "Point 2 is set as soon as the camera stands still.");
+    camera.calibrator.setPoints({"0.1,0.1", "0.2,0.2"});
+    QCOMPARE(camera.link.remark(), QString());
+    // Other remarks stay.
+    camera.calibrator.setPoints({});
+    QTest::keyClick(&camera.cross, Qt::Key_1);
+    QTest::keyClick(&camera.calibrator, Qt::Key_Space);
+    QCOMPARE(camera.link.remark(), "Point 1 is not set.");
 }
 
 /// Each time only behind a turn that was ignored.

@@ -72,6 +72,10 @@ void CameraLink::add(const QList<QWidget *> &controls)
                 [this, textOf](int point) { setPoint(point, textOf(point)); });
         connect(calibrator, &PtzCalibrator::pointReplaced, this,
                 [this, textOf](int point) { m_source.setPoint(point, textOf(point)); });
+        connect(calibrator, &PtzCalibrator::deferralChanged, this, [this, calibrator] {
+            if (m_deferring == calibrator)
+                remarkDeferral(*calibrator);
+        });
         connect(calibrator, &PtzCalibrator::signal_Goto_point_selected, this,
                 [this, textOf](int point) { goToPoint(point, textOf(point)); });
     }
@@ -110,10 +114,10 @@ void CameraLink::goTo(int point)
     for (QObject *control : std::as_const(m_controls)) {
         if (auto *calibrator = qobject_cast<PtzCalibrator *>(control)) {
             isKnown = true;
-            if (!calibrator->goTo(point))
-                setRemark(calibrator->isDeferred(point)
-                              ? calibrator->deferral()
-                              : tr("Point %1 is not set.").arg(QString::number(point)));
+            if (calibrator->isDeferred(point))
+                remarkDeferral(*calibrator);
+            else if (!calibrator->goTo(point))
+                setRemark(tr("Point %1 is not set.").arg(QString::number(point)));
         }
     }
     if (isKnown)
@@ -223,6 +227,7 @@ void CameraLink::stopWatching()
 void CameraLink::setRemark(const QString &remark)
 {
     m_remarkBegin.reset();
+    m_deferring = nullptr;
     if (remark == m_remark)
         return;
     m_remark = remark;
@@ -230,6 +235,14 @@ void CameraLink::setRemark(const QString &remark)
         if (auto *view = dynamic_cast<PictureNotice *>(control))
             view->setRemark(remark);
     }
+}
+
+/// The calibration shows the same by itself, the other controls do not.
+void CameraLink::remarkDeferral(const PtzCalibrator &calibrator)
+{
+    const QString deferral = calibrator.deferral();
+    setRemark(deferral);
+    m_deferring = deferral.isEmpty() ? nullptr : &calibrator;
 }
 
 QString CameraLink::position() const

@@ -15,6 +15,7 @@ namespace paravue
 {
 
 class PictureSource;
+class PtzCalibrator;
 class PtzSteering;
 
 /// Connects the controls of a turning camera with the source of its video: they receive its position, and
@@ -51,6 +52,7 @@ private:
     void noteObeyed();
     void stopWatching();
     void setRemark(const QString &remark);
+    void remarkDeferral(const PtzCalibrator &calibrator);
     void addSteering(QObject &control, PtzSteering &steering);
     void turnTo(const PtzPosition &goal);
     void goTo(int point);
@@ -66,7 +68,8 @@ private:
     TurnWatch m_watch;
     QString m_watchRemark; ///< when the camera does not turn
     QString m_remark;
-    std::optional<quint32> m_remarkBegin; ///< the first poll behind it
+    const PtzCalibrator *m_deferring = nullptr; ///< whose points that wait m_remark names; perhaps gone
+    std::optional<quint32> m_remarkBegin;       ///< the first poll behind it
     bool m_isLive = true;
     bool m_isObeyed = false;         ///< the camera has turned when it was told to
     bool m_isIgnored = false;        ///< it has not
