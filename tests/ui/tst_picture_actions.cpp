@@ -15,6 +15,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFileDialog>
+#include <QHelpEvent>
 #include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,6 +24,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QToolButton>
+#include <QToolTip>
 
 using namespace paravue;
 using namespace paravue::test;
@@ -106,6 +108,15 @@ struct Played {
     View &view() const
     {
         return *window.findChild<View *>();
+    }
+    /// The one with the picture, once it has come.
+    QLabel *plainLabel() const
+    {
+        for (QLabel *label : window.findChildren<QLabel *>()) {
+            if (!qobject_cast<LiveView *>(label) && !label->pixmap(Qt::ReturnByValue).isNull())
+                return label;
+        }
+        return nullptr;
     }
     /// The window over the page, if there is one.
     PictureView *enlarged() const
@@ -277,11 +288,7 @@ void TestPictureActions::opensTheMenuOfALabel()
 {
     Played played;
     played.send(filled(Qt::red));
-    QLabel *label = nullptr;
-    for (QLabel *each : played.window.findChildren<QLabel *>()) {
-        if (!qobject_cast<LiveView *>(each) && !each->pixmap(Qt::ReturnByValue).isNull())
-            label = each;
-    }
+    QLabel *label = played.plainLabel();
     QVERIFY(label);
     choose(*label, "Enlarge");
     QVERIFY(played.enlarged());
@@ -459,9 +466,23 @@ void TestPictureActions::tellsTheTimeOfStillPictures()
     mask.setCaption("Picture taken 11:11:11");
     QCOMPARE(mask.grab(mask.pictureRect()).toImage(), cells);
     QVERIFY(mask.grab().toImage() != whole);
+    QLabel *label = played.plainLabel();
+    QVERIFY(label);
+    QCOMPARE(label->accessibleDescription(), "Picture taken 2026-03-04 05:06:07");
+    const auto shownTip = [](QLabel &shown) {
+        QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), shown.mapToGlobal(QPoint(1, 1)));
+        QCoreApplication::sendEvent(&shown, &event);
+        return event.isAccepted() ? QToolTip::text() : QString();
+    };
+    QCOMPARE(shownTip(*label), "Picture taken 2026-03-04 05:06:07");
+    label->setToolTip("The yard");
+    QCOMPARE(shownTip(*label), "The yard\nPicture taken 2026-03-04 05:06:07");
+    QCOMPARE(label->toolTip(), "The yard");
     Played live;
     live.send(filled(Qt::red));
     QCOMPARE(live.view<LiveView>().accessibleDescription(), QString());
+    QVERIFY(live.plainLabel());
+    QCOMPARE(shownTip(*live.plainLabel()), QString());
 }
 
 void TestPictureActions::fetchesNow()

@@ -12,10 +12,12 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -177,8 +179,12 @@ void PictureActions::pictureCame()
             continue;
         letFocusIn(*control);
         auto *notice = dynamic_cast<PictureNotice *>(control.data());
-        if (m_kind == PictureKind::Still && notice)
+        if (m_kind != PictureKind::Still)
+            continue;
+        if (notice)
             notice->setCaption(m_caption);
+        else
+            control->setAccessibleDescription(m_caption);
     }
 }
 
@@ -207,6 +213,9 @@ bool PictureActions::eventFilter(QObject *watched, QEvent *event)
     } else if (event->type() == QEvent::ContextMenu) {
         showMenu(control, actions(), static_cast<QContextMenuEvent *>(event)->globalPos());
         return true;
+    } else if (event->type() == QEvent::ToolTip) {
+        if (showCaption(control, static_cast<QHelpEvent *>(event)->globalPos()))
+            return true;
     }
     return QObject::eventFilter(watched, event);
 }
@@ -247,6 +256,17 @@ bool PictureActions::doubleClick(QWidget &control, const QMouseEvent &event)
     if (event.button() != Qt::LeftButton || isSteered)
         return false;
     enlarge(control);
+    return true;
+}
+
+/// A plain label has no place for it but its tool tip. It is no property, as the tool tip may name a control.
+bool PictureActions::showCaption(QWidget &control, const QPoint &place)
+{
+    if (m_caption.isEmpty() || dynamic_cast<PictureNotice *>(&control))
+        return false;
+    QStringList lines{control.toolTip(), m_caption};
+    lines.removeAll(QString());
+    QToolTip::showText(place, lines.join(u'\n'), &control);
     return true;
 }
 

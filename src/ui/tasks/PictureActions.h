@@ -56,6 +56,7 @@ private:
     void pictureCame();
     EditActions actionsFor(QWidget &control);
     bool doubleClick(QWidget &control, const QMouseEvent &event);
+    bool showCaption(QWidget &control, const QPoint &place);
     void enlarge(QWidget &control);
     void save(QWidget &control);
     void copy(QWidget &control);
