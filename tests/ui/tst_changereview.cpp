@@ -1,6 +1,7 @@
 #include "DescribedWindow.h"
 #include "changes/FileValues.h"
 #include "controls/CellGridEditor.h"
+#include "controls/PtzCalibrator.h"
 #include "controls/ScheduleGrid.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotStore.h"
@@ -117,6 +118,7 @@ class TestChangeReview : public QObject
 
 private Q_SLOTS:
     void countsWhatDiffers();
+    void namesTheCamerasOfPointsThatWait();
     void comesBehindThePages();
     void undoesGestures();
     void fieldsUndoFirst();
@@ -878,6 +880,34 @@ void TestChangeReview::showsTheListBeforeItSends()
     ok->click();
     QCOMPARE(review.count(), 2);
     QCOMPARE(window.value("tmp/untitled/OK"), "pressed");
+}
+
+void TestChangeReview::namesTheCamerasOfPointsThatWait()
+{
+    const auto calibration = [](const QByteArray &row, const QByteArray &section) {
+        return "<item type='label' row='" + row +
+               "'><text>Camera</text></item><item type='PTZCalibrator' row='" + row +
+               "' column='1'><key>ptz/" + section + "/POINT</key></item>";
+    };
+    const auto page = [](const QByteArray &name, const QByteArray &cells) {
+        return "<tab><name>" + name + "</name><item type='gridlayout'>" + cells + "</item></tab>";
+    };
+    DescribedWindow window(describe("<tabwidget>" + page("Gate", calibration("0", "gate")) +
+                                    page("Yard", calibration("0", "east") + calibration("1", "west")) +
+                                    "</tabwidget>"),
+                           {{"ptz", ""}}, TrackedWindow::tracking({.asksBeforeClosing = true}));
+    const QList<PtzCalibrator *> calibrators = window.window->findChildren<PtzCalibrator *>();
+    QCOMPARE(calibrators.size(), 3);
+    for (PtzCalibrator *calibrator : calibrators) {
+        calibrator->slot_Set_PTZ_pos("0,0,0"); // perhaps the camera turns
+        QTest::keyClick(calibrator, Qt::Key_Space);
+    }
+    window.window->reject();
+    const QStringList asked = window.messages.texts();
+    QCOMPARE(asked.size(), 1);
+    for (const QString camera :
+         {"Gate › Camera: ", "Yard › Camera (ptz/east/POINT): ", "Yard › Camera (ptz/west/POINT): "})
+        QVERIFY2(asked.value(0).contains(camera + "Point 1 is set as soon as"), qPrintable(asked.join('|')));
 }
 
 QTEST_MAIN(TestChangeReview)

@@ -270,14 +270,31 @@ bool ChangeTracking::askAboutProblems()
     return answer == QMessageBox::Ignore;
 }
 
+/// A line for each camera. Those with the same caption are told apart by the address of their points.
 QString ChangeTracking::deferredPoints() const
 {
-    QStringList sentences;
+    struct Deferral {
+        QString camera;
+        QString address;
+        QString text;
+    };
+    QList<Deferral> all;
+    QStringList cameras;
     for (const auto *calibrator : m_window.findChildren<PtzCalibrator *>()) {
-        if (const QString text = calibrator->deferral(); !text.isEmpty())
-            sentences.append(text);
+        const Control *control = m_controls.of(calibrator);
+        if (!control || calibrator->deferral().isEmpty())
+            continue;
+        const QDomElement key = control->element.firstChildElement(QStringLiteral("key"));
+        all.append({ChangePlaces::caption(*control), key.text().trimmed(), calibrator->deferral()});
+        cameras.append(all.constLast().camera);
     }
-    return sentences.join(u'\n');
+    QStringList lines;
+    for (const auto &[camera, address, text] : all) {
+        const bool isUnique = !camera.isEmpty() && cameras.count(camera) == 1;
+        const QString name = isUnique ? camera : QStringLiteral("%1 (%2)").arg(camera, address);
+        lines.append(name.trimmed() + QStringLiteral(": ") + text);
+    }
+    return lines.join(u'\n');
 }
 
 bool ChangeTracking::askAboutDeferredPoints() const
