@@ -114,13 +114,23 @@ QByteArray descriptionOf(int views, const QByteArray &task, const QByteArray &pa
 class ShownPictures
 {
 public:
-    explicit ShownPictures(const QList<LiveView *> &views) : m_views(views), m_shown(views.size()) {}
+    explicit ShownPictures(const QList<LiveView *> &views)
+        : m_views(views), m_shown(views.size()), m_mostAtLast(views.size())
+    {
+    }
 
     void look()
     {
-        for (qsizetype i = 0; i < m_views.size(); ++i)
+        for (qsizetype i = 0; i < m_views.size(); ++i) {
+            const qsizetype before = m_shown[i].size();
             m_shown[i] << m_views[i]->pixmap(Qt::ReturnByValue).cacheKey();
+            if (m_shown[i].size() > before)
+                m_mostAtLast[i] = most();
+            m_longestGap = std::max(m_longestGap, most() - m_mostAtLast[i]);
+        }
     }
+    /// How many pictures a view has shown at most while another one showed the same all the time.
+    qsizetype longestGap() const { return m_longestGap; }
     qsizetype most() const { return std::max_element(m_shown.begin(), m_shown.end(), isFewer)->size(); }
     qsizetype fewest() const { return std::min_element(m_shown.begin(), m_shown.end(), isFewer)->size(); }
 
@@ -131,7 +141,9 @@ private:
     }
 
     const QList<LiveView *> m_views;
-    QList<QSet<qint64>> m_shown; ///< the keys of the pictures
+    QList<QSet<qint64>> m_shown;   ///< the keys of the pictures
+    QList<qsizetype> m_mostAtLast; ///< most() when the view showed a new picture
+    qsizetype m_longestGap = 0;
 };
 
 /// A window on a recorder that serves the description. Time passes for its tasks when the test says so.
@@ -381,7 +393,12 @@ void TestLiveVideo::showsEachOfEqualCameras()
             return shown.most() >= 60;
         },
         20'000));
-    QVERIFY2(shown.fewest() >= 15, QByteArray::number(shown.fewest()));
+    // 40 % of the pictures, and none for 0.6 s at most. Both are counted by the pictures of the other
+    // cameras, as a busy computer lets all of them wait.
+    constexpr qsizetype FewestShown = 24;
+    constexpr qsizetype LongestGap = 15;
+    QVERIFY2(shown.fewest() >= FewestShown, QByteArray::number(shown.fewest()));
+    QVERIFY2(shown.longestGap() <= LongestGap, QByteArray::number(shown.longestGap()));
 }
 
 void TestLiveVideo::staysLiveWithTooManyCameras()
