@@ -66,7 +66,9 @@ public:
     const QSet<QString> &incomplete() const { return m_incomplete; }
     /// "file/section" of the list that the value at \a path is set with; empty when it can be set alone.
     QString listOf(const QString &path) const;
-    /// False for values of lists of which some were left out.
+    /// The places of the lists of which values were left out.
+    const QSet<QString> &incomplete() const { return m_incomplete; }
+    /// False for values of those.
     bool canBeSet(const QString &path) const;
     /// \a chosen without what cannot be set, and with the other values of the lists that it names, which are
     /// among \a all.

@@ -124,6 +124,7 @@ private Q_SLOTS:
     void leavesPasswordsAsTheyAre();
     void restoresNoUserWithThePasswordOfAnother_data();
     void restoresNoUserWithThePasswordOfAnother();
+    void explainsOnlyListsThatItShows();
     void hidesWhatAnOlderDescriptionMarked();
     void namesWhatCannotBeUsed();
     void asksWhenNothingCanBeKept_data();
@@ -359,6 +360,35 @@ void TestHistory::restoresNoUserWithThePasswordOfAnother()
         users << session->store.value("users/untitled/NAME" + QString::number(position)) + ' ' +
                      session->store.value("users/untitled/PASSWD" + QString::number(position));
     QTEST(users.join(", "), "users");
+}
+
+/// The recorder has logged something since.
+void TestHistory::explainsOnlyListsThatItShows()
+{
+    sendName(Name, "Renamed");
+    const QString path = folder().list().constFirst().path;
+    Snapshot snapshot = snapshotarchive::read(path).snapshot;
+    snapshot.files["state"].replace("COUNT = 6", "COUNT = 5");
+    QCOMPARE(snapshotarchive::write(snapshot, path), "");
+    const auto session = this->session();
+    const auto explanation = [](const QWidget &dialog) {
+        QStringList texts;
+        for (const QLabel *label : dialog.findChildren<QLabel *>())
+            texts << label->text();
+        return texts.filter("of a list").join('\n');
+    };
+    QStringList shown;
+    const ModalWatcher inTheHistory(
+        [&](QWidget &dialog) {
+            shown << explanation(dialog);
+            dialog.findChild<QCheckBox *>()->setChecked(false);
+            shown << explanation(dialog) << rowsOf(dialog, "values");
+        },
+        "paravue::HistoryDialog");
+    session->press(Qt::CTRL | Qt::Key_H);
+    QVERIFY2(shown.join('\n').contains("state/events/COUNT"), qPrintable(shown.join('\n')));
+    QCOMPARE(shown.value(0), "");
+    QVERIFY2(shown.value(1).contains("as a whole"), qPrintable(shown.value(1)));
 }
 
 void TestHistory::hidesWhatAnOlderDescriptionMarked()

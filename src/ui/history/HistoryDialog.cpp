@@ -229,18 +229,28 @@ void HistoryDialog::compareWithPresent(int number)
     if (!snapshot->info.leftOut.isEmpty())
         m_note->setText(tr("Passwords are not in this snapshot: they stay as they are."));
     m_plan = RestorePlan(*snapshot, m_present.values, m_present.isSent);
-    noteMovedLists();
     fill(m_plan.differences(), secretsOf(*snapshot));
+    noteMovedLists();
 }
+
+/// Says of the lists of which values are shown why these cannot be restored alone. The recorder's log is
+/// another one in each snapshot.
 
 void HistoryDialog::noteMovedLists()
 {
+    const MovedLists &moved = m_plan.movedLists();
+    bool areMoved = false;
+    bool areIncomplete = false;
+    for (const ValueDifference &difference : std::as_const(m_found)) {
+        areMoved = areMoved || !moved.listOf(difference.path).isEmpty();
+        areIncomplete = areIncomplete || !moved.canBeSet(difference.path);
+    }
     QStringList notes{m_note->text()};
-    if (m_plan.movedLists().hasIncomplete())
+    if (areIncomplete)
         notes << tr(
             "Entries of a list were added, removed or renamed since, and the snapshot has no passwords "
             "for them: the values of the list cannot be restored.");
-    else if (!m_plan.movedLists().isEmpty())
+    else if (areMoved)
         notes << tr(
             "Entries of a list were added, removed or renamed since: the list is restored as a whole.");
     notes.removeAll(QString());
