@@ -1,5 +1,7 @@
 #include "changes/PositionLists.h"
 
+#include "changes/DescribedSecrets.h"
+#include "store/IniGrammar.h"
 #include "store/OrbSetup.h"
 
 #include <QXmlStreamReader>
@@ -44,6 +46,7 @@ struct PositionLists::DescribedList {
 
 PositionLists::PositionLists(const QByteArray &description)
 {
+    m_secrets.setSource([description] { return describedSecrets(description); });
     QXmlStreamReader xml(description);
     std::vector<DescribedList> open; // of the elements around
     while (!xml.atEnd()) {
@@ -74,7 +77,7 @@ void PositionLists::add(const DescribedList &list)
         return;
     const QString place = sectionOf(list.count);
     m_counts.insert(place, list.count);
-    m_countPaths.insert(list.count);
+    m_described.insert(list.count, list.count);
     // Without a name any value may be what tells an entry from the others.
     QStringList names = list.columns.filter(QStringLiteral("NAME"), Qt::CaseInsensitive);
     if (names.isEmpty())
@@ -82,14 +85,22 @@ void PositionLists::add(const DescribedList &list)
     for (const QString &name : std::as_const(names))
         m_names.insert(withoutNumber(name));
     for (const QString &column : list.columns) {
-        if (const QString section = sectionOf(column); section != place)
+        const QString section = sectionOf(column);
+        m_described.insert(withoutNumber(column), list.count);
+        m_described.insert(section, list.count);
+        if (section != place)
             m_places.insert(section, place);
     }
 }
 
 bool PositionLists::isCount(const QString &path) const
 {
-    return CountKeys.contains(path.section(u'/', 2)) || m_countPaths.contains(path);
+    return CountKeys.contains(path.section(u'/', 2)) || m_described.value(path) == path;
+}
+
+QString PositionLists::describedList(const QString &path) const
+{
+    return m_described.value(isNumbered(path) && !isCount(path) ? withoutNumber(path) : path);
 }
 
 QString PositionLists::placeOf(const QString &path) const
@@ -101,6 +112,18 @@ QString PositionLists::placeOf(const QString &path) const
     return isOfAnEntry ? m_places.value(section, section) : QString();
 }
 
+bool PositionLists::isBesideList(const QString &path) const
+{
+    const QString section = sectionOf(path);
+    return section.endsWith(u'/' + DefaultSection.toString()) && m_described.contains(section) &&
+           describedList(path).isEmpty() && !m_secrets.contains(path);
+}
+
+QString PositionLists::entryOf(const QString &path) const
+{
+    return placeOf(path) + u'/' + path.mid(withoutNumber(path).size());
+}
+
 bool PositionLists::tellsEntry(const QString &path) const
 {
     const QString key = path.section(u'/', 2);
@@ -109,9 +132,9 @@ bool PositionLists::tellsEntry(const QString &path) const
                        [&key](const QString &name) { return key.startsWith(name); });
 }
 
-QStringList PositionLists::countsOf(const QString &place) const
+QStringList PositionLists::knownCountsOf(const QString &place)
 {
-    QStringList paths = m_counts.values(place);
+    QStringList paths;
     for (const QString &key : CountKeys)
         paths << place + u'/' + key;
     return paths;
@@ -121,21 +144,25 @@ MovedLists::MovedLists(const PositionLists &grammar, const QList<ValueDifference
                        const HasKey &hasKey, const QStringList &leftOut)
     : m_grammar(grammar)
 {
+    const auto hasAny = [&hasKey](const QStringList &paths) {
+        return std::any_of(paths.begin(), paths.end(), hasKey);
+    };
     for (const ValueDifference &difference : differences) {
         const QString place = m_grammar.placeOf(difference.path);
         if (place.isEmpty() || m_lists.contains(place))
             continue;
-        if (m_grammar.isCount(difference.path)) {
-            m_lists.insert(place);
-        } else if (m_grammar.tellsEntry(difference.path)) {
-            const QStringList counts = m_grammar.countsOf(place);
-            if (std::any_of(counts.begin(), counts.end(), hasKey))
-                m_lists.insert(place);
-        }
+        const bool isCount = m_grammar.isCount(difference.path);
+        const QStringList known = PositionLists::knownCountsOf(place);
+        if (!isCount &&
+            !(m_grammar.tellsEntry(difference.path) && hasAny(known + m_grammar.describedCountsOf(place))))
+            continue;
+        m_lists.insert(place);
+        if (known.contains(difference.path) || hasAny(known))
+            m_sections.insert(place);
     }
     QSet<QString> incomplete;
     for (const QString &path : leftOut)
-        incomplete.insert(path.contains(u'/') ? m_grammar.placeOf(path) : path);
+        incomplete.insert(path.contains(u'/') ? listOf(path) : path);
     for (const QString &list : std::as_const(m_lists)) {
         if (incomplete.contains(list) || incomplete.contains(list.section(u'/', 0, 0)))
             m_incomplete.insert(list);
@@ -145,12 +172,13 @@ MovedLists::MovedLists(const PositionLists &grammar, const QList<ValueDifference
 QString MovedLists::listOf(const QString &path) const
 {
     const QString place = m_grammar.placeOf(path);
-    return m_lists.contains(place) ? place : QString();
+    const bool isOfTheList = m_sections.contains(place) || !m_grammar.isBesideList(path);
+    return m_lists.contains(place) && isOfTheList ? place : QString();
 }
 
 bool MovedLists::canBeSet(const QString &path) const
 {
-    return !m_incomplete.contains(m_grammar.placeOf(path));
+    return !m_incomplete.contains(listOf(path));
 }
 
 QSet<QString> MovedLists::completed(const QStringList &chosen, const QStringList &all) const
@@ -164,7 +192,7 @@ QSet<QString> MovedLists::completed(const QStringList &chosen, const QStringList
             lists.insert(list);
     }
     for (const QString &path : all) {
-        if (lists.contains(m_grammar.placeOf(path)))
+        if (lists.contains(listOf(path)))
             paths.insert(path);
     }
     return paths;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changes/FileValues.h"
+#include "changes/SecretKeys.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -28,21 +29,33 @@ public:
 
     /// "file/section" of the list that the value at \a path may belong to; empty for other values.
     QString placeOf(const QString &path) const;
+    /// The list and the number of the entry that the value at \a path may belong to.
+    QString entryOf(const QString &path) const;
+    /// Where the entries of the described list are counted of which \a path is the count or a cell; empty for
+    /// other values.
+    QString describedList(const QString &path) const;
+    /// Whether a described list shares a file without sections with the value at \a path. Of such a file only
+    /// what the list shows belongs to it, and secrets with a number, which no table shows.
+    bool isBesideList(const QString &path) const;
     /// Whether the value at \a path tells how many entries there are.
     bool isCount(const QString &path) const;
     /// Whether it tells which entry stands at a position, if there is a list.
     bool tellsEntry(const QString &path) const;
-    /// Where the number of entries of the list \a place may stand.
-    QStringList countsOf(const QString &place) const;
+    /// Where the number of entries of the list \a place may stand, of those known by their keys and of the
+    /// described ones.
+    static QStringList knownCountsOf(const QString &place);
+    QStringList describedCountsOf(const QString &place) const { return m_counts.values(place); }
 
 private:
     struct DescribedList;
     void add(const DescribedList &list);
 
     QMultiHash<QString, QString> m_counts; ///< paths by place, beside those known by their keys
-    QSet<QString> m_countPaths;            ///< the same paths
-    QHash<QString, QString> m_places;      ///< by "file/section" of entries that are counted elsewhere
-    QSet<QString> m_names;                 ///< paths without the number, of what tells entries apart
+    /// The same, by their own paths, those of columns without the number, and "file/section" of columns.
+    QHash<QString, QString> m_described;
+    QHash<QString, QString> m_places; ///< by "file/section" of entries that are counted elsewhere
+    QSet<QString> m_names;            ///< paths without the number, of what tells entries apart
+    SecretKeys m_secrets;
 };
 
 /// The lists in which entries were added, removed, moved or renamed between two states of a configuration.
@@ -60,10 +73,6 @@ public:
                const QStringList &leftOut = {});
 
     bool isEmpty() const { return m_lists.isEmpty(); }
-    /// Values of some of the lists were left out.
-    bool hasIncomplete() const { return !m_incomplete.isEmpty(); }
-    /// "file/section" of each of them.
-    const QSet<QString> &incomplete() const { return m_incomplete; }
     /// "file/section" of the list that the value at \a path is set with; empty when it can be set alone.
     QString listOf(const QString &path) const;
     /// The places of the lists of which values were left out.
@@ -77,6 +86,7 @@ public:
 private:
     PositionLists m_grammar;
     QSet<QString> m_lists;
+    QSet<QString> m_sections;   ///< of the lists, those known by their keys: all numbered keys belong to them
     QSet<QString> m_incomplete; ///< of the lists
 };
 

@@ -30,7 +30,7 @@ struct ForeignChange {
     QString before;             ///< what was fetched
     QString recorder;           ///< what the recorder has now
     std::optional<QString> own; ///< what the user has made of it, if that is something else
-    /// "file/section" of a list whose entries have moved (changes/PositionLists.h), empty for other values:
+    /// "file/section" of a list whose entries have moved (see PositionLists), empty for other values:
     /// \a own may be meant for another entry than the recorder has at this position. \a recorder may then be
     /// the same as \a before.
     QString movedList = {};

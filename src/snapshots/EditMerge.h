@@ -26,8 +26,8 @@ struct MergedEdit {
     std::optional<QString> edited;
     std::optional<QString> now; ///< on the recorder
     State state = State::Fits;
-    /// "file/section" of a list whose entries have moved (changes/PositionLists.h) or would move; empty for
-    /// other values. Such an edit collides, as it may be meant for another entry than the recorder has at
+    /// "file/section" of a list whose entries have moved (see PositionLists) or would move; empty for other
+    /// values. Such an edit collides, as it may be meant for another entry than the recorder has at
     /// this position, and is taken over with all others of the list.
     QString movedList = {};
     /// False in such a list when the snapshot has left out some of its secrets.

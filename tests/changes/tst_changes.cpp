@@ -52,6 +52,46 @@ struct UnreadableReader : OrbSetup {
     }
 };
 
+/// A store of a recorder that has other files by now, which a save can be compared with.
+class ComparedStore : public OrbSetup
+{
+public:
+    ComparedStore(const QMap<QString, QByteArray> &before, const QMap<QString, QByteArray> &now)
+        : m_recorder(now)
+    {
+        setProperty("offline", true);
+        for (auto file = before.cbegin(); file != before.cend(); ++file)
+            take(file.key(), *file);
+        setReading(
+            [this](const auto &) {
+                auto reader = std::make_unique<OrbSetup>();
+                reader->setProperty("offline", true);
+                for (const QString &name : fetchedFiles()) {
+                    for (const char *suffix : {"", ".original"})
+                        reader->setFilePath(name + suffix, m_recorder.store().filePath(name));
+                }
+                return reader;
+            },
+            [this](const QString &name, const QByteArray &content) { return take(name, content); });
+    }
+    ~ComparedStore() override { m_settings.clear(); } // writes its files
+
+    QByteArray pristine(const QString &name) { return m_files.content(name + ".original"); }
+
+private:
+    bool take(const QString &name, const QByteArray &content)
+    {
+        for (const QString &copy : {name, name + ".original"}) {
+            m_files.setFile(copy, content);
+            setFilePath(copy, m_files.store().filePath(copy));
+        }
+        return true;
+    }
+
+    StoreFixture m_recorder;
+    StoreFixture m_files{{}};
+};
+
 } // namespace
 
 /// The list of what was changed since the files were fetched.
@@ -70,6 +110,8 @@ private Q_SLOTS:
     void doubtsWhatWasNotAnswered();
     void knowsListsByTheirPositions_data();
     void knowsListsByTheirPositions();
+    void asksAboutListsThatOthersHaveChanged_data();
+    void asksAboutListsThatOthersHaveChanged();
     void followsTheDirectivesOfStateFiles();
     void stopsDirectivesThatRunAway_data();
     void stopsDirectivesThatRunAway();
@@ -261,6 +303,61 @@ void TestChanges::knowsListsByTheirPositions()
     });
     QTEST(moved.listOf(path), "moved");
     QCOMPARE(moved.isEmpty(), moved.listOf(path).isEmpty());
+}
+
+void TestChanges::asksAboutListsThatOthersHaveChanged_data()
+{
+    using Files = QMap<QString, QByteArray>;
+    const TestTable<Files, QStringList, QStringList, QStringList> row("theirs", "edits", "asked", "left");
+    const QByteArray cams = "CAMS=2\nNAME0=yard\nNAME1=gate\nBITRATE0=1\nBITRATE1=2\nDNS1=a\n";
+    const auto net = [cams](const QByteArray &from, const QByteArray &to) {
+        return Files{{"net", QByteArray(cams).replace(from, to)}};
+    };
+    row("a name, with an edit beside the list", net("gate", "door"), {"net/untitled/DNS1/b"},
+        {"net/untitled/NAME1: gate|door||net/untitled"}, {"net/untitled/DNS1"});
+    row("a name, with a password of the list", net("gate", "door"), {"net/untitled/PASSWD1/b"},
+        {"net/untitled/NAME1: gate|door||net/untitled", "net/untitled/PASSWD1: ||b|net/untitled"}, {});
+}
+
+void TestChanges::asksAboutListsThatOthersHaveChanged()
+{
+    using Files = QMap<QString, QByteArray>;
+    QFETCH(Files, theirs);
+    QFETCH(QStringList, edits);
+    const Files before{
+        {"interface",
+         "<i><item><row_count>log/untitled/COUNT</row_count><column_source>log/untitled/TEXT</column_source>"
+         "</item><item><row_count>net/untitled/CAMS</row_count>"
+         "<column_source>net/untitled/NAME</column_source><column_source>net/untitled/BITRATE</column_source>"
+         "</item><item><row_count>count/untitled/USERS</row_count>"
+         "<column_source>users/untitled/NAME</column_source></item></i>"},
+        {"log", "COUNT=1\nTEXT0=motion\nMODEL=x\n"},
+        {"net", "CAMS=2\nNAME0=yard\nNAME1=gate\nBITRATE0=1\nBITRATE1=2\nDNS1=a\n"},
+        {"count", "USERS=2\n"},
+        {"users", "NAME0=ann\n"}};
+    Files now = before;
+    now.insert(theirs);
+    ComparedStore store(before, now);
+    ChangeList list(store);
+    for (const QString &edit : edits)
+        store.setValue(edit);
+    SaveCheck check(store, list,
+                    [](const QString &path) { return path.startsWith("net/") || path.startsWith("users/"); });
+    QSignalSpy finished(&check, &SaveCheck::finished);
+    check.compare();
+    QVERIFY(finished.wait());
+    QCOMPARE(finished[0][0].toString(), QString());
+    QStringList asked;
+    for (const ForeignChange &change : check.foreignChanges())
+        asked << change.path + ": " + change.before + '|' + change.recorder + '|' + change.own.value_or("") +
+                     '|' + change.movedList;
+    QTEST(asked, "asked");
+    check.merge({});
+    QTEST(pathsOf(list.all()), "left");
+    for (auto file = now.cbegin(); file != now.cend(); ++file) {
+        if (edits.isEmpty())
+            QCOMPARE(store.pristine(file.key()), *file);
+    }
 }
 
 void TestChanges::followsTheDirectivesOfStateFiles()

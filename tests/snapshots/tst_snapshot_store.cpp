@@ -363,7 +363,8 @@ void TestSnapshotStore::mergesNoValuesOfOtherEntries()
     Snapshot snapshot;
     snapshot.files = {{"users", "CNT=3\nNAME0=ann\nLEVEL0=2\nNAME1=bob\nLEVEL1=0\nNAME2=carol\nLEVEL2=0\n"}};
     snapshot.files["interface"] = "<interface><item><row_count>users/untitled/ROWS</row_count>"
-                                  "<column_source>users/untitled/NAME</column_source></item></interface>";
+                                  "<column_source>users/untitled/NAME</column_source>"
+                                  "<column_source>users/untitled/LEVEL</column_source></item></interface>";
     if (!edited.contains("CNT"))
         snapshot.files["users"].replace("CNT=3\n", edited.contains("ROWS") ? "ROWS=3\n" : "");
     snapshot.edited = {{"users", edited}};
