@@ -43,6 +43,26 @@ bool isMeasured(const ValueDifference &difference)
            isMeasured(difference.after.value_or(QString()));
 }
 
+/// The values of files that are read when one of them is asked for the first time.
+class LazyValues
+{
+public:
+    explicit LazyValues(const QMap<QString, QByteArray> &files) : m_files(files) {}
+
+    std::optional<QString> value(const QString &path)
+    {
+        const QString name = path.section(u'/', 0, 0);
+        auto file = m_read.find(name);
+        if (file == m_read.end())
+            file = m_read.insert(name, FileValues(m_files.value(name)));
+        return file->value(path.section(u'/', 1));
+    }
+
+private:
+    const QMap<QString, QByteArray> m_files;
+    QHash<QString, FileValues> m_read; ///< by name
+};
+
 QList<ValueDifference> sentDifferences(const QString &name, const QByteArray &before, const QByteArray &after)
 {
     if (before == after)
@@ -146,58 +166,69 @@ PositionLists SaveCheck::positionLists() const
     return PositionLists(contentOf(*m_store, QStringLiteral("interface")).value_or(QByteArray()));
 }
 
+QList<ValueDifference> SaveCheck::othersDifferences() const
+{
+    QList<ValueDifference> found;
+    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file)
+        found += sentDifferences(file.key(), known(file.key()), *file);
+    found.removeIf([this](const ValueDifference &difference) { // nobody else's
+        return m_changes.isDoubted(difference.path, difference.after.value_or(QString()));
+    });
+    return found;
+}
+
 QList<ForeignChange> SaveCheck::foreignChanges() const
 {
     QList<ForeignChange> result;
     const PositionLists lists = positionLists();
-    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
-        QList<ValueDifference> found = sentDifferences(file.key(), known(file.key()), *file);
-        found.removeIf([this](const ValueDifference &difference) { // nobody else's
-            return m_changes.isDoubted(difference.path, difference.after.value_or(QString()));
-        });
-        for (const ValueDifference &difference : found) {
-            if (!difference.canBeSet())
-                continue; // the recorder's is kept with its file
-            const Change *own = m_changes.find(difference.path);
-            if (own && own->newValue == difference.after.value_or(QString()))
-                continue;
-            if (own || m_isEditable(difference.path) || !isMeasured(difference))
-                result.append({difference.path, difference.before.value_or(QString()),
-                               difference.after.value_or(QString()),
-                               own ? std::optional(own->newValue) : std::nullopt});
-        }
-        addMoved(result, file.key(), found, lists);
+    const QList<ValueDifference> found = othersDifferences();
+    for (const ValueDifference &difference : found) {
+        if (!difference.canBeSet())
+            continue; // the recorder's is kept with its file
+        const Change *own = m_changes.find(difference.path);
+        if (own && own->newValue == difference.after.value_or(QString()))
+            continue;
+        if (own || m_isEditable(difference.path) || !isMeasured(difference))
+            result.append({difference.path, difference.before.value_or(QString()),
+                           difference.after.value_or(QString()),
+                           own ? std::optional(own->newValue) : std::nullopt});
     }
+    addMoved(result, found, lists);
     return result;
 }
 
-/// Adds the edits of the user in lists of the file \a name whose entries have moved, at the recorder or here.
-void SaveCheck::addMoved(QList<ForeignChange> &changes, const QString &name,
-                         const QList<ValueDifference> &differences, const PositionLists &lists) const
+/// The edits of the user in lists in which somebody else has changed something.
+QList<ValueDifference> SaveCheck::editsBeside(const QList<ValueDifference> &differences,
+                                              const PositionLists &lists) const
 {
-    QSet<QString> touched; // by somebody else
+    QSet<QString> touched;
     for (const ValueDifference &difference : differences)
         touched.insert(lists.placeOf(difference.path));
     touched.remove(QString());
-    if (touched.isEmpty())
-        return;
     QList<ValueDifference> edits;
-    for (const Change &change : m_changes.all()) {
-        if (touched.contains(lists.placeOf(change.path)))
+    for (const Change &change : touched.isEmpty() ? QList<Change>() : m_changes.all()) {
+        if (touched.contains(lists.placeOf(change.path)) &&
+            m_recorder.contains(ConfigAddress(change.path).file().toString()))
             edits.append({change.path, change.oldValue, change.newValue});
     }
-    const FileValues recorder(m_recorder.value(name));
-    const auto entryOf = [](const QString &path) { return path.section(u'/', 1); };
+    return edits;
+}
+
+/// Adds the edits of the user in lists whose entries have moved, at the recorder or here.
+void SaveCheck::addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences,
+                         const PositionLists &lists) const
+{
+    const QList<ValueDifference> edits = editsBeside(differences, lists);
+    LazyValues recorder(m_recorder);
     const MovedLists moved(lists, differences + edits,
-                           [&](const QString &path) { return recorder.value(entryOf(path)).has_value(); });
+                           [&recorder](const QString &path) { return recorder.value(path).has_value(); });
     QSet<QString> listed;
     for (ForeignChange &change : changes) {
-        if (change.movedList.isEmpty())
-            change.movedList = moved.listOf(change.path);
+        change.movedList = moved.listOf(change.path);
         listed.insert(change.path);
     }
     for (const ValueDifference &edit : edits) {
-        const QString now = recorder.value(entryOf(edit.path)).value_or(QString());
+        const QString now = recorder.value(edit.path).value_or(QString());
         const QString list = moved.listOf(edit.path);
         if (!list.isEmpty() && !listed.contains(edit.path) && edit.after != now)
             changes.append({edit.path, edit.before.value_or(QString()), now, edit.after, list});
@@ -217,7 +248,7 @@ QStringList SaveCheck::differingFiles() const
 
 void SaveCheck::merge(const QSet<QString> &own)
 {
-    const QStringList files = differingFiles();
+    QStringList files = differingFiles();
     QSet<QString> foreign;
     QSet<QString> ownLists;
     QMap<QString, QString> values; ///< of this side, by path
@@ -226,6 +257,8 @@ void SaveCheck::merge(const QSet<QString> &own)
         if (own.contains(change.path)) {
             values.insert(change.path, change.own.value_or(change.before));
             ownLists.insert(change.movedList);
+        } else if (const QString name = ConfigAddress(change.path).file().toString(); !files.contains(name)) {
+            files << name; // an edit in a list that is counted in another file
         }
     }
     ownLists.remove(QString());
@@ -297,14 +330,11 @@ QList<ValueDifference> SaveCheck::valuesToKeep() const
     if (!hasPlaces)
         return values;
     QList<ValueDifference> all;
-    QMap<QString, FileValues> recorder;
-    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file) {
+    for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file)
         all += sentDifferences(file.key(), known(file.key()), *file);
-        recorder.insert(file.key(), FileValues(*file));
-    }
-    const MovedLists moved(lists, all, [&recorder](const QString &path) {
-        return recorder.value(path.section(u'/', 0, 0)).value(path.section(u'/', 1)).has_value();
-    });
+    LazyValues recorder(m_recorder);
+    const MovedLists moved(lists, all,
+                           [&recorder](const QString &path) { return recorder.value(path).has_value(); });
     const QSet<QString> kept = moved.completed(pathsOf(values), pathsOf(all));
     all.removeIf([&kept](const ValueDifference &difference) {
         return !difference.canBeSet() || !kept.contains(difference.path);

@@ -102,8 +102,11 @@ private:
     void fail(const QString &problem);
     QByteArray known(const QString &name) const;
     PositionLists positionLists() const;
-    void addMoved(QList<ForeignChange> &changes, const QString &name,
-                  const QList<ValueDifference> &differences, const PositionLists &lists) const;
+    QList<ValueDifference> othersDifferences() const;
+    QList<ValueDifference> editsBeside(const QList<ValueDifference> &differences,
+                                       const PositionLists &lists) const;
+    void addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences,
+                  const PositionLists &lists) const;
     QStringList differingFiles() const;
     QList<ValueDifference> valuesToKeep() const;
     bool takeRecorders(const QStringList &names);

@@ -313,10 +313,20 @@ void TestChanges::asksAboutListsThatOthersHaveChanged_data()
     const auto net = [cams](const QByteArray &from, const QByteArray &to) {
         return Files{{"net", QByteArray(cams).replace(from, to)}};
     };
+    row("the renamed entry", net("BITRATE0=1", "BITRATE0=x"), {"net/untitled/NAME0/mine"},
+        {"net/untitled/BITRATE0: 1|x||net/untitled", "net/untitled/NAME0: yard|yard|mine|net/untitled"}, {});
+    row("another name", net("gate", "door"), {"net/untitled/NAME0/mine"},
+        {"net/untitled/NAME1: gate|door||net/untitled", "net/untitled/NAME0: yard|yard|mine|net/untitled"},
+        {});
     row("a name, with an edit beside the list", net("gate", "door"), {"net/untitled/DNS1/b"},
         {"net/untitled/NAME1: gate|door||net/untitled"}, {"net/untitled/DNS1"});
     row("a name, with a password of the list", net("gate", "door"), {"net/untitled/PASSWD1/b"},
         {"net/untitled/NAME1: gate|door||net/untitled", "net/untitled/PASSWD1: ||b|net/untitled"}, {});
+    row("the count in another file", {{"count", "USERS=3\n"}, {"users", "NAME0=ann\n"}},
+        {"users/untitled/NAME0/mine"}, {"users/untitled/NAME0: ann|ann|mine|count/untitled"}, {});
+    row("the count in another file, and an entry", {{"count", "USERS=3\n"}, {"users", "NAME0=eve\n"}},
+        {"users/untitled/NAME1/mine"},
+        {"users/untitled/NAME0: ann|eve||count/untitled", "users/untitled/NAME1: ||mine|count/untitled"}, {});
 }
 
 void TestChanges::asksAboutListsThatOthersHaveChanged()
