@@ -220,7 +220,16 @@ void SaveCheck::addMoved(QList<ForeignChange> &changes, const QList<ValueDiffere
 {
     const QList<ValueDifference> edits = editsBeside(differences, lists);
     LazyValues recorder(m_recorder);
-    const MovedLists moved(lists, differences + edits,
+    // An entry that the user has renamed, and of which somebody else has changed nothing, is the same one at
+    // the recorder, unless the number of entries or names there are others now.
+    QSet<QString> touched;
+    for (const ValueDifference &difference : differences)
+        touched.insert(lists.entryOf(difference.path));
+    QList<ValueDifference> moving = edits;
+    moving.removeIf([&](const ValueDifference &edit) {
+        return !lists.isCount(edit.path) && !touched.contains(lists.entryOf(edit.path));
+    });
+    const MovedLists moved(lists, differences + moving,
                            [&recorder](const QString &path) { return recorder.value(path).has_value(); });
     QSet<QString> listed;
     for (ForeignChange &change : changes) {

@@ -313,6 +313,8 @@ void TestChanges::asksAboutListsThatOthersHaveChanged_data()
     const auto net = [cams](const QByteArray &from, const QByteArray &to) {
         return Files{{"net", QByteArray(cams).replace(from, to)}};
     };
+    row("another entry than the renamed one", net("BITRATE1=2", "BITRATE1=x"), {"net/untitled/NAME0/mine"},
+        {"net/untitled/BITRATE1: 2|x||"}, {"net/untitled/NAME0"});
     row("the renamed entry", net("BITRATE0=1", "BITRATE0=x"), {"net/untitled/NAME0/mine"},
         {"net/untitled/BITRATE0: 1|x||net/untitled", "net/untitled/NAME0: yard|yard|mine|net/untitled"}, {});
     row("another name", net("gate", "door"), {"net/untitled/NAME0/mine"},
