@@ -166,13 +166,43 @@ PositionLists SaveCheck::positionLists() const
     return PositionLists(contentOf(*m_store, QStringLiteral("interface")).value_or(QByteArray()));
 }
 
-QList<ValueDifference> SaveCheck::othersDifferences() const
+/// Of the described lists with some of the \a differences those that the window only shows, as a log of
+/// events.
+QSet<QString> SaveCheck::shownOnly(const PositionLists &lists,
+                                   const QList<ValueDifference> &differences) const
+{
+    QSet<QString> shown;
+    for (const ValueDifference &difference : differences) {
+        if (const QString list = lists.describedList(difference.path); !list.isEmpty())
+            shown.insert(list);
+    }
+    const auto dropEdited = [&](const QString &name, const QByteArray &content) {
+        const FileValues values(content);
+        for (auto value = values.all().cbegin(); value != values.all().cend(); ++value) {
+            const QString path = name + u'/' + value.key();
+            const QString list = lists.describedList(path);
+            if (shown.contains(list) && (m_isEditable(path) || m_changes.find(path)))
+                shown.remove(list);
+        }
+    };
+    for (auto file = m_recorder.cbegin(); !shown.isEmpty() && file != m_recorder.cend(); ++file) {
+        dropEdited(file.key(), known(file.key()));
+        dropEdited(file.key(), *file);
+    }
+    return shown;
+}
+
+/// What somebody else may have changed. The log of the recorder and other lists that are only shown are its
+/// own.
+QList<ValueDifference> SaveCheck::othersDifferences(const PositionLists &lists) const
 {
     QList<ValueDifference> found;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file)
         found += sentDifferences(file.key(), known(file.key()), *file);
-    found.removeIf([this](const ValueDifference &difference) { // nobody else's
-        return m_changes.isDoubted(difference.path, difference.after.value_or(QString()));
+    const QSet<QString> shown = shownOnly(lists, found);
+    found.removeIf([&](const ValueDifference &difference) {
+        return m_changes.isDoubted(difference.path, difference.after.value_or(QString())) ||
+               shown.contains(lists.describedList(difference.path));
     });
     return found;
 }
@@ -181,7 +211,7 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
 {
     QList<ForeignChange> result;
     const PositionLists lists = positionLists();
-    const QList<ValueDifference> found = othersDifferences();
+    const QList<ValueDifference> found = othersDifferences(lists);
     for (const ValueDifference &difference : found) {
         if (!difference.canBeSet())
             continue; // the recorder's is kept with its file

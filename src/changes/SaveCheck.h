@@ -102,7 +102,8 @@ private:
     void fail(const QString &problem);
     QByteArray known(const QString &name) const;
     PositionLists positionLists() const;
-    QList<ValueDifference> othersDifferences() const;
+    QSet<QString> shownOnly(const PositionLists &lists, const QList<ValueDifference> &differences) const;
+    QList<ValueDifference> othersDifferences(const PositionLists &lists) const;
     QList<ValueDifference> editsBeside(const QList<ValueDifference> &differences,
                                        const PositionLists &lists) const;
     void addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences,

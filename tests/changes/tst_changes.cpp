@@ -313,6 +313,12 @@ void TestChanges::asksAboutListsThatOthersHaveChanged_data()
     const auto net = [cams](const QByteArray &from, const QByteArray &to) {
         return Files{{"net", QByteArray(cams).replace(from, to)}};
     };
+    const QByteArray events = "COUNT=2\nTEXT0=door\nTEXT1=motion\nMODEL=";
+    row("an event", {{"log", events + "x\n"}}, {"net/untitled/DNS1/b"}, {}, {"net/untitled/DNS1"});
+    row("a text beside the events", {{"log", events + "new\n"}}, {}, {"log/untitled/MODEL: x|new||"}, {});
+    row("an event of which a text was edited", {{"log", events + "x\n"}}, {"log/untitled/TEXT0/mine"},
+        {"log/untitled/TEXT0: motion|door|mine|log/untitled", "log/untitled/TEXT1: |motion||log/untitled"},
+        {});
     row("another entry than the renamed one", net("BITRATE1=2", "BITRATE1=x"), {"net/untitled/NAME0/mine"},
         {"net/untitled/BITRATE1: 2|x||"}, {"net/untitled/NAME0"});
     row("the renamed entry", net("BITRATE0=1", "BITRATE0=x"), {"net/untitled/NAME0/mine"},

@@ -43,6 +43,11 @@ inline const char SavedPage[] = R"(<pvsetup version="1.0">
       <item type="edit" row="3" column="1"><key>net/untitled/WIFI_KEY</key></item>
       <item type="label" row="4"><text>Name</text></item>
       <item type="edit" row="4" column="1" required="yes"><key>streams/common/name</key></item>
+      <item type="list" row="5" column="1">
+        <column>Event</column>
+        <column_source>net/untitled/EVENT</column_source>
+        <row_count>net/untitled/EVENTS</row_count>
+      </item>
     </item>
   </tab></tabwidget>
 </pvsetup>)";

@@ -73,6 +73,7 @@ void TestForeignChanges::keepsWhatSomebodyElseHasChanged_data()
     const TestTable<QByteArray, QStringList, QString, QByteArray> row("theirs", "shown", "ticked", "saved");
     row("nothing", Net, {}, {}, "'new' 'Gate'");
     row("a counter", QByteArray(Net).replace("17", "99"), {}, {}, "'new' 'Gate'");
+    row("an event", Net + "EVENTS=1\nEVENT0=motion\n", {}, {}, "'new' 'Gate'");
     const QByteArray place = QByteArray(Net).replace("Gate", "Yard");
     row("another value", place, {"Page › Place|Gate|Yard|Gate|net/untitled/PLACE"}, {}, "'new' 'Yard'");
     row("another value, back", place, {"Page › Place|Gate|Yard|Gate|net/untitled/PLACE"}, "Page › Place",
