@@ -41,10 +41,7 @@ public:
     {
         if (event->type() == QEvent::Show && watched == parent())
             m_shown.start();
-        return isEnter(*event) &&
-               (isHeldEnter(*event) ||
-                (m_shown.isValid() &&
-                 m_shown.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval()));
+        return isSecondEnter(*event, m_shown);
     }
 
 private:
@@ -136,9 +133,13 @@ QToolButton *makeButton(const QString &text, const QString &toolTip, const char 
     return button;
 }
 
-bool isHeldEnter(const QEvent &event)
+bool isSecondEnter(const QEvent &event, const QElapsedTimer &shown)
 {
-    return isEnter(event) && static_cast<const QKeyEvent &>(event).isAutoRepeat();
+    if (!isEnter(event))
+        return false;
+    const bool isSoon =
+        shown.isValid() && shown.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    return isSoon || static_cast<const QKeyEvent &>(event).isAutoRepeat();
 }
 
 void ignoreSecondEnter(QDialog &dialog)

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class QDialog;
+class QElapsedTimer;
 class QEvent;
 class QToolButton;
 class QTreeWidget;
@@ -44,12 +45,13 @@ void checkTogether(QTreeWidget &list, int column, const QStringList &groups);
 /// A button for what a dialog does with a selected row.
 QToolButton *makeButton(const QString &text, const QString &toolTip, const char *name, QWidget *parent);
 
-/// True for the repetitions of Enter while it is held down.
-bool isHeldEnter(const QEvent &event);
+/// True for Enter while it is held down, and for as long after \a shown was started as a second click would
+/// make a double click.
+bool isSecondEnter(const QEvent &event, const QElapsedTimer &shown);
 
-/// Enter does nothing in \a dialog for as long as a second click would make a double click, and while it is
-/// held down. To be called when its buttons are there and before it is shown, for a dialog that opens by
-/// itself behind the user's Enter: a second, impatient one must not answer what nobody has read.
+/// Second presses of Enter (isSecondEnter()) do nothing in \a dialog, counted from when it is shown. To be
+/// called when its buttons are there and before it is shown, for a dialog that opens by itself behind the
+/// user's Enter: a second, impatient one must not answer what nobody has read.
 void ignoreSecondEnter(QDialog &dialog);
 
 QVBoxLayout *makeLayout(QDialog &dialog);

@@ -104,6 +104,7 @@ void SendingDialog::showSilence(qint64 milliseconds)
 void SendingDialog::setButtons(const QList<Button> &buttons)
 {
     m_buttons->clear();
+    m_offered.start();
     for (const Button &button : buttons) {
         QPushButton *shown = m_buttons->addButton(button.caption, QDialogButtonBox::ActionRole);
         shown->setProperty("choice", static_cast<int>(button.choice));
@@ -220,16 +221,17 @@ void SendingDialog::reject()
     Q_EMIT chosen(m_onClosing);
 }
 
-/// What comes at the end of a save is not decided by the key that has begun it.
+/// What comes at the end of a save is decided neither by the key that has begun it nor by one that was
+/// pressed before the choices could be read.
 bool SendingDialog::eventFilter(QObject *watched, QEvent *event)
 {
-    return isHeldEnter(*event) || QDialog::eventFilter(watched, event);
+    return isSecondEnter(*event, m_offered) || QDialog::eventFilter(watched, event);
 }
 
 void SendingDialog::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && m_isBusy)
+    if (isEnter && (m_isBusy || isSecondEnter(*event, m_offered)))
         event->accept();
     else
         QDialog::keyPressEvent(event);

@@ -6,6 +6,7 @@
 #include "ui/sending/ForeignChangesDialog.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -90,6 +91,7 @@ private:
     QDialogButtonBox *m_buttons;
     QHash<QString, QTreeWidgetItem *> m_rows; ///< by file
     QStringList m_captions;                   ///< of the buttons
+    QElapsedTimer m_offered;                  ///< since the buttons are there
     Choice m_onClosing = Choice::Stop;
     bool m_isBusy = true;
     qint64 m_reportedSilence = ReportedSilence;
