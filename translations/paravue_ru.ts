@@ -4260,8 +4260,8 @@ and %2 more</source>
         <translation>Пароли не хранятся в снимках, поэтому эта правка не сохраняется: %1</translation>
     </message>
     <message>
-        <source>Passwords are not kept in snapshots, and without them entries that were added, moved or renamed would get wrong ones. So all edits of these lists are left out: %1</source>
-        <translation>Пароли в снимках не хранятся, а без них добавленные, перемещённые или переименованные записи получили бы чужие. Поэтому все правки этих списков пропускаются: %1</translation>
+        <source>Passwords are not kept in snapshots, and without them entries that were added, moved or renamed would get wrong ones. So all edits of their lists are left out: %1</source>
+        <translation>Пароли в снимках не хранятся, а без них добавленные, перемещённые или переименованные записи получили бы чужие. Поэтому все правки их списков пропускаются: %1</translation>
     </message>
 </context>
 <context>

@@ -39,6 +39,17 @@ QByteArray checksumOf(const QString &path)
     return isRead ? hash.result() : QByteArrayLiteral("unreadable");
 }
 
+/// Of what no control shows there are the paths, unless something else can be named.
+QString captionsOf(const QStringList &paths, const SnapshotStore::Caption &caption)
+{
+    QStringList found;
+    for (const QString &path : paths) {
+        if (const QString name = caption ? caption(path) : path; name != path)
+            found << name;
+    }
+    return (found.isEmpty() ? paths : found).join(QStringLiteral(", "));
+}
+
 } // namespace
 
 QString snapshotsFolder()
@@ -151,14 +162,12 @@ QString SnapshotStore::collectEdits(Snapshot &snapshot)
 
 QString SnapshotStore::editsLeftOut()
 {
-    m_saidLeftOut.clear();
     Snapshot snapshot = *m_snapshot;
-    Withdrawn withdrawn;
+    Withdrawn withdrawn{{}, {}, m_caption};
     // What goes wrong here goes wrong in the save too, which reports it.
-    if (!m_keepsSecrets && !m_path.isEmpty() && collectEdits(snapshot).isEmpty() &&
-        withdrawSecrets(snapshot, withdrawn))
-        m_saidLeftOut = withdrawn.message();
-    return m_saidLeftOut;
+    const bool isKnown = !m_keepsSecrets && !m_path.isEmpty() && collectEdits(snapshot).isEmpty() &&
+                         withdrawSecrets(snapshot, withdrawn);
+    return isKnown ? withdrawn.message() : QString();
 }
 
 /// Returns what was wrong.
@@ -167,7 +176,7 @@ QString SnapshotStore::writeArchive()
     Snapshot saved = *m_snapshot;
     if (const QString problem = collectEdits(saved); !problem.isEmpty())
         return problem;
-    Withdrawn withdrawn;
+    Withdrawn withdrawn{{}, {}, m_caption};
     if (!m_keepsSecrets && !withdrawSecrets(saved, withdrawn))
         return tr("There is no room to leave the passwords out: %1").arg(m_copies->path());
     QSet<QString> edited;
@@ -181,7 +190,7 @@ QString SnapshotStore::writeArchive()
     m_snapshot->edited = saved.edited;
     m_checksum = checksumOf(path);
     QStringList notes{withdrawn.message()};
-    notes.removeAll(std::exchange(m_saidLeftOut, QString()));
+    notes.removeAll(std::exchange(m_knownLeftOut, QString()));
     if (const QString before = std::exchange(m_path, path); before != path)
         notes << tr("%1 was changed by another program meanwhile, so the edits were written into %2.")
                      .arg(before, path);
@@ -232,14 +241,14 @@ bool SnapshotStore::withdrawSecrets(Snapshot &snapshot, Withdrawn &withdrawn) co
     QMap<QString, QList<ValueDifference>> kept; // by file
     for (const ValueDifference &edit : edits) {
         if (!lists.canBeSet(edit.path))
-            withdrawn.lists.insert(lists.listOf(edit.path));
+            withdrawn.inLists << edit.path;
         else if (dropped.contains(edit.path))
             withdrawn.values << edit.path;
         else
             kept[edit.path.section(u'/', 0, 0)] << edit;
     }
     QSet<QString> files;
-    for (const QString &path : withdrawn.values + withdrawn.lists.values())
+    for (const QString &path : withdrawn.values + withdrawn.inLists)
         files.insert(path.section(u'/', 0, 0));
     const FileContents fetched = sessionFiles();
     return std::all_of(files.begin(), files.end(), [&](const QString &name) {
@@ -274,11 +283,11 @@ QString SnapshotStore::Withdrawn::message() const
     QStringList lines;
     if (!values.isEmpty())
         lines << tr("Passwords are not kept in snapshots, so these edits are left out: %1")
-                     .arg(values.join(QStringLiteral(", ")));
-    if (!lists.isEmpty())
+                     .arg(captionsOf(values, caption));
+    if (!inLists.isEmpty())
         lines << tr("Passwords are not kept in snapshots, and without them entries that were added, moved or "
-                    "renamed would get wrong ones. So all edits of these lists are left out: %1")
-                     .arg(QStringList(lists.begin(), lists.end()).join(QStringLiteral(", ")));
+                    "renamed would get wrong ones. So all edits of their lists are left out: %1")
+                     .arg(captionsOf(inLists, caption));
     return lines.join(u'\n');
 }
 

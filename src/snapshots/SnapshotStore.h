@@ -6,10 +6,10 @@
 #include <QByteArray>
 #include <QList>
 #include <QMap>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -47,9 +47,14 @@ public:
     /// Edited passwords and the like are kept in the archive too. Without it they are left out, which a save
     /// reports.
     void setKeepsSecrets(bool keepsSecrets) { m_keepsSecrets = keepsSecrets; }
-    /// The edits that a save would leave out now, in words for the user; empty when it keeps all of them. A
-    /// save that leaves out no others does not report it again.
+    /// What names a value in messages, by its path; by itself the path does.
+    using Caption = std::function<QString(const QString &path)>;
+    void setCaption(const Caption &caption) { m_caption = caption; }
+    /// The edits that a save would leave out now, in words for the user; empty when it keeps all of them.
     QString editsLeftOut();
+    /// The user knows \a message of editsLeftOut(): a save that leaves out no others does not report it
+    /// again.
+    void setKnownLeftOut(const QString &message) { m_knownLeftOut = message; }
     /// True unless the last save has failed.
     bool isSaved() const { return m_isSaved; }
 
@@ -64,7 +69,8 @@ private:
     /// Edits that an archive without passwords cannot hold.
     struct Withdrawn {
         QStringList values;  ///< by path
-        QSet<QString> lists; ///< "file/section", as a whole
+        QStringList inLists; ///< the same, of lists that are withdrawn as a whole
+        Caption caption;
 
         QString message() const;
     };
@@ -79,7 +85,8 @@ private:
     std::unique_ptr<Snapshot> m_snapshot;
     std::unique_ptr<QTemporaryDir> m_copies;
     QString m_problem;
-    QString m_saidLeftOut; ///< by editsLeftOut()
+    QString m_knownLeftOut;
+    Caption m_caption;
     bool m_keepsSecrets = false;
     bool m_isSaved = true;
 };

@@ -52,11 +52,7 @@ void EditingSession::checkSaves(Bindings &bindings)
         *m_store, m_changes->list(), m_options,
         CheckedSave::Services{
             m_services.letUserAct, [this] { return maySendProblems(); },
-            [this] {
-                return reviewBeforeSending() &&
-                       SnapshotHistory::mayLeaveOut(m_window, *m_store, m_services.letUserAct) &&
-                       keepSnapshot();
-            },
+            [this] { return reviewBeforeSending() && mayLeaveOut() && keepSnapshot(); },
             [this] { return keepSnapshot(); }, [&bindings] { bindings.reload(); },
             ValueTexts{[this](const QString &path) { return m_changes->caption(path); },
                        [this](const QString &path) { return m_changes->list().isSecret(path); }},
@@ -156,6 +152,14 @@ bool EditingSession::maySendProblems()
     if (isWanted && !m_changes->deferredPoints().isEmpty())
         m_services.letUserAct([&] { isWanted = m_changes->askAboutDeferredPoints(); });
     return isWanted;
+}
+
+bool EditingSession::mayLeaveOut()
+{
+    const auto caption = [session = QPointer(this)](const QString &path) { // the store may live on
+        return session && session->m_changes ? session->m_changes->caption(path) : path;
+    };
+    return SnapshotHistory::mayLeaveOut(m_window, *m_store, caption, m_services.letUserAct);
 }
 
 bool EditingSession::reviewBeforeSending()

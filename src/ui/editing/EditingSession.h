@@ -99,6 +99,7 @@ private:
     /// Shows the list of changes; true when they are to be sent now.
     bool review(bool offersSending);
     bool reviewBeforeSending();
+    bool mayLeaveOut();
     bool maySendProblems();
     bool isSaveUnderWay() const;
 

@@ -104,21 +104,26 @@ bool SnapshotHistory::keep(const std::function<void(const std::function<void()> 
 }
 
 bool SnapshotHistory::mayLeaveOut(QWidget &window, OrbSetup &store,
+                                  const std::function<QString(const QString &path)> &caption,
                                   const std::function<void(const std::function<void()> &)> &ask)
 {
     auto *snapshot = qobject_cast<SnapshotStore *>(&store);
+    if (snapshot)
+        snapshot->setCaption(caption);
     const QString leftOut = snapshot ? snapshot->editsLeftOut() : QString();
-    auto answer = QMessageBox::Save;
-    if (!leftOut.isEmpty()) {
-        ask([&] {
-            answer = OrbDlgQuestion::DoExplained(
-                &window, QMessageBox::Warning, window.windowTitle(),
-                tr("Not all changes can be kept in the snapshot. Save the others?"), leftOut,
-                QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel, nullptr,
-                {{QMessageBox::Save, tr("Save")}, {QMessageBox::Cancel, tr("Go on editing")}});
-        });
-    }
-    return answer == QMessageBox::Save;
+    if (leftOut.isEmpty())
+        return true;
+    auto answer = QMessageBox::NoButton; // behind a closed window nobody is asked
+    ask([&] {
+        answer = OrbDlgQuestion::DoExplained(
+            &window, QMessageBox::Warning, window.windowTitle(),
+            tr("Not all changes can be kept in the snapshot. Save the others?"), leftOut,
+            QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel, nullptr,
+            {{QMessageBox::Save, tr("Save")}, {QMessageBox::Cancel, tr("Go on editing")}});
+    });
+    if (answer == QMessageBox::Save)
+        snapshot->setKnownLeftOut(leftOut);
+    return answer == QMessageBox::Save || answer == QMessageBox::NoButton;
 }
 
 PresentSettings SnapshotHistory::present() const

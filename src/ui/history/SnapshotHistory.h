@@ -42,8 +42,10 @@ public:
     bool keep(const std::function<void(const std::function<void()> &)> &ask);
 
     /// Asks whether a snapshot may be saved without the edits that it cannot keep, if \a store is one; what
-    /// the save itself reports comes when the window is closed. True when it may, or keeps all of them.
+    /// the save itself reports comes when the window is closed. True when it may, or keeps all of them, or
+    /// when \a ask does not run the question: then the save reports it. Both name values by \a caption.
     static bool mayLeaveOut(QWidget &window, OrbSetup &store,
+                            const std::function<QString(const QString &path)> &caption,
                             const std::function<void(const std::function<void()> &)> &ask);
 
     /// Lets the user look at the snapshots and restore values.
