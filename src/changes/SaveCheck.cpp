@@ -146,6 +146,8 @@ void SaveCheck::collect()
         }
         m_recorder.insert(name, *content);
     }
+    m_lists = PositionLists(m_store ? contentOf(*m_store, QStringLiteral("interface")).value_or(QByteArray())
+                                    : QByteArray());
     // The user may have given another login.
     if (m_store)
         m_store->setAddress(m_reader->address());
@@ -161,26 +163,20 @@ QByteArray SaveCheck::known(const QString &name) const
     return sent != m_known.constEnd() ? *sent : contentOf(*m_store, name + CopySuffix).value_or(QByteArray());
 }
 
-PositionLists SaveCheck::positionLists() const
-{
-    return PositionLists(contentOf(*m_store, QStringLiteral("interface")).value_or(QByteArray()));
-}
-
 /// Of the described lists with some of the \a differences those that the window only shows, as a log of
 /// events.
-QSet<QString> SaveCheck::shownOnly(const PositionLists &lists,
-                                   const QList<ValueDifference> &differences) const
+QSet<QString> SaveCheck::shownOnly(const QList<ValueDifference> &differences) const
 {
     QSet<QString> shown;
     for (const ValueDifference &difference : differences) {
-        if (const QString list = lists.describedList(difference.path); !list.isEmpty())
+        if (const QString list = m_lists.describedList(difference.path); !list.isEmpty())
             shown.insert(list);
     }
     const auto dropEdited = [&](const QString &name, const QByteArray &content) {
         const FileValues values(content);
         for (auto value = values.all().cbegin(); value != values.all().cend(); ++value) {
             const QString path = name + u'/' + value.key();
-            const QString list = lists.describedList(path);
+            const QString list = m_lists.describedList(path);
             if (shown.contains(list) && (m_isEditable(path) || m_changes.find(path)))
                 shown.remove(list);
         }
@@ -194,15 +190,15 @@ QSet<QString> SaveCheck::shownOnly(const PositionLists &lists,
 
 /// What somebody else may have changed. The log of the recorder and other lists that are only shown are its
 /// own.
-QList<ValueDifference> SaveCheck::othersDifferences(const PositionLists &lists) const
+QList<ValueDifference> SaveCheck::othersDifferences() const
 {
     QList<ValueDifference> found;
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file)
         found += sentDifferences(file.key(), known(file.key()), *file);
-    const QSet<QString> shown = shownOnly(lists, found);
+    const QSet<QString> shown = shownOnly(found);
     found.removeIf([&](const ValueDifference &difference) {
         return m_changes.isDoubted(difference.path, difference.after.value_or(QString())) ||
-               shown.contains(lists.describedList(difference.path));
+               shown.contains(m_lists.describedList(difference.path));
     });
     return found;
 }
@@ -210,8 +206,7 @@ QList<ValueDifference> SaveCheck::othersDifferences(const PositionLists &lists) 
 QList<ForeignChange> SaveCheck::foreignChanges() const
 {
     QList<ForeignChange> result;
-    const PositionLists lists = positionLists();
-    const QList<ValueDifference> found = othersDifferences(lists);
+    const QList<ValueDifference> found = othersDifferences();
     for (const ValueDifference &difference : found) {
         if (!difference.canBeSet())
             continue; // the recorder's is kept with its file
@@ -223,21 +218,20 @@ QList<ForeignChange> SaveCheck::foreignChanges() const
                            difference.after.value_or(QString()),
                            own ? std::optional(own->newValue) : std::nullopt});
     }
-    addMoved(result, found, lists);
+    addMoved(result, found);
     return result;
 }
 
 /// The edits of the user in lists in which somebody else has changed something.
-QList<ValueDifference> SaveCheck::editsBeside(const QList<ValueDifference> &differences,
-                                              const PositionLists &lists) const
+QList<ValueDifference> SaveCheck::editsBeside(const QList<ValueDifference> &differences) const
 {
     QSet<QString> touched;
     for (const ValueDifference &difference : differences)
-        touched.insert(lists.placeOf(difference.path));
+        touched.insert(m_lists.placeOf(difference.path));
     touched.remove(QString());
     QList<ValueDifference> edits;
     for (const Change &change : touched.isEmpty() ? QList<Change>() : m_changes.all()) {
-        if (touched.contains(lists.placeOf(change.path)) &&
+        if (touched.contains(m_lists.placeOf(change.path)) &&
             m_recorder.contains(ConfigAddress(change.path).file().toString()))
             edits.append({change.path, change.oldValue, change.newValue});
     }
@@ -245,21 +239,20 @@ QList<ValueDifference> SaveCheck::editsBeside(const QList<ValueDifference> &diff
 }
 
 /// Adds the edits of the user in lists whose entries have moved, at the recorder or here.
-void SaveCheck::addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences,
-                         const PositionLists &lists) const
+void SaveCheck::addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences) const
 {
-    const QList<ValueDifference> edits = editsBeside(differences, lists);
+    const QList<ValueDifference> edits = editsBeside(differences);
     LazyValues recorder(m_recorder);
     // An entry that the user has renamed, and of which somebody else has changed nothing, is the same one at
     // the recorder, unless the number of entries or names there are others now.
     QSet<QString> touched;
     for (const ValueDifference &difference : differences)
-        touched.insert(lists.entryOf(difference.path));
+        touched.insert(m_lists.entryOf(difference.path));
     QList<ValueDifference> moving = edits;
     moving.removeIf([&](const ValueDifference &edit) {
-        return !lists.isCount(edit.path) && !touched.contains(lists.entryOf(edit.path));
+        return !m_lists.isCount(edit.path) && !touched.contains(m_lists.entryOf(edit.path));
     });
-    const MovedLists moved(lists, differences + moving,
+    const MovedLists moved(m_lists, differences + moving,
                            [&recorder](const QString &path) { return recorder.value(path).has_value(); });
     QSet<QString> listed;
     for (ForeignChange &change : changes) {
@@ -301,8 +294,7 @@ void SaveCheck::merge(const QSet<QString> &own)
         }
     }
     ownLists.remove(QString());
-    const PositionLists lists = positionLists();
-    const auto isOfOwnList = [&](const QString &path) { return ownLists.contains(lists.placeOf(path)); };
+    const auto isOfOwnList = [&](const QString &path) { return ownLists.contains(m_lists.placeOf(path)); };
     for (const QString &name : files) {
         for (const ValueDifference &difference : sentDifferences(name, known(name), m_recorder.value(name))) {
             if (difference.canBeSet() && isOfOwnList(difference.path))
@@ -362,9 +354,8 @@ bool SaveCheck::keepRecorders()
 QList<ValueDifference> SaveCheck::valuesToKeep() const
 {
     const QList<ValueDifference> values = keptOtherwise();
-    const PositionLists lists = positionLists();
-    const bool hasPlaces = std::any_of(values.begin(), values.end(), [&lists](const ValueDifference &value) {
-        return !lists.placeOf(value.path).isEmpty();
+    const bool hasPlaces = std::any_of(values.begin(), values.end(), [this](const ValueDifference &value) {
+        return !m_lists.placeOf(value.path).isEmpty();
     });
     if (!hasPlaces)
         return values;
@@ -372,7 +363,7 @@ QList<ValueDifference> SaveCheck::valuesToKeep() const
     for (auto file = m_recorder.cbegin(); m_store && file != m_recorder.cend(); ++file)
         all += sentDifferences(file.key(), known(file.key()), *file);
     LazyValues recorder(m_recorder);
-    const MovedLists moved(lists, all,
+    const MovedLists moved(m_lists, all,
                            [&recorder](const QString &path) { return recorder.value(path).has_value(); });
     const QSet<QString> kept = moved.completed(pathsOf(values), pathsOf(all));
     all.removeIf([&kept](const ValueDifference &difference) {

@@ -101,13 +101,10 @@ private:
     void collect();
     void fail(const QString &problem);
     QByteArray known(const QString &name) const;
-    PositionLists positionLists() const;
-    QSet<QString> shownOnly(const PositionLists &lists, const QList<ValueDifference> &differences) const;
-    QList<ValueDifference> othersDifferences(const PositionLists &lists) const;
-    QList<ValueDifference> editsBeside(const QList<ValueDifference> &differences,
-                                       const PositionLists &lists) const;
-    void addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences,
-                  const PositionLists &lists) const;
+    QSet<QString> shownOnly(const QList<ValueDifference> &differences) const;
+    QList<ValueDifference> othersDifferences() const;
+    QList<ValueDifference> editsBeside(const QList<ValueDifference> &differences) const;
+    void addMoved(QList<ForeignChange> &changes, const QList<ValueDifference> &differences) const;
     QStringList differingFiles() const;
     QList<ValueDifference> valuesToKeep() const;
     bool takeRecorders(const QStringList &names);
@@ -118,6 +115,7 @@ private:
     std::unique_ptr<OrbSetup> m_reader;   ///< while it fetches
     QMap<QString, QByteArray> m_recorder; ///< what was fetched last, by file
     QMap<QString, QByteArray> m_known;    ///< what the recorder has got since the store has fetched the file
+    PositionLists m_lists;                ///< of the description that the window had then
     QSet<QString> m_edited;               ///< paths, of the last save
     bool m_repeatsEdits = false;
 };

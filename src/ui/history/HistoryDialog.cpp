@@ -235,7 +235,6 @@ void HistoryDialog::compareWithPresent(int number)
 
 /// Says of the lists of which values are shown why these cannot be restored alone. The recorder's log is
 /// another one in each snapshot.
-
 void HistoryDialog::noteMovedLists()
 {
     const MovedLists &moved = m_plan.movedLists();
