@@ -3,12 +3,11 @@
 #include "changes/DescribedSecrets.h"
 #include "store/OrbSetup.h"
 #include "store/TextPattern.h"
-#include "ui/base/UiLimits.h"
 #include "ui/base/WindowText.h"
 #include "ui/description/DescribedGrid.h"
 #include "ui/description/EnableTargets.h"
 #include "ui/description/InterfaceDocument.h"
-#include "ui/description/NumberedAddresses.h"
+#include "ui/description/NumberedRows.h"
 #include "ui/description/TextResolver.h"
 #include "ui/description/ValueMask.h"
 
@@ -228,44 +227,26 @@ private:
     /// The plan of a day has a character for each hour, half or quarter of an hour.
     void readSchedule(DescribedValue value, const QDomElement &element)
     {
-        constexpr int Days = 7;
         QString characters;
-        for (QDomElement kind = element.firstChildElement(QStringLiteral("kind")); !kind.isNull();
-             kind = kind.nextSiblingElement(QStringLiteral("kind"))) {
-            const QString character = kind.attribute(QStringLiteral("value"));
-            if (character.toStdU32String().size() == 1)
-                characters += QRegularExpression::escape(character);
-        }
+        for (const QDomElement &kind : scheduleKinds(element))
+            characters += QRegularExpression::escape(kind.attribute(QStringLiteral("value")));
         const QString entry = u'[' + (characters.isEmpty() ? QStringLiteral("0-3") : characters) + u']';
         value.pattern = QStringLiteral("%1{24}|%1{48}|%1{96}").arg(entry);
-        const QStringList keys = childAddresses(element);
-        const bool isNumbered = !keys.isEmpty() && keys.size() < Days;
-        add(value, isNumbered
-                       ? numberedAddresses(element.firstChildElement(KeyTag), QStringLiteral("DAY"), 0, Days)
-                       : keys.mid(0, Days));
+        add(value, dayAddresses(element));
     }
 
     static int zoneCount(const QDomElement &element)
     {
-        constexpr int UsualZones = 4;
-        constexpr int MostZones = 9;
         const int named = int(childTexts(element, TextTag).size());
-        return named > 0 ? std::min(named, MostZones) : UsualZones;
+        return named > 0 ? std::min(named, MostAlarmZones) : UsualAlarmZones;
     }
 
     /// A row of a grid over a picture has a digit for each cell.
     void readCells(DescribedValue value, const QDomElement &element, int most)
     {
-        const int columns = lineCount(element, QStringLiteral("ctrlColumns"), 16);
-        const int rows = lineCount(element, QStringLiteral("ctrlRows"), 12);
-        value.pattern = QStringLiteral("[0-%1]{1,%2}").arg(most).arg(columns);
-        add(value, numberedAddresses(element.firstChildElement(KeyTag), QStringLiteral("ROW"), 0, rows));
-    }
-
-    static int lineCount(const QDomElement &element, const QString &attribute, int usual)
-    {
-        const int count = intAttribute(element, attribute);
-        return count > 0 ? std::min(count, limits::CellGridLines) : usual;
+        const QSize size = cellGridSize(element);
+        value.pattern = QStringLiteral("[0-%1]{1,%2}").arg(most).arg(size.width());
+        add(value, rowAddresses(element, size.height()));
     }
 
     void readScroll(DescribedValue value, const QDomElement &element)

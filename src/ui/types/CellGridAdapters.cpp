@@ -1,13 +1,11 @@
 #include "controls/AlarmZoneEditor.h"
 #include "controls/MaskEditor.h"
-#include "ui/base/UiLimits.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
-#include "ui/description/NumberedAddresses.h"
+#include "ui/description/NumberedRows.h"
 #include "ui/types/AdapterTexts.h"
 
-#include <algorithm>
 #include <memory>
 
 namespace paravue
@@ -15,19 +13,7 @@ namespace paravue
 namespace
 {
 
-constexpr QSize UsualGrid(16, 12);
-
-int lineCount(const QDomElement &element, const QString &attribute, int usual)
-{
-    const int count = intAttribute(element, attribute);
-    return count > 0 ? std::min(count, limits::CellGridLines) : usual;
-}
-
-QStringList rowAddresses(const QDomElement &element, int rows)
-{
-    return numberedAddresses(element.firstChildElement(QStringLiteral("key")), QStringLiteral("ROW"), 0,
-                             rows);
-}
+static_assert(MostAlarmZones == CellGridEditor::MaxKinds);
 
 /// Base of the adapters of cell grids over a picture. Attributes "ctrlColumns" and "ctrlRows" give the size
 /// of the grid (16 by 12 when absent), children "text" the names of the kinds of marks.
@@ -54,8 +40,7 @@ public:
     QWidget *create(ControlContext &context, const Control &control, QWidget *parent) const override
     {
         const QDomElement &element = control.element;
-        QSize size(lineCount(element, QStringLiteral("ctrlColumns"), UsualGrid.width()),
-                   lineCount(element, QStringLiteral("ctrlRows"), UsualGrid.height()));
+        QSize size = cellGridSize(element);
         // Several of these small cells are painted in the time of one cell of a list.
         constexpr int CellsPerListCell = 4;
         if (!context.take(ControlContext::ListCells, size.width() * size.height() / CellsPerListCell))

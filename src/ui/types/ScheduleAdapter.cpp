@@ -3,7 +3,7 @@
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
 #include "ui/description/InterfaceDocument.h"
-#include "ui/description/NumberedAddresses.h"
+#include "ui/description/NumberedRows.h"
 #include "ui/types/AdapterTexts.h"
 
 #include <memory>
@@ -13,28 +13,15 @@ namespace paravue
 namespace
 {
 
+static_assert(DaysOfSchedule == WeekPlan::Days && MostKindsOfSchedule == MaxScheduleKinds);
+
 ScheduleKinds kinds(ControlContext &context, const Control &control)
 {
-    const QString tag = QStringLiteral("kind");
     ScheduleKinds kinds;
-    int seen = 0;
-    for (QDomElement kind = control.element.firstChildElement(tag); !kind.isNull() && seen < MaxScheduleKinds;
-         kind = kind.nextSiblingElement(tag), ++seen) {
-        const std::u32string value = kind.attribute(QStringLiteral("value")).toStdU32String();
-        if (value.size() == 1)
-            kinds.append({value.front(), context.text(control, kind.text())});
-    }
+    for (const QDomElement &kind : scheduleKinds(control.element))
+        kinds.append({kind.attribute(QStringLiteral("value")).toStdU32String().front(),
+                      context.text(control, kind.text())});
     return kinds;
-}
-
-/// The addresses of the days, with the default values that the keys may carry; empty without a key.
-QStringList dayAddresses(const Control &control)
-{
-    const QStringList keys = childAddresses(control.element);
-    if (keys.isEmpty() || keys.size() >= WeekPlan::Days)
-        return keys.mid(0, WeekPlan::Days);
-    return numberedAddresses(control.element.firstChildElement(QStringLiteral("key")), QStringLiteral("DAY"),
-                             0, WeekPlan::Days);
 }
 
 /// A week by hours (see WeekSchedule). The captions of the hours are the "column" children with their
@@ -77,7 +64,7 @@ public:
         const bool newKinds = schedule.setKinds(kinds(context, control));
         const bool newSlots =
             schedule.setResolution(intAttribute(control.element, QStringLiteral("resolution")));
-        const QStringList days = valuesAt(context, control, dayAddresses(control));
+        const QStringList days = valuesAt(context, control, dayAddresses(control.element));
         const bool newDays = !days.isEmpty() && schedule.setDays(days);
         return newCaptions || newKinds || newSlots || newDays;
     }
@@ -86,7 +73,7 @@ public:
 
     QList<Assignment> assignments(ControlContext &context, const Control &control) const override
     {
-        return changedValues(context, dayAddresses(control), widget(control).days());
+        return changedValues(context, dayAddresses(control.element), widget(control).days());
     }
 };
 
