@@ -132,7 +132,6 @@ class Playbooks:
         with open(self.arguments, encoding='utf-8') as file:
             return file.read()
 
-
     def check_documentation(self):
         names = ['paravue.recorder.paravue_' + name for name in ('settings', 'function', 'facts')]
         ended = subprocess.run(['ansible-doc', *names], env=self.environment, stdin=subprocess.DEVNULL,
