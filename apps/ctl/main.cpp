@@ -8,7 +8,7 @@
 #include "RecorderSession.h"
 #include "TerminalText.h"
 #include "program/ConsoleOutput.h"
-#include "recorder/StopSignal.h"
+#include "program/StopSignal.h"
 #include "store/LogText.h"
 #include "translations/InstallTranslations.h"
 
@@ -56,7 +56,7 @@ int run(const ControlCommandLine &line)
     else
         runInventory(line, end);
     // A signal ends the exchange, so that the local copies of the recorder's files are removed.
-    recorder::quitOnStopSignal();
+    paravue::quitOnStopSignal();
     if (!code)
         QCoreApplication::exec();
     if (!code)

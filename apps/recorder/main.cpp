@@ -5,7 +5,7 @@
 #include "program/TemporaryFolder.h"
 #include "recorder/Companion.h"
 #include "recorder/RecorderServer.h"
-#include "recorder/StopSignal.h"
+#include "program/StopSignal.h"
 #include "recorder/VideoOptions.h"
 #include "recorder/files/IniValues.h"
 #include "recorder/files/RecorderText.h"
@@ -205,9 +205,9 @@ int endedWith(paravue::ExitCode exitCode)
 int run(const Options &options)
 {
     // Before there are files to be removed. Who started the program may end it as soon as it listens.
-    recorder::quitOnStopSignal();
+    paravue::quitOnStopSignal();
     if (options.untilInputEnds)
-        recorder::quitAtEndOfInput();
+        paravue::quitAtEndOfInput();
     std::optional<paravue::TemporaryFolder> temporary;
     if (options.dataDir.isEmpty() && !temporary.emplace().isValid()) {
         printError(temporary->errorString());
@@ -255,7 +255,7 @@ int run(const Options &options)
 
 int main(int argc, char *argv[])
 {
-    recorder::keepInputOpen();
+    paravue::keepInputOpen();
     const paravue::ConsoleOutput output;
     av_log_set_level(AV_LOG_QUIET); // errors of FFmpeg are reported in messages of the simulator
     QCoreApplication application(argc, argv);

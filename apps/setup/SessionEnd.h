@@ -11,7 +11,7 @@ namespace paravue
 /// function and then ends the process. Windows ends a process at any moment after it has answered that
 /// message, so it could not close the window and leave its event loops.
 ///
-/// Elsewhere the end of a session comes as a signal (recorder/StopSignal.h), and this does nothing.
+/// Elsewhere the end of a session comes as a signal (program/StopSignal.h), and this does nothing.
 class SessionEnd : public QAbstractNativeEventFilter
 {
 public:

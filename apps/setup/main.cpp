@@ -10,7 +10,7 @@
 #include "ScreenPlugin.h"
 #include "SetupProgram.h"
 #include "program/ConsoleOutput.h"
-#include "recorder/StopSignal.h"
+#include "program/StopSignal.h"
 #include "translations/InstallTranslations.h"
 
 #include <QApplication>
@@ -132,7 +132,7 @@ int run(int argc, char **argv)
     // The program does not end with its window: a save may still be running.
     QApplication::setQuitOnLastWindowClosed(false);
     // A signal cancels the window, so that the local copies of the recorder's files are removed.
-    recorder::quitOnStopSignal();
+    paravue::quitOnStopSignal();
     // Pictures are the same in every run, unless told otherwise.
     std::optional<Appearance> appearance;
     if (commandLine.colorScheme != ColorScheme::Desktop || commandLine.screenshotFolder.isEmpty())
@@ -144,7 +144,7 @@ int run(int argc, char **argv)
         QCoreApplication::quit();
     });
     QApplication::exec();
-    return int(recorder::hasStopSignal() ? ExitCode::Cancelled : exitCode);
+    return int(paravue::hasStopSignal() ? ExitCode::Cancelled : exitCode);
 }
 
 } // namespace

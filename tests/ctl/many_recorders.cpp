@@ -4,7 +4,7 @@
 // Usage: many-recorders COUNT FOLDER [DELAY]   with DELAY milliseconds before each answer
 
 #include "recorder/RecorderServer.h"
-#include "recorder/StopSignal.h"
+#include "program/StopSignal.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -50,7 +50,7 @@ bool raiseOpenFiles(int count)
 
 int main(int argc, char **argv)
 {
-    recorder::keepInputOpen();
+    paravue::keepInputOpen();
     const QCoreApplication application(argc, argv);
     const int count = argc > 2 ? std::atoi(argv[1]) : 0;
     if (count <= 0) {
@@ -59,8 +59,8 @@ int main(int argc, char **argv)
     }
     if (!raiseOpenFiles(count))
         return 6;
-    recorder::quitOnStopSignal();
-    recorder::quitAtEndOfInput();
+    paravue::quitOnStopSignal();
+    paravue::quitAtEndOfInput();
     const QDir folder(QString::fromLocal8Bit(argv[2]));
     QTextStream out(stdout);
     std::vector<std::unique_ptr<recorder::RecorderServer>> recorders;

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace recorder
+namespace paravue
 {
 
 /// From now on the signals that ask a process to end (SIGTERM, SIGINT as of Ctrl+C, SIGHUP of a closed
@@ -20,4 +20,4 @@ void quitAtEndOfInput();
 /// Whether one of these has come.
 bool hasStopSignal();
 
-} // namespace recorder
+} // namespace paravue

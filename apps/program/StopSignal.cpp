@@ -1,4 +1,4 @@
-#include "recorder/StopSignal.h"
+#include "program/StopSignal.h"
 
 #include "program/ConsoleOutput.h"
 
@@ -17,7 +17,7 @@
 #include <unistd.h>
 #endif
 
-namespace recorder
+namespace paravue
 {
 
 namespace
@@ -146,4 +146,4 @@ void quitAtEndOfInput()
 
 #endif
 
-} // namespace recorder
+} // namespace paravue
