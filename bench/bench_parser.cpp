@@ -1,9 +1,10 @@
-// The parser of the video stream beside a memcpy of the same bytes in the same pieces, and beside
-// libavformat's demuxers of the same pictures.
+// The parser of the video stream beside a memcpy of the same bytes in the same pieces, beside a parser
+// written by hand, and beside libavformat's demuxers of the same pictures.
 
 #include "LivePictures.h"
 #include "MuxedVideo.h"
 #include "PairedRatio.h"
+#include "PlainParser.h"
 
 #include "support/EncodedClip.h"
 #include "support/Hvx3Bytes.h"
@@ -81,6 +82,16 @@ QByteArray fragments(qsizetype size, qsizetype perFrame)
 QByteArray headerStream(qsizetype size)
 {
     return hvx3Header({}, QByteArray(size, 'x')) + hvx3Index(1);
+}
+
+/// Many headers whose streams take 64,000 bytes.
+QByteArray streamHeaders(qsizetype size)
+{
+    const QByteArray label(80, 'x');
+    const Hvx3Stream stream{.label1 = label, .label2 = label, .label3 = label};
+    const qsizetype streams = 64'000 / hvx3StreamBytes(stream).size();
+    const QByteArray header = hvx3Header(QList<Hvx3Stream>(streams, stream)) + hvx3Index(1);
+    return header.repeated(size / header.size()) + hvx3Data(0, WholeFrame, "x", {});
 }
 
 /// Receives the frames by value, as the demuxer does.
@@ -166,6 +177,31 @@ void besideDemuxer(benchmark::State &state, const char *format, PairedOptions op
         options);
 }
 
+PictureCount parsePlainly(const Pieces &pieces)
+{
+    PictureCount count;
+    PlainParser parser;
+    parser.onIndex = [](quint32 seconds) { benchmark::DoNotOptimize(seconds); };
+    parser.onFrame = [&count](const PlainParser::Frame &frame) {
+        ++count.pictures;
+        count.bytes += qint64(frame.payload.size());
+        benchmark::DoNotOptimize(frame);
+    };
+    for (const QByteArray &piece : pieces.list)
+        parser.append({piece.constData(), size_t(piece.size())});
+    return count;
+}
+
+void besidePlainParser(benchmark::State &state, const Pieces &pieces, double limit)
+{
+    const PictureCount ours = parse(pieces);
+    const PictureCount plain = parsePlainly(pieces);
+    if (ours.pictures != plain.pictures || ours.bytes != plain.bytes)
+        throw std::runtime_error("the parsers find other frames");
+    pairedRatio(
+        state, [&] { parse(pieces); }, [&] { parsePlainly(pieces); }, {.limit = limit});
+}
+
 using MakeStream = QByteArray (*)(qsizetype size);
 
 /// Our time per byte for a long stream beside that for short ones of the same total length, each with its own
@@ -228,6 +264,42 @@ void garbage(benchmark::State &state)
     besideMemcpy(state, Pieces(garbageStream(64 * MiB), state.range(0)), 5);
 }
 BENCHMARK(garbage)->Arg(TcpPiece)->Arg(64 * KiB)->Apply(applyPaired);
+
+void liveBesidePlain(benchmark::State &state)
+{
+    besidePlainParser(state, Pieces(live(64 * MiB), state.range(0)), 1.05);
+}
+BENCHMARK(liveBesidePlain)->Arg(TcpPiece)->Arg(64 * KiB)->Apply(applyPaired);
+
+void garbageBesidePlain(benchmark::State &state)
+{
+    besidePlainParser(state, Pieces(garbageStream(64 * MiB), state.range(0)), 1.1);
+}
+BENCHMARK(garbageBesidePlain)->Arg(TcpPiece)->Arg(64 * KiB)->Apply(applyPaired);
+
+void singleBytesBesidePlain(benchmark::State &state)
+{
+    besidePlainParser(state, Pieces(live(8 * MiB), 1), 2);
+}
+BENCHMARK(singleBytesBesidePlain)->Apply(applyPaired);
+
+void headersInSingleBytesBesidePlain(benchmark::State &state)
+{
+    besidePlainParser(state, Pieces(streamHeaders(2 * MiB), 1), 2);
+}
+BENCHMARK(headersInSingleBytesBesidePlain)->Apply(applyPaired);
+
+void fragmentsBesidePlain(benchmark::State &state)
+{
+    besidePlainParser(state, Pieces(fragments(64 * MiB, 100'000), state.range(0)), 1.5);
+}
+BENCHMARK(fragmentsBesidePlain)->Arg(TcpPiece)->Arg(64 * KiB)->Apply(applyPaired);
+
+void smallRecordsBesidePlain(benchmark::State &state)
+{
+    besidePlainParser(state, Pieces(smallRecords(64 * MiB), 64 * KiB), 12);
+}
+BENCHMARK(smallRecordsBesidePlain)->Apply(applyPaired);
 
 void growthOfLiveStream(benchmark::State &state)
 {

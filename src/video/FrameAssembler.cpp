@@ -27,45 +27,45 @@ bool wastes(qsizetype capacity, qsizetype size)
 
 } // namespace
 
-void FrameAssembler::begin(const DATA_T &record)
+void FrameAssembler::begin(const FragmentHead &head)
 {
-    m_dropping = false;
-    if (record.flags >> 6 != Whole) {
-        beginPart(record);
-    } else if (record.length <= m_maxFrameSize) {
+    m_head = head;
+    m_open = nullptr;
+    if (head.flags >> 6 != Whole) {
+        beginPart();
+    } else if (head.length <= m_maxFrameSize) {
         // Deliberate: it does not end the unfinished frame of its stream.
-        beginWhole(record.length);
+        beginWhole();
     } else {
-        ++m_counts[record.streamId].lostFrames;
-        m_dropping = true;
+        ++m_counts[head.streamId].lostFrames;
     }
 }
 
-void FrameAssembler::add(QByteArrayView payload)
+bool FrameAssembler::end()
 {
-    if (!m_dropping) {
-        m_open.append(payload);
+    ++m_counts[m_head.streamId].records;
+    if (!std::exchange(m_open, nullptr)) {
+        return false;
     }
+    const int kind = m_head.flags >> 6;
+    if (kind == Last) {
+        finish(m_partials.find(m_head.streamId));
+    }
+    return kind == Last || kind == Whole;
 }
 
-bool FrameAssembler::end(DATA_T &record)
+DATA_T FrameAssembler::take(const STREAM_T &stream)
 {
-    const int kind = record.flags >> 6;
-    ++m_counts[record.streamId].records;
-    if (m_dropping) {
-        return false;
-    }
-    if (kind == Whole) {
-        record.payload = std::move(m_open);
-        return true;
-    }
-    const Partial partial = m_partials.find(record.streamId);
-    partial->second.payload = std::move(m_open);
-    if (kind != Last) {
-        return false;
-    }
-    finish(partial, record);
-    return true;
+    DATA_T frame;
+    frame.length = m_head.length;
+    frame.flags = m_head.flags;
+    frame.streamId = m_head.streamId;
+    frame.word16 = m_head.word16;
+    frame.byteA = m_head.byteA;
+    frame.byteB = m_head.byteB;
+    frame.stream = stream;
+    setPayload(frame);
+    return frame;
 }
 
 void FrameAssembler::clear()
@@ -88,65 +88,63 @@ Hvx3StreamCounts FrameAssembler::counts() const
     return all;
 }
 
-void FrameAssembler::beginWhole(int length)
+void FrameAssembler::beginWhole()
 {
-    if (wastes(m_spare.capacity(), length)) {
-        m_open = QByteArray();
-        m_open.reserve(length);
+    if (wastes(m_spare.capacity(), m_head.length)) {
+        m_whole = QByteArray();
+        m_whole.reserve(m_head.length);
     } else {
-        m_open = std::exchange(m_spare, QByteArray());
+        m_whole = std::exchange(m_spare, QByteArray());
     }
+    m_open = &m_whole;
 }
 
-/// Takes the payload of the frame that the fragment belongs to. With a single reference it grows in place.
-/// Drops the frame if the fragment makes it too large.
-void FrameAssembler::beginPart(const DATA_T &record)
+/// Continues the frame that the fragment belongs to. Drops the frame if the fragment makes it too large.
+void FrameAssembler::beginPart()
 {
-    Partial partial = m_partials.find(record.streamId);
-    if (record.flags >> 6 == First) {
+    auto partial = m_partials.find(m_head.streamId);
+    if (m_head.flags >> 6 == First) {
         if (partial != m_partials.end()) {
             drop(partial);
         }
-        partial = m_partials.emplace(record.streamId, record).first;
-        partial->second.payload = std::exchange(m_spare, QByteArray());
+        partial =
+            m_partials.emplace(m_head.streamId, Partial{m_head, std::exchange(m_spare, QByteArray())}).first;
+        partial->second.payload.reserve(m_usualSize); // so that it is not copied while it grows
     } else if (partial == m_partials.end()) {
-        ++m_counts[record.streamId].lostFragments;
-        m_dropping = true;
+        ++m_counts[m_head.streamId].lostFragments;
         return;
     }
-    if (record.length > m_maxFrameSize - m_held) {
+    if (m_head.length > m_maxFrameSize - m_held) {
         drop(partial);
-        m_dropping = true;
         return;
     }
-    m_held += record.length;
-    m_open = partial->second.payload.take();
-    if (m_open.isEmpty())
-        m_open.reserve(m_usualSize); // so that it is not copied while it grows
+    m_held += m_head.length;
+    m_open = &partial->second.payload;
 }
 
-/// Turns \a record, the last fragment, into the whole frame.
-void FrameAssembler::finish(Partial partial, DATA_T &record)
+/// Turns the last fragment into the whole frame.
+void FrameAssembler::finish(Partials::iterator partial)
 {
-    DATA_T &first = partial->second;
-    setPayload(record, first.payload.take());
-    record.length = static_cast<qint32>(record.payload.size());
-    record.flags |= WholeFlags;
-    record.word16 = first.word16;
-    record.byteA = first.byteA;
-    record.byteB = first.byteB;
-    m_held -= record.length;
-    m_usualSize = std::min<qsizetype>(record.length, LargestReserve);
+    const FragmentHead &first = partial->second.head;
+    m_whole = std::move(partial->second.payload);
+    m_head.length = static_cast<qint32>(m_whole.size());
+    m_head.flags |= WholeFlags;
+    m_head.word16 = first.word16;
+    m_head.byteA = first.byteA;
+    m_head.byteB = first.byteB;
+    m_held -= m_head.length;
+    m_usualSize = std::min<qsizetype>(m_head.length, LargestReserve);
     m_partials.erase(partial);
 }
 
-void FrameAssembler::setPayload(DATA_T &record, QByteArray payload)
+/// Moves the payload into the frame; copies it when it would keep much more memory than it needs.
+void FrameAssembler::setPayload(DATA_T &frame)
 {
-    if (wastes(payload.capacity(), payload.size())) {
-        record.payload = QByteArray(payload.constData(), payload.size());
-        recycle(std::move(payload));
+    if (wastes(m_whole.capacity(), m_whole.size())) {
+        frame.payload = QByteArray(m_whole.constData(), m_whole.size());
+        recycle(std::exchange(m_whole, QByteArray()));
     } else {
-        record.payload = std::move(payload);
+        frame.payload = std::exchange(m_whole, QByteArray());
     }
 }
 
@@ -159,7 +157,7 @@ void FrameAssembler::recycle(QByteArray payload)
     }
 }
 
-void FrameAssembler::drop(Partial partial)
+void FrameAssembler::drop(Partials::iterator partial)
 {
     ++m_counts[partial->first].lostFrames;
     m_held -= partial->second.payload.size();

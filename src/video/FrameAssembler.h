@@ -21,6 +21,16 @@ struct Hvx3StreamCounts {
     qint64 lostFrames = 0;
 };
 
+/// The head of a data record, whose fields are those of DATA_T.
+struct FragmentHead {
+    qint32 length = 0;
+    quint8 flags = 0;
+    quint8 streamId = 0;
+    quint16 word16 = 0;
+    quint8 byteA = 0;
+    quint8 byteB = 0;
+};
+
 /// Puts frames together that were sent in fragments.
 ///
 /// The memory of a frame that no receiver has kept is used for the next one. Otherwise the system would
@@ -32,14 +42,21 @@ public:
     /// would be larger. Without a limit the only bound is the range of a frame's length.
     void setMaxFrameSize(int bytes) { m_maxFrameSize = bytes; }
 
-    /// Begins the fragment \a record, of whose payload all record.length bytes have to be added before end().
-    void begin(const DATA_T &record);
+    /// Begins a fragment, of whose payload all head.length bytes have to be added before end().
+    void begin(const FragmentHead &head);
     /// Copies the next bytes of the payload.
-    void add(QByteArrayView payload);
-    /// Ends the fragment \a record, the one that was begun. True when it completes a frame: then \a record is
-    /// that frame. A fragment without a first one is dropped.
-    bool end(DATA_T &record);
-    /// Reuses the memory of a frame that end() has completed, unless a receiver has kept it.
+    void add(QByteArrayView payload)
+    {
+        if (m_open) {
+            m_open->append(payload);
+        }
+    }
+    /// Ends the fragment. True when it completes a frame, which has to be taken then. A fragment without a
+    /// first one is dropped.
+    bool end();
+    /// The complete frame, which belongs to \a stream.
+    DATA_T take(const STREAM_T &stream);
+    /// Reuses the memory of a frame that was taken, unless a receiver has kept it.
     void recycle(QByteArray payload);
     /// Drops the unfinished frames.
     void clear();
@@ -49,21 +66,27 @@ public:
     Hvx3StreamCounts counts() const;
 
 private:
-    using Partial = std::map<quint8, DATA_T>::iterator;
+    /// An unfinished frame, with the head of its first fragment.
+    struct Partial {
+        FragmentHead head;
+        QByteArray payload;
+    };
+    using Partials = std::map<quint8, Partial>;
 
-    void beginWhole(int length);
-    void beginPart(const DATA_T &record);
-    void finish(Partial partial, DATA_T &record);
-    void setPayload(DATA_T &record, QByteArray payload);
-    void drop(Partial partial);
+    void beginWhole();
+    void beginPart();
+    void finish(Partials::iterator partial);
+    void setPayload(DATA_T &frame);
+    void drop(Partials::iterator partial);
 
-    std::map<quint8, DATA_T> m_partials;
+    Partials m_partials;
     /// The size of the payloads of the unfinished frames together.
     qsizetype m_held = 0;
-    /// The payload that the current fragment is added to; it is taken from its frame.
-    QByteArray m_open;
-    /// The current fragment is not used.
-    bool m_dropping = false;
+    /// The current fragment, and the payload that it is added to; null when it is not used.
+    FragmentHead m_head;
+    QByteArray *m_open = nullptr;
+    /// The payload of a complete frame.
+    QByteArray m_whole;
     QByteArray m_spare;
     /// Of the last frame that came in fragments.
     qsizetype m_usualSize = 0;

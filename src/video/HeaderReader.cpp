@@ -2,8 +2,17 @@
 
 #include "video/cDataSplitter.h"
 
+#include <algorithm>
+
 namespace paravue
 {
+
+namespace
+{
+
+constexpr int LengthsSize = 8; // with the magic
+
+} // namespace
 
 bool HeaderReader::read(const cDataSplitter &input)
 {
@@ -13,6 +22,11 @@ bool HeaderReader::read(const cDataSplitter &input)
         }
     }
     return true;
+}
+
+int HeaderReader::leastSize() const
+{
+    return std::max(LengthsSize, m_header.headerLength + m_header.tagBlockLength);
 }
 
 HDR_T HeaderReader::take()
@@ -57,7 +71,7 @@ bool HeaderReader::readField(const cDataSplitter &input)
 
 bool HeaderReader::readLengths(const cDataSplitter &input)
 {
-    if (!input.has(m_position, 8)) {
+    if (!input.has(m_position, LengthsSize)) {
         return false;
     }
     m_header.magic = input.readU32(m_position);

@@ -20,6 +20,8 @@ public:
     bool read(const cDataSplitter &input);
     /// The number of bytes that were read; the size of the header once it is complete.
     int position() const { return m_position; }
+    /// The header is complete with so many bytes at the earliest.
+    int leastSize() const;
     /// The complete header. The reader is then ready for the next one.
     HDR_T take();
 

@@ -30,14 +30,14 @@ bool isMagic(quint32 value)
     return value == Hvx3HeaderMagic || value == Hvx3IndexMagic;
 }
 
-void readExtension(const cDataSplitter &input, int &position, DATA_T &record)
+void readExtension(const cDataSplitter &input, int &position, FragmentHead &head)
 {
-    record.word16 = input.readU16(position);
-    record.byteA = input.readU8(position);
-    record.byteB = input.readU8(position);
+    head.word16 = input.readU16(position);
+    head.byteA = input.readU8(position);
+    head.byteB = input.readU8(position);
     // Deliberate: only below 4.
-    if (record.byteA < 4) {
-        record.word16 %= 3000;
+    if (head.byteA < 4) {
+        head.word16 %= 3000;
     }
 }
 
@@ -62,6 +62,9 @@ paravue::Hvx3Losses cHvx3Parser::losses() const
 
 void cHvx3Parser::append(const QByteArray &bytes)
 {
+    if (takeWhole(bytes)) {
+        return;
+    }
     // When a receiver of a signal calls this, the rest of the piece under way comes first.
     keepRest();
     m_rest = bytes;
@@ -75,8 +78,26 @@ void cHvx3Parser::append(const QByteArray &bytes)
     }
 }
 
-/// Gives the input the rest of the piece to read in place. Only when the head of a record is cut, the bytes
-/// that it needs are copied behind it first.
+/// Takes a \a piece that does not complete what is being read. Very small pieces are taken at little cost so.
+bool cHvx3Parser::takeWhole(QByteArrayView piece)
+{
+    if (!m_rest.isEmpty()) {
+        return false;
+    }
+    if (m_state == InPayload && piece.size() < m_payloadLeft) {
+        addPayload(piece);
+        return true;
+    }
+    if (piece.size() < m_missing) {
+        m_input.append(piece);
+        m_missing -= piece.size();
+        return true;
+    }
+    return false;
+}
+
+/// Gives the input the rest of the piece to read in place. Only when a header or the head of a record is cut,
+/// the bytes that it needs are copied behind it first.
 void cHvx3Parser::feed()
 {
     const QByteArrayView rest = std::exchange(m_rest, QByteArrayView());
@@ -133,6 +154,9 @@ void cHvx3Parser::parse()
 /// receiver may call append().
 bool cHvx3Parser::step()
 {
+    if (m_headerReader.position() > 0) {
+        return readHeader();
+    }
     switch (m_state) {
     case AwaitHeader:
         return headerStep();
@@ -200,7 +224,7 @@ bool cHvx3Parser::headerOrIndexStep()
 /// Reads the head of a data record. The payload goes to its frame as it comes, so that it is copied once.
 bool cHvx3Parser::dataStep()
 {
-    if (!hasHead(DataHeadSize)) {
+    if (!requireBytes(DataHeadSize)) {
         return false;
     }
     int position = 0;
@@ -219,26 +243,24 @@ bool cHvx3Parser::dataStep()
     }
     const STREAM_T &stream = m_streams.at(at);
     const bool extended = stream.streamType == VideoStream && (flags & FirstFragmentFlag);
-    if (extended && !hasHead(DataHeadSize + ExtensionSize)) {
+    if (extended && !requireBytes(DataHeadSize + ExtensionSize)) {
         return false;
     }
-    m_record = DATA_T();
-    m_record.length = length;
-    m_record.flags = flags;
-    m_record.streamId = streamId;
-    m_record.stream = stream;
+    FragmentHead head{.length = length, .flags = flags, .streamId = streamId};
     if (extended) {
-        readExtension(m_input, position, m_record);
+        readExtension(m_input, position, head);
     }
     m_input.consume(position);
     m_recordBytes = position;
+    m_recordStream = at;
     m_payloadLeft = length;
-    m_frames.begin(m_record);
+    m_frames.begin(head);
     m_state = InPayload;
     return true;
 }
 
-bool cHvx3Parser::hasHead(int size)
+/// Waits for so many bytes; false while they are not there.
+bool cHvx3Parser::requireBytes(int size)
 {
     m_missing = std::max<qsizetype>(size - m_input.size(), 0);
     return m_missing == 0;
@@ -246,22 +268,28 @@ bool cHvx3Parser::hasHead(int size)
 
 bool cHvx3Parser::payloadStep()
 {
-    const int size = static_cast<int>(std::min<qsizetype>(m_payloadLeft, m_input.size()));
-    m_frames.add(m_input.unread().first(size));
+    const qsizetype size = std::min<qsizetype>(m_payloadLeft, m_input.size());
+    addPayload(m_input.unread().first(size));
     m_input.consume(size);
-    m_recordBytes += size;
-    m_payloadLeft -= size;
     if (m_payloadLeft > 0) {
         return false;
     }
     m_recordBytes = 0;
     m_state = InData;
-    DATA_T record = std::move(m_record);
-    if (m_frames.end(record)) {
-        Q_EMIT onDATA(record);
-        m_frames.recycle(record.payload.take());
+    if (m_frames.end()) {
+        DATA_T frame = m_frames.take(m_streams.at(m_recordStream));
+        QByteArray payload = frame.payload;
+        Q_EMIT onDATA(std::move(frame));
+        m_frames.recycle(std::move(payload));
     }
     return true;
+}
+
+void cHvx3Parser::addPayload(QByteArrayView bytes)
+{
+    m_frames.add(bytes);
+    m_recordBytes += bytes.size();
+    m_payloadLeft -= static_cast<int>(bytes.size());
 }
 
 /// Drops the bytes before \a magicAt; true when a magic is there.
@@ -305,6 +333,7 @@ bool cHvx3Parser::readHeader()
 bool cHvx3Parser::dropLargeHeader()
 {
     if (m_input.size() < m_maxFrameSize) {
+        requireBytes(std::min(m_headerReader.leastSize(), m_maxFrameSize));
         return false;
     }
     m_headerReader = HeaderReader();

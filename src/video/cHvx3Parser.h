@@ -65,6 +65,7 @@ private:
     /// InPayload: the head of a data record was read.
     enum State { AwaitHeader = 0, AwaitIndex = 1, InData = 2, InPayload };
 
+    bool takeWhole(QByteArrayView piece);
     void feed();
     void parse();
     bool isGarbageBefore(QByteArrayView rest) const;
@@ -74,8 +75,9 @@ private:
     bool indexStep();
     bool headerOrIndexStep();
     bool dataStep();
-    bool hasHead(int size);
+    bool requireBytes(int size);
     bool payloadStep();
+    void addPayload(QByteArrayView bytes);
     bool skipTo(qsizetype magicAt);
     bool readHeader();
     bool dropLargeHeader();
@@ -88,11 +90,11 @@ private:
     cDataSplitter m_input;
     /// The rest of the piece that append() was given, which m_input has not got yet.
     QByteArrayView m_rest;
-    /// Bytes that are missing of the head of the data record at the front; 0 when it is none.
+    /// So many bytes at least are missing of the header, or of the head of the data record, at the front.
     qsizetype m_missing = 0;
-    /// The data record whose payload is being read, how much of the payload is to come, and how many of the
-    /// record's bytes were read.
-    DATA_T m_record;
+    /// The stream of the data record whose payload is being read, how much of the payload is to come, and how
+    /// many of the record's bytes were read.
+    int m_recordStream = 0;
     int m_payloadLeft = 0;
     qsizetype m_recordBytes = 0;
 

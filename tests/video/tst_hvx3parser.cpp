@@ -230,6 +230,10 @@ void TestHvx3Parser::doesNotDependOnPieces()
     QCOMPARE(recordsOf(cut(stream, 1)), whole);
     for (qsizetype border = 1; border < stream.size(); ++border)
         QCOMPARE(recordsOf({stream.first(border), QByteArray(), stream.sliced(border)}), whole);
+    // A record does not wait for the one behind it.
+    const QByteArray header = hvx3Header({{Video, 1, "a", "b", "c"}}, "n");
+    QCOMPARE(recordsOf(cut(header, 1)), recordsOf({header}));
+    QCOMPARE(recordsOf({header}).size(), 1);
 }
 
 void TestHvx3Parser::countsWhatIsLost()
