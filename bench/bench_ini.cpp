@@ -15,6 +15,7 @@
 #include <SimpleIni.h>
 #include <ini.h>
 
+#include <malloc.h>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -417,6 +418,34 @@ void lookUp(benchmark::State &state)
         {.limit = usedFiles == 1 ? 3.0 : 8.0});
 }
 
+double heapInUse()
+{
+    const auto info = mallinfo2();
+    return double(info.uordblks + info.hblkhd);
+}
+
+/// What is kept of a file of which every key is available, and once every value was asked for.
+void heapPerByte(benchmark::State &state)
+{
+    constexpr double Limit = 8;
+    const SampleFile &sample = sampleOf(state.range(0));
+    FreshFiles files(sample.text);
+    for (auto _ : state) {
+        const QString path = files.next();
+        const double before = heapInUse();
+        OrbSettings settings(path);
+        settings.read();
+        const double perByte = (heapInUse() - before) / double(sample.text.size());
+        for (const QString &key : sample.keys)
+            benchmark::DoNotOptimize(settings.find(key));
+        state.counters["bytes"] = perByte;
+        state.counters["with_values"] = (heapInUse() - before) / double(sample.text.size());
+        state.counters["limit"] = Limit;
+        state.SetLabel(perByte <= Limit ? "within limit" : "OVER LIMIT");
+        settings.setPath(QString());
+    }
+}
+
 BENCHMARK(parse)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(parseEditWrite)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(parseBeside<parseByHand, 150>)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
@@ -431,6 +460,7 @@ BENCHMARK(perLine<editOurs>)->Apply(applyPaired);
 BENCHMARK(addKeys)->Arg(Small)->Arg(Medium)->Arg(Large)->Apply(applyPaired);
 BENCHMARK(newKeys)->Apply(applyPaired);
 BENCHMARK(quotedValues)->Apply(applyPaired);
+BENCHMARK(heapPerByte)->Arg(Small)->Arg(Medium)->Arg(Large)->Iterations(2);
 BENCHMARK(lookUp)->ArgsProduct({{Small, Medium, Large}, {1}})->Args({Small, 20})->Apply(applyPaired);
 
 } // namespace

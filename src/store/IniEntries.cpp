@@ -69,13 +69,15 @@ void IniEntries::clear()
     m_sorted.clear();
     m_index.clear();
     m_entries.clear();
+    m_freeKeys = {};
     m_keys.release();
 }
 
-void IniEntries::reserve(qsizetype count)
+void IniEntries::reserve(qsizetype count, qsizetype keyBytes)
 {
     m_entries.reserve(size_t(count));
     m_index.reserve(size_t(count));
+    m_freeKeys = {static_cast<char *>(m_keys.allocate(size_t(keyBytes), alignof(char))), size_t(keyBytes)};
 }
 
 const IniEntries::Entry *IniEntries::find(QStringView key) const
@@ -120,8 +122,13 @@ size_t IniEntries::hashOf(QByteArrayView key) const
 
 QByteArrayView IniEntries::keep(QByteArrayView key)
 {
-    auto *const copy = static_cast<char *>(m_keys.allocate(size_t(key.size()), alignof(char)));
-    std::copy_n(key.data(), key.size(), copy);
+    const size_t size = size_t(key.size());
+    const bool isReserved = size <= m_freeKeys.size();
+    char *const copy =
+        isReserved ? m_freeKeys.data() : static_cast<char *>(m_keys.allocate(size, alignof(char)));
+    if (isReserved)
+        m_freeKeys = m_freeKeys.subspan(size);
+    std::copy_n(key.data(), size, copy);
     return {copy, key.size()};
 }
 

@@ -9,6 +9,7 @@
 #include <QStringView>
 
 #include <memory_resource>
+#include <span>
 #include <vector>
 
 namespace paravue
@@ -67,8 +68,8 @@ public:
 
     bool isEmpty() const { return m_entries.empty(); }
     void clear();
-    /// Makes room for \a count entries in all.
-    void reserve(qsizetype count);
+    /// Makes room for \a count entries in all, with keys of so many bytes together.
+    void reserve(qsizetype count, qsizetype keyBytes = 0);
 
     const Entry *find(QStringView key) const;
     /// The number of the entry of \a key, which is a new one when there is none.
@@ -95,6 +96,7 @@ private:
 
     size_t m_seed = QHashSeed::globalSeed();
     std::pmr::monotonic_buffer_resource m_keys; ///< memory of the characters of all keys
+    std::span<char> m_freeKeys;                 ///< what is free of what was reserved of it
     std::vector<Entry> m_entries;
     KeyIndex m_index;
     mutable std::vector<const Entry *> m_sorted;

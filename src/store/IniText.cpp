@@ -67,7 +67,7 @@ void IniText::append(const QByteArray &content)
 {
     const qsizetype base = m_bytes.size();
     const bool allAscii = isAscii(content);
-    constexpr qsizetype UsualLine = 32;
+    constexpr qsizetype UsualLine = 24; // or longer
     m_marks.reserve(m_marks.size() + size_t(content.size() / UsualLine));
     PiecewiseCopy copy(content);
     const char *const data = content.constData();

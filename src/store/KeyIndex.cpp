@@ -9,7 +9,7 @@ namespace paravue
 
 void KeyIndex::reserve(size_t count)
 {
-    const size_t slots = std::bit_ceil(2 * count);
+    const size_t slots = std::bit_ceil(count + count / 2);
     if (slots <= m_slots.size())
         return;
     const std::vector<Slot> old = std::exchange(m_slots, std::vector<Slot>(slots));
@@ -22,7 +22,7 @@ void KeyIndex::reserve(size_t count)
 void KeyIndex::insert(size_t hash, quint32 number)
 {
     constexpr size_t smallest = 16;
-    if (2 * (m_count + 1) > m_slots.size())
+    if (3 * (m_count + 1) > 2 * m_slots.size())
         reserve(std::max(smallest, 2 * m_count));
     put({quint32(hash), number});
     ++m_count;

@@ -46,7 +46,7 @@ private:
     size_t mask() const { return m_slots.size() - 1; }
     void put(Slot slot);
 
-    std::vector<Slot> m_slots; ///< their number is a power of two, at most half of them are in use
+    std::vector<Slot> m_slots; ///< their number is a power of two, at most two thirds are in use
     size_t m_count = 0;
 };
 

@@ -132,7 +132,7 @@ void OrbSettings::takeKeys()
     m_linesKnown = true;
     m_entriesOfLines.assign(m_text.marks().size(), 0);
     if (m_entries.isEmpty())
-        m_entries.reserve(qsizetype(m_text.marks().size()));
+        m_entries.reserve(qsizetype(m_text.marks().size()), keyBytes());
     for (IniEntries::Entry &entry : m_entries.all())
         entry.met = false;
 
@@ -160,6 +160,21 @@ void OrbSettings::takeKeys()
         entry.withdrawn = false;
     }
     m_unedited.removeIf([this](auto unedited) { return !m_entries[unedited.key()].edited; });
+}
+
+/// Of the keys of all lines together.
+qsizetype OrbSettings::keyBytes() const
+{
+    qsizetype bytes = 0;
+    qsizetype sectionSize = DefaultSection.size() + 1;
+    for (const IniText::Mark &mark : m_text.marks()) {
+        const qsizetype nameSize = mark.nameEnd - mark.nameBegin;
+        if (mark.isSection)
+            sectionSize = nameSize + 1;
+        else
+            bytes += sectionSize + nameSize;
+    }
+    return bytes;
 }
 
 void OrbSettings::appendRepeats()

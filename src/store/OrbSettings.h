@@ -81,6 +81,7 @@ private:
     }
     bool addUnchanged();
     void takeKeys();
+    qsizetype keyBytes() const;
     void appendRepeats();
     bool mayWrite();
     paravue::IniText merged();
