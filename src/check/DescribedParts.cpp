@@ -6,6 +6,7 @@
 #include "check/ProblemList.h"
 #include "ui/CWinMain.h"
 #include "ui/binding/ControlAdapter.h"
+#include "ui/description/ElementAttributes.h"
 #include "ui/page/GridCell.h"
 #include "ui/types/ControlTypes.h"
 
@@ -127,7 +128,7 @@ private:
         const QString type = item.attribute(QStringLiteral("type"));
         const LayoutItem layout = layoutItem(type);
         const ControlAdapter *adapter = adapterOfType(type);
-        if (!GridCell::of(item).isWithinLimits())
+        if (!GridCell::of(ElementAttributes(item)).isWithinLimits())
             m_problems.error(item, CheckText::tr("This row or column is beyond the limits of a grid"));
         if (layout == LayoutItem::Grid)
             grid(item);

@@ -13,6 +13,7 @@
 #include "device/protocol/GzText.h"
 #include "device/protocol/Limits.h"
 #include "store/XmlLimits.h"
+#include "ui/description/ElementAttributes.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/page/GridCell.h"
 
@@ -79,7 +80,7 @@ public:
             QDomElement whole = control.element;
             while (!whole.isNull() && whole != pages && m_parts.of(whole).kind != ActionTarget::Kind::Dialog)
                 whole = whole.parentNode().toElement();
-            if (whole.isNull() || !GridCell::of(control.element).isWithinLimits())
+            if (whole.isNull() || !GridCell::of(ElementAttributes(control.element)).isWithinLimits())
                 continue;
             const QString dialog = whole == pages ? QString() : openingTag(whole);
             if (whole == pages || !dialog.isEmpty())

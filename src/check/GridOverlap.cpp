@@ -3,6 +3,7 @@
 #include "check/CheckText.h"
 #include "check/ProblemList.h"
 #include "ui/base/UiLimits.h"
+#include "ui/description/ElementAttributes.h"
 #include "ui/page/GridCell.h"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ std::vector<Item> shownItems(const QDomElement &grid)
     std::vector<Item> items;
     for (QDomElement item = grid.firstChildElement(tag); !item.isNull();
          item = item.nextSiblingElement(tag)) {
-        const GridCell cell = GridCell::of(item);
+        const GridCell cell = GridCell::of(ElementAttributes(item));
         const bool isHidden = item.attribute(QStringLiteral("visible")) == QLatin1String("no");
         if (cell.isWithinLimits() && !isHidden)
             items.push_back({item, cell});

@@ -1,5 +1,6 @@
 #include "ui/description/DescribedGrid.h"
 
+#include "ui/description/ElementAttributes.h"
 #include "ui/description/InterfaceDocument.h"
 #include "ui/description/TextReferences.h"
 
@@ -13,18 +14,18 @@ namespace
 
 constexpr int ToTheEdge = -1;
 
-int spanOf(const QDomElement &item, const QString &name)
+int spanOf(const ElementAttributes &item, QLatin1StringView name)
 {
-    const int span = intAttribute(item, name);
+    const int span = item.number(name);
     return span == 0 ? 1 : std::max(span, ToTheEdge);
 }
 
 } // namespace
 
-CellPlace CellPlace::of(const QDomElement &item)
+CellPlace CellPlace::of(const ElementAttributes &item)
 {
-    return {intAttribute(item, QStringLiteral("row")), intAttribute(item, QStringLiteral("column")),
-            spanOf(item, QStringLiteral("rowSpan")), spanOf(item, QStringLiteral("columnSpan"))};
+    return {item.number(QLatin1StringView("row")), item.number(QLatin1StringView("column")),
+            spanOf(item, QLatin1StringView("rowSpan")), spanOf(item, QLatin1StringView("columnSpan"))};
 }
 
 bool DescribedCell::isLine() const
@@ -55,7 +56,9 @@ DescribedGrid::DescribedGrid(const QDomElement &item)
     const QString itemTag = QStringLiteral("item");
     for (QDomElement child = item.firstChildElement(itemTag); !child.isNull();
          child = child.nextSiblingElement(itemTag)) {
-        const DescribedCell cell{child, CellPlace::of(child), child.attribute(QStringLiteral("type"))};
+        const ElementAttributes attributes(child);
+        const DescribedCell cell{child, CellPlace::of(attributes),
+                                 attributes.text(QLatin1StringView("type"))};
         if (cell.isLabel() && !cell.showsOnlyAValue()) {
             m_rightOf.insert({cell.place.row, cell.place.columnEnd()}, child);
             m_below.insert({cell.place.row + std::max(cell.place.rowSpan, 1), cell.place.column}, child);

@@ -12,6 +12,8 @@
 namespace paravue
 {
 
+class ElementAttributes;
+
 /// The cells of a grid that an item takes.
 struct CellPlace {
     int row = 0;
@@ -19,7 +21,7 @@ struct CellPlace {
     int rowSpan = 1; ///< -1: up to the last row, and so for columns
     int columnSpan = 1;
 
-    static CellPlace of(const QDomElement &item);
+    static CellPlace of(const ElementAttributes &item);
     int columnEnd() const { return columnSpan < 0 ? std::numeric_limits<int>::max() : column + columnSpan; }
 };
 

@@ -2,6 +2,7 @@
 
 #include "ui/base/Alignment.h"
 #include "ui/base/UiLimits.h"
+#include "ui/description/ElementAttributes.h"
 #include "ui/description/InterfaceDocument.h"
 
 namespace paravue
@@ -19,10 +20,10 @@ bool isWithinGrid(int index, int span)
 
 } // namespace
 
-GridCell GridCell::of(const QDomElement &item)
+GridCell GridCell::of(const ElementAttributes &item)
 {
-    return {CellPlace::of(item), horizontalAlignment(item.attribute(QStringLiteral("alignment"))) |
-                                     verticalAlignment(item.attribute(QStringLiteral("valign")))};
+    return {CellPlace::of(item), horizontalAlignment(item.text(QLatin1StringView("alignment"))) |
+                                     verticalAlignment(item.text(QLatin1StringView("valign")))};
 }
 
 bool GridCell::isWithinLimits() const

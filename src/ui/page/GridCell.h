@@ -14,7 +14,7 @@ namespace paravue
 struct GridCell : CellPlace {
     Qt::Alignment alignment;
 
-    static GridCell of(const QDomElement &item);
+    static GridCell of(const ElementAttributes &item);
     /// False when the grid would have more rows or columns than a description may ask for.
     bool isWithinLimits() const;
 };

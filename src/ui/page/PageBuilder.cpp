@@ -8,7 +8,7 @@
 #include "ui/binding/ControlContext.h"
 #include "ui/binding/FieldNotes.h"
 #include "ui/binding/ToolTip.h"
-#include "ui/description/InterfaceDocument.h"
+#include "ui/description/ElementAttributes.h"
 #include "ui/page/GridCell.h"
 #include "ui/page/NotedFieldItem.h"
 #include "ui/page/PageArea.h"
@@ -104,6 +104,17 @@ void crossGrid(const QGridLayout &grid, const Cells &cells, const QList<Separato
 
 } // namespace
 
+/// An item of a grid.
+struct PageBuilder::Item {
+    explicit Item(const QDomElement &item) : element(item), attributes(item), cell(GridCell::of(attributes))
+    {
+    }
+
+    QDomElement element;
+    ElementAttributes attributes;
+    GridCell cell;
+};
+
 PageBuilder::PageBuilder(ControlContext &context, std::function<void(QWidget *control)> changed,
                          AdapterLookup adapterOf)
     : m_context(context), m_table(context.description().table()), m_changed(std::move(changed)),
@@ -181,10 +192,11 @@ void PageBuilder::fillGrid(QGridLayout &grid, const QDomElement &item)
         if (child.tagName() == QLatin1String("stretch")) {
             m_grows |= applyStretch(grid, child);
         } else if (child.tagName() == QLatin1String("item")) {
-            const GridCell cell = GridCell::of(child);
+            const Item described(child);
+            const GridCell &cell = described.cell;
             QList<QWidget *> widgets;
             QScopedValueRollback receiver(m_widgets, &widgets);
-            addItem(grid, cell, child);
+            addItem(grid, described);
             cells.emplace(std::pair(cell.row, cell.column), Cell{widgets, cell.rowSpan, cell.columnSpan});
         }
     }
@@ -220,9 +232,10 @@ Qt::Orientations PageBuilder::applyStretch(QGridLayout &grid, const QDomElement 
     return isColumn ? Qt::Horizontal : Qt::Vertical;
 }
 
-void PageBuilder::addItem(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
+void PageBuilder::addItem(QGridLayout &grid, const Item &item)
 {
-    const QString type = item.attribute(QStringLiteral("type"));
+    const GridCell &cell = item.cell;
+    const QString type = item.attributes.text(QLatin1StringView("type"));
     const LayoutItem layout = layoutItem(type);
     const ControlAdapter *adapter = layout == LayoutItem::None ? m_adapterOf(type) : nullptr;
     if (layout == LayoutItem::None && !adapter) {
@@ -243,48 +256,51 @@ void PageBuilder::addItem(QGridLayout &grid, const GridCell &cell, const QDomEle
     if (!m_context.take(ControlContext::GridLines, std::max(newRows, 0) + std::max(newColumns, 0)))
         return;
     if (layout == LayoutItem::Grid)
-        addGrid(grid, cell, item);
+        addGrid(grid, item);
     else if (layout == LayoutItem::Spacer)
-        addSpacer(grid, cell, item);
+        addSpacer(grid, item);
     else
-        addControl(*adapter, grid, cell, item);
+        addControl(*adapter, grid, item);
 }
 
-void PageBuilder::addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
+void PageBuilder::addGrid(QGridLayout &grid, const Item &item)
 {
+    const GridCell &cell = item.cell;
     auto *inner = new QGridLayout;
     grid.addLayout(inner, cell.row, cell.column, cell.rowSpan, cell.columnSpan, cell.alignment);
-    fillGrid(*inner, item);
+    fillGrid(*inner, item.element);
 }
 
-void PageBuilder::addSpacer(QGridLayout &grid, const GridCell &cell, const QDomElement &item)
+void PageBuilder::addSpacer(QGridLayout &grid, const Item &item)
 {
+    const GridCell &cell = item.cell;
     const auto along = QSizePolicy::Expanding;
     const auto across = QSizePolicy::Minimum;
-    const Qt::Orientation direction = orientation(item.attribute(QStringLiteral("orientation")));
+    const Qt::Orientation direction = orientation(item.attributes.text(QLatin1StringView("orientation")));
     auto *spacer = direction == Qt::Horizontal ? new QSpacerItem(0, 0, along, across)
                                                : new QSpacerItem(0, 0, across, along);
     grid.addItem(spacer, cell.row, cell.column, cell.rowSpan, cell.columnSpan);
     m_grows |= direction;
 }
 
-void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, const GridCell &cell,
-                             const QDomElement &item)
+void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, const Item &item)
 {
-    Control &control = m_table.add(item, &adapter);
+    const GridCell &cell = item.cell;
+    const ElementAttributes &attributes = item.attributes;
+    Control &control = m_table.add(item.element, &adapter);
     QWidget *widget = adapter.create(m_context, control, m_page);
     m_table.attach(control, widget);
-    applyLook(control, widget);
-    if (item.attribute(QStringLiteral("enabled")) == QLatin1String("no"))
+    applyLook(control, attributes, widget);
+    if (attributes.text(QLatin1StringView("enabled")) == QLatin1StringView("no"))
         widget->setEnabled(false);
-    if (item.attribute(QStringLiteral("visible")) == QLatin1String("no"))
+    if (attributes.text(QLatin1StringView("visible")) == QLatin1StringView("no"))
         widget->hide();
     connectChanges(adapter, widget);
     WheelGuard::install(widget);
     FieldNotes::attach(control, adapter.traits().showsUnit);
     const bool isNoted = adapter.traits().hasUnfitValues || FieldNotes::of(widget);
-    ControlItem *placed = place(widget, adapter.fills(item), isNoted, grid, cell);
-    const bool hasOwnWidth = intAttribute(item, QStringLiteral("width")) > 0;
+    ControlItem *placed = place(widget, adapter.fills(item.element), isNoted, grid, cell);
+    const bool hasOwnWidth = attributes.number(QLatin1StringView("width")) > 0;
     if (placed && !hasOwnWidth && cell.columnSpan == 1 && ControlItem::isField(*widget)) {
         std::shared_ptr<FieldColumn> &column = (*m_columns)[cell.column];
         if (!column)
@@ -294,7 +310,7 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
     m_widgets->append(widget);
     m_created.append(widget);
     if (QTabWidget *tabs = adapter.tabs(control))
-        buildTabs(item, tabs);
+        buildTabs(item.element, tabs);
 }
 
 ControlItem *PageBuilder::place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
@@ -335,20 +351,19 @@ Control &PageBuilder::adoptWindow(const QDomElement &element, QWidget *window)
 {
     Control &control = m_table.add(element, nullptr);
     m_table.attach(control, window);
-    applyLook(control, window);
+    applyLook(control, ElementAttributes(element), window);
     return control;
 }
 
-void PageBuilder::applyLook(const Control &control, QWidget *widget)
+void PageBuilder::applyLook(const Control &control, const ElementAttributes &attributes, QWidget *widget)
 {
-    const QDomElement &element = control.element;
     loadToolTip(m_context, control);
     const bool sizesItself = control.adapter && control.adapter->traits().sizesItself;
-    if (const int width = intAttribute(element, QStringLiteral("width")); width > 0 && !sizesItself)
+    if (const int width = attributes.number(QLatin1StringView("width")); width > 0 && !sizesItself)
         widget->setMinimumWidth(std::min(width, limits::Pixels));
-    if (const int height = intAttribute(element, QStringLiteral("height")); height > 0 && !sizesItself)
+    if (const int height = attributes.number(QLatin1StringView("height")); height > 0 && !sizesItself)
         widget->setMinimumHeight(std::min(height, limits::Pixels));
-    if (element.attribute(QStringLiteral("textside")) == QLatin1String("left"))
+    if (attributes.text(QLatin1StringView("textside")) == QLatin1StringView("left"))
         widget->setLayoutDirection(Qt::RightToLeft);
 }
 

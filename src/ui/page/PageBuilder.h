@@ -15,6 +15,7 @@ namespace paravue
 {
 
 class ControlItem;
+class ElementAttributes;
 class FieldColumn;
 class SeparatorItem;
 struct GridCell;
@@ -44,20 +45,21 @@ public:
     Control &adoptWindow(const QDomElement &element, QWidget *window);
 
 private:
+    struct Item;
+
     void fillGrid(QGridLayout &grid, const QDomElement &item);
     /// Returns the direction in which the grid now wants to grow.
     Qt::Orientations applyStretch(QGridLayout &grid, const QDomElement &stretch);
-    void addItem(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
-    void addGrid(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
-    void addSpacer(QGridLayout &grid, const GridCell &cell, const QDomElement &item);
-    void addControl(const ControlAdapter &adapter, QGridLayout &grid, const GridCell &cell,
-                    const QDomElement &item);
+    void addItem(QGridLayout &grid, const Item &item);
+    void addGrid(QGridLayout &grid, const Item &item);
+    void addSpacer(QGridLayout &grid, const Item &item);
+    void addControl(const ControlAdapter &adapter, QGridLayout &grid, const Item &item);
     /// Returns null when the grid has made the item itself.
     ControlItem *place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,
                        const GridCell &cell);
     void showLater(QWidget *widget);
     void buildGrids(const QDomElement &container, QWidget *page);
-    void applyLook(const Control &control, QWidget *widget);
+    void applyLook(const Control &control, const ElementAttributes &attributes, QWidget *widget);
     void connectChanges(const ControlAdapter &adapter, QWidget *widget);
 
     ControlContext &m_context;
