@@ -134,10 +134,10 @@ void runReport(const ControlCommandLine &line, const CommandEnd &end)
         return end(
             {ExitCode::LocalFile, ControlText::tr("%1 exists; --force overwrites it").arg(line.output)}, {});
     Outcome problem;
-    const auto log = std::make_shared<ExchangeLog>();
     const auto session = RecorderSession::open(line, problem);
     if (!session)
         return end(problem, {});
+    const auto log = std::make_shared<ExchangeLog>(session->store().address());
     // What has failed is what support wants to know of.
     session->fetch([=](const Outcome &fetched) { finish(*session, fetched, *log, line, end); });
 }

@@ -163,7 +163,8 @@ void OrbNetSetup::_connect()
     setActivity(tr("Connecting"));
     showRunning();
     waitFor(m_timeouts.connection);
-    qCInfo(linkLog).noquote() << "connecting to" << device->host << "port" << device->port;
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "connecting to" << device->host << "port"
+                              << device->port;
     m_socket->connectToHost(device->host, device->port, QIODevice::ReadWrite);
 }
 
@@ -194,7 +195,7 @@ void OrbNetSetup::connected()
     m_state = LoginSent;
     setActivity(tr("Logging in"));
     waitFor(m_timeouts.answer);
-    qCInfo(linkLog).noquote() << "connected, logging in as"
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "connected, logging in as"
                               << logText(value(QStringLiteral("general/network/login")));
     m_socket->write(request);
 }
@@ -262,7 +263,7 @@ bool OrbNetSetup::acceptLogin()
     case LoginReply::Accepted:
         m_buffer.clear();
         m_state = LoggedIn;
-        qCInfo(linkLog) << "logged in";
+        qCInfo(linkLog).noquote() << linkLogName(address()) << "logged in";
         return true;
     case LoginReply::Refused:
         retryLogin();
@@ -332,7 +333,7 @@ void OrbNetSetup::noteAcceptance(const QString &words)
 {
     if (words.isEmpty())
         return;
-    qCInfo(linkLog).noquote() << "accepted:" << logText(words);
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "accepted:" << logText(words);
     setAcceptance(words);
 }
 
@@ -342,7 +343,7 @@ void OrbNetSetup::keepReply()
     // Taken out first: the handler may replace the list that the command stands in.
     const QByteArray body = std::exchange(m_buffer, {});
     if (m_state >= FirstCommand)
-        qCInfo(linkLog) << "answered," << body.size() << "bytes";
+        qCInfo(linkLog).noquote() << linkLogName(address()) << "answered," << body.size() << "bytes";
     if (m_state >= FirstCommand && m_operation == Send)
         noteArrival(QString::fromUtf8(commandCurrent().name));
     if (m_state < FirstCommand || m_operation != Fetch)
@@ -419,7 +420,7 @@ void OrbNetSetup::disconnected()
 
 void OrbNetSetup::finishExchange()
 {
-    qCInfo(linkLog) << "exchange ended";
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "exchange ended";
     m_state = Idle;
     m_operation = NoOperation;
     m_cmdlist.clear();
@@ -447,7 +448,7 @@ void OrbNetSetup::showRunning()
 
 void OrbNetSetup::showFailed(LinkStatus::Cause cause, const QString &problem)
 {
-    qCInfo(linkLog).noquote() << "failed:" << logText(problem);
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "failed:" << logText(problem);
     LinkStatus status{LinkStatus::State::Failed, problem};
     status.cause = cause;
     setLinkStatus(status);
@@ -540,7 +541,7 @@ void OrbNetSetup::retryLogin()
 
 void OrbNetSetup::askForLogin()
 {
-    qCInfo(linkLog) << "the login was refused, asking for another one";
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "the login was refused, asking for another one";
     // The answer to the open question also serves an exchange that is refused meanwhile.
     m_resetsBeforeQuestion = m_resets;
     if (m_isAsking)

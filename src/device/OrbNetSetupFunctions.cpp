@@ -42,7 +42,7 @@ std::optional<QByteArray> packageContent(const QString &path)
 void OrbNetSetup::function(const QString &name, const QString &arg)
 {
     const DeviceCommand *command = findDeviceCommand(name);
-    qCInfo(linkLog).noquote() << "function" << logText(name);
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "function" << logText(name);
     if (!command) {
         OrbSetup::function(name, arg);
         return;

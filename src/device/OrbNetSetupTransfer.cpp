@@ -311,8 +311,8 @@ bool OrbNetSetup::sendRequest(const compcommand &command)
         return false;
     }
     const QByteArray body = m_operation == Send ? wireBody(*content) : QByteArray();
-    qCInfo(linkLog).noquote() << "sent" << logText(QString::fromLocal8Bit(request)) << "for" << name << "with"
-                              << body.size() << "bytes";
+    qCInfo(linkLog).noquote() << linkLogName(address()) << "sent" << logText(QString::fromLocal8Bit(request))
+                              << "for" << name << "with" << body.size() << "bytes";
     if (m_operation == Send)
         noteUnanswered(name);
     m_socket->write(request);

@@ -258,10 +258,18 @@ void TestControlInventory::reportsOnEach()
     QCOMPARE(run(command).exitCode, 5); // nobody is asked
     m_recorders[1]->setFaults({{Kind::Error, 0, "busy", "GET DISK CONFIG"}});
     QCOMPARE(run(command + QStringList("--yes")).exitCode, 1);
-    for (const auto &[name, outcome] :
-         {std::pair("gate", "outcome: 0"), {"hall", "outcome: 1"}, {"yard", "outcome: 0"}}) {
-        QFile file(m_folder->filePath(QString(name) + ".txt"));
-        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains(outcome));
+    for (int i = 0; i < Names.size(); ++i) {
+        QFile file(m_folder->filePath(Names[i] + ".txt"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        QVERIFY(text.contains(i == 1 ? "outcome: 1" : "outcome: 0"));
+        const QString log = text.section("==== log", 1).section("====", 0, 0);
+        QVERIFY2(log.contains(" logging in as admin\n"), qPrintable(log));
+        QCOMPARE(log.contains("exchange ended"), i != 1);
+        // What the others have said is not for those who read of this one.
+        for (int other = 0; other < Names.size(); ++other)
+            QCOMPARE(log.count(QString(host(other)).replace(":", " port ")), i == other ? 1 : 0);
+        QCOMPARE(log.count("busy"), i == 1 ? 1 : 0);
     }
 }
 
