@@ -1239,6 +1239,14 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>%1; not confirmed: %2</source>
         <translation>%1; не подтверждены: %2</translation>
     </message>
+    <message>
+        <source>another run uses %1; its lock is %2</source>
+        <translation>файл %1 использует другой запуск; его блокировка — %2</translation>
+    </message>
+    <message>
+        <source>the file %1 cannot be made</source>
+        <translation>не удалось создать файл %1</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

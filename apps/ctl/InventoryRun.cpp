@@ -70,6 +70,7 @@ QString makeLine(const ControlCommandLine &all, const InventoryEntry &recorder, 
 
 struct RecorderRun {
     QString name;
+    QString work; ///< for the journal
     ControlCommandLine line;
     std::optional<Outcome> outcome; ///< once it has ended
 };
@@ -116,12 +117,14 @@ private:
         ValuePatterns limit(m_line.limit.isEmpty() ? QStringList() : QStringList(m_line.limit));
         for (const InventoryEntry &recorder : inventory.recorders()) {
             if ((!m_line.group.isEmpty() && !recorder.groups.contains(m_line.group)) ||
-                !limit.contains(recorder.name) || m_journal.contains(recorder.name))
+                !limit.contains(recorder.name))
                 continue;
-            RecorderRun run{recorder.name, {}, {}};
+            RecorderRun run{recorder.name, {}, {}, {}};
             if (const QString problem = makeLine(m_line, recorder, run.line); !problem.isEmpty())
                 return {ExitCode::WrongUsage, problem};
-            m_runs.push_back(run);
+            run.work = m_journal.workOf(run.line);
+            if (!m_journal.contains(run.name, run.work))
+                m_runs.push_back(run);
         }
         return limit.unmatched().isEmpty()
                    ? Outcome()
@@ -169,7 +172,7 @@ private:
             m_isStopped = true;
         else if (!outcome.isDone())
             ++m_failures;
-        else if (!m_line.dryRun && !m_journal.note(run.name))
+        else if (!m_line.dryRun && !m_journal.note(run.name, run.work).isDone())
             m_isStopped = true;
         print(run, report);
         showProgress();

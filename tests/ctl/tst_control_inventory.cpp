@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -189,8 +190,16 @@ void TestControlInventory::goesOnAfterAFailure()
 void TestControlInventory::takesAnInterruptedRunUp()
 {
     const QString journal = m_folder->filePath("journal");
-    const QStringList command{
-        "set", "net/untitled/IP=10.0.0.1", "--inventory", iniFile(), "--json", "--resume", journal};
+    const QStringList command{"set",      "--file", ownFile("wanted", "net/untitled/IP=10.0.0.1\n"),
+                              "--json",   "--jobs", "1",
+                              "--resume", journal,  "--inventory",
+                              iniFile()};
+    const auto done = [](const ControlRun &run) {
+        QStringList names;
+        for (const QString &line : run.out.split('\n', Qt::SkipEmptyParts))
+            names << QJsonDocument::fromJson(line.toUtf8()).object()["name"].toString();
+        return names;
+    };
     m_recorders[1]->setFaults({{Kind::Error, 0, "busy", "PUT NET CONFIG"}});
     QCOMPARE(run(command).exitCode, 1);
     m_recorders[1]->setFaults({});
@@ -199,11 +208,27 @@ void TestControlInventory::takesAnInterruptedRunUp()
     file.close();
     const ControlRun again = run(command);
     QCOMPARE(again.exitCode, 0);
-    QVERIFY2(again.out.contains("\"hall\"") && again.out.count('\n') == 1, qPrintable(again.out));
+    QCOMPARE(done(again), QStringList("hall"));
     QCOMPARE(run(command).out, "");
+    // Other values are other work.
+    ownFile("wanted", "net/untitled/IP=10.0.0.2\n");
+    QCOMPARE(done(run(command)), Names);
+    QCOMPARE(addressOf(0), "10.0.0.2");
+    iniFile("[group inside]\nnet/untitled/DNS2=10.0.0.{place}\nplace=4\n");
+    QCOMPARE(done(run(command)), Names.mid(1));
+    iniFile("[group inside]\nnet/untitled/DNS2=10.0.0.{place}\nplace=4\n[group far]\nplace=5\n");
+    QCOMPARE(run(command).out, ""); // the group "inside" comes first
+    iniFile("[group inside]\nnet/untitled/DNS2=10.0.0.{place}\nplace=5\n");
+    QCOMPARE(done(run(command)), Names.mid(1));
+
     const ControlRun other = run({"get", "net", "--inventory", iniFile(), "--resume", journal});
     QCOMPARE(other.exitCode, 7);
     QVERIFY(file.open(QIODevice::ReadOnly) && !file.readAll().contains("10.0.0.1"));
+    QLockFile lock(journal + ".lock");
+    QVERIFY(lock.tryLock());
+    const ControlRun second = run(command);
+    QCOMPARE(second.exitCode, 6);
+    QVERIFY2(second.err.contains("another run uses " + journal), qPrintable(second.err));
 }
 
 void TestControlInventory::tellsWhoComplies()
