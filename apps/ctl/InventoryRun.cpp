@@ -172,11 +172,21 @@ private:
             m_isStopped = true;
         else if (!outcome.isDone())
             ++m_failures;
-        else if (!m_line.dryRun && !m_journal.note(run.name, run.work).isDone())
-            m_isStopped = true;
+        else if (!m_line.dryRun)
+            noteDone(run);
         print(run, report);
         showProgress();
         beginMore();
+    }
+
+    /// Without a journal the run could not be taken up again, so it does not go on.
+    void noteDone(const RecorderRun &run)
+    {
+        const Outcome noted = m_journal.note(run.name, run.work);
+        if (noted.isDone())
+            return;
+        m_isStopped = true;
+        m_journalProblem = noted;
     }
 
     static Colour colourOf(const RecorderRun &run)
@@ -273,12 +283,13 @@ private:
         QTextStream(stdout) << metricsText(m_metrics);
         printTable();
         const OutcomeHandler end = std::move(m_end);
-        end(outcome());
+        end(m_journalProblem.isDone() ? outcome() : m_journalProblem);
     }
 
     const ControlCommandLine m_line;
     OutcomeHandler m_end;
     RunJournal m_journal;
+    Outcome m_journalProblem;
     QList<MetricSample> m_metrics;
     std::vector<RecorderRun> m_runs;
     size_t m_next = 0;  ///< to begin

@@ -1,5 +1,6 @@
 #include "ControlProgram.h"
 #include "recorder/RecorderServer.h"
+#include "support/FullDisk.h"
 #include "support/OwnUserFolders.h"
 #include "support/TestTable.h"
 
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void goesOnAfterAFailure_data();
     void goesOnAfterAFailure();
     void takesAnInterruptedRunUp();
+    void stopsWhenItCannotNoteWhatIsDone();
     void tellsWhoComplies();
     void printsMetrics();
     void reportsOnEach();
@@ -229,6 +231,26 @@ void TestControlInventory::takesAnInterruptedRunUp()
     const ControlRun second = run(command);
     QCOMPARE(second.exitCode, 6);
     QVERIFY2(second.err.contains("another run uses " + journal), qPrintable(second.err));
+}
+
+void TestControlInventory::stopsWhenItCannotNoteWhatIsDone()
+{
+    SKIP_WITHOUT_FULL_DISK();
+    const QString journal = m_folder->filePath("journal");
+    const QStringList command{"get",      "net/untitled/IP", "--jobs",      "1",
+                              "--resume", journal,           "--inventory", iniFile()};
+    QCOMPARE(run(command + QStringList{"--limit", "gate"}).exitCode, 0);
+    QFile file(journal);
+    QVERIFY(file.open(QIODevice::Append) && file.write(QByteArray(2 << 20, ' ') + '\n') > 0);
+    file.close();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("PARAVUE_PASSWORD", "admin");
+    const QString limited =
+        QString("trap '' XFSZ; ulimit -f 4096; exec '%1' '%2'").arg(CONTROL_PROGRAM, command.join("' '"));
+    const ControlRun run = runProgram("sh", {"-c", limited}, environment);
+    QCOMPARE(run.exitCode, 6);
+    QVERIFY2(run.err.startsWith("paravue-ctl: cannot write " + journal + ": "), qPrintable(run.err));
+    QVERIFY2(run.out.contains("\nhall  done\nyard  not begun\n"), qPrintable(run.out));
 }
 
 void TestControlInventory::tellsWhoComplies()
