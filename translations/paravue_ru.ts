@@ -1247,6 +1247,14 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>the file %1 cannot be made</source>
         <translation>не удалось создать файл %1</translation>
     </message>
+    <message>
+        <source>End an exchange that lasts longer, though the recorder goes on answering (without it 40 times the timeout).</source>
+        <translation>Прерывать обмен, который длится дольше, даже если регистратор продолжает отвечать (без параметра 40 значений --timeout).</translation>
+    </message>
+    <message>
+        <source>the exchange has lasted longer than %1 s; --time-limit allows more</source>
+        <translation>обмен длился дольше %1 с; --time-limit разрешает больше</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

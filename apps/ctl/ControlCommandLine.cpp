@@ -18,6 +18,8 @@ namespace
 {
 
 constexpr int MaxTimeoutSeconds = 24 * 60 * 60;
+/// An exchange may last so many time-outs.
+constexpr int UsualTimeLimit = 40;
 constexpr int MaxRetries = 100;
 constexpr int MaxRecorders = 1000000;
 
@@ -210,6 +212,10 @@ QString readOptions(ControlCommandLine &line, const QCommandLineParser &parser)
     if (!readNumber(parser, "timeout", 1, MaxTimeoutSeconds, seconds))
         return ControlText::tr("--timeout takes a number from 1 to %1").arg(MaxTimeoutSeconds);
     line.timeout = std::chrono::seconds(seconds);
+    seconds = std::min(seconds * UsualTimeLimit, MaxTimeoutSeconds);
+    if (!readNumber(parser, "time-limit", 1, MaxTimeoutSeconds, seconds))
+        return ControlText::tr("--%1 takes a number from 1 to %2").arg("time-limit").arg(MaxTimeoutSeconds);
+    line.timeLimit = std::chrono::seconds(seconds);
     if (!readNumber(parser, "retries", 0, MaxRetries, line.retries))
         return ControlText::tr("--retries takes a number from 0 to %1").arg(MaxRetries);
     const QString problem = optionProblem(parser, line.command);
@@ -281,6 +287,11 @@ QList<ControlOption> controlOptions()
         {{"timeout"},
          "SECONDS",
          ControlText::tr("Wait for the recorder no longer than this (without it 15)."),
+         {}},
+        {{"time-limit"},
+         "SECONDS",
+         ControlText::tr("End an exchange that lasts longer, though the recorder goes on answering "
+                         "(without it 40 times the timeout)."),
          {}},
         {{"retries"},
          "NUMBER",

@@ -47,6 +47,7 @@ struct ControlCommandLine {
     QString login;        ///< empty: the remembered one
     QString passwordFile; ///< empty: none
     std::chrono::milliseconds timeout{15000};
+    std::chrono::milliseconds timeLimit{600000}; ///< of one exchange
     int retries = 0;
     bool json = false;
     bool secrets = false;

@@ -79,7 +79,9 @@ private:
 class TerminalLogin : public CredentialsSource
 {
 public:
-    explicit TerminalLogin(const QString &login) : m_login(login) {}
+    TerminalLogin(const QString &login, const std::function<void()> &typed) : m_login(login), m_typed(typed)
+    {
+    }
 
     bool ask(Credentials &record) override
     {
@@ -93,6 +95,7 @@ public:
                  << Qt::flush;
         const QString password = QTextStream(stdin).readLine();
         terminal << Qt::endl;
+        m_typed();
         if (password.isNull() || !isInLocalEncoding(password))
             return false;
         record.login = m_login.toLocal8Bit();
@@ -104,6 +107,7 @@ public:
 
 private:
     const QString m_login;
+    const std::function<void()> m_typed;
     bool m_hasAsked = false;
 };
 
@@ -170,9 +174,9 @@ Outcome completeAddress(const ControlCommandLine &line, QString &address)
     return {};
 }
 
-std::unique_ptr<CredentialsSource> terminalLogin(const QString &login)
+std::unique_ptr<CredentialsSource> terminalLogin(const QString &login, const std::function<void()> &typed)
 {
-    return std::make_unique<TerminalLogin>(login.isEmpty() ? QString(UsualLogin) : login);
+    return std::make_unique<TerminalLogin>(login.isEmpty() ? QString(UsualLogin) : login, typed);
 }
 
 } // namespace paravue

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace paravue
@@ -17,7 +18,7 @@ struct ControlCommandLine;
 Outcome completeAddress(const ControlCommandLine &line, QString &address);
 
 /// Asks on the terminal, once, when a login is refused; gives up when standard input is no terminal. Keeps
-/// nothing.
-std::unique_ptr<CredentialsSource> terminalLogin(const QString &login);
+/// nothing. Calls \a typed when something was typed.
+std::unique_ptr<CredentialsSource> terminalLogin(const QString &login, const std::function<void()> &typed);
 
 } // namespace paravue

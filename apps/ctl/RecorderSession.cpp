@@ -8,6 +8,7 @@
 #include "snapshots/SnapshotFolder.h"
 
 #include <QFile>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -55,10 +56,17 @@ Outcome contentsOf(OrbSetup &store, const QString &suffix, FileContents &files)
 class Exchange : public QObject
 {
 public:
-    /// \a finish brings the exchange to an early end; without it, a stop cuts the exchange off.
-    Exchange(OrbSetup &store, OutcomeHandler then, std::function<void()> finish, QObject *parent)
-        : QObject(parent), m_store(store), m_then(std::move(then)), m_finish(std::move(finish))
+    /// \a finish brings the exchange to an early end; without it, a stop cuts the exchange off, as it is
+    /// at \a limit.
+    Exchange(OrbSetup &store, OutcomeHandler then, std::function<void()> finish,
+             std::chrono::milliseconds limit, QObject *parent)
+        : QObject(parent), m_store(store), m_then(std::move(then)), m_finish(std::move(finish)),
+          m_limit(new QTimer(this))
     {
+        m_limit->setSingleShot(true);
+        m_limit->setInterval(limit);
+        connect(m_limit, &QTimer::timeout, this, &Exchange::cutOff);
+        restartLimit();
         connect(&store, &OrbSetup::loadDone, this, &Exchange::end);
         connect(&store, &OrbSetup::storeDone, this, &Exchange::end);
         connect(&store, &OrbSetup::pseudothrow, this, &Exchange::note);
@@ -74,7 +82,21 @@ public:
             end();
     }
 
+    /// Time in which a user has typed does not count.
+    void restartLimit() { m_limit->start(); }
+
 private:
+    /// Each byte begins the time-out of the store anew, so a recorder could hold the exchange for ever.
+    void cutOff()
+    {
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_limit->intervalAsDuration());
+        if (m_outcome.isDone() && !m_hasEnded)
+            m_outcome = {ExitCode::Network,
+                         ControlText::tr("the exchange has lasted longer than %1 s; --time-limit allows more")
+                             .arg(seconds.count())};
+        end();
+    }
+
     void note(const QString &message)
     {
         const QString explanation = m_store.explanation(message);
@@ -114,6 +136,7 @@ private:
     OrbSetup &m_store;
     OutcomeHandler m_then;
     const std::function<void()> m_finish;
+    QTimer *const m_limit;
     Outcome m_outcome;
     bool m_hasEnded = false;
     bool m_isStopped = false;
@@ -127,11 +150,14 @@ std::shared_ptr<RecorderSession> RecorderSession::open(const ControlCommandLine 
 }
 
 RecorderSession::RecorderSession(const QString &address, const ControlCommandLine &line)
-    : m_store(address), m_retries(line.retries)
+    : m_store(address), m_retries(line.retries), m_timeLimit(line.timeLimit)
 {
     m_store.setTimeouts({line.timeout, line.timeout});
     if (line.asks)
-        m_store.setCredentialsSource(terminalLogin(address.section(u':', 0, 0)));
+        m_store.setCredentialsSource(terminalLogin(address.section(u':', 0, 0), [this] {
+            if (m_exchange)
+                m_exchange->restartLimit();
+        }));
     if (line.inventory.isEmpty())
         connect(&m_store, &OrbSetup::progress, this, &RecorderSession::showProgress);
     allSessions().append(this);
@@ -161,7 +187,7 @@ void RecorderSession::run(OrbSetup &store, const std::function<void()> &start, c
             this, [then] { then(stopped()); }, Qt::QueuedConnection);
         return;
     }
-    m_exchange = new Exchange(store, then, finish, this);
+    m_exchange = new Exchange(store, then, finish, m_timeLimit, this);
     start();
 }
 

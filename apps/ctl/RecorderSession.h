@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -69,6 +70,7 @@ private:
 
     OrbNetSetup m_store;
     const int m_retries;
+    const std::chrono::milliseconds m_timeLimit;
     std::unique_ptr<RecorderLock> m_lock;
     std::unique_ptr<OrbSetup> m_reader;
     QPointer<Exchange> m_exchange;

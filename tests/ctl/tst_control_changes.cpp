@@ -25,6 +25,7 @@ private Q_SLOTS:
     void sendsNothingWithoutNeed_data();
     void sendsNothingWithoutNeed();
     void saysWhatTheRecorderHasNotKept();
+    void saysWhatHasArrived_data();
     void saysWhatHasArrived();
     void stopsBetweenTwoFiles();
     void restoresASnapshot_data();
@@ -123,12 +124,23 @@ void TestControlChanges::saysWhatTheRecorderHasNotKept()
     QVERIFY2(run.err.contains("not kept net/untitled/IP as"), qPrintable(run.err));
 }
 
+void TestControlChanges::saysWhatHasArrived_data()
+{
+    const TestTable<Kind, QString> row("fault", "message");
+    row("a break", Kind::CloseBefore, "closed the connection; ");
+    row("the end of its time", Kind::Late, "longer than 3 s; ");
+}
+
 void TestControlChanges::saysWhatHasArrived()
 {
-    m_recorder->setFaults({{Kind::CloseBefore, 0, {}, "PUT USER CONFIG"}});
-    const Run run = this->run({"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"});
+    QFETCH(Kind, fault);
+    QFETCH(QString, message);
+    m_recorder->setFaults({{fault, 20'000, {}, "PUT USER CONFIG"}});
+    const Run run = this->run(
+        {"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard", "--time-limit", "3"});
     QCOMPARE(run.exitCode, 3);
-    QVERIFY2(run.err.contains("; arrived: net; not confirmed: users"), qPrintable(run.err));
+    QVERIFY2(run.err.contains(message) && run.err.contains("; arrived: net; not confirmed: users"),
+             qPrintable(run.err));
 }
 
 void TestControlChanges::stopsBetweenTwoFiles()

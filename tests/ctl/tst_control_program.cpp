@@ -136,6 +136,8 @@ void TestControlProgram::saysWhyItFails_data()
     row("a file that is not taken", {"set", "admin:admin@%1", "soft/untitled/MODEL=1"}, {}, 2, "\"soft\"");
     row("no recorder", {"get", "admin:admin@127.0.0.1:1"}, {}, 3, "refuses the connection");
     row("no answer", get + QStringList{"--timeout", "1"}, {{Kind::Never}}, 3, "No answer from the recorder");
+    row("no end of answers", get + QStringList{"--timeout", "1", "--time-limit", "1"}, {{Kind::Late, 400}}, 3,
+        "longer than 1 s");
     row("wrong password", {"get", "admin:wrong@%1"}, {}, 4, "refused the login");
     row("unknown file", {"set", "admin:admin@%1", "x/y/z=1"}, {}, 5, "no file \"x\"");
     row("unknown key", {"set", "admin:admin@%1", "net/untitled/X=1"}, {}, 5, "no value net/untitled/X");
