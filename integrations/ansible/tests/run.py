@@ -62,6 +62,13 @@ RESTART = '''
       ignore_errors: true
 '''
 
+LOGIN_IN_ADDRESS = '''
+    - paravue.recorder.paravue_facts:
+        <<: *common
+        address: "admin:%s@127.0.0.1"
+      ignore_errors: true
+''' % SECRET
+
 BAD_VALUES = '''
     - paravue.recorder.paravue_settings:
         <<: *common
@@ -159,11 +166,11 @@ def check(plays):
     expect(set(changed) == {1}, output)
     shown += output
 
-    tasks = RESTART + ''.join(BAD_VALUES % values for values, _unused in REFUSED)
+    tasks = RESTART + LOGIN_IN_ADDRESS + ''.join(BAD_VALUES % values for values, _unused in REFUSED)
     _unused, output = plays.run(PLAY + tasks, '-vvv', limit='r1')
-    for message in ['--yes'] + [message for _unused, message in REFUSED]:
+    for message in ['--yes', 'address has a login'] + [message for _unused, message in REFUSED]:
         expect(message in output, 'no "%s" in\n%s' % (message, output))
-    expect('ignored=%d' % (1 + len(REFUSED)) in output, output)
+    expect('ignored=%d' % (2 + len(REFUSED)) in output, output)
     shown += output
 
     expect(SECRET not in shown, 'the secret is shown')

@@ -122,6 +122,10 @@ def shown_invocation(params, changes=()):
     shown = dict(params)
     if shown.get('password') is not None:
         shown['password'] = HIDDEN
+    # One with a login is refused, but its password would be shown all the same.
+    login, at, host = (shown.get('address') or '').rpartition('@')
+    if login:
+        shown['address'] = HIDDEN + at + host
     if shown.get('values') is not None:
         public = {change['path'] for change in changes if not change['secret']}
         shown['values'] = {path: value if path in public else HIDDEN
