@@ -87,14 +87,26 @@ std::optional<QStringList> csvCells(const QString &line)
     return cells;
 }
 
-QString textOf(const QJsonValue &value)
+/// The text of the field \a name; nothing when \a value is none, or no array of texts for the groups.
+std::optional<QString> textOf(const QString &name, const QJsonValue &value)
 {
-    if (!value.isArray())
+    if (value.isString())
         return value.toString();
-    QStringList parts;
-    for (const auto &part : value.toArray())
-        parts << part.toString();
-    return parts.join(u',');
+    const QJsonArray array = value.toArray();
+    const bool hasTexts =
+        std::all_of(array.begin(), array.end(), [](const auto &part) { return part.isString(); });
+    if (name != u"groups" || !value.isArray() || !hasTexts)
+        return {};
+    return value.toVariant().toStringList().join(u',');
+}
+
+/// The first name that stands twice in \a columns.
+QString repeated(const QStringList &columns)
+{
+    const auto found = std::find_if(columns.begin(), columns.end(), [&](const QString &name) {
+        return !name.isEmpty() && columns.count(name) > 1;
+    });
+    return found == columns.end() ? QString() : *found;
 }
 
 } // namespace
@@ -119,7 +131,7 @@ public:
             else if (!entry || sign < 0)
                 problem = ControlText::tr("a line is [NAME] or FIELD=VALUE");
             else
-                problem = setField(*entry, line.left(sign).trimmed(), line.mid(sign + 1).trimmed());
+                problem = setOnce(*entry, line.left(sign).trimmed(), line.mid(sign + 1).trimmed());
             if (!problem.isEmpty())
                 return QStringLiteral("%1: %2").arg(QString::number(i + 1), problem);
         }
@@ -132,6 +144,8 @@ public:
         const qsizetype nameColumn = names ? names->indexOf(QStringLiteral("name")) : -1;
         if (nameColumn < 0)
             return ControlText::tr("1: there is no column \"name\"");
+        if (const QString name = repeated(*names); !name.isEmpty())
+            return QStringLiteral("1: ") + twice(name);
         for (qsizetype i = 1; i < lines.size(); ++i) {
             if (lines[i].trimmed().isEmpty())
                 continue;
@@ -161,6 +175,17 @@ public:
     }
 
 private:
+    static QString twice(const QString &name) { return ControlText::tr("\"%1\" comes twice").arg(name); }
+
+    /// A field of the section that was begun last.
+    QString setOnce(InventoryEntry &entry, const QString &name, const QString &value)
+    {
+        if (m_fields.contains(name))
+            return twice(name);
+        m_fields.insert(name);
+        return setField(entry, name, value);
+    }
+
     /// Makes the entry of the section \a title.
     QString begin(const QString &title, InventoryEntry *&entry)
     {
@@ -171,8 +196,9 @@ private:
             return ControlText::tr("a name is missing");
         QSet<QString> &names = isGroup ? m_groupNames : m_names;
         if (names.contains(name))
-            return ControlText::tr("\"%1\" comes twice").arg(name);
+            return twice(name);
         names.insert(name);
+        m_fields.clear();
         if (isGroup) {
             entry = &m_inventory.m_groups[name];
         } else {
@@ -207,10 +233,11 @@ private:
         const QString name = object[nameField].toString();
         QString problem = begin(prefix + name, entry);
         for (auto field = object.begin(); field != object.end() && problem.isEmpty(); ++field) {
-            if (!field->isString() && !field->isArray())
+            const auto text = textOf(field.key(), *field);
+            if (!text)
                 problem = ControlText::tr("\"%1\" of \"%2\" is no text").arg(field.key(), name);
             else if (field.key() != nameField)
-                problem = setField(*entry, field.key(), textOf(*field));
+                problem = setField(*entry, field.key(), *text);
         }
         return problem;
     }
@@ -218,6 +245,7 @@ private:
     Inventory &m_inventory;
     QSet<QString> m_names;
     QSet<QString> m_groupNames;
+    QSet<QString> m_fields; ///< that the section has by now
 };
 
 Outcome Inventory::read(const QString &path, Inventory &inventory)

@@ -101,11 +101,13 @@ QString TestControlInventory::addressOf(int number) const
 void TestControlInventory::readsAllFormats_data()
 {
     const TestTable<QString, QByteArray> row("name", "content");
-    row("ini", "a.ini", "[gate]\r\naddress=%1\r\n[hall]\naddress=%2\n; no more\n[yard]\naddress=%3\n");
+    row("ini", "a.ini",
+        "[gate]\r\naddress=%1\r\nsite=1\n[hall]\nsite=1\naddress=%2\n; no more\n[yard]\naddress=%3\n");
     row("json", "a.json",
         R"({"recorders":[{"name":"gate","address":"%1"},{"name":"hall","address":"%2","groups":["a","b"]},)"
         R"({"name":"yard","address":"%3"}]})");
-    row("csv", "a.csv", "address,name,title\r\n%1,gate,\"a, \"\"b\"\"\"\r\n\"%2\",hall,\n%3,yard,c\n\n");
+    row("csv", "a.csv",
+        "address,name,title,,\r\n%1,gate,\"a, \"\"b\"\"\",,\r\n\"%2\",hall,,,\n%3,yard,c,,\n\n");
 }
 
 void TestControlInventory::readsAllFormats()
@@ -335,6 +337,13 @@ void TestControlInventory::refusesBadInventories_data()
     row("no JSON", "a.json", "{", "a.json: ");
     row("a number", "a.json", R"({"recorders":[{"name":"a","address":1}]})",
         "\"address\" of \"a\" is no text");
+    row("an array of a value", "a.json",
+        R"({"recorders":[{"name":"a","address":"h","net/untitled/IP":["1"]}]})",
+        "\"net/untitled/IP\" of \"a\" is no text");
+    row("a group that is no text", "a.json", R"({"recorders":[{"name":"a","address":"h","groups":["b",1]}]})",
+        "\"groups\" of \"a\" is no text");
+    row("a field twice", "a.ini", "[a]\naddress=h\nsite=1\n\nsite=2\n", "5: \"site\" comes twice");
+    row("a column twice", "a.csv", "name,site,address,site\na,1,h,\n", "1: \"site\" comes twice");
     row("no column of names", "a.csv", "address\nh\n", "no column \"name\"");
     row("an open quote", "a.csv", "name,address\na,\"h\n", "2: a quote is not closed");
     row("a missing column", "a.csv", "name,address\na\n", "2: there are 1 columns in place of 2");
