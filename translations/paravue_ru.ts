@@ -1255,6 +1255,10 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>the exchange has lasted longer than %1 s; --time-limit allows more</source>
         <translation>обмен длился дольше %1 с; --time-limit разрешает больше</translation>
     </message>
+    <message>
+        <source>standard output cannot be written</source>
+        <translation>не удалось записать стандартный вывод</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

@@ -16,6 +16,7 @@
 #include <QJsonDocument>
 #include <QTextStream>
 
+#include <cstdio>
 #include <optional>
 
 using namespace paravue;
@@ -37,7 +38,7 @@ void print(const CommandReport &report, bool isJson)
         out << QJsonDocument(report.document).toJson();
 }
 
-int run(const ControlCommandLine &line)
+ExitCode run(const ControlCommandLine &line)
 {
     std::optional<ExitCode> code;
     const OutcomeHandler end = [&code](const Outcome &outcome) {
@@ -63,7 +64,18 @@ int run(const ControlCommandLine &line)
         RecorderSession::stopAll();
     while (!code)
         QCoreApplication::exec();
-    return int(*code);
+    return *code;
+}
+
+/// What was done counts as such only when its output has reached somebody; a failure stays the failure that
+/// it was.
+ExitCode withOutput(ExitCode code)
+{
+    const bool isWritten = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (isWritten || (code != ExitCode::Done && code != ExitCode::Different))
+        return code;
+    printError(ControlText::tr("standard output cannot be written"));
+    return ExitCode::LocalFile;
 }
 
 } // namespace
@@ -80,7 +92,7 @@ int main(int argc, char **argv)
     switch (line.task) {
     case ControlCommandLine::Task::ShowText:
         QTextStream(stdout) << line.text;
-        return int(ExitCode::Done);
+        return int(withOutput(ExitCode::Done));
     case ControlCommandLine::Task::RefuseUsage:
         printError(line.text + u'\n' + ControlText::tr("Try paravue-ctl --help."));
         return int(ExitCode::WrongUsage);
@@ -90,5 +102,5 @@ int main(int argc, char **argv)
     if (line.hasPasswordInAddress)
         printError(
             ControlText::tr("warning: other users of this computer can see the password in the address"));
-    return run(line);
+    return int(withOutput(run(line)));
 }

@@ -44,6 +44,8 @@ private Q_SLOTS:
     void namesTheRecorderThatCannotBeCompared();
     void keepsNothingOnAFullDisk_data();
     void keepsNothingOnAFullDisk();
+    void noticesThatItsOutputIsLost_data();
+    void noticesThatItsOutputIsLost();
     void tellsTheHealthOfDisks();
     void tellsWhenItHasSaved();
     void asksForThePassword_data();
@@ -325,6 +327,33 @@ void TestControlProgram::keepsNothingOnAFullDisk()
     QCOMPARE(run.exitCode, 6);
     QVERIFY2(!QFile::exists(path) && run.err.contains(path), qPrintable(run.err));
     QCOMPARE(run.err.count('\n'), 2); // the warning, and one line
+}
+
+void TestControlProgram::noticesThatItsOutputIsLost_data()
+{
+    // %1 is the recorder, %2 an inventory with it.
+    const TestTable<QString> row("command");
+    row("values", "get %1 --json");
+    row("differences", "diff %1 %1 --json");
+    row("figures", "metrics %1");
+    row("figures of many", "metrics --inventory %2");
+    row("many", "get --inventory %2 --json");
+    row("the help", "--help");
+}
+
+void TestControlProgram::noticesThatItsOutputIsLost()
+{
+    if (!QFile::exists("/dev/full"))
+        QSKIP("there is no device that is always full");
+    QFETCH(QString, command);
+    command.replace("%1", host())
+        .replace("%2", ownFile("one.ini", "[gate]\naddress=" + host().toUtf8() + "\n"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("PARAVUE_PASSWORD", "admin");
+    const Run run =
+        runProgram("sh", {"-c", QString("'%1' %2 > /dev/full").arg(CONTROL_PROGRAM, command)}, environment);
+    QCOMPARE(run.exitCode, 6);
+    QCOMPARE(run.err.count("standard output cannot be written\n"), 1);
 }
 
 void TestControlProgram::tellsTheHealthOfDisks()
