@@ -3,6 +3,9 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "ProgressLine.h"
+#include "Prompt.h"
+#include "RecorderSession.h"
+#include "program/StopSignal.h"
 #include "program/TypedPassword.h"
 #include "setup/RecorderAddress.h"
 
@@ -86,15 +89,17 @@ public:
     bool ask(Credentials &record) override
     {
         const HiddenTyping typing;
-        if (m_hasAsked || !typing.isTerminal())
+        if (m_hasAsked || hasStopSignal() || !typing.isTerminal())
             return false;
         m_hasAsked = true;
         progressline::clear();
         QTextStream terminal(stderr);
         terminal << ControlText::tr("Password of %1 at %2: ").arg(m_login, QString::fromLocal8Bit(record.url))
                  << Qt::flush;
-        const QString password = QTextStream(stdin).readLine();
+        const QString password = typedLine();
         terminal << Qt::endl;
+        if (hasStopSignal())
+            RecorderSession::stopAll();
         m_typed();
         if (password.isNull() || !isInLocalEncoding(password))
             return false;

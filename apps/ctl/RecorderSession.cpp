@@ -102,8 +102,9 @@ private:
         const QString explanation = m_store.explanation(message);
         // What follows from the first problem would hide it.
         if (m_outcome.isDone())
-            m_outcome = {exitCodeOf(m_store.linkStatus().cause, ExitCode::BadData),
-                         explanation.isEmpty() ? message : explanation};
+            m_outcome = wasAskedInVain() ? stopped()
+                                         : Outcome{exitCodeOf(m_store.linkStatus().cause, ExitCode::BadData),
+                                                   explanation.isEmpty() ? message : explanation};
         // Some reports do not end the exchange.
         QMetaObject::invokeMethod(
             this,
@@ -112,6 +113,12 @@ private:
                     end();
             },
             Qt::QueuedConnection);
+    }
+
+    /// A stop while the user was asked for the login, which the store reports as a refused one.
+    bool wasAskedInVain() const
+    {
+        return m_isStopped && m_store.linkStatus().cause == LinkStatus::Cause::Login;
     }
 
     void end()

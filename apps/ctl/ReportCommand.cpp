@@ -3,6 +3,7 @@
 #include "ControlText.h"
 #include "ExchangeLog.h"
 #include "ProgressLine.h"
+#include "Prompt.h"
 #include "RecorderSession.h"
 #include "Terminal.h"
 #include "TerminalText.h"
@@ -86,15 +87,13 @@ bool isConfirmed(const Bundle &bundle, const ControlCommandLine &line)
     for (const QString &path : bundle.leftOut)
         terminal << ControlText::tr("Left out: %1").arg(terminalText(path)) << '\n';
     terminal << ControlText::tr("Write %1 (yes/no)? ").arg(line.output) << Qt::flush;
-    const QString answer = QTextStream(stdin).readLine().trimmed();
-    return answer == u"yes" || answer == ControlText::tr("yes");
+    return isYesTyped();
 }
 
 Outcome write(const Bundle &bundle, const ControlCommandLine &line)
 {
     if (!isConfirmed(bundle, line))
-        return {ExitCode::Different,
-                ControlText::tr("%1 was not confirmed; --yes writes it").arg(line.output)};
+        return notConfirmed(ControlText::tr("%1 was not confirmed; --yes writes it").arg(line.output));
     // A commit alone does not notice everywhere that the last bytes could not be written.
     QSaveFile file(line.output);
     const QByteArray bytes = bundle.text.toUtf8();

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "Prompt.h"
 #include "RecorderSession.h"
 #include "Terminal.h"
 #include "TerminalText.h"
@@ -86,8 +87,7 @@ bool isConfirmed(const ControlCommandLine &line, const QString &danger)
     QTextStream(stderr) << ControlText::tr("%1 at %2: %3. Run it (yes/no)? ")
                                .arg(line.arguments.constFirst(), line.host(), danger)
                         << Qt::flush;
-    const QString answer = QTextStream(stdin).readLine().trimmed();
-    return answer == u"yes" || answer == ControlText::tr("yes");
+    return isYesTyped();
 }
 
 Outcome check(const ControlCommandLine &line)
@@ -108,8 +108,8 @@ Outcome check(const ControlCommandLine &line)
     const QString danger = dangerText(command->danger);
     return isConfirmed(line, danger)
                ? Outcome()
-               : Outcome{ExitCode::Different,
-                         ControlText::tr("%1 was not confirmed: %2; --yes runs it").arg(function, danger)};
+               : notConfirmed(
+                     ControlText::tr("%1 was not confirmed: %2; --yes runs it").arg(function, danger));
 }
 
 class FunctionRun : public std::enable_shared_from_this<FunctionRun>

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
+
 #ifdef Q_OS_WIN
 #include <thread>
 
@@ -11,9 +13,11 @@
 #else
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 #endif
 
@@ -23,7 +27,7 @@ namespace paravue
 namespace
 {
 
-bool isStopped = false;
+std::atomic_bool isStopped = false;
 
 // Not quit(), which a window may refuse.
 void endEventLoops()
@@ -70,7 +74,7 @@ void noteOnce(int number)
 
 void quitOnStopSignal()
 {
-    if (::pipe(signalPipe) != 0)
+    if (signalPipe[0] != -1 || ::pipe(signalPipe) != 0)
         return;
     for (const int end : signalPipe)
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
@@ -82,6 +86,15 @@ void quitOnStopSignal()
     });
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
         noteOnce(number);
+}
+
+bool waitForInput()
+{
+    pollfd places[] = {{STDIN_FILENO, POLLIN, 0}, {signalPipe[0], POLLIN, 0}};
+    while (::poll(places, 2, -1) < 0 && errno == EINTR) {
+    }
+    isStopped = isStopped || (places[1].revents & POLLIN) != 0;
+    return !isStopped;
 }
 
 void keepInputOpen()
@@ -115,6 +128,7 @@ BOOL WINAPI noteConsoleEvent(DWORD event)
         paravue::ConsoleOutput::restoreConsole();
         return FALSE; // ends the process
     }
+    isStopped = true; // somebody may be asked something, outside of the event loop
     QMetaObject::invokeMethod(qApp, endEventLoops, Qt::QueuedConnection);
     // After the other events the process is ended when this function returns, or after some seconds.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
@@ -126,7 +140,8 @@ BOOL WINAPI noteConsoleEvent(DWORD event)
 
 void quitOnStopSignal()
 {
-    SetConsoleCtrlHandler(noteConsoleEvent, TRUE);
+    static const bool isSet = SetConsoleCtrlHandler(noteConsoleEvent, TRUE) != 0;
+    Q_UNUSED(isSet);
 }
 
 void keepInputOpen() {}

@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace paravue::test
@@ -20,8 +21,10 @@ struct TypedAnswer {
 };
 
 /// Runs paravue-ctl on a terminal of its own, where somebody types. What it prints, messages too, is in \a
-/// out; what is typed is there as well when the program lets it be shown.
-inline ControlRun runOnTerminal(const QStringList &arguments, QList<TypedAnswer> answers)
+/// out; what is typed is there as well when the program lets it be shown. \a echoes tells whether the
+/// terminal shows it behind the program.
+inline ControlRun runOnTerminal(const QStringList &arguments, QList<TypedAnswer> answers,
+                                bool *echoes = nullptr)
 {
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0)
@@ -56,10 +59,18 @@ inline ControlRun runOnTerminal(const QStringList &arguments, QList<TypedAnswer>
     QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
     process.start(CONTROL_PROGRAM, arguments);
     loop.exec();
+    const bool hasEnded = process.state() == QProcess::NotRunning;
+    if (!hasEnded) {
+        process.kill();
+        process.waitForFinished();
+    }
     while (notifier.isEnabled())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 1000);
+    termios mode{};
+    if (echoes)
+        *echoes = ::tcgetattr(terminal, &mode) == 0 && (mode.c_lflag & ECHO) != 0;
     ::close(terminal);
-    return process.state() == QProcess::NotRunning ? ControlRun{process.exitCode(), shown, {}} : ControlRun{};
+    return hasEnded ? ControlRun{process.exitCode(), shown, {}} : ControlRun{};
 }
 
 } // namespace paravue::test

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -50,6 +51,8 @@ private Q_SLOTS:
     void tellsWhenItHasSaved();
     void asksForThePassword_data();
     void asksForThePassword();
+    void stopsWhileItAsks_data();
+    void stopsWhileItAsks();
     void describesWhatCanBeSet();
     void reportsWithoutSecrets();
     void reportsWhatHasFailed();
@@ -401,6 +404,39 @@ void TestControlProgram::asksForThePassword()
     QCOMPARE(run.out.count("Password of "), 1); // nobody is asked twice
     QVERIFY2(!run.out.contains(QString::fromUtf8(typed).trimmed() + '\r'), qPrintable(run.out));
     QCOMPARE(run.out.contains("192.168.10.20"), run.exitCode == 0);
+#endif
+}
+
+void TestControlProgram::stopsWhileItAsks_data()
+{
+    // %1 is the host of the recorder, %2 a folder.
+    const TestTable<QStringList, QString> row("arguments", "prompt");
+    row("for the password", {"get", "%1"}, "Password of admin at ");
+    row("for the password before a save", {"set", "%1", "net/untitled/IP=10.0.0.1"}, "Password of admin at ");
+    row("before it writes", {"report", "admin:admin@%1", "-o", "%2/report"}, "(yes/no)? ");
+    row("before it begins", {"run", "admin:admin@%1", "soft_reboot"}, "(yes/no)? ");
+}
+
+void TestControlProgram::stopsWhileItAsks()
+{
+#ifdef Q_OS_WIN
+    QSKIP("there are no pseudo terminals");
+#else
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, prompt);
+    // The local copies of the recorder's files are there.
+    const QTemporaryDir copies;
+    const auto usual = qScopeGuard(
+        [before = qgetenv("TMPDIR")] { before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before); });
+    qputenv("TMPDIR", copies.path().toLocal8Bit());
+    bool echoes = false;
+    arguments.replaceInStrings("%1", host()).replaceInStrings("%2", m_folder->path());
+    const Run run = runOnTerminal(arguments, {{prompt, "\x03"}}, &echoes); // Ctrl+C
+    QCOMPARE(run.exitCode, 8);
+    QVERIFY2(run.out.contains("paravue-ctl: stopped\r\n"), qPrintable(run.out));
+    QVERIFY(echoes);
+    QCOMPARE(QDir(copies.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
 #endif
 }
 
