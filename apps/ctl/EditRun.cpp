@@ -160,8 +160,10 @@ private:
         OrbNetSetup &store = m_session->store();
         const SecretValues secrets(files);
         ChangeList changes(store);
-        for (const WantedValue &value : std::as_const(wanted))
-            store.putBack(value.path, value.value);
+        for (const WantedValue &value : std::as_const(wanted)) {
+            if (!isPresent(value, store))
+                store.putBack(value.path, value.value);
+        }
         m_report.changes = changes.all();
         QSet<QString> paths;
         for (Change &change : m_report.changes) {

@@ -80,7 +80,7 @@ Outcome checkAgainstDescription(const QList<WantedValue> &wanted, RecorderSessio
     QStringList problems;
     for (const WantedValue &value : wanted) {
         const QString problem = described->problemWith(value.path, value.value.value_or(QString()));
-        if (!problem.isEmpty() && session.store().storedValue(value.path) != value.value)
+        if (!problem.isEmpty() && !isPresent(value, session.store()))
             problems << ControlText::tr("the value of %1 is not allowed: %2").arg(value.path, problem);
     }
     if (problems.isEmpty())
@@ -123,6 +123,11 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
     return problem.isEmpty() ? Outcome() : Outcome{ExitCode::WrongUsage, problem};
 }
 
+bool isPresent(const WantedValue &wanted, OrbSetup &store)
+{
+    return store.storedValue(wanted.path).value_or(QString()) == wanted.value.value_or(QString());
+}
+
 Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session,
                           const FileContents &files, bool isForced)
 {
@@ -135,7 +140,7 @@ Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &ses
             return {ExitCode::Different, ControlText::tr("the recorder has no file \"%1\"").arg(file)};
         if (unsent.contains(file))
             return {ExitCode::WrongUsage, ControlText::tr("the recorder takes no file \"%1\"").arg(file)};
-        if (!isForced && !store.storedValue(value.path))
+        if (!isForced && !store.storedValue(value.path) && !isPresent(value, store))
             return {ExitCode::Different,
                     ControlText::tr("the recorder has no value %1; --force sets it").arg(value.path)};
     }

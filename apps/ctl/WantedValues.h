@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class OrbSetup;
+
 namespace paravue
 {
 
@@ -26,6 +28,9 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
 
 /// The same of the file at \a path.
 Outcome readWantedValues(const QString &path, QList<WantedValue> &wanted);
+
+/// Whether \a store has the value already. Recorders drop keys without a value, so no key is an empty value.
+bool isPresent(const WantedValue &wanted, OrbSetup &store);
 
 /// What keeps \a wanted from being set at the recorder, whose files were fetched as \a files. Forced are keys
 /// that the recorder does not have, and values that its description does not allow.

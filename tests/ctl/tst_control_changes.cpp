@@ -99,7 +99,10 @@ void TestControlChanges::sendsNothingWithoutNeed_data()
     const TestTable<QStringList, QString> row("arguments", "printed");
     row("a dry run", {"net/untitled/IP=10.0.0.1", "--dry-run"},
         "net/untitled/IP: 192.168.10.20 -> 10.0.0.1\nNot sent: net\n");
-    row("the present value", {"net/untitled/IP=192.168.10.20"}, "The recorder has these values already.\n");
+    const QString none = "The recorder has these values already.\n";
+    row("the present value", {"net/untitled/IP=192.168.10.20"}, none);
+    row("an empty value and no such key", {"net/untitled/DNS3="}, none);
+    row("the same by force", {"net/untitled/DNS3=", "--force"}, none);
 }
 
 void TestControlChanges::sendsNothingWithoutNeed()
