@@ -1259,6 +1259,14 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>standard output cannot be written</source>
         <translation>не удалось записать стандартный вывод</translation>
     </message>
+    <message>
+        <source>as lines of a file these would not be read back as they are, so nothing was sent: %1</source>
+        <translation>записанные строками файла, они не читались бы так же, поэтому ничего не отправлено: %1</translation>
+    </message>
+    <message>
+        <source>values of the recorder would be lost with their file written again, so nothing was sent: %1</source>
+        <translation>значения регистратора пропали бы при записи их файла, поэтому ничего не отправлено: %1</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

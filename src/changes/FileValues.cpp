@@ -29,6 +29,14 @@ std::optional<QString> FileValues::value(const QString &entry) const
     return found == m_values.constEnd() ? std::nullopt : std::optional(*found);
 }
 
+bool isReadBack(const QString &entry, const QString &value)
+{
+    const qsizetype slash = entry.indexOf(u'/');
+    const QString lines =
+        iniSectionLine(entry.left(slash)) + iniKeyLine(entry.mid(slash + 1), value, EmptyValue::IsKey);
+    return FileValues(lines.toUtf8()).all() == QHash<QString, QString>{{entry, value}};
+}
+
 QList<ValueDifference> differences(const QString &name, const FileValues &before, const FileValues &after)
 {
     const QHash<QString, QString> &old = before.all();

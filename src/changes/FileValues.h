@@ -27,6 +27,10 @@ private:
     QHash<QString, QString> m_values;
 };
 
+/// Whether \a value at \a entry, "section/key", is read back as what it is once a file was written with it.
+/// Nothing is escaped there: a value with a single quote for example makes its line no key line.
+bool isReadBack(const QString &entry, const QString &value);
+
 /// A value that two copies of a configuration file do not agree on.
 struct ValueDifference {
     QString path;                  ///< "file/section/key"

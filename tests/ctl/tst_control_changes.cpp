@@ -24,6 +24,8 @@ private Q_SLOTS:
     void readsValuesFromAFile();
     void sendsNothingWithoutNeed_data();
     void sendsNothingWithoutNeed();
+    void sendsNothingThatIsNotReadBack_data();
+    void sendsNothingThatIsNotReadBack();
     void saysWhatTheRecorderHasNotKept();
     void saysWhatHasArrived_data();
     void saysWhatHasArrived();
@@ -112,6 +114,40 @@ void TestControlChanges::sendsNothingWithoutNeed()
     QCOMPARE(run.exitCode, 0);
     QTEST(run.out, "printed");
     QCOMPARE(m_received, QStringList());
+}
+
+void TestControlChanges::sendsNothingThatIsNotReadBack_data()
+{
+    // The recorder has a quote in streams/common/place. %1 is a snapshot with one in net/untitled/IP.
+    const TestTable<QStringList, QString> row("command", "named");
+    row("a quote", {"set", "net/untitled/IP=Bob's", "--force"}, "net/untitled/IP");
+    row("a quote in a snapshot", {"restore", "%1", "--force"}, "net/untitled/IP");
+    row("a space in a key", {"set", "net/untitled/A B=1", "--force"}, "net/untitled/A B");
+    row("a semicolon in a key", {"set", "net/untitled/A;B=1", "--force"}, "net/untitled/A;B");
+    row("a space in a section", {"set", "timers/a b/c=1", "--force"}, "timers/a b/c");
+    row("another value of the file", {"set", "streams/common/name=Gate"}, "streams/common/place");
+    row("what the recorder has", {"set", "streams/common/place=Bob's"}, {});
+    row("in its place", {"set", "streams/common/place=Gate"}, {});
+}
+
+void TestControlChanges::sendsNothingThatIsNotReadBack()
+{
+    QFETCH(QStringList, command);
+    QFETCH(QString, named);
+    const QString path = m_folder->filePath("quoted.zip");
+    Snapshot snapshot;
+    snapshot.info.time = QDateTime::currentDateTimeUtc();
+    snapshot.files["net"] = fileOfRecorder("net").replace("'192.168.10.20'", "\"Bob's\"");
+    QCOMPARE(snapshotarchive::write(snapshot, path), QString());
+    QFile streams(m_recorder->filePath("streams"));
+    QVERIFY(streams.open(QIODevice::Append) && streams.write("\n[ common ]\nplace = \"Bob's\"\n") > 0);
+    streams.close();
+    command.insert(1, address());
+    const Run run = this->run(command.replaceInStrings("%1", path));
+    QCOMPARE(run.exitCode, named.isEmpty() ? 0 : 7);
+    QVERIFY2(run.err.endsWith(named.isEmpty() ? "\n" : "nothing was sent: " + named + '\n'),
+             qPrintable(run.err));
+    QCOMPARE(m_received.isEmpty(), command.last() != "streams/common/place=Gate");
 }
 
 void TestControlChanges::saysWhatTheRecorderHasNotKept()
