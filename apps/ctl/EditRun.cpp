@@ -2,17 +2,18 @@
 
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "EditCheck.h"
 #include "RecorderSession.h"
 #include "SecretValues.h"
 #include "TerminalText.h"
 #include "changes/ChangeList.h"
 #include "changes/FileValues.h"
+#include "changes/PositionLists.h"
 #include "device/EditedFiles.h"
 #include "snapshots/SnapshotFolder.h"
 
 #include <QHash>
 #include <QJsonArray>
-#include <QSet>
 
 namespace paravue
 {
@@ -63,38 +64,6 @@ QJsonObject documentOf(const EditReport &report, bool showsSecrets)
             {"files", QJsonArray::fromStringList(report.files)},
             {"arrived", QJsonArray::fromStringList(report.arrived)},
             {"confirmed", report.isConfirmed}};
-}
-
-/// What writing the files with \a changes would destroy, as the line is not read back: a changed value, or
-/// one that the recorder has written otherwise, which the file gets in its usual form.
-Outcome checkWriting(const QList<Change> &changes, const FileContents &files)
-{
-    QStringList wanted;
-    QHash<QString, QSet<QString>> changed; ///< entries by file
-    for (const Change &change : changes) {
-        const QString entry = change.path.section(u'/', 1);
-        changed[change.path.section(u'/', 0, 0)].insert(entry);
-        if (!isReadBack(entry, change.newValue))
-            wanted << change.path;
-    }
-    if (!wanted.isEmpty())
-        return {ExitCode::BadData, ControlText::tr("as lines of a file these would not be read back as they "
-                                                   "are, so nothing was sent: %1")
-                                       .arg(wanted.join(QStringLiteral(", ")))};
-    QStringList lost;
-    for (auto file = changed.cbegin(); file != changed.cend(); ++file) {
-        const FileValues values(files.value(file.key()));
-        for (auto value = values.all().cbegin(); value != values.all().cend(); ++value) {
-            if (!file->contains(value.key()) && !isReadBack(value.key(), *value))
-                lost << file.key() + u'/' + value.key();
-        }
-    }
-    lost.sort();
-    if (!lost.isEmpty())
-        return {ExitCode::BadData, ControlText::tr("values of the recorder would be lost with their file "
-                                                   "written again, so nothing was sent: %1")
-                                       .arg(lost.join(QStringLiteral(", ")))};
-    return {};
 }
 
 /// Which values differ from those that were sent.
@@ -193,20 +162,22 @@ private:
         OrbNetSetup &store = m_session->store();
         const SecretValues secrets(files);
         ChangeList changes(store);
+        QSet<QString> present;
         for (const WantedValue &value : std::as_const(wanted)) {
-            if (!isPresent(value, store))
+            if (isPresent(value, store))
+                present.insert(value.path);
+            else
                 store.putBack(value.path, value.value);
         }
-        if (const Outcome checked = checkWriting(changes.all(), files); !checked.isDone())
-            return checked;
         m_report.changes = changes.all();
-        QSet<QString> paths;
-        for (Change &change : m_report.changes) {
-            change.isSecret = change.isSecret || secrets.contains(change.path);
-            paths.insert(change.path);
-        }
-        m_report.files = editedFiles(store, paths);
-        return {};
+        const QStringList edited = pathsOf(m_report.changes);
+        addStaleStates(m_report.changes, store, present);
+        for (Change &change : m_report.changes)
+            change.isSecret =
+                change.isSecret || changes.isSecret(change.path) || secrets.contains(change.path);
+        const QStringList paths = pathsOf(m_report.changes);
+        m_report.files = editedFiles(store, {paths.begin(), paths.end()});
+        return checkWriting(edited, m_report.files, store, files);
     }
 
     void send(bool isFirst)

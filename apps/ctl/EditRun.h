@@ -13,8 +13,8 @@ namespace paravue
 
 class RecorderSession;
 
-/// Tells which values a recorder is to get, whose files were fetched as \a files. It may be asked once more:
-/// after a refused login everything was fetched anew.
+/// Tells which values a recorder is to get, also those that it has already, whose files were fetched as \a
+/// files. It may be asked once more: after a refused login everything was fetched anew.
 using WantedSource =
     std::function<Outcome(RecorderSession &session, const FileContents &files, QList<WantedValue> &wanted)>;
 

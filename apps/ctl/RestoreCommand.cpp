@@ -50,6 +50,24 @@ Outcome choose(const Snapshot &snapshot, const RestorePlan &plan, const QStringL
         ControlText::tr("the snapshot has no value that fits %1").arg(unmatched.join(QStringLiteral(", ")))};
 }
 
+/// The values of the snapshot that \a texts name and that the recorder has already.
+QList<WantedValue> valuesPresent(const Snapshot &snapshot, const QStringList &texts,
+                                 const ConfigurationValues &present)
+{
+    ValuePatterns patterns(texts);
+    QList<WantedValue> found;
+    const ConfigurationValues values = valuesOf(snapshot.currentFiles());
+    for (auto file = values.cbegin(); file != values.cend(); ++file) {
+        const FileValues own = present.value(file.key());
+        for (auto value = file->all().cbegin(); value != file->all().cend(); ++value) {
+            const QString path = file.key() + u'/' + value.key();
+            if (own.value(value.key()) == *value && path.count(u'/') == 2 && patterns.contains(path))
+                found.append({path, *value});
+        }
+    }
+    return found;
+}
+
 /// The wanted lists that \a plan cannot restore.
 QStringList listsKept(const RestorePlan &plan, const QSet<QString> &paths)
 {
@@ -82,13 +100,15 @@ public:
             return {ExitCode::Different, ControlText::tr("%1 With --force it is restored.").arg(strange)};
 
         const QStringList unsent = session.store().property("unsentFiles").toStringList();
-        const RestorePlan plan(m_snapshot, valuesOf(files), [&unsent](const QString &path) {
+        const ConfigurationValues present = valuesOf(files);
+        const RestorePlan plan(m_snapshot, present, [&unsent](const QString &path) {
             return !unsent.contains(path.section(u'/', 0, 0));
         });
         QSet<QString> paths;
         if (const Outcome chosen = paravue::choose(m_snapshot, plan, m_line.arguments.mid(1), paths);
             !chosen.isDone())
             return chosen;
+        wanted = valuesPresent(m_snapshot, m_line.arguments.mid(1), present);
         m_listsKept = listsKept(plan, paths);
         for (const ValueDifference &value : plan.restored(paths.values())) {
             if (!value.isOnlyAKey())

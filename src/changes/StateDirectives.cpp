@@ -30,6 +30,31 @@ std::optional<QByteArray> directedText(OrbSetup &store, const QString &name)
     return text.contains("#!") ? text : QByteArray();
 }
 
+/// What sending the file \a name makes other values of.
+QList<ValueDifference> sendingDifferences(OrbSetup &store, const QString &name)
+{
+    // Wrong addresses are reported when the file is sent.
+    const QSignalBlocker quiet(store);
+    const auto valueOf = [&store](const QString &address) { return std::optional(store.value(address)); };
+    const QByteArray text = directedText(store, name).value_or(QByteArray());
+    if (text.isEmpty())
+        return {};
+    const CompiledState compiled = preview(QString::fromUtf8(text), valueOf);
+    if (compiled.fault != CompiledState::Fault::None)
+        return {};
+    QList<ValueDifference> found = differences(name, FileValues(text), FileValues(compiled.text.toUtf8()));
+    found.removeIf([](const ValueDifference &difference) { return difference.isOnlyAKey(); });
+    return found;
+}
+
+QList<Change> changesOf(const QList<ValueDifference> &differences)
+{
+    QList<Change> changes;
+    for (const ValueDifference &difference : differences)
+        changes.append({difference.path, difference.before, difference.after.value_or(QString())});
+    return changes;
+}
+
 bool containsAny(const QString &text, const QStringList &parts)
 {
     return std::any_of(parts.begin(), parts.end(),
@@ -83,22 +108,34 @@ std::optional<QSet<QString>> secretPaths(OrbSetup &store, const QString &name, c
 
 QList<Change> pendingChanges(OrbSetup &store, const QString &name)
 {
-    // Wrong addresses are reported when the file is sent.
+    return changesOf(sendingDifferences(store, name));
+}
+
+QList<Change> pendingChanges(OrbSetup &store, const QString &name, const QSet<QString> &paths)
+{
+    QList<ValueDifference> found = sendingDifferences(store, name);
+    if (found.isEmpty())
+        return {};
     const QSignalBlocker quiet(store);
-    const auto valueOf = [&store](const QString &address) { return std::optional(store.value(address)); };
-    const QByteArray text = directedText(store, name).value_or(QByteArray());
-    if (text.isEmpty())
-        return {};
-    const CompiledState compiled = preview(QString::fromUtf8(text), valueOf);
-    if (compiled.fault != CompiledState::Fault::None)
-        return {};
-    QList<Change> changes;
-    for (const ValueDifference &difference :
-         differences(name, FileValues(text), FileValues(compiled.text.toUtf8()))) {
-        if (!difference.isOnlyAKey())
-            changes.append({difference.path, difference.before, difference.after.value_or(QString())});
+    const auto valueOfOthers = [&](const QString &address) {
+        return paths.contains(OrbSetup::path(address)) ? std::nullopt : std::optional(store.value(address));
+    };
+    const QString text = QString::fromUtf8(directedText(store, name).value_or(QByteArray()));
+    const FileValues others(preview(text, valueOfOthers).text.toUtf8());
+    found.removeIf([&others](const ValueDifference &difference) {
+        return !difference.after || others.value(difference.path.section(u'/', 1)) == difference.after;
+    });
+    return changesOf(found);
+}
+
+QStringList lostKeys(OrbSetup &store, const QString &name)
+{
+    QStringList lost;
+    for (const ValueDifference &difference : sendingDifferences(store, name)) {
+        if (!difference.after)
+            lost << difference.path;
     }
-    return changes;
+    return lost;
 }
 
 } // namespace paravue::statedirectives

@@ -47,6 +47,14 @@ std::optional<QSet<QString>> secretPaths(OrbSetup &store, const QString &name, c
 /// too long count as none.
 QList<Change> pendingChanges(OrbSetup &store, const QString &name);
 
+/// Of these the new values that are owed to directives asking for one of \a paths: without these directives
+/// they would be others.
+QList<Change> pendingChanges(OrbSetup &store, const QString &name, const QSet<QString> &paths);
+
+/// The paths of the values among these that sending destroys: what a directive puts into the line of a key
+/// may make it no key line.
+QStringList lostKeys(OrbSetup &store, const QString &name);
+
 } // namespace statedirectives
 
 } // namespace paravue

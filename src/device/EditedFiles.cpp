@@ -19,20 +19,6 @@ QByteArray contentOf(OrbSetup &store, const QString &name)
     return !file.fileName().isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Only in these are directives carried out.
-QSet<QString> stateFiles(OrbSetup &store)
-{
-    const auto listed = readDescriptionFileList(contentOf(store, QStringLiteral("interface")));
-    if (!listed)
-        return {QStringLiteral("state")};
-    QSet<QString> names;
-    for (const ListedFile &file : *listed) {
-        if (file.kind == ListedFile::Kind::State)
-            names.insert(file.name);
-    }
-    return names;
-}
-
 bool asksFor(const QByteArray &text, const QSet<QString> &paths)
 {
     if (!text.contains("#!"))
@@ -47,6 +33,19 @@ bool asksFor(const QByteArray &text, const QSet<QString> &paths)
 }
 
 } // namespace
+
+QSet<QString> stateFiles(OrbSetup &store)
+{
+    const auto listed = readDescriptionFileList(contentOf(store, QStringLiteral("interface")));
+    if (!listed)
+        return {QStringLiteral("state")};
+    QSet<QString> names;
+    for (const ListedFile &file : *listed) {
+        if (file.kind == ListedFile::Kind::State)
+            names.insert(file.name);
+    }
+    return names;
+}
 
 QStringList editedFiles(OrbSetup &store, const QSet<QString> &paths)
 {

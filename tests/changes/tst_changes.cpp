@@ -396,6 +396,8 @@ void TestChanges::followsTheDirectivesOfStateFiles()
     QCOMPARE(pending(), QStringList());
     fixture.store().setValue("net/untitled/ID/new");
     QCOMPARE(pending(), QStringList({"state/door/PLACE: old -> new"}));
+    for (const auto &[path, count] : {std::pair("net/untitled/ID", 1), {"net/untitled/CODE", 0}})
+        QCOMPARE(statedirectives::pendingChanges(fixture.store(), "state", {path}).size(), count);
     // Neither its key nor its own mark tells that it is a secret.
     QVERIFY(list.isSecret("state/door/PIN") && !list.isSecret("state/door/DOOR"));
     list.secrets().mark("net/untitled/CODE");

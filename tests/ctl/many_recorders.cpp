@@ -3,8 +3,8 @@
 //
 // Usage: many-recorders COUNT FOLDER [DELAY]   with DELAY milliseconds before each answer
 
-#include "recorder/RecorderServer.h"
 #include "program/StopSignal.h"
+#include "recorder/RecorderServer.h"
 
 #include <QCoreApplication>
 #include <QDir>

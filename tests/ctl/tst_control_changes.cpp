@@ -36,6 +36,7 @@ private Q_SLOTS:
     void leavesALockedRecorderAlone();
     void ignoresALockThatNobodyHolds();
     void runsOneAtATime();
+    void survivesItsDeath_data();
     void survivesItsDeath();
     void asksBeforeWhatIsDangerous_data();
     void asksBeforeWhatIsDangerous();
@@ -125,7 +126,8 @@ void TestControlChanges::sendsNothingThatIsNotReadBack_data()
     row("a space in a key", {"set", "net/untitled/A B=1", "--force"}, "net/untitled/A B");
     row("a semicolon in a key", {"set", "net/untitled/A;B=1", "--force"}, "net/untitled/A;B");
     row("a space in a section", {"set", "timers/a b/c=1", "--force"}, "timers/a b/c");
-    row("another value of the file", {"set", "streams/common/name=Gate"}, "streams/common/place");
+    row("another value of the file", {"set", "streams/common/location=Gate"}, "streams/common/place");
+    row("what a directive would put into a state file", {"set", "net/untitled/IP=1.2.3.4"}, "state/a/place");
     row("what the recorder has", {"set", "streams/common/place=Bob's"}, {});
     row("in its place", {"set", "streams/common/place=Gate"}, {});
 }
@@ -142,6 +144,12 @@ void TestControlChanges::sendsNothingThatIsNotReadBack()
     QFile streams(m_recorder->filePath("streams"));
     QVERIFY(streams.open(QIODevice::Append) && streams.write("\n[ common ]\nplace = \"Bob's\"\n") > 0);
     streams.close();
+    QFile state(m_recorder->filePath("state"));
+    QVERIFY(state.open(QIODevice::Append) &&
+            state.write("\n#!s/place=[^{}\\r\\n]*(?=[\\r\\n])/place='{streams/common/place}'/\n"
+                        "#!s/ip=[^{}\\r\\n]*(?=[\\r\\n])/ip='{net/untitled/IP}'/\n"
+                        "[ a ]\nplace=\"Bob's\"\nip=1\n") > 0);
+    state.close();
     command.insert(1, address());
     const Run run = this->run(command.replaceInStrings("%1", path));
     QCOMPARE(run.exitCode, named.isEmpty() ? 0 : 7);
@@ -313,22 +321,41 @@ void TestControlChanges::runsOneAtATime()
     QCOMPARE(m_received, QStringList({"net", "users"}));
 }
 
+void TestControlChanges::survivesItsDeath_data()
+{
+    // %1 is a snapshot with another name.
+    const TestTable<QStringList, QString> row("command", "rest");
+    row("two files", {"set", "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"}, "users");
+    row("a state file", {"set", "streams/common/name=Gate"}, "state");
+    row("a state file, restored", {"restore", "%1", "streams/common/*"}, "state");
+}
+
 /// A program that was killed in the middle of a save keeps no later one out, which completes what it began.
 void TestControlChanges::survivesItsDeath()
 {
-    const QStringList command{"set", address(), "net/untitled/IP=10.0.0.1", "users/untitled/NAME3=guard"};
-    const QByteArray users = fileOfRecorder("users");
+    QFETCH(QStringList, command);
+    QFETCH(QString, rest);
+    const QString path = m_folder->filePath("kept.zip");
+    Snapshot snapshot;
+    snapshot.info.time = QDateTime::currentDateTimeUtc();
+    snapshot.files["streams"] = fileOfRecorder("streams").replace("Warehouse recorder", "Gate");
+    QCOMPARE(snapshotarchive::write(snapshot, path), QString());
+    command.insert(1, address());
+    command.replaceInStrings("%1", path);
+    const QByteArray before = fileOfRecorder(rest);
     m_recorder->setReplyDelay(200); // the answer comes behind the end
     const auto connection = connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
                                     [this] { m_running->kill(); });
     run(command);
     disconnect(connection);
-    QVERIFY(fileOfRecorder("net").contains("10.0.0.1"));
-    QCOMPARE(fileOfRecorder("users"), users);
+    QCOMPARE(m_received.size(), 1);
+    QCOMPARE(fileOfRecorder(rest), before);
     m_recorder->setReplyDelay(0);
     const Run again = run(command);
     QVERIFY2(again.exitCode == 0, qPrintable(again.err));
-    QVERIFY2(again.out.contains("Sent and confirmed: users\n"), qPrintable(again.out));
+    QVERIFY2(again.out.endsWith("Sent and confirmed: " + rest + '\n'), qPrintable(again.out));
+    QVERIFY(fileOfRecorder(rest).contains(rest == "state" ? "DEVICE_NAME = 'Gate'" : "guard"));
+    QCOMPARE(run(command).out, "The recorder has these values already.\n");
 }
 
 void TestControlChanges::asksBeforeWhatIsDangerous_data()
