@@ -114,7 +114,7 @@ public:
             if (!value.isOnlyAKey())
                 wanted.append({value.path, value.before});
         }
-        return {};
+        return m_line.force ? Outcome() : checkAgainstDescription(wanted, session, files);
     }
 
     /// What a run has come to that has restored everything else.

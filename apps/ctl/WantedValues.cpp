@@ -68,27 +68,6 @@ QString problemOf(const QList<WantedValue> &wanted)
     return {};
 }
 
-/// Values that the recorder has already are not sent. Without a description that can be read there are no
-/// rules.
-Outcome checkAgainstDescription(const QList<WantedValue> &wanted, RecorderSession &session,
-                                const FileContents &files)
-{
-    Outcome unreadable;
-    const auto described = readDescription(files, session.store(), unreadable);
-    if (!described)
-        return {};
-    QStringList problems;
-    for (const WantedValue &value : wanted) {
-        const QString problem = described->problemWith(value.path, value.value.value_or(QString()));
-        if (!problem.isEmpty() && !isPresent(value, session.store()))
-            problems << ControlText::tr("the value of %1 is not allowed: %2").arg(value.path, problem);
-    }
-    if (problems.isEmpty())
-        return {};
-    return {ExitCode::Rejected,
-            ControlText::tr("%1; --force sends it").arg(problems.join(QStringLiteral("; ")))};
-}
-
 } // namespace
 
 Outcome readWantedValues(const QString &path, QList<WantedValue> &wanted)
@@ -126,6 +105,27 @@ Outcome readWantedValues(const ControlCommandLine &line, QList<WantedValue> &wan
 bool isPresent(const WantedValue &wanted, OrbSetup &store)
 {
     return store.storedValue(wanted.path).value_or(QString()) == wanted.value.value_or(QString());
+}
+
+Outcome checkAgainstDescription(const QList<WantedValue> &wanted, RecorderSession &session,
+                                const FileContents &files)
+{
+    Outcome unreadable;
+    const auto described = readDescription(files, session.store(), unreadable);
+    if (!described)
+        return {};
+    QStringList problems;
+    for (const WantedValue &value : wanted) {
+        if (isPresent(value, session.store()))
+            continue;
+        const QString problem = described->problemWith(value.path, value.value.value_or(QString()));
+        if (!problem.isEmpty())
+            problems << ControlText::tr("the value of %1 is not allowed: %2").arg(value.path, problem);
+    }
+    if (problems.isEmpty())
+        return {};
+    return {ExitCode::Rejected,
+            ControlText::tr("%1; --force sends it").arg(problems.join(QStringLiteral("; ")))};
 }
 
 Outcome checkWantedValues(const QList<WantedValue> &wanted, RecorderSession &session,

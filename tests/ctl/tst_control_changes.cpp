@@ -395,8 +395,18 @@ void TestControlChanges::sendsOnlyWhatTheDescriptionAllows()
     QVERIFY2(run.err.contains("net/untitled/DNS1 is not allowed"), qPrintable(run.err));
     QCOMPARE(m_received, QStringList());
     QCOMPARE(this->run(command + QStringList("--force")).exitCode, 0);
-    // What the recorder has already is not judged.
+    // What the recorder has already is not judged, in a snapshot neither.
     QCOMPARE(this->run(command).exitCode, 0);
+    const QStringList restore{"restore", address(), m_folder->filePath("kept.zip")};
+    QCOMPARE(this->run({"backup", address(), "-o", restore.last()}).exitCode, 0);
+    const QString allowed = "net/untitled/DNS1=10.0.0.2";
+    QCOMPARE(this->run({"set", address(), "streams/common/name=Gate", allowed}).exitCode, 0);
+    const Run restored = this->run(restore);
+    QCOMPARE(restored.exitCode, 1);
+    QCOMPARE(restored.err.count("is not allowed"), 1);
+    QVERIFY2(restored.err.contains("net/untitled/DNS1 is not allowed"), qPrintable(restored.err));
+    QVERIFY(fileOfRecorder("streams").contains("Gate"));
+    QCOMPARE(this->run(restore + QStringList("--force")).exitCode, 0);
 }
 
 void TestControlChanges::runsFunctions_data()
