@@ -1267,6 +1267,10 @@ ADDRESS — это [login:password@]host[:port]. Если пароля в нём
         <source>values of the recorder would be lost with their file written again, so nothing was sent: %1</source>
         <translation>значения регистратора пропали бы при записи их файла, поэтому ничего не отправлено: %1</translation>
     </message>
+    <message>
+        <source>a &quot;/&quot; in a key or a section cannot be addressed, so these were not restored: %1</source>
+        <translation>ключ или раздел с «/» нельзя указать в адресе, поэтому не восстановлены: %1</translation>
+    </message>
 </context>
 <context>
     <name>DemoRecorder</name>

@@ -31,14 +31,14 @@ struct EditReport {
     bool isConfirmed = false;
 };
 
-QString textOf(const EditReport &report, bool showsSecrets)
+QString textOf(const EditReport &report, bool showsSecrets, bool isDone)
 {
     QString text;
     for (const Change &change : report.changes)
         text += changeText(change.path, change.oldValue, change.newValue, change.isSecret && !showsSecrets);
     const QString files = report.files.join(QStringLiteral(", "));
     if (report.changes.isEmpty())
-        text += ControlText::tr("The recorder has these values already.") + u'\n';
+        text += isDone ? ControlText::tr("The recorder has these values already.") + u'\n' : QString();
     else if (report.isDryRun)
         text += ControlText::tr("Not sent: %1").arg(files) + u'\n';
     else if (report.isConfirmed)
@@ -120,8 +120,8 @@ class EditRun : public std::enable_shared_from_this<EditRun>
 {
 public:
     EditRun(const std::shared_ptr<RecorderSession> &session, const ControlCommandLine &line,
-            const WantedSource &source, const CommandEnd &end)
-        : m_session(session), m_line(line), m_source(source), m_end(end)
+            const WantedSource &source, const CommandEnd &end, const std::function<Outcome()> &rest)
+        : m_session(session), m_line(line), m_source(source), m_end(end), m_rest(rest)
     {
     }
 
@@ -229,23 +229,27 @@ private:
     {
         m_report.recorder = m_session->recorder();
         m_report.isDryRun = m_line.dryRun;
-        m_end(outcome, {textOf(m_report, m_line.secrets), documentOf(m_report, m_line.secrets)});
+        const Outcome whole = outcome.isDone() && m_rest ? m_rest() : outcome;
+        m_end(whole,
+              {textOf(m_report, m_line.secrets, whole.isDone()), documentOf(m_report, m_line.secrets)});
     }
 
     const std::shared_ptr<RecorderSession> m_session;
     const ControlCommandLine m_line;
     const WantedSource m_source;
     const CommandEnd m_end;
+    const std::function<Outcome()> m_rest;
     EditReport m_report;
 };
 
 } // namespace
 
-void runEdits(const ControlCommandLine &line, const WantedSource &source, const CommandEnd &end)
+void runEdits(const ControlCommandLine &line, const WantedSource &source, const CommandEnd &end,
+              const std::function<Outcome()> &rest)
 {
     Outcome problem;
     if (const auto session = RecorderSession::open(line, problem))
-        std::make_shared<EditRun>(session, line, source, end)->start();
+        std::make_shared<EditRun>(session, line, source, end, rest)->start();
     else
         end(problem, {});
 }

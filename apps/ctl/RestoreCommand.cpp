@@ -82,6 +82,17 @@ QStringList listsKept(const RestorePlan &plan, const QSet<QString> &paths)
     return kept;
 }
 
+/// The wanted values that no address can name.
+QStringList unnameable(const RestorePlan &plan, const QSet<QString> &paths)
+{
+    QStringList found;
+    for (const ValueDifference &value : plan.differences()) {
+        if (paths.contains(value.path) && !value.canBeSet() && !value.isOnlyAKey())
+            found << value.path;
+    }
+    return found;
+}
+
 class RestoreSource
 {
 public:
@@ -110,6 +121,7 @@ public:
             return chosen;
         wanted = valuesPresent(m_snapshot, m_line.arguments.mid(1), present);
         m_listsKept = listsKept(plan, paths);
+        m_unnameable = unnameable(plan, paths);
         for (const ValueDifference &value : plan.restored(paths.values())) {
             if (!value.isOnlyAKey())
                 wanted.append({value.path, value.before});
@@ -120,18 +132,26 @@ public:
     /// What a run has come to that has restored everything else.
     Outcome rest() const
     {
-        if (m_listsKept.isEmpty())
-            return {};
-        return {ExitCode::Different,
-                ControlText::tr("entries of %1 were added, removed or renamed since, and the snapshot has no "
-                                "passwords for them: these lists were not restored")
-                    .arg(m_listsKept.join(QStringLiteral(", ")))};
+        QStringList problems;
+        if (!m_listsKept.isEmpty())
+            problems << ControlText::tr(
+                            "entries of %1 were added, removed or renamed since, and the snapshot "
+                            "has no passwords for them: these lists were not restored")
+                            .arg(m_listsKept.join(QStringLiteral(", ")));
+        if (!m_unnameable.isEmpty())
+            problems << ControlText::tr(
+                            "a \"/\" in a key or a section cannot be addressed, so these were not "
+                            "restored: %1")
+                            .arg(m_unnameable.join(QStringLiteral(", ")));
+        return problems.isEmpty() ? Outcome()
+                                  : Outcome{ExitCode::Different, problems.join(QStringLiteral("; "))};
     }
 
 private:
     const Snapshot m_snapshot;
     const ControlCommandLine m_line;
     QStringList m_listsKept;
+    QStringList m_unnameable;
 };
 
 } // namespace
@@ -147,9 +167,7 @@ void runRestore(const ControlCommandLine &line, const CommandEnd &end)
         [source](RecorderSession &session, const FileContents &files, QList<WantedValue> &wanted) {
             return source->choose(session, files, wanted);
         },
-        [source, end](const Outcome &outcome, const CommandReport &report) {
-            end(outcome.isDone() ? source->rest() : outcome, report);
-        });
+        end, [source] { return source->rest(); });
 }
 
 } // namespace paravue

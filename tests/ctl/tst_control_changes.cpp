@@ -32,6 +32,7 @@ private Q_SLOTS:
     void stopsBetweenTwoFiles();
     void restoresASnapshot_data();
     void restoresASnapshot();
+    void namesWhatItCannotRestore();
     void refusesStrangeSnapshots();
     void leavesALockedRecorderAlone();
     void ignoresALockThatNobodyHolds();
@@ -252,6 +253,23 @@ void TestControlChanges::restoresASnapshot()
     for (const QString &changed : pathsIn(run.out, "changes"))
         QCOMPARE(pathsIn(compared.out, "differences").contains(changed), !isSent);
     QCOMPARE(isSent, !arguments.contains("--dry-run") && !pathsIn(run.out, "changes").isEmpty());
+}
+
+void TestControlChanges::namesWhatItCannotRestore()
+{
+    const QString path = m_folder->filePath("kept.zip");
+    QCOMPARE(run({"backup", address(), "-o", path}).exitCode, 0);
+    Snapshot snapshot = snapshotarchive::read(path).snapshot;
+    snapshot.files["net"].replace("192.168.10.20'", "10.0.0.1'\nA/B=1");
+    QCOMPARE(snapshotarchive::write(snapshot, path), QString());
+    for (const QString expected :
+         {"net/untitled/IP: 192.168.10.20 -> 10.0.0.1\nSent and confirmed: net\n", ""}) {
+        const Run run = this->run({"restore", address(), path});
+        QCOMPARE(run.exitCode, 5);
+        QCOMPARE(run.out, expected);
+        QVERIFY2(run.err.endsWith("not restored: net/untitled/A/B\n"), qPrintable(run.err));
+    }
+    QCOMPARE(run({"restore", address(), path, "net/untitled/I*"}).exitCode, 0);
 }
 
 void TestControlChanges::refusesStrangeSnapshots()
