@@ -3,6 +3,7 @@
 #include "ControlCommandLine.h"
 #include "ControlText.h"
 #include "EditCheck.h"
+#include "ProgressLine.h"
 #include "RecorderSession.h"
 #include "SecretValues.h"
 #include "TerminalText.h"
@@ -14,6 +15,7 @@
 
 #include <QHash>
 #include <QJsonArray>
+#include <QTextStream>
 
 namespace paravue
 {
@@ -31,19 +33,23 @@ struct EditReport {
     bool isConfirmed = false;
 };
 
-QString textOf(const EditReport &report, bool showsSecrets, bool isDone)
+QString changesIn(const EditReport &report, bool showsSecrets)
 {
     QString text;
     for (const Change &change : report.changes)
         text += changeText(change.path, change.oldValue, change.newValue, change.isSecret && !showsSecrets);
+    return text;
+}
+
+/// What has become of the changes.
+QString resultOf(const EditReport &report, bool isDone)
+{
     const QString files = report.files.join(QStringLiteral(", "));
     if (report.changes.isEmpty())
-        text += isDone ? ControlText::tr("The recorder has these values already.") + u'\n' : QString();
-    else if (report.isDryRun)
-        text += ControlText::tr("Not sent: %1").arg(files) + u'\n';
-    else if (report.isConfirmed)
-        text += ControlText::tr("Sent and confirmed: %1").arg(files) + u'\n';
-    return text;
+        return isDone ? ControlText::tr("The recorder has these values already.") + u'\n' : QString();
+    if (report.isDryRun)
+        return ControlText::tr("Not sent: %1").arg(files) + u'\n';
+    return report.isConfirmed ? ControlText::tr("Sent and confirmed: %1").arg(files) + u'\n' : QString();
 }
 
 QJsonObject documentOf(const EditReport &report, bool showsSecrets)
@@ -180,8 +186,21 @@ private:
         return checkWriting(edited, m_report.files, store, files);
     }
 
+    /// So that a run that comes to no end has told what it was about to change. The lines of many recorders
+    /// stand together, each with its name, and JSON is one object.
+    void showChanges()
+    {
+        const QString changes = changesIn(m_report, m_line.secrets);
+        if (!m_line.inventory.isEmpty() || m_line.json || changes == m_shown)
+            return;
+        progressline::clear();
+        QTextStream(stdout) << changes << Qt::flush;
+        m_shown = changes;
+    }
+
     void send(bool isFirst)
     {
+        showChanges();
         m_session->send(m_report.files, [run = shared_from_this(), isFirst](const Outcome &sent) {
             // After a refused login everything was fetched anew, in place of the edits.
             if (isFirst && sent.isDone() && !run->m_session->store().saveStatus().replaced.isEmpty())
@@ -230,8 +249,9 @@ private:
         m_report.recorder = m_session->recorder();
         m_report.isDryRun = m_line.dryRun;
         const Outcome whole = outcome.isDone() && m_rest ? m_rest() : outcome;
-        m_end(whole,
-              {textOf(m_report, m_line.secrets, whole.isDone()), documentOf(m_report, m_line.secrets)});
+        const QString changes = changesIn(m_report, m_line.secrets);
+        m_end(whole, {(changes == m_shown ? QString() : changes) + resultOf(m_report, whole.isDone()),
+                      documentOf(m_report, m_line.secrets)});
     }
 
     const std::shared_ptr<RecorderSession> m_session;
@@ -240,6 +260,7 @@ private:
     const CommandEnd m_end;
     const std::function<Outcome()> m_rest;
     EditReport m_report;
+    QString m_shown; ///< of the changes, what was printed
 };
 
 } // namespace

@@ -20,7 +20,8 @@ using WantedSource =
 
 /// Fetches the files of a recorder, makes edits, sends the files that these need and fetches the files once
 /// more to compare the values, all under the lock of the recorder (snapshots/RecorderLock.h). The report
-/// tells what was changed, also when the save has failed. \a rest tells what a run has come to that has done
+/// tells what was changed, also when the save has failed; the text for people of a single recorder is printed
+/// that far before anything is sent. \a rest tells what a run has come to that has done
 /// everything else.
 void runEdits(const ControlCommandLine &line, const WantedSource &source, const CommandEnd &end,
               const std::function<Outcome()> &rest = {});

@@ -364,7 +364,8 @@ void TestControlChanges::survivesItsDeath()
     m_recorder->setReplyDelay(200); // the answer comes behind the end
     const auto connection = connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
                                     [this] { m_running->kill(); });
-    run(command);
+    const QString shown = run(command).out;
+    QCOMPARE(shown.count(" -> "), rest == "users" ? 2 : 1);
     disconnect(connection);
     QCOMPARE(m_received.size(), 1);
     QCOMPARE(fileOfRecorder(rest), before);
