@@ -45,7 +45,8 @@ Outcome keep(RecorderSession &session, const ControlCommandLine &line, CommandRe
     if (!kept.problem.isEmpty())
         return {ExitCode::LocalFile, kept.problem};
     report.text = kept.path + u'\n';
-    report.document = {{"path", kept.path}};
+    report.document = {
+        {"format", "paravue-backup"}, {"version", 1}, {"recorder", session.recorder()}, {"path", kept.path}};
     return {};
 }
 

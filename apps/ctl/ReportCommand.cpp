@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QSaveFile>
 #include <QSysInfo>
 #include <QTextStream>
@@ -28,8 +29,10 @@ constexpr qsizetype MaxReportBytes = 4 * 1024 * 1024; // what mail servers take
 /// What goes to support: one text, so that everybody can see what is in it.
 struct Bundle {
     QString text;
-    QStringList parts;
-    QStringList leftOut;
+    QStringList parts;   ///< the files
+    QStringList secrets; ///< paths
+    QStringList tooLarge;
+    QStringList leftOut; ///< both, in words
 };
 
 QString titled(const QString &title, const QString &text)
@@ -57,11 +60,13 @@ QString versions(const SnapshotInfo &recorder, const Outcome &outcome)
 Bundle bundleOf(FileContents files, const SnapshotInfo &recorder, const Outcome &outcome, const QString &log)
 {
     Bundle bundle;
-    for (const QString &path : removeSecrets(files))
+    bundle.secrets = removeSecrets(files);
+    for (const QString &path : std::as_const(bundle.secrets))
         bundle.leftOut << ControlText::tr("%1 (secret)").arg(path);
     QString contents;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
         if (contents.size() + file->size() > MaxReportBytes) {
+            bundle.tooLarge << file.key();
             bundle.leftOut << ControlText::tr("%1 (%2 bytes)").arg(file.key()).arg(file->size());
             continue;
         }
@@ -104,6 +109,16 @@ Outcome write(const Bundle &bundle, const ControlCommandLine &line)
     return {};
 }
 
+QJsonObject documentOf(const Bundle &bundle, const QString &recorder)
+{
+    return {{"format", "paravue-report"},
+            {"version", 1},
+            {"recorder", recorder},
+            {"files", QJsonArray::fromStringList(bundle.parts)},
+            {"secrets", QJsonArray::fromStringList(bundle.secrets)},
+            {"tooLarge", QJsonArray::fromStringList(bundle.tooLarge)}};
+}
+
 void finish(RecorderSession &session, const Outcome &fetched, const ExchangeLog &log,
             const ControlCommandLine &line, const CommandEnd &end)
 {
@@ -115,13 +130,17 @@ void finish(RecorderSession &session, const Outcome &fetched, const ExchangeLog 
     describeRecorder(recorder, files);
     const Bundle bundle = bundleOf(files, recorder, outcome, log.text());
     CommandReport report;
+    report.document = documentOf(bundle, session.recorder());
     if (line.output.isEmpty()) {
+        report.document[QStringLiteral("report")] = bundle.text;
         report.text = isTerminal(stdout) ? terminalLines(bundle.text) : bundle.text;
         return end(outcome, report);
     }
     const Outcome written = write(bundle, line);
-    if (written.isDone())
+    if (written.isDone()) {
+        report.document[QStringLiteral("path")] = line.output;
         report.text = line.output + u'\n';
+    }
     end(written.isDone() ? outcome : written, report);
 }
 

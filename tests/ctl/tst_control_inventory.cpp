@@ -306,7 +306,17 @@ void TestControlInventory::reportsOnEach()
     const QStringList command{"report", "--inventory", iniFile(), "-o", m_folder->filePath("{name}.txt")};
     QCOMPARE(run(command).exitCode, 5); // nobody is asked
     m_recorders[1]->setFaults({{Kind::Error, 0, "busy", "GET DISK CONFIG"}});
-    QCOMPARE(run(command + QStringList("--yes")).exitCode, 1);
+    const ControlRun run = this->run(command + QStringList{"--yes", "--json"});
+    QCOMPARE(run.exitCode, 1);
+    QStringList paths;
+    for (const QString &line : run.out.split('\n', Qt::SkipEmptyParts)) {
+        const QJsonObject row = QJsonDocument::fromJson(line.toUtf8()).object();
+        QCOMPARE(row["exitCode"].toInt(-1), row["name"] == "hall" ? 1 : 0);
+        paths << row["result"].toObject()["path"].toString();
+    }
+    paths.sort();
+    QCOMPARE(paths, QStringList(Names).replaceInStrings(QRegularExpression("^(.*)$"),
+                                                        m_folder->filePath("\\1.txt")));
     for (int i = 0; i < Names.size(); ++i) {
         QFile file(m_folder->filePath(Names[i] + ".txt"));
         QVERIFY(file.open(QIODevice::ReadOnly));

@@ -232,9 +232,13 @@ void TestControlProgram::keepsASnapshot()
 
 void TestControlProgram::keepsASnapshotWhereTheWindowDoes()
 {
-    const Run run = this->run({"backup", address()});
+    const Run run = this->run({"backup", address(), "--json"});
     QCOMPARE(run.exitCode, 0);
-    const QString path = run.out.trimmed();
+    const QJsonObject document = QJsonDocument::fromJson(run.out.toUtf8()).object();
+    QCOMPARE(document["format"].toString(), "paravue-backup");
+    QCOMPARE(document["version"].toInt(), 1);
+    QCOMPARE(document["recorder"].toString(), host());
+    const QString path = document["path"].toString();
     QVERIFY2(path.contains("/Paravue/snapshots/"), qPrintable(path));
     QCOMPARE(snapshotarchive::read(path).problem, QString());
 }
@@ -482,6 +486,15 @@ void TestControlProgram::reportsWhatHasFailed()
     QVERIFY2(run.out.contains("outcome: 1 ") && run.out.contains("==== file net\n"),
              qPrintable(run.out.left(2000)));
     QVERIFY2(run.out.contains("busy"), qPrintable(run.out.left(2000)));
+    const Run json = this->run({"report", address(), "--json"});
+    QCOMPARE(json.exitCode, 1);
+    const QJsonObject document = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(document["format"].toString(), "paravue-report");
+    QCOMPARE(document["version"].toInt(), 1);
+    QCOMPARE(document["recorder"].toString(), host());
+    QVERIFY(document["files"].toArray().contains("net") && !document["files"].toArray().contains("disk"));
+    QVERIFY(document["secrets"].toArray().contains("streams/stream_0/password"));
+    QVERIFY(document["report"].toString().contains("outcome: 1 "));
 }
 
 void TestControlProgram::usesTheTerminal()
