@@ -361,7 +361,7 @@ void TestControlChanges::survivesItsDeath()
     command.insert(1, address());
     command.replaceInStrings("%1", path);
     const QByteArray before = fileOfRecorder(rest);
-    m_recorder->setReplyDelay(200); // the answer comes behind the end
+    m_recorder->setReplyDelay(50); // the answer comes behind the end
     const auto connection = connect(m_recorder.get(), &recorder::RecorderServer::fileReceived, this,
                                     [this] { m_running->kill(); });
     const QString shown = run(command).out;
