@@ -15,6 +15,7 @@ namespace
 
 constexpr OrbNetSetup::Timeouts DefaultTimeouts{std::chrono::seconds(12), std::chrono::seconds(60)};
 constexpr int PollInterval = 50; // milliseconds
+constexpr int Over = 1;          // what a loop that has not been quit returns
 
 } // namespace
 
@@ -108,16 +109,24 @@ paravue_result StoreRecord::wait(Library &library)
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &loop, [this, &loop] {
         if (!isRunning())
-            loop.quit();
+            loop.exit(Over);
     });
-    const auto end = [&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); };
+    const auto end = [&loop] {
+        QMetaObject::invokeMethod(&loop, [&loop] { loop.exit(Over); }, Qt::QueuedConnection);
+    };
     QObject::connect(&m_store, &OrbSetup::loadDone, &loop, end);
     QObject::connect(&m_store, &OrbSetup::storeDone, &loop, end);
     QObject::connect(&m_store, &OrbSetup::pseudothrow, &loop, end);
     poll.start(PollInterval);
-    while (isRunning() && !QCoreApplication::closingDown())
-        loop.exec();
-    return isRunning() ? library.fail(PARAVUE_CANCELLED) : outcome(library);
+    // Once the application has quit, no loop runs any more.
+    while (isRunning() && !QCoreApplication::closingDown()) {
+        if (loop.exec() != Over)
+            break;
+    }
+    if (!isRunning())
+        return outcome(library);
+    reset();
+    return library.fail(PARAVUE_CANCELLED);
 }
 
 void StoreRecord::reset()

@@ -29,12 +29,18 @@ WindowRecord::WindowRecord(StoreRecord &store, const paravue_window_options &opt
 
 WindowRecord::~WindowRecord()
 {
+    endPage();
+}
+
+void WindowRecord::endPage()
+{
     if (!m_page)
         return;
     m_page->disconnect(this);
     // Taken out first, or the native window of the page would end with the object that stands for its parent.
     m_page->hide();
     m_page->windowHandle()->setParent(nullptr);
+    m_page.reset();
 }
 
 WindowOptions WindowRecord::windowOptions() const
@@ -106,6 +112,10 @@ void WindowRecord::runEmbedded()
     m_page->show();
     if (!m_isOver)
         loop.exec();
+    if (m_isOver)
+        return;
+    endPage(); // the application has quit
+    finish(false);
 }
 
 void WindowRecord::show()
@@ -129,6 +139,8 @@ void WindowRecord::finish(bool isAccepted)
 
 void WindowRecord::setGeometry(const QRect &pixels)
 {
+    if (!m_page)
+        return;
     const qreal scale = m_page->windowHandle()->devicePixelRatio();
     m_page->setGeometry(
         {(QPointF(pixels.topLeft()) / scale).toPoint(), (QSizeF(pixels.size()) / scale).toSize()});

@@ -51,11 +51,13 @@ private:
     void finish(bool isAccepted);
     bool runAlone();
     void runEmbedded();
+    /// Ends the session of the page, if there is one, without a question.
+    void endPage();
 
     StoreRecord &m_store;
     const paravue_window_options m_options;
     std::unique_ptr<QWindow> m_parent; ///< stands for the host's window, which is not closed with it
-    std::unique_ptr<SetupPage> m_page;
+    std::unique_ptr<SetupPage> m_page; ///< null without a parent, and after endPage()
     bool m_hasBegun = false;
     bool m_isLoaded = false;
     bool m_isOver = false;

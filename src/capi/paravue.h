@@ -168,7 +168,8 @@ PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_store_function(paravue_st
                                                                       size_t name_length,
                                                                       const char *argument,
                                                                       size_t argument_length);
-/* Waits until the exchange has ended and returns how it has; without one, how the last one has. */
+/* Waits until the exchange has ended and returns how it has; without one, how the last one has. It is given
+ * up when the application quits meanwhile, or has quit: PARAVUE_CANCELLED. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_store_wait(paravue_store *store);
 
 /* Flag of paravue_store_wait_for_save(): shows the progress, asks before it stops, and after a failure offers
@@ -256,8 +257,8 @@ PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_window_create(paravue_sto
 /* Null is allowed. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_window_destroy(paravue_window *window);
 /* Shows the window, fetches the recorder's files, and returns when the session is over. *is_accepted (may be
- * null) is as in finished(). The result is that of the fetch when that has failed. A session runs once:
- * PARAVUE_WRONG_USE the second time. */
+ * null) is as in finished(). The session is over too, by Cancel, when the application quits. The result is
+ * that of the fetch when that has failed. A session runs once: PARAVUE_WRONG_USE the second time. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_window_run(paravue_window *window,
                                                                   int32_t *is_accepted);
 /* The same for a window with a parent, but returns at once. */

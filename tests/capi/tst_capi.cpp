@@ -90,6 +90,19 @@ struct Notes {
     static Notes &of(void *user) { return *static_cast<Notes *>(user); }
 };
 
+/// How the sessions of windows have ended.
+struct Ends {
+    std::vector<int32_t> areAccepted;
+
+    void addTo(paravue_window_options &options)
+    {
+        options.user = this;
+        options.finished = [](void *user, int32_t isAccepted) {
+            static_cast<Ends *>(user)->areAccepted.push_back(isAccepted);
+        };
+    }
+};
+
 } // namespace
 
 /// The C interface as its hosts use it. There is no application but the one that the library makes.
@@ -241,7 +254,20 @@ void TestCapi::usesTheApplicationThatThereIs()
     QApplication application(count, arguments);
     start();
     QCOMPARE(QCoreApplication::instance(), &application);
-    QVERIFY(loadedStore());
+    paravue_store *store = loadedStore();
+    QVERIFY(store);
+
+    // What waits ends with it. The next event loop makes waiting possible again.
+    m_recorder->setReplyDelay(60'000);
+    paravue_result result = PARAVUE_OK;
+    QTimer::singleShot(0, [&] {
+        QCoreApplication::exit();
+        result = waitAfter(paravue_store_load(store), store);
+    });
+    QApplication::exec();
+    QCOMPARE(result, PARAVUE_CANCELLED);
+    m_recorder->setReplyDelay(0);
+    QCOMPARE(waitAfter(paravue_store_load(store), store), PARAVUE_OK);
     m_recorder.reset();
     QCOMPARE(paravue_stop(), PARAVUE_OK);
     QCOMPARE(QCoreApplication::instance(), &application);
@@ -509,18 +535,11 @@ void TestCapi::windowsRunAndAreClosed()
     paravue_store *store = nullptr;
     QCOMPARE(paravue_store_create(address().c_str(), PARAVUE_TERMINATED, 0, &store), PARAVUE_OK);
     for (const bool accepts : {true, false}) {
-        struct End {
-            int count = 0;
-            int32_t isAccepted = -1;
-        } end;
+        Ends ends;
         paravue_window_options options = {};
         options.size = sizeof(options);
         options.features = PARAVUE_WINDOW_TRACKS_CHANGES | PARAVUE_WINDOW_OFFERS_REFRESH;
-        options.user = &end;
-        options.finished = [](void *user, int32_t isAccepted) {
-            static_cast<End *>(user)->isAccepted = isAccepted;
-            ++static_cast<End *>(user)->count;
-        };
+        ends.addTo(options);
         paravue_window *window = nullptr;
         QCOMPARE(paravue_window_create(store, &options, &window), PARAVUE_OK);
         QCOMPARE(paravue_window_show(window), PARAVUE_WRONG_USE); // it has no parent
@@ -539,8 +558,7 @@ void TestCapi::windowsRunAndAreClosed()
         int32_t isAccepted = -1;
         QCOMPARE(paravue_window_run(window, &isAccepted), PARAVUE_OK);
         QCOMPARE(isAccepted, accepts ? 1 : 0);
-        QCOMPARE(end.isAccepted, isAccepted);
-        QCOMPARE(end.count, 1);
+        QCOMPARE(ends.areAccepted, std::vector<int32_t>{isAccepted});
         QCOMPARE(paravue_window_run(window, &isAccepted), PARAVUE_WRONG_USE);
         QCOMPARE(paravue_store_wait_for_save(store, 0, 0), PARAVUE_OK);
         QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
@@ -586,6 +604,19 @@ void TestCapi::windowRunsInAParent()
     AWAIT_VERIFY(page->grab().toImage().pixelColor(400, 250).isValid());
     QCOMPARE(paravue_window_close(window), PARAVUE_OK);
     AWAIT_VERIFY(!page->isVisible());
+    QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
+
+    // The end of the application ends the session too.
+    Ends ends;
+    ends.addTo(options);
+    QCOMPARE(paravue_window_create(store, &options, &window), PARAVUE_OK);
+    notes.atLoaded = [] { QCoreApplication::exit(); };
+    paravue_result result = PARAVUE_INTERNAL;
+    QTimer::singleShot(0, [&] { result = paravue_window_run(window, nullptr); });
+    QCoreApplication::exec();
+    QCOMPARE(result, PARAVUE_OK);
+    QCOMPARE(ends.areAccepted, std::vector<int32_t>{0});
+    QCOMPARE(paravue_window_set_geometry(window, 10, 20, 800, 500), PARAVUE_OK);
     QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
     QVERIFY(parent.handle()); // the host's window is still there
 }
