@@ -2,25 +2,16 @@
 
 #include "capi/StoreRecord.h"
 #include "device/RememberedWindows.h"
+#include "entry/CloseSession.h"
 #include "entry/RunParavueSetup.h"
 #include "entry/SetupPage.h"
 #include "snapshots/SnapshotStore.h"
 
-#include <QApplication>
-#include <QDialog>
 #include <QEventLoop>
 #include <QWindow>
 
 namespace paravue::capi
 {
-
-namespace
-{
-
-/// The session's dialog, of its own or in a page: the only widget of its class.
-constexpr char SessionClass[] = "CWinMain";
-
-} // namespace
 
 WindowRecord::WindowRecord(StoreRecord &store, const paravue_window_options &options)
     : m_store(store), m_options(options)
@@ -150,15 +141,7 @@ void WindowRecord::close()
 {
     if (!m_hasBegun || m_isOver)
         return;
-    const QWidgetList places = m_page ? QWidgetList{m_page.get()} : QApplication::topLevelWidgets();
-    for (QWidget *place : places) {
-        QList<QDialog *> sessions = place->findChildren<QDialog *>();
-        sessions.append(qobject_cast<QDialog *>(place));
-        for (QDialog *session : sessions) {
-            if (session && session->inherits(SessionClass))
-                session->close();
-        }
-    }
+    closeSession(m_store.store(), m_page.get());
 }
 
 } // namespace paravue::capi

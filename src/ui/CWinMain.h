@@ -53,6 +53,7 @@ public:
     int exec() override;
     /// The description was read and its pages are there.
     bool isBuilt() const { return !m_builtFrom.isEmpty(); }
+    bool shows(const OrbSetup &setup) const { return &*m_setup == &setup; }
     /// Hides the window, closes the dialogs that it has opened and disconnects from the store. May throw,
     /// unlike the destructor.
     void endSession();

@@ -133,6 +133,7 @@ private Q_SLOTS:
     void callbacksCannotStartOrDestroy();
     void functionsRun();
     void windowsRunAndAreClosed();
+    void windowsCloseOnlyTheirOwn();
     void windowRunsInAParent();
     void aWindowShowsWhyNothingCame();
     void descriptionsAreChecked();
@@ -563,6 +564,39 @@ void TestCapi::windowsRunAndAreClosed()
         QCOMPARE(paravue_store_wait_for_save(store, 0, 0), PARAVUE_OK);
         QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
     }
+}
+
+void TestCapi::windowsCloseOnlyTheirOwn()
+{
+    start();
+    constexpr size_t Count = 2;
+    paravue_window *windows[Count] = {};
+    Notes notes[Count];
+    for (size_t i = 0; i < Count; ++i) {
+        paravue_store *store = nullptr;
+        QCOMPARE(paravue_store_create(address().c_str(), PARAVUE_TERMINATED, 0, &store), PARAVUE_OK);
+        const paravue_observer observer = notes[i].observer();
+        QCOMPARE(paravue_store_set_observer(store, &observer), PARAVUE_OK);
+        QCOMPARE(paravue_window_create(store, nullptr, &windows[i]), PARAVUE_OK);
+    }
+    const auto visible = [] {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        return std::count_if(all.begin(), all.end(), [](const QWidget *widget) {
+            return widget->inherits("CWinMain") && widget->isVisible();
+        });
+    };
+    std::vector<qsizetype> left;
+    notes[0].atLoaded = [&] { QTimer::singleShot(0, [&] { paravue_window_run(windows[1], nullptr); }); };
+    notes[1].atLoaded = [&] {
+        QTimer::singleShot(0, [&] {
+            for (paravue_window *window : windows) {
+                QCOMPARE(paravue_window_close(window), PARAVUE_OK);
+                left.push_back(visible());
+            }
+        });
+    };
+    QCOMPARE(paravue_window_run(windows[0], nullptr), PARAVUE_OK);
+    QCOMPARE(left, (std::vector<qsizetype>{1, 0}));
 }
 
 void TestCapi::windowRunsInAParent()
