@@ -112,7 +112,8 @@ paravue_result StoreRecord::wait(Library &library)
             loop.exit(Over);
     });
     const auto end = [&loop] {
-        QMetaObject::invokeMethod(&loop, [&loop] { loop.exit(Over); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &loop, [&loop] { loop.exit(Over); }, Qt::QueuedConnection);
     };
     QObject::connect(&m_store, &OrbSetup::loadDone, &loop, end);
     QObject::connect(&m_store, &OrbSetup::storeDone, &loop, end);

@@ -141,7 +141,10 @@ void WindowRecord::close()
 {
     if (!m_hasBegun || m_isOver)
         return;
-    closeSession(m_store.store(), m_page.get());
+    if (closeSession(m_store.store(), m_page.get()) || !m_page)
+        return;
+    endPage(); // which would begin its session in the event loop
+    finish(false);
 }
 
 } // namespace paravue::capi

@@ -45,7 +45,8 @@ std::pair<int, bool> runWindow(OrbSetup *setup, const paravue::SessionOptions &o
     try {
         window =
             std::make_unique<CWinMain>(setup, options.parent, CWinMain::Placement::Window, options.window);
-        const int result = window->exec();
+        // A host that hears of a failure may have closed it already.
+        const int result = window->isHidden() ? window->result() : window->exec();
         const bool isShown = window->isBuilt();
         dispose(std::move(window));
         return {result, isShown};

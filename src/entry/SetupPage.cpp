@@ -53,10 +53,13 @@ void SetupPage::begin()
         return;
     m_window = new CWinMain(&*m_setup, this, CWinMain::Placement::Page, m_options);
     layout()->addWidget(m_window);
-    connect(m_window, &QDialog::finished, this, [this](int result) {
+    const auto finish = [this](int result) {
         end();
         Q_EMIT finished(result == QDialog::Accepted);
-    });
+    };
+    connect(m_window, &QDialog::finished, this, finish);
+    if (m_window->isHidden()) // a host that hears of a failure may have closed it already
+        finish(m_window->result());
 }
 
 void SetupPage::end()

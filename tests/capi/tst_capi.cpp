@@ -1,3 +1,4 @@
+#include "ModalWatcher.h"
 #include "OwnUserFolders.h"
 #include "Waiting.h"
 #include "capi/paravue.h"
@@ -90,6 +91,18 @@ struct Notes {
     static Notes &of(void *user) { return *static_cast<Notes *>(user); }
 };
 
+/// Closes \a window when something has failed.
+paravue_observer closerAtMessage(paravue_window *window)
+{
+    paravue_observer observer = {};
+    observer.size = sizeof(observer);
+    observer.user = window;
+    observer.message = [](void *user, const char *, size_t, const char *, size_t) {
+        QCOMPARE(paravue_window_close(static_cast<paravue_window *>(user)), PARAVUE_OK);
+    };
+    return observer;
+}
+
 /// How the sessions of windows have ended.
 struct Ends {
     std::vector<int32_t> areAccepted;
@@ -134,6 +147,7 @@ private Q_SLOTS:
     void functionsRun();
     void windowsRunAndAreClosed();
     void windowsCloseOnlyTheirOwn();
+    void windowsAreClosedWhileTheyOpen();
     void windowRunsInAParent();
     void aWindowShowsWhyNothingCame();
     void descriptionsAreChecked();
@@ -599,6 +613,23 @@ void TestCapi::windowsCloseOnlyTheirOwn()
     QCOMPARE(left, (std::vector<qsizetype>{1, 0}));
 }
 
+/// In a callback that comes before the window is complete.
+void TestCapi::windowsAreClosedWhileTheyOpen()
+{
+    start();
+    paravue_store *store = nullptr;
+    QCOMPARE(paravue_store_create("not an address@", PARAVUE_TERMINATED, 0, &store), PARAVUE_OK);
+    paravue_window *window = nullptr;
+    QCOMPARE(paravue_window_create(store, nullptr, &window), PARAVUE_OK);
+    const paravue_observer observer = closerAtMessage(window);
+    QCOMPARE(paravue_store_set_observer(store, &observer), PARAVUE_OK);
+    const ModalWatcher message;
+    int32_t isAccepted = -1;
+    QVERIFY(paravue_window_run(window, &isAccepted) != PARAVUE_OK);
+    QCOMPARE(isAccepted, 0);
+    QVERIFY(message.hasSeen());
+}
+
 void TestCapi::windowRunsInAParent()
 {
     start();
@@ -638,6 +669,29 @@ void TestCapi::windowRunsInAParent()
     AWAIT_VERIFY(page->grab().toImage().pixelColor(400, 250).isValid());
     QCOMPARE(paravue_window_close(window), PARAVUE_OK);
     AWAIT_VERIFY(!page->isVisible());
+    QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
+
+    // One that is closed before its session has begun.
+    Ends early;
+    early.addTo(options);
+    QCOMPARE(paravue_window_create(store, &options, &window), PARAVUE_OK);
+    QCOMPARE(paravue_window_show(window), PARAVUE_OK);
+    QCOMPARE(paravue_window_close(window), PARAVUE_OK);
+    QCOMPARE(early.areAccepted, std::vector<int32_t>{0});
+    QCOMPARE(paravue_process_events(10), PARAVUE_OK);
+    QCOMPARE(paravue_store_load(store), PARAVUE_OK); // nothing else is being fetched
+    QCOMPARE(paravue_store_reset(store), PARAVUE_OK);
+    QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
+
+    // And one that is closed while its session begins.
+    paravue_store *nowhere = nullptr;
+    QCOMPARE(paravue_store_create("not an address@", PARAVUE_TERMINATED, 0, &nowhere), PARAVUE_OK);
+    QCOMPARE(paravue_window_create(nowhere, &options, &window), PARAVUE_OK);
+    const paravue_observer closer = closerAtMessage(window);
+    QCOMPARE(paravue_store_set_observer(nowhere, &closer), PARAVUE_OK);
+    const ModalWatcher message;
+    QCOMPARE(paravue_window_show(window), PARAVUE_OK);
+    AWAIT_COMPARE(early.areAccepted, (std::vector<int32_t>{0, 0}));
     QCOMPARE(paravue_window_destroy(window), PARAVUE_OK);
 
     // The end of the application ends the session too.
