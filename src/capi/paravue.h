@@ -94,8 +94,8 @@ PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_stop(void);
  * prefers. Texts are English before the first call, and when the library has none in the language. Dates and
  * numbers follow. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_set_language(const char *language, size_t length);
-/* Handles events for so many milliseconds (0: those that wait already). For programs with an event loop of
- * their own; those with Qt's do not need it. */
+/* Handles events for so many milliseconds, at most INT32_MAX (0: those that wait already). For programs with
+ * an event loop of their own; those with Qt's do not need it. */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_process_events(uint32_t milliseconds);
 /* Why the last call that has failed did so, in words for the user; empty when there was none. The buffer is
  * as in paravue_store_get_value(). */

@@ -10,6 +10,8 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <limits>
+
 using namespace paravue;
 using namespace paravue::capi;
 
@@ -97,6 +99,8 @@ paravue_result paravue_process_events(uint32_t milliseconds)
     return guarded([&](Library &library) {
         if (library.isInCallback())
             return library.fail(PARAVUE_BUSY);
+        if (milliseconds > uint32_t(std::numeric_limits<int>::max())) // Qt's timers count in int
+            return library.fail(PARAVUE_WRONG_USE);
         const Library::Scope scope(Library::Scope::Kind::Wait);
         QCoreApplication::processEvents();
         // The first call does not do it for events of a level outside of any event loop.

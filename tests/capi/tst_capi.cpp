@@ -445,6 +445,7 @@ void TestCapi::exchangesAreGivenUp()
     m_recorder->setReplyDelay(60'000);
     QCOMPARE(paravue_store_load(store), PARAVUE_OK);
     QCOMPARE(paravue_process_events(1), PARAVUE_OK);
+    QCOMPARE(paravue_process_events(0x80000000), PARAVUE_WRONG_USE);
     QCOMPARE(paravue_store_reset(store), PARAVUE_OK);
     QCOMPARE(paravue_store_wait(store), PARAVUE_CANCELLED);
     m_recorder->setReplyDelay(0);
