@@ -15,6 +15,10 @@
         <source>The window of the host cannot be used on this screen</source>
         <translation>Окно вызывающей программы нельзя использовать на этом экране</translation>
     </message>
+    <message>
+        <source>The login or the password has letters that this computer cannot send.</source>
+        <translation>В логине или пароле есть буквы, которые этот компьютер не может передать.</translation>
+    </message>
 </context>
 <context>
     <name>CWinMain</name>

@@ -3,6 +3,7 @@
 #include "capi/Texts.h"
 #include "capi/paravue.h"
 #include "device/OrbNetSetup.h"
+#include "store/LocalEncoding.h"
 #include "store/PasswordDigest.h"
 #include "translations/InstallTranslations.h"
 
@@ -133,6 +134,11 @@ paravue_result paravue_address(const char *login, size_t login_length, const cha
         const auto hostText = readText(host, host_length);
         if (!loginText || !passwordText || !hostText || (flags & ~PARAVUE_PASSWORD_TYPED))
             return library.fail(PARAVUE_WRONG_USE);
+        if (!isInLocalEncoding(*loginText) || !isInLocalEncoding(*passwordText))
+            return library.fail(
+                PARAVUE_WRONG_USE,
+                QCoreApplication::translate(
+                    "CInterface", "The login or the password has letters that this computer cannot send."));
         if (flags & PARAVUE_PASSWORD_TYPED)
             passwordText = QString::fromLatin1(passwordDigest(passwordText->toLocal8Bit()));
         const QString address = OrbNetSetup::deviceAddress(*loginText, *passwordText, *hostText, port);

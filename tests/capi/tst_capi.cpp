@@ -302,6 +302,16 @@ void TestCapi::writesAddresses()
     QVERIFY(!write("", "admin", 5049, 0));
     QVERIFY(!write("gate", "a:b", 5049, 0));
     QVERIFY(write("gate", "a:b", 5049, PARAVUE_PASSWORD_TYPED));
+    // A second byte order mark is a letter that no local encoding gives back at the beginning of a text.
+    const char unsendable[] = "\ufeff\ufeffadmin";
+    QVERIFY(write("gate", "\u0430", 5049, PARAVUE_PASSWORD_TYPED));
+    QVERIFY(!write("gate", unsendable, 5049, PARAVUE_PASSWORD_TYPED));
+    QCOMPARE(textOf(paravue_problem),
+             std::string("The login or the password has letters that this computer cannot send."));
+    size_t length = 0;
+    QCOMPARE(paravue_address(unsendable, PARAVUE_TERMINATED, "admin", PARAVUE_TERMINATED, "gate",
+                             PARAVUE_TERMINATED, 5049, 0, nullptr, 0, &length),
+             PARAVUE_WRONG_USE);
 }
 
 void TestCapi::readsAndSavesValues()
