@@ -16,6 +16,58 @@
         <translation>Окно вызывающей программы нельзя использовать на этом экране</translation>
     </message>
     <message>
+        <source>The recorder has refused the command</source>
+        <translation>Регистратор отклонил команду</translation>
+    </message>
+    <message>
+        <source>An argument of the call makes no sense</source>
+        <translation>Недопустимый аргумент вызова</translation>
+    </message>
+    <message>
+        <source>There is no connection to the recorder, or it does not answer</source>
+        <translation>Нет соединения с регистратором, или он не отвечает</translation>
+    </message>
+    <message>
+        <source>The recorder has refused the login</source>
+        <translation>Регистратор отклонил вход</translation>
+    </message>
+    <message>
+        <source>A file of this computer could not be read or written</source>
+        <translation>Не удалось прочитать или записать файл этого компьютера</translation>
+    </message>
+    <message>
+        <source>The data make no sense</source>
+        <translation>Данные не имеют смысла</translation>
+    </message>
+    <message>
+        <source>Given up</source>
+        <translation>Прервано</translation>
+    </message>
+    <message>
+        <source>The handle was destroyed or never created</source>
+        <translation>Дескриптор уничтожен или не был создан</translation>
+    </message>
+    <message>
+        <source>Not possible during an exchange or in a callback</source>
+        <translation>Невозможно во время обмена и в обратном вызове</translation>
+    </message>
+    <message>
+        <source>There is no such value, file or function</source>
+        <translation>Нет такого значения, файла или функции</translation>
+    </message>
+    <message>
+        <source>The buffer is too small</source>
+        <translation>Буфер слишком мал</translation>
+    </message>
+    <message>
+        <source>There is no screen, or the process has no windows</source>
+        <translation>Нет экрана, или у процесса нет окон</translation>
+    </message>
+    <message>
+        <source>A mistake in the library</source>
+        <translation>Ошибка в библиотеке</translation>
+    </message>
+    <message>
         <source>The login or the password has letters that this computer cannot send.</source>
         <translation>В логине или пароле есть буквы, которые этот компьютер не может передать.</translation>
     </message>

@@ -145,7 +145,7 @@ paravue_result Library::fail(paravue_result result, const QString &problem)
 
 paravue_result Library::fail(paravue_result result)
 {
-    return fail(result, QString::fromUtf8(paravue_result_text(result)));
+    return fail(result, QCoreApplication::translate("CInterface", paravue_result_text(result)));
 }
 
 paravue_store *Library::add(std::unique_ptr<StoreRecord> store)

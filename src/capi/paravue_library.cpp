@@ -26,25 +26,27 @@ const char *paravue_version(void)
     return PARAVUE_VERSION;
 }
 
+/// The texts that can be those of paravue_problem() are translated there.
 const char *paravue_result_text(paravue_result result)
 {
     switch (result) {
     case PARAVUE_OK:
         return "Done";
     case PARAVUE_REFUSED:
-        return "The recorder has refused the command";
+        return QT_TRANSLATE_NOOP("CInterface", "The recorder has refused the command");
     case PARAVUE_WRONG_USE:
-        return "An argument of the call makes no sense";
+        return QT_TRANSLATE_NOOP("CInterface", "An argument of the call makes no sense");
     case PARAVUE_NETWORK:
-        return "There is no connection to the recorder, or it does not answer";
+        return QT_TRANSLATE_NOOP("CInterface",
+                                 "There is no connection to the recorder, or it does not answer");
     case PARAVUE_LOGIN:
-        return "The recorder has refused the login";
+        return QT_TRANSLATE_NOOP("CInterface", "The recorder has refused the login");
     case PARAVUE_LOCAL_FILE:
-        return "A file of this computer could not be read or written";
+        return QT_TRANSLATE_NOOP("CInterface", "A file of this computer could not be read or written");
     case PARAVUE_BAD_DATA:
-        return "The data make no sense";
+        return QT_TRANSLATE_NOOP("CInterface", "The data make no sense");
     case PARAVUE_CANCELLED:
-        return "Given up";
+        return QT_TRANSLATE_NOOP("CInterface", "Given up");
     case PARAVUE_WRONG_THREAD:
         return "The library was started in another thread";
     case PARAVUE_NOT_STARTED:
@@ -52,19 +54,19 @@ const char *paravue_result_text(paravue_result result)
     case PARAVUE_WRONG_VERSION:
         return "The library does not have this version of the interface";
     case PARAVUE_BAD_HANDLE:
-        return "The handle was destroyed or never created";
+        return QT_TRANSLATE_NOOP("CInterface", "The handle was destroyed or never created");
     case PARAVUE_BUSY:
-        return "Not possible during an exchange or in a callback";
+        return QT_TRANSLATE_NOOP("CInterface", "Not possible during an exchange or in a callback");
     case PARAVUE_NOT_FOUND:
-        return "There is no such value, file or function";
+        return QT_TRANSLATE_NOOP("CInterface", "There is no such value, file or function");
     case PARAVUE_BUFFER_TOO_SMALL:
-        return "The buffer is too small";
+        return QT_TRANSLATE_NOOP("CInterface", "The buffer is too small");
     case PARAVUE_NO_WINDOWS:
-        return "There is no screen, or the process has no windows";
+        return QT_TRANSLATE_NOOP("CInterface", "There is no screen, or the process has no windows");
     case PARAVUE_NO_MEMORY:
         return "Out of memory";
     case PARAVUE_INTERNAL:
-        return "A mistake in the library";
+        return QT_TRANSLATE_NOOP("CInterface", "A mistake in the library");
     default:
         return "Unknown result";
     }

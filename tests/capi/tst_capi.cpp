@@ -443,6 +443,9 @@ void TestCapi::problemsAreInTheLanguageOfTheHost()
     QCOMPARE(paravue_set_language("ru", PARAVUE_TERMINATED), PARAVUE_OK);
     QVERIFY2(problem().contains("Регистратор отклоняет соединение"), qPrintable(problem()));
     QCOMPARE(paravue_set_language("\xff", 1), PARAVUE_WRONG_USE);
+    QCOMPARE(textOf(paravue_problem), std::string("Недопустимый аргумент вызова"));
+    QCOMPARE(std::string(paravue_result_text(PARAVUE_WRONG_USE)),
+             std::string("An argument of the call makes no sense"));
     QCOMPARE(paravue_set_language("en-GB", 5), PARAVUE_OK);
     QVERIFY2(problem().contains("The recorder refuses the connection"), qPrintable(problem()));
 }
