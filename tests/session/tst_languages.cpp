@@ -1,8 +1,10 @@
 #include "ModalWatcher.h"
 #include "OwnUserFolders.h"
+#include "PseudoTranslator.h"
 #include "SetupRun.h"
 #include "TextInspector.h"
 #include "controls/LiveView.h"
+#include "entry/FinishParavueSetup.h"
 #include "recorder/RecorderServer.h"
 #include "snapshots/SnapshotArchive.h"
 #include "snapshots/SnapshotFolder.h"
@@ -21,7 +23,6 @@
 #include <QPointer>
 #include <QTabWidget>
 #include <QToolButton>
-#include <QTranslator>
 #include <QTreeWidget>
 
 using namespace paravue;
@@ -29,17 +30,6 @@ using namespace paravue::test;
 
 namespace
 {
-
-/// Qt's own texts get brackets like those of the pseudo-translation.
-class PseudoTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *text, const char *comment, int number) const override
-    {
-        const QString found = QTranslator::translate(context, text, comment, number);
-        return found.isEmpty() && *context == 'Q' ? u'[' + QString::fromUtf8(text) + "~~~]" : found;
-    }
-};
 
 QByteArray contentOf(const QString &path)
 {
@@ -69,13 +59,13 @@ QStringList textsOf(const QByteArray &description)
     return texts;
 }
 
-/// The words in the files of a recorder.
-QStringList wordsIn(const QString &folder)
+/// The words in the files of a recorder besides its description.
+QStringList wordsBeside(const QFileInfo &description)
 {
     static const QRegularExpression word("\\p{L}{2,}");
     QStringList words;
-    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::Files)) {
-        if (file.fileName() == "interface")
+    for (const QFileInfo &file : description.dir().entryInfoList(QDir::Files)) {
+        if (file == description)
             continue;
         for (auto found = word.globalMatch(QString::fromUtf8(contentOf(file.filePath()))); found.hasNext();)
             words << found.next().captured();
@@ -84,10 +74,19 @@ QStringList wordsIn(const QString &folder)
     return words;
 }
 
+/// The menu of a button, or null.
+QMenu *menuOf(const QWidget &control)
+{
+    if (const auto *tool = qobject_cast<const QToolButton *>(&control))
+        return tool->menu();
+    const auto *button = qobject_cast<const QPushButton *>(&control);
+    return button ? button->menu() : nullptr;
+}
+
 } // namespace
 
-/// The window of the shipped model, with all dialogs of ours, in other languages: every text is translated,
-/// and fits.
+/// The window of the shipped model, with all dialogs of ours, and the controls of the model that has them
+/// all, in other languages: every text is translated, and fits.
 class TestLanguages : public QObject
 {
     Q_OBJECT
@@ -98,18 +97,25 @@ private Q_SLOTS:
 
     void everyWindow_data();
     void everyWindow();
+    void everyControl_data() { everyWindow_data(); }
+    void everyControl();
     void choosesALanguage();
     void followsTheLanguage();
     void countsInEveryForm();
 
 private:
     static QString addressOf(const recorder::RecorderServer &recorder);
+    void startRecorder(const QString &model);
+    void open(const QString &language);
+    using Visit = void (TestLanguages::*)();
+    void visitAll(const QList<Visit> &visits);
     void visitPages();
     void visitMenus();
     void visitStreamDetails();
     void visitQuestions();
     void visitReview();
     void visitSave();
+    void visitUnfinishedSave();
     void visitHistory();
     void visitMerge();
     void visitFileAccess();
@@ -134,8 +140,13 @@ QString TestLanguages::addressOf(const recorder::RecorderServer &recorder)
 
 void TestLanguages::init()
 {
+    startRecorder("standard");
+}
+
+void TestLanguages::startRecorder(const QString &model)
+{
     m_folder = std::make_unique<QTemporaryDir>();
-    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"), "standard");
+    m_recorder = std::make_unique<recorder::RecorderServer>(m_folder->filePath("data"), model);
     QVERIFY2(m_recorder->listen(), qPrintable(m_recorder->errorString()));
 }
 
@@ -177,13 +188,17 @@ void TestLanguages::edit(const QString &text)
 
 void TestLanguages::visitPages()
 {
-    for (auto *tabs : m_window->findChildren<QTabWidget *>()) {
-        if (!tabs->isVisible())
-            m_window->findChild<QTabWidget *>("tabWidget")->setCurrentIndex(1);
-        for (int page = 0; page < tabs->count(); ++page) {
-            tabs->setCurrentIndex(page);
-            QCoreApplication::processEvents();
-            m_inspector.inspect(*m_window, "page " + QString::number(page));
+    auto *pages = m_window->findChild<QTabWidget *>("tabWidget");
+    const auto inspectTab = [&](QTabWidget &tabs, int tab) {
+        tabs.setCurrentIndex(tab);
+        QCoreApplication::processEvents();
+        m_inspector.inspect(*m_window, QString("page %1, %2").arg(pages->currentIndex()).arg(tab));
+    };
+    for (int page = 0; page < pages->count(); ++page) {
+        inspectTab(*pages, page);
+        for (auto *tabs : pages->currentWidget()->findChildren<QTabWidget *>()) {
+            for (int tab = 0; tab < tabs->count(); ++tab)
+                inspectTab(*tabs, tab);
         }
     }
 }
@@ -193,20 +208,28 @@ void TestLanguages::visitMenus()
 {
     auto *tabs = m_window->findChild<QTabWidget *>("tabWidget");
     int menus = 0;
+    const auto inspectMenu = [&] {
+        if (QWidget *menu = QApplication::activePopupWidget()) {
+            m_inspector.inspect(*menu, "menu");
+            menu->close();
+            ++menus;
+        }
+    };
     for (int page = 0; page < tabs->count(); ++page) {
         tabs->setCurrentIndex(page);
         for (QWidget *control : m_window->findChildren<QWidget *>()) {
-            if (!control->isVisible() ||
-                !QByteArrayView(control->metaObject()->className()).startsWith("paravue::"))
+            if (!control->isVisible())
+                continue;
+            if (QMenu *menu = menuOf(*control)) {
+                menu->popup(control->mapToGlobal(control->rect().center()));
+                inspectMenu();
+            }
+            if (!QByteArrayView(control->metaObject()->className()).startsWith("paravue::"))
                 continue;
             QContextMenuEvent event(QContextMenuEvent::Keyboard, control->rect().center(),
                                     control->mapToGlobal(control->rect().center()));
             QCoreApplication::sendEvent(control, &event);
-            if (QWidget *menu = QApplication::activePopupWidget()) {
-                m_inspector.inspect(*menu, "menu");
-                menu->close();
-                ++menus;
-            }
+            inspectMenu();
         }
     }
     QVERIFY(menus > 2);
@@ -312,6 +335,28 @@ void TestLanguages::visitSave()
     AWAIT_VERIFY(m_store->linkStatus().state == LinkStatus::State::Idle);
 }
 
+/// A save that goes on behind the window: the recorder falls silent when the user is asked whether to stop.
+void TestLanguages::visitUnfinishedSave()
+{
+    OrbNetSetup store(addressOf(*m_recorder));
+    QSignalSpy loaded(&store, &OrbSetup::loadDone);
+    store.load();
+    QVERIFY(loaded.wait());
+    const auto hasArrived = [&store] { return !store.saveStatus().arrived.isEmpty(); };
+    const ModalWatcher progress(
+        inspecting("progress of a save", [&](QWidget &) { QVERIFY(waitUntil(hasArrived)); }),
+        "paravue::SaveProgressDialog");
+    const ModalWatcher questions(
+        inspecting("unfinished save", [this](QWidget &) { m_recorder->setReplyDelay(60'000); }));
+    m_recorder->setReplyDelay(120);
+    store.store();
+    QCOMPARE(FinishParavueSetup(&store, {true, 800}).result, SaveOutcome::Result::Failed);
+    m_recorder->setReplyDelay(0);
+    QVERIFY(progress.hasSeen());
+    QCOMPARE(questions.count(), 2);
+    QVERIFY2(questions.texts().constLast().count("\n") == 3, qPrintable(questions.texts().constLast()));
+}
+
 void TestLanguages::visitHistory()
 {
     m_window->show();
@@ -372,18 +417,17 @@ void TestLanguages::everyWindow_data()
     row("Russian", "ru");
 }
 
-void TestLanguages::everyWindow()
+/// Shows the window of the recorder.
+void TestLanguages::open(const QString &language)
 {
-    QFETCH(QString, language);
-    if (!QFile::exists(PSEUDO_TRANSLATION))
-        QSKIP("there was no lrelease or no python3");
     if (language.isEmpty()) {
         m_pseudo = std::make_unique<PseudoTranslator>();
         QVERIFY(m_pseudo->load(PSEUDO_TRANSLATION));
         QCoreApplication::installTranslator(m_pseudo.get());
+        const QString description = m_recorder->filePath("interface");
         m_inspector =
-            TextInspector(textsOf(contentOf(m_recorder->filePath("interface"))),
-                          wordsIn(m_folder->filePath("data")) + QStringList{"PNG", "JPEG", "png", "jpg"});
+            TextInspector(textsOf(contentOf(description)),
+                          wordsBeside(QFileInfo(description)) + QStringList{"PNG", "JPEG", "png", "jpg"});
     } else {
         QCOMPARE(installTranslations({language}), language);
         m_inspector = TextInspector();
@@ -404,19 +448,42 @@ void TestLanguages::everyWindow()
     m_window->show();
     m_inspector.inspect(*m_window, "loading");
     AWAIT_VERIFY_WITHIN(m_window->isBuilt(), 20'000);
-    for (const auto visit :
-         {&TestLanguages::visitPages, &TestLanguages::visitMenus, &TestLanguages::visitStreamDetails,
-          &TestLanguages::visitQuestions, &TestLanguages::visitReview, &TestLanguages::visitSave,
-          &TestLanguages::visitHistory, &TestLanguages::visitMerge, &TestLanguages::visitFileAccess,
-          &TestLanguages::visitFailures}) {
-        (this->*visit)();
+}
+
+void TestLanguages::visitAll(const QList<Visit> &visits)
+{
+    for (const Visit visit : visits) {
         if (QTest::currentTestFailed())
             return;
+        (this->*visit)();
     }
-    QVERIFY(m_inspector.count() > 500);
     for (const QString &fault : m_inspector.faults())
         qWarning("%s", qPrintable(fault));
     QCOMPARE(m_inspector.faults().size(), 0);
+}
+
+void TestLanguages::everyWindow()
+{
+    QFETCH(QString, language);
+    if (!QFile::exists(PSEUDO_TRANSLATION))
+        QSKIP("there was no lrelease or no python3");
+    open(language);
+    visitAll({&TestLanguages::visitPages, &TestLanguages::visitMenus, &TestLanguages::visitStreamDetails,
+              &TestLanguages::visitQuestions, &TestLanguages::visitReview, &TestLanguages::visitSave,
+              &TestLanguages::visitUnfinishedSave, &TestLanguages::visitHistory, &TestLanguages::visitMerge,
+              &TestLanguages::visitFileAccess, &TestLanguages::visitFailures});
+    QVERIFY(m_inspector.count() > 500);
+}
+
+void TestLanguages::everyControl()
+{
+    QFETCH(QString, language);
+    if (!QFile::exists(PSEUDO_TRANSLATION))
+        QSKIP("there was no lrelease or no python3");
+    startRecorder("everything");
+    open(language);
+    visitAll({&TestLanguages::visitPages, &TestLanguages::visitMenus});
+    QVERIFY(m_inspector.count() > 500);
 }
 
 void TestLanguages::choosesALanguage()

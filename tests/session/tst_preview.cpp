@@ -1,10 +1,14 @@
 #include "ModalWatcher.h"
+#include "PseudoTranslator.h"
+#include "TextInspector.h"
 #include "entry/DoParavueSetup.h"
 #include "setup/FindingsView.h"
 #include "setup/PreviewFiles.h"
 #include "setup/PreviewWatch.h"
 #include "store/OrbSetup.h"
+#include "support/TestTable.h"
 #include "support/Waiting.h"
+#include "translations/InstallTranslations.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -52,6 +56,8 @@ private Q_SLOTS:
     void followsTheFile();
     void keepsTheWindowOfTheLastDocument();
     void jumpsToControls();
+    void findingsFit_data();
+    void findingsFit();
     void staysInItsFolder();
 
 private:
@@ -181,6 +187,33 @@ void TestPreview::jumpsToControls()
         QCOMPARE(dialogs.count(), 1);
         QVERIFY(qobject_cast<QLineEdit *>(focus));
     });
+}
+
+void TestPreview::findingsFit_data()
+{
+    const test::TestTable<QString> row("language");
+    row("longer texts in brackets", "");
+    row("Russian", "ru");
+}
+
+void TestPreview::findingsFit()
+{
+    QFETCH(QString, language);
+    if (!QFile::exists(PSEUDO_TRANSLATION))
+        QSKIP("there was no lrelease or no python3");
+    test::PseudoTranslator pseudo;
+    test::TextInspector inspector;
+    if (language.isEmpty()) {
+        QVERIFY(pseudo.load(PSEUDO_TRANSLATION));
+        QCoreApplication::installTranslator(&pseudo);
+        inspector = test::TextInspector({}, {"described", "xml"});
+    } else {
+        QCOMPARE(installTranslations({language}), language);
+    }
+    preview([&] { inspector.inspect(*m_window->findChild<FindingsView *>(), "findings"); });
+    installTranslations({"en"});
+    QVERIFY(inspector.count() > 8);
+    QCOMPARE(inspector.faults(), QStringList());
 }
 
 /// Windows would take these names out of the folder, or to a device.

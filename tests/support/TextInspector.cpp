@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QTextDocumentFragment>
 #include <QTreeWidget>
 #include <QWidget>
@@ -43,11 +44,14 @@ QString outsideOfBrackets(const QString &text)
 }
 
 /// A text of a description, with any values at the addresses in it, that is not a part of a longer sentence.
+/// At its ends values have one word only: "{version} of {date}" would stand for any sentence with "of".
 QRegularExpression described(const QString &text)
 {
-    static const QRegularExpression address("\\\\\\{[^}]*\\\\\\}");
+    static const QString address("\\\\\\{[^}]*\\\\\\}");
+    static const QRegularExpression outer('^' + address + "|" + address + '$');
+    static const QRegularExpression inner(address);
     QString pattern = QRegularExpression::escape(plain(text));
-    pattern.replace(address, ".*?");
+    pattern.replace(outer, "\\S*").replace(inner, ".*?");
     return QRegularExpression("(?<!\\w)(?<!\\w )" + pattern + "(?!\\w)(?! \\w)");
 }
 
@@ -117,6 +121,8 @@ void TextInspector::inspectPart(QWidget &part, const QString &place)
     }
     if (const auto *list = qobject_cast<QTreeWidget *>(&part))
         inspectCells(*list, place);
+    if (const auto *list = qobject_cast<QListWidget *>(&part))
+        inspectItems(*list, place);
     inspectTexts(part, place);
 }
 
@@ -131,6 +137,17 @@ void TextInspector::inspectCells(const QTreeWidget &list, const QString &place)
             if (isElided && item.toolTip(column).isEmpty())
                 note(place, item.text(column), "is wider than its column");
         }
+    }
+}
+
+void TextInspector::inspectItems(const QListWidget &list, const QString &place)
+{
+    for (int row = 0; row < list.count(); ++row) {
+        const QListWidgetItem &item = *list.item(row);
+        expectBrackets(place, item.text());
+        expectBrackets(place, item.toolTip());
+        if (list.visualItemRect(&item).width() > list.viewport()->width())
+            note(place, item.text(), "is wider than its list");
     }
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+class QListWidget;
 class QTreeWidget;
 class QWidget;
 
@@ -30,6 +31,7 @@ public:
 private:
     void inspectPart(QWidget &part, const QString &place);
     void inspectCells(const QTreeWidget &list, const QString &place);
+    void inspectItems(const QListWidget &list, const QString &place);
     void inspectTexts(QWidget &part, const QString &place);
     void note(const QString &place, const QString &text, const QString &fault);
     void expectBrackets(const QString &place, const QString &text);
