@@ -65,6 +65,8 @@ LangString NeedsWindows10 ${LANG_ENGLISH} "${PRODUCT} needs Windows 10 or later.
 LangString NeedsWindows10 ${LANG_RUSSIAN} "Для ${PRODUCT} нужна Windows 10 или новее."
 LangString IsRunning ${LANG_ENGLISH} "${PRODUCT} is running, or a host uses its library. Close it and try again."
 LangString IsRunning ${LANG_RUSSIAN} "${PRODUCT} запущена, или её библиотеку использует другая программа. Закройте её и повторите."
+LangString FolderOfAnother ${LANG_ENGLISH} "Another program is in the folder $INSTDIR. Choose another one."
+LangString FolderOfAnother ${LANG_RUSSIAN} "В папке $INSTDIR находится другая программа. Выберите другую папку."
 LangString DemoShortcut ${LANG_ENGLISH} "Paravue Setup, demonstration"
 LangString DemoShortcut ${LANG_RUSSIAN} "Paravue Setup, демонстрация"
 LangString PromptShortcut ${LANG_ENGLISH} "Paravue Setup, command prompt"
@@ -79,7 +81,6 @@ LangString SettingsSection ${LANG_RUSSIAN} "Настройки, запомнен
   !insertmacro RefuseWhileOpen paravue-setup.exe
   !insertmacro RefuseWhileOpen paravue-ctl.exe
   !insertmacro RefuseWhileOpen paravue-recorder.exe
-  !insertmacro RefuseWhileOpen paravue-ctl.exe
   !insertmacro RefuseWhileOpen hvx3-info.exe
   !insertmacro RefuseWhileOpen ParavueSetup.dll
 !macroend
@@ -113,9 +114,14 @@ Function .onInit
   ${EndIf}
 FunctionEnd
 
+Var OwnFolder
+
 Function un.onInit
   SetRegView 64
+  ; Where this uninstaller is, which MultiUser would replace by the folder of the latest installation.
+  StrCpy $OwnFolder $INSTDIR
   !insertmacro MULTIUSER_UNINIT
+  StrCpy $INSTDIR $OwnFolder
 FunctionEnd
 
 ; TextCompare restores the registers when it ends.
@@ -144,15 +150,45 @@ Function InstallDefaultSettings
   ${EndIf}
 FunctionEnd
 
-Section "$(ProgramSection)"
-  !insertmacro RefuseWhileRunning
-  ; The earlier version knows which files it has brought.
-  ${If} ${FileExists} "$INSTDIR\uninstall.exe"
-    ExecWait '"$INSTDIR\uninstall.exe" /S /$MultiUser.InstallMode /Upgrade _?=$INSTDIR' $0
-    ${If} $0 <> 0
-      SetErrorLevel 2
-      Abort
+Var EarlierFolder
+
+Function RefuseFolderOfAnother
+  ${If} $EarlierFolder != $INSTDIR
+  ${AndIf} ${FileExists} "$INSTDIR\uninstall.exe"
+  ${AndIfNot} ${FileExists} "$INSTDIR\paravue-setup.exe"
+    MessageBox MB_OK|MB_ICONEXCLAMATION "$(FolderOfAnother)" /SD IDOK
+    SetErrorLevel 2
+    Abort "$(FolderOfAnother)"
+  ${EndIf}
+FunctionEnd
+
+; The earlier version knows which files it has brought.
+Function RemoveEarlierVersion
+  ExecWait '"$EarlierFolder\uninstall.exe" /S /$MultiUser.InstallMode /Upgrade _?=$EarlierFolder' $0
+  ${If} $0 <> 0
+    SetErrorLevel 2
+    Abort
+  ${EndIf}
+  ${If} $EarlierFolder != $INSTDIR
+    ; The settings of the computer move along. Where there are some already, both stay.
+    SetOutPath "$INSTDIR"
+    ${IfNot} ${FileExists} "$INSTDIR\settings.ini"
+      Rename "$EarlierFolder\settings.ini" "$INSTDIR\settings.ini"
+      Rename "$EarlierFolder\settings.ini.delivered" "$INSTDIR\settings.ini.delivered"
     ${EndIf}
+    Delete "$EarlierFolder\uninstall.exe"
+    RMDir "$EarlierFolder" ; not what others have put there
+  ${EndIf}
+FunctionEnd
+
+Section "$(ProgramSection)"
+  ; Only a registered uninstaller is run: any program may have one of that name.
+  ReadRegStr $EarlierFolder SHCTX "${UNINSTALL_KEY}" "InstallLocation"
+  Call RefuseFolderOfAnother
+  !insertmacro RefuseWhileRunning
+  ${If} $EarlierFolder != ""
+  ${AndIf} ${FileExists} "$EarlierFolder\uninstall.exe"
+    Call RemoveEarlierVersion
   ${EndIf}
   Call InstallDefaultSettings
   ClearErrors
@@ -190,8 +226,12 @@ Section "un.$(ProgramSection)"
   ${If} ${Errors} ; it is not the first half of an upgrade
     Delete "$INSTDIR\settings.ini"
     Delete "$INSTDIR\settings.ini.delivered"
-    RMDir /r "$SMPROGRAMS\Paravue Setup"
-    DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+    ReadRegStr $3 SHCTX "${UNINSTALL_KEY}" "InstallLocation"
+    ${If} $3 == $INSTDIR
+    ${OrIfNot} ${FileExists} "$3\uninstall.exe" ; else it is of another installation
+      RMDir /r "$SMPROGRAMS\Paravue Setup"
+      DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+    ${EndIf}
     SetOutPath "$TEMP"
     RMDir "$INSTDIR" ; not what others have put there
   ${EndIf}
