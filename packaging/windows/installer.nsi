@@ -65,6 +65,8 @@ LangString NeedsWindows10 ${LANG_ENGLISH} "${PRODUCT} needs Windows 10 or later.
 LangString NeedsWindows10 ${LANG_RUSSIAN} "Для ${PRODUCT} нужна Windows 10 или новее."
 LangString IsRunning ${LANG_ENGLISH} "${PRODUCT} is running, or a host uses its library. Close it and try again."
 LangString IsRunning ${LANG_RUSSIAN} "${PRODUCT} запущена, или её библиотеку использует другая программа. Закройте её и повторите."
+LangString NeedsAdministrator ${LANG_ENGLISH} "Only an administrator can install or remove ${PRODUCT} for all users."
+LangString NeedsAdministrator ${LANG_RUSSIAN} "Только администратор может установить или удалить ${PRODUCT} для всех пользователей."
 LangString FolderOfAnother ${LANG_ENGLISH} "Another program is in the folder $INSTDIR. Choose another one."
 LangString FolderOfAnother ${LANG_RUSSIAN} "В папке $INSTDIR находится другая программа. Выберите другую папку."
 LangString DemoShortcut ${LANG_ENGLISH} "Paravue Setup, demonstration"
@@ -97,10 +99,26 @@ LangString SettingsSection ${LANG_RUSSIAN} "Настройки, запомнен
   ${EndIf}
 !macroend
 
+; MultiUser refuses with a message in English that waits for a click, also where nobody is there to click.
+!macro RefuseAllUsersWithoutRights PREFIX UNINSTALLER
+  UserInfo::GetAccountType
+  Pop $0
+  ${${PREFIX}GetParameters} $1
+  ${${UNINSTALLER}StrStr} $1 $1 "/AllUsers"
+  ${If} $1 != ""
+  ${AndIf} $0 != "Admin"
+  ${AndIf} $0 != "Power"
+    MessageBox MB_OK|MB_ICONSTOP "$(NeedsAdministrator)" /SD IDOK
+    SetErrorLevel 2
+    Quit
+  ${EndIf}
+!macroend
+
 Var GivenFolder
 
 Function .onInit
   SetRegView 64
+  !insertmacro RefuseAllUsersWithoutRights "" ""
   ; What /D has named, which MultiUser would replace.
   StrCpy $GivenFolder $INSTDIR
   !insertmacro MULTIUSER_INIT
@@ -118,6 +136,7 @@ Var OwnFolder
 
 Function un.onInit
   SetRegView 64
+  !insertmacro RefuseAllUsersWithoutRights un. Un
   ; Where this uninstaller is, which MultiUser would replace by the folder of the latest installation.
   StrCpy $OwnFolder $INSTDIR
   !insertmacro MULTIUSER_UNINIT
