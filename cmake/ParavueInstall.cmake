@@ -64,7 +64,8 @@ function(paravue_install_package)
     set(PARAVUE_C_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/ParavueSetup)
     if(WIN32)
         set(PARAVUE_C_KIND IMPLIB)
-        set(PARAVUE_C_FILE ${CMAKE_INSTALL_LIBDIR}/ParavueSetup${CMAKE_IMPORT_LIBRARY_SUFFIX})
+        set(PARAVUE_C_FILE
+            ${CMAKE_INSTALL_LIBDIR}/${CMAKE_IMPORT_LIBRARY_PREFIX}ParavueSetup${CMAKE_IMPORT_LIBRARY_SUFFIX})
     else()
         set(PARAVUE_C_KIND LOCATION)
         set(PARAVUE_C_FILE
