@@ -8,6 +8,7 @@
 #include "RecorderSession.h"
 #include "TerminalText.h"
 #include "program/ConsoleOutput.h"
+#include "program/PortableSettings.h"
 #include "program/StopSignal.h"
 #include "store/LogText.h"
 #include "translations/InstallTranslations.h"
@@ -86,6 +87,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("paravue-ctl");
     QCoreApplication::setApplicationVersion(PARAVUE_VERSION);
+    keepSettingsBesideProgram(QCoreApplication::applicationDirPath());
     installTranslations();
 
     const ControlCommandLine line = ControlCommandLine::parse(QCoreApplication::arguments());

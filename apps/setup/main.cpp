@@ -5,11 +5,11 @@
 #include "CheckReport.h"
 #include "CommandLine.h"
 #include "DesktopColors.h"
-#include "PortableSettings.h"
 #include "ProgramLog.h"
 #include "ScreenPlugin.h"
 #include "SetupProgram.h"
 #include "program/ConsoleOutput.h"
+#include "program/PortableSettings.h"
 #include "program/StopSignal.h"
 #include "translations/InstallTranslations.h"
 
