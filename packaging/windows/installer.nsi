@@ -78,18 +78,18 @@ LangString ProgramSection ${LANG_RUSSIAN} "Программы"
 LangString SettingsSection ${LANG_ENGLISH} "Settings, remembered logins and snapshots of recorders"
 LangString SettingsSection ${LANG_RUSSIAN} "Настройки, запомненные имена и пароли, снимки регистраторов"
 
-!macro RefuseWhileRunning
+!macro RefuseWhileRunning FOLDER
   ; A program that runs, and a library in use, cannot be opened for writing.
-  !insertmacro RefuseWhileOpen paravue-setup.exe
-  !insertmacro RefuseWhileOpen paravue-ctl.exe
-  !insertmacro RefuseWhileOpen paravue-recorder.exe
-  !insertmacro RefuseWhileOpen hvx3-info.exe
-  !insertmacro RefuseWhileOpen ParavueSetup.dll
+  !insertmacro RefuseWhileOpen "${FOLDER}\paravue-setup.exe"
+  !insertmacro RefuseWhileOpen "${FOLDER}\paravue-ctl.exe"
+  !insertmacro RefuseWhileOpen "${FOLDER}\paravue-recorder.exe"
+  !insertmacro RefuseWhileOpen "${FOLDER}\hvx3-info.exe"
+  !insertmacro RefuseWhileOpen "${FOLDER}\ParavueSetup.dll"
 !macroend
 !macro RefuseWhileOpen FILE
-  ${If} ${FileExists} "$INSTDIR\${FILE}"
+  ${If} ${FileExists} "${FILE}"
     ClearErrors
-    FileOpen $0 "$INSTDIR\${FILE}" a
+    FileOpen $0 "${FILE}" a
     ${If} ${Errors}
       MessageBox MB_OK|MB_ICONEXCLAMATION "$(IsRunning)" /SD IDOK
       SetErrorLevel 2
@@ -183,6 +183,7 @@ FunctionEnd
 
 ; The earlier version knows which files it has brought.
 Function RemoveEarlierVersion
+  !insertmacro RefuseWhileRunning "$EarlierFolder"
   ExecWait '"$EarlierFolder\uninstall.exe" /S /$MultiUser.InstallMode /Upgrade _?=$EarlierFolder' $0
   ${If} $0 <> 0
     SetErrorLevel 2
@@ -204,7 +205,7 @@ Section "$(ProgramSection)"
   ; Only a registered uninstaller is run: any program may have one of that name.
   ReadRegStr $EarlierFolder SHCTX "${UNINSTALL_KEY}" "InstallLocation"
   Call RefuseFolderOfAnother
-  !insertmacro RefuseWhileRunning
+  !insertmacro RefuseWhileRunning "$INSTDIR"
   ${If} $EarlierFolder != ""
   ${AndIf} ${FileExists} "$EarlierFolder\uninstall.exe"
     Call RemoveEarlierVersion
@@ -236,7 +237,7 @@ SectionEnd
 
 Section "un.$(ProgramSection)"
   SectionIn RO
-  !insertmacro RefuseWhileRunning
+  !insertmacro RefuseWhileRunning "$INSTDIR"
   !include "${LISTS}/remove.nsh"
   Delete "$INSTDIR\uninstall.exe"
   ${GetParameters} $2
