@@ -108,7 +108,8 @@ PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_problem(char *buffer, siz
 /* Writes the address of a recorder in the form that paravue_store_create() takes. PARAVUE_WRONG_USE for parts
  * that no address can hold: an empty host, port 0, a ":" or "@" in the host, a ":" in a password that is not
  * typed; also for letters in the login or the password that the local 8-bit encoding, in which they are sent
- * or digested, lacks: on Windows that of the user's code page. The buffer is as in paravue_store_get_value(). */
+ * or digested, lacks: on Windows that of the user's code page. The buffer is as in paravue_store_get_value().
+ */
 PARAVUE_C_EXPORT paravue_result PARAVUE_C_CALL paravue_address(const char *login, size_t login_length,
                                                                const char *password, size_t password_length,
                                                                const char *host, size_t host_length,
