@@ -24,14 +24,14 @@ bool isWritable(const QString &path, OrbSetup &store)
 }
 
 /// A file that was edited gets all its lines in their usual form, also those that the recorder has written
-/// otherwise.
+/// in other quotes.
 QStringList lostInFile(const QString &name, const QSet<QString> &edited, const QByteArray &content)
 {
     QStringList lost;
     const FileValues values(content);
     for (auto value = values.all().cbegin(); value != values.all().cend(); ++value) {
         const QString path = name + u'/' + value.key();
-        if (!edited.contains(path) && !isReadBack(value.key(), *value))
+        if (value->contains(u'\'') && !edited.contains(path) && !isReadBack(value.key(), *value))
             lost << path;
     }
     return lost;

@@ -119,14 +119,15 @@ public:
         if (const Outcome chosen = paravue::choose(m_snapshot, plan, m_line.arguments.mid(1), paths);
             !chosen.isDone())
             return chosen;
-        wanted = valuesPresent(m_snapshot, m_line.arguments.mid(1), present);
         m_listsKept = listsKept(plan, paths);
         m_unnameable = unnameable(plan, paths);
         for (const ValueDifference &value : plan.restored(paths.values())) {
             if (!value.isOnlyAKey())
                 wanted.append({value.path, value.before});
         }
-        return m_line.force ? Outcome() : checkAgainstDescription(wanted, session, files);
+        const Outcome checked = m_line.force ? Outcome() : checkAgainstDescription(wanted, session, files);
+        wanted += valuesPresent(m_snapshot, m_line.arguments.mid(1), present);
+        return checked;
     }
 
     /// What a run has come to that has restored everything else.
