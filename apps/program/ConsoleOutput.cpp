@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #ifdef _WIN32
+#include <atomic>
 #include <cstdio>
 
 #include <windows.h>
@@ -16,8 +17,8 @@ namespace paravue
 namespace
 {
 
-/// Of the console before; 0 without a console.
-UINT codePageBefore = 0;
+/// Of the console before; 0 without a console, and after it was put back.
+std::atomic<UINT> codePageBefore = 0;
 
 bool isOpen(DWORD stream)
 {
@@ -64,8 +65,24 @@ void ConsoleOutput::showUnlessConnected(const QString &failure)
 
 void ConsoleOutput::restoreConsole()
 {
-    if (codePageBefore != 0)
-        SetConsoleOutputCP(codePageBefore);
+    if (const UINT before = codePageBefore.exchange(0))
+        SetConsoleOutputCP(before);
+}
+
+ConsoleWrite::ConsoleWrite()
+{
+    const UINT present = GetConsoleOutputCP();
+    if (present == 0 || present == CP_UTF8 || !SetConsoleOutputCP(CP_UTF8))
+        return;
+    m_codePageBefore = present;
+}
+
+ConsoleWrite::~ConsoleWrite()
+{
+    if (m_codePageBefore == 0)
+        return;
+    std::fflush(nullptr);
+    SetConsoleOutputCP(m_codePageBefore);
 }
 
 #else
@@ -77,6 +94,10 @@ ConsoleOutput::~ConsoleOutput() = default;
 void ConsoleOutput::showUnlessConnected(const QString &) {}
 
 void ConsoleOutput::restoreConsole() {}
+
+ConsoleWrite::ConsoleWrite() = default;
+
+ConsoleWrite::~ConsoleWrite() = default;
 
 #endif
 

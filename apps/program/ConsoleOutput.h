@@ -23,8 +23,22 @@ public:
 
     /// Ends the process at once, without destructors, and leaves the console as it was.
     [[noreturn]] static void endProgram(int exitCode);
-    /// Gives the console its code page back, before something else ends the process.
+    /// Gives the console its code page back, before something else ends the process, or when the program goes
+    /// on beside the user's next commands. From then on texts need a ConsoleWrite.
     static void restoreConsole();
+};
+
+/// Lets the console read UTF-8 for one write, after ConsoleOutput::restoreConsole().
+class ConsoleWrite
+{
+public:
+    ConsoleWrite();
+    ~ConsoleWrite();
+    ConsoleWrite(const ConsoleWrite &) = delete;
+    ConsoleWrite &operator=(const ConsoleWrite &) = delete;
+
+private:
+    [[maybe_unused]] unsigned m_codePageBefore = 0; ///< 0 when there is nothing to put back
 };
 
 } // namespace paravue

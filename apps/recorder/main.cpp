@@ -206,8 +206,10 @@ int run(const Options &options)
 {
     // Before there are files to be removed. Who started the program may end it as soon as it listens.
     paravue::quitOnStopSignal();
-    if (options.untilInputEnds)
+    if (options.untilInputEnds) {
         paravue::quitAtEndOfInput();
+        paravue::ConsoleOutput::restoreConsole(); // that of the program at the other end
+    }
     std::optional<paravue::TemporaryFolder> temporary;
     if (options.dataDir.isEmpty() && !temporary.emplace().isValid()) {
         printError(temporary->errorString());

@@ -1,6 +1,7 @@
 #include "DemoRecorder.h"
 
 #include "RecorderAddress.h"
+#include "program/ConsoleOutput.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -97,8 +98,10 @@ QString DemoRecorder::start(const QString &dataFolder, const QString &model)
     m_dataFolder = dataFolder;
     // Until the port is known, earlyEnd() reads the messages. Later ones are passed on.
     QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process, [this] {
-        if (m_port != 0)
-            QTextStream(stderr) << QString::fromUtf8(m_process.readAllStandardError()) << Qt::flush;
+        if (m_port == 0)
+            return;
+        const ConsoleWrite write;
+        QTextStream(stderr) << QString::fromUtf8(m_process.readAllStandardError()) << Qt::flush;
     });
     // The simulator does not outlive this program, even when that is killed.
     QStringList options{"--port", QString::number(freePort()), "--companion", "--until-input-ends"};

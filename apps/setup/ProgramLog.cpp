@@ -1,5 +1,7 @@
 #include "ProgramLog.h"
 
+#include "program/ConsoleOutput.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QLoggingCategory>
@@ -21,6 +23,12 @@ class LogMessage
 bool isFailure(QtMsgType type)
 {
     return type == QtWarningMsg || type == QtCriticalMsg || type == QtFatalMsg;
+}
+
+void writeError(const QString &text)
+{
+    const ConsoleWrite write;
+    QTextStream(stderr) << QCoreApplication::applicationName() << ": " << text << Qt::endl;
 }
 
 } // namespace
@@ -53,7 +61,7 @@ void ProgramLog::tellFailure(const QString &text)
 {
     if (present && present->m_lastFailure == text)
         return;
-    QTextStream(stderr) << QCoreApplication::applicationName() << ": " << text << Qt::endl;
+    writeError(text);
     if (!present)
         return;
     present->m_lastFailure = text;
@@ -74,13 +82,14 @@ void ProgramLog::handle(QtMsgType type, const QMessageLogContext &context, const
         present->m_screenFailure();
     const QString category = QString::fromLatin1(context.category);
     if (!category.startsWith(QStringLiteral("paravue."))) {
+        const ConsoleWrite write;
         if (present->m_before)
             present->m_before(type, context, text);
         return;
     }
     if (isFailure(type) && text != present->m_lastFailure) {
         present->m_lastFailure = text;
-        QTextStream(stderr) << QCoreApplication::applicationName() << ": " << text << Qt::endl;
+        writeError(text);
     }
     present->write(category, text);
 }

@@ -2,6 +2,7 @@
 
 #include "LinkExitCode.h"
 
+#include "program/ConsoleOutput.h"
 #include "store/OrbSetup.h"
 
 #include <QApplication>
@@ -138,6 +139,7 @@ void ScreenshotTour::savePicture(const QString &name)
     const QString path = m_folder.filePath(name + ".png");
     if (!settledPicture().save(path))
         return fail(tr("The picture %1 cannot be written.").arg(path), ExitCode::LocalFile);
+    const ConsoleWrite write;
     QTextStream(stdout) << path << Qt::endl;
 }
 

@@ -115,6 +115,9 @@ int run(int argc, char **argv)
         break;
     }
 
+    // The command line does not wait for a program with windows, and other programs use the console
+    // meanwhile.
+    ConsoleOutput::restoreConsole();
     if (const QString problem = startLog(log, commandLine.logFile); !problem.isEmpty()) {
         ProgramLog::tellFailure(problem);
         ConsoleOutput::showUnlessConnected(problem);

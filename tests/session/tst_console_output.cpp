@@ -12,7 +12,7 @@ class TestConsoleOutput : public QObject
 
 private Q_SLOTS:
     void readsUtf8WhileItLives();
-    void isLeftAsItWasByAProgramThatEndsAtOnce();
+    void isLeftAsItWasByAProgramThatEndsAtOnceOrGoesOn();
 };
 
 void TestConsoleOutput::readsUtf8WhileItLives()
@@ -28,15 +28,25 @@ void TestConsoleOutput::readsUtf8WhileItLives()
     QCOMPARE(GetConsoleOutputCP(), Cyrillic);
 }
 
-void TestConsoleOutput::isLeftAsItWasByAProgramThatEndsAtOnce()
+void TestConsoleOutput::isLeftAsItWasByAProgramThatEndsAtOnceOrGoesOn()
 {
     constexpr UINT Cyrillic = 866;
+    constexpr UINT WesternEurope = 850;
     FreeConsole();
     QVERIFY(AllocConsole());
     QVERIFY(SetConsoleOutputCP(Cyrillic));
     const ConsoleOutput output;
     ConsoleOutput::restoreConsole();
     QCOMPARE(GetConsoleOutputCP(), Cyrillic);
+    {
+        const ConsoleWrite write;
+        QCOMPARE(GetConsoleOutputCP(), UINT(CP_UTF8));
+    }
+    QCOMPARE(GetConsoleOutputCP(), Cyrillic);
+    // The user has chosen another one meanwhile.
+    QVERIFY(SetConsoleOutputCP(WesternEurope));
+    ConsoleOutput::restoreConsole();
+    QCOMPARE(GetConsoleOutputCP(), WesternEurope);
 }
 
 QTEST_APPLESS_MAIN(TestConsoleOutput)
