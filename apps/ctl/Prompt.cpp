@@ -14,7 +14,6 @@ namespace paravue
 
 QString typedLine()
 {
-    quitOnStopSignal(); // some commands ask before they begin
 #ifdef Q_OS_WIN
     const QString line = QTextStream(stdin).readLine();
     return hasStopSignal() ? QString() : line;

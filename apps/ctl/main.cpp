@@ -41,6 +41,9 @@ void print(const CommandReport &report, bool isJson)
 
 ExitCode run(const ControlCommandLine &line)
 {
+    // A signal ends the exchange, so that the local copies of the recorder's files are removed. It may come
+    // while a command that has not begun asks something.
+    paravue::quitOnStopSignal();
     std::optional<ExitCode> code;
     const OutcomeHandler end = [&code](const Outcome &outcome) {
         progressline::clear();
@@ -57,8 +60,6 @@ ExitCode run(const ControlCommandLine &line)
         });
     else
         runInventory(line, end);
-    // A signal ends the exchange, so that the local copies of the recorder's files are removed.
-    paravue::quitOnStopSignal();
     if (!code)
         QCoreApplication::exec();
     if (!code)

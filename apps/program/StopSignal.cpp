@@ -74,7 +74,7 @@ void noteOnce(int number)
 
 void quitOnStopSignal()
 {
-    if (signalPipe[0] != -1 || ::pipe(signalPipe) != 0)
+    if (::pipe(signalPipe) != 0)
         return;
     for (const int end : signalPipe)
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
@@ -140,8 +140,7 @@ BOOL WINAPI noteConsoleEvent(DWORD event)
 
 void quitOnStopSignal()
 {
-    static const bool isSet = SetConsoleCtrlHandler(noteConsoleEvent, TRUE) != 0;
-    Q_UNUSED(isSet);
+    SetConsoleCtrlHandler(noteConsoleEvent, TRUE);
 }
 
 void keepInputOpen() {}
