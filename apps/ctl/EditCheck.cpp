@@ -9,6 +9,8 @@
 #include "store/ConfigAddress.h"
 #include "store/OrbSetup.h"
 
+#include <QMap>
+
 #include <algorithm>
 
 namespace paravue
@@ -48,17 +50,18 @@ Outcome refusal(const QString &problem, QStringList paths)
 
 void addStaleStates(QList<Change> &changes, OrbSetup &store, const QSet<QString> &present)
 {
-    const QStringList edited = pathsOf(changes);
+    QMap<QString, Change> byPath;
+    for (const Change &change : std::as_const(changes))
+        byPath.insert(change.path, change);
     for (const QString &state : stateFiles(store)) {
         if (!ChangeList::isSent(store, state))
             continue;
         for (const Change &change : statedirectives::pendingChanges(store, state, present)) {
-            if (!edited.contains(change.path))
-                changes << change;
+            if (!byPath.contains(change.path))
+                byPath.insert(change.path, change);
         }
     }
-    std::sort(changes.begin(), changes.end(),
-              [](const Change &a, const Change &b) { return a.path < b.path; });
+    changes = byPath.values();
 }
 
 Outcome checkWriting(const QStringList &edited, const QStringList &sent, OrbSetup &store,
