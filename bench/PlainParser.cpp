@@ -28,6 +28,19 @@ uint16_t wordAt(std::string_view bytes, size_t at)
     return value;
 }
 
+/// The first header or index record. Without one, what may be the beginning of one is left at the end.
+size_t findMagic(std::string_view bytes)
+{
+    // Both have this byte in the second place.
+    for (size_t second = bytes.find('\xB5', 1); second < bytes.size();
+         second = bytes.find('\xB5', second + 1)) {
+        const std::string_view magic = bytes.substr(second - 1, MagicSize);
+        if (magic == HeaderMagic || magic == IndexMagic)
+            return second - 1;
+    }
+    return bytes.size() - std::min(bytes.size(), MagicSize - 1);
+}
+
 std::string takeText(std::string_view &bytes)
 {
     const size_t size = bytes.find('\0') + 1;
@@ -69,12 +82,17 @@ bool PlainParser::step()
         drop(std::min(m_input.find(HeaderMagic), m_input.size() - std::min(m_input.size(), MagicSize - 1)));
         return readHeader();
     case State::Index:
-        drop(std::min(m_input.find(IndexMagic), m_input.size() - std::min(m_input.size(), MagicSize - 1)));
-        return readIndex();
+        drop(findMagic(m_input));
+        return readMagic();
     case State::Data:
         return readData();
     }
     return false;
+}
+
+bool PlainParser::readMagic()
+{
+    return has(MagicSize) && (m_input.substr(0, MagicSize) == HeaderMagic ? readHeader() : readIndex());
 }
 
 bool PlainParser::readHeader()
@@ -99,6 +117,7 @@ bool PlainParser::readHeader()
     for (const Stream &stream : m_streams)
         m_streamOf[stream.id] = &stream;
     drop(size);
+    ++m_headers;
     m_state = State::Index;
     return true;
 }

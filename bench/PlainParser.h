@@ -29,12 +29,15 @@ public:
     std::function<void(const Frame &)> onFrame;
     std::function<void(uint32_t seconds)> onIndex;
 
+    int headers() const { return m_headers; }
+
     void append(std::string_view piece);
 
 private:
     enum class State { Header, Index, Data };
 
     bool step();
+    bool readMagic();
     bool readHeader();
     bool readIndex();
     bool readData();
@@ -46,6 +49,7 @@ private:
     std::string_view m_input; ///< what is unread
     std::string m_kept;       ///< the same between two pieces
     size_t m_wanted = 0;      ///< without so many bytes nothing more can be read
+    int m_headers = 0;
     std::string m_name;
     std::vector<Stream> m_streams;
     std::array<const Stream *, 256> m_streamOf{};

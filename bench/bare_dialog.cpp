@@ -1,4 +1,5 @@
-// The peer of paravue-setup: the least program that shows a dialog. It says when the dialog is on the screen.
+// The peer of paravue-setup: the least program that shows a dialog. It says when the dialog is
+// shown, before it is painted.
 
 #include <QApplication>
 #include <QDialog>
@@ -21,9 +22,9 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent *event) override
+    void showEvent(QShowEvent *event) override
     {
-        QDialog::paintEvent(event);
+        QDialog::showEvent(event);
         QTextStream(stdout) << "shown" << Qt::endl;
     }
 };

@@ -1,5 +1,5 @@
-// paravue-setup from the start of its process to the shown settings of a simulated recorder, beside the least
-// program that shows a dialog (bare_dialog.cpp).
+// paravue-setup from the start of its process until its window holds the settings of a simulated recorder,
+// beside the least program that shows a dialog (bare_dialog.cpp). Neither has painted by then.
 
 #include "PairedRatio.h"
 

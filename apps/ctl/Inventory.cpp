@@ -103,10 +103,13 @@ std::optional<QString> textOf(const QString &name, const QJsonValue &value)
 /// The first name that stands twice in \a columns.
 QString repeated(const QStringList &columns)
 {
-    const auto found = std::find_if(columns.begin(), columns.end(), [&](const QString &name) {
-        return !name.isEmpty() && columns.count(name) > 1;
-    });
-    return found == columns.end() ? QString() : *found;
+    QSet<QString> names;
+    for (const QString &name : columns) {
+        if (!name.isEmpty() && names.contains(name))
+            return name;
+        names.insert(name);
+    }
+    return {};
 }
 
 } // namespace

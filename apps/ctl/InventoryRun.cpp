@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -172,16 +173,19 @@ private:
             m_isStopped = true;
         else if (!outcome.isDone())
             ++m_failures;
-        else if (!m_line.dryRun)
-            noteDone(run);
         print(run, report);
+        if (outcome.isDone() && !m_line.dryRun)
+            noteDone(run);
         showProgress();
         beginMore();
     }
 
-    /// Without a journal the run could not be taken up again, so it does not go on.
+    /// Without a journal the run could not be taken up again, so it does not go on. What could not be printed
+    /// is done again then.
     void noteDone(const RecorderRun &run)
     {
+        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+            return;
         const Outcome noted = m_journal.note(run.name, run.work);
         if (noted.isDone())
             return;

@@ -5,6 +5,9 @@
 
 #ifdef Q_OS_WIN
 #include <QTextStream>
+
+#include <chrono>
+#include <thread>
 #else
 #include <unistd.h>
 #endif
@@ -16,6 +19,8 @@ QString typedLine()
 {
 #ifdef Q_OS_WIN
     const QString line = QTextStream(stdin).readLine();
+    if (line.isNull())
+        std::this_thread::sleep_for(std::chrono::milliseconds(100)); // Ctrl+C is told in another thread
     return hasStopSignal() ? QString() : line;
 #else
     QByteArray line("");

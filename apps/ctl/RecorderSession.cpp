@@ -90,7 +90,7 @@ private:
     void cutOff()
     {
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_limit->intervalAsDuration());
-        if (m_outcome.isDone() && !m_hasEnded)
+        if (m_outcome.isDone() && !m_hasEnded && !m_isStopped)
             m_outcome = {ExitCode::Network,
                          ControlText::tr("the exchange has lasted longer than %1 s; --time-limit allows more")
                              .arg(seconds.count())};

@@ -6,6 +6,7 @@
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "device/protocol/DeviceCommands.h"
+#include "program/StopSignal.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -84,6 +85,7 @@ bool isConfirmed(const ControlCommandLine &line, const QString &danger)
 {
     if (!line.asks || !isTerminal(stdin) || !isTerminal(stderr))
         return false;
+    quitOnStopSignal(); // the command has not begun
     QTextStream(stderr) << ControlText::tr("%1 at %2: %3. Run it (yes/no)? ")
                                .arg(line.arguments.constFirst(), line.host(), danger)
                         << Qt::flush;

@@ -2,6 +2,7 @@
 
 #include "ControlCommandLine.h"
 #include "ControlText.h"
+#include "snapshots/RecorderLock.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -87,6 +88,7 @@ Outcome RunJournal::open(const QString &path, const ControlCommandLine &line)
 Outcome RunJournal::lock(const QString &path)
 {
     const QString lockPath = path + QStringLiteral(".lock");
+    removeUnnamedLock(lockPath);
     m_lock = std::make_unique<QLockFile>(lockPath);
     m_lock->setStaleLockTime(0); // only the end of its run makes a lock stale, however long that has run
     if (m_lock->tryLock())

@@ -41,9 +41,6 @@ void print(const CommandReport &report, bool isJson)
 
 ExitCode run(const ControlCommandLine &line)
 {
-    // A signal ends the exchange, so that the local copies of the recorder's files are removed. It may come
-    // while a command that has not begun asks something.
-    paravue::quitOnStopSignal();
     std::optional<ExitCode> code;
     const OutcomeHandler end = [&code](const Outcome &outcome) {
         progressline::clear();
@@ -60,6 +57,8 @@ ExitCode run(const ControlCommandLine &line)
         });
     else
         runInventory(line, end);
+    // A signal ends the exchange, so that the local copies of the recorder's files are removed.
+    paravue::quitOnStopSignal();
     if (!code)
         QCoreApplication::exec();
     if (!code)

@@ -74,7 +74,7 @@ void noteOnce(int number)
 
 void quitOnStopSignal()
 {
-    if (::pipe(signalPipe) != 0)
+    if (signalPipe[0] != -1 || ::pipe(signalPipe) != 0)
         return;
     for (const int end : signalPipe)
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
@@ -140,7 +140,8 @@ BOOL WINAPI noteConsoleEvent(DWORD event)
 
 void quitOnStopSignal()
 {
-    SetConsoleCtrlHandler(noteConsoleEvent, TRUE);
+    static const bool isSet = SetConsoleCtrlHandler(noteConsoleEvent, TRUE) != 0;
+    Q_UNUSED(isSet);
 }
 
 void keepInputOpen() {}

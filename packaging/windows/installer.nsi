@@ -69,6 +69,8 @@ LangString NeedsAdministrator ${LANG_ENGLISH} "Only an administrator can install
 LangString NeedsAdministrator ${LANG_RUSSIAN} "Только администратор может установить или удалить ${PRODUCT} для всех пользователей."
 LangString FolderOfAnother ${LANG_ENGLISH} "Another program is in the folder $INSTDIR. Choose another one."
 LangString FolderOfAnother ${LANG_RUSSIAN} "В папке $INSTDIR находится другая программа. Выберите другую папку."
+LangString CannotWrite ${LANG_ENGLISH} "The folder $INSTDIR cannot be written. Choose another one."
+LangString CannotWrite ${LANG_RUSSIAN} "В папку $INSTDIR нельзя записать. Выберите другую папку."
 LangString DemoShortcut ${LANG_ENGLISH} "Paravue Setup, demonstration"
 LangString DemoShortcut ${LANG_RUSSIAN} "Paravue Setup, демонстрация"
 LangString PromptShortcut ${LANG_ENGLISH} "Paravue Setup, command prompt"
@@ -181,6 +183,21 @@ Function RefuseFolderOfAnother
   ${EndIf}
 FunctionEnd
 
+; Before an earlier version goes.
+Function RefuseFolderWithoutRights
+  ClearErrors
+  CreateDirectory "$INSTDIR"
+  FileOpen $0 "$INSTDIR\install.tmp" w
+  ${If} ${Errors}
+    RMDir "$INSTDIR" ; unless it holds something
+    MessageBox MB_OK|MB_ICONEXCLAMATION "$(CannotWrite)" /SD IDOK
+    SetErrorLevel 2
+    Abort "$(CannotWrite)"
+  ${EndIf}
+  FileClose $0
+  Delete "$INSTDIR\install.tmp"
+FunctionEnd
+
 ; The earlier version knows which files it has brought.
 Function RemoveEarlierVersion
   !insertmacro RefuseWhileRunning "$EarlierFolder"
@@ -205,6 +222,7 @@ Section "$(ProgramSection)"
   ; Only a registered uninstaller is run: any program may have one of that name.
   ReadRegStr $EarlierFolder SHCTX "${UNINSTALL_KEY}" "InstallLocation"
   Call RefuseFolderOfAnother
+  Call RefuseFolderWithoutRights
   !insertmacro RefuseWhileRunning "$INSTDIR"
   ${If} $EarlierFolder != ""
   ${AndIf} ${FileExists} "$EarlierFolder\uninstall.exe"

@@ -29,9 +29,9 @@ QString holderOf(const QLockFile &file)
         .arg(program, host, QString::number(process));
 }
 
-/// The name of the process is written a moment after the file was made. A program that is killed meanwhile
-/// leaves a file without one, which would hold the lock for ever.
-void removeUnnamed(const QString &path)
+} // namespace
+
+void removeUnnamedLock(const QString &path)
 {
     constexpr qint64 LongestMoment = 60; // seconds
     const QFileInfo file(path);
@@ -40,14 +40,12 @@ void removeUnnamed(const QString &path)
         QFile::remove(path);
 }
 
-} // namespace
-
 RecorderLock::RecorderLock(const SnapshotFolder &folder) : m_problem(folder.make())
 {
     if (!m_problem.isEmpty())
         return;
     const QString path = folder.path() + QStringLiteral("/changing.lock");
-    removeUnnamed(path);
+    removeUnnamedLock(path);
     m_file = std::make_unique<QLockFile>(path);
     m_file->setStaleLockTime(0); // a save may take long; its process tells whether it still runs
     if (m_file->tryLock())

@@ -27,4 +27,8 @@ private:
     QString m_problem;
 };
 
+/// Removes the file of a QLockFile that names no process. The name is written a moment after the file was
+/// made; a program that is killed meanwhile leaves a file without one, which would hold the lock for ever.
+void removeUnnamedLock(const QString &path);
+
 } // namespace paravue

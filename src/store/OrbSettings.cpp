@@ -162,7 +162,8 @@ void OrbSettings::takeKeys()
     m_unedited.removeIf([this](auto unedited) { return !m_entries[unedited.key()].edited; });
 }
 
-/// Of the keys of all lines together.
+/// Of the keys of all lines together, as far as the file itself has so many: the name of a section may be
+/// long, and stand before many equal lines.
 qsizetype OrbSettings::keyBytes() const
 {
     qsizetype bytes = 0;
@@ -174,7 +175,7 @@ qsizetype OrbSettings::keyBytes() const
         else
             bytes += sectionSize + nameSize;
     }
-    return bytes;
+    return std::min(bytes, m_text.bytes().size());
 }
 
 void OrbSettings::appendRepeats()

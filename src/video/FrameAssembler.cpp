@@ -107,8 +107,9 @@ void FrameAssembler::beginPart()
         if (partial != m_partials.end()) {
             drop(partial);
         }
-        partial =
-            m_partials.emplace(m_head.streamId, Partial{m_head, std::exchange(m_spare, QByteArray())}).first;
+        // One unfinished frame may have more memory than it needs, not one of each stream.
+        QByteArray memory = m_partials.empty() ? std::exchange(m_spare, QByteArray()) : QByteArray();
+        partial = m_partials.emplace(m_head.streamId, Partial{m_head, std::move(memory)}).first;
         partial->second.payload.reserve(m_usualSize); // so that it is not copied while it grows
     } else if (partial == m_partials.end()) {
         ++m_counts[m_head.streamId].lostFragments;

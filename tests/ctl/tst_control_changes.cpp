@@ -318,6 +318,7 @@ void TestControlChanges::ignoresALockThatNobodyHolds()
     const QStringList command{"set", address(), "net/untitled/IP=10.0.0.1"};
     QCOMPARE(run(command).exitCode, 6);
     QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-90), QFileDevice::FileModificationTime));
+    lock.close();
     QCOMPARE(run(command).exitCode, 0);
 }
 

@@ -315,10 +315,10 @@ void TestControlInventory::reportsOnEach()
         paths << row["result"].toObject()["path"].toString();
     }
     paths.sort();
-    QCOMPARE(paths, QStringList(Names).replaceInStrings(QRegularExpression("^(.*)$"),
-                                                        m_folder->filePath("\\1.txt")));
+    QCOMPARE(paths.size(), Names.size());
     for (int i = 0; i < Names.size(); ++i) {
         QFile file(m_folder->filePath(Names[i] + ".txt"));
+        QCOMPARE(paths[i], file.fileName());
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QString text = QString::fromUtf8(file.readAll());
         QVERIFY(text.contains(i == 1 ? "outcome: 1" : "outcome: 0"));

@@ -85,6 +85,8 @@ class TestCameraLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// Lists of points are joined as the language does it.
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void tellsThatItDoesNotTurn_data();
     void tellsThatItDoesNotTurn();
     void takesARemarkBack();
