@@ -19,7 +19,7 @@ public:
         m_process.start(RECORDERS_PROGRAM, {QString::number(count), m_folder.path(), QString::number(delay)});
         QByteArray said;
         while (!said.endsWith("# listening\n") && m_process.waitForReadyRead(60'000))
-            said += m_process.readAllStandardOutput();
+            said += m_process.readAllStandardOutput().replace('\r', "");
         for (const QByteArray &line : said.split('\n')) {
             if (line.startsWith("address = "))
                 m_addresses << QString::fromUtf8(line.sliced(10));

@@ -149,7 +149,7 @@ void TestDangerousFunctions::asksAgainBeforeARepetition()
             button->click();
         }
     });
-    setFaults({"reset@login"});
+    setFaults({"close-before@login"});
     press("Do it");
     auto *repeat = m_window->findChild<QToolButton *>("statusRetry");
     AWAIT_VERIFY(repeat->isVisible());
