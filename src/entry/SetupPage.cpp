@@ -18,6 +18,9 @@ SetupPage::SetupPage(OrbSetup *setup, QWidget *parent) : QWidget(parent), m_setu
 
 SetupPage::~SetupPage()
 {
+    // A message of the window that is being made may be waiting for the user.
+    if (m_isBeginning)
+        m_window = findChild<CWinMain *>(QString(), Qt::FindDirectChildrenOnly);
     if (m_window)
         m_window->disconnect(this);
     end();
@@ -51,7 +54,13 @@ void SetupPage::begin()
 {
     if (!m_setup)
         return;
-    m_window = new CWinMain(&*m_setup, this, CWinMain::Placement::Page, m_options);
+    const QPointer<SetupPage> self(this);
+    m_isBeginning = true;
+    auto *window = new CWinMain(&*m_setup, this, CWinMain::Placement::Page, m_options);
+    if (!self)
+        return; // the window ends by itself
+    m_isBeginning = false;
+    m_window = window;
     layout()->addWidget(m_window);
     const auto finish = [this](int result) {
         end();

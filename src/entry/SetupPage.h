@@ -55,6 +55,7 @@ private:
     QPointer<CWinMain> m_window;
     WindowOptions m_options;
     bool m_hasBegun = false;
+    bool m_isBeginning = false;
 };
 
 } // namespace paravue

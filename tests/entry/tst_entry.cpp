@@ -119,6 +119,7 @@ private Q_SLOTS:
     void asksBeforeThePageGoes();
     void endsWithThePageOrItsStore_data();
     void endsWithThePageOrItsStore();
+    void endsWhileThePageBegins();
     void showsWhatWasThrown_data();
     void showsWhatWasThrown();
     void letsOtherExceptionsThrough();
@@ -309,6 +310,23 @@ void TestEntry::endsWithThePageOrItsStore()
         QCOMPARE(finished, QList<QVariantList>({{false}}));
         AWAIT_VERIFY(page->findChildren<QDialog *>().isEmpty());
     }
+}
+
+/// A message of a window that is being made waits for its user.
+void TestEntry::endsWhileThePageBegins()
+{
+    StoreFixture fixture({}); // without a description
+    const QPointer<SetupPage> page(new SetupPage(&fixture.store()));
+    const ModalWatcher messages([&](QWidget &) { delete page; });
+    page->show();
+    AWAIT_VERIFY(messages.hasSeen());
+    QVERIFY(!page);
+    const auto hasWindow = [] {
+        const QWidgetList widgets = QApplication::allWidgets();
+        return std::any_of(widgets.begin(), widgets.end(),
+                           [](QWidget *widget) { return qobject_cast<CWinMain *>(widget); });
+    };
+    AWAIT_VERIFY(!hasWindow());
 }
 
 void TestEntry::showsWhatWasThrown_data()
