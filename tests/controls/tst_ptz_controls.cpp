@@ -50,6 +50,8 @@ class TestPtzControls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// Lists of points are joined as the language does it.
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void calibrates_data();
     void calibrates();
     void hasAMenu();
