@@ -201,6 +201,7 @@ FunctionEnd
 ; The earlier version knows which files it has brought.
 Function RemoveEarlierVersion
   !insertmacro RefuseWhileRunning "$EarlierFolder"
+  Call RefuseFolderWithoutRights
   ExecWait '"$EarlierFolder\uninstall.exe" /S /$MultiUser.InstallMode /Upgrade _?=$EarlierFolder' $0
   ${If} $0 <> 0
     SetErrorLevel 2
@@ -222,7 +223,6 @@ Section "$(ProgramSection)"
   ; Only a registered uninstaller is run: any program may have one of that name.
   ReadRegStr $EarlierFolder SHCTX "${UNINSTALL_KEY}" "InstallLocation"
   Call RefuseFolderOfAnother
-  Call RefuseFolderWithoutRights
   !insertmacro RefuseWhileRunning "$INSTDIR"
   ${If} $EarlierFolder != ""
   ${AndIf} ${FileExists} "$EarlierFolder\uninstall.exe"
