@@ -16,13 +16,15 @@ set(PARAVUE_C_HEADER capi/paravue.h)
 
 set(PARAVUE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ParavueSetup)
 
-# paravue_install_program(TARGET): installs a program that finds the shared library of its own installation, also after
-# the installation was moved.
+# paravue_install_program(TARGET [LINKS_LIBRARY]): installs a program. One that links the shared library finds that of
+# its own installation, also after the installation was moved. Others get no path: the build tree would keep room for it,
+# filled with colons, and an empty entry means that libraries are looked for in the folder that one happens to stand in.
 function(paravue_install_program target)
+    cmake_parse_arguments(arg "LINKS_LIBRARY" "" "" ${ARGN})
     if(NOT PARAVUE_INSTALL)
         return()
     endif()
-    if(UNIX AND NOT APPLE)
+    if(arg_LINKS_LIBRARY AND UNIX AND NOT APPLE)
         file(RELATIVE_PATH to_libraries
             ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
         set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
