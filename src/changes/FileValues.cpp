@@ -3,15 +3,28 @@
 #include "store/IniGrammar.h"
 #include "store/IniText.h"
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 
 namespace paravue
 {
 
+namespace
+{
+
+Q_LOGGING_CATEGORY(changesLog, "paravue.changes")
+
+} // namespace
+
 FileValues::FileValues(const QByteArray &content)
 {
     IniText text;
     text.append(content);
+    if (!text.hasKeepableKeys()) {
+        qCWarning(changesLog) << "the names of a configuration file are too long";
+        return;
+    }
     m_values.reserve(qsizetype(text.marks().size()));
     QString section = DefaultSection.toString() + u'/';
     for (const IniText::Mark &mark : text.marks()) {

@@ -15,6 +15,7 @@ class FileValues
 {
 public:
     FileValues() = default;
+    /// There are none of a file that a store refuses to read, for names that are too long together.
     explicit FileValues(const QByteArray &content);
 
     /// Nothing without the key \a entry, "section/key".

@@ -1,6 +1,5 @@
 #include "check/IniFolder.h"
 
-#include "store/IniGrammar.h"
 #include "store/IniText.h"
 
 #include <QDir>
@@ -8,26 +7,6 @@
 
 namespace paravue
 {
-namespace
-{
-
-QHash<QString, QString> valuesOf(const QByteArray &content)
-{
-    IniText text;
-    text.append(content);
-    QHash<QString, QString> values;
-    QString section = DefaultSection.toString();
-    for (const IniText::Mark &mark : text.marks()) {
-        const QString name = QString::fromUtf8(text.name(mark));
-        if (mark.isSection)
-            section = name;
-        else
-            values.insert(section + u'/' + name, QString::fromUtf8(text.value(mark)));
-    }
-    return values;
-}
-
-} // namespace
 
 IniFolder::IniFolder(const QString &folder) : m_folder(folder)
 {
@@ -39,17 +18,15 @@ IniFolder::IniFolder(const QString &folder) : m_folder(folder)
 
 std::optional<QString> IniFolder::value(const QString &file, const QString &entry)
 {
-    const Values &known = values(file);
-    const auto found = known.constFind(entry);
-    return found == known.constEnd() ? std::nullopt : std::optional(*found);
+    return values(file).value(entry);
 }
 
-const IniFolder::Values &IniFolder::values(const QString &name)
+const FileValues &IniFolder::values(const QString &name)
 {
     const auto [entry, isNew] = m_files.try_emplace(name);
     QFile file(QDir(m_folder).filePath(name));
     if (isNew && holds(name) && file.open(QIODevice::ReadOnly) && file.size() <= IniText::SizeLimit)
-        entry->second = valuesOf(file.readAll());
+        entry->second = FileValues(file.readAll());
     return entry->second;
 }
 

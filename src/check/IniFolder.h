@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "changes/FileValues.h"
+
 #include <QSet>
 #include <QString>
 
@@ -23,12 +24,11 @@ public:
     std::optional<QString> value(const QString &file, const QString &entry);
 
 private:
-    using Values = QHash<QString, QString>;
-    const Values &values(const QString &file);
+    const FileValues &values(const QString &file);
 
     QString m_folder;
     QSet<QString> m_names;
-    std::unordered_map<QString, Values> m_files;
+    std::unordered_map<QString, FileValues> m_files;
 };
 
 } // namespace paravue

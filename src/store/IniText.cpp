@@ -3,6 +3,7 @@
 #include "store/IniGrammar.h"
 #include "store/PiecewiseCopy.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace paravue
@@ -61,6 +62,27 @@ bool IniText::mark(const QString &line, Mark &mark)
     const QStringView view(line);
     return fillIn(mark, view, scanIniLine(view, EmptyValue::IsKey),
                   [&](qsizetype size) { return fileForm(view.first(size)).size(); });
+}
+
+qint64 IniText::keyBytes() const
+{
+    qint64 bytes = 0;
+    qint64 sectionSize = DefaultSection.size() + 1;
+    for (const Mark &mark : m_marks) {
+        const qint64 nameSize = mark.nameEnd - mark.nameBegin;
+        if (mark.isSection)
+            sectionSize = nameSize + 1;
+        else
+            bytes += sectionSize + nameSize;
+    }
+    return bytes;
+}
+
+bool IniText::areKeepable(qint64 keyBytes, qint64 fileBytes)
+{
+    constexpr qint64 EachFile = qint64(64) << 20;
+    constexpr qint64 EachByte = 8;
+    return keyBytes <= std::max(EachFile, EachByte * fileBytes);
 }
 
 void IniText::append(const QByteArray &content)

@@ -44,6 +44,14 @@ public:
     /// \a line as it stands in a file.
     static QByteArray fileForm(QStringView line);
 
+    /// How many bytes the keys have together, each with the name of its section before it.
+    qint64 keyBytes() const;
+    /// False when the keys cannot be kept: one long name of a section, which stands in the file once, makes
+    /// each of very many keys in it as long.
+    bool hasKeepableKeys() const { return areKeepable(keyBytes(), m_bytes.size()); }
+    /// The same of \a keyBytes in \a fileBytes.
+    static bool areKeepable(qint64 keyBytes, qint64 fileBytes);
+
     const QByteArray &bytes() const { return m_bytes; }
     const std::vector<Mark> &marks() const { return m_marks; }
     QByteArrayView name(const Mark &mark) const { return slice(mark.nameBegin, mark.nameEnd); }

@@ -24,8 +24,6 @@ Q_LOGGING_CATEGORY(settingsLog, "paravue.settings")
 
 /// A smaller file is read as fast as it is looked at.
 constexpr qsizetype LargeFile = 64 << 10;
-/// Two changes within one tick of a file system's clock cannot be told apart; the coarsest have two seconds.
-constexpr qint64 FileClockTick = 2000; // milliseconds
 
 /// Up to this size the repeated lines of a file without keys are written. A session that asks such a file for
 /// a value twice a second must not fill the disk.
@@ -63,12 +61,19 @@ void OrbSettings::setPath(const QString &path)
     m_forgotten = false;
     m_isWritten = true;
     m_held.reset();
+    m_refused.reset();
 }
 
 OrbSettings::FileState OrbSettings::fileState() const
 {
     const QFileInfo file(m_path);
     return {file.size(), file.lastModified()};
+}
+
+bool OrbSettings::FileState::isOld() const
+{
+    constexpr qint64 CoarsestTick = 2000; // milliseconds
+    return modified.msecsTo(QDateTime::currentDateTime()) > CoarsestTick;
 }
 
 void OrbSettings::forget()
@@ -91,26 +96,43 @@ bool OrbSettings::read()
         return false;
     }
     const FileState state = fileState();
+    if (m_refused == state)
+        return false;
+    m_refused.reset();
     const QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return false;
-    m_unreadable = false;
-
-    if (m_entries.isEmpty() && !m_text.bytes().isEmpty() && content == m_lastContent) {
-        ++m_repeats;
-    } else {
-        appendRepeats();
-        m_text.append(content);
+    if (!addContent(content)) {
+        qCWarning(settingsLog) << "the names of" << m_path << "are too long for a configuration file";
+        if (state.isOld())
+            m_refused = state;
+        return false;
     }
+    m_unreadable = false;
     m_loaded = true;
     takeKeys();
     m_lastContent = m_entries.isEmpty() ? content : QByteArray();
     if (m_text.bytes().constData() == content.constData()) // shared, as no byte had to be changed
         m_held = state;
-    const bool isOld = state.size >= LargeFile && m_entries.isEmpty() &&
-                       state.modified.msecsTo(QDateTime::currentDateTime()) > FileClockTick;
-    m_lastModified = isOld ? state.modified : QDateTime();
+    const bool isKnownAgain = state.size >= LargeFile && m_entries.isEmpty() && state.isOld();
+    m_lastModified = isKnownAgain ? state.modified : QDateTime();
     return true;
+}
+
+/// False when the keys of all lines cannot be kept, and then the lines are those that were held before.
+bool OrbSettings::addContent(const QByteArray &content)
+{
+    if (m_entries.isEmpty() && !m_text.bytes().isEmpty() && content == m_lastContent) {
+        ++m_repeats;
+        return true;
+    }
+    appendRepeats();
+    IniText before = m_text;
+    m_text.append(content);
+    if (m_text.hasKeepableKeys())
+        return true;
+    m_text = std::move(before);
+    return false;
 }
 
 /// True when the file is as it was read last, which then counts as read once more. A recorder may send many
@@ -131,8 +153,10 @@ void OrbSettings::takeKeys()
     m_sectioned = false;
     m_linesKnown = true;
     m_entriesOfLines.assign(m_text.marks().size(), 0);
+    // The name of a section may be long, and stand before many equal lines.
     if (m_entries.isEmpty())
-        m_entries.reserve(qsizetype(m_text.marks().size()), keyBytes());
+        m_entries.reserve(qsizetype(m_text.marks().size()),
+                          qsizetype(std::min<qint64>(m_text.keyBytes(), m_text.bytes().size())));
     for (IniEntries::Entry &entry : m_entries.all())
         entry.met = false;
 
@@ -160,22 +184,6 @@ void OrbSettings::takeKeys()
         entry.withdrawn = false;
     }
     m_unedited.removeIf([this](auto unedited) { return !m_entries[unedited.key()].edited; });
-}
-
-/// Of the keys of all lines together, as far as the file itself has so many: the name of a section may be
-/// long, and stand before many equal lines.
-qsizetype OrbSettings::keyBytes() const
-{
-    qsizetype bytes = 0;
-    qsizetype sectionSize = DefaultSection.size() + 1;
-    for (const IniText::Mark &mark : m_text.marks()) {
-        const qsizetype nameSize = mark.nameEnd - mark.nameBegin;
-        if (mark.isSection)
-            sectionSize = nameSize + 1;
-        else
-            bytes += sectionSize + nameSize;
-    }
-    return std::min(bytes, m_text.bytes().size());
 }
 
 void OrbSettings::appendRepeats()

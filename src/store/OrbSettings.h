@@ -81,7 +81,6 @@ private:
     }
     bool addUnchanged();
     void takeKeys();
-    qsizetype keyBytes() const;
     void appendRepeats();
     bool mayWrite();
     paravue::IniText merged();
@@ -94,8 +93,12 @@ private:
 
         qint64 size = -1;
         QDateTime modified;
+
+        /// Two changes within one tick of a file system's clock cannot be told apart.
+        bool isOld() const;
     };
     FileState fileState() const;
+    bool addContent(const QByteArray &content);
 
     QString m_path;
     bool m_sectioned = false;  ///< the last read met a section line
@@ -109,7 +112,8 @@ private:
     std::vector<quint32> m_entriesOfLines;             ///< for each marked line its entry, while m_linesKnown
     bool m_linesKnown = false;                         ///< no two lines have the same entry
 
-    std::optional<FileState> m_held; ///< of the file that the text is, to the byte
+    std::optional<FileState> m_held;    ///< of the file that the text is, to the byte
+    std::optional<FileState> m_refused; ///< of a file whose keys cannot be kept
 
     /// A file without any key is read again at each access, and its lines are added each time. The content
     /// that was read last, and how many more times it stands behind the text.

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void untouchedLinesSurviveToTheByte();
     void aFileThatWasNotReadIsNotEmptied();
     void aFileThatCannotBeReadIsNotReplaced();
+    void keysThatGrowWithTheNameOfTheirSectionAreRefused();
     void quotedQuoteVanishesFromTheValues();
     void aFileWithoutKeysGathersItsLines();
     void gatheredLinesAreBounded();
@@ -176,6 +177,27 @@ void TestOrbSettings::aFileThatCannotBeReadIsNotReplaced()
         QVERIFY(!settings.isWritten());
     }
     QCOMPARE(QFileInfo(m_path).size(), paravue::IniText::SizeLimit + 1);
+}
+
+void TestOrbSettings::keysThatGrowWithTheNameOfTheirSectionAreRefused()
+{
+    constexpr int Size = 16 << 10; // of the name, and as many keys: 256 MiB
+    QByteArray text = '[' + QByteArray(Size, 's') + "]\r\n";
+    for (int key = 0; key < Size; ++key)
+        text += 'k' + QByteArray::number(key) + "=1\r\n";
+    setContent(text);
+    {
+        OrbSettings settings(m_path);
+        QCOMPARE(settings.matching(".*"), QStringList());
+        settings.setValue("s/A", "1");
+        QVERIFY(!settings.write());
+        QVERIFY(!settings.isWritten());
+    }
+    QCOMPARE(content(), text);
+
+    setContent("[s]\r\nA=1\r\n");
+    OrbSettings settings(m_path);
+    QCOMPARE(settings.value("s/A").toString(), "1");
 }
 
 void TestOrbSettings::quotedQuoteVanishesFromTheValues()
