@@ -24,25 +24,38 @@ namespace
 struct FoundValue {
     QString path;
     QString value;
-    bool isSecret;
+    bool isSecret = false;
 };
 
 std::vector<FoundValue> wantedValues(const FileContents &files, ValuePatterns &patterns)
 {
-    const SecretValues secrets(files);
-    const ConfigurationValues all = valuesOf(files);
+    FileContents concerned = files;
+    concerned.removeIf([&patterns](auto file) { return !patterns.mayConcern(file.key()); });
+    const ConfigurationValues all = valuesOf(concerned);
     std::vector<FoundValue> found;
     for (auto file = all.cbegin(); file != all.cend(); ++file) {
         const auto &values = file->all();
         for (auto value = values.cbegin(); value != values.cend(); ++value) {
             const QString path = file.key() + u'/' + value.key();
             if (patterns.contains(path))
-                found.push_back({path, *value, secrets.contains(path)});
+                found.push_back({path, *value});
         }
     }
     std::sort(found.begin(), found.end(),
               [](const FoundValue &a, const FoundValue &b) { return a.path < b.path; });
     return found;
+}
+
+void markSecrets(std::vector<FoundValue> &values, const FileContents &files)
+{
+    QStringList names;
+    for (const FoundValue &value : values) {
+        if (const QString name = value.path.section(u'/', 0, 0); names.isEmpty() || names.constLast() != name)
+            names << name;
+    }
+    const SecretValues secrets(files, names);
+    for (FoundValue &value : values)
+        value.isSecret = secrets.contains(value.path);
 }
 
 /// Captions by path, from the description.
@@ -96,7 +109,8 @@ Outcome report(RecorderSession &session, const ControlCommandLine &line, Command
     if (const Outcome read = session.contents(files); !read.isDone())
         return read;
     ValuePatterns patterns(line.arguments);
-    const std::vector<FoundValue> values = wantedValues(files, patterns);
+    std::vector<FoundValue> values = wantedValues(files, patterns);
+    markSecrets(values, files);
     Captions captions;
     if (const Outcome read = line.captions ? readCaptions(session, files, captions) : Outcome();
         !read.isDone())

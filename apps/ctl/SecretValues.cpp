@@ -6,12 +6,33 @@
 namespace paravue
 {
 
+namespace
+{
+
+/// Many recorders of one model send the same description, and reading it takes longer than fetching it.
+const QStringList &secretsOfDescription(const QByteArray &description)
+{
+    static QByteArray last;
+    static QStringList secrets;
+    if (description != last) {
+        secrets = describedSecrets(description);
+        last = description;
+    }
+    return secrets;
+}
+
+} // namespace
+
 void SecretValues::add(const FileContents &files)
 {
-    for (const QString &path : describedSecrets(files.value(QStringLiteral("interface"))))
+    add(files, files.keys());
+}
+
+void SecretValues::add(const FileContents &files, const QStringList &names)
+{
+    for (const QString &path : secretsOfDescription(files.value(QStringLiteral("interface"))))
         m_keys.mark(path);
-    FileContents emptied = files;
-    for (const QString &path : removeSecrets(emptied))
+    for (const QString &path : secretsOfFiles(names, files, m_keys))
         m_directed.insert(path);
 }
 

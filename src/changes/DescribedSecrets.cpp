@@ -5,7 +5,9 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace paravue
@@ -74,19 +76,27 @@ bool hasReadableParts(const QByteArray &description)
            (!head.contains("encoding") || head.contains("utf-8"));
 }
 
-/// The positions of the start tags in which \a word stands, as part of an attribute or otherwise.
-std::vector<qsizetype> tagsWith(const QByteArray &description, const char *word)
+/// Every attribute has a "=", before any ">" that stands in its value.
+bool hasAttributes(QByteArrayView fromTag)
 {
+    return fromTag.first(std::max<qsizetype>(fromTag.indexOf('>'), 0)).contains('=');
+}
+
+/// The positions of the start tags with attributes in which \a word stands, as one of these or otherwise.
+std::vector<qsizetype> markedTags(QByteArrayView description, std::string_view word)
+{
+    const std::boyer_moore_horspool_searcher search(word.begin(), word.end());
     std::vector<qsizetype> tags;
-    qsizetype before = 0;
-    for (qsizetype found = description.indexOf(word); found >= 0;
-         found = description.indexOf(word, found + 1)) {
+    const auto begin = description.begin();
+    for (auto before = begin, found = std::search(begin, description.end(), search);
+         found != description.end();
+         before = found, found = std::search(found + 1, description.end(), search)) {
         // No attribute holds a "<".
-        const QByteArrayView between = QByteArrayView(description).first(found).sliced(before);
+        const QByteArrayView between(before, found);
         const qsizetype tag = between.lastIndexOf('<');
-        if (tag >= 0 && !QByteArrayView("/!?").contains(description[before + tag + 1]))
-            tags.push_back(before + tag);
-        before = found;
+        const QByteArrayView fromTag(before + std::max<qsizetype>(tag, 0), description.end());
+        if (tag >= 0 && !QByteArrayView("/!?").contains(fromTag[1]) && hasAttributes(fromTag))
+            tags.push_back(fromTag.begin() - begin);
     }
     return tags;
 }
@@ -101,8 +111,8 @@ std::optional<QStringList> secretsInMarkedElements(const QByteArray &description
         return {};
     QStringList paths;
     int large = 0;
-    for (const char *word : {"password", "secret"}) {
-        for (const qsizetype tag : tagsWith(description, word)) {
+    for (const std::string_view word : {"password", "secret"}) {
+        for (const qsizetype tag : markedTags(description, word)) {
             const QByteArrayView rest = QByteArrayView(description).sliced(tag);
             const QByteArrayView part = rest.first(std::min(UsualSize, rest.size()));
             // Not in the middle of a letter.

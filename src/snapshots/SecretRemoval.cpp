@@ -2,10 +2,10 @@
 
 #include "changes/DescribedSecrets.h"
 #include "changes/FileValues.h"
-#include "changes/SecretKeys.h"
 #include "changes/StateDirectives.h"
 #include "store/ConfigAddress.h"
 #include "store/IniGrammar.h"
+#include "store/IniText.h"
 #include "store/TextPattern.h"
 
 #include <algorithm>
@@ -66,12 +66,14 @@ void appendWithoutSecret(QByteArray &text, QByteArrayView line, const QString &s
     text.append(line.first(begin)).append("''").append(line.last(end));
 }
 
-/// In bytes, so that what is no UTF-8 stays as it is.
-QByteArray withoutSecretKeys(const QByteArray &text, const QString &file, const SecretKeys &secrets)
+/// In bytes, so that what is no UTF-8 stays as it is. Nothing when the names are too long for a store.
+std::optional<QByteArray> withoutSecretKeys(const QByteArray &text, const QString &file,
+                                            const SecretKeys &secrets)
 {
     QString sectionPath = file + u'/' + DefaultSection.toString() + u'/';
     QByteArray result;
     result.reserve(text.size());
+    qint64 keyBytes = 0;
     for (qsizetype begin = 0; begin < text.size();) {
         const qsizetype feed = text.indexOf('\n', begin);
         const qsizetype end = feed < 0 ? text.size() : feed + 1;
@@ -82,6 +84,9 @@ QByteArray withoutSecretKeys(const QByteArray &text, const QString &file, const 
             if (scanned.kind == IniLine<QStringView>::Section)
                 sectionPath = file + u'/' + scanned.name.toString() + u'/';
         }
+        keyBytes += line.contains('=') ? sectionPath.size() : 0;
+        if (!IniText::areKeepable(keyBytes, text.size()))
+            return {};
         appendWithoutSecret(result, line, sectionPath, secrets);
         begin = end;
     }
@@ -150,13 +155,37 @@ QStringList changedEntries(const QByteArray &before, const QByteArray &after)
     return changed;
 }
 
-} // namespace
+/// Nothing when it would have to be left out.
+std::optional<QByteArray> withoutSecrets(const QString &name, const QByteArray &content, SecretLookup &lookup,
+                                         const SecretKeys &secrets)
+{
+    const auto directed = withoutDirectedSecrets(content, lookup);
+    return directed ? withoutSecretKeys(*directed, name, secrets) : std::nullopt;
+}
 
-QStringList removeSecrets(FileContents &files)
+QStringList leftOutOf(const QString &name, const QByteArray &content, const std::optional<QByteArray> &kept)
+{
+    if (!kept)
+        return {name};
+    QStringList leftOut;
+    for (const QString &entry : *kept == content ? QStringList() : changedEntries(content, *kept))
+        leftOut << name + u'/' + entry;
+    return leftOut;
+}
+
+SecretKeys describedKeys(const FileContents &files)
 {
     SecretKeys secrets;
     for (const QString &path : describedSecrets(files.value(DescriptionFile)))
         secrets.mark(path);
+    return secrets;
+}
+
+} // namespace
+
+QStringList removeSecrets(FileContents &files)
+{
+    const SecretKeys secrets = describedKeys(files);
     const PatternBudget budget; // one for the directives of all files
     const FileContents complete = files;
     SecretLookup lookup(complete, secrets);
@@ -164,21 +193,28 @@ QStringList removeSecrets(FileContents &files)
     for (auto file = complete.cbegin(); file != complete.cend(); ++file) {
         if (file.key() == DescriptionFile)
             continue;
-        const auto directed = withoutDirectedSecrets(*file, lookup);
-        if (!directed) {
+        const auto kept = withoutSecrets(file.key(), *file, lookup, secrets);
+        leftOut << leftOutOf(file.key(), *file, kept);
+        if (kept)
+            files[file.key()] = *kept;
+        else
             files.remove(file.key());
-            leftOut << file.key();
-            continue;
-        }
-        const QByteArray kept = withoutSecretKeys(*directed, file.key(), secrets);
-        if (kept == *file)
-            continue;
-        files[file.key()] = kept;
-        for (const QString &entry : changedEntries(*file, kept))
-            leftOut << file.key() + u'/' + entry;
     }
     std::sort(leftOut.begin(), leftOut.end());
     return leftOut;
+}
+
+QStringList secretsOfFiles(const QStringList &names, const FileContents &files, const SecretKeys &secrets)
+{
+    const PatternBudget budget;
+    SecretLookup lookup(files, secrets);
+    QStringList found;
+    for (const QString &name : names) {
+        const QByteArray content = files.value(name);
+        if (name != DescriptionFile)
+            found << leftOutOf(name, content, withoutSecrets(name, content, lookup, secrets));
+    }
+    return found;
 }
 
 QSet<QString> secretsOf(const Snapshot &snapshot)

@@ -374,6 +374,12 @@ void TestSnapshotArchive::leavesOutWhatGrowsWithoutEnd()
     FileContents files{{"state", state}, {"other", "WLAN_KEY='geheim'\r\n"}};
     QCOMPARE(removeSecrets(files), QStringList({"other/untitled/WLAN_KEY", "state"}));
     QCOMPARE(files.keys(), QStringList("other"));
+
+    // A store keeps every key with the name of its section.
+    files.insert("long",
+                 '[' + QByteArray(16 << 10, 's') + "]\r\n" + QByteArray("A=1\r\n").repeated(16 << 10));
+    QCOMPARE(removeSecrets(files), QStringList("long"));
+    QCOMPARE(files.keys(), QStringList("other"));
 }
 
 void TestSnapshotArchive::listsDifferences()
