@@ -65,6 +65,11 @@ bool LocalFiles::open(QFile &file)
                      QFile::ReadOwner | QFile::WriteOwner);
 }
 
+bool LocalFiles::holds(const QString &path) const
+{
+    return m_folder && path.startsWith(m_folder->path() + u'/');
+}
+
 void LocalFiles::takeBack(const QString &name)
 {
     QStringList &paths = m_paths[name];

@@ -29,6 +29,8 @@ public:
 
     /// The path of a new file with \a content for \a name; empty when it cannot be written whole.
     QString add(const QString &name, const QByteArray &content);
+    /// True when the file at \a path is removed with this object.
+    bool holds(const QString &path) const;
     /// Removes the newest file of \a name.
     void takeBack(const QString &name);
 

@@ -96,7 +96,8 @@ OrbNetSetup::~OrbNetSetup()
         m_socket->abort();
         m_socket->deleteLater();
     }
-    // They write their files once more, which the local copies must outlive.
+    // They write their files once more. The local copies must outlive that, but nobody reads these again.
+    m_settings.forget([this](const QString &path) { return m_temporaries->holds(path); });
     m_settings.clear();
 }
 

@@ -326,6 +326,14 @@ void OrbSetup::UsedFiles::flush()
         settings->flush();
 }
 
+void OrbSetup::UsedFiles::forget(const std::function<bool(const QString &path)> &isTemporary)
+{
+    for (const auto &[name, settings] : m_files) {
+        if (isTemporary(settings->path()))
+            settings->forget();
+    }
+}
+
 void OrbSetup::UsedFiles::clear()
 {
     m_last = nullptr;

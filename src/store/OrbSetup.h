@@ -203,6 +203,8 @@ protected:
         OrbSettings &add(const QString &name, std::unique_ptr<OrbSettings> settings);
         QStringList names() const;
         void flush();
+        /// Those of which \a isTemporary(path) is true stay unwritten.
+        void forget(const std::function<bool(const QString &path)> &isTemporary);
         /// Writes and drops them all.
         void clear();
 
