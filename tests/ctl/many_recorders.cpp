@@ -1,7 +1,8 @@
 // Many simulated recorders in one process, each with a folder and a port of its own, for programs that talk
 // to all of them at once. Ends with its standard input.
 //
-// Usage: many-recorders COUNT FOLDER [DELAY]   with DELAY milliseconds before each answer
+// Usage: many-recorders COUNT FOLDER [DELAY [FIRST]]   with DELAY milliseconds before each answer, and the
+// number FIRST of the first one
 
 #include "program/StopSignal.h"
 #include "recorder/RecorderServer.h"
@@ -54,7 +55,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const int count = argc > 2 ? std::atoi(argv[1]) : 0;
     if (count <= 0) {
-        QTextStream(stderr) << "Usage: many-recorders COUNT FOLDER [DELAY]" << Qt::endl;
+        QTextStream(stderr) << "Usage: many-recorders COUNT FOLDER [DELAY [FIRST]]" << Qt::endl;
         return 2;
     }
     if (!raiseOpenFiles(count))
@@ -64,7 +65,8 @@ int main(int argc, char **argv)
     const QDir folder(QString::fromLocal8Bit(argv[2]));
     QTextStream out(stdout);
     std::vector<std::unique_ptr<recorder::RecorderServer>> recorders;
-    for (int number = 1; number <= count; ++number) {
+    const int first = argc > 4 ? std::atoi(argv[4]) : 1;
+    for (int number = first; number < first + count; ++number) {
         const QString name = QStringLiteral("r%1").arg(number);
         auto server = std::make_unique<recorder::RecorderServer>(folder.filePath(name));
         server->setReplyDelay(argc > 3 ? std::atoi(argv[3]) : 0);
