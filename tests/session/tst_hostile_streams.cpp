@@ -236,11 +236,13 @@ void TestHostileStreams::awaitLive(int camera)
         const auto shown = shownTenths(pixmap(camera).toImage());
         return shown ? elapsedTenths(*shown, nowInTenths()) : -1;
     };
-    // Other controls say where the camera looks, for example.
-    const auto isSilent = [&] {
-        return !qobject_cast<LiveView *>(m_views[camera]) || state(camera).isEmpty();
+    // Other controls say where the camera looks, for example. On a busy computer sixteen cameras may be too
+    // many: then it says so, of a picture that is live.
+    const auto tellsNoFault = [&] {
+        return !qobject_cast<LiveView *>(m_views[camera]) || state(camera).isEmpty() ||
+               state(camera) == "Pictures are left out: this computer is too slow";
     };
-    const auto isLive = [&] { return age() >= 0 && age() <= Late && isSilent(); };
+    const auto isLive = [&] { return age() >= 0 && age() <= Late && tellsNoFault(); };
     QVERIFY2(waitUntil(isLive, Patience), "camera " + QByteArray::number(camera) + ": " +
                                               QByteArray::number(age()) + " tenths, " +
                                               state(camera).toUtf8());
