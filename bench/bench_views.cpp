@@ -55,6 +55,8 @@ constexpr int PaceRuns = 3; // of ten seconds each
 constexpr Cameras TwoSmall{2, {640, 480}, {320, 240}};
 constexpr Cameras EightSmall{8, {640, 480}, {320, 240}};
 constexpr Cameras SixteenSmall{16, {640, 480}, {320, 240}};
+constexpr Cameras FourKeysOfTwoSeconds{4, {1920, 1080}, {480, 270}, 2};
+constexpr Cameras FourKeysOfFourSeconds{4, {1920, 1080}, {480, 270}, 4};
 constexpr Cameras FourFarKeys{4, {1920, 1080}, {480, 270}, FarKeys};
 constexpr Cameras SixteenFarKeys{16, {640, 480}, {320, 240}, FarKeys};
 
@@ -329,6 +331,12 @@ BENCHMARK_CAPTURE(watch, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
 BENCHMARK_CAPTURE(watch, 16_of_640x480, SixteenSmall)->Apply(applyPaired);
 BENCHMARK_CAPTURE(hide, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
 BENCHMARK_CAPTURE(hide, 16_of_640x480, SixteenSmall)->Apply(applyPaired);
+BENCHMARK_CAPTURE(hide, 4_of_1920x1080_keys_of_2_s, FourKeysOfTwoSeconds)
+    ->Apply(applyPaired)
+    ->Iterations(FarRuns);
+BENCHMARK_CAPTURE(hide, 4_of_1920x1080_keys_of_4_s, FourKeysOfFourSeconds)
+    ->Apply(applyPaired)
+    ->Iterations(FarRuns);
 BENCHMARK_CAPTURE(hide, 4_of_1920x1080_far_keys, FourFarKeys)->Apply(applyPaired)->Iterations(FarRuns);
 BENCHMARK_CAPTURE(hide, 16_of_640x480_far_keys, SixteenFarKeys)->Apply(applyPaired)->Iterations(FarRuns);
 BENCHMARK_CAPTURE(pace, 2_of_640x480, TwoSmall)->Apply(applyPaired)->Iterations(PaceRuns);
@@ -336,5 +344,7 @@ BENCHMARK_CAPTURE(pace, 8_of_640x480, EightSmall)->Apply(applyPaired)->Iteration
 BENCHMARK_CAPTURE(pace, 16_of_640x480, SixteenSmall)->Apply(applyPaired)->Iterations(PaceRuns);
 BENCHMARK_CAPTURE(open, 4_of_1920x1080, FourLarge)->Apply(applyPaired);
 BENCHMARK_CAPTURE(open, 16_of_640x480, SixteenSmall)->Apply(applyPaired);
+BENCHMARK_CAPTURE(open, 4_of_1920x1080_keys_of_2_s, FourKeysOfTwoSeconds)->Apply(applyPaired);
+BENCHMARK_CAPTURE(open, 4_of_1920x1080_keys_of_4_s, FourKeysOfFourSeconds)->Apply(applyPaired);
 BENCHMARK_CAPTURE(open, 4_of_1920x1080_far_keys, FourFarKeys)->Apply(applyPaired);
 BENCHMARK_CAPTURE(open, 16_of_640x480_far_keys, SixteenFarKeys)->Apply(applyPaired);
