@@ -195,10 +195,10 @@ QStringList removeSecrets(FileContents &files)
             continue;
         const auto kept = withoutSecrets(file.key(), *file, lookup, secrets);
         leftOut << leftOutOf(file.key(), *file, kept);
-        if (kept)
-            files[file.key()] = *kept;
-        else
+        if (!kept)
             files.remove(file.key());
+        else if (*kept != *file) // else both keep sharing it
+            files[file.key()] = *kept;
     }
     std::sort(leftOut.begin(), leftOut.end());
     return leftOut;
