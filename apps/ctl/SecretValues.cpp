@@ -33,13 +33,13 @@ void SecretValues::add(const FileContents &files, const QStringList &names)
     for (const QString &path : secretsOfDescription(files.value(QStringLiteral("interface"))))
         m_keys.mark(path);
     for (const QString &path : secretsOfFiles(names, files, m_keys))
-        m_directed.insert(path);
+        (path.contains(u'/') ? m_directed : m_files).insert(path);
 }
 
 bool SecretValues::contains(const QString &path) const
 {
     return m_keys.contains(path) || m_directed.contains(path) ||
-           m_directed.contains(path.section(u'/', 0, 0));
+           (!m_files.isEmpty() && m_files.contains(path.section(u'/', 0, 0)));
 }
 
 } // namespace paravue

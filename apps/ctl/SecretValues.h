@@ -27,7 +27,8 @@ private:
     void add(const FileContents &files, const QStringList &names);
 
     SecretKeys m_keys;
-    QSet<QString> m_directed; ///< what directives have put into state files; paths, and names of whole files
+    QSet<QString> m_directed; ///< what directives have put into state files
+    QSet<QString> m_files;    ///< files of which each value may be secret
 };
 
 } // namespace paravue
