@@ -29,6 +29,8 @@ private Q_SLOTS:
     void getsValues();
     void printsCaptions();
     void hidesSecrets();
+    void hidesSecretsThatDirectivesCopy_data();
+    void hidesSecretsThatDirectivesCopy();
     void printsNothingThatSteersATerminal();
     void saysWhyItFails_data();
     void saysWhyItFails();
@@ -75,7 +77,10 @@ void TestControlProgram::getsValues_data()
     row("a section", {"state/identity"}, {"state/identity/DEVICE_NAME", "state/identity/LAST_LOGIN"});
     row("several patterns", {"state/identity/LAST*", "net/untitled/IP"},
         {"net/untitled/IP", "state/identity/LAST_LOGIN"});
+    row("a file left open", {"*/untitled/DNS1"}, {"net/untitled/DNS1"});
+    row("an open file and section", {"?et*DNS1"}, {"net/untitled/DNS1"});
     row("no part of a name", {"net/untitled/I"}, {});
+    row("no part of a file", {"ne"}, {});
 }
 
 void TestControlProgram::getsValues()
@@ -109,6 +114,31 @@ void TestControlProgram::hidesSecrets()
     QVERIFY(value["secret"].toBool() && value["value"].isNull());
     QCOMPARE(run({"get", address(), "users/untitled/PASSWD0", "--secrets"}).out,
              "users/untitled/PASSWD0  admin\n");
+}
+
+void TestControlProgram::hidesSecretsThatDirectivesCopy_data()
+{
+    const TestTable<QByteArray, QByteArray> row("directives", "hidden");
+    row("a secret", "#!s/COPY='[^{}']*'/COPY='{users/untitled/PASSWD0}'/\r\n", "state/untitled/COPY");
+    row("what grows without end", QByteArray("#!s/a/aa{users/untitled/PASSWD0}/\r\n").repeated(12),
+        "state/untitled/COPY state/untitled/OTHER");
+    row("no secret", "#!s/COPY='[^{}']*'/COPY='{net/untitled/IP}'/\r\n", "");
+}
+
+void TestControlProgram::hidesSecretsThatDirectivesCopy()
+{
+    QFETCH(QByteArray, directives);
+    QFile file(m_recorder->filePath("state"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("COPY='admin'\r\nOTHER='1'\r\n" + directives) > 0);
+    file.close();
+    const Run json = run({"get", address(), "state", "--json"});
+    const QJsonObject document = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QStringList hidden;
+    for (const QJsonValue &value : document["values"].toArray()) {
+        if (value["secret"].toBool() && value["value"].isNull())
+            hidden << value["path"].toString();
+    }
+    QTEST(hidden.join(' ').toUtf8(), "hidden");
 }
 
 void TestControlProgram::printsNothingThatSteersATerminal()
