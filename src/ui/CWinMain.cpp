@@ -6,6 +6,7 @@
 #include "store/ExchangeQueue.h"
 #include "store/OrbSetup.h"
 #include "ui/accessibility/ControlAccessibility.h"
+#include "ui/base/PageTabs.h"
 #include "ui/base/ToolButtonKeys.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/commands/LiveAdjustments.h"

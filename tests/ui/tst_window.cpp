@@ -392,6 +392,8 @@ void TestWindow::showsAnotherLanguageAtOnce()
     window.widget<QPushButton>()->click();
     QCOMPARE(ofDialog, QStringList(2, "Title"));
     QCOMPARE(texts(), QStringList(8, "Title"));
+    const QTabBar *bar = tabs(window)->tabBar();
+    QVERIFY(bar->tabRect(0).width() > bar->fontMetrics().horizontalAdvance(bar->tabText(0)));
     auto *box = window.widget<QComboBox>();
     box->setCurrentIndex(0);
     Q_EMIT box->activated(0);

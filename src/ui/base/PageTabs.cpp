@@ -8,8 +8,6 @@
 
 namespace paravue
 {
-namespace
-{
 
 constexpr int CaptionLetters = 32; // of average width, in a caption
 
@@ -18,12 +16,19 @@ class PageTabBar : public QTabBar
 public:
     using QTabBar::QTabBar;
 
+    void beginChanges() { ++m_changes; }
+    void endChanges()
+    {
+        if (--m_changes == 0)
+            setElideMode(elideMode()); // lays the tabs out again
+    }
+
 protected:
     QSize tabSizeHint(int index) const override
     {
-        const QSize size = QTabBar::tabSizeHint(index);
-        return isUpright() ? QSize(size.width(), std::min(size.height(), longest()))
-                           : QSize(std::min(size.width(), longest()), size.height());
+        if (m_changes > 0)
+            return {1, 1};
+        return limited(QTabBar::tabSizeHint(index));
     }
 
     /// By itself every tab would shrink to three letters before the first one is scrolled away.
@@ -31,8 +36,9 @@ protected:
 
     void tabLayoutChange() override
     {
-        for (int index = 0; index < count(); ++index) {
-            const bool isCut = QTabBar::tabSizeHint(index) != tabSizeHint(index);
+        for (int index = 0; m_changes == 0 && index < count(); ++index) {
+            const QSize size = QTabBar::tabSizeHint(index);
+            const bool isCut = size != limited(size);
             const QString toolTip = isCut ? literalToolTip(shortenedMessage(tabText(index))) : QString();
             if (tabToolTip(index) != toolTip)
                 setTabToolTip(index, toolTip);
@@ -40,19 +46,34 @@ protected:
     }
 
 private:
+    QSize limited(const QSize &size) const
+    {
+        return isUpright() ? QSize(size.width(), std::min(size.height(), longest()))
+                           : QSize(std::min(size.width(), longest()), size.height());
+    }
     bool isUpright() const
     {
         return shape() == RoundedWest || shape() == RoundedEast || shape() == TriangularWest ||
                shape() == TriangularEast;
     }
     int longest() const { return CaptionLetters * fontMetrics().averageCharWidth(); }
+
+    int m_changes = 0; ///< that have begun and not ended
 };
 
-} // namespace
-
-PageTabs::PageTabs(QWidget *parent) : QTabWidget(parent)
+PageTabs::Changes::Changes(PageTabs &tabs) : m_tabs(tabs)
 {
-    setTabBar(new PageTabBar(this));
+    m_tabs.m_bar->beginChanges();
+}
+
+PageTabs::Changes::~Changes()
+{
+    m_tabs.m_bar->endChanges();
+}
+
+PageTabs::PageTabs(QWidget *parent) : QTabWidget(parent), m_bar(new PageTabBar(this))
+{
+    setTabBar(m_bar);
     setElideMode(Qt::ElideRight);
     setUsesScrollButtons(true);
 }

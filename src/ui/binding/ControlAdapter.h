@@ -15,12 +15,11 @@
 #include <optional>
 #include <utility>
 
-class QTabWidget;
-
 namespace paravue
 {
 
 class ControlContext;
+class PageTabs;
 
 /// Connects the signal that \a widget emits when the user changes it, as long as \a context lives. The
 /// handler knows its widget: to find the sender of a signal, Qt walks through all connections of the
@@ -107,7 +106,7 @@ public:
     /// The directions in which the widget takes all the room of its cell, whatever the cell's alignment.
     virtual Qt::Orientations fills(const QDomElement &) const { return {}; }
     /// The widget that the pages of the control are built into; null without pages.
-    virtual QTabWidget *tabs(const Control &) const { return nullptr; }
+    virtual PageTabs *tabs(const Control &) const { return nullptr; }
 
     /// Shows the present values of the store. Writes nothing and emits no change; leaves the widget alone
     /// when it shows them already. Returns true when the widget has changed.

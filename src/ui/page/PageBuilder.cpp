@@ -1,6 +1,7 @@
 #include "ui/page/PageBuilder.h"
 
 #include "ui/base/Alignment.h"
+#include "ui/base/PageTabs.h"
 #include "ui/base/UiLimits.h"
 #include "ui/base/WindowStyle.h"
 #include "ui/base/WindowText.h"
@@ -19,7 +20,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScopedValueRollback>
-#include <QTabWidget>
 
 #include <algorithm>
 #include <map>
@@ -169,13 +169,14 @@ void PageBuilder::buildGrids(const QDomElement &container, QWidget *page)
         layout->addStretch();
 }
 
-void PageBuilder::buildTabs(const QDomElement &container, QTabWidget *tabs, TabPages pages)
+void PageBuilder::buildTabs(const QDomElement &container, PageTabs &tabs, TabPages pages)
 {
+    const PageTabs::Changes changes(tabs);
     for (QDomElement tab = container.firstChildElement(QStringLiteral("tab")); !tab.isNull();
          tab = tab.nextSiblingElement(QStringLiteral("tab"))) {
         auto *page = new QWidget;
         QWidget *holder = pages == Scrolling ? new PageArea(page, PageArea::OfTheWindow) : page;
-        tabs->addTab(holder, m_context.text(tab.firstChildElement(QStringLiteral("name")).text()));
+        tabs.addTab(holder, m_context.text(tab.firstChildElement(QStringLiteral("name")).text()));
         buildPage(tab, page);
     }
 }
@@ -309,8 +310,8 @@ void PageBuilder::addControl(const ControlAdapter &adapter, QGridLayout &grid, c
     }
     m_widgets->append(widget);
     m_created.append(widget);
-    if (QTabWidget *tabs = adapter.tabs(control))
-        buildTabs(item.element, tabs);
+    if (PageTabs *tabs = adapter.tabs(control))
+        buildTabs(item.element, *tabs);
 }
 
 ControlItem *PageBuilder::place(QWidget *widget, Qt::Orientations fills, bool isNoted, QGridLayout &grid,

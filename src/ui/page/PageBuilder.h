@@ -17,6 +17,7 @@ namespace paravue
 class ControlItem;
 class ElementAttributes;
 class FieldColumn;
+class PageTabs;
 class SeparatorItem;
 struct GridCell;
 
@@ -38,7 +39,7 @@ public:
         Scrolling ///< a page that is larger than the window scrolls
     };
     /// One page per "tab" child of \a container.
-    void buildTabs(const QDomElement &container, QTabWidget *tabs, TabPages pages = Plain);
+    void buildTabs(const QDomElement &container, PageTabs &tabs, TabPages pages = Plain);
 
     /// Decorates the element of a window and applies the attributes that windows share with controls. A
     /// window that could be hidden or disabled could not be closed any more, so these two do not apply.

@@ -1,26 +1,30 @@
 #include "ui/page/TabPages.h"
 
+#include "ui/base/PageTabs.h"
+
 #include <QDomElement>
-#include <QTabWidget>
+
+#include <optional>
 
 namespace paravue
 {
 
-bool showTabCaptions(const QDomElement &container, QTabWidget &tabs,
+bool showTabCaptions(const QDomElement &container, PageTabs &tabs,
                      const std::function<QString(const QString &)> &visible)
 {
     const QString tag = QStringLiteral("tab");
-    bool changed = false;
     int page = 0;
+    std::optional<PageTabs::Changes> changes;
     for (QDomElement tab = container.firstChildElement(tag); !tab.isNull() && page < tabs.count();
          tab = tab.nextSiblingElement(tag), ++page) {
         const QString text = visible(tab.firstChildElement(QStringLiteral("name")).text());
         if (tabs.tabText(page) == text)
             continue;
+        if (!changes)
+            changes.emplace(tabs);
         tabs.setTabText(page, text);
-        changed = true;
     }
-    return changed;
+    return changes.has_value();
 }
 
 } // namespace paravue

@@ -10,7 +10,7 @@ namespace paravue
 namespace
 {
 
-class TabWidgetAdapter : public TypedAdapter<QTabWidget>
+class TabWidgetAdapter : public TypedAdapter<PageTabs>
 {
 public:
     TabWidgetAdapter()
@@ -24,11 +24,11 @@ public:
     }
 
     Qt::Orientations fills(const QDomElement &) const override { return Qt::Horizontal | Qt::Vertical; }
-    QTabWidget *tabs(const Control &control) const override { return &widget(control); }
+    PageTabs *tabs(const Control &control) const override { return &widget(control); }
 
     bool load(ControlContext &context, const Control &control) const override
     {
-        QTabWidget &tabs = widget(control);
+        PageTabs &tabs = widget(control);
         const bool changed = showTabCaptions(control.element, tabs,
                                              [&](const QString &raw) { return context.text(control, raw); });
         // A reload does not leave the page that the user has opened.

@@ -1,5 +1,6 @@
 #include "ui/window/FrameBinding.h"
 
+#include "ui/base/PageTabs.h"
 #include "ui/base/SafeText.h"
 #include "ui/base/WindowText.h"
 #include "ui/page/TabPages.h"
@@ -12,7 +13,6 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QTabWidget>
 
 namespace paravue
 {
@@ -121,7 +121,7 @@ void FrameBinding::showButtons()
 
 void FrameBinding::buildPages(int shownPage)
 {
-    QTabWidget *tabs = m_frame.tabs();
+    PageTabs *tabs = m_frame.tabs();
     while (tabs->count() > 0) {
         QWidget *page = tabs->widget(0);
         tabs->removeTab(0);
@@ -131,7 +131,7 @@ void FrameBinding::buildPages(int shownPage)
     const QDomElement element =
         m_parts.description.document().root().firstChildElement(QStringLiteral("tabwidget"));
     tabs->setTabPosition(tabPosition(childText(element, QStringLiteral("tabposition"))));
-    m_parts.builder.buildTabs(element, tabs, PageBuilder::Scrolling);
+    m_parts.builder.buildTabs(element, *tabs, PageBuilder::Scrolling);
     const int selection = childText(element, QStringLiteral("selection")).toInt();
     tabs->setCurrentIndex(shownPage >= 0 && shownPage < tabs->count() ? shownPage : selection);
 }

@@ -10,13 +10,13 @@ class QGridLayout;
 class QPushButton;
 class QSize;
 class QSizeGrip;
-class QTabWidget;
 class QWidget;
 
 namespace paravue
 {
 
 class LoadingView;
+class PageTabs;
 class WindowHeader;
 
 /// What every setup window has before there is a description: a header, a place for the pages, OK and Cancel,
@@ -28,7 +28,7 @@ public:
     WindowFrame(QDialog &window, const QString &recorder);
 
     WindowHeader *header() const { return m_header; }
-    QTabWidget *tabs() const { return m_tabs; }
+    PageTabs *tabs() const { return m_tabs; }
     QPushButton *okButton() const { return m_ok; }
     QPushButton *cancelButton() const { return m_cancel; }
 
@@ -64,7 +64,7 @@ private:
     QGridLayout *m_pages = nullptr;
     QGridLayout *m_buttons = nullptr;
     LoadingView *m_loading = nullptr; ///< created by the first load that takes a while
-    QTabWidget *m_tabs = nullptr;
+    PageTabs *m_tabs = nullptr;
     QPushButton *m_ok = nullptr;
     QPushButton *m_cancel = nullptr;
     QSizeGrip *m_grip = nullptr;
