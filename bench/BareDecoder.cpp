@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 #include <vector>
 
 extern "C" {
@@ -14,17 +15,18 @@ extern "C" {
 namespace paravue::bench
 {
 
-const test::EncodedClip &detailedClip(const QByteArray &encoder)
+const test::EncodedClip &detailedClip(const QByteArray &encoder, ClipQuality quality)
 {
-    static std::map<QByteArray, test::EncodedClip> clips;
-    auto found = clips.find(encoder);
+    static std::map<std::pair<QByteArray, ClipQuality>, test::EncodedClip> clips;
+    const std::pair key(encoder, quality);
+    auto found = clips.find(key);
     if (found == clips.end())
         found = clips
-                    .emplace(encoder, test::encodeClip({.encoder = encoder,
-                                                        .size = DetailedSize,
-                                                        .pictures = DetailedPictures,
-                                                        .quality = 4,
-                                                        .noise = true}))
+                    .emplace(key, test::encodeClip({.encoder = encoder,
+                                                    .size = DetailedSize,
+                                                    .pictures = DetailedPictures,
+                                                    .quality = int(quality),
+                                                    .noise = true}))
                     .first;
     return found->second;
 }

@@ -15,8 +15,14 @@ int decodeSideBySide(const test::EncodedClip &clip, int streams);
 /// codec. Returns the number of pictures.
 int splitBare(const QByteArray &decoder, const QByteArray &bytes);
 
+/// Quantizers of clips of pictures with many details.
+enum class ClipQuality {
+    Best = 4,  ///< H.264, MPEG-4 and motion JPEG of 10, 15 and 14 Mbit/s at 25 pictures a second
+    Usual = 8, ///< 3, 8 and 9 Mbit/s, which a camera of this size seldom exceeds
+};
+
 /// A clip of pictures with many details; encoded once.
-const test::EncodedClip &detailedClip(const QByteArray &encoder);
+const test::EncodedClip &detailedClip(const QByteArray &encoder, ClipQuality quality = ClipQuality::Best);
 
 inline constexpr int DetailedPictures = 50;
 inline constexpr QSize DetailedSize(704, 576);

@@ -18,6 +18,7 @@ namespace
 
 using namespace paravue;
 using paravue::bench::applyPaired;
+using paravue::bench::ClipQuality;
 using paravue::bench::pairedRatio;
 using paravue::bench::processorTime;
 using paravue::bench::StreamFeed;
@@ -73,9 +74,10 @@ private:
 };
 
 /// Times of this thread, as the sender has a thread of its own.
-void play(benchmark::State &state, const char *encoder, const char *label, bool makesPixmaps, double limit)
+void play(benchmark::State &state, const char *encoder, const char *label, bool makesPixmaps, double limit,
+          ClipQuality quality = ClipQuality::Best)
 {
-    const test::EncodedClip &clip = bench::detailedClip(encoder);
+    const test::EncodedClip &clip = bench::detailedClip(encoder, quality);
     const QByteArray stream = streamOf(clip, label);
     Receiver receiver(makesPixmaps);
     pairedRatio(
@@ -87,6 +89,7 @@ void play(benchmark::State &state, const char *encoder, const char *label, bool 
             });
         },
         {.limit = limit});
+    state.counters["picture_bytes"] = double(stream.size()) / bench::DetailedPictures;
 }
 
 void receive(benchmark::State &state, const char *encoder, const char *label)
@@ -94,10 +97,20 @@ void receive(benchmark::State &state, const char *encoder, const char *label)
     play(state, encoder, label, true, 1.15);
 }
 
+void receiveUsual(benchmark::State &state, const char *encoder, const char *label)
+{
+    play(state, encoder, label, true, 1.1, ClipQuality::Usual);
+}
+
 /// Nobody receives its pixmaps, so that it makes none.
 void receiveOnly(benchmark::State &state, const char *encoder, const char *label)
 {
-    play(state, encoder, label, false, 1.05);
+    play(state, encoder, label, false, 1.1);
+}
+
+void receiveOnlyUsual(benchmark::State &state, const char *encoder, const char *label)
+{
+    play(state, encoder, label, false, 1.05, ClipQuality::Usual);
 }
 
 } // namespace
@@ -105,6 +118,12 @@ void receiveOnly(benchmark::State &state, const char *encoder, const char *label
 BENCHMARK_CAPTURE(receive, h264, "libx264", "H264")->Apply(applyPaired);
 BENCHMARK_CAPTURE(receive, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
 BENCHMARK_CAPTURE(receive, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveUsual, h264, "libx264", "H264")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveUsual, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveUsual, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
 BENCHMARK_CAPTURE(receiveOnly, h264, "libx264", "H264")->Apply(applyPaired);
 BENCHMARK_CAPTURE(receiveOnly, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
 BENCHMARK_CAPTURE(receiveOnly, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnlyUsual, h264, "libx264", "H264")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnlyUsual, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnlyUsual, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);

@@ -261,7 +261,8 @@ void VideoHVX3Reciver::parse()
     if (m_isDeferred)
         return;
     if (m_budget->hasTime()) {
-        m_received += m_socket->readAll();
+        // Unlike readAll(), this hands over the memory of the socket: usually all is in one piece.
+        m_received += m_socket->read(m_socket->bytesAvailable());
         m_parsedBytes += m_received.size();
         m_budget->run([this] { m_parser->append(std::exchange(m_received, {})); });
     } else if (!std::exchange(m_isQueued, true)) {
