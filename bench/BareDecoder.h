@@ -18,7 +18,7 @@ int splitBare(const QByteArray &decoder, const QByteArray &bytes);
 /// Quantizers of clips of pictures with many details.
 enum class ClipQuality {
     Best = 4,  ///< H.264, MPEG-4 and motion JPEG of 10, 15 and 14 Mbit/s at 25 pictures a second
-    Usual = 8, ///< 3, 8 and 9 Mbit/s, which a camera of this size seldom exceeds
+    Usual = 8, ///< 3, 8 and 9 Mbit/s
 };
 
 /// A clip of pictures with many details; encoded once.
