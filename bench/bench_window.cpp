@@ -140,6 +140,28 @@ void growthPerControl(benchmark::State &state)
 }
 BENCHMARK(growthPerControl)->Apply(paravue::bench::applyPaired);
 
+/// The pages of an open window are built again, as after the recorder has sent another description.
+void rebuild(benchmark::State &state)
+{
+    const FormFiles files(10'000);
+    SetupForm form(files);
+    const auto changeDescription = [&] {
+        QFile file(files.path("interface"));
+        if (!file.open(QIODevice::Append) || file.write("<!-- -->") < 0)
+            throw std::runtime_error("cannot change the description");
+    };
+    paravue::bench::pairedRatio(
+        state,
+        [&] {
+            changeDescription();
+            const auto start = std::chrono::steady_clock::now();
+            Q_EMIT form.store.loadDone();
+            return Seconds(std::chrono::steady_clock::now() - start);
+        },
+        [&] { return showSetupForm(files); }, {.limit = 2});
+}
+BENCHMARK(rebuild)->Apply(paravue::bench::applyPaired);
+
 template <typename Make>
 Seconds timeToClose(Make make)
 {

@@ -36,6 +36,19 @@ const QByteArray TwoPages =
     "<tab><name>@two</name><item type='gridlayout'><item type='label'><text>{net/untitled/NAME}</text></item>"
     "</item></tab><selection>1</selection></tabwidget><translations><ru><two>Два</two></ru></translations>";
 
+/// Counts how often the watched widgets are shown.
+class ShowEvents : public QObject
+{
+public:
+    int count = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Show ? 1 : 0;
+        return false;
+    }
+};
+
 const QByteArray ProgressDialog =
     "<dialog><progress_dialog/><item type='gridlayout'><item type='progressbar' "
     "maxvalue='100'><key>general/progress_dialog/progress</key></item></item></dialog>";
@@ -87,6 +100,7 @@ private Q_SLOTS:
     void showsTheNewLanguageOfAnOldDescription();
     void showsAnotherLanguageAtOnce();
     void rebuildsForANewDescription();
+    void showsNoOtherPageWhileItRebuilds();
     void showsEveryControlOfANewDescription();
     void reloadsForOtherFiles();
     void keepsTheOldPagesWhenTheNewOnesAreBad();
@@ -431,6 +445,23 @@ void TestWindow::rebuildsForANewDescription()
     QTest::keyClicks(window.widget<QLineEdit>(), "!");
     QCOMPARE(window.value("net/untitled/NAME"), "Gate!");
     QCOMPARE(window.messages.texts(), QStringList());
+}
+
+/// Pages take time to be laid out, and cameras on them begin to play.
+void TestWindow::showsNoOtherPageWhileItRebuilds()
+{
+    const QByteArray page = "<tab><item type='gridlayout'><item type='label'/></item></tab>";
+    for (const int shown : {0, 1, 2}) {
+        DescribedWindow window(describe("<tabwidget>" + page.repeated(3) + "</tabwidget>"));
+        tabs(window)->setCurrentIndex(shown);
+        ShowEvents events;
+        for (const int other : {(shown + 1) % 3, (shown + 2) % 3})
+            window.widget<QLabel>(other)->installEventFilter(&events);
+        window.fixture.setFile("interface", describe("<tabwidget><tab/></tabwidget>"));
+        window.window->onLoadDone();
+        QCOMPARE(tabs(window)->count(), 1);
+        QCOMPARE(events.count, 0);
+    }
 }
 
 /// The pages are visible already while they are built again.

@@ -14,8 +14,8 @@ class PageTabs : public QTabWidget
 public:
     explicit PageTabs(QWidget *parent);
 
-    /// While many tabs come or change, their captions are measured at the end: by itself a bar measures all
-    /// of them for each one.
+    /// While many tabs come, change or go, their captions are measured at the end: by itself a bar measures
+    /// all of them for each one.
     class Changes
     {
     public:

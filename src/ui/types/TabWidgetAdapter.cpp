@@ -1,7 +1,7 @@
 #include "ui/base/PageTabs.h"
 #include "ui/binding/ControlAdapter.h"
 #include "ui/binding/ControlContext.h"
-#include "ui/page/TabPages.h"
+#include "ui/page/TabCaptions.h"
 
 #include <memory>
 

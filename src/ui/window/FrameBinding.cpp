@@ -3,7 +3,7 @@
 #include "ui/base/PageTabs.h"
 #include "ui/base/SafeText.h"
 #include "ui/base/WindowText.h"
-#include "ui/page/TabPages.h"
+#include "ui/page/TabCaptions.h"
 #include "ui/window/WindowFrame.h"
 #include "ui/window/WindowHeader.h"
 #include "ui/window/WindowParts.h"
@@ -13,6 +13,8 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace paravue
 {
@@ -119,15 +121,25 @@ void FrameBinding::showButtons()
          WindowText::tr("Cancel"));
 }
 
-void FrameBinding::buildPages(int shownPage)
+void FrameBinding::retirePages()
 {
-    PageTabs *tabs = m_frame.tabs();
-    while (tabs->count() > 0) {
-        QWidget *page = tabs->widget(0);
-        tabs->removeTab(0);
+    PageTabs &tabs = *m_frame.tabs();
+    const PageTabs::Changes changes(tabs);
+    while (tabs.count() > 0) {
+        // The shown one goes last, or else each page would be shown before it goes.
+        const int last = tabs.count() - 1;
+        const int index = last == tabs.currentIndex() ? std::max(last - 1, 0) : last;
+        QWidget *page = tabs.widget(index);
+        tabs.removeTab(index);
         page->setParent(m_retiredPages.get());
         m_parts.retired.add(page);
     }
+}
+
+void FrameBinding::buildPages(int shownPage)
+{
+    PageTabs *tabs = m_frame.tabs();
+    retirePages();
     const QDomElement element =
         m_parts.description.document().root().firstChildElement(QStringLiteral("tabwidget"));
     tabs->setTabPosition(tabPosition(childText(element, QStringLiteral("tabposition"))));

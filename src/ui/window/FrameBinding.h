@@ -36,6 +36,7 @@ public:
 
 private:
     void adoptWindow();
+    void retirePages();
     void buildPages(int shownPage);
     void applySize();
     void showButtons();

@@ -1,4 +1,4 @@
-#include "ui/page/TabPages.h"
+#include "ui/page/TabCaptions.h"
 
 #include "ui/base/PageTabs.h"
 
