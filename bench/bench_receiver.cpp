@@ -74,8 +74,8 @@ private:
 };
 
 /// Times of this thread, as the sender has a thread of its own.
-void play(benchmark::State &state, const char *encoder, const char *label, bool makesPixmaps, double limit,
-          ClipQuality quality = ClipQuality::Best)
+void play(benchmark::State &state, const char *encoder, const char *label, ClipQuality quality,
+          bool makesPixmaps, double limit)
 {
     const test::EncodedClip &clip = bench::detailedClip(encoder, quality);
     const QByteArray stream = streamOf(clip, label);
@@ -92,38 +92,28 @@ void play(benchmark::State &state, const char *encoder, const char *label, bool 
     state.counters["picture_bytes"] = double(stream.size()) / bench::DetailedPictures;
 }
 
-void receive(benchmark::State &state, const char *encoder, const char *label)
+void receive(benchmark::State &state, const char *encoder, const char *label, ClipQuality quality)
 {
-    play(state, encoder, label, true, 1.15);
-}
-
-void receiveUsual(benchmark::State &state, const char *encoder, const char *label)
-{
-    play(state, encoder, label, true, 1.1, ClipQuality::Usual);
+    play(state, encoder, label, quality, true, 1.15);
 }
 
 /// Nobody receives its pixmaps, so that it makes none.
-void receiveOnly(benchmark::State &state, const char *encoder, const char *label)
+void receiveOnly(benchmark::State &state, const char *encoder, const char *label, ClipQuality quality)
 {
-    play(state, encoder, label, false, 1.1);
-}
-
-void receiveOnlyUsual(benchmark::State &state, const char *encoder, const char *label)
-{
-    play(state, encoder, label, false, 1.05, ClipQuality::Usual);
+    play(state, encoder, label, quality, false, 1.05);
 }
 
 } // namespace
 
-BENCHMARK_CAPTURE(receive, h264, "libx264", "H264")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveUsual, h264, "libx264", "H264")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveUsual, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveUsual, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, h264, "libx264", "H264")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnlyUsual, h264, "libx264", "H264")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnlyUsual, mpeg4, "mpeg4", "mp4v")->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnlyUsual, mjpeg, "mjpeg", "mjpeg")->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, h264, "libx264", "H264", ClipQuality::Best)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, mpeg4, "mpeg4", "mp4v", ClipQuality::Best)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, mjpeg, "mjpeg", "mjpeg", ClipQuality::Best)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, h264_usual, "libx264", "H264", ClipQuality::Usual)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, mpeg4_usual, "mpeg4", "mp4v", ClipQuality::Usual)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receive, mjpeg_usual, "mjpeg", "mjpeg", ClipQuality::Usual)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnly, h264, "libx264", "H264", ClipQuality::Best)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnly, mpeg4, "mpeg4", "mp4v", ClipQuality::Best)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnly, mjpeg, "mjpeg", "mjpeg", ClipQuality::Best)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnly, h264_usual, "libx264", "H264", ClipQuality::Usual)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnly, mpeg4_usual, "mpeg4", "mp4v", ClipQuality::Usual)->Apply(applyPaired);
+BENCHMARK_CAPTURE(receiveOnly, mjpeg_usual, "mjpeg", "mjpeg", ClipQuality::Usual)->Apply(applyPaired);
