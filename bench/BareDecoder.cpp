@@ -31,7 +31,18 @@ const test::EncodedClip &detailedClip(const QByteArray &encoder, ClipQuality qua
     return found->second;
 }
 
-int decodeBare(const test::EncodedClip &clip)
+namespace
+{
+
+bool isConverted(Converted converted, int number)
+{
+    constexpr int ShownBit = 4;
+    return converted == Converted::All || (converted == Converted::Shown && (number & ShownBit));
+}
+
+} // namespace
+
+int decodeBare(const test::EncodedClip &clip, Converted converted)
 {
     av_log_set_level(AV_LOG_ERROR); // it warns of pixel formats that a bare loop uses
     const AVCodec *codec = avcodec_find_decoder_by_name(clip.decoder.constData());
@@ -52,7 +63,8 @@ int decodeBare(const test::EncodedClip &clip)
         avcodec_send_packet(context.get(), packet.get());
         av_packet_unref(packet.get());
         while (avcodec_receive_frame(context.get(), frame.get()) == 0) {
-            ++shown;
+            if (!isConverted(converted, ++shown))
+                continue;
             const int rowBytes = frame->width * 4; // a multiple of 64 in these clips
             if (!scaler) {
                 pixels.reset(av_buffer_alloc(rowBytes * frame->height + 64));

@@ -5,9 +5,16 @@
 namespace paravue::bench
 {
 
+/// Which pictures a bare loop converts.
+enum class Converted {
+    All,
+    Shown, ///< four in a row of every eight, those that a receiver of live video shows
+    None
+};
+
 /// The least that FFmpeg needs to show a clip: decodes each picture and scales it into one buffer. Returns
 /// the number of pictures.
-int decodeBare(const test::EncodedClip &clip);
+int decodeBare(const test::EncodedClip &clip, Converted converted = Converted::All);
 /// Decodes the clip in several streams at once, a picture of each in turn, and scales nothing.
 int decodeSideBySide(const test::EncodedClip &clip, int streams);
 

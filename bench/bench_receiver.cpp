@@ -4,14 +4,19 @@
 #include "StreamFeed.h"
 
 #include "support/Hvx3Bytes.h"
+#include "video/StreamFigures.h"
 #include "video/VideoHVX3Reciver.h"
 #include "video/cFfmpegDecoder.h"
 
 #include <QEventLoop>
 #include <QPixmap>
 
+#include <string>
+#include <vector>
+
 // The receiver with its connection, its stream of records, its thinning and its pixmaps beside a bare loop of
-// FFmpeg calls that decodes and scales the same clip into one buffer.
+// FFmpeg calls that decodes the same clip, and scales all of its pictures, or those that are shown, into one
+// buffer.
 
 namespace
 {
@@ -19,6 +24,7 @@ namespace
 using namespace paravue;
 using paravue::bench::applyPaired;
 using paravue::bench::ClipQuality;
+using paravue::bench::Converted;
 using paravue::bench::pairedRatio;
 using paravue::bench::processorTime;
 using paravue::bench::StreamFeed;
@@ -39,8 +45,9 @@ class Receiver
 public:
     explicit Receiver(bool makesPixmaps) : m_receiver(nullptr, m_feed.element()), m_makesPixmaps(makesPixmaps)
     {
-        QObject::connect(m_receiver.findChild<cFfmpegDecoder *>(), &cFfmpegDecoder::onFrame, &m_loop, [this] {
-            if (++m_decoded == bench::DetailedPictures)
+        auto *decoder = m_receiver.findChild<cFfmpegDecoder *>();
+        QObject::connect(decoder, &cFfmpegDecoder::idle, &m_loop, [this] {
+            if (m_receiver.figures().frames == m_sent)
                 m_loop.quit();
         });
         if (!makesPixmaps)
@@ -53,10 +60,12 @@ public:
 
     void play(const QByteArray &stream)
     {
-        m_decoded = 0;
+        m_sent += bench::DetailedPictures;
         m_pixmaps = 0;
         m_feed.send(stream);
         m_loop.exec();
+        if (m_receiver.leftOut() > 0)
+            qFatal("pictures are left out");
         if (!m_makesPixmaps)
             return;
         if (m_pixmaps < bench::DetailedPictures / 2 - 4 || m_shown.size() != bench::DetailedSize)
@@ -67,53 +76,70 @@ private:
     StreamFeed m_feed;
     QEventLoop m_loop;
     VideoHVX3Reciver m_receiver;
-    int m_decoded = 0;
+    quint64 m_sent = 0;
     int m_pixmaps = 0;
     QPixmap m_shown;
     const bool m_makesPixmaps;
 };
 
+struct Clip {
+    std::string name;
+    const char *encoder;
+    const char *label;
+    ClipQuality quality = ClipQuality::Best;
+};
+
+struct Row {
+    std::string name;
+    bool makesPixmaps;
+    Converted converted; ///< by the peer
+    double limit;
+};
+
 /// Times of this thread, as the sender has a thread of its own.
-void play(benchmark::State &state, const char *encoder, const char *label, ClipQuality quality,
-          bool makesPixmaps, double limit)
+void play(benchmark::State &state, const Row &row, const Clip &clip)
 {
-    const test::EncodedClip &clip = bench::detailedClip(encoder, quality);
-    const QByteArray stream = streamOf(clip, label);
-    Receiver receiver(makesPixmaps);
+    const test::EncodedClip &encoded = bench::detailedClip(clip.encoder, clip.quality);
+    const QByteArray stream = streamOf(encoded, clip.label);
+    Receiver receiver(row.makesPixmaps);
     pairedRatio(
         state, [&] { return processorTime([&] { receiver.play(stream); }); },
         [&] {
             return processorTime([&] {
-                if (bench::decodeBare(clip) != bench::DetailedPictures)
+                if (bench::decodeBare(encoded, row.converted) != bench::DetailedPictures)
                     qFatal("pictures are missing");
             });
         },
-        {.limit = limit});
+        {.limit = row.limit});
     state.counters["picture_bytes"] = double(stream.size()) / bench::DetailedPictures;
 }
 
-void receive(benchmark::State &state, const char *encoder, const char *label, ClipQuality quality)
-{
-    play(state, encoder, label, quality, true, 1.15);
-}
+/// Nobody receives the pixmaps of the "receiveOnly" rows, so that it makes none. A receiver does not convert
+/// the pictures that nobody gets; beside a peer that does not either, the rest is what the connection takes.
+const std::vector<Row> Rows{
+    {"receive", true, Converted::All, 1.05},
+    {"receiveBesideHalf", true, Converted::Shown, 1.15},
+    {"receiveOnly", false, Converted::All, 1.05},
+    {"receiveOnlyBesideNone", false, Converted::None, 1.15},
+};
 
-/// Nobody receives its pixmaps, so that it makes none.
-void receiveOnly(benchmark::State &state, const char *encoder, const char *label, ClipQuality quality)
-{
-    play(state, encoder, label, quality, false, 1.05);
-}
+const std::vector<Clip> Clips{
+    {"h264", "libx264", "H264"},
+    {"mpeg4", "mpeg4", "mp4v"},
+    {"mjpeg", "mjpeg", "mjpeg"},
+    {"h264_usual", "libx264", "H264", ClipQuality::Usual},
+    {"mpeg4_usual", "mpeg4", "mp4v", ClipQuality::Usual},
+    {"mjpeg_usual", "mjpeg", "mjpeg", ClipQuality::Usual},
+};
+
+[[maybe_unused]] const bool areRegistered = [] {
+    for (const Row &row : Rows) {
+        for (const Clip &clip : Clips) {
+            const auto run = [row, clip](benchmark::State &state) { play(state, row, clip); };
+            applyPaired(benchmark::RegisterBenchmark((row.name + '/' + clip.name).c_str(), run));
+        }
+    }
+    return true;
+}();
 
 } // namespace
-
-BENCHMARK_CAPTURE(receive, h264, "libx264", "H264", ClipQuality::Best)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, mpeg4, "mpeg4", "mp4v", ClipQuality::Best)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, mjpeg, "mjpeg", "mjpeg", ClipQuality::Best)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, h264_usual, "libx264", "H264", ClipQuality::Usual)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, mpeg4_usual, "mpeg4", "mp4v", ClipQuality::Usual)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receive, mjpeg_usual, "mjpeg", "mjpeg", ClipQuality::Usual)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, h264, "libx264", "H264", ClipQuality::Best)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, mpeg4, "mpeg4", "mp4v", ClipQuality::Best)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, mjpeg, "mjpeg", "mjpeg", ClipQuality::Best)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, h264_usual, "libx264", "H264", ClipQuality::Usual)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, mpeg4_usual, "mpeg4", "mp4v", ClipQuality::Usual)->Apply(applyPaired);
-BENCHMARK_CAPTURE(receiveOnly, mjpeg_usual, "mjpeg", "mjpeg", ClipQuality::Usual)->Apply(applyPaired);

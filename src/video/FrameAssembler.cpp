@@ -29,6 +29,7 @@ bool wastes(qsizetype capacity, qsizetype size)
 
 void FrameAssembler::begin(const FragmentHead &head)
 {
+    takeBackLent();
     m_head = head;
     m_open = nullptr;
     if (head.flags >> 6 != Whole) {
@@ -151,11 +152,21 @@ void FrameAssembler::setPayload(DATA_T &frame)
 
 void FrameAssembler::recycle(QByteArray payload)
 {
-    if (payload.isDetached() && payload.capacity() > m_spare.capacity() &&
-        payload.capacity() <= LargestSpare) {
+    if (payload.capacity() > LargestSpare)
+        return;
+    if (!payload.isDetached()) {
+        m_lent = std::move(payload);
+    } else if (payload.capacity() > m_spare.capacity()) {
         payload.resize(0);
         m_spare = std::move(payload);
     }
+}
+
+/// A decoder lets a frame go once it is decoded, which may be before the next one comes.
+void FrameAssembler::takeBackLent()
+{
+    if (!m_lent.isNull() && m_lent.isDetached())
+        recycle(std::exchange(m_lent, QByteArray()));
 }
 
 void FrameAssembler::drop(Partials::iterator partial)

@@ -33,7 +33,7 @@ struct FragmentHead {
 
 /// Puts frames together that were sent in fragments.
 ///
-/// The memory of a frame that no receiver has kept is used for the next one. Otherwise the system would
+/// The memory of a frame that no receiver keeps any more is used for the next one. Otherwise the system would
 /// release and clear the pages of each large frame, which takes longer than copying the bytes.
 class FrameAssembler
 {
@@ -56,7 +56,7 @@ public:
     bool end();
     /// The complete frame, which belongs to \a stream.
     DATA_T take(const STREAM_T &stream);
-    /// Reuses the memory of a frame that was taken, unless a receiver has kept it.
+    /// Reuses the memory of a frame that was taken, unless a receiver keeps it until behind the next one.
     void recycle(QByteArray payload);
     /// Drops the unfinished frames.
     void clear();
@@ -77,6 +77,7 @@ private:
     void beginPart();
     void finish(Partials::iterator partial);
     void setPayload(DATA_T &frame);
+    void takeBackLent();
     void drop(Partials::iterator partial);
 
     Partials m_partials;
@@ -88,6 +89,7 @@ private:
     /// The payload of a complete frame.
     QByteArray m_whole;
     QByteArray m_spare;
+    QByteArray m_lent; ///< the last payload, while a receiver has it
     /// Of the last frame that came in fragments.
     qsizetype m_usualSize = 0;
     int m_maxFrameSize = std::numeric_limits<int>::max();

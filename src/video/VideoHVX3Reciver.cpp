@@ -77,6 +77,7 @@ VideoHVX3Reciver::VideoHVX3Reciver(QObject *parent, const QDomElement &element)
     m_demuxer->consumers()[PictureStream] = m_decoder;
     m_decoder->workInTurns();
     m_decoder->setMaxWait(paravue::MaxLiveWait);
+    m_decoder->setChoice([this] { return chooseSize(); });
     m_socket->setReadBufferSize(MaxUnreadBytes);
 
     connect(m_parser, &cHvx3Parser::onHDR, m_demuxer, &cHvx3Demuxer::hdr_slot);
@@ -203,18 +204,26 @@ QPixmap VideoHVX3Reciver::pixmapOf(const QImage &image)
 void VideoHVX3Reciver::setViewer(paravue::PictureViewer *viewer)
 {
     m_viewer = viewer;
-    m_decoder->setChoice([this] { return chooseSize(); });
     m_decoder->setWatch([viewer] { return viewer->isWatching(); });
 }
 
 /// Asked before imageReady(). A picture that is not wanted counts all the same.
 std::optional<QSize> VideoHVX3Reciver::chooseSize()
 {
-    if (!m_viewer->wantsPicture(isInTurn(pictureCount + 1))) {
+    const unsigned int number = pictureCount + 1;
+    if (!isWanted(number)) {
         ++pictureCount;
         return {};
     }
-    return isEmitted(pictureCount + 1) ? QSize() : m_viewer->scaledSize();
+    return !m_viewer || isEmitted(number) ? QSize() : m_viewer->scaledSize();
+}
+
+/// Without a viewer, whether anybody gets the picture of this number: a host may receive all of the decoder.
+bool VideoHVX3Reciver::isWanted(unsigned int number) const
+{
+    if (m_viewer)
+        return m_viewer->wantsPicture(isInTurn(number));
+    return isEmitted(number) || m_decoder->frameReceivers() > 1;
 }
 
 void VideoHVX3Reciver::checkCodec()

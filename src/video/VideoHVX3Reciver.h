@@ -26,6 +26,9 @@ class cHvx3Parser;
 /// It connects to the video service, logs in, and decodes stream 0 of what then comes
 /// (docs/stream-format.md). It reports no state and does not reconnect. The state of the connection is that
 /// of its QTcpSocket, which is a child, as the parser, the demuxer and the decoder are.
+///
+/// All pictures are decoded. Those that nobody gets, by pixmapReady() or by the decoder's onFrame(), are not
+/// converted.
 class VideoHVX3Reciver : public QObject
 {
     Q_OBJECT
@@ -76,6 +79,7 @@ private:
     void parseDeferred();
     void checkCodec();
     bool isEmitted(unsigned int number) const;
+    bool isWanted(unsigned int number) const;
     std::optional<QSize> chooseSize();
     void scaledImageReady(const QImage &image);
     QPixmap pixmapOf(const QImage &image);

@@ -45,6 +45,8 @@ public:
     /// an answer it is neither converted nor emitted.
     using Choice = std::function<std::optional<QSize>()>;
     void setChoice(const Choice &wantedSize) { m_wantedSize = wantedSize; }
+    /// How many connections onFrame() has.
+    int frameReceivers() const { return receivers(SIGNAL(onFrame(QImage))); }
     /// In turns: whether anybody sees the pictures. While nobody does, bytes are kept instead of decoded, and
     /// what they show is not emitted. They are decoded before the first ones that somebody sees.
     void setWatch(const std::function<bool()> &isWatched) { m_isWatched = isWatched; }

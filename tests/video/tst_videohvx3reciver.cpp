@@ -88,6 +88,8 @@ private Q_SLOTS:
     void init() { startCountingPictures(); }
     void showsHalfOfThePictures_data();
     void showsHalfOfThePictures();
+    void convertsWhatSomebodyGets_data();
+    void convertsWhatSomebodyGets();
     void readsTheAddress_data();
     void readsTheAddress();
     void logsInWithUtf8();
@@ -137,6 +139,31 @@ void TestVideoHVX3Reciver::showsHalfOfThePictures()
     QCOMPARE(figures.leftOut, 0U);
     QCOMPARE(figures.losses.bytes, 0);
     QVERIFY(figures.wait < std::chrono::seconds(1));
+}
+
+void TestVideoHVX3Reciver::convertsWhatSomebodyGets_data()
+{
+    const TestTable<int, int> row("connections", "converted");
+    row("nobody but the receiver", 1, 0);
+    row("a host, too", 2, 17);
+}
+
+void TestVideoHVX3Reciver::convertsWhatSomebodyGets()
+{
+    QFETCH(int, connections);
+    const EncodedClip clip = encodeClip({.encoder = "mpeg4", .size = {180, 144}, .pictures = 17});
+    FakeRecorder recorder;
+    recorder.expect(Login).send(Acknowledgement).send(streamOf(clip, "mp4v"));
+    VideoHVX3Reciver receiver(nullptr, describedTask("127.0.0.1:" + QString::number(recorder.port())));
+    auto *decoder = receiver.findChild<cFfmpegDecoder *>();
+    // The first of these stands for the receiver's own, so that it can count.
+    disconnect(decoder, &cFfmpegDecoder::onFrame, &receiver, nullptr);
+    QList<int> converted(connections);
+    for (int &count : converted)
+        connect(decoder, &cFfmpegDecoder::onFrame, this, [&count] { ++count; });
+    AWAIT_VERIFY(receiver.figures().frames == 17 && !decoder->isBusy());
+    QTEST(converted.first(), "converted");
+    QTEST(converted.last(), "converted");
 }
 
 void TestVideoHVX3Reciver::readsTheAddress_data()
