@@ -55,7 +55,7 @@ int decodeBare(const test::EncodedClip &clip, Converted converted)
     const FrameHandle frame(av_frame_alloc());
     BufferHandle pixels;
     ScalerHandle scaler;
-    int shown = 0;
+    int decoded = 0;
     for (const QByteArray &picture : clip.pictures) {
         if (av_new_packet(packet.get(), static_cast<int>(picture.size())) != 0)
             qFatal("no memory");
@@ -63,7 +63,7 @@ int decodeBare(const test::EncodedClip &clip, Converted converted)
         avcodec_send_packet(context.get(), packet.get());
         av_packet_unref(packet.get());
         while (avcodec_receive_frame(context.get(), frame.get()) == 0) {
-            if (!isConverted(converted, ++shown))
+            if (!isConverted(converted, ++decoded))
                 continue;
             const int rowBytes = frame->width * 4; // a multiple of 64 in these clips
             if (!scaler) {
@@ -77,7 +77,7 @@ int decodeBare(const test::EncodedClip &clip, Converted converted)
             sws_scale(scaler.get(), frame->data, frame->linesize, 0, frame->height, planes, strides);
         }
     }
-    return shown;
+    return decoded;
 }
 
 int decodeSideBySide(const test::EncodedClip &clip, int streams)
