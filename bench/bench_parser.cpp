@@ -14,6 +14,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <malloc.h>
 #include <stdexcept>
 
 using namespace paravue::test;
@@ -349,8 +350,10 @@ BENCHMARK(growthOfSmallRecords)->Apply(applyPaired);
 
 void growthOfHeader(benchmark::State &state)
 {
-    // Short: all of it is kept, and beyond a few MiB the allocation of pages would be measured.
-    besideShorter(state, headerStream, 2 * MiB, 128 * KiB, TcpPiece, 2);
+    // All of it is kept. Memory of new pages, or beyond the caches of processors, would be measured.
+    mallopt(M_MMAP_THRESHOLD, 16 * MiB);
+    mallopt(M_TRIM_THRESHOLD, 16 * MiB);
+    besideShorter(state, headerStream, 512 * KiB, 32 * KiB, TcpPiece);
 }
 BENCHMARK(growthOfHeader)->Apply(applyPaired);
 
