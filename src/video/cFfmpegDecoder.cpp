@@ -4,6 +4,7 @@
 #include "video/EventLoopBudget.h"
 
 #include <QPointer>
+#include <QTimerEvent>
 
 #include <utility>
 
@@ -17,6 +18,14 @@ using paravue::EventLoopBudget;
 using paravue::LiveLimits;
 
 using SteadyClock = std::chrono::steady_clock;
+
+namespace
+{
+
+/// How often it is asked whether somebody sees what is held, in case nothing further comes.
+constexpr int HeldInterval = 250; // milliseconds
+
+} // namespace
 
 cFfmpegDecoder::cFfmpegDecoder(QObject *parent) : QObject(parent) {}
 
@@ -135,6 +144,8 @@ bool cFfmpegDecoder::isHeld()
         return false;
     m_held.push_back(bytes);
     m_heldBytes += bytes.size();
+    if (!m_heldTimer.isActive())
+        m_heldTimer.start(HeldInterval, this);
     return true;
 }
 
@@ -152,6 +163,24 @@ void cFfmpegDecoder::releaseHeld()
         m_waitingBytes += m_tasks.front().size();
     }
     m_heldBytes = 0;
+}
+
+void cFfmpegDecoder::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_heldTimer.timerId())
+        QObject::timerEvent(event);
+    else if (m_held.empty())
+        m_heldTimer.stop();
+    else if (m_tasks.empty() && m_isWatched())
+        showHeld();
+}
+
+/// Decodes what was held without waiting for the next bytes, which may never come.
+void cFfmpegDecoder::showHeld()
+{
+    releaseHeld();
+    m_tasks.back().isUnseen = false;
+    m_budget->defer(this, [this] { return step(); });
 }
 
 bool cFfmpegDecoder::isLate() const

@@ -2,6 +2,7 @@
 
 #include "video/PictureConverter.h"
 
+#include <QBasicTimer>
 #include <QByteArray>
 #include <QImage>
 #include <QObject>
@@ -48,7 +49,8 @@ public:
     /// How many connections onFrame() has.
     int frameReceivers() const { return receivers(SIGNAL(onFrame(QImage))); }
     /// In turns: whether anybody sees the pictures. While nobody does, bytes are kept instead of decoded, and
-    /// what they show is not emitted. They are decoded before the first ones that somebody sees.
+    /// what they show is not emitted. They are decoded before the first ones that somebody sees, or when
+    /// somebody looks and nothing further comes: then the last picture is emitted.
     void setWatch(const std::function<bool()> &isWatched) { m_isWatched = isWatched; }
     /// Leaves its memory to the \a image of a signal, so that a receiver can keep it without a copy. False
     /// when it is not the last image.
@@ -80,6 +82,9 @@ public Q_SLOTS:
     /// onFrame() may append, too; its bytes are decoded behind those under way.
     void append(const QByteArray &bytes);
 
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
     /// Opens a stream (bytes are the name of its decoder) or decodes bytes of it.
     struct Task {
@@ -101,6 +106,7 @@ private:
     bool isHeld();
     void dropHeld();
     void releaseHeld();
+    void showHeld();
     void open(const QByteArray &name);
     void decodeNext();
     void showPicture();
@@ -123,6 +129,7 @@ private:
     std::chrono::nanoseconds m_usualTime{0}; ///< for the last ones, on average
     std::deque<QByteArray> m_held;
     qsizetype m_heldBytes = 0;
+    QBasicTimer m_heldTimer; ///< runs while bytes are held
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
     paravue::PictureConverter m_scaler; ///< for the size that was chosen

@@ -68,6 +68,8 @@ public:
         return task;
     }
 
+    int sent() const { return m_sent; }
+
     std::function<bool()> mayGoOn;
 
 private:
@@ -243,6 +245,9 @@ void TestLivePictures::pausesWhileNobodyLooks()
     SteadyCamera camera(clip.pictures);
     QObject window;
     const auto source = pictureSources(window)(PictureKind::Live, camera.task());
+    QList<int> numbers;
+    connect(source.get(), &PictureSource::pixmapReady, this,
+            [&](const QPixmap &pixmap) { numbers << shownNumber(pixmap.toImage()); });
     QWidget shown;
     QWidget control(&shown);
     shown.show();
@@ -254,8 +259,16 @@ void TestLivePictures::pausesWhileNobodyLooks()
     const quint64 traffic = source->traffic();
     AWAIT_VERIFY(source->traffic() > traffic + 20);
     QCOMPARE(source->pictures(), 1U);
+    // Nothing further comes.
+    camera.mayGoOn = [] { return false; };
+    AWAIT_COMPARE(source->figures()->frames, quint64(camera.sent()));
+    const int last = (camera.sent() - 1) % int(clip.pictures.size());
+    startCountingPictures(); // it is not in turn
     control.show();
-    AWAIT_VERIFY(source->pictures() > 1);
+    AWAIT_COMPARE(numbers.size(), 2);
+    QCOMPARE(numbers.last(), last);
+    camera.mayGoOn = [] { return true; };
+    AWAIT_VERIFY(numbers.size() > 4);
 }
 
 void TestLivePictures::knowsWhoLooks()

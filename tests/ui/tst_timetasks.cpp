@@ -451,6 +451,8 @@ void TestTimeTasks::saysWhyThereIsNoPicture_data()
                                                         {"bytes 10", "", true},
                                                         {"bytes 10", "", true},
                                                         {"wait 6", "No picture for 25 s"},
+                                                        {"held", "No picture for 6 s"},
+                                                        {"pause", "No picture for 6 s"},
                                                         {"bytes 1", "", true}};
     QTest::newRow("still pictures") << still
                                     << Story{
@@ -488,13 +490,13 @@ void TestTimeTasks::saysWhyThereIsNoPicture()
             receiver->connected = true;
             Q_EMIT receiver->cameraMoved(receiver->cameraPosition());
         }
-        if (event.startsWith("picture"))
+        if (event.startsWith("picture") || event == "held")
             Q_EMIT receiver->pixmapReady(picture);
         if (event.endsWith("close") || event.startsWith("fail"))
             receiver->active = false;
         if (event.startsWith("fail"))
             receiver->reason = event.section(' ', 1);
-        receiver->paused = receiver->paused || event == "pause";
+        receiver->paused = (receiver->paused && event != "held") || event == "pause";
         if (event == "lose")
             ++receiver->lost;
         if (event.startsWith("bytes") || event.startsWith("picture"))

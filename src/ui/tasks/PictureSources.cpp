@@ -73,8 +73,19 @@ protected:
     Receiver m_receiver;
 
 private:
-    bool wantsPicture(bool isInTurn) override { return m_choice.takes(isInTurn, m_clock.elapsed()); }
-    bool isWatching() override { return !isPaused(); }
+    // The first picture behind a pause is shown, as the next one may be long in coming.
+    bool wantsPicture(bool isInTurn) override
+    {
+        const bool isFirst = m_wasPaused && !isPaused();
+        m_wasPaused = m_wasPaused && !isFirst;
+        return m_choice.takes(isInTurn || isFirst, m_clock.elapsed());
+    }
+    bool isWatching() override
+    {
+        const bool isWatched = !isPaused();
+        m_wasPaused = m_wasPaused || !isWatched;
+        return isWatched;
+    }
     QSize scaledSize() override { return m_audience ? m_audience->scaledSize() : QSize(); }
     void showPicture(const QPixmap &pixmap) override
     {
@@ -104,6 +115,7 @@ private:
     QTcpSocket *const m_socket; // a child of the receiver
     quint64 m_traffic = 0;
     bool m_hasConnected = false;
+    bool m_wasPaused = false; ///< no picture was shown since
 };
 
 class TurningCameraSource : public LivePictureSource<PtzVideoReceiver>

@@ -43,14 +43,16 @@ bool PictureStatus::poll(const PictureSource &source, quint32 now)
 {
     const bool isNew = source.pictures() != m_pictures;
     const bool isSavedPicture = source.isPaused() && source.traffic() != m_traffic;
-    if (isNew || isSavedPicture || source.hasConnected() != m_wasConnected)
+    if (isSavedPicture || source.hasConnected() != m_wasConnected)
         m_waitBegin = now;
     if (source.traffic() != m_traffic || source.hasConnected() != m_wasConnected)
         m_lastTraffic = now;
     if (isNew) {
         m_trouble.clear();
         m_hasPicture = true;
-        m_lastPicture = now;
+        // One that came while nobody saw it may be shown long after that.
+        m_lastPicture = source.hasConnected() ? m_lastTraffic : now;
+        m_waitBegin = m_lastPicture;
     }
     m_pictures = source.pictures();
     m_traffic = source.traffic();
