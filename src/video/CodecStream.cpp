@@ -61,6 +61,11 @@ const AVCodec *findDecoder(const QByteArray &name)
     return codec && codec->type == AVMEDIA_TYPE_VIDEO ? codec : nullptr;
 }
 
+std::string_view viewOf(const QByteArray &bytes)
+{
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
 } // namespace
 
 bool CodecStream::isDecoder(const QByteArray &name)
@@ -97,9 +102,13 @@ std::unique_ptr<CodecStream> CodecStream::open(const QByteArray &name, const Dec
 
 bool CodecStream::isKey(const QByteArray &bytes) const
 {
-    return CodedPictures(m_codec, {bytes.constData(), static_cast<std::size_t>(bytes.size())}, m_limits.bytes)
-        .next()
-        .isKey;
+    return CodedPictures(m_codec, viewOf(bytes), m_limits.bytes).next().isKey;
+}
+
+QByteArray CodecStream::parametersIn(const QByteArray &bytes) const
+{
+    const std::string_view found = paravue::parametersIn(m_codec, viewOf(bytes));
+    return {found.data(), static_cast<qsizetype>(found.size())};
 }
 
 void CodecStream::begin(const QByteArray &bytes)
@@ -107,8 +116,7 @@ void CodecStream::begin(const QByteArray &bytes)
     m_sent = false;
     m_parts = {};
     m_input = bytes;
-    m_pictures = CodedPictures(m_codec, {m_input.constData(), static_cast<std::size_t>(m_input.size())},
-                               m_limits.bytes);
+    m_pictures = CodedPictures(m_codec, viewOf(m_input), m_limits.bytes);
 }
 
 CodecStream::Progress CodecStream::next()

@@ -25,6 +25,8 @@ public:
 
     /// Whether the first coded picture in \a bytes can be decoded without those before it.
     bool isKey(const QByteArray &bytes) const;
+    /// What in \a bytes the decoder needs for pictures to come, even when these bytes are not decoded.
+    QByteArray parametersIn(const QByteArray &bytes) const;
 
     /// \a bytes are any number of whole coded pictures. What is not decoded yet of earlier bytes is dropped.
     void begin(const QByteArray &bytes);

@@ -87,7 +87,15 @@ bool isIntra(quint32 sliceType)
     return sliceType % 5 == 2 || sliceType % 5 == 4;
 }
 
-enum H264Unit : quint8 { Slice = 1, PartitionA = 2, KeySlice = 5, FirstHeader = 6, LastHeader = 9 };
+enum H264Unit : quint8 {
+    Slice = 1,
+    PartitionA = 2,
+    KeySlice = 5,
+    FirstHeader = 6,
+    SequenceParameters = 7,
+    PictureParameters = 8,
+    LastHeader = 9
+};
 
 quint8 h264UnitType(std::string_view bytes, std::size_t startCode)
 {
@@ -125,6 +133,32 @@ struct H264Units {
 /// Of MPEG-4.
 constexpr int IntraPicture = 0;
 constexpr int BPicture = 2;
+enum Mpeg4Unit : quint8 {
+    LastVideoLayer = 0x2f, // those of objects are below
+    VideoSequence = 0xb0,
+    UserData = 0xb2, // names the encoder, of which the codec knows errors
+    VisualObject = 0xb5,
+    Mpeg4Picture = 0xb6
+};
+
+/// What begins with a start code of H.264 or MPEG-4.
+enum class Unit { Picture, Parameters, Other };
+
+Unit unitAt(VideoCodec codec, std::string_view bytes, std::size_t startCode)
+{
+    if (codec == VideoCodec::H264) {
+        const quint8 type = h264UnitType(bytes, startCode);
+        if (type >= Slice && type <= KeySlice)
+            return Unit::Picture;
+        return type == SequenceParameters || type == PictureParameters ? Unit::Parameters : Unit::Other;
+    }
+    const quint8 type = byteAt(bytes, startCode + StartCodeSize);
+    if (type == Mpeg4Picture)
+        return Unit::Picture;
+    const bool isParameters =
+        type <= LastVideoLayer || type == VideoSequence || type == UserData || type == VisualObject;
+    return isParameters ? Unit::Parameters : Unit::Other;
+}
 
 enum JpegMarker : quint8 {
     HuffmanTables = 0xc4,
@@ -191,7 +225,9 @@ CodedPicture CodedPictures::nextH264()
 
 CodedPicture CodedPictures::nextMpeg4()
 {
-    const auto isPicture = [this](std::size_t startCode) { return byteAt(m_rest, startCode + 3) == 0xb6; };
+    const auto isPicture = [this](std::size_t startCode) {
+        return byteAt(m_rest, startCode + 3) == Mpeg4Picture;
+    };
     std::size_t begin = findStartCode(m_rest, 0);
     while (begin < m_rest.size() && !isPicture(begin))
         begin = findStartCode(m_rest, begin + StartCodeSize);
@@ -234,6 +270,29 @@ CodedPicture CodedPictures::nextJpeg()
     picture.bytes = cut(std::min(at, m_rest.size()));
     picture.passes = std::max<qint64>(scans, 1);
     return picture;
+}
+
+std::string_view parametersIn(VideoCodec codec, std::string_view bytes)
+{
+    constexpr std::size_t Longest = 1024;
+    if (codec != VideoCodec::H264 && codec != VideoCodec::Mpeg4)
+        return {};
+    const std::string_view front = bytes.substr(0, Longest);
+    std::size_t begin = front.size();
+    std::size_t end = begin;
+    bool isWanted = false;
+    for (std::size_t at = findStartCode(front, 0);; at = findStartCode(front, at + StartCodeSize)) {
+        const bool isCut = at == front.size() && front.size() < bytes.size();
+        if (isWanted && !isCut)
+            end = at;
+        const Unit unit = at < front.size() ? unitAt(codec, front, at) : Unit::Picture;
+        if (unit == Unit::Picture)
+            break;
+        isWanted = unit == Unit::Parameters;
+        if (isWanted && begin == front.size())
+            begin = end = at;
+    }
+    return front.substr(begin, end - begin);
 }
 
 std::string_view takeH264Unit(std::string_view &picture)

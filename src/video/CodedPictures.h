@@ -56,6 +56,10 @@ private:
     std::size_t m_longest = 0;
 };
 
+/// What stands before the first picture in \a bytes and says how pictures are coded, which the codec cannot
+/// do without; empty when nothing does, or too much.
+std::string_view parametersIn(VideoCodec codec, std::string_view bytes);
+
 /// Cuts a picture into the units of H.264, each with the start code in front of it.
 std::string_view takeH264Unit(std::string_view &picture);
 

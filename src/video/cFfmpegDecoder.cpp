@@ -114,6 +114,7 @@ void cFfmpegDecoder::beginTask()
     } else if (!m_stream || isLeftOut()) {
         noteWait(task);
         dropHeld();
+        keepParameters(task.bytes);
         removeTask();
     } else if (!task.isUnseen && isHeld()) {
         removeTask();
@@ -121,7 +122,7 @@ void cFfmpegDecoder::beginTask()
         releaseHeld();
     } else {
         noteWait(task);
-        m_stream->begin(task.bytes);
+        m_stream->begin(withParameters(task.bytes));
         m_isDecoding = true;
     }
 }
@@ -129,6 +130,24 @@ void cFfmpegDecoder::beginTask()
 void cFfmpegDecoder::noteWait(const Task &task)
 {
     m_lastWait = std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - task.begin);
+}
+
+/// A recorder may send them but once, and in a frame of their own.
+void cFfmpegDecoder::keepParameters(const QByteArray &bytes)
+{
+    constexpr qsizetype Most = 8;
+    const QByteArray parameters = m_stream ? m_stream->parametersIn(bytes) : QByteArray();
+    if (parameters.isEmpty())
+        return;
+    m_parameters.removeAll(parameters);
+    m_parameters.append(parameters);
+    if (m_parameters.size() > Most)
+        m_parameters.removeFirst();
+}
+
+QByteArray cFfmpegDecoder::withParameters(const QByteArray &bytes)
+{
+    return m_parameters.isEmpty() ? bytes : std::exchange(m_parameters, {}).join() + bytes;
 }
 
 /// Keeps the next bytes while nobody sees them. Those before a key picture are not needed any more.
@@ -151,6 +170,8 @@ bool cFfmpegDecoder::isHeld()
 
 void cFfmpegDecoder::dropHeld()
 {
+    for (const QByteArray &bytes : m_held)
+        keepParameters(bytes);
     m_held.clear();
     m_heldBytes = 0;
 }
@@ -213,6 +234,7 @@ void cFfmpegDecoder::open(const QByteArray &name)
     m_scaled.reset();
     m_skippingSince.reset();
     dropHeld();
+    m_parameters.clear();
     m_stream = CodecStream::open(name, m_budget ? LiveLimits : DecodingLimits());
 }
 

@@ -5,6 +5,7 @@
 #include <QBasicTimer>
 #include <QByteArray>
 #include <QImage>
+#include <QList>
 #include <QObject>
 
 #include <chrono>
@@ -101,6 +102,8 @@ private:
     bool step();
     void beginTask();
     void noteWait(const Task &task);
+    void keepParameters(const QByteArray &bytes);
+    QByteArray withParameters(const QByteArray &bytes);
     bool isLate() const;
     bool isLeftOut();
     bool isHeld();
@@ -129,7 +132,8 @@ private:
     std::chrono::nanoseconds m_usualTime{0}; ///< for the last ones, on average
     std::deque<QByteArray> m_held;
     qsizetype m_heldBytes = 0;
-    QBasicTimer m_heldTimer; ///< runs while bytes are held
+    QList<QByteArray> m_parameters; ///< of bytes that were not decoded
+    QBasicTimer m_heldTimer;        ///< runs while bytes are held
     std::unique_ptr<paravue::CodecStream> m_stream;
     paravue::PictureConverter m_converter;
     paravue::PictureConverter m_scaler; ///< for the size that was chosen

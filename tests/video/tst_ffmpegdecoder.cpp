@@ -118,6 +118,8 @@ private Q_SLOTS:
     void worksInTurns();
     void leavesOutLatePictures_data();
     void leavesOutLatePictures();
+    void keepsParametersOfWhatIsNotDecoded_data();
+    void keepsParametersOfWhatIsNotDecoded();
     void catchesUpWhenSomebodyLooks_data();
     void catchesUpWhenSomebodyLooks();
     void isNotLateForWhatNobodySaw();
@@ -619,6 +621,49 @@ void TestFfmpegDecoder::leavesOutLatePictures()
     QTEST(viewer.numbers, "shown");
     QTEST(int(viewer.decoder.leftOut()), "leftOut");
     QCOMPARE(viewer.decoder.waitingBytes(), 0);
+}
+
+void TestFfmpegDecoder::keepsParametersOfWhatIsNotDecoded_data()
+{
+    const TestTable<QByteArray, QByteArray, bool> row("encoder", "picture", "isLate");
+    for (const bool isLate : {false, true}) {
+        const QByteArray why = isLate ? " as it is late" : " while nobody looks";
+        row("H.264" + why, "libx264", "\x65", isLate);
+        row("MPEG-4" + why, "mpeg4", "\xb6", isLate);
+    }
+}
+
+/// A recorder may send them with the first picture only.
+void TestFfmpegDecoder::keepsParametersOfWhatIsNotDecoded()
+{
+    QFETCH(QByteArray, encoder);
+    QFETCH(QByteArray, picture);
+    QFETCH(bool, isLate);
+    if (!canEncode(encoder))
+        QSKIP("this FFmpeg has no such encoder");
+    const EncodedClip clip = encodeClip({.encoder = encoder, .size = {128, 96}});
+    const QByteArray &first = clip.pictures[0];
+    Viewer viewer;
+    bool isWatched = true;
+    viewer.decoder.workInTurns();
+    viewer.decoder.setWatch([&] { return isWatched; });
+    QVERIFY(viewer.decoder.create(clip.decoder));
+    const auto append = [&](const QList<QByteArray> &pictures) {
+        for (const QByteArray &each : pictures)
+            viewer.decoder.append(each);
+        return waitUntil([&] { return !viewer.decoder.isBusy(); });
+    };
+    QVERIFY(append(encodeClip({.encoder = encoder, .size = {64, 64}}).pictures));
+    viewer.numbers.clear();
+    isWatched = isLate;
+    viewer.decoder.setMaxWait(isLate ? std::chrono::milliseconds(-1) : std::chrono::hours(1));
+    QVERIFY(append(clip.pictures));
+    viewer.decoder.setMaxWait(std::chrono::hours(1));
+    QVERIFY(append({first.sliced(first.indexOf(QByteArray("\0\0\1", 3) + picture))}));
+    isWatched = true;
+    QVERIFY(append({clip.pictures[1]}));
+    QCOMPARE(viewer.numbers, isLate ? upTo(2) : QList<int>({1}));
+    QCOMPARE(viewer.last.size(), QSize(128, 96));
 }
 
 void TestFfmpegDecoder::catchesUpWhenSomebodyLooks_data()
