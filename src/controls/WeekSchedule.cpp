@@ -177,12 +177,13 @@ void WeekSchedule::buildLegend()
         button->setText(literal(kinds[number].name));
         button->setToolTip(tr("Paint with this kind (key %1)").arg(number));
         m_kindButtons->addButton(button, number);
-        button->setChecked(number == m_grid->kind());
         setTabOrder(before, button);
         before = button;
     }
     setTabOrder(before, m_copy);
     setTabOrder(m_copy, m_clear);
+    // Last, as widgets without a tab stop take no place in the order.
+    m_kindButtons->button(m_grid->kind())->setChecked(true);
     keepTabStop();
     showKindIcons();
     arrangeTools();

@@ -608,8 +608,9 @@ void TestSchedule::readsOutTheCurrentHour()
 
 void TestSchedule::hasFewTabStops()
 {
+    const QByteArray kinds = "<kind value='0'>Off</kind><kind value='1'>Lit</kind><kind value='2'>Dim</kind>";
     DescribedWindow window(
-        describePage("<item type='edit'/>" + cell(Key, "column='1'") + "<item type='edit' row='2'/>"),
+        describePage("<item type='edit'/>" + cell(Key + kinds, "column='1'") + "<item type='edit' row='2'/>"),
         {{"plan", ""}});
     window.widget<QLineEdit>(0)->setFocus();
     QStringList stops;
@@ -618,8 +619,7 @@ void TestSchedule::hasFewTabStops()
         const auto *button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
         stops << (button ? button->text() : QApplication::focusWidget()->metaObject()->className());
     }
-    QCOMPARE(stops,
-             QStringList({"paravue::ScheduleGrid", "Continuous", "Copy Mon to", "Clear", "QLineEdit"}));
+    QCOMPARE(stops, QStringList({"paravue::ScheduleGrid", "Lit", "Copy Mon to", "Clear", "QLineEdit"}));
 }
 
 QTEST_MAIN(TestSchedule)
