@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr int Pace = 100; // milliseconds from goal to goal
-/// How long an arrow is held until the camera turns on and on.
+/// How long a key is held until the camera goes on and on.
 constexpr int HoldTime = 400;
 /// A camera that has not moved for that long has given its last goal up.
 constexpr int LongestPause = 1'000;
@@ -33,6 +33,14 @@ constexpr double FineSteeringStep = 0.02;
 constexpr double Rest = 6;
 /// What a camera sees with all of its zoom, as a share of what it sees without.
 constexpr double NearView = 0.25;
+
+/// 0 for a key that does not zoom.
+int zoomStep(int key)
+{
+    if (key == Qt::Key_Minus)
+        return -1;
+    return key == Qt::Key_Plus || key == Qt::Key_Equal ? 1 : 0;
+}
 
 } // namespace
 
@@ -167,7 +175,7 @@ bool PtzSteering::zoomByWheel(const QWheelEvent &event)
     const int angle = event.angleDelta().y();
     if (!m_view.hasFocus() || angle == 0)
         return false;
-    zoom(angle / Notch);
+    zoom(angle / Notch, destination());
     return true;
 }
 
@@ -180,18 +188,16 @@ bool PtzSteering::pressKey(const QKeyEvent &event)
     }
     if (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier))
         return false;
-    if (key == Qt::Key_Plus || key == Qt::Key_Equal || key == Qt::Key_Minus) {
-        zoom(key == Qt::Key_Minus ? -1 : 1);
-    } else if (key >= Qt::Key_1 && key <= Qt::Key_9) {
+    if (key >= Qt::Key_1 && key <= Qt::Key_9) {
         stop();
         Q_EMIT pointRequested(key - Qt::Key_0);
-    } else if (!arrowStep(key).isNull()) {
+    } else if (zoomStep(key) != 0 || !arrowStep(key).isNull()) {
         if (event.isAutoRepeat())
             return true;
         stop();
         m_isFine = event.modifiers() & Qt::ShiftModifier;
-        turnBy(QPointF(arrowStep(key)) * (m_isFine ? FineSteeringStep : KeyStep), destination());
         m_key = key;
+        stepByKey(destination());
         m_pace.start(HoldTime);
     } else {
         return false;
@@ -201,36 +207,49 @@ bool PtzSteering::pressKey(const QKeyEvent &event)
 
 bool PtzSteering::releaseKey(const QKeyEvent &event)
 {
-    if (event.isAutoRepeat() || event.key() != m_key || m_key == 0)
+    // A plus that is typed with Shift may be released as another key.
+    if (event.isAutoRepeat() || m_key == 0 || (event.key() != m_key && zoomStep(m_key) == 0))
         return false;
     stop();
     return true;
 }
 
-/// The next goal of a drag or of a held arrow.
+/// The next goal of a drag or of a held key.
 void PtzSteering::goOn()
 {
-    if (!isSteerable())
+    if (!isSteerable() || !isInGesture())
         return;
-    QPointF step;
     if (m_drag) {
-        const QPointF way = m_drag->end - m_drag->start;
-        const QSizeF half = QSizeF(m_view.pictureRect().size()) / 2;
-        if (std::hypot(way.x(), way.y()) > Rest)
-            step = {std::clamp(way.x() / half.width(), -1.0, 1.0) * LongestStep,
-                    std::clamp(way.y() / half.height(), -1.0, 1.0) * LongestStep};
-    } else if (m_key != 0) {
-        step = QPointF(arrowStep(m_key)) * (m_isFine ? FineSteeringStep : KeyStep);
+        const QPointF step = dragStep();
+        if (!step.isNull() || m_isTurning)
+            turnBy(step);
+        m_isTurning = !step.isNull();
     } else {
-        return;
+        stepByKey(*m_position);
+        m_isTurning = true;
     }
-    if (!step.isNull() || m_isTurning)
-        turnBy(step);
-    m_isTurning = !step.isNull();
     m_pace.start(Pace);
 }
 
-/// A step of an arrow key that was not held goes on to its end.
+QPointF PtzSteering::dragStep() const
+{
+    const QPointF way = m_drag->end - m_drag->start;
+    if (std::hypot(way.x(), way.y()) <= Rest)
+        return {};
+    const QSizeF half = QSizeF(m_view.pictureRect().size()) / 2;
+    return {std::clamp(way.x() / half.width(), -1.0, 1.0) * LongestStep,
+            std::clamp(way.y() / half.height(), -1.0, 1.0) * LongestStep};
+}
+
+void PtzSteering::stepByKey(const PtzPosition &start)
+{
+    if (const int step = zoomStep(m_key))
+        zoom(step, start);
+    else
+        turnBy(QPointF(arrowStep(m_key)) * (m_isFine ? FineSteeringStep : KeyStep), start);
+}
+
+/// A step of a key that was not held goes on to its end.
 void PtzSteering::stop()
 {
     const bool wasTurning = m_isTurning && isSteerable();
@@ -243,13 +262,12 @@ void PtzSteering::stop()
         turnBy({});
 }
 
-void PtzSteering::zoom(double steps)
+void PtzSteering::zoom(double steps, PtzPosition start)
 {
-    PtzPosition goal = destination();
-    if (!goal.zoom)
+    if (!start.zoom)
         return;
-    *goal.zoom += steps * ZoomStep;
-    turnTo(goal);
+    *start.zoom += steps * ZoomStep;
+    turnTo(start);
 }
 
 PtzPosition PtzSteering::destination() const

@@ -23,9 +23,9 @@ class PictureView;
 /// Turns a camera by the mouse and the keys in a view of it.
 ///
 /// A drag with the left button turns it in the direction of the drag, the faster the longer the drag is; a
-/// double click turns it to that place. Arrows turn it by a step and, held, on and on; with Shift by less.
-/// The wheel (while the view has the focus), plus and minus zoom. 1 to 9 go to a point. Escape ends a drag.
-/// The camera stops when button or key is released, and when the view loses the focus.
+/// double click turns it to that place. Arrows turn it and plus and minus zoom by a step and, held, on and
+/// on; arrows with Shift by less. The wheel zooms while the view has the focus. 1 to 9 go to a point. Escape
+/// ends a drag. The camera stops when button or key is released, and when the view loses the focus.
 ///
 /// All goals are near to the last known position of the camera, so that it never turns on by itself.
 class PtzSteering : public QObject
@@ -47,7 +47,7 @@ public:
     void setPosition(const std::optional<PtzPosition> &position);
     const std::optional<PtzPosition> &position() const { return m_position; }
     bool isSteerable() const { return m_position.has_value(); }
-    /// A drag, or an arrow that is held.
+    /// A drag, or a key that is held.
     bool isInGesture() const { return m_drag || m_key != 0; }
     /// The camera was told elsewhere to turn there. Steps of the zoom and of the arrows begin at the goal.
     void setGoal(const PtzPosition &goal);
@@ -79,8 +79,11 @@ private:
     bool pressKey(const QKeyEvent &event);
     bool releaseKey(const QKeyEvent &event);
     void goOn();
+    QPointF dragStep() const;
     void stop();
-    void zoom(double steps);
+    /// What the held key asks for, from \a start on.
+    void stepByKey(const PtzPosition &start);
+    void zoom(double steps, PtzPosition start);
     /// A position beside the present one, by so much of the picture to the right and downwards.
     void turnBy(const QPointF &pictures);
     void turnBy(const QPointF &pictures, const PtzPosition &start);
@@ -97,7 +100,7 @@ private:
     std::optional<PtzPosition> m_position;
     std::optional<PtzPosition> m_goal; ///< the last one, until the camera is there
     std::optional<Drag> m_drag;
-    int m_key = 0; ///< the arrow that is held
+    int m_key = 0; ///< the arrow, plus or minus that is held
     bool m_isFine = false;
     bool m_isTurning = false; ///< goals follow each other
     QTimer m_pace;

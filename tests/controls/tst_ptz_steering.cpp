@@ -69,7 +69,8 @@ private Q_SLOTS:
     void followsTheCamera();
     void stops_data();
     void stops();
-    void turnsOnWhileAnArrowIsHeld();
+    void goesOnWhileAKeyIsHeld_data();
+    void goesOnWhileAKeyIsHeld();
     void centresInThePictureOfAll();
     void zoomsByTheWheelWithTheFocus();
     void takesNothingWithoutAPosition();
@@ -161,18 +162,32 @@ void TestPtzSteering::stops()
     }
 }
 
-void TestPtzSteering::turnsOnWhileAnArrowIsHeld()
+void TestPtzSteering::goesOnWhileAKeyIsHeld_data()
 {
+    const TestTable<Qt::Key, Qt::Key, QString, QString> row("pressed", "released", "step", "goal");
+    row("arrow", Qt::Key_Right, Qt::Key_Right, "0.100,0.000,0.000", "0.378,0.000,0.300");
+    row("zoom", Qt::Key_Plus, Qt::Key_Equal, "0.000,0.000,0.050",
+        "0.300,0.000,0.350"); // Shift came off first
+}
+
+void TestPtzSteering::goesOnWhileAKeyIsHeld()
+{
+    QFETCH(Qt::Key, pressed);
+    QFETCH(Qt::Key, released);
+    QFETCH(QString, step);
     Steered<PtzVideoInput> steered("0,0,0");
-    QTest::keyPress(&steered.view, Qt::Key_Right);
-    QTest::keyRelease(&steered.view, Qt::Key_Right); // a step, to its end
-    QCOMPARE(steered.asked, QStringList("0.100,0.000,0.000"));
-    QTest::keyPress(&steered.view, Qt::Key_Right);
+    QTest::keyPress(&steered.view, pressed);
+    QKeyEvent repeated(QEvent::KeyPress, pressed, {}, {}, true);
+    QCoreApplication::sendEvent(&steered.view, &repeated);
+    QTest::keyRelease(&steered.view, released); // a step, to its end
+    QCOMPARE(steered.asked, QStringList(step));
+    QTest::keyPress(&steered.view, pressed);
     AWAIT_VERIFY(steered.asked.size() >= 4);
-    steered.moveTo("0.3,0,0");
-    AWAIT_COMPARE(steered.asked.last(), "0.400,0.000,0.000");
-    QTest::keyRelease(&steered.view, Qt::Key_Right);
-    QCOMPARE(steered.asked.last(), "0.300,0.000,0.000");
+    steered.moveTo("0.3,0,0.3");
+    QFETCH(QString, goal);
+    AWAIT_COMPARE(steered.asked.last(), goal);
+    QTest::keyRelease(&steered.view, released);
+    QCOMPARE(steered.asked.last(), "0.300,0.000,0.300");
 }
 
 void TestPtzSteering::centresInThePictureOfAll()
