@@ -22,6 +22,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QToolTip>
@@ -186,7 +187,7 @@ private Q_SLOTS:
     void fetchesBeforeItsFirstRun();
     void takesLettersOfOtherLayouts();
     void detailsTheStream();
-    void keepsWhatIsSelected();
+    void keepsWhatIsRead();
 };
 
 void TestPictureActions::takesTheFocusOnceItsTaskRuns()
@@ -620,12 +621,14 @@ void TestPictureActions::detailsTheStream()
     AWAIT_VERIFY(!played.details());
 }
 
-void TestPictureActions::keepsWhatIsSelected()
+void TestPictureActions::keepsWhatIsRead()
 {
     int calls = 0;
     StreamDetails details(
         [&] {
             PictureDetails given;
+            given.kind = PictureKind::Live;
+            given.figures = StreamFigures{};
             given.shown = ++calls;
             return given;
         },
@@ -636,6 +639,18 @@ void TestPictureActions::keepsWhatIsSelected()
     AWAIT_VERIFY(calls >= 3);
     QCOMPARE(details.text(), before);
     QVERIFY(text->textCursor().hasSelection());
+
+    details.resize(details.width(), text->fontMetrics().lineSpacing() * 5);
+    details.show();
+    text->moveCursor(QTextCursor::Start);
+    text->moveCursor(QTextCursor::Down);
+    text->moveCursor(QTextCursor::Right);
+    QScrollBar &bar = *text->verticalScrollBar();
+    bar.setValue(1);
+    AWAIT_VERIFY(details.text() != before);
+    QCOMPARE(text->textCursor().blockNumber(), 1);
+    QCOMPARE(text->textCursor().positionInBlock(), 1);
+    QCOMPARE(bar.value(), 1);
 }
 
 QTEST_MAIN(TestPictureActions)

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -59,12 +61,22 @@ bool StreamDetails::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-/// A selection stays as it is until it is copied or dropped.
+/// A selection stays as it is until it is copied or dropped, and what is read stays where it is.
 void StreamDetails::refresh()
 {
     const QString text = textOf(m_details());
-    if (!m_text->textCursor().hasSelection() && text != m_text->toPlainText())
-        m_text->setPlainText(text);
+    QTextCursor cursor = m_text->textCursor();
+    if (cursor.hasSelection() || text == m_text->toPlainText())
+        return;
+    const int line = cursor.blockNumber();
+    const int column = cursor.positionInBlock();
+    const int scrolled = m_text->verticalScrollBar()->value();
+    m_text->setPlainText(text);
+    if (const QTextBlock block = m_text->document()->findBlockByNumber(line); block.isValid()) {
+        cursor.setPosition(block.position() + std::min(column, block.length() - 1));
+        m_text->setTextCursor(cursor);
+    }
+    m_text->verticalScrollBar()->setValue(scrolled);
 }
 
 void StreamDetails::copyAll()
