@@ -588,6 +588,7 @@ void TestPictureActions::detailsTheStream()
     played.sources.last()->given = figures;
     AWAIT_VERIFY(window->text().contains("Lateness: 5 ms, at most 40 ms"));
     static const QRegularExpression rate("Bit rate: ([\\d,]+) kbit/s");
+    QCOMPARE(window->findChild<QPlainTextEdit *>()->verticalScrollBar()->maximum(), 0); // all can be seen
     const double kilobits = rate.match(window->text()).captured(1).remove(',').toDouble();
     QVERIFY2(kilobits > 2'000 && kilobits < 9'000, qPrintable(window->text()));
     QTest::mouseClick(window->findChild<QToolButton *>(), Qt::LeftButton);

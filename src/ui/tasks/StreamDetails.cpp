@@ -18,7 +18,7 @@ namespace
 
 constexpr int RefreshInterval = 1000; // milliseconds
 constexpr int Columns = 56;
-constexpr int Lines = 15;
+constexpr int Lines = 17;
 
 QString sizeText(const QSize &size)
 {
