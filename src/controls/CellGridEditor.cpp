@@ -439,7 +439,8 @@ void CellGridEditor::keyPressEvent(QKeyEvent *event)
     } else if (!isShiftOnly(event->modifiers())) {
         PictureView::keyPressEvent(event);
     } else if (event->key() == Qt::Key_Space) {
-        applyTo(brushFor(m_frame.anchor()), m_frame.cells());
+        if (!event->isAutoRepeat()) // which would take back what the press has done
+            applyTo(brushFor(m_frame.anchor()), m_frame.cells());
     } else if (event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
         choose(event->key() - Qt::Key_0);
     } else {

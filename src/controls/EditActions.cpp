@@ -62,16 +62,24 @@ EditActions groupedActions(const QList<EditActions> &groups)
 
 EditActions historyActions(EditGesture &gesture)
 {
-    return {{ActionText::tr("Undo"), keysFor(QKeySequence::Undo, Qt::CTRL | Qt::Key_Z),
-             [&gesture] { gesture.undo(); }, gesture.canUndo()},
-            {ActionText::tr("Redo"), keysFor(QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
-             [&gesture] { gesture.redo(); }, gesture.canRedo()}};
+    return {{ActionText::tr("Undo"),
+             keysFor(QKeySequence::Undo, Qt::CTRL | Qt::Key_Z),
+             [&gesture] { gesture.undo(); },
+             gesture.canUndo(),
+             {},
+             true},
+            {ActionText::tr("Redo"),
+             keysFor(QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+             [&gesture] { gesture.redo(); },
+             gesture.canRedo(),
+             {},
+             true}};
 }
 
 bool performByKey(const EditActions &actions, const QKeyEvent &event)
 {
     const EditAction *action = actionFor(actions, event);
-    if (action)
+    if (action && (action->repeats || !event.isAutoRepeat()))
         action->perform();
     return action;
 }

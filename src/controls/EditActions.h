@@ -24,6 +24,7 @@ struct EditAction {
     std::function<void()> perform = {}; ///< none: a line between groups of entries
     bool isPossible = true;             ///< otherwise its keys are left to the window
     std::optional<bool> isChosen = {};  ///< of one of a group that excludes the others
+    bool repeats = false;               ///< while its key is held
 };
 
 using EditActions = QList<EditAction>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -11,7 +12,8 @@ namespace paravue::test
 
 /// Performs a gesture on \a widget for each word, at places that \a position gives: "L1,2" and "R1,2" press a
 /// button ("SL1,2" with Shift, "AL1,2" with Alt), "M1,2" moves the mouse, "U" lets the button go, "D1,2"
-/// clicks twice, "F" takes the focus away; anything else is a key.
+/// clicks twice, "F" takes the focus away; anything else is a key, with "~" before it the repeat of a held
+/// one.
 inline void perform(QWidget &widget, const QString &gestures,
                     const std::function<QPoint(const QPointF &)> &position)
 {
@@ -38,8 +40,13 @@ inline void perform(QWidget &widget, const QString &gestures,
         } else if (word == "F") {
             widget.clearFocus();
         } else {
-            const QKeyCombination key = QKeySequence::fromString(word)[0];
-            QTest::keyClick(&widget, key.key(), key.keyboardModifiers());
+            const bool isRepeat = word.startsWith(u'~');
+            const QKeyCombination key = QKeySequence::fromString(word.mid(isRepeat ? 1 : 0))[0];
+            QKeyEvent repeat(QEvent::KeyPress, key.key(), key.keyboardModifiers(), {}, true);
+            if (isRepeat)
+                QCoreApplication::sendEvent(&widget, &repeat);
+            else
+                QTest::keyClick(&widget, key.key(), key.keyboardModifiers());
         }
     }
 }

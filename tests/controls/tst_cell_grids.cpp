@@ -136,6 +136,7 @@ void TestCellGrids::paints_data()
     row("clear", Mask, "0210/x000/0001", "Ctrl+Del", "0000/x000/0000");
     row("undo", Mask, none, "L0,0 M2,0 U Down Space Ctrl+Z", "1110/0000/0000");
     row("undo of a drag", Mask, "0001/0x00/0000", "L0,0 M2,0 M2,1 U Ctrl+Z", "0001/0x00/0000");
+    row("held keys", Mask, none, "Space ~Space Right Space Ctrl+I ~Ctrl+I Ctrl+Z ~Ctrl+Z", "1000/0000/0000");
     row("redo", Mask, none, "Space Right Space Ctrl+Z Ctrl+Z Ctrl+Shift+Z", "1000/0000/0000");
     row("undo of what a short row has grown by", Mask, "1//0000", "L2,0 U L2,1 U Ctrl+Z Ctrl+Z", "1//0000");
 
