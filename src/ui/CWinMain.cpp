@@ -625,6 +625,10 @@ void CWinMain::changeEvent(QEvent *event)
 
 void CWinMain::keyPressEvent(QKeyEvent *event)
 {
+    const int key = event->key();
+    const bool endsWindows = key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (endsWindows && event->isAutoRepeat())
+        return; // the press has closed something over this window, or ended a gesture
     if (!pressFocusedButton(*event))
         QDialog::keyPressEvent(event);
 }
