@@ -17,6 +17,13 @@ QString decimal(double number)
     return QString::number(number, 'g', 6);
 }
 
+/// The files of recorders have no way to write a single quote within a value: it would end there, and the
+/// point would not be read again.
+QString withoutSingleQuotes(QString text)
+{
+    return text.replace(u'\'', u'’');
+}
+
 } // namespace
 
 std::optional<QPointF> placeOfPoint(const QString &text)
@@ -44,7 +51,7 @@ QString namedPoint(const QString &text, const QString &name)
     if (!placeOfPoint(text) || text.count(u',') < Numbers - 1)
         return text;
     const QString numbers = text.section(u',', 0, Numbers - 1);
-    return name.isEmpty() ? numbers : numbers + u',' + name;
+    return name.isEmpty() ? numbers : numbers + u',' + withoutSingleQuotes(name);
 }
 
 QString placedPoint(const QString &text, const QPointF &place, const std::optional<PtzPosition> &camera)
@@ -53,7 +60,7 @@ QString placedPoint(const QString &text, const QPointF &place, const std::option
     fields[0] = QString::number(place.x(), 'f', 4);
     fields[1] = QString::number(place.y(), 'f', 4);
     if (!camera)
-        return fields.join(u',');
+        return withoutSingleQuotes(fields.join(u','));
     fields.resize(std::max<qsizetype>(fields.size(), Numbers));
     fields[2] = decimal(camera->pan);
     fields[3] = decimal(camera->tilt);
@@ -61,7 +68,7 @@ QString placedPoint(const QString &text, const QPointF &place, const std::option
         fields[4] = decimal(*camera->zoom);
     else if (fields[4].isEmpty())
         fields[4] = decimal(0);
-    return fields.join(u',');
+    return withoutSingleQuotes(fields.join(u','));
 }
 
 } // namespace paravue

@@ -6,7 +6,8 @@
 
 /// Calibration points as recorders keep them: "x,y", "x,y,pan,tilt,zoom" or "x,y,pan,tilt,zoom,name", a place
 /// in the picture (0 to 1 from the left and from the top), where the camera looked when it was set, and a
-/// name, which may hold commas. A text that does not begin with two numbers is not a point.
+/// name, which may hold commas. A text that does not begin with two numbers is not a point. Single quotes in
+/// what is changed become apostrophes.
 namespace paravue
 {
 

@@ -1,4 +1,5 @@
 #include "Gestures.h"
+#include "controls/CalibrationPoint.h"
 #include "controls/NameEdit.h"
 #include "controls/PtzCalibrator.h"
 #include "controls/PtzCrossView.h"
@@ -61,6 +62,7 @@ private Q_SLOTS:
     void showsRemarksOneBelowTheOther();
     void namesPoints_data();
     void namesPoints();
+    void movesPointsWithoutQuotes();
     void pointsTheCross_data();
     void pointsTheCross();
     void passesPicturesOn();
@@ -363,6 +365,7 @@ void TestPtzControls::namesPoints_data()
     row("tab", "0.1,0.1,0,0,0,x", "y", Qt::Key_Tab, "0.1,0.1,0,0,0,y");
     row("long", "0.1,0.1,0,0,0", QString(60, 'n'), Qt::Key_Return, "0.1,0.1,0,0,0," + QByteArray(40, 'n'));
     row("without a position", "0.1,0.1", "y", Qt::Key_Return, "0.1,0.1");
+    row("quote", "0.1,0.1,0,0,0", "Bob's", Qt::Key_Return, "0.1,0.1,0,0,0,Bob’s");
 }
 
 void TestPtzControls::namesPoints()
@@ -388,6 +391,13 @@ void TestPtzControls::namesPoints()
     window.fixture.store().flush();
     QCOMPARE(window.fixture.content("ptz"), storedPoints(after + "///", "99"));
     QVERIFY(window.window->isVisible());
+}
+
+/// Lines of a file that hold a single quote within one are not read again.
+void TestPtzControls::movesPointsWithoutQuotes()
+{
+    for (const auto &camera : {std::optional<PtzPosition>(), std::optional(PtzPosition())})
+        QVERIFY(placedPoint("0.1,0.1,0,0,0,Bob's", {0.5, 0.5}, camera).endsWith(",Bob’s"));
 }
 
 void TestPtzControls::pointsTheCross_data()
