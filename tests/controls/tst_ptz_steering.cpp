@@ -71,6 +71,7 @@ private Q_SLOTS:
     void stops();
     void goesOnWhileAKeyIsHeld_data();
     void goesOnWhileAKeyIsHeld();
+    void dragsInThePictureOfAll();
     void centresInThePictureOfAll();
     void zoomsByTheWheelWithTheFocus();
     void takesNothingWithoutAPosition();
@@ -188,6 +189,17 @@ void TestPtzSteering::goesOnWhileAKeyIsHeld()
     AWAIT_COMPARE(steered.asked.last(), goal);
     QTest::keyRelease(&steered.view, released);
     QCOMPARE(steered.asked.last(), "0.300,0.000,0.300");
+}
+
+void TestPtzSteering::dragsInThePictureOfAll()
+{
+    Steered<PtzCrossView> steered("0,0,0");
+    const QImage before = steered.view.grab().toImage();
+    steered.play("L.5,.5 M.5,.25");
+    QCOMPARE(steered.asked, QStringList("0.000,0.125,0.000"));
+    QVERIFY2(steered.view.grab().toImage() != before, "no arrow");
+    steered.play("U");
+    QCOMPARE(steered.asked.last(), "0.000,0.000,0.000");
 }
 
 void TestPtzSteering::centresInThePictureOfAll()

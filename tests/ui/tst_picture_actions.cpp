@@ -172,6 +172,7 @@ private Q_SLOTS:
     void enlarges_data();
     void enlarges();
     void enlargesACrossView();
+    void steersInALargerPicture();
     void opensTheMenuOfALabel();
     void leavesEditorsTheirMouse();
     void endsWithItsTask();
@@ -280,12 +281,25 @@ void TestPictureActions::enlargesACrossView()
     cross.slot_Set_PTZ_pos("0.25,0,0.25");
     QCOMPARE(large->position(), cross.position());
     QVERIFY(!large->steering().isSteerable());
-    cross.steering().setPosition(cross.position());
-    QStringList asked;
-    connect(&cross.steering(), &PtzSteering::turnRequested, this,
-            [&](const PtzPosition &goal) { asked << ptzPositionText(goal); });
-    QTest::keyClick(large, Qt::Key_Plus);
-    QCOMPARE(asked, QStringList("0.250,0.000,0.300"));
+}
+
+void TestPictureActions::steersInALargerPicture()
+{
+    Played played;
+    auto &camera = played.view<PtzVideoInput>();
+    auto &cross = played.view<PtzCrossView>();
+    for (auto [view, steering] : {std::pair<QWidget *, PtzSteering *>(&camera, &camera.steering()),
+                                  std::pair<QWidget *, PtzSteering *>(&cross, &cross.steering())}) {
+        QTest::keyClick(view, Qt::Key_F11);
+        steering->setPosition(PtzPosition{0.25, 0, 0.25});
+        QStringList asked;
+        connect(steering, &PtzSteering::turnRequested, this,
+                [&](const PtzPosition &goal) { asked << ptzPositionText(goal); });
+        QTest::keyClick(played.enlarged(), Qt::Key_Plus);
+        QCOMPARE(asked, QStringList("0.250,0.000,0.300"));
+        steering->disconnect(this);
+        QTest::keyClick(played.enlarged(), Qt::Key_Escape);
+    }
 }
 
 void TestPictureActions::opensTheMenuOfALabel()
