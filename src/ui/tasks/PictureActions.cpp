@@ -65,6 +65,7 @@ bool raiseWindowOf(const QWidget &control, const QList<QPointer<QWidget>> &windo
     for (const QPointer<QWidget> &window : windows) {
         if (!window || window->parentWidget() != &control)
             continue;
+        window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
         window->raise();
         window->activateWindow();
         return true;
