@@ -21,7 +21,7 @@ QString decimal(double number)
 /// point would not be read again.
 QString withoutSingleQuotes(QString text)
 {
-    return text.replace(u'\'', u'’');
+    return text.replace(u'\'', u'\u2019');
 }
 
 } // namespace
