@@ -234,9 +234,9 @@ void PtzSteering::goOn()
 QPointF PtzSteering::dragStep() const
 {
     const QPointF way = m_drag->end - m_drag->start;
-    if (std::hypot(way.x(), way.y()) <= Rest)
-        return {};
     const QSizeF half = QSizeF(m_view.pictureRect().size()) / 2;
+    if (std::hypot(way.x(), way.y()) <= Rest || half.isEmpty())
+        return {};
     return {std::clamp(way.x() / half.width(), -1.0, 1.0) * LongestStep,
             std::clamp(way.y() / half.height(), -1.0, 1.0) * LongestStep};
 }
