@@ -62,18 +62,16 @@ EditActions groupedActions(const QList<EditActions> &groups)
 
 EditActions historyActions(EditGesture &gesture)
 {
-    return {{ActionText::tr("Undo"),
-             keysFor(QKeySequence::Undo, Qt::CTRL | Qt::Key_Z),
-             [&gesture] { gesture.undo(); },
-             gesture.canUndo(),
-             {},
-             true},
-            {ActionText::tr("Redo"),
-             keysFor(QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
-             [&gesture] { gesture.redo(); },
-             gesture.canRedo(),
-             {},
-             true}};
+    return {{.text = ActionText::tr("Undo"),
+             .keys = keysFor(QKeySequence::Undo, Qt::CTRL | Qt::Key_Z),
+             .perform = [&gesture] { gesture.undo(); },
+             .isPossible = gesture.canUndo(),
+             .repeats = true},
+            {.text = ActionText::tr("Redo"),
+             .keys = keysFor(QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+             .perform = [&gesture] { gesture.redo(); },
+             .isPossible = gesture.canRedo(),
+             .repeats = true}};
 }
 
 bool performByKey(const EditActions &actions, const QKeyEvent &event)

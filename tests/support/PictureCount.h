@@ -4,7 +4,6 @@
 
 #include <QDomElement>
 #include <QImage>
-#include <QSignalSpy>
 
 namespace paravue::test
 {
@@ -13,15 +12,16 @@ namespace paravue::test
 inline void startCountingPictures()
 {
     VideoHVX3Reciver receiver(nullptr, QDomElement());
-    QSignalSpy shown(&receiver, &VideoHVX3Reciver::pixmapReady);
-    const auto isShown = [&] {
-        shown.clear();
+    bool isShown = false;
+    QObject::connect(&receiver, &VideoHVX3Reciver::pixmapReady, &receiver, [&isShown] { isShown = true; });
+    const auto showsNext = [&] {
+        isShown = false;
         receiver.imageReady(QImage(1, 1, QImage::Format_RGB32));
-        return !shown.isEmpty();
+        return isShown;
     };
-    while (!isShown()) {
+    while (!showsNext()) {
     }
-    while (isShown()) {
+    while (showsNext()) {
     }
 }
 
